@@ -1,0 +1,343 @@
+#ifndef OVI_API_H
+#define OVI_API_H
+
+/**
+ * @file
+ * The camera interface of liboviapi.so.
+ *
+ * - A handle (OV_DEV_HANDLE) stands for one open camera, from OVOpenDevice() to
+ *   OVCloseDevice().
+ * - Memory belongs to whoever made it: the caller owns what it passes, the
+ *   library owns frames on loan, and texts go out by copy.
+ * - A size is asked for before a buffer is filled: call with a null buffer for
+ *   the size, then with memory of that size. A size argument is in bytes, both
+ *   ways, and counts the terminating zero of a text.
+ * - Every function but OVGetLibVersion() returns a status, OV_STATUS_SUCCESS or
+ *   a negative value; OVGetLastError() on the same thread tells the text. An
+ *   output argument is written only after success, where nothing else is said.
+ *   Every function but OVGetLibVersion(), OVInitLib(), OVCloseLib() and
+ *   OVGetLastError() gives OV_STATUS_NOT_INIT_API before OVInitLib(), and those
+ *   that take a handle give OV_STATUS_INVALID_HANDLE for one that isn't open. A
+ *   null pointer where memory is needed gives OV_STATUS_INVALID_PARAMETER. A
+ *   camera that is gone gives OV_STATUS_OFFLINE from whatever must reach it.
+ * - Any thread may call anything at any time, but for closing what another
+ *   thread still uses. OVInitLib(), OVCloseLib() and the two list updates
+ *   exclude one another. What a callback may not call stands at that call.
+ */
+
+#include "OvIDef.h"
+
+#define OV_API __attribute__((visibility("default")))
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** @name Library */
+/** @{ */
+
+/** The version text of the library. Needs no initialisation; never fails. */
+OV_API const char* OVGetLibVersion(void);
+
+/** Loads the producers that stand beside the library and opens them.
+ *  Success when that is done already; calls aren't counted. Fails with
+ *  OV_STATUS_NOT_FOUND_TL when there is no producer. When one producer fails,
+ *  all are taken down again, and the next call starts afresh. */
+OV_API OV_STATUS OVInitLib(void);
+
+/** Closes all cameras and producers, and resets the calling thread's last
+ *  error. Success when nothing is open. Not from a callback:
+ *  OV_STATUS_INVALID_CALL, and the library stays as it is. */
+OV_API OV_STATUS OVCloseLib(void);
+
+/** The last failure of the calling thread. It stays until the next failure of
+ *  that thread, whatever succeeds in between.
+ *  @param pErrorCode  takes its status; may be null
+ *  @param pszErrText  takes its text; null to ask for the size
+ *  @param pSize       size of pszErrText in, size of the text out; not null
+ *  @return OV_STATUS_NEED_MORE_BUFFER, with *pSize set to 0, when the text
+ *          doesn't fit */
+OV_API OV_STATUS OVGetLastError(int32_t* pErrorCode, char* pszErrText, size_t* pSize);
+
+/** @} */
+/** @name Device list and opening */
+/** @{ */
+
+/** Searches for cameras in the subnets of this machine's adapters and renews
+ *  the device list. Open cameras aren't touched.
+ *  @param pnDeviceNum  takes the number of cameras
+ *  @param nTimeOut     how long a producer may search, in milliseconds */
+OV_API OV_STATUS OVUpdateDeviceList(uint32_t* pnDeviceNum, uint32_t nTimeOut);
+
+/** As OVUpdateDeviceList(), but finds GigE Vision cameras in any subnet. */
+OV_API OV_STATUS OVUpdateAllDeviceList(uint32_t* pnDeviceNum, uint32_t nTimeOut);
+
+/** The device list; an empty one is searched for first (200 ms).
+ *  @param pDeviceInfo  takes one record for each camera; null to ask for the size
+ *  @param pSize        size in bytes, in and out
+ *  @return OV_STATUS_NEED_MORE_BUFFER, with *pSize set to 0, when it is too small */
+OV_API OV_STATUS OVGetAllDeviceBaseInfo(OV_DEVICE_BASE_INFO* pDeviceInfo, size_t* pSize);
+
+/** Addresses of a GigE Vision camera of the list.
+ *  @param nIndex  place in the list, from 1
+ *  @return OV_STATUS_OUT_OF_RANGE for no such place, OV_STATUS_INVALID_PARAMETER
+ *          for a camera of another kind */
+OV_API OV_STATUS OVGetDeviceIPInfo(uint32_t nIndex, OV_DEVICE_IP_INFO* pstDeviceIPInfo);
+
+/** Opens a camera of the list exclusively, with its first stream.
+ *  @param nDeviceIndex  place in the list, from 1
+ *  @param phDevice      takes the handle
+ *  @return OV_STATUS_OUT_OF_RANGE for no such place, OV_STATUS_INVALID_ACCESS
+ *          for a camera that is open already or held elsewhere */
+OV_API OV_STATUS OVOpenDeviceByIndex(uint32_t nDeviceIndex, OV_DEV_HANDLE* phDevice);
+
+/** Opens the camera that a key names, with its first stream. A camera that is
+ *  not in the list is searched for (200 ms); by address it is tried directly.
+ *  @return OV_STATUS_NOT_FOUND_DEVICE when no camera has the key,
+ *          OV_STATUS_INVALID_ACCESS for one that is open already or held elsewhere */
+OV_API OV_STATUS OVOpenDevice(const OV_OPEN_PARAM* pOpenParam, OV_DEV_HANDLE* phDevice);
+
+/** Stops and closes a camera; the handle is void afterwards. Not from one of
+ *  its own callbacks: OV_STATUS_INVALID_CALL. */
+OV_API OV_STATUS OVCloseDevice(OV_DEV_HANDLE hDevice);
+
+/** @} */
+/** @name Features
+ *
+ * An identifier of another type than the function's gives OV_STATUS_ERROR_TYPE,
+ * one that is in no table OV_STATUS_INVALID_PARAMETER, a feature that the
+ * camera lacks OV_STATUS_NOT_IMPLEMENTED, one that can't be read or written now
+ * OV_STATUS_INVALID_ACCESS, a value outside the limits OV_STATUS_OUT_OF_RANGE.
+ */
+/** @{ */
+
+/** The GenICam name of a feature.
+ *  @param pszName  takes the name; null to ask for the size
+ *  @param pnSize   size in and out */
+OV_API OV_STATUS OVGetFeatureName(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, char* pszName,
+                                  size_t* pnSize);
+
+/** Whether the camera has the feature at all. */
+OV_API OV_STATUS OVIsImplemented(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
+                                 bool* pbIsImplemented);
+/** Whether the feature can be read now. */
+OV_API OV_STATUS OVIsReadable(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, bool* pbIsReadable);
+/** Whether the feature can be written now. */
+OV_API OV_STATUS OVIsWritable(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, bool* pbIsWritable);
+
+/** Limits of an integer feature as they are now. */
+OV_API OV_STATUS OVGetIntRange(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
+                               OV_INT_RANGE* pIntRange);
+/** Value of an integer feature. */
+OV_API OV_STATUS OVGetInt(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, int64_t* pnValue);
+/** Sets an integer feature. */
+OV_API OV_STATUS OVSetInt(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, int64_t nValue);
+
+/** Limits and unit of a float feature as they are now. */
+OV_API OV_STATUS OVGetFloatRange(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
+                                 OV_FLOAT_RANGE* pFloatRange);
+/** Sets a float feature. The camera may round to what it can do. */
+OV_API OV_STATUS OVSetFloat(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, double dValue);
+/** Value of a float feature. */
+OV_API OV_STATUS OVGetFloat(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, double* pdValue);
+
+/** Number of entries of an enumeration that can be chosen now. */
+OV_API OV_STATUS OVGetEnumEntryNums(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
+                                    uint32_t* pnEntryNums);
+/** The entries of an enumeration that can be chosen now.
+ *  @param pEnumDescription  takes a record for each; null to ask for the size
+ *  @param pBufferSize       size in bytes, in and out */
+OV_API OV_STATUS OVGetEnumDescription(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
+                                      OV_ENUM_DESCRIPTION* pEnumDescription, size_t* pBufferSize);
+/** Value of an enumeration: the nValue of one of its entries. */
+OV_API OV_STATUS OVGetEnum(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, int64_t* pnValue);
+/** Sets an enumeration to the entry with that nValue. */
+OV_API OV_STATUS OVSetEnum(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, int64_t nValue);
+
+/** Value of a boolean feature. */
+OV_API OV_STATUS OVGetBool(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, bool* pbValue);
+/** Sets a boolean feature. */
+OV_API OV_STATUS OVSetBool(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, bool bValue);
+
+/** Size of a text feature's value now, with the terminating zero. */
+OV_API OV_STATUS OVGetStringLength(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, size_t* pnSize);
+/** Size of the longest value of a text feature, with the terminating zero. */
+OV_API OV_STATUS OVGetStringMaxLength(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
+                                      size_t* pnSize);
+/** Value of a text feature.
+ *  @param pszContent  takes the text; null to ask for the size
+ *  @param pnSize      size in and out */
+OV_API OV_STATUS OVGetString(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, char* pszContent,
+                             size_t* pnSize);
+/** Sets a text feature. A new "DeviceUserID" shows in the device list at once. */
+OV_API OV_STATUS OVSetString(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
+                             const char* pszContent);
+
+/** Size of a buffer feature in bytes. */
+OV_API OV_STATUS OVGetBufferLength(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, size_t* pnSize);
+/** Content of a buffer feature.
+ *  @param pBuffer  takes the bytes; null to ask for the size
+ *  @param pnSize   size in and out */
+OV_API OV_STATUS OVGetBuffer(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, uint8_t* pBuffer,
+                             size_t* pnSize);
+/** Sets a buffer feature from nSize bytes. */
+OV_API OV_STATUS OVSetBuffer(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, const uint8_t* pBuffer,
+                             size_t nSize);
+
+/** Runs a command. "AcquisitionStart" and "AcquisitionStop" are OVStreamOn()
+ *  and OVStreamOff(). */
+OV_API OV_STATUS OVSendCommand(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID);
+
+/** @} */
+/** @name Acquisition
+ *
+ * Frames come in one of three ways: by callback, by copy with OVGetImage(), or
+ * on loan with OVDQBuf(). The last two exclude a registered callback; calling
+ * them in the wrong state gives OV_STATUS_INVALID_CALL.
+ */
+/** @{ */
+
+/** How many buffers the next start uses; 5 until it is set. Only while stopped.
+ *  @return OV_STATUS_OUT_OF_RANGE when the producer needs more */
+OV_API OV_STATUS OVSetAcqusitionBufferNumber(OV_DEV_HANDLE hDevice, uint64_t nBufferNum);
+/** How many buffers the next start uses. */
+OV_API OV_STATUS OVGetAcqusitionBufferNumber(OV_DEV_HANDLE hDevice, uint64_t* pBufferNum);
+
+/** Has every frame of later starts handed to callBackFun. Replaces an earlier
+ *  callback. Only while stopped.
+ *  @param pUserParam  passed on with each frame; may be null */
+OV_API OV_STATUS OVRegisterCaptureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
+                                           OVCaptureCallback callBackFun);
+/** Takes the capture callback away; success when there is none. Only while
+ *  stopped. */
+OV_API OV_STATUS OVUnregisterCaptureCallback(OV_DEV_HANDLE hDevice);
+
+/** Waits for a frame and copies it.
+ *  @param pFrameData  its pImgBuf must hold "PayloadSize" bytes; nothing checks it
+ *  @param nTimeout    in milliseconds; OV_STATUS_TIMEOUT when nothing came */
+OV_API OV_STATUS OVGetImage(OV_DEV_HANDLE hDevice, OV_FRAME_DATA* pFrameData, uint32_t nTimeout);
+
+/** Gives every waiting frame back to the producer, unseen. */
+OV_API OV_STATUS OVFlushQueue(OV_DEV_HANDLE hDevice);
+
+/** Starts the acquisition. The camera's transport parameters are locked from
+ *  here to OVStreamOff(). */
+OV_API OV_STATUS OVStreamOn(OV_DEV_HANDLE hDevice);
+/** Stops the acquisition; frames on loan are void afterwards. The host's side is
+ *  stopped even when the camera doesn't answer; its failure is then the result.
+ *  Not from the capture callback: OV_STATUS_INVALID_CALL. */
+OV_API OV_STATUS OVStreamOff(OV_DEV_HANDLE hDevice);
+
+/** Waits for a frame and lends it.
+ *  @param ppFrameBuffer  cleared first, takes the frame
+ *  @param nTimeOut       in milliseconds; OV_STATUS_TIMEOUT when nothing came
+ *  @return OV_STATUS_ERROR when all frames are on loan already */
+OV_API OV_STATUS OVDQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBuffer, uint32_t nTimeOut);
+/** Gives a frame on loan back.
+ *  @return OV_STATUS_INVALID_PARAMETER for a pointer that isn't on loan */
+OV_API OV_STATUS OVQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER* pFrameBuffer);
+/** Lends all frames that wait, at least one.
+ *  @param ppFrameBufferArray     cleared first, takes the frames
+ *  @param nFrameBufferArraySize  its length, at least the number of buffers
+ *  @param pnFrameCount           set to 0 first, takes the number of frames
+ *  @param nTimeOut               for each frame, in milliseconds;
+ *                                OV_STATUS_TIMEOUT when not even one came */
+OV_API OV_STATUS OVDQAllBufs(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBufferArray,
+                             uint32_t nFrameBufferArraySize, uint32_t* pnFrameCount,
+                             uint32_t nTimeOut);
+/** Gives all frames on loan back. */
+OV_API OV_STATUS OVQAllBufs(OV_DEV_HANDLE hDevice);
+
+/** @} */
+/** @name Events */
+/** @{ */
+
+/** Has callBackFun called once when the camera is gone. Not from the offline
+ *  callback: OV_STATUS_INVALID_CALL.
+ *  @param pHCallBack  takes the handle for unregistering */
+OV_API OV_STATUS OVRegisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
+                                                 OVDeviceOfflineCallback callBackFun,
+                                                 OV_EVENT_CALLBACK_HANDLE* pHCallBack);
+/** Takes an offline callback away; waits for a running one. Not from the
+ *  offline callback: OV_STATUS_INVALID_CALL. */
+OV_API OV_STATUS OVUnregisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice,
+                                                   OV_EVENT_CALLBACK_HANDLE pHCallBack);
+/** Has callBackFun called when the feature may have changed; for a feature of
+ *  the event family, when the camera sends that event. Not from a feature
+ *  callback of the camera's events: OV_STATUS_INVALID_CALL.
+ *  @param pHCallBack  takes the handle for unregistering */
+OV_API OV_STATUS OVRegisterFeatureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
+                                           OVFeatureCallback callBackFun, OV_FEATURE_ID featureID,
+                                           OV_FEATURE_CALLBACK_HANDLE* pHCallBack);
+/** Takes a feature callback away. Not from a feature callback of the camera's
+ *  events: OV_STATUS_INVALID_CALL. */
+OV_API OV_STATUS OVUnregisterFeatureCallback(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
+                                             OV_FEATURE_CALLBACK_HANDLE pHCallBack);
+/** Drops the camera's events that wait. */
+OV_API OV_STATUS OVFlushEvent(OV_DEV_HANDLE hDevice);
+/** How many of the camera's events wait. */
+OV_API OV_STATUS OVGetEventNumInQueue(OV_DEV_HANDLE hDevice, uint32_t* pnEventNum);
+
+/** @} */
+/** @name GigE Vision configuration
+ *
+ * The first three work on a camera that need not be open: it is searched for in
+ * all networks by its MAC address, "AA-BB-CC-DD-EE-FF" in capitals.
+ * OV_STATUS_NOT_FOUND_DEVICE when it doesn't answer.
+ */
+/** @{ */
+
+/** Sets how the camera gets its address.
+ *  @param emIpConfigFlag  see OV_IP_CONFIGURE_MODE
+ *  @param pszIPAddress    with the next two: needed for the persistent modes,
+ *                         ignored for the others
+ *  @param pszUserID       new user ID; null counts as empty */
+OV_API OV_STATUS OVGigEIpConfiguration(const char* pszDeviceMacAddress,
+                                       OV_IP_CONFIGURE_MODE emIpConfigFlag,
+                                       const char* pszIPAddress, const char* pszSubnetMask,
+                                       const char* pszDefaultGateway, const char* pszUserID);
+/** Gives the camera an address until its next start. */
+OV_API OV_STATUS OVGigEForceIp(const char* pszDeviceMacAddress, const char* pszIPAddress,
+                               const char* pszSubnetMask, const char* pszDefaultGateway);
+/** Resets the camera. */
+OV_API OV_STATUS OVGigEResetDevice(const char* pszDeviceMacAddress, OV_RESET_MODE emResetMode);
+
+/** The persistent address of an open camera, as dotted texts. Each text may be
+ *  null to ask for its size alone. */
+OV_API OV_STATUS OVGetDevicePersistentIpAddress(OV_DEV_HANDLE hDevice, char* pszIP,
+                                                size_t* pnIPLength, char* pszSubnetMask,
+                                                size_t* pnSubnetMaskLength, char* pszDefaultGateway,
+                                                size_t* pnDefaultGatewayLength);
+/** Sets the persistent address of an open camera. A failure in the middle
+ *  leaves the earlier ones of address, mask, gateway written. */
+OV_API OV_STATUS OVSetDevicePersistentIpAddress(OV_DEV_HANDLE hDevice, const char* pszIP,
+                                                const char* pszSubnetMask,
+                                                const char* pszDefaultGateway);
+
+/** @} */
+/** @name Configuration files and raw port access */
+/** @{ */
+
+/** Writes the camera's settings to a file, replacing it. Only while stopped. */
+OV_API OV_STATUS OVExportConfigFile(OV_DEV_HANDLE hDevice, const char* pszFilePath);
+/** Restores settings from a file. Only while stopped. What took effect stays,
+ *  also when others failed; the text of the failure names those.
+ *  @param bVerify  read every value back and compare */
+OV_API OV_STATUS OVImportConfigFile(OV_DEV_HANDLE hDevice, const char* pszFilePath, bool bVerify);
+/** Reads the camera's registers, past all features and their caches.
+ *  @param piSize  bytes wanted in, bytes read out */
+OV_API OV_STATUS OVReadRemoteDevicePort(OV_DEV_HANDLE hDevice, uint64_t ui64Address, void* pBuffer,
+                                        size_t* piSize);
+/** Writes the camera's registers. Features may show old values until they are
+ *  read anew: their caches don't hear of it.
+ *  @param piSize  bytes to write in, bytes written out */
+OV_API OV_STATUS OVWriteRemoteDevicePort(OV_DEV_HANDLE hDevice, uint64_t ui64Address,
+                                         const void* pBuffer, size_t* piSize);
+
+/** @} */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
