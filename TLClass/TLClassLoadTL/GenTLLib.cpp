@@ -1,0 +1,40 @@
+#include "TLClassLoadTL/GenTLLib.h"
+
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassLoadTL/OvLog.h"
+#include "TLClassLoadTL/OvString.h"
+
+namespace OVTLClass {
+
+namespace {
+
+constexpr const char* kBorrowedNames[] = {"GCReadPort", "GCWritePort", "GCReadPortStacked",
+                                          "GCWritePortStacked", "GCGetLastError"};
+
+}  // namespace
+
+CGenTLLib::CGenTLLib(const std::string& path) {
+    if (!m_library.Load(path)) {
+        OV_RAISE(CUnexpectedError,
+                 COvString::MsgComposer("Failed to load file %s\n", path.c_str()));
+    }
+#define OV_GENTL_RESOLVE(name, parameters) name.Set(m_library.Resolve(#name));
+    OV_GENTL_FUNCTIONS(OV_GENTL_RESOLVE)
+#undef OV_GENTL_RESOLVE
+    for (const char* const name : kBorrowedNames) {
+        m_functions[name] = m_library.Resolve(name);
+    }
+}
+
+CGenTLLib::~CGenTLLib() {
+    if (!m_library.Unload()) {
+        COvLog::GetInstance().WriteLog("FreeLibrary failed");
+    }
+}
+
+void* CGenTLLib::GetFunction(const std::string& name) const {
+    const auto found = m_functions.find(name);
+    return found == m_functions.end() ? nullptr : found->second;
+}
+
+}  // namespace OVTLClass

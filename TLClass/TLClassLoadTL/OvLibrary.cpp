@@ -1,0 +1,39 @@
+#include "TLClassLoadTL/OvLibrary.h"
+
+#include <dlfcn.h>
+
+#include "TLClassLoadTL/OvLog.h"
+#include "TLClassLoadTL/OvString.h"
+
+namespace OVTLClass {
+
+bool COvLibrary::Load(const std::string& path) {
+    if (m_handle != nullptr) {
+        return false;
+    }
+    m_handle = dlopen(path.c_str(), RTLD_LAZY);
+    return m_handle != nullptr;
+}
+
+bool COvLibrary::Unload() {
+    if (m_handle == nullptr) {
+        return true;
+    }
+    const int result = dlclose(m_handle);
+    m_handle = nullptr;
+    return result == 0;
+}
+
+void* COvLibrary::Resolve(const char* name) const {
+    if (m_handle == nullptr) {
+        return nullptr;
+    }
+    void* const address = dlsym(m_handle, name);
+    if (address == nullptr) {
+        COvLog::GetInstance().WriteLog(
+            COvString::MsgComposer("Failed to get ProcAddress %s\n", name));
+    }
+    return address;
+}
+
+}  // namespace OVTLClass

@@ -1,0 +1,70 @@
+#pragma once
+/// The log of the transport model.
+///
+/// Lines collect in memory until a file path is set: the library has no
+/// configuration file, and a host that wants the log sets the path.
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <list>
+#include <string>
+
+#include "TLClassLoadTL/OvLock.h"
+
+namespace OVTLClass {
+
+class COvLog {
+public:
+    enum OutputType : int32_t { Nowhere = 0, DebugWindow = 1, File = 2 };
+
+    /// The one log of the process, made at the first call.
+    static COvLog& GetInstance();
+
+    COvLog() = default;
+    ~COvLog();
+    COvLog(const COvLog&) = delete;
+    COvLog& operator=(const COvLog&) = delete;
+
+    void WriteLog(const std::string& text);
+    /// Writes the pending lines to the file; they stay when it doesn't open.
+    void Flush();
+
+    /// Values other than 0, 1 and 2 are ignored.
+    void SetOutputType(int type);
+    void SetOutputToFile() { SetOutputType(File); }
+    void SetOutputToDebugWindow() { SetOutputType(DebugWindow); }
+    void SetOutputNoWhere() { SetOutputType(Nowhere); }
+
+    void SetLogFilePath(const std::string& path);
+    std::string GetLogFilePath();
+
+    void EnableTimeStamp();
+    void DisableTimeStamp();
+    /// "2026-01-31 23:59:59.microseconds ", local time.
+    static std::string GetCurrentTimeString();
+
+    /// Lines that wait for a file, and their bytes.
+    size_t GetPendingLineCount();
+    size_t GetPendingByteCount();
+
+private:
+    void __Flush();
+
+    static std::atomic<COvLog*> ms_ObjOvLog;
+
+    std::string m_path;
+    bool m_timeStamp = true;
+    int32_t m_outputType = File;
+    std::list<std::string> m_pending;
+    size_t m_pendingBytes = 0;
+    CLock m_lock;
+};
+
+/// Logs a message with its place, as "file(line):'function':message".
+void LogAt(const char* file, int line, const char* function, const std::string& message);
+
+}  // namespace OVTLClass
+
+/// Logs a message with the place of this line.
+#define OV_LOG(message) ::OVTLClass::LogAt(__FILE__, __LINE__, __func__, (message))
