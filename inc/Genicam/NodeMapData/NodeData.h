@@ -117,7 +117,6 @@ private:
     friend class CNodeDataPreprocessor;
 
     CProperty& Append(CProperty* pProperty);
-    bool HasUnknownTarget(const CProperty& property, INodeDataMap& targetMap) const;
     std::string Dump() const;
     std::string StartTag() const;
 

@@ -93,7 +93,7 @@ public:
 private:
     using NodeNameMap_t = std::map<std::string, NodeID_t, std::less<>>;
 
-    void RenameToRoot(std::string_view name);
+    static void RenameToRoot(CNodeDataMap& toExtractTree, std::string_view name);
 
     std::unique_ptr<NodeNameMap_t> m_pNodeName2NodeID;
     std::unique_ptr<std::vector<std::string>> m_pNodeID2NodeName;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "NodeMapData/NodeID.h"
@@ -17,7 +18,7 @@ public:
     using const_reverse_iterator = std::vector<NodeID_t>::const_reverse_iterator;
 
     CNodeIDSet() = default;
-    /// Takes any list, with repeats and in any order.
+    /// Takes a list in any order and with repeats.
     explicit CNodeIDSet(std::vector<NodeID_t> members) : m_Members(std::move(members)) {
         std::sort(m_Members.begin(), m_Members.end());
         m_Members.erase(std::unique(m_Members.begin(), m_Members.end()), m_Members.end());
@@ -28,9 +29,12 @@ public:
     const_reverse_iterator rbegin() const { return m_Members.rbegin(); }
     const_reverse_iterator rend() const { return m_Members.rend(); }
     size_t size() const { return m_Members.size(); }
-    bool empty() const { return m_Members.empty(); }
+    /// The member at a place in ascending order.
+    NodeID_t operator[](size_t place) const { return m_Members[place]; }
 
 private:
+    friend class CNodeIDUnion;
+
     std::vector<NodeID_t> m_Members;
 };
 

@@ -75,7 +75,7 @@ public:
 
     /// An empty property. In all constructors @p pNodeDataMap resolves the
     /// identifiers; it is not owned and outlives the property.
-    explicit CProperty(INodeDataMap* pNodeDataMap) : m_pNodeDataMap(pNodeDataMap) {}
+    explicit CProperty(INodeDataMap* pNodeDataMap) : m_Context{pNodeDataMap} {}
     CProperty(INodeDataMap* pNodeDataMap, CPropertyID id, StringID_t value)
         : CProperty(pNodeDataMap, id, String_ID, Bits{value.ToIndex()}) {}
     /// Enters @p text in the map.
@@ -110,7 +110,9 @@ public:
     bool IsInitialized() const;
 
     /// The qualifying property, or null. Owned by this property.
-    const CProperty* GetAttribute() const { return m_HasAttribute ? m_pAttribute : nullptr; }
+    const CProperty* GetAttribute() const {
+        return m_HasAttribute ? m_Context.m_pAttribute : nullptr;
+    }
     /// Takes the qualifying property, which belongs to the same map, in place
     /// of the present one.
     void SetAttribute(std::unique_ptr<CProperty> pAttribute);
@@ -154,7 +156,7 @@ public:
 
 private:
     CProperty(INodeDataMap* pNodeDataMap, CPropertyID id, EDataType_t type, Bits value)
-        : m_PropertyID(id), m_DataType(type), m_Value(value.value), m_pNodeDataMap(pNodeDataMap) {}
+        : m_PropertyID(id), m_DataType(type), m_Value(value.value), m_Context{pNodeDataMap} {}
 
     void Swap(CProperty& other) noexcept;
     void AppendDump(std::string& text) const;
@@ -168,10 +170,11 @@ private:
     int64_t m_Value = 0;
     /// Attributes are rare and belong to the same map, so the two pointers
     /// share a place: the map is asked of the attribute where there is one.
-    union {
+    union Context {
         INodeDataMap* m_pNodeDataMap;
         CProperty* m_pAttribute;
     };
+    Context m_Context;
 };
 
 static_assert(sizeof(CProperty) == 32);
