@@ -1,0 +1,81 @@
+#include "Base/GCException.h"
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace GenICam_3_0_ORVANE {
+
+namespace {
+
+std::string FileNameOf(std::string_view path) {
+    const size_t separator = path.find_last_of("/\\");
+    return std::string(separator == std::string_view::npos ? path : path.substr(separator + 1));
+}
+
+}  // namespace
+
+GenericException::GenericException(const char* description, const char* sourceFileName,
+                                   unsigned sourceLine)
+    : GenericException(description, sourceFileName, sourceLine, "", "", "") {}
+
+GenericException::GenericException(const char* description, const char* sourceFileName,
+                                   unsigned sourceLine, const char* exceptionType)
+    : GenericException(description, sourceFileName, sourceLine, "", "", exceptionType) {}
+
+GenericException::GenericException(const char* description, const char* sourceFileName,
+                                   unsigned sourceLine, const char* entryPoint,
+                                   const char* nodeName, const char* exceptionType)
+    : m_ExceptionType(exceptionType),
+      m_SourceLine(sourceLine),
+      m_SourceFileName(sourceFileName),
+      m_Description(description),
+      m_EntryPoint(entryPoint),
+      m_NodeName(nodeName) {
+    AssembleMessage();
+}
+
+GenericException::~GenericException() = default;
+
+const char* GenericException::GetDescription() const noexcept {
+    return m_Description.c_str();
+}
+
+const char* GenericException::GetSourceFileName() const noexcept {
+    return m_SourceFileName.c_str();
+}
+
+unsigned GenericException::GetSourceLine() const noexcept {
+    return m_SourceLine;
+}
+
+const char* GenericException::what() const noexcept {
+    return m_What.c_str();
+}
+
+void GenericException::AssembleMessage() {
+    std::string message = m_Description.c_str();
+    if (!m_ExceptionType.empty()) {
+        message.append(" : ").append(m_ExceptionType.c_str()).append(" thrown");
+    }
+    if (!m_NodeName.empty()) {
+        message.append(" in node '").append(m_NodeName.c_str()).append("'");
+    }
+    if (!m_EntryPoint.empty()) {
+        message.append(" while calling '").append(m_EntryPoint.c_str()).append("'");
+    }
+    message.append(" (file '").append(FileNameOf(m_SourceFileName.c_str())).append("', line ");
+    message.append(std::to_string(m_SourceLine)).append(")");
+    m_What.assign(message.c_str(), message.size());
+}
+
+void ThrowBadAlloc(const char* file, unsigned line) {
+    throw BadAllocException("", file, line, "BadAllocException");
+}
+
+void FormatDescription(DescriptionBuffer& buffer, const char* format, va_list arguments) {
+    buffer.fill('\0');
+    std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
+}
+
+}  // namespace GenICam_3_0_ORVANE

@@ -1,0 +1,42 @@
+#include "Base/Lock.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include "Base/GCException.h"
+
+namespace GenICam_3_0_ORVANE {
+
+CLock::CLock() : m_Mutex() {
+    pthread_mutexattr_t attributes;
+    pthread_mutexattr_init(&attributes);
+    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
+    pthread_mutex_init(&m_Mutex, &attributes);
+    pthread_mutexattr_destroy(&attributes);
+}
+
+CLock::~CLock() {
+    pthread_mutex_destroy(&m_Mutex);
+}
+
+void CLock::Lock() {
+    if (const int error = pthread_mutex_lock(&m_Mutex)) {
+        RUNTIME_EXCEPTION("CLock::Lock() failed: %d (%s)", error, std::strerror(error));
+    }
+}
+
+bool CLock::TryLock() {
+    const int error = pthread_mutex_trylock(&m_Mutex);
+    if (error != 0 && error != EBUSY) {
+        RUNTIME_EXCEPTION("CLock::TryLock() failed: %d (%s)", error, std::strerror(error));
+    }
+    return error == 0;
+}
+
+void CLock::Unlock() {
+    if (const int error = pthread_mutex_unlock(&m_Mutex)) {
+        RUNTIME_EXCEPTION("Mutex::unlock() failed: %d (%s)", error, std::strerror(error));
+    }
+}
+
+}  // namespace GenICam_3_0_ORVANE
