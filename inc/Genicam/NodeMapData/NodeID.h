@@ -2,7 +2,6 @@
 /// Identifiers of the loaded description: nodes and texts are spoken of by a
 /// small number, so that a property stays small and a look-up is an index.
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 
@@ -24,7 +23,10 @@ public:
     /// The plain index; -1 for the invalid identifier.
     constexpr int32_t ToIndex() const { return m_Index; }
 
-    friend constexpr auto operator<=>(IndexID, IndexID) = default;
+    friend constexpr bool operator==(IndexID, IndexID) = default;
+    friend constexpr bool operator<(IndexID left, IndexID right) {
+        return left.m_Index < right.m_Index;
+    }
 
 private:
     int32_t m_Index = -1;
