@@ -1,0 +1,339 @@
+#include "framework/BufferPool.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace OvProducer {
+namespace {
+
+template <typename List>
+void Erase(List& list, const std::shared_ptr<Buffer>& buffer) {
+    const auto found = std::find(list.begin(), list.end(), buffer);
+    if (found != list.end()) {
+        list.erase(found);
+    }
+}
+
+}  // namespace
+
+class BufferPool::NewBufferEvent : public Event {
+public:
+    explicit NewBufferEvent(std::shared_ptr<Queues> queues)
+        : Event(GenTL::EVENT_NEW_BUFFER, queues->mutex), m_queues(std::move(queues)) {}
+
+    InfoValue DataInfo(std::span<const std::byte> entry,
+                       GenTL::EVENT_DATA_INFO_CMD command) const override {
+        GenTL::S_EVENT_NEW_BUFFER data{};
+        if (entry.size() < sizeof data) {
+            throw Failure(GenTL::GC_ERR_INVALID_PARAMETER, "The event entry is too short");
+        }
+        std::memcpy(&data, entry.data(), sizeof data);
+        switch (command) {
+            case GenTL::EVENT_DATA_ID:
+                return InfoValue::Pointer(data.BufferHandle);
+            case GenTL::EVENT_DATA_VALUE:
+                return InfoValue::Pointer(data.pUserPointer);
+            default:
+                throw Failure(GenTL::GC_ERR_NOT_IMPLEMENTED, "The event has no such part");
+        }
+    }
+
+    /// The lock is held.
+    void Report(const std::shared_ptr<Buffer>& buffer) {
+        if (!Closed()) {
+            m_queues->entries.push_back(buffer);
+            Added();
+        }
+    }
+
+protected:
+    std::size_t EntrySizeMax() const override { return sizeof(GenTL::S_EVENT_NEW_BUFFER); }
+    std::size_t InfoSizeMax() const override { return sizeof(void*); }
+    std::size_t Pending() const override { return m_queues->entries.size(); }
+    std::size_t FrontSize() const override { return EntrySizeMax(); }
+
+    void TakeFront(void* buffer) override {
+        const std::shared_ptr<Buffer> front = m_queues->entries.front();
+        m_queues->entries.pop_front();
+        Erase(m_queues->output, front);
+        front->state = BufferState::Idle;
+        if (buffer != nullptr) {
+            const GenTL::S_EVENT_NEW_BUFFER data{front->Handle(), front->userPointer};
+            std::memcpy(buffer, &data, sizeof data);
+        }
+    }
+
+    void DropAll() override {
+        for (const std::shared_ptr<Buffer>& buffer : m_queues->entries) {
+            Erase(m_queues->output, buffer);
+            buffer->state = BufferState::Idle;
+        }
+        m_queues->entries.clear();
+    }
+
+private:
+    std::shared_ptr<Queues> m_queues;
+};
+
+std::shared_ptr<Buffer> BufferPool::MakeBuffer(void* memory, std::size_t size,
+                                               void* userPointer) const {
+    if (size == 0) {
+        throw Failure(GenTL::GC_ERR_INVALID_PARAMETER, "A buffer of no bytes can't be announced");
+    }
+    auto buffer = std::make_shared<Buffer>();
+    if (memory == nullptr) {
+        buffer->ownMemory.resize(size);
+    }
+    buffer->base = memory != nullptr ? static_cast<std::byte*>(memory) : buffer->ownMemory.data();
+    buffer->size = size;
+    buffer->userPointer = userPointer;
+    buffer->tlType = m_tlType;
+    return buffer;
+}
+
+void BufferPool::Announce(const std::shared_ptr<Buffer>& buffer) {
+    const std::lock_guard lock(m_queues->mutex);
+    const bool known = std::any_of(m_announced.begin(), m_announced.end(),
+                                   [&](const auto& other) { return other->base == buffer->base; });
+    if (known) {
+        throw Failure(GenTL::GC_ERR_RESOURCE_IN_USE, "The memory is announced already");
+    }
+    m_announced.push_back(buffer);
+}
+
+void BufferPool::RequireAnnounced(const std::shared_ptr<Buffer>& buffer) const {
+    if (std::find(m_announced.begin(), m_announced.end(), buffer) == m_announced.end()) {
+        throw Failure(GenTL::GC_ERR_INVALID_BUFFER, "The buffer isn't announced to this stream");
+    }
+}
+
+void BufferPool::Revoke(const std::shared_ptr<Buffer>& buffer) {
+    const std::lock_guard lock(m_queues->mutex);
+    RequireAnnounced(buffer);
+    if (buffer->state != BufferState::Idle) {
+        throw Failure(GenTL::GC_ERR_BUSY, "The buffer is in a queue or being filled");
+    }
+    Erase(m_announced, buffer);
+}
+
+std::vector<std::shared_ptr<Buffer>> BufferPool::RevokeAll() {
+    const std::lock_guard lock(m_queues->mutex);
+    m_queues->input.clear();
+    m_queues->output.clear();
+    m_queues->entries.clear();
+    return std::exchange(m_announced, {});
+}
+
+void BufferPool::Queue(const std::shared_ptr<Buffer>& buffer) {
+    {
+        const std::lock_guard lock(m_queues->mutex);
+        RequireAnnounced(buffer);
+        if (buffer->state != BufferState::Idle) {
+            throw Failure(GenTL::GC_ERR_BUSY, "The buffer is in a queue or being filled");
+        }
+        ToInput(buffer);
+    }
+    m_inputReady.notify_all();
+}
+
+void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
+    Queues& queues = *m_queues;
+    {
+        const std::lock_guard lock(queues.mutex);
+        switch (operation) {
+            case GenTL::ACQ_QUEUE_INPUT_TO_OUTPUT:
+                for (const auto& buffer : std::exchange(queues.input, {})) {
+                    ToOutput(buffer);
+                }
+                break;
+            case GenTL::ACQ_QUEUE_OUTPUT_DISCARD:
+                OutputToIdle();
+                break;
+            case GenTL::ACQ_QUEUE_ALL_TO_INPUT:
+                OutputToInput();
+                [[fallthrough]];
+            case GenTL::ACQ_QUEUE_UNQUEUED_TO_INPUT:
+                for (const auto& buffer : m_announced) {
+                    if (buffer->state == BufferState::Idle) {
+                        ToInput(buffer);
+                    }
+                }
+                break;
+            case GenTL::ACQ_QUEUE_ALL_DISCARD:
+                OutputToIdle();
+                queues.input.clear();
+                for (const auto& buffer : m_announced) {
+                    buffer->discardWhenFilled = buffer->state == BufferState::Filling;
+                    if (buffer->state == BufferState::Input) {
+                        buffer->state = BufferState::Idle;
+                    }
+                }
+                break;
+            default:
+                throw Failure(GenTL::GC_ERR_INVALID_PARAMETER, "Unknown queue operation");
+        }
+    }
+    m_inputReady.notify_all();
+}
+
+std::shared_ptr<Buffer> BufferPool::At(std::size_t index) const {
+    const std::lock_guard lock(m_queues->mutex);
+    if (index >= m_announced.size()) {
+        throw Failure(GenTL::GC_ERR_INVALID_INDEX, "No buffer has that index");
+    }
+    return m_announced[index];
+}
+
+InfoValue BufferPool::Info(const std::shared_ptr<Buffer>& buffer,
+                           GenTL::BUFFER_INFO_CMD command) const {
+    const std::lock_guard lock(m_queues->mutex);
+    RequireAnnounced(buffer);
+    return BufferInfo(*buffer, command);
+}
+
+std::vector<GenTL::S_SINGLE_CHUNK_DATA> BufferPool::Chunks(
+    const std::shared_ptr<Buffer>& buffer) const {
+    const std::lock_guard lock(m_queues->mutex);
+    RequireAnnounced(buffer);
+    if (!buffer->hasFrame) {
+        ThrowNotAvailable();
+    }
+    return buffer->frame.chunks;
+}
+
+StreamCounters BufferPool::Counters() const {
+    const std::lock_guard lock(m_queues->mutex);
+    StreamCounters counters = m_counters;
+    counters.announced = m_announced.size();
+    counters.input = m_queues->input.size();
+    counters.output = m_queues->output.size();
+    return counters;
+}
+
+BufferHandling BufferPool::Handling() const {
+    const std::lock_guard lock(m_queues->mutex);
+    return m_handling;
+}
+
+void BufferPool::SetHandling(BufferHandling handling) {
+    const std::lock_guard lock(m_queues->mutex);
+    m_handling = handling;
+}
+
+std::shared_ptr<Event> BufferPool::MakeEvent() {
+    auto event = std::make_shared<NewBufferEvent>(m_queues);
+    const std::lock_guard lock(m_queues->mutex);
+    m_event = event;
+    return event;
+}
+
+void BufferPool::CloseEvent() {
+    std::shared_ptr<NewBufferEvent> event;
+    {
+        const std::lock_guard lock(m_queues->mutex);
+        event = std::exchange(m_event, nullptr);
+    }
+    if (event) {
+        event->Close();
+    }
+}
+
+void BufferPool::ResetCounters() {
+    const std::lock_guard lock(m_queues->mutex);
+    m_counters = {};
+}
+
+std::shared_ptr<Buffer> BufferPool::TakeInput() {
+    const std::lock_guard lock(m_queues->mutex);
+    return TakeInputLocked();
+}
+
+std::shared_ptr<Buffer> BufferPool::WaitInput(const std::stop_token& stop) {
+    std::unique_lock lock(m_queues->mutex);
+    const bool ready = m_inputReady.wait(lock, stop, [this] { return !m_queues->input.empty(); });
+    return ready ? TakeInputLocked() : nullptr;
+}
+
+void BufferPool::Deliver(const std::shared_ptr<Buffer>& buffer, FrameInfo frame) {
+    {
+        const std::lock_guard lock(m_queues->mutex);
+        m_counters.incomplete += frame.incomplete ? 1 : 0;
+        buffer->frame = std::move(frame);
+        buffer->hasFrame = true;
+        buffer->newData = true;
+        if (std::exchange(buffer->discardWhenFilled, false)) {
+            buffer->state = BufferState::Idle;
+            return;
+        }
+        if (m_handling == BufferHandling::NewestOnly) {
+            m_counters.lost += m_queues->output.size();
+            OutputToInput();
+        }
+        ++m_counters.delivered;
+        ToOutput(buffer);
+    }
+    m_inputReady.notify_all();
+}
+
+void BufferPool::CountStarted() {
+    const std::lock_guard lock(m_queues->mutex);
+    ++m_counters.started;
+}
+
+void BufferPool::CountLost() {
+    const std::lock_guard lock(m_queues->mutex);
+    ++m_counters.lost;
+}
+
+void BufferPool::ToInput(const std::shared_ptr<Buffer>& buffer) {
+    buffer->state = BufferState::Input;
+    buffer->newData = false;
+    buffer->hasFrame = false;
+    m_queues->input.push_back(buffer);
+}
+
+void BufferPool::ToOutput(const std::shared_ptr<Buffer>& buffer) {
+    buffer->state = BufferState::Output;
+    m_queues->output.push_back(buffer);
+    if (m_event) {
+        m_event->Report(buffer);
+    }
+}
+
+void BufferPool::OutputToIdle() {
+    for (const auto& buffer : std::exchange(m_queues->output, {})) {
+        buffer->state = BufferState::Idle;
+    }
+    m_queues->entries.clear();
+}
+
+void BufferPool::OutputToInput() {
+    for (const auto& buffer : std::exchange(m_queues->output, {})) {
+        ToInput(buffer);
+    }
+    m_queues->entries.clear();
+}
+
+std::shared_ptr<Buffer> BufferPool::TakeInputLocked() {
+    List& input = m_queues->input;
+    List& output = m_queues->output;
+    std::shared_ptr<Buffer> buffer;
+    if (!input.empty()) {
+        buffer = input.front();
+        input.pop_front();
+    } else if (m_handling != BufferHandling::OldestFirst && !output.empty()) {
+        buffer = output.front();
+        output.pop_front();
+        Erase(m_queues->entries, buffer);
+        ++m_counters.lost;
+    } else {
+        return nullptr;
+    }
+    buffer->state = BufferState::Filling;
+    buffer->hasFrame = false;
+    buffer->newData = false;
+    return buffer;
+}
+
+}  // namespace OvProducer

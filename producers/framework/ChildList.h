@@ -1,0 +1,135 @@
+/// @file
+/// The children of a module: the list of the last update, and those that are
+/// open. The two differ once an open child has left the list.
+#ifndef OV_PRODUCER_CHILD_LIST_H
+#define OV_PRODUCER_CHILD_LIST_H
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "framework/Failure.h"
+
+namespace OvProducer {
+
+/// `Backend` tells `Facts().id`; `Child` is the open module made of it.
+template <typename Backend, typename Child>
+class ChildList {
+public:
+    using Backends = std::vector<std::shared_ptr<Backend>>;
+
+    /// Takes a new list. True when the set of IDs differs from the last one.
+    bool Update(Backends found) {
+        const std::set<std::string> after = IdsOf(found);
+        const std::lock_guard lock(m_mutex);
+        const bool changed = IdsOf(m_listed) != after;
+        m_listed = std::move(found);
+        m_selected = std::clamp<std::int64_t>(m_selected, 0, std::max<std::int64_t>(Last(), 0));
+        return changed;
+    }
+
+    std::size_t Count() const {
+        const std::lock_guard lock(m_mutex);
+        return m_listed.size();
+    }
+
+    /// -1017 beyond the end.
+    std::shared_ptr<Backend> At(std::size_t index) const {
+        const std::lock_guard lock(m_mutex);
+        if (index >= m_listed.size()) {
+            throw Failure(GenTL::GC_ERR_INVALID_INDEX,
+                          "No list entry has index " + std::to_string(index));
+        }
+        return m_listed[index];
+    }
+
+    /// Null when the list holds no such ID.
+    std::shared_ptr<Backend> Find(const std::string& id) const {
+        const std::lock_guard lock(m_mutex);
+        const auto found = std::find_if(m_listed.begin(), m_listed.end(),
+                                        [&](const auto& b) { return b->Facts().id == id; });
+        return found == m_listed.end() ? nullptr : *found;
+    }
+
+    /// Opens the child by `make`, which is not called when it is open (-1004).
+    template <typename Make>
+    std::shared_ptr<Child> Open(const std::string& id, Make make) {
+        const std::lock_guard lock(m_mutex);
+        if (m_open.contains(id)) {
+            throw Failure(GenTL::GC_ERR_RESOURCE_IN_USE, "'" + id + "' is open already");
+        }
+        return m_open.emplace(id, make()).first->second;
+    }
+
+    /// Takes the child out of the open ones; -1006 when it isn't among them.
+    void Remove(const std::shared_ptr<Child>& child) {
+        const std::lock_guard lock(m_mutex);
+        const auto found = std::find_if(m_open.begin(), m_open.end(),
+                                        [&](const auto& entry) { return entry.second == child; });
+        if (found == m_open.end()) {
+            throw Failure(GenTL::GC_ERR_INVALID_HANDLE, "The module is closed");
+        }
+        m_open.erase(found);
+    }
+
+    /// All open children; they are no longer known as open afterwards.
+    std::vector<std::shared_ptr<Child>> TakeOpen() {
+        const std::lock_guard lock(m_mutex);
+        std::vector<std::shared_ptr<Child>> children;
+        for (const auto& [id, child] : m_open) {
+            children.push_back(child);
+        }
+        m_open.clear();
+        return children;
+    }
+
+    // The list as a description's selector sees it.
+
+    /// -1 when the list is empty, so that a reader counts right.
+    std::int64_t LastIndex() const {
+        const std::lock_guard lock(m_mutex);
+        return Last();
+    }
+
+    std::int64_t Selected() const {
+        const std::lock_guard lock(m_mutex);
+        return m_selected;
+    }
+
+    void Select(std::int64_t index) {
+        const std::lock_guard lock(m_mutex);
+        if (index < 0 || index > Last()) {
+            throw Failure(GenTL::GC_ERR_INVALID_VALUE, "The selector is out of range");
+        }
+        m_selected = index;
+    }
+
+    std::shared_ptr<Backend> SelectedBackend() const {
+        return At(static_cast<std::size_t>(Selected()));
+    }
+
+private:
+    static std::set<std::string> IdsOf(const Backends& backends) {
+        std::set<std::string> ids;
+        for (const auto& backend : backends) {
+            ids.insert(backend->Facts().id);
+        }
+        return ids;
+    }
+
+    std::int64_t Last() const { return static_cast<std::int64_t>(m_listed.size()) - 1; }
+
+    mutable std::mutex m_mutex;
+    Backends m_listed;
+    std::map<std::string, std::shared_ptr<Child>> m_open;
+    std::int64_t m_selected = 0;
+};
+
+}  // namespace OvProducer
+
+#endif

@@ -1,0 +1,38 @@
+/// @file
+/// The framework's own module descriptions, compiled in from their files.
+#include <string_view>
+
+#include "framework/Backend.h"
+
+namespace OvProducer {
+
+extern const std::string_view kSystemDescription;
+extern const std::string_view kInterfaceDescription;
+extern const std::string_view kDeviceDescription;
+extern const std::string_view kStreamDescription;
+
+namespace {
+
+// Behind all registers of a module.
+constexpr std::uint64_t kDescriptionAddress = 0x10000;
+
+Description DescriptionOf(ModuleKind kind) {
+    switch (kind) {
+        case ModuleKind::System:
+            return {"OvSystem_1_0_0", std::string(kSystemDescription)};
+        case ModuleKind::Interface:
+            return {"OvInterface_1_0_0", std::string(kInterfaceDescription)};
+        case ModuleKind::Device:
+            return {"OvDevice_1_0_0", std::string(kDeviceDescription)};
+        default:
+            return {"OvStream_1_0_0", std::string(kStreamDescription)};
+    }
+}
+
+}  // namespace
+
+void ProducerBackend::Describe(ModuleKind kind, Port& port) {
+    port.AddDescription(DescriptionOf(kind), kDescriptionAddress);
+}
+
+}  // namespace OvProducer

@@ -1,0 +1,38 @@
+#include "framework/Failure.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace OvProducer {
+namespace {
+
+// Plain memory on purpose: a thread-local object with a destructor would keep
+// the producer loaded until the thread ends, however often it is closed.
+struct Record {
+    GenTL::GC_ERROR code = GenTL::GC_ERR_SUCCESS;
+    std::array<char, 512> text{"No Error"};
+};
+
+thread_local constinit Record t_record;
+
+}  // namespace
+
+void RequirePointer(const void* pointer, std::string_view what) {
+    if (pointer == nullptr) {
+        throw Failure(GenTL::GC_ERR_INVALID_PARAMETER, std::string(what) + " must not be null");
+    }
+}
+
+void StoreLastError(GenTL::GC_ERROR code, std::string_view text) noexcept {
+    t_record.code = code;
+    const std::size_t length = std::min(text.size(), t_record.text.size() - 1);
+    std::memcpy(t_record.text.data(), text.data(), length);
+    t_record.text[length] = '\0';
+}
+
+LastError ReadLastError() noexcept {
+    return {t_record.code, t_record.text.data()};
+}
+
+}  // namespace OvProducer

@@ -1,0 +1,43 @@
+#include "framework/Handles.h"
+
+#include <atomic>
+#include <mutex>
+
+namespace OvProducer {
+namespace {
+
+// Process-wide, so that a handle from before `GCCloseLib` stays stale after the
+// next `GCInitLib`.
+void* NextHandle() {
+    static std::atomic<std::uintptr_t> next{0x10000};
+    constexpr std::uintptr_t step = 16;
+    return reinterpret_cast<void*>(next.fetch_add(step));
+}
+
+}  // namespace
+
+void* HandleTable::Add(const std::shared_ptr<Object>& object) {
+    object->m_handle = NextHandle();
+    const std::unique_lock lock(m_mutex);
+    m_objects.emplace(object->m_handle, object);
+    return object->m_handle;
+}
+
+void HandleTable::Remove(const void* handle) {
+    std::shared_ptr<Object> last;
+    const std::unique_lock lock(m_mutex);
+    const auto found = m_objects.find(handle);
+    if (found != m_objects.end()) {
+        // Kept past the lock: the object's end must not run under it.
+        last = std::move(found->second);
+        m_objects.erase(found);
+    }
+}
+
+std::shared_ptr<Object> HandleTable::Find(const void* handle) const {
+    const std::shared_lock lock(m_mutex);
+    const auto found = m_objects.find(handle);
+    return found == m_objects.end() ? nullptr : found->second;
+}
+
+}  // namespace OvProducer

@@ -1,0 +1,61 @@
+/// @file
+/// Handles of a producer. A handle is a number that is never given twice, so
+/// that a stale one is told from a live one for sure and is never followed.
+#ifndef OV_PRODUCER_HANDLES_H
+#define OV_PRODUCER_HANDLES_H
+
+#include <cstdint>
+#include <memory>
+#include <shared_mutex>
+#include <unordered_map>
+
+#include "framework/Failure.h"
+
+namespace OvProducer {
+
+/// Whatever a handle can stand for.
+class Object {
+public:
+    Object() = default;
+    Object(const Object&) = delete;
+    Object& operator=(const Object&) = delete;
+    virtual ~Object() = default;
+
+    /// Null until the object is entered into the table.
+    void* Handle() const { return m_handle; }
+
+private:
+    friend class HandleTable;
+    void* m_handle = nullptr;
+};
+
+/// All live handles. An object that a call works on stays alive for the call,
+/// also when another thread closes it meanwhile.
+class HandleTable {
+public:
+    /// Gives the object its handle; done before other threads know the object.
+    void* Add(const std::shared_ptr<Object>& object);
+    /// Voids the handle; unknown ones are ignored.
+    void Remove(const void* handle);
+
+    /// The object behind the handle; -1006 when it is null, stale or of
+    /// another kind.
+    template <typename T>
+    std::shared_ptr<T> Get(const void* handle) const {
+        std::shared_ptr<T> object = std::dynamic_pointer_cast<T>(Find(handle));
+        if (!object) {
+            throw Failure(GenTL::GC_ERR_INVALID_HANDLE, "The handle is invalid");
+        }
+        return object;
+    }
+
+private:
+    std::shared_ptr<Object> Find(const void* handle) const;
+
+    mutable std::shared_mutex m_mutex;
+    std::unordered_map<const void*, std::shared_ptr<Object>> m_objects;
+};
+
+}  // namespace OvProducer
+
+#endif

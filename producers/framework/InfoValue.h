@@ -1,0 +1,83 @@
+/// @file
+/// Answers of the information calls: a typed value that knows the two-call
+/// protocol, and tables that map a command to the member that answers it.
+#ifndef OV_PRODUCER_INFO_VALUE_H
+#define OV_PRODUCER_INFO_VALUE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "GenTL/GenTL.h"
+#include "framework/Failure.h"
+
+namespace OvProducer {
+
+/// One answer: its GenTL type and its bytes.
+class InfoValue {
+public:
+    static InfoValue Text(std::string_view text);
+    /// Texts of a string list: a NUL behind each and one more at the end.
+    static InfoValue TextList(std::span<const std::string> texts);
+    static InfoValue Bytes(std::span<const std::byte> bytes);
+    static InfoValue Int32(std::int32_t value) { return Raw(GenTL::INFO_DATATYPE_INT32, value); }
+    static InfoValue Uint32(std::uint32_t value) { return Raw(GenTL::INFO_DATATYPE_UINT32, value); }
+    static InfoValue Uint64(std::uint64_t value) { return Raw(GenTL::INFO_DATATYPE_UINT64, value); }
+    static InfoValue Size(std::size_t value) { return Raw(GenTL::INFO_DATATYPE_SIZET, value); }
+    static InfoValue Pointer(const void* value) { return Raw(GenTL::INFO_DATATYPE_PTR, value); }
+    static InfoValue Bool(bool value) {
+        return Raw(GenTL::INFO_DATATYPE_BOOL8, static_cast<GenTL::bool8_t>(value));
+    }
+
+    GenTL::INFO_DATATYPE Type() const { return m_type; }
+    std::string_view Data() const { return m_bytes; }
+
+    /// The two-call protocol: a null `buffer` asks for the size, otherwise the
+    /// value is copied. `type` may be null.
+    void CopyOut(GenTL::INFO_DATATYPE* type, void* buffer, std::size_t* size) const;
+
+private:
+    InfoValue(GenTL::INFO_DATATYPE type, std::string bytes)
+        : m_type(type), m_bytes(std::move(bytes)) {}
+
+    template <typename T>
+    static InfoValue Raw(GenTL::INFO_DATATYPE type, T value) {
+        std::string bytes(sizeof value, '\0');
+        std::memcpy(bytes.data(), &value, sizeof value);
+        return {type, std::move(bytes)};
+    }
+
+    GenTL::INFO_DATATYPE m_type;
+    std::string m_bytes;  // numbers fit its local storage, so they don't allocate
+};
+
+/// A known value that has no content at this time.
+[[noreturn]] void ThrowNotAvailable();
+
+/// One row of a command table over `Object`.
+template <typename Object>
+struct InfoRow {
+    std::int32_t command;
+    InfoValue (*answer)(const Object&);
+};
+
+/// The answer of the row with that command; a command that no row holds isn't
+/// offered by this producer.
+template <typename Object, std::size_t count>
+InfoValue AnswerFrom(const InfoRow<Object> (&rows)[count], std::int32_t command,
+                     const Object& object) {
+    for (const InfoRow<Object>& row : rows) {
+        if (row.command == command) {
+            return row.answer(object);
+        }
+    }
+    throw Failure(GenTL::GC_ERR_NOT_IMPLEMENTED,
+                  "Information command " + std::to_string(command) + " isn't offered");
+}
+
+}  // namespace OvProducer
+
+#endif

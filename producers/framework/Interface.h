@@ -1,0 +1,58 @@
+/// @file
+/// The interface module: what a producer calls one adapter, and the devices on
+/// it.
+#ifndef OV_PRODUCER_INTERFACE_H
+#define OV_PRODUCER_INTERFACE_H
+
+#include <atomic>
+#include <memory>
+
+#include "framework/ChildList.h"
+#include "framework/Device.h"
+#include "framework/Module.h"
+
+namespace OvProducer {
+
+class System;
+
+class Interface : public Module, public std::enable_shared_from_this<Interface> {
+public:
+    Interface(Session& session, std::weak_ptr<System> parent,
+              std::shared_ptr<InterfaceBackend> backend);
+
+    std::shared_ptr<System> Parent() const;
+    void Close();
+
+    InfoValue Info(GenTL::INTERFACE_INFO_CMD command) const;
+    /// Whether the set of device IDs changed.
+    bool UpdateDevices(std::uint64_t timeout);
+    ChildList<DeviceBackend, Device>& Devices() { return m_devices; }
+    /// -1007 when there is no such device.
+    std::shared_ptr<DeviceBackend> DeviceNamed(const std::string& id) const;
+    std::shared_ptr<Device> OpenDevice(const std::string& id, GenTL::DEVICE_ACCESS_FLAGS flags);
+    void CloseDevice(const std::shared_ptr<Device>& device);
+
+    InterfaceBackend& Backend() { return *m_backend; }
+
+protected:
+    bool OffersEvent(GenTL::EVENT_TYPE type) const override {
+        static_cast<void>(type);
+        return false;
+    }
+
+private:
+    void AddRegisters();
+    void AddDeviceListRegisters();
+
+    const std::weak_ptr<System> m_parent;
+    const std::shared_ptr<InterfaceBackend> m_backend;
+    ChildList<DeviceBackend, Device> m_devices;
+    std::atomic<std::int64_t> m_searchMode = 0;
+};
+
+/// Answers an interface query from its facts alone, open or not.
+InfoValue InterfaceInfo(const InterfaceFacts& facts, GenTL::INTERFACE_INFO_CMD command);
+
+}  // namespace OvProducer
+
+#endif

@@ -1,0 +1,207 @@
+#include "framework/Stream.h"
+
+#include "framework/Device.h"
+
+namespace OvProducer {
+namespace {
+
+using Row = InfoRow<Stream::Snapshot>;
+
+constexpr Row kRows[] = {
+    {GenTL::STREAM_INFO_ID, [](const auto& s) { return InfoValue::Text(s.facts.id); }},
+    {GenTL::STREAM_INFO_NUM_DELIVERED,
+     [](const auto& s) { return InfoValue::Uint64(s.counters.delivered); }},
+    {GenTL::STREAM_INFO_NUM_UNDERRUN,
+     [](const auto& s) { return InfoValue::Uint64(s.counters.lost); }},
+    {GenTL::STREAM_INFO_NUM_ANNOUNCED,
+     [](const auto& s) { return InfoValue::Size(s.counters.announced); }},
+    {GenTL::STREAM_INFO_NUM_QUEUED,
+     [](const auto& s) { return InfoValue::Size(s.counters.input); }},
+    {GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY,
+     [](const auto& s) { return InfoValue::Size(s.counters.output); }},
+    {GenTL::STREAM_INFO_NUM_STARTED,
+     [](const auto& s) { return InfoValue::Uint64(s.counters.started); }},
+    {GenTL::STREAM_INFO_PAYLOAD_SIZE,
+     [](const auto& s) {
+         if (!s.facts.definesPayloadSize) {
+             ThrowNotAvailable();
+         }
+         return InfoValue::Size(s.facts.payloadSize);
+     }},
+    {GenTL::STREAM_INFO_IS_GRABBING, [](const auto& s) { return InfoValue::Bool(s.grabbing); }},
+    {GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE,
+     [](const auto& s) { return InfoValue::Bool(s.facts.definesPayloadSize); }},
+    {GenTL::STREAM_INFO_TLTYPE, [](const auto& s) { return InfoValue::Text(s.facts.tlType); }},
+    {GenTL::STREAM_INFO_NUM_CHUNKS_MAX,
+     [](const auto& s) { return InfoValue::Size(s.facts.chunksMax); }},
+    {GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN,
+     [](const auto& s) { return InfoValue::Size(s.facts.announceMinimum); }},
+    {GenTL::STREAM_INFO_BUF_ALIGNMENT,
+     [](const auto& s) { return InfoValue::Size(s.facts.alignment); }},
+};
+
+PortFacts PortFactsOf(const Session& session, const StreamFacts& facts) {
+    return {facts.id,       session.facts.vendor,  session.facts.model, facts.tlType,
+            "TLDataStream", session.facts.version, "StreamPort"};
+}
+
+}  // namespace
+
+Stream::Stream(Session& session, std::weak_ptr<Device> parent,
+               std::shared_ptr<StreamBackend> backend)
+    : Module(session, PortFactsOf(session, backend->Facts())),
+      m_parent(std::move(parent)),
+      m_backend(std::move(backend)),
+      m_pool(m_backend->Facts().tlType),
+      m_acquisition(m_pool, m_backend->Source()) {
+    AddRegisters();
+    session.producer->Describe(ModuleKind::Stream, GetOwnPort());
+}
+
+std::shared_ptr<Device> Stream::Parent() const {
+    if (std::shared_ptr<Device> parent = m_parent.lock()) {
+        return parent;
+    }
+    throw Failure(GenTL::GC_ERR_INVALID_HANDLE, "The device is closed");
+}
+
+void Stream::Close() {
+    Retire();
+    m_acquisition.Halt(true);
+    for (const std::shared_ptr<Buffer>& buffer : m_pool.RevokeAll()) {
+        GetSession().handles.Remove(buffer->Handle());
+    }
+}
+
+void* Stream::Announce(void* memory, std::size_t size, void* userPointer) {
+    const std::shared_ptr<Buffer> buffer = m_pool.MakeBuffer(memory, size, userPointer);
+    // The handle comes first: once announced, another thread's flush may set
+    // the buffer going, and an event may name it.
+    HandleTable& handles = GetSession().handles;
+    handles.Add(buffer);
+    try {
+        m_pool.Announce(buffer);
+    } catch (const Failure&) {
+        handles.Remove(buffer->Handle());
+        throw;
+    }
+    return buffer->Handle();
+}
+
+void Stream::Revoke(void* buffer, void** memory, void** userPointer) {
+    const std::shared_ptr<Buffer> revoked = BufferOf(buffer);
+    m_pool.Revoke(revoked);
+    GetSession().handles.Remove(buffer);
+    if (memory != nullptr) {
+        *memory = revoked->ownMemory.empty() ? revoked->base : nullptr;
+    }
+    if (userPointer != nullptr) {
+        *userPointer = revoked->userPointer;
+    }
+}
+
+void Stream::Queue(void* buffer) {
+    m_pool.Queue(BufferOf(buffer));
+}
+
+void Stream::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
+    m_pool.Flush(operation);
+}
+
+InfoValue Stream::BufferInfo(void* buffer, GenTL::BUFFER_INFO_CMD command) const {
+    return m_pool.Info(BufferOf(buffer), command);
+}
+
+std::vector<GenTL::S_SINGLE_CHUNK_DATA> Stream::Chunks(void* buffer) const {
+    return m_pool.Chunks(BufferOf(buffer));
+}
+
+void Stream::Start(GenTL::ACQ_START_FLAGS flags, std::uint64_t frames) {
+    if (flags != GenTL::ACQ_START_FLAGS_DEFAULT) {
+        throw Failure(GenTL::GC_ERR_INVALID_PARAMETER, "Unknown start flags");
+    }
+    m_backend->CheckUsable();
+    const std::size_t minimum = m_backend->Facts().announceMinimum;
+    if (m_pool.Counters().announced < minimum) {
+        throw Failure(GenTL::GC_ERR_INVALID_BUFFER,
+                      "At least " + std::to_string(minimum) + " buffers must be announced");
+    }
+    m_acquisition.Start(frames);
+}
+
+void Stream::Stop(GenTL::ACQ_STOP_FLAGS flags) {
+    if (flags != GenTL::ACQ_STOP_FLAGS_DEFAULT && flags != GenTL::ACQ_STOP_FLAGS_KILL) {
+        throw Failure(GenTL::GC_ERR_INVALID_PARAMETER, "Unknown stop flags");
+    }
+    m_acquisition.Stop(flags == GenTL::ACQ_STOP_FLAGS_KILL);
+}
+
+InfoValue Stream::Info(GenTL::STREAM_INFO_CMD command) const {
+    return AnswerFrom(kRows, command, Current());
+}
+
+Stream::Snapshot Stream::Current() const {
+    return {m_backend->Facts(), m_pool.Counters(), m_acquisition.IsGrabbing()};
+}
+
+std::shared_ptr<Event> Stream::MakeEvent(GenTL::EVENT_TYPE type) {
+    static_cast<void>(type);
+    return m_pool.MakeEvent();
+}
+
+void Stream::EndEvent(Event& event) {
+    static_cast<void>(event);
+    m_pool.CloseEvent();
+}
+
+std::shared_ptr<Buffer> Stream::BufferOf(void* handle) const {
+    return GetSession().handles.Get<Buffer>(handle);
+}
+
+void Stream::AddRegisters() {
+    RegisterSpace& registers = GetOwnPort().Registers();
+    registers.AddText(0x0000, 128, [this] { return m_backend->Facts().id; });
+    registers.AddInteger(0x0080, 8, [this] { return TlTypeNumber(m_backend->Facts().tlType); });
+    registers.AddInteger(
+        0x0088, 8, [this] { return m_paramsLocked.load(); },
+        [this](std::int64_t value) { m_paramsLocked = value; });
+    registers.AddInteger(
+        0x0090, 8, [this] { return static_cast<std::int64_t>(m_pool.Handling()); },
+        [this](std::int64_t value) { SetHandling(value); });
+    registers.AddInteger(0x0098, 8, [this] { return m_acquisition.IsGrabbing() ? 1 : 0; });
+    AddCounterRegisters();
+}
+
+void Stream::AddCounterRegisters() {
+    using Reader = std::uint64_t (*)(const Snapshot&);
+    constexpr Reader readers[] = {
+        [](const Snapshot& s) -> std::uint64_t { return s.facts.announceMinimum; },
+        [](const Snapshot& s) -> std::uint64_t { return s.counters.announced; },
+        [](const Snapshot& s) -> std::uint64_t { return s.facts.chunksMax; },
+        [](const Snapshot& s) -> std::uint64_t { return s.facts.alignment; },
+        [](const Snapshot& s) { return s.counters.started; },
+        [](const Snapshot& s) { return s.counters.delivered; },
+        [](const Snapshot& s) { return s.counters.lost; },
+        [](const Snapshot& s) { return s.counters.incomplete; },
+        [](const Snapshot& s) -> std::uint64_t { return s.counters.input; },
+        [](const Snapshot& s) -> std::uint64_t { return s.counters.output; },
+    };
+    std::uint64_t address = 0x00A0;
+    for (const Reader read : readers) {
+        GetOwnPort().Registers().AddInteger(
+            address, 8, [this, read] { return static_cast<std::int64_t>(read(Current())); });
+        address += 8;
+    }
+}
+
+void Stream::SetHandling(std::int64_t value) {
+    if (m_acquisition.IsGrabbing()) {
+        throw Failure(GenTL::GC_ERR_ACCESS_DENIED, "The mode is locked while acquiring");
+    }
+    if (value < 0 || value > static_cast<std::int64_t>(BufferHandling::NewestOnly)) {
+        throw Failure(GenTL::GC_ERR_INVALID_VALUE, "Unknown buffer handling mode");
+    }
+    m_pool.SetHandling(static_cast<BufferHandling>(value));
+}
+
+}  // namespace OvProducer

@@ -1,0 +1,70 @@
+/// @file
+/// The data stream module: buffers, the engine that fills them, and the
+/// new-buffer event.
+#ifndef OV_PRODUCER_STREAM_H
+#define OV_PRODUCER_STREAM_H
+
+#include <memory>
+#include <string>
+
+#include "framework/Acquisition.h"
+#include "framework/BufferPool.h"
+#include "framework/Module.h"
+
+namespace OvProducer {
+
+class Device;
+
+class Stream : public Module, public std::enable_shared_from_this<Stream> {
+public:
+    Stream(Session& session, std::weak_ptr<Device> parent, std::shared_ptr<StreamBackend> backend);
+
+    /// The device; -1006 when it is gone.
+    std::shared_ptr<Device> Parent() const;
+    /// Stops the engine, ends the events and takes all buffers back.
+    void Close();
+
+    void* Announce(void* memory, std::size_t size, void* userPointer);
+    void Revoke(void* buffer, void** memory, void** userPointer);
+    void Queue(void* buffer);
+    void Flush(GenTL::ACQ_QUEUE_TYPE operation);
+    void* BufferAt(std::size_t index) const { return m_pool.At(index)->Handle(); }
+    InfoValue BufferInfo(void* buffer, GenTL::BUFFER_INFO_CMD command) const;
+    std::vector<GenTL::S_SINGLE_CHUNK_DATA> Chunks(void* buffer) const;
+
+    void Start(GenTL::ACQ_START_FLAGS flags, std::uint64_t frames);
+    void Stop(GenTL::ACQ_STOP_FLAGS flags);
+
+    InfoValue Info(GenTL::STREAM_INFO_CMD command) const;
+
+    /// What the information calls see at one moment.
+    struct Snapshot {
+        StreamFacts facts;
+        StreamCounters counters;
+        bool grabbing;
+    };
+
+protected:
+    bool OffersEvent(GenTL::EVENT_TYPE type) const override {
+        return type == GenTL::EVENT_NEW_BUFFER;
+    }
+    std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
+    void EndEvent(Event& event) override;
+
+private:
+    Snapshot Current() const;
+    std::shared_ptr<Buffer> BufferOf(void* handle) const;
+    void AddRegisters();
+    void AddCounterRegisters();
+    void SetHandling(std::int64_t value);
+
+    const std::weak_ptr<Device> m_parent;
+    const std::shared_ptr<StreamBackend> m_backend;
+    BufferPool m_pool;
+    Acquisition m_acquisition;
+    std::atomic<std::int64_t> m_paramsLocked = 0;
+};
+
+}  // namespace OvProducer
+
+#endif

@@ -1,0 +1,49 @@
+/// @file
+/// The system module: the producer itself, and its interfaces.
+#ifndef OV_PRODUCER_SYSTEM_H
+#define OV_PRODUCER_SYSTEM_H
+
+#include <memory>
+
+#include "framework/ChildList.h"
+#include "framework/Interface.h"
+#include "framework/Module.h"
+
+namespace OvProducer {
+
+class System : public Module, public std::enable_shared_from_this<System> {
+public:
+    explicit System(Session& session);
+
+    void Close();
+
+    /// Whether the set of interface IDs changed.
+    bool UpdateInterfaces(std::uint64_t timeout);
+    ChildList<InterfaceBackend, Interface>& Interfaces() { return m_interfaces; }
+    /// -1007 when there is no such interface.
+    std::shared_ptr<InterfaceBackend> InterfaceNamed(const std::string& id) const;
+    std::shared_ptr<Interface> OpenInterface(const std::string& id);
+    void CloseInterface(const std::shared_ptr<Interface>& iface);
+
+protected:
+    bool OffersEvent(GenTL::EVENT_TYPE type) const override {
+        static_cast<void>(type);
+        return false;
+    }
+
+private:
+    void AddRegisters();
+    void AddInterfaceListRegisters();
+
+    ChildList<InterfaceBackend, Interface> m_interfaces;
+};
+
+/// Answers `GCGetInfo` and `TLGetInfo`.
+InfoValue ProducerInfo(const ProducerFacts& facts, GenTL::TL_INFO_CMD command);
+
+/// Full path of the producer's own file.
+std::string ProducerPath();
+
+}  // namespace OvProducer
+
+#endif

@@ -1,0 +1,105 @@
+/// @file
+/// The frame of every exported function: it runs the body, turns what the body
+/// throws into a code and keeps the text for `GCGetLastError`.
+#ifndef OV_PRODUCER_SERVE_H
+#define OV_PRODUCER_SERVE_H
+
+#include <cstddef>
+#include <new>
+#include <span>
+#include <string>
+#include <utility>
+
+#include "framework/Backend.h"
+#include "framework/Failure.h"
+#include "framework/Functions.h"
+#include "framework/exports/Library.h"
+
+#define OV_PRODUCER_EXPORT extern "C" __attribute__((visibility("default"))) GenTL::GC_ERROR
+
+// Declares all of them, so that the compiler holds each definition to the table.
+#define OV_PRODUCER_DECLARE(name, parameters) OV_PRODUCER_EXPORT name parameters;
+OV_GENTL_FUNCTIONS(OV_PRODUCER_DECLARE)
+#undef OV_PRODUCER_DECLARE
+
+namespace OvProducer {
+
+/// Runs `body` as the function's work.
+template <typename Body>
+GenTL::GC_ERROR Serve(Function function, Body&& body) noexcept {
+    try {
+        Observer().Enter(function);
+        std::forward<Body>(body)();
+        Observer().Leave(function);
+        return GenTL::GC_ERR_SUCCESS;
+    } catch (const Failure& failure) {
+        StoreLastError(failure.Code(), failure.what());
+        return failure.Code();
+    } catch (const std::bad_alloc&) {
+        StoreLastError(GenTL::GC_ERR_OUT_OF_MEMORY, "Out of memory");
+        return GenTL::GC_ERR_OUT_OF_MEMORY;
+    } catch (const std::exception& error) {
+        StoreLastError(GenTL::GC_ERR_ERROR, error.what());
+        return GenTL::GC_ERR_ERROR;
+    }
+}
+
+/// As `Serve`, with the object behind `handle`. The session outlives the call.
+template <typename T, typename Body>
+GenTL::GC_ERROR ServeOn(Function function, const void* handle, Body&& body) noexcept {
+    return Serve(function, [&] {
+        const std::shared_ptr<Session> session = Library::Instance().Current();
+        const std::shared_ptr<T> object = session->handles.Get<T>(handle);
+        std::forward<Body>(body)(*object);
+    });
+}
+
+/// Where an information call puts its answer.
+struct InfoTarget {
+    GenTL::INFO_DATATYPE* type;
+    void* buffer;
+    std::size_t* size;
+};
+
+inline void Answer(Function function, const InfoValue& value, const InfoTarget& target) {
+    value.CopyOut(target.type, target.buffer, target.size);
+    if (target.buffer == nullptr) {
+        *target.size = Observer().TellSize(function, *target.size);
+    }
+}
+
+/// Serves an information command on the object behind `handle`.
+template <typename T, typename Ask>
+GenTL::GC_ERROR ServeInfo(Function function, const void* handle, std::int32_t command,
+                          const InfoTarget& target, Ask&& ask) noexcept {
+    return ServeOn<T>(function, handle, [&](T& object) {
+        Observer().Ask(function, command);
+        Answer(function, ask(object), target);
+    });
+}
+
+/// Serves a text, as an ID.
+template <typename T, typename Ask>
+GenTL::GC_ERROR ServeText(Function function, const void* handle, char* text, std::size_t* size,
+                          Ask&& ask) noexcept {
+    return ServeOn<T>(function, handle, [&](T& object) {
+        Answer(function, InfoValue::Text(ask(object)), {nullptr, text, size});
+    });
+}
+
+/// Writes a result through a caller's pointer.
+template <typename Out, typename Value>
+void Put(Out* out, const Value& value) {
+    RequirePointer(out, "The result pointer");
+    *out = static_cast<Out>(value);
+}
+
+/// An ID that the caller gives.
+inline std::string IdOf(const char* id) {
+    RequirePointer(id, "The ID");
+    return id;
+}
+
+}  // namespace OvProducer
+
+#endif

@@ -1,0 +1,73 @@
+/// @file
+/// The test producer as the framework sees it, and the calls beyond the
+/// standard that a GigE Vision producer offers.
+#include "TestWorld.h"
+#include "framework/exports/Serve.h"
+
+using OvTest::TestWorld;
+
+namespace {
+
+class TestProducerBackend : public OvProducer::ProducerBackend {
+public:
+    OvProducer::ProducerFacts Facts() override { return TestWorld::Instance().Facts(); }
+
+    std::vector<std::shared_ptr<OvProducer::InterfaceBackend>> Discover(std::uint64_t) override {
+        return TestWorld::Instance().Present();
+    }
+
+    void Describe(OvProducer::ModuleKind kind, OvProducer::Port& port) override {
+        TestWorld::Instance().Describe(kind, port, [&](OvProducer::Port& p) {
+            OvProducer::ProducerBackend::Describe(kind, p);
+        });
+    }
+};
+
+/// A null text is allowed by some calls; it shows as empty.
+std::string Or(const char* text) {
+    return text != nullptr ? text : "";
+}
+
+GenTL::GC_ERROR Extension(OvProducer::Function function, GenTL::IF_HANDLE iface, const char* device,
+                          const std::string& arguments) {
+    return OvProducer::ServeOn<OvProducer::Interface>(
+        function, iface, [&](const OvProducer::Interface& found) {
+            found.DeviceNamed(OvProducer::IdOf(device));
+            TestWorld::Instance().RecordExtension(std::string(OvProducer::NameOf(function)) + "|" +
+                                                  device + arguments);
+        });
+}
+
+}  // namespace
+
+namespace OvProducer {
+
+std::unique_ptr<ProducerBackend> MakeProducer() {
+    return std::make_unique<TestProducerBackend>();
+}
+
+CallObserver& Observer() {
+    return TestWorld::Instance().faults;
+}
+
+}  // namespace OvProducer
+
+OV_PRODUCER_EXPORT IFIpConfiguration(GenTL::IF_HANDLE hIface, const char* sDeviceID,
+                                     std::int32_t iMode, const char* sIp, const char* sMask,
+                                     const char* sGateway, const char* sUserID) {
+    return Extension(OvProducer::Function::IFIpConfiguration, hIface, sDeviceID,
+                     "|" + std::to_string(iMode) + "|" + Or(sIp) + "|" + Or(sMask) + "|" +
+                         Or(sGateway) + "|" + Or(sUserID));
+}
+
+OV_PRODUCER_EXPORT IFForceIp(GenTL::IF_HANDLE hIface, const char* sDeviceID, const char* sIp,
+                             const char* sMask, const char* sGateway) {
+    return Extension(OvProducer::Function::IFForceIp, hIface, sDeviceID,
+                     "|" + Or(sIp) + "|" + Or(sMask) + "|" + Or(sGateway));
+}
+
+OV_PRODUCER_EXPORT IFResetDevice(GenTL::IF_HANDLE hIface, const char* sDeviceID,
+                                 std::int32_t iMode) {
+    return Extension(OvProducer::Function::IFResetDevice, hIface, sDeviceID,
+                     "|" + std::to_string(iMode));
+}
