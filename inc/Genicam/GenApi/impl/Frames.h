@@ -1,0 +1,44 @@
+#pragma once
+/// The frames around every read and every write of a node: lock, entry point,
+/// depth counter, callbacks. They exist here once; typed templates fill in the
+/// middle.
+
+#include "GenApi/impl/EntryMethodFinalizer.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Runs `read` with the map's lock held and the entry point set.
+template <class Read>
+auto RunRead(CNodeImpl& node, EMethod method, bool ignoreCache, const Read& read) {
+    const AutoLock lock(node.GetLock());
+    const EntryMethodFinalizer entry(node, method, ignoreCache);
+    return read();
+}
+
+/// Runs `check`, then `write` as a counted write, then `finish`, with the map's
+/// lock held and the entry point set. The outermost write invalidates what
+/// depends on it and runs the callbacks, some with the lock and some after it.
+/// A failing write is counted out all the same, and runs no callback.
+template <class Check, class Write, class Finish>
+void RunWrite(CNodeImpl& node, EMethod method, const Check& check, const Write& write,
+              const Finish& finish) {
+    CallbackList callbacks;
+    {
+        const AutoLock lock(node.GetLock());
+        const EntryMethodFinalizer entry(node, method);
+        check();
+        node.PreSetValue();
+        try {
+            write();
+        } catch (...) {
+            node.PostSetValue(callbacks);
+            throw;
+        }
+        node.PostSetValue(callbacks);
+        finish();
+        FireCallbacks(callbacks, cbPostInsideLock);
+    }
+    FireCallbacks(callbacks, cbPostOutsideLock);
+}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,196 @@
+#pragma once
+/// What every node of the graph is made of.
+
+#include <vector>
+
+#include "Base/Log.h"
+#include "GenApi/INodeMap.h"
+#include "GenApi/INodePrivate.h"
+#include "GenApi/impl/NodeExceptions.h"
+#include "GenApi/impl/PolyReference.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Base of every node class: common properties, access mode with its cache,
+/// dependency lists, callbacks. Nodes point to one another plainly; the map
+/// owns them all.
+///
+/// The Internal... operations want the map's lock held. The public ones are
+/// added by the templates around the concrete class.
+class CNodeImpl : virtual public INodePrivate, virtual public ISelector, virtual public IUserData {
+public:
+    using NodeList = std::vector<INodePrivate*>;
+
+    CNodeImpl();
+    ~CNodeImpl() override;
+    CNodeImpl(const CNodeImpl&) = delete;
+    CNodeImpl& operator=(const CNodeImpl&) = delete;
+
+    void Initialize(INodeMapPrivate* nodeMap, CNodeData::ENodeType_t type, NodeID_t id) override;
+    CNodeData::ENodeType_t GetNodeType() override { return m_NodeType; }
+    NodeID_t GetNodeID() override { return m_NodeID; }
+    void FinalConstruct() override;
+    void SetProperty(const CProperty& property) override;
+    void GetProperty(INodeDataMap& nodeDataMap, CPropertyID id, PropertyList& list) override;
+    void SetInvalid(ESetInvalidMode mode) override;
+    void CollectCallbacksToFire(CallbackList& list, bool allDependents) override;
+    bool IsTerminalNode() override;
+    const NodeList& GetAllTerminalNodes() override { return m_TerminalNodes; }
+    bool Poll(int64_t elapsedTime) override;
+    EAccessMode InternalGetAccessMode() override { return InternalGetAccessMode(nullptr); }
+    EInterfaceType InternalGetPrincipalInterfaceType() override { return intfIBase; }
+    const gcstring& InternalGetName() override { return m_Name; }
+    ENameSpace InternalGetNameSpace() override { return m_NameSpace; }
+    EVisibility InternalGetVisibility() override {
+        return Combine(m_Visibility, m_ImposedVisibility);
+    }
+    ECachingMode InternalGetCachingMode() override;
+    int64_t InternalGetPollingTime() override { return m_PollingTime; }
+    EYesNo InternalIsAccessModeCacheable() override;
+    void InternalCheckError() override;
+    bool InternalIsValueCacheValid() override { return m_ValueCacheValid; }
+    void AddParent(INodePrivate* parent) override { m_Parents.push_back(parent); }
+    void SetInvisibleIfHigher(EVisibility /*visibility*/) override {}
+
+    // For the templates and frames, with the lock held.
+    INodeMapPrivate& GetMap() const;
+    CLock& GetLock() const { return GetMap().GetLock(); }
+    EAccessMode GetImposedAccessMode() const { return m_ImposedAccessMode; }
+    /// Marks the begin of a write that goes on to other nodes.
+    void PreSetValue();
+    /// Marks its end. The outermost write invalidates the terminal nodes and
+    /// gathers the callbacks of all that depend on them.
+    void PostSetValue(CallbackList& callbacks);
+
+protected:
+    /// @param value  the node whose value this one shows, or null
+    EAccessMode InternalGetAccessMode(IBase* value);
+    /// The access mode's cache, asked and filled around a computation of the
+    /// concrete class: `compute` runs only when nothing is known.
+    template <class Compute>
+    EAccessMode CachedAccessMode(const Compute& compute);
+
+    gcstring InternalGetQualifiedName();
+    gcstring InternalGetDisplayName() const;
+    void InternalGetChildren(node_vector& list, ELinkType linkType) const;
+    gcstring InternalGetDocuURL();
+    void InternalGetPropertyNames(gcstring_vector& names);
+    bool InternalGetPropertyText(const gcstring& name, gcstring& value, gcstring& attribute);
+    CallbackHandleType InternalRegisterCallback(CNodeCallback* callback);
+    bool InternalDeregisterCallback(CallbackHandleType handle);
+    /// The text of a node without a value; classes with one know better.
+    virtual gcstring InternalToString(bool verify, bool ignoreCache);
+    virtual void InternalFromString(const gcstring& value, bool verify);
+
+    /// How a child takes part in this node's value.
+    enum EChildRole : unsigned {
+        NoRole = 0,     ///< known, but neither read nor written
+        ReadRole = 1,   ///< read to compute this node
+        WriteRole = 2,  ///< written when this node is written
+        ValueRole = 4   ///< its value is part of this node's value
+    };
+    /// The node that a link property names, entered as a child of this one.
+    INodePrivate* LinkChild(const CProperty& property, unsigned roles);
+    /// Appends a link to another node to a list of properties.
+    static void AppendLink(INodeDataMap& nodeDataMap, CPropertyID id, INode* target,
+                           PropertyList& list);
+
+    gcstring m_Name;
+    gcstring m_Extension;
+    ENameSpace m_NameSpace = Custom;
+    gcstring m_DeviceName;
+    gcstring m_DisplayName;
+    gcstring m_ToolTip;
+    gcstring m_Description;
+    EVisibility m_Visibility = Beginner;
+    CBooleanPolyRef m_IsImplemented;
+    CBooleanPolyRef m_IsAvailable;
+    CBooleanPolyRef m_IsLocked;
+    CBooleanPolyRef m_BlockPolling;
+    IEnumeration* m_pError = nullptr;
+    INode* m_pAlias = nullptr;
+    INode* m_pCastAlias = nullptr;
+    ECachingMode m_CachingMode = WriteThrough;
+    value_vector m_SelectedFeatures;
+    value_vector m_SelectingFeatures;
+    gcstring m_EventID;
+    EYesNo m_Streamable = No;
+    EAccessMode m_ImposedAccessMode = RW;
+    EVisibility m_ImposedVisibility = Beginner;
+    int64_t m_PollingTime = -1;
+    node_vector m_Invalidators;
+    gcstring m_DocuURL;
+    EYesNo m_IsDeprecated = No;
+    EYesNo m_IsFeature = No;
+    EYesNo m_ExposeStatic = Yes;
+    UserData_t m_pUserData = nullptr;
+
+    NodeList m_Parents;
+    NodeList m_ReadingChildren;
+    NodeList m_WritingChildren;
+    NodeList m_AllChildren;
+    NodeList m_DependingNodes;
+    NodeList m_TerminalNodes;
+    NodeList m_ValueChildren;
+
+    ECachingMode m_CachingModeCache = _UndefinedCachingMode;
+    EAccessMode m_AccessModeCache = _UndefinedAccesMode;
+    bool m_ValueCacheValid = false;
+    bool m_ListOfValidValuesCacheValid = false;
+    EYesNo m_AccessModeCacheability = _UndefinedYesNo;
+    bool m_KeepCache = false;
+
+    void* m_pAccessLog = nullptr;
+    void* m_pValueLog = nullptr;
+    void* m_pRangeLog = nullptr;
+    void* m_pPortLog = nullptr;
+    void* m_pCacheLog = nullptr;
+    void* m_pPreProcLog = nullptr;
+    void* m_pMiscLog = nullptr;
+
+private:
+    EAccessMode ComputeAccessMode(IBase* value);
+    EAccessMode LowerByReadingChildren(EAccessMode mode) const;
+    EAccessMode LowerByReferences(EAccessMode mode) const;
+    void CreateLoggers();
+    void SetLinkProperty(const CProperty& property);
+    void SetBooleanReference(CBooleanPolyRef& reference, const CProperty& property, unsigned roles);
+    bool IsOwnLinkProperty(CPropertyID id) const;
+
+    INodeMapPrivate* m_pNodeMap = nullptr;
+    CNodeData::ENodeType_t m_NodeType = CNodeData::_NotImpl_ID;
+    NodeID_t m_NodeID;
+    int64_t m_ElapsedTime = 0;
+    CallbackList m_Callbacks;
+};
+
+template <class Compute>
+EAccessMode CNodeImpl::CachedAccessMode(const Compute& compute) {
+    if (m_AccessModeCache == _CycleDetectAccesMode) {
+        // This node is being computed further up the stack.
+        m_AccessModeCache = RW;
+        GCLOGWARN(m_pAccessLog, "InternalGetAccessMode : ReadCycle detected at = '%s'",
+                  m_Name.c_str());
+        return RW;
+    }
+    if (m_AccessModeCache != _UndefinedAccesMode) {
+        return m_AccessModeCache;
+    }
+    m_AccessModeCache = _CycleDetectAccesMode;
+    EAccessMode mode = NI;
+    try {
+        mode = compute();
+    } catch (...) {
+        m_AccessModeCache = _UndefinedAccesMode;
+        throw;
+    }
+    m_AccessModeCache = InternalIsAccessModeCacheable() == Yes ? mode : _UndefinedAccesMode;
+    return mode;
+}
+
+/// Calls each callback once.
+void FireCallbacks(const CallbackList& callbacks, ECallbackType type);
+/// Orders the callbacks and leaves each once.
+void SortCallbacks(CallbackList& callbacks);
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "GenApi/impl/Frames.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Gives a node class the face of IValue: the value as text.
+template <class Base>
+class ValueT : public Base {
+public:
+    INode* GetNode() override { return this; }
+
+    gcstring ToString(bool verify = false, bool ignoreCache = false) override {
+        return RunRead(*this, meToString, ignoreCache, [&] {
+            GCLOGINFOPUSH(Base::m_pValueLog, "ToString...");
+            if (!IsReadable(this->GetAccessMode())) {
+                ACCESS_EXCEPTION_NODE("Node is not readable");
+            }
+            gcstring value = this->InternalToString(verify, ignoreCache);
+            if (verify) {
+                Base::InternalCheckError();
+            }
+            GCLOGINFOPOP(Base::m_pValueLog, "...ToString = %s", value.c_str());
+            return value;
+        });
+    }
+
+    void FromString(const gcstring& value, bool verify = true) override {
+        RunWrite(
+            *this, meFromString,
+            [&] {
+                if (verify && !IsWritable(this->GetAccessMode())) {
+                    ACCESS_EXCEPTION_NODE("Node is not writable");
+                }
+                GCLOGINFOPUSH(Base::m_pValueLog, "FromString = '%s' ", value.c_str());
+            },
+            [&] {
+                this->InternalFromString(value, verify);
+                if (verify) {
+                    Base::InternalCheckError();
+                }
+            },
+            [&] { GCLOGINFOPOP(Base::m_pValueLog, "...FromString"); });
+    }
+
+    bool IsValueCacheValid() override {
+        const AutoLock lock(Base::GetLock());
+        return this->InternalIsValueCacheValid();
+    }
+};
+
+}  // namespace GenApi_3_0_ORVANE
