@@ -40,12 +40,14 @@ CNodeData::CNodeData(const CNodeData& source, NodeID_t nodeID, INodeDataMap* pTa
 
 CNodeData::~CNodeData() {
     m_pPropertyVector.reset();
+    // NOLINTBEGIN(modernize-use-nullptr): the texts are known from reports
     OV_ASSERT(m_pWritingChildren == NULL);
     OV_ASSERT(m_pReadingChildren == NULL);
     OV_ASSERT(m_pParents == NULL);
     OV_ASSERT(m_pInvalidatingChildren == NULL);
     OV_ASSERT(m_pAllDependingNodes == NULL);
     OV_ASSERT(m_pAllTerminalNodes == NULL);
+    // NOLINTEND(modernize-use-nullptr)
 }
 
 void CNodeData::SetName(std::string_view name) {

@@ -101,13 +101,15 @@ void CNodeDataMap::SetNodeData(std::unique_ptr<CNodeData> pNodeData, bool replac
 }
 
 void CNodeDataMap::SetContextNode(CNodeData* pContextNode) {
+    // NOLINTBEGIN(modernize-use-nullptr): the text is known from reports
     OV_ASSERT((pContextNode == NULL && m_pContextNode != NULL) ||
               (pContextNode != NULL && m_pContextNode == NULL));
+    // NOLINTEND(modernize-use-nullptr)
     m_pContextNode = pContextNode;
 }
 
 void CNodeDataMap::Clear() noexcept {
-    OV_ASSERT(m_pContextNode == NULL);
+    OV_ASSERT(m_pContextNode == NULL);  // NOLINT(modernize-use-nullptr): known text
     m_pNodeID2NodeData->clear();
     m_pNodeID2NodeName->clear();
     m_pNodeName2NodeID->clear();

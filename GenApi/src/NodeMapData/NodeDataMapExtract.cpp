@@ -20,7 +20,7 @@ void CollectSubtree(const CNodeDataMap& map, NodeID_t start, std::set<NodeID_t>&
             continue;
         }
         const CNodeData* const pNodeData = map.GetNodeData(nodeID);
-        OV_ASSERT(pNodeData != NULL);
+        OV_ASSERT(pNodeData != NULL);  // NOLINT(modernize-use-nullptr): known text
         for (const CProperty& property : pNodeData->GetProperties()) {
             if (property.GetPropertyID().IsInvalidatingLink()) {
                 pending.push_back(property.NodeID());
@@ -38,7 +38,7 @@ public:
         m_Pairs.reserve(nodes.size());
         for (const NodeID_t nodeID : nodes) {
             const CNodeData* const pNodeData = source.GetNodeData(nodeID);
-            OV_ASSERT(pNodeData != NULL);
+            OV_ASSERT(pNodeData != NULL);  // NOLINT(modernize-use-nullptr): known text
             m_Pairs.emplace_back(pNodeData, target.GetNodeID(pNodeData->GetName(), true));
         }
     }
