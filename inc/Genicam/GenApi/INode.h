@@ -39,15 +39,10 @@ struct OV_ENGINE_API INode : virtual public IBase {
     /// In hexadecimal, empty when the node is no event.
     virtual gcstring GetEventID() = 0;
     virtual bool IsStreamable() = 0;
-    /// The names of the properties that the node holds.
-    virtual void GetPropertyNames(gcstring_vector& names) = 0;
-    /// A property as text. False when the node doesn't hold it.
-    virtual bool GetProperty(const gcstring& name, gcstring& value, gcstring& attribute) = 0;
     virtual void ImposeAccessMode(EAccessMode mode) = 0;
     virtual void ImposeVisibility(EVisibility visibility) = 0;
     virtual INode* GetAlias() = 0;
     virtual INode* GetCastAlias() = 0;
-    virtual gcstring GetDocuURL() = 0;
     virtual bool IsDeprecated() = 0;
     virtual EInterfaceType GetPrincipalInterfaceType() = 0;
     virtual bool IsFeature() = 0;

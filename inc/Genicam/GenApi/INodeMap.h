@@ -52,7 +52,6 @@ struct INodeMapPrivate : public INodeMap {
     virtual void SetNumNodes(size_t count) = 0;
     virtual INodePrivate* GetNodeByID(NodeID_t id) = 0;
     virtual void SetProperty(const CProperty& property) = 0;
-    virtual void GetProperty(INodeDataMap& nodeDataMap, CPropertyID id, PropertyList& list) = 0;
     virtual Counter& GetBathometer() = 0;
     /// Counted; only the outermost call is remembered.
     virtual void SetEntryPoint(EMethod method, INodePrivate* node, bool ignoreCache) = 0;

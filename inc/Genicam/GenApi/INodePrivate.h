@@ -13,7 +13,6 @@ namespace GenApi_3_0_ORVANE {
 
 struct INodeMapPrivate;
 using CallbackList = std::vector<CNodeCallback*>;
-using PropertyList = std::vector<CProperty>;
 
 /// All but the destructor want the map's lock held.
 struct INodePrivate : virtual public INode {
@@ -24,9 +23,6 @@ struct INodePrivate : virtual public INode {
     virtual void FinalConstruct() = 0;
     /// Takes one property of the description.
     virtual void SetProperty(const CProperty& property) = 0;
-    /// Appends the properties of that identifier, made for another data map.
-    virtual void GetProperty(INodeDataMap& nodeDataMap, CPropertyID id, PropertyList& list) = 0;
-    using INode::GetProperty;
     virtual void SetInvalid(ESetInvalidMode mode) = 0;
     virtual void CollectCallbacksToFire(CallbackList& list, bool allDependents) = 0;
     virtual bool IsTerminalNode() = 0;

@@ -31,7 +31,6 @@ public:
     NodeID_t GetNodeID() override { return m_NodeID; }
     void FinalConstruct() override;
     void SetProperty(const CProperty& property) override;
-    void GetProperty(INodeDataMap& nodeDataMap, CPropertyID id, PropertyList& list) override;
     void SetInvalid(ESetInvalidMode mode) override;
     void CollectCallbacksToFire(CallbackList& list, bool allDependents) override;
     bool IsTerminalNode() override;
@@ -73,9 +72,6 @@ protected:
     gcstring InternalGetQualifiedName();
     gcstring InternalGetDisplayName() const;
     void InternalGetChildren(node_vector& list, ELinkType linkType) const;
-    gcstring InternalGetDocuURL();
-    void InternalGetPropertyNames(gcstring_vector& names);
-    bool InternalGetPropertyText(const gcstring& name, gcstring& value, gcstring& attribute);
     CallbackHandleType InternalRegisterCallback(CNodeCallback* callback);
     bool InternalDeregisterCallback(CallbackHandleType handle);
     /// The text of a node without a value; classes with one know better.
@@ -91,9 +87,6 @@ protected:
     };
     /// The node that a link property names, entered as a child of this one.
     INodePrivate* LinkChild(const CProperty& property, unsigned roles);
-    /// Appends a link to another node to a list of properties.
-    static void AppendLink(INodeDataMap& nodeDataMap, CPropertyID id, INode* target,
-                           PropertyList& list);
 
     gcstring m_Name;
     gcstring m_Extension;
@@ -155,7 +148,6 @@ private:
     void CreateLoggers();
     void SetLinkProperty(const CProperty& property);
     void SetBooleanReference(CBooleanPolyRef& reference, const CProperty& property, unsigned roles);
-    bool IsOwnLinkProperty(CPropertyID id) const;
 
     INodeMapPrivate* m_pNodeMap = nullptr;
     CNodeData::ENodeType_t m_NodeType = CNodeData::_NotImpl_ID;

@@ -73,13 +73,6 @@ public:
     bool IsStreamable() override {
         return Locked([&] { return Base::m_Streamable == Yes; });
     }
-    void GetPropertyNames(gcstring_vector& names) override {
-        Locked([&] { Base::InternalGetPropertyNames(names); });
-    }
-    using Base::GetProperty;
-    bool GetProperty(const gcstring& name, gcstring& value, gcstring& attribute) override {
-        return Locked([&] { return Base::InternalGetPropertyText(name, value, attribute); });
-    }
     void ImposeAccessMode(EAccessMode mode) override {
         Locked([&] { Base::m_ImposedAccessMode = mode; });
         InvalidateNode();
@@ -93,9 +86,6 @@ public:
     }
     INode* GetCastAlias() override {
         return Locked([&] { return Base::m_pCastAlias; });
-    }
-    gcstring GetDocuURL() override {
-        return Locked([&] { return Base::InternalGetDocuURL(); });
     }
     bool IsDeprecated() override {
         return Locked([&] { return Base::m_IsDeprecated == Yes; });

@@ -1,0 +1,228 @@
+#include "GenApi/impl/Node.h"
+
+#include <algorithm>
+#include <string>
+
+#include "GenApi/NodeCallback.h"
+
+namespace GenApi_3_0_ORVANE {
+
+using GenICam_3_0_ORVANE::CLog;
+
+namespace {
+
+bool StartsWith(const gcstring& text, const char* begin) {
+    return text.find(begin) == 0;
+}
+
+}  // namespace
+
+CNodeImpl::CNodeImpl() = default;
+
+CNodeImpl::~CNodeImpl() {
+    for (CNodeCallback* const callback : m_Callbacks) {
+        callback->Destroy();
+    }
+}
+
+void CNodeImpl::Initialize(INodeMapPrivate* nodeMap, CNodeData::ENodeType_t type, NodeID_t id) {
+    m_pNodeMap = nodeMap;
+    m_NodeType = type;
+    m_NodeID = id;
+}
+
+INodeMapPrivate& CNodeImpl::GetMap() const {
+    OV_ASSERT(m_pNodeMap != NULL);
+    return *m_pNodeMap;
+}
+
+void CNodeImpl::FinalConstruct() {
+    m_DeviceName = GetMap().GetDeviceName();
+    if (GetMap().IsLoggingEnabled()) {
+        CreateLoggers();
+    }
+    m_ValueChildren.erase(std::remove_if(m_ValueChildren.begin(), m_ValueChildren.end(),
+                                         [](INodePrivate* child) {
+                                             return StartsWith(child->InternalGetName(), "_");
+                                         }),
+                          m_ValueChildren.end());
+}
+
+void CNodeImpl::CreateLoggers() {
+    const auto logger = [this](const char* category) {
+        return CLog::GetLogger(gcstring("GenApi.") + m_DeviceName + category + m_Name);
+    };
+    m_pAccessLog = logger(".Access.");
+    m_pValueLog = logger(".Value.");
+    m_pRangeLog = logger(".Range.");
+    m_pPortLog = logger(".Port.");
+    m_pCacheLog = logger(".Cache.");
+    m_pPreProcLog = logger(".PreProc.");
+    m_pMiscLog = logger(".Misc.");
+}
+
+void CNodeImpl::PreSetValue() {
+    GetMap().GetBathometer().Increment();
+}
+
+void CNodeImpl::PostSetValue(CallbackList& callbacks) {
+    Counter& depth = GetMap().GetBathometer();
+    depth.Decrement();
+    if (!depth.IsZero()) {
+        return;
+    }
+    for (INodePrivate* const terminal : m_TerminalNodes) {
+        terminal->CollectCallbacksToFire(callbacks, true);
+        terminal->SetInvalid(simAll);
+    }
+    SortCallbacks(callbacks);
+}
+
+void CNodeImpl::SetInvalid(ESetInvalidMode mode) {
+    if (mode != simOnlyMe && mode != simAll) {
+        GCLOGINFO(m_pCacheLog, "SetInvalid( <unknown enum> )");
+        return;
+    }
+    GCLOGINFO(m_pCacheLog, "%s",
+              mode == simAll ? "SetInvalid( simAll )" : "SetInvalid( simOnlyMe )");
+    if (!m_KeepCache) {
+        m_AccessModeCache = _UndefinedAccesMode;
+        m_ValueCacheValid = false;
+        m_ListOfValidValuesCacheValid = false;
+    }
+    m_KeepCache = false;
+    if (mode == simAll) {
+        for (INodePrivate* const dependent : m_DependingNodes) {
+            dependent->SetInvalid(simOnlyMe);
+        }
+    }
+}
+
+void CNodeImpl::CollectCallbacksToFire(CallbackList& list, bool allDependents) {
+    list.insert(list.end(), m_Callbacks.begin(), m_Callbacks.end());
+    if (allDependents) {
+        for (INodePrivate* const dependent : m_DependingNodes) {
+            dependent->CollectCallbacksToFire(list, false);
+        }
+    }
+}
+
+bool CNodeImpl::IsTerminalNode() {
+    return std::find(m_TerminalNodes.begin(), m_TerminalNodes.end(), this) != m_TerminalNodes.end();
+}
+
+bool CNodeImpl::Poll(int64_t elapsedTime) {
+    m_ElapsedTime += elapsedTime;
+    if (m_ElapsedTime < m_PollingTime) {
+        return false;
+    }
+    GCLOGDEBUG(m_pMiscLog, "Poll : m_ElapsedTime = %ld, m_PollingTime = %ld, ElapsedTime = %ld",
+               m_ElapsedTime, m_PollingTime, elapsedTime);
+    m_ElapsedTime = 0;
+    if (m_BlockPolling.IsReadable() && m_BlockPolling.GetValue()) {
+        return false;
+    }
+    SetInvalid(simAll);
+    return true;
+}
+
+ECachingMode CNodeImpl::InternalGetCachingMode() {
+    if (m_CachingModeCache != _UndefinedCachingMode) {
+        GCLOGDEBUG(m_pCacheLog, "GetCachingMode = '%s' (from cache)",
+                   ECachingModeClass::ToString(m_CachingModeCache));
+        return m_CachingModeCache;
+    }
+    ECachingMode mode = m_CachingMode;
+    // Known before the children are asked, so that a cycle of them ends.
+    m_CachingModeCache = mode;
+    for (INodePrivate* const child : m_WritingChildren) {
+        mode = Combine(mode, child->GetCachingMode());
+    }
+    m_CachingModeCache = mode;
+    GCLOGDEBUG(m_pCacheLog, "GetCachingMode = '%s'", ECachingModeClass::ToString(mode));
+    return mode;
+}
+
+void CNodeImpl::InternalCheckError() {
+    if (m_pError == nullptr) {
+        return;
+    }
+    const int64_t value = m_pError->GetIntValue();
+    if (value == 0) {
+        return;
+    }
+    auto* const ptrEnumEntry = dynamic_cast<INode*>(m_pError->GetCurrentEntry());
+    OV_ASSERT(ptrEnumEntry != nullptr && "ptrEnumEntry.IsValid()");
+    RUNTIME_EXCEPTION_NODE("%s : %s", ptrEnumEntry->GetDisplayName().c_str(),
+                           ptrEnumEntry->GetToolTip().c_str());
+}
+
+gcstring CNodeImpl::InternalGetQualifiedName() {
+    return (m_NameSpace == Standard ? "Std::" : "Cust::") + m_Name;
+}
+
+gcstring CNodeImpl::InternalGetDisplayName() const {
+    return m_DisplayName.empty() ? m_Name : m_DisplayName;
+}
+
+void CNodeImpl::InternalGetChildren(node_vector& list, ELinkType linkType) const {
+    const auto append = [&list](const NodeList& nodes) {
+        for (INodePrivate* const node : nodes) {
+            list.push_back(node);
+        }
+    };
+    list.clear();
+    switch (linkType) {
+        case GenApi_3_0_ORVANE::ParentNodes:
+            return append(m_Parents);
+        case GenApi_3_0_ORVANE::ReadingChildren:
+            return append(m_ReadingChildren);
+        case GenApi_3_0_ORVANE::WritingChildren:
+            return append(m_WritingChildren);
+        case GenApi_3_0_ORVANE::AllChildren:
+            return append(m_AllChildren);
+        case GenApi_3_0_ORVANE::DependingNodes:
+            return append(m_DependingNodes);
+        case GenApi_3_0_ORVANE::TerminalNodes:
+            return append(m_TerminalNodes);
+        case GenApi_3_0_ORVANE::ValueChildren:
+            break;
+    }
+    NodeList merged = m_ValueChildren;
+    merged.insert(merged.end(), m_WritingChildren.begin(), m_WritingChildren.end());
+    for (INodePrivate* const node : merged) {
+        const gcstring& name = node->InternalGetName();
+        const bool isInnerKnife = name.find("_ConvertTo") != gcstring::npos ||
+                                  name.find("_ConvertFrom") != gcstring::npos;
+        if (!isInnerKnife && !list.contains(node)) {
+            list.push_back(node);
+        }
+    }
+}
+
+CallbackHandleType CNodeImpl::InternalRegisterCallback(CNodeCallback* callback) {
+    m_Callbacks.push_back(callback);
+    return reinterpret_cast<CallbackHandleType>(callback);
+}
+
+bool CNodeImpl::InternalDeregisterCallback(CallbackHandleType handle) {
+    auto* const callback = reinterpret_cast<CNodeCallback*>(handle);
+    const auto found = std::find(m_Callbacks.begin(), m_Callbacks.end(), callback);
+    if (found == m_Callbacks.end()) {
+        return false;
+    }
+    callback->Destroy();
+    m_Callbacks.erase(found);
+    return true;
+}
+
+gcstring CNodeImpl::InternalToString(bool /*verify*/, bool /*ignoreCache*/) {
+    return m_Name;
+}
+
+void CNodeImpl::InternalFromString(const gcstring& value, bool /*verify*/) {
+    LOGICAL_ERROR_EXCEPTION_NODE("NodeImpl %s can't set value from string : %s. Use derived class!",
+                                 m_Name.c_str(), value.c_str());
+}
+
+}  // namespace GenApi_3_0_ORVANE
