@@ -1,0 +1,291 @@
+#include "GenApi/impl/NodeMap.h"
+
+#include <cstring>
+
+#include "Base/GCException.h"
+#include "Base/Log.h"
+#include "GenApi/NodeCallback.h"
+#include "GenApi/impl/Node.h"
+
+namespace GenApi_3_0_ORVANE {
+
+using GenICam_3_0_ORVANE::CLog;
+using GenICam_3_0_ORVANE::GenericException;
+
+namespace {
+
+constexpr uint16_t kGenApiMajor = 3;
+constexpr uint16_t kGenApiMinor = 0;
+constexpr uint16_t kGenApiSubMinor = 2;
+
+const char* MethodText(EMethod method) {
+    static constexpr const char* kTexts[] = {
+        "_UndefinedMethod", "GetAccessMode", "ToString",    "FromString", "GetValue",
+        "SetValue",         "GetMin",        "GetMax",      "GetInc",     "Execute",
+        "IsDone",           "SetIntValue",   "GetIntValue", "Set",        "Get",
+    };
+    return method < static_cast<int>(std::size(kTexts)) ? kTexts[method] : kTexts[0];
+}
+
+}  // namespace
+
+string2node_t::string2node_t() : m_Spaces(9) {}
+
+size_t string2node_t::Hash::operator()(std::string_view name) const {
+    constexpr uint32_t kPrime = 16777619;
+    uint32_t hash = kPrime;
+    for (const char character : name) {
+        hash = (hash ^ static_cast<unsigned char>(character)) * kPrime;
+    }
+    return hash;
+}
+
+void string2node_t::Insert(INodePrivate* node) {
+    Spaces& spaces = m_Spaces[node->InternalGetName().c_str()];
+    INodePrivate*& slot =
+        node->InternalGetNameSpace() == Standard ? spaces.standard : spaces.custom;
+    struct {
+        bool second;
+    } const ret{slot == nullptr};
+    OV_ASSERT(ret.second == true);
+    slot = node;
+    m_All.push_back(node);
+}
+
+INodePrivate* string2node_t::Find(std::string_view name, ENameSpace nameSpace) const {
+    const auto found = m_Spaces.find(name);
+    if (found == m_Spaces.end()) {
+        return nullptr;
+    }
+    return nameSpace == Standard ? found->second.standard : found->second.custom;
+}
+
+void string2node_t::Clear() {
+    m_Spaces.clear();
+    m_All.clear();
+}
+
+CNodeMap::CNodeMap(const gcstring& deviceName, CLock* lock)
+    : m_DeviceName(deviceName), m_pLock(lock == nullptr ? &m_OwnLock : lock) {
+    m_IsLoggingEnabled = CLog::Exist("GenApi");
+    m_IsDeviceLoggingEnabled = CLog::Exist(gcstring("GenApi.") + deviceName);
+}
+
+void CNodeMap::Destroy() {
+    for (INodePrivate* const node : m_Node2NodeID) {
+        delete node;
+    }
+    m_Node2NodeID.clear();
+    m_Names.Clear();
+    delete this;
+}
+
+void CNodeMap::RegisterNode(INodePrivate* node, CNodeData::ENodeType_t nodeType, NodeID_t id) {
+    OV_ASSERT(id.IsValid());
+    OV_ASSERT((size_t)id.ToIndex() < m_Node2NodeID.size());
+    INodePrivate*& slot = m_Node2NodeID[static_cast<size_t>(id.ToIndex())];
+    if (nodeType == CNodeData::RegisterDescription_ID) {
+        slot = nullptr;
+        return;
+    }
+    OV_ASSERT(node != nullptr);
+    OV_ASSERT(nodeType != CNodeData::_NotImpl_ID);
+    slot = node;
+    node->Initialize(this, nodeType, id);
+}
+
+INodePrivate* CNodeMap::GetNodeByID(NodeID_t NodeID) {
+    OV_ASSERT((size_t)NodeID.ToIndex() < m_Node2NodeID.size());
+    return m_Node2NodeID[static_cast<size_t>(NodeID.ToIndex())];
+}
+
+void CNodeMap::FinalConstruct() {
+    for (INodePrivate* const node : m_Node2NodeID) {
+        if (node == nullptr) {
+            continue;
+        }
+        m_Names.Insert(node);
+        if (node->InternalGetPollingTime() >= 0) {
+            m_PollingList.push_back(node);
+        }
+    }
+    if (m_IsDeviceLoggingEnabled) {
+        void* const logger =
+            CLog::GetLogger(gcstring("GenApi.") + m_DeviceName + ".Misc." + m_NodeName);
+        GCLOGINFO(logger, "Instantiated NodeMap: Vendor = %s, Model = %s", m_VendorName.c_str(),
+                  m_ModelName.c_str());
+    }
+}
+
+void CNodeMap::GetNodes(node_vector& nodes) {
+    const AutoLock lock(*m_pLock);
+    nodes.clear();
+    nodes.reserve(m_Names.GetAll().size());
+    for (INodePrivate* const node : m_Names.GetAll()) {
+        nodes.push_back(node);
+    }
+}
+
+INode* CNodeMap::GetNode(const gcstring& name) {
+    const std::string_view text(name.c_str(), name.size());
+    const size_t separator = text.find("::");
+    if (separator == std::string_view::npos) {
+        INodePrivate* const custom = m_Names.Find(text, Custom);
+        return custom != nullptr ? custom : m_Names.Find(text, Standard);
+    }
+    const std::string_view bare = text.substr(separator + 2);
+    if (text.find("Std::") != std::string_view::npos) {
+        return m_Names.Find(bare, Standard);
+    }
+    return text.find("Cust::") != std::string_view::npos ? m_Names.Find(bare, Custom) : nullptr;
+}
+
+bool CNodeMap::Connect(IPort* port, const gcstring& name) {
+    auto* const construct = dynamic_cast<IPortConstruct*>(GetNode(name));
+    if (construct == nullptr) {
+        return false;
+    }
+    construct->SetPortImpl(port);
+    return true;
+}
+
+void CNodeMap::InvalidateNodes() {
+    CallbackList callbacks;
+    {
+        const AutoLock lock(*m_pLock);
+        for (INodePrivate* const node : m_Names.GetAll()) {
+            node->SetInvalid(simOnlyMe);
+        }
+        for (INodePrivate* const node : m_Names.GetAll()) {
+            node->CollectCallbacksToFire(callbacks, false);
+        }
+        SortCallbacks(callbacks);
+        FireCallbacks(callbacks, cbPostInsideLock);
+    }
+    FireCallbacks(callbacks, cbPostOutsideLock);
+}
+
+void CNodeMap::Poll(int64_t elapsedTime) {
+    CallbackList callbacks;
+    {
+        const AutoLock lock(*m_pLock);
+        for (INodePrivate* const node : m_PollingList) {
+            if (node->Poll(elapsedTime)) {
+                node->CollectCallbacksToFire(callbacks, true);
+                node->SetInvalid(simAll);
+            }
+        }
+        SortCallbacks(callbacks);
+        FireCallbacks(callbacks, cbPostInsideLock);
+    }
+    FireCallbacks(callbacks, cbPostOutsideLock);
+}
+
+bool CNodeMap::ParseSwissKnifes(gcstring_vector* errorList) {
+    bool allParse = true;
+    for (INodePrivate* const node : m_Names.GetAll()) {
+        auto* const formula = dynamic_cast<IFormulaNode*>(node);
+        if (formula == nullptr) {
+            continue;
+        }
+        try {
+            formula->CheckExpressions();
+        } catch (const GenericException& error) {
+            allParse = false;
+            if (errorList != nullptr) {
+                errorList->push_back(gcstring("Error while parsing equation for node '") +
+                                     node->InternalGetName() + "': " + error.what());
+            }
+        }
+    }
+    return allParse;
+}
+
+void CNodeMap::SetEntryPoint(EMethod EntryMethod, INodePrivate* pEntryNode, bool ignoreCache) {
+    OV_ASSERT(EntryMethod != meUndefined);
+    OV_ASSERT(pEntryNode);
+    if (m_EntryDepth++ == 0) {
+        m_EntryMethod = EntryMethod;
+        m_pEntryNode = pEntryNode;
+        m_EntryIgnoreCache = ignoreCache;
+    }
+}
+
+void CNodeMap::ResetEntryPoint() {
+    if (--m_EntryDepth != 0) {
+        return;
+    }
+    if (m_EntryIgnoreCache) {
+        for (INodePrivate* const terminal : m_pEntryNode->GetAllTerminalNodes()) {
+            terminal->SetInvalid(simAll);
+        }
+    }
+    m_EntryMethod = meUndefined;
+    m_pEntryNode = nullptr;
+}
+
+gcstring CNodeMap::GetEntryPoint() {
+    if (m_pEntryNode == nullptr) {
+        return {};
+    }
+    return m_pEntryNode->InternalGetName() + "." + MethodText(m_EntryMethod) + "()";
+}
+
+gcstring CNodeMap::GetStandardNameSpace() {
+    return EStandardNameSpaceClass::ToString(m_StandardNameSpace);
+}
+
+void CNodeMap::GetGenApiVersion(Version_t& version, uint16_t& build) {
+    version = {kGenApiMajor, kGenApiMinor, kGenApiSubMinor};
+    build = 0;
+}
+
+void CNodeMap::SetProperty(const CProperty& property) {
+    const auto number = [&property] { return static_cast<uint16_t>(property.Integer()); };
+    const auto text = [&property] { return gcstring(property.String().c_str()); };
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Name_ID:
+            m_NodeName = text();
+            break;
+        case CPropertyID::ModelName_ID:
+            m_ModelName = text();
+            break;
+        case CPropertyID::VendorName_ID:
+            m_VendorName = text();
+            break;
+        case CPropertyID::ToolTip_ID:
+            m_ToolTip = text();
+            break;
+        case CPropertyID::StandardNameSpace_ID:
+            m_StandardNameSpace = property.EStandardNameSpace();
+            break;
+        case CPropertyID::SchemaMajorVersion_ID:
+            m_SchemaVersion.Major = number();
+            break;
+        case CPropertyID::SchemaMinorVersion_ID:
+            m_SchemaVersion.Minor = number();
+            break;
+        case CPropertyID::SchemaSubMinorVersion_ID:
+            m_SchemaVersion.SubMinor = number();
+            break;
+        case CPropertyID::MajorVersion_ID:
+            m_DeviceVersion.Major = number();
+            break;
+        case CPropertyID::MinorVersion_ID:
+            m_DeviceVersion.Minor = number();
+            break;
+        case CPropertyID::SubMinorVersion_ID:
+            m_DeviceVersion.SubMinor = number();
+            break;
+        case CPropertyID::ProductGuid_ID:
+            m_ProductGuid = text();
+            break;
+        case CPropertyID::VersionGuid_ID:
+            m_VersionGuid = text();
+            break;
+        default:
+            OV_ASSERT(!"CNodeMap::SetProperty: Unhandled property ID detected!");
+    }
+}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "GenApi/INodeMap.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Finds nodes by name, in both name spaces.
+class string2node_t {
+public:
+    string2node_t();
+
+    /// A second node of one name and space is an assertion.
+    void Insert(INodePrivate* node);
+    /// Null when there is none in that space.
+    INodePrivate* Find(std::string_view name, ENameSpace nameSpace) const;
+    const std::vector<INodePrivate*>& GetAll() const { return m_All; }
+    void Clear();
+
+private:
+    struct Spaces {
+        INodePrivate* custom = nullptr;
+        INodePrivate* standard = nullptr;
+    };
+    struct Hash {
+        using is_transparent = void;
+        size_t operator()(std::string_view name) const;
+    };
+
+    std::unordered_map<std::string, Spaces, Hash, std::equal_to<>> m_Spaces;
+    std::vector<INodePrivate*> m_All;
+};
+
+/// Owns the nodes of one description, their one lock, the counter of nested
+/// writes and the entry point of the call that a client is in.
+class CNodeMap : public virtual INodeMapPrivate,
+                 public IDeviceInfo,
+                 public IDestroy,
+                 public IUserData {
+public:
+    /// @param lock  shared with other maps; null for a lock of its own
+    explicit CNodeMap(const gcstring& deviceName, CLock* lock = nullptr);
+    CNodeMap(const CNodeMap&) = delete;
+    CNodeMap& operator=(const CNodeMap&) = delete;
+
+    void GetNodes(node_vector& nodes) override;
+    INode* GetNode(const gcstring& name) override;
+    void InvalidateNodes() override;
+    bool Connect(IPort* port, const gcstring& name) override;
+    bool Connect(IPort* port) override { return Connect(port, "Device"); }
+    gcstring GetDeviceName() override { return m_DeviceName; }
+    void Poll(int64_t elapsedTime) override;
+    CLock& GetLock() override { return *m_pLock; }
+    uint64_t GetNumNodes() override { return m_Names.GetAll().size(); }
+    bool ParseSwissKnifes(gcstring_vector* errorList) override;
+
+    void RegisterNode(INodePrivate* node, CNodeData::ENodeType_t nodeType, NodeID_t id) override;
+    void FinalConstruct() override;
+    void SetNumNodes(size_t count) override { m_Node2NodeID.resize(count, nullptr); }
+    INodePrivate* GetNodeByID(NodeID_t id) override;
+    void SetProperty(const CProperty& property) override;
+    Counter& GetBathometer() override { return m_Bathometer; }
+    void SetEntryPoint(EMethod method, INodePrivate* node, bool ignoreCache) override;
+    void ResetEntryPoint() override;
+    gcstring GetEntryPoint() override;
+    bool IsLoggingEnabled() override { return m_IsLoggingEnabled; }
+    bool IsDeviceLoggingEnabled() override { return m_IsDeviceLoggingEnabled; }
+
+    gcstring GetModelName() override { return m_ModelName; }
+    gcstring GetVendorName() override { return m_VendorName; }
+    gcstring GetToolTip() override { return m_ToolTip; }
+    gcstring GetStandardNameSpace() override;
+    void GetGenApiVersion(Version_t& version, uint16_t& build) override;
+    void GetSchemaVersion(Version_t& version) override { version = m_SchemaVersion; }
+    void GetDeviceVersion(Version_t& version) override { version = m_DeviceVersion; }
+    gcstring GetProductGuid() override { return m_ProductGuid; }
+    gcstring GetProductVersionGuid() override { return m_VersionGuid; }
+
+    void Destroy() override;
+    UserData_t GetUserData() override { return m_pUserData; }
+    UserData_t SetUserData(UserData_t data) override { return std::exchange(m_pUserData, data); }
+
+private:
+    ~CNodeMap() override = default;
+
+    gcstring m_ModelName;
+    gcstring m_VendorName;
+    gcstring m_ToolTip;
+    EStandardNameSpace m_StandardNameSpace = _UndefinedStandardNameSpace;
+    Version_t m_SchemaVersion;
+    Version_t m_DeviceVersion;
+    gcstring m_ProductGuid;
+    gcstring m_VersionGuid;
+    gcstring m_DeviceName;
+    gcstring m_NodeName;
+    std::vector<INodePrivate*> m_Node2NodeID;
+    string2node_t m_Names;
+    Counter m_Bathometer;
+    INodePrivate* m_pEntryNode = nullptr;
+    EMethod m_EntryMethod = meUndefined;
+    uint32_t m_EntryDepth = 0;
+    bool m_EntryIgnoreCache = false;
+    std::vector<INodePrivate*> m_PollingList;
+    bool m_IsLoggingEnabled = true;
+    bool m_IsDeviceLoggingEnabled = true;
+    CLock m_OwnLock;
+    UserData_t m_pUserData = nullptr;
+    CLock* m_pLock;
+};
+
+/// A node whose formula can be checked before it is needed.
+struct IFormulaNode {
+    /// LogicalErrorException when the formula doesn't parse.
+    virtual void CheckExpressions() = 0;
+    virtual ~IFormulaNode() = default;
+};
+
+}  // namespace GenApi_3_0_ORVANE
