@@ -68,6 +68,8 @@ protected:
     /// concrete class: `compute` runs only when nothing is known.
     template <class Compute>
     EAccessMode CachedAccessMode(const Compute& compute);
+    /// The same computation without the cache, as a part of such a `compute`.
+    EAccessMode ComputeAccessMode(IBase* value);
 
     gcstring InternalGetQualifiedName();
     gcstring InternalGetDisplayName() const;
@@ -142,7 +144,6 @@ protected:
     void* m_pMiscLog = nullptr;
 
 private:
-    EAccessMode ComputeAccessMode(IBase* value);
     EAccessMode LowerByReadingChildren(EAccessMode mode) const;
     EAccessMode LowerByReferences(EAccessMode mode) const;
     void CreateLoggers();
