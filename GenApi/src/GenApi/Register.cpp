@@ -1,0 +1,187 @@
+#include "GenApi/impl/Register.h"
+
+#include <algorithm>
+
+#include "GenApi/impl/Value2String.h"
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+/// Where a chunk port tells the end of its chunk.
+constexpr int64_t kChunkEndAddress = 0x7FFFFFFFFFFFFFF0;
+
+}  // namespace
+
+void CRegisterImpl::SetProperty(const CProperty& property) {
+    switch (property.GetPropertyID()) {
+        case CPropertyID::pPort_ID:
+            m_pPort = dynamic_cast<CPortImplIntern*>(LinkChild(property, ReadRole | WriteRole));
+            break;
+        case CPropertyID::Length_ID:
+            m_Length = property.Integer();
+            break;
+        case CPropertyID::pLength_ID:
+            m_Length = static_cast<IBase*>(LinkChild(property, ReadRole));
+            break;
+        case CPropertyID::Address_ID:
+            m_Addresses.emplace_back() = property.Integer();
+            break;
+        case CPropertyID::pAddress_ID:
+            m_Addresses.emplace_back() = static_cast<IBase*>(LinkChild(property, ReadRole));
+            break;
+        case CPropertyID::pIndex_ID:
+            AddIndex(property);
+            break;
+        case CPropertyID::AccessMode_ID:
+            m_AccessMode = property.EAccessMode();
+            break;
+        case CPropertyID::Cachable_ID:
+            m_CachingMode = property.ECachingMode();
+            break;
+        default:
+            CNodeImpl::SetProperty(property);
+            break;
+    }
+}
+
+void CRegisterImpl::AddIndex(const CProperty& property) {
+    IndexedOffset& entry = m_Indices.emplace_back();
+    entry.index = static_cast<IBase*>(LinkChild(property, ReadRole));
+    const CProperty* const offset = property.GetAttribute();
+    if (offset == nullptr) {
+        // Without an offset the index counts registers.
+        entry.offset = int64_t{0};
+    } else if (offset->GetPropertyID() == CPropertyID::pOffset_ID) {
+        entry.offset = static_cast<IBase*>(LinkChild(*offset, ReadRole));
+    } else {
+        entry.offset = offset->Integer();
+    }
+}
+
+void CRegisterImpl::FinalConstruct() {
+    OV_ASSERT(m_pPort != NULL);
+    CNodeImpl::FinalConstruct();
+}
+
+EAccessMode CRegisterImpl::InternalGetAccessMode() {
+    return CachedAccessMode([this] { return Combine(ComputeAccessMode(m_pPort), m_AccessMode); });
+}
+
+ECachingMode CRegisterImpl::InternalGetCachingMode() {
+    if (m_CachingModeCache != _UndefinedCachingMode) {
+        return CNodeImpl::InternalGetCachingMode();
+    }
+    ECachingMode mode = CNodeImpl::InternalGetCachingMode();
+    for (const CIntegerPolyRef& address : m_Addresses) {
+        mode = Combine(mode, address.GetCachingMode());
+    }
+    for (const IndexedOffset& entry : m_Indices) {
+        mode = Combine(mode, Combine(entry.index.GetCachingMode(), entry.offset.GetCachingMode()));
+    }
+    m_CachingModeCache = mode;
+    return mode;
+}
+
+int64_t CRegisterImpl::SumAddress(bool verify, bool ignoreCache) {
+    int64_t address = 0;
+    for (const CIntegerPolyRef& part : m_Addresses) {
+        address += part.GetValue(verify, ignoreCache);
+    }
+    for (const IndexedOffset& entry : m_Indices) {
+        const int64_t offset = entry.offset.IsConstant() && entry.offset.GetValue() == 0
+                                   ? InternalGetLength()
+                                   : entry.offset.GetValue(verify, ignoreCache);
+        address += entry.index.GetValue(verify, ignoreCache) * offset;
+    }
+    if (address < 0 && m_pPort->IsChunkPort()) {
+        int64_t base = 0;
+        m_pPort->Read(&base, kChunkEndAddress, sizeof(base));
+        address += base;
+    }
+    return address;
+}
+
+void CRegisterImpl::UpdateAddress(bool verify, bool ignoreCache) {
+    const int64_t oldAddress = m_Address;
+    m_Address = 0;
+    try {
+        m_Address = SumAddress(verify, ignoreCache);
+        if (m_IsAddressKnown && m_Address != oldAddress && InternalGetCachingMode() != NoCache) {
+            m_pPort->GetValueCache().InvalidateValue(m_Address);
+        }
+        m_IsAddressKnown = true;
+    } catch (...) {
+        m_Address = oldAddress;
+        throw;
+    }
+}
+
+int64_t CRegisterImpl::InternalGetAddress() {
+    UpdateAddress(false, false);
+    return m_Address;
+}
+
+void CRegisterImpl::CheckAccess(const void* buffer, int64_t length, const char* operation) {
+    if (buffer == nullptr) {
+        LOGICAL_ERROR_EXCEPTION_NODE("CRegisterImpl::%s : pBuffer must not be NULL", operation);
+    }
+    if (length > InternalGetLength()) {
+        OUT_OF_RANGE_EXCEPTION_NODE(
+            "CRegisterImpl::%s : more data requested than hold by the register", operation);
+    }
+    if (m_pPort == nullptr) {
+        ACCESS_EXCEPTION_NODE("CRegisterImpl::%s : port not set", operation);
+    }
+}
+
+void CRegisterImpl::InternalGet(uint8_t* buffer, int64_t length, bool verify, bool ignoreCache) {
+    CheckAccess(buffer, length, "InternalGet");
+    UpdateAddress(verify, ignoreCache);
+    CValueCache& cache = m_pPort->GetValueCache();
+    const int64_t registerLength = InternalGetLength();
+    const ECachingMode mode = InternalGetCachingMode();
+    OV_ASSERT((mode == NoCache || mode == WriteThrough || mode == WriteAround) &&
+              "Unexpected Caching Mode");
+    if (!ignoreCache && mode != NoCache &&
+        cache.TryGetValue(m_Address, registerLength, length, buffer)) {
+        return;
+    }
+    m_pPort->Read(buffer, m_Address, length);
+    if (mode != NoCache && length == registerLength) {
+        cache.SetValue(m_Address, length, buffer);
+    }
+}
+
+void CRegisterImpl::InternalSet(const uint8_t* buffer, int64_t length, bool verify) {
+    CheckAccess(buffer, length, "InternalSet");
+    UpdateAddress(verify, false);
+    m_pPort->Write(buffer, m_Address, length);
+    CValueCache& cache = m_pPort->GetValueCache();
+    const ECachingMode mode = InternalGetCachingMode();
+    if (length != InternalGetLength() || mode == WriteAround) {
+        cache.InvalidateValue(m_Address);
+    } else if (mode == WriteThrough) {
+        cache.SetValue(m_Address, length, buffer);
+    }
+}
+
+gcstring CRegisterImpl::InternalToString(bool verify, bool ignoreCache) {
+    std::vector<uint8_t> bytes(static_cast<size_t>(InternalGetLength()));
+    const auto length = static_cast<int64_t>(bytes.size());
+    InternalGet(bytes.data(), length, verify, ignoreCache);
+    gcstring text;
+    Value2String(bytes.data(), text, length);
+    return text;
+}
+
+void CRegisterImpl::InternalFromString(const gcstring& value, bool verify) {
+    std::vector<uint8_t> bytes(static_cast<size_t>(InternalGetLength()), 0);
+    const auto length = static_cast<int64_t>(bytes.size());
+    if (!String2Value(value, bytes.data(), length)) {
+        INVALID_ARGUMENT_EXCEPTION_NODE("Node '%s' : cannot convert hex string", m_Name.c_str());
+    }
+    InternalSet(bytes.data(), length, verify);
+}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,157 @@
+#include "GenApi/impl/Value2String.h"
+
+#include <array>
+#include <charconv>
+#include <cinttypes>
+#include <cstdio>
+#include <cstdlib>
+#include <locale>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+template <class... Values>
+gcstring Formatted(const char* format, Values... values) {
+    std::array<char, 64> buffer{};
+    std::snprintf(buffer.data(), buffer.size(), format, values...);
+    return buffer.data();
+}
+
+unsigned ByteOf(int64_t value, unsigned index) {
+    return static_cast<unsigned>((static_cast<uint64_t>(value) >> (8 * index)) & 0xFFU);
+}
+
+/// Bytes written with a separator, highest first, as one number.
+bool JoinBytes(const char* text, char separator, int base, unsigned count, int64_t* value) {
+    uint64_t number = 0;
+    for (unsigned i = 0; i < count; ++i) {
+        char* end = nullptr;
+        const unsigned long byte = std::strtoul(text, &end, base);
+        const bool isLast = i + 1 == count;
+        if (end == text || byte > 0xFF || *end != (isLast ? '\0' : separator)) {
+            return false;
+        }
+        number = (number << 8) | byte;
+        text = end + 1;
+    }
+    *value = static_cast<int64_t>(number);
+    return true;
+}
+
+bool ParseInteger(const char* text, int64_t* value) {
+    char* end = nullptr;
+    const bool isHex = std::string_view(text).starts_with("0x");
+    const int64_t number =
+        isHex ? static_cast<int64_t>(std::strtoull(text, &end, 16)) : std::strtoll(text, &end, 10);
+    if (end == text) {
+        return false;
+    }
+    *value = number;
+    return true;
+}
+
+}  // namespace
+
+void Value2String(int64_t value, gcstring& text, ERepresentation representation) {
+    switch (representation) {
+        case Boolean:
+            text = value != 0 ? "true" : "false";
+            break;
+        case HexNumber:
+            text = Formatted("0x%" PRIx64, static_cast<uint64_t>(value));
+            break;
+        case IPV4Address:
+            text = Formatted("%u.%u.%u.%u", ByteOf(value, 3), ByteOf(value, 2), ByteOf(value, 1),
+                             ByteOf(value, 0));
+            break;
+        case MACAddress:
+            text =
+                Formatted("%02x:%02x:%02x:%02x:%02x:%02x", ByteOf(value, 5), ByteOf(value, 4),
+                          ByteOf(value, 3), ByteOf(value, 2), ByteOf(value, 1), ByteOf(value, 0));
+            break;
+        default:
+            text = Formatted("%" PRId64, value);
+            break;
+    }
+}
+
+bool String2Value(const char* text, int64_t* value, ERepresentation representation) {
+    constexpr unsigned kIPBytes = 4;
+    constexpr unsigned kMacBytes = 6;
+    bool flag = false;
+    switch (representation) {
+        case Boolean:
+            if (!String2Value(gcstring(text), &flag)) {
+                return false;
+            }
+            *value = flag ? 1 : 0;
+            return true;
+        case IPV4Address:
+            return JoinBytes(text, '.', 10, kIPBytes, value) || ParseInteger(text, value);
+        case MACAddress:
+            return JoinBytes(text, ':', 16, kMacBytes, value) || ParseInteger(text, value);
+        default:
+            return ParseInteger(text, value);
+    }
+}
+
+void Value2String(const uint8_t* bytes, gcstring& text, int64_t length) {
+    static constexpr char kDigits[] = "0123456789abcdef";
+    std::string hex = "0x";
+    for (int64_t i = 0; i < length; ++i) {
+        hex += kDigits[bytes[i] >> 4];
+        hex += kDigits[bytes[i] & 0xF];
+    }
+    text.assign(hex.c_str(), hex.size());
+}
+
+bool String2Value(const gcstring& text, uint8_t* bytes, int64_t length) {
+    std::string_view digits(text.c_str(), text.size());
+    if (digits.starts_with("0x") || digits.starts_with("0X")) {
+        digits.remove_prefix(2);
+    }
+    if (digits.size() % 2 != 0) {
+        return false;
+    }
+    for (int64_t i = 0; i < length && !digits.empty(); ++i, digits.remove_prefix(2)) {
+        const char* const end = digits.data() + 2;
+        if (std::from_chars(digits.data(), end, bytes[i], 16).ptr != end) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool String2Value(const gcstring& text, bool* value) {
+    if (text == "true" || text == "True" || text == "TRUE") {
+        *value = true;
+        return true;
+    }
+    if (text == "false" || text == "False" || text == "FALSE") {
+        *value = false;
+        return true;
+    }
+    int64_t number = 0;
+    if (!ParseInteger(text.c_str(), &number)) {
+        return false;
+    }
+    *value = number != 0;
+    return true;
+}
+
+bool String2Value(const gcstring& text, double* value) {
+    std::istringstream stream(text.c_str());
+    stream.imbue(std::locale::classic());
+    double number = 0;
+    if (!(stream >> number)) {
+        return false;
+    }
+    *value = number;
+    return true;
+}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "GenApi/IRegister.h"
+#include "GenApi/impl/BaseT.h"
+#include "GenApi/impl/NodeT.h"
+#include "GenApi/impl/Port.h"
+#include "GenApi/impl/RegisterT.h"
+#include "GenApi/impl/ValueT.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// A range of bytes in a port, with a computed address and a cache by address.
+class CRegisterImpl : public CNodeImpl, virtual public IRegister {
+public:
+    void SetProperty(const CProperty& property) override;
+    void FinalConstruct() override;
+    EInterfaceType InternalGetPrincipalInterfaceType() override { return intfIRegister; }
+    using CNodeImpl::InternalGetAccessMode;
+    EAccessMode InternalGetAccessMode() override;
+    ECachingMode InternalGetCachingMode() override;
+
+protected:
+    gcstring InternalToString(bool verify, bool ignoreCache) override;
+    void InternalFromString(const gcstring& value, bool verify) override;
+
+    void InternalGet(uint8_t* buffer, int64_t length, bool verify, bool ignoreCache);
+    void InternalSet(const uint8_t* buffer, int64_t length, bool verify);
+    int64_t InternalGetLength() { return m_Length.GetValue(); }
+    int64_t InternalGetAddress();
+    /// Sums the address up anew; a change drops what is cached there.
+    void UpdateAddress(bool verify, bool ignoreCache);
+
+    CIntegerPolyRef m_Length;
+
+private:
+    struct IndexedOffset {
+        CIntegerPolyRef index;
+        CIntegerPolyRef offset;
+    };
+
+    void CheckAccess(const void* buffer, int64_t length, const char* operation);
+    void AddIndex(const CProperty& property);
+    int64_t SumAddress(bool verify, bool ignoreCache);
+
+    CPortImplIntern* m_pPort = nullptr;
+    int64_t m_Address = -1;
+    bool m_IsAddressKnown = false;
+    std::vector<CIntegerPolyRef> m_Addresses;
+    std::vector<IndexedOffset> m_Indices;
+    EAccessMode m_AccessMode = RO;
+};
+
+class CRegister : public NodeT<RegisterT<ValueT<BaseT<CRegisterImpl>>>> {};
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "GenApi/impl/Frames.h"
+#include "GenApi/impl/Value2String.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Gives a register class the operations of IRegister.
+template <class Base>
+class RegisterT : public Base {
+public:
+    void Set(const uint8_t* buffer, int64_t length, bool verify = true) override {
+        RunWrite(
+            *this, meSet,
+            [&] {
+                GCLOGINFOPUSH(Base::m_pValueLog, "Set( %ld, %s )...", length,
+                              HexText(buffer, length).c_str());
+                if (verify && !IsWritable(this->GetAccessMode())) {
+                    ACCESS_EXCEPTION_NODE("Node is not writable.");
+                }
+            },
+            [&] {
+                Base::InternalSet(buffer, length, verify);
+                if (verify) {
+                    Base::InternalCheckError();
+                }
+            },
+            [&] { GCLOGINFOPOP(Base::m_pValueLog, "...Set"); });
+    }
+
+    void Get(uint8_t* buffer, int64_t length, bool verify = false,
+             bool ignoreCache = false) override {
+        RunRead(*this, meGet, ignoreCache, [&] {
+            GCLOGINFOPUSH(Base::m_pValueLog, "Get...");
+            if (!IsReadable(this->GetAccessMode())) {
+                ACCESS_EXCEPTION_NODE("Node is not readable.");
+            }
+            Base::InternalGet(buffer, length, verify, ignoreCache);
+            if (verify) {
+                Base::InternalCheckError();
+            }
+            GCLOGINFOPOP(Base::m_pValueLog, "...Get( %ld ) = %s", length,
+                         HexText(buffer, length).c_str());
+        });
+    }
+
+    int64_t GetLength() override {
+        const AutoLock lock(Base::GetLock());
+        return Base::InternalGetLength();
+    }
+
+    int64_t GetAddress() override {
+        const AutoLock lock(Base::GetLock());
+        return Base::InternalGetAddress();
+    }
+
+private:
+    static gcstring HexText(const uint8_t* buffer, int64_t length) {
+        gcstring text;
+        Value2String(buffer, text, length);
+        return text;
+    }
+};
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,22 @@
+#pragma once
+/// Values as text, and back. A false result leaves the value alone.
+
+#include "GenApi/Types.h"
+
+namespace GenApi_3_0_ORVANE {
+
+void Value2String(int64_t value, gcstring& text, ERepresentation representation);
+bool String2Value(const char* text, int64_t* value, ERepresentation representation);
+
+/// "0x" and the bytes in the order of memory.
+void Value2String(const uint8_t* bytes, gcstring& text, int64_t length);
+/// Pairs of hexadecimal digits, with or without "0x", until the text or the
+/// length ends.
+bool String2Value(const gcstring& text, uint8_t* bytes, int64_t length);
+
+/// "true", "false" or a number.
+bool String2Value(const gcstring& text, bool* value);
+/// A number as the "C" locale writes it.
+bool String2Value(const gcstring& text, double* value);
+
+}  // namespace GenApi_3_0_ORVANE
