@@ -1,0 +1,33 @@
+#pragma once
+
+#include "GenApi/ICategory.h"
+#include "GenApi/impl/BaseT.h"
+#include "GenApi/impl/NodeT.h"
+#include "GenApi/impl/ValueT.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// A group of features. It shows itself to whoever may see one of them, so its
+/// visibility comes from them alone, whatever the description says.
+class CCategoryImpl : public CNodeImpl, virtual public ICategory {
+public:
+    CCategoryImpl() { m_Visibility = Invisible; }
+
+    void SetProperty(const CProperty& property) override;
+    void FinalConstruct() override;
+    EAccessMode InternalGetAccessMode() override;
+    EInterfaceType InternalGetPrincipalInterfaceType() override { return intfICategory; }
+    void SetInvisibleIfHigher(EVisibility visibility) override;
+
+    void GetFeatures(value_vector& features) override;
+
+private:
+    EAccessMode ComputeMode() const;
+    void TellParents();
+
+    value_vector m_Features;
+};
+
+class CCategory : public BaseT<ValueT<NodeT<CCategoryImpl>>> {};
+
+}  // namespace GenApi_3_0_ORVANE

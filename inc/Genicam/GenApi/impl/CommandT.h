@@ -1,0 +1,88 @@
+#pragma once
+
+#include <utility>
+
+#include "GenApi/ICommand.h"
+#include "GenApi/impl/Frames.h"
+#include "GenApi/impl/Value2String.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Gives an implementation class the face of ICommand. That class gives
+/// `InternalExecute(verify)` and `InternalIsDone(verify, fireCallbacks)`.
+template <class Base>
+class CommandT : public Base, virtual public ICommand {
+public:
+    void Execute(bool verify = true) override {
+        RunWrite(
+            *this, meExecute,
+            [&] {
+                GCLOGINFOPUSH(Base::m_pValueLog, "Execute...");
+                if (!IsWritable(this->GetAccessMode())) {
+                    ACCESS_EXCEPTION_NODE("Node is not writable.");
+                }
+            },
+            [&] {
+                this->InternalExecute(verify);
+                if (verify) {
+                    this->InternalCheckError();
+                }
+            },
+            [&] { GCLOGINFOPOP(Base::m_pValueLog, "...Execute"); });
+    }
+    void operator()() override { Execute(); }
+
+    bool IsDone(bool verify = true) override {
+        CallbackList callbacks;
+        bool isDone = false;
+        {
+            const AutoLock lock(Base::GetLock());
+            isDone = AskDevice(verify, callbacks);
+        }
+        FireCallbacks(callbacks, cbPostOutsideLock);
+        return isDone;
+    }
+
+    EInterfaceType InternalGetPrincipalInterfaceType() override { return intfICommand; }
+
+protected:
+    /// "1" while the command runs.
+    gcstring InternalToString(bool verify, bool /*ignoreCache*/) override {
+        return AskDevice(verify, m_Pending) ? "0" : "1";
+    }
+    /// Any text for "true" starts the command.
+    void InternalFromString(const gcstring& text, bool /*verify*/) override {
+        bool value = false;
+        if (!String2Value(text, &value) || !value) {
+            INVALID_ARGUMENT_EXCEPTION_NODE("'%s' does not convert to TRUE", text.c_str());
+        }
+        Execute(true);
+    }
+
+    /// The callbacks that wait, since the command was last read as text, for
+    /// the lock to be released.
+    CallbackList TakePending() { return std::exchange(m_Pending, {}); }
+
+private:
+    /// @param callbacks  gets what is to be called once the lock is released
+    bool AskDevice(bool verify, CallbackList& callbacks) {
+        const EntryMethodFinalizer entry(*this, meIsDone);
+        if (!IsImplemented(this->GetAccessMode())) {
+            ACCESS_EXCEPTION_NODE("Node is not implemented.");
+        }
+        GCLOGINFOPUSH(Base::m_pValueLog, "IsDone...");
+        bool fireCallbacks = false;
+        const bool isDone = this->InternalIsDone(verify, fireCallbacks);
+        GCLOGINFOPOP(Base::m_pValueLog, "...IsDone = %s", isDone ? "true" : "false");
+        if (fireCallbacks) {
+            this->CollectCallbacksToFire(callbacks, true);
+            SortCallbacks(callbacks);
+            FireCallbacks(callbacks, cbPostInsideLock);
+        }
+        return isDone;
+    }
+
+    CallbackList m_Pending;
+};
+
+}  // namespace GenApi_3_0_ORVANE

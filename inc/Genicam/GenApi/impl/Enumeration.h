@@ -1,0 +1,58 @@
+#pragma once
+
+#include <map>
+
+#include "GenApi/impl/BaseT.h"
+#include "GenApi/impl/EnumerationT.h"
+#include "GenApi/impl/NodeT.h"
+#include "GenApi/impl/ValueT.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// A choice among entries, held as a number by another node.
+class CEnumerationImpl : public CNodeImpl {
+public:
+    void SetProperty(const CProperty& property) override;
+    void FinalConstruct() override;
+    /// Not while the device is expected to move on by itself.
+    bool InternalIsValueCacheValid() override {
+        return m_State == Normal && CNodeImpl::InternalIsValueCacheValid();
+    }
+    EAccessMode InternalGetAccessMode() override {
+        return CNodeImpl::InternalGetAccessMode(m_Value.GetNode());
+    }
+
+protected:
+    void InternalGetSymbolics(gcstring_vector& symbolics);
+    void InternalGetEntries(node_vector& entries) const { entries = m_Entries; }
+    IEnumEntry* InternalGetEntryByName(const gcstring& symbolic) const;
+    IEnumEntry* InternalGetEntry(int64_t value) const;
+    int64_t InternalGetIntValue(bool verify, bool ignoreCache);
+    void InternalSetIntValue(int64_t value, bool verify);
+    /// The symbolic of the entry, which must be there and available.
+    gcstring InternalSymbolicOf(int64_t value);
+    /// The number of the entry, which must be there.
+    int64_t InternalValueOf(const gcstring& symbolic);
+
+private:
+    enum EState { Normal = 1, SelfClearing = 2 };
+
+    IEnumEntry& RequireEntry(int64_t value);
+    /// Ends the wait for the device once its value is another than the one
+    /// that was written.
+    void LeaveSelfClearing(int64_t value);
+
+    CIntegerPolyRef m_Value;
+    node_vector m_Entries;
+    std::map<gcstring, IEnumEntry*> m_BySymbolic;
+    std::map<int64_t, IEnumEntry*> m_ByValue;
+    EState m_State = Normal;
+    int64_t m_SelfClearingValue = 0;
+};
+
+class CEnumeration : public BaseT<ValueT<NodeT<EnumerationT<CEnumerationImpl>>>> {
+public:
+    using EnumerationT::operator=;
+};
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,161 @@
+#pragma once
+
+#include <algorithm>
+#include <limits>
+
+#include "GenApi/impl/CachedValueT.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// What the typed faces of integers and floats have in common: limits, their
+/// checks, and the list of valid values.
+///
+/// The implementation class gives, for the lock being held:
+/// `InternalSetValue(value, verify)`, `InternalGetValue(verify, ignoreCache)`,
+/// `InternalGetMin()`, `InternalGetMax()`, `InternalGetRepresentation()`,
+/// `InternalGetUnit()`; where it knows of any also
+/// `InternalGetListOfValidValues()`, empty when every value will do.
+///
+/// Traits, beyond what CachedValueT asks for, names the `Interface`, the `List`
+/// of values and the log lines and messages about limits.
+template <class Base, class Traits>
+class NumericT : public CachedValueT<Base, Traits>, virtual public Traits::Interface {
+    using Cached = CachedValueT<Base, Traits>;
+
+public:
+    using Interface_t = typename Traits::Interface;
+    using Value_t = typename Traits::Value;
+    using List_t = typename Traits::List;
+
+    void SetValue(Value_t value, bool verify = true) override {
+        this->SetCached(
+            value, verify, [&] { CheckValue(value); },
+            [&] { this->InternalSetValue(value, verify); });
+    }
+    Interface_t& operator=(Value_t value) override {
+        SetValue(value);
+        return *this;
+    }
+    Value_t GetValue(bool verify = false, bool ignoreCache = false) override {
+        return this->GetCached(
+            verify, ignoreCache, [&](Value_t value) { CheckValue(value); },
+            [&] { return this->InternalGetValue(verify, ignoreCache); });
+    }
+    Value_t operator()() override { return GetValue(); }
+    Value_t operator*() override { return GetValue(); }
+
+    Value_t GetMin() override {
+        return ReadLimit(meGetMin, "GetMin...", Traits::MinEnd, [&] {
+            Cached::RequireAvailable();
+            return std::max(this->InternalGetMin(), m_ImposedMin);
+        });
+    }
+    Value_t GetMax() override {
+        return ReadLimit(meGetMax, "GetMax...", Traits::MaxEnd, [&] {
+            Cached::RequireAvailable();
+            return std::min(this->InternalGetMax(), m_ImposedMax);
+        });
+    }
+    List_t GetListOfValidValues(bool bounded = true) override {
+        return RunRead(*this, meGetListOfValidValues, false, [&] {
+            GCLOGINFOPUSH(Base::m_pRangeLog, "GetListOfValidValues...");
+            RefreshValidValues();
+            List_t list = bounded ? BoundedValidValues() : m_CurrentValidValueSet;
+            GCLOGINFOPOP(Base::m_pRangeLog, "...GetListOfValidValues");
+            return list;
+        });
+    }
+    ERepresentation GetRepresentation() override {
+        const AutoLock lock(Base::GetLock());
+        return this->InternalGetRepresentation();
+    }
+    gcstring GetUnit() override {
+        const AutoLock lock(Base::GetLock());
+        return this->InternalGetUnit();
+    }
+    void ImposeMin(Value_t value) override { Impose(m_ImposedMin, value); }
+    void ImposeMax(Value_t value) override { Impose(m_ImposedMax, value); }
+
+    EInterfaceType InternalGetPrincipalInterfaceType() override { return Traits::InterfaceType; }
+
+protected:
+    /// Refuses a value outside the limits; one that is no number is outside of
+    /// any. Gives the minimum, which steps are counted from.
+    Value_t CheckLimits(Value_t value) {
+        const Value_t min = GetMin();
+        if (!(value >= min)) {
+            OUT_OF_RANGE_EXCEPTION_NODE(Traits::TooSmall, value, min);
+        }
+        const Value_t max = GetMax();
+        if (!(value <= max)) {
+            OUT_OF_RANGE_EXCEPTION_NODE(Traits::TooLarge, value, max);
+        }
+        return min;
+    }
+    /// What a value has to satisfy when it is verified.
+    virtual void CheckValue(Value_t value) { CheckLimits(value); }
+
+    /// A read of something about the range.
+    template <class Read>
+    Value_t ReadLimit(EMethod method, const char* begin, const char* end, const Read& read) {
+        return RunRead(*this, method, false, [&] {
+            GCLOGINFOPUSH(Base::m_pRangeLog, "%s", begin);
+            const Value_t value = read();
+            GCLOGINFOPOP(Base::m_pRangeLog, end, value);
+            return value;
+        });
+    }
+
+    /// @param hasInc  tells whether values keep a distance at all
+    template <class HasInc>
+    EIncMode ReadIncMode(const HasInc& hasInc) {
+        return RunRead(*this, meGetIncMode, false, [&] {
+            GCLOGINFOPUSH(Base::m_pRangeLog, "GetIncMode...");
+            RefreshValidValues();
+            const EIncMode steps =
+                m_CurrentValidValueSet.size() != 0 ? listIncrement : fixedIncrement;
+            const EIncMode mode = hasInc() ? steps : noIncrement;
+            GCLOGINFOPOP(Base::m_pRangeLog, "...GetIncMode");
+            return mode;
+        });
+    }
+
+private:
+    void Impose(Value_t& limit, Value_t value) {
+        {
+            const AutoLock lock(Base::GetLock());
+            limit = value;
+        }
+        this->InvalidateNode();
+    }
+
+    void RefreshValidValues() {
+        if constexpr (requires { this->InternalGetListOfValidValues(); }) {
+            if (!Base::m_ListOfValidValuesCacheValid) {
+                m_CurrentValidValueSet = this->InternalGetListOfValidValues();
+                Base::m_ListOfValidValuesCacheValid = true;
+            }
+        }
+    }
+
+    List_t BoundedValidValues() {
+        List_t list;
+        if (m_CurrentValidValueSet.size() != 0) {
+            const Value_t min = GetMin();
+            const Value_t max = GetMax();
+            for (size_t i = 0; i < m_CurrentValidValueSet.size(); ++i) {
+                const Value_t value = m_CurrentValidValueSet[i];
+                if (value >= min && value <= max) {
+                    list.push_back(value);
+                }
+            }
+        }
+        return list;
+    }
+
+    Value_t m_ImposedMin = std::numeric_limits<Value_t>::lowest();
+    Value_t m_ImposedMax = std::numeric_limits<Value_t>::max();
+    List_t m_CurrentValidValueSet;
+};
+
+}  // namespace GenApi_3_0_ORVANE
