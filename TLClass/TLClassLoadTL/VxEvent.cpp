@@ -22,21 +22,16 @@ CVxEvent::~CVxEvent() {
 }
 
 void CVxEvent::SetEvent() {
-    const CAutoLock lock(m_flagLock);
-    m_signalled = 1;
     sem_post(m_semaphore.get());
 }
 
 void CVxEvent::ResetEvent() {
-    const CAutoLock lock(m_flagLock);
-    while (m_signalled != 0 && sem_trywait(m_semaphore.get()) == 0) {
+    while (TryWait()) {
     }
-    m_signalled = 0;
 }
 
 bool CVxEvent::Wait(unsigned milliseconds) {
-    ClearFlag();
-    for (unsigned failures = 0; sem_trywait(m_semaphore.get()) != 0;) {
+    for (unsigned failures = 0; !TryWait();) {
         SleepOneMillisecond();
         if (++failures >= milliseconds) {
             return false;
@@ -45,9 +40,8 @@ bool CVxEvent::Wait(unsigned milliseconds) {
     return true;
 }
 
-void CVxEvent::ClearFlag() {
-    const CAutoLock lock(m_flagLock);
-    m_signalled = 0;
+bool CVxEvent::TryWait() {
+    return sem_trywait(m_semaphore.get()) == 0;
 }
 
 }  // namespace OVTLClass

@@ -5,13 +5,10 @@
 
 #include <memory>
 
-#include "TLClassLoadTL/OvLock.h"
-
 namespace OVTLClass {
 
-/// A semaphore with a flag that tells whether a signal is outstanding. The
-/// wait polls once a millisecond: a lost wake-up costs a millisecond and never
-/// a hang.
+/// A counting signal. The wait polls once a millisecond: a lost wake-up costs a
+/// millisecond and never a hang.
 class CVxEvent {
 public:
     CVxEvent();
@@ -25,13 +22,11 @@ public:
     /// Waits for a signal for about `milliseconds`; 0 tests once and sleeps
     /// about a millisecond when there is none.
     bool Wait(unsigned milliseconds);
+    /// Tests once without sleeping.
+    bool TryWait();
 
 private:
-    void ClearFlag();
-
     std::unique_ptr<sem_t> m_semaphore;
-    int m_signalled = 0;
-    CLock m_flagLock;
 };
 
 }  // namespace OVTLClass

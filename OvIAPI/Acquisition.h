@@ -1,0 +1,26 @@
+#pragma once
+/// Start and stop of a camera's acquisition, and the frames in between.
+
+#include <cstdint>
+
+#include "DeviceInfo.h"
+#include "OvIDef.h"
+
+/// Starts camera and stream; up to three attempts. The camera's transport
+/// parameters stay locked until the stop.
+void StartAcquisition(COvDeviceInfo& info);
+
+/// Stops camera and stream. The host's side is stopped whatever the camera
+/// says; the camera's first failure is raised at the end.
+void StopAcquisition(COvDeviceInfo& info);
+
+/// Waits for a frame and copies it to frame.pImgBuf.
+void CopyFrame(COvDeviceInfo& info, OV_FRAME_DATA& frame, uint32_t timeout);
+
+/// Waits for a frame and lends it.
+OV_FRAME_BUFFER* LendFrame(COvDeviceInfo& info, uint32_t timeout);
+
+/// Lends all frames that wait, at least one.
+/// @return their number
+uint32_t LendAllFrames(COvDeviceInfo& info, OV_FRAME_BUFFER** frames, uint32_t size,
+                       uint32_t timeout);

@@ -1,0 +1,89 @@
+// The frames, by copy and on loan.
+
+#include <algorithm>
+#include <cstring>
+
+#include "Acquisition.h"
+#include "FrameRecord.h"
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassLoadTL/OvString.h"
+#include "TLClassMain/Buffer.h"
+#include "TLClassMain/DataStream.h"
+
+using namespace OVTLClass;
+
+namespace {
+
+/// A fetched frame, which goes back to the producer unless it is lent.
+class CFetchedFrame : public CAgency {
+public:
+    CFetchedFrame(IDataStream& stream, uint32_t timeout) {
+        stream.DoGetBuffer(m_info, timeout);
+        Arm([buffer = GetBuffer()] { buffer->QueueBuffer(); });
+    }
+    const BUFFER_INFO& GetInfo() const { return m_info; }
+    CBuffer* GetBuffer() const { return static_cast<CBuffer*>(m_info.userPointer.value); }
+
+private:
+    BUFFER_INFO m_info;
+};
+
+}  // namespace
+
+void CopyFrame(COvDeviceInfo& info, OV_FRAME_DATA& frame, uint32_t timeout) {
+    BUFFER_INFO buffer;
+    info.GetStream()->DoGetBuffer(buffer, timeout);
+    if (buffer.base.valid) {
+        std::memcpy(frame.pImgBuf, buffer.base.value, buffer.expectedPayloadSize.value);
+    }
+    FillFrame(frame, buffer);
+    static_cast<CBuffer*>(buffer.userPointer.value)->QueueBuffer();
+}
+
+OV_FRAME_BUFFER* LendFrame(COvDeviceInfo& info, uint32_t timeout) {
+    CFetchedFrame fetched(*info.GetStream(), timeout);
+    OV_FRAME_BUFFER* const frame = info.GetFramePool().Take();
+    if (frame == nullptr) {
+        OV_RAISE(CUnexpectedError, "DQFrameBuffer failed");
+    }
+    FillFrame(*frame, fetched.GetInfo());
+    frame->pImgBuf = fetched.GetInfo().base.valid ? fetched.GetInfo().base.value : nullptr;
+    frame->nBufID = reinterpret_cast<uint64_t>(fetched.GetBuffer());
+    fetched.Commit();
+    return frame;
+}
+
+uint32_t LendAllFrames(COvDeviceInfo& info, OV_FRAME_BUFFER** frames, uint32_t size,
+                       uint32_t timeout) {
+    const std::shared_ptr<IDataStream> stream = info.GetStream();
+    const size_t announced = stream->DoGetAnnounceBufferListSize();
+    if (size < announced) {
+        OV_RAISE(CNeedMoreBufferError,
+                 COvString::MsgComposer("Size of OV_FRAME_DATA* array should be at least %d",
+                                        static_cast<int>(announced)));
+    }
+    // A producer that tells of more frames than there are must not write past
+    // the caller's array.
+    const size_t waiting =
+        std::clamp<size_t>(stream->DoGetDeliveryBufferListSize(), 1, std::max<size_t>(size, 1));
+    uint32_t count = 0;
+    CRollback giveBack([&] {
+        for (uint32_t i = 0; i < count; ++i) {
+            OV_RUN_LOGGED([&] { info.GetFramePool().Return(frames[i]); });
+        }
+        std::fill_n(frames, size, nullptr);
+    });
+    while (count < waiting) {
+        try {
+            frames[count] = LendFrame(info, timeout);
+            ++count;
+        } catch (const CTimeoutError&) {
+            if (count == 0) {
+                throw;
+            }
+            break;
+        }
+    }
+    giveBack.Commit();
+    return count;
+}

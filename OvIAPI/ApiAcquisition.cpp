@@ -1,0 +1,164 @@
+// Acquisition: callback, copy, loan.
+
+#include <algorithm>
+
+#include "Acquisition.h"
+#include "DeviceManager.h"
+#include "NewBufferCallback.h"
+#include "OVIError.h"
+#include "OvIAPI.h"
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassLoadTL/OvString.h"
+#include "TLClassMain/DataStream.h"
+
+using namespace OVTLClass;
+
+namespace {
+
+/// Raises for a call that fetches or returns frames in the wrong state.
+void CheckFrameCall(IDataStream& stream, const char* call) {
+    if (stream.DoIsRegisterCaptureCallback()) {
+        OV_RAISE(CInvalidCallError,
+                 COvString::MsgComposer("Can't call %s after register capture callback", call));
+    }
+    if (!stream.DoIsDataStreamAcquisiton()) {
+        OV_RAISE(CInvalidCallError,
+                 COvString::MsgComposer("Can't call %s before start capture", call));
+    }
+}
+
+/// Raises with the message while the stream acquires.
+void CheckStopped(IDataStream& stream, const char* message) {
+    if (stream.DoIsDataStreamAcquisiton()) {
+        OV_RAISE(CInvalidCallError, message);
+    }
+}
+
+/// The camera behind the handle of an acquisition call.
+COvDeviceInfo& EnterAcquisition(OV_DEV_HANDLE hDevice, const OvPlace& place) {
+    EnterApi();
+    return VerifyDeviceHandle(hDevice, place);
+}
+
+}  // namespace
+
+OV_STATUS OVSetAcqusitionBufferNumber(OV_DEV_HANDLE hDevice, uint64_t nBufferNum) try {
+    const auto stream = EnterAcquisition(hDevice, OV_HERE).GetStream();
+    if (nBufferNum == 0) {
+        OV_RAISE(CInvalidParameterError, "The input parameter invalid");
+    }
+    CheckStopped(*stream, "Can't set acqusition buffer number  when acqusition");
+    stream->SetAcqusitionBufferNumber(nBufferNum);
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVGetAcqusitionBufferNumber(OV_DEV_HANDLE hDevice, uint64_t* pBufferNum) try {
+    const auto stream = EnterAcquisition(hDevice, OV_HERE).GetStream();
+    if (pBufferNum == nullptr) {
+        OV_RAISE(CInvalidParameterError, "The input parameter invalid");
+    }
+    *pBufferNum = stream->GetAcqusitionBufferNumber();
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVRegisterCaptureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
+                                    OVCaptureCallback callBackFun) try {
+    const auto stream = EnterAcquisition(hDevice, OV_HERE).GetStream();
+    OV_CHECK_POINTER(reinterpret_cast<const void*>(callBackFun));
+    CheckStopped(*stream, "Can't register capture callback after start capture");
+    stream->DoRegisterCaptureCallback(COvNewBufferCallback(pUserParam, callBackFun));
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVUnregisterCaptureCallback(OV_DEV_HANDLE hDevice) try {
+    const auto stream = EnterAcquisition(hDevice, OV_HERE).GetStream();
+    CheckStopped(*stream, "Can't unregister capture callback after start capture");
+    stream->DoUnregisterCaptureCallback();
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVGetImage(OV_DEV_HANDLE hDevice, OV_FRAME_DATA* pFrameData, uint32_t nTimeout) try {
+    COvDeviceInfo& info = EnterAcquisition(hDevice, OV_HERE);
+    OV_CHECK_POINTER(pFrameData);
+    OV_CHECK_POINTER(pFrameData->pImgBuf);
+    CheckFrameCall(*info.GetStream(), "GetImage");
+    CopyFrame(info, *pFrameData, nTimeout);
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVFlushQueue(OV_DEV_HANDLE hDevice) try {
+    EnterAcquisition(hDevice, OV_HERE).GetStream()->DoFlushAllToInput();
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVStreamOn(OV_DEV_HANDLE hDevice) try {
+    StartAcquisition(EnterAcquisition(hDevice, OV_HERE));
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVStreamOff(OV_DEV_HANDLE hDevice) try {
+    StopAcquisition(EnterAcquisition(hDevice, OV_HERE));
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVDQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBuffer, uint32_t nTimeOut) try {
+    EnterApi();
+    OV_CHECK_POINTER(ppFrameBuffer);
+    *ppFrameBuffer = nullptr;
+    COvDeviceInfo& info = VerifyDeviceHandle(hDevice, OV_HERE);
+    CheckFrameCall(*info.GetStream(), "DQBuf");
+    *ppFrameBuffer = LendFrame(info, nTimeOut);
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER* pFrameBuffer) try {
+    COvDeviceInfo& info = EnterAcquisition(hDevice, OV_HERE);
+    CheckFrameCall(*info.GetStream(), "QBuf");
+    info.GetFramePool().Return(pFrameBuffer);
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVDQAllBufs(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBufferArray,
+                      uint32_t nFrameBufferArraySize, uint32_t* pnFrameCount,
+                      uint32_t nTimeOut) try {
+    EnterApi();
+    OV_CHECK_POINTER(ppFrameBufferArray);
+    std::fill_n(ppFrameBufferArray, nFrameBufferArraySize, nullptr);
+    OV_CHECK_POINTER(pnFrameCount);
+    *pnFrameCount = 0;
+    COvDeviceInfo& info = VerifyDeviceHandle(hDevice, OV_HERE);
+    CheckFrameCall(*info.GetStream(), "DQAllBufs");
+    *pnFrameCount = LendAllFrames(info, ppFrameBufferArray, nFrameBufferArraySize, nTimeOut);
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVQAllBufs(OV_DEV_HANDLE hDevice) try {
+    COvDeviceInfo& info = EnterAcquisition(hDevice, OV_HERE);
+    CheckFrameCall(*info.GetStream(), "QAllBufs");
+    info.GetFramePool().ReturnAll();
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}

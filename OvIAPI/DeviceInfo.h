@@ -1,0 +1,87 @@
+#pragma once
+/// One camera as the flat interface knows it; what a handle points at.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "FramePool.h"
+#include "OvIDef.h"
+#include "TLClassInfo/InfoRecords.h"
+#include "TLClassLoadTL/OvLock.h"
+
+namespace OVTLClass {
+class IDevice;
+class IDataStream;
+}  // namespace OVTLClass
+
+class IOvDeviceInfo {
+public:
+    virtual ~IOvDeviceInfo() = default;
+};
+
+/// The four addresses of a camera or an adapter, as numbers with the first part
+/// in the top byte of 32 (MAC: of 48) bits, and as text.
+struct OvAddresses {
+    int64_t mac = 0;
+    int64_t ip = 0;
+    int64_t subnetMask = 0;
+    int64_t gateway = 0;
+    std::string macText;
+    std::string ipText;
+    std::string subnetMaskText;
+    std::string gatewayText;
+
+    void Set(const OVTLClass::GEV_ADDRESS_INFO& info);
+};
+
+class COvDeviceInfo : public IOvDeviceInfo {
+public:
+    COvDeviceInfo() = default;
+    ~COvDeviceInfo() override = default;
+    COvDeviceInfo& operator=(const COvDeviceInfo&) = delete;
+
+    /// Decides the class from the transport of the camera and the ID of its
+    /// producer.
+    virtual void SetDeviceClass(const std::string& tlType, const std::string& tlId);
+    /// A copy with locks and a frame pool of its own.
+    virtual std::unique_ptr<COvDeviceInfo> Clone() const;
+
+    void SetDevice(std::shared_ptr<OVTLClass::IDevice> device) { m_device = std::move(device); }
+    const std::shared_ptr<OVTLClass::IDevice>& GetDevice() const { return m_device; }
+    /// The first stream; the only one that is ever opened.
+    std::shared_ptr<OVTLClass::IDataStream> GetStream() const;
+
+    void SetAccessStatus(int32_t producerStatus);
+    OV_ACCESS_STATUS GetAccessStatus() const { return m_accessStatus; }
+    OV_DEVICE_CLASS GetDeviceClass() const { return m_deviceClass; }
+
+    void SetUserId(const std::string& userId);
+    std::string GetUserId() const;
+
+    void SetOpenedByIp() { m_openedByIp = true; }
+
+    OVTLClass::CLock& GetDeviceLock() const { return m_deviceLock; }
+    CFramePool& GetFramePool() { return m_framePool; }
+
+    std::string vendorName;
+    std::string modelName;
+    std::string serialNumber;
+    std::string displayName;
+    std::string deviceId;
+    OvAddresses deviceAddresses;
+    OvAddresses adapterAddresses;
+    std::string adapterDescription;
+
+private:
+    COvDeviceInfo(const COvDeviceInfo& other);
+
+    std::shared_ptr<OVTLClass::IDevice> m_device;
+    bool m_openedByIp = false;
+    std::string m_userId;
+    OV_DEVICE_CLASS m_deviceClass = OV_DEVICE_CLASS_UNKNOWN;
+    OV_ACCESS_STATUS m_accessStatus = OV_ACCESS_STATUS_UNKNOWN;
+    mutable OVTLClass::CLock m_deviceLock;
+    mutable OVTLClass::CLock m_userIdLock;
+    CFramePool m_framePool;
+};

@@ -1,0 +1,75 @@
+#pragma once
+/// The list of known cameras and the table of open handles.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "DeviceInfo.h"
+#include "OvIDef.h"
+#include "TLClassLoadTL/OvLock.h"
+
+namespace OVTLClass {
+class ITL;
+}
+
+/// How far a search goes.
+enum class OvSearchMode : int32_t { WholeNetwork = 0, LocalNetwork = 1 };
+
+class CDeviceInfoFactory {
+public:
+    using Known = std::shared_ptr<COvDeviceInfo>;
+    using KnownList = std::vector<Known>;
+
+    CDeviceInfoFactory() = default;
+    virtual ~CDeviceInfoFactory() = default;
+    CDeviceInfoFactory(const CDeviceInfoFactory&) = delete;
+    CDeviceInfoFactory& operator=(const CDeviceInfoFactory&) = delete;
+
+    /// Searches for cameras and replaces the known list.
+    /// @param count    takes the number of cameras; may be null
+    /// @param timeout  for each producer, in milliseconds
+    virtual void UpdateDeviceList(uint32_t* count, unsigned timeout);
+    /// Opens a camera by its place in the known list, from 1.
+    virtual OV_DEV_HANDLE OpenDeviceByIndex(uint32_t index, OV_ACCESS_MODE accessMode);
+
+    /// For this search and the automatic ones after it.
+    void SetSearchMode(OvSearchMode mode) { m_searchMode = mode; }
+
+    void GetAllDeviceBaseInfo(OV_DEVICE_BASE_INFO* records, size_t* size);
+    void GetDeviceIPInfo(uint32_t index, OV_DEVICE_IP_INFO& record);
+    OV_DEV_HANDLE OpenDevice(const OV_OPEN_PARAM& param);
+    void CloseDevice(COvDeviceInfo& info);
+    void CloseAllDevice();
+    void DeleteKnownList();
+    /// Gives the first known camera of that device ID a new user ID.
+    void SetKnownUserId(const std::string& deviceId, const std::string& userId);
+
+private:
+    class COpenDeviceAgency;
+    class COpenDataStreamAgency;
+    class COpeningAgency;
+
+    KnownList __CreateKnownDeviceList(unsigned timeout);
+    void __TryUpdate();
+    bool __IsKnownListEmpty();
+    Known __FindByIndex(uint32_t index);
+    Known __FindByKey(OV_OPEN_MODE mode, const std::string& key);
+    Known __FindByKeyWithUpdate(OV_OPEN_MODE mode, const std::string& key);
+    OV_DEV_HANDLE __OpenKnownDevice(const COvDeviceInfo& known, OV_ACCESS_MODE accessMode);
+    OV_DEV_HANDLE __OpenDeviceByIP(const std::string& ip, OV_ACCESS_MODE accessMode);
+    std::shared_ptr<OVTLClass::IDevice> __OpenOnAnyInterface(const std::string& ip,
+                                                             OV_ACCESS_MODE accessMode);
+    void __CheckNotOpenByIP(const std::string& ip);
+    OV_DEV_HANDLE __AddHandle(std::unique_ptr<COvDeviceInfo> info);
+    std::unique_ptr<COvDeviceInfo> __TakeHandle(const COvDeviceInfo& info);
+
+    KnownList m_known;
+    std::vector<std::unique_ptr<COvDeviceInfo>> m_open;
+    std::vector<std::string> m_opening;
+    OVTLClass::CLock m_knownLock;
+    OVTLClass::CLock m_openLock;
+    OVTLClass::CLock m_openingLock;
+    OVTLClass::CLock m_updateLock;
+    OvSearchMode m_searchMode = OvSearchMode::WholeNetwork;
+};

@@ -1,0 +1,263 @@
+// From a list entry or a key to an open handle, and back.
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "Acquisition.h"
+#include "DeviceInfoFactory.h"
+#include "Ipcalc.h"
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassLoadTL/OvString.h"
+#include "TLClassLoadTL/VxThread.h"
+#include "TLClassMain/Agency.h"
+#include "TLClassMain/DataStream.h"
+#include "TLClassMain/Device.h"
+#include "TLClassMain/Interface.h"
+#include "TLClassMain/TL.h"
+#include "TLClassMain/TLManager.h"
+
+using namespace OVTLClass;
+
+namespace {
+
+constexpr const char* kAlreadyOpen = "The device has already been opened";
+
+/// The text of an entry that a key of that mode is compared with.
+std::string KeyOf(const COvDeviceInfo& info, OV_OPEN_MODE mode) {
+    switch (mode) {
+        case OV_OPEN_SN:
+            return info.serialNumber;
+        case OV_OPEN_IP:
+            return info.deviceAddresses.ipText;
+        case OV_OPEN_MAC:
+            return info.deviceAddresses.macText;
+        default:
+            return info.GetUserId();
+    }
+}
+
+}  // namespace
+
+/// An open device.
+class CDeviceInfoFactory::COpenDeviceAgency : public CAgency {
+public:
+    COpenDeviceAgency(IDevice& device, OV_ACCESS_MODE accessMode) {
+        if (device.DoIsDeviceOpen()) {
+            OV_RAISE(CInvalidAccessError, kAlreadyOpen);
+        }
+        device.DoOpenDevice(accessMode);
+        Arm([&device] { device.DoCloseDevice(); });
+    }
+};
+
+/// An open first stream.
+class CDeviceInfoFactory::COpenDataStreamAgency : public CAgency {
+public:
+    explicit COpenDataStreamAgency(IDevice& device) {
+        const auto streams = device.DoGetDataStreamList();
+        if (streams.empty()) {
+            OV_RAISE(CUnexpectedError, "DataStream's number is 0");
+        }
+        const std::shared_ptr<IDataStream> stream = streams.front();
+        stream->DoOpenDataStream();
+        Arm([stream] { stream->DoCloseDataStream(); });
+    }
+};
+
+/// Keeps an address among those that are being opened.
+class CDeviceInfoFactory::COpeningAgency : public CAgency {
+public:
+    COpeningAgency(std::vector<std::string>& opening, CLock& lock, const std::string& ip) {
+        const CAutoLock held(lock);
+        while (std::find(opening.begin(), opening.end(), ip) != opening.end()) {
+            CVxThread::VxSleep(1);
+        }
+        opening.push_back(ip);
+        Arm([&opening, &lock, ip] {
+            const CAutoLock removing(lock);
+            opening.erase(std::find(opening.begin(), opening.end(), ip));
+        });
+    }
+};
+
+OV_DEV_HANDLE CDeviceInfoFactory::OpenDeviceByIndex(uint32_t index, OV_ACCESS_MODE accessMode) {
+    if (index == 0) {
+        OV_RAISE(COutOfRangeError, "Index should not be 0");
+    }
+    Known known = __FindByIndex(index);
+    if (!known) {
+        __TryUpdate();
+        known = __FindByIndex(index);
+    }
+    if (!known) {
+        OV_RAISE(COutOfRangeError, "Index out of range");
+    }
+    return __OpenKnownDevice(*known, accessMode);
+}
+
+OV_DEV_HANDLE CDeviceInfoFactory::OpenDevice(const OV_OPEN_PARAM& param) {
+    const std::string key = param.pszContent;
+    if (param.openMode == OV_OPEN_INDEX) {
+        const auto index = static_cast<uint32_t>(std::strtol(key.c_str(), nullptr, 10));
+        return OpenDeviceByIndex(index, param.accessMode);
+    }
+    if (param.openMode == OV_OPEN_IP && !Cipcalc().IsValidIP(key)) {
+        OV_RAISE(CInvalidParameterError, "IP string is wrong format");
+    }
+    if (const Known known = __FindByKeyWithUpdate(param.openMode, key)) {
+        return __OpenKnownDevice(*known, param.accessMode);
+    }
+    if (param.openMode != OV_OPEN_IP) {
+        OV_RAISE(CNotFoundDeviceError, "Not found device");
+    }
+    return __OpenDeviceByIP(key, param.accessMode);
+}
+
+CDeviceInfoFactory::Known CDeviceInfoFactory::__FindByIndex(uint32_t index) {
+    const CAutoLock lock(m_knownLock);
+    return index <= m_known.size() ? m_known[index - 1] : nullptr;
+}
+
+CDeviceInfoFactory::Known CDeviceInfoFactory::__FindByKey(OV_OPEN_MODE mode,
+                                                          const std::string& key) {
+    const CAutoLock lock(m_knownLock);
+    const auto found = std::find_if(m_known.begin(), m_known.end(),
+                                    [&](const Known& known) { return KeyOf(*known, mode) == key; });
+    return found == m_known.end() ? nullptr : *found;
+}
+
+CDeviceInfoFactory::Known CDeviceInfoFactory::__FindByKeyWithUpdate(OV_OPEN_MODE mode,
+                                                                    const std::string& key) {
+    if (Known known = __FindByKey(mode, key)) {
+        return known;
+    }
+    __TryUpdate();
+    return __FindByKey(mode, key);
+}
+
+OV_DEV_HANDLE CDeviceInfoFactory::__OpenKnownDevice(const COvDeviceInfo& known,
+                                                    OV_ACCESS_MODE accessMode) {
+    const CAutoLock deviceLock(known.GetDeviceLock());
+    COpenDeviceAgency device(*known.GetDevice(), accessMode);
+    COpenDataStreamAgency stream(*known.GetDevice());
+    OV_DEV_HANDLE const handle = __AddHandle(known.Clone());
+    stream.Commit();
+    device.Commit();
+    return handle;
+}
+
+OV_DEV_HANDLE CDeviceInfoFactory::__AddHandle(std::unique_ptr<COvDeviceInfo> info) {
+    const CAutoLock lock(m_openLock);
+    m_open.push_back(std::move(info));
+    // A handle is the address of the base, which is what it is cast back to.
+    return static_cast<IOvDeviceInfo*>(m_open.back().get());
+}
+
+OV_DEV_HANDLE CDeviceInfoFactory::__OpenDeviceByIP(const std::string& ip,
+                                                   OV_ACCESS_MODE accessMode) {
+    const COpeningAgency opening(m_opening, m_openingLock, ip);
+    __CheckNotOpenByIP(ip);
+    auto info = std::make_unique<COvDeviceInfo>();
+    info->SetDevice(__OpenOnAnyInterface(ip, accessMode));
+    info->SetOpenedByIp();
+    return __AddHandle(std::move(info));
+}
+
+void CDeviceInfoFactory::__CheckNotOpenByIP(const std::string& ip) {
+    const CAutoLock lock(m_openLock);
+    const auto isOpenAt = [&ip](const auto& info) {
+        // A camera that was opened by its address has no address text of its
+        // own; the ID that it was made with tells it.
+        const bool isAt = info->deviceAddresses.ipText == ip ||
+                          info->GetDevice()->DoGetDeviceInfo().id.value == "IP::" + ip;
+        return isAt && info->GetDevice()->DoIsDeviceOpen();
+    };
+    if (std::any_of(m_open.begin(), m_open.end(), isOpenAt)) {
+        OV_RAISE(CInvalidAccessError, kAlreadyOpen);
+    }
+}
+
+std::shared_ptr<IDevice> CDeviceInfoFactory::__OpenOnAnyInterface(const std::string& ip,
+                                                                  OV_ACCESS_MODE accessMode) {
+    const int64_t address = Cipcalc().StringToInt(ip);
+    for (const auto& tl : ITLManager::GetInstance()->DoGetTLList()) {
+        if (tl->DoGetTLInfo().tlType.value != "GEV") {
+            continue;
+        }
+        for (const auto& candidate : tl->DoGetInterfaceList()) {
+            const auto owner = std::dynamic_pointer_cast<CGevInterface>(candidate);
+            const auto device = owner ? owner->DoCreateDeviceByIPAddress(address) : nullptr;
+            if (!device) {
+                continue;
+            }
+            try {
+                COpenDeviceAgency opened(*device, accessMode);
+                COpenDataStreamAgency streamOpened(*device);
+                streamOpened.Commit();
+                opened.Commit();
+                return device;
+            } catch (const std::exception& error) {
+                // The camera may hang on the next adapter.
+                OV_LOG(error.what());
+            }
+        }
+    }
+    OV_RAISE(CNotFoundDeviceError,
+             COvString::MsgComposer("Can't open device by IP: %s", ip.c_str()));
+}
+
+namespace {
+
+/// Raises on a thread that runs one of the camera's callbacks.
+/// @param what  "device" or "lib"
+void CheckNotInCallback(const COvDeviceInfo& info, const char* what) {
+    if (CVxThread::PthreadSelf() == info.GetStream()->DoGetAcquisitionThreadID()) {
+        OV_RAISE(CInvalidCallError,
+                 COvString::MsgComposer("Can't close %s in capture callback", what));
+    }
+}
+
+void Close(std::unique_ptr<COvDeviceInfo> info) {
+    const std::shared_ptr<IDevice> device = info->GetDevice();
+    const std::shared_ptr<IDataStream> stream = info->GetStream();
+    if (stream->DoIsDataStreamAcquisiton()) {
+        OV_RUN_LOGGED([&device] {
+            device->DoGetRemoteDeviceFeatureControl()->DoSendCommand("AcquisitionStop");
+        });
+        info->GetFramePool().Free();
+        stream->DoStopDataStreamAcquisition();
+    }
+    stream->DoCloseDataStream();
+    device->DoCloseDevice();
+}
+
+}  // namespace
+
+void CDeviceInfoFactory::CloseDevice(COvDeviceInfo& info) {
+    CheckNotInCallback(info, "device");
+    if (auto handle = __TakeHandle(info)) {
+        Close(std::move(handle));
+    }
+}
+
+std::unique_ptr<COvDeviceInfo> CDeviceInfoFactory::__TakeHandle(const COvDeviceInfo& info) {
+    const CAutoLock lock(m_openLock);
+    const auto found = std::find_if(m_open.begin(), m_open.end(),
+                                    [&info](const auto& open) { return open.get() == &info; });
+    if (found == m_open.end()) {
+        return nullptr;
+    }
+    auto handle = std::move(*found);
+    m_open.erase(found);
+    return handle;
+}
+
+void CDeviceInfoFactory::CloseAllDevice() {
+    const CAutoLock lock(m_openLock);
+    while (!m_open.empty()) {
+        CheckNotInCallback(*m_open.back(), "lib");
+        auto handle = std::move(m_open.back());
+        m_open.pop_back();
+        Close(std::move(handle));
+    }
+}

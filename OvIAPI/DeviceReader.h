@@ -1,0 +1,18 @@
+#pragma once
+/// Makes the entries of the device list from the objects of a producer.
+
+#include <memory>
+#include <vector>
+
+#include "DeviceInfo.h"
+
+namespace OVTLClass {
+class ITL;
+}
+
+using OvDeviceInfoList = std::vector<std::shared_ptr<COvDeviceInfo>>;
+
+/// The cameras of one producer. For GigE Vision one entry for each MAC address,
+/// sorted by it, with addresses; for every other transport in the producer's
+/// order.
+OvDeviceInfoList ReadDevicesOf(OVTLClass::ITL& tl);

@@ -1,0 +1,73 @@
+#include "FramePool.h"
+
+#include <algorithm>
+
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassMain/Buffer.h"
+
+using namespace OVTLClass;
+
+namespace {
+
+/// The buffer of a frame goes back to the producer.
+void QueueBufferOf(const OV_FRAME_BUFFER& frame) {
+    if (frame.nBufID != 0) {
+        reinterpret_cast<CBuffer*>(frame.nBufID)->QueueBuffer();
+    }
+}
+
+}  // namespace
+
+void CFramePool::Make(size_t count) {
+    Free();
+    const std::scoped_lock lock(m_freeMutex);
+    for (size_t i = 0; i < count; ++i) {
+        m_free.push_back(std::make_unique<OV_FRAME_BUFFER>());
+    }
+}
+
+OV_FRAME_BUFFER* CFramePool::Take() {
+    const std::scoped_lock freeLock(m_freeMutex);
+    const std::scoped_lock deliveredLock(m_deliveredMutex);
+    if (m_free.empty()) {
+        return nullptr;
+    }
+    m_delivered.push_back(std::move(m_free.front()));
+    m_free.pop_front();
+    return m_delivered.back().get();
+}
+
+void CFramePool::Return(OV_FRAME_BUFFER* frame) {
+    const std::scoped_lock freeLock(m_freeMutex);
+    const std::scoped_lock deliveredLock(m_deliveredMutex);
+    const auto found = std::find_if(m_delivered.begin(), m_delivered.end(),
+                                    [frame](const auto& record) { return record.get() == frame; });
+    if (found == m_delivered.end()) {
+        OV_RAISE(CInvalidParameterError, "Invalid OV_FRAME_BUFFER* parameter");
+    }
+    ReturnAt(found);
+}
+
+void CFramePool::ReturnAll() {
+    const std::scoped_lock freeLock(m_freeMutex);
+    const std::scoped_lock deliveredLock(m_deliveredMutex);
+    while (!m_delivered.empty()) {
+        ReturnAt(m_delivered.begin());
+    }
+}
+
+void CFramePool::ReturnAt(Queue::iterator frame) {
+    QueueBufferOf(**frame);
+    m_free.push_back(std::move(*frame));
+    m_delivered.erase(frame);
+}
+
+void CFramePool::Free() {
+    const std::scoped_lock freeLock(m_freeMutex);
+    m_free.clear();
+    const std::scoped_lock deliveredLock(m_deliveredMutex);
+    for (const auto& frame : m_delivered) {
+        OV_RUN_LOGGED([&frame] { QueueBufferOf(*frame); });
+    }
+    m_delivered.clear();
+}

@@ -1,0 +1,39 @@
+#pragma once
+/// The records behind the frames on loan of one camera.
+
+#include <deque>
+#include <memory>
+#include <mutex>
+
+#include "OvIDef.h"
+
+/// A record is free or delivered. The lock of the free ones is always taken
+/// before that of the delivered ones.
+class CFramePool {
+public:
+    CFramePool() = default;
+    ~CFramePool() = default;
+    CFramePool(const CFramePool&) = delete;
+    CFramePool& operator=(const CFramePool&) = delete;
+
+    /// Frees the pool and fills it with blank records.
+    void Make(size_t count);
+    /// A free record, now delivered; null when none is free.
+    OV_FRAME_BUFFER* Take();
+    /// Gives a delivered record and its buffer back. Raises for any other
+    /// pointer.
+    void Return(OV_FRAME_BUFFER* frame);
+    void ReturnAll();
+    /// Gives all delivered buffers back and deletes all records.
+    void Free();
+
+private:
+    using Queue = std::deque<std::unique_ptr<OV_FRAME_BUFFER>>;
+
+    void ReturnAt(Queue::iterator frame);
+
+    std::mutex m_freeMutex;
+    Queue m_free;
+    std::mutex m_deliveredMutex;
+    Queue m_delivered;
+};

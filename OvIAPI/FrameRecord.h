@@ -1,0 +1,37 @@
+#pragma once
+/// From what the producer tells of a frame to the records of the interface.
+
+#include "OvIDef.h"
+#include "TLClassInfo/InfoRecords.h"
+
+/// A value with all bits set where the producer gave none.
+template <class Target>
+Target FrameValue(const OVTLClass::InfoUint64& info) {
+    return info.valid ? static_cast<Target>(info.value) : static_cast<Target>(-1);
+}
+
+/// 0 for a complete frame, -1 for an incomplete one and when nobody knows.
+inline OV_FRAME_STATUS FrameStatus(const OVTLClass::BUFFER_INFO& info) {
+    return info.incomplete.valid && !info.incomplete.value ? OV_FRAME_STATUS_SUCCESS
+                                                           : OV_FRAME_STATUS_INCOMPLETE;
+}
+
+/// Fills what all three records have under the same name.
+template <class Record>
+void FillFrameValues(Record& record, const OVTLClass::BUFFER_INFO& info) {
+    record.nWidth = FrameValue<int32_t>(info.width);
+    record.nHeight = FrameValue<int32_t>(info.height);
+    record.nPixelFormat = FrameValue<int32_t>(info.pixelFormat);
+    record.nImgSize = FrameValue<int32_t>(info.sizeFilled);
+    record.nFrameID = FrameValue<uint64_t>(info.frameId);
+    record.nTimestamp = FrameValue<uint64_t>(info.timestamp);
+    record.nOffsetX = FrameValue<int32_t>(info.xOffset);
+    record.nOffsetY = FrameValue<int32_t>(info.yOffset);
+}
+
+/// Fills an OV_FRAME_DATA or OV_FRAME_BUFFER but for its pointers.
+template <class Record>
+void FillFrame(Record& record, const OVTLClass::BUFFER_INFO& info) {
+    record.nStatus = FrameStatus(info);
+    FillFrameValues(record, info);
+}

@@ -1,0 +1,34 @@
+#pragma once
+/// The last failure of a thread, and the one ladder from exception to status.
+
+#include <string>
+
+#include "OvIDef.h"
+
+/// One per thread: built at the thread's first use, gone with it.
+class COVIError {
+public:
+    COVIError() { Reset(); }
+    virtual ~COVIError() = default;
+    COVIError(const COVIError&) = delete;
+    COVIError& operator=(const COVIError&) = delete;
+
+    /// The record of the calling thread.
+    static COVIError& GetInstance();
+
+    /// Stores the status with the text "{status}text". Nothing for a null text.
+    void Set(OV_STATUS status, const char* text);
+    /// Back to "no error".
+    void Reset() { Set(OV_STATUS_SUCCESS, "{No error occurred}"); }
+
+    const std::string& GetText() const { return m_text; }
+    OV_STATUS GetStatus() const { return m_status; }
+
+private:
+    std::string m_text;
+    OV_STATUS m_status = OV_STATUS_SUCCESS;
+};
+
+/// To be called in a catch (...) at the boundary: stores the exception that is
+/// being handled in the thread's record and gives its status. Nothing leaves it.
+OV_STATUS CaughtStatus() noexcept;

@@ -1,0 +1,83 @@
+#pragma once
+/// From a filled buffer to the application: by thread and callback, or by pull.
+
+#include <atomic>
+#include <memory>
+
+#include "TLClassEvent/EventCallback.h"
+#include "TLClassInfo/InfoRecords.h"
+#include "TLClassLoadTL/GenTLLib.h"
+#include "TLClassLoadTL/OvLock.h"
+#include "TLClassLoadTL/VxEvent.h"
+#include "TLClassLoadTL/VxThread.h"
+#include "TLClassMain/Agency.h"
+#include "TLClassMain/BufferInitInfo.h"
+
+namespace OVTLClass {
+
+/// The GenTL event of a stream's new buffers.
+class CNativeNewBufferEvent : public CUnCopyable {
+public:
+    explicit CNativeNewBufferEvent(const CGenTLLib& lib) : m_lib(lib) {}
+
+    void RegisterNewBufferEvent(void* streamHandle, const IBufferInitInfo& info);
+    void UnregisterNewBufferEvent();
+    /// Wakes a thread that waits in GetBuffer.
+    void EventKill();
+    /// Waits for a frame and tells all of it.
+    /// @param timeout  in milliseconds; CTimeoutError when nothing came
+    void GetBuffer(BUFFER_INFO& info, unsigned timeout);
+
+private:
+    class CGCRegisterEventAgency;
+
+    void __TakeFromCamera(BUFFER_INFO& info);
+
+    const CGenTLLib& m_lib;
+    std::atomic<void*> m_stream{nullptr};
+    std::atomic<void*> m_event{nullptr};
+    std::atomic<bool> m_registered{false};
+    CLock m_initInfoLock;
+    CBufferInitInfo m_initInfo;
+};
+
+/// Adds the thread that delivers to a capture callback. Without a callback no
+/// thread runs, and the application pulls.
+class CNewBufferEvent : public CUnCopyable {
+public:
+    explicit CNewBufferEvent(const CGenTLLib& lib) : m_native(lib) {}
+    ~CNewBufferEvent() { StopGetNewBuffer(); }
+
+    /// Starts the thread only when a callback is registered by now.
+    void StartGetNewBuffer(void* streamHandle, const IBufferInitInfo& info);
+    /// Ends the thread and the event. What goes wrong is logged.
+    void StopGetNewBuffer();
+    void GetBuffer(BUFFER_INFO& info, unsigned timeout) { m_native.GetBuffer(info, timeout); }
+
+    /// Keeps a clone in place of an earlier one.
+    void RegisterCaptureCallback(const INewBufferCallback& callback);
+    /// Waits for a running callback.
+    void UnregisterCaptureCallback();
+    bool DoIsRegisterCaptureCallback() const { return m_hasCallback; }
+
+    CNativeNewBufferEvent& GetNativeNewBufferEvent() { return m_native; }
+    /// 0 when no thread ever ran.
+    pthread_t GetAcquisitionThreadID() const { return m_thread.GetCurrentObjThreadID(); }
+
+private:
+    static void* __OnThreadGetImage(void* self);
+    /// Whether a frame came.
+    bool __DeliverOneFrame();
+    void __DoOnBufferCallback(const BUFFER_INFO& info);
+    void __SetCallback(std::unique_ptr<INewBufferCallback> callback);
+
+    std::unique_ptr<INewBufferCallback> m_callback;
+    std::atomic<bool> m_hasCallback{false};
+    CLock m_callbackLock;
+    CVxEvent m_stopEvent;
+    bool m_started = false;
+    CNativeNewBufferEvent m_native;
+    CVxThread m_thread;
+};
+
+}  // namespace OVTLClass

@@ -1,0 +1,94 @@
+#pragma once
+/// Name-keyed access to the features of one module.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "TLClassMain/Agency.h"
+
+namespace OVTLClass {
+
+class IFeatureCallback;
+
+/// Limits of an integer feature.
+struct FEATURE_INT_RANGE {
+    int64_t min = 0;
+    int64_t max = 0;
+    int64_t inc = 0;
+};
+
+/// Limits of a float feature; `inc` counts only when `hasInc`.
+struct FEATURE_FLOAT_RANGE {
+    double min = 0;
+    double max = 0;
+    double inc = 0;
+    std::string unit;
+    bool hasInc = false;
+};
+
+/// One entry of an enumeration that can be chosen.
+struct FEATURE_ENUM_ENTRY_INFORMATION {
+    int64_t value = 0;
+    std::string symbolic;
+    char reserved[32] = {};
+};
+
+/// The only way by which the transport model reaches features. No exception of
+/// the node engine leaves it: what fails is raised in the model's own family,
+/// with the engine's text. An unknown feature raises CNotImplementedError.
+///
+/// Values may be read and written through a constant reference: what is
+/// constant is the set of features.
+class IFeatureControl : public CUnCopyable {
+public:
+    /// One registered callback; its address is the handle.
+    class IFeatureCallbackHandle : public CUnCopyable {
+    public:
+        virtual ~IFeatureCallbackHandle() = default;
+    };
+
+    virtual ~IFeatureControl() = default;
+
+    virtual std::string DoGetFeatureDisplayName(const std::string& name) const = 0;
+    /// Whether the description has a node of that name.
+    virtual bool DoExist(const std::string& name) const = 0;
+    virtual bool DoIsImplemented(const std::string& name) const = 0;
+    virtual bool DoIsReadable(const std::string& name) const = 0;
+    virtual bool DoIsWritable(const std::string& name) const = 0;
+    virtual FEATURE_INT_RANGE DoGetIntRange(const std::string& name) const = 0;
+    virtual int64_t DoGetInt(const std::string& name) const = 0;
+    virtual void DoSetInt(const std::string& name, int64_t value) const = 0;
+    virtual FEATURE_FLOAT_RANGE DoGetFloatRange(const std::string& name) const = 0;
+    virtual double DoGetFloat(const std::string& name) const = 0;
+    virtual void DoSetFloat(const std::string& name, double value) const = 0;
+    /// How many entries can be chosen now.
+    virtual uint32_t DoGetEnumEntryNums(const std::string& name) const = 0;
+    /// Appends the entries that can be chosen now.
+    virtual void DoGetEnumDescription(
+        const std::string& name, std::vector<FEATURE_ENUM_ENTRY_INFORMATION>& entries) const = 0;
+    virtual int64_t DoGetEnum(const std::string& name) const = 0;
+    virtual void DoSetEnum(const std::string& name, int64_t value) const = 0;
+    virtual int64_t DoGetEnumEntryValue(const std::string& name,
+                                        const std::string& entry) const = 0;
+    virtual bool DoGetBool(const std::string& name) const = 0;
+    virtual void DoSetBool(const std::string& name, bool value) const = 0;
+    /// Without a terminating zero.
+    virtual int64_t DoGetMaxStringLength(const std::string& name) const = 0;
+    virtual std::string DoGetString(const std::string& name) const = 0;
+    virtual void DoSetString(const std::string& name, const std::string& value) const = 0;
+    virtual size_t DoGetBufferLength(const std::string& name) const = 0;
+    /// Reads the whole feature into `buffer` of `size` bytes.
+    virtual void DoGetBuffer(const std::string& name, size_t size, uint8_t* buffer) const = 0;
+    virtual void DoSetBuffer(const std::string& name, size_t size, const uint8_t* buffer) const = 0;
+    virtual void DoSendCommand(const std::string& name) const = 0;
+    /// Keeps a clone of the callback; the handle is owned here.
+    virtual IFeatureCallbackHandle* DoRegisterFeatureCallback(const std::string& name,
+                                                              const IFeatureCallback& callback) = 0;
+    /// Nothing for an unknown handle. The handle is an address as a number.
+    virtual void DoUnregisterFeatureCallback(intptr_t handle) = 0;
+    virtual void DoUnregisterAllFeatureCallback() = 0;
+};
+
+}  // namespace OVTLClass

@@ -1,0 +1,69 @@
+#include "TLClassInfo/FeatureAgency.h"
+
+#include "TLClassInfo/FeatureReader.h"
+
+namespace OVTLClass {
+
+namespace {
+
+/// Reads index by index up to the first failure.
+template <class Record, class Count, class Read>
+std::vector<Record> ReadAll(const Count& count, const Read& read) {
+    std::vector<Record> all;
+    OV_RUN_LOGGED([&] {
+        const int64_t number = count();
+        for (int64_t index = 0; index < number; ++index) {
+            all.push_back(read(index));
+        }
+    });
+    return all;
+}
+
+}  // namespace
+
+std::vector<GEV_IF_INFO> CGevFeatureAgency::GetAllInterfaceFeatureByTL(
+    const IFeatureControl& control) {
+    const CGevTLFeature reader(control);
+    return ReadAll<GEV_IF_INFO>(
+        [&] { return reader.GetInterfaceCount(); },
+        [&](int64_t index) { return reader.GetGevInterfaceInfoByIndex(index); });
+}
+
+std::vector<GEV_DEV_INFO> CGevFeatureAgency::GetAllDeviceFeatureByInterface(
+    const IFeatureControl& control) {
+    const CGevInterfaceFeature reader(control);
+    return ReadAll<GEV_DEV_INFO>(
+        [&] { return reader.GetDeviceCount(); },
+        [&](int64_t index) { return reader.GetGevDeviceInfoByIndex(index); });
+}
+
+GEV_TL_INFO CGevFeatureAgency::GetTLFeatureBySelf(const IFeatureControl& control) {
+    return CGevTLFeature(control).GetGevTLInfo();
+}
+
+GEV_IF_INFO CGevFeatureAgency::GetInterfaceFeatureBySelf(const IFeatureControl& control) {
+    return CGevInterfaceFeature(control).GetGevInterfaceInfo();
+}
+
+GEV_DEV_INFO CGevFeatureAgency::GetDeviceFeatureBySelf(const IFeatureControl& control) {
+    return CGevDeviceFeature(control).GetGevDeviceInfo();
+}
+
+std::vector<COMMON_DEVICE_INFO> CCommonFeatureAgency::GetAllDeviceFeatureByInterface(
+    const IFeatureControl& control) {
+    const CCommonInterfaceFeature reader(control);
+    return ReadAll<COMMON_DEVICE_INFO>(
+        [&] { return reader.GetDeviceCount(); },
+        [&](int64_t index) { return reader.GetCommonDeviceInfoByIndex(index); });
+}
+
+COMMON_INTERFACE_INFO CCommonFeatureAgency::GetInterfaceFeatureBySelf(
+    const IFeatureControl& control) {
+    return CCommonInterfaceFeature(control).GetCommonInterfaceInfo();
+}
+
+COMMON_DEVICE_INFO CCommonFeatureAgency::GetDeviceFeatureBySelf(const IFeatureControl& control) {
+    return CCommonDeviceFeature(control).GetCommonDeviceInfo();
+}
+
+}  // namespace OVTLClass

@@ -1,0 +1,146 @@
+#pragma once
+/// What the library keeps of each GenTL module. A producer may leave anything
+/// out, so every value says whether it was given: a blank text or a 0 alone
+/// tells nothing.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace OVTLClass {
+
+/// A value, and whether the producer gave it.
+template <class T>
+struct InfoValue {
+    T value{};
+    bool valid = false;
+};
+
+using InfoString = InfoValue<std::string>;
+using InfoInt32 = InfoValue<int32_t>;
+using InfoInt64 = InfoValue<int64_t>;
+using InfoUint64 = InfoValue<uint64_t>;
+/// Sizes have the width of the standard's 64-bit numbers.
+using InfoSize = InfoUint64;
+using InfoBool = InfoValue<bool>;
+using InfoPointer = InfoValue<void*>;
+
+/// Root of what is read from a module's features for every transport.
+struct COMMON_INFO {
+    virtual ~COMMON_INFO() = default;
+
+protected:
+    COMMON_INFO() = default;
+    COMMON_INFO(const COMMON_INFO&) = default;
+    COMMON_INFO& operator=(const COMMON_INFO&) = default;
+};
+
+struct COMMON_INTERFACE_INFO : COMMON_INFO {
+    InfoString description;
+};
+
+struct COMMON_DEVICE_INFO : COMMON_INFO {
+    InfoString serialNumber;
+    InfoString version;
+    InfoString userId;
+};
+
+/// Root of what only one transport knows; told apart by the dynamic type.
+struct SPECIAL_INFO {
+    virtual ~SPECIAL_INFO() = default;
+
+protected:
+    SPECIAL_INFO() = default;
+    SPECIAL_INFO(const SPECIAL_INFO&) = default;
+    SPECIAL_INFO& operator=(const SPECIAL_INFO&) = default;
+};
+
+struct GEV_TL_INFO : SPECIAL_INFO {
+    InfoInt64 versionMajor;
+    InfoInt64 versionMinor;
+};
+
+/// Addresses with the first number in the top byte of 32 (MAC: of 48) bits.
+struct GEV_ADDRESS_INFO : SPECIAL_INFO {
+    InfoInt64 macAddress;
+    InfoInt64 ipAddress;
+    InfoInt64 subnetMask;
+    InfoInt64 gateway;
+};
+
+struct GEV_IF_INFO : GEV_ADDRESS_INFO {};
+struct GEV_DEV_INFO : GEV_ADDRESS_INFO {};
+
+struct TL_INFO {
+    InfoString vendor;
+    InfoString model;
+    InfoString version;
+    InfoString tlType;
+    InfoString name;
+    InfoString pathName;
+    InfoString displayName;
+    InfoString id;
+    SPECIAL_INFO* pSpecialInfo = nullptr;
+};
+
+/// The pointers are borrowed while a list update runs, and null otherwise.
+struct IF_INFO {
+    InfoString id;
+    InfoString displayName;
+    InfoString tlType;
+    SPECIAL_INFO* pSpecialInfo = nullptr;
+    COMMON_INTERFACE_INFO* pCommonInfo = nullptr;
+};
+
+/// The pointers are borrowed while a list update runs, and null otherwise.
+struct DEV_INFO {
+    InfoString id;
+    InfoString vendor;
+    InfoString model;
+    InfoString tlType;
+    InfoString displayName;
+    InfoInt32 accessStatus;
+    COMMON_DEVICE_INFO* pCommonInfo = nullptr;
+    SPECIAL_INFO* pSpecialInfo = nullptr;
+};
+
+struct DS_INFO {
+    InfoString id;
+    InfoSize payloadSize;
+    InfoSize maxChunks;
+    InfoSize minAnnounce;
+    InfoSize alignment;
+};
+
+struct PORT_INFO {
+    InfoString id;
+    InfoString portName;
+};
+
+/// One frame, as the producer tells of it.
+struct BUFFER_INFO {
+    InfoSize size;
+    InfoSize sizeFilled;
+    InfoSize width;
+    InfoSize height;
+    InfoSize xOffset;
+    InfoSize yOffset;
+    InfoSize xPadding;
+    InfoSize yPadding;
+    InfoSize imageOffset;
+    InfoSize payloadType;
+    InfoSize expectedPayloadSize;
+    InfoUint64 timestamp;
+    InfoUint64 frameId;
+    InfoUint64 pixelFormat;
+    InfoUint64 pixelFormatNamespace;
+    InfoBool incomplete;
+    InfoPointer base;
+    InfoPointer userPointer;
+    InfoString tlType;
+    InfoString streamId;
+};
+
+static_assert(sizeof(size_t) == sizeof(uint64_t));
+
+}  // namespace OVTLClass

@@ -1,0 +1,39 @@
+#pragma once
+/// One frame buffer through its GenTL life.
+
+#include <cstdint>
+#include <memory>
+
+#include "TLClassInfo/InfoRecords.h"
+#include "TLClassLoadTL/GenTLLib.h"
+#include "TLClassMain/Agency.h"
+
+namespace OVTLClass {
+
+/// Owns its memory; the producer only borrows it between announce and revoke.
+/// The object's address is the private pointer that the producer gives back
+/// with each frame.
+class CBuffer : public CUnCopyable {
+public:
+    CBuffer(const CGenTLLib& lib, void* streamHandle) : m_lib(lib), m_stream(streamHandle) {}
+
+    /// Memory of `size` bytes, kept when it has that size already.
+    void AllocateBuffer(size_t size);
+    void FreeBuffer();
+    void AnnounceBuffer();
+    /// Gives the buffer to the producer to be filled.
+    void QueueBuffer();
+    /// Takes the buffer back from the producer; a failure is logged.
+    void RevokeBuffer();
+    /// What the producer tells of the frame in it.
+    BUFFER_INFO GetBufferInfo() const;
+
+private:
+    const CGenTLLib& m_lib;
+    void* m_stream;
+    void* m_handle = nullptr;
+    std::unique_ptr<uint8_t[]> m_memory;
+    size_t m_size = 0;
+};
+
+}  // namespace OVTLClass

@@ -1,0 +1,125 @@
+#include "TLClassMain/DataStream.h"
+
+#include "TLClassFeature/FeatureControl.h"
+#include "TLClassInfo/InformationAgency.h"
+#include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassMain/Device.h"
+#include "TLClassXML/XMLLoadAgency.h"
+
+namespace OVTLClass {
+
+namespace {
+
+constexpr size_t kDefaultBufferNumber = 5;
+
+}  // namespace
+
+/// An open stream module of a producer.
+class CDataStream::CDevOpenDataStreamAgency : public CAgency {
+public:
+    CDevOpenDataStreamAgency(const CGenTLLib& lib, void* deviceHandle, const std::string& id) {
+        OV_VERIFY(lib.DevOpenDataStream(deviceHandle, id.c_str(), &m_handle), lib);
+        Arm([&lib, handle = m_handle] { OV_LOG_IF_FAILED(lib.DSClose(handle), lib); });
+    }
+    void* GetHandle() const { return m_handle; }
+
+private:
+    void* m_handle = nullptr;
+};
+
+CDataStream::CDataStream(std::shared_ptr<const CGenTLLib> lib, std::shared_ptr<IDevice> device,
+                         void* deviceHandle, std::string streamId)
+    : IDataStream(std::move(lib)),
+      m_device(std::move(device)),
+      m_deviceHandle(deviceHandle),
+      m_streamId(std::move(streamId)),
+      m_bufferNumber(kDefaultBufferNumber),
+      m_newBufferEvent(GetLib()) {}
+
+CDataStream::~CDataStream() = default;
+
+void CDataStream::DoOpenDataStream() {
+    const CAutoLock lock(m_streamLock);
+    if (m_open) {
+        return;
+    }
+    if (m_device->DoGetRemoteDeviceNodeMapRef() == nullptr) {
+        OV_RAISE(CUnexpectedError, "The node map of remote device  is invalid");
+    }
+    CDevOpenDataStreamAgency opened(GetLib(), m_deviceHandle, m_streamId);
+    CXMLLoadAgency loaded(GetAnalyzer(), opened.GetHandle());
+    SetFeatureControl(std::make_unique<CFeatureControl>(GetNodeMapRef()));
+    loaded.Commit();
+    opened.Commit();
+    m_handle = opened.GetHandle();
+    m_open = true;
+}
+
+void CDataStream::DoCloseDataStream() {
+    const CAutoLock lock(m_streamLock);
+    if (!m_open) {
+        return;
+    }
+    __StopDataStreamAcquisition();
+    GetFeatureControl()->DoUnregisterAllFeatureCallback();
+    SetFeatureControl(nullptr);
+    GetAnalyzer().UnloadXML();
+    OV_LOG_IF_FAILED(GetLib().DSClose(m_handle), GetLib());
+    m_handle = nullptr;
+    __FreeBuffers();
+    m_open = false;
+}
+
+void CDataStream::DoRegisterCaptureCallback(const INewBufferCallback& callback) {
+    m_newBufferEvent.RegisterCaptureCallback(callback);
+}
+
+void CDataStream::DoUnregisterCaptureCallback() {
+    m_newBufferEvent.UnregisterCaptureCallback();
+}
+
+bool CDataStream::DoIsRegisterCaptureCallback() {
+    return m_newBufferEvent.DoIsRegisterCaptureCallback();
+}
+
+void CDataStream::DoGetBuffer(BUFFER_INFO& info, unsigned timeout) {
+    m_newBufferEvent.GetBuffer(info, timeout);
+}
+
+pthread_t CDataStream::DoGetAcquisitionThreadID() {
+    return m_newBufferEvent.GetAcquisitionThreadID();
+}
+
+CNativeNewBufferEvent& CDataStream::DoGetNativeNewBufferEvent() {
+    return m_newBufferEvent.GetNativeNewBufferEvent();
+}
+
+void CDataStream::DoFlushAllToInput() {
+    void* const handle = m_handle;
+    if (handle == nullptr) {
+        OV_RAISE(CUnexpectedError, "The data stream is closed");
+    }
+    OV_VERIFY(GetLib().DSFlushQueue(handle, GenTL::ACQ_QUEUE_ALL_TO_INPUT), GetLib());
+}
+
+void CDataStream::SetAcqusitionBufferNumber(size_t number) {
+    const InfoSize minimum =
+        COvInformationAgency::GetDataStreamInformationFromHandle(GetLib(), m_handle).minAnnounce;
+    if (minimum.valid && minimum.value > number) {
+        OV_RAISE(COutOfRangeError, "Acquisition buffers is less than the minimum");
+    }
+    m_bufferNumber = number;
+}
+
+size_t CDataStream::DoGetDeliveryBufferListSize() {
+    size_t waiting = 0;
+    size_t size = sizeof(waiting);
+    int32_t type = GenTL::INFO_DATATYPE_SIZET;
+    OV_VERIFY(
+        GetLib().DSGetInfo(m_handle, GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY, &type, &waiting, &size),
+        GetLib());
+    return waiting;
+}
+
+}  // namespace OVTLClass

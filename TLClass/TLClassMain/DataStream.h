@@ -1,0 +1,109 @@
+#pragma once
+/// One data stream: its buffers, and the strict order of start and stop.
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "TLClassEvent/NewBufferEvent.h"
+#include "TLClassInfo/InfoRecords.h"
+#include "TLClassMain/Buffer.h"
+#include "TLClassMain/BufferInitInfo.h"
+#include "TLClassMain/GcObject.h"
+
+namespace OVTLClass {
+
+class IDevice;
+
+class IDataStream : public CGcObject {
+public:
+    using CGcObject::CGcObject;
+
+    virtual void DoOpenDataStream() = 0;
+    virtual void DoCloseDataStream() = 0;
+    virtual bool DoIsDataStreamOpen() = 0;
+    virtual bool DoIsDataStreamAcquisiton() = 0;
+    /// Keeps a clone; the thread of the next start delivers to it.
+    virtual void DoRegisterCaptureCallback(const INewBufferCallback& callback) = 0;
+    virtual void DoUnregisterCaptureCallback() = 0;
+    virtual bool DoIsRegisterCaptureCallback() = 0;
+    /// Gives every buffer to the producer to be filled.
+    virtual void DoFlushAllToInput() = 0;
+    /// Waits for a frame. The caller gives its CBuffer back by QueueBuffer.
+    /// @param timeout  in milliseconds; CTimeoutError when nothing came
+    virtual void DoGetBuffer(BUFFER_INFO& info, unsigned timeout) = 0;
+    /// Success without effect while acquiring.
+    virtual void DoStartDataStreamAcqusition(const IBufferInitInfo& info) = 0;
+    /// Never raises; what goes wrong is logged, and the stream is stopped.
+    virtual void DoStopDataStreamAcquisition() = 0;
+    virtual std::shared_ptr<IDevice> DoGetDevice() = 0;
+    /// 0 when no thread ever ran.
+    virtual pthread_t DoGetAcquisitionThreadID() = 0;
+    virtual CNativeNewBufferEvent& DoGetNativeNewBufferEvent() = 0;
+    virtual void* DoGetStreamHandle() = 0;
+    virtual std::shared_ptr<const CGenTLLib> DoGetGenTLLib() = 0;
+    /// For the next start. COutOfRangeError below what the producer needs.
+    virtual void SetAcqusitionBufferNumber(size_t number) = 0;
+    virtual size_t GetAcqusitionBufferNumber() = 0;
+    /// Filled buffers that nobody fetched yet.
+    virtual size_t DoGetDeliveryBufferListSize() = 0;
+    virtual size_t DoGetAnnounceBufferListSize() = 0;
+};
+
+class CDataStream : public IDataStream {
+public:
+    CDataStream(std::shared_ptr<const CGenTLLib> lib, std::shared_ptr<IDevice> device,
+                void* deviceHandle, std::string streamId);
+    ~CDataStream() override;
+
+    void DoOpenDataStream() override;
+    void DoCloseDataStream() override;
+    bool DoIsDataStreamOpen() override { return m_open; }
+    bool DoIsDataStreamAcquisiton() override { return m_acquiring; }
+    void DoRegisterCaptureCallback(const INewBufferCallback& callback) override;
+    void DoUnregisterCaptureCallback() override;
+    bool DoIsRegisterCaptureCallback() override;
+    void DoFlushAllToInput() override;
+    void DoGetBuffer(BUFFER_INFO& info, unsigned timeout) override;
+    void DoStartDataStreamAcqusition(const IBufferInitInfo& info) override;
+    void DoStopDataStreamAcquisition() override;
+    std::shared_ptr<IDevice> DoGetDevice() override { return m_device; }
+    pthread_t DoGetAcquisitionThreadID() override;
+    CNativeNewBufferEvent& DoGetNativeNewBufferEvent() override;
+    void* DoGetStreamHandle() override { return m_handle; }
+    std::shared_ptr<const CGenTLLib> DoGetGenTLLib() override { return GetLibPointer(); }
+    void SetAcqusitionBufferNumber(size_t number) override;
+    size_t GetAcqusitionBufferNumber() override { return m_bufferNumber; }
+    size_t DoGetDeliveryBufferListSize() override;
+    size_t DoGetAnnounceBufferListSize() override { return m_bufferNumber; }
+
+private:
+    class CDevOpenDataStreamAgency;
+    class CStreamTLParamsLockedAgency;
+    class CStartGetNewBufferAgency;
+    class CAnnouceBuffersAgency;
+    class CDSFlushQueueAgency;
+    class CDSStartAcquisitionAgency;
+
+    void __AllocateBuffers(size_t payloadSize);
+    static size_t __GetAlignBufferSize(size_t size, const InfoSize& alignment);
+    void __AnnouceBuffers();
+    void __RevokeBuffers();
+    void __FreeBuffers();
+    void __StopDataStreamAcquisition();
+    void __SetTLParamsLocked(int64_t locked) const;
+
+    std::shared_ptr<IDevice> m_device;
+    void* m_deviceHandle;
+    std::string m_streamId;
+    std::atomic<void*> m_handle{nullptr};
+    std::atomic<bool> m_open{false};
+    std::vector<std::unique_ptr<CBuffer>> m_buffers;
+    std::atomic<size_t> m_bufferNumber;
+    CNewBufferEvent m_newBufferEvent;
+    std::atomic<bool> m_acquiring{false};
+    CLock m_streamLock;
+};
+
+}  // namespace OVTLClass

@@ -1,0 +1,202 @@
+#include "TLClassMain/Device.h"
+
+#include "TLClassFeature/FeatureControl.h"
+#include "TLClassInfo/InformationAgency.h"
+#include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassMain/DataStream.h"
+#include "TLClassMain/GcFactory.h"
+#include "TLClassMain/Interface.h"
+#include "TLClassXML/XMLLoadAgency.h"
+
+namespace OVTLClass {
+
+/// An open device module of a producer.
+class CDevice::CIFOpenDeviceAgency : public CAgency {
+public:
+    CIFOpenDeviceAgency(const CGenTLLib& lib, void* interfaceHandle, const std::string& id,
+                        int32_t accessMode) {
+        OV_VERIFY(lib.IFOpenDevice(interfaceHandle, id.c_str(), accessMode, &m_handle), lib);
+        Arm([&lib, handle = m_handle] { OV_LOG_IF_FAILED(lib.DevClose(handle), lib); });
+    }
+    void* GetHandle() const { return m_handle; }
+
+private:
+    void* m_handle = nullptr;
+};
+
+/// The streams of a device, made and closed.
+class CDevice::CUpdateDSListAgency : public CAgency {
+public:
+    CUpdateDSListAgency(CDevice& device, void* deviceHandle) {
+        Arm([&device] { device.__ResetDSList(); });
+        device.__UpdateDSList(deviceHandle);
+    }
+};
+
+CDevice::CDevice(std::shared_ptr<const CGenTLLib> lib, std::shared_ptr<IInterface> owner,
+                 void* interfaceHandle, const DEV_INFO& info)
+    : IDevice(std::move(lib)),
+      m_interface(std::move(owner)),
+      m_interfaceHandle(interfaceHandle),
+      m_remoteXml(GetLib()) {
+    CDevice::DoUpdateDeviceInformation(info);
+}
+
+CDevice::~CDevice() = default;
+
+void CDevice::DoOpenDevice(int32_t accessMode) {
+    const CAutoLock lock(m_deviceLock);
+    if (m_open) {
+        if (accessMode != m_accessMode) {
+            OV_RAISE(CInvalidAccessError, "The device has already been opened");
+        }
+        return;
+    }
+    CIFOpenDeviceAgency opened(GetLib(), m_interfaceHandle, DoGetDeviceInfo().id.value, accessMode);
+    CXMLLoadAgency localLoaded(GetAnalyzer(), opened.GetHandle());
+    auto localControl = std::make_unique<CFeatureControl>(GetNodeMapRef());
+    void* const remotePort = __GetRemotePort(opened.GetHandle());
+    CXMLLoadAgency remoteLoaded(m_remoteXml, remotePort);
+    auto remoteControl = std::make_unique<CFeatureControl>(m_remoteXml.GetNodeMapRef());
+
+    {
+        const CAutoLock listLock(dynamic_cast<CInterface&>(*m_interface).GetDeviceListLock());
+        // The last step that can fail, so it is kept at once.
+        CUpdateDSListAgency(*this, opened.GetHandle()).Commit();
+    }
+    remoteLoaded.Commit();
+    localLoaded.Commit();
+    opened.Commit();
+    SetFeatureControl(std::move(localControl));
+    m_remoteFeatureControl = std::move(remoteControl);
+    m_accessMode = accessMode;
+    m_handle = opened.GetHandle();
+    m_remoteHandle = remotePort;
+    m_open = true;
+}
+
+void* CDevice::__GetRemotePort(void* deviceHandle) const {
+    void* port = nullptr;
+    OV_VERIFY(GetLib().DevGetPort(deviceHandle, &port), GetLib());
+    return port;
+}
+
+void CDevice::__UpdateDSList(void* deviceHandle) {
+    const auto self = std::dynamic_pointer_cast<IDevice>(m_interface->GetChild(this));
+    if (!self) {
+        OV_RAISE(CUnexpectedError, "The interface doesn't list the device any more");
+    }
+    for (const std::string& id :
+         COvInformationAgency::GetAllDataStreamIDOfDevice(GetLib(), deviceHandle)) {
+        _AddChild(CDataStreamFactory::CreateDataStream(GetLibPointer(), self, deviceHandle, id));
+    }
+}
+
+void CDevice::__ResetDSList() {
+    _ClearChildrenList();
+}
+
+void CDevice::DoCloseDevice() {
+    const CAutoLock lock(m_deviceLock);
+    if (!m_open) {
+        return;
+    }
+    GetFeatureControl()->DoUnregisterAllFeatureCallback();
+    m_remoteFeatureControl->DoUnregisterAllFeatureCallback();
+    __StopAllDataStreamAcquisition();
+    __CloseAllDataStream();
+    __ResetDSList();
+    m_remoteFeatureControl.reset();
+    m_remoteXml.UnloadXML();
+    SetFeatureControl(nullptr);
+    GetAnalyzer().UnloadXML();
+    OV_LOG_IF_FAILED(GetLib().DevClose(m_handle), GetLib());
+    m_handle = nullptr;
+    m_remoteHandle = nullptr;
+    m_open = false;
+}
+
+void CDevice::__StopAllDataStreamAcquisition() {
+    for (const auto& stream : DoGetDataStreamList()) {
+        stream->DoStopDataStreamAcquisition();
+    }
+}
+
+void CDevice::__CloseAllDataStream() {
+    for (const auto& stream : DoGetDataStreamList()) {
+        stream->DoCloseDataStream();
+    }
+}
+
+DEV_INFO CDevice::DoGetDeviceInfo() {
+    const CAutoLock lock(m_infoLock);
+    return m_info;
+}
+
+COMMON_DEVICE_INFO CDevice::DoGetCommonDeviceInfo() {
+    const CAutoLock lock(m_infoLock);
+    return m_commonInfo;
+}
+
+void CDevice::DoUpdateDeviceInformation(const DEV_INFO& info) {
+    const CAutoLock lock(m_infoLock);
+    m_info = info;
+    m_info.pCommonInfo = nullptr;
+    m_info.pSpecialInfo = nullptr;
+    if (info.pCommonInfo != nullptr) {
+        m_commonInfo = *info.pCommonInfo;
+    }
+}
+
+CDevice::DataStreamList CDevice::DoGetDataStreamList() {
+    return _GetGcObjectList<IDataStream>();
+}
+
+IFeatureControl* CDevice::DoGetRemoteDeviceFeatureControl() {
+    return m_remoteFeatureControl.get();
+}
+
+GenApi_3_0_ORVANE::CNodeMapRef* CDevice::DoGetRemoteDeviceNodeMapRef() {
+    return m_remoteXml.GetNodeMapRef();
+}
+
+void CDevice::DoIpConfiguration(int32_t mode, const std::string& ip, const std::string& mask,
+                                const std::string& gateway, const std::string& userId) {
+    const std::string id = DoGetDeviceInfo().id.value;
+    OV_VERIFY(GetLib().IFIpConfiguration(m_interfaceHandle, id.c_str(), mode, ip.c_str(),
+                                         mask.c_str(), gateway.c_str(), userId.c_str()),
+              GetLib());
+}
+
+void CDevice::DoForceIp(const std::string& ip, const std::string& mask,
+                        const std::string& gateway) {
+    const std::string id = DoGetDeviceInfo().id.value;
+    OV_VERIFY(GetLib().IFForceIp(m_interfaceHandle, id.c_str(), ip.c_str(), mask.c_str(),
+                                 gateway.c_str()),
+              GetLib());
+}
+
+void CDevice::DoResetDevice(int32_t mode) {
+    const std::string id = DoGetDeviceInfo().id.value;
+    OV_VERIFY(GetLib().IFResetDevice(m_interfaceHandle, id.c_str(), mode), GetLib());
+}
+
+CGevDevice::CGevDevice(std::shared_ptr<const CGenTLLib> lib, std::shared_ptr<IInterface> owner,
+                       void* interfaceHandle, const DEV_INFO& info, const GEV_DEV_INFO& gevInfo)
+    : CDevice(std::move(lib), std::move(owner), interfaceHandle, info), m_gevInfo(gevInfo) {}
+
+GEV_DEV_INFO CGevDevice::GetGevDeviceInfo() {
+    const CAutoLock lock(m_gevInfoLock);
+    return m_gevInfo;
+}
+
+void CGevDevice::DoUpdateDeviceInformation(const DEV_INFO& info) {
+    CDevice::DoUpdateDeviceInformation(info);
+    if (const auto* const gevInfo = dynamic_cast<const GEV_DEV_INFO*>(info.pSpecialInfo)) {
+        const CAutoLock lock(m_gevInfoLock);
+        m_gevInfo = *gevInfo;
+    }
+}
+
+}  // namespace OVTLClass

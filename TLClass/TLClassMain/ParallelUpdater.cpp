@@ -1,0 +1,55 @@
+#include "TLClassMain/ParallelUpdater.h"
+
+#include "TLClassMain/Interface.h"
+#include "TLClassMain/TL.h"
+#include "TLClassMain/Updater.h"
+
+namespace OVTLClass {
+
+void CGenericParallelUpdater::DoUpdateInterfaceList(unsigned timeout, bool& changed) {
+    CStaticParalledUpdater::UpdateInterfaceList(m_tls, timeout, changed);
+}
+
+void CGenericParallelUpdater::DoUpdateDeviceList(unsigned timeout, unsigned interval,
+                                                 bool& changed) {
+    CStaticParalledUpdater::UpdateDeviceList(DoGetAllInterfaceList(), timeout, interval, changed);
+}
+
+InterfacePointerList CGenericParallelUpdater::DoGetAllInterfaceList() {
+    return CInterfaceQuery::QueryInterfaceFromTLArray(m_tls);
+}
+
+CGevParallelUpdater::CGevParallelUpdater(const GevTLList& tls) : m_tls(tls.begin(), tls.end()) {}
+
+void CGevParallelUpdater::DoUpdateInterfaceList(unsigned timeout, bool& changed) {
+    CStaticParalledUpdater::UpdateInterfaceList(m_tls, timeout, changed);
+}
+
+void CGevParallelUpdater::DoUpdateDeviceList(unsigned timeout, unsigned interval, bool& changed) {
+    CStaticParalledUpdater::UpdateDeviceList(__FilterInterfaceForUpdate(DoGetAllInterfaceList()),
+                                             timeout, interval, changed);
+}
+
+InterfacePointerList CGevParallelUpdater::DoGetAllInterfaceList() {
+    return CInterfaceQuery::QueryInterfaceFromTLArray(m_tls);
+}
+
+InterfacePointerList CGevParallelUpdater::__FilterInterfaceForUpdate(
+    const InterfacePointerList& interfaces) {
+    InterfacePointerList list;
+    for (const auto& candidate : interfaces) {
+        const auto gev = std::dynamic_pointer_cast<CGevInterface>(candidate);
+        if (!gev) {
+            continue;
+        }
+        if (gev->GetGevInterfaceInfo().ipAddress.value == 0) {
+            bool changed = false;
+            gev->DoUpdateDeviceList(0, changed);
+            continue;
+        }
+        list.push_back(candidate);
+    }
+    return list;
+}
+
+}  // namespace OVTLClass

@@ -1,0 +1,114 @@
+#include "TLClassMain/TL.h"
+
+#include "TLClassFeature/FeatureControl.h"
+#include "TLClassInfo/FeatureAgency.h"
+#include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
+#include "TLClassMain/Interface.h"
+#include "TLClassXML/XMLLoadAgency.h"
+
+namespace OVTLClass {
+
+/// An open system module of a producer.
+class CTL::CTLOpenAgency : public CAgency {
+public:
+    explicit CTLOpenAgency(const CGenTLLib& lib) {
+        OV_VERIFY(lib.TLOpen(&m_handle), lib);
+        Arm([&lib, handle = m_handle] { OV_LOG_IF_FAILED(lib.TLClose(handle), lib); });
+    }
+    void* GetHandle() const { return m_handle; }
+
+private:
+    void* m_handle = nullptr;
+};
+
+CTL::CTL(std::shared_ptr<const CGenTLLib> lib, TL_INFO info)
+    : ITL(std::move(lib)), m_info(std::move(info)) {}
+
+CTL::~CTL() = default;
+
+void CTL::DoOpenTL() {
+    if (m_open) {
+        return;
+    }
+    CTLOpenAgency opened(GetLib());
+    CXMLLoadAgency loaded(GetAnalyzer(), opened.GetHandle());
+    auto control = std::make_unique<CFeatureControl>(GetNodeMapRef());
+    __DoAcquireTLSpecialInformation(*control);
+    SetFeatureControl(std::move(control));
+    loaded.Commit();
+    opened.Commit();
+    m_handle = opened.GetHandle();
+    m_open = true;
+}
+
+void CTL::DoCloseTL() {
+    if (!m_open) {
+        return;
+    }
+    for (const auto& child : _GetGcObjectList<CInterface>()) {
+        OV_RUN_LOGGED([&child] { child->DoCloseInterface(); });
+    }
+    _ClearChildrenList();
+    __CloseLostInterfaces();
+    SetFeatureControl(nullptr);
+    GetAnalyzer().UnloadXML();
+    OV_LOG_IF_FAILED(GetLib().TLClose(m_handle), GetLib());
+    m_handle = nullptr;
+    m_open = false;
+}
+
+void CTL::__CloseLostInterfaces() {
+    const CAutoLock lock(m_lostLock);
+    for (const auto& lost : m_lost) {
+        OV_RUN_LOGGED([&lost] { lost->DoCloseInterface(); });
+    }
+    m_lost.clear();
+}
+
+std::vector<std::shared_ptr<IInterface>> CTL::DoGetInterfaceList() {
+    return _GetGcObjectList<IInterface>();
+}
+
+std::vector<std::shared_ptr<IInterface>> CTL::DoGetLostInterfaceList() {
+    const CAutoLock lock(m_lostLock);
+    return {m_lost.begin(), m_lost.end()};
+}
+
+void CTL::__DoAcquireTLSpecialInformation(const IFeatureControl& /*control*/) {}
+
+std::vector<SPECIAL_INFO*> CTL::__DoGetAllInterfaceSpecialInformation(size_t count) {
+    return std::vector<SPECIAL_INFO*>(count, nullptr);
+}
+
+void CTL::__DoResetTLSpecialInformation() {}
+
+void CTL::__DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& /*control*/) {}
+
+void CTL::__DoResetAllInterfaceSpecialInformation() {}
+
+void CGevTL::__DoAcquireTLSpecialInformation(const IFeatureControl& control) {
+    m_gevInfo = CGevFeatureAgency::GetTLFeatureBySelf(control);
+}
+
+std::vector<SPECIAL_INFO*> CGevTL::__DoGetAllInterfaceSpecialInformation(size_t /*count*/) {
+    std::vector<SPECIAL_INFO*> pointers;
+    pointers.reserve(m_gevInterfaceInfos.size());
+    for (GEV_IF_INFO& info : m_gevInterfaceInfos) {
+        pointers.push_back(&info);
+    }
+    return pointers;
+}
+
+void CGevTL::__DoResetTLSpecialInformation() {
+    m_gevInfo = {};
+}
+
+void CGevTL::__DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& control) {
+    m_gevInterfaceInfos = CGevFeatureAgency::GetAllInterfaceFeatureByTL(control);
+}
+
+void CGevTL::__DoResetAllInterfaceSpecialInformation() {
+    m_gevInterfaceInfos.clear();
+}
+
+}  // namespace OVTLClass

@@ -1,0 +1,117 @@
+// How a system module renews its list of interfaces.
+
+#include <algorithm>
+
+#include "Base/GCException.h"
+#include "TLClassInfo/InformationAgency.h"
+#include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassMain/GcFactory.h"
+#include "TLClassMain/Interface.h"
+#include "TLClassMain/TL.h"
+#include "TLClassMain/TLManager.h"
+
+namespace OVTLClass {
+
+/// Holds the special information of all interfaces for the length of one update.
+class CTL::CResetInterfaceInformationAgency : public CAgency {
+public:
+    explicit CResetInterfaceInformationAgency(CTL& tl) {
+        Arm([&tl] { tl.__DoResetAllInterfaceSpecialInformation(); });
+        tl.__DoAcquireAllInterfaceSpecialInformation(*tl.GetFeatureControl());
+    }
+};
+
+void CTL::DoUpdateInterfaceList(unsigned timeout, bool& changed) {
+    const CAutoLock lock(m_updateLock);
+    changed = false;
+    if (!m_open) {
+        return;
+    }
+    GenTL::bool8_t producerChanged = 0;
+    const int32_t status = GetLib().TLUpdateInterfaceList(m_handle, &producerChanged, timeout);
+    OV_LOG_IF_FAILED(status, GetLib());
+    if (status != 0 || producerChanged == 0) {
+        return;
+    }
+    OV_RUN_LOGGED([this, &changed] {
+        const CResetInterfaceInformationAgency acquired(*this);
+        __TakeInterfaceList(__ReadInterfaceRecords());
+        changed = true;
+    });
+}
+
+std::vector<IF_INFO> CTL::__ReadInterfaceRecords() {
+    std::vector<IF_INFO> records =
+        COvInformationAgency::GetAllInterfaceInformationOfTL(GetLib(), m_handle);
+    const std::vector<SPECIAL_INFO*> special =
+        __DoGetAllInterfaceSpecialInformation(records.size());
+    if (special.size() != records.size()) {
+        OV_RAISE(CUnexpectedError, "The two interface information vectors have different size");
+    }
+    for (size_t i = 0; i < records.size(); ++i) {
+        records[i].pSpecialInfo = special[i];
+    }
+    return records;
+}
+
+void CTL::__TakeInterfaceList(const std::vector<IF_INFO>& records) {
+    InterfaceList known = _GetGcObjectList<CInterface>();
+    {
+        const CAutoLock lock(m_lostLock);
+        known.insert(known.end(), m_lost.begin(), m_lost.end());
+    }
+    InterfaceList current = __CompareInterfaceList(records, known);
+    {
+        const CAutoLock lock(m_lostLock);
+        m_lost = __FindLostInterface(known, current);
+    }
+    __OpenAllInterface(current);
+    _UpdateChildrenList({current.begin(), current.end()});
+}
+
+CTL::InterfaceList CTL::__CompareInterfaceList(const std::vector<IF_INFO>& records,
+                                               const InterfaceList& known) {
+    const std::shared_ptr<ITL> self = CTLManager::GetInstance()->GetTLPointer(this);
+    InterfaceList list;
+    list.reserve(records.size());
+    for (const IF_INFO& record : records) {
+        const auto found =
+            std::find_if(known.begin(), known.end(), [&record](const auto& candidate) {
+                return candidate->DoGetInterfaceInfo().id.value == record.id.value;
+            });
+        if (found != known.end()) {
+            (*found)->DoUpdateInterfaceInformation(record);
+            list.push_back(*found);
+        } else {
+            list.emplace_back(
+                CInterfaceFactory::CreateInterface(GetLibPointer(), self, m_handle, record));
+        }
+    }
+    return list;
+}
+
+CTL::InterfaceList CTL::__FindLostInterface(const InterfaceList& known,
+                                            const InterfaceList& current) {
+    InterfaceList lost;
+    for (const auto& candidate : known) {
+        if (std::find(current.begin(), current.end(), candidate) == current.end()) {
+            lost.push_back(candidate);
+        }
+    }
+    return lost;
+}
+
+void CTL::__OpenAllInterface(InterfaceList& list) {
+    const auto failsToOpen = [](const std::shared_ptr<CInterface>& candidate) {
+        bool opened = false;
+        OV_RUN_LOGGED([&] {
+            candidate->DoOpenInterface();
+            opened = true;
+        });
+        return !opened;
+    };
+    list.erase(std::remove_if(list.begin(), list.end(), failsToOpen), list.end());
+}
+
+}  // namespace OVTLClass

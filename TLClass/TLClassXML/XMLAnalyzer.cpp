@@ -1,0 +1,74 @@
+#include "TLClassXML/XMLAnalyzer.h"
+
+#include <vector>
+
+#include "Base/GCException.h"
+#include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassXML/XMLLoader.h"
+
+namespace OVTLClass {
+
+using GenApi_3_0_ORVANE::CNodeMapRef;
+using GenApi_3_0_ORVANE::gcstring;
+
+CLock CXMLAnalyzer::ms_objGenApiLoadXMLLock;
+
+CXMLAnalyzer::CXMLAnalyzer(const CGenTLLib& lib) : m_lib(lib) {}
+
+CXMLAnalyzer::~CXMLAnalyzer() {
+    UnloadXML();
+}
+
+void CXMLAnalyzer::LoadXMLFromPortHandle(void* port) {
+    m_xml = CXMLLoader(m_lib, port).LoadXML();
+    // The old nodes point at the old port and go before it.
+    m_nodeMap.reset();
+    m_port = std::make_unique<CPort>(m_lib, port);
+    m_nodeMap = std::make_unique<CNodeMapRef>("Device");
+    try {
+        const CAutoLock lock(ms_objGenApiLoadXMLLock);
+        __TryExceptionLoadXmlFromString();
+    } catch (const std::exception& error) {
+        OV_RAISE(CUnexpectedError, error.what());
+    }
+    if (!m_nodeMap->_Connect(m_port.get(), __ReadPortName(port).c_str())) {
+        OV_RAISE(CUnexpectedError, "CNodeMapRef::_connect failed");
+    }
+}
+
+void CXMLAnalyzer::UnloadXML() {
+    m_xml.clear();
+    m_nodeMap.reset();
+    m_port.reset();
+}
+
+void CXMLAnalyzer::__TryExceptionLoadXmlFromString() {
+    try {
+        __RetrieveXmlFromString();
+    } catch (const std::exception&) {
+        __ThrowExceptionFromTryExcept();
+    } catch (const GenICam_3_0_ORVANE::GenericException&) {
+        __ThrowExceptionFromTryExcept();
+    }
+}
+
+void CXMLAnalyzer::__RetrieveXmlFromString() {
+    m_nodeMap->_LoadXMLFromString(gcstring(m_xml.data(), m_xml.size()));
+}
+
+void CXMLAnalyzer::__ThrowExceptionFromTryExcept() {
+    OV_RAISE(CUnexpectedError, "CNodeMapRef::_LoadXMLFromString failed");
+}
+
+std::string CXMLAnalyzer::__ReadPortName(void* port) const {
+    int32_t type = GenTL::INFO_DATATYPE_STRING;
+    size_t size = 0;
+    OV_VERIFY(m_lib.GCGetPortInfo(port, GenTL::PORT_INFO_PORTNAME, &type, nullptr, &size), m_lib);
+    std::vector<char> name(size + 1, '\0');
+    OV_VERIFY(m_lib.GCGetPortInfo(port, GenTL::PORT_INFO_PORTNAME, &type, name.data(), &size),
+              m_lib);
+    return name.data();
+}
+
+}  // namespace OVTLClass

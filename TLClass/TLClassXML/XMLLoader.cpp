@@ -1,0 +1,81 @@
+#include "TLClassXML/XMLLoader.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+#include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassXML/Zip.h"
+
+namespace OVTLClass {
+
+namespace {
+
+/// No description of a camera comes near it; a length that does is a lie of the
+/// producer, and must not take the machine's memory.
+constexpr uint64_t kMaxDescriptionSize = 256ULL * 1024 * 1024;
+
+}  // namespace
+
+std::string CXMLLoader::LoadXML() const {
+    const XML_URL_INFO info = AnalyzeXmlUrl(__ReadUrl());
+    switch (info.location) {
+        case XmlLocation::File:
+            return __ReadXMLFromFile(info.file);
+        case XmlLocation::Local:
+            return __ReadXMLFromRemoteDevice(info.local);
+        default:
+            OV_RAISE(CUnexpectedError, "Invalid XML format");
+    }
+}
+
+std::string CXMLLoader::__ReadUrl() const {
+    uint32_t count = 0;
+    OV_VERIFY(m_lib.GCGetNumPortURLs(m_port, &count), m_lib);
+    if (count == 0) {
+        OV_RAISE(CUnexpectedError, "UrlNum <= 0");
+    }
+    int32_t type = GenTL::INFO_DATATYPE_STRING;
+    size_t size = 0;
+    OV_VERIFY(m_lib.GCGetPortURLInfo(m_port, 0, GenTL::URL_INFO_URL, &type, nullptr, &size), m_lib);
+    std::vector<char> url(size + 1, '\0');
+    OV_VERIFY(m_lib.GCGetPortURLInfo(m_port, 0, GenTL::URL_INFO_URL, &type, url.data(), &size),
+              m_lib);
+    return url.data();
+}
+
+std::string CXMLLoader::__ReadXMLFromRemoteDevice(const URL_LOCAL_INFO& info) const {
+    if (info.length > kMaxDescriptionSize) {
+        OV_RAISE(CUnexpectedError, "Invalid XML format");
+    }
+    std::vector<unsigned char> data(info.length + 1, 0);
+    size_t size = info.length;
+    OV_VERIFY(m_lib.GCReadPort(m_port, info.address, data.data(), &size), m_lib);
+    data.resize(std::min<size_t>(size, info.length));
+    return __GetXMLContent(info.fileName, std::move(data));
+}
+
+std::string CXMLLoader::__ReadXMLFromFile(const URL_FILE_INFO& info) {
+    std::ifstream file(info.path, std::ios::binary);
+    if (!file) {
+        OV_RAISE(CUnexpectedError, "Failed to read XML from file");
+    }
+    std::vector<unsigned char> data{std::istreambuf_iterator<char>(file),
+                                    std::istreambuf_iterator<char>()};
+    return __GetXMLContent(info.path, std::move(data));
+}
+
+std::string CXMLLoader::__GetXMLContent(const std::string& name, std::vector<unsigned char> data) {
+    if (ToUpperCase(name).ends_with("ZIP")) {
+        std::vector<unsigned char> document;
+        if (!CZip::Uncompress(data, document)) {
+            OV_RAISE(CUnexpectedError, "Uncompress zip file failed");
+        }
+        return {document.begin(), document.end()};
+    }
+    // A zero byte ends the text.
+    return {data.begin(), std::find(data.begin(), data.end(), 0)};
+}
+
+}  // namespace OVTLClass

@@ -1,0 +1,18 @@
+#pragma once
+/// Frames from a camera to files.
+
+#include <cstdint>
+#include <string>
+
+#include "Session.h"
+
+struct GrabOptions {
+    uint32_t count = 1;
+    std::string folder = ".";
+    bool png = true;
+    bool raw = false;
+    /// For each frame, in milliseconds.
+    uint32_t timeout = 5000;
+};
+
+void Grab(const CameraChoice& choice, const GrabOptions& options);
