@@ -1,0 +1,98 @@
+// The folders that a host may set, with the environment behind them.
+
+#include <string>
+
+#include "Base/Environment.h"
+#include "Base/GCException.h"
+#include "Base/Lock.h"
+
+namespace GenICam_3_0_ORVANE {
+
+namespace {
+
+/// One folder or file that a host may set.
+struct Folder {
+    const char* variable;
+    const char* message;
+    gcstring value;
+};
+
+Folder& CacheFolder() {
+    static Folder folder{"GENICAM_CACHE_V3_0",
+                         "GenICam cache folder not set. Call SetGenICamCacheFolder(path) or set "
+                         "the environment variable GENICAM_CACHE_V3_0",
+                         {}};
+    return folder;
+}
+
+Folder& LogConfig() {
+    static Folder folder{"GENICAM_LOG_CONFIG_V3_0",
+                         "GenICam log config not set. Call SetGenICamLogConfig(path) or set the "
+                         "environment variable GENICAM_LOG_CONFIG_V3_0",
+                         {}};
+    return folder;
+}
+
+Folder& CLProtocolFolder() {
+    static Folder folder{"GENICAM_CLPROTOCOL",
+                         "GenICam CLProtocol folder not set. Call "
+                         "SetGenICamCLProtocolFolder(path) or set the environment variable "
+                         "GENICAM_CLPROTOCOL",
+                         {}};
+    return folder;
+}
+
+CLock& FolderLock() {
+    static CLock lock;
+    return lock;
+}
+
+void Set(Folder& folder, const gcstring& value) {
+    const AutoLock lock(FolderLock());
+    folder.value = value;
+}
+
+gcstring Get(const Folder& folder) {
+    {
+        const AutoLock lock(FolderLock());
+        if (!folder.value.empty()) {
+            return folder.value;
+        }
+    }
+    gcstring value;
+    if (!GetValueOfEnvironmentVariable(folder.variable, value)) {
+        RUNTIME_EXCEPTION("%s", folder.message);
+    }
+    const size_t length = value.size();
+    const bool endsInSeparator =
+        length > 0 && (value.c_str()[length - 1] == '/' || value.c_str()[length - 1] == '\\');
+    return endsInSeparator ? value.substr(0, length - 1) : value;
+}
+
+}  // namespace
+
+void SetGenICamCacheFolder(const gcstring& folder) {
+    Set(CacheFolder(), folder);
+}
+
+gcstring GetGenICamCacheFolder() {
+    return Get(CacheFolder());
+}
+
+void SetGenICamLogConfig(const gcstring& file) {
+    Set(LogConfig(), file);
+}
+
+gcstring GetGenICamLogConfig() {
+    return Get(LogConfig());
+}
+
+void SetGenICamCLProtocolFolder(const gcstring& folder) {
+    Set(CLProtocolFolder(), folder);
+}
+
+gcstring GetGenICamCLProtocolFolder() {
+    return Get(CLProtocolFolder());
+}
+
+}  // namespace GenICam_3_0_ORVANE

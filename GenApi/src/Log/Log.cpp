@@ -1,0 +1,95 @@
+#include "Base/Log.h"
+
+#include <atomic>
+#include <cstdio>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "LogLibrary.h"
+
+namespace GenICam_3_0_ORVANE {
+
+namespace {
+
+constexpr const char* kIndent = "  ";
+
+std::atomic<const CLogBackend*> s_Backend{nullptr};
+std::once_flag s_Searched;
+
+/// The backend in use. The first call looks for the system's library.
+const CLogBackend* Backend() {
+    std::call_once(s_Searched, [] {
+        if (s_Backend.load() == nullptr) {
+            s_Backend = FindLogLibrary();
+        }
+        if (const CLogBackend* const backend = s_Backend.load()) {
+            ConfigureLogLibrary(*backend);
+        }
+    });
+    return s_Backend.load();
+}
+
+}  // namespace
+
+void CLog::SetBackend(const CLogBackend* backend) {
+    s_Backend = backend;
+}
+
+bool CLog::Exist(const char* name) {
+    const CLogBackend* const backend = Backend();
+    return backend != nullptr && backend->Exist(name);
+}
+
+void* CLog::GetLogger(const char* name) {
+    const CLogBackend* const backend = Backend();
+    return backend == nullptr ? nullptr : backend->GetLogger(name);
+}
+
+bool CLog::IsEnabledInBackend(void* logger, int level) {
+    const CLogBackend* const backend = s_Backend.load();
+    return backend != nullptr && backend->IsEnabled(logger, level);
+}
+
+void CLog::WriteFormatted(void* logger, int level, const char* format, va_list arguments) {
+    const CLogBackend* const backend = s_Backend.load();
+    if (backend == nullptr || !IsEnabled(logger, level)) {
+        return;
+    }
+    va_list again;
+    va_copy(again, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, arguments);
+    std::vector<char> line(static_cast<size_t>(length < 0 ? 0 : length) + 1, '\0');
+    std::vsnprintf(line.data(), line.size(), format, again);
+    va_end(again);
+    backend->Write(logger, level, line.data());
+}
+
+void CLog::Log(void* logger, int level, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    WriteFormatted(logger, level, format, arguments);
+    va_end(arguments);
+}
+
+void CLog::LogPush(void* logger, int level, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    WriteFormatted(logger, level, format, arguments);
+    va_end(arguments);
+    if (const CLogBackend* const backend = s_Backend.load()) {
+        backend->PushContext(kIndent);
+    }
+}
+
+void CLog::LogPop(void* logger, int level, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    WriteFormatted(logger, level, format, arguments);
+    va_end(arguments);
+    if (const CLogBackend* const backend = s_Backend.load()) {
+        backend->PopContext();
+    }
+}
+
+}  // namespace GenICam_3_0_ORVANE

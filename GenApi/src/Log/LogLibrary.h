@@ -1,0 +1,16 @@
+#pragma once
+/// The logging library of the system, if there is one, and its configuration.
+
+#include "Base/Log.h"
+
+namespace GenICam_3_0_ORVANE {
+
+/// Looks for the library, first beside the running executable and then by the
+/// system's loader. Null when there is none.
+const CLogBackend* FindLogLibrary();
+
+/// Feeds the library the configuration that the user set, else the default
+/// file, else nothing.
+void ConfigureLogLibrary(const CLogBackend& backend);
+
+}  // namespace GenICam_3_0_ORVANE
