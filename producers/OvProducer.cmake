@@ -26,6 +26,10 @@ function(ov_producer target)
   list(JOIN ARG_EXPORTS "; " patterns)
   file(CONFIGURE OUTPUT ${script} CONTENT "{ global: ${patterns}; local: *; };\n" @ONLY)
   target_link_options(${target} PRIVATE -Wl,--version-script=${script} -Wl,-Bsymbolic)
+  if(NOT OV_SANITIZE)
+    # A missing function shows when the file is made, not when it is loaded.
+    target_link_options(${target} PRIVATE -Wl,-z,defs)
+  endif()
   set_target_properties(${target} PROPERTIES
     PREFIX "" SUFFIX ".cti" OUTPUT_NAME ${ARG_NAME} LINK_DEPENDS ${script})
 endfunction()

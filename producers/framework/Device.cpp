@@ -39,7 +39,11 @@ std::shared_ptr<Device> Device::Open(Session& session, std::weak_ptr<Interface> 
                                      GenTL::DEVICE_ACCESS_FLAGS flags) {
     auto device = std::make_shared<Device>(session, std::move(parent), backend);
     backend->Open(flags, device);
-    device->m_remote = std::make_shared<RemoteDevice>(backend->MakeRemotePort());
+    std::unique_ptr<Port> remote = backend->MakeRemotePort();
+    if (flags == GenTL::DEVICE_ACCESS_READONLY) {
+        remote->MakeReadOnly();
+    }
+    device->m_remote = std::make_shared<RemoteDevice>(std::move(remote));
     session.handles.Add(device->m_remote);
     session.handles.Add(device);
     return device;

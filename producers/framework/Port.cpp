@@ -58,7 +58,8 @@ constexpr InfoRow<PortFacts> kPortRows[] = {
     {GenTL::PORT_INFO_LITTLE_ENDIAN, Fixed<true>},
     {GenTL::PORT_INFO_BIG_ENDIAN, Fixed<false>},
     {GenTL::PORT_INFO_ACCESS_READ, Fixed<true>},
-    {GenTL::PORT_INFO_ACCESS_WRITE, Fixed<true>},
+    {GenTL::PORT_INFO_ACCESS_WRITE,
+     [](const PortFacts& facts) { return InfoValue::Bool(facts.writable); }},
     {GenTL::PORT_INFO_ACCESS_NA, Fixed<false>},
     {GenTL::PORT_INFO_ACCESS_NI, Fixed<false>},
     {GenTL::PORT_INFO_VERSION, TextField<&PortFacts::version>},
@@ -123,6 +124,9 @@ void Port::Read(std::uint64_t address, std::span<std::byte> out) const {
 void Port::Write(std::uint64_t address, std::span<const std::byte> in) const {
     if (m_gate) {
         m_gate();
+    }
+    if (!m_facts.writable) {
+        throw Failure(GenTL::GC_ERR_ACCESS_DENIED, "The device is open for reading only");
     }
     m_registers.Write(address, in);
 }

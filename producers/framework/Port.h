@@ -24,6 +24,7 @@ struct PortFacts {
     std::string module;   ///< "TLSystem", "TLInterface", "TLDevice", "TLDataStream", "Device"
     std::string version;  ///< of the module
     std::string name;     ///< of the Port node in the module's description
+    bool writable = true;
 };
 
 /// A module's description, as it is written in the sources.
@@ -65,6 +66,8 @@ public:
     /// Files stay in the registers, but nothing tells of them.
     void ForgetUrls() { m_urls.clear(); }
 
+    /// For a device that was opened for reading only: writes give -1005.
+    void MakeReadOnly() { m_facts.writable = false; }
     /// Called before every access; may throw, as for a device that is gone.
     void SetGate(std::function<void()> gate) { m_gate = std::move(gate); }
 

@@ -1,0 +1,240 @@
+#include "virtual/Camera.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "framework/Failure.h"
+
+namespace OvVirtual {
+
+using OvProducer::Failure;
+
+Camera::Camera(CameraIdentity identity, const Environment& environment)
+    : m_identity(std::move(identity)),
+      m_unpaced(environment.frameRate && *environment.frameRate == 0),
+      m_shortestPeriod(environment.frameRate && !m_unpaced ? 1 / *environment.frameRate : 0),
+      m_settings(FactorySettings(m_identity.color)) {
+    m_userSets.fill(m_settings);
+}
+
+CameraSettings Camera::Settings() const {
+    const std::lock_guard lock(m_mutex);
+    return m_settings;
+}
+
+void Camera::Set(const SettingRange& range, std::int64_t value) {
+    if (value < range.min || value > range.max || (value - range.min) % range.step != 0) {
+        throw Failure(GenTL::GC_ERR_INVALID_VALUE, "The value is out of the register's range");
+    }
+    Change(range.shapesFrame, [&](CameraSettings& settings) { settings.*range.field = value; });
+}
+
+void Camera::Change(bool shapesFrame, const std::function<void(CameraSettings&)>& change) {
+    {
+        const std::lock_guard lock(m_mutex);
+        RequireUnlocked(shapesFrame);
+        CameraSettings changed = m_settings;
+        change(changed);
+        CheckSettings(changed, m_identity.color);
+        m_settings = std::move(changed);
+    }
+    m_changed.notify_all();
+}
+
+void Camera::RequireUnlocked(bool shapesFrame) const {
+    if (shapesFrame && (m_acquiring || m_paramsLocked)) {
+        throw Failure(GenTL::GC_ERR_ACCESS_DENIED, "The setting is locked while frames flow");
+    }
+}
+
+std::string Camera::UserId() const {
+    const std::lock_guard lock(m_mutex);
+    return m_userId;
+}
+
+void Camera::SetUserId(const std::string& userId) {
+    const std::lock_guard lock(m_mutex);
+    m_userId = userId;
+}
+
+bool Camera::ParamsLocked() const {
+    const std::lock_guard lock(m_mutex);
+    return m_paramsLocked;
+}
+
+void Camera::SetParamsLocked(bool locked) {
+    const std::lock_guard lock(m_mutex);
+    m_paramsLocked = locked;
+}
+
+std::int64_t Camera::UserSetDefault() const {
+    const std::lock_guard lock(m_mutex);
+    return m_userSetDefault;
+}
+
+void Camera::SetUserSetDefault(std::int64_t set) {
+    const std::lock_guard lock(m_mutex);
+    m_userSetDefault = set;
+}
+
+void Camera::LoadUserSet(std::int64_t set) {
+    Change(true,
+           [&](CameraSettings& settings) { settings = m_userSets[static_cast<std::size_t>(set)]; });
+}
+
+void Camera::SaveUserSet(std::int64_t set) {
+    if (set == 0) {
+        throw Failure(GenTL::GC_ERR_ACCESS_DENIED, "The factory's set can't be overwritten");
+    }
+    const std::lock_guard lock(m_mutex);
+    m_userSets[static_cast<std::size_t>(set)] = m_settings;
+}
+
+void Camera::Reset() {
+    const std::lock_guard lock(m_mutex);
+    m_acquiring = false;
+    m_paramsLocked = false;
+    m_settings = m_userSets[static_cast<std::size_t>(m_userSetDefault)];
+    m_epoch = Clock::now();
+}
+
+void Camera::Start() {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_acquiring) {
+            return;
+        }
+        m_acquiring = true;
+        m_frame = 0;
+        m_triggers = 0;
+        switch (static_cast<AcquisitionMode>(m_settings.acquisitionMode)) {
+            case AcquisitionMode::SingleFrame:
+                m_framesLeft = 1;
+                break;
+            case AcquisitionMode::MultiFrame:
+                m_framesLeft = static_cast<std::uint64_t>(m_settings.frameCount);
+                break;
+            default:
+                m_framesLeft.reset();
+        }
+        m_due = Clock::now() + FramePeriod();
+    }
+    m_changed.notify_all();
+}
+
+void Camera::Stop() {
+    const std::lock_guard lock(m_mutex);
+    m_acquiring = false;
+}
+
+bool Camera::IsAcquiring() const {
+    const std::lock_guard lock(m_mutex);
+    return m_acquiring;
+}
+
+void Camera::TriggerSoftware() {
+    {
+        const std::lock_guard lock(m_mutex);
+        const bool waits =
+            m_acquiring && m_settings.triggerMode != 0 &&
+            m_settings.triggerSource == static_cast<std::int64_t>(TriggerSource::Software);
+        if (!waits) {
+            return;
+        }
+        if (m_triggers++ == 0) {
+            m_due = std::max(m_due, Clock::now());
+        }
+    }
+    m_changed.notify_all();
+}
+
+bool Camera::WaitsForTrigger() const {
+    const std::lock_guard lock(m_mutex);
+    return m_acquiring && m_settings.triggerMode != 0 && m_triggers == 0;
+}
+
+std::int64_t Camera::Ticks() const {
+    const std::lock_guard lock(m_mutex);
+    return std::chrono::nanoseconds(Clock::now() - m_epoch).count();
+}
+
+void Camera::ResetTicks() {
+    const std::lock_guard lock(m_mutex);
+    m_epoch = Clock::now();
+}
+
+bool Camera::FrameIsPlanned() const {
+    return m_acquiring && (m_settings.triggerMode == 0 || m_triggers != 0);
+}
+
+Camera::Clock::duration Camera::FramePeriod() const {
+    const double seconds = std::max(FrameTime(m_settings), m_shortestPeriod);
+    return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+}
+
+bool Camera::WaitFrame(const std::stop_token& stop) {
+    std::unique_lock lock(m_mutex);
+    while (m_changed.wait(lock, stop, [this] { return FrameIsPlanned(); })) {
+        if (m_unpaced || Clock::now() >= m_due) {
+            return true;
+        }
+        // A stop of the camera ends this wait too.
+        m_changed.wait_until(lock, stop, m_due, [this] { return !FrameIsPlanned(); });
+        if (stop.stop_requested()) {
+            return false;
+        }
+    }
+    return false;
+}
+
+std::size_t Camera::FrameSize() {
+    // The frame keeps the shape that it is announced with, also when the camera
+    // is stopped and set up anew before it is read.
+    const std::lock_guard lock(m_mutex);
+    m_next = FrameSettingsOf(m_settings, m_identity.color, m_identity.index);
+    return OvVirtual::FrameSize(m_next);
+}
+
+std::uint64_t Camera::TakeFrameNumber() {
+    // A renderer that falls behind slows the camera down; it doesn't hurry
+    // after the frames that it missed.
+    m_due = std::max(m_due + FramePeriod(), Clock::now());
+    m_triggers -= m_triggers == 0 ? 0 : 1;
+    if (m_framesLeft && *m_framesLeft != 0 && --*m_framesLeft == 0) {
+        m_acquiring = false;
+    }
+    return m_frame++;
+}
+
+OvProducer::FrameInfo Camera::ReadFrame(std::span<std::byte> memory, const std::stop_token& abort) {
+    OvProducer::FrameInfo info;
+    {
+        const std::lock_guard lock(m_mutex);
+        info = Describe(m_next, TakeFrameNumber());
+    }
+    info.incomplete = !m_renderer.Render(m_next, info.frameId, memory, abort);
+    return info;
+}
+
+void Camera::DropFrame() {
+    const std::lock_guard lock(m_mutex);
+    TakeFrameNumber();
+}
+
+OvProducer::FrameInfo Camera::Describe(const FrameSettings& settings, std::uint64_t frame) const {
+    OvProducer::FrameInfo info;
+    info.width = settings.width;
+    info.height = settings.height;
+    info.offsetX = settings.offsetX;
+    info.offsetY = settings.offsetY;
+    info.deliveredHeight = settings.height;
+    info.sizeFilled = OvVirtual::FrameSize(settings);
+    info.pixelFormat = static_cast<std::uint64_t>(settings.format);
+    info.frameId = frame;
+    info.timestamp =
+        static_cast<std::uint64_t>(std::chrono::nanoseconds(Clock::now() - m_epoch).count());
+    info.timestampNs = info.timestamp;
+    return info;
+}
+
+}  // namespace OvVirtual

@@ -1,0 +1,119 @@
+/// @file
+/// A virtual camera: its settings, its acquisition, and the clock that makes its
+/// frames due.
+#ifndef OV_VIRTUAL_CAMERA_H
+#define OV_VIRTUAL_CAMERA_H
+
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <string>
+
+#include "framework/Acquisition.h"
+#include "virtual/CameraSettings.h"
+#include "virtual/Environment.h"
+
+namespace OvVirtual {
+
+/// Who the camera is.
+struct CameraIdentity {
+    unsigned index = 0;
+    bool color = true;
+    std::string model;
+    std::string serialNumber;
+};
+
+/// All operations may be called from any thread; the source's side from one.
+class Camera : public OvProducer::FrameSource {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    Camera(CameraIdentity identity, const Environment& environment);
+
+    const CameraIdentity& Identity() const { return m_identity; }
+
+    // Settings.
+
+    CameraSettings Settings() const;
+    /// -1019 when the value is out of the range, -1005 when it is locked.
+    void Set(const SettingRange& range, std::int64_t value);
+    /// Changes settings by `change` as one step; nothing changes when it fails.
+    void Change(bool shapesFrame, const std::function<void(CameraSettings&)>& change);
+
+    std::string UserId() const;
+    void SetUserId(const std::string& userId);
+    bool ParamsLocked() const;
+    void SetParamsLocked(bool locked);
+
+    /// Sets: 0 the factory's, 1 and 2 the user's.
+    static constexpr std::size_t kUserSets = 3;
+    std::int64_t UserSetDefault() const;
+    void SetUserSetDefault(std::int64_t set);
+    void LoadUserSet(std::int64_t set);
+    /// -1005 for the factory's set.
+    void SaveUserSet(std::int64_t set);
+    /// As switched off and on: the default set, no acquisition, time 0.
+    void Reset();
+
+    // Acquisition.
+
+    void Start();
+    void Stop();
+    bool IsAcquiring() const;
+    /// Takes a frame if the camera waits for a software trigger.
+    void TriggerSoftware();
+    bool WaitsForTrigger() const;
+
+    // Time. Ticks are nanoseconds.
+
+    static constexpr std::int64_t kTicksPerSecond = 1000000000;
+    std::int64_t Ticks() const;
+    void ResetTicks();
+
+    // The frames.
+
+    bool WaitFrame(const std::stop_token& stop) override;
+    std::size_t FrameSize() override;
+    bool WaitsForBuffer() override { return m_unpaced; }
+    OvProducer::FrameInfo ReadFrame(std::span<std::byte> memory,
+                                    const std::stop_token& abort) override;
+    void DropFrame() override;
+
+private:
+    bool FrameIsPlanned() const;
+    Clock::duration FramePeriod() const;
+    std::uint64_t TakeFrameNumber();
+    void RequireUnlocked(bool shapesFrame) const;
+    OvProducer::FrameInfo Describe(const FrameSettings& settings, std::uint64_t frame) const;
+
+    const CameraIdentity m_identity;
+    const bool m_unpaced;
+    const double m_shortestPeriod;  ///< seconds, by the environment's limit
+
+    mutable std::mutex m_mutex;
+    std::condition_variable_any m_changed;
+    CameraSettings m_settings;
+    std::array<CameraSettings, kUserSets> m_userSets;
+    std::int64_t m_userSetDefault = 0;
+    std::string m_userId;
+    bool m_paramsLocked = false;
+    bool m_acquiring = false;
+    std::optional<std::uint64_t> m_framesLeft;  ///< empty without a limit
+    std::uint64_t m_triggers = 0;
+    std::uint64_t m_frame = 0;
+    Clock::time_point m_due;
+    Clock::time_point m_epoch = Clock::now();
+
+    // Of the source's thread.
+    FrameSettings m_next;  ///< shape of the frame that is due
+    FrameRenderer m_renderer;
+};
+
+}  // namespace OvVirtual
+
+#endif

@@ -1,0 +1,338 @@
+#include "virtual/CameraPort.h"
+
+#include <atomic>
+#include <cstring>
+#include <string_view>
+
+#include "framework/Failure.h"
+
+namespace OvProducer {
+extern const std::string_view kVirtualCameraDescription;
+}
+
+namespace OvVirtual {
+namespace {
+
+using OvProducer::Failure;
+using OvProducer::RegisterSpace;
+using S = CameraSettings;
+
+constexpr std::uint64_t kDescriptionAddress = 0x100000;
+
+/// Registers that choose what other registers show. They belong to the port,
+/// not to the user sets.
+struct Selectors {
+    std::atomic<std::int64_t> temperature = 0;
+    std::atomic<std::int64_t> status = 0;
+    std::atomic<std::int64_t> balance = 0;
+    std::atomic<std::int64_t> lutIndex = 0;
+    std::atomic<std::int64_t> userSet = 0;
+    std::atomic<std::int64_t> latchedTicks = 0;
+};
+
+struct SettingRegister {
+    std::uint64_t address;
+    SettingRange range;
+};
+
+constexpr auto kWidth = static_cast<std::int64_t>(kSensorWidth);
+constexpr auto kHeight = static_cast<std::int64_t>(kSensorHeight);
+constexpr std::int64_t kPatterns = static_cast<std::int64_t>(TestPattern::Count);
+
+constexpr SettingRegister kSettings[] = {
+    {0x0310, {&S::width, 16, kWidth, 4, true}},
+    {0x0314, {&S::height, 16, kHeight, 2, true}},
+    {0x0318, {&S::offsetX, 0, kWidth, 4, false}},
+    {0x031C, {&S::offsetY, 0, kHeight, 2, false}},
+    {0x0328, {&S::binningModeX, 0, 1, 1, false}},
+    {0x032C, {&S::binningModeY, 0, 1, 1, false}},
+    {0x0330, {&S::reverseX, 0, 1, 1, false}},
+    {0x0334, {&S::reverseY, 0, 1, 1, false}},
+    {0x0338, {&S::pixelFormat, 0, 0xFFFFFFFF, 1, true}},
+    {0x033C, {&S::testPattern, 0, kPatterns - 1, 1, false}},
+    {0x0400, {&S::acquisitionMode, 0, 2, 1, true}},
+    {0x0404, {&S::frameCount, 1, 65535, 1, true}},
+    {0x0410, {&S::frameRateMode, 0, 1, 1, false}},
+    {0x0414, {&S::frameRate, 100, 1000000, 1, false}},
+    {0x0420, {&S::triggerMode, 0, 1, 1, false}},
+    {0x0424, {&S::triggerSource, 0, 1, 1, false}},
+    {0x0428, {&S::triggerActivation, 0, 1, 1, false}},
+    {0x0430, {&S::exposure, 40, 2000000, 1, false}},
+    {0x0500, {&S::gain, 0, 240, 1, false}},
+    {0x0504, {&S::blackLevel, 0, 16320, 1, false}},
+    {0x0514, {&S::gammaEnable, 0, 1, 1, false}},
+    {0x0518, {&S::gamma, 10, 400, 1, false}},
+    {0x0600, {&S::lutEnable, 0, 1, 1, false}},
+};
+
+constexpr SettingRegister kBinning[] = {
+    {0x0320, {&S::binningX, 1, 4, 1, true}},
+    {0x0324, {&S::binningY, 1, 4, 1, true}},
+};
+
+std::int64_t Bool(bool value) {
+    return value ? 1 : 0;
+}
+
+void RequireRange(std::int64_t value, std::int64_t min, std::int64_t max) {
+    if (value < min || value > max) {
+        throw Failure(GenTL::GC_ERR_INVALID_VALUE, "The value is out of the register's range");
+    }
+}
+
+std::shared_ptr<const LookUpTable> WithEntry(const LookUpTable& table, std::int64_t index,
+                                             std::int64_t value) {
+    auto copy = std::make_shared<LookUpTable>(table);
+    (*copy)[static_cast<std::size_t>(index)] = static_cast<std::uint16_t>(value);
+    return copy;
+}
+
+/// The whole look-up table: two little-endian bytes an entry.
+class LutRange : public OvProducer::RegisterRange {
+public:
+    explicit LutRange(std::shared_ptr<Camera> camera) : m_camera(std::move(camera)) {}
+
+    std::size_t Length() const override { return sizeof(LookUpTable); }
+
+    void Read(std::size_t offset, std::span<std::byte> out) const override {
+        const auto table = m_camera->Settings().lut;
+        std::memcpy(out.data(), reinterpret_cast<const std::byte*>(table->data()) + offset,
+                    out.size());
+    }
+
+    void Write(std::size_t offset, std::span<const std::byte> in) override {
+        m_camera->Change(false, [&](CameraSettings& settings) {
+            auto table = std::make_shared<LookUpTable>(*settings.lut);
+            std::memcpy(reinterpret_cast<std::byte*>(table->data()) + offset, in.data(), in.size());
+            for (const std::uint16_t level : *table) {
+                RequireRange(level, 0, kTopLevel);
+            }
+            settings.lut = std::move(table);
+        });
+    }
+
+private:
+    std::shared_ptr<Camera> m_camera;
+};
+
+/// Adds the registers of one camera, group by group.
+class Builder {
+public:
+    Builder(std::shared_ptr<Camera> camera, RegisterSpace& registers)
+        : m_camera(std::move(camera)), m_registers(registers) {}
+
+    void AddAll(const OvProducer::PortFacts& facts) {
+        AddIdentity(facts);
+        AddTime();
+        AddSettings();
+        AddImageFacts();
+        AddAcquisition();
+        AddAnalog();
+        AddLut();
+        AddUserSets();
+        AddTransport();
+    }
+
+private:
+    using Read = std::function<std::int64_t()>;
+    using Write = std::function<void(std::int64_t)>;
+
+    void Number(std::uint64_t address, Read read, Write write = {}) {
+        m_registers.AddInteger(address, 4, std::move(read), std::move(write));
+    }
+
+    void Selector(std::uint64_t address, std::atomic<std::int64_t> Selectors::*which,
+                  std::int64_t max) {
+        Number(
+            address, [s = m_selectors, which] { return ((*s).*which).load(); },
+            [s = m_selectors, which, max](std::int64_t value) {
+                RequireRange(value, 0, max);
+                (*s).*which = value;
+            });
+    }
+
+    void AddIdentity(const OvProducer::PortFacts& facts);
+    void AddTime();
+    void AddSettings();
+    void AddBinning(const SettingRegister& entry);
+    void AddImageFacts();
+    void AddAcquisition();
+    void AddAnalog();
+    void AddLut();
+    void AddUserSets();
+    void AddTransport();
+
+    const std::shared_ptr<Camera> m_camera;
+    const std::shared_ptr<Selectors> m_selectors = std::make_shared<Selectors>();
+    RegisterSpace& m_registers;
+};
+
+void Builder::AddIdentity(const OvProducer::PortFacts& facts) {
+    const std::string texts[] = {facts.vendor, facts.model, facts.version, "1.2.0",
+                                 m_camera->Identity().serialNumber};
+    std::uint64_t address = 0x0000;
+    for (const std::string& text : texts) {
+        m_registers.AddText(address, 64, [text] { return text; });
+        address += 64;
+    }
+    m_registers.AddText(
+        0x0180, 64, [c = m_camera] { return c->UserId(); },
+        [c = m_camera](const std::string& text) { c->SetUserId(text); });
+    Selector(0x0200, &Selectors::temperature, 1);
+    m_registers.AddFloat(0x0204, [c = m_camera, s = m_selectors] {
+        // A sensor that works gets warmer; the mainboard lies behind it.
+        const float sensor = c->IsAcquiring() ? 46.5F : 41.0F;
+        return s->temperature == 0 ? sensor : sensor - 5.25F;
+    });
+    Number(0x0208, [c = m_camera] { return Bool(c->Identity().color); });
+    m_registers.AddCommand(0x020C, [c = m_camera] { c->Reset(); });
+}
+
+void Builder::AddTime() {
+    const auto latch = [c = m_camera, s = m_selectors] { s->latchedTicks = c->Ticks(); };
+    m_registers.AddCommand(0x0210, latch);
+    m_registers.AddCommand(0x0214, [c = m_camera] { c->ResetTicks(); });
+    m_registers.AddCommand(0x0218, [c = m_camera, latch] {
+        latch();
+        c->ResetTicks();
+    });
+    m_registers.AddInteger(0x0220, 8, [] { return Camera::kTicksPerSecond; });
+    m_registers.AddInteger(0x0228, 8, [s = m_selectors] { return s->latchedTicks.load(); });
+}
+
+void Builder::AddSettings() {
+    for (const SettingRegister& entry : kSettings) {
+        Number(
+            entry.address,
+            [c = m_camera, field = entry.range.field] { return c->Settings().*field; },
+            [c = m_camera, range = entry.range](std::int64_t value) { c->Set(range, value); });
+    }
+    for (const SettingRegister& entry : kBinning) {
+        AddBinning(entry);
+    }
+}
+
+void Builder::AddBinning(const SettingRegister& entry) {
+    const SettingRange range = entry.range;
+    Number(
+        entry.address, [c = m_camera, range] { return c->Settings().*range.field; },
+        [c = m_camera, range](std::int64_t value) {
+            RequireRange(value, range.min, range.max);
+            c->Change(true, [&](CameraSettings& settings) {
+                const CameraSettings before = settings;
+                settings.*range.field = value;
+                FitToBinning(settings, before);
+            });
+        });
+}
+
+void Builder::AddImageFacts() {
+    Number(0x0300, [] { return kWidth; });
+    Number(0x0304, [] { return kHeight; });
+    Number(0x0308, [c = m_camera] {
+        const std::int64_t whole = kWidth / c->Settings().binningX;
+        return whole - whole % 4;
+    });
+    Number(0x030C, [c = m_camera] { return kHeight / c->Settings().binningY; });
+    Number(0x0340, [c = m_camera] {
+        return static_cast<std::int64_t>(
+            BitsOf(static_cast<PixelFormat>(c->Settings().pixelFormat)));
+    });
+    Number(0x0344, [c = m_camera] {
+        return Bool(IsBayer(static_cast<PixelFormat>(c->Settings().pixelFormat)));
+    });
+}
+
+void Builder::AddAcquisition() {
+    m_registers.AddCommand(0x0408, [c = m_camera] { c->Start(); });
+    m_registers.AddCommand(0x040C, [c = m_camera] { c->Stop(); });
+    m_registers.AddFloat(
+        0x0418, [c = m_camera] { return static_cast<float>(1 / FrameTime(c->Settings())); });
+    m_registers.AddCommand(0x042C, [c = m_camera] { c->TriggerSoftware(); });
+    Selector(0x0440, &Selectors::status, 1);
+    Number(0x0444, [c = m_camera, s = m_selectors] {
+        return Bool(s->status == 0 ? c->IsAcquiring() : c->WaitsForTrigger());
+    });
+}
+
+void Builder::AddAnalog() {
+    Selector(0x0508, &Selectors::balance, 2);
+    Number(
+        0x050C,
+        [c = m_camera, s = m_selectors] {
+            return c->Settings().balance[static_cast<std::size_t>(s->balance.load())];
+        },
+        [c = m_camera, s = m_selectors](std::int64_t value) {
+            RequireRange(value, 0, 65535);
+            const auto channel = static_cast<std::size_t>(s->balance.load());
+            c->Change(false, [&](CameraSettings& settings) { settings.balance[channel] = value; });
+        });
+    // White is known here without looking at a frame.
+    m_registers.AddCommand(0x0510, [c = m_camera] {
+        c->Change(false, [color = c->Identity().color](CameraSettings& settings) {
+            settings.balance = FactorySettings(color).balance;
+        });
+    });
+}
+
+void Builder::AddLut() {
+    Selector(0x0604, &Selectors::lutIndex, kTopLevel);
+    Number(
+        0x0608,
+        [c = m_camera, s = m_selectors] {
+            const auto table = c->Settings().lut;
+            return static_cast<std::int64_t>(
+                (*table)[static_cast<std::size_t>(s->lutIndex.load())]);
+        },
+        [c = m_camera, s = m_selectors](std::int64_t value) {
+            RequireRange(value, 0, kTopLevel);
+            c->Change(false, [&](CameraSettings& settings) {
+                settings.lut = WithEntry(*settings.lut, s->lutIndex, value);
+            });
+        });
+    m_registers.Add(0x2000, std::make_unique<LutRange>(m_camera));
+}
+
+void Builder::AddUserSets() {
+    constexpr std::int64_t last = Camera::kUserSets - 1;
+    Selector(0x0700, &Selectors::userSet, last);
+    m_registers.AddCommand(0x0704, [c = m_camera, s = m_selectors] { c->LoadUserSet(s->userSet); });
+    m_registers.AddCommand(0x0708, [c = m_camera, s = m_selectors] { c->SaveUserSet(s->userSet); });
+    Number(
+        0x070C, [c = m_camera] { return c->UserSetDefault(); },
+        [c = m_camera](std::int64_t value) {
+            RequireRange(value, 0, last);
+            c->SetUserSetDefault(value);
+        });
+}
+
+void Builder::AddTransport() {
+    Number(0x0800, [c = m_camera] {
+        const CameraIdentity& identity = c->Identity();
+        return static_cast<std::int64_t>(
+            FrameSize(FrameSettingsOf(c->Settings(), identity.color, identity.index)));
+    });
+    Number(
+        0x0804, [c = m_camera] { return Bool(c->ParamsLocked()); },
+        [c = m_camera](std::int64_t value) {
+            RequireRange(value, 0, 1);
+            c->SetParamsLocked(value != 0);
+        });
+    Number(0x0808, [] { return 0; });
+}
+
+}  // namespace
+
+std::unique_ptr<OvProducer::Port> MakeCameraPort(const std::shared_ptr<Camera>& camera,
+                                                 OvProducer::PortFacts facts) {
+    auto port = std::make_unique<OvProducer::Port>(facts);
+    Builder(camera, port->Registers()).AddAll(facts);
+    OvProducer::Description description;
+    description.name = "OvVirtualCamera_1_0_0";
+    description.xml = std::string(OvProducer::kVirtualCameraDescription);
+    description.zipped = true;
+    port->AddDescription(description, kDescriptionAddress);
+    return port;
+}
+
+}  // namespace OvVirtual

@@ -1,0 +1,20 @@
+/// @file
+/// The registers of a virtual camera, as descriptions/VirtualCamera.xml maps
+/// them.
+#ifndef OV_VIRTUAL_CAMERA_PORT_H
+#define OV_VIRTUAL_CAMERA_PORT_H
+
+#include <memory>
+
+#include "framework/Port.h"
+#include "virtual/Camera.h"
+
+namespace OvVirtual {
+
+/// The camera's own port with its description. Keeps the camera.
+std::unique_ptr<OvProducer::Port> MakeCameraPort(const std::shared_ptr<Camera>& camera,
+                                                 OvProducer::PortFacts facts);
+
+}  // namespace OvVirtual
+
+#endif

@@ -1,0 +1,22 @@
+/// @file
+/// What the environment says of the virtual cameras; README.md lists it.
+#ifndef OV_VIRTUAL_ENVIRONMENT_H
+#define OV_VIRTUAL_ENVIRONMENT_H
+
+#include <optional>
+
+namespace OvVirtual {
+
+struct Environment {
+    unsigned cameras = 2;
+    /// Upper limit of the frame rate, frames per second; 0: frames wait for
+    /// buffers and nothing else.
+    std::optional<double> frameRate;
+};
+
+/// Values that make no sense are as if they weren't there.
+Environment ReadEnvironment();
+
+}  // namespace OvVirtual
+
+#endif
