@@ -60,23 +60,19 @@ INodePrivate* string2node_t::Find(std::string_view name, ENameSpace nameSpace) c
     return nameSpace == Standard ? found->second.standard : found->second.custom;
 }
 
-void string2node_t::Clear() {
-    m_Spaces.clear();
-    m_All.clear();
-}
-
 CNodeMap::CNodeMap(const gcstring& deviceName, CLock* lock)
     : m_DeviceName(deviceName), m_pLock(lock == nullptr ? &m_OwnLock : lock) {
     m_IsLoggingEnabled = CLog::Exist("GenApi");
     m_IsDeviceLoggingEnabled = CLog::Exist(gcstring("GenApi.") + deviceName);
 }
 
-void CNodeMap::Destroy() {
+CNodeMap::~CNodeMap() {
     for (INodePrivate* const node : m_Node2NodeID) {
         delete node;
     }
-    m_Node2NodeID.clear();
-    m_Names.Clear();
+}
+
+void CNodeMap::Destroy() {
     delete this;
 }
 

@@ -19,7 +19,6 @@ public:
     /// Null when there is none in that space.
     INodePrivate* Find(std::string_view name, ENameSpace nameSpace) const;
     const std::vector<INodePrivate*>& GetAll() const { return m_All; }
-    void Clear();
 
 private:
     struct Spaces {
@@ -44,6 +43,8 @@ class CNodeMap : public virtual INodeMapPrivate,
 public:
     /// @param lock  shared with other maps; null for a lock of its own
     explicit CNodeMap(const gcstring& deviceName, CLock* lock = nullptr);
+    /// Ends the nodes.
+    ~CNodeMap() override;
     CNodeMap(const CNodeMap&) = delete;
     CNodeMap& operator=(const CNodeMap&) = delete;
 
@@ -85,8 +86,6 @@ public:
     UserData_t SetUserData(UserData_t data) override { return std::exchange(m_pUserData, data); }
 
 private:
-    ~CNodeMap() override = default;
-
     gcstring m_ModelName;
     gcstring m_VendorName;
     gcstring m_ToolTip;

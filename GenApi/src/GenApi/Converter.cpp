@@ -1,0 +1,118 @@
+#include "GenApi/impl/Converter.h"
+
+namespace GenApi_3_0_ORVANE {
+
+template <class Types>
+void CConverterBase<Types>::SetProperty(const CProperty& property) {
+    if (m_Display.Set(property)) {
+        return;
+    }
+    switch (property.GetPropertyID()) {
+        case CPropertyID::pValue_ID:
+            m_Value = static_cast<IBase*>(LinkChild(property, ReadRole | WriteRole | ValueRole));
+            break;
+        case CPropertyID::pSwissKnifeTo_ID:
+            m_pConvertTo = dynamic_cast<CSwissKnifeBase<Types>*>(LinkChild(property, ReadRole));
+            break;
+        case CPropertyID::pSwissKnifeFrom_ID:
+            m_pConvertFrom = dynamic_cast<CSwissKnifeBase<Types>*>(LinkChild(property, ReadRole));
+            break;
+        case CPropertyID::Slope_ID:
+            m_Slope = property.ESlope();
+            break;
+        case CPropertyID::IsLinear_ID:
+            m_IsLinear = property.EYesNo();
+            break;
+        case CPropertyID::FormulaTo_ID:
+        case CPropertyID::FormulaFrom_ID:
+            // The inner knives hold the formulas.
+            break;
+        default:
+            CNodeImpl::SetProperty(property);
+            break;
+    }
+}
+
+template <class Types>
+typename CConverterBase<Types>::Value_t CConverterBase<Types>::InternalGetValue(bool verify,
+                                                                                bool ignoreCache) {
+    const Value_t source = m_Value.GetValue(verify, ignoreCache);
+    return m_pConvertFrom->GetValueWithInput(source, verify, ignoreCache);
+}
+
+template <class Types>
+void CConverterBase<Types>::InternalSetValue(Value_t value, bool verify) {
+    m_Value.SetValue(m_pConvertTo->GetValueWithInput(value, false, false), verify);
+}
+
+template <class Types>
+ESlope CConverterBase<Types>::GetSlope() {
+    if (m_Slope == Automatic) {
+        const Value_t atMin = FromSource(m_Value.GetMin());
+        const Value_t atMax = FromSource(m_Value.GetMax());
+        m_Slope = atMax >= atMin ? Increasing : Decreasing;
+    }
+    return m_Slope;
+}
+
+template <class Types>
+typename CConverterBase<Types>::Value_t CConverterBase<Types>::LimitAt(ESlope slopeOfMin) {
+    const ESlope slope = GetSlope();
+    if (slope == Varying) {
+        return slopeOfMin == Increasing ? Types::kLowest : Types::kHighest;
+    }
+    return FromSource(slope == slopeOfMin ? m_Value.GetMin() : m_Value.GetMax());
+}
+
+template <class Types>
+bool CConverterBase<Types>::InternalHasInc() {
+    return GetSlope() != Varying && m_IsLinear == Yes;
+}
+
+template <class Types>
+typename CConverterBase<Types>::Value_t CConverterBase<Types>::InternalGetInc() {
+    OV_ASSERT(m_Slope != Varying && "the guard in FloatT failed");
+    OV_ASSERT(m_IsLinear == Yes && "the guard in FloatT failed");
+    const Value_t inc = FromSource(m_Value.GetInc());
+    return GetSlope() == Decreasing ? -inc : inc;
+}
+
+template <class Types>
+ERepresentation CConverterBase<Types>::InternalGetRepresentation() const {
+    return m_Display.representation == _UndefinedRepresentation ? m_Value.GetRepresentation()
+                                                                : m_Display.representation;
+}
+
+template <class Types>
+gcstring CConverterBase<Types>::InternalGetUnit() const {
+    return m_Display.unit.empty() ? m_Value.GetUnit() : m_Display.unit;
+}
+
+template <class Types>
+EDisplayNotation CConverterBase<Types>::InternalGetDisplayNotation() const {
+    if (m_Display.notation != _UndefinedEDisplayNotation) {
+        return m_Display.notation;
+    }
+    if constexpr (std::is_same_v<Types, SwissKnifeTypes>) {
+        return m_Value.GetDisplayNotation();
+    } else {
+        return fnAutomatic;
+    }
+}
+
+template <class Types>
+int64_t CConverterBase<Types>::InternalGetDisplayPrecision() const {
+    if (m_Display.precision >= 0) {
+        return m_Display.precision;
+    }
+    if constexpr (std::is_same_v<Types, SwissKnifeTypes>) {
+        return m_Value.GetDisplayPrecision();
+    } else {
+        return -1;
+    }
+}
+
+template class CConverterBase<SwissKnifeTypes>;
+template class CConverterBase<IntSwissKnifeTypes>;
+
+}  // namespace GenApi_3_0_ORVANE

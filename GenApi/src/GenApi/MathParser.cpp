@@ -1,0 +1,408 @@
+#include "GenApi/impl/MathParser.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cctype>
+#include <optional>
+
+#include "FormulaTokens.h"
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+constexpr const char* kBrackets = "#Brackets do not match!";
+constexpr const char* kSyntax = "#Syntax error!";
+constexpr const char* kInvalid = "#Invalid formula";
+constexpr const char* kExtraOperation = "#Extra operation!";
+constexpr const char* kLogical = "#Logical expression error!";
+constexpr const char* kInvalidCount = "#Invalid parameters count for function call!";
+constexpr size_t kReserved = 64;
+
+struct FunctionRow {
+    std::string_view name;
+    FormulaFunction function;
+};
+
+constexpr std::array<FunctionRow, 18> kFunctions{{
+    {"ATAN", FormulaFunction::Atan},
+    {"COS", FormulaFunction::Cos},
+    {"SIN", FormulaFunction::Sin},
+    {"TAN", FormulaFunction::Tan},
+    {"ASIN", FormulaFunction::Asin},
+    {"ACOS", FormulaFunction::Acos},
+    {"ABS", FormulaFunction::Abs},
+    {"EXP", FormulaFunction::Exp},
+    {"SQRT", FormulaFunction::Sqrt},
+    {"LN", FormulaFunction::Ln},
+    {"LG", FormulaFunction::Lg},
+    {"FLOOR", FormulaFunction::Floor},
+    {"CEIL", FormulaFunction::Ceil},
+    {"FRAC", FormulaFunction::Frac},
+    {"TRUNC", FormulaFunction::Trunc},
+    {"ROUND", FormulaFunction::Round},
+    {"SGN", FormulaFunction::Sgn},
+    {"NEG", FormulaFunction::Neg},
+}};
+
+std::optional<FormulaFunction> FindFunction(std::string_view upperName, bool hasAll) {
+    for (const FunctionRow& row : kFunctions) {
+        const bool isKnown = hasAll || row.function >= FormulaFunction::Sgn;
+        if (isKnown && row.name == upperName) {
+            return row.function;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string ToUpper(std::string_view text) {
+    std::string upper(text);
+    for (char& character : upper) {
+        character = static_cast<char>(std::toupper(static_cast<unsigned char>(character)));
+    }
+    return upper;
+}
+
+}  // namespace
+
+/// Turns a formula into a program in one pass. Operators wait on a stack until
+/// one that binds no tighter comes, so equal ones associate to the left.
+template <class Traits>
+class MathParserT<Traits>::Compiler {
+public:
+    Compiler(MathParserT& parser, std::string_view formula, bool upperCase)
+        : m_Parser(parser), m_Tokens(formula), m_UpperCase(upperCase) {
+        m_Waiting.reserve(kReserved);
+    }
+
+    const char* Compile() {
+        for (;;) {
+            const FormulaPiece piece = m_Tokens.Next();
+            if (piece.token == FormulaToken::End) {
+                return Finish();
+            }
+            const char* const error = m_WantsOperand ? TakeOperand(piece) : TakeOperator(piece);
+            if (error != nullptr) {
+                return error;
+            }
+        }
+    }
+
+private:
+    /// What waits on the stack.
+    enum class Kind : uint8_t { Binary, Prefix, Bracket, Function };
+    struct Entry {
+        Kind kind;
+        uint8_t detail;
+        int priority;
+        uint16_t arguments;
+    };
+    static constexpr int kPrefixPriority = 6;
+
+    const char* TakeOperand(const FormulaPiece& piece) {
+        switch (piece.token) {
+            case FormulaToken::Number:
+                return TakeNumber();
+            case FormulaToken::Name:
+                return TakeName(piece.text);
+            case FormulaToken::Operator:
+                return TakePrefix(piece.op);
+            default:
+                return kSyntax;
+        }
+    }
+
+    const char* TakeNumber() {
+        Value number{};
+        m_Tokens.Skip(Traits::ParseNumber(m_Tokens.Rest(), number));
+        EmitNumber(number);
+        return nullptr;
+    }
+
+    const char* TakePrefix(FormulaOp op) {
+        switch (op) {
+            case FormulaOp::Add:
+                return nullptr;
+            case FormulaOp::Subtract:
+                Wait(Kind::Prefix, static_cast<uint8_t>(FormulaOp::Subtract), kPrefixPriority);
+                return nullptr;
+            case FormulaOp::Complement:
+                Wait(Kind::Prefix, static_cast<uint8_t>(FormulaOp::Complement),
+                     PriorityOf(FormulaOp::Complement));
+                return nullptr;
+            case FormulaOp::Open:
+                Wait(Kind::Bracket, 0, PriorityOf(FormulaOp::Open));
+                return nullptr;
+            default:
+                return kSyntax;
+        }
+    }
+
+    const char* TakeName(std::string_view text) {
+        const std::string upper = ToUpper(text);
+        if (const auto function = FindFunction(upper, Traits::HasFunctions)) {
+            return TakeFunction(*function);
+        }
+        if (Traits::HasFunctions && (upper == "E" || upper == "PI")) {
+            EmitNumber(static_cast<Value>(std::bit_cast<double>(
+                upper == "E" ? uint64_t{0x4005BF0A8B145769} : uint64_t{0x400921FB54442D18})));
+            return nullptr;
+        }
+        return TakeVariable(m_UpperCase ? std::string_view(upper) : text);
+    }
+
+    const char* TakeFunction(FormulaFunction function) {
+        const FormulaPiece next = m_Tokens.Next();
+        if (next.token != FormulaToken::Operator || next.op != FormulaOp::Open) {
+            return kSyntax;
+        }
+        Wait(Kind::Function, static_cast<uint8_t>(function), PriorityOf(FormulaOp::Open));
+        return nullptr;
+    }
+
+    const char* TakeVariable(std::string_view name) {
+        const auto& variables = m_Parser.m_Variables;
+        const auto found =
+            std::find_if(variables.begin(), variables.end(),
+                         [name](const Variable& variable) { return variable.name == name; });
+        if (found == variables.end()) {
+            m_Parser.m_UnknownName = "# " + std::string(name) + " - Unknown function/variable!";
+            return m_Parser.m_UnknownName.c_str();
+        }
+        Instruction& instruction = Emit(Code::Variable);
+        instruction.index = static_cast<size_t>(found - variables.begin());
+        PushValue();
+        return nullptr;
+    }
+
+    const char* TakeOperator(const FormulaPiece& piece) {
+        if (piece.token != FormulaToken::Operator || piece.op == FormulaOp::Open ||
+            piece.op == FormulaOp::Complement || piece.op == FormulaOp::Semicolon) {
+            return kSyntax;
+        }
+        if (piece.op == FormulaOp::Close) {
+            return CloseBracket();
+        }
+        if (piece.op == FormulaOp::Comma) {
+            return TakeComma();
+        }
+        ApplyWaiting(PriorityOf(piece.op));
+        Wait(Kind::Binary, static_cast<uint8_t>(piece.op), PriorityOf(piece.op));
+        m_WantsOperand = true;
+        return nullptr;
+    }
+
+    const char* CloseBracket() {
+        ApplyAll();
+        if (m_Waiting.empty()) {
+            return kSyntax;
+        }
+        const Entry mark = m_Waiting.back();
+        m_Waiting.pop_back();
+        if (mark.kind == Kind::Function) {
+            EmitCall(mark);
+        }
+        return nullptr;
+    }
+
+    const char* TakeComma() {
+        ApplyAll();
+        if (m_Waiting.empty()) {
+            return kSyntax;
+        }
+        ++m_Waiting.back().arguments;
+        m_WantsOperand = true;
+        return nullptr;
+    }
+
+    /// Applies what waits and binds at least as tight, down to a bracket.
+    void ApplyWaiting(int priority) {
+        while (!m_Waiting.empty() && !IsMark(m_Waiting.back()) &&
+               m_Waiting.back().priority >= priority) {
+            ApplyTop();
+        }
+    }
+
+    void ApplyAll() {
+        while (!m_Waiting.empty() && !IsMark(m_Waiting.back())) {
+            ApplyTop();
+        }
+    }
+
+    void ApplyTop() {
+        const Entry top = m_Waiting.back();
+        m_Waiting.pop_back();
+        if (top.kind == Kind::Prefix) {
+            EmitPrefix(top);
+            return;
+        }
+        const auto op = static_cast<FormulaOp>(top.detail);
+        if (op == FormulaOp::Select) {
+            ApplySelect();
+        } else if (op == FormulaOp::Condition) {
+            EmitFailure(kLogical);
+        } else {
+            Emit(Code::Operator).detail = top.detail;
+            PopValues(1);
+        }
+    }
+
+    /// A selection wants its condition directly below.
+    void ApplySelect() {
+        const bool hasCondition =
+            !m_Waiting.empty() && m_Waiting.back().kind == Kind::Binary &&
+            static_cast<FormulaOp>(m_Waiting.back().detail) == FormulaOp::Condition;
+        if (!hasCondition) {
+            EmitFailure(kLogical);
+            return;
+        }
+        m_Waiting.pop_back();
+        Emit(Code::Select);
+        PopValues(2);
+    }
+
+    const char* Finish() {
+        if (m_WantsOperand && !m_Waiting.empty()) {
+            // An operator stands without its operand.
+            EmitFailure(kExtraOperation);
+        }
+        ApplyAll();
+        if (m_Depth != 1) {
+            EmitFailure(kInvalid);
+        }
+        m_Parser.m_Stack.assign(std::max(m_MaxDepth, kReserved), Value());
+        return nullptr;
+    }
+
+    void EmitNumber(Value number) {
+        Emit(Code::Number).number = number;
+        PushValue();
+    }
+
+    void EmitPrefix(const Entry& prefix) {
+        if (static_cast<FormulaOp>(prefix.detail) == FormulaOp::Complement) {
+            Emit(Code::Operator).detail = prefix.detail;
+        } else {
+            EmitCall({Kind::Function, static_cast<uint8_t>(FormulaFunction::Neg), 0, 1});
+        }
+    }
+
+    void EmitCall(const Entry& call) {
+        const bool isRound = static_cast<FormulaFunction>(call.detail) == FormulaFunction::Round;
+        if (isRound && call.arguments > 2) {
+            EmitFailure(kInvalidCount);
+            return;
+        }
+        Instruction& instruction = Emit(Code::Function);
+        instruction.detail = call.detail;
+        instruction.arguments = call.arguments;
+        if (isRound) {
+            PopValues(call.arguments - 1U);
+        }
+    }
+
+    void EmitFailure(const char* text) { Emit(Code::Fail).text = text; }
+
+    Instruction& Emit(Code code) {
+        Instruction instruction{};
+        instruction.code = code;
+        m_Parser.m_Program.push_back(instruction);
+        return m_Parser.m_Program.back();
+    }
+
+    void Wait(Kind kind, uint8_t detail, int priority) {
+        m_Waiting.push_back({kind, detail, priority, 1});
+    }
+
+    static bool IsMark(const Entry& entry) {
+        return entry.kind == Kind::Bracket || entry.kind == Kind::Function;
+    }
+
+    void PushValue() {
+        m_MaxDepth = std::max(m_MaxDepth, ++m_Depth);
+        m_WantsOperand = false;
+    }
+
+    void PopValues(size_t count) { m_Depth = m_Depth > count ? m_Depth - count : 0; }
+
+    MathParserT& m_Parser;
+    FormulaTokens m_Tokens;
+    bool m_UpperCase;
+    bool m_WantsOperand = true;
+    std::vector<Entry> m_Waiting;
+    size_t m_Depth = 0;
+    size_t m_MaxDepth = 0;
+};
+
+template <class Traits>
+const char* MathParserT<Traits>::Compile(std::string_view formula, bool upperCase) {
+    m_IsCompiled = false;
+    m_Program.clear();
+    if (!DoBracketsMatch(formula)) {
+        return kBrackets;
+    }
+    m_Program.reserve(kReserved);
+    const char* const error = Compiler(*this, formula, upperCase).Compile();
+    m_IsCompiled = error == nullptr;
+    return error;
+}
+
+template <class Traits>
+const char* MathParserT<Traits>::Evaluate(Value& result) {
+    if (!m_IsCompiled) {
+        return kInvalid;
+    }
+    size_t depth = 0;
+    for (const Instruction& instruction : m_Program) {
+        if (const char* const error = Run(instruction, depth)) {
+            return error;
+        }
+    }
+    result = m_Stack[0];
+    return nullptr;
+}
+
+template <class Traits>
+const char* MathParserT<Traits>::Run(const Instruction& instruction, size_t& depth) {
+    Value* const top = m_Stack.data() + (depth == 0 ? 0 : depth - 1);
+    switch (instruction.code) {
+        case Code::Number:
+            m_Stack[depth++] = instruction.number;
+            return nullptr;
+        case Code::Variable:
+            m_Stack[depth++] = m_Variables[instruction.index].slot;
+            return nullptr;
+        case Code::Operator: {
+            const auto op = static_cast<FormulaOp>(instruction.detail);
+            if (op == FormulaOp::Complement) {
+                return Traits::Complement(*top, *top);
+            }
+            --depth;
+            return Traits::Apply(op, top[-1], top[0], top[-1]);
+        }
+        case Code::Function:
+            if constexpr (Traits::HasFunctions) {
+                const auto function = static_cast<FormulaFunction>(instruction.detail);
+                if (function == FormulaFunction::Round && instruction.arguments == 2) {
+                    --depth;
+                    top[-1] = RoundAt(top[-1], top[0]);
+                    return nullptr;
+                }
+            }
+            *top = Traits::Call(static_cast<FormulaFunction>(instruction.detail), *top);
+            return nullptr;
+        case Code::Select:
+            depth -= 2;
+            top[-2] = top[-2] != 0 ? top[-1] : top[0];
+            return nullptr;
+        case Code::Fail:
+            break;
+    }
+    return instruction.text;
+}
+
+template class MathParserT<DoubleFormulaTraits>;
+template class MathParserT<Int64FormulaTraits>;
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,220 @@
+#include "GenApi/impl/SwissKnife.h"
+
+#include <string_view>
+
+#include "GenApi/IEnumeration.h"
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+constexpr const char* kInputNames[] = {"FROM", "TO"};
+constexpr std::string_view kEntry = "Entry.";
+
+}  // namespace
+
+bool DisplayProperties::Set(const CProperty& property) {
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Representation_ID:
+            representation = property.ERepresentation();
+            return true;
+        case CPropertyID::Unit_ID:
+            unit = property.String().c_str();
+            return true;
+        case CPropertyID::DisplayNotation_ID:
+            notation = property.EDisplayNotation();
+            return true;
+        case CPropertyID::DisplayPrecision_ID:
+            precision = property.Integer();
+            return true;
+        default:
+            return false;
+    }
+}
+
+template <class Types>
+void CSwissKnifeBase<Types>::SetProperty(const CProperty& property) {
+    if (m_Display.Set(property)) {
+        return;
+    }
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Formula_ID:
+            m_Formula = property.String().c_str();
+            break;
+        case CPropertyID::pVariable_ID:
+            AddVariable(property);
+            break;
+        case CPropertyID::InputDirection_ID:
+            m_InputDirection = property.EInputDirection();
+            break;
+        default:
+            CNodeImpl::SetProperty(property);
+            break;
+    }
+}
+
+template <class Types>
+void CSwissKnifeBase<Types>::AddVariable(const CProperty& property) {
+    static constexpr std::pair<std::string_view, Aspect> kAspects[] = {
+        {"Value", Aspect::Value},
+        {"Min", Aspect::Min},
+        {"Max", Aspect::Max},
+        {"Inc", Aspect::Inc},
+        {"AccessMode", Aspect::AccessMode},
+        {"Visibility", Aspect::Visibility},
+        {"CachingMode", Aspect::CachingMode},
+    };
+    Variable& variable = m_Variables.emplace_back();
+    INodePrivate* const node = LinkChild(property, ReadRole | ValueRole);
+    variable.node = node;
+    variable.source = static_cast<IBase*>(node);
+    variable.name = property.GetAttribute()->String();
+    const size_t point = variable.name.find('.');
+    if (point == std::string::npos) {
+        return;
+    }
+    variable.extension = variable.name.substr(point + 1);
+    variable.aspect = Aspect::Invalid;
+    if (std::string_view(variable.extension).starts_with(kEntry)) {
+        variable.aspect = Aspect::Entry;
+        return;
+    }
+    for (const auto& [text, aspect] : kAspects) {
+        if (variable.extension == text) {
+            variable.aspect = aspect;
+        }
+    }
+}
+
+template <class Types>
+void CSwissKnifeBase<Types>::FinalConstruct() {
+    CNodeImpl::FinalConstruct();
+    CheckExpressions();
+}
+
+template <class Types>
+bool CSwissKnifeBase<Types>::ReadsUpperCase() {
+    Version_t version;
+    dynamic_cast<IDeviceInfo&>(GetMap()).GetSchemaVersion(version);
+    return version.Major == 1 && version.Minor == 0;
+}
+
+template <class Types>
+void CSwissKnifeBase<Types>::CheckExpressions() {
+    m_Parser.ClearVariables();
+    for (const Variable& variable : m_Variables) {
+        m_Parser.AddVariable(variable.name);
+    }
+    if (m_InputDirection != idNone) {
+        m_Parser.AddVariable(kInputNames[m_InputDirection]);
+    }
+    const char* const error = m_Parser.Compile(m_Formula.c_str(), ReadsUpperCase());
+    if (error != nullptr) {
+        LOGICAL_ERROR_EXCEPTION_NODE("%s : Failed to parse formula '%s' : error message is '%s'",
+                                     m_Name.c_str(), m_Formula.c_str(), error);
+    }
+}
+
+template <class Types>
+EAccessMode CSwissKnifeBase<Types>::InternalGetAccessMode() {
+    return CachedAccessMode([this] { return Combine(ComputeAccessMode(nullptr), RO); });
+}
+
+template <class Types>
+ECachingMode CSwissKnifeBase<Types>::InternalGetCachingMode() {
+    if (m_CachingModeCache != _UndefinedCachingMode) {
+        return CNodeImpl::InternalGetCachingMode();
+    }
+    ECachingMode mode = CNodeImpl::InternalGetCachingMode();
+    for (const Variable& variable : m_Variables) {
+        mode = Combine(mode, variable.source.GetCachingMode());
+    }
+    m_CachingModeCache = mode;
+    return mode;
+}
+
+template <class Types>
+typename CSwissKnifeBase<Types>::Value_t CSwissKnifeBase<Types>::GetValueWithInput(
+    Value_t input, bool verify, bool ignoreCache) {
+    const AutoLock lock(GetLock());
+    for (size_t i = 0; i < m_Variables.size(); ++i) {
+        m_Parser.GetVariableSlot(i) = ReadVariable(m_Variables[i], verify, ignoreCache);
+    }
+    if (m_InputDirection != idNone) {
+        m_Parser.GetVariableSlot(m_Variables.size()) = input;
+    }
+    Value_t result{};
+    if (const char* const error = m_Parser.Evaluate(result)) {
+        ThrowFailedEvaluation(error);
+    }
+    return result;
+}
+
+template <class Types>
+void CSwissKnifeBase<Types>::ThrowFailedEvaluation(const char* text) {
+    LOGICAL_ERROR_EXCEPTION_NODE("%s : Failed to evaluate formula '%s' : error message is '%s'",
+                                 m_Name.c_str(), m_Formula.c_str(), text);
+}
+
+template <class Types>
+typename CSwissKnifeBase<Types>::Value_t CSwissKnifeBase<Types>::ReadVariable(
+    const Variable& variable, bool verify, bool ignoreCache) {
+    switch (variable.aspect) {
+        case Aspect::Value:
+            return variable.source.GetValue(verify, ignoreCache);
+        case Aspect::Min:
+            return variable.source.GetMin();
+        case Aspect::Max:
+            return variable.source.GetMax();
+        case Aspect::Inc:
+            return variable.source.GetInc();
+        case Aspect::AccessMode:
+            return static_cast<Value_t>(variable.node->GetAccessMode());
+        case Aspect::Visibility:
+            return static_cast<Value_t>(variable.node->GetVisibility());
+        case Aspect::CachingMode:
+            return static_cast<Value_t>(variable.node->GetCachingMode());
+        case Aspect::Entry:
+            return ReadEntry(variable);
+        case Aspect::Invalid:
+            break;
+    }
+    RUNTIME_EXCEPTION_NODE("Invalid Extension %s", variable.extension.c_str());
+}
+
+template <class Types>
+typename CSwissKnifeBase<Types>::Value_t CSwissKnifeBase<Types>::ReadEntry(
+    const Variable& variable) {
+    auto* const enumeration = dynamic_cast<IEnumeration*>(variable.node);
+    if (enumeration == nullptr) {
+        RUNTIME_EXCEPTION_NODE(Types::kNoEnumeration, variable.name.c_str());
+    }
+    const std::string symbolic = variable.extension.substr(kEntry.size());
+    IEnumEntry* const entry = enumeration->GetEntryByName(symbolic.c_str());
+    if (entry == nullptr) {
+        RUNTIME_EXCEPTION_NODE("Variable '%s' does not point to EnumEntry '%s'",
+                               variable.name.c_str(), symbolic.c_str());
+    }
+    return static_cast<Value_t>(entry->GetNumericValue());
+}
+
+template <class Types>
+void CSwissKnifeBase<Types>::InternalSetValue(Value_t /*value*/, bool /*verify*/) {
+    LOGICAL_ERROR_EXCEPTION_NODE(Types::kReadOnly, m_Name.c_str());
+}
+
+template <class Types>
+ERepresentation CSwissKnifeBase<Types>::InternalGetRepresentation() const {
+    return m_Display.representation == _UndefinedRepresentation ? PureNumber
+                                                                : m_Display.representation;
+}
+
+template <class Types>
+EDisplayNotation CSwissKnifeBase<Types>::InternalGetDisplayNotation() const {
+    return m_Display.notation == _UndefinedEDisplayNotation ? fnAutomatic : m_Display.notation;
+}
+
+template class CSwissKnifeBase<SwissKnifeTypes>;
+template class CSwissKnifeBase<IntSwissKnifeTypes>;
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,144 @@
+#pragma once
+/// Compiles the formulas of a description and evaluates them.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace GenApi_3_0_ORVANE {
+
+/// The language's operators. The order is that in which a formula's text is
+/// tried for them.
+enum class FormulaOp : uint8_t {
+    ShiftLeft,
+    ShiftRight,
+    Power,
+    NotEqual,
+    GreaterEqual,
+    LessEqual,
+    LogicalAnd,
+    LogicalOr,
+    CommentBegin,
+    Assign,
+    Open,
+    Add,
+    Subtract,
+    Multiply,
+    Divide,
+    Modulo,
+    Dollar,
+    Xor,
+    Complement,
+    And,
+    Or,
+    Equal,
+    Greater,
+    Less,
+    Condition,
+    Select,
+    Close,
+    Comma,
+    Semicolon
+};
+
+/// The functions of the language. The integers know the last two alone.
+enum class FormulaFunction : uint8_t {
+    Atan,
+    Cos,
+    Sin,
+    Tan,
+    Asin,
+    Acos,
+    Abs,
+    Exp,
+    Sqrt,
+    Ln,
+    Lg,
+    Floor,
+    Ceil,
+    Frac,
+    Trunc,
+    Round,
+    Sgn,
+    Neg
+};
+
+/// A formula, compiled once and evaluated any number of times. Failures are
+/// texts that begin with "#" and live as long as the parser. Evaluation
+/// allocates nothing. `Traits` gives the numbers and what operators do to them.
+template <class Traits>
+class MathParserT {
+public:
+    using Value = typename Traits::Value;
+
+    /// Enters a variable; its place is the number of those before it.
+    void AddVariable(std::string_view name) { m_Variables.push_back({std::string(name), Value()}); }
+    void ClearVariables() { m_Variables.clear(); }
+    Value& GetVariableSlot(size_t index) { return m_Variables[index].slot; }
+
+    /// Null, or the text of what is wrong.
+    /// @param upperCase  names in the formula count as upper case
+    const char* Compile(std::string_view formula, bool upperCase);
+    /// Null, or the text of what went wrong.
+    const char* Evaluate(Value& result);
+
+private:
+    struct Variable {
+        std::string name;
+        Value slot;
+    };
+    enum class Code : uint8_t { Number, Variable, Operator, Function, Select, Fail };
+    struct Instruction {
+        Code code;
+        uint8_t detail;      ///< which operator or function
+        uint16_t arguments;  ///< of a function
+        union {
+            Value number;
+            size_t index;
+            const char* text;
+        };
+    };
+    class Compiler;
+
+    const char* Run(const Instruction& instruction, size_t& depth);
+
+    std::vector<Variable> m_Variables;
+    std::vector<Instruction> m_Program;
+    std::vector<Value> m_Stack;
+    std::string m_UnknownName;
+    bool m_IsCompiled = false;
+};
+
+/// Formulas in double precision.
+struct DoubleFormulaTraits {
+    using Value = double;
+    static constexpr bool HasFunctions = true;
+    /// Reads the number at the begin of a text; gives its length.
+    static size_t ParseNumber(std::string_view text, Value& number);
+    static const char* Apply(FormulaOp op, Value left, Value right, Value& result);
+    static const char* Complement(Value operand, Value& result);
+    static Value Call(FormulaFunction function, Value operand);
+};
+
+/// Formulas in 64-bit integers.
+struct Int64FormulaTraits {
+    using Value = int64_t;
+    static constexpr bool HasFunctions = false;
+    static size_t ParseNumber(std::string_view text, Value& number);
+    static const char* Apply(FormulaOp op, Value left, Value right, Value& result);
+    static const char* Complement(Value operand, Value& result);
+    static Value Call(FormulaFunction function, Value operand);
+};
+
+/// Half away from zero, at a decimal place; a negative place stands before the
+/// point.
+double RoundAt(double value, double place);
+
+extern template class MathParserT<DoubleFormulaTraits>;
+extern template class MathParserT<Int64FormulaTraits>;
+
+using MathParser = MathParserT<DoubleFormulaTraits>;
+using Int64MathParser = MathParserT<Int64FormulaTraits>;
+
+}  // namespace GenApi_3_0_ORVANE
