@@ -39,9 +39,9 @@ public:
     gcstring operator*() override { return GetValue(); }
     int64_t GetMaxLength() override {
         const AutoLock lock(Base::GetLock());
-        GCLOGINFOPUSH(Base::m_pRangeLog, "GetMaxLength...");
+        GCLOGINFOPUSH(Base::m_pValueLog, "GetMaxLength...");
         const int64_t length = this->InternalGetMaxLength();
-        GCLOGINFOPOP(Base::m_pRangeLog, "...GetMaxLength = %ld", length);
+        GCLOGINFOPOP(Base::m_pValueLog, "...GetMaxLength = %ld", length);
         return length;
     }
 
