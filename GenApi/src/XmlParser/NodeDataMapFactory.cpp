@@ -1,0 +1,123 @@
+#include "NodeMapData/NodeDataMapFactory.h"
+
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include "Base/Environment.h"
+#include "Base/GCException.h"
+#include "DescriptionReader.h"
+#include "NodeMapData/NodeDataMap.h"
+#include "ZipReader.h"
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+constexpr std::string_view kVersion11 = "http://www.genicam.org/GenApi/Version_1_1";
+constexpr std::string_view kVersion10 = "http://www.genicam.org/GenApi/Version_1_0";
+
+void ParseDocument(CNodeDataMap& map, std::string_view document, bool suppressStrings) {
+    auto error = CDescriptionReader(map, suppressStrings, kVersion11).Read(document);
+    if (error && error->code == SchemaError::UnexpectedElement) {
+        // The same grammar serves both versions of the schema.
+        map.Clear();
+        error = CDescriptionReader(map, suppressStrings, kVersion10).Read(document);
+    }
+    if (error) {
+        RUNTIME_EXCEPTION("Error while parsing XML stream at line %lu and column %lu : '%s'",
+                          error->line, error->column, error->text.c_str());
+    }
+}
+
+/// The messages for what can go wrong with an archive, and what they name.
+struct ZipTexts {
+    const char* open;
+    const char* stat;
+    const char* extract;
+    const char* name;
+};
+
+[[noreturn]] void FailZip(const char* format, const char* name) {
+    // The messages of a memory block name nothing.
+    RUNTIME_EXCEPTION("%s%s%s", format, name, *name == '\0' ? "" : "'");
+}
+
+std::string Unzip(CZipReader& zip, bool isOpen, const ZipTexts& texts) {
+    if (!isOpen) {
+        FailZip(texts.open, texts.name);
+    }
+    if (!zip.FindFirstEntry()) {
+        FailZip(texts.stat, texts.name);
+    }
+    std::string text;
+    if (!zip.Extract(text)) {
+        FailZip(texts.extract, texts.name);
+    }
+    return text;
+}
+
+std::string UnzipFile(const std::string& fileName) {
+    GenICam_3_0_ORVANE::gcstring expanded(fileName.c_str());
+    GenICam_3_0_ORVANE::ReplaceEnvironmentVariables(expanded, false);
+    CZipReader zip;
+    const bool isOpen = zip.OpenFile(expanded.c_str());
+    return Unzip(zip, isOpen,
+                 {"File open failed in ParseXmlFile. Filename = '",
+                  "File stat failed in ParseXmlFile. Filename = '",
+                  "File unzip failed in ParseXmlFile. Filename = '", expanded.c_str()});
+}
+
+std::string UnzipMemory(const void* data, size_t size) {
+    CZipReader zip;
+    const bool isOpen = zip.OpenMemory(data, size);
+    return Unzip(zip, isOpen,
+                 {"Invalid ZIP string in ParseXmlBuffer", "Zip stat failed in ParseXmlBuffer",
+                  "Unzip failed in ParseXmlBuffer", ""});
+}
+
+std::string ReadFile(const std::string& fileName) {
+    std::ifstream file(fileName, std::ios::binary);
+    if (!file) {
+        RUNTIME_EXCEPTION("Failed to open xml file %s.", fileName.c_str());
+    }
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+}  // namespace
+
+void CNodeDataMapFactory::ParseXmlFile(CNodeDataMap* pNodeDataMap, EContentType_t contentType,
+                                       const std::string& fileName, bool suppressStrings) {
+    switch (contentType) {
+        case ContentType_Xml:
+            ParseDocument(*pNodeDataMap, ReadFile(fileName), suppressStrings);
+            return;
+        case ContentType_ZippedXml:
+            ParseDocument(*pNodeDataMap, UnzipFile(fileName), suppressStrings);
+            return;
+    }
+    RUNTIME_EXCEPTION("ParseXmlBuffer not implemented.");
+}
+
+void CNodeDataMapFactory::ParseXmlBuffer(CNodeDataMap* pNodeDataMap, EContentType_t contentType,
+                                         const void* pData, size_t size, bool suppressStrings) {
+    switch (contentType) {
+        case ContentType_Xml:
+            ParseDocument(*pNodeDataMap, {static_cast<const char*>(pData), size}, suppressStrings);
+            return;
+        case ContentType_ZippedXml:
+            ParseDocument(*pNodeDataMap, UnzipMemory(pData, size), suppressStrings);
+            return;
+    }
+    RUNTIME_EXCEPTION("ParseXmlBuffer not implemented.");
+}
+
+void CNodeDataMapFactory::ParseXmlString(CNodeDataMap* pNodeDataMap, const char* pText,
+                                         bool suppressStrings) {
+    ParseDocument(*pNodeDataMap, pText, suppressStrings);
+}
+
+}  // namespace GenApi_3_0_ORVANE

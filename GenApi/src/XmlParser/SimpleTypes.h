@@ -1,0 +1,38 @@
+#pragma once
+/// What texts of a description may look like.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace GenApi_3_0_ORVANE {
+
+/// The lexical rules of element texts and attributes.
+enum class Facet : uint8_t {
+    AnyText,
+    NonEmptyText,
+    Reference,     ///< the name of a node
+    VariableName,  ///< a name in a formula
+    HexDigits,
+    Integer,  ///< decimal, or hexadecimal with "0x"
+    NonNegative,
+    Positive,
+    IntegerLength,  ///< 1 to 8
+    FloatLength,    ///< 4 or 8
+    MergePriority,  ///< -1, 0 or 1
+    Version,        ///< digits
+    Double,
+    Guid,
+    Enumerated
+};
+
+/// Leaves out the blanks before and behind.
+std::string_view Trimmed(std::string_view text);
+/// Null, or what is wrong with a text.
+const char* CheckFacet(Facet facet, std::string_view text);
+/// False for a text that is no 64-bit number.
+bool TextToInteger(std::string_view text, int64_t& value);
+/// False for a text that is no number.
+bool TextToDouble(std::string_view text, double& value);
+
+}  // namespace GenApi_3_0_ORVANE
