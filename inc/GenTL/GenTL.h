@@ -495,6 +495,7 @@ static_assert(sizeof(S_SINGLE_CHUNK_DATA) == 24);
 namespace GenTL {
 
 /// `GenTL::PGCInitLib` and so on: the pointer type of each entry point.
+// NOLINTBEGIN(bugprone-macro-parentheses): lists of declarations take none.
 #define OV_GENTL_POINTER_TYPE(name, parameters) using P##name = GC_ERROR(*) parameters;
 OV_GENTL_FUNCTIONS(OV_GENTL_POINTER_TYPE)
 #undef OV_GENTL_POINTER_TYPE
@@ -502,6 +503,7 @@ OV_GENTL_FUNCTIONS(OV_GENTL_POINTER_TYPE)
 #define OV_GENTL_COUNT(name, parameters) +1
 constexpr std::size_t GENTL_FUNCTION_COUNT = 0 OV_GENTL_FUNCTIONS(OV_GENTL_COUNT);
 #undef OV_GENTL_COUNT
+// NOLINTEND(bugprone-macro-parentheses)
 static_assert(GENTL_FUNCTION_COUNT == 55);
 
 }  // namespace GenTL

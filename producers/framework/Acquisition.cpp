@@ -14,9 +14,8 @@ void Acquisition::Start(std::uint64_t frames) {
     m_abort = std::stop_source();
     m_grabbing = true;
     // Replacing the thread object joins one that ended by its frame count.
-    m_thread = std::jthread([this, abort = m_abort.get_token(), frames](std::stop_token stop) {
-        Run(stop, abort, frames);
-    });
+    m_thread = std::jthread([this, abort = m_abort.get_token(),
+                             frames](const std::stop_token& stop) { Run(stop, abort, frames); });
 }
 
 void Acquisition::Stop(bool kill) {

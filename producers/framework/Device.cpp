@@ -35,7 +35,7 @@ InfoValue DeviceInfo(const DeviceFacts& facts, GenTL::DEVICE_INFO_CMD command) {
 }
 
 std::shared_ptr<Device> Device::Open(Session& session, std::weak_ptr<Interface> parent,
-                                     std::shared_ptr<DeviceBackend> backend,
+                                     const std::shared_ptr<DeviceBackend>& backend,
                                      GenTL::DEVICE_ACCESS_FLAGS flags) {
     auto device = std::make_shared<Device>(session, std::move(parent), backend);
     backend->Open(flags, device);

@@ -30,7 +30,7 @@ public:
     /// Takes control of the camera and gives the module and its remote port
     /// their handles.
     static std::shared_ptr<Device> Open(Session& session, std::weak_ptr<Interface> parent,
-                                        std::shared_ptr<DeviceBackend> backend,
+                                        const std::shared_ptr<DeviceBackend>& backend,
                                         GenTL::DEVICE_ACCESS_FLAGS flags);
     Device(Session& session, std::weak_ptr<Interface> parent,
            std::shared_ptr<DeviceBackend> backend);

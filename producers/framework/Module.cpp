@@ -76,7 +76,7 @@ std::int64_t TlTypeNumber(const std::string& tlType) {
 }
 
 void AddAddressRegisters(RegisterSpace& registers, std::uint64_t address,
-                         std::function<NetworkAddress()> read) {
+                         const std::function<NetworkAddress()>& read) {
     constexpr std::int64_t NetworkAddress::*fields[] = {
         &NetworkAddress::mac, &NetworkAddress::ip, &NetworkAddress::mask, &NetworkAddress::gateway};
     for (const auto field : fields) {

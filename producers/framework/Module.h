@@ -67,7 +67,7 @@ std::int64_t TlTypeNumber(const std::string& tlType);
 
 /// The four address registers of a GigE Vision module, eight bytes each.
 void AddAddressRegisters(RegisterSpace& registers, std::uint64_t address,
-                         std::function<NetworkAddress()> read);
+                         const std::function<NetworkAddress()>& read);
 
 }  // namespace OvProducer
 

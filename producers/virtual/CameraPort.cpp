@@ -324,7 +324,7 @@ void Builder::AddTransport() {
 }  // namespace
 
 std::unique_ptr<OvProducer::Port> MakeCameraPort(const std::shared_ptr<Camera>& camera,
-                                                 OvProducer::PortFacts facts) {
+                                                 const OvProducer::PortFacts& facts) {
     auto port = std::make_unique<OvProducer::Port>(facts);
     Builder(camera, port->Registers()).AddAll(facts);
     OvProducer::Description description;

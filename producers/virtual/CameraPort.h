@@ -13,7 +13,7 @@ namespace OvVirtual {
 
 /// The camera's own port with its description. Keeps the camera.
 std::unique_ptr<OvProducer::Port> MakeCameraPort(const std::shared_ptr<Camera>& camera,
-                                                 OvProducer::PortFacts facts);
+                                                 const OvProducer::PortFacts& facts);
 
 }  // namespace OvVirtual
 

@@ -39,7 +39,7 @@ void Overlay(const Sprite& sprite, const Place& place, bool color, std::size_t y
         if (cover > 0) {
             const float behind = line[x];
             const float signal = SignalOf(sprite.colors[i], color, x, y);
-            line[x] = static_cast<std::uint16_t>(behind + (signal - behind) * cover + 0.5F);
+            line[x] = static_cast<std::uint16_t>(std::lround(behind + (signal - behind) * cover));
         }
     }
 }
@@ -164,7 +164,7 @@ void FrameRenderer::SignalRow(std::size_t y, Row& row) {
             }
         }
     }
-    const auto count = static_cast<std::uint32_t>(s.binningX * s.binningY);
+    const auto count = std::max(static_cast<std::uint32_t>(s.binningX * s.binningY), 1U);
     for (std::size_t x = 0; x < s.width; ++x) {
         row[x] = static_cast<std::uint16_t>((m_sums[x] + count / 2) / count);
     }

@@ -167,6 +167,7 @@ public:
         dlclose(m_library);
     }
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a declaration takes none.
 #define OV_TEST_MEMBER(result, name, parameters) result(*name) parameters = nullptr;
     OV_TEST_FUNCTIONS(OV_TEST_MEMBER)
 #undef OV_TEST_MEMBER

@@ -33,8 +33,8 @@ std::string Dotted(std::int64_t ip) {
 // 192.168.(10 + iface).host, and MAC addresses that grow with the indices.
 OvProducer::NetworkAddress AddressOf(unsigned iface, unsigned host, std::int64_t macBase) {
     OvProducer::NetworkAddress address;
-    address.mac = macBase + iface * 256 + host;
-    address.ip = 0xC0A80000LL + ((10 + iface) << 8) + host;
+    address.mac = macBase + std::int64_t{iface} * 256 + host;
+    address.ip = 0xC0A80000LL + std::int64_t{10 + iface} * 256 + host;
     address.mask = 0xFFFFFF00LL;
     address.gateway = (address.ip & 0xFFFFFF00LL) + 254;
     return address;
