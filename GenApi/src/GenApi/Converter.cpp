@@ -23,6 +23,10 @@ void CConverterBase<Types>::SetProperty(const CProperty& property) {
         case CPropertyID::IsLinear_ID:
             m_IsLinear = property.EYesNo();
             break;
+        case CPropertyID::pVariable_ID:
+            // The inner knives read it; for the converter it is a node to watch.
+            LinkChild(property, ReadRole);
+            break;
         case CPropertyID::FormulaTo_ID:
         case CPropertyID::FormulaFrom_ID:
             // The inner knives hold the formulas.

@@ -1,6 +1,6 @@
 // What the operators and functions of formulas do to numbers.
 
-#include <cerrno>
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -241,9 +241,14 @@ size_t Int64FormulaTraits::ParseNumber(std::string_view text, int64_t& number) {
         number = static_cast<int64_t>(bits);
         return length;
     }
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const char* const last = text.data() + text.size();
+    auto [end, error] = std::from_chars(text.data(), last, number);
     if (error == std::errc::result_out_of_range) {
         number = std::numeric_limits<int64_t>::max();
+    }
+    // Cameras write "4.0" in formulas of integers: a fraction counts for nothing.
+    if (end != last && *end == '.') {
+        end = std::find_if(end + 1, last, [](char digit) { return digit < '0' || digit > '9'; });
     }
     return static_cast<size_t>(end - text.data());
 }

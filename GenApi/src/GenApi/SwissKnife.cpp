@@ -8,7 +8,8 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
-constexpr const char* kInputNames[] = {"FROM", "TO"};
+/// By direction: a formula that gives the node's value reads the source.
+constexpr const char* kInputNames[] = {"TO", "FROM"};
 constexpr std::string_view kEntry = "Entry.";
 
 }  // namespace

@@ -296,6 +296,13 @@ void CNodeBuilder::AddImpliedNode(OpenNode& open, const ElementRow& row, std::st
     auto implied = std::make_unique<CNodeData>(type, &m_Map);
     implied->SetName("_" + open.node->GetName() + "_" + std::string(name));
     if (!isConstant) {
+        // An expression speaks of what stands before it: variables, constants
+        // and other expressions.
+        for (const CProperty& property : open.node->GetProperties()) {
+            if (property.GetPropertyID() == P::pVariable_ID) {
+                implied->AddProperty(CProperty(property));
+            }
+        }
         implied->AddProperty(P::Formula_ID, text);
     } else if (isInteger) {
         Require(Facet::Integer, Trimmed(text));
