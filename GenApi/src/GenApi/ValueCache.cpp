@@ -1,7 +1,6 @@
 #include "GenApi/impl/ValueCache.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "Base/GCException.h"
 
@@ -28,8 +27,8 @@ void CValueCache::SetValue(int64_t address, int64_t size, const uint8_t* bytes) 
     if (isNew) {
         entry->second.bytes.assign(bytes, bytes + size);
     } else {
-        std::memcpy(entry->second.bytes.data(), bytes,
-                    std::min(static_cast<size_t>(size), entry->second.bytes.size()));
+        std::copy_n(bytes, std::min(static_cast<size_t>(size), entry->second.bytes.size()),
+                    entry->second.bytes.data());
     }
     entry->second.valid = true;
 }
@@ -40,8 +39,8 @@ void CValueCache::GetValue(int64_t address, int64_t size, uint8_t* bytes) {
     if (found == m_Entries.end()) {
         RUNTIME_EXCEPTION("CValueCache::GetValue() - value not implemented");
     }
-    std::memcpy(bytes, found->second.bytes.data(),
-                std::min(static_cast<size_t>(size), found->second.bytes.size()));
+    std::copy_n(found->second.bytes.data(),
+                std::min(static_cast<size_t>(size), found->second.bytes.size()), bytes);
 }
 
 bool CValueCache::TryGetValue(int64_t address, int64_t entrySize, int64_t size, uint8_t* bytes) {
@@ -51,7 +50,7 @@ bool CValueCache::TryGetValue(int64_t address, int64_t entrySize, int64_t size, 
         found->second.bytes.size() != static_cast<size_t>(entrySize)) {
         return false;
     }
-    std::memcpy(bytes, found->second.bytes.data(), static_cast<size_t>(std::min(size, entrySize)));
+    std::copy_n(found->second.bytes.data(), std::min(size, entrySize), bytes);
     return true;
 }
 
