@@ -1,0 +1,108 @@
+// Every GenTL call beneath a call of the interface fails in turn: what was done
+// before is undone, and the next attempt works.
+
+#include <functional>
+#include <map>
+
+#include "support/ApiTest.h"
+
+namespace {
+
+/// How often each function is called during an action.
+std::map<std::string, unsigned> CallsOf(TestProducer& producer,
+                                        const std::function<void()>& action) {
+    producer.ClearLog();
+    action();
+    std::map<std::string, unsigned> calls;
+    for (const std::string& name : producer.Log()) {
+        ++calls[name];
+    }
+    return calls;
+}
+
+/// Information that producers may refuse, and calls of the way down: their
+/// failure is no failure of the action.
+bool IsForgiven(const std::string& name) {
+    static const char* const kForgiven[] = {
+        "GCGetInfo",          "TLGetInfo",       "TLGetInterfaceInfo", "IFGetInfo",
+        "IFGetDeviceInfo",    "DevGetInfo",      "DSGetInfo",          "DSGetBufferInfo",
+        "TLGetInterfaceID",   "IFGetDeviceID",   "GCGetLastError",     "TLUpdateInterfaceList",
+        "IFUpdateDeviceList", "IFGetNumDevices", "TLGetNumInterfaces", "DevGetDataStreamID",
+    };
+    return std::any_of(std::begin(kForgiven), std::end(kForgiven),
+                       [&name](const char* forgiven) { return name == forgiven; });
+}
+
+class FaultTest : public ApiTest {
+protected:
+    /// Has each call of the action fail once, from a clean begin each time.
+    void FailEachCall(const std::function<void()>& prepare,
+                      const std::function<OV_STATUS()>& action,
+                      const std::function<void()>& expectUndone) {
+        prepare();
+        const auto calls = CallsOf(producer, [&] { EXPECT_OV_OK(action()); });
+        OVCloseLib();
+        unsigned cases = 0;
+        for (const auto& [name, count] : calls) {
+            for (unsigned nth = 1; nth <= count; ++nth) {
+                producer.Reset();
+                prepare();
+                producer.FailCall(name.c_str(), nth, -1010);
+                const OV_STATUS status = action();
+                if (status != OV_STATUS_SUCCESS) {
+                    EXPECT_EQ(status, IsForgiven(name) ? status : -1010) << name << " " << nth;
+                    expectUndone();
+                    EXPECT_OV_OK(action()) << "a later attempt, after " << name << " " << nth;
+                } else {
+                    EXPECT_TRUE(IsForgiven(name)) << name << " " << nth << " went unnoticed";
+                }
+                OVCloseLib();
+                ++cases;
+            }
+        }
+        EXPECT_GT(cases, 5U);
+        RecordProperty("cases", static_cast<int>(cases));
+    }
+
+    void ExpectClosed(std::initializer_list<const char*> kinds) {
+        for (const char* const kind : kinds) {
+            EXPECT_EQ(producer.OpenCount(kind), 0) << kind;
+        }
+    }
+};
+
+TEST_F(FaultTest, InitLibUndoesEverything) {
+    FailEachCall([] {}, &OVInitLib, [&] { ExpectClosed({"Library", "System"}); });
+}
+
+TEST_F(FaultTest, OpenDeviceUndoesEverything) {
+    OV_DEV_HANDLE handle = nullptr;
+    FailEachCall(
+        [&] {
+            Init();
+            ASSERT_EQ(Update(), 1U);
+        },
+        [&] { return OVOpenDeviceByIndex(1, &handle); },
+        [&] {
+            ExpectClosed({"Device", "Stream", "Event"});
+        });
+}
+
+TEST_F(FaultTest, ThreeFailuresOfAStartUndoEverything) {
+    for (const char* const name :
+         {"GCRegisterEvent", "DSAnnounceBuffer", "DSFlushQueue", "DSStartAcquisition"}) {
+        producer.Reset();
+        Init();
+        ASSERT_EQ(Update(), 1U);
+        OV_DEV_HANDLE handle = Open();
+        producer.FailCall(name, 0, -1010);
+        EXPECT_EQ(OVStreamOn(handle), -1010) << name;
+        ExpectClosed({"Buffer", "Event", "Acquisition"});
+        int64_t locked = -1;
+        producer.FailCall(name, 0, 0);
+        OVCloseLib();
+        (void)locked;
+    }
+}
+
+}  // namespace
