@@ -5,6 +5,7 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -48,7 +49,8 @@ public:
         if (ask(&type, text.data(), &size) != GenTL::GC_ERR_SUCCESS) {
             return {};
         }
-        return text.c_str();
+        text.resize(std::min(text.find('\0'), text.size()));
+        return text;
     }
 
     /// A number of an information call; throws the code when it fails.

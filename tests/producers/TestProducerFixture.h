@@ -22,7 +22,7 @@ protected:
     GenTLApi api{OV_TEST_PRODUCER};
     OpenCamera camera{api};
 
-    static constexpr std::size_t kFrameSize = 64 * 48;
+    static constexpr std::size_t kFrameSize = std::size_t{64} * 48;
 };
 
 #endif

@@ -3,6 +3,7 @@
 /// buffer handling.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
 #include <string>
@@ -43,10 +44,9 @@ protected:
     std::vector<unsigned> Read(std::uint64_t address, std::size_t length) {
         std::vector<std::byte> bytes(length);
         space.Read(address, bytes);
-        std::vector<unsigned> out;
-        for (const std::byte byte : bytes) {
-            out.push_back(static_cast<unsigned>(byte));
-        }
+        std::vector<unsigned> out(length);
+        std::transform(bytes.begin(), bytes.end(), out.begin(),
+                       [](std::byte byte) { return static_cast<unsigned>(byte); });
         return out;
     }
     void Write(std::uint64_t address, const std::string& bytes) {

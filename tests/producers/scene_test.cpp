@@ -82,7 +82,7 @@ TEST(Scene, SameSettingsAndNumberGiveTheSameFrame) {
 TEST(Scene, RendererKeepsNothingOfEarlierFrames) {
     FrameRenderer renderer;
     std::vector<std::byte> out(FrameSize(kSky));
-    std::vector<std::byte> earlier(64 * 64 * 2);
+    std::vector<std::byte> earlier(std::size_t{64} * 64 * 2);
     renderer.Render(Window(false, 0, 0, 64, 64), 9, earlier);
     renderer.Render(kSky, 3, out);
     EXPECT_EQ(out, Bytes(kSky, 3));

@@ -18,6 +18,7 @@ TEST_F(Stress, FetchersShareTheFramesOfAFreeRunningStream) {
     std::atomic<int> failures = 0;
     {
         std::vector<std::jthread> fetchers;
+        fetchers.reserve(3);
         for (int i = 0; i < 3; ++i) {
             fetchers.emplace_back([&] {
                 while (left.fetch_sub(1) > 0) {

@@ -468,14 +468,14 @@ TEST_F(VirtualCamera, KillDuringFullFramesIsQuick) {
 TEST_F(VirtualCamera, RestartWithAnotherShapeWhileTheHostWaits) {
     camera.OpenStream();
     Shrink();
-    camera.Start(3, 2048 * 4);
+    camera.Start(3, 8192);
     for (const std::uint32_t height : {32U, 64U, 16U}) {
         Write(Reg::Height, height);
         Write(Reg::Mode, 1);
         Write(Reg::Start, 1);
         const GenTL::BUFFER_HANDLE buffer = camera.NextFrame();
         EXPECT_EQ(camera.BufferInfo<std::size_t>(buffer, GenTL::BUFFER_INFO_SIZE_FILLED),
-                  64U * height);
+                  std::size_t{64} * height);
         ASSERT_EQ(api.DSQueueBuffer(camera.stream, buffer), 0);
     }
 }
