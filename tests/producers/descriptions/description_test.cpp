@@ -12,7 +12,6 @@
 #include "LiveDescription.h"
 
 using GenApi::EAccessMode;
-using GenApi::INode;
 using GenApi::IValue;
 
 namespace {
