@@ -1,6 +1,9 @@
 /// @file
 /// The test producer as the framework sees it, and the calls beyond the
 /// standard that a GigE Vision producer offers.
+#include <initializer_list>
+#include <string>
+
 #include "TestWorld.h"
 #include "framework/exports/Serve.h"
 
@@ -29,12 +32,17 @@ std::string Or(const char* text) {
 }
 
 GenTL::GC_ERROR Extension(OvProducer::Function function, GenTL::IF_HANDLE iface, const char* device,
-                          const std::string& arguments) {
+                          std::initializer_list<std::string> arguments) {
     return OvProducer::ServeOn<OvProducer::Interface>(
         function, iface, [&](const OvProducer::Interface& found) {
-            found.DeviceNamed(OvProducer::IdOf(device));
-            TestWorld::Instance().RecordExtension(std::string(OvProducer::NameOf(function)) + "|" +
-                                                  device + arguments);
+            const std::string id = OvProducer::IdOf(device);
+            found.DeviceNamed(id);
+            std::string call(OvProducer::NameOf(function));
+            call.append("|").append(id);
+            for (const std::string& argument : arguments) {
+                call.append("|").append(argument);
+            }
+            TestWorld::Instance().RecordExtension(call);
         });
 }
 
@@ -56,18 +64,17 @@ OV_PRODUCER_EXPORT IFIpConfiguration(GenTL::IF_HANDLE hIface, const char* sDevic
                                      std::int32_t iMode, const char* sIp, const char* sMask,
                                      const char* sGateway, const char* sUserID) {
     return Extension(OvProducer::Function::IFIpConfiguration, hIface, sDeviceID,
-                     "|" + std::to_string(iMode) + "|" + Or(sIp) + "|" + Or(sMask) + "|" +
-                         Or(sGateway) + "|" + Or(sUserID));
+                     {std::to_string(iMode), Or(sIp), Or(sMask), Or(sGateway), Or(sUserID)});
 }
 
 OV_PRODUCER_EXPORT IFForceIp(GenTL::IF_HANDLE hIface, const char* sDeviceID, const char* sIp,
                              const char* sMask, const char* sGateway) {
     return Extension(OvProducer::Function::IFForceIp, hIface, sDeviceID,
-                     "|" + Or(sIp) + "|" + Or(sMask) + "|" + Or(sGateway));
+                     {Or(sIp), Or(sMask), Or(sGateway)});
 }
 
 OV_PRODUCER_EXPORT IFResetDevice(GenTL::IF_HANDLE hIface, const char* sDeviceID,
                                  std::int32_t iMode) {
     return Extension(OvProducer::Function::IFResetDevice, hIface, sDeviceID,
-                     "|" + std::to_string(iMode));
+                     {std::to_string(iMode)});
 }
