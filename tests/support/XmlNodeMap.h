@@ -1,0 +1,64 @@
+#pragma once
+/// From a few lines of camera description to live nodes on a TestPort.
+
+#include <memory>
+#include <string>
+
+#include "GenApi/INode.h"
+#include "GenApi/NodeMapFactory.h"
+#include "TestPort.h"
+
+namespace EngineTest {
+
+/// The nodes of a description whose body is given: what stands between the
+/// "RegisterDescription" tags. A port "Device" is added where the body has none
+/// and is connected to memory.
+class XmlNodeMap {
+public:
+    explicit XmlNodeMap(const std::string& body, GenApi_3_0_ORVANE::CLock* lock = nullptr)
+        : m_Map(Create(body, lock)) {
+        m_Map->Connect(&m_Port);
+    }
+
+    TestPort& Port() { return m_Port; }
+    GenApi_3_0_ORVANE::INodeMap& Map() { return *m_Map; }
+    GenApi_3_0_ORVANE::INodeMap* operator->() { return m_Map.get(); }
+    /// A node through one of its interfaces; std::bad_cast without such a node.
+    template <class Interface = GenApi_3_0_ORVANE::INode>
+    Interface& Get(const char* name) {
+        return dynamic_cast<Interface&>(*m_Map->GetNode(name));
+    }
+
+    /// The whole description, for tests that load it by themselves.
+    static std::string Describe(const std::string& body) {
+        const bool hasPort = body.find("Name=\"Device\"") != std::string::npos;
+        return R"(<?xml version="1.0" encoding="UTF-8"?>
+<RegisterDescription ModelName="Model" VendorName="Vendor" ToolTip="A camera"
+    StandardNameSpace="GEV" SchemaMajorVersion="1" SchemaMinorVersion="1"
+    SchemaSubMinorVersion="7" MajorVersion="4" MinorVersion="5" SubMinorVersion="6"
+    ProductGuid="11111111-2222-3333-4444-555555555555"
+    VersionGuid="66666666-7777-8888-9999-AAAAAAAAAAAA"
+    xmlns="http://www.genicam.org/GenApi/Version_1_1">
+)" + body + (hasPort ? "" : "<Port Name=\"Device\"/>") +
+               "</RegisterDescription>";
+    }
+
+private:
+    struct Destroyer {
+        void operator()(GenApi_3_0_ORVANE::INodeMap* map) const {
+            dynamic_cast<GenApi_3_0_ORVANE::IDestroy&>(*map).Destroy();
+        }
+    };
+
+    static GenApi_3_0_ORVANE::INodeMap* Create(const std::string& body,
+                                               GenApi_3_0_ORVANE::CLock* lock) {
+        GenApi_3_0_ORVANE::CNodeMapFactory factory(Describe(body).c_str());
+        return lock == nullptr ? factory.CreateNodeMap()
+                               : factory.CreateNodeMap(*lock, "Device", true);
+    }
+
+    TestPort m_Port;
+    std::unique_ptr<GenApi_3_0_ORVANE::INodeMap, Destroyer> m_Map;
+};
+
+}  // namespace EngineTest
