@@ -53,13 +53,13 @@ EYesNo CNodeImpl::InternalIsAccessModeCacheable() {
     if (m_AccessModeCacheability != _UndefinedYesNo) {
         return m_AccessModeCacheability;
     }
-    // Known before the children are asked, so that a cycle of them ends.
-    m_AccessModeCacheability = Yes;
     const auto forbids = [](const CBooleanPolyRef& reference) {
         return reference.IsPointer() && reference.GetCachingMode() == NoCache;
     };
     EYesNo cacheable =
         forbids(m_IsImplemented) || forbids(m_IsAvailable) || forbids(m_IsLocked) ? No : Yes;
+    // Known before the children are asked, so that a cycle of them ends.
+    m_AccessModeCacheability = cacheable;
     for (INodePrivate* const child : m_ReadingChildren) {
         if (child->IsAccessModeCacheable() == No) {
             cacheable = No;

@@ -5,7 +5,9 @@
 #include "Base/GCException.h"
 #include "Base/Log.h"
 #include "GenApi/NodeCallback.h"
+#include "GenApi/NodeMapFactory.h"
 #include "GenApi/impl/Node.h"
+#include "GenApi/impl/PropertyField.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -64,6 +66,7 @@ CNodeMap::CNodeMap(const gcstring& deviceName, CLock* lock)
     : m_DeviceName(deviceName), m_pLock(lock == nullptr ? &m_OwnLock : lock) {
     m_IsLoggingEnabled = CLog::Exist("GenApi");
     m_IsDeviceLoggingEnabled = CLog::Exist(gcstring("GenApi.") + deviceName);
+    CNodeMapFactory::GetSupportedSchemaVersions(m_SupportedSchemaVersions);
 }
 
 CNodeMap::~CNodeMap() {
@@ -95,12 +98,20 @@ INodePrivate* CNodeMap::GetNodeByID(NodeID_t NodeID) {
     return m_Node2NodeID[static_cast<size_t>(NodeID.ToIndex())];
 }
 
+const string2node_t& CNodeMap::Names() const {
+    if (m_pNames == nullptr) {
+        LOGICAL_ERROR_EXCEPTION("Map not allocated");
+    }
+    return *m_pNames;
+}
+
 void CNodeMap::FinalConstruct() {
+    m_pNames = std::make_unique<string2node_t>();
     for (INodePrivate* const node : m_Node2NodeID) {
         if (node == nullptr) {
             continue;
         }
-        m_Names.Insert(node);
+        m_pNames->Insert(node);
         if (node->InternalGetPollingTime() >= 0) {
             m_PollingList.push_back(node);
         }
@@ -116,8 +127,8 @@ void CNodeMap::FinalConstruct() {
 void CNodeMap::GetNodes(node_vector& nodes) {
     const AutoLock lock(*m_pLock);
     nodes.clear();
-    nodes.reserve(m_Names.GetAll().size());
-    for (INodePrivate* const node : m_Names.GetAll()) {
+    nodes.reserve(Names().GetAll().size());
+    for (INodePrivate* const node : Names().GetAll()) {
         nodes.push_back(node);
     }
 }
@@ -126,14 +137,14 @@ INode* CNodeMap::GetNode(const gcstring& name) {
     const std::string_view text(name.c_str(), name.size());
     const size_t separator = text.find("::");
     if (separator == std::string_view::npos) {
-        INodePrivate* const custom = m_Names.Find(text, Custom);
-        return custom != nullptr ? custom : m_Names.Find(text, Standard);
+        INodePrivate* const custom = Names().Find(text, Custom);
+        return custom != nullptr ? custom : Names().Find(text, Standard);
     }
     const std::string_view bare = text.substr(separator + 2);
     if (text.find("Std::") != std::string_view::npos) {
-        return m_Names.Find(bare, Standard);
+        return Names().Find(bare, Standard);
     }
-    return text.find("Cust::") != std::string_view::npos ? m_Names.Find(bare, Custom) : nullptr;
+    return text.find("Cust::") != std::string_view::npos ? Names().Find(bare, Custom) : nullptr;
 }
 
 bool CNodeMap::Connect(IPort* port, const gcstring& name) {
@@ -149,10 +160,10 @@ void CNodeMap::InvalidateNodes() {
     CallbackList callbacks;
     {
         const AutoLock lock(*m_pLock);
-        for (INodePrivate* const node : m_Names.GetAll()) {
+        for (INodePrivate* const node : Names().GetAll()) {
             node->SetInvalid(simOnlyMe);
         }
-        for (INodePrivate* const node : m_Names.GetAll()) {
+        for (INodePrivate* const node : Names().GetAll()) {
             node->CollectCallbacksToFire(callbacks, false);
         }
         SortCallbacks(callbacks);
@@ -179,7 +190,7 @@ void CNodeMap::Poll(int64_t elapsedTime) {
 
 bool CNodeMap::ParseSwissKnifes(gcstring_vector* errorList) {
     bool allParse = true;
-    for (INodePrivate* const node : m_Names.GetAll()) {
+    for (INodePrivate* const node : Names().GetAll()) {
         auto* const formula = dynamic_cast<IFormulaNode*>(node);
         if (formula == nullptr) {
             continue;
@@ -236,52 +247,56 @@ void CNodeMap::GetGenApiVersion(Version_t& version, uint16_t& build) {
     build = 0;
 }
 
-void CNodeMap::SetProperty(const CProperty& property) {
-    const auto number = [&property] { return static_cast<uint16_t>(property.Integer()); };
-    const auto text = [&property] { return gcstring(property.String().c_str()); };
-    switch (property.GetPropertyID()) {
+template <class Self, class Use>
+bool CNodeMap::WithField(Self& self, CPropertyID id, const Use& use) {
+    switch (id) {
         case CPropertyID::Name_ID:
-            m_NodeName = text();
-            break;
+            return use(self.m_NodeName);
         case CPropertyID::ModelName_ID:
-            m_ModelName = text();
-            break;
+            return use(self.m_ModelName);
         case CPropertyID::VendorName_ID:
-            m_VendorName = text();
-            break;
+            return use(self.m_VendorName);
         case CPropertyID::ToolTip_ID:
-            m_ToolTip = text();
-            break;
+            return use(self.m_ToolTip);
         case CPropertyID::StandardNameSpace_ID:
-            m_StandardNameSpace = property.EStandardNameSpace();
-            break;
+            return use(self.m_StandardNameSpace);
         case CPropertyID::SchemaMajorVersion_ID:
-            m_SchemaVersion.Major = number();
-            break;
+            return use(self.m_SchemaVersion.Major);
         case CPropertyID::SchemaMinorVersion_ID:
-            m_SchemaVersion.Minor = number();
-            break;
+            return use(self.m_SchemaVersion.Minor);
         case CPropertyID::SchemaSubMinorVersion_ID:
-            m_SchemaVersion.SubMinor = number();
-            break;
+            return use(self.m_SchemaVersion.SubMinor);
         case CPropertyID::MajorVersion_ID:
-            m_DeviceVersion.Major = number();
-            break;
+            return use(self.m_DeviceVersion.Major);
         case CPropertyID::MinorVersion_ID:
-            m_DeviceVersion.Minor = number();
-            break;
+            return use(self.m_DeviceVersion.Minor);
         case CPropertyID::SubMinorVersion_ID:
-            m_DeviceVersion.SubMinor = number();
-            break;
+            return use(self.m_DeviceVersion.SubMinor);
         case CPropertyID::ProductGuid_ID:
-            m_ProductGuid = text();
-            break;
+            return use(self.m_ProductGuid);
         case CPropertyID::VersionGuid_ID:
-            m_VersionGuid = text();
-            break;
+            return use(self.m_VersionGuid);
         default:
-            OV_ASSERT(!"CNodeMap::SetProperty: Unhandled property ID detected!");
+            return false;
     }
+}
+
+void CNodeMap::SetProperty(const CProperty& property) {
+    const auto take = [&property](auto& field) {
+        TakeProperty(property, field);
+        return true;
+    };
+    if (!WithField(*this, property.GetPropertyID(), take)) {
+        OV_ASSERT(!"CNodeMap::SetProperty: Unhandled property ID detected!");
+    }
+}
+
+bool CNodeMap::GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
+                           CNodeData::PropertyVector_t& properties) {
+    return WithField(std::as_const(*this), id, [&](const auto& field) {
+        properties.push_back(MakeProperty(nodeDataMap, id, field));
+        return true;
+    });
 }
 
 }  // namespace GenApi_3_0_ORVANE

@@ -2,6 +2,7 @@
 
 #include "Base/GCException.h"
 #include "GenApi/NodeMapFactory.h"
+#include "GenApi/impl/NodeMap.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -124,8 +125,8 @@ bool CNodeMapRefT<LoaderParams>::_ParseSwissKnifes(gcstring_vector* errorList) c
 }
 
 template <class LoaderParams>
-void CNodeMapRefT<LoaderParams>::_GetSupportedSchemaVersions(gcstring_vector& list) {
-    CNodeMapFactory::GetSupportedSchemaVersions(list);
+void CNodeMapRefT<LoaderParams>::_GetSupportedSchemaVersions(gcstring_vector& list) const {
+    dynamic_cast<CNodeMap&>(MapOrThrow()).GetSupportedSchemaVersions(list);
 }
 
 template class CNodeMapRefT<CGeneric_XMLLoaderParams>;

@@ -1,15 +1,76 @@
 // How a node takes its description, and gives it back.
 
-#include <algorithm>
 #include <string>
 
-#include "GenApi/ICategory.h"
 #include "GenApi/impl/Node.h"
+#include "GenApi/impl/PropertyField.h"
+#include "NodeMapData/NodeDataMap.h"
 
 namespace GenApi_3_0_ORVANE {
 
+namespace {
+
+void AppendEntry(gcstring& list, const std::string& entry) {
+    if (!list.empty()) {
+        list += '\t';
+    }
+    list += entry.c_str();
+}
+
+}  // namespace
+
+template <class Self, class Use>
+bool CNodeImpl::WithField(Self& self, CPropertyID id, const Use& use) {
+    switch (id) {
+        case CPropertyID::Name_ID:
+            return use(self.m_Name);
+        case CPropertyID::NameSpace_ID:
+            return use(self.m_NameSpace);
+        case CPropertyID::Extension_ID:
+            return use(self.m_Extension);
+        case CPropertyID::DisplayName_ID:
+            return use(self.m_DisplayName);
+        case CPropertyID::ToolTip_ID:
+            return use(self.m_ToolTip);
+        case CPropertyID::Description_ID:
+            return use(self.m_Description);
+        case CPropertyID::Visibility_ID:
+            return use(self.m_Visibility);
+        case CPropertyID::EventID_ID:
+            return use(self.m_EventID);
+        case CPropertyID::Streamable_ID:
+            return use(self.m_Streamable);
+        case CPropertyID::ImposedAccessMode_ID:
+            return use(self.m_ImposedAccessMode);
+        case CPropertyID::ImposedVisibility_ID:
+            return use(self.m_ImposedVisibility);
+        case CPropertyID::PollingTime_ID:
+            return use(self.m_PollingTime);
+        case CPropertyID::DocuURL_ID:
+            return use(self.m_DocuURL);
+        case CPropertyID::IsDeprecated_ID:
+            return use(self.m_IsDeprecated);
+        case CPropertyID::IsFeature_ID:
+            return use(self.m_IsFeature);
+        case CPropertyID::ExposeStatic_ID:
+            return use(self.m_ExposeStatic);
+        default:
+            return false;
+    }
+}
+
+INodePrivate& CNodeImpl::FindLinked(const CProperty& property) {
+    INodePrivate* const target = GetMap().GetNodeByID(property.NodeID());
+    if (target == nullptr) {
+        // A link to the root element, for example.
+        RUNTIME_EXCEPTION_NODE("Node '%s' : the link '%s' leads to no node", m_Name.c_str(),
+                               property.GetPropertyID().ToString().c_str());
+    }
+    return *target;
+}
+
 INodePrivate* CNodeImpl::LinkChild(const CProperty& property, unsigned roles) {
-    INodePrivate* const child = GetMap().GetNodeByID(property.NodeID());
+    INodePrivate* const child = &FindLinked(property);
     m_AllChildren.push_back(child);
     if ((roles & ReadRole) != 0) {
         m_ReadingChildren.push_back(child);
@@ -24,21 +85,29 @@ INodePrivate* CNodeImpl::LinkChild(const CProperty& property, unsigned roles) {
     return child;
 }
 
-void CNodeImpl::SetBooleanReference(CBooleanPolyRef& reference, const CProperty& property,
-                                    unsigned roles) {
-    reference = LinkChild(property, roles);
+CProperty CNodeImpl::MakeLink(INodeDataMap& nodeDataMap, CPropertyID id, INodePrivate& target) {
+    return {&nodeDataMap, id, nodeDataMap.GetNodeID(target.InternalGetName().c_str(), true)};
 }
 
 void CNodeImpl::SetLinkProperty(const CProperty& property) {
+    const auto appendFeature = [&](value_vector& features) {
+        if (auto* const value = dynamic_cast<IValue*>(LinkChild(property, NoRole))) {
+            features.push_back(value);
+        }
+    };
     switch (property.GetPropertyID()) {
         case CPropertyID::pIsAvailable_ID:
-            return SetBooleanReference(m_IsAvailable, property, ReadRole);
+            m_IsAvailable = LinkChild(property, ReadRole);
+            return;
         case CPropertyID::pIsImplemented_ID:
-            return SetBooleanReference(m_IsImplemented, property, ReadRole);
+            m_IsImplemented = LinkChild(property, ReadRole);
+            return;
         case CPropertyID::pIsLocked_ID:
-            return SetBooleanReference(m_IsLocked, property, ReadRole);
+            m_IsLocked = LinkChild(property, ReadRole);
+            return;
         case CPropertyID::pBlockPolling_ID:
-            return SetBooleanReference(m_BlockPolling, property, NoRole);
+            m_BlockPolling = LinkChild(property, NoRole);
+            return;
         case CPropertyID::pError_ID:
             m_pError = dynamic_cast<IEnumeration*>(LinkChild(property, ReadRole));
             return;
@@ -49,85 +118,145 @@ void CNodeImpl::SetLinkProperty(const CProperty& property) {
             m_pCastAlias = LinkChild(property, NoRole);
             return;
         case CPropertyID::pSelected_ID:
-            m_SelectedFeatures.push_back(dynamic_cast<IValue*>(LinkChild(property, NoRole)));
-            return;
+            return appendFeature(m_SelectedFeatures);
         case CPropertyID::pSelecting_ID:
-            m_SelectingFeatures.push_back(dynamic_cast<IValue*>(LinkChild(property, NoRole)));
-            return;
+            return appendFeature(m_SelectingFeatures);
         case CPropertyID::pInvalidator_ID:
             m_Invalidators.push_back(LinkChild(property, NoRole));
             return;
         case CPropertyID::pDependent_ID:
-            m_DependingNodes.push_back(GetMap().GetNodeByID(property.NodeID()));
+            m_DependingNodes.push_back(&FindLinked(property));
             return;
         case CPropertyID::pTerminal_ID:
-            m_TerminalNodes.push_back(GetMap().GetNodeByID(property.NodeID()));
+            m_TerminalNodes.push_back(&FindLinked(property));
             return;
         default:
             OV_ASSERT(false && "Not all property ids are handled.");
     }
 }
 
+CNodeImpl::NodeList CNodeImpl::GetLinked(CPropertyID id) const {
+    NodeList linked;
+    const auto append = [&linked](IBase* node) {
+        if (auto* const target = dynamic_cast<INodePrivate*>(node)) {
+            linked.push_back(target);
+        }
+    };
+    const auto appendAll = [&append](const auto& nodes) {
+        for (IBase* const node : nodes) {
+            append(node);
+        }
+    };
+    switch (id) {
+        case CPropertyID::pIsAvailable_ID:
+            append(m_IsAvailable.GetNode());
+            break;
+        case CPropertyID::pIsImplemented_ID:
+            append(m_IsImplemented.GetNode());
+            break;
+        case CPropertyID::pIsLocked_ID:
+            append(m_IsLocked.GetNode());
+            break;
+        case CPropertyID::pBlockPolling_ID:
+            append(m_BlockPolling.GetNode());
+            break;
+        case CPropertyID::pError_ID:
+            append(m_pError);
+            break;
+        case CPropertyID::pAlias_ID:
+            append(m_pAlias);
+            break;
+        case CPropertyID::pCastAlias_ID:
+            append(m_pCastAlias);
+            break;
+        case CPropertyID::pSelected_ID:
+            appendAll(m_SelectedFeatures);
+            break;
+        case CPropertyID::pSelecting_ID:
+            appendAll(m_SelectingFeatures);
+            break;
+        case CPropertyID::pInvalidator_ID:
+            appendAll(m_Invalidators);
+            break;
+        case CPropertyID::pDependent_ID:
+            appendAll(m_DependingNodes);
+            break;
+        case CPropertyID::pTerminal_ID:
+            appendAll(m_TerminalNodes);
+            break;
+        default:
+            break;
+    }
+    return linked;
+}
+
 void CNodeImpl::SetProperty(const CProperty& property) {
-    if (property.GetPropertyID().IsLink()) {
+    const CPropertyID id = property.GetPropertyID();
+    if (id.IsLink()) {
         SetLinkProperty(property);
         return;
     }
-    switch (property.GetPropertyID()) {
-        case CPropertyID::Name_ID:
-            m_Name = property.String().c_str();
-            break;
-        case CPropertyID::NameSpace_ID:
-            m_NameSpace = property.ENameSpace();
-            break;
-        case CPropertyID::Extension_ID:
-            m_Extension = property.String().c_str();
-            break;
-        case CPropertyID::DisplayName_ID:
-            m_DisplayName = property.String().c_str();
-            break;
-        case CPropertyID::ToolTip_ID:
-            m_ToolTip = property.String().c_str();
-            break;
-        case CPropertyID::Description_ID:
-            m_Description = property.String().c_str();
-            break;
-        case CPropertyID::Visibility_ID:
-            m_Visibility = property.EVisibility();
-            break;
-        case CPropertyID::EventID_ID:
-            m_EventID = property.String().c_str();
-            break;
-        case CPropertyID::Streamable_ID:
-            m_Streamable = property.EYesNo();
-            break;
-        case CPropertyID::ImposedAccessMode_ID:
-            m_ImposedAccessMode = property.EAccessMode();
-            break;
-        case CPropertyID::ImposedVisibility_ID:
-            m_ImposedVisibility = property.EVisibility();
-            break;
-        case CPropertyID::PollingTime_ID:
-            m_PollingTime = property.Integer();
-            break;
-        case CPropertyID::DocuURL_ID:
-            m_DocuURL = property.String().c_str();
-            break;
-        case CPropertyID::IsDeprecated_ID:
-            m_IsDeprecated = property.EYesNo();
-            break;
-        case CPropertyID::IsFeature_ID:
-            m_IsFeature = property.EYesNo();
-            break;
-        case CPropertyID::ExposeStatic_ID:
-            m_ExposeStatic = property.EYesNo();
-            break;
-        case CPropertyID::MergePriority_ID:
-        case CPropertyID::Comment_ID:
-            break;
-        default:
-            OV_ASSERT(false && "Not all property ids are handled.");
+    const auto take = [&property](auto& field) {
+        TakeProperty(property, field);
+        return true;
+    };
+    const bool isIgnored = id == CPropertyID::MergePriority_ID || id == CPropertyID::Comment_ID;
+    if (!isIgnored && !WithField(*this, id, take)) {
+        OV_ASSERT(false && "Not all property ids are handled.");
     }
+}
+
+bool CNodeImpl::GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
+                            CNodeData::PropertyVector_t& properties) {
+    if (!HoldsProperty(id)) {
+        return false;
+    }
+    if (id.IsLink()) {
+        for (INodePrivate* const target : GetLinked(id)) {
+            properties.push_back(MakeLink(nodeDataMap, id, *target));
+        }
+        return true;
+    }
+    return WithField(*this, id, [&](const auto& field) {
+        properties.push_back(MakeProperty(nodeDataMap, id, field));
+        return true;
+    });
+}
+
+void CNodeImpl::NoteProperty(CPropertyID id) {
+    if (id != CPropertyID::MergePriority_ID && id != CPropertyID::Comment_ID) {
+        m_HeldProperties.set(id);
+    }
+}
+
+void CNodeImpl::InternalGetPropertyNames(gcstring_vector& names) const {
+    names.clear();
+    for (uint32_t id = 0; id < CPropertyID::_Undefined_ID; ++id) {
+        if (m_HeldProperties.test(id)) {
+            names.push_back(
+                CPropertyID(static_cast<CPropertyID::EProperty_ID_t>(id)).ToString().c_str());
+        }
+    }
+}
+
+bool CNodeImpl::InternalGetProperty(const gcstring& name, gcstring& value, gcstring& attribute) {
+    value = gcstring();
+    attribute = gcstring();
+    CNodeDataMap scratch;
+    CNodeData::PropertyVector_t properties;
+    for (uint32_t number = 0; number < CPropertyID::_Undefined_ID; ++number) {
+        const CPropertyID id(static_cast<CPropertyID::EProperty_ID_t>(number));
+        if (m_HeldProperties.test(number) && name == id.ToString().c_str()) {
+            GetProperty(scratch, id, properties);
+        }
+    }
+    for (const CProperty& property : properties) {
+        AppendEntry(value, property.ToString(tssValue));
+        if (property.GetAttribute() != nullptr) {
+            AppendEntry(attribute, property.GetAttribute()->ToString(tssValue));
+        }
+    }
+    return !properties.empty();
 }
 
 }  // namespace GenApi_3_0_ORVANE

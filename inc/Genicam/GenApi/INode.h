@@ -39,10 +39,18 @@ struct OV_ENGINE_API INode : virtual public IBase {
     /// In hexadecimal, empty when the node is no event.
     virtual gcstring GetEventID() = 0;
     virtual bool IsStreamable() = 0;
+    /// The names of the properties that the description gave the node.
+    virtual void GetPropertyNames(gcstring_vector& names) = 0;
+    /// What the node holds of a property, as text; a tab stands between the
+    /// entries of a list. False, and empty texts, without such a property.
+    /// @param attribute  what qualifies the entries, an index for example
+    virtual bool GetProperty(const gcstring& name, gcstring& value, gcstring& attribute) = 0;
     virtual void ImposeAccessMode(EAccessMode mode) = 0;
     virtual void ImposeVisibility(EVisibility visibility) = 0;
     virtual INode* GetAlias() = 0;
     virtual INode* GetCastAlias() = 0;
+    /// Where to read about the node, with the macros of the text replaced.
+    virtual gcstring GetDocuURL() = 0;
     virtual bool IsDeprecated() = 0;
     virtual EInterfaceType GetPrincipalInterfaceType() = 0;
     virtual bool IsFeature() = 0;

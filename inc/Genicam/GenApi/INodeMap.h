@@ -52,6 +52,10 @@ struct INodeMapPrivate : public INodeMap {
     virtual void SetNumNodes(size_t count) = 0;
     virtual INodePrivate* GetNodeByID(NodeID_t id) = 0;
     virtual void SetProperty(const CProperty& property) = 0;
+    /// Gives back what SetProperty took: appends it to the list. False when the
+    /// map holds no such property.
+    virtual bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
+                             CNodeData::PropertyVector_t& properties) = 0;
     virtual Counter& GetBathometer() = 0;
     /// Counted; only the outermost call is remembered.
     virtual void SetEntryPoint(EMethod method, INodePrivate* node, bool ignoreCache) = 0;

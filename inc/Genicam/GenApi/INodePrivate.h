@@ -23,6 +23,12 @@ struct INodePrivate : virtual public INode {
     virtual void FinalConstruct() = 0;
     /// Takes one property of the description.
     virtual void SetProperty(const CProperty& property) = 0;
+    using INode::GetProperty;
+    /// Gives back what SetProperty took: appends the entries to the list.
+    /// Linked nodes and texts are entered in the map by name. False when the
+    /// node holds no such property.
+    virtual bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
+                             CNodeData::PropertyVector_t& properties) = 0;
     virtual void SetInvalid(ESetInvalidMode mode) = 0;
     virtual void CollectCallbacksToFire(CallbackList& list, bool allDependents) = 0;
     virtual bool IsTerminalNode() = 0;
@@ -36,9 +42,9 @@ struct INodePrivate : virtual public INode {
     virtual EVisibility InternalGetVisibility() = 0;
     virtual ECachingMode InternalGetCachingMode() = 0;
     virtual int64_t InternalGetPollingTime() = 0;
-    virtual EYesNo InternalIsAccessModeCacheable() = 0;
     /// RuntimeException when the device's error node tells of one.
     virtual void InternalCheckError() = 0;
+    virtual EYesNo InternalIsAccessModeCacheable() = 0;
     virtual bool InternalIsValueCacheValid() = 0;
     /// Enters a node that has this one as a child.
     virtual void AddParent(INodePrivate* parent) = 0;

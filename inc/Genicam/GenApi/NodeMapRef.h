@@ -35,7 +35,7 @@ public:
     bool _Connect(IPort* port, const gcstring& name) const;
     bool _Connect(IPort* port) const;
     bool _ParseSwissKnifes(gcstring_vector* errorList = nullptr) const;
-    static void _GetSupportedSchemaVersions(gcstring_vector& list);
+    void _GetSupportedSchemaVersions(gcstring_vector& list) const;
 
     /// The map; null without one. Owned by the handles.
     INodeMap* GetMap() const { return m_pNodeMap; }

@@ -160,17 +160,17 @@ inline EVisibility Combine(EVisibility Peter, EVisibility Paul) {
     return Peter > Paul ? Peter : Paul;
 }
 
-class EAccessModeClass {
+class OV_ENGINE_API EAccessModeClass {
 public:
     static const char* ToString(EAccessMode mode);
 };
 
-class ECachingModeClass {
+class OV_ENGINE_API ECachingModeClass {
 public:
     static const char* ToString(ECachingMode mode);
 };
 
-class EStandardNameSpaceClass {
+class OV_ENGINE_API EStandardNameSpaceClass {
 public:
     static const char* ToString(EStandardNameSpace nameSpace);
 };

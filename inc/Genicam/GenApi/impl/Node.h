@@ -1,6 +1,7 @@
 #pragma once
 /// What every node of the graph is made of.
 
+#include <bitset>
 #include <vector>
 
 #include "Base/Log.h"
@@ -31,6 +32,9 @@ public:
     NodeID_t GetNodeID() override { return m_NodeID; }
     void FinalConstruct() override;
     void SetProperty(const CProperty& property) override;
+    using INodePrivate::GetProperty;
+    bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
+                     CNodeData::PropertyVector_t& properties) override;
     void SetInvalid(ESetInvalidMode mode) override;
     void CollectCallbacksToFire(CallbackList& list, bool allDependents) override;
     bool IsTerminalNode() override;
@@ -72,6 +76,12 @@ protected:
     EAccessMode ComputeAccessMode(IBase* value);
 
     gcstring InternalGetQualifiedName();
+    gcstring InternalGetDocuURL();
+    /// Keeps account of the properties that the description gave this node.
+    void NoteProperty(CPropertyID id);
+    bool HoldsProperty(CPropertyID id) const { return m_HeldProperties.test(id); }
+    void InternalGetPropertyNames(gcstring_vector& names) const;
+    bool InternalGetProperty(const gcstring& name, gcstring& value, gcstring& attribute);
     gcstring InternalGetDisplayName() const;
     void InternalGetChildren(node_vector& list, ELinkType linkType) const;
     CallbackHandleType InternalRegisterCallback(CNodeCallback* callback);
@@ -88,7 +98,10 @@ protected:
         ValueRole = 4   ///< its value is part of this node's value
     };
     /// The node that a link property names, entered as a child of this one.
+    /// RuntimeException when there is no live node behind the name.
     INodePrivate* LinkChild(const CProperty& property, unsigned roles);
+    /// A link property that names the node.
+    static CProperty MakeLink(INodeDataMap& nodeDataMap, CPropertyID id, INodePrivate& target);
 
     gcstring m_Name;
     gcstring m_Extension;
@@ -147,12 +160,17 @@ private:
     EAccessMode LowerByReadingChildren(EAccessMode mode) const;
     EAccessMode LowerByReferences(EAccessMode mode) const;
     void CreateLoggers();
+    /// The field that keeps a property that is no link: calls `use` with it.
+    template <class Self, class Use>
+    static bool WithField(Self& self, CPropertyID id, const Use& use);
+    INodePrivate& FindLinked(const CProperty& property);
     void SetLinkProperty(const CProperty& property);
-    void SetBooleanReference(CBooleanPolyRef& reference, const CProperty& property, unsigned roles);
+    NodeList GetLinked(CPropertyID id) const;
 
     INodeMapPrivate* m_pNodeMap = nullptr;
     CNodeData::ENodeType_t m_NodeType = CNodeData::_NotImpl_ID;
     NodeID_t m_NodeID;
+    std::bitset<CPropertyID::_Undefined_ID> m_HeldProperties;
     int64_t m_ElapsedTime = 0;
     CallbackList m_Callbacks;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -56,7 +57,7 @@ public:
     gcstring GetDeviceName() override { return m_DeviceName; }
     void Poll(int64_t elapsedTime) override;
     CLock& GetLock() override { return *m_pLock; }
-    uint64_t GetNumNodes() override { return m_Names.GetAll().size(); }
+    uint64_t GetNumNodes() override { return Names().GetAll().size(); }
     bool ParseSwissKnifes(gcstring_vector* errorList) override;
 
     void RegisterNode(INodePrivate* node, CNodeData::ENodeType_t nodeType, NodeID_t id) override;
@@ -64,6 +65,8 @@ public:
     void SetNumNodes(size_t count) override { m_Node2NodeID.resize(count, nullptr); }
     INodePrivate* GetNodeByID(NodeID_t id) override;
     void SetProperty(const CProperty& property) override;
+    bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
+                     CNodeData::PropertyVector_t& properties) override;
     Counter& GetBathometer() override { return m_Bathometer; }
     void SetEntryPoint(EMethod method, INodePrivate* node, bool ignoreCache) override;
     void ResetEntryPoint() override;
@@ -81,11 +84,20 @@ public:
     gcstring GetProductGuid() override { return m_ProductGuid; }
     gcstring GetProductVersionGuid() override { return m_VersionGuid; }
 
+    /// The versions of the schema that a description may follow.
+    void GetSupportedSchemaVersions(gcstring_vector& list) { list = m_SupportedSchemaVersions; }
+
     void Destroy() override;
     UserData_t GetUserData() override { return m_pUserData; }
     UserData_t SetUserData(UserData_t data) override { return std::exchange(m_pUserData, data); }
 
 private:
+    /// The field that keeps a property: calls `use` with it.
+    template <class Self, class Use>
+    static bool WithField(Self& self, CPropertyID id, const Use& use);
+    /// LogicalErrorException before FinalConstruct.
+    const string2node_t& Names() const;
+
     gcstring m_ModelName;
     gcstring m_VendorName;
     gcstring m_ToolTip;
@@ -94,10 +106,11 @@ private:
     Version_t m_DeviceVersion;
     gcstring m_ProductGuid;
     gcstring m_VersionGuid;
+    gcstring_vector m_SupportedSchemaVersions;
     gcstring m_DeviceName;
     gcstring m_NodeName;
     std::vector<INodePrivate*> m_Node2NodeID;
-    string2node_t m_Names;
+    std::unique_ptr<string2node_t> m_pNames;
     Counter m_Bathometer;
     INodePrivate* m_pEntryNode = nullptr;
     EMethod m_EntryMethod = meUndefined;

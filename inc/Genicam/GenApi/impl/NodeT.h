@@ -73,6 +73,13 @@ public:
     bool IsStreamable() override {
         return Locked([&] { return Base::m_Streamable == Yes; });
     }
+    void GetPropertyNames(gcstring_vector& names) override {
+        Locked([&] { Base::InternalGetPropertyNames(names); });
+    }
+    using Base::GetProperty;
+    bool GetProperty(const gcstring& name, gcstring& value, gcstring& attribute) override {
+        return Locked([&] { return Base::InternalGetProperty(name, value, attribute); });
+    }
     void ImposeAccessMode(EAccessMode mode) override {
         Locked([&] { Base::m_ImposedAccessMode = mode; });
         InvalidateNode();
@@ -87,6 +94,9 @@ public:
     INode* GetCastAlias() override {
         return Locked([&] { return Base::m_pCastAlias; });
     }
+    gcstring GetDocuURL() override {
+        return Locked([&] { return Base::InternalGetDocuURL(); });
+    }
     bool IsDeprecated() override {
         return Locked([&] { return Base::m_IsDeprecated == Yes; });
     }
@@ -95,6 +105,11 @@ public:
     }
     bool IsFeature() override {
         return Locked([&] { return Base::m_IsFeature == Yes; });
+    }
+
+    void SetProperty(const CProperty& property) override {
+        Base::SetProperty(property);
+        Base::NoteProperty(property.GetPropertyID());
     }
 
     bool IsSelector() override {
