@@ -15,8 +15,15 @@ namespace EngineTest {
 /// and is connected to memory.
 class XmlNodeMap {
 public:
-    explicit XmlNodeMap(const std::string& body, GenApi_3_0_ORVANE::CLock* lock = nullptr)
-        : m_Map(Create(body, lock)) {
+    struct Options {
+        /// Shared with other maps; null for a lock of the map's own.
+        GenApi_3_0_ORVANE::CLock* lock = nullptr;
+        /// Descriptions of version 1.0 may hold cycles that later ones may not.
+        int schemaMinor = 1;
+    };
+
+    explicit XmlNodeMap(const std::string& body) : XmlNodeMap(body, Options()) {}
+    XmlNodeMap(const std::string& body, const Options& options) : m_Map(Create(body, options)) {
         m_Map->Connect(&m_Port);
     }
 
@@ -30,16 +37,18 @@ public:
     }
 
     /// The whole description, for tests that load it by themselves.
-    static std::string Describe(const std::string& body) {
+    static std::string Describe(const std::string& body, int schemaMinor = 1) {
         const bool hasPort = body.find("Name=\"Device\"") != std::string::npos;
+        const std::string minor = std::to_string(schemaMinor);
         return R"(<?xml version="1.0" encoding="UTF-8"?>
 <RegisterDescription ModelName="Model" VendorName="Vendor" ToolTip="A camera"
-    StandardNameSpace="GEV" SchemaMajorVersion="1" SchemaMinorVersion="1"
+    StandardNameSpace="GEV" SchemaMajorVersion="1" SchemaMinorVersion=")" +
+               minor + R"("
     SchemaSubMinorVersion="7" MajorVersion="4" MinorVersion="5" SubMinorVersion="6"
     ProductGuid="11111111-2222-3333-4444-555555555555"
     VersionGuid="66666666-7777-8888-9999-AAAAAAAAAAAA"
-    xmlns="http://www.genicam.org/GenApi/Version_1_1">
-)" + body + (hasPort ? "" : "<Port Name=\"Device\"/>") +
+    xmlns="http://www.genicam.org/GenApi/Version_1_)" +
+               minor + "\">\n" + body + (hasPort ? "" : "<Port Name=\"Device\"/>") +
                "</RegisterDescription>";
     }
 
@@ -50,11 +59,10 @@ private:
         }
     };
 
-    static GenApi_3_0_ORVANE::INodeMap* Create(const std::string& body,
-                                               GenApi_3_0_ORVANE::CLock* lock) {
-        GenApi_3_0_ORVANE::CNodeMapFactory factory(Describe(body).c_str());
-        return lock == nullptr ? factory.CreateNodeMap()
-                               : factory.CreateNodeMap(*lock, "Device", true);
+    static GenApi_3_0_ORVANE::INodeMap* Create(const std::string& body, const Options& options) {
+        GenApi_3_0_ORVANE::CNodeMapFactory factory(Describe(body, options.schemaMinor).c_str());
+        return options.lock == nullptr ? factory.CreateNodeMap()
+                                       : factory.CreateNodeMap(*options.lock, "Device", true);
     }
 
     TestPort m_Port;

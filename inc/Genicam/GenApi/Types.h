@@ -54,7 +54,7 @@ enum EStandardNameSpace {
     _UndefinedStandardNameSpace = 5
 };
 
-enum ESetInvalidMode { simOnlyMe = 0, simAll = 1 };
+enum ESetInvalidMode : int { simOnlyMe = 0, simAll = 1 };
 
 /// When a callback is called: with the map's lock held, or after it.
 enum ECallbackType { cbPostInsideLock = 1, cbPostOutsideLock = 2 };

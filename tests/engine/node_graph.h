@@ -1,0 +1,136 @@
+#pragma once
+/// What tests of nodes and maps share: short forms of descriptions, nodes made
+/// by hand, callbacks that note their calls.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Base/GCException.h"
+#include "GenApi/IInteger.h"
+#include "GenApi/NodeCallback.h"
+#include "GenApi/impl/Integer.h"
+#include "GenApi/impl/NodeMap.h"
+#include "NodeMapData/NodeDataMap.h"
+#include "support/EngineLog.h"
+#include "support/TestPort.h"
+#include "support/XmlNodeMap.h"
+
+namespace EngineTest {
+
+using namespace GenApi_3_0_ORVANE;   // NOLINT(google-build-using-namespace)
+using namespace GenICam_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
+
+/// A register of four bytes, in the machine's byte order.
+struct RegXml {
+    std::string name;
+    int address = 0;
+    std::string access = "RW";
+    std::string caching = "WriteThrough";
+    std::string common = {};  ///< elements that all nodes have
+    std::string tail = {};    ///< elements behind the byte order
+    std::string polling = {};
+
+    std::string operator()() const {
+        return "<IntReg Name=\"" + name + "\">" + common + "<Address>" + std::to_string(address) +
+               "</Address><Length>4</Length><AccessMode>" + access +
+               "</AccessMode><pPort>Device</pPort><Cachable>" + caching + "</Cachable>" + polling +
+               "<Sign>Signed</Sign><Endianess>LittleEndian</Endianess>" + tail + "</IntReg>";
+    }
+};
+
+/// An integer that holds a value, or shows another node when `value` is a link.
+inline std::string IntegerXml(const std::string& name, const std::string& common = "",
+                              const std::string& value = "<Value>1</Value>") {
+    return "<Integer Name=\"" + name + "\">" + common + value + "</Integer>";
+}
+inline std::string Element(const std::string& tag, const std::string& content) {
+    return "<" + tag + ">" + content + "</" + tag + ">";
+}
+
+/// Nodes whose links are exactly those that a test gives them: nothing is
+/// completed as it is when a description is loaded.
+class NodesByHand {
+public:
+    explicit NodesByHand(const char* deviceName = "Device") : m_Map(deviceName) {}
+
+    CNodeMap& Map() { return m_Map; }
+    template <class Node = CInteger>
+    Node& Add(const char* name) {
+        auto node = std::make_unique<Node>();
+        Node& added = *node;
+        const NodeID_t id = m_Data.GetNodeID(name, true);
+        m_Map.SetNumNodes(static_cast<size_t>(id.ToIndex()) + 1);
+        m_Map.RegisterNode(node.release(), CNodeData::Integer_ID, id);
+        Set(added, CPropertyID::Name_ID, std::string_view(name));
+        return added;
+    }
+    /// An integer that holds a value.
+    CInteger& AddValue(const char* name, int64_t value = 1) {
+        CInteger& node = Add(name);
+        Set(node, CPropertyID::Value_ID, value);
+        return node;
+    }
+    template <class... Value>
+    void Set(INodePrivate& node, CPropertyID id, const Value&... value) {
+        node.SetProperty(CProperty(&m_Data, id, value...));
+    }
+    void Link(INodePrivate& from, CPropertyID id, INodePrivate& to) {
+        Set(from, id, to.GetNodeID());
+    }
+    /// Makes the nodes ready for use.
+    void Complete() {
+        for (int32_t i = 0; i < static_cast<int32_t>(m_Data.GetNumNodeIDs()); ++i) {
+            m_Map.GetNodeByID(NodeID_t(i))->FinalConstruct();
+        }
+        m_Map.FinalConstruct();
+    }
+
+private:
+    CNodeDataMap m_Data;
+    CNodeMap m_Map;
+};
+
+/// Notes its calls as "<node> inside" and "<node> outside".
+class NotingCallback : public CNodeCallback {
+public:
+    using Calls = std::vector<std::string>;
+
+    NotingCallback(INode* node, Calls& calls) : CNodeCallback(node), m_Calls(calls) {}
+    void operator()(ECallbackType type) const override {
+        const char* const place = type == cbPostInsideLock ? " inside" : " outside";
+        m_Calls.push_back(std::string(m_pNode->GetName()) + place);
+    }
+    void Destroy() override { delete this; }
+
+    static CallbackHandleType On(INode& node, Calls& calls) {
+        return node.RegisterCallback(new NotingCallback(&node, calls));
+    }
+
+private:
+    Calls& m_Calls;
+};
+
+/// What a failure tells of itself; empty texts without a failure.
+struct Failure {
+    std::string description;
+    std::string what;
+};
+template <class Exception, class Action>
+Failure FailureOf(const Action& action) {
+    try {
+        action();
+    } catch (const Exception& failure) {
+        return {failure.GetDescription(), failure.what()};
+    }
+    return {};
+}
+template <class Exception, class Action>
+std::string DescriptionOf(const Action& action) {
+    return FailureOf<Exception>(action).description;
+}
+
+}  // namespace EngineTest
