@@ -14,10 +14,10 @@ public:
             [&] { return fullQualified ? Base::InternalGetQualifiedName() : Base::m_Name; });
     }
     ENameSpace GetNameSpace() override {
-        return Locked([&] { return Base::InternalGetNameSpace(); });
+        return Locked([&] { return this->InternalGetNameSpace(); });
     }
     EVisibility GetVisibility() override {
-        return Locked([&] { return Base::InternalGetVisibility(); });
+        return Locked([&] { return this->InternalGetVisibility(); });
     }
     void InvalidateNode() override {
         CallbackList callbacks;
@@ -40,7 +40,7 @@ public:
         return Locked([&] { return this->InternalGetCachingMode(); });
     }
     int64_t GetPollingTime() override {
-        return Locked([&] { return Base::InternalGetPollingTime(); });
+        return Locked([&] { return this->InternalGetPollingTime(); });
     }
     gcstring GetToolTip() override {
         return Locked([&] { return Base::m_ToolTip; });
@@ -101,7 +101,7 @@ public:
         return Locked([&] { return Base::m_IsDeprecated == Yes; });
     }
     EInterfaceType GetPrincipalInterfaceType() override {
-        return Locked([&] { return Base::InternalGetPrincipalInterfaceType(); });
+        return Locked([&] { return this->InternalGetPrincipalInterfaceType(); });
     }
     bool IsFeature() override {
         return Locked([&] { return Base::m_IsFeature == Yes; });

@@ -1,0 +1,138 @@
+// One lock for the whole graph: clients of many threads at once.
+
+#include <atomic>
+#include <thread>
+
+#include "node_graph.h"
+
+namespace EngineTest {
+
+namespace {
+
+/// Runs an action so many times in each of some threads.
+template <class... Actions>
+void RunAtOnce(int times, const Actions&... actions) {
+    const auto repeat = [times](const auto& action) {
+        return std::thread([times, &action] {
+            for (int i = 0; i < times; ++i) {
+                action(i);
+            }
+        });
+    };
+    std::thread threads[] = {repeat(actions)...};
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+std::string Graph() {
+    return RegXml{.name = "Reg",
+                  .address = 0,
+                  .tail = "",
+                  .polling = "<PollingTime>1</PollingTime>"}() +
+           RegXml{.name = "Lock", .address = 4, .caching = "NoCache"}() +
+           IntegerXml("Node", Element("pIsLocked", "Lock"), Element("pValue", "Reg")) +
+           IntegerXml("Other", "", Element("pValue", "Reg"));
+}
+
+}  // namespace
+
+TEST(ManyThreads, ReadWritePollAndInvalidateOneGraph) {
+    XmlNodeMap nodes(Graph());
+    std::atomic<int> calls = 0;
+    struct Client {
+        std::atomic<int>& calls;
+        void OnChange(INode* node) {
+            ++calls;
+            dynamic_cast<IInteger&>(*node).GetValue();
+        }
+    } client{calls};
+    INode& other = nodes.Get("Other");
+    Register(&other, client, &Client::OnChange, cbPostInsideLock);
+    Register(&other, client, &Client::OnChange, cbPostOutsideLock);
+    auto& node = nodes.Get<IInteger>("Node");
+    constexpr int kTimes = 200;
+    RunAtOnce(
+        kTimes, [&](int i) { node.SetValue(i); },
+        [&](int i) { dynamic_cast<IInteger&>(other).GetValue(i % 2 == 0, i % 3 == 0); },
+        [&](int /*i*/) { nodes->Poll(1); }, [&](int /*i*/) { nodes->InvalidateNodes(); },
+        [&](int i) { nodes.Get("Node").ImposeVisibility(i % 2 == 0 ? Guru : Beginner); });
+    EXPECT_GE(calls, 2 * kTimes);
+    EXPECT_EQ(nodes.Port().Peek<int32_t>(0), kTimes - 1);
+    auto& map = dynamic_cast<INodeMapPrivate&>(nodes.Map());
+    EXPECT_TRUE(map.GetBathometer().IsZero());
+    EXPECT_EQ(map.GetEntryPoint(), "");
+}
+
+TEST(ManyThreads, RegisterAndDeregisterWhileOthersWrite) {
+    XmlNodeMap nodes(Graph());
+    struct Client {
+        void OnChange(INode* /*node*/) { ++calls; }
+        std::atomic<int> calls = 0;
+    } client;
+    auto& node = nodes.Get<IInteger>("Other");
+    RunAtOnce(
+        200, [&](int i) { nodes.Get<IInteger>("Node").SetValue(i); },
+        [&](int /*i*/) {
+            // A callback must not go while a call of it may be under way, so the
+            // client takes the lock that its calls are made with.
+            const CallbackHandleType handle =
+                Register(&nodes.Get("Lock"), client, &Client::OnChange, cbPostInsideLock);
+            Deregister(handle);
+        },
+        [&](int i) { node.SetValue(i); });
+    EXPECT_EQ(client.calls, 0);
+}
+
+TEST(SharedLock, GuardsSeveralMaps) {
+    CLock lock;
+    XmlNodeMap one(Graph(), {.lock = &lock});
+    XmlNodeMap other(Graph(), {.lock = &lock});
+    EXPECT_EQ(&one->GetLock(), &lock);
+    EXPECT_EQ(&other->GetLock(), &lock);
+    int unguarded = 0;
+    struct Client {
+        int& count;
+        void OnChange(INode* /*node*/) { ++count; }
+    } client{unguarded};
+    Register(&one.Get("Node"), client, &Client::OnChange, cbPostInsideLock);
+    Register(&other.Get("Node"), client, &Client::OnChange, cbPostInsideLock);
+    RunAtOnce(
+        100, [&](int i) { one.Get<IInteger>("Node").SetValue(i); },
+        [&](int i) { other.Get<IInteger>("Node").SetValue(i); });
+    EXPECT_EQ(unguarded, 200);
+}
+
+TEST(OwnLock, IsEachMapsOwn) {
+    XmlNodeMap one(Graph());
+    XmlNodeMap other(Graph());
+    EXPECT_NE(&one->GetLock(), &other->GetLock());
+}
+
+/// A sweep belongs to one thread: nobody else gets in before its last node.
+TEST(Poll, HoldsTheLockForTheWholeSweep) {
+    XmlNodeMap nodes(Graph());
+    std::thread reader;
+    std::atomic<bool> isRead = false;
+    struct Client {
+        XmlNodeMap& nodes;
+        std::thread& reader;
+        std::atomic<bool>& isRead;
+        bool wasReadInside = false;
+        void OnInside(INode* /*node*/) {
+            reader = std::thread([this] {
+                nodes.Get<IInteger>("Node").GetValue();
+                isRead = true;
+            });
+            wasReadInside = isRead;
+        }
+        void OnOutside(INode* /*node*/) { reader.join(); }
+    } client{nodes, reader, isRead};
+    Register(&nodes.Get("Reg"), client, &Client::OnInside, cbPostInsideLock);
+    Register(&nodes.Get("Reg"), client, &Client::OnOutside, cbPostOutsideLock);
+    nodes->Poll(1);
+    EXPECT_FALSE(client.wasReadInside);
+    EXPECT_TRUE(isRead);
+}
+
+}  // namespace EngineTest

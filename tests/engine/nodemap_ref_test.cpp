@@ -1,0 +1,183 @@
+// A client's handle to a node map.
+
+#include <fstream>
+#include <functional>
+#include <memory>
+
+#include "GenApi/NodeMapRef.h"
+#include "node_graph.h"
+
+namespace EngineTest {
+
+namespace {
+
+gcstring Description() {
+    return XmlNodeMap::Describe(
+               RegXml{.name = "Reg", .address = 0, .polling = "<PollingTime>10</PollingTime>"}())
+        .c_str();
+}
+
+/// Tells whether the map that it is registered in still lives.
+class LifeSign : public CNodeCallback {
+public:
+    LifeSign(INode* node, bool& isAlive) : CNodeCallback(node), m_IsAlive(isAlive) {
+        m_IsAlive = true;
+    }
+    void operator()(ECallbackType /*type*/) const override {}
+    void Destroy() override {
+        m_IsAlive = false;
+        delete this;
+    }
+
+private:
+    bool& m_IsAlive;
+};
+
+class LoadedRef : public testing::Test {
+protected:
+    LoadedRef() {
+        m_Ref._LoadXMLFromString(Description());
+        INode* const node = m_Ref._GetNode("Reg");
+        node->RegisterCallback(new LifeSign(node, m_IsAlive));
+    }
+
+    bool m_IsAlive = false;
+    CNodeMapRef m_Ref{"Camera"};
+};
+
+using Use = std::function<void(CNodeMapRef&)>;
+class EmptyRef : public testing::TestWithParam<std::pair<const char*, Use>> {};
+
+}  // namespace
+
+TEST_P(EmptyRef, OffersNothing) {
+    CNodeMapRef ref;
+    EXPECT_EQ(DescriptionOf<AccessException>([&] { GetParam().second(ref); }),
+              "Feature not present (reference not valid)");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, EmptyRef,
+    testing::Values(
+        std::pair<const char*, Use>{"GetDeviceName",
+                                    [](CNodeMapRef& ref) { ref._GetDeviceName(); }},
+        std::pair<const char*, Use>{"Poll", [](CNodeMapRef& ref) { ref._Poll(1); }},
+        std::pair<const char*, Use>{"GetNodes",
+                                    [](CNodeMapRef& ref) {
+                                        node_vector list;
+                                        ref._GetNodes(list);
+                                    }},
+        std::pair<const char*, Use>{"GetNode", [](CNodeMapRef& ref) { ref._GetNode("Reg"); }},
+        std::pair<const char*, Use>{"InvalidateNodes",
+                                    [](CNodeMapRef& ref) { ref._InvalidateNodes(); }},
+        std::pair<const char*, Use>{"Connect", [](CNodeMapRef& ref) { ref._Connect(nullptr); }},
+        std::pair<const char*, Use>{"ConnectByName",
+                                    [](CNodeMapRef& ref) { ref._Connect(nullptr, "Device"); }},
+        std::pair<const char*, Use>{"ParseSwissKnifes",
+                                    [](CNodeMapRef& ref) { ref._ParseSwissKnifes(); }},
+        std::pair<const char*, Use>{"GetSupportedSchemaVersions",
+                                    [](CNodeMapRef& ref) {
+                                        gcstring_vector list;
+                                        ref._GetSupportedSchemaVersions(list);
+                                    }}),
+    [](const auto& example) { return example.param.first; });
+
+TEST_F(LoadedRef, ForwardsToItsMap) {
+    EXPECT_EQ(m_Ref._GetDeviceName(), "Camera");
+    node_vector list;
+    m_Ref._GetNodes(list);
+    EXPECT_EQ(list.size(), 2U);
+    EXPECT_EQ(m_Ref._GetNode("Reg"), m_Ref.GetMap()->GetNode("Reg"));
+    EXPECT_EQ(m_Ref._GetNode("Missing"), nullptr);
+    EXPECT_TRUE(m_Ref._ParseSwissKnifes());
+    gcstring_vector versions;
+    m_Ref._GetSupportedSchemaVersions(versions);
+    ASSERT_EQ(versions.size(), 2U);
+    EXPECT_EQ(versions[0], "1.0");
+    EXPECT_EQ(versions[1], "1.1");
+}
+
+TEST_F(LoadedRef, ConnectsPollsAndInvalidates) {
+    TestPort port;
+    EXPECT_TRUE(m_Ref._Connect(&port));
+    EXPECT_FALSE(m_Ref._Connect(&port, "Reg"));
+    auto& reg = dynamic_cast<IInteger&>(*m_Ref._GetNode("Reg"));
+    for (const auto& drop : {Use([](CNodeMapRef& ref) { ref._Poll(10); }),
+                             Use([](CNodeMapRef& ref) { ref._InvalidateNodes(); })}) {
+        reg.GetValue();
+        EXPECT_TRUE(reg.IsValueCacheValid());
+        drop(m_Ref);
+        EXPECT_FALSE(reg.IsValueCacheValid());
+    }
+}
+
+TEST_F(LoadedRef, RefusesASecondMap) {
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { m_Ref._LoadXMLFromString(Description()); }),
+              "Node map already created");
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { m_Ref._LoadXMLFromFile("missing.xml"); }),
+              "Node map already created");
+    EXPECT_TRUE(m_IsAlive);
+}
+
+TEST_F(LoadedRef, ReleasesOnce) {
+    m_Ref.Release();
+    EXPECT_FALSE(m_IsAlive);
+    EXPECT_EQ(m_Ref.GetMap(), nullptr);
+    m_Ref.Release();
+    EXPECT_THROW(m_Ref._GetDeviceName(), AccessException);
+}
+
+TEST_F(LoadedRef, ForgetsTheDeviceNameWithTheMap) {
+    m_Ref.Release();
+    m_Ref._LoadXMLFromString(Description());
+    EXPECT_EQ(m_Ref._GetDeviceName(), "Device");
+}
+
+TEST_F(LoadedRef, SharesTheMapWithItsCopies) {
+    {
+        CNodeMapRef copy(m_Ref);
+        CNodeMapRef assigned;
+        assigned = copy;
+        EXPECT_EQ(copy.GetMap(), m_Ref.GetMap());
+        EXPECT_EQ(assigned.GetMap(), m_Ref.GetMap());
+        m_Ref.Release();
+        EXPECT_TRUE(m_IsAlive);
+        copy.Release();
+        EXPECT_TRUE(m_IsAlive);
+        EXPECT_EQ(assigned._GetDeviceName(), "Camera");
+    }
+    EXPECT_FALSE(m_IsAlive);
+}
+
+TEST_F(LoadedRef, SurvivesAssignmentToItself) {
+    const CNodeMapRef& same = m_Ref;
+    m_Ref = same;
+    EXPECT_TRUE(m_IsAlive);
+}
+
+TEST_F(LoadedRef, GivesItsMapUpForAnother) {
+    CNodeMapRef other("Other");
+    other._LoadXMLFromString(Description());
+    m_Ref = other;
+    EXPECT_FALSE(m_IsAlive);
+    EXPECT_EQ(m_Ref._GetDeviceName(), "Other");
+}
+
+TEST(NodeMapRef, StaysEmptyWhenLoadingFails) {
+    CNodeMapRef ref;
+    EXPECT_THROW(ref._LoadXMLFromString("no description"), GenericException);
+    EXPECT_EQ(ref.GetMap(), nullptr);
+    ref._LoadXMLFromString(Description());
+    EXPECT_NE(ref.GetMap(), nullptr);
+}
+
+TEST(NodeMapRef, LoadsFromAFile) {
+    const std::string path = testing::TempDir() + "nodemap_ref_test.xml";
+    std::ofstream(path) << Description().c_str();
+    CNodeMapRef ref;
+    ref._LoadXMLFromFile(path.c_str());
+    EXPECT_NE(ref._GetNode("Reg"), nullptr);
+    std::remove(path.c_str());
+}
+
+}  // namespace EngineTest
