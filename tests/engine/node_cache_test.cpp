@@ -1,8 +1,5 @@
 // What a node remembers and what makes it forget.
 
-#include <thread>
-
-#include "GenApi/impl/PolyReference.h"
 #include "node_graph.h"
 
 namespace EngineTest {

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <future>
 #include <string>
 #include <utility>
 #include <vector>
@@ -113,6 +114,19 @@ public:
 private:
     Calls& m_Calls;
 };
+
+/// Whether another thread could take the lock now.
+inline bool IsFreeForOthers(CLock& lock) {
+    return std::async(std::launch::async,
+                      [&lock] {
+                          const bool isFree = lock.TryLock();
+                          if (isFree) {
+                              lock.Unlock();
+                          }
+                          return isFree;
+                      })
+        .get();
+}
 
 /// What a failure tells of itself; empty texts without a failure.
 struct Failure {

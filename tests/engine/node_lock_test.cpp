@@ -26,10 +26,7 @@ void RunAtOnce(int times, const Actions&... actions) {
 }
 
 std::string Graph() {
-    return RegXml{.name = "Reg",
-                  .address = 0,
-                  .tail = "",
-                  .polling = "<PollingTime>1</PollingTime>"}() +
+    return RegXml{.name = "Reg", .address = 0, .polling = "<PollingTime>1</PollingTime>"}() +
            RegXml{.name = "Lock", .address = 4, .caching = "NoCache"}() +
            IntegerXml("Node", Element("pIsLocked", "Lock"), Element("pValue", "Reg")) +
            IntegerXml("Other", "", Element("pValue", "Reg"));
@@ -74,8 +71,8 @@ TEST(ManyThreads, RegisterAndDeregisterWhileOthersWrite) {
     RunAtOnce(
         200, [&](int i) { nodes.Get<IInteger>("Node").SetValue(i); },
         [&](int /*i*/) {
-            // A callback must not go while a call of it may be under way, so the
-            // client takes the lock that its calls are made with.
+            // On a node that nobody changes meanwhile: a callback must not go
+            // while a call of it may be under way.
             const CallbackHandleType handle =
                 Register(&nodes.Get("Lock"), client, &Client::OnChange, cbPostInsideLock);
             Deregister(handle);
@@ -109,30 +106,23 @@ TEST(OwnLock, IsEachMapsOwn) {
     EXPECT_NE(&one->GetLock(), &other->GetLock());
 }
 
-/// A sweep belongs to one thread: nobody else gets in before its last node.
+/// A sweep belongs to one thread: nobody else gets in between two nodes.
 TEST(Poll, HoldsTheLockForTheWholeSweep) {
     XmlNodeMap nodes(Graph());
-    std::thread reader;
-    std::atomic<bool> isRead = false;
     struct Client {
-        XmlNodeMap& nodes;
-        std::thread& reader;
-        std::atomic<bool>& isRead;
-        bool wasReadInside = false;
-        void OnInside(INode* /*node*/) {
-            reader = std::thread([this] {
-                nodes.Get<IInteger>("Node").GetValue();
-                isRead = true;
-            });
-            wasReadInside = isRead;
-        }
-        void OnOutside(INode* /*node*/) { reader.join(); }
-    } client{nodes, reader, isRead};
-    Register(&nodes.Get("Reg"), client, &Client::OnInside, cbPostInsideLock);
-    Register(&nodes.Get("Reg"), client, &Client::OnOutside, cbPostOutsideLock);
+        void OnInside(INode* node) { inside.push_back(IsFree(node)); }
+        void OnOutside(INode* node) { outside.push_back(IsFree(node)); }
+        static bool IsFree(INode* node) { return IsFreeForOthers(node->GetNodeMap()->GetLock()); }
+        std::vector<bool> inside;
+        std::vector<bool> outside;
+    } client;
+    for (const char* const name : {"Reg", "Node", "Other"}) {
+        Register(&nodes.Get(name), client, &Client::OnInside, cbPostInsideLock);
+        Register(&nodes.Get(name), client, &Client::OnOutside, cbPostOutsideLock);
+    }
     nodes->Poll(1);
-    EXPECT_FALSE(client.wasReadInside);
-    EXPECT_TRUE(isRead);
+    EXPECT_THAT(client.inside, testing::ElementsAre(false, false, false));
+    EXPECT_THAT(client.outside, testing::ElementsAre(true, true, true));
 }
 
 }  // namespace EngineTest

@@ -1,8 +1,6 @@
 // The frame around every write and every read: what happens before, after, and
 // when something fails in between.
 
-#include <future>
-
 #include "node_graph.h"
 
 namespace EngineTest {
@@ -22,14 +20,7 @@ protected:
     void ExpectAtRest() {
         EXPECT_TRUE(Map().GetBathometer().IsZero());
         EXPECT_EQ(Map().GetEntryPoint(), "");
-        EXPECT_TRUE(std::async(std::launch::async, [&] {
-                        CLock& lock = Map().GetLock();
-                        const bool isFree = lock.TryLock();
-                        if (isFree) {
-                            lock.Unlock();
-                        }
-                        return isFree;
-                    }).get());
+        EXPECT_TRUE(IsFreeForOthers(Map().GetLock()));
     }
 
     XmlNodeMap m_Nodes{RegXml{.name = "Reg", .address = 0}() +
@@ -167,15 +158,8 @@ public:
         : CNodeCallback(&node), m_Other(other), m_Sights(sights) {}
     void operator()(ECallbackType type) const override {
         auto& map = dynamic_cast<INodeMapPrivate&>(*m_pNode->GetNodeMap());
-        const bool isLockFree = std::async(std::launch::async, [&] {
-                                    const bool isFree = map.GetLock().TryLock();
-                                    if (isFree) {
-                                        map.GetLock().Unlock();
-                                    }
-                                    return isFree;
-                                }).get();
-        m_Sights.push_back(
-            {type, map.GetBathometer().IsZero(), m_Other.IsValueCacheValid(), isLockFree});
+        m_Sights.push_back({type, map.GetBathometer().IsZero(), m_Other.IsValueCacheValid(),
+                            IsFreeForOthers(map.GetLock())});
     }
     void Destroy() override { delete this; }
 

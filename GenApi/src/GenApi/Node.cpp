@@ -32,7 +32,7 @@ void CNodeImpl::Initialize(INodeMapPrivate* nodeMap, CNodeData::ENodeType_t type
 }
 
 INodeMapPrivate& CNodeImpl::GetMap() const {
-    OV_ASSERT(m_pNodeMap != NULL);
+    OV_ASSERT(m_pNodeMap != NULL);  // NOLINT(modernize-use-nullptr): known text
     return *m_pNodeMap;
 }
 

@@ -238,6 +238,16 @@ gcstring CNodeMap::GetEntryPoint() {
     return m_pEntryNode->InternalGetName() + "." + MethodText(m_EntryMethod) + "()";
 }
 
+UserData_t CNodeMap::GetUserData() {
+    const AutoLock lock(*m_pLock);
+    return m_pUserData;
+}
+
+UserData_t CNodeMap::SetUserData(UserData_t data) {
+    const AutoLock lock(*m_pLock);
+    return std::exchange(m_pUserData, data);
+}
+
 gcstring CNodeMap::GetStandardNameSpace() {
     return EStandardNameSpaceClass::ToString(m_StandardNameSpace);
 }

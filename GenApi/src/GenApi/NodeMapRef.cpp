@@ -1,5 +1,7 @@
 #include "GenApi/NodeMapRef.h"
 
+#include <memory>
+
 #include "Base/GCException.h"
 #include "GenApi/NodeMapFactory.h"
 #include "GenApi/impl/NodeMap.h"
@@ -38,42 +40,44 @@ CNodeMapRefT<LoaderParams>::~CNodeMapRefT() {
 template <class LoaderParams>
 void CNodeMapRefT<LoaderParams>::Release() {
     INodeMap* const nodeMap = std::exchange(m_pNodeMap, nullptr);
-    std::atomic<long>* const pRefCount = std::exchange(m_pRefCount, nullptr);
+    std::atomic<long>* const _pRefCount = std::exchange(m_pRefCount, nullptr);
     if (nodeMap == nullptr) {
-        std::atomic<long>* const _pRefCount = pRefCount;
-        OV_ASSERT(_pRefCount == NULL);
+        OV_ASSERT(_pRefCount == NULL);  // NOLINT(modernize-use-nullptr): known text
         return;
     }
     m_DeviceName = "Device";
+    const std::atomic<long>* const pRefCount = _pRefCount;
     OV_ASSERT(*pRefCount > 0);
-    if (--*pRefCount == 0) {
-        delete pRefCount;
+    if (--*_pRefCount == 0) {
+        delete _pRefCount;
         dynamic_cast<IDestroy&>(*nodeMap).Destroy();
     }
 }
 
 template <class LoaderParams>
-void CNodeMapRefT<LoaderParams>::Attach(INodeMap* nodeMap) {
-    m_pRefCount = new std::atomic<long>(1);
-    m_pNodeMap = nodeMap;
+void CNodeMapRefT<LoaderParams>::RefuseSecondMap() const {
+    if (m_pNodeMap != nullptr) {
+        RUNTIME_EXCEPTION("Node map already created");
+    }
+}
+
+template <class LoaderParams>
+void CNodeMapRefT<LoaderParams>::Attach(CNodeMapFactory factory) {
+    auto refCount = std::make_unique<std::atomic<long>>(1);
+    m_pNodeMap = factory.CreateNodeMap(m_DeviceName, true);
+    m_pRefCount = refCount.release();
 }
 
 template <class LoaderParams>
 void CNodeMapRefT<LoaderParams>::_LoadXMLFromString(const gcstring& xmlData) {
-    if (m_pNodeMap != nullptr) {
-        RUNTIME_EXCEPTION("Node map already created");
-    }
-    CNodeMapFactory factory(xmlData);
-    Attach(factory.CreateNodeMap(m_DeviceName, true));
+    RefuseSecondMap();
+    Attach(CNodeMapFactory(ContentType_Xml, xmlData.c_str(), xmlData.size()));
 }
 
 template <class LoaderParams>
 void CNodeMapRefT<LoaderParams>::_LoadXMLFromFile(const gcstring& fileName) {
-    if (m_pNodeMap != nullptr) {
-        RUNTIME_EXCEPTION("Node map already created");
-    }
-    CNodeMapFactory factory(ContentType_Xml, fileName);
-    Attach(factory.CreateNodeMap(m_DeviceName, true));
+    RefuseSecondMap();
+    Attach(CNodeMapFactory(ContentType_Xml, fileName));
 }
 
 template <class LoaderParams>

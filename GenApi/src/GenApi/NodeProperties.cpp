@@ -229,27 +229,34 @@ void CNodeImpl::NoteProperty(CPropertyID id) {
     }
 }
 
-void CNodeImpl::InternalGetPropertyNames(gcstring_vector& names) const {
+CNodeData::PropertyVector_t CNodeImpl::GetHeldProperties(INodeDataMap& nodeDataMap,
+                                                         const gcstring* name) {
+    CNodeData::PropertyVector_t properties;
+    for (uint32_t number = 0; number < CPropertyID::_Undefined_ID; ++number) {
+        const CPropertyID id(static_cast<CPropertyID::EProperty_ID_t>(number));
+        if (HoldsProperty(id) && (name == nullptr || *name == id.ToString().c_str())) {
+            GetProperty(nodeDataMap, id, properties);
+        }
+    }
+    return properties;
+}
+
+void CNodeImpl::InternalGetPropertyNames(gcstring_vector& names) {
+    CNodeDataMap scratch;
     names.clear();
-    for (uint32_t id = 0; id < CPropertyID::_Undefined_ID; ++id) {
-        if (m_HeldProperties.test(id)) {
-            names.push_back(
-                CPropertyID(static_cast<CPropertyID::EProperty_ID_t>(id)).ToString().c_str());
+    for (const CProperty& property : GetHeldProperties(scratch)) {
+        const gcstring name(property.GetPropertyID().ToString().c_str());
+        if (names.empty() || names.back() != name) {
+            names.push_back(name);
         }
     }
 }
 
 bool CNodeImpl::InternalGetProperty(const gcstring& name, gcstring& value, gcstring& attribute) {
+    CNodeDataMap scratch;
+    const CNodeData::PropertyVector_t properties = GetHeldProperties(scratch, &name);
     value = gcstring();
     attribute = gcstring();
-    CNodeDataMap scratch;
-    CNodeData::PropertyVector_t properties;
-    for (uint32_t number = 0; number < CPropertyID::_Undefined_ID; ++number) {
-        const CPropertyID id(static_cast<CPropertyID::EProperty_ID_t>(number));
-        if (m_HeldProperties.test(number) && name == id.ToString().c_str()) {
-            GetProperty(scratch, id, properties);
-        }
-    }
     for (const CProperty& property : properties) {
         AppendEntry(value, property.ToString(tssValue));
         if (property.GetAttribute() != nullptr) {

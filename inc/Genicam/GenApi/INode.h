@@ -33,13 +33,14 @@ struct OV_ENGINE_API INode : virtual public IBase {
     virtual void GetParents(node_vector& list) = 0;
     /// Takes the callback over. The handle is its address.
     virtual CallbackHandleType RegisterCallback(CNodeCallback* callback) = 0;
-    /// Destroys the callback. False when it isn't registered here.
+    /// Destroys the callback, of which no call may be under way. False when it
+    /// isn't registered here.
     virtual bool DeregisterCallback(CallbackHandleType handle) = 0;
     virtual INodeMap* GetNodeMap() = 0;
     /// In hexadecimal, empty when the node is no event.
     virtual gcstring GetEventID() = 0;
     virtual bool IsStreamable() = 0;
-    /// The names of the properties that the description gave the node.
+    /// The names of the properties that GetProperty knows.
     virtual void GetPropertyNames(gcstring_vector& names) = 0;
     /// What the node holds of a property, as text; a tab stands between the
     /// entries of a list. False, and empty texts, without such a property.

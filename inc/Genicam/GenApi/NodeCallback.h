@@ -51,7 +51,7 @@ CallbackHandleType Register(INode* node, Client& client, Member member, ECallbac
         new Member_NodeCallback<Client, Member>(node, client, member, type));
 }
 
-/// Has the callback's node deregister it.
+/// Has the callback's node deregister it. No call of it may be under way.
 OV_ENGINE_API void Deregister(CallbackHandleType handle);
 
 }  // namespace GenApi_3_0_ORVANE

@@ -7,6 +7,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
+class CNodeMapFactory;
+
 /// Marks the handle that loads generic descriptions.
 class CGeneric_XMLLoaderParams {};
 
@@ -44,7 +46,8 @@ public:
 
 private:
     INodeMap& MapOrThrow() const;
-    void Attach(INodeMap* nodeMap);
+    void RefuseSecondMap() const;
+    void Attach(CNodeMapFactory factory);
 
     INodeMap* m_pNodeMap = nullptr;
     gcstring m_DeviceName;

@@ -80,7 +80,7 @@ protected:
     /// Keeps account of the properties that the description gave this node.
     void NoteProperty(CPropertyID id);
     bool HoldsProperty(CPropertyID id) const { return m_HeldProperties.test(id); }
-    void InternalGetPropertyNames(gcstring_vector& names) const;
+    void InternalGetPropertyNames(gcstring_vector& names);
     bool InternalGetProperty(const gcstring& name, gcstring& value, gcstring& attribute);
     gcstring InternalGetDisplayName() const;
     void InternalGetChildren(node_vector& list, ELinkType linkType) const;
@@ -163,6 +163,9 @@ private:
     /// The field that keeps a property that is no link: calls `use` with it.
     template <class Self, class Use>
     static bool WithField(Self& self, CPropertyID id, const Use& use);
+    /// What the node holds of its description, or of one property of it.
+    CNodeData::PropertyVector_t GetHeldProperties(INodeDataMap& nodeDataMap,
+                                                  const gcstring* name = nullptr);
     INodePrivate& FindLinked(const CProperty& property);
     void SetLinkProperty(const CProperty& property);
     NodeList GetLinked(CPropertyID id) const;

@@ -88,8 +88,8 @@ public:
     void GetSupportedSchemaVersions(gcstring_vector& list) { list = m_SupportedSchemaVersions; }
 
     void Destroy() override;
-    UserData_t GetUserData() override { return m_pUserData; }
-    UserData_t SetUserData(UserData_t data) override { return std::exchange(m_pUserData, data); }
+    UserData_t GetUserData() override;
+    UserData_t SetUserData(UserData_t data) override;
 
 private:
     /// The field that keeps a property: calls `use` with it.

@@ -24,6 +24,7 @@ inline CProperty MakeProperty(INodeDataMap& map, CPropertyID id, std::integral a
     return {&map, id, int64_t{field}};
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): types and names take none
 #define OV_ENUM_PROPERTY_FIELD(Enumeration)                                               \
     inline void TakeProperty(const CProperty& property, Enumeration& field) {             \
         field = property.Enumeration();                                                   \
@@ -31,6 +32,7 @@ inline CProperty MakeProperty(INodeDataMap& map, CPropertyID id, std::integral a
     inline CProperty MakeProperty(INodeDataMap& map, CPropertyID id, Enumeration field) { \
         return {&map, id, CProperty::Enumeration##_ID, field};                            \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 OV_ENUM_PROPERTY_FIELD(EAccessMode)
 OV_ENUM_PROPERTY_FIELD(ECachingMode)
 OV_ENUM_PROPERTY_FIELD(EDisplayNotation)
