@@ -30,6 +30,11 @@ public:
     State Next(State state, ElementNumber element) const {
         return m_Next[state * m_ElementCount + element];
     }
+    /// Whether an element has its place further on, behind one that is missing.
+    bool StandsBehindMissing(State state, ElementNumber element) const {
+        return !IsComplete(state) && std::find(m_Elements.begin() + state + 1, m_Elements.end(),
+                                               element) != m_Elements.end();
+    }
     /// Whether the content may end here.
     bool IsComplete(State state) const { return m_IsComplete[state]; }
     /// Which element led to a state.

@@ -5,9 +5,10 @@
 #include <algorithm>
 #include <climits>
 #include <memory>
+#include <span>
 
 #include "Base/GCException.h"
-#include "Base/OvAssert.h"
+#include "GrammarTable.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -33,31 +34,6 @@ const char* TextOf(SchemaError::Code code) {
         default:
             return "unexpected characters encountered";
     }
-}
-
-/// The attributes of a kind, in an order that numbers them.
-struct AttributeNames {
-    Attributes kind;
-    std::vector<std::string_view> names;
-    size_t required;  ///< how many of the first must be there
-};
-
-const AttributeNames& NamesOf(Attributes kind) {
-    static const std::vector<AttributeNames> all{
-        {Attributes::None, {}, 0},
-        {Attributes::Node, {"Name", "NameSpace", "MergePriority", "ExposeStatic"}, 1},
-        {Attributes::KeyNode, {"Name", "NameSpace"}, 1},
-        {Attributes::Comment, {"Comment"}, 0},
-        {Attributes::Root,
-         {"ModelName", "VendorName", "StandardNameSpace", "SchemaMajorVersion",
-          "SchemaMinorVersion", "SchemaSubMinorVersion", "MajorVersion", "MinorVersion",
-          "SubMinorVersion", "ProductGuid", "VersionGuid", "ToolTip"},
-         11},
-        {Attributes::Offset, {"Offset", "pOffset"}, 0},
-        {Attributes::Index, {"Index"}, 1},
-        {Attributes::Name, {"Name"}, 1},
-    };
-    return all[static_cast<size_t>(kind)];
 }
 
 std::string_view LocalName(std::string_view qualifiedName) {
@@ -99,7 +75,7 @@ std::optional<SchemaError> CDescriptionReader::Read(std::string_view document) {
         m_Builder.Abandon();
     }
     if (m_Failure) {
-        RethrowBuilderFailure(m_Failure);
+        RethrowBuilderFailure();
     }
     if (!m_Error && status != XML_STATUS_OK) {
         m_Error = ErrorHere(XML_ErrorString(XML_GetErrorCode(m_pParser)));
@@ -112,9 +88,9 @@ SchemaError CDescriptionReader::ErrorHere(std::string text) const {
             XML_GetCurrentColumnNumber(m_pParser)};
 }
 
-void CDescriptionReader::RethrowBuilderFailure(std::exception_ptr failure) const {
+void CDescriptionReader::RethrowBuilderFailure() const {
     try {
-        std::rethrow_exception(failure);
+        std::rethrow_exception(m_Failure);
     } catch (const RuntimeException& error) {
         throw GenICam_3_0_ORVANE::ExceptionReporter<RuntimeException>(
             error.GetSourceFileName(), error.GetSourceLine(), "RuntimeException")
@@ -208,9 +184,11 @@ void CDescriptionReader::StartChild(std::string_view name, const char** attribut
     if (parent.grammar == nullptr || element == kNoElement) {
         Fail(SchemaError::UnexpectedElement);
     }
-    const CContentModel::State next = parent.grammar->GetModel().Next(parent.state, element);
+    const CContentModel& model = parent.grammar->GetModel();
+    const CContentModel::State next = model.Next(parent.state, element);
     if (next == CContentModel::kNoState) {
-        Fail(SchemaError::UnexpectedElement);
+        Fail(model.StandsBehindMissing(parent.state, element) ? SchemaError::ExpectedElement
+                                                              : SchemaError::UnexpectedElement);
     }
     parent.state = next;
     Push(parent.grammar->ChildAt(next), &parent.grammar->RowAt(next), name, attributes);
@@ -224,12 +202,11 @@ void CDescriptionReader::Push(const CElementGrammar* grammar, const ElementRow* 
     frame.state = CContentModel::kBegin;
     frame.open = OpenNode();
     frame.text.clear();
-    frame.attribute.clear();
-    frame.isReference = false;
+    frame.attributeRow = nullptr;
     if (grammar != nullptr) {
         frame.open = m_Builder.OpenElement(grammar->GetType());
     } else if (row->rule == Rule::Key) {
-        frame.open.ownName = name;
+        frame.open = m_Builder.OpenKey(name);
     }
     ++m_Depth;
     TakeAttributes(frame, grammar != nullptr ? grammar->GetType().attributes : row->attributes,
@@ -237,58 +214,44 @@ void CDescriptionReader::Push(const CElementGrammar* grammar, const ElementRow* 
 }
 
 void CDescriptionReader::TakeAttributes(Frame& frame, Attributes kind, const char** attributes) {
-    const AttributeNames& known = NamesOf(kind);
+    const std::span<const AttributeRow> rows = AttributesOf(kind);
     unsigned seen = 0;
     for (; *attributes != nullptr; attributes += 2) {
-        const XmlAttribute attribute{attributes[0], attributes[1]};
-        if (IsQualified(attribute.name)) {
+        const std::string_view name = attributes[0];
+        std::string_view local;
+        if (IsQualified(name) && !IsOurs(name, local)) {
             // Another vocabulary's, such as the place of the schema.
             continue;
         }
-        const auto found = std::find(known.names.begin(), known.names.end(), attribute.name);
-        if (found == known.names.end()) {
+        const auto row = std::find_if(rows.begin(), rows.end(),
+                                      [name](const AttributeRow& r) { return r.name == name; });
+        if (row == rows.end()) {
             Fail(SchemaError::UnexpectedAttribute);
         }
-        seen |= 1U << (found - known.names.begin());
-        TakeAttribute(frame, kind, attribute);
+        seen |= 1U << (row - rows.begin());
+        TakeAttribute(frame, kind, *row, attributes[1]);
     }
-    const unsigned required = (1U << known.required) - 1;
-    if ((seen & required) != required) {
-        Fail(SchemaError::ExpectedAttribute);
+    for (size_t i = 0; i < rows.size(); ++i) {
+        if (rows[i].isRequired && (seen & (1U << i)) == 0) {
+            Fail(SchemaError::ExpectedAttribute);
+        }
     }
 }
 
-void CDescriptionReader::TakeAttribute(Frame& frame, Attributes kind,
-                                       const XmlAttribute& attribute) {
-    switch (kind) {
-        case Attributes::Node:
-            m_Builder.TakeNodeAttribute(frame.open, attribute);
-            break;
-        case Attributes::Root:
-            m_Builder.TakeRootAttribute(frame.open, attribute);
-            break;
-        case Attributes::Comment:
-            if (frame.open.node != nullptr) {
-                frame.open.node->AddProperty(CPropertyID::Comment_ID, attribute.value);
-            }
-            break;
-        case Attributes::Offset:
-            // A constant offset goes before a reference.
-            if (!attribute.value.empty() &&
-                (attribute.name == "Offset" || frame.attribute.empty())) {
-                frame.attribute = attribute.value;
-                frame.isReference = attribute.name == "pOffset";
-            }
-            break;
-        case Attributes::KeyNode:
-        case Attributes::Index:
-        case Attributes::Name:
-            if (attribute.name != "NameSpace") {
-                frame.attribute = attribute.value;
-            }
-            break;
-        case Attributes::None:
-            break;
+void CDescriptionReader::TakeAttribute(Frame& frame, Attributes kind, const AttributeRow& row,
+                                       std::string_view value) {
+    if (frame.grammar != nullptr || frame.row->rule == Rule::Key) {
+        m_Builder.TakeAttribute(frame.open, row, value);
+        return;
+    }
+    // An empty offset is none, and a constant one goes before a reference.
+    if (kind == Attributes::Offset && value.empty()) {
+        return;
+    }
+    const std::string_view text = Checked(row.facet, value);
+    if (row.property != CPropertyID::pOffset_ID || frame.attributeRow == nullptr) {
+        frame.attributeRow = &row;
+        frame.attribute = text;
     }
 }
 
@@ -312,10 +275,10 @@ void CDescriptionReader::End(std::string_view qualifiedName) {
     Frame& frame = m_Frames[m_Depth - 1];
     if (frame.grammar == nullptr) {
         if (frame.row->rule == Rule::Key) {
-            m_Builder.TakeKey(frame.open.ownName, frame.attribute, frame.text);
+            m_Builder.CloseKey(frame.open, frame.text);
         } else {
-            m_Builder.TakeText(m_Frames[m_Depth - 2].open, *frame.row, frame.text, frame.attribute,
-                               frame.isReference);
+            m_Builder.TakeText(m_Frames[m_Depth - 2].open, *frame.row, frame.text,
+                               {frame.attributeRow, frame.attribute});
         }
         --m_Depth;
         return;

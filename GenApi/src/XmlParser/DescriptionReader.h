@@ -49,8 +49,8 @@ private:
         CContentModel::State state = CContentModel::kBegin;
         OpenNode open;
         std::string text;
+        const AttributeRow* attributeRow = nullptr;  ///< of the attribute, if any
         std::string attribute;
-        bool isReference = false;
     };
 
     static void OnStart(void* self, const char* name, const char** attributes);
@@ -68,12 +68,13 @@ private:
     void Push(const CElementGrammar* grammar, const ElementRow* row, std::string_view name,
               const char** attributes);
     void TakeAttributes(Frame& frame, Attributes kind, const char** attributes);
-    void TakeAttribute(Frame& frame, Attributes kind, const XmlAttribute& attribute);
+    void TakeAttribute(Frame& frame, Attributes kind, const AttributeRow& row,
+                       std::string_view value);
     [[noreturn]] void Fail(SchemaError::Code code) const;
     void Stop();
     bool IsOurs(std::string_view qualifiedName, std::string_view& local) const;
     SchemaError ErrorHere(std::string text) const;
-    [[noreturn]] void RethrowBuilderFailure(std::exception_ptr failure) const;
+    [[noreturn]] void RethrowBuilderFailure() const;
 
     CNodeBuilder m_Builder;
     std::string m_NameSpace;

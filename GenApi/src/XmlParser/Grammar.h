@@ -12,24 +12,15 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// What an element's text or attribute turns into.
+/// What becomes of an element.
 enum class Rule : uint8_t {
-    None,  ///< checked and forgotten
-    Link,  ///< a reference to another node
-    Text,
-    ReadersText,    ///< a text that only people read; may be suppressed
-    Number,         ///< a 64-bit integer
-    Real,           ///< a double
-    Choice,         ///< one of an enumeration's texts
-    Extension,      ///< any XML, kept as text
-    Bit,            ///< LSB and MSB in one
-    IndexedLink,    ///< pIndex with an offset
-    IndexedNumber,  ///< ValueIndexed of an integer
-    IndexedReal,    ///< ValueIndexed of a float
-    IndexedNode,    ///< pValueIndexed
-    Variable,       ///< pVariable
-    Constant,
-    Expression,
+    Value,        ///< a property whose data type tells how to read the text
+    ReadersText,  ///< a text that only people read; may be suppressed
+    Extension,    ///< any XML, kept as text
+    Bit,          ///< LSB and MSB in one
+    Variable,     ///< an input of a formula; a converter's formulas have it too
+    Constant,     ///< a variable whose node is implied
+    Expression,   ///< likewise, with a formula
     FormulaTo,
     FormulaFrom,
     Symbolic,
@@ -40,18 +31,25 @@ enum class Rule : uint8_t {
 /// Which attributes an element has.
 enum class Attributes : uint8_t { None, Node, KeyNode, Comment, Root, Offset, Index, Name };
 
-struct ElementType;
+/// An attribute of one of these kinds.
+struct AttributeRow {
+    std::string_view name;
+    CPropertyID::EProperty_ID_t property;
+    Facet facet;
+    CProperty::EDataType_t dataType;
+    bool isRequired = false;
+};
 
 /// An element as it stands inside a certain parent.
 struct ElementRow {
     std::string_view name;
-    /// The parents for which the row holds; empty for all that have no other.
-    std::string_view parents;
-    Rule rule = Rule::None;
     CPropertyID::EProperty_ID_t property = CPropertyID::_Undefined_ID;
     Facet facet = Facet::AnyText;
     CProperty::EDataType_t dataType = CProperty::_UndefinedDataType_ID;
+    Rule rule = Rule::Value;
     Attributes attributes = Attributes::None;
+    /// The parents for which the row holds; empty for all that have no other.
+    std::string_view parents = {};
 };
 
 /// An element with content of its own.

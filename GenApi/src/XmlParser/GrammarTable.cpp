@@ -50,9 +50,9 @@ constexpr std::array kTypes{
                 "@common pInvalidator* (Value | pValue) (CommandValue | pCommandValue) "
                 "PollingTime?"},
     ElementType{"String", N::String_ID, kNode, false,
-                "@common pInvalidator* Streamable? (Value | pValue)"},
+                "@common pInvalidator* Streamable? (Value | pValue)?"},
     ElementType{"Enumeration", N::Enumeration_ID, kNode, true,
-                "@common pInvalidator* Streamable? EnumEntry+ (Value | pValue) pSelected* "
+                "@common pInvalidator* Streamable? EnumEntry+ (Value | pValue)? pSelected* "
                 "PollingTime?"},
     ElementType{"EnumEntry", N::EnumEntry_ID, kNode, false,
                 "@common pInvalidator* Value NumericValue? Symbolic? IsSelfClearing?"},
@@ -99,37 +99,42 @@ constexpr std::array kTypes{
 };
 
 constexpr ElementRow Link(std::string_view name, P::EProperty_ID_t property) {
-    return {name, {}, Rule::Link, property, Facet::Reference, D::Node_ID};
+    return {name, property, Facet::Reference, D::Node_ID};
 }
 constexpr ElementRow Number(std::string_view name, P::EProperty_ID_t property,
-                            Facet facet = Facet::Integer, std::string_view parents = {}) {
-    return {name, parents, Rule::Number, property, facet, D::Integer_ID};
+                            Facet facet = Facet::Integer) {
+    return {name, property, facet, D::Integer_ID};
 }
-constexpr ElementRow Real(std::string_view name, P::EProperty_ID_t property,
-                          std::string_view parents = {}) {
-    return {name, parents, Rule::Real, property, Facet::Double, D::Float_ID};
+constexpr ElementRow Real(std::string_view name, P::EProperty_ID_t property) {
+    return {name, property, Facet::Double, D::Float_ID};
 }
 constexpr ElementRow Text(std::string_view name, P::EProperty_ID_t property,
-                          Facet facet = Facet::AnyText, std::string_view parents = {}) {
-    return {name, parents, Rule::Text, property, facet, D::String_ID};
-}
-constexpr ElementRow ReadersText(std::string_view name, P::EProperty_ID_t property) {
-    return {name, {}, Rule::ReadersText, property, Facet::AnyText, D::String_ID};
+                          Facet facet = Facet::AnyText) {
+    return {name, property, facet, D::String_ID};
 }
 constexpr ElementRow Choice(std::string_view name, P::EProperty_ID_t property,
                             D::EDataType_t type) {
-    return {name, {}, Rule::Choice, property, Facet::Enumerated, type};
+    return {name, property, Facet::Enumerated, type};
 }
-constexpr ElementRow Nested(std::string_view name, std::string_view parents = {}) {
-    return {name, parents, Rule::Node};
+constexpr ElementRow operator|(ElementRow row, Rule rule) {
+    row.rule = rule;
+    return row;
+}
+constexpr ElementRow operator|(ElementRow row, Attributes attributes) {
+    row.attributes = attributes;
+    return row;
+}
+/// A row for these parents alone; goes before one for all others.
+constexpr ElementRow In(std::string_view parents, ElementRow row) {
+    row.parents = parents;
+    return row;
 }
 
-// A row with parents goes before one without.
 constexpr std::array kRows{
-    ElementRow{"Extension", {}, Rule::Extension, P::Extension_ID},
-    ReadersText("ToolTip", P::ToolTip_ID),
-    ReadersText("Description", P::Description_ID),
-    ReadersText("DisplayName", P::DisplayName_ID),
+    Text("Extension", P::Extension_ID) | Rule::Extension,
+    Text("ToolTip", P::ToolTip_ID) | Rule::ReadersText,
+    Text("Description", P::Description_ID) | Rule::ReadersText,
+    Text("DisplayName", P::DisplayName_ID) | Rule::ReadersText,
     Choice("Visibility", P::Visibility_ID, D::EVisibility_ID),
     Text("DocuURL", P::DocuURL_ID),
     Choice("IsDeprecated", P::IsDeprecated_ID, D::EYesNo_ID),
@@ -145,48 +150,28 @@ constexpr std::array kRows{
     Link("pInvalidator", P::pInvalidator_ID),
     Link("pFeature", P::pFeature_ID),
     Choice("Streamable", P::Streamable_ID, D::EYesNo_ID),
-    Real("Value", P::Value_ID, "Float"),
-    Text("Value", P::Value_ID, Facet::AnyText, "String"),
+    In("Float", Real("Value", P::Value_ID)),
+    In("String", Text("Value", P::Value_ID)),
     Number("Value", P::Value_ID),
     Link("pValue", P::pValue_ID),
     Link("pValueCopy", P::pValueCopy_ID),
-    ElementRow{"pIndex", "Integer Float", Rule::Link, P::pIndex_ID, Facet::Reference, D::Node_ID},
-    ElementRow{"pIndex",
-               {},
-               Rule::IndexedLink,
-               P::pIndex_ID,
-               Facet::Reference,
-               D::Node_ID,
-               Attributes::Offset},
-    ElementRow{"ValueIndexed", "Float", Rule::IndexedReal, P::ValueIndexed_ID, Facet::Double,
-               D::Float_ID, Attributes::Index},
-    ElementRow{"ValueIndexed",
-               {},
-               Rule::IndexedNumber,
-               P::ValueIndexed_ID,
-               Facet::Integer,
-               D::Integer_ID,
-               Attributes::Index},
-    ElementRow{"pValueIndexed",
-               {},
-               Rule::IndexedNode,
-               P::pValueIndexed_ID,
-               Facet::Reference,
-               D::Node_ID,
-               Attributes::Index},
-    Real("ValueDefault", P::ValueDefault_ID, "Float"),
+    Link("pIndex", P::pIndex_ID) | Attributes::Offset,
+    In("Float", Real("ValueIndexed", P::ValueIndexed_ID) | Attributes::Index),
+    Number("ValueIndexed", P::ValueIndexed_ID) | Attributes::Index,
+    Link("pValueIndexed", P::pValueIndexed_ID) | Attributes::Index,
+    In("Float", Real("ValueDefault", P::ValueDefault_ID)),
     Number("ValueDefault", P::ValueDefault_ID),
     Link("pValueDefault", P::pValueDefault_ID),
-    Real("Min", P::Min_ID, "Float"),
+    In("Float", Real("Min", P::Min_ID)),
     Number("Min", P::Min_ID),
     Link("pMin", P::pMin_ID),
-    Real("Max", P::Max_ID, "Float"),
+    In("Float", Real("Max", P::Max_ID)),
     Number("Max", P::Max_ID),
     Link("pMax", P::pMax_ID),
-    Real("Inc", P::Inc_ID, "Float"),
+    In("Float", Real("Inc", P::Inc_ID)),
     Number("Inc", P::Inc_ID),
     Link("pInc", P::pInc_ID),
-    Number("Unit", P::Unit_ID, Facet::Integer, "ConfRom"),
+    In("ConfRom", Number("Unit", P::Unit_ID)),
     Text("Unit", P::Unit_ID),
     Choice("Representation", P::Representation_ID, D::ERepresentation_ID),
     Text("ValidValueSet", P::ValidValueSet_ID),
@@ -199,12 +184,12 @@ constexpr std::array kRows{
     Link("pCommandValue", P::pCommandValue_ID),
     Number("PollingTime", P::PollingTime_ID, Facet::NonNegative),
     Real("NumericValue", P::NumericValue_ID),
-    ElementRow{"Symbolic", {}, Rule::Symbolic, P::Symbolic_ID},
+    Text("Symbolic", P::Symbolic_ID) | Rule::Symbolic,
     Choice("IsSelfClearing", P::IsSelfClearing_ID, D::EYesNo_ID),
     Number("Address", P::Address_ID, Facet::NonNegative),
     Link("pAddress", P::pAddress_ID),
-    Number("Length", P::Length_ID, Facet::IntegerLength, "IntReg MaskedIntReg StructReg"),
-    Number("Length", P::Length_ID, Facet::FloatLength, "FloatReg"),
+    In("IntReg MaskedIntReg StructReg", Number("Length", P::Length_ID, Facet::IntegerLength)),
+    In("FloatReg", Number("Length", P::Length_ID, Facet::FloatLength)),
     Number("Length", P::Length_ID, Facet::Positive),
     Link("pLength", P::pLength_ID),
     Choice("AccessMode", P::AccessMode_ID, D::EAccessMode_ID),
@@ -212,39 +197,24 @@ constexpr std::array kRows{
     Choice("Cachable", P::Cachable_ID, D::ECachingMode_ID),
     Choice("Sign", P::Sign_ID, D::ESign_ID),
     Choice("Endianess", P::Endianess_ID, D::EEndianess_ID),
-    ElementRow{"Bit", {}, Rule::Bit, P::LSB_ID, Facet::NonNegative, D::Integer_ID},
+    Number("Bit", P::LSB_ID, Facet::NonNegative) | Rule::Bit,
     Number("LSB", P::LSB_ID, Facet::NonNegative),
     Number("MSB", P::MSB_ID, Facet::NonNegative),
-    Text("FeatureID", P::FeatureID_ID, Facet::AnyText, "SmartFeature"),
+    In("SmartFeature", Text("FeatureID", P::FeatureID_ID)),
     Number("FeatureID", P::FeatureID_ID),
     Number("Timeout", P::Timeout_ID),
     Link("p1212Parser", P::p1212Parser_ID),
     Number("Key", P::Key_ID),
-    ElementRow{"TextDesc", "ConfRom", Rule::Key, P::Key_ID, Facet::AnyText, D::Integer_ID,
-               Attributes::KeyNode},
-    ElementRow{"IntKey", "ConfRom", Rule::Key, P::Key_ID, Facet::AnyText, D::Integer_ID,
-               Attributes::KeyNode},
-    ElementRow{"pVariable",
-               {},
-               Rule::Variable,
-               P::pVariable_ID,
-               Facet::Reference,
-               D::Node_ID,
-               Attributes::Name},
-    ElementRow{
-        "Constant", {}, Rule::Constant, P::Value_ID, Facet::AnyText, D::Float_ID, Attributes::Name},
-    ElementRow{"Expression",
-               {},
-               Rule::Expression,
-               P::Formula_ID,
-               Facet::NonEmptyText,
-               D::String_ID,
-               Attributes::Name},
+    In("ConfRom", Number("TextDesc", P::Key_ID) | Rule::Key | Attributes::KeyNode),
+    In("ConfRom", Number("IntKey", P::Key_ID) | Rule::Key | Attributes::KeyNode),
+    Link("pVariable", P::pVariable_ID) | Rule::Variable | Attributes::Name,
+    In("IntSwissKnife IntConverter",
+       Number("Constant", P::Value_ID) | Rule::Constant | Attributes::Name),
+    Real("Constant", P::Value_ID) | Rule::Constant | Attributes::Name,
+    Text("Expression", P::Formula_ID, Facet::NonEmptyText) | Rule::Expression | Attributes::Name,
     Text("Formula", P::Formula_ID, Facet::NonEmptyText),
-    ElementRow{
-        "FormulaTo", {}, Rule::FormulaTo, P::FormulaTo_ID, Facet::NonEmptyText, D::String_ID},
-    ElementRow{
-        "FormulaFrom", {}, Rule::FormulaFrom, P::FormulaFrom_ID, Facet::NonEmptyText, D::String_ID},
+    Text("FormulaTo", P::FormulaTo_ID, Facet::NonEmptyText) | Rule::FormulaTo,
+    Text("FormulaFrom", P::FormulaFrom_ID, Facet::NonEmptyText) | Rule::FormulaFrom,
     Choice("Slope", P::Slope_ID, D::ESlope_ID),
     Choice("IsLinear", P::IsLinear_ID, D::EYesNo_ID),
     Text("ChunkID", P::ChunkID_ID, Facet::HexDigits),
@@ -253,7 +223,42 @@ constexpr std::array kRows{
     Choice("CacheChunkData", P::CacheChunkData_ID, D::EYesNo_ID),
 };
 
-constexpr ElementRow kNestedRow = Nested({});
+constexpr ElementRow kNestedRow = ElementRow{} | Rule::Node;
+
+constexpr std::array kNodeAttributes{
+    AttributeRow{"Name", P::Name_ID, Facet::Reference, D::String_ID, true},
+    AttributeRow{"NameSpace", P::NameSpace_ID, Facet::Enumerated, D::ENameSpace_ID},
+    AttributeRow{"MergePriority", P::MergePriority_ID, Facet::MergePriority, D::Integer_ID},
+    AttributeRow{"ExposeStatic", P::ExposeStatic_ID, Facet::Enumerated, D::EYesNo_ID},
+};
+constexpr size_t kKeyNodeAttributes = 2;  // the first ones of any node
+constexpr std::array kRootAttributes{
+    AttributeRow{"ModelName", P::ModelName_ID, Facet::AnyText, D::String_ID, true},
+    AttributeRow{"VendorName", P::VendorName_ID, Facet::AnyText, D::String_ID, true},
+    AttributeRow{"ToolTip", P::ToolTip_ID, Facet::AnyText, D::String_ID},
+    AttributeRow{"StandardNameSpace", P::StandardNameSpace_ID, Facet::Enumerated,
+                 D::EStandardNameSpace_ID, true},
+    AttributeRow{"SchemaMajorVersion", P::SchemaMajorVersion_ID, Facet::Version, D::Integer_ID,
+                 true},
+    AttributeRow{"SchemaMinorVersion", P::SchemaMinorVersion_ID, Facet::Version, D::Integer_ID,
+                 true},
+    AttributeRow{"SchemaSubMinorVersion", P::SchemaSubMinorVersion_ID, Facet::Version,
+                 D::Integer_ID, true},
+    AttributeRow{"MajorVersion", P::MajorVersion_ID, Facet::Version, D::Integer_ID, true},
+    AttributeRow{"MinorVersion", P::MinorVersion_ID, Facet::Version, D::Integer_ID, true},
+    AttributeRow{"SubMinorVersion", P::SubMinorVersion_ID, Facet::Version, D::Integer_ID, true},
+    AttributeRow{"ProductGuid", P::ProductGuid_ID, Facet::Guid, D::String_ID, true},
+    AttributeRow{"VersionGuid", P::VersionGuid_ID, Facet::Guid, D::String_ID, true},
+};
+constexpr std::array kCommentAttributes{
+    AttributeRow{"Comment", P::Comment_ID, Facet::AnyText, D::String_ID}};
+constexpr std::array kOffsetAttributes{
+    AttributeRow{"Offset", P::Offset_ID, Facet::Integer, D::Integer_ID},
+    AttributeRow{"pOffset", P::pOffset_ID, Facet::Reference, D::Node_ID}};
+constexpr std::array kIndexAttributes{
+    AttributeRow{"Index", P::Index_ID, Facet::Integer, D::Integer_ID, true}};
+constexpr std::array kNameAttributes{
+    AttributeRow{"Name", P::Name_ID, Facet::VariableName, D::String_ID, true}};
 
 }  // namespace
 
@@ -267,6 +272,28 @@ std::span<const ElementRow> AllElementRows() {
 
 const ElementRow& NestedRow() {
     return kNestedRow;
+}
+
+std::span<const AttributeRow> AttributesOf(Attributes kind) {
+    switch (kind) {
+        case Attributes::Node:
+            return kNodeAttributes;
+        case Attributes::KeyNode:
+            return std::span(kNodeAttributes).first<kKeyNodeAttributes>();
+        case Attributes::Comment:
+            return kCommentAttributes;
+        case Attributes::Root:
+            return kRootAttributes;
+        case Attributes::Offset:
+            return kOffsetAttributes;
+        case Attributes::Index:
+            return kIndexAttributes;
+        case Attributes::Name:
+            return kNameAttributes;
+        case Attributes::None:
+            break;
+    }
+    return {};
 }
 
 std::string ExpandContent(std::string_view content) {

@@ -2,11 +2,13 @@
 /// The rows of the grammar.
 
 #include <span>
+#include <string>
 
 #include "Grammar.h"
 
 namespace GenApi_3_0_ORVANE {
 
+std::span<const AttributeRow> AttributesOf(Attributes kind);
 std::span<const ElementType> AllElementTypes();
 std::span<const ElementRow> AllElementRows();
 /// Replaces the marks "@common" and so on by what they stand for.

@@ -2,22 +2,18 @@
 /// Turns checked elements into nodes and properties.
 
 #include <memory>
-#include <string>
 #include <string_view>
 
+#include "Conversion.h"
 #include "Grammar.h"
 #include "NodeMapData/NodeDataMap.h"
 
 namespace GenApi_3_0_ORVANE {
 
-/// A value that breaks a rule of the grammar; the reader knows where.
-struct ValueError {
-    const char* text;
-};
-
-/// An attribute as the tokeniser gives it.
-struct XmlAttribute {
-    std::string_view name;
+/// The checked attribute of an element that holds a text; without a row, there
+/// is none.
+struct TextAttribute {
+    const AttributeRow* row = nullptr;
     std::string_view value;
 };
 
@@ -26,8 +22,6 @@ struct OpenNode {
     std::unique_ptr<CNodeData> node;
     std::unique_ptr<CNodeData> formulaTo;
     std::unique_ptr<CNodeData> formulaFrom;
-    /// What the node was called by its own element.
-    std::string ownName;
 
     bool IsConverter() const { return formulaTo != nullptr; }
 };
@@ -41,19 +35,18 @@ public:
 
     /// Opens an element with content of its own.
     OpenNode OpenElement(const ElementType& type);
-    void TakeNodeAttribute(OpenNode& open, const XmlAttribute& attribute);
-    void TakeRootAttribute(OpenNode& open, const XmlAttribute& attribute);
+    /// Opens a key node inside a configuration ROM.
+    OpenNode OpenKey(std::string_view elementName);
+    void TakeAttribute(OpenNode& open, const AttributeRow& row, std::string_view value);
+    /// Takes an element that holds a text.
+    void TakeText(OpenNode& open, const ElementRow& row, std::string_view text,
+                  const TextAttribute& attribute);
     /// Stores the node and gives its identifier; the invalid one for an
     /// element that leaves no node.
     NodeID_t CloseElement(OpenNode& open, const ElementType& type);
+    void CloseKey(OpenNode& open, std::string_view text);
     /// Tells a node of one that was stored inside it.
     void TakeChild(OpenNode& parent, const ElementType& childType, NodeID_t child);
-    /// Takes an element that holds a text.
-    /// @param attribute  the value of its one attribute; for an offset with
-    ///                   `isReference` telling which of the two
-    void TakeText(OpenNode& open, const ElementRow& row, std::string_view text,
-                  std::string_view attribute, bool isReference);
-    void TakeKey(std::string_view elementName, std::string_view name, std::string_view text);
 
     /// Forgets the context node, as after a failure.
     void Abandon();
@@ -63,19 +56,22 @@ private:
     void Store(std::unique_ptr<CNodeData> node);
     void CloseConverter(OpenNode& open);
     void CopyTemplate(const CNodeData& source, NodeID_t target);
-    void AddVariable(OpenNode& open, std::string_view name, NodeID_t target);
-    void AddImpliedNode(OpenNode& open, const ElementRow& row, std::string_view text,
-                        std::string_view name);
-    void AddIndexed(CNodeData& node, const ElementRow& row, std::string_view text,
-                    std::string_view index);
-    void AddIndexedLink(CNodeData& node, std::string_view text, std::string_view offset,
-                        bool isReference);
-    CProperty MakeLink(CPropertyID::EProperty_ID_t id, std::string_view name);
+    void CountCopies(size_t count);
+    void AddVariable(OpenNode& open, NodeID_t target, std::string_view name);
+    NodeID_t StoreImpliedNode(const CNodeData& parent, const ElementRow& row, std::string_view text,
+                              std::string_view name);
+    void CopyVariables(const CNodeData& source, CNodeData& target);
+    /// A property with a value of a data type, as the text tells.
+    CProperty MakeProperty(CPropertyID::EProperty_ID_t id, CProperty::EDataType_t type,
+                           std::string_view text);
+    CProperty MakeProperty(const ElementRow& row, std::string_view text,
+                           const TextAttribute& attribute);
 
     CNodeDataMap& m_Map;
     bool m_SuppressStrings;
     int64_t m_SchemaMajor = 0;
     int64_t m_SchemaMinor = 0;
+    size_t m_NumCopies = 0;
 };
 
 }  // namespace GenApi_3_0_ORVANE

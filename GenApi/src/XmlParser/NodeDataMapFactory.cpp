@@ -4,6 +4,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "Base/Environment.h"
 #include "Base/GCException.h"
@@ -31,50 +32,37 @@ void ParseDocument(CNodeDataMap& map, std::string_view document, bool suppressSt
     }
 }
 
-/// The messages for what can go wrong with an archive, and what they name.
-struct ZipTexts {
-    const char* open;
-    const char* stat;
-    const char* extract;
-    const char* name;
-};
-
-[[noreturn]] void FailZip(const char* format, const char* name) {
-    // The messages of a memory block name nothing.
-    RUNTIME_EXCEPTION("%s%s%s", format, name, *name == '\0' ? "" : "'");
-}
-
-std::string Unzip(CZipReader& zip, bool isOpen, const ZipTexts& texts) {
-    if (!isOpen) {
-        FailZip(texts.open, texts.name);
-    }
-    if (!zip.FindFirstEntry()) {
-        FailZip(texts.stat, texts.name);
-    }
+std::string UnzipFile(const std::string& fileName) {
+    GenICam_3_0_ORVANE::gcstring expanded(fileName.c_str());
+    GenICam_3_0_ORVANE::ReplaceEnvironmentVariables(expanded, false);
+    const char* const name = expanded.c_str();
     std::string text;
-    if (!zip.Extract(text)) {
-        FailZip(texts.extract, texts.name);
+    switch (CZipReader::ReadFile(name, text)) {
+        case CZipReader::Result::NotOpened:
+            RUNTIME_EXCEPTION("File open failed in ParseXmlFile. Filename = '%s'", name);
+        case CZipReader::Result::NoEntry:
+            RUNTIME_EXCEPTION("File stat failed in ParseXmlFile. Filename = '%s'", name);
+        case CZipReader::Result::NotExtracted:
+            RUNTIME_EXCEPTION("File unzip failed in ParseXmlFile. Filename = '%s'", name);
+        case CZipReader::Result::Done:
+            break;
     }
     return text;
 }
 
-std::string UnzipFile(const std::string& fileName) {
-    GenICam_3_0_ORVANE::gcstring expanded(fileName.c_str());
-    GenICam_3_0_ORVANE::ReplaceEnvironmentVariables(expanded, false);
-    CZipReader zip;
-    const bool isOpen = zip.OpenFile(expanded.c_str());
-    return Unzip(zip, isOpen,
-                 {"File open failed in ParseXmlFile. Filename = '",
-                  "File stat failed in ParseXmlFile. Filename = '",
-                  "File unzip failed in ParseXmlFile. Filename = '", expanded.c_str()});
-}
-
 std::string UnzipMemory(const void* data, size_t size) {
-    CZipReader zip;
-    const bool isOpen = zip.OpenMemory(data, size);
-    return Unzip(zip, isOpen,
-                 {"Invalid ZIP string in ParseXmlBuffer", "Zip stat failed in ParseXmlBuffer",
-                  "Unzip failed in ParseXmlBuffer", ""});
+    std::string text;
+    switch (CZipReader::ReadMemory(data, size, text)) {
+        case CZipReader::Result::NotOpened:
+            RUNTIME_EXCEPTION("Invalid ZIP string in ParseXmlBuffer");
+        case CZipReader::Result::NoEntry:
+            RUNTIME_EXCEPTION("Zip stat failed in ParseXmlBuffer");
+        case CZipReader::Result::NotExtracted:
+            RUNTIME_EXCEPTION("Unzip failed in ParseXmlBuffer");
+        case CZipReader::Result::Done:
+            break;
+    }
+    return text;
 }
 
 std::string ReadFile(const std::string& fileName) {
@@ -84,7 +72,7 @@ std::string ReadFile(const std::string& fileName) {
     }
     std::ostringstream text;
     text << file.rdbuf();
-    return text.str();
+    return std::move(text).str();
 }
 
 }  // namespace

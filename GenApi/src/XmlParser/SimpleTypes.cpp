@@ -14,6 +14,11 @@ constexpr const char* kDouble = "invalid double value";
 constexpr const char* kTooSmall = "value is less than minimum allowed";
 constexpr const char* kTooLarge = "value is greater than maximum allowed";
 constexpr const char* kTooShort = "length is less than minimum allowed";
+constexpr const char* kTooLong = "length is greater than maximum allowed";
+
+/// Names of nodes inside others repeat those of the outer ones, so that a very
+/// long name would fill the memory. Real ones stay below a hundred.
+constexpr size_t kMaxName = 1024;
 
 bool IsDigit(char character) {
     return character >= '0' && character <= '9';
@@ -51,17 +56,9 @@ bool TakeHexPrefix(std::string_view& text) {
     return true;
 }
 
-bool IsIntegerText(std::string_view text) {
-    TakeSign(text);
-    return TakeHexPrefix(text) ? ConsistsOf(text, IsHexDigit) : ConsistsOf(text, IsDigit);
-}
-
-/// An integer within limits. A number beyond 64 bits passes: turning it into a
-/// value tells of it.
+/// An integer within limits. What is no integer passes: turning it into a value
+/// tells of it.
 const char* CheckRange(std::string_view text, int64_t min, int64_t max) {
-    if (!IsIntegerText(text)) {
-        return kInteger;
-    }
     int64_t value = 0;
     if (!TextToInteger(text, value)) {
         return nullptr;
@@ -70,6 +67,32 @@ const char* CheckRange(std::string_view text, int64_t min, int64_t max) {
         return kTooSmall;
     }
     return value > max ? kTooLarge : nullptr;
+}
+
+/// A name, of characters that pass a test.
+template <class Test>
+const char* CheckName(std::string_view text, const Test& test) {
+    if (text.size() > kMaxName) {
+        return kTooLong;
+    }
+    return ConsistsOf(text, test) ? nullptr : kPattern;
+}
+
+const char* CheckVariableName(std::string_view text) {
+    if (text.empty() || IsDigit(text.front()) || text.front() == '.') {
+        return kPattern;
+    }
+    return CheckName(text, [](char c) { return IsWord(c) || c == '.'; });
+}
+
+const char* CheckMergePriority(std::string_view text) {
+    int64_t value = 0;
+    return TextToInteger(text, value) ? CheckRange(text, -1, 1) : kInteger;
+}
+
+const char* CheckVersion(std::string_view text) {
+    int64_t value = 0;
+    return ConsistsOf(text, IsDigit) && TextToInteger(text, value) ? nullptr : kInteger;
 }
 
 const char* CheckGuid(std::string_view text) {
@@ -88,10 +111,8 @@ const char* CheckGuid(std::string_view text) {
 
 const char* CheckFloatLength(std::string_view text) {
     int64_t length = 0;
-    if (const char* const error = CheckRange(text, 4, 8)) {
-        return error;
-    }
-    return TextToInteger(text, length) && (length == 4 || length == 8) ? nullptr : kPattern;
+    const bool fits = !TextToInteger(text, length) || length == 4 || length == 8;
+    return fits ? nullptr : kPattern;
 }
 
 }  // namespace
@@ -106,21 +127,21 @@ std::string_view Trimmed(std::string_view text) {
 }
 
 bool TextToInteger(std::string_view text, int64_t& value) {
-    const std::string_view whole = text;
     const bool isNegative = TakeSign(text);
-    if (TakeHexPrefix(text)) {
-        uint64_t bits = 0;
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), bits, 16);
-        if (error != std::errc() || end != text.data() + text.size()) {
-            return false;
-        }
-        value = static_cast<int64_t>(isNegative ? 0 - bits : bits);
-        return true;
+    const bool isHex = TakeHexPrefix(text);
+    const char* const last = text.data() + text.size();
+    uint64_t bits = 0;
+    const auto [end, error] = std::from_chars(text.data(), last, bits, isHex ? 16 : 10);
+    if (error != std::errc() || end != last) {
+        return false;
     }
-    const std::string_view number = isNegative ? whole : text;
-    const char* const last = number.data() + number.size();
-    const auto [end, error] = std::from_chars(number.data(), last, value);
-    return error == std::errc() && end == last;
+    // Sixteen hexadecimal digits are bits, whatever sign they make.
+    constexpr uint64_t kHighest = std::numeric_limits<int64_t>::max();
+    if (!isHex && bits > kHighest + (isNegative ? 1 : 0)) {
+        return false;
+    }
+    value = static_cast<int64_t>(isNegative ? 0 - bits : bits);
+    return true;
 }
 
 bool TextToDouble(std::string_view text, double& value) {
@@ -148,20 +169,16 @@ const char* CheckFacet(Facet facet, std::string_view text) {
     switch (facet) {
         case Facet::AnyText:
         case Facet::Enumerated:
+        case Facet::Integer:
             return nullptr;
         case Facet::NonEmptyText:
             return text.empty() ? kTooShort : nullptr;
         case Facet::Reference:
-            return ConsistsOf(text, IsWord) ? nullptr : kPattern;
+            return CheckName(text, IsWord);
         case Facet::VariableName:
-            return ConsistsOf(text, [](char c) { return IsWord(c) || c == '.'; }) &&
-                           !IsDigit(text.front()) && text.front() != '.'
-                       ? nullptr
-                       : kPattern;
+            return CheckVariableName(text);
         case Facet::HexDigits:
             return ConsistsOf(text, IsHexDigit) ? nullptr : kPattern;
-        case Facet::Integer:
-            return CheckRange(text, kLowest, kHighest);
         case Facet::NonNegative:
             // Sixteen hexadecimal digits stand for an address, whatever their sign.
             return CheckRange(text, text.starts_with('-') ? 0 : kLowest, kHighest);
@@ -172,9 +189,9 @@ const char* CheckFacet(Facet facet, std::string_view text) {
         case Facet::FloatLength:
             return CheckFloatLength(text);
         case Facet::MergePriority:
-            return CheckRange(text, -1, 1);
+            return CheckMergePriority(text);
         case Facet::Version:
-            return ConsistsOf(text, IsDigit) ? nullptr : kInteger;
+            return CheckVersion(text);
         case Facet::Double:
             return TextToDouble(text, number) ? nullptr : kDouble;
         case Facet::Guid:

@@ -14,7 +14,7 @@ enum class Facet : uint8_t {
     Reference,     ///< the name of a node
     VariableName,  ///< a name in a formula
     HexDigits,
-    Integer,  ///< decimal, or hexadecimal with "0x"
+    Integer,  ///< decimal, or hexadecimal with "0x"; told by turning it into a value
     NonNegative,
     Positive,
     IntegerLength,  ///< 1 to 8

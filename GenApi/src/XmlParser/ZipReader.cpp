@@ -7,6 +7,9 @@
 #include <miniz.h>
 #else
 #include <zip.h>
+
+#include <filesystem>
+#include <system_error>
 #endif
 
 namespace GenApi_3_0_ORVANE {
@@ -79,11 +82,18 @@ struct CZipReader::Archive {
 };
 
 bool CZipReader::OpenFile(const std::string& fileName) {
+    std::error_code ignored;
+    if (std::filesystem::file_size(fileName, ignored) == 0) {
+        return false;  // the library takes it for an archive without entries
+    }
     m_pArchive->zip = zip_open(fileName.c_str(), ZIP_RDONLY, nullptr);
     return m_pArchive->zip != nullptr;
 }
 
 bool CZipReader::OpenMemory(const void* data, size_t size) {
+    if (size == 0) {
+        return false;  // as for a file
+    }
     zip_source_t* const source = zip_source_buffer_create(data, size, 0, nullptr);
     if (source == nullptr) {
         return false;
@@ -109,6 +119,23 @@ bool CZipReader::FindFirstEntry() {
 
 CZipReader::CZipReader() : m_pArchive(std::make_unique<Archive>()) {}
 CZipReader::~CZipReader() = default;
+
+CZipReader::Result CZipReader::ReadFile(const std::string& fileName, std::string& text) {
+    CZipReader zip;
+    return zip.OpenFile(fileName) ? zip.ReadFirstEntry(text) : Result::NotOpened;
+}
+
+CZipReader::Result CZipReader::ReadMemory(const void* data, size_t size, std::string& text) {
+    CZipReader zip;
+    return zip.OpenMemory(data, size) ? zip.ReadFirstEntry(text) : Result::NotOpened;
+}
+
+CZipReader::Result CZipReader::ReadFirstEntry(std::string& text) {
+    if (!FindFirstEntry()) {
+        return Result::NoEntry;
+    }
+    return Extract(text) ? Result::Done : Result::NotExtracted;
+}
 
 bool CZipReader::Extract(std::string& text) {
     if (m_Size > kMaxSize) {

@@ -9,6 +9,16 @@ namespace GenApi_3_0_ORVANE {
 
 class CZipReader {
 public:
+    /// What may fail, in order.
+    enum class Result { Done, NotOpened, NoEntry, NotExtracted };
+
+    /// Unpacks the first entry, up to a zero byte in it.
+    static Result ReadFile(const std::string& fileName, std::string& text);
+    static Result ReadMemory(const void* data, size_t size, std::string& text);
+
+private:
+    struct Archive;
+
     CZipReader();
     ~CZipReader();
     CZipReader(const CZipReader&) = delete;
@@ -19,11 +29,8 @@ public:
     bool OpenMemory(const void* data, size_t size);
     /// Whether there is a first entry; its unpacked size is known then.
     bool FindFirstEntry();
-    /// Unpacks the first entry, up to a zero byte in it.
     bool Extract(std::string& text);
-
-private:
-    struct Archive;
+    Result ReadFirstEntry(std::string& text);
 
     std::unique_ptr<Archive> m_pArchive;
     size_t m_Size = 0;

@@ -1,14 +1,16 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace GenApi_3_0_ORVANE {
 
 class CNodeDataMap;
 
-/// The form in which a description is given.
-enum EContentType_t {
+/// The form in which a description is given. Other numbers may come from
+/// callers and are refused.
+enum EContentType_t : uint32_t {
     ContentType_Xml = 0,       ///< plain XML
     ContentType_ZippedXml = 1  ///< zip archive whose first entry is the XML
 };
