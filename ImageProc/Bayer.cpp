@@ -1,0 +1,158 @@
+// The exported mosaic functions: checks, and the choice of a routine.
+
+#include "BayerAdaptive.h"
+#include "BayerNeighbour.h"
+#include "QyImageProc.h"
+
+namespace {
+
+using QyBayer::Image;
+
+constexpr int32_t kByteLimit = 255;
+
+/// The checks that all forms share, behind the pointers.
+QY_STATUS CheckMethodAndSize(uint32_t width, uint32_t height, QyInterpolationMethod method) {
+    constexpr uint32_t kLeast = 4;
+    constexpr uint32_t kLeastAdaptive = 6;
+    if (static_cast<uint32_t>(method) > QY_RAW2RGB_NEIGHBOUR3) {
+        return QY_NOT_SUPPORTED;
+    }
+    const uint32_t least = method == QY_RAW2RGB_ADAPTIVE ? kLeastAdaptive : kLeast;
+    if (width % 2 != 0 || height % 2 != 0 || width < least || height < least) {
+        return QY_PARAMETER_OUT_OF_BOUND;
+    }
+    return QY_OK;
+}
+
+/// Copies each sample to all three colours.
+template <class Sample, int Width>
+void CopyMono(const Image<Sample, Width>& image) {
+    // With four bytes a pixel a flip begins at the width and not at the stride.
+    Sample* out = image.dst;
+    auto step = static_cast<ptrdiff_t>(image.stride);
+    if (image.flip) {
+        out += (image.height - 1) * image.width * Width;
+        step = -step;
+    }
+    const Sample* in = image.src;
+    for (size_t y = 0; y < image.height; ++y, out += step) {
+        for (size_t x = 0; x < image.width; ++x, ++in) {
+            image.Put(out + x * Width, *in, *in, *in);
+        }
+    }
+}
+
+template <unsigned RedX, unsigned RedY, class Sample, int Width>
+void InterpolateLayout(const Image<Sample, Width>& image, QyInterpolationMethod method) {
+    if (method == QY_RAW2RGB_NEIGHBOUR) {
+        QyBayer::InterpolateNeighbour<RedX, RedY>(image);
+    } else if (method == QY_RAW2RGB_NEIGHBOUR3) {
+        QyBayer::InterpolateNeighbour3<RedX, RedY>(image);
+    } else {
+        QyBayer::BuildGreen(image, {RedX, RedY});
+        QyBayer::BuildColours(image, {RedX, RedY});
+    }
+}
+
+template <class Sample, int Width>
+void Interpolate(const Image<Sample, Width>& image, QyInterpolationMethod method,
+                 QyColorFilter filter) {
+    switch (filter) {
+        case QY_FILTER_NONE:
+            CopyMono(image);
+            return;
+        case QY_BAYER_RG:
+            InterpolateLayout<0, 0>(image, method);
+            break;
+        case QY_BAYER_GB:
+            InterpolateLayout<0, 1>(image, method);
+            break;
+        case QY_BAYER_GR:
+            InterpolateLayout<1, 0>(image, method);
+            break;
+        case QY_BAYER_BG:
+            InterpolateLayout<1, 1>(image, method);
+            break;
+        default:
+            break;
+    }
+    if (method == QY_RAW2RGB_ADAPTIVE) {
+        QyBayer::CopyBorder(image);
+    }
+}
+
+template <class Sample, int Width>
+Image<Sample, Width> MakeImage(const void* src, void* dst, uint32_t width, uint32_t height,
+                               uint8_t flip) {
+    Image<Sample, Width> image{};
+    image.src = static_cast<const Sample*>(src);
+    image.dst = static_cast<Sample*>(dst);
+    image.width = width;
+    image.height = height;
+    image.stride = static_cast<size_t>(width) * Width;
+    image.flip = flip != 0;
+    image.red = QyBayer::R;
+    image.blue = QyBayer::B;
+    image.limit = kByteLimit;
+    return image;
+}
+
+}  // namespace
+
+QY_STATUS QyRaw8toRGB24(const void* src, void* dst, uint32_t width, uint32_t height,
+                        QyInterpolationMethod method, QyColorFilter filter, uint8_t flip) {
+    return QyRaw8toRGB24Ex(src, dst, width, height, method, filter, flip, QY_ORDER_RGB);
+}
+
+QY_STATUS QyRaw8toRGB24Ex(const void* src, void* dst, uint32_t width, uint32_t height,
+                          QyInterpolationMethod method, QyColorFilter filter, uint8_t flip,
+                          QyChannelOrder order) {
+    if (static_cast<uint32_t>(order) > QY_ORDER_BGR) {
+        return QY_NOT_SUPPORTED;
+    }
+    if (src == nullptr || dst == nullptr) {
+        return QY_PARAMETER_INVALID;
+    }
+    if (const QY_STATUS status = CheckMethodAndSize(width, height, method); status != QY_OK) {
+        return status;
+    }
+    auto image = MakeImage<uint8_t, 3>(src, dst, width, height, flip);
+    if (order == QY_ORDER_BGR) {
+        image.red = QyBayer::B;
+        image.blue = QyBayer::R;
+    }
+    Interpolate(image, method, filter);
+    return QY_OK;
+}
+
+QY_STATUS QyRaw8toARGB32(const void* src, void* dst, uint32_t width, uint32_t height,
+                         int32_t stride, QyInterpolationMethod method, QyColorFilter filter,
+                         uint8_t flip, uint8_t alpha) {
+    if (dst == nullptr || width < 2 || height < 2 || stride < 0 ||
+        static_cast<uint32_t>(stride) < width || src == nullptr) {
+        return QY_PARAMETER_INVALID;
+    }
+    if (const QY_STATUS status = CheckMethodAndSize(width, height, method); status != QY_OK) {
+        return status;
+    }
+    auto image = MakeImage<uint8_t, 4>(src, dst, width, height, flip);
+    image.stride = static_cast<size_t>(stride) * 4;
+    image.alpha = alpha;
+    Interpolate(image, method, filter);
+    return QY_OK;
+}
+
+QY_STATUS QyRaw16toRGB48(const void* src, void* dst, uint32_t width, uint32_t height, int32_t bits,
+                         QyInterpolationMethod method, QyColorFilter filter, uint8_t flip) {
+    if (src == nullptr || dst == nullptr) {
+        return QY_PARAMETER_INVALID;
+    }
+    if (const QY_STATUS status = CheckMethodAndSize(width, height, method); status != QY_OK) {
+        return status;
+    }
+    auto image = MakeImage<uint16_t, 3>(src, dst, width, height, flip);
+    constexpr int32_t kMostBits = 16;
+    image.limit = (1 << (bits < 0 ? 0 : (bits > kMostBits ? kMostBits : bits))) - 1;
+    Interpolate(image, method, filter);
+    return QY_OK;
+}

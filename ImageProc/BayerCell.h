@@ -1,0 +1,64 @@
+#pragma once
+/// Samples, layouts and outputs of the mosaic interpolation.
+
+#include <cstddef>
+#include <cstdint>
+
+namespace QyBayer {
+
+/// A colour's place in the output.
+enum Channel : int { R = 0, G = 1, B = 2 };
+
+/// Where the colours of a mosaic stand: the parity of column and row of its
+/// first R sample.
+struct Layout {
+    unsigned redX;
+    unsigned redY;
+};
+
+constexpr Layout LayoutOf(int32_t filter) {
+    switch (filter) {
+        case 1:
+            return {0, 0};
+        case 2:
+            return {0, 1};
+        case 3:
+            return {1, 0};
+        default:
+            return {1, 1};
+    }
+}
+
+/// A frame to interpolate, and where its pixels go.
+/// @tparam Sample  a byte or a 16-bit word
+/// @tparam Width   samples of an output pixel, 3 or 4
+template <class Sample, int Width>
+struct Image {
+    const Sample* src;
+    Sample* dst;
+    size_t width;
+    size_t height;
+    /// Samples from one output row to the next.
+    size_t stride;
+    bool flip;
+    /// Where R and B stand in an output pixel.
+    int red;
+    int blue;
+    Sample alpha;
+    /// The largest value of a sample.
+    int32_t limit;
+
+    const Sample* Row(size_t y) const { return src + y * width; }
+    Sample* Out(size_t y) const { return dst + (flip ? height - 1 - y : y) * stride; }
+
+    void Put(Sample* pixel, Sample r, Sample g, Sample b) const {
+        pixel[red] = r;
+        pixel[1] = g;
+        pixel[blue] = b;
+        if constexpr (Width == 4) {
+            pixel[3] = alpha;
+        }
+    }
+};
+
+}  // namespace QyBayer
