@@ -9,17 +9,25 @@ namespace OvVirtual {
 
 using OvProducer::Failure;
 
+namespace {
+
+std::filesystem::path MemoryFile(const Environment& environment, const CameraIdentity& identity) {
+    return environment.stateFolder.empty() ? std::filesystem::path()
+                                           : environment.stateFolder / identity.serialNumber;
+}
+
+}  // namespace
+
 Camera::Camera(CameraIdentity identity, const Environment& environment)
     : m_identity(std::move(identity)),
+      m_memory(MemoryFile(environment, m_identity)),
       m_unpaced(environment.frameRate && *environment.frameRate == 0),
       m_shortestPeriod(environment.frameRate && !m_unpaced ? 1 / *environment.frameRate : 0),
-      m_settings(FactorySettings(m_identity.color)) {
-    m_userSets.fill(m_settings);
-}
+      m_state(m_memory.Load(m_identity.color).value_or(FactoryState(m_identity.color))) {}
 
 CameraSettings Camera::Settings() const {
     const std::lock_guard lock(m_mutex);
-    return m_settings;
+    return m_state.settings;
 }
 
 void Camera::Set(const SettingRange& range, std::int64_t value) {
@@ -33,10 +41,10 @@ void Camera::Change(bool shapesFrame, const std::function<void(CameraSettings&)>
     {
         const std::lock_guard lock(m_mutex);
         RequireUnlocked(shapesFrame);
-        CameraSettings changed = m_settings;
+        CameraSettings changed = m_state.settings;
         change(changed);
         CheckSettings(changed, m_identity.color);
-        m_settings = std::move(changed);
+        m_state.settings = std::move(changed);
     }
     m_changed.notify_all();
 }
@@ -49,12 +57,12 @@ void Camera::RequireUnlocked(bool shapesFrame) const {
 
 std::string Camera::UserId() const {
     const std::lock_guard lock(m_mutex);
-    return m_userId;
+    return m_state.userId;
 }
 
 void Camera::SetUserId(const std::string& userId) {
     const std::lock_guard lock(m_mutex);
-    m_userId = userId;
+    m_state.userId = userId;
 }
 
 bool Camera::ParamsLocked() const {
@@ -69,17 +77,18 @@ void Camera::SetParamsLocked(bool locked) {
 
 std::int64_t Camera::UserSetDefault() const {
     const std::lock_guard lock(m_mutex);
-    return m_userSetDefault;
+    return m_state.userSetDefault;
 }
 
 void Camera::SetUserSetDefault(std::int64_t set) {
     const std::lock_guard lock(m_mutex);
-    m_userSetDefault = set;
+    m_state.userSetDefault = set;
 }
 
 void Camera::LoadUserSet(std::int64_t set) {
-    Change(true,
-           [&](CameraSettings& settings) { settings = m_userSets[static_cast<std::size_t>(set)]; });
+    Change(true, [&](CameraSettings& settings) {
+        settings = m_state.userSets[static_cast<std::size_t>(set)];
+    });
 }
 
 void Camera::SaveUserSet(std::int64_t set) {
@@ -87,15 +96,28 @@ void Camera::SaveUserSet(std::int64_t set) {
         throw Failure(GenTL::GC_ERR_ACCESS_DENIED, "The factory's set can't be overwritten");
     }
     const std::lock_guard lock(m_mutex);
-    m_userSets[static_cast<std::size_t>(set)] = m_settings;
+    m_state.userSets[static_cast<std::size_t>(set)] = m_state.settings;
 }
 
 void Camera::Reset() {
     const std::lock_guard lock(m_mutex);
     m_acquiring = false;
     m_paramsLocked = false;
-    m_settings = m_userSets[static_cast<std::size_t>(m_userSetDefault)];
+    m_state.settings = m_state.userSets[static_cast<std::size_t>(m_state.userSetDefault)];
     m_epoch = Clock::now();
+}
+
+void Camera::Recall() {
+    std::optional<CameraState> state = m_memory.Load(m_identity.color);
+    const std::lock_guard lock(m_mutex);
+    if (state) {
+        m_state = *std::move(state);
+    }
+}
+
+void Camera::Keep() const {
+    const std::lock_guard lock(m_mutex);
+    m_memory.Store(m_state);
 }
 
 void Camera::Start() {
@@ -107,12 +129,12 @@ void Camera::Start() {
         m_acquiring = true;
         m_frame = 0;
         m_triggers = 0;
-        switch (static_cast<AcquisitionMode>(m_settings.acquisitionMode)) {
+        switch (static_cast<AcquisitionMode>(m_state.settings.acquisitionMode)) {
             case AcquisitionMode::SingleFrame:
                 m_framesLeft = 1;
                 break;
             case AcquisitionMode::MultiFrame:
-                m_framesLeft = static_cast<std::uint64_t>(m_settings.frameCount);
+                m_framesLeft = static_cast<std::uint64_t>(m_state.settings.frameCount);
                 break;
             default:
                 m_framesLeft.reset();
@@ -136,8 +158,8 @@ void Camera::TriggerSoftware() {
     {
         const std::lock_guard lock(m_mutex);
         const bool waits =
-            m_acquiring && m_settings.triggerMode != 0 &&
-            m_settings.triggerSource == static_cast<std::int64_t>(TriggerSource::Software);
+            m_acquiring && m_state.settings.triggerMode != 0 &&
+            m_state.settings.triggerSource == static_cast<std::int64_t>(TriggerSource::Software);
         if (!waits) {
             return;
         }
@@ -150,7 +172,7 @@ void Camera::TriggerSoftware() {
 
 bool Camera::WaitsForTrigger() const {
     const std::lock_guard lock(m_mutex);
-    return m_acquiring && m_settings.triggerMode != 0 && m_triggers == 0;
+    return m_acquiring && m_state.settings.triggerMode != 0 && m_triggers == 0;
 }
 
 std::int64_t Camera::Ticks() const {
@@ -164,11 +186,11 @@ void Camera::ResetTicks() {
 }
 
 bool Camera::FrameIsPlanned() const {
-    return m_acquiring && (m_settings.triggerMode == 0 || m_triggers != 0);
+    return m_acquiring && (m_state.settings.triggerMode == 0 || m_triggers != 0);
 }
 
 Camera::Clock::duration Camera::FramePeriod() const {
-    const double seconds = std::max(FrameTime(m_settings), m_shortestPeriod);
+    const double seconds = std::max(FrameTime(m_state.settings), m_shortestPeriod);
     return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
 }
 
@@ -191,7 +213,7 @@ std::size_t Camera::FrameSize() {
     // The frame keeps the shape that it is announced with, also when the camera
     // is stopped and set up anew before it is read.
     const std::lock_guard lock(m_mutex);
-    m_next = FrameSettingsOf(m_settings, m_identity.color, m_identity.index);
+    m_next = FrameSettingsOf(m_state.settings, m_identity.color, m_identity.index);
     return OvVirtual::FrameSize(m_next);
 }
 

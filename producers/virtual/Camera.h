@@ -4,7 +4,6 @@
 #ifndef OV_VIRTUAL_CAMERA_H
 #define OV_VIRTUAL_CAMERA_H
 
-#include <array>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -15,7 +14,7 @@
 #include <string>
 
 #include "framework/Acquisition.h"
-#include "virtual/CameraSettings.h"
+#include "virtual/CameraMemory.h"
 #include "virtual/Environment.h"
 
 namespace OvVirtual {
@@ -50,8 +49,7 @@ public:
     bool ParamsLocked() const;
     void SetParamsLocked(bool locked);
 
-    /// Sets: 0 the factory's, 1 and 2 the user's.
-    static constexpr std::size_t kUserSets = 3;
+    static constexpr std::size_t kUserSets = CameraState::kUserSets;
     std::int64_t UserSetDefault() const;
     void SetUserSetDefault(std::int64_t set);
     void LoadUserSet(std::int64_t set);
@@ -59,6 +57,12 @@ public:
     void SaveUserSet(std::int64_t set);
     /// As switched off and on: the default set, no acquisition, time 0.
     void Reset();
+
+    /// Takes up what another process left.
+    void Recall();
+    /// Leaves the state to the next process. A folder that can't be written
+    /// costs the memory, not the camera.
+    void Keep() const;
 
     // Acquisition.
 
@@ -92,15 +96,13 @@ private:
     OvProducer::FrameInfo Describe(const FrameSettings& settings, std::uint64_t frame) const;
 
     const CameraIdentity m_identity;
+    const CameraMemory m_memory;
     const bool m_unpaced;
     const double m_shortestPeriod;  ///< seconds, by the environment's limit
 
     mutable std::mutex m_mutex;
     std::condition_variable_any m_changed;
-    CameraSettings m_settings;
-    std::array<CameraSettings, kUserSets> m_userSets;
-    std::int64_t m_userSetDefault = 0;
-    std::string m_userId;
+    CameraState m_state;
     bool m_paramsLocked = false;
     bool m_acquiring = false;
     std::optional<std::uint64_t> m_framesLeft;  ///< empty without a limit

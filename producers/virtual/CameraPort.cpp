@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "framework/Failure.h"
+#include "virtual/SettingRegisters.h"
 
 namespace OvProducer {
 extern const std::string_view kVirtualCameraDescription;
@@ -15,7 +16,6 @@ namespace {
 
 using OvProducer::Failure;
 using OvProducer::RegisterSpace;
-using S = CameraSettings;
 
 constexpr std::uint64_t kDescriptionAddress = 0x100000;
 
@@ -28,46 +28,6 @@ struct Selectors {
     std::atomic<std::int64_t> lutIndex = 0;
     std::atomic<std::int64_t> userSet = 0;
     std::atomic<std::int64_t> latchedTicks = 0;
-};
-
-struct SettingRegister {
-    std::uint64_t address;
-    SettingRange range;
-};
-
-constexpr auto kWidth = static_cast<std::int64_t>(kSensorWidth);
-constexpr auto kHeight = static_cast<std::int64_t>(kSensorHeight);
-constexpr std::int64_t kPatterns = static_cast<std::int64_t>(TestPattern::Count);
-
-constexpr SettingRegister kSettings[] = {
-    {0x0310, {&S::width, 16, kWidth, 4, true}},
-    {0x0314, {&S::height, 16, kHeight, 2, true}},
-    {0x0318, {&S::offsetX, 0, kWidth, 4, false}},
-    {0x031C, {&S::offsetY, 0, kHeight, 2, false}},
-    {0x0328, {&S::binningModeX, 0, 1, 1, false}},
-    {0x032C, {&S::binningModeY, 0, 1, 1, false}},
-    {0x0330, {&S::reverseX, 0, 1, 1, false}},
-    {0x0334, {&S::reverseY, 0, 1, 1, false}},
-    {0x0338, {&S::pixelFormat, 0, 0xFFFFFFFF, 1, true}},
-    {0x033C, {&S::testPattern, 0, kPatterns - 1, 1, false}},
-    {0x0400, {&S::acquisitionMode, 0, 2, 1, true}},
-    {0x0404, {&S::frameCount, 1, 65535, 1, true}},
-    {0x0410, {&S::frameRateMode, 0, 1, 1, false}},
-    {0x0414, {&S::frameRate, 100, 1000000, 1, false}},
-    {0x0420, {&S::triggerMode, 0, 1, 1, false}},
-    {0x0424, {&S::triggerSource, 0, 1, 1, false}},
-    {0x0428, {&S::triggerActivation, 0, 1, 1, false}},
-    {0x0430, {&S::exposure, 40, 2000000, 1, false}},
-    {0x0500, {&S::gain, 0, 240, 1, false}},
-    {0x0504, {&S::blackLevel, 0, 16320, 1, false}},
-    {0x0514, {&S::gammaEnable, 0, 1, 1, false}},
-    {0x0518, {&S::gamma, 10, 400, 1, false}},
-    {0x0600, {&S::lutEnable, 0, 1, 1, false}},
-};
-
-constexpr SettingRegister kBinning[] = {
-    {0x0320, {&S::binningX, 1, 4, 1, true}},
-    {0x0324, {&S::binningY, 1, 4, 1, true}},
 };
 
 std::int64_t Bool(bool value) {
@@ -201,13 +161,13 @@ void Builder::AddTime() {
 }
 
 void Builder::AddSettings() {
-    for (const SettingRegister& entry : kSettings) {
+    for (const SettingRegister& entry : SettingRegisters()) {
         Number(
             entry.address,
             [c = m_camera, field = entry.range.field] { return c->Settings().*field; },
             [c = m_camera, range = entry.range](std::int64_t value) { c->Set(range, value); });
     }
-    for (const SettingRegister& entry : kBinning) {
+    for (const SettingRegister& entry : BinningRegisters()) {
         AddBinning(entry);
     }
 }
@@ -227,13 +187,13 @@ void Builder::AddBinning(const SettingRegister& entry) {
 }
 
 void Builder::AddImageFacts() {
-    Number(0x0300, [] { return kWidth; });
-    Number(0x0304, [] { return kHeight; });
+    Number(0x0300, [] { return kFullWidth; });
+    Number(0x0304, [] { return kFullHeight; });
     Number(0x0308, [c = m_camera] {
-        const std::int64_t whole = kWidth / c->Settings().binningX;
+        const std::int64_t whole = kFullWidth / c->Settings().binningX;
         return whole - whole % 4;
     });
-    Number(0x030C, [c = m_camera] { return kHeight / c->Settings().binningY; });
+    Number(0x030C, [c = m_camera] { return kFullHeight / c->Settings().binningY; });
     Number(0x0340, [c = m_camera] {
         return static_cast<std::int64_t>(
             BitsOf(static_cast<PixelFormat>(c->Settings().pixelFormat)));

@@ -74,10 +74,8 @@ FrameSettings FrameSettingsOf(const CameraSettings& settings, bool color, unsign
 }
 
 void CheckSettings(const CameraSettings& settings, bool color) {
-    const auto sensorWidth = static_cast<std::int64_t>(kSensorWidth);
-    const auto sensorHeight = static_cast<std::int64_t>(kSensorHeight);
-    const bool fits = settings.offsetX + settings.width <= sensorWidth / settings.binningX &&
-                      settings.offsetY + settings.height <= sensorHeight / settings.binningY;
+    const bool fits = settings.offsetX + settings.width <= kFullWidth / settings.binningX &&
+                      settings.offsetY + settings.height <= kFullHeight / settings.binningY;
     const auto format = static_cast<PixelFormat>(settings.pixelFormat);
     if (!fits || !Offers(color, format) || settings.binningX == 3 || settings.binningY == 3) {
         throw OvProducer::Failure(GenTL::GC_ERR_INVALID_VALUE,
@@ -86,10 +84,8 @@ void CheckSettings(const CameraSettings& settings, bool color) {
 }
 
 void FitToBinning(CameraSettings& settings, const CameraSettings& before) {
-    Fit(settings.width, settings.offsetX, before.binningX, settings.binningX,
-        static_cast<std::int64_t>(kSensorWidth), 4, 16);
-    Fit(settings.height, settings.offsetY, before.binningY, settings.binningY,
-        static_cast<std::int64_t>(kSensorHeight), 2, 16);
+    Fit(settings.width, settings.offsetX, before.binningX, settings.binningX, kFullWidth, 4, 16);
+    Fit(settings.height, settings.offsetY, before.binningY, settings.binningY, kFullHeight, 2, 16);
 }
 
 double ShortestFrameTime(const CameraSettings& settings) {

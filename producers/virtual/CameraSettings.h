@@ -14,6 +14,10 @@ namespace OvVirtual {
 enum class AcquisitionMode : std::int64_t { Continuous = 0, SingleFrame = 1, MultiFrame = 2 };
 enum class TriggerSource : std::int64_t { Software = 0, Line0 = 1 };
 
+// The whole sensor, as the registers count it.
+constexpr auto kFullWidth = static_cast<std::int64_t>(kSensorWidth);
+constexpr auto kFullHeight = static_cast<std::int64_t>(kSensorHeight);
+
 // Units of the registers.
 constexpr double kExposureTicksPerMicrosecond = 2;
 constexpr double kGainStepsPerDecibel = 10;

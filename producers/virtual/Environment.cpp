@@ -1,6 +1,10 @@
 #include "virtual/Environment.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cstdlib>
+#include <string>
 
 namespace OvVirtual {
 namespace {
@@ -21,6 +25,30 @@ std::optional<double> NumberOf(const char* variable) {
     return value;
 }
 
+/// Anybody may put a folder into a place that all share.
+bool IsOursOrFree(const std::filesystem::path& folder) {
+    struct stat found {};
+    if (lstat(folder.c_str(), &found) != 0) {
+        return true;
+    }
+    return S_ISDIR(found.st_mode) && found.st_uid == getuid();
+}
+
+/// A folder of the user's own that lasts as long as the machine runs, for that
+/// is how long a camera with power remembers.
+std::filesystem::path StateFolder() {
+    const char* chosen = std::getenv("OV_VIRTUAL_STATE");
+    if (chosen != nullptr && *chosen != '\0') {
+        return std::string(chosen) == "off" ? "" : chosen;
+    }
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    if (runtime != nullptr && *runtime != '\0') {
+        return std::filesystem::path(runtime) / "oviapi";
+    }
+    const std::filesystem::path folder = "/tmp/oviapi-" + std::to_string(getuid());
+    return IsOursOrFree(folder) ? folder : "";
+}
+
 }  // namespace
 
 Environment ReadEnvironment() {
@@ -28,6 +56,7 @@ Environment ReadEnvironment() {
     if (const auto cameras = NumberOf("OV_VIRTUAL_CAMERAS"); cameras && *cameras <= kCamerasMax) {
         environment.cameras = static_cast<unsigned>(*cameras);
     }
+    environment.stateFolder = StateFolder();
     environment.frameRate = NumberOf("OV_VIRTUAL_FRAME_RATE");
     return environment;
 }

@@ -3,6 +3,7 @@
 #ifndef OV_VIRTUAL_ENVIRONMENT_H
 #define OV_VIRTUAL_ENVIRONMENT_H
 
+#include <filesystem>
 #include <optional>
 
 namespace OvVirtual {
@@ -12,6 +13,8 @@ struct Environment {
     /// Upper limit of the frame rate, frames per second; 0: frames wait for
     /// buffers and nothing else.
     std::optional<double> frameRate;
+    /// Where cameras keep their state; empty: they keep none.
+    std::filesystem::path stateFolder;
 };
 
 /// Values that make no sense are as if they weren't there.

@@ -68,12 +68,14 @@ public:
         m_status = flags == GenTL::DEVICE_ACCESS_READONLY
                        ? GenTL::DEVICE_ACCESS_STATUS_OPEN_READONLY
                        : GenTL::DEVICE_ACCESS_STATUS_OPEN_READWRITE;
+        m_camera->Recall();
     }
 
     void Close() override {
         // A camera whose host goes away stops and is free for the next one.
         m_camera->Stop();
         m_camera->SetParamsLocked(false);
+        m_camera->Keep();
         m_status = GenTL::DEVICE_ACCESS_STATUS_READWRITE;
     }
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -16,11 +17,13 @@
 /// Pointers to all functions of the standard, under their own names.
 class GenTLApi {
 public:
+    /// Cameras keep no state beyond a test unless the test says where.
     explicit GenTLApi(const std::string& path)
         : m_library(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
         if (m_library == nullptr) {
             throw std::runtime_error(dlerror());
         }
+        setenv("OV_VIRTUAL_STATE", "off", 0);
 #define OV_GENTL_RESOLVE(name, parameters) \
     name = reinterpret_cast<GenTL::P##name>(dlsym(m_library, #name));
         OV_GENTL_FUNCTIONS(OV_GENTL_RESOLVE)

@@ -1,0 +1,120 @@
+#include "virtual/CameraState.h"
+
+#include <iomanip>
+#include <sstream>
+
+#include "framework/Failure.h"
+#include "virtual/SettingRegisters.h"
+
+namespace OvVirtual {
+namespace {
+
+constexpr const char* kFormat = "oviapi-virtual-camera-1";
+/// Tells a whole text from one whose last number is cut off.
+constexpr const char* kEnd = "end";
+constexpr std::int64_t kBalanceMax = 65535;
+constexpr std::size_t kUserIdMax = 64;
+
+template <typename Do>
+void ForEachRegister(const Do& run) {
+    for (const SettingRegister& entry : SettingRegisters()) {
+        run(entry);
+    }
+    for (const SettingRegister& entry : BinningRegisters()) {
+        run(entry);
+    }
+}
+
+void Write(std::ostream& out, const CameraSettings& settings) {
+    ForEachRegister([&](const SettingRegister& entry) {
+        out << entry.address << ' ' << settings.*entry.range.field << '\n';
+    });
+    for (const std::int64_t factor : settings.balance) {
+        out << factor << ' ';
+    }
+    for (const std::uint16_t level : *settings.lut) {
+        out << level << ' ';
+    }
+    out << '\n';
+}
+
+/// Reads a number; one out of the range fails the stream.
+std::int64_t ReadNumber(std::istream& in, std::int64_t min, std::int64_t max) {
+    std::int64_t value = 0;
+    in >> value;
+    if (value < min || value > max) {
+        in.setstate(std::ios::failbit);
+        return min;
+    }
+    return value;
+}
+
+void ReadRegister(std::istream& in, const SettingRegister& entry, CameraSettings& settings) {
+    const auto address = static_cast<std::int64_t>(entry.address);
+    const SettingRange& range = entry.range;
+    ReadNumber(in, address, address);
+    const std::int64_t value = ReadNumber(in, range.min, range.max);
+    if ((value - range.min) % range.step != 0) {
+        in.setstate(std::ios::failbit);
+    }
+    settings.*range.field = value;
+}
+
+void Read(std::istream& in, bool color, CameraSettings& settings) {
+    ForEachRegister([&](const SettingRegister& entry) { ReadRegister(in, entry, settings); });
+    for (std::int64_t& factor : settings.balance) {
+        factor = ReadNumber(in, 0, kBalanceMax);
+    }
+    auto table = std::make_shared<LookUpTable>();
+    for (std::uint16_t& level : *table) {
+        level = static_cast<std::uint16_t>(ReadNumber(in, 0, kTopLevel));
+    }
+    settings.lut = std::move(table);
+    try {
+        CheckSettings(settings, color);
+    } catch (const OvProducer::Failure&) {
+        in.setstate(std::ios::failbit);
+    }
+}
+
+}  // namespace
+
+CameraState FactoryState(bool color) {
+    CameraState state;
+    state.settings = FactorySettings(color);
+    state.userSets.fill(state.settings);
+    return state;
+}
+
+std::string ToText(const CameraState& state) {
+    std::ostringstream out;
+    out.imbue(std::locale::classic());
+    out << kFormat << ' ' << std::quoted(state.userId) << ' ' << state.userSetDefault << '\n';
+    Write(out, state.settings);
+    for (std::size_t set = 1; set < CameraState::kUserSets; ++set) {
+        Write(out, state.userSets[set]);
+    }
+    out << kEnd << '\n';
+    return out.str();
+}
+
+std::optional<CameraState> StateFromText(const std::string& text, bool color) {
+    std::istringstream in(text);
+    in.imbue(std::locale::classic());
+    CameraState state = FactoryState(color);
+    std::string format;
+    in >> format >> std::quoted(state.userId);
+    state.userSetDefault = ReadNumber(in, 0, CameraState::kUserSets - 1);
+    Read(in, color, state.settings);
+    for (std::size_t set = 1; set < CameraState::kUserSets; ++set) {
+        Read(in, color, state.userSets[set]);
+    }
+    std::string end;
+    const bool isWhole = in >> end && end == kEnd && (in >> std::ws).eof();
+    if (format != kFormat || state.userId.size() > kUserIdMax || !isWhole) {
+        return std::nullopt;
+    }
+    return state;
+}
+
+}  // namespace OvVirtual

@@ -1,0 +1,38 @@
+/// @file
+/// What a camera keeps while nobody has it open, and its form as text.
+#ifndef OV_VIRTUAL_CAMERA_STATE_H
+#define OV_VIRTUAL_CAMERA_STATE_H
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "virtual/CameraSettings.h"
+
+namespace OvVirtual {
+
+struct CameraState {
+    /// Sets: 0 the factory's, 1 and 2 the user's.
+    static constexpr std::size_t kUserSets = 3;
+
+    CameraSettings settings;
+    std::array<CameraSettings, kUserSets> userSets;
+    std::int64_t userSetDefault = 0;
+    std::string userId;
+};
+
+/// As a camera comes from the factory.
+CameraState FactoryState(bool color);
+
+/// One line for the camera, then one block of lines for the settings and one
+/// for each user set: an address and its value a line.
+std::string ToText(const CameraState& state);
+
+/// Empty unless every line is as ToText writes it, with values that the
+/// camera's registers would take.
+std::optional<CameraState> StateFromText(const std::string& text, bool color);
+
+}  // namespace OvVirtual
+
+#endif

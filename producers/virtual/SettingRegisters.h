@@ -1,0 +1,26 @@
+/// @file
+/// The registers that hold one setting each.
+#ifndef OV_VIRTUAL_SETTING_REGISTERS_H
+#define OV_VIRTUAL_SETTING_REGISTERS_H
+
+#include <cstdint>
+#include <span>
+
+#include "virtual/CameraSettings.h"
+
+namespace OvVirtual {
+
+struct SettingRegister {
+    std::uint64_t address;
+    SettingRange range;
+};
+
+/// Those that stand for themselves.
+std::span<const SettingRegister> SettingRegisters();
+
+/// Those that fit size and offset to them when they are written.
+std::span<const SettingRegister> BinningRegisters();
+
+}  // namespace OvVirtual
+
+#endif
