@@ -11,7 +11,8 @@ public:
     CGCRegisterEventAgency(const CGenTLLib& lib, void* stream) {
         OV_VERIFY(lib.GCRegisterEvent(stream, GenTL::EVENT_NEW_BUFFER, &m_event), lib);
         Arm([&lib, stream] {
-            OV_LOG_IF_FAILED(lib.GCUnregisterEvent(stream, GenTL::EVENT_NEW_BUFFER), lib);
+            OV_LOG_UNDO_IF_FAILED(CGCRegisterEventAgency,
+                                  lib.GCUnregisterEvent(stream, GenTL::EVENT_NEW_BUFFER), lib);
         });
     }
     void* GetNewBufferEventHandle() const { return m_event; }

@@ -1,6 +1,6 @@
 #include "TLClassInfo/Information.h"
 
-#include <cstring>
+#include "TLClassLoadTL/GenTLText.h"
 
 namespace OVTLClass {
 
@@ -140,13 +140,10 @@ bool COvInformation::__GetStringLength(int32_t command, int32_t type, size_t& si
 
 bool COvInformation::__GetStringContent(int32_t command, int32_t type, size_t size,
                                         std::string& text) {
-    text.assign(size, '\0');
-    size_t given = size;
-    if (__AcquireInformation(command, &type, text.data(), &given) != 0) {
-        return false;
-    }
-    text.resize(strnlen(text.data(), size));
-    return true;
+    const auto call = [this, command, &type](char* buffer, size_t* given) {
+        return __AcquireInformation(command, &type, buffer, given);
+    };
+    return TryReadGenTLContent(call, size, text);
 }
 
 }  // namespace OVTLClass

@@ -1,6 +1,6 @@
 #include "TLClassInfo/ModuleID.h"
 
-#include <cstring>
+#include "TLClassLoadTL/GenTLText.h"
 
 namespace OVTLClass {
 
@@ -15,12 +15,9 @@ size_t CModuleID::__GetIDLength() {
 }
 
 std::string CModuleID::__GetIDContent(size_t size) {
-    std::string id(size, '\0');
-    size_t given = size;
-    if (__GetID(id.data(), &given) != 0) {
-        return {};
-    }
-    id.resize(strnlen(id.data(), size));
+    const auto call = [this](char* text, size_t* given) { return __GetID(text, given); };
+    std::string id;
+    TryReadGenTLContent(call, size, id);
     return id;
 }
 

@@ -1,7 +1,7 @@
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 
-#include <vector>
-
+#include "Base/GCException.h"
+#include "TLClassLoadTL/GenTLText.h"
 #include "TLClassLoadTL/OvException.h"
 #include "TLClassLoadTL/OvLog.h"
 
@@ -16,18 +16,20 @@ constexpr const char* kNoDescription = "Failed to get last error description";
 }  // namespace
 
 std::string CGenTLError::GetLastErrorDescription(const CGenTLLib& lib) {
-    GenTL::GC_ERROR code = 0;
-    size_t size = 0;
-    if (lib.GCGetLastError(&code, nullptr, &size) != 0) {
+    const auto lastError = [&lib](char* text, size_t* size) {
+        GenTL::GC_ERROR code = 0;
+        return lib.GCGetLastError(&code, text, size);
+    };
+    // A failure on the way to a text must not take the place of the failure
+    // that the text is for.
+    try {
+        std::string description;
+        return ReadGenTLText(lastError, description) == 0 ? description : kNoDescription;
+    } catch (const std::exception&) {
+        return kNoDescription;
+    } catch (const GenICam_3_0_ORVANE::GenericException&) {
         return kNoDescription;
     }
-    // One byte more than the producer asked for, so that a text without an end
-    // still has one.
-    std::vector<char> text(size + 1, '\0');
-    if (lib.GCGetLastError(&code, text.data(), &size) != 0) {
-        return kNoDescription;
-    }
-    return text.data();
 }
 
 void ThrowExceptionIfFailed(int32_t status, const CGenTLLib& lib, const char* file, int line,

@@ -32,3 +32,7 @@ void LogIfFailed(int32_t status, const CGenTLLib& lib, const char* file, int lin
 
 #define OV_LOG_IF_FAILED(status, lib) \
     ::OVTLClass::LogIfFailed((status), (lib), __FILE__, __LINE__, __func__)
+
+/// For the undo of a guard class, which logs as that class's destructor.
+#define OV_LOG_UNDO_IF_FAILED(guard, status, lib) \
+    ::OVTLClass::LogIfFailed((status), (lib), __FILE__, __LINE__, "~" #guard)

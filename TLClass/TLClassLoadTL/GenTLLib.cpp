@@ -6,13 +6,6 @@
 
 namespace OVTLClass {
 
-namespace {
-
-constexpr const char* kBorrowedNames[] = {"GCReadPort", "GCWritePort", "GCReadPortStacked",
-                                          "GCWritePortStacked", "GCGetLastError"};
-
-}  // namespace
-
 CGenTLLib::CGenTLLib(const std::string& path) {
     if (!m_library.Load(path)) {
         OV_RAISE(CUnexpectedError,
@@ -21,9 +14,11 @@ CGenTLLib::CGenTLLib(const std::string& path) {
 #define OV_GENTL_RESOLVE(name, parameters) name.Set(m_library.Resolve(#name));
     OV_GENTL_FUNCTIONS(OV_GENTL_RESOLVE)
 #undef OV_GENTL_RESOLVE
-    for (const char* const name : kBorrowedNames) {
-        m_functions[name] = m_library.Resolve(name);
-    }
+    m_functions = {{"GCReadPort", GCReadPort.GetAddress()},
+                   {"GCWritePort", GCWritePort.GetAddress()},
+                   {"GCReadPortStacked", GCReadPortStacked.GetAddress()},
+                   {"GCWritePortStacked", GCWritePortStacked.GetAddress()},
+                   {"GCGetLastError", GCGetLastError.GetAddress()}};
 }
 
 CGenTLLib::~CGenTLLib() {

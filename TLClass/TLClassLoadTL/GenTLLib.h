@@ -24,6 +24,7 @@ public:
     void Set(void* address) {
         m_function = reinterpret_cast<GenTL::GC_ERROR (*)(Arguments...)>(address);
     }
+    void* GetAddress() const { return reinterpret_cast<void*>(m_function); }
 
 private:
     GenTL::GC_ERROR (*m_function)(Arguments...) = nullptr;

@@ -20,7 +20,9 @@ class CDataStream::CDevOpenDataStreamAgency : public CAgency {
 public:
     CDevOpenDataStreamAgency(const CGenTLLib& lib, void* deviceHandle, const std::string& id) {
         OV_VERIFY(lib.DevOpenDataStream(deviceHandle, id.c_str(), &m_handle), lib);
-        Arm([&lib, handle = m_handle] { OV_LOG_IF_FAILED(lib.DSClose(handle), lib); });
+        Arm([&lib, handle = m_handle] {
+            OV_LOG_UNDO_IF_FAILED(CDevOpenDataStreamAgency, lib.DSClose(handle), lib);
+        });
     }
     void* GetHandle() const { return m_handle; }
 

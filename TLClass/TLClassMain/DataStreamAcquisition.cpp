@@ -50,7 +50,9 @@ public:
     CDSFlushQueueAgency(const CGenTLLib& lib, void* streamHandle) {
         OV_VERIFY(lib.DSFlushQueue(streamHandle, GenTL::ACQ_QUEUE_ALL_TO_INPUT), lib);
         Arm([&lib, streamHandle] {
-            OV_LOG_IF_FAILED(lib.DSFlushQueue(streamHandle, GenTL::ACQ_QUEUE_ALL_DISCARD), lib);
+            OV_LOG_UNDO_IF_FAILED(CDSFlushQueueAgency,
+                                  lib.DSFlushQueue(streamHandle, GenTL::ACQ_QUEUE_ALL_DISCARD),
+                                  lib);
         });
     }
 };
@@ -63,8 +65,9 @@ public:
                                          GenTL::GENTL_INFINITE),
                   lib);
         Arm([&lib, streamHandle] {
-            OV_LOG_IF_FAILED(lib.DSStopAcquisition(streamHandle, GenTL::ACQ_STOP_FLAGS_DEFAULT),
-                             lib);
+            OV_LOG_UNDO_IF_FAILED(
+                CDSStartAcquisitionAgency,
+                lib.DSStopAcquisition(streamHandle, GenTL::ACQ_STOP_FLAGS_DEFAULT), lib);
         });
     }
 };

@@ -17,7 +17,9 @@ public:
     CIFOpenDeviceAgency(const CGenTLLib& lib, void* interfaceHandle, const std::string& id,
                         int32_t accessMode) {
         OV_VERIFY(lib.IFOpenDevice(interfaceHandle, id.c_str(), accessMode, &m_handle), lib);
-        Arm([&lib, handle = m_handle] { OV_LOG_IF_FAILED(lib.DevClose(handle), lib); });
+        Arm([&lib, handle = m_handle] {
+            OV_LOG_UNDO_IF_FAILED(CIFOpenDeviceAgency, lib.DevClose(handle), lib);
+        });
     }
     void* GetHandle() const { return m_handle; }
 

@@ -14,7 +14,9 @@ class CInterface::CTLOpenInterfaceAgency : public CAgency {
 public:
     CTLOpenInterfaceAgency(const CGenTLLib& lib, void* tl, const std::string& id) {
         OV_VERIFY(lib.TLOpenInterface(tl, id.c_str(), &m_handle), lib);
-        Arm([&lib, handle = m_handle] { OV_LOG_IF_FAILED(lib.IFClose(handle), lib); });
+        Arm([&lib, handle = m_handle] {
+            OV_LOG_UNDO_IF_FAILED(CTLOpenInterfaceAgency, lib.IFClose(handle), lib);
+        });
     }
     void* GetHandle() const { return m_handle; }
 

@@ -13,7 +13,9 @@ class CTL::CTLOpenAgency : public CAgency {
 public:
     explicit CTLOpenAgency(const CGenTLLib& lib) {
         OV_VERIFY(lib.TLOpen(&m_handle), lib);
-        Arm([&lib, handle = m_handle] { OV_LOG_IF_FAILED(lib.TLClose(handle), lib); });
+        Arm([&lib, handle = m_handle] {
+            OV_LOG_UNDO_IF_FAILED(CTLOpenAgency, lib.TLClose(handle), lib);
+        });
     }
     void* GetHandle() const { return m_handle; }
 

@@ -61,7 +61,7 @@ private:
     class CTLOpenAgency;
     class CResetInterfaceInformationAgency;
 
-    std::vector<IF_INFO> __ReadInterfaceRecords();
+    void __LendSpecialInformation(std::vector<IF_INFO>& records);
     void __TakeInterfaceList(const std::vector<IF_INFO>& records);
     static InterfaceList __FindLostInterface(const InterfaceList& known,
                                              const InterfaceList& current);

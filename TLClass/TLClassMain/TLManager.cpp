@@ -28,7 +28,7 @@ class CTLManager::CGCInitLibAgency : public CAgency {
 public:
     explicit CGCInitLibAgency(const std::shared_ptr<const CGenTLLib>& lib) {
         OV_VERIFY(lib->GCInitLib(), *lib);
-        Arm([lib] { OV_LOG_IF_FAILED(lib->GCCloseLib(), *lib); });
+        Arm([lib] { OV_LOG_UNDO_IF_FAILED(CGCInitLibAgency, lib->GCCloseLib(), *lib); });
     }
 };
 

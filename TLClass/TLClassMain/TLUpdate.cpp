@@ -35,15 +35,16 @@ void CTL::DoUpdateInterfaceList(unsigned timeout, bool& changed) {
         return;
     }
     OV_RUN_LOGGED([this, &changed] {
+        std::vector<IF_INFO> records =
+            COvInformationAgency::GetAllInterfaceInformationOfTL(GetLib(), m_handle);
         const CResetInterfaceInformationAgency acquired(*this);
-        __TakeInterfaceList(__ReadInterfaceRecords());
+        __LendSpecialInformation(records);
+        __TakeInterfaceList(records);
         changed = true;
     });
 }
 
-std::vector<IF_INFO> CTL::__ReadInterfaceRecords() {
-    std::vector<IF_INFO> records =
-        COvInformationAgency::GetAllInterfaceInformationOfTL(GetLib(), m_handle);
+void CTL::__LendSpecialInformation(std::vector<IF_INFO>& records) {
     const std::vector<SPECIAL_INFO*> special =
         __DoGetAllInterfaceSpecialInformation(records.size());
     if (special.size() != records.size()) {
@@ -52,7 +53,6 @@ std::vector<IF_INFO> CTL::__ReadInterfaceRecords() {
     for (size_t i = 0; i < records.size(); ++i) {
         records[i].pSpecialInfo = special[i];
     }
-    return records;
 }
 
 void CTL::__TakeInterfaceList(const std::vector<IF_INFO>& records) {

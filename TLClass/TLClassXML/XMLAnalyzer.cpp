@@ -1,9 +1,7 @@
 #include "TLClassXML/XMLAnalyzer.h"
 
-#include <vector>
-
-#include "Base/GCException.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
+#include "TLClassLoadTL/GenTLText.h"
 #include "TLClassLoadTL/OvException.h"
 #include "TLClassXML/XMLLoader.h"
 
@@ -46,9 +44,7 @@ void CXMLAnalyzer::UnloadXML() {
 void CXMLAnalyzer::__TryExceptionLoadXmlFromString() {
     try {
         __RetrieveXmlFromString();
-    } catch (const std::exception&) {
-        __ThrowExceptionFromTryExcept();
-    } catch (const GenICam_3_0_ORVANE::GenericException&) {
+    } catch (...) {
         __ThrowExceptionFromTryExcept();
     }
 }
@@ -62,13 +58,13 @@ void CXMLAnalyzer::__ThrowExceptionFromTryExcept() {
 }
 
 std::string CXMLAnalyzer::__ReadPortName(void* port) const {
-    int32_t type = GenTL::INFO_DATATYPE_STRING;
-    size_t size = 0;
-    OV_VERIFY(m_lib.GCGetPortInfo(port, GenTL::PORT_INFO_PORTNAME, &type, nullptr, &size), m_lib);
-    std::vector<char> name(size + 1, '\0');
-    OV_VERIFY(m_lib.GCGetPortInfo(port, GenTL::PORT_INFO_PORTNAME, &type, name.data(), &size),
-              m_lib);
-    return name.data();
+    const auto portName = [this, port](char* text, size_t* size) {
+        int32_t type = GenTL::INFO_DATATYPE_STRING;
+        return m_lib.GCGetPortInfo(port, GenTL::PORT_INFO_PORTNAME, &type, text, size);
+    };
+    std::string name;
+    OV_VERIFY(ReadGenTLText(portName, name), m_lib);
+    return name;
 }
 
 }  // namespace OVTLClass

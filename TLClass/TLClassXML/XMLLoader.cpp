@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
+#include "TLClassLoadTL/GenTLText.h"
 #include "TLClassLoadTL/OvException.h"
 #include "TLClassXML/Zip.h"
 
@@ -36,13 +37,13 @@ std::string CXMLLoader::__ReadUrl() const {
     if (count == 0) {
         OV_RAISE(CUnexpectedError, "UrlNum <= 0");
     }
-    int32_t type = GenTL::INFO_DATATYPE_STRING;
-    size_t size = 0;
-    OV_VERIFY(m_lib.GCGetPortURLInfo(m_port, 0, GenTL::URL_INFO_URL, &type, nullptr, &size), m_lib);
-    std::vector<char> url(size + 1, '\0');
-    OV_VERIFY(m_lib.GCGetPortURLInfo(m_port, 0, GenTL::URL_INFO_URL, &type, url.data(), &size),
-              m_lib);
-    return url.data();
+    const auto firstUrl = [this](char* text, size_t* size) {
+        int32_t type = GenTL::INFO_DATATYPE_STRING;
+        return m_lib.GCGetPortURLInfo(m_port, 0, GenTL::URL_INFO_URL, &type, text, size);
+    };
+    std::string url;
+    OV_VERIFY(ReadGenTLText(firstUrl, url), m_lib);
+    return url;
 }
 
 std::string CXMLLoader::__ReadXMLFromRemoteDevice(const URL_LOCAL_INFO& info) const {

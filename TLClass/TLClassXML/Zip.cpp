@@ -40,7 +40,7 @@ struct InflateEnd {
     ~InflateEnd() { inflateEnd(&stream); }
 };
 
-/// Whether exactly `out.size()` bytes came out of the raw deflate data.
+/// Whether the raw deflate data came to its end within `out`.
 bool InflateRaw(const unsigned char* data, size_t size, Bytes& out) {
     z_stream stream{};
     if (inflateInit2(&stream, kRawDeflate) != Z_OK) {
@@ -51,7 +51,7 @@ bool InflateRaw(const unsigned char* data, size_t size, Bytes& out) {
     stream.avail_in = static_cast<uInt>(size);
     stream.next_out = out.data();
     stream.avail_out = static_cast<uInt>(out.size());
-    return inflate(&stream, Z_FINISH) == Z_STREAM_END && stream.total_out == out.size();
+    return inflate(&stream, Z_FINISH) == Z_STREAM_END;
 }
 
 bool InflateFirstEntry(const Bytes& archive, Bytes& out) {
