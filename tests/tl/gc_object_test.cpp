@@ -1,0 +1,142 @@
+// Children of a module, and the guards that undo steps.
+
+#include "Base/GCException.h"
+#include "TLClassMain/GcObject.h"
+#include "TransportTest.h"
+
+namespace OVTLClass {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class Module : public CGcObject {
+public:
+    using CGcObject::_AddChild;
+    using CGcObject::_ClearChildrenList;
+    using CGcObject::_GetGcObjectList;
+    using CGcObject::_RemoveChild;
+    using CGcObject::_UpdateChildrenList;
+    using CGcObject::CGcObject;
+};
+
+class OtherModule : public CGcObject {
+public:
+    using CGcObject::CGcObject;
+};
+
+class ModuleTest : public ::testing::Test {
+protected:
+    std::shared_ptr<Module> Make() { return std::make_shared<Module>(lib); }
+
+    std::shared_ptr<const CGenTLLib> lib = std::make_shared<const CGenTLLib>(Staged("Empty.cti"));
+    Module parent{lib};
+};
+
+TEST_F(ModuleTest, GivesItsChildrenInOrder) {
+    const auto first = Make();
+    const auto second = Make();
+    parent._AddChild(first);
+    parent._AddChild(second);
+    EXPECT_THAT(parent._GetGcObjectList<Module>(), ElementsAre(first, second));
+}
+
+TEST_F(ModuleTest, LogsAndLeavesOutAChildOfAnotherType) {
+    const LogCapture log;
+    const auto first = Make();
+    parent._AddChild(std::make_shared<OtherModule>(lib));
+    parent._AddChild(first);
+    EXPECT_THAT(parent._GetGcObjectList<Module>(), ElementsAre(first));
+    EXPECT_THAT(log.Lines(),
+                ElementsAre(::testing::MatchesRegex(
+                    ".*GcObject\\.h\\([0-9]+\\):'_GetGcObjectList':Invalid CGcObject type")));
+}
+
+TEST_F(ModuleTest, GivesTheSharedPointerOfAChild) {
+    const auto first = Make();
+    parent._AddChild(first);
+    EXPECT_EQ(parent.GetChild(first.get()), first);
+}
+
+TEST_F(ModuleTest, GivesAnEmptyPointerForAForeignObject) {
+    const auto foreign = Make();
+    EXPECT_EQ(parent.GetChild(foreign.get()), nullptr);
+    EXPECT_EQ(parent.GetChild(&parent), nullptr);
+    EXPECT_EQ(parent.GetChild(nullptr), nullptr);
+}
+
+TEST_F(ModuleTest, RemovesOneChild) {
+    const auto first = Make();
+    const auto second = Make();
+    parent._UpdateChildrenList({first, second});
+    parent._RemoveChild(first.get());
+    EXPECT_THAT(parent._GetGcObjectList<Module>(), ElementsAre(second));
+}
+
+TEST_F(ModuleTest, ReplacesTheWholeList) {
+    const auto first = Make();
+    const auto second = Make();
+    parent._UpdateChildrenList({first});
+    parent._UpdateChildrenList({second});
+    EXPECT_THAT(parent._GetGcObjectList<Module>(), ElementsAre(second));
+    parent._ClearChildrenList();
+    EXPECT_THAT(parent._GetGcObjectList<Module>(), IsEmpty());
+}
+
+TEST_F(ModuleTest, LetsGoOfItsChildren) {
+    auto child = Make();
+    const std::weak_ptr<Module> watch = child;
+    parent._AddChild(std::move(child));
+    EXPECT_FALSE(watch.expired());
+    parent._ClearChildrenList();
+    EXPECT_TRUE(watch.expired());
+}
+
+/// Writes down its steps.
+class Guard : public CAgency {
+public:
+    Guard(std::vector<std::string>& steps, const std::string& name) {
+        steps.push_back("do " + name);
+        Arm([&steps, name] { steps.push_back("undo " + name); });
+    }
+};
+
+TEST(Agency, UndoesInReverseOrderWhatWasNotCommitted) {
+    std::vector<std::string> steps;
+    {
+        const Guard first(steps, "first");
+        const Guard second(steps, "second");
+    }
+    EXPECT_THAT(steps, ElementsAre("do first", "do second", "undo second", "undo first"));
+}
+
+TEST(Agency, KeepsWhatWasCommitted) {
+    std::vector<std::string> steps;
+    {
+        Guard guard(steps, "step");
+        guard.Commit();
+    }
+    EXPECT_THAT(steps, ElementsAre("do step"));
+}
+
+TEST(Agency, LogsWhatItsUndoRaises) {
+    const LogCapture log;
+    {
+        const CRollback standard([] { throw std::runtime_error("standard"); });
+    }
+    {
+        const CRollback engine([] { RUNTIME_EXCEPTION("engine"); });
+    }
+    {
+        const CRollback other([] { throw 1; });
+    }
+    const auto place = ":'~CAgency':";
+    EXPECT_THAT(
+        log.Lines(),
+        ElementsAre(::testing::EndsWith(place + std::string("standard")),
+                    ::testing::AllOf(::testing::HasSubstr(place), ::testing::HasSubstr("engine")),
+                    ::testing::EndsWith(place + std::string("UnKnown Exception"))));
+}
+
+}  // namespace
+}  // namespace OVTLClass
