@@ -25,6 +25,11 @@ std::string ToStd(const gcstring& text) {
     return {text.c_str(), text.size()};
 }
 
+/// A port has an access mode as well, but no value that could be read.
+bool HasValue(const INode& node) {
+    return dynamic_cast<const IValue*>(&node) != nullptr;
+}
+
 }  // namespace
 
 INode* CFeatureControl::__FindNode(const std::string& name) const {
@@ -68,12 +73,12 @@ bool CFeatureControl::DoIsImplemented(const std::string& name) const {
 
 bool CFeatureControl::DoIsReadable(const std::string& name) const {
     INode& node = __GetGenAPINode(name);
-    return IsReadable(OV_ENGINE_GET(node.GetAccessMode()));
+    return HasValue(node) && IsReadable(OV_ENGINE_GET(node.GetAccessMode()));
 }
 
 bool CFeatureControl::DoIsWritable(const std::string& name) const {
     INode& node = __GetGenAPINode(name);
-    return IsWritable(OV_ENGINE_GET(node.GetAccessMode()));
+    return HasValue(node) && IsWritable(OV_ENGINE_GET(node.GetAccessMode()));
 }
 
 FEATURE_INT_RANGE CFeatureControl::DoGetIntRange(const std::string& name) const {

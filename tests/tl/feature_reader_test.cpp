@@ -1,0 +1,151 @@
+// Records from the features of a module's own description.
+
+#include "FeatureNodes.h"
+#include "TLClassInfo/FeatureAgency.h"
+#include "TLClassInfo/FeatureReader.h"
+#include "TransportTest.h"
+
+namespace OVTLClass {
+namespace {
+
+std::string Number(const std::string& name, int64_t value) {
+    return "<Integer Name=\"" + name + "\"><Value>" + std::to_string(value) + "</Value></Integer>";
+}
+
+/// A number in a register of its own.
+std::string Selector(const std::string& name, int64_t max) {
+    const std::string address = name == "DeviceSelector" ? "0" : "8";
+    return "<Integer Name=\"" + name + "\"><pValue>" + name + "Reg</pValue><Min>0</Min><Max>" +
+           std::to_string(max) + "</Max></Integer><IntReg Name=\"" + name + "Reg\"><Address>" +
+           address +
+           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+           "<Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>";
+}
+
+std::string Text(const std::string& name, const std::string& value) {
+    return "<String Name=\"" + name + "\"><Value>" + value + "</Value></String>";
+}
+
+/// Follows the value of a selector: `first` plus the index.
+std::string Selected(const std::string& name, const std::string& selector, int64_t first) {
+    return "<IntSwissKnife Name=\"" + name + "\"><pVariable Name=\"INDEX\">" + selector +
+           "</pVariable><Formula>INDEX + " + std::to_string(first) + "</Formula></IntSwissKnife>";
+}
+
+TEST(FeatureReader, CountsOneMoreThanTheSelectorsMaximum) {
+    for (const int64_t max : {0, 1, 4}) {
+        FeatureNodes nodes(Selector("DeviceSelector", max) + Selector("InterfaceSelector", max));
+        EXPECT_EQ(CCommonInterfaceFeature(nodes.Control()).GetDeviceCount(), max + 1);
+        EXPECT_EQ(CGevInterfaceFeature(nodes.Control()).GetDeviceCount(), max + 1);
+        EXPECT_EQ(CGevTLFeature(nodes.Control()).GetInterfaceCount(), max + 1);
+    }
+}
+
+TEST(FeatureReader, RaisesForACountWithoutASelector) {
+    FeatureNodes nodes("");
+    EXPECT_RAISES(CNotImplementedError, "The feature \"DeviceSelector\" is not implemented",
+                  CCommonInterfaceFeature(nodes.Control()).GetDeviceCount());
+    EXPECT_RAISES(CNotImplementedError, "The feature \"InterfaceSelector\" is not implemented",
+                  CGevTLFeature(nodes.Control()).GetInterfaceCount());
+}
+
+TEST(FeatureReader, LeavesAMissingFeatureInvalidAndGoesOn) {
+    FeatureNodes nodes(Text("DeviceVersion", "1.2") + Text("DeviceUserID", "Left"));
+    const COMMON_DEVICE_INFO info = CCommonFeatureAgency::GetDeviceFeatureBySelf(nodes.Control());
+    EXPECT_TRUE(info.version.valid);
+    EXPECT_EQ(info.version.value, "1.2");
+    EXPECT_FALSE(info.serialNumber.valid);
+    EXPECT_EQ(info.serialNumber.value, "");
+    EXPECT_TRUE(info.userId.valid);
+    EXPECT_EQ(info.userId.value, "Left");
+}
+
+TEST(FeatureReader, LeavesAFeatureOfAnotherTypeInvalid) {
+    FeatureNodes nodes(Number("DeviceVersion", 1) + Text("GevVersionMajor", "2") +
+                       Number("GevVersionMinor", 3));
+    EXPECT_FALSE(CCommonFeatureAgency::GetDeviceFeatureBySelf(nodes.Control()).version.valid);
+    const GEV_TL_INFO info = CGevFeatureAgency::GetTLFeatureBySelf(nodes.Control());
+    EXPECT_FALSE(info.versionMajor.valid);
+    EXPECT_TRUE(info.versionMinor.valid);
+    EXPECT_EQ(info.versionMinor.value, 3);
+}
+
+TEST(FeatureReader, LeavesAFeatureThatCannotBeReadInvalid) {
+    FeatureNodes nodes(
+        "<StringReg Name=\"InterfaceDescription\"><Address>0</Address>"
+        "<Length>8</Length><AccessMode>RO</AccessMode><pPort>Device</pPort>"
+        "</StringReg>");
+    nodes.Port().FailAccess(1);
+    EXPECT_FALSE(
+        CCommonFeatureAgency::GetInterfaceFeatureBySelf(nodes.Control()).description.valid);
+    nodes.Port().PutBytes(0, {'L', 'A', 'N', 0, 0, 0, 0, 0});
+    const auto info = CCommonFeatureAgency::GetInterfaceFeatureBySelf(nodes.Control());
+    EXPECT_TRUE(info.description.valid);
+    EXPECT_EQ(info.description.value, "LAN");
+}
+
+void ExpectAddresses(const GEV_ADDRESS_INFO& info, int64_t mac, int64_t ip, int64_t mask,
+                     int64_t gateway) {
+    EXPECT_TRUE(info.macAddress.valid && info.ipAddress.valid && info.subnetMask.valid &&
+                info.gateway.valid);
+    EXPECT_EQ(info.macAddress.value, mac);
+    EXPECT_EQ(info.ipAddress.value, ip);
+    EXPECT_EQ(info.subnetMask.value, mask);
+    EXPECT_EQ(info.gateway.value, gateway);
+}
+
+TEST(FeatureReader, ReadsTheAddressesOfAnInterfaceFromItself) {
+    FeatureNodes nodes(Number("GevInterfaceMACAddress", 1) +
+                       Number("GevInterfaceSubnetIPAddress", 2) +
+                       Number("GevInterfaceSubnetMask", 3) + Number("GevInterfaceGateway", 4));
+    ExpectAddresses(CGevFeatureAgency::GetInterfaceFeatureBySelf(nodes.Control()), 1, 2, 3, 4);
+}
+
+TEST(FeatureReader, ReadsTheAddressesOfADeviceFromItself) {
+    FeatureNodes nodes(Number("GevDeviceMACAddress", 1) + Number("GevDeviceIPAddress", 2) +
+                       Number("GevDeviceSubnetMask", 3) + Number("GevDeviceGateway", 4));
+    ExpectAddresses(CGevFeatureAgency::GetDeviceFeatureBySelf(nodes.Control()), 1, 2, 3, 4);
+}
+
+TEST(FeatureReader, SelectsEachInterfaceOfASystemInTurn) {
+    const char* const selector = "InterfaceSelector";
+    FeatureNodes nodes(Selector(selector, 2) + Selected("GevInterfaceMACAddress", selector, 10) +
+                       Selected("GevInterfaceDefaultIPAddress", selector, 20) +
+                       Selected("GevInterfaceDefaultSubnetMask", selector, 30) +
+                       Selected("GevInterfaceDefaultGateway", selector, 40));
+    const auto all = CGevFeatureAgency::GetAllInterfaceFeatureByTL(nodes.Control());
+    ASSERT_EQ(all.size(), 3U);
+    ExpectAddresses(all[0], 10, 20, 30, 40);
+    ExpectAddresses(all[2], 12, 22, 32, 42);
+    EXPECT_EQ(nodes->DoGetInt(selector), 2);
+}
+
+TEST(FeatureReader, SelectsEachDeviceOfAnInterfaceInTurn) {
+    const char* const selector = "DeviceSelector";
+    FeatureNodes nodes(Selector(selector, 1) + Selected("GevDeviceMACAddress", selector, 10) +
+                       Selected("GevDeviceIPAddress", selector, 20) +
+                       Selected("GevDeviceSubnetMask", selector, 30) +
+                       Selected("GevDeviceGateway", selector, 40));
+    const auto all = CGevFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control());
+    ASSERT_EQ(all.size(), 2U);
+    ExpectAddresses(all[1], 11, 21, 31, 41);
+    EXPECT_EQ(CCommonFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control()).size(), 2U);
+}
+
+TEST(FeatureReader, GivesNothingForAListWithoutASelector) {
+    FeatureNodes nodes("");
+    EXPECT_TRUE(CGevFeatureAgency::GetAllInterfaceFeatureByTL(nodes.Control()).empty());
+    EXPECT_TRUE(CGevFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control()).empty());
+    EXPECT_TRUE(CCommonFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control()).empty());
+}
+
+TEST(FeatureReader, GivesWhatItGatheredBeforeASelectionFailed) {
+    FeatureNodes nodes(Selector("DeviceSelector", 3));
+    const LogCapture log;
+    nodes.Port().FailAccess(3);
+    EXPECT_EQ(CCommonFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control()).size(), 2U);
+    EXPECT_THAT(log.Lines(), ::testing::Contains(::testing::HasSubstr("Access failed")));
+}
+
+}  // namespace
+}  // namespace OVTLClass
