@@ -1,0 +1,449 @@
+// A stream: the strict order of start and stop, and what its buffers are.
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <thread>
+
+#include "StreamTest.h"
+#include "TLClassFeature/IFeatureControl.h"
+#include "TLClassMain/DataStream.h"
+
+namespace OVTLClass {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+
+class StreamAcquisition : public StreamTest {
+protected:
+    int64_t ParamsLocked() { return stream->GetFeatureControl()->DoGetInt("TLParamsLocked"); }
+    /// The calls so far, without those that read and write features.
+    std::vector<std::string> Steps() {
+        std::vector<std::string> calls = producer.Log();
+        calls.erase(std::remove_if(calls.begin(), calls.end(),
+                                   [](const std::string& call) {
+                                       return call.ends_with("Port") || call == "DSGetInfo";
+                                   }),
+                    calls.end());
+        return calls;
+    }
+    /// The memory of `count` frames.
+    std::set<void*> Memory(size_t count) {
+        std::set<void*> memory;
+        for (size_t i = 0; i < count; ++i) {
+            memory.insert(Pull().base.value);
+        }
+        return memory;
+    }
+    void ExpectIdle() {
+        EXPECT_FALSE(stream->DoIsDataStreamAcquisiton());
+        EXPECT_EQ(ParamsLocked(), 0);
+        for (const char* const kind : {"Buffer", "Event", "Acquisition"}) {
+            EXPECT_EQ(producer.OpenCount(kind), 0) << kind;
+        }
+    }
+};
+
+TEST_F(StreamAcquisition, OpensOnce) {
+    EXPECT_TRUE(stream->DoIsDataStreamOpen());
+    EXPECT_NE(stream->DoGetStreamHandle(), nullptr);
+    EXPECT_TRUE(stream->GetFeatureControl()->DoExist("TLParamsLocked"));
+    stream->DoOpenDataStream();
+    EXPECT_THAT(producer.Log(), IsEmpty());
+}
+
+TEST_F(StreamAcquisition, IsBlankOnceClosed) {
+    stream->DoCloseDataStream();
+    EXPECT_FALSE(stream->DoIsDataStreamOpen());
+    EXPECT_EQ(stream->DoGetStreamHandle(), nullptr);
+    EXPECT_EQ(stream->GetFeatureControl(), nullptr);
+    EXPECT_EQ(stream->GetNodeMapRef(), nullptr);
+    producer.ClearLog();
+    stream->DoCloseDataStream();
+    EXPECT_THAT(producer.Log(), IsEmpty());
+    stream->DoOpenDataStream();
+    EXPECT_TRUE(stream->DoIsDataStreamOpen());
+}
+
+TEST_F(StreamAcquisition, CannotOpenOnceTheDeviceIsClosed) {
+    device->DoCloseDevice();
+    EXPECT_UNEXPECTED(-1, "The node map of remote device  is invalid", stream->DoOpenDataStream());
+    EXPECT_FALSE(stream->DoIsDataStreamOpen());
+}
+
+TEST_F(StreamAcquisition, IsClosedAgainWhenItsDescriptionIsMissing) {
+    stream->DoCloseDataStream();
+    producer.SetUrl("Stream", "");
+    EXPECT_UNEXPECTED(-1, "UrlNum <= 0", stream->DoOpenDataStream());
+    EXPECT_FALSE(stream->DoIsDataStreamOpen());
+    EXPECT_EQ(producer.OpenCount("Stream"), 0);
+}
+
+TEST_F(StreamAcquisition, LogsAFailedClose) {
+    const LogCapture log;
+    producer.FailAfterCall("DSClose", 1, GenTL::GC_ERR_ERROR);
+    stream->DoCloseDataStream();
+    EXPECT_FALSE(stream->DoIsDataStreamOpen());
+    EXPECT_THAT(log.Lines(), HasLogged("DoCloseDataStream", "Planned failure of DSClose"));
+    manager.DoUninit();
+    producer.Reset();
+}
+
+TEST_F(StreamAcquisition, StartsInOrder) {
+    stream->SetAcqusitionBufferNumber(2);
+    Start();
+    EXPECT_TRUE(stream->DoIsDataStreamAcquisiton());
+    EXPECT_THAT(Steps(), ElementsAre("GCRegisterEvent", "DSAnnounceBuffer", "DSAnnounceBuffer",
+                                     "DSFlushQueue", "DSStartAcquisition"));
+    EXPECT_EQ(ParamsLocked(), 1);
+}
+
+TEST_F(StreamAcquisition, LocksParametersBeforeAllElse) {
+    Start();
+    const std::vector<std::string> calls = producer.Log();
+    const auto write = std::find(calls.begin(), calls.end(), "GCWritePort");
+    EXPECT_LT(write - calls.begin(),
+              std::find(calls.begin(), calls.end(), "DSGetInfo") - calls.begin());
+}
+
+TEST_F(StreamAcquisition, StartsOnce) {
+    Start();
+    producer.ClearLog();
+    Start();
+    EXPECT_THAT(producer.Log(), IsEmpty());
+}
+
+TEST_F(StreamAcquisition, CannotStartBeforeItIsOpen) {
+    stream->DoCloseDataStream();
+    EXPECT_UNEXPECTED(-1, "Can not start stream acquisition before open it", Start());
+}
+
+TEST_F(StreamAcquisition, CannotStartWithoutAPayload) {
+    info.SetPayloadSize(0);
+    EXPECT_UNEXPECTED(-1, "Can not allocate zero bytes memory", Start());
+    ExpectIdle();
+}
+
+TEST_F(StreamAcquisition, StopsInOrder) {
+    stream->SetAcqusitionBufferNumber(2);
+    Start();
+    producer.ClearLog();
+    Stop();
+    EXPECT_THAT(Steps(), ElementsAre("EventKill", "GCUnregisterEvent", "DSStopAcquisition",
+                                     "DSFlushQueue", "DSRevokeBuffer", "DSRevokeBuffer"));
+    EXPECT_EQ(producer.Log().back(), "GCWritePort");
+    ExpectIdle();
+}
+
+TEST_F(StreamAcquisition, StopOfAnIdleStreamDoesNothing) {
+    Stop();
+    EXPECT_THAT(producer.Log(), IsEmpty());
+}
+
+TEST_F(StreamAcquisition, StartsAgainAfterAStop) {
+    Start();
+    Stop();
+    Start();
+    EXPECT_EQ(Pull().size.value, 64U * 48U);
+}
+
+TEST_F(StreamAcquisition, StopsWithTheClose) {
+    Start();
+    stream->DoCloseDataStream();
+    EXPECT_FALSE(stream->DoIsDataStreamAcquisiton());
+    EXPECT_EQ(producer.OpenCount("Acquisition"), 0);
+    EXPECT_EQ(producer.OpenCount("Buffer"), 0);
+}
+
+TEST_F(StreamAcquisition, AFailedStartRevokesAllBuffersAndUnlocksTheParameters) {
+    producer.FailCall("DSStartAcquisition", 1, GenTL::GC_ERR_IO);
+    EXPECT_UNEXPECTED(GenTL::GC_ERR_IO, "Planned failure of DSStartAcquisition", Start());
+    EXPECT_EQ(producer.SuccessCount("DSAnnounceBuffer"), 5U);
+    EXPECT_EQ(producer.SuccessCount("DSRevokeBuffer"), 5U);
+    ExpectIdle();
+}
+
+TEST_F(StreamAcquisition, AFailedStartUndoesItsStepsInReverse) {
+    stream->SetAcqusitionBufferNumber(1);
+    producer.FailCall("DSStartAcquisition", 1, GenTL::GC_ERR_IO);
+    EXPECT_THROW(Start(), CUnexpectedError);
+    std::vector<std::string> calls = Steps();
+    const auto failed = std::find(calls.begin(), calls.end(), "DSStartAcquisition");
+    calls.erase(std::remove(calls.begin(), calls.end(), "GCGetLastError"), calls.end());
+    EXPECT_THAT(std::vector(failed + 1, calls.end()),
+                ElementsAre("DSFlushQueue", "DSRevokeBuffer", "EventKill", "GCUnregisterEvent"));
+}
+
+TEST_F(StreamAcquisition, UndoesEveryStepWhenALaterOneFails) {
+    Start();
+    const std::vector<std::string> calls = producer.Log();
+    Stop();
+    std::map<std::string, unsigned> seen;
+    for (const std::string& call : calls) {
+        SCOPED_TRACE(call + " " + std::to_string(++seen[call]));
+        producer.FailCall(call.c_str(), seen[call], GenTL::GC_ERR_ERROR);
+        try {
+            Start();
+            Stop();
+        } catch (const CUnexpectedError& error) {
+            EXPECT_EQ(error.GetStatus(), GenTL::GC_ERR_ERROR);
+        }
+        ExpectIdle();
+    }
+}
+
+TEST_F(StreamAcquisition, LogsEveryStepOfAStopThatFailsAndStops) {
+    Start();
+    const LogCapture log;
+    const std::vector<std::string> calls = {"EventKill", "GCUnregisterEvent", "DSStopAcquisition",
+                                            "DSFlushQueue", "DSRevokeBuffer"};
+    for (const std::string& call : calls) {
+        producer.FailAfterCall(call.c_str(), 1, GenTL::GC_ERR_ERROR);
+    }
+    producer.FailCall("GCWritePort", 1, GenTL::GC_ERR_IO);
+    Stop();
+    EXPECT_FALSE(stream->DoIsDataStreamAcquisiton());
+    std::vector<::testing::Matcher<std::string>> expected;
+    for (const std::string& call : calls) {
+        expected.emplace_back(::testing::EndsWith(":Planned failure of " + call));
+    }
+    expected.emplace_back(::testing::HasSubstr("{Planned failure of GCWritePort}"));
+    EXPECT_THAT(log.Lines(), ElementsAreArray(expected));
+    manager.DoUninit();
+    producer.Reset();
+}
+
+TEST_F(StreamAcquisition, LeavesParametersAloneThatItDoesNotHave) {
+    stream->DoCloseDataStream();
+    const std::string text = EngineTest::XmlNodeMap::Describe("<Port Name=\"StreamPort\"/>");
+    producer.SetDescription("Stream", "Stream.xml", text.data(), text.size());
+    stream->DoOpenDataStream();
+    producer.ClearLog();
+    Start();
+    Stop();
+    EXPECT_THAT(producer.Log(), ::testing::Not(::testing::Contains("GCWritePort")));
+}
+
+TEST_F(StreamAcquisition, HasFiveBuffersUnlessTold) {
+    EXPECT_EQ(stream->GetAcqusitionBufferNumber(), 5U);
+    Start();
+    EXPECT_EQ(producer.OpenCount("Buffer"), 5);
+}
+
+TEST_F(StreamAcquisition, TakesANumberOfBuffers) {
+    stream->SetAcqusitionBufferNumber(3);
+    EXPECT_EQ(stream->GetAcqusitionBufferNumber(), 3U);
+    EXPECT_EQ(stream->DoGetAnnounceBufferListSize(), 3U);
+    Start();
+    EXPECT_EQ(producer.OpenCount("Buffer"), 3);
+}
+
+TEST_F(StreamAcquisition, RefusesFewerBuffersThanTheProducerNeeds) {
+    producer.SetStreamNumber(0, 0, "AnnounceMinimum", 4);
+    EXPECT_RAISES(COutOfRangeError, "Acquisition buffers is less than the minimum",
+                  stream->SetAcqusitionBufferNumber(3));
+    EXPECT_EQ(stream->GetAcqusitionBufferNumber(), 5U);
+    stream->SetAcqusitionBufferNumber(4);
+    EXPECT_EQ(stream->GetAcqusitionBufferNumber(), 4U);
+}
+
+TEST_F(StreamAcquisition, TakesAnyNumberWhenTheProducerTellsNoMinimum) {
+    producer.SetStreamNumber(0, 0, "AnnounceMinimum", 4);
+    producer.FailCommand("DSGetInfo", GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN,
+                         GenTL::GC_ERR_NOT_AVAILABLE);
+    stream->SetAcqusitionBufferNumber(1);
+    EXPECT_EQ(stream->GetAcqusitionBufferNumber(), 1U);
+}
+
+struct Alignment {
+    int64_t alignment;
+    bool told;
+    uint64_t size;
+};
+
+class StreamAlignment : public StreamAcquisition,
+                        public ::testing::WithParamInterface<Alignment> {};
+
+TEST_P(StreamAlignment, RoundsTheSizeOfBuffersUp) {
+    producer.SetStreamNumber(0, 0, "Alignment", GetParam().alignment);
+    if (!GetParam().told) {
+        producer.FailCommand("DSGetInfo", GenTL::STREAM_INFO_BUF_ALIGNMENT,
+                             GenTL::GC_ERR_NOT_AVAILABLE);
+    }
+    info.SetPayloadSize(1000);
+    Start();
+    EXPECT_EQ(Pull().size.value, GetParam().size);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, StreamAlignment,
+                         ::testing::Values(Alignment{512, true, 1024}, Alignment{1, true, 1000},
+                                           Alignment{0, true, 1000}, Alignment{512, false, 1000},
+                                           Alignment{1000, true, 1000},
+                                           Alignment{1001, true, 1001}));
+
+TEST_F(StreamAcquisition, KeepsItsMemoryFromOneStartToTheNext) {
+    Start();
+    const std::set<void*> before = Memory(5);
+    Stop();
+    Start();
+    EXPECT_EQ(before.size(), 5U);
+    EXPECT_EQ(Memory(5), before);
+}
+
+TEST_F(StreamAcquisition, KeepsTheFirstBuffersWhenTheirNumberShrinks) {
+    Start();
+    std::vector<void*> before;
+    for (int i = 0; i < 5; ++i) {
+        before.push_back(Pull().base.value);
+    }
+    Stop();
+    stream->SetAcqusitionBufferNumber(3);
+    Start();
+    EXPECT_EQ(producer.OpenCount("Buffer"), 3);
+    EXPECT_EQ(Memory(3), std::set<void*>(before.begin(), before.begin() + 3));
+}
+
+TEST_F(StreamAcquisition, KeepsItsBuffersWhenTheirNumberGrows) {
+    stream->SetAcqusitionBufferNumber(2);
+    Start();
+    const std::set<void*> before = Memory(2);
+    Stop();
+    stream->SetAcqusitionBufferNumber(4);
+    Start();
+    const std::set<void*> after = Memory(4);
+    EXPECT_EQ(after.size(), 4U);
+    EXPECT_TRUE(std::includes(after.begin(), after.end(), before.begin(), before.end()));
+}
+
+TEST_F(StreamAcquisition, TellsHowManyFramesWait) {
+    Start();
+    EXPECT_EQ(stream->DoGetDeliveryBufferListSize(), 0U);
+    producer.Trigger(0, 0, 2);
+    while (stream->DoGetDeliveryBufferListSize() < 2) {
+        std::this_thread::yield();
+    }
+    Fetch();
+    EXPECT_EQ(stream->DoGetDeliveryBufferListSize(), 1U);
+}
+
+TEST_F(StreamAcquisition, RaisesWhenItCannotTellHowManyFramesWait) {
+    producer.FailCall("DSGetInfo", 1, GenTL::GC_ERR_IO);
+    EXPECT_UNEXPECTED(GenTL::GC_ERR_IO, "Planned failure of DSGetInfo",
+                      stream->DoGetDeliveryBufferListSize());
+}
+
+TEST_F(StreamAcquisition, GivesAllBuffersBackAtOnce) {
+    Start();
+    Memory(5);
+    producer.ClearLog();
+    stream->DoFlushAllToInput();
+    EXPECT_THAT(producer.Log(), ElementsAre("DSFlushQueue"));
+    EXPECT_EQ(Memory(5).size(), 5U);
+}
+
+TEST_F(StreamAcquisition, CannotGiveBuffersBackOnceClosed) {
+    stream->DoCloseDataStream();
+    EXPECT_UNEXPECTED(-1, "The data stream is closed", stream->DoFlushAllToInput());
+}
+
+TEST_F(StreamAcquisition, RaisesWhenBuffersCannotBeGivenBack) {
+    Start();
+    producer.FailCall("DSFlushQueue", 1, GenTL::GC_ERR_IO);
+    EXPECT_UNEXPECTED(GenTL::GC_ERR_IO, "Planned failure of DSFlushQueue",
+                      stream->DoFlushAllToInput());
+}
+
+/// A sanitizer ends the program that asks for more memory than there can be.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define OV_SKIP_WHERE_ALLOCATIONS_MAY_NOT_FAIL() GTEST_SKIP() << "under a sanitizer"
+#else
+#define OV_SKIP_WHERE_ALLOCATIONS_MAY_NOT_FAIL() static_cast<void>(0)
+#endif
+
+/// One buffer of an open stream.
+class BufferTest : public StreamTest {
+protected:
+    void SetUp() override {
+        StreamTest::SetUp();
+        lib = stream->DoGetGenTLLib();
+        buffer = std::make_unique<CBuffer>(*lib, stream->DoGetStreamHandle());
+    }
+    void TearDown() override { buffer->RevokeBuffer(); }
+
+    std::shared_ptr<const CGenTLLib> lib;
+    std::unique_ptr<CBuffer> buffer;
+};
+
+TEST_F(BufferTest, NeedsMemoryOfSomeSize) {
+    EXPECT_UNEXPECTED(-1, "Can not allocate zero bytes memory", buffer->AllocateBuffer(0));
+    EXPECT_UNEXPECTED(-1, "Can not announce a buffer before allocating it",
+                      buffer->AnnounceBuffer());
+}
+
+TEST_F(BufferTest, RaisesTheSystemsTextForMemoryThatIsNotThere) {
+    OV_SKIP_WHERE_ALLOCATIONS_MAY_NOT_FAIL();
+    EXPECT_UNEXPECTED(-1, std::bad_alloc().what(), buffer->AllocateBuffer(SIZE_MAX));
+    EXPECT_UNEXPECTED(-1, "Can not announce a buffer before allocating it",
+                      buffer->AnnounceBuffer());
+}
+
+TEST_F(BufferTest, KeepsItsMemoryWhenMoreIsNotThere) {
+    OV_SKIP_WHERE_ALLOCATIONS_MAY_NOT_FAIL();
+    buffer->AllocateBuffer(100);
+    EXPECT_THROW(buffer->AllocateBuffer(SIZE_MAX), CUnexpectedError);
+    buffer->AnnounceBuffer();
+    EXPECT_EQ(buffer->GetBufferInfo().size.value, 100U);
+}
+
+TEST_F(BufferTest, HasNothingToAnnounceOnceFreed) {
+    buffer->AllocateBuffer(100);
+    buffer->FreeBuffer();
+    EXPECT_UNEXPECTED(-1, "Can not announce a buffer before allocating it",
+                      buffer->AnnounceBuffer());
+}
+
+TEST_F(BufferTest, IsAnnouncedOnceWithItsOwnAddress) {
+    buffer->AllocateBuffer(100);
+    buffer->AnnounceBuffer();
+    buffer->AnnounceBuffer();
+    EXPECT_EQ(producer.CallCount("DSAnnounceBuffer"), 1U);
+    EXPECT_EQ(buffer->GetBufferInfo().userPointer.value, buffer.get());
+    EXPECT_NE(buffer->GetBufferInfo().base.value, nullptr);
+}
+
+TEST_F(BufferTest, CannotBeQueuedBeforeItIsAnnounced) {
+    buffer->AllocateBuffer(100);
+    EXPECT_UNEXPECTED(-1, "Can not queue a buffer before announcing it", buffer->QueueBuffer());
+}
+
+TEST_F(BufferTest, RaisesWhenTheProducerDoesNotTakeIt) {
+    buffer->AllocateBuffer(100);
+    buffer->AnnounceBuffer();
+    producer.FailCall("DSQueueBuffer", 1, GenTL::GC_ERR_ACCESS_DENIED);
+    EXPECT_RAISES(CInvalidAccessError, "Access denied:Planned failure of DSQueueBuffer",
+                  buffer->QueueBuffer());
+    producer.FailCall("DSQueueBuffer", 1, GenTL::GC_ERR_IO);
+    EXPECT_UNEXPECTED(GenTL::GC_ERR_IO, "Planned failure of DSQueueBuffer", buffer->QueueBuffer());
+}
+
+TEST_F(BufferTest, IsNotRevokedUnlessAnnounced) {
+    buffer->RevokeBuffer();
+    EXPECT_EQ(producer.CallCount("DSRevokeBuffer"), 0U);
+}
+
+TEST_F(BufferTest, IsNoLongerAnnouncedThoughItsRevokeFailed) {
+    buffer->AllocateBuffer(100);
+    buffer->AnnounceBuffer();
+    const LogCapture log;
+    producer.FailAfterCall("DSRevokeBuffer", 1, GenTL::GC_ERR_ERROR);
+    buffer->RevokeBuffer();
+    EXPECT_THAT(log.Lines(), HasLogged("RevokeBuffer", "Planned failure of DSRevokeBuffer"));
+    EXPECT_UNEXPECTED(-1, "Can not queue a buffer before announcing it", buffer->QueueBuffer());
+    manager.DoUninit();
+    producer.Reset();
+}
+
+}  // namespace
+}  // namespace OVTLClass

@@ -1,0 +1,323 @@
+// From a filled buffer to the application: by thread and callback, or by pull.
+
+#include <array>
+#include <atomic>
+#include <functional>
+#include <thread>
+
+#include "StreamTest.h"
+#include "TLClassEvent/NewBufferEvent.h"
+
+namespace OVTLClass {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+/// Runs a function of the test with each frame.
+class FrameCallback : public INewBufferCallback {
+public:
+    using Function = std::function<void(const BUFFER_INFO&)>;
+    explicit FrameCallback(Function function) : m_function(std::move(function)) {}
+    INewBufferCallback* Clone() const override { return new FrameCallback(m_function); }
+    void operator()(const BUFFER_INFO& info) override { m_function(info); }
+
+private:
+    Function m_function;
+};
+
+class Delivery : public StreamTest {
+protected:
+    explicit Delivery(const char* fileName = "KwTL.cti") : StreamTest(fileName) {}
+
+    void Register(FrameCallback::Function function) {
+        stream->DoRegisterCaptureCallback(FrameCallback(std::move(function)));
+    }
+    /// Counts frames.
+    void RegisterCounter() {
+        Register([this](const BUFFER_INFO&) { ++delivered; });
+    }
+    void AwaitDelivered(unsigned count) {
+        while (delivered < count) {
+            std::this_thread::yield();
+        }
+    }
+    void AwaitRequeued(unsigned count) {
+        EXPECT_EQ(producer.WaitForCalls("DSQueueBuffer", count, 60000), 0);
+    }
+
+    std::atomic<unsigned> delivered{0};
+};
+
+TEST_F(Delivery, WithoutACallbackHasNoThread) {
+    EXPECT_FALSE(stream->DoIsRegisterCaptureCallback());
+    Start();
+    EXPECT_EQ(stream->DoGetAcquisitionThreadID(), 0U);
+    Stop();
+    EXPECT_EQ(producer.CallCount("EventGetData"), 0U);
+}
+
+TEST_F(Delivery, RunsTheCallbackOnTheStreamsThread) {
+    std::atomic<pthread_t> caller{0};
+    Register([&](const BUFFER_INFO&) {
+        caller = CVxThread::PthreadSelf();
+        ++delivered;
+    });
+    EXPECT_TRUE(stream->DoIsRegisterCaptureCallback());
+    Start();
+    producer.Trigger(0, 0, 1);
+    AwaitDelivered(1);
+    EXPECT_EQ(caller, stream->DoGetAcquisitionThreadID());
+    EXPECT_NE(caller, CVxThread::PthreadSelf());
+    Stop();
+    EXPECT_EQ(caller, stream->DoGetAcquisitionThreadID());
+}
+
+TEST_F(Delivery, GivesTheFrameWhileTheCallbackRuns) {
+    std::array<uint8_t, 3> first{};
+    uint64_t frame = UINT64_MAX;
+    Register([&](const BUFFER_INFO& buffer) {
+        std::memcpy(first.data(), buffer.base.value, first.size());
+        frame = buffer.frameId.value;
+        ++delivered;
+    });
+    Start();
+    producer.Trigger(0, 0, 1);
+    AwaitDelivered(1);
+    EXPECT_THAT(first, ElementsAre(0, 1, 2));
+    EXPECT_EQ(frame, 0U);
+}
+
+TEST_F(Delivery, GivesTheBufferBackAfterTheCallback) {
+    RegisterCounter();
+    stream->SetAcqusitionBufferNumber(1);
+    Start();
+    for (unsigned count = 1; count <= 3; ++count) {
+        producer.Trigger(0, 0, 1);
+        AwaitDelivered(count);
+        AwaitRequeued(count);
+    }
+}
+
+TEST_F(Delivery, LogsACallbackThatThrowsAndGivesTheBufferBack) {
+    const LogCapture log;
+    Register([this](const BUFFER_INFO&) {
+        ++delivered;
+        throw std::runtime_error("the application failed");
+    });
+    Start();
+    producer.Trigger(0, 0, 1);
+    AwaitRequeued(1);
+    producer.Trigger(0, 0, 1);
+    AwaitRequeued(2);
+    Stop();
+    EXPECT_EQ(delivered, 2U);
+    EXPECT_THAT(log.Lines(), HasLogged("__DoOnBufferCallback", "the application failed"));
+}
+
+TEST_F(Delivery, LogsABufferThatCannotBeGivenBackAndGoesOn) {
+    const LogCapture log;
+    RegisterCounter();
+    producer.FailCall("DSQueueBuffer", 1, GenTL::GC_ERR_IO);
+    Start();
+    producer.Trigger(0, 0, 1);
+    AwaitRequeued(1);
+    producer.Trigger(0, 0, 1);
+    AwaitDelivered(2);
+    Stop();
+    EXPECT_THAT(log.Lines(), Contains(HasSubstr("{Planned failure of DSQueueBuffer}")));
+}
+
+TEST_F(Delivery, LogsAFailureOfTheWaitAndGoesOn) {
+    const LogCapture log;
+    RegisterCounter();
+    producer.FailCall("EventGetData", 1, GenTL::GC_ERR_IO);
+    Start();
+    producer.Trigger(0, 0, 1);
+    AwaitDelivered(1);
+    Stop();
+    EXPECT_THAT(log.Lines(), ElementsAre(HasSubstr("{Planned failure of EventGetData}")));
+}
+
+TEST_F(Delivery, TakesATimeoutAndAnAbortForNoFailure) {
+    const LogCapture log;
+    RegisterCounter();
+    producer.FailCall("EventGetData", 1, GenTL::GC_ERR_TIMEOUT);
+    producer.FailCall("EventGetData", 2, GenTL::GC_ERR_ABORT);
+    Start();
+    producer.Trigger(0, 0, 1);
+    AwaitDelivered(1);
+    Stop();
+    EXPECT_THAT(log.Lines(), IsEmpty());
+}
+
+TEST_F(Delivery, EndsTheWaitOfItsThreadWithTheStop) {
+    const LogCapture log;
+    RegisterCounter();
+    Start();
+    ASSERT_EQ(producer.WaitForCalls("EventGetData", 1, 60000), 0);
+    Stop();
+    EXPECT_EQ(producer.SuccessCount("EventKill"), 1U);
+    EXPECT_EQ(producer.CallCount("EventGetData"), 1U);
+    EXPECT_THAT(log.Lines(), IsEmpty());
+}
+
+TEST_F(Delivery, StartsAThreadForACallbackOfTheNextStartOnly) {
+    Start();
+    RegisterCounter();
+    EXPECT_EQ(stream->DoGetAcquisitionThreadID(), 0U);
+    Stop();
+    Start();
+    producer.Trigger(0, 0, 1);
+    AwaitDelivered(1);
+}
+
+TEST_F(Delivery, RunsTheLastCallbackThatWasRegistered) {
+    Register([](const BUFFER_INFO&) { ADD_FAILURE() << "the first callback ran"; });
+    RegisterCounter();
+    Start();
+    producer.Trigger(0, 0, 1);
+    AwaitDelivered(1);
+}
+
+TEST_F(Delivery, UnregistersOnceARunningCallbackHasReturned) {
+    CVxEvent entered;
+    CVxEvent release;
+    std::atomic<bool> returned{false};
+    Register([&](const BUFFER_INFO&) {
+        entered.SetEvent();
+        release.Wait(60000);
+        returned = true;
+    });
+    Start();
+    producer.Trigger(0, 0, 1);
+    ASSERT_TRUE(entered.Wait(60000));
+    std::thread unregister([&] {
+        stream->DoUnregisterCaptureCallback();
+        EXPECT_TRUE(returned);
+    });
+    release.SetEvent();
+    unregister.join();
+    EXPECT_FALSE(stream->DoIsRegisterCaptureCallback());
+}
+
+TEST_F(Delivery, KeepsGivingBuffersBackOnceUnregistered) {
+    RegisterCounter();
+    Start();
+    stream->DoUnregisterCaptureCallback();
+    producer.Trigger(0, 0, 1);
+    AwaitRequeued(1);
+    EXPECT_EQ(delivered, 0U);
+}
+
+using Pulling = Delivery;
+
+TEST_F(Pulling, GivesFramesInOrder) {
+    Start();
+    EXPECT_EQ(Pull().frameId.value, 0U);
+    EXPECT_EQ(Pull().frameId.value, 1U);
+}
+
+TEST_F(Pulling, RaisesAfterItsTimeout) {
+    Start();
+    BUFFER_INFO frame;
+    EXPECT_RAISES(CTimeoutError, "No event within the time-out", stream->DoGetBuffer(frame, 0));
+}
+
+TEST_F(Pulling, IsEndedByTheKillOfTheEvent) {
+    Start();
+    std::thread killer([this] {
+        EXPECT_EQ(producer.WaitForCalls("EventGetData", 1, 60000), 0);
+        stream->DoGetNativeNewBufferEvent().EventKill();
+    });
+    BUFFER_INFO frame;
+    EXPECT_UNEXPECTED(-1012, "The wait for an event was aborted",
+                      stream->DoGetBuffer(frame, 60000));
+    killer.join();
+}
+
+TEST_F(Pulling, RaisesForABufferThatIsNotOfThisStream) {
+    stream->SetAcqusitionBufferNumber(1);
+    Start();
+    const auto lib = stream->DoGetGenTLLib();
+    std::vector<uint8_t> memory(64 * 48);
+    void* foreign = nullptr;
+    lib->DSAnnounceBuffer(stream->DoGetStreamHandle(), memory.data(), memory.size(), nullptr,
+                          &foreign);
+    lib->DSQueueBuffer(stream->DoGetStreamHandle(), foreign);
+    Pull();
+    EXPECT_UNEXPECTED(-1, "pUserPointer should not be NULL", Pull());
+    Stop();
+    lib->DSRevokeBuffer(stream->DoGetStreamHandle(), foreign, nullptr, nullptr);
+}
+
+TEST_F(Pulling, RaisesTheProducersFailureOnceStopped) {
+    Start();
+    Stop();
+    BUFFER_INFO frame;
+    EXPECT_EQ(Raised<CUnexpectedError>([&] { stream->DoGetBuffer(frame, 0); }).GetStatus(),
+              GenTL::GC_ERR_INVALID_HANDLE);
+}
+
+TEST_F(Pulling, TellsTheExpectedPayload) {
+    Start();
+    const BUFFER_INFO frame = Pull();
+    EXPECT_TRUE(frame.expectedPayloadSize.valid);
+    EXPECT_EQ(frame.expectedPayloadSize.value, 64U * 48U);
+}
+
+TEST_F(Pulling, LeavesInvalidWhatTheProducerDoesNotTell) {
+    producer.FailCommand("DSGetBufferInfo", GenTL::BUFFER_INFO_TIMESTAMP,
+                         GenTL::GC_ERR_NOT_AVAILABLE);
+    Start();
+    const BUFFER_INFO frame = Pull();
+    EXPECT_FALSE(frame.timestamp.valid);
+    EXPECT_TRUE(frame.frameId.valid);
+}
+
+struct Geometry {
+    const char* fileName;
+    bool chunkMode;
+    bool ofTheCamera;
+};
+
+/// Whose word counts for the shape of a frame.
+class FrameGeometry : public StreamTest, public ::testing::WithParamInterface<Geometry> {
+protected:
+    FrameGeometry() : StreamTest(GetParam().fileName) { info.SetChunkMode(GetParam().chunkMode); }
+};
+
+TEST_P(FrameGeometry, IsOfTheCameraWhereTheProducerCannotKnow) {
+    Start();
+    const BUFFER_INFO frame = Pull();
+    const bool ofTheCamera = GetParam().ofTheCamera;
+    EXPECT_EQ(frame.width.value, ofTheCamera ? 32U : 64U);
+    EXPECT_EQ(frame.height.value, ofTheCamera ? 24U : 48U);
+    EXPECT_EQ(frame.xOffset.value, ofTheCamera ? 4U : 0U);
+    EXPECT_EQ(frame.yOffset.value, ofTheCamera ? 2U : 0U);
+    EXPECT_EQ(frame.pixelFormat.value, ofTheCamera ? 0x01100003U : 0x01080001U);
+    EXPECT_TRUE(frame.width.valid && frame.height.valid && frame.xOffset.valid &&
+                frame.yOffset.valid && frame.pixelFormat.valid);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Transports, FrameGeometry,
+    ::testing::Values(Geometry{"OvGVTL.cti", false, false}, Geometry{"OvGVTL.cti", true, true},
+                      Geometry{"OvU3VTL.cti", false, false}, Geometry{"OvU3VTL.cti", true, false},
+                      Geometry{"KwTL.cti", false, true}, Geometry{"KwTL.cti", true, true}));
+
+TEST_F(Delivery, IsNotRegisteredWhenTheEventIsRefused) {
+    RegisterCounter();
+    producer.FailCall("GCRegisterEvent", 1, GenTL::GC_ERR_NOT_IMPLEMENTED);
+    EXPECT_RAISES(CNotImplementedError, "Planned failure of GCRegisterEvent", Start());
+    EXPECT_EQ(stream->DoGetAcquisitionThreadID(), 0U);
+    EXPECT_EQ(producer.OpenCount("Event"), 0);
+    Start();
+    producer.Trigger(0, 0, 1);
+    AwaitDelivered(1);
+}
+
+}  // namespace
+}  // namespace OVTLClass
