@@ -114,6 +114,28 @@ TEST(SplitString, KeepsTheEmptyPieceBetweenTwoPatterns) {
     EXPECT_EQ(COvString::SplitString("a;;b", ";"), (std::vector<std::string>{"a", "", "b"}));
 }
 
+TEST(Lock, RaisesWhenItIsNotHeld) {
+#if defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizer takes the very try for an error";
+#endif
+    CLock lock;
+    try {
+        lock.Unlock();
+        ADD_FAILURE() << "nothing was raised";
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "CLock::Lock() failed");
+    }
+}
+
+TEST(SplitString, KeepsEmptyPiecesAtBothEnds) {
+    EXPECT_EQ(COvString::SplitString(";a;", ";"), (std::vector<std::string>{"", "a", ""}));
+    EXPECT_EQ(COvString::SplitString(";", ";"), (std::vector<std::string>{"", ""}));
+}
+
+TEST(SplitString, WithoutThePatternIsTheWholeText) {
+    EXPECT_EQ(COvString::SplitString("a b", ";"), (std::vector<std::string>{"a b"}));
+}
+
 TEST(SplitString, OfAnEmptyTextIsEmpty) {
     EXPECT_TRUE(COvString::SplitString("", ";").empty());
 }
@@ -130,6 +152,10 @@ TEST(MsgComposer, CutsALongMessageTo1023Characters) {
 TEST(AddressText, PutsTheTopByteFirst) {
     EXPECT_EQ(COvString::ConvertInt32ToIPString(static_cast<int32_t>(0xC0A80A01)), "192.168.10.1");
     EXPECT_EQ(COvString::ConvertInt64ToMACString(0x00AABBCCDDEEFFL), "AA-BB-CC-DD-EE-FF");
+    EXPECT_EQ(COvString::ConvertInt32ToIPString(0), "0.0.0.0");
+    EXPECT_EQ(COvString::ConvertInt32ToIPString(-1), "255.255.255.255");
+    EXPECT_EQ(COvString::ConvertInt64ToMACString(-1), "FF-FF-FF-FF-FF-FF");
+    EXPECT_EQ(COvString::ConvertInt64ToMACString(0x123400000000000AL), "00-00-00-00-00-0A");
 }
 
 TEST(Exception, TextHoldsFunctionLineAndMessage) {
@@ -173,6 +199,41 @@ TEST(Log, IgnoresAnUnknownOutputType) {
     EXPECT_EQ(log.GetPendingLineCount(), 1U);
 }
 
+TEST(Log, WritesToTheOutputAtOnce) {
+    COvLog log;
+    log.DisableTimeStamp();
+    log.SetOutputToDebugWindow();
+    ::testing::internal::CaptureStdout();
+    log.WriteLog("line");
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "line\n");
+    EXPECT_EQ(log.GetPendingLineCount(), 0U);
+}
+
+TEST(Log, IsOneForTheProcess) {
+    EXPECT_EQ(&COvLog::GetInstance(), &COvLog::GetInstance());
+}
+
+TEST(Log, HasNoPathUnlessToldOne) {
+    COvLog log;
+    EXPECT_EQ(log.GetLogFilePath(), "");
+    log.SetLogFilePath("/nonexistent-folder/log.txt");
+    EXPECT_EQ(log.GetLogFilePath(), "/nonexistent-folder/log.txt");
+}
+
+TEST(Log, TakesMessagesFromSeveralThreads) {
+    COvLog log;
+    const auto writeOften = [&log] {
+        for (int i = 0; i < 200; ++i) {
+            log.WriteLog("line");
+        }
+    };
+    std::thread other(writeOften);
+    writeOften();
+    other.join();
+    EXPECT_EQ(log.GetPendingLineCount(), 400U);
+    log.SetOutputNoWhere();
+}
+
 class LogFile : public ::testing::Test {
 protected:
     std::string Content() const {
@@ -205,6 +266,16 @@ TEST_F(LogFile, TakesPendingLinesWhenTheOutputChanges) {
     log.WriteLog("line");
     log.SetOutputNoWhere();
     EXPECT_EQ(Content(), "line\n");
+}
+
+TEST_F(LogFile, KeepsLinesOfAnEarlierLog) {
+    for (const char* const text : {"first", "second"}) {
+        COvLog log;
+        log.DisableTimeStamp();
+        log.SetLogFilePath(m_path);
+        log.WriteLog(text);
+    }
+    EXPECT_EQ(Content(), "first\nsecond\n");
 }
 
 TEST_F(LogFile, StartsEachLineWithTheTime) {
