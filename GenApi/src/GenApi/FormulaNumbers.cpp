@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
+#include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <string>
 
 #include "GenApi/impl/MathParser.h"
 
@@ -16,6 +18,7 @@ constexpr const char* kInfinity = "#Infinity somewhere!";
 constexpr const char* kTooBig = "#Value too big for operation!";
 constexpr const char* kInternal = "#Internal error!";
 constexpr const char* kSyntax = "#Syntax error!";
+constexpr std::string_view kDigits = "0123456789";
 /// Divisors below this magnitude count as zero.
 constexpr double kSmallestDivisor = 0x1p-52;
 
@@ -65,12 +68,21 @@ int32_t ApplyBits(FormulaOp op, int32_t left, int32_t right) {
     }
 }
 
+/// What has no place in 64 bits becomes the lowest number, so that "2**63" has
+/// the bits of "1<<63".
 int64_t TruncateToInt64(long double value) {
     constexpr long double kBound = 9223372036854775808.0L;
-    if (!(value > -kBound)) {
-        return std::numeric_limits<int64_t>::min();
-    }
-    return value < kBound ? static_cast<int64_t>(value) : std::numeric_limits<int64_t>::max();
+    const bool fits = value >= -kBound && value < kBound;
+    return fits ? static_cast<int64_t>(value) : std::numeric_limits<int64_t>::min();
+}
+
+/// What the C library makes of a number that is too large or too near to zero,
+/// with a point whatever the user's locale says.
+double ReadExtreme(std::string_view number) {
+    const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+    const double value = strtod_l(std::string(number).c_str(), nullptr, plain);
+    freelocale(plain);
+    return value;
 }
 
 /// Comparisons and logic, alike for both kinds of numbers.
@@ -122,11 +134,22 @@ size_t DoubleFormulaTraits::ParseNumber(std::string_view text, double& number) {
         number = static_cast<double>(bits);
         return length;
     }
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error == std::errc::result_out_of_range) {
-        number = std::numeric_limits<double>::infinity();
+    // In capitals the prefix is that of the C library's hexadecimal fractions.
+    constexpr std::string_view kPrefix = "0X";
+    const bool isFraction = text.starts_with(kPrefix);
+    const char* const begin = text.data() + (isFraction ? kPrefix.size() : 0);
+    const auto [end, error] =
+        std::from_chars(begin, text.data() + text.size(), number,
+                        isFraction ? std::chars_format::hex : std::chars_format::general);
+    if (error == std::errc::invalid_argument) {
+        number = 0;
+        return 1;
     }
-    return static_cast<size_t>(end - text.data());
+    const auto length = static_cast<size_t>(end - text.data());
+    if (error == std::errc::result_out_of_range) {
+        number = ReadExtreme(text.substr(0, length));
+    }
+    return length;
 }
 
 const char* DoubleFormulaTraits::Apply(FormulaOp op, double left, double right, double& result) {
@@ -246,9 +269,12 @@ size_t Int64FormulaTraits::ParseNumber(std::string_view text, int64_t& number) {
     if (error == std::errc::result_out_of_range) {
         number = std::numeric_limits<int64_t>::max();
     }
-    // Cameras write "4.0" in formulas of integers: a fraction counts for nothing.
-    if (end != last && *end == '.') {
-        end = std::find_if(end + 1, last, [](char digit) { return digit < '0' || digit > '9'; });
+    // Cameras write "4.0" in formulas of integers. A fraction that counts for
+    // something is no integer.
+    const std::string_view rest(end, static_cast<size_t>(last - end));
+    const size_t fraction = std::min(rest.find_first_not_of(kDigits, 1), rest.size());
+    if (rest.starts_with('.') && rest.substr(1, fraction - 1).find_first_not_of('0') == rest.npos) {
+        end += fraction;
     }
     return static_cast<size_t>(end - text.data());
 }

@@ -6,6 +6,10 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// What a byte may begin. A point belongs to names, which it also separates
+/// from their extensions.
+enum class ByteClass : uint8_t { Invalid, Letter, Digit, Blank, Operator, Quote, End };
+
 struct OperatorRow {
     std::string_view text;
     int priority;
@@ -20,17 +24,41 @@ constexpr std::array<OperatorRow, 29> kOperators{{
     {"?", 1},   {":", 2},   {")", 6},  {",", 6},  {";", -2},
 }};
 
-bool IsBlank(char character) {
-    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
+constexpr size_t IndexOf(char character) {
+    return static_cast<unsigned char>(character);
 }
 
-bool IsDigit(char character) {
-    return character >= '0' && character <= '9';
-}
+constexpr auto kClasses = [] {
+    std::array<ByteClass, 256> classes{};
+    const auto mark = [&classes](std::string_view characters, ByteClass byteClass) {
+        for (const char character : characters) {
+            classes[IndexOf(character)] = byteClass;
+        }
+    };
+    mark("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_.", ByteClass::Letter);
+    mark("0123456789", ByteClass::Digit);
+    mark(" \t\n\r", ByteClass::Blank);
+    for (const OperatorRow& row : kOperators) {
+        mark(row.text, ByteClass::Operator);
+    }
+    mark("'", ByteClass::Quote);
+    classes[0] = ByteClass::End;
+    return classes;
+}();
 
-bool IsLetter(char character) {
-    return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z') ||
-           character == '_' || character == '.';
+/// The row of each operator of one character.
+constexpr auto kSingleOperators = [] {
+    std::array<uint8_t, 256> rows{};
+    for (size_t i = 0; i < kOperators.size(); ++i) {
+        if (kOperators[i].text.size() == 1) {
+            rows[IndexOf(kOperators[i].text[0])] = static_cast<uint8_t>(i);
+        }
+    }
+    return rows;
+}();
+
+ByteClass ClassOf(char character) {
+    return kClasses[IndexOf(character)];
 }
 
 }  // namespace
@@ -52,36 +80,47 @@ bool DoBracketsMatch(std::string_view formula) {
 }
 
 FormulaPiece FormulaTokens::Next() {
-    while (!m_Rest.empty() && IsBlank(m_Rest.front())) {
+    while (!m_Rest.empty() && ClassOf(m_Rest.front()) == ByteClass::Blank) {
         m_Rest.remove_prefix(1);
     }
-    if (m_Rest.empty() || m_Rest.front() == '\0') {
+    if (m_Rest.empty()) {
         return {FormulaToken::End, {}, {}};
     }
-    const char first = m_Rest.front();
-    if (IsDigit(first)) {
-        return {FormulaToken::Number, {}, m_Rest};
+    switch (ClassOf(m_Rest.front())) {
+        case ByteClass::Letter:
+            return NextName();
+        case ByteClass::Digit:
+            return {FormulaToken::Number, {}, m_Rest};
+        case ByteClass::Operator:
+            return NextOperator();
+        case ByteClass::Quote:
+            return NextText();
+        case ByteClass::End:
+            return {FormulaToken::End, {}, {}};
+        default:
+            return {FormulaToken::Error, {}, {}};
     }
-    if (IsLetter(first)) {
-        return NextName();
-    }
-    return first == '\'' ? NextText() : NextOperator();
 }
 
 FormulaPiece FormulaTokens::NextOperator() {
-    for (size_t i = 0; i < kOperators.size(); ++i) {
-        const std::string_view text = kOperators[i].text;
-        if (m_Rest.starts_with(text)) {
-            m_Rest.remove_prefix(text.size());
-            return {FormulaToken::Operator, static_cast<FormulaOp>(i), text};
+    size_t row = kSingleOperators[IndexOf(m_Rest.front())];
+    if (m_Rest.size() > 1 && ClassOf(m_Rest[1]) == ByteClass::Operator) {
+        for (size_t i = 0; kOperators[i].text.size() == 2; ++i) {
+            if (m_Rest.starts_with(kOperators[i].text)) {
+                row = i;
+                break;
+            }
         }
     }
-    return {FormulaToken::Error, {}, {}};
+    const std::string_view text = kOperators[row].text;
+    m_Rest.remove_prefix(text.size());
+    return {FormulaToken::Operator, static_cast<FormulaOp>(row), text};
 }
 
 FormulaPiece FormulaTokens::NextName() {
     size_t length = 1;
-    while (length < m_Rest.size() && (IsLetter(m_Rest[length]) || IsDigit(m_Rest[length]))) {
+    while (length < m_Rest.size() && (ClassOf(m_Rest[length]) == ByteClass::Letter ||
+                                      ClassOf(m_Rest[length]) == ByteClass::Digit)) {
         ++length;
     }
     const std::string_view name = m_Rest.substr(0, length);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cctype>
 #include <optional>
 
 #include "FormulaTokens.h"
@@ -56,12 +55,23 @@ std::optional<FormulaFunction> FindFunction(std::string_view upperName, bool has
     return std::nullopt;
 }
 
+/// Of the letters that names are made of, whatever the user's locale says.
+char ToUpper(char character) {
+    constexpr char kDistance = 'a' - 'A';
+    const bool isLower = character >= 'a' && character <= 'z';
+    return isLower ? static_cast<char>(character - kDistance) : character;
+}
+
 std::string ToUpper(std::string_view text) {
     std::string upper(text);
-    for (char& character : upper) {
-        character = static_cast<char>(std::toupper(static_cast<unsigned char>(character)));
-    }
+    std::transform(upper.begin(), upper.end(), upper.begin(),
+                   [](char character) { return ToUpper(character); });
     return upper;
+}
+
+bool IsSameInUpperCase(std::string_view left, std::string_view right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char a, char b) { return ToUpper(a) == ToUpper(b); });
 }
 
 }  // namespace
@@ -96,7 +106,7 @@ private:
         Kind kind;
         uint8_t detail;
         int priority;
-        uint16_t arguments;
+        size_t depth;  ///< how many values were there before
     };
     static constexpr int kPrefixPriority = 6;
 
@@ -108,9 +118,24 @@ private:
                 return TakeName(piece.text);
             case FormulaToken::Operator:
                 return TakePrefix(piece.op);
+            case FormulaToken::Text:
+                return TakeText();
             default:
                 return kSyntax;
         }
+    }
+
+    /// Only the function of several arguments may begin with a text. A number
+    /// that marks it takes its place.
+    const char* TakeText() {
+        if constexpr (Traits::HasFunctions) {
+            if (!m_Waiting.empty() && IsRound(m_Waiting.back()) &&
+                m_Waiting.back().depth == m_Depth) {
+                EmitNumber(std::bit_cast<double>(uint64_t{0xFFEDF8D55649E2BB}));
+                return nullptr;
+            }
+        }
+        return kSyntax;
     }
 
     const char* TakeNumber() {
@@ -149,7 +174,7 @@ private:
                 upper == "E" ? uint64_t{0x4005BF0A8B145769} : uint64_t{0x400921FB54442D18})));
             return nullptr;
         }
-        return TakeVariable(m_UpperCase ? std::string_view(upper) : text);
+        return TakeVariable(text);
     }
 
     const char* TakeFunction(FormulaFunction function) {
@@ -163,11 +188,13 @@ private:
 
     const char* TakeVariable(std::string_view name) {
         const auto& variables = m_Parser.m_Variables;
-        const auto found =
-            std::find_if(variables.begin(), variables.end(),
-                         [name](const Variable& variable) { return variable.name == name; });
+        const auto found = std::find_if(
+            variables.begin(), variables.end(), [this, name](const Variable& variable) {
+                return m_UpperCase ? IsSameInUpperCase(variable.name, name) : variable.name == name;
+            });
         if (found == variables.end()) {
-            m_Parser.m_UnknownName = "# " + std::string(name) + " - Unknown function/variable!";
+            m_Parser.m_UnknownName = "# " + (m_UpperCase ? ToUpper(name) : std::string(name)) +
+                                     " - Unknown function/variable!";
             return m_Parser.m_UnknownName.c_str();
         }
         Instruction& instruction = Emit(Code::Variable);
@@ -206,12 +233,9 @@ private:
         return nullptr;
     }
 
+    /// Outside of a call this leaves more than one value.
     const char* TakeComma() {
         ApplyAll();
-        if (m_Waiting.empty()) {
-            return kSyntax;
-        }
-        ++m_Waiting.back().arguments;
         m_WantsOperand = true;
         return nullptr;
     }
@@ -263,7 +287,7 @@ private:
     }
 
     const char* Finish() {
-        if (m_WantsOperand && !m_Waiting.empty()) {
+        if (m_WantsOperand && (m_Depth != 0 || !m_Waiting.empty())) {
             // An operator stands without its operand.
             EmitFailure(kExtraOperation);
         }
@@ -284,21 +308,20 @@ private:
         if (static_cast<FormulaOp>(prefix.detail) == FormulaOp::Complement) {
             Emit(Code::Operator).detail = prefix.detail;
         } else {
-            EmitCall({Kind::Function, static_cast<uint8_t>(FormulaFunction::Neg), 0, 1});
+            Emit(Code::Function).detail = static_cast<uint8_t>(FormulaFunction::Neg);
         }
     }
 
+    /// All values since the call's begin are its arguments.
     void EmitCall(const Entry& call) {
-        const bool isRound = static_cast<FormulaFunction>(call.detail) == FormulaFunction::Round;
-        if (isRound && call.arguments > 2) {
+        const size_t arguments = m_Depth - call.depth;
+        if (!IsRound(call) || arguments == 1) {
+            Emit(Code::Function).detail = call.detail;
+        } else if (arguments == 2) {
+            Emit(Code::RoundAt);
+            PopValues(1);
+        } else {
             EmitFailure(kInvalidCount);
-            return;
-        }
-        Instruction& instruction = Emit(Code::Function);
-        instruction.detail = call.detail;
-        instruction.arguments = call.arguments;
-        if (isRound) {
-            PopValues(call.arguments - 1U);
         }
     }
 
@@ -312,11 +335,16 @@ private:
     }
 
     void Wait(Kind kind, uint8_t detail, int priority) {
-        m_Waiting.push_back({kind, detail, priority, 1});
+        m_Waiting.push_back({kind, detail, priority, m_Depth});
     }
 
     static bool IsMark(const Entry& entry) {
         return entry.kind == Kind::Bracket || entry.kind == Kind::Function;
+    }
+
+    static bool IsRound(const Entry& entry) {
+        return entry.kind == Kind::Function &&
+               static_cast<FormulaFunction>(entry.detail) == FormulaFunction::Round;
     }
 
     void PushValue() {
@@ -382,15 +410,13 @@ const char* MathParserT<Traits>::Run(const Instruction& instruction, size_t& dep
             return Traits::Apply(op, top[-1], top[0], top[-1]);
         }
         case Code::Function:
-            if constexpr (Traits::HasFunctions) {
-                const auto function = static_cast<FormulaFunction>(instruction.detail);
-                if (function == FormulaFunction::Round && instruction.arguments == 2) {
-                    --depth;
-                    top[-1] = RoundAt(top[-1], top[0]);
-                    return nullptr;
-                }
-            }
             *top = Traits::Call(static_cast<FormulaFunction>(instruction.detail), *top);
+            return nullptr;
+        case Code::RoundAt:
+            if constexpr (Traits::HasFunctions) {
+                --depth;
+                top[-1] = RoundAt(top[-1], top[0]);
+            }
             return nullptr;
         case Code::Select:
             depth -= 2;

@@ -2,6 +2,7 @@
 /// Compiles the formulas of a description and evaluates them.
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -73,12 +74,14 @@ public:
     using Value = typename Traits::Value;
 
     /// Enters a variable; its place is the number of those before it.
-    void AddVariable(std::string_view name) { m_Variables.push_back({std::string(name), Value()}); }
+    void AddVariable(std::string_view name) {
+        m_Variables.push_back({std::string(name), Traits::kUndefined});
+    }
     void ClearVariables() { m_Variables.clear(); }
     Value& GetVariableSlot(size_t index) { return m_Variables[index].slot; }
 
     /// Null, or the text of what is wrong.
-    /// @param upperCase  names in the formula count as upper case
+    /// @param upperCase  names count as if they were all in upper case
     const char* Compile(std::string_view formula, bool upperCase);
     /// Null, or the text of what went wrong.
     const char* Evaluate(Value& result);
@@ -88,11 +91,10 @@ private:
         std::string name;
         Value slot;
     };
-    enum class Code : uint8_t { Number, Variable, Operator, Function, Select, Fail };
+    enum class Code : uint8_t { Number, Variable, Operator, Function, RoundAt, Select, Fail };
     struct Instruction {
         Code code;
-        uint8_t detail;      ///< which operator or function
-        uint16_t arguments;  ///< of a function
+        uint8_t detail;  ///< which operator or function
         union {
             Value number;
             size_t index;
@@ -114,6 +116,8 @@ private:
 struct DoubleFormulaTraits {
     using Value = double;
     static constexpr bool HasFunctions = true;
+    /// What a variable holds before it is given a value.
+    static constexpr Value kUndefined = -1.68736462823243e+308;
     /// Reads the number at the begin of a text; gives its length.
     static size_t ParseNumber(std::string_view text, Value& number);
     static const char* Apply(FormulaOp op, Value left, Value right, Value& result);
@@ -125,6 +129,7 @@ struct DoubleFormulaTraits {
 struct Int64FormulaTraits {
     using Value = int64_t;
     static constexpr bool HasFunctions = false;
+    static constexpr Value kUndefined = std::numeric_limits<Value>::min();
     static size_t ParseNumber(std::string_view text, Value& number);
     static const char* Apply(FormulaOp op, Value left, Value right, Value& result);
     static const char* Complement(Value operand, Value& result);
