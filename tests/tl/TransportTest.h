@@ -106,6 +106,13 @@ inline auto HasLogged(const std::string& function, const std::string& message) {
         ::testing::MatchesRegex(".*\\.cpp\\([0-9]+\\):'" + function + "':" + message));
 }
 
+/// Whether an object is of that class and of none below it.
+template <class T, class Pointer>
+bool IsExactly(const Pointer& pointer) {
+    const auto& object = *pointer;
+    return typeid(object) == typeid(T);
+}
+
 inline std::string Staged(const std::string& fileName) {
     return std::string(OV_TL_STAGE) + "/" + fileName;
 }

@@ -290,7 +290,7 @@ TEST_F(DeviceFactory, MakesAPlainDeviceForEveryOtherTransport) {
         info.pCommonInfo = &common;
         info.pSpecialInfo = &gevDevice;
         const auto device = Create();
-        EXPECT_EQ(typeid(*device), typeid(CDevice)) << type;
+        EXPECT_TRUE(IsExactly<CDevice>(device)) << type;
         EXPECT_EQ(device->DoGetCommonDeviceInfo().serialNumber.value, "SN");
         EXPECT_EQ(info.pCommonInfo, nullptr);
         EXPECT_EQ(info.pSpecialInfo, nullptr);

@@ -47,9 +47,11 @@ const std::string kNodes =
        <Register Name="Table"><Address>64</Address><Length>16</Length><AccessMode>RW</AccessMode>
          <pPort>Device</pPort></Register>
        <Command Name="Run"><pValue>Trigger</pValue><CommandValue>7</CommandValue></Command>
-       <Category Name="Root"><pFeature>Control</pFeature><pFeature>EventControl</pFeature></Category>
+       <Category Name="Root"><pFeature>Control</pFeature><pFeature>EventControl</pFeature>
+         <pFeature>Both</pFeature></Category>
        <Category Name="Control"><pFeature>Width</pFeature><pFeature>Gain</pFeature></Category>
-       <Category Name="EventControl"><pFeature>EndData</pFeature></Category>
+       <Category Name="EventControl"><pFeature>EndData</pFeature><pFeature>Both</pFeature></Category>
+       <Integer Name="Both"><Value>1</Value></Integer>
        <Category Name="EndData"><pFeature>EndFrame</pFeature></Category>
        <Integer Name="EndFrame"><Value>1</Value></Integer>
        <Integer Name="Orphan"><Value>1</Value></Integer>)";
@@ -386,6 +388,10 @@ TEST_F(Control, TellsTheFeaturesOfEvents) {
     EXPECT_FALSE(control().CheckEventNode("Orphan"));
     EXPECT_FALSE(control().CheckEventNode("Root"));
     EXPECT_FALSE(control().CheckEventNode("Unknown"));
+}
+
+TEST_F(Control, EndsTheSearchForEventsAtTheRoot) {
+    EXPECT_FALSE(control().CheckEventNode("Both"));
 }
 
 }  // namespace

@@ -239,8 +239,8 @@ TEST_F(InterfaceTest, KeepsTheOrderOfLostDevices) {
 
 TEST_F(InterfaceTest, IsPlainForAnyTransportButGigEVision) {
     Update();
-    EXPECT_EQ(typeid(*owner), typeid(CInterface));
-    EXPECT_EQ(typeid(*First()), typeid(CDevice));
+    EXPECT_TRUE(IsExactly<CInterface>(owner));
+    EXPECT_TRUE(IsExactly<CDevice>(First()));
 }
 
 /// An interface for GigE Vision.

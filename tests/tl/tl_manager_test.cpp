@@ -132,8 +132,8 @@ TEST_F(ManagerTest, MakesAGigEVisionModuleForThatTransportAlone) {
     InitAll();
     const auto list = manager.DoGetTLList();
     EXPECT_NE(dynamic_cast<CGevTL*>(list[0].get()), nullptr);
-    EXPECT_EQ(typeid(*list[1]), typeid(CTL));
-    EXPECT_EQ(typeid(*list[2]), typeid(CTL));
+    EXPECT_TRUE(IsExactly<CTL>(list[1]));
+    EXPECT_TRUE(IsExactly<CTL>(list[2]));
     EXPECT_EQ(CTLQuery::QueryAllTL().size(), 3U);
     EXPECT_EQ(CTLQuery::QueryAllGevTL().size(), 1U);
     EXPECT_EQ(CTLQuery::QueryAllGenericTL().size(), 3U);
@@ -172,7 +172,7 @@ TEST_F(ManagerTest, LeavesBlankWhatTheProducerRefusesToTell) {
     EXPECT_FALSE(tl->DoGetTLInfo().vendor.valid);
     EXPECT_EQ(tl->DoGetTLInfo().vendor.value, "");
     EXPECT_TRUE(tl->DoGetTLInfo().model.valid);
-    EXPECT_EQ(typeid(*tl), typeid(CTL));
+    EXPECT_TRUE(IsExactly<CTL>(tl));
 }
 
 struct Step {
