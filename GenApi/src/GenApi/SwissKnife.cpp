@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "GenApi/IEnumeration.h"
+#include "GenApi/impl/PropertyField.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -14,23 +15,33 @@ constexpr std::string_view kEntry = "Entry.";
 
 }  // namespace
 
+template <class Self, class Use>
+bool DisplayProperties::WithField(Self& self, CPropertyID id, const Use& use) {
+    return WithMember(self, id, use,
+                      std::pair(CPropertyID::Representation_ID, &DisplayProperties::representation),
+                      std::pair(CPropertyID::Unit_ID, &DisplayProperties::unit),
+                      std::pair(CPropertyID::DisplayNotation_ID, &DisplayProperties::notation),
+                      std::pair(CPropertyID::DisplayPrecision_ID, &DisplayProperties::precision));
+}
+
 bool DisplayProperties::Set(const CProperty& property) {
-    switch (property.GetPropertyID()) {
-        case CPropertyID::Representation_ID:
-            representation = property.ERepresentation();
-            return true;
-        case CPropertyID::Unit_ID:
-            unit = property.String().c_str();
-            return true;
-        case CPropertyID::DisplayNotation_ID:
-            notation = property.EDisplayNotation();
-            return true;
-        case CPropertyID::DisplayPrecision_ID:
-            precision = property.Integer();
-            return true;
-        default:
-            return false;
-    }
+    return WithField(*this, property.GetPropertyID(),
+                     [&property](auto& field) { TakeProperty(property, field); });
+}
+
+bool DisplayProperties::Get(INodeDataMap& nodeDataMap, CPropertyID id,
+                            CNodeData::PropertyVector_t& properties) const {
+    return WithField(*this, id, [&](const auto& field) {
+        properties.push_back(MakeProperty(nodeDataMap, id, field));
+    });
+}
+
+CProperty MakeVariable(INodeDataMap& nodeDataMap, const std::string& name, INodePrivate& node) {
+    CProperty variable(&nodeDataMap, CPropertyID::pVariable_ID,
+                       nodeDataMap.GetNodeID(node.InternalGetName().c_str(), true));
+    variable.SetAttribute(
+        std::make_unique<CProperty>(&nodeDataMap, CPropertyID::Name_ID, std::string_view(name)));
+    return variable;
 }
 
 template <class Types>
@@ -55,6 +66,31 @@ void CSwissKnifeBase<Types>::SetProperty(const CProperty& property) {
 }
 
 template <class Types>
+bool CSwissKnifeBase<Types>::GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
+                                         CNodeData::PropertyVector_t& properties) {
+    if (!HoldsProperty(id)) {
+        return false;
+    }
+    switch (id) {
+        case CPropertyID::Formula_ID:
+            properties.push_back(MakeProperty(nodeDataMap, id, m_Formula));
+            return true;
+        case CPropertyID::InputDirection_ID:
+            properties.emplace_back(&nodeDataMap, id, CProperty::EInputDirection_ID,
+                                    m_InputDirection);
+            return true;
+        case CPropertyID::pVariable_ID:
+            for (const Variable& variable : m_Variables) {
+                properties.push_back(MakeVariable(nodeDataMap, variable.name, *variable.node));
+            }
+            return true;
+        default:
+            return m_Display.Get(nodeDataMap, id, properties) ||
+                   CNodeImpl::GetProperty(nodeDataMap, id, properties);
+    }
+}
+
+template <class Types>
 void CSwissKnifeBase<Types>::AddVariable(const CProperty& property) {
     static constexpr std::pair<std::string_view, Aspect> kAspects[] = {
         {"Value", Aspect::Value},
@@ -66,10 +102,10 @@ void CSwissKnifeBase<Types>::AddVariable(const CProperty& property) {
         {"CachingMode", Aspect::CachingMode},
     };
     Variable& variable = m_Variables.emplace_back();
-    INodePrivate* const node = LinkChild(property, ReadRole | ValueRole);
-    variable.node = node;
-    variable.source = static_cast<IBase*>(node);
+    OV_ASSERT(property.GetAttribute() != nullptr);
     variable.name = property.GetAttribute()->String();
+    variable.node = LinkChild(property, ReadRole | ValueRole);
+    variable.source = static_cast<IBase*>(variable.node);
     const size_t point = variable.name.find('.');
     if (point == std::string::npos) {
         return;
@@ -134,13 +170,39 @@ ECachingMode CSwissKnifeBase<Types>::InternalGetCachingMode() {
     return mode;
 }
 
+/// Old descriptions may have formulas that lead back to themselves. Where only a
+/// variable's access mode does so that ends by itself, elsewhere never.
+template <class Types>
+class CSwissKnifeBase<Types>::EvaluationScope {
+public:
+    explicit EvaluationScope(CSwissKnifeBase& knife) : m_Evaluations(knife.m_Evaluations) {
+        constexpr int kMaxEvaluations = 8;
+        if (m_Evaluations == kMaxEvaluations) {
+            knife.ThrowFailedEvaluation("#Internal error!");
+        }
+        ++m_Evaluations;
+    }
+    ~EvaluationScope() { --m_Evaluations; }
+    EvaluationScope(const EvaluationScope&) = delete;
+    EvaluationScope& operator=(const EvaluationScope&) = delete;
+
+private:
+    int& m_Evaluations;
+};
+
+template <class Types>
+void CSwissKnifeBase<Types>::ReadVariables(bool verify, bool ignoreCache) {
+    const EvaluationScope scope(*this);
+    for (size_t i = 0; i < m_Variables.size(); ++i) {
+        m_Parser.GetVariableSlot(i) = ReadVariable(m_Variables[i], verify, ignoreCache);
+    }
+}
+
 template <class Types>
 typename CSwissKnifeBase<Types>::Value_t CSwissKnifeBase<Types>::GetValueWithInput(
     Value_t input, bool verify, bool ignoreCache) {
     const AutoLock lock(GetLock());
-    for (size_t i = 0; i < m_Variables.size(); ++i) {
-        m_Parser.GetVariableSlot(i) = ReadVariable(m_Variables[i], verify, ignoreCache);
-    }
+    ReadVariables(verify, ignoreCache);
     if (m_InputDirection != idNone) {
         m_Parser.GetVariableSlot(m_Variables.size()) = input;
     }

@@ -14,6 +14,13 @@
 
 namespace GenApi_3_0_ORVANE {
 
+/// Calls `use` with the member of `self` that keeps a property; false when none
+/// of the pairs of identifier and member does.
+template <class Self, class Use, class... Rows>
+bool WithMember(Self& self, CPropertyID id, const Use& use, const Rows&... rows) {
+    return ((id == rows.first && (use(self.*rows.second), true)) || ...);
+}
+
 /// How a number is to be shown, for nodes that say so themselves.
 struct DisplayProperties {
     ERepresentation representation = _UndefinedRepresentation;
@@ -23,7 +30,17 @@ struct DisplayProperties {
 
     /// False for a property of another kind.
     bool Set(const CProperty& property);
+    /// Gives back what Set took; false for a property of another kind.
+    bool Get(INodeDataMap& nodeDataMap, CPropertyID id,
+             CNodeData::PropertyVector_t& properties) const;
+
+private:
+    template <class Self, class Use>
+    static bool WithField(Self& self, CPropertyID id, const Use& use);
 };
+
+/// A link to a node that formulas know under a name.
+CProperty MakeVariable(INodeDataMap& nodeDataMap, const std::string& name, INodePrivate& node);
 
 /// A formula with its variables. `Types` gives the kind of numbers.
 template <class Types>
@@ -32,6 +49,9 @@ public:
     using Value_t = typename Types::Value;
 
     void SetProperty(const CProperty& property) override;
+    using CNodeImpl::GetProperty;
+    bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
+                     CNodeData::PropertyVector_t& properties) override;
     void FinalConstruct() override;
     void CheckExpressions() override;
     using CNodeImpl::InternalGetAccessMode;
@@ -63,10 +83,13 @@ private:
         /// What stands behind the point of the name.
         std::string extension;
         typename Types::PolyRef source;
-        INode* node = nullptr;
+        INodePrivate* node = nullptr;
     };
 
+    class EvaluationScope;
+
     void AddVariable(const CProperty& property);
+    void ReadVariables(bool verify, bool ignoreCache);
     Value_t ReadVariable(const Variable& variable, bool verify, bool ignoreCache);
     Value_t ReadEntry(const Variable& variable);
     bool ReadsUpperCase();
@@ -77,6 +100,8 @@ private:
     std::vector<Variable> m_Variables;
     typename Types::Parser m_Parser;
     DisplayProperties m_Display;
+    /// How often evaluation has come back to this node on its way.
+    int m_Evaluations = 0;
 };
 
 struct SwissKnifeTypes {
