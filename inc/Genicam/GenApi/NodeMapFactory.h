@@ -51,10 +51,26 @@ public:
     /// The same with a lock that several maps share.
     INodeMap* CreateNodeMap(CLock& lock, const gcstring& deviceName, bool releaseDescription);
 
+    /// A map without nodes, for devices without a description.
+    static INodeMap* CreateEmptyNodeMap();
+
+    /// A description of a node and all it needs.
+    /// @param renameToRoot  the node is a category and becomes the new root
+    CNodeMapFactory ExtractSubtree(const gcstring& nodeName, bool renameToRoot);
+    /// The description as a style sheet changes it. The tool "xsltproc" does so.
+    /// LogicalErrorException without a description or a readable style sheet.
+    CNodeMapFactory ApplyStyleSheet(const gcstring& styleSheetFileName);
+    /// A description made of what live nodes tell of themselves.
+    static CNodeMapFactory CreateNodeDataFromNodeMap(INodeMap* nodeMap);
+
+    /// Counts the parts of the description, preprocessed where it is not yet.
     void GetNodeStatistics(NodeStatistics_t& statistics);
     static void GetSupportedSchemaVersions(gcstring_vector& list);
 
+    /// Forgets the description, also of all that was merged into it. Whatever
+    /// needs it fails from now on.
     void ReleaseCameraDescriptionFileData();
+    /// Whether there is nothing to make nodes of.
     bool IsEmpty() const;
     bool IsLoaded() const;
     bool IsPreprocessed() const;
@@ -67,6 +83,7 @@ public:
 private:
     class CNodeMapFactoryImpl;
 
+    explicit CNodeMapFactory(std::shared_ptr<CNodeMapFactoryImpl> pImpl);
     INodeMap* CreateNodeMapWith(CLock* lock, const gcstring& deviceName, bool releaseDescription);
 
     std::shared_ptr<CNodeMapFactoryImpl> m_pImpl;

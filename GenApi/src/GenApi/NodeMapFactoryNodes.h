@@ -1,0 +1,19 @@
+#pragma once
+/// From data to live nodes, and back.
+
+#include <memory>
+
+#include "GenApi/impl/NodeMap.h"
+#include "NodeMapData/NodeDataMap.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Makes the live nodes of preprocessed data.
+/// @param lock  shared with other maps; null for a lock of the map's own
+std::unique_ptr<CNodeMap> BuildNodeMap(const CNodeDataMap& data, const gcstring& deviceName,
+                                       CLock* lock);
+
+/// Fills the empty data with what the live nodes tell of themselves.
+void DescribeNodeMap(INodeMap* nodeMap, CNodeDataMap& data);
+
+}  // namespace GenApi_3_0_ORVANE
