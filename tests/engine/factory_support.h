@@ -25,7 +25,7 @@ public:
     ScratchFolder& operator=(const ScratchFolder&) = delete;
 
     std::string Write(const std::string& name, const std::string& content) const {
-        const std::string file = m_Path + "/" + name;
+        std::string file = m_Path + "/" + name;
         std::ofstream(file, std::ios::binary) << content;
         return file;
     }

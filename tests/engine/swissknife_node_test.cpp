@@ -23,7 +23,8 @@ struct KnifeXml {
     std::string As(const std::string& type) const {
         std::string xml = "<" + type + " Name=\"" + name + "\">" + common;
         for (const auto& [variable, node] : variables) {
-            xml += "<pVariable Name=\"" + variable + "\">" + node + "</pVariable>";
+            xml.append("<pVariable Name=\"").append(variable).append("\">");
+            xml.append(node).append("</pVariable>");
         }
         return xml + implied + Element("Formula", "<![CDATA[" + formula + "]]>") + tail + "</" +
                type + ">";
