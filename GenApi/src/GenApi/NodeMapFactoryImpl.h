@@ -13,8 +13,9 @@
 namespace GenApi_3_0_ORVANE {
 
 /// One description, from its raw form to its preprocessed data. A step that
-/// fails leaves nothing behind: the next attempt fails in the same way.
-class CNodeMapFactory::CNodeMapFactoryImpl {
+/// fails leaves nothing behind: the next attempt fails in the same way. Hidden,
+/// where a nested class would be exported with the one around it.
+class __attribute__((visibility("hidden"))) CNodeMapFactory::CNodeMapFactoryImpl {
 public:
     using Pointer = std::shared_ptr<CNodeMapFactoryImpl>;
 
