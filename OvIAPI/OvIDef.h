@@ -160,12 +160,12 @@ typedef struct OV_DEVICE_BASE_INFO {
 
 /** Addresses of a GigE Vision camera and of the adapter that it was found on. */
 typedef struct OV_DEVICE_IP_INFO {
-    char szDeviceID[68];       /**< at most 64 characters */
-    char szMAC[32];            /**< "AA-BB-CC-DD-EE-FF" */
-    char szIP[32];             /**< dotted, as the next two */
+    char szDeviceID[68]; /**< at most 64 characters */
+    char szMAC[32];      /**< "AA-BB-CC-DD-EE-FF" */
+    char szIP[32];       /**< dotted, as the next two */
     char szSubnetMask[32];
     char szGateway[32];
-    char szNICMAC[32];         /**< of the adapter, as the next three */
+    char szNICMAC[32]; /**< of the adapter, as the next three */
     char szNICIP[32];
     char szNICSubnetMask[32];
     char szNICGateway[32];
@@ -216,14 +216,14 @@ enum {
  *  all bits set. */
 typedef struct OV_FRAME_DATA {
     OV_FRAME_STATUS nStatus;
-    void* pImgBuf;        /**< given by the caller, of at least "PayloadSize" bytes */
-    int32_t nWidth;       /**< pixels, as the next */
+    void* pImgBuf;  /**< given by the caller, of at least "PayloadSize" bytes */
+    int32_t nWidth; /**< pixels, as the next */
     int32_t nHeight;
     int32_t nPixelFormat; /**< code of the pixel format naming convention */
     int32_t nImgSize;     /**< bytes that the camera sent */
     uint64_t nFrameID;
-    uint64_t nTimestamp;  /**< ticks of the camera's clock */
-    int32_t nOffsetX;     /**< pixels, as the next */
+    uint64_t nTimestamp; /**< ticks of the camera's clock */
+    int32_t nOffsetX;    /**< pixels, as the next */
     int32_t nOffsetY;
     int32_t reserved[2];
 } OV_FRAME_DATA;
@@ -233,15 +233,15 @@ typedef struct OV_FRAME_DATA {
  *  value that the producer didn't give has all bits set. */
 typedef struct OV_FRAME_BUFFER {
     OV_FRAME_STATUS nStatus;
-    void* pImgBuf;        /**< the frame; null when the producer gave no address */
-    int32_t nWidth;       /**< pixels, as the next */
+    void* pImgBuf;  /**< the frame; null when the producer gave no address */
+    int32_t nWidth; /**< pixels, as the next */
     int32_t nHeight;
     int32_t nPixelFormat; /**< code of the pixel format naming convention */
     int32_t nImgSize;     /**< bytes that the camera sent */
     uint64_t nFrameID;
-    uint64_t nTimestamp;  /**< ticks of the camera's clock */
-    uint64_t nBufID;      /**< the library's own; leave it alone */
-    int32_t nOffsetX;     /**< pixels, as the next */
+    uint64_t nTimestamp; /**< ticks of the camera's clock */
+    uint64_t nBufID;     /**< the library's own; leave it alone */
+    int32_t nOffsetX;    /**< pixels, as the next */
     int32_t nOffsetY;
     char reserved[64];
 } OV_FRAME_BUFFER;
@@ -249,16 +249,16 @@ typedef struct OV_FRAME_BUFFER {
 /** A frame handed to a capture callback, valid until the callback returns.
  *  The size stands before the width here, unlike in the other two records. */
 typedef struct OV_FRAME_CALLBACK_PARAM {
-    void* pUserParam;     /**< given at registration */
+    void* pUserParam; /**< given at registration */
     OV_FRAME_STATUS status;
     const void* pImgBuf;
-    int32_t nImgSize;     /**< bytes that the camera sent */
-    int32_t nWidth;       /**< pixels, as the next */
+    int32_t nImgSize; /**< bytes that the camera sent */
+    int32_t nWidth;   /**< pixels, as the next */
     int32_t nHeight;
     int32_t nPixelFormat; /**< code of the pixel format naming convention */
     uint64_t nFrameID;
-    uint64_t nTimestamp;  /**< ticks of the camera's clock */
-    int32_t nOffsetX;     /**< pixels, as the next */
+    uint64_t nTimestamp; /**< ticks of the camera's clock */
+    int32_t nOffsetX;    /**< pixels, as the next */
     int32_t nOffsetY;
 } OV_FRAME_CALLBACK_PARAM;
 

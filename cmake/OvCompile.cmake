@@ -22,7 +22,7 @@ endif()
 add_compile_options(-Wall -Wextra -Wshadow -Wconversion -Werror)
 # GCC 12 sees overlapping copies in the string additions of its own library.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+  add_compile_options($<$<AND:$<CONFIG:Release>,$<COMPILE_LANGUAGE:CXX>>:-Wno-restrict>)
 endif()
 # Line tables are all that a debugger and the sanitizers need to name a place;
 # full debug information doubles the time of a build.
