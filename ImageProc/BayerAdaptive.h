@@ -131,23 +131,34 @@ void BuildColours(const Image<Sample, Width>& image, Layout layout) {
     }
 }
 
+/// Copies lines of the frame from the line next to it: first those at the start,
+/// then those at the end, which shows where the two meet.
+template <class Copy>
+void CopyBorderLines(size_t count, const Copy& copy) {
+    for (size_t i = 0; i < kAdaptiveBorder; ++i) {
+        copy(i, kAdaptiveBorder);
+    }
+    for (size_t i = 0; i < kAdaptiveBorder; ++i) {
+        copy(count - 1 - i, count - 1 - kAdaptiveBorder);
+    }
+}
+
 /// Copies the frame around the image from what stands next to it, in the order
 /// of the destination.
 template <class Sample, int Width>
 void CopyBorder(const Image<Sample, Width>& image) {
     const size_t rowBytes = image.width * Width * sizeof(Sample);
     const auto row = [&image](size_t y) { return image.dst + y * image.stride; };
-    for (size_t i = 0; i < kAdaptiveBorder; ++i) {
-        std::memcpy(row(i), row(kAdaptiveBorder), rowBytes);
-        std::memcpy(row(image.height - 1 - i), row(image.height - 1 - kAdaptiveBorder), rowBytes);
-    }
+    CopyBorderLines(image.height, [&](size_t to, size_t from) {
+        if (to != from) {
+            std::memcpy(row(to), row(from), rowBytes);
+        }
+    });
     for (size_t y = 0; y < image.height; ++y) {
         Sample* const pixels = row(y);
-        for (size_t i = 0; i < kAdaptiveBorder; ++i) {
-            std::copy_n(pixels + kAdaptiveBorder * Width, Width, pixels + i * Width);
-            std::copy_n(pixels + (image.width - 1 - kAdaptiveBorder) * Width, Width,
-                        pixels + (image.width - 1 - i) * Width);
-        }
+        CopyBorderLines(image.width, [pixels](size_t to, size_t from) {
+            std::copy_n(pixels + from * Width, Width, pixels + to * Width);
+        });
     }
 }
 
