@@ -1,7 +1,7 @@
 // The exported mosaic functions: checks, and the choice of a routine.
 
 #include "BayerAdaptive.h"
-#include "BayerNeighbour.h"
+#include "BayerVector.h"
 #include "QyImageProc.h"
 
 namespace {
@@ -42,39 +42,32 @@ void CopyMono(const Image<Sample, Width>& image) {
     }
 }
 
-template <unsigned RedX, unsigned RedY, class Sample, int Width>
-void InterpolateLayout(const Image<Sample, Width>& image, QyInterpolationMethod method) {
-    if (method == QY_RAW2RGB_NEIGHBOUR) {
-        QyBayer::InterpolateNeighbour<RedX, RedY>(image);
-    } else if (method == QY_RAW2RGB_NEIGHBOUR3) {
-        QyBayer::InterpolateNeighbour3<RedX, RedY>(image);
-    } else {
-        QyBayer::BuildGreen(image, {RedX, RedY});
-        QyBayer::BuildColours(image, {RedX, RedY});
+template <class Sample, int Width>
+void InterpolateMosaic(const Image<Sample, Width>& image, QyInterpolationMethod method,
+                       QyBayer::Layout layout) {
+    switch (method) {
+        case QY_RAW2RGB_NEIGHBOUR:
+            QyBayer::InterpolateFast(image, QyBayer::Neighbours::TwoByTwo, layout);
+            break;
+        case QY_RAW2RGB_NEIGHBOUR3:
+            QyBayer::InterpolateFast(image, QyBayer::Neighbours::ThreeByThree, layout);
+            break;
+        default:
+            QyBayer::BuildGreen(image, layout);
+            QyBayer::BuildColours(image, layout);
+            break;
     }
 }
 
 template <class Sample, int Width>
 void Interpolate(const Image<Sample, Width>& image, QyInterpolationMethod method,
                  QyColorFilter filter) {
-    switch (filter) {
-        case QY_FILTER_NONE:
-            CopyMono(image);
-            return;
-        case QY_BAYER_RG:
-            InterpolateLayout<0, 0>(image, method);
-            break;
-        case QY_BAYER_GB:
-            InterpolateLayout<0, 1>(image, method);
-            break;
-        case QY_BAYER_GR:
-            InterpolateLayout<1, 0>(image, method);
-            break;
-        case QY_BAYER_BG:
-            InterpolateLayout<1, 1>(image, method);
-            break;
-        default:
-            break;
+    if (filter == QY_FILTER_NONE) {
+        CopyMono(image);
+        return;
+    }
+    if (static_cast<uint32_t>(filter) <= QY_BAYER_BG) {
+        InterpolateMosaic(image, method, QyBayer::LayoutOf(filter));
     }
     if (method == QY_RAW2RGB_ADAPTIVE) {
         QyBayer::CopyBorder(image);
@@ -150,7 +143,7 @@ QY_STATUS QyRaw16toRGB48(const void* src, void* dst, uint32_t width, uint32_t he
     if (const QY_STATUS status = CheckMethodAndSize(width, height, method); status != QY_OK) {
         return status;
     }
-    auto image = MakeImage<uint16_t, 3>(src, dst, width, height, flip);
+    auto image = MakeImage<QyBayer::Word, 3>(src, dst, width, height, flip);
     constexpr int32_t kMostBits = 16;
     image.limit = (1 << (bits < 0 ? 0 : (bits > kMostBits ? kMostBits : bits))) - 1;
     Interpolate(image, method, filter);

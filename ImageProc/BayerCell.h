@@ -3,8 +3,27 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace QyBayer {
+
+/// A 16-bit sample wherever it lies: callers may hand over odd addresses.
+class Word {
+public:
+    Word() = default;
+    explicit Word(int number) {
+        const auto value = static_cast<uint16_t>(number);
+        std::memcpy(m_bytes, &value, sizeof value);
+    }
+    operator uint16_t() const {
+        uint16_t value = 0;
+        std::memcpy(&value, m_bytes, sizeof value);
+        return value;
+    }
+
+private:
+    uint8_t m_bytes[sizeof(uint16_t)];
+};
 
 /// A colour's place in the output.
 enum Channel : int { R = 0, G = 1, B = 2 };
@@ -30,7 +49,7 @@ constexpr Layout LayoutOf(int32_t filter) {
 }
 
 /// A frame to interpolate, and where its pixels go.
-/// @tparam Sample  a byte or a 16-bit word
+/// @tparam Sample  uint8_t or Word
 /// @tparam Width   samples of an output pixel, 3 or 4
 template <class Sample, int Width>
 struct Image {

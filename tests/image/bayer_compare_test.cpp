@@ -1,6 +1,7 @@
 // The library's interpolation against the plain one, byte for byte.
 
 #include <gtest/gtest.h>
+#include <hwy/targets.h>
 
 #include "forms.h"
 
@@ -78,6 +79,45 @@ TEST_P(BayerStride, LeavesWhatLiesBetweenRowsAsItWas) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, BayerStride, Combine(Values(0, 1, 2), Values(1, 2, 3, 4)));
+
+/// The machine with one of its instruction sets alone, as long as this lives.
+class OnlyInstructionSet {
+public:
+    explicit OnlyInstructionSet(int64_t target) { Allow(target); }
+    OnlyInstructionSet(const OnlyInstructionSet&) = delete;
+    OnlyInstructionSet& operator=(const OnlyInstructionSet&) = delete;
+    ~OnlyInstructionSet() { Allow(0); }
+
+private:
+    static void Allow(int64_t targets) {
+        hwy::SetSupportedTargetsForTest(targets);
+        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+    }
+};
+
+TEST(BayerInstructionSets, AllGiveTheSameBytes) {
+    const std::vector<int64_t> targets = hwy::SupportedAndGeneratedTargets();
+    ASSERT_FALSE(targets.empty());
+    for (const int64_t target : targets) {
+        const OnlyInstructionSet only(target);
+        for (const Form form : kForms) {
+            for (const int method : {0, 2}) {
+                for (int filter = 1; filter <= 4; ++filter) {
+                    Conversion conversion;
+                    conversion.form = form;
+                    conversion.options.method = method;
+                    conversion.options.filter = filter;
+                    for (int width = 4; width <= 140; width += 2) {
+                        const auto raw = MakeRaw(width, 6, Content::Random, conversion.Limit());
+                        ASSERT_EQ(Compare(conversion, raw), "")
+                            << hwy::TargetName(target) << ": " << testing::PrintToString(conversion)
+                            << ", width " << width;
+                    }
+                }
+            }
+        }
+    }
+}
 
 /// Methods 0 and 2 take the words as they are.
 TEST(BayerWords, UseAllSixteenBitsWhateverTheCallSays) {

@@ -1,0 +1,215 @@
+// The loops over whole vectors, compiled once for each instruction set.
+
+#include "BayerVector.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "BayerVector.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "BayerNeighbour.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace QyBayer {
+namespace HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+/// The type of a vector's lane that holds a sample.
+template <class Sample>
+using LaneOf = std::conditional_t<sizeof(Sample) == 1, uint8_t, uint16_t>;
+
+template <class D, class Sample>
+HWY_INLINE hn::Vec<D> LoadSamples(D d, const Sample* samples) {
+    return hn::LoadU(d, static_cast<const hn::TFromD<D>*>(static_cast<const void*>(samples)));
+}
+
+/// (a + b) >> 1.
+template <class D, class V = hn::Vec<D>>
+HWY_INLINE V Mean(D d, V a, V b) {
+    const V odd = hn::And(hn::Xor(a, b), hn::Set(d, 1));
+    return hn::Sub(hn::AverageRound(a, b), odd);
+}
+
+/// (a + b + c + e) >> 2 without wider lanes: what the two means lose makes a
+/// whole only where both lose a half.
+template <class D, class V = hn::Vec<D>>
+HWY_INLINE V Mean(D d, V a, V b, V c, V e) {
+    const V first = Mean(d, a, b);
+    const V second = Mean(d, c, e);
+    const V lost = hn::And(hn::And(hn::Xor(a, b), hn::Xor(c, e)), hn::Set(d, 1));
+    return hn::Add(Mean(d, first, second), hn::And(lost, hn::Xor(first, second)));
+}
+
+/// The one vector in the lanes of a parity, the other in those between.
+template <unsigned Parity, class V>
+HWY_INLINE V Alternate(V there, V between) {
+    return Parity == 1 ? hn::OddEven(there, between) : hn::OddEven(between, there);
+}
+
+template <class D, class Sample, int Width, class V = hn::Vec<D>>
+HWY_INLINE void PutPixels(D d, const Image<Sample, Width>& image, Sample* pixels, V r, V g, V b) {
+    auto* const lanes = static_cast<hn::TFromD<D>*>(static_cast<void*>(pixels));
+    const V first = image.red == 0 ? r : b;
+    const V third = image.red == 0 ? b : r;
+    if constexpr (Width == 4) {
+        hn::StoreInterleaved4(first, g, third, hn::Set(d, image.alpha), d, lanes);
+    } else {
+        hn::StoreInterleaved3(first, g, third, d, lanes);
+    }
+}
+
+/// Covers the columns from `begin` to `end` with vectors at columns of the
+/// parity of `begin`, of which the last may do some columns again. The columns
+/// left over are the caller's: the first of them is given back.
+template <class At>
+HWY_INLINE size_t ForEachVector(size_t begin, size_t end, size_t lanes, const At& at) {
+    if (lanes < 2 || begin + lanes > end) {
+        return begin;
+    }
+    size_t x = begin;
+    for (; x + lanes <= end; x += lanes) {
+        at(x);
+    }
+    if (x + 1 < end) {
+        x = end - lanes - (end - begin) % 2;
+        at(x);
+        x += lanes;
+    }
+    return x;
+}
+
+/// A row of cells, of which the last pixel repeats. The layout is that of the
+/// row's first cell.
+template <unsigned RedX, unsigned RedY, class Sample, int Width>
+void PutCellRow(const Image<Sample, Width>& image, Sample* out, const Sample* top,
+                const Sample* bottom) {
+    const hn::ScalableTag<LaneOf<Sample>> d;
+    const Sample* const redRow = RedY == 0 ? top : bottom;
+    const Sample* const blueRow = RedY == 0 ? bottom : top;
+    const auto atVector = [&](size_t x) HWY_ATTR {
+        const auto red = LoadSamples(d, redRow + x);
+        const auto redNext = LoadSamples(d, redRow + x + 1);
+        const auto blue = LoadSamples(d, blueRow + x);
+        const auto blueNext = LoadSamples(d, blueRow + x + 1);
+        const auto greenOfRed = Alternate<RedX>(redNext, red);
+        const auto greenOfBlue = Alternate<RedX>(blue, blueNext);
+        PutPixels(d, image, out + x * Width, Alternate<RedX>(red, redNext),
+                  Mean(d, greenOfRed, greenOfBlue), Alternate<RedX>(blueNext, blue));
+    };
+    const size_t last = image.width - 1;
+    size_t x = ForEachVector(0, last, hn::Lanes(d), atVector);
+    for (; x < last; ++x) {
+        PutCell(image, out + x * Width, top + x, bottom + x, (RedX + x) % 2, RedY);
+    }
+    PutCell(image, out + last * Width, top + last - 1, bottom + last - 1, RedX, RedY);
+}
+
+/// A row between others. The parities are those of an R sample, seen from the
+/// row's first sample.
+template <unsigned RedX, unsigned RedY, class Sample, int Width>
+void PutInnerRow(const Image<Sample, Width>& image, size_t y) {
+    const Sample* const up = image.Row(y - 1);
+    const Sample* const row = image.Row(y);
+    const Sample* const down = image.Row(y + 1);
+    Sample* const out = image.Out(y);
+    const hn::ScalableTag<LaneOf<Sample>> d;
+    // In a row with R, R stands at columns of its parity; in one with B, B at
+    // those of the other. Vectors begin at column 1.
+    constexpr bool kHasRed = RedY == 0;
+    constexpr unsigned kColourX = kHasRed ? RedX : 1 - RedX;
+    constexpr unsigned kColourLane = 1 - kColourX;
+    const auto atVector = [&](size_t x) HWY_ATTR {
+        const auto c = LoadSamples(d, row + x);
+        const auto left = LoadSamples(d, row + x - 1);
+        const auto right = LoadSamples(d, row + x + 1);
+        const auto above = LoadSamples(d, up + x);
+        const auto below = LoadSamples(d, down + x);
+        const auto diagonal = Mean(d, LoadSamples(d, up + x - 1), LoadSamples(d, up + x + 1),
+                                   LoadSamples(d, down + x - 1), LoadSamples(d, down + x + 1));
+        const auto own = Alternate<kColourLane>(c, Mean(d, left, right));
+        const auto other = Alternate<kColourLane>(diagonal, Mean(d, above, below));
+        const auto green =
+            Alternate<kColourLane>(Mean(d, left, right, above, below), Mean(d, c, diagonal));
+        PutPixels(d, image, out + x * Width, kHasRed ? own : other, green, kHasRed ? other : own);
+    };
+    const size_t last = image.width - 1;
+    PutCell(image, out, row, down, RedX, RedY);
+    size_t x = ForEachVector(1, last, hn::Lanes(d), atVector);
+    for (; x < last; ++x) {
+        Sample* const pixel = out + x * Width;
+        if (x % 2 == kColourX) {
+            PutAtColour<kHasRed>(image, pixel, up + x, row + x, down + x);
+        } else {
+            PutAtGreen<kHasRed>(image, pixel, up + x, row + x, down + x);
+        }
+    }
+    PutCell(image, out + last * Width, row + last - 1, down + last - 1, RedX, RedY);
+}
+
+template <unsigned RedX, unsigned RedY, class Sample, int Width>
+void InterpolateRows(const Image<Sample, Width>& image, Neighbours neighbours) {
+    const bool hasInner = neighbours == Neighbours::ThreeByThree;
+    for (size_t y = 0; y + 1 < image.height; ++y) {
+        const bool isInner = hasInner && y != 0;
+        Sample* const out = image.Out(y);
+        const Sample* const row = image.Row(y);
+        if (isInner && y % 2 == 0) {
+            PutInnerRow<RedX, RedY>(image, y);
+        } else if (isInner) {
+            PutInnerRow<RedX, 1 - RedY>(image, y);
+        } else if (y % 2 == 0) {
+            PutCellRow<RedX, RedY>(image, out, row, row + image.width);
+        } else {
+            PutCellRow<RedX, 1 - RedY>(image, out, row, row + image.width);
+        }
+    }
+    PutLastRow(image, {RedX, RedY});
+}
+
+template <class Sample, int Width>
+void InterpolateLayout(const Image<Sample, Width>& image, Neighbours neighbours, Layout layout) {
+    using Rows = void (*)(const Image<Sample, Width>&, Neighbours);
+    constexpr Rows kRows[2][2] = {
+        {InterpolateRows<0, 0, Sample, Width>, InterpolateRows<0, 1, Sample, Width>},
+        {InterpolateRows<1, 0, Sample, Width>, InterpolateRows<1, 1, Sample, Width>}};
+    kRows[layout.redX][layout.redY](image, neighbours);
+}
+
+void ToThreeBytes(const Image<uint8_t, 3>& image, Neighbours neighbours, Layout layout) {
+    InterpolateLayout(image, neighbours, layout);
+}
+
+void ToFourBytes(const Image<uint8_t, 4>& image, Neighbours neighbours, Layout layout) {
+    InterpolateLayout(image, neighbours, layout);
+}
+
+void ToThreeWords(const Image<Word, 3>& image, Neighbours neighbours, Layout layout) {
+    InterpolateLayout(image, neighbours, layout);
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace QyBayer
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace QyBayer {
+
+HWY_EXPORT(ToThreeBytes);
+HWY_EXPORT(ToFourBytes);
+HWY_EXPORT(ToThreeWords);
+
+void InterpolateFast(const Image<uint8_t, 3>& image, Neighbours neighbours, Layout layout) {
+    HWY_DYNAMIC_DISPATCH(ToThreeBytes)(image, neighbours, layout);
+}
+
+void InterpolateFast(const Image<uint8_t, 4>& image, Neighbours neighbours, Layout layout) {
+    HWY_DYNAMIC_DISPATCH(ToFourBytes)(image, neighbours, layout);
+}
+
+void InterpolateFast(const Image<Word, 3>& image, Neighbours neighbours, Layout layout) {
+    HWY_DYNAMIC_DISPATCH(ToThreeWords)(image, neighbours, layout);
+}
+
+}  // namespace QyBayer
+#endif

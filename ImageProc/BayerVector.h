@@ -1,0 +1,15 @@
+#pragma once
+/// The fast interpolations with the widest vectors that the machine has.
+
+#include "BayerCell.h"
+
+namespace QyBayer {
+
+enum class Neighbours { TwoByTwo, ThreeByThree };
+
+/// Interpolates a frame with a mosaic; the sizes have been checked.
+void InterpolateFast(const Image<uint8_t, 3>& image, Neighbours neighbours, Layout layout);
+void InterpolateFast(const Image<uint8_t, 4>& image, Neighbours neighbours, Layout layout);
+void InterpolateFast(const Image<Word, 3>& image, Neighbours neighbours, Layout layout);
+
+}  // namespace QyBayer
