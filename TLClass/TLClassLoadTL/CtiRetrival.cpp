@@ -50,7 +50,8 @@ std::vector<std::string> CCtiRetrival::__GetFilePath(const std::vector<std::stri
     std::vector<std::string> paths;
     for (const std::string& name : names) {
         for (const std::string& folder : folders) {
-            std::string path = folder + "/" + name;
+            std::string path = folder;
+            path.append("/").append(name);
             if (Exists(path)) {
                 paths.push_back(std::move(path));
                 break;

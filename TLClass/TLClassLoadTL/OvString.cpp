@@ -24,6 +24,8 @@ std::string COvString::MsgComposer(const char* format, ...) {
     std::array<char, kMessageSize> buffer{};
     va_list arguments;
     va_start(arguments, format);
+    // The analyzer doesn't see that va_start sets the list.
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized)
     std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
     va_end(arguments);
     return buffer.data();
