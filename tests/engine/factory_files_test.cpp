@@ -45,15 +45,21 @@ size_t ConnectAllPorts(INodeMap& map, IPort& port) {
     }));
 }
 
-/// Reads every value; failures of single nodes belong to the made-up memory.
-size_t ReadAll(INodeMap& map) {
+bool IsNumber(INode* node) {
+    return dynamic_cast<IInteger*>(node) != nullptr || dynamic_cast<IFloat*>(node) != nullptr ||
+           dynamic_cast<IBoolean*>(node) != nullptr || dynamic_cast<IEnumeration*>(node) != nullptr;
+}
+
+/// Reads every number; failures of single nodes belong to the made-up memory.
+/// Texts are left out: by such memory some are gigabytes long.
+size_t ReadNumbers(INodeMap& map) {
     node_vector nodes;
     map.GetNodes(nodes);
     size_t values = 0;
     for (INode* const node : nodes) {
-        if (auto* const value = dynamic_cast<IValue*>(node)) {
+        if (IsNumber(node)) {
             try {
-                value->ToString();
+                dynamic_cast<IValue&>(*node).ToString();
                 ++values;
             } catch (const GenericException& failure) {
                 EXPECT_STRNE(failure.GetDescription(), "") << node->GetName().c_str();
@@ -78,9 +84,9 @@ void LoadAndTell(const fs::path& file) {
     EXPECT_GT(ConnectAllPorts(*map, port), 0U);
     EXPECT_NE(map->GetNode("Root"), nullptr);
     EXPECT_GT(amounts.NumNodes, 0U);
-    const size_t values = ReadAll(*map);
+    const size_t values = ReadNumbers(*map);
     EXPECT_GT(values, 0U);
-    std::printf("%-40s nodes %6u properties %7u links %7u strings %6u %8.1f ms, %zu values read\n",
+    std::printf("%-40s nodes %6u properties %7u links %7u strings %6u %8.1f ms, %zu numbers read\n",
                 file.filename().c_str(), amounts.NumNodes, amounts.NumProperties, amounts.NumLinks,
                 amounts.NumStrings, milliseconds, values);
 }
