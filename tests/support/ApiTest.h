@@ -76,6 +76,14 @@ protected:
         return handle;
     }
 
+    /// "TLParamsLocked" in the memory of the first camera.
+    uint32_t ParamsLocked() const {
+        constexpr uint64_t kAddress = 0x418;
+        uint32_t value = 0xFFFFFFFF;
+        producer.ReadMemory(0, 0, kAddress, &value, sizeof value);
+        return value;
+    }
+
     TestProducer producer;
 };
 
