@@ -59,17 +59,50 @@ inline int32_t GreenAt(const Window<Sample>& p) {
     return (alongRow + 2 * (p(-1, 0) + p(1, 0))) >> 2;
 }
 
+/// Where colour and green samples alternate in a row: which column of each pair
+/// holds the R or B sample, and which of the two it is.
+template <bool HasRedRow, unsigned ColourColumn>
+struct RowPattern {
+    static constexpr bool kHasRed = HasRedRow;
+    static constexpr size_t kColourX = ColourColumn;
+    static constexpr size_t kGreenX = 1 - ColourColumn;
+};
+
+/// Calls `run` with the pattern of row y, so that loops over columns need not ask.
+template <class Run>
+void WithRowPattern(Layout layout, size_t y, const Run& run) {
+    const bool hasRed = y % 2 == layout.redY;
+    const bool isColourFirst = hasRed == (layout.redX == 0);
+    if (hasRed) {
+        isColourFirst ? run(RowPattern<true, 0>()) : run(RowPattern<true, 1>());
+    } else {
+        isColourFirst ? run(RowPattern<false, 0>()) : run(RowPattern<false, 1>());
+    }
+}
+
+/// Calls `run` with the row, its pattern and the first column of each pair of
+/// columns that has two neighbours on every side. A copy of the image in `run`
+/// spares it to read the fields anew after each byte stored.
+template <class Sample, int Width, class Run>
+void ForEachInnerPair(const Image<Sample, Width>& image, Layout layout, const Run& run) {
+    for (size_t y = 2; y + 2 < image.height; ++y) {
+        WithRowPattern(layout, y, [&](auto pattern) {
+            for (size_t x = 2; x + 2 < image.width; x += 2) {
+                run(pattern, x, y);
+            }
+        });
+    }
+}
+
 template <class Sample, int Width>
 void BuildGreen(const Image<Sample, Width>& image, Layout layout) {
-    for (size_t y = 2; y + 2 < image.height; ++y) {
-        Sample* const out = image.Out(y);
-        const Sample* const row = image.Row(y);
-        for (size_t x = 2; x + 2 < image.width; ++x) {
-            const bool isGreen = ((x ^ y ^ layout.redX ^ layout.redY) & 1) != 0;
-            const int32_t green = isGreen ? row[x] : GreenAt(Window<Sample>(row + x, image.width));
-            out[x * Width + 1] = Limited(image, green);
-        }
-    }
+    ForEachInnerPair(image, layout, [image](auto pattern, size_t x, size_t y) {
+        const Sample* const in = image.Row(y) + x;
+        Sample* const out = image.Out(y) + x * Width + G;
+        const Window<Sample> around(in + pattern.kColourX, image.width);
+        out[pattern.kColourX * Width] = Limited(image, GreenAt(around));
+        out[pattern.kGreenX * Width] = Limited(image, in[pattern.kGreenX]);
+    });
 }
 
 /// The colours beside green, from samples and the green plane.
@@ -113,22 +146,17 @@ private:
 
 template <class Sample, int Width>
 void BuildColours(const Image<Sample, Width>& image, Layout layout) {
-    for (size_t y = 2; y + 2 < image.height; ++y) {
-        const bool hasRed = (y & 1) == layout.redY;
-        for (size_t x = 2; x + 2 < image.width; ++x) {
-            const ColourBuilder<Sample, Width> at(image, x, y);
-            const bool isRedColumn = (x & 1) == layout.redX;
-            if (hasRed && isRedColumn) {
-                at.Put(at.Own(), at.Diagonal());
-            } else if (!hasRed && !isRedColumn) {
-                at.Put(at.Diagonal(), at.Own());
-            } else if (hasRed) {
-                at.Put(at.Beside(), at.Above());
-            } else {
-                at.Put(at.Above(), at.Beside());
-            }
+    ForEachInnerPair(image, layout, [image](auto pattern, size_t x, size_t y) {
+        const ColourBuilder<Sample, Width> colour(image, x + pattern.kColourX, y);
+        const ColourBuilder<Sample, Width> green(image, x + pattern.kGreenX, y);
+        if constexpr (pattern.kHasRed) {
+            colour.Put(colour.Own(), colour.Diagonal());
+            green.Put(green.Beside(), green.Above());
+        } else {
+            colour.Put(colour.Diagonal(), colour.Own());
+            green.Put(green.Above(), green.Beside());
         }
-    }
+    });
 }
 
 /// Copies lines of the frame from the line next to it: first those at the start,

@@ -9,7 +9,7 @@
 
 namespace BayerReference {
 
-using Pixel = std::array<int, 3>;  // R, G, B
+using Pixel = std::array<int, 4>;  // R, G, B, alpha
 
 /// A raw frame; samples are read by column and row.
 struct Raw {
@@ -132,9 +132,7 @@ struct Options {
     bool flip = false;
     /// Largest value of a sample, for the edge-directed method.
     int limit = 255;
-    /// What the destination held before: with frames of six rows or columns the
-    /// edge-directed method lets it show.
-    int old = 0;
+    int alpha = 0;
 };
 
 /// Where a row or column of the frame is copied from: the first three from the
@@ -158,13 +156,11 @@ inline Picture CopyFrame(const Picture& inside, bool flip) {
     return out;
 }
 
-inline Picture EdgeDirected(const Raw& raw, const Options& options) {
+/// @param out  what the destination held before: with frames of six rows or
+///             columns it shows
+inline Picture EdgeDirected(const Raw& raw, const Options& options, Picture out) {
     const int filter = options.filter;
     const int limit = options.limit;
-    Picture out = Blank(raw);
-    for (Pixel& pixel : out.pixels) {
-        pixel.fill(options.old);
-    }
     const auto fit = [limit](int value) { return std::clamp(value, 0, limit); };
     const auto each = [&raw](auto run) {
         for (int y = 2; y <= raw.height - 3; ++y) {
@@ -206,7 +202,7 @@ inline Picture Mono(const Raw& raw) {
     return out;
 }
 
-inline Picture Interpolate(const Raw& raw, const Options& options) {
+inline Picture Colours(const Raw& raw, const Options& options, const Picture& old) {
     if (options.filter == 0) {
         return Mono(raw);
     }
@@ -214,10 +210,22 @@ inline Picture Interpolate(const Raw& raw, const Options& options) {
         case 0:
             return TwoByTwo(raw, options.filter);
         case 1:
-            return EdgeDirected(raw, options);
+            return EdgeDirected(raw, options, old);
         default:
             return ThreeByThree(raw, options.filter);
     }
+}
+
+/// @param old  what the destination held before
+inline Picture Interpolate(const Raw& raw, const Options& options, const Picture& old) {
+    if (options.filter > 4) {
+        return options.method == 1 ? CopyFrame(old, options.flip) : old;
+    }
+    Picture out = Colours(raw, options, old);
+    for (Pixel& pixel : out.pixels) {
+        pixel[3] = options.alpha;
+    }
+    return out;
 }
 
 }  // namespace BayerReference

@@ -1,6 +1,7 @@
 #pragma once
 /// The four forms of the output, alike for a test.
 
+#include <algorithm>
 #include <ostream>
 #include <string>
 
@@ -59,33 +60,67 @@ inline QY_STATUS CallLibrary(const Conversion& conversion, const void* src, void
     }
 }
 
-/// The bytes that the destination must hold, padding as it was before.
-inline std::vector<uint8_t> Expected(const Conversion& conversion, const BayerReference::Raw& raw) {
-    BayerReference::Options options = conversion.options;
-    options.limit = conversion.Limit();
-    options.old = conversion.IsWide() ? kGuard * 0x101 : kGuard;
-    const BayerReference::Picture picture = BayerReference::Interpolate(raw, options);
-    std::vector<uint8_t> bytes(conversion.Bytes(raw.width, raw.height), kGuard);
-    const auto put = [&](size_t sample, int value) {
-        const auto word = static_cast<uint16_t>(value);
-        std::memcpy(bytes.data() + sample * conversion.SampleBytes(), &word,
-                    conversion.SampleBytes());
-    };
-    const bool isTurned = conversion.form == Form::Bgr24;
-    for (int y = 0; y < raw.height; ++y) {
-        const int row = options.flip ? raw.height - 1 - y : y;
-        for (int x = 0; x < raw.width; ++x) {
-            const auto place = static_cast<size_t>(row * conversion.Stride(raw.width) + x) *
-                               conversion.PixelSamples();
-            const BayerReference::Pixel& pixel = picture.At(x, y);
-            put(place, pixel[isTurned ? 2 : 0]);
-            put(place + 1, pixel[1]);
-            put(place + 2, pixel[isTurned ? 0 : 2]);
-            if (conversion.form == Form::Argb32) {
-                put(place + 3, kAlpha);
+/// The pixels of a destination, in the order of the source.
+class Pixels {
+public:
+    Pixels(const Conversion& conversion, int width, int height)
+        : m_conversion(conversion), m_width(width), m_height(height) {}
+
+    BayerReference::Picture Read(const std::vector<uint8_t>& bytes) const {
+        BayerReference::Picture picture{m_width, m_height, {}};
+        ForEach([&](int /*x*/, int /*y*/, size_t place) {
+            BayerReference::Pixel pixel{};
+            for (size_t channel = 0; channel < m_conversion.PixelSamples(); ++channel) {
+                uint16_t value = 0;
+                std::memcpy(&value, bytes.data() + PlaceOf(place, channel),
+                            m_conversion.SampleBytes());
+                pixel[channel] = value;
+            }
+            picture.pixels.push_back(pixel);
+        });
+        return picture;
+    }
+
+    void Write(const BayerReference::Picture& picture, std::vector<uint8_t>& bytes) const {
+        ForEach([&](int x, int y, size_t place) {
+            for (size_t channel = 0; channel < m_conversion.PixelSamples(); ++channel) {
+                const auto value = static_cast<uint16_t>(picture.At(x, y)[channel]);
+                std::memcpy(bytes.data() + PlaceOf(place, channel), &value,
+                            m_conversion.SampleBytes());
+            }
+        });
+    }
+
+private:
+    template <class Run>
+    void ForEach(const Run& run) const {
+        for (int y = 0; y < m_height; ++y) {
+            const int row = m_conversion.options.flip ? m_height - 1 - y : y;
+            for (int x = 0; x < m_width; ++x) {
+                run(x, y, static_cast<size_t>(row * m_conversion.Stride(m_width) + x));
             }
         }
     }
+    size_t PlaceOf(size_t pixel, size_t channel) const {
+        const bool isTurned = m_conversion.form == Form::Bgr24;
+        const size_t sample = isTurned ? 2 - channel : channel;
+        return (pixel * m_conversion.PixelSamples() + sample) * m_conversion.SampleBytes();
+    }
+
+    const Conversion& m_conversion;
+    int m_width;
+    int m_height;
+};
+
+/// What a destination must hold after the call that held `old` before it.
+inline std::vector<uint8_t> Expected(const Conversion& conversion, const BayerReference::Raw& raw,
+                                     const std::vector<uint8_t>& old) {
+    BayerReference::Options options = conversion.options;
+    options.limit = conversion.Limit();
+    options.alpha = kAlpha;
+    const Pixels pixels(conversion, raw.width, raw.height);
+    std::vector<uint8_t> bytes = old;
+    pixels.Write(BayerReference::Interpolate(raw, options, pixels.Read(old)), bytes);
     return bytes;
 }
 
@@ -95,18 +130,20 @@ inline std::string Compare(const Conversion& conversion, const BayerReference::R
     const SourceBytes<uint8_t> bytes(raw, conversion.offset);
     const SourceBytes<uint16_t> words(raw, conversion.offset);
     GuardedBytes out(conversion.Bytes(raw.width, raw.height), conversion.offset);
+    const std::vector<uint8_t> old = OldBytes(out.Size());
+    std::copy(old.begin(), old.end(), out.Data());
     const QY_STATUS status =
         CallLibrary(conversion, conversion.IsWide() ? words.Data() : bytes.Data(), out.Data(),
                     raw.width, raw.height);
     if (status != QY_OK) {
         return "status " + std::to_string(status);
     }
-    const std::vector<uint8_t> expected = Expected(conversion, raw);
-    for (size_t i = 0; i < expected.size(); ++i) {
-        if (out.Data()[i] != expected[i]) {
-            return "byte " + std::to_string(i) + " is " + std::to_string(out.Data()[i]) +
-                   " instead of " + std::to_string(expected[i]);
-        }
+    const std::vector<uint8_t> expected = Expected(conversion, raw, old);
+    const auto [wrong, right] =
+        std::mismatch(out.Data(), out.Data() + out.Size(), expected.begin());
+    if (right != expected.end()) {
+        return "byte " + std::to_string(wrong - out.Data()) + " is " + std::to_string(*wrong) +
+               " instead of " + std::to_string(*right);
     }
     return out.IsGuardWhole() ? "" : "a byte beside the destination was written";
 }

@@ -36,6 +36,15 @@ inline BayerReference::Raw MakeRaw(int width, int height, Content content, int l
     return raw;
 }
 
+/// Bytes that differ from one place to the next, for memory that a call may read.
+inline std::vector<uint8_t> OldBytes(size_t size) {
+    std::vector<uint8_t> bytes(size);
+    for (size_t i = 0; i < size; ++i) {
+        bytes[i] = static_cast<uint8_t>(i * i * 31 + i * 7 + 3);
+    }
+    return bytes;
+}
+
 /// A byte that no test puts anywhere on purpose.
 constexpr uint8_t kGuard = 0xA5;
 
