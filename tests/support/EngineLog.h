@@ -35,6 +35,9 @@ public:
             [](const char*) {},
             [](const char*) {},
         };
+        // The shim configures its library at the first use; that is not what
+        // tests look at.
+        GenICam_3_0_ORVANE::CLog::GetLogger("");
         s_Loggers.clear();
         s_Level = level;
         s_Depth = 0;

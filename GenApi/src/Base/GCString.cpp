@@ -150,6 +150,7 @@ void gcstring::swap(gcstring& other) {
     other.m_pText = other.m_Text.c_str();
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assign takes its own text
 gcstring& gcstring::operator=(const gcstring& text) {
     return assign(text);
 }

@@ -40,22 +40,6 @@ void ResetToDefault(const CLogBackend& backend) {
     backend.Reset(kResetPattern);
 }
 
-bool ConfigureFromFile(const CLogBackend& backend, const gcstring& fileName) {
-    std::ifstream file(fileName.c_str());
-    if (!file) {
-        Say(backend, LogError,
-            std::string("Cannot open logger parameter file '") + fileName.c_str() + "'");
-        return false;
-    }
-    Say(backend, LogInfo, std::string("Loading logger parameter file '") + fileName.c_str() + "'");
-    std::ostringstream text;
-    for (std::string line; std::getline(file, line);) {
-        text << line << '\n';
-    }
-    backend.Configure(text.str().c_str());
-    return true;
-}
-
 /// The file that the user named; empty when nobody named one.
 gcstring UserFile() {
     try {
@@ -85,13 +69,13 @@ gcstring DefaultFile() {
 
 void Configure(const CLogBackend& backend) {
     const gcstring userFile = UserFile();
-    if (!userFile.empty() && ConfigureFromFile(backend, userFile)) {
+    if (!userFile.empty() && ConfigureLogLibraryFromFile(backend, userFile)) {
         return;
     }
     Say(backend, LogInfo,
         "SetGenICamLogConfig(path) not called, and environment variable GENICAM_LOG_CONFIG_V3_0 "
         "not found. Using default logging configuration.");
-    if (ConfigureFromFile(backend, DefaultFile())) {
+    if (ConfigureLogLibraryFromFile(backend, DefaultFile())) {
         return;
     }
     Say(backend, LogInfo,
@@ -102,6 +86,22 @@ void Configure(const CLogBackend& backend) {
 }
 
 }  // namespace
+
+bool ConfigureLogLibraryFromFile(const CLogBackend& backend, const gcstring& fileName) {
+    std::ifstream file(fileName.c_str());
+    if (!file) {
+        Say(backend, LogError,
+            std::string("Cannot open logger parameter file '") + fileName.c_str() + "'");
+        return false;
+    }
+    Say(backend, LogInfo, std::string("Loading logger parameter file '") + fileName.c_str() + "'");
+    std::ostringstream text;
+    for (std::string line; std::getline(file, line);) {
+        text << line << '\n';
+    }
+    backend.Configure(text.str().c_str());
+    return true;
+}
 
 const CLogBackend* FindLogLibrary() {
     void* library = dlopen((ExecutableFolder() + kLibraryName).c_str(), RTLD_LAZY);

@@ -1,6 +1,7 @@
 #pragma once
 /// The logging library of the system, if there is one, and its configuration.
 
+#include "Base/GCString.h"
 #include "Base/Log.h"
 
 namespace GenICam_3_0_ORVANE {
@@ -12,5 +13,8 @@ const CLogBackend* FindLogLibrary();
 /// Feeds the library the configuration that the user set, else the default
 /// file, else nothing.
 void ConfigureLogLibrary(const CLogBackend& backend);
+
+/// Feeds a file line by line; false when it can't be opened.
+bool ConfigureLogLibraryFromFile(const CLogBackend& backend, const gcstring& fileName);
 
 }  // namespace GenICam_3_0_ORVANE

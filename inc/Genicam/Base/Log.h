@@ -46,6 +46,12 @@ public:
     [[gnu::format(printf, 3, 4)]] static void LogPop(void* logger, int level, const char* format,
                                                      ...);
 
+    /// Feeds the file's lines to the library; false when it can't be opened, or
+    /// when there is no library.
+    static bool ConfigureFromFile(const char* fileName);
+    /// Feeds a configuration in property-file form to the library, if there is one.
+    static void ConfigureFromString(const char* text);
+
     /// Puts a logging library behind the shim in place of the one that the
     /// system has; null takes it away. Handles given before are void.
     static void SetBackend(const CLogBackend* backend);
