@@ -2,6 +2,8 @@
 
 #include "BayerVector.h"
 
+#include <type_traits>
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "BayerVector.cpp"
 #include <hwy/foreach_target.h>
@@ -24,21 +26,21 @@ HWY_INLINE hn::Vec<D> LoadSamples(D d, const Sample* samples) {
     return hn::LoadU(d, static_cast<const hn::TFromD<D>*>(static_cast<const void*>(samples)));
 }
 
-/// (a + b) >> 1.
-template <class D, class V = hn::Vec<D>>
-HWY_INLINE V Mean(D d, V a, V b) {
-    const V odd = hn::And(hn::Xor(a, b), hn::Set(d, 1));
-    return hn::Sub(hn::AverageRound(a, b), odd);
+/// (a + b) >> 1 without wider lanes. The rounding mean of some instruction sets
+/// is made of a sum that overflows.
+template <class V>
+HWY_INLINE V Mean(V a, V b) {
+    return hn::Add(hn::And(a, b), hn::ShiftRight<1>(hn::Xor(a, b)));
 }
 
-/// (a + b + c + e) >> 2 without wider lanes: what the two means lose makes a
-/// whole only where both lose a half.
+/// (a + b + c + e) >> 2: what the two means lose makes a whole only where both
+/// lose a half.
 template <class D, class V = hn::Vec<D>>
 HWY_INLINE V Mean(D d, V a, V b, V c, V e) {
-    const V first = Mean(d, a, b);
-    const V second = Mean(d, c, e);
+    const V first = Mean(a, b);
+    const V second = Mean(c, e);
     const V lost = hn::And(hn::And(hn::Xor(a, b), hn::Xor(c, e)), hn::Set(d, 1));
-    return hn::Add(Mean(d, first, second), hn::And(lost, hn::Xor(first, second)));
+    return hn::Add(Mean(first, second), hn::And(lost, hn::Xor(first, second)));
 }
 
 /// The one vector in the lanes of a parity, the other in those between.
@@ -95,7 +97,7 @@ void PutCellRow(const Image<Sample, Width>& image, Sample* out, const Sample* to
         const auto greenOfRed = Alternate<RedX>(redNext, red);
         const auto greenOfBlue = Alternate<RedX>(blue, blueNext);
         PutPixels(d, image, out + x * Width, Alternate<RedX>(red, redNext),
-                  Mean(d, greenOfRed, greenOfBlue), Alternate<RedX>(blueNext, blue));
+                  Mean(greenOfRed, greenOfBlue), Alternate<RedX>(blueNext, blue));
     };
     const size_t last = image.width - 1;
     size_t x = ForEachVector(0, last, hn::Lanes(d), atVector);
@@ -127,10 +129,10 @@ void PutInnerRow(const Image<Sample, Width>& image, size_t y) {
         const auto below = LoadSamples(d, down + x);
         const auto diagonal = Mean(d, LoadSamples(d, up + x - 1), LoadSamples(d, up + x + 1),
                                    LoadSamples(d, down + x - 1), LoadSamples(d, down + x + 1));
-        const auto own = Alternate<kColourLane>(c, Mean(d, left, right));
-        const auto other = Alternate<kColourLane>(diagonal, Mean(d, above, below));
+        const auto own = Alternate<kColourLane>(c, Mean(left, right));
+        const auto other = Alternate<kColourLane>(diagonal, Mean(above, below));
         const auto green =
-            Alternate<kColourLane>(Mean(d, left, right, above, below), Mean(d, c, diagonal));
+            Alternate<kColourLane>(Mean(d, left, right, above, below), Mean(c, diagonal));
         PutPixels(d, image, out + x * Width, kHasRed ? own : other, green, kHasRed ? other : own);
     };
     const size_t last = image.width - 1;

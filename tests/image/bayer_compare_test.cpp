@@ -121,21 +121,33 @@ INSTANTIATE_TEST_SUITE_P(Fast, BayerInstructionSets,
                          Combine(ValuesIn(kForms), Values(0, 2), Values(1, 2, 3, 4),
                                  testing::Bool()));
 
-/// Methods 0 and 2 take the words as they are.
-TEST(BayerWords, UseAllSixteenBitsWhateverTheCallSays) {
-    for (const int method : {0, 2}) {
-        for (int filter = 1; filter <= 4; ++filter) {
-            Conversion conversion;
-            conversion.form = Form::Rgb48;
-            conversion.options.method = method;
-            conversion.options.filter = filter;
-            conversion.bits = 8;
-            for (const Content content : {Content::Random, Content::Extremes}) {
-                EXPECT_EQ(Compare(conversion, MakeRaw(150, 8, content, 65535)), "")
-                    << testing::PrintToString(conversion);
-            }
+/// Words that hold more bits than the call says: layout.
+class BayerWords : public testing::TestWithParam<int> {
+protected:
+    static void ExpectSame(int method, int bits) {
+        Conversion conversion;
+        conversion.form = Form::Rgb48;
+        conversion.options.method = method;
+        conversion.options.filter = GetParam();
+        conversion.bits = bits;
+        for (const Content content : {Content::Random, Content::Extremes}) {
+            EXPECT_EQ(Compare(conversion, MakeRaw(150, 8, content, 65535)), "")
+                << testing::PrintToString(conversion);
         }
     }
+};
+
+TEST_P(BayerWords, AreTakenAsTheyAreByTheFastMethods) {
+    ExpectSame(0, 8);
+    ExpectSame(2, 8);
 }
+
+TEST_P(BayerWords, AreLimitedToTheBitsByTheEdgeDirectedMethod) {
+    for (const int bits : {1, 8, 10, 12, 15, 16}) {
+        ExpectSame(1, bits);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, BayerWords, Values(1, 2, 3, 4));
 
 }  // namespace

@@ -11,13 +11,18 @@ namespace BayerReference {
 
 using Pixel = std::array<int, 4>;  // R, G, B, alpha
 
+/// A place in memory that holds row after row.
+inline size_t Place(int width, int x, int y) {
+    return static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x);
+}
+
 /// A raw frame; samples are read by column and row.
 struct Raw {
     int width = 0;
     int height = 0;
     std::vector<int> samples;
 
-    int At(int x, int y) const { return samples[static_cast<size_t>(y * width + x)]; }
+    int At(int x, int y) const { return samples[Place(width, x, y)]; }
 };
 
 /// A picture in source order, whatever the flip.
@@ -26,8 +31,8 @@ struct Picture {
     int height = 0;
     std::vector<Pixel> pixels;
 
-    Pixel& At(int x, int y) { return pixels[static_cast<size_t>(y * width + x)]; }
-    const Pixel& At(int x, int y) const { return pixels[static_cast<size_t>(y * width + x)]; }
+    Pixel& At(int x, int y) { return pixels[Place(width, x, y)]; }
+    const Pixel& At(int x, int y) const { return pixels[Place(width, x, y)]; }
 };
 
 /// The colour of a sample, 0 to 2, by the four names of layouts 1 to 4.

@@ -29,7 +29,7 @@ struct Conversion {
     int Limit() const { return IsWide() ? (1 << bits) - 1 : 255; }
     int Stride(int width) const { return form == Form::Argb32 ? width + padding : width; }
     size_t Bytes(int width, int height) const {
-        return static_cast<size_t>(Stride(width) * height) * PixelSamples() * SampleBytes();
+        return BayerReference::Place(Stride(width), 0, height) * PixelSamples() * SampleBytes();
     }
 };
 
@@ -97,7 +97,7 @@ private:
         for (int y = 0; y < m_height; ++y) {
             const int row = m_conversion.options.flip ? m_height - 1 - y : y;
             for (int x = 0; x < m_width; ++x) {
-                run(x, y, static_cast<size_t>(row * m_conversion.Stride(m_width) + x));
+                run(x, y, BayerReference::Place(m_conversion.Stride(m_width), x, row));
             }
         }
     }
