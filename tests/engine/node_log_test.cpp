@@ -11,6 +11,7 @@ using Line = EngineLog::Line;
 
 std::vector<Line> LinesAt(int level, const std::vector<const char*>& texts) {
     std::vector<Line> lines;
+    lines.reserve(texts.size());
     for (const char* const text : texts) {
         lines.push_back({level, text});
     }

@@ -1,5 +1,7 @@
 #include "GenApi/impl/Enumeration.h"
 
+#include "GenApi/impl/NodeExceptions.h"
+
 namespace GenApi_3_0_ORVANE {
 
 void CEnumerationImpl::SetProperty(const CProperty& property) {
@@ -22,7 +24,10 @@ void CEnumerationImpl::FinalConstruct() {
     CNodeImpl::FinalConstruct();
     for (INode* const node : m_Entries) {
         auto* const ptrEnumEntry = dynamic_cast<IEnumEntry*>(node);
-        OV_ASSERT(ptrEnumEntry != nullptr);
+        // A description may give another node the name of an entry.
+        if (ptrEnumEntry == nullptr) {
+            RUNTIME_EXCEPTION_NODE("Node '%s' is no enumeration entry.", node->GetName().c_str());
+        }
         // Where two entries share a text or a number the first one stands.
         m_BySymbolic.emplace(ptrEnumEntry->GetSymbolic(), ptrEnumEntry);
         m_ByValue.emplace(ptrEnumEntry->GetValue(), ptrEnumEntry);

@@ -238,22 +238,20 @@ void CFloatPolyRef::SetValue(double value, bool verify) const {
 }
 
 double CFloatPolyRef::GetMin() const {
-    constexpr double kLowest = std::numeric_limits<double>::lowest();
     return std::visit(
         By{[](std::monostate) -> double { ThrowUninitialized("CFloatPolyRef::GetMin()"); },
            [](IFloat* source) { return source->GetMin(); },
            [](IInteger* source) { return static_cast<double>(source->GetMin()); },
-           [](const auto&) { return kLowest; }},
+           [](const auto&) { return std::numeric_limits<double>::lowest(); }},
         m_Source);
 }
 
 double CFloatPolyRef::GetMax() const {
-    constexpr double kHighest = std::numeric_limits<double>::max();
     return std::visit(
         By{[](std::monostate) -> double { ThrowUninitialized("CFloatPolyRef::GetMax()"); },
            [](IFloat* source) { return source->GetMax(); },
            [](IInteger* source) { return static_cast<double>(source->GetMax()); },
-           [](const auto&) { return kHighest; }},
+           [](const auto&) { return std::numeric_limits<double>::max(); }},
         m_Source);
 }
 

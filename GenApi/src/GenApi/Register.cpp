@@ -17,6 +17,9 @@ void CRegisterImpl::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::pPort_ID:
             m_pPort = dynamic_cast<CPortImplIntern*>(LinkChild(property, ReadRole | WriteRole));
+            if (m_pPort == nullptr) {
+                RUNTIME_EXCEPTION_NODE("The 'pPort' of a register is no port.");
+            }
             break;
         case CPropertyID::Length_ID:
             m_Length = property.Integer();
@@ -60,7 +63,7 @@ void CRegisterImpl::AddIndex(const CProperty& property) {
 }
 
 void CRegisterImpl::FinalConstruct() {
-    OV_ASSERT(m_pPort != NULL);
+    OV_ASSERT(m_pPort != NULL);  // NOLINT(modernize-use-nullptr): the text is known
     CNodeImpl::FinalConstruct();
 }
 
