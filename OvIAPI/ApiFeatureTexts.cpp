@@ -41,7 +41,9 @@ OV_STATUS OVGetString(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, char* pszC
         }
         const std::string text = control.DoGetString(feature.Name());
         std::memset(pszContent, 0, size);
-        // The value may have grown since its size was read.
+        // The value may have grown since its size was read; the zero behind it is
+        // there already.
+        // NOLINTNEXTLINE(bugprone-not-null-terminated-result)
         std::memcpy(pszContent, text.data(), std::min(text.size(), size - 1));
     }
     *pnSize = size;

@@ -58,9 +58,8 @@ public:
         if (streams.empty()) {
             OV_RAISE(CUnexpectedError, "DataStream's number is 0");
         }
-        const std::shared_ptr<IDataStream> stream = streams.front();
-        stream->DoOpenDataStream();
-        Arm([stream] { stream->DoCloseDataStream(); });
+        streams.front()->DoOpenDataStream();
+        Arm([stream = streams.front()] { stream->DoCloseDataStream(); });
     }
 };
 
@@ -186,7 +185,7 @@ std::shared_ptr<IDevice> CDeviceInfoFactory::__OpenOnAnyInterface(const std::str
         }
         for (const auto& candidate : tl->DoGetInterfaceList()) {
             const auto owner = std::dynamic_pointer_cast<CGevInterface>(candidate);
-            const auto device = owner ? owner->DoCreateDeviceByIPAddress(address) : nullptr;
+            auto device = owner ? owner->DoCreateDeviceByIPAddress(address) : nullptr;
             if (!device) {
                 continue;
             }

@@ -56,6 +56,7 @@ void CFramePool::ReturnAll() {
     }
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): an iterator is a pointer
 void CFramePool::ReturnAt(Queue::iterator frame) {
     QueueBufferOf(**frame);
     m_free.push_back(std::move(*frame));
