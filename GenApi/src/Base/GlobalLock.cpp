@@ -30,6 +30,8 @@ sem_t* Open(const gcstring& hashedName) {
 uint64_t Hash(const gcstring& name) {
     uint64_t hash = 5381;
     for (size_t i = 0; i < name.size(); ++i) {
+        // The sign is part of the hash, which other processes reckon alike.
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse)
         const auto byte = static_cast<int64_t>(static_cast<signed char>(name.c_str()[i]));
         hash = (hash * 33) ^ static_cast<uint64_t>(byte);
     }
