@@ -115,11 +115,11 @@ TEST(ModulePath, IsThatOfTheFunctionsFile) {
 class GetFilesTest : public testing::Test {
 protected:
     GetFilesTest() {
-        std::string name = (fs::temp_directory_path() / "ov-base-XXXXXX").string();
-        m_folder = mkdtemp(name.data());
-        std::ofstream(m_folder / "a.xml");
-        std::ofstream(m_folder / "b c.xml");
-        std::ofstream(m_folder / "other.txt");
+        std::string path = (fs::temp_directory_path() / "ov-base-XXXXXX").string();
+        m_folder = mkdtemp(path.data());
+        for (const char* const name : {"a.xml", "b c.xml", "other.txt"}) {
+            const std::ofstream file(m_folder / name);
+        }
         fs::create_directory(m_folder / "d.xml");
     }
     ~GetFilesTest() override { fs::remove_all(m_folder); }

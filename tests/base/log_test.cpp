@@ -52,6 +52,10 @@ constexpr const char* kNotCalled =
     "600 SetGenICamLogConfig(path) not called, and environment variable GENICAM_LOG_CONFIG_V3_0 "
     "not found. Using default logging configuration.";
 
+constexpr const char* kNoDefault =
+    "600 Default logger parameter file '$(GENICAM_ROOT)/log/config/DefaultLogging.properties' not "
+    "found";
+
 class LogTest : public testing::Test {
 protected:
     LogTest() {
@@ -152,9 +156,7 @@ TEST_F(LogTest, IsConfiguredFromTheUsersFile) {
 TEST_F(LogTest, FallsBackToTheDefaultWithoutAFile) {
     ConfigureLogLibrary(Backend::Table());
     EXPECT_EQ(Backend::calls,
-              (Calls{kReset, "root 300", "root 600", kNotCalled, DefaultMissing(),
-                     "600 Default logger parameter file "
-                     "'$(GENICAM_ROOT)/log/config/DefaultLogging.properties' not found",
+              (Calls{kReset, "root 300", "root 600", kNotCalled, DefaultMissing(), kNoDefault,
                      kReset, "600 Using default logger configuration"}));
 }
 
@@ -172,11 +174,9 @@ TEST_F(LogTest, EndsTheConfigurationWithAnyFailureOfTheLibrary) {
     ConfigureLogLibrary(Backend::Table());
     ASSERT_EQ(Backend::calls.size(), 6U);
     EXPECT_EQ(Backend::calls[4], kReset);
-    EXPECT_EQ(Backend::calls[5].rfind("600 Loading logger configuration failed. error = 'no such "
-                                      "appender : RuntimeException thrown (file 'log_test.cpp'",
-                                      0),
-              0U)
-        << Backend::calls[5];
+    const std::string begin =
+        "600 Loading logger configuration failed. error = 'no such appender : RuntimeException ";
+    EXPECT_EQ(Backend::calls[5].substr(0, begin.size()), begin);
 }
 
 TEST_F(LogTest, TakesFurtherConfigurations) {

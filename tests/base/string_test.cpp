@@ -26,6 +26,7 @@ TEST(GCString, IsMadeInEveryForm) {
     EXPECT_STREQ(gcstring("abcdef", 3).c_str(), "abc");
     EXPECT_STREQ(gcstring(3, 'x').c_str(), "xxx");
     const gcstring first("first");
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it is the subject
     const gcstring copy(first);
     EXPECT_EQ(copy, first);
     EXPECT_NE(copy.c_str(), first.c_str());
