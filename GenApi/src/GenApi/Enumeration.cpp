@@ -26,7 +26,7 @@ void CEnumerationImpl::FinalConstruct() {
         auto* const ptrEnumEntry = dynamic_cast<IEnumEntry*>(node);
         // A description may give another node the name of an entry.
         if (ptrEnumEntry == nullptr) {
-            RUNTIME_EXCEPTION_NODE("Node '%s' is no enumeration entry.", node->GetName().c_str());
+            RUNTIME_EXCEPTION_NODE("An entry of the enumeration is another kind of node.");
         }
         // Where two entries share a text or a number the first one stands.
         m_BySymbolic.emplace(ptrEnumEntry->GetSymbolic(), ptrEnumEntry);
