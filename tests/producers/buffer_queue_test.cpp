@@ -31,7 +31,7 @@ protected:
     void SpreadBuffers() {
         camera.RegisterNewBuffer();
         camera.Announce(4, kFrameSize);
-        for (const std::size_t index : {0, 1}) {
+        for (const std::size_t index : {0U, 1U}) {
             ASSERT_EQ(api.DSQueueBuffer(camera.stream, camera.buffers[index]), 0);
         }
         control.Trigger(0, 0, 2);

@@ -19,17 +19,16 @@ namespace {
 namespace Reg {
 constexpr std::uint64_t UserId = 0x180, TemperatureSelector = 0x200, Temperature = 0x204,
                         Reset = 0x20C, Latch = 0x210, LatchReset = 0x218, LatchValue = 0x228,
-                        WidthMax = 0x308, HeightMax = 0x30C, Width = 0x310, Height = 0x314,
-                        OffsetX = 0x318, BinningX = 0x320, BinningModeX = 0x328, ReverseX = 0x330,
-                        PixelFormat = 0x338, Pattern = 0x33C, PixelSize = 0x340,
+                        WidthMax = 0x308, Width = 0x310, Height = 0x314, OffsetX = 0x318,
+                        BinningX = 0x320, PixelFormat = 0x338, PixelSize = 0x340,
                         ColorFilter = 0x344, Mode = 0x400, FrameCount = 0x404, Start = 0x408,
-                        Stop = 0x40C, FrameRateMode = 0x410, FrameRate = 0x414, CurrentRate = 0x418,
+                        Stop = 0x40C, FrameRateMode = 0x410, CurrentRate = 0x418,
                         TriggerMode = 0x420, TriggerSource = 0x424, Software = 0x42C,
                         Exposure = 0x430, StatusSelector = 0x440, Status = 0x444, Gain = 0x500,
                         BalanceSelector = 0x508, Balance = 0x50C, WhiteAuto = 0x510,
-                        LutEnable = 0x600, LutIndex = 0x604, LutValue = 0x608, SetSelector = 0x700,
-                        SetLoad = 0x704, SetSave = 0x708, SetDefault = 0x70C, Payload = 0x800,
-                        Locked = 0x804, Lut = 0x2000;
+                        LutIndex = 0x604, LutValue = 0x608, SetSelector = 0x700, SetLoad = 0x704,
+                        SetSave = 0x708, SetDefault = 0x70C, Payload = 0x800, Locked = 0x804,
+                        Lut = 0x2000;
 }  // namespace Reg
 
 class VirtualCamera : public testing::Test {

@@ -13,8 +13,6 @@ namespace OVTLClass {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
 
 /// A call of an information function.
 struct Asked {
