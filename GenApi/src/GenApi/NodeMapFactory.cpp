@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "Base/GCException.h"
+#include "CacheFolder.h"
 #include "NodeMapFactoryImpl.h"
 #include "NodeMapFactoryNodes.h"
 
@@ -78,12 +79,15 @@ INodeMap* CNodeMapFactory::CreateNodeMap(CLock& lock, const gcstring& deviceName
 
 INodeMap* CNodeMapFactory::CreateNodeMapWith(CLock* lock, const gcstring& deviceName,
                                              bool releaseDescription) {
-    m_pImpl->Preprocess();
-    std::unique_ptr<CNodeMap> map = BuildNodeMap(m_pImpl->GetMap(), deviceName, lock);
+    CNodeMapFactoryImpl::LiveNodes nodes{.deviceName = deviceName, .lock = lock};
+    m_pImpl->Preprocess(&nodes);
+    if (nodes.map == nullptr) {
+        nodes.map = BuildNodeMap(m_pImpl->GetMap(), deviceName, lock);
+    }
     if (releaseDescription) {
         ReleaseCameraDescriptionFileData();
     }
-    return map.release();
+    return nodes.map.release();
 }
 
 INodeMap* CNodeMapFactory::CreateEmptyNodeMap() {
@@ -133,6 +137,10 @@ bool CNodeMapFactory::IsPreprocessed() const {
 
 bool CNodeMapFactory::IsCameraDescriptionFileDataReleased() const {
     return m_pImpl->IsReleased();
+}
+
+bool CNodeMapFactory::ClearCache() {
+    return ClearCacheFolder();
 }
 
 gcstring CNodeMapFactory::ToString() const {

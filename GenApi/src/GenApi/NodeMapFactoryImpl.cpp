@@ -1,7 +1,10 @@
 #include "NodeMapFactoryImpl.h"
 
+#include <algorithm>
+
 #include "../XmlParser/ZipReader.h"
 #include "Base/GCException.h"
+#include "CacheFolder.h"
 #include "NodeMapFactoryNodes.h"
 #include "NodeMapFactoryStyleSheet.h"
 
@@ -25,6 +28,15 @@ std::string CNodeMapFactory::CNodeMapFactoryImpl::Source::Read() const {
                   : std::string(static_cast<const char*>(pData), size);
 }
 
+CNodeMapFactory::CNodeMapFactoryImpl::CNodeMapFactoryImpl() : m_CacheFolder(FindCacheFolder()) {}
+
+CNodeMapFactory::CNodeMapFactoryImpl::CNodeMapFactoryImpl(Source source, ECacheUsage_t cacheUsage,
+                                                          bool suppressStrings)
+    : m_Source(std::move(source)),
+      m_CacheUsage(cacheUsage),
+      m_SuppressStrings(suppressStrings),
+      m_CacheFolder(FindCacheFolder()) {}
+
 auto CNodeMapFactory::CNodeMapFactoryImpl::FromNodeMap(INodeMap* nodeMap) -> Pointer {
     auto factory = std::make_shared<CNodeMapFactoryImpl>();
     DescribeNodeMap(nodeMap, factory->m_Map);
@@ -36,7 +48,16 @@ void CNodeMapFactory::CNodeMapFactoryImpl::AddInjectionData(Pointer other) {
     if (other->m_isPreprocessed) {
         RUNTIME_EXCEPTION("Injected camera description file data must not be preprocessed.");
     }
+    if (other->Holds(*this)) {
+        INVALID_ARGUMENT_EXCEPTION("A camera description can't be injected into itself.");
+    }
     m_Injected.push_back(std::move(other));
+}
+
+bool CNodeMapFactory::CNodeMapFactoryImpl::Holds(const CNodeMapFactoryImpl& other) const {
+    return this == &other ||
+           std::any_of(m_Injected.begin(), m_Injected.end(),
+                       [&](const Pointer& injected) { return injected->Holds(other); });
 }
 
 void CNodeMapFactory::CNodeMapFactoryImpl::RequireSource(const char* operation) const {
@@ -98,19 +119,40 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Inject() {
     }
 }
 
-void CNodeMapFactory::CNodeMapFactoryImpl::Preprocess() {
+void CNodeMapFactory::CNodeMapFactoryImpl::Preprocess(LiveNodes* pLiveNodes) {
     if (m_isPreprocessed) {
         return;
     }
     RequireSource("preprocess");
     RefuseForcedCache();
+    if (!UsesCache()) {
+        LoadAndInject();
+        PreprocessDescription();
+        return;
+    }
+    uint32_t hash = 0;
+    if (!m_isLoaded) {
+        hash = ComputeHash();
+        if (CacheRead(hash, pLiveNodes)) {
+            return;
+        }
+    }
     LoadAndInject();
+    ClearOnFailure([this] { m_Map.CheckConsistency(); });
+    PreprocessDescription();
+    CacheWrite(hash);
+}
+
+void CNodeMapFactory::CNodeMapFactoryImpl::PreprocessDescription() {
     ClearOnFailure([this] { CNodeDataMapFactory::PreProcessNodeDataMap(&m_Map); });
     m_isPreprocessed = true;
 }
 
-/// Without a cache a caller that insists on one is told so.
+/// Without a folder a caller that insists on the cache is told so.
 void CNodeMapFactory::CNodeMapFactoryImpl::RefuseForcedCache() const {
+    if (!m_CacheFolder.empty()) {
+        return;
+    }
     if (m_CacheUsage == CacheUsage_ForceRead) {
         RUNTIME_EXCEPTION("Forced read from cache failed.");
     }
@@ -136,12 +178,20 @@ auto CNodeMapFactory::CNodeMapFactoryImpl::ExtractIndependentSubtree(const gcstr
         RequireSource("extract subtree");
     }
     RefuseForcedCache();
-    Preprocess();
     auto subtree = std::make_shared<CNodeMapFactoryImpl>();
     subtree->m_CacheUsage = CacheUsage_Automatic;
     subtree->m_IsReleased = true;
+    uint32_t hash = 0;
+    if (UsesCache() && !m_IsReleased) {
+        hash = ComputeHash(nodeName.c_str() + std::string(renameToRoot ? " renamed to Root" : ""));
+        if (subtree->CacheRead(hash, nullptr)) {
+            return subtree;
+        }
+    }
+    Preprocess();
     m_Map.ExtractIndependentSubtree(subtree->m_Map, nodeName.c_str(), renameToRoot);
     subtree->m_isPreprocessed = true;
+    subtree->CacheWrite(hash);
     return subtree;
 }
 

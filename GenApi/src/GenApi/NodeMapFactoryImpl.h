@@ -7,10 +7,14 @@
 
 #include "Base/GCString.h"
 #include "GenApi/NodeMapFactory.h"
+#include "GenApi/impl/NodeMap.h"
 #include "NodeMapData/NodeDataMap.h"
 #include "NodeMapData/NodeDataMapFactory.h"
 
 namespace GenApi_3_0_ORVANE {
+
+class CCacheReader;
+class CDescriptionHash;
 
 /// One description, from its raw form to its preprocessed data. A step that
 /// fails leaves nothing behind: the next attempt fails in the same way. Hidden,
@@ -32,17 +36,24 @@ public:
         std::string Read() const;
     };
 
-    CNodeMapFactoryImpl() = default;
-    CNodeMapFactoryImpl(Source source, ECacheUsage_t cacheUsage, bool suppressStrings)
-        : m_Source(std::move(source)),
-          m_CacheUsage(cacheUsage),
-          m_SuppressStrings(suppressStrings) {}
+    /// Live nodes that a description in the cache can give without a data map.
+    struct LiveNodes {
+        const gcstring& deviceName;
+        CLock* lock;
+        std::unique_ptr<CNodeMap> map = nullptr;
+    };
+
+    CNodeMapFactoryImpl();
+    CNodeMapFactoryImpl(Source source, ECacheUsage_t cacheUsage, bool suppressStrings);
     /// The nodes of a live map, preprocessed.
     static Pointer FromNodeMap(INodeMap* nodeMap);
 
     void AddInjectionData(Pointer other);
     void LoadAndInject();
-    void Preprocess();
+    /// @param pLiveNodes  where the caller wants nodes rather than data; the map
+    ///        in it is set where the cache has given them, and no data is then
+    ///        kept
+    void Preprocess(LiveNodes* pLiveNodes = nullptr);
     void ReleaseSource();
     Pointer ExtractIndependentSubtree(const gcstring& nodeName, bool renameToRoot);
     Pointer ApplyStyleSheet(const gcstring& fileName) const;
@@ -56,7 +67,16 @@ public:
 
 private:
     void RequireSource(const char* operation) const;
+    bool UsesCache() const { return !m_CacheFolder.empty() && m_CacheUsage != CacheUsage_Ignore; }
     void RefuseForcedCache() const;
+    void PreprocessDescription();
+    uint32_t ComputeHash(const std::string& subtreeName = {}) const;
+    void FeedHash(CDescriptionHash& hash, const std::string& subtreeName, int level) const;
+    bool CacheRead(uint32_t hash, LiveNodes* pLiveNodes);
+    void TakeFromCache(CCacheReader& reader, LiveNodes* pLiveNodes);
+    void CacheWrite(uint32_t hash) const;
+    bool TryCacheWrite(uint32_t hash) const;
+    bool Holds(const CNodeMapFactoryImpl& other) const;
     void Parse();
     void Inject();
     template <class Step>
@@ -70,6 +90,7 @@ private:
     bool m_isLoaded = false;
     bool m_isPreprocessed = false;
     bool m_IsReleased = false;
+    gcstring m_CacheFolder;
 };
 
 }  // namespace GenApi_3_0_ORVANE

@@ -1,27 +1,38 @@
 #include "NodeMapFactoryNodes.h"
 
+#include "DirectNodeDataMap.h"
 #include "NodeCreation.h"
+#include "NodeMapData/CacheFile.h"
 
 namespace GenApi_3_0_ORVANE {
 
 namespace {
 
-/// All nodes, registered and without properties: links may point forward.
-void RegisterNodes(CNodeMap& map, const CNodeDataMap& data) {
-    for (size_t i = 1; i < data.GetNumNodeIDs(); ++i) {
-        const CNodeData& node = *data.GetNodeData(NodeID_t(i));
-        map.RegisterNode(CreateNode(node.GetNodeType()).release(), node.GetNodeType(),
-                         node.GetNodeID());
+std::unique_ptr<CNodeMap> NewMap(const gcstring& deviceName, CLock* lock, size_t numNodes) {
+    auto map =
+        std::make_unique<CNodeMap>(deviceName.empty() ? gcstring("Device") : deviceName, lock);
+    map->SetNumNodes(numNodes);
+    return map;
+}
+
+/// Adds a node without properties: links may point forward.
+void Register(CNodeMap& map, CNodeData::ENodeType_t type, NodeID_t id) {
+    std::unique_ptr<INodePrivate> pNode = CreateNode(type);
+    OV_ASSERT(pNode);
+    map.RegisterNode(pNode.release(), type, id);
+}
+
+/// The first entry is the map's own.
+template <class Use>
+void ForEachNode(CNodeMap& map, size_t numNodes, const Use& use) {
+    for (size_t i = 1; i < numNodes; ++i) {
+        use(*map.GetNodeByID(NodeID_t(i)), NodeID_t(i));
     }
 }
 
-void SetProperties(CNodeMap& map, const CNodeDataMap& data) {
-    for (size_t i = 1; i < data.GetNumNodeIDs(); ++i) {
-        INodePrivate& node = *map.GetNodeByID(NodeID_t(i));
-        for (const CProperty& property : data.GetNodeData(NodeID_t(i))->GetProperties()) {
-            node.SetProperty(property);
-        }
-    }
+void FinalConstruct(CNodeMap& map, size_t numNodes) {
+    ForEachNode(map, numNodes, [](INodePrivate& node, NodeID_t) { node.FinalConstruct(); });
+    map.FinalConstruct();
 }
 
 /// Stores what a node or a map tells of itself under its name.
@@ -42,20 +53,48 @@ void Describe(Teller& teller, CNodeData::ENodeType_t type, const char* name, CNo
 
 std::unique_ptr<CNodeMap> BuildNodeMap(const CNodeDataMap& data, const gcstring& deviceName,
                                        CLock* lock) {
-    auto map =
-        std::make_unique<CNodeMap>(deviceName.empty() ? gcstring("Device") : deviceName, lock);
-    map->SetNumNodes(data.GetNumNodeIDs());
+    const size_t numNodes = data.GetNumNodeIDs();
+    auto map = NewMap(deviceName, lock, numNodes);
     const CNodeData* const itNodeData = data.GetNodeData(NodeID_t(0));
     OV_ASSERT(itNodeData->GetName() == "_RegisterDescription");
     for (const CProperty& property : itNodeData->GetProperties()) {
         map->SetProperty(property);
     }
-    RegisterNodes(*map, data);
-    SetProperties(*map, data);
-    for (size_t i = 1; i < data.GetNumNodeIDs(); ++i) {
-        map->GetNodeByID(NodeID_t(i))->FinalConstruct();
+    for (size_t i = 1; i < numNodes; ++i) {
+        Register(*map, data.GetNodeData(NodeID_t(i))->GetNodeType(), NodeID_t(i));
     }
-    map->FinalConstruct();
+    ForEachNode(*map, numNodes, [&](INodePrivate& node, NodeID_t id) {
+        for (const CProperty& property : data.GetNodeData(id)->GetProperties()) {
+            node.SetProperty(property);
+        }
+    });
+    FinalConstruct(*map, numNodes);
+    return map;
+}
+
+std::unique_ptr<CNodeMap> CreateNodeMapDirectFromCache(CCacheReader& reader,
+                                                       const gcstring& deviceName, CLock* lock) {
+    CCacheTables tables = ReadCacheTables(reader);
+    const CCacheCounts counts = tables.Count();
+    auto map = NewMap(deviceName, lock, counts.nodes);
+    for (size_t i = 1; i < counts.nodes; ++i) {
+        Register(*map, tables.types[i], NodeID_t(i));
+    }
+    DirectNodeDataMap texts(std::move(tables.strings), counts.nodes);
+    ReadCacheProperties(reader, counts, &texts,
+                        [&](const CProperty& property) { map->SetProperty(property); });
+    ForEachNode(*map, counts.nodes, [&](INodePrivate& node, NodeID_t id) {
+        ReadCacheProperties(reader, counts, &texts, [&](const CProperty& property) {
+            if (property.GetPropertyID() == CPropertyID::Name_ID) {
+                texts.SetNodeName(id, property.StringID());
+            }
+            node.SetProperty(property);
+        });
+    });
+    if (!reader.IsGood()) {
+        return nullptr;
+    }
+    FinalConstruct(*map, counts.nodes);
     return map;
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "GenApi/impl/NodeMap.h"
+#include "NodeMapData/CacheStream.h"
 #include "NodeMapData/NodeDataMap.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -12,6 +13,11 @@ namespace GenApi_3_0_ORVANE {
 /// @param lock  shared with other maps; null for a lock of the map's own
 std::unique_ptr<CNodeMap> BuildNodeMap(const CNodeDataMap& data, const gcstring& deviceName,
                                        CLock* lock);
+
+/// The same from the bytes of a cache file, without a data map in between. Null
+/// when the reader has failed.
+std::unique_ptr<CNodeMap> CreateNodeMapDirectFromCache(CCacheReader& reader,
+                                                       const gcstring& deviceName, CLock* lock);
 
 /// Fills the empty data with what the live nodes tell of themselves.
 void DescribeNodeMap(INodeMap* nodeMap, CNodeDataMap& data);

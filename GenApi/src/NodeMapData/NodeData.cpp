@@ -23,6 +23,11 @@ CNodeData::CNodeData(ENodeType_t nodeType, INodeDataMap* pNodeDataMap)
       m_pPropertyVector(std::make_unique<PropertyVector_t>()),
       m_pNodeDataMap(pNodeDataMap) {}
 
+CNodeData::CNodeData(ENodeType_t nodeType, NodeID_t nodeID, INodeDataMap* pNodeDataMap)
+    : CNodeData(nodeType, pNodeDataMap) {
+    m_NodeID = nodeID;
+}
+
 CNodeData::CNodeData(const CNodeData& source, NodeID_t nodeID, INodeDataMap* pTargetMap,
                      bool keepOnlyKnownTargets)
     : CNodeData(source.m_NodeType, pTargetMap) {

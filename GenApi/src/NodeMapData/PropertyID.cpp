@@ -17,8 +17,12 @@ constexpr auto names = [] {
 
 }  // namespace
 
+bool CPropertyID::HasName() const {
+    return m_ID < names.size() && names[m_ID] != nullptr;
+}
+
 std::string CPropertyID::ToString() const {
-    if (m_ID < names.size() && names[m_ID] != nullptr) {
+    if (HasName()) {
         return names[m_ID];
     }
     return "Invalid PropertyID " + std::to_string(m_ID);

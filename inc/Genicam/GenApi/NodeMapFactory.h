@@ -76,6 +76,10 @@ public:
     bool IsPreprocessed() const;
     bool IsCameraDescriptionFileDataReleased() const;
 
+    /// Deletes the files of the cache; one that another process holds for seven
+    /// seconds stays. False when the environment names no folder.
+    static bool ClearCache();
+
     /// The preprocessed description as a text dump, and as XML.
     gcstring ToString() const;
     gcstring ToXml();

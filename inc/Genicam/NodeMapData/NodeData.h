@@ -57,6 +57,8 @@ public:
 
     /// A nameless node. @p pNodeDataMap is not owned and outlives the node.
     CNodeData(ENodeType_t nodeType, INodeDataMap* pNodeDataMap);
+    /// A node that has its name among the properties it will get.
+    CNodeData(ENodeType_t nodeType, NodeID_t nodeID, INodeDataMap* pNodeDataMap);
     /// Copies a node into another map under the given identifier.
     /// @param keepOnlyKnownTargets drops links to nodes that the target map does
     ///        not know; without it all links must be known there.
@@ -96,6 +98,10 @@ public:
     const CProperty* FindProperty(CPropertyID id) const;
     /// Deletes all properties with the identifier; the rest keep their order.
     void RemoveProperties(CPropertyID id);
+    /// Writes the property list to a cache file.
+    void ToFile(CCacheWriter& writer) const;
+    /// Reads it back. Incomplete when the reader has failed afterwards.
+    void FromFile(CCacheReader& reader, const CCacheCounts& counts);
     /// Gives back the memory that growing has reserved.
     void ShrinkToFit() { m_pPropertyVector->shrink_to_fit(); }
 

@@ -85,6 +85,12 @@ public:
     void ExtractIndependentSubtree(CNodeDataMap& toExtractTree, std::string_view name,
                                    bool renameToRoot) const;
 
+    /// Writes the map, which is consistent and within kCacheFileMaxCount, in the
+    /// binary form of the cache. Equal maps give equal bytes.
+    void ToFile(CCacheWriter& writer) const;
+    /// Fills the empty map. Of no use when the reader has failed afterwards.
+    void FromFile(CCacheReader& reader);
+
     void GetNodeStatistics(NodeStatistics_t& statistics) const;
 
     /// Prints in the styles for maps; any other is an assertion.
@@ -93,6 +99,7 @@ public:
 private:
     using NodeNameMap_t = std::map<std::string, NodeID_t, std::less<>>;
 
+    void NameNodesFromFile(CCacheReader& reader);
     static void RenameToRoot(CNodeDataMap& toExtractTree, std::string_view name);
 
     std::unique_ptr<NodeNameMap_t> m_pNodeName2NodeID;

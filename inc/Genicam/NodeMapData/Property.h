@@ -16,6 +16,10 @@
 
 namespace GenApi_3_0_ORVANE {
 
+class CCacheReader;
+struct CCacheCounts;
+class CCacheWriter;
+
 /// The number of an enumeration property. The enumerations stand in the layer
 /// above, so the number converts to whichever of them receives it.
 class CEnumNumber {
@@ -144,6 +148,12 @@ public:
     OV_ENUM_ACCESSOR(EInputDirection)
 #undef OV_ENUM_ACCESSOR
     /// @}
+
+    /// Writes identifier, type, value and attribute to a cache file.
+    void ToFile(CCacheWriter& writer) const;
+    /// Reads them back. Of no use when the reader has failed afterwards.
+    static CProperty FromFile(CCacheReader& reader, const CCacheCounts& counts,
+                              INodeDataMap* pNodeDataMap, int depth = 0);
 
     /// Equal identifier, type and value; texts compare by content. The
     /// attribute never decides.

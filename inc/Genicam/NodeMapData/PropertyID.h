@@ -68,6 +68,9 @@ public:
         return m_ID != _Undefined_ID;
     }
 
+    /// True for the numbers in the table above.
+    bool HasName() const;
+
     /// A link to a node that a write of the owner goes to.
     constexpr bool IsWritingLink() const {
         return m_ID < 7U;

@@ -1,0 +1,66 @@
+#pragma once
+/// The bytes of a cache file, on their way out and back in. All numbers are
+/// little-endian whatever the machine is.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace GenApi_3_0_ORVANE {
+
+/// What a cache file begins with: three version numbers of two bytes and a text
+/// with its zero. Another form of the file gets another text, and with it other
+/// file names, since the names are hashes that take these bytes in.
+std::string_view GetCacheFileHeader();
+
+/// No more texts and no more nodes than this fit in a cache file, which keeps
+/// identifiers in two bytes.
+constexpr size_t kCacheFileMaxCount = 65535;
+
+/// Collects the bytes of a cache file.
+class CCacheWriter {
+public:
+    /// @param bytes  of the number, from the low end
+    void Number(uint64_t number, size_t bytes);
+    void Text(std::string_view text) { m_Bytes.append(text).push_back('\0'); }
+    void Raw(std::string_view bytes) { m_Bytes.append(bytes); }
+    const std::string& GetBytes() const { return m_Bytes; }
+
+private:
+    std::string m_Bytes;
+};
+
+/// Gives the bytes of a cache file. It fails as a stream does: once something
+/// is wrong all reads give zeros and the state tells why. No file can make it
+/// read beyond its end.
+class CCacheReader {
+public:
+    enum class State {
+        Good,
+        Foreign,  ///< not a file of this form
+        Corrupt   ///< ends too soon or speaks of what it does not hold
+    };
+
+    explicit CCacheReader(std::string_view bytes) : m_Rest(bytes) {}
+
+    /// @param bytes  of the number, 1 to 8
+    uint64_t Number(size_t bytes);
+    /// A text and its zero; lives as long as the file's bytes.
+    std::string_view Text();
+    /// Passes the header, or fails as Foreign.
+    void Header();
+    /// As much as is left to read.
+    size_t GetRest() const { return m_Rest.size(); }
+
+    bool IsGood() const { return m_State == State::Good; }
+    State GetState() const { return m_State; }
+    /// The first failure counts.
+    void Fail(State state);
+
+private:
+    std::string_view m_Rest;
+    State m_State = State::Good;
+};
+
+}  // namespace GenApi_3_0_ORVANE
