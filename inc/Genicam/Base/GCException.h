@@ -68,7 +68,8 @@ OV_ENGINE_EXCEPTION_CLASS(DynamicCastException);
 
 /// The buffer in which descriptions are formatted; what doesn't fit is cut.
 using DescriptionBuffer = std::array<char, 256>;
-void FormatDescription(DescriptionBuffer& buffer, const char* format, va_list arguments);
+OV_ENGINE_API void FormatDescription(DescriptionBuffer& buffer, const char* format,
+                                     va_list arguments);
 
 /// Makes an exception of type T from a format, with the place of the failure.
 template <class T>
