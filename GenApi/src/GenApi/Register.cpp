@@ -87,22 +87,24 @@ ECachingMode CRegisterImpl::InternalGetCachingMode() {
 }
 
 int64_t CRegisterImpl::SumAddress(bool verify, bool ignoreCache) {
-    int64_t address = 0;
+    // Addresses are bits: a sum beyond 64 of them wraps as a device's does.
+    const auto bits = [](int64_t number) { return static_cast<uint64_t>(number); };
+    uint64_t sum = 0;
     for (const CIntegerPolyRef& part : m_Addresses) {
-        address += part.GetValue(verify, ignoreCache);
+        sum += bits(part.GetValue(verify, ignoreCache));
     }
     for (const IndexedOffset& entry : m_Indices) {
         const int64_t offset = entry.offset.IsConstant() && entry.offset.GetValue() == 0
                                    ? InternalGetLength()
                                    : entry.offset.GetValue(verify, ignoreCache);
-        address += entry.index.GetValue(verify, ignoreCache) * offset;
+        sum += bits(entry.index.GetValue(verify, ignoreCache)) * bits(offset);
     }
-    if (address < 0 && m_pPort->IsChunkPort()) {
+    if (static_cast<int64_t>(sum) < 0 && m_pPort->IsChunkPort()) {
         int64_t base = 0;
         m_pPort->Read(&base, kChunkEndAddress, sizeof(base));
-        address += base;
+        sum += bits(base);
     }
-    return address;
+    return static_cast<int64_t>(sum);
 }
 
 void CRegisterImpl::UpdateAddress(bool verify, bool ignoreCache) {
@@ -125,24 +127,29 @@ int64_t CRegisterImpl::InternalGetAddress() {
     return m_Address;
 }
 
-void CRegisterImpl::CheckAccess(const void* buffer, int64_t length, const char* operation) {
+int64_t CRegisterImpl::CheckAccess(const void* buffer, int64_t length, const char* operation) {
     if (buffer == nullptr) {
         LOGICAL_ERROR_EXCEPTION_NODE("CRegisterImpl::%s : pBuffer must not be NULL", operation);
     }
-    if (length > InternalGetLength()) {
+    if (length < 0) {
+        OUT_OF_RANGE_EXCEPTION_NODE("CRegisterImpl::%s : a length of %ld is less than none",
+                                    operation, length);
+    }
+    const int64_t registerLength = InternalGetLength();
+    if (length > registerLength) {
         OUT_OF_RANGE_EXCEPTION_NODE(
             "CRegisterImpl::%s : more data requested than hold by the register", operation);
     }
     if (m_pPort == nullptr) {
         ACCESS_EXCEPTION_NODE("CRegisterImpl::%s : port not set", operation);
     }
+    return registerLength;
 }
 
 void CRegisterImpl::InternalGet(uint8_t* buffer, int64_t length, bool verify, bool ignoreCache) {
-    CheckAccess(buffer, length, "InternalGet");
+    const int64_t registerLength = CheckAccess(buffer, length, "InternalGet");
     UpdateAddress(verify, ignoreCache);
     CValueCache& cache = m_pPort->GetValueCache();
-    const int64_t registerLength = InternalGetLength();
     const ECachingMode mode = InternalGetCachingMode();
     OV_ASSERT((mode == NoCache || mode == WriteThrough || mode == WriteAround) &&
               "Unexpected Caching Mode");
@@ -157,12 +164,14 @@ void CRegisterImpl::InternalGet(uint8_t* buffer, int64_t length, bool verify, bo
 }
 
 void CRegisterImpl::InternalSet(const uint8_t* buffer, int64_t length, bool verify) {
-    CheckAccess(buffer, length, "InternalSet");
+    // All that can fail comes before the write: once the device has changed,
+    // nothing may keep the cache from learning of it.
+    const int64_t registerLength = CheckAccess(buffer, length, "InternalSet");
     UpdateAddress(verify, false);
-    m_pPort->Write(buffer, m_Address, length);
     CValueCache& cache = m_pPort->GetValueCache();
     const ECachingMode mode = InternalGetCachingMode();
-    if (length != InternalGetLength() || mode == WriteAround) {
+    m_pPort->Write(buffer, m_Address, length);
+    if (length != registerLength || mode == WriteAround) {
         cache.InvalidateValue(m_Address);
     } else if (mode == WriteThrough) {
         cache.SetValue(m_Address, length, buffer);

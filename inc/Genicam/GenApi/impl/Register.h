@@ -41,7 +41,8 @@ private:
         CIntegerPolyRef offset;
     };
 
-    void CheckAccess(const void* buffer, int64_t length, const char* operation);
+    /// Gives the length of the register.
+    int64_t CheckAccess(const void* buffer, int64_t length, const char* operation);
     void AddIndex(const CProperty& property);
     int64_t SumAddress(bool verify, bool ignoreCache);
 
