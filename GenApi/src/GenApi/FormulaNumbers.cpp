@@ -159,15 +159,6 @@ const char* DoubleFormulaTraits::Apply(FormulaOp op, double left, double right, 
     int32_t leftBits = 0;
     int32_t rightBits = 0;
     switch (op) {
-        case FormulaOp::Add:
-            result = left + right;
-            return nullptr;
-        case FormulaOp::Subtract:
-            result = left - right;
-            return nullptr;
-        case FormulaOp::Multiply:
-            result = left * right;
-            return nullptr;
         case FormulaOp::Divide:
         case FormulaOp::Modulo:
             if (std::fabs(right) < kSmallestDivisor) {
@@ -288,15 +279,6 @@ const char* Int64FormulaTraits::Apply(FormulaOp op, int64_t left, int64_t right,
     const auto a = static_cast<uint64_t>(left);
     const auto b = static_cast<uint64_t>(right);
     switch (op) {
-        case FormulaOp::Add:
-            result = static_cast<int64_t>(a + b);
-            return nullptr;
-        case FormulaOp::Subtract:
-            result = static_cast<int64_t>(a - b);
-            return nullptr;
-        case FormulaOp::Multiply:
-            result = static_cast<int64_t>(a * b);
-            return nullptr;
         case FormulaOp::Divide:
         case FormulaOp::Modulo:
             if (right == 0) {

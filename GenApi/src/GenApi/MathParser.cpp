@@ -187,19 +187,17 @@ private:
     }
 
     const char* TakeVariable(std::string_view name) {
-        const auto& variables = m_Parser.m_Variables;
-        const auto found = std::find_if(
-            variables.begin(), variables.end(), [this, name](const Variable& variable) {
-                return m_UpperCase ? IsSameInUpperCase(variable.name, name) : variable.name == name;
+        const auto& names = m_Parser.m_Names;
+        const auto found =
+            std::find_if(names.begin(), names.end(), [this, name](const std::string& variable) {
+                return m_UpperCase ? IsSameInUpperCase(variable, name) : variable == name;
             });
-        if (found == variables.end()) {
+        if (found == names.end()) {
             m_Parser.m_UnknownName = "# " + (m_UpperCase ? ToUpper(name) : std::string(name)) +
                                      " - Unknown function/variable!";
             return m_Parser.m_UnknownName.c_str();
         }
-        Instruction& instruction = Emit(Code::Variable);
-        instruction.index = static_cast<size_t>(found - variables.begin());
-        PushValue();
+        EmitLoad(static_cast<size_t>(found - names.begin()));
         return nullptr;
     }
 
@@ -267,8 +265,7 @@ private:
         } else if (op == FormulaOp::Condition) {
             EmitFailure(kLogical);
         } else {
-            Emit(Code::Operator).detail = top.detail;
-            PopValues(1);
+            EmitOperator(op);
         }
     }
 
@@ -295,18 +292,47 @@ private:
         if (m_Depth != 1) {
             EmitFailure(kInvalid);
         }
-        m_Parser.m_Stack.assign(std::max(m_MaxDepth, kReserved), Value());
+        // One place more, for the top of an empty stack to stand on.
+        m_Parser.m_Stack.assign(std::max(m_MaxDepth, kReserved) + 1, Value());
         return nullptr;
     }
 
     void EmitNumber(Value number) {
-        Emit(Code::Number).number = number;
+        m_Parser.m_Slots.push_back(number);
+        EmitLoad(m_Parser.m_Slots.size() - 1);
+    }
+
+    void EmitLoad(size_t slot) {
+        Emit(Code::Load).slot = slot;
         PushValue();
+    }
+
+    /// Where the right side was just loaded, the operator takes it from its slot.
+    void EmitOperator(FormulaOp op) {
+        auto& program = m_Parser.m_Program;
+        const bool isLoaded = !program.empty() && program.back().code == Code::Load;
+        Instruction& instruction = isLoaded ? program.back() : Emit(Code::Operator);
+        instruction.code = CodeOf(op, isLoaded);
+        instruction.detail = static_cast<uint8_t>(op);
+        PopValues(1);
+    }
+
+    static Code CodeOf(FormulaOp op, bool fromSlot) {
+        switch (op) {
+            case FormulaOp::Add:
+                return fromSlot ? Code::AddSlot : Code::Add;
+            case FormulaOp::Subtract:
+                return fromSlot ? Code::SubtractSlot : Code::Subtract;
+            case FormulaOp::Multiply:
+                return fromSlot ? Code::MultiplySlot : Code::Multiply;
+            default:
+                return fromSlot ? Code::OperatorSlot : Code::Operator;
+        }
     }
 
     void EmitPrefix(const Entry& prefix) {
         if (static_cast<FormulaOp>(prefix.detail) == FormulaOp::Complement) {
-            Emit(Code::Operator).detail = prefix.detail;
+            Emit(Code::Complement);
         } else {
             Emit(Code::Function).detail = static_cast<uint8_t>(FormulaFunction::Neg);
         }
@@ -365,8 +391,7 @@ private:
 
 template <class Traits>
 const char* MathParserT<Traits>::Compile(std::string_view formula, bool upperCase) {
-    m_IsCompiled = false;
-    m_Program.clear();
+    Forget();
     if (!DoBracketsMatch(formula)) {
         return kBrackets;
     }
@@ -381,51 +406,70 @@ const char* MathParserT<Traits>::Evaluate(Value& result) {
     if (!m_IsCompiled) {
         return kInvalid;
     }
-    size_t depth = 0;
+    const Value* const slots = m_Slots.data();
+    Value* top = m_Stack.data();
     for (const Instruction& instruction : m_Program) {
-        if (const char* const error = Run(instruction, depth)) {
+        const char* error = nullptr;
+        switch (instruction.code) {
+            case Code::Load:
+                *++top = slots[instruction.slot];
+                break;
+            case Code::Add:
+                --top;
+                *top = Traits::Add(top[0], top[1]);
+                break;
+            case Code::Subtract:
+                --top;
+                *top = Traits::Subtract(top[0], top[1]);
+                break;
+            case Code::Multiply:
+                --top;
+                *top = Traits::Multiply(top[0], top[1]);
+                break;
+            case Code::AddSlot:
+                *top = Traits::Add(*top, slots[instruction.slot]);
+                break;
+            case Code::SubtractSlot:
+                *top = Traits::Subtract(*top, slots[instruction.slot]);
+                break;
+            case Code::MultiplySlot:
+                *top = Traits::Multiply(*top, slots[instruction.slot]);
+                break;
+            case Code::Operator:
+                --top;
+                error =
+                    Traits::Apply(static_cast<FormulaOp>(instruction.detail), top[0], top[1], *top);
+                break;
+            case Code::OperatorSlot:
+                error = Traits::Apply(static_cast<FormulaOp>(instruction.detail), *top,
+                                      slots[instruction.slot], *top);
+                break;
+            case Code::Complement:
+                error = Traits::Complement(*top, *top);
+                break;
+            case Code::Function:
+                *top = Traits::Call(static_cast<FormulaFunction>(instruction.detail), *top);
+                break;
+            case Code::RoundAt:
+                --top;
+                if constexpr (Traits::HasFunctions) {
+                    *top = RoundAt(top[0], top[1]);
+                }
+                break;
+            case Code::Select:
+                top -= 2;
+                *top = top[0] != 0 ? top[1] : top[2];
+                break;
+            case Code::Fail:
+                error = instruction.text;
+                break;
+        }
+        if (error != nullptr) {
             return error;
         }
     }
-    result = m_Stack[0];
+    result = *top;
     return nullptr;
-}
-
-template <class Traits>
-const char* MathParserT<Traits>::Run(const Instruction& instruction, size_t& depth) {
-    Value* const top = m_Stack.data() + (depth == 0 ? 0 : depth - 1);
-    switch (instruction.code) {
-        case Code::Number:
-            m_Stack[depth++] = instruction.number;
-            return nullptr;
-        case Code::Variable:
-            m_Stack[depth++] = m_Variables[instruction.index].slot;
-            return nullptr;
-        case Code::Operator: {
-            const auto op = static_cast<FormulaOp>(instruction.detail);
-            if (op == FormulaOp::Complement) {
-                return Traits::Complement(*top, *top);
-            }
-            --depth;
-            return Traits::Apply(op, top[-1], top[0], top[-1]);
-        }
-        case Code::Function:
-            *top = Traits::Call(static_cast<FormulaFunction>(instruction.detail), *top);
-            return nullptr;
-        case Code::RoundAt:
-            if constexpr (Traits::HasFunctions) {
-                --depth;
-                top[-1] = RoundAt(top[-1], top[0]);
-            }
-            return nullptr;
-        case Code::Select:
-            depth -= 2;
-            top[-2] = top[-2] != 0 ? top[-1] : top[0];
-            return nullptr;
-        case Code::Fail:
-            break;
-    }
-    return instruction.text;
 }
 
 template class MathParserT<DoubleFormulaTraits>;

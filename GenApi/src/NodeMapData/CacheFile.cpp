@@ -28,11 +28,19 @@ size_t ValueBytes(uint64_t dataType) {
 /// The reader takes two bytes more of a value without type than the writer
 /// gives. No property has such a value, and older readers do the same.
 uint64_t ReadValue(CCacheReader& reader, uint64_t dataType) {
-    const uint64_t value = reader.Number(ValueBytes(dataType));
-    if (dataType == 0) {
-        reader.Number(2);
+    switch (ValueBytes(dataType)) {
+        case 1: {
+            const uint64_t value = reader.Number<1>();
+            reader.Number<2>();
+            return value;
+        }
+        case 2:
+            return reader.Number<2>();
+        case 4:
+            return reader.Number<4>();
+        default:
+            return reader.Number<8>();
     }
-    return value;
 }
 
 /// Whether the value is one that a property of this type can have in this file.
@@ -65,18 +73,18 @@ bool IsNodeType(uint64_t type, bool isFirst) {
 CCacheTables ReadCacheTables(CCacheReader& reader) {
     CCacheTables tables;
     reader.Header();
-    const auto NumStrings = reader.Number(kCountBytes);
+    const auto NumStrings = reader.Number<kCountBytes>();
     OV_ASSERT(NumStrings <= 65535);
     tables.strings.reserve(NumStrings);
     for (size_t i = 0; i < NumStrings && reader.IsGood(); ++i) {
         tables.strings.emplace_back(reader.Text());
     }
-    const auto NumNodes = reader.Number(kCountBytes);
+    const auto NumNodes = reader.Number<kCountBytes>();
     OV_ASSERT(NumNodes <= 65535);
     tables.types.reserve(NumNodes);
     for (size_t i = 0; i < NumNodes && reader.IsGood(); ++i) {
-        const uint64_t type = reader.Number(kTypeBytes);
-        const uint64_t id = reader.Number(kNodeIDBytes);
+        const uint64_t type = reader.Number<kTypeBytes>();
+        const uint64_t id = reader.Number<kNodeIDBytes>();
         if (id != i || !IsNodeType(type, i == 0)) {
             reader.Fail(CCacheReader::State::Corrupt);
         }
@@ -100,18 +108,22 @@ void CProperty::ToFile(CCacheWriter& writer) const {
 
 CProperty CProperty::FromFile(CCacheReader& reader, const CCacheCounts& counts,
                               INodeDataMap* pNodeDataMap, int depth) {
-    const CPropertyID id(static_cast<CPropertyID::EProperty_ID_t>(reader.Number(1)));
-    const auto type = static_cast<EDataType_t>(reader.Number(1));
-    const bool hasAttribute = reader.Number(1) == 1;
+    CProperty property(pNodeDataMap);
+    const CPropertyID id(static_cast<CPropertyID::EProperty_ID_t>(reader.Number<1>()));
+    const auto type = static_cast<EDataType_t>(reader.Number<1>());
+    const bool hasAttribute = reader.Number<1>() == 1;
     if (!reader.IsGood()) {
-        return CProperty(pNodeDataMap);
+        return property;
     }
     const uint64_t value = ReadValue(reader, type);
     if (!id.HasName() || !IsMeaningful(type, value, counts) || depth > kMaxAttributeDepth) {
         reader.Fail(CCacheReader::State::Corrupt);
+        return property;
     }
-    CProperty property(pNodeDataMap, id, type, Bits{Widened(type, value)});
-    if (hasAttribute && reader.IsGood()) {
+    property.m_PropertyID = id;
+    property.m_DataType = type;
+    property.m_Value = Widened(type, value);
+    if (hasAttribute) {
         property.SetAttribute(
             std::make_unique<CProperty>(FromFile(reader, counts, pNodeDataMap, depth + 1)));
     }

@@ -21,19 +21,6 @@ void CCacheWriter::Number(uint64_t number, size_t bytes) {
     }
 }
 
-uint64_t CCacheReader::Number(size_t bytes) {
-    if (m_Rest.size() < bytes) {
-        Fail(State::Corrupt);
-        return 0;
-    }
-    uint64_t number = 0;
-    for (size_t i = 0; i < bytes; ++i) {
-        number |= uint64_t{static_cast<uint8_t>(m_Rest[i])} << (8 * i);
-    }
-    m_Rest.remove_prefix(bytes);
-    return number;
-}
-
 std::string_view CCacheReader::Text() {
     const size_t length = m_Rest.find('\0');
     if (length == std::string_view::npos) {

@@ -41,12 +41,6 @@ CProperty& CProperty::operator=(CProperty source) noexcept {
     return *this;
 }
 
-CProperty::~CProperty() {
-    if (m_HasAttribute) {
-        delete m_Context.m_pAttribute;
-    }
-}
-
 void CProperty::Swap(CProperty& other) noexcept {
     std::swap(m_PropertyID, other.m_PropertyID);
     std::swap(m_DataType, other.m_DataType);

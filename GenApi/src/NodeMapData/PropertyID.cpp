@@ -17,10 +17,6 @@ constexpr auto names = [] {
 
 }  // namespace
 
-bool CPropertyID::HasName() const {
-    return m_ID < names.size() && names[m_ID] != nullptr;
-}
-
 std::string CPropertyID::ToString() const {
     if (HasName()) {
         return names[m_ID];

@@ -34,7 +34,7 @@ CCacheTables ReadCacheTables(CCacheReader& reader);
 template <class Take>
 void ReadCacheProperties(CCacheReader& reader, const CCacheCounts& counts,
                          INodeDataMap* pNodeDataMap, const Take& take) {
-    const auto count = reader.Number(4);
+    const auto count = reader.Number<4>();
     for (uint64_t i = 0; i < count && reader.IsGood(); ++i) {
         CProperty property = CProperty::FromFile(reader, counts, pNodeDataMap);
         if (reader.IsGood()) {

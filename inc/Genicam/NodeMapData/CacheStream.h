@@ -44,8 +44,20 @@ public:
 
     explicit CCacheReader(std::string_view bytes) : m_Rest(bytes) {}
 
-    /// @param bytes  of the number, 1 to 8
-    uint64_t Number(size_t bytes);
+    /// @tparam Bytes  of the number, 1 to 8
+    template <size_t Bytes>
+    uint64_t Number() {
+        if (m_Rest.size() < Bytes) [[unlikely]] {
+            Fail(State::Corrupt);
+            return 0;
+        }
+        uint64_t number = 0;
+        for (size_t i = 0; i < Bytes; ++i) {
+            number |= uint64_t{static_cast<uint8_t>(m_Rest[i])} << (8 * i);
+        }
+        m_Rest.remove_prefix(Bytes);
+        return number;
+    }
     /// A text and its zero; lives as long as the file's bytes.
     std::string_view Text();
     /// Passes the header, or fails as Foreign.

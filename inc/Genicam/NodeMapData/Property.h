@@ -102,7 +102,11 @@ public:
     CProperty(const CProperty& source, INodeDataMap* pTargetMap);
     CProperty(CProperty&& source) noexcept;
     CProperty& operator=(CProperty source) noexcept;
-    ~CProperty();
+    ~CProperty() {
+        if (m_HasAttribute) {
+            delete m_Context.m_pAttribute;
+        }
+    }
 
     /// The text of a String_ID value; lives until the map next changes.
     virtual const std::string& String() const;

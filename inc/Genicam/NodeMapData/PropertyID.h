@@ -69,7 +69,10 @@ public:
     }
 
     /// True for the numbers in the table above.
-    bool HasName() const;
+    constexpr bool HasName() const {
+        return m_ID != 0 && m_ID < _Undefined_ID && m_ID != 7 && m_ID != 26 && m_ID != 30 &&
+               m_ID != 36 && m_ID != 37;
+    }
 
     /// A link to a node that a write of the owner goes to.
     constexpr bool IsWritingLink() const {

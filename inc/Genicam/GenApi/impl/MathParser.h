@@ -74,11 +74,17 @@ public:
     using Value = typename Traits::Value;
 
     /// Enters a variable; its place is the number of those before it.
+    /// A formula that was compiled before has to be compiled anew.
     void AddVariable(std::string_view name) {
-        m_Variables.push_back({std::string(name), Traits::kUndefined});
+        Forget();
+        m_Names.emplace_back(name);
+        m_Slots.push_back(Traits::kUndefined);
     }
-    void ClearVariables() { m_Variables.clear(); }
-    Value& GetVariableSlot(size_t index) { return m_Variables[index].slot; }
+    void ClearVariables() {
+        m_Names.clear();
+        Forget();
+    }
+    Value& GetVariableSlot(size_t index) { return m_Slots[index]; }
 
     /// Null, or the text of what is wrong.
     /// @param upperCase  names count as if they were all in upper case
@@ -87,25 +93,44 @@ public:
     const char* Evaluate(Value& result);
 
 private:
-    struct Variable {
-        std::string name;
-        Value slot;
+    /// An arithmetic operator either takes two values from the stack or finds the
+    /// right one in a slot: most have a variable or a number there.
+    enum class Code : uint8_t {
+        Load,
+        Add,
+        Subtract,
+        Multiply,
+        AddSlot,
+        SubtractSlot,
+        MultiplySlot,
+        Operator,
+        OperatorSlot,
+        Complement,
+        Function,
+        RoundAt,
+        Select,
+        Fail
     };
-    enum class Code : uint8_t { Number, Variable, Operator, Function, RoundAt, Select, Fail };
     struct Instruction {
         Code code;
         uint8_t detail;  ///< which operator or function
         union {
-            Value number;
-            size_t index;
+            size_t slot;
             const char* text;
         };
     };
     class Compiler;
 
-    const char* Run(const Instruction& instruction, size_t& depth);
+    /// Drops the program and its numbers; the variables stay.
+    void Forget() {
+        m_IsCompiled = false;
+        m_Program.clear();
+        m_Slots.resize(m_Names.size());
+    }
 
-    std::vector<Variable> m_Variables;
+    std::vector<std::string> m_Names;
+    /// The values of the variables, then the numbers of the formula.
+    std::vector<Value> m_Slots;
     std::vector<Instruction> m_Program;
     std::vector<Value> m_Stack;
     std::string m_UnknownName;
@@ -118,8 +143,12 @@ struct DoubleFormulaTraits {
     static constexpr bool HasFunctions = true;
     /// What a variable holds before it is given a value.
     static constexpr Value kUndefined = -1.68736462823243e+308;
+    static Value Add(Value left, Value right) { return left + right; }
+    static Value Subtract(Value left, Value right) { return left - right; }
+    static Value Multiply(Value left, Value right) { return left * right; }
     /// Reads the number at the begin of a text; gives its length.
     static size_t ParseNumber(std::string_view text, Value& number);
+    /// All other operators.
     static const char* Apply(FormulaOp op, Value left, Value right, Value& result);
     static const char* Complement(Value operand, Value& result);
     static Value Call(FormulaFunction function, Value operand);
@@ -130,6 +159,16 @@ struct Int64FormulaTraits {
     using Value = int64_t;
     static constexpr bool HasFunctions = false;
     static constexpr Value kUndefined = std::numeric_limits<Value>::min();
+    // Unsigned, so that an overflow wraps as the language's numbers do.
+    static Value Add(Value left, Value right) {
+        return static_cast<Value>(static_cast<uint64_t>(left) + static_cast<uint64_t>(right));
+    }
+    static Value Subtract(Value left, Value right) {
+        return static_cast<Value>(static_cast<uint64_t>(left) - static_cast<uint64_t>(right));
+    }
+    static Value Multiply(Value left, Value right) {
+        return static_cast<Value>(static_cast<uint64_t>(left) * static_cast<uint64_t>(right));
+    }
     static size_t ParseNumber(std::string_view text, Value& number);
     static const char* Apply(FormulaOp op, Value left, Value right, Value& result);
     static const char* Complement(Value operand, Value& result);

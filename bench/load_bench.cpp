@@ -1,0 +1,112 @@
+// How long a description takes to load, beside the time that the XML tokeniser
+// alone needs for its bytes, and what a loaded map takes of memory.
+// Usage: load_bench FILE.xml...
+
+#include <expat.h>
+#include <malloc.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "Base/GCException.h"
+#include "GenApi/NodeMapFactory.h"
+#include "Measure.h"
+
+namespace {
+
+using namespace GenApi_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
+
+struct Figures {
+    std::vector<double> parse;
+    std::vector<double> load;
+    std::vector<double> cached;
+    std::vector<double> memory;
+    std::vector<double> link;
+};
+
+std::string ReadFile(const char* name) {
+    std::ifstream file(name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void Tokenise(const std::string& xml) {
+    XML_Parser const parser = XML_ParserCreate(nullptr);
+    if (XML_Parse(parser, xml.data(), static_cast<int>(xml.size()), 1) != XML_STATUS_OK) {
+        std::fprintf(stderr, "load_bench: not well-formed\n");
+        std::exit(1);
+    }
+    XML_ParserFree(parser);
+}
+
+void Destroy(INodeMap* map) {
+    dynamic_cast<IDestroy&>(*map).Destroy();
+}
+
+CNodeMapFactory FactoryOf(const std::string& xml, ECacheUsage_t usage = CacheUsage_Ignore) {
+    return {ContentType_Xml, xml.data(), xml.size(), usage};
+}
+
+size_t UsedBytes() {
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+/// Bytes that the preprocessed data of a description takes, and its links.
+void MeasureMemory(const std::string& xml, Figures& figures) {
+    const size_t before = UsedBytes();
+    CNodeMapFactory factory = FactoryOf(xml);
+    factory.LoadAndInject();
+    const size_t loaded = UsedBytes() - before;
+    CNodeMapFactory::NodeStatistics_t amounts;
+    factory.Preprocess();
+    factory.GetNodeStatistics(amounts);
+    const size_t all = UsedBytes() - before;
+    figures.memory.push_back(static_cast<double>(loaded) / static_cast<double>(xml.size()));
+    figures.link.push_back(static_cast<double>(all - std::min(all, loaded)) /
+                           static_cast<double>(amounts.NumLinks));
+}
+
+void Measure(const char* name, Figures& figures) {
+    const std::string xml = ReadFile(name);
+    MeasureMemory(xml, figures);
+    const double tokenise = Nanoseconds(1, [&] { Tokenise(xml); });
+    const double parse = Nanoseconds(1, [&] { FactoryOf(xml).LoadAndInject(); });
+    const double preprocess = Nanoseconds(1, [&] { FactoryOf(xml).Preprocess(); });
+    const double load = Nanoseconds(1, [&] { Destroy(FactoryOf(xml).CreateNodeMap()); });
+    FactoryOf(xml, CacheUsage_Automatic).Preprocess();
+    const double cached =
+        Nanoseconds(1, [&] { Destroy(FactoryOf(xml, CacheUsage_ForceRead).CreateNodeMap()); });
+    figures.parse.push_back(parse / tokenise);
+    figures.load.push_back(load / tokenise);
+    figures.cached.push_back(cached / load);
+    std::printf("%-36.36s %8.2f %8.2f %8.2f %8.2f %8.2f | %6.2f %6.2f %6.2f | %6.2f %6.1f\n",
+                std::filesystem::path(name).filename().c_str(), tokenise / 1e6, parse / 1e6,
+                preprocess / 1e6, load / 1e6, cached / 1e6, parse / tokenise, load / tokenise,
+                cached / load, figures.memory.back(), figures.link.back());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::string folder = (std::filesystem::temp_directory_path() / "ov_load_bench_XXXXXX").string();
+    if (argc < 2 || mkdtemp(folder.data()) == nullptr) {
+        std::fprintf(stderr, "usage: load_bench FILE.xml...\n");
+        return 1;
+    }
+    setenv("GENICAM_CACHE_V3_0", folder.c_str(), 1);
+    std::printf("%-36s %8s %8s %8s %8s %8s | %6s %6s %6s | %6s %6s\n", "milliseconds", "expat",
+                "parse", "preproc", "load", "disk", "p/e", "l/e", "d/l", "B/XML", "B/link");
+    Figures figures;
+    for (int i = 1; i < argc; ++i) {
+        Measure(argv[i], figures);
+    }
+    std::printf("%-36s %44s | %6.2f %6.2f %6.2f | %6.2f %6.1f\n", "median", "",
+                Median(figures.parse), Median(figures.load), Median(figures.cached),
+                Median(figures.memory), Median(figures.link));
+    std::filesystem::remove_all(folder);
+    return 0;
+}
