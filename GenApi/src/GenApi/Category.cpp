@@ -1,6 +1,7 @@
 #include "GenApi/impl/Category.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace GenApi_3_0_ORVANE {
 
@@ -19,18 +20,41 @@ void CCategoryImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// An inner category has to know its own visibility first. Of other nodes the
+/// description alone says it. Each category takes its turn once, and without
+/// recursion: a description nests them as deep as it likes, or even in a circle.
 void CCategoryImpl::FinalConstruct() {
+    struct Step {
+        CCategoryImpl* category;
+        size_t nextFeature;
+    };
+    std::vector<Step> path;
+    const auto enter = [&path](CCategoryImpl* category) {
+        if (category != nullptr && !std::exchange(category->m_IsConstructed, true)) {
+            path.push_back({category, 0});
+        }
+    };
+    enter(this);
+    while (!path.empty()) {
+        Step& step = path.back();
+        if (step.nextFeature < step.category->m_Features.size()) {
+            IValue* const feature = step.category->m_Features[step.nextFeature++];
+            enter(dynamic_cast<CCategoryImpl*>(feature));
+        } else {
+            CCategoryImpl* const category = step.category;
+            path.pop_back();
+            category->Construct();
+        }
+    }
+}
+
+void CCategoryImpl::Construct() {
     CNodeImpl::FinalConstruct();
     if (m_Features.empty()) {
         OV_ASSERT(m_Visibility == Invisible);
         return;
     }
     for (IValue* const feature : m_Features) {
-        // An inner category has to know its own visibility first. Of other
-        // nodes the description alone says it.
-        if (auto* const category = dynamic_cast<CCategoryImpl*>(feature)) {
-            category->FinalConstruct();
-        }
         m_Visibility =
             std::min(m_Visibility, dynamic_cast<INodePrivate&>(*feature).InternalGetVisibility());
     }
@@ -38,15 +62,32 @@ void CCategoryImpl::FinalConstruct() {
 }
 
 void CCategoryImpl::SetInvisibleIfHigher(EVisibility visibility) {
-    if (m_Visibility > visibility) {
-        m_Visibility = visibility;
-        TellParents();
-    }
+    PassUp({this}, visibility);
 }
 
 void CCategoryImpl::TellParents() {
+    std::vector<CCategoryImpl*> told;
+    AppendOuter(told);
+    PassUp(std::move(told), m_Visibility);
+}
+
+void CCategoryImpl::AppendOuter(std::vector<CCategoryImpl*>& categories) const {
     for (INodePrivate* const parent : m_Parents) {
-        parent->SetInvisibleIfHigher(m_Visibility);
+        if (auto* const category = dynamic_cast<CCategoryImpl*>(parent)) {
+            categories.push_back(category);
+        }
+    }
+}
+
+/// Goes on from each category that the visibility lowers.
+void CCategoryImpl::PassUp(std::vector<CCategoryImpl*> told, EVisibility visibility) {
+    while (!told.empty()) {
+        CCategoryImpl* const category = told.back();
+        told.pop_back();
+        if (category->m_Visibility > visibility) {
+            category->m_Visibility = visibility;
+            category->AppendOuter(told);
+        }
     }
 }
 

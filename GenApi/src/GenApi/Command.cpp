@@ -60,8 +60,11 @@ gcstring CCommand::ToString(bool verify, bool ignoreCache) {
     CallbackList callbacks;
     {
         const AutoLock lock(GetLock());
+        // What an attempt that failed has left behind may be gone by now.
+        TakePending();
         text = ValueT::ToString(verify, ignoreCache);
         callbacks = TakePending();
+        FireCallbacks(callbacks, cbPostInsideLock);
     }
     FireCallbacks(callbacks, cbPostOutsideLock);
     return text;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "GenApi/NodeCallback.h"
+#include "GenApi/impl/NestingScope.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -132,14 +133,25 @@ ECachingMode CNodeImpl::InternalGetCachingMode() {
                    ECachingModeClass::ToString(m_CachingModeCache));
         return m_CachingModeCache;
     }
-    ECachingMode mode = m_CachingMode;
+    const NestingScope nesting(*this);
     // Known before the children are asked, so that a cycle of them ends.
-    m_CachingModeCache = mode;
+    m_CachingModeCache = m_CachingMode;
+    try {
+        m_CachingModeCache = ComputeCachingMode();
+    } catch (...) {
+        m_CachingModeCache = _UndefinedCachingMode;
+        throw;
+    }
+    GCLOGDEBUG(m_pCacheLog, "GetCachingMode = '%s'",
+               ECachingModeClass::ToString(m_CachingModeCache));
+    return m_CachingModeCache;
+}
+
+ECachingMode CNodeImpl::ComputeCachingMode() {
+    ECachingMode mode = m_CachingMode;
     for (INodePrivate* const child : m_WritingChildren) {
         mode = Combine(mode, child->GetCachingMode());
     }
-    m_CachingModeCache = mode;
-    GCLOGDEBUG(m_pCacheLog, "GetCachingMode = '%s'", ECachingModeClass::ToString(mode));
     return mode;
 }
 

@@ -1,5 +1,6 @@
 // How a node's access mode is computed.
 
+#include "GenApi/impl/NestingScope.h"
 #include "GenApi/impl/Node.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -53,22 +54,34 @@ EYesNo CNodeImpl::InternalIsAccessModeCacheable() {
     if (m_AccessModeCacheability != _UndefinedYesNo) {
         return m_AccessModeCacheability;
     }
+    const NestingScope nesting(*this);
+    // Known before the children are asked, so that a cycle of them ends.
+    m_AccessModeCacheability = Yes;
+    try {
+        m_AccessModeCacheability = ComputeAccessModeCacheability();
+    } catch (...) {
+        m_AccessModeCacheability = _UndefinedYesNo;
+        throw;
+    }
+    GCLOGINFO(m_pAccessLog, "InternalIsAccessModeCacheable = '%s'",
+              m_AccessModeCacheability == Yes ? "Yes" : "No");
+    return m_AccessModeCacheability;
+}
+
+EYesNo CNodeImpl::ComputeAccessModeCacheability() {
     const auto forbids = [](const CBooleanPolyRef& reference) {
         return reference.IsPointer() && reference.GetCachingMode() == NoCache;
     };
-    EYesNo cacheable =
-        forbids(m_IsImplemented) || forbids(m_IsAvailable) || forbids(m_IsLocked) ? No : Yes;
-    // Known before the children are asked, so that a cycle of them ends.
-    m_AccessModeCacheability = cacheable;
+    if (forbids(m_IsImplemented) || forbids(m_IsAvailable) || forbids(m_IsLocked)) {
+        // Those that read this node and are read by it have to see it, too.
+        m_AccessModeCacheability = No;
+    }
     for (INodePrivate* const child : m_ReadingChildren) {
         if (child->IsAccessModeCacheable() == No) {
-            cacheable = No;
+            m_AccessModeCacheability = No;
         }
     }
-    m_AccessModeCacheability = cacheable;
-    GCLOGINFO(m_pAccessLog, "InternalIsAccessModeCacheable = '%s'",
-              cacheable == Yes ? "Yes" : "No");
-    return cacheable;
+    return m_AccessModeCacheability;
 }
 
 }  // namespace GenApi_3_0_ORVANE

@@ -6,6 +6,7 @@
 #include "Base/Log.h"
 #include "GenApi/NodeCallback.h"
 #include "GenApi/NodeMapFactory.h"
+#include "GenApi/impl/NestingScope.h"
 #include "GenApi/impl/Node.h"
 #include "GenApi/impl/PropertyField.h"
 
@@ -211,11 +212,17 @@ bool CNodeMap::ParseSwissKnifes(gcstring_vector* errorList) {
 void CNodeMap::SetEntryPoint(EMethod EntryMethod, INodePrivate* pEntryNode, bool ignoreCache) {
     OV_ASSERT(EntryMethod != meUndefined);
     OV_ASSERT(pEntryNode);
-    if (m_EntryDepth++ == 0) {
+    if (m_EntryDepth == 0) {
         m_EntryMethod = EntryMethod;
         m_pEntryNode = pEntryNode;
         m_EntryIgnoreCache = ignoreCache;
+        m_NestedCalls = 0;
+    } else if (m_EntryDepth >= kMaxNesting) {
+        ThrowNestedTooDeep(*pEntryNode);
+    } else if (++m_NestedCalls > kMaxNestedCalls) {
+        ThrowTooManyCalls(*pEntryNode);
     }
+    ++m_EntryDepth;
 }
 
 void CNodeMap::ResetEntryPoint() {

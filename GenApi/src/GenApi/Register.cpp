@@ -71,18 +71,14 @@ EAccessMode CRegisterImpl::InternalGetAccessMode() {
     return CachedAccessMode([this] { return Combine(ComputeAccessMode(m_pPort), m_AccessMode); });
 }
 
-ECachingMode CRegisterImpl::InternalGetCachingMode() {
-    if (m_CachingModeCache != _UndefinedCachingMode) {
-        return CNodeImpl::InternalGetCachingMode();
-    }
-    ECachingMode mode = CNodeImpl::InternalGetCachingMode();
+ECachingMode CRegisterImpl::ComputeCachingMode() {
+    ECachingMode mode = CNodeImpl::ComputeCachingMode();
     for (const CIntegerPolyRef& address : m_Addresses) {
         mode = Combine(mode, address.GetCachingMode());
     }
     for (const IndexedOffset& entry : m_Indices) {
         mode = Combine(mode, Combine(entry.index.GetCachingMode(), entry.offset.GetCachingMode()));
     }
-    m_CachingModeCache = mode;
     return mode;
 }
 

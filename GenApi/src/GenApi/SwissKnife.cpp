@@ -158,15 +158,11 @@ EAccessMode CSwissKnifeBase<Types>::InternalGetAccessMode() {
 }
 
 template <class Types>
-ECachingMode CSwissKnifeBase<Types>::InternalGetCachingMode() {
-    if (m_CachingModeCache != _UndefinedCachingMode) {
-        return CNodeImpl::InternalGetCachingMode();
-    }
-    ECachingMode mode = CNodeImpl::InternalGetCachingMode();
+ECachingMode CSwissKnifeBase<Types>::ComputeCachingMode() {
+    ECachingMode mode = CNodeImpl::ComputeCachingMode();
     for (const Variable& variable : m_Variables) {
         mode = Combine(mode, variable.source.GetCachingMode());
     }
-    m_CachingModeCache = mode;
     return mode;
 }
 

@@ -30,7 +30,7 @@ struct OV_ENGINE_API INodeMap {
     virtual ~INodeMap() = default;
 };
 
-/// Counts nested writes.
+/// Counts what is nested: writes, for example.
 class Counter {
 public:
     void Increment() { ++m_value; }
@@ -39,6 +39,7 @@ public:
         --m_value;
     }
     bool IsZero() const { return m_value == 0; }
+    int64_t Get() const { return m_value; }
 
 private:
     int64_t m_value = 0;
@@ -64,6 +65,9 @@ struct INodeMapPrivate : public INodeMap {
     virtual gcstring GetEntryPoint() = 0;
     virtual bool IsLoggingEnabled() = 0;
     virtual bool IsDeviceLoggingEnabled() = 0;
+    /// Counts the nodes on the way of a question that one node passes on to the
+    /// next without an entry point, as that for a unit.
+    virtual Counter& GetNesting() = 0;
 };
 
 struct Version_t {

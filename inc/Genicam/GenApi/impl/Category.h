@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "GenApi/ICategory.h"
 #include "GenApi/impl/BaseT.h"
 #include "GenApi/impl/NodeT.h"
@@ -23,9 +25,13 @@ public:
 
 private:
     EAccessMode ComputeMode() const;
+    void Construct();
     void TellParents();
+    void AppendOuter(std::vector<CCategoryImpl*>& categories) const;
+    static void PassUp(std::vector<CCategoryImpl*> told, EVisibility visibility);
 
     value_vector m_Features;
+    bool m_IsConstructed = false;
 };
 
 class CCategory : public BaseT<ValueT<NodeT<CCategoryImpl>>> {};

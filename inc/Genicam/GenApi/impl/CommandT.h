@@ -38,6 +38,7 @@ public:
         {
             const AutoLock lock(Base::GetLock());
             isDone = AskDevice(verify, callbacks);
+            FireCallbacks(callbacks, cbPostInsideLock);
         }
         FireCallbacks(callbacks, cbPostOutsideLock);
         return isDone;
@@ -60,11 +61,11 @@ protected:
     }
 
     /// The callbacks that wait, since the command was last read as text, for
-    /// the lock to be released.
+    /// that to succeed.
     CallbackList TakePending() { return std::exchange(m_Pending, {}); }
 
 private:
-    /// @param callbacks  gets what is to be called once the lock is released
+    /// @param callbacks  gets what is to be called once all has succeeded
     bool AskDevice(bool verify, CallbackList& callbacks) {
         const EntryMethodFinalizer entry(*this, meIsDone);
         if (!IsImplemented(this->GetAccessMode())) {
@@ -77,7 +78,6 @@ private:
         if (fireCallbacks) {
             this->CollectCallbacksToFire(callbacks, true);
             SortCallbacks(callbacks);
-            FireCallbacks(callbacks, cbPostInsideLock);
         }
         return isDone;
     }

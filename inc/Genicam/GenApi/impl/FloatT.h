@@ -40,6 +40,7 @@ class FloatT : public NumericT<Base, FloatTraits> {
 public:
     bool HasInc() override {
         const AutoLock lock(Base::GetLock());
+        const NestingScope nesting(*this);
         GCLOGINFOPUSH(Base::m_pRangeLog, "HasInc...");
         bool hasInc = false;
         if constexpr (requires { this->InternalHasInc(); }) {
@@ -62,12 +63,10 @@ public:
         });
     }
     EDisplayNotation GetDisplayNotation() override {
-        const AutoLock lock(Base::GetLock());
-        return this->InternalGetDisplayNotation();
+        return RunQuestion(*this, [&] { return this->InternalGetDisplayNotation(); });
     }
     int64_t GetDisplayPrecision() override {
-        const AutoLock lock(Base::GetLock());
-        return this->InternalGetDisplayPrecision();
+        return RunQuestion(*this, [&] { return this->InternalGetDisplayPrecision(); });
     }
 
 protected:

@@ -4,6 +4,7 @@
 /// middle.
 
 #include "GenApi/impl/EntryMethodFinalizer.h"
+#include "GenApi/impl/NestingScope.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -13,6 +14,15 @@ auto RunRead(CNodeImpl& node, EMethod method, bool ignoreCache, const Read& read
     const AutoLock lock(node.GetLock());
     const EntryMethodFinalizer entry(node, method, ignoreCache);
     return read();
+}
+
+/// Runs `ask` with the map's lock held, for questions that a node may pass on to
+/// the next one as they are.
+template <class Ask>
+auto RunQuestion(CNodeImpl& node, const Ask& ask) {
+    const AutoLock lock(node.GetLock());
+    const NestingScope nesting(node);
+    return ask();
 }
 
 /// Runs `check`, then `write` as a counted write, then `finish`, with the map's

@@ -86,6 +86,9 @@ protected:
     void InternalGetChildren(node_vector& list, ELinkType linkType) const;
     CallbackHandleType InternalRegisterCallback(CNodeCallback* callback);
     bool InternalDeregisterCallback(CallbackHandleType handle);
+    /// The node's caching mode with that of all that its value passes through.
+    /// Classes with further sources of their value add those.
+    virtual ECachingMode ComputeCachingMode();
     /// The text of a node without a value; classes with one know better.
     virtual gcstring InternalToString(bool verify, bool ignoreCache);
     virtual void InternalFromString(const gcstring& value, bool verify);
@@ -157,6 +160,7 @@ protected:
     void* m_pMiscLog = nullptr;
 
 private:
+    EYesNo ComputeAccessModeCacheability();
     EAccessMode LowerByReadingChildren(EAccessMode mode) const;
     EAccessMode LowerByReferences(EAccessMode mode) const;
     void CreateLoggers();
@@ -191,15 +195,14 @@ EAccessMode CNodeImpl::CachedAccessMode(const Compute& compute) {
         return m_AccessModeCache;
     }
     m_AccessModeCache = _CycleDetectAccesMode;
-    EAccessMode mode = NI;
     try {
-        mode = compute();
+        const EAccessMode mode = compute();
+        m_AccessModeCache = InternalIsAccessModeCacheable() == Yes ? mode : _UndefinedAccesMode;
+        return mode;
     } catch (...) {
         m_AccessModeCache = _UndefinedAccesMode;
         throw;
     }
-    m_AccessModeCache = InternalIsAccessModeCacheable() == Yes ? mode : _UndefinedAccesMode;
-    return mode;
 }
 
 /// Calls each callback once.

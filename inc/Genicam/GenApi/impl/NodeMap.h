@@ -73,6 +73,7 @@ public:
     gcstring GetEntryPoint() override;
     bool IsLoggingEnabled() override { return m_IsLoggingEnabled; }
     bool IsDeviceLoggingEnabled() override { return m_IsDeviceLoggingEnabled; }
+    Counter& GetNesting() override { return m_Nesting; }
 
     gcstring GetModelName() override { return m_ModelName; }
     gcstring GetVendorName() override { return m_VendorName; }
@@ -112,9 +113,11 @@ private:
     std::vector<INodePrivate*> m_Node2NodeID;
     std::unique_ptr<string2node_t> m_pNames;
     Counter m_Bathometer;
+    Counter m_Nesting;
     INodePrivate* m_pEntryNode = nullptr;
     EMethod m_EntryMethod = meUndefined;
     uint32_t m_EntryDepth = 0;
+    uint32_t m_NestedCalls = 0;
     bool m_EntryIgnoreCache = false;
     std::vector<INodePrivate*> m_PollingList;
     bool m_IsLoggingEnabled = true;

@@ -66,12 +66,10 @@ public:
         });
     }
     ERepresentation GetRepresentation() override {
-        const AutoLock lock(Base::GetLock());
-        return this->InternalGetRepresentation();
+        return RunQuestion(*this, [&] { return this->InternalGetRepresentation(); });
     }
     gcstring GetUnit() override {
-        const AutoLock lock(Base::GetLock());
-        return this->InternalGetUnit();
+        return RunQuestion(*this, [&] { return this->InternalGetUnit(); });
     }
     void ImposeMin(Value_t value) override { Impose(m_ImposedMin, value); }
     void ImposeMax(Value_t value) override { Impose(m_ImposedMax, value); }

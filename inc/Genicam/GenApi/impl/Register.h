@@ -20,9 +20,9 @@ public:
     EInterfaceType InternalGetPrincipalInterfaceType() override { return intfIRegister; }
     using CNodeImpl::InternalGetAccessMode;
     EAccessMode InternalGetAccessMode() override;
-    ECachingMode InternalGetCachingMode() override;
 
 protected:
+    ECachingMode ComputeCachingMode() override;
     gcstring InternalToString(bool verify, bool ignoreCache) override;
     void InternalFromString(const gcstring& value, bool verify) override;
 

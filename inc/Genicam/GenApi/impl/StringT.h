@@ -39,6 +39,7 @@ public:
     gcstring operator*() override { return GetValue(); }
     int64_t GetMaxLength() override {
         const AutoLock lock(Base::GetLock());
+        const NestingScope nesting(*this);
         GCLOGINFOPUSH(Base::m_pValueLog, "GetMaxLength...");
         const int64_t length = this->InternalGetMaxLength();
         GCLOGINFOPOP(Base::m_pValueLog, "...GetMaxLength = %ld", length);

@@ -56,13 +56,13 @@ public:
     void CheckExpressions() override;
     using CNodeImpl::InternalGetAccessMode;
     EAccessMode InternalGetAccessMode() override;
-    ECachingMode InternalGetCachingMode() override;
 
     /// Evaluates the formula for a value of its free input. The map's lock is
     /// held.
     Value_t GetValueWithInput(Value_t input, bool verify, bool ignoreCache);
 
 protected:
+    ECachingMode ComputeCachingMode() override;
     Value_t InternalGetValue(bool verify, bool ignoreCache) {
         return GetValueWithInput(0, verify, ignoreCache);
     }
