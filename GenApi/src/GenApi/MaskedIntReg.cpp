@@ -5,16 +5,24 @@
 namespace GenApi_3_0_ORVANE {
 
 namespace {
+
 constexpr uint32_t GC_UINT32_MAX = 0xFFFFFFFF;
+
+/// What is no number of a bit must not become one by losing its upper half.
+uint32_t BitOf(const CProperty& property) {
+    const int64_t bit = property.Integer();
+    return bit < 0 || bit >= GC_UINT32_MAX ? GC_UINT32_MAX - 1 : static_cast<uint32_t>(bit);
 }
+
+}  // namespace
 
 void CMaskedIntRegImpl::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::LSB_ID:
-            m_LSB = static_cast<uint32_t>(property.Integer());
+            m_LSB = BitOf(property);
             break;
         case CPropertyID::MSB_ID:
-            m_MSB = static_cast<uint32_t>(property.Integer());
+            m_MSB = BitOf(property);
             break;
         default:
             CIntRegImpl::SetProperty(property);

@@ -1,6 +1,7 @@
 #include "GenApi/impl/Node.h"
 
 #include <algorithm>
+#include <limits>
 #include <string>
 
 #include "GenApi/NodeCallback.h"
@@ -113,7 +114,10 @@ bool CNodeImpl::IsTerminalNode() {
 }
 
 bool CNodeImpl::Poll(int64_t elapsedTime) {
-    m_ElapsedTime += elapsedTime;
+    if (__builtin_add_overflow(m_ElapsedTime, elapsedTime, &m_ElapsedTime)) {
+        using Limits = std::numeric_limits<int64_t>;
+        m_ElapsedTime = elapsedTime > 0 ? Limits::max() : Limits::min();
+    }
     if (m_ElapsedTime < m_PollingTime) {
         return false;
     }

@@ -12,7 +12,13 @@ namespace GenApi_3_0_ORVANE {
 namespace {
 
 using Limits = std::numeric_limits<int64_t>;
-constexpr double kInt64Bound = 9223372036854775808.0;
+
+/// The lower bound is a number that integers have, the upper is the first that
+/// they have not.
+bool IsInInt64(double value) {
+    constexpr double kBound = 9223372036854775808.0;
+    return value >= -kBound && value < kBound;
+}
 
 /// Rows of answers by tag, as one callable.
 template <class... Rows>
@@ -70,7 +76,7 @@ bool CacheValidOf(Interface* source) {
 }  // namespace
 
 int64_t RoundToInt64(double value, const char* operation) {
-    if (!(value > -kInt64Bound && value < kInt64Bound)) {
+    if (!IsInInt64(value)) {
         RUNTIME_EXCEPTION("%s: Float value %f out of integer range", operation, value);
     }
     return static_cast<int64_t>(value > 0 ? value + 0.5 : value - 0.5);
@@ -227,7 +233,7 @@ void CFloatPolyRef::SetValue(double value, bool verify) const {
                   [](double) { ThrowUninitialized(kOperation); },
                   [&](IFloat* source) { source->SetValue(value, verify); },
                   [&](IInteger* source) {
-                      if (!(value > -kInt64Bound && value < kInt64Bound)) {
+                      if (!IsInInt64(value)) {
                           RUNTIME_EXCEPTION(
                               "CIntegerPolyRef::SetValue(): double value outside int64 range");
                       }

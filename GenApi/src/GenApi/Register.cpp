@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "GenApi/impl/Value2String.h"
+#include "RegisterBytes.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -175,21 +176,21 @@ void CRegisterImpl::InternalSet(const uint8_t* buffer, int64_t length, bool veri
 }
 
 gcstring CRegisterImpl::InternalToString(bool verify, bool ignoreCache) {
-    std::vector<uint8_t> bytes(static_cast<size_t>(InternalGetLength()));
-    const auto length = static_cast<int64_t>(bytes.size());
-    InternalGet(bytes.data(), length, verify, ignoreCache);
+    const int64_t length = InternalGetLength();
+    RegisterBytes bytes(*this, length);
+    InternalGet(bytes.Data(), length, verify, ignoreCache);
     gcstring text;
-    Value2String(bytes.data(), text, length);
+    Value2String(bytes.Data(), text, length);
     return text;
 }
 
 void CRegisterImpl::InternalFromString(const gcstring& value, bool verify) {
-    std::vector<uint8_t> bytes(static_cast<size_t>(InternalGetLength()), 0);
-    const auto length = static_cast<int64_t>(bytes.size());
-    if (!String2Value(value, bytes.data(), length)) {
+    const int64_t length = InternalGetLength();
+    RegisterBytes bytes(*this, length);
+    if (!String2Value(value, bytes.Data(), length)) {
         INVALID_ARGUMENT_EXCEPTION_NODE("Node '%s' : cannot convert hex string", m_Name.c_str());
     }
-    InternalSet(bytes.data(), length, verify);
+    InternalSet(bytes.Data(), length, verify);
 }
 
 }  // namespace GenApi_3_0_ORVANE

@@ -254,7 +254,7 @@ typename CSwissKnifeBase<Types>::Value_t CSwissKnifeBase<Types>::ReadEntry(
         RUNTIME_EXCEPTION_NODE("Variable '%s' does not point to EnumEntry '%s'",
                                variable.name.c_str(), symbolic.c_str());
     }
-    return static_cast<Value_t>(entry->GetNumericValue());
+    return Types::FromNumericValue(entry->GetNumericValue());
 }
 
 template <class Types>

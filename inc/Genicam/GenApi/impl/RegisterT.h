@@ -57,7 +57,8 @@ public:
 private:
     static gcstring HexText(const uint8_t* buffer, int64_t length) {
         gcstring text;
-        Value2String(buffer, text, length);
+        // Null is refused, but only after the line about the call.
+        Value2String(buffer, text, buffer == nullptr ? 0 : length);
         return text;
     }
 };

@@ -1,6 +1,7 @@
 #pragma once
 /// Nodes whose value is a formula over other nodes.
 
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -113,6 +114,7 @@ struct SwissKnifeTypes {
     static constexpr const char* kReadOnly =
         "SwissKnife : %s SetValue failed. SwissKnife is read only";
     static constexpr const char* kNoEnumeration = "Variable does not point to enumeration %s";
+    static double FromNumericValue(double value) { return value; }
 };
 
 struct IntSwissKnifeTypes {
@@ -124,6 +126,9 @@ struct IntSwissKnifeTypes {
     static constexpr const char* kReadOnly =
         "IntSwissKnife : %s SetValue failed. IntSwissKnife is read only.";
     static constexpr const char* kNoEnumeration = "Variable '%s' does not point to enumeration";
+    static int64_t FromNumericValue(double value) {
+        return RoundToInt64(std::trunc(value), "IntSwissKnife");
+    }
 };
 
 extern template class CSwissKnifeBase<SwissKnifeTypes>;
