@@ -7,15 +7,20 @@
 #include "GenApi/impl/Category.h"
 #include "GenApi/impl/Command.h"
 #include "GenApi/impl/Converter.h"
+#include "GenApi/impl/DcamAccessCtrlReg.h"
 #include "GenApi/impl/EnumEntry.h"
 #include "GenApi/impl/Enumeration.h"
 #include "GenApi/impl/Float.h"
 #include "GenApi/impl/FltReg.h"
+#include "GenApi/impl/IEEE1212Parser.h"
+#include "GenApi/impl/IntKey.h"
 #include "GenApi/impl/Integer.h"
 #include "GenApi/impl/MaskedIntReg.h"
+#include "GenApi/impl/SmartFeature.h"
 #include "GenApi/impl/StringNode.h"
 #include "GenApi/impl/StringRegister.h"
 #include "GenApi/impl/SwissKnife.h"
+#include "GenApi/impl/TxtKey.h"
 #include "GenApi/impl/ValueNode.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -34,7 +39,7 @@ struct Row {
     Maker make;
 };
 
-/// The node classes by type. The types of IEEE 1394 cameras have none here.
+/// The node classes by type.
 constexpr std::array kRows{
     Row{CNodeData::Node_ID, &Make<CValueNode>},
     Row{CNodeData::Category_ID, &Make<CCategory>},
@@ -48,7 +53,12 @@ constexpr std::array kRows{
     Row{CNodeData::FloatReg_ID, &Make<CFltReg>},
     Row{CNodeData::SwissKnife_ID, &Make<CSwissKnife>},
     Row{CNodeData::IntSwissKnife_ID, &Make<CIntSwissKnife>},
+    Row{CNodeData::IntKey_ID, &Make<CIntKey>},
+    Row{CNodeData::TextDesc_ID, &Make<CTxtKey>},
     Row{CNodeData::Port_ID, &Make<CPort>},
+    Row{CNodeData::ConfRom_ID, &Make<CIEEE1212Parser>},
+    Row{CNodeData::AdvFeatureLock_ID, &Make<CDcamAccessCtrlReg>},
+    Row{CNodeData::SmartFeature_ID, &Make<CSmartFeature>},
     Row{CNodeData::String_ID, &Make<CStringNode>},
     Row{CNodeData::StringReg_ID, &Make<CStringRegister>},
     Row{CNodeData::Boolean_ID, &Make<CBoolean>},

@@ -126,6 +126,59 @@ bool String2Value(const gcstring& text, uint8_t* bytes, int64_t length) {
     return true;
 }
 
+void Value2String(const GUID& guid, gcstring& text) {
+    std::array<char, 40> form{};
+    const auto& rest = guid.Data4;
+    std::snprintf(form.data(), form.size(), "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}",
+                  guid.Data1, guid.Data2, guid.Data3, rest[0], rest[1], rest[2], rest[3], rest[4],
+                  rest[5], rest[6], rest[7]);
+    text = form.data();
+}
+
+namespace {
+
+/// Reads digits that fill the number exactly.
+template <class Number>
+bool TakeHex(std::string_view& text, Number& number) {
+    constexpr size_t kDigits = 2 * sizeof(Number);
+    if (text.size() < kDigits) {
+        return false;
+    }
+    const char* const end = text.data() + kDigits;
+    const bool isRead = std::from_chars(text.data(), end, number, 16).ptr == end;
+    text.remove_prefix(kDigits);
+    return isRead;
+}
+
+bool TakeDash(std::string_view& text) {
+    if (!text.starts_with('-')) {
+        return false;
+    }
+    text.remove_prefix(1);
+    return true;
+}
+
+}  // namespace
+
+bool String2Value(const gcstring& text, GUID* guid) {
+    std::string_view form(text.c_str(), text.size());
+    if (form.starts_with('{') && form.ends_with('}')) {
+        form = form.substr(1, form.size() - 2);
+    }
+    GUID result{};
+    bool isRead = TakeHex(form, result.Data1) && TakeDash(form) && TakeHex(form, result.Data2) &&
+                  TakeDash(form) && TakeHex(form, result.Data3) && TakeDash(form);
+    for (size_t i = 0; isRead && i < std::size(result.Data4); ++i) {
+        constexpr size_t kDashPlace = 2;
+        isRead = (i != kDashPlace || TakeDash(form)) && TakeHex(form, result.Data4[i]);
+    }
+    if (!isRead || !form.empty()) {
+        return false;
+    }
+    *guid = result;
+    return true;
+}
+
 bool String2Value(const gcstring& text, bool* value) {
     if (text == "true" || text == "True" || text == "TRUE") {
         *value = true;

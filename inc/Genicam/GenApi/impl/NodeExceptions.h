@@ -50,6 +50,7 @@ private:
     throw ::GenApi_3_0_ORVANE::ExceptionReporterNode<::GenICam_3_0_ORVANE::type>(*this, __FILE__, \
                                                                                  __LINE__, #type) \
         .Report
+#define GENERIC_EXCEPTION_NODE OV_THROW_NODE(GenericException)
 #define INVALID_ARGUMENT_EXCEPTION_NODE OV_THROW_NODE(InvalidArgumentException)
 #define OUT_OF_RANGE_EXCEPTION_NODE OV_THROW_NODE(OutOfRangeException)
 #define RUNTIME_EXCEPTION_NODE OV_THROW_NODE(RuntimeException)

@@ -14,6 +14,20 @@ void Value2String(const uint8_t* bytes, gcstring& text, int64_t length);
 /// length ends.
 bool String2Value(const gcstring& text, uint8_t* bytes, int64_t length);
 
+/// A number that is the only one of its kind, as registries keep it.
+struct GUID {
+    uint32_t Data1;
+    uint16_t Data2;
+    uint16_t Data3;
+    uint8_t Data4[8];
+    bool operator==(const GUID&) const = default;
+};
+
+/// The form with braces, in capitals.
+void Value2String(const GUID& guid, gcstring& text);
+/// The form with or without braces.
+bool String2Value(const gcstring& text, GUID* guid);
+
 /// "true", "false" or a number.
 bool String2Value(const gcstring& text, bool* value);
 /// A number as the "C" locale writes it.

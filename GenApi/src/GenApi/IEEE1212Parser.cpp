@@ -1,0 +1,140 @@
+#include "GenApi/impl/IEEE1212Parser.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <new>
+#include <stdexcept>
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+std::string KeyText(uint32_t key) {
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "0x%x", key);
+    return text.data();
+}
+
+}  // namespace
+
+void CIEEE1212ParserImpl::SetProperty(const CProperty& property) {
+    if (property.GetPropertyID() == CPropertyID::Unit_ID) {
+        m_UnitSpecifier = static_cast<uint32_t>(property.Integer());
+    } else {
+        CRegisterImpl::SetProperty(property);
+    }
+}
+
+void CIEEE1212ParserImpl::SetInvalid(ESetInvalidMode mode) {
+    CRegisterImpl::SetInvalid(mode);
+    if (IsReadable(InternalGetAccessMode()) && !IsSameUnit()) {
+        m_Entries = {};
+    }
+    // The port may not have been invalidated yet, so its answer is not for
+    // keeping.
+    m_AccessModeCache = _UndefinedAccesMode;
+}
+
+/// A ROM that can't be read now may be another one: what it gives is found out
+/// at the next read, which reports the failure.
+bool CIEEE1212ParserImpl::IsSameUnit() {
+    try {
+        std::array<uint8_t, ConfRomReader::kHeadBytes> head{};
+        InternalGet(head.data(), head.size(), false, true);
+        return ConfRomReader({head.begin(), head.end()}).UnitIdentifier() == m_UnitIdentifier;
+    } catch (const GenICam_3_0_ORVANE::GenericException&) {
+        return false;
+    }
+}
+
+std::vector<uint8_t> CIEEE1212ParserImpl::ReadImage(size_t length) {
+    std::vector<uint8_t> image;
+    try {
+        image.resize(length);
+    } catch (const std::length_error&) {
+        GENERIC_EXCEPTION_NODE("Out of memory");
+    } catch (const std::bad_alloc&) {
+        GENERIC_EXCEPTION_NODE("Out of memory");
+    }
+    // What is kept of the ROM are the entries: the port's bytes may be another unit's.
+    InternalGet(image.data(), static_cast<int64_t>(length), false, true);
+    return image;
+}
+
+void CIEEE1212ParserImpl::ParseConfRom(uint32_t key) {
+    const ConfRomReader rom(ReadImage(static_cast<size_t>(InternalGetLength())));
+    try {
+        const uint64_t identifier = rom.UnitIdentifier();
+        if (identifier != m_UnitIdentifier) {
+            m_Entries = {};
+            m_UnitIdentifier = identifier;
+        }
+        rom.Find(key, m_UnitSpecifier, m_Entries);
+    } catch (...) {
+        m_Entries = {};
+        throw;
+    }
+}
+
+template <class Values>
+auto CIEEE1212ParserImpl::Find(const Values& values, uint32_t key) {
+    if (!m_Entries.Holds(key)) {
+        ParseConfRom(key);
+    }
+    const auto found = values.find(key);
+    if (found == values.end()) {
+        RUNTIME_EXCEPTION_NODE("Key 0x%x, not found", key);
+    }
+    return found->second;
+}
+
+int64_t CIEEE1212ParserImpl::GetInteger(uint32_t key) {
+    return Find(m_Entries.integers, key);
+}
+
+gcstring CIEEE1212ParserImpl::GetText(uint32_t key) {
+    return Find(m_Entries.texts, key).c_str();
+}
+
+gcstring CIEEE1212ParserImpl::InternalToString(bool /*verify*/, bool /*ignoreCache*/) {
+    std::string text = "CIEEE1212Parser: -";
+    for (const auto& [key, value] : m_Entries.integers) {
+        text += " " + KeyText(key) + " = " + KeyText(static_cast<uint32_t>(value));
+    }
+    for (const auto& [key, value] : m_Entries.texts) {
+        text += " " + KeyText(key) + " = '" + value + "'";
+    }
+    return text.c_str();
+}
+
+void CIEEE1212ParserImpl::InternalSet(const uint8_t* /*buffer*/, int64_t /*length*/,
+                                      bool /*verify*/) {
+    ACCESS_EXCEPTION_NODE("Node is not writable.");
+}
+
+void CConfRomKeyImpl::SetProperty(const CProperty& property) {
+    switch (property.GetPropertyID()) {
+        case CPropertyID::p1212Parser_ID:
+            m_pParser = dynamic_cast<CIEEE1212ParserImpl*>(LinkChild(property, ReadRole));
+            break;
+        case CPropertyID::Key_ID:
+            m_Key = static_cast<uint32_t>(property.Integer());
+            break;
+        default:
+            CNodeImpl::SetProperty(property);
+    }
+}
+
+void CConfRomKeyImpl::FinalConstruct() {
+    if (m_pParser == nullptr) {
+        RUNTIME_EXCEPTION_NODE("The 'p1212Parser' of a key is no parser.");
+    }
+    CNodeImpl::FinalConstruct();
+}
+
+EAccessMode CConfRomKeyImpl::InternalGetAccessMode() {
+    return CNodeImpl::InternalGetAccessMode(m_pParser);
+}
+
+}  // namespace GenApi_3_0_ORVANE
