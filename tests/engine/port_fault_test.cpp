@@ -362,6 +362,38 @@ INSTANTIATE_TEST_SUITE_P(All, PortFaultTest,
                                     (std::get<1>(test.param) ? "Known" : "Fresh");
                          });
 
+/// Reading the text of a command may find it done. Its callbacks have to wait
+/// until nothing can fail any more, and must not wait for the next reading.
+TEST(CommandText, ThatFailsRunsNoCallbackThenOrLater) {
+    for (size_t access = 1;; ++access) {
+        FaultCamera camera(true);
+        NotingCallback::Calls calls;
+        INode& start = camera.Get("Start");
+        dynamic_cast<ICommand&>(start).Execute();
+        const int32_t finished = 0;
+        dynamic_cast<IPort&>(camera.Get("Device")).Write(&finished, 0x9C, sizeof(finished));
+        const CallbackHandleType handle = NotingCallback::On(start, calls);
+        camera.TakeCalls();
+        camera.Port().Restart(access);
+        const auto read = [&start] { return dynamic_cast<IValue&>(start).ToString(true); };
+        try {
+            EXPECT_EQ(read(), "0");
+            EXPECT_EQ(calls.size(), 2U);
+            EXPECT_GT(access, 1U);
+            break;
+        } catch (const GenericException&) {
+            EXPECT_TRUE(calls.empty());
+        } catch (const PortFault&) {
+            EXPECT_TRUE(calls.empty());
+        }
+        camera.ExpectAtRest();
+        EXPECT_EQ(camera.TakeCalls(), NotingCallback::Calls());
+        start.DeregisterCallback(handle);
+        EXPECT_EQ(read(), "0");
+        EXPECT_TRUE(calls.empty());
+    }
+}
+
 }  // namespace
 
 }  // namespace EngineTest
