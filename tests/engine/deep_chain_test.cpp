@@ -174,7 +174,9 @@ TEST(NestedCategories, TakeTheirTurnOnce) {
     constexpr int kLevels = 64;
     for (int number = 1; number <= kLevels; ++number) {
         const std::string next = number == kLevels ? "End" : Numbered("N", number + 1);
-        body += CategoryNode(number, next + "</pFeature><pFeature>" + next);
+        std::string twice = next;
+        twice.append("</pFeature><pFeature>").append(next);
+        body += CategoryNode(number, twice);
     }
     XmlNodeMap nodes(body);
     EXPECT_EQ(nodes.Get("N1").GetVisibility(), Expert);
@@ -218,8 +220,8 @@ std::string Refusal(NodesByHand& nodes, const Ask& ask) {
 }
 
 std::string TooDeepAt(int number) {
-    return "Node 'N" + std::to_string(number) + "' : the chain of nodes that leads here is " +
-           "longer than 512";
+    return Numbered("Node 'N", number) +
+           "' : the chain of nodes that leads here is longer than 512";
 }
 
 TEST(LongChain, OfNumbersEndsInAClearException) {

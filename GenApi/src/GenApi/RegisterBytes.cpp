@@ -27,7 +27,9 @@ RegisterBytes::RegisterBytes(INodePrivate& node, int64_t length) {
     if (size <= m_Short.size()) {
         return;
     }
-    // Large blocks of zeros come from the system page by page, when touched.
+    // Large blocks of zeros come from the system page by page, when touched,
+    // where a container would touch them all.
+    // NOLINTNEXTLINE(cppcoreguidelines-no-malloc)
     m_pLong.reset(static_cast<uint8_t*>(std::calloc(size, 1)));
     if (m_pLong == nullptr) {
         throw ExceptionReporterNode<RuntimeException>(node, __FILE__, __LINE__, "RuntimeException")

@@ -25,6 +25,7 @@ public:
 
 private:
     struct Free {
+        // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): what std::calloc gave
         void operator()(uint8_t* bytes) const { std::free(bytes); }
     };
 
