@@ -1,0 +1,91 @@
+#pragma once
+/// All settings that a device can hold, its user and sequencer sets included.
+
+#include <iterator>
+#include <memory>
+#include <vector>
+
+#include "GenApi/FeatureBag.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Keeps a bag for the current settings ("All"), one for each user set
+/// ("UserSet.<symbolic>") and one for each sequencer set
+/// ("SequencerSet.<number>"). Owns its bags; belongs to one thread.
+class OV_ENGINE_API CFeatureBagger {
+    using Bags = std::vector<std::unique_ptr<CFeatureBag>>;
+
+public:
+    /// Visits the bags in order, which stay the bagger's.
+    class const_iterator {
+    public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = CFeatureBag*;
+        using difference_type = std::ptrdiff_t;
+        using pointer = CFeatureBag* const*;
+        using reference = CFeatureBag*;
+
+        const_iterator() = default;
+        explicit const_iterator(Bags::const_iterator position) : m_Position(position) {}
+        CFeatureBag* operator*() const { return m_Position->get(); }
+        const_iterator& operator++() {
+            ++m_Position;
+            return *this;
+        }
+        const_iterator operator++(int) { return const_iterator(m_Position++); }
+        bool operator==(const const_iterator& other) const = default;
+
+    private:
+        Bags::const_iterator m_Position;
+    };
+
+    CFeatureBagger();
+    virtual ~CFeatureBagger();
+
+    /// The text that bags get from now on.
+    void SetInfo(const gcstring& info) { m_Info = info; }
+    /// Appends bags with what a device holds. Its sets are loaded for that one
+    /// after the other; what was set before is written back at the end, after a
+    /// failure too.
+    /// @param maxEntries  how many entries a bag takes at most; -1 for all
+    /// @return the number of entries in the new bags
+    /// InvalidArgumentException without a map; failures of nodes as they come.
+    int64_t Bag(INodeMap* nodeMap, bool bagAll = true, bool bagUserSets = true,
+                bool bagSequencerSets = true, int64_t maxEntries = -1);
+    /// Writes the bags of sets to a device and saves each set there; the bag
+    /// "All" comes last, so that its settings are those in use. The default
+    /// user set belongs to the maker and is left alone.
+    /// @param verify  as for CFeatureBag::LoadFromBag
+    /// @param errors  as for CFeatureBag::LoadFromBag
+    /// @return whether there was nothing to note
+    /// InvalidArgumentException without a map.
+    bool UnBag(INodeMap* nodeMap, bool verify = true, gcstring_vector* errors = nullptr);
+
+    /// Appends an empty bag, which stays the bagger's.
+    CFeatureBag* AddBag(const gcstring& bagName);
+    void DeleteAllBags() { m_Bags.clear(); }
+
+    const_iterator begin() const { return const_iterator(m_Bags.begin()); }
+    const_iterator end() const { return const_iterator(m_Bags.end()); }
+    size_t size() const { return m_Bags.size(); }
+    /// OutOfRangeException beyond the last bag.
+    CFeatureBag* at(size_t index) const;
+
+private:
+    struct SetNodes;
+    static const SetNodes kUserSets;
+    static const SetNodes kSequencerSets;
+
+    int64_t BagAsked(INodeMap& nodeMap, bool bagAll, bool bagUserSets, bool bagSequencerSets,
+                     int64_t maxEntries);
+    template <class Digit>
+    int64_t BagSets(INodeMap& nodeMap, const SetNodes& nodes, int64_t maxEntries);
+    template <class SelectorPointer>
+    static bool UnBagCustomAction(INodeMap& nodeMap, const CFeatureBag& bag, const SetNodes& nodes,
+                                  bool verify, gcstring_vector* errors);
+
+    Bags m_Bags;
+    gcstring m_Info;
+};
+
+}  // namespace GenApi_3_0_ORVANE
