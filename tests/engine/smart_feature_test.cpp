@@ -1,9 +1,8 @@
-// The registers by which IEEE 1394 cameras give access to their own features.
+// The registers that tell where an IEEE 1394 camera keeps its smart features.
 
 #include "GenApi/IRegister.h"
 #include "GenApi/impl/Value2String.h"
 #include "node_graph.h"
-#include "value_graph.h"
 
 namespace EngineTest {
 
@@ -15,13 +14,6 @@ constexpr int64_t kAddress = 0x100;
 std::string SmartFeatureXml(const std::string& guid) {
     return "<SmartFeature Name=\"Smart\"><FeatureID>" + guid +
            "</FeatureID><Address>0x100</Address><pPort>Device</pPort></SmartFeature>";
-}
-
-std::string LockXml(const std::string& accessMode, int length = 8) {
-    return "<AdvFeatureLock Name=\"Lock\"><Address>0x100</Address><Length>" +
-           std::to_string(length) + "</Length><AccessMode>" + accessMode +
-           "</AccessMode><pPort>Device</pPort><FeatureID>0xACDE48000012</FeatureID>"
-           "<Timeout>0x1234</Timeout></AdvFeatureLock>";
 }
 
 }  // namespace
@@ -47,11 +39,33 @@ TEST(SmartFeature, IsAccessibleAsItsPortIs) {
     EXPECT_EQ(closed.Get("Smart").GetAccessMode(), NA);
 }
 
+TEST(SmartFeature, AsksTheCameraAnewWhenTheCacheMayNotAnswer) {
+    XmlNodeMap map(SmartFeatureXml(kGuid));
+    auto& smart = map.Get<IInteger>("Smart");
+    smart.GetValue();
+    smart.GetValue();
+    EXPECT_EQ(map.Port().GetAccesses().size(), 2U);
+    map.Port().PutBytes(kAddress + 16, {0, 0, 0, 5, 0, 0, 0, 0});
+    EXPECT_EQ(smart.GetValue(false, true), 5);
+    EXPECT_EQ(map.Port().GetAccesses().size(), 4U);
+}
+
+TEST(SmartFeature, IsAnIntegerWithoutLimits) {
+    XmlNodeMap map(SmartFeatureXml(kGuid));
+    auto& smart = map.Get<IInteger>("Smart");
+    EXPECT_EQ(map.Get("Smart").GetPrincipalInterfaceType(), intfIInteger);
+    EXPECT_EQ(smart.GetMin(), std::numeric_limits<int64_t>::min());
+    EXPECT_EQ(smart.GetMax(), std::numeric_limits<int64_t>::max());
+    EXPECT_EQ(smart.GetInc(), 1);
+}
+
 TEST(SmartFeature, CannotBeWritten) {
     XmlNodeMap map(SmartFeatureXml(kGuid));
-    EXPECT_EQ(
-        DescriptionOf<RuntimeException>([&] { map.Get<IInteger>("Smart").SetValue(1, false); }),
-        "CSmartFeatureImpl::InternalSetValue : a smart feature cannot be written");
+    auto& smart = map.Get<IInteger>("Smart");
+    for (const bool verify : {true, false}) {
+        EXPECT_EQ(DescriptionOf<RuntimeException>([&] { smart.SetValue(1, verify); }),
+                  "CSmartFeatureImpl::InternalSetValue : a smart feature cannot be written");
+    }
     EXPECT_EQ(map.Port().GetWrites(), 0U);
 }
 
@@ -79,38 +93,6 @@ TEST(Guid, KeepsTheFormOfRegistries) {
     const GUID before = guid;
     EXPECT_FALSE(String2Value("{00112233-4455}", &guid));
     EXPECT_EQ(guid, before);
-}
-
-TEST(AdvancedFeatureLock, AsksByIdentifierAndTimeBeforeEachRead) {
-    XmlNodeMap map(LockXml("RW"));
-    EXPECT_EQ(map.Get<IInteger>("Lock").GetValue(), static_cast<int64_t>(0xACDE480000120234));
-    const std::vector<TestPort::Access> accesses{{true, kAddress, 8}, {false, kAddress, 8}};
-    EXPECT_EQ(map.Port().GetAccesses(), accesses);
-    EXPECT_THAT(map.Port().PeekBytes(kAddress, 8),
-                testing::ElementsAre(0xAC, 0xDE, 0x48, 0x00, 0x00, 0x12, 0x02, 0x34));
-    uint8_t bytes[8] = {};
-    map.Get<IRegister>("Lock").Get(bytes, sizeof bytes);
-    EXPECT_EQ(map.Port().GetAccesses().size(), 4U);
-    EXPECT_EQ(bytes[0], 0xAC);
-}
-
-TEST(AdvancedFeatureLock, MustBeReadableToAnswer) {
-    XmlNodeMap map(LockXml("WO"));
-    EXPECT_EQ(DescriptionOf<AccessException>([&] { map.Get<IInteger>("Lock").GetValue(); }),
-              "Node is not readable.");
-    EXPECT_EQ(map.Port().GetAccesses().size(), 0U);
-}
-
-TEST(AdvancedFeatureLockDeathTest, IsNotForWriting) {
-    XmlNodeMap map(LockXml("RW"));
-    const uint8_t bytes[8] = {};
-    EXPECT_DEATH(map.Get<IRegister>("Lock").Set(bytes, 8), "InternalSet must not be called");
-    EXPECT_DEATH(map.Get<IInteger>("Lock").SetValue(1), "InternalSetValue must not be called");
-}
-
-TEST(AdvancedFeatureLockDeathTest, IsOfEightBytes) {
-    XmlNodeMap map(LockXml("RW", 4));
-    EXPECT_DEATH(map.Get<IInteger>("Lock").GetValue(), "m_Length.GetValue\\(\\) == 8");
 }
 
 }  // namespace EngineTest

@@ -1,5 +1,7 @@
 #include "GenApi/impl/ConfRomReader.h"
 
+#include <algorithm>
+
 #include "Base/GCException.h"
 #include "GenApi/impl/BigEndian.h"
 
@@ -73,46 +75,63 @@ std::vector<ConfRomReader::Entry> ConfRomReader::Directory(Place place) const {
 
 void ConfRomReader::Find(uint32_t key, uint32_t unitSpecifier, ConfRomEntries& entries) const {
     const Place root = RootDirectory();
-    if (ParseDirectory(root, key, entries)) {
-        return;
-    }
-    for (const Entry& entry : Directory(root)) {
-        if (entry.key == kUnitDirectoryKey && IsUnitOf(entry.Target(), unitSpecifier) &&
-            ParseUnitDirectory(entry.Target(), key, entries)) {
-            return;
-        }
+    if (!ParseRootDirectory(root, key, entries)) {
+        LocateUnitDirectory(root, key, unitSpecifier, entries);
     }
 }
 
-bool ConfRomReader::IsUnitOf(Place place, uint32_t unitSpecifier) const {
+bool ConfRomReader::ParseRootDirectory(Place root, uint32_t key, ConfRomEntries& entries) const {
+    return ParseDirectory(root, key, entries);
+}
+
+bool ConfRomReader::LocateUnitDirectory(Place root, uint32_t key, uint32_t unitSpecifier,
+                                        ConfRomEntries& entries) const {
+    std::set<Place> searchedUnits;
+    std::set<Place> searchedDependents;
+    for (const Entry& entry : Directory(root)) {
+        if (entry.key == kUnitDirectoryKey && searchedUnits.insert(entry.Target()).second &&
+            IsUnitOf(entry.Target(), unitSpecifier) &&
+            ParseUnitDirectory(entry.Target(), key, searchedDependents, entries)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool ConfRomReader::IsUnitOf(Place directory, uint32_t unitSpecifier) const {
     ConfRomEntries entries;
-    return ParseDirectory(place, kUnitSpecifierKey, entries) &&
+    return ParseDirectory(directory, kUnitSpecifierKey, entries) &&
            entries.integers.at(kUnitSpecifierKey) == unitSpecifier;
 }
 
-bool ConfRomReader::ParseUnitDirectory(Place place, uint32_t key, ConfRomEntries& entries) const {
-    if (ParseDirectory(place, key, entries)) {
+bool ConfRomReader::ParseUnitDirectory(Place directory, uint32_t key, std::set<Place>& searched,
+                                       ConfRomEntries& entries) const {
+    if (ParseDirectory(directory, key, entries)) {
         return true;
     }
-    for (const Entry& entry : Directory(place)) {
-        if (entry.key == kDependentDirectoryKey && ParseDirectory(entry.Target(), key, entries)) {
+    for (const Entry& entry : Directory(directory)) {
+        if (entry.key == kDependentDirectoryKey && searched.insert(entry.Target()).second &&
+            ParseUnitDependentDirectory(entry.Target(), key, entries)) {
             return true;
         }
     }
     return false;
 }
 
-/// Whether the directory has the key.
-bool ConfRomReader::ParseDirectory(Place place, uint32_t key, ConfRomEntries& entries) const {
-    const std::vector<Entry> directory = Directory(place);
-    for (size_t i = 0; i < directory.size(); ++i) {
-        if (directory[i].key == key) {
-            TakeEntry(directory[i], i + 1 < directory.size() ? &directory[i + 1] : nullptr,
-                      entries);
-            return true;
-        }
+bool ConfRomReader::ParseUnitDependentDirectory(Place directory, uint32_t key,
+                                                ConfRomEntries& entries) const {
+    return ParseDirectory(directory, key, entries);
+}
+
+bool ConfRomReader::ParseDirectory(Place directory, uint32_t key, ConfRomEntries& entries) const {
+    const std::vector<Entry> all = Directory(directory);
+    const auto found =
+        std::find_if(all.begin(), all.end(), [key](const Entry& e) { return e.key == key; });
+    if (found == all.end()) {
+        return false;
     }
-    return false;
+    TakeEntry(*found, found + 1 != all.end() ? &*(found + 1) : nullptr, entries);
+    return true;
 }
 
 /// @param next  the entry behind, which may describe this one; may be null
@@ -139,9 +158,9 @@ void ConfRomReader::TakeDescriptorOf(uint32_t key, const Entry& descriptor,
     if (descriptor.key == kTextLeafKey) {
         ParseDescriptor(descriptor.Target(), key, entries);
     } else if (descriptor.key == kTextDirectoryKey) {
+        // The same text in several languages, or in several forms.
         for (const Entry& entry : Directory(descriptor.Target())) {
-            if (entry.key == kTextLeafKey) {
-                ParseDescriptor(entry.Target(), key, entries);
+            if (entry.key == kTextLeafKey && ParseDescriptor(entry.Target(), key, entries)) {
                 return;
             }
         }
@@ -149,17 +168,18 @@ void ConfRomReader::TakeDescriptorOf(uint32_t key, const Entry& descriptor,
 }
 
 /// A leaf that is no plain text in the language of all units is passed over.
-void ConfRomReader::ParseDescriptor(Place leaf, uint32_t key, ConfRomEntries& entries) const {
+bool ConfRomReader::ParseDescriptor(Place leaf, uint32_t key, ConfRomEntries& entries) const {
     constexpr uint32_t kSpecifierQuadlets = 2;
     const uint32_t length = UpperHalf(Quadlet(leaf));
     CheckAddressRange(leaf + 1, length);
     if (length < kSpecifierQuadlets || Quadlet(leaf + 1) != 0 || Quadlet(leaf + 2) != 0) {
-        return;
+        return false;
     }
     const auto* const text = reinterpret_cast<const char*>(m_Image.data()) +
                              (leaf + 1 + kSpecifierQuadlets) * kQuadletBytes;
     const std::string padded(text, (length - kSpecifierQuadlets) * kQuadletBytes);
     entries.texts[key] = padded.c_str();
+    return true;
 }
 
 }  // namespace GenApi_3_0_ORVANE

@@ -12,6 +12,18 @@ constexpr size_t kLength = 8;
 constexpr uint32_t kTimeoutMask = 0xFFF;
 constexpr unsigned kHalf = 16;
 
+using Bytes = std::array<uint8_t, kLength>;
+
+/// The 48 bits of the identifier, then the time.
+Bytes QuestionOf(int64_t featureID, int64_t timeout) {
+    const auto id = static_cast<uint64_t>(featureID);
+    const uint32_t time = static_cast<uint32_t>(timeout) & kTimeoutMask;
+    Bytes question{};
+    PutBigEndian(static_cast<uint32_t>(id >> kHalf), question.data());
+    PutBigEndian(static_cast<uint32_t>(id << kHalf) | time, question.data() + kLength / 2);
+    return question;
+}
+
 }  // namespace
 
 void CDcamAccessCtrlRegImpl::SetProperty(const CProperty& property) {
@@ -27,23 +39,32 @@ void CDcamAccessCtrlRegImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// A wrong length is a mistake in the description, unless another node tells it:
+/// then a device may be at fault, which never ends the process.
+void CDcamAccessCtrlRegImpl::CheckLength() {
+    const int64_t length = m_Length.GetValue();
+    OV_ASSERT(m_Length.IsPointer() || m_Length.GetValue() == 8);
+    if (length != kLength) {
+        RUNTIME_EXCEPTION_NODE("m_Length.GetValue() == 8");
+    }
+}
+
+/// Neither the question nor the answer enters the port's cache: the next
+/// question may be answered differently.
 void CDcamAccessCtrlRegImpl::InternalGet(uint8_t* buffer, int64_t length, bool verify,
-                                         bool /*ignoreCache*/) {
-    OV_ASSERT(m_Length.GetValue() == 8);
-    const auto id = static_cast<uint64_t>(m_FeatureID);
-    std::array<uint8_t, kLength> question{};
-    PutBigEndian(static_cast<uint32_t>(id >> kHalf), question.data());
-    PutBigEndian(
-        static_cast<uint32_t>(id << kHalf) | (static_cast<uint32_t>(m_Timeout) & kTimeoutMask),
-        question.data() + kLength / 2);
-    CRegisterImpl::InternalSet(question.data(), question.size(), verify);
+                                         bool ignoreCache) {
+    CheckLength();
+    CheckAccess(buffer, length, "InternalGet");
+    UpdateAddress(verify, ignoreCache);
+    const Bytes question = QuestionOf(m_FeatureID, m_Timeout);
+    m_pPort->Write(question.data(), m_Address, question.size());
     const EAccessMode mode = InternalGetAccessMode();
     if (!IsReadable(mode)) {
         RUNTIME_EXCEPTION_NODE("Can't read from Register 0x%lX. Access mode is %s",
-                               static_cast<unsigned long>(InternalGetAddress()),
+                               static_cast<unsigned long>(m_Address),
                                EAccessModeClass::ToString(mode));
     }
-    CRegisterImpl::InternalGet(buffer, length, verify, true);
+    m_pPort->Read(buffer, m_Address, length);
 }
 
 void CDcamAccessCtrlRegImpl::InternalSet(const uint8_t* /*buffer*/, int64_t /*length*/,
@@ -56,7 +77,7 @@ void CDcamAccessCtrlRegImpl::InternalSetValue(int64_t /*value*/, bool /*verify*/
 }
 
 int64_t CDcamAccessCtrlRegImpl::InternalGetValue(bool verify, bool ignoreCache) {
-    std::array<uint8_t, kLength> answer{};
+    Bytes answer{};
     InternalGet(answer.data(), answer.size(), verify, ignoreCache);
     const uint64_t upper = GetBigEndian(answer.data());
     return static_cast<int64_t>(upper << 32 | GetBigEndian(answer.data() + kLength / 2));

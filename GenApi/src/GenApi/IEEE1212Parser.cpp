@@ -1,10 +1,9 @@
 #include "GenApi/impl/IEEE1212Parser.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
-#include <new>
-#include <stdexcept>
+
+#include "RegisterBytes.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -28,6 +27,9 @@ void CIEEE1212ParserImpl::SetProperty(const CProperty& property) {
 
 void CIEEE1212ParserImpl::SetInvalid(ESetInvalidMode mode) {
     CRegisterImpl::SetInvalid(mode);
+    if (m_Entries.IsEmpty()) {
+        return;  // nothing to forget, and nothing to ask the device for
+    }
     if (IsReadable(InternalGetAccessMode()) && !IsSameUnit()) {
         m_Entries = {};
     }
@@ -42,38 +44,38 @@ bool CIEEE1212ParserImpl::IsSameUnit() {
     try {
         std::array<uint8_t, ConfRomReader::kHeadBytes> head{};
         InternalGet(head.data(), head.size(), false, true);
-        return ConfRomReader({head.begin(), head.end()}).UnitIdentifier() == m_UnitIdentifier;
+        return ConfRomReader(head).UnitIdentifier() == m_UnitIdentifier;
     } catch (const GenICam_3_0_ORVANE::GenericException&) {
         return false;
     }
 }
 
-std::vector<uint8_t> CIEEE1212ParserImpl::ReadImage(size_t length) {
-    std::vector<uint8_t> image;
+/// Memory for the whole ROM, whose length a description may claim to be anything.
+RegisterBytes CIEEE1212ParserImpl::AllocateImage(int64_t length) {
     try {
-        image.resize(length);
-    } catch (const std::length_error&) {
-        GENERIC_EXCEPTION_NODE("Out of memory");
-    } catch (const std::bad_alloc&) {
+        return {*this, length};
+    } catch (const GenICam_3_0_ORVANE::GenericException&) {
         GENERIC_EXCEPTION_NODE("Out of memory");
     }
-    // What is kept of the ROM are the entries: the port's bytes may be another unit's.
-    InternalGet(image.data(), static_cast<int64_t>(length), false, true);
-    return image;
 }
 
 void CIEEE1212ParserImpl::ParseConfRom(uint32_t key) {
-    const ConfRomReader rom(ReadImage(static_cast<size_t>(InternalGetLength())));
+    const int64_t length = InternalGetLength();
+    RegisterBytes image = AllocateImage(length);
+    // What is kept of the ROM are the entries: the port's bytes may be another unit's.
+    InternalGet(image.Data(), length, false, true);
     try {
+        const ConfRomReader rom({image.Data(), static_cast<size_t>(length)});
         const uint64_t identifier = rom.UnitIdentifier();
         if (identifier != m_UnitIdentifier) {
             m_Entries = {};
             m_UnitIdentifier = identifier;
         }
         rom.Find(key, m_UnitSpecifier, m_Entries);
-    } catch (...) {
+    } catch (const GenICam_3_0_ORVANE::RuntimeException& failure) {
         m_Entries = {};
-        throw;
+        // The reader knows of no nodes; who reads of the failure wants the name.
+        RUNTIME_EXCEPTION_NODE("%s", failure.GetDescription());
     }
 }
 
@@ -106,6 +108,12 @@ gcstring CIEEE1212ParserImpl::InternalToString(bool /*verify*/, bool /*ignoreCac
         text += " " + KeyText(key) + " = '" + value + "'";
     }
     return text.c_str();
+}
+
+// Both ways of writing without verification end here.
+
+void CIEEE1212ParserImpl::InternalFromString(const gcstring& /*value*/, bool /*verify*/) {
+    ACCESS_EXCEPTION_NODE("Node is not writable.");
 }
 
 void CIEEE1212ParserImpl::InternalSet(const uint8_t* /*buffer*/, int64_t /*length*/,

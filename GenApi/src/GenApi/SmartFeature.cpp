@@ -42,17 +42,13 @@ void CSmartFeatureImpl::SetProperty(const CProperty& property) {
                                        property.String().c_str());
             }
             break;
-        case CPropertyID::pPort_ID:
-            m_pPortNode = GetMap().GetNodeByID(property.NodeID());
-            CRegisterImpl::SetProperty(property);
-            break;
         default:
             CRegisterImpl::SetProperty(property);
     }
 }
 
 EAccessMode CSmartFeatureImpl::InternalGetAccessMode() {
-    return CNodeImpl::InternalGetAccessMode(m_pPortNode);
+    return CNodeImpl::InternalGetAccessMode(m_pPort);
 }
 
 void CSmartFeatureImpl::InternalSetValue(int64_t /*value*/, bool /*verify*/) {

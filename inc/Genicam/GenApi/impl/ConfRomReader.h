@@ -3,9 +3,9 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace GenApi_3_0_ORVANE {
@@ -15,18 +15,20 @@ struct ConfRomEntries {
     std::map<uint32_t, int64_t> integers;
     std::map<uint32_t, std::string> texts;
 
+    bool IsEmpty() const { return integers.empty() && texts.empty(); }
     bool Holds(uint32_t key) const { return integers.contains(key) || texts.contains(key); }
 };
 
-/// One image of a ROM. Whatever the image says, nothing beyond it is read, and
-/// directories that lead to one another are followed as deep as the format is:
-/// root, unit, unit-dependent.
+/// One image of a ROM, which the caller keeps. Whatever the image says, nothing
+/// beyond it is read, directories that lead to one another are followed only as
+/// deep as the format is (root, unit, unit-dependent), and none is searched
+/// twice for the same key however many entries lead there.
 class ConfRomReader {
 public:
     /// So much of the ROM tells which unit it belongs to.
     static constexpr size_t kHeadBytes = 20;
 
-    explicit ConfRomReader(std::vector<uint8_t> image) : m_Image(std::move(image)) {}
+    explicit ConfRomReader(std::span<const uint8_t> image) : m_Image(image) {}
 
     /// The unit's own number on all buses. RuntimeException for a ROM of another
     /// bus.
@@ -52,14 +54,23 @@ private:
     void CheckAddressRange(Place place, size_t quadlets) const;
     Place RootDirectory() const;
     std::vector<Entry> Directory(Place place) const;
-    bool ParseDirectory(Place place, uint32_t key, ConfRomEntries& entries) const;
+
+    // Each looks for the key and tells whether it is there.
+    bool ParseRootDirectory(Place root, uint32_t key, ConfRomEntries& entries) const;
+    bool LocateUnitDirectory(Place root, uint32_t key, uint32_t unitSpecifier,
+                             ConfRomEntries& entries) const;
+    bool ParseUnitDirectory(Place directory, uint32_t key, std::set<Place>& searched,
+                            ConfRomEntries& entries) const;
+    bool ParseUnitDependentDirectory(Place directory, uint32_t key, ConfRomEntries& entries) const;
+    bool ParseDirectory(Place directory, uint32_t key, ConfRomEntries& entries) const;
+
+    bool IsUnitOf(Place directory, uint32_t unitSpecifier) const;
     void TakeEntry(const Entry& entry, const Entry* next, ConfRomEntries& entries) const;
     void TakeDescriptorOf(uint32_t key, const Entry& descriptor, ConfRomEntries& entries) const;
-    void ParseDescriptor(Place leaf, uint32_t key, ConfRomEntries& entries) const;
-    bool ParseUnitDirectory(Place place, uint32_t key, ConfRomEntries& entries) const;
-    bool IsUnitOf(Place place, uint32_t unitSpecifier) const;
+    /// Whether the leaf is a text that can be taken.
+    bool ParseDescriptor(Place leaf, uint32_t key, ConfRomEntries& entries) const;
 
-    std::vector<uint8_t> m_Image;
+    std::span<const uint8_t> m_Image;
 };
 
 }  // namespace GenApi_3_0_ORVANE

@@ -1,12 +1,13 @@
 #pragma once
 
-#include "GenApi/impl/RegisterInteger.h"
+#include "GenApi/impl/Register.h"
+#include "GenApi/impl/UnlimitedIntegerT.h"
 
 namespace GenApi_3_0_ORVANE {
 
 /// The register that unlocks a camera's advanced features: it is asked with a
 /// feature's identifier and a time, and answers whether they are granted.
-class CDcamAccessCtrlRegImpl : public CRegisterIntegerImpl {
+class CDcamAccessCtrlRegImpl : public UnlimitedIntegerT<CRegisterImpl> {
 public:
     void SetProperty(const CProperty& property) override;
 
@@ -20,6 +21,8 @@ protected:
     int64_t InternalGetValue(bool verify, bool ignoreCache);
 
 private:
+    void CheckLength();
+
     int64_t m_FeatureID = 0;
     int64_t m_Timeout = 0;
 };

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
 #include "GenApi/impl/ConfRomReader.h"
 #include "GenApi/impl/Register.h"
 
 namespace GenApi_3_0_ORVANE {
+
+class RegisterBytes;
 
 /// The Configuration ROM of a camera on an IEEE 1394 bus: a register that other
 /// nodes look keys up in. What was found is kept until the bus has another unit
@@ -23,6 +24,7 @@ public:
 
 protected:
     gcstring InternalToString(bool verify, bool ignoreCache) override;
+    void InternalFromString(const gcstring& value, bool verify) override;
     void InternalSet(const uint8_t* buffer, int64_t length, bool verify);
 
 private:
@@ -30,8 +32,8 @@ private:
     /// holds the key.
     template <class Values>
     auto Find(const Values& values, uint32_t key);
+    RegisterBytes AllocateImage(int64_t length);
     void ParseConfRom(uint32_t key);
-    std::vector<uint8_t> ReadImage(size_t length);
     bool IsSameUnit();
 
     uint32_t m_UnitSpecifier = 0;

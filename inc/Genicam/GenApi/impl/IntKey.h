@@ -1,14 +1,12 @@
 #pragma once
 
-#include <limits>
-
 #include "GenApi/impl/IEEE1212Parser.h"
-#include "GenApi/impl/IntegerT.h"
+#include "GenApi/impl/UnlimitedIntegerT.h"
 
 namespace GenApi_3_0_ORVANE {
 
 /// A number in the Configuration ROM.
-class CIntKeyImpl : public CConfRomKeyImpl {
+class CIntKeyImpl : public UnlimitedIntegerT<CConfRomKeyImpl> {
 protected:
     void InternalSetValue(int64_t /*value*/, bool /*verify*/) {
         ACCESS_EXCEPTION_NODE("IntKey is read only.");
@@ -16,12 +14,6 @@ protected:
     int64_t InternalGetValue(bool /*verify*/, bool /*ignoreCache*/) {
         return GetParser().GetInteger(GetKey());
     }
-    int64_t InternalGetMin() { return std::numeric_limits<int64_t>::min(); }
-    int64_t InternalGetMax() { return std::numeric_limits<int64_t>::max(); }
-    int64_t InternalGetInc() { return 1; }
-    int64_autovector_t InternalGetListOfValidValues() { return {}; }
-    ERepresentation InternalGetRepresentation() const { return PureNumber; }
-    gcstring InternalGetUnit() const { return {}; }
 };
 
 class CIntKey : public BaseT<ValueT<NodeT<IntegerT<CIntKeyImpl>>>> {

@@ -32,8 +32,13 @@ protected:
     int64_t InternalGetAddress();
     /// Sums the address up anew; a change drops what is cached there.
     void UpdateAddress(bool verify, bool ignoreCache);
+    /// Refuses what no register can give or take. Gives the length of the
+    /// register.
+    int64_t CheckAccess(const void* buffer, int64_t length, const char* operation);
 
     CIntegerPolyRef m_Length;
+    CPortImplIntern* m_pPort = nullptr;
+    int64_t m_Address = -1;
 
 private:
     struct IndexedOffset {
@@ -41,13 +46,9 @@ private:
         CIntegerPolyRef offset;
     };
 
-    /// Gives the length of the register.
-    int64_t CheckAccess(const void* buffer, int64_t length, const char* operation);
     void AddIndex(const CProperty& property);
     int64_t SumAddress(bool verify, bool ignoreCache);
 
-    CPortImplIntern* m_pPort = nullptr;
-    int64_t m_Address = -1;
     bool m_IsAddressKnown = false;
     std::vector<CIntegerPolyRef> m_Addresses;
     std::vector<IndexedOffset> m_Indices;

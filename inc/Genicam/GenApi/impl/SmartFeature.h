@@ -1,15 +1,18 @@
 #pragma once
 
-#include "GenApi/impl/RegisterInteger.h"
+#include "GenApi/impl/Register.h"
+#include "GenApi/impl/UnlimitedIntegerT.h"
+#include "GenApi/impl/Value2String.h"
 
 namespace GenApi_3_0_ORVANE {
 
 /// The address of a smart feature: a camera tells it to who writes the feature's
 /// GUID.
-class CSmartFeatureImpl : public CRegisterIntegerImpl {
+class CSmartFeatureImpl : public UnlimitedIntegerT<CRegisterImpl> {
 public:
     CSmartFeatureImpl();
     void SetProperty(const CProperty& property) override;
+    using CNodeImpl::InternalGetAccessMode;
     EAccessMode InternalGetAccessMode() override;
 
 protected:
@@ -18,7 +21,6 @@ protected:
 
 private:
     GUID m_FeatureID{};
-    INodePrivate* m_pPortNode = nullptr;
 };
 
 class CSmartFeature : public BaseT<ValueT<NodeT<IntegerT<RegisterT<CSmartFeatureImpl>>>>> {
