@@ -3,8 +3,6 @@
 
 #include <sys/stat.h>
 
-#include <regex>
-
 #include "Base/GlobalLock.h"
 #include "cache_support.h"
 
@@ -156,7 +154,7 @@ TEST(CacheUse, TellsThatAFileIsNoFile) {
 TEST(CacheName, IsTheHashWithItsLowByteFirst) {
     const CacheFolder folder;
     Store(kDescription);
-    EXPECT_TRUE(std::regex_match(folder.Files().at(0), std::regex("0x[0-9a-f]{8}00000000\\.bin")));
+    EXPECT_THAT(folder.Files().at(0), testing::MatchesRegex("0x[0-9a-f]{8}00000000\\.bin"));
 }
 
 TEST(CacheName, IsThatOfTheSameBytesFromAFileFromMemoryAndFromText) {
