@@ -4,6 +4,7 @@
 #include "FeatureDump.h"
 #include "RepeatableMemory.h"
 #include "cache_support.h"
+#include "support/Descriptions.h"
 
 namespace EngineTest {
 
@@ -18,35 +19,6 @@ std::vector<std::string> Dump(const fs::path& file, ECacheUsage_t usage, ReadMod
     RepeatableMemory memory(seed);
     EXPECT_GT(ConnectAllPorts(*map.operator->(), memory), 0U);
     return DumpFeatures(*map.operator->(), mode);
-}
-
-/// The descriptions that come with the library, and those of the folder that the
-/// environment may name.
-std::vector<fs::path> Descriptions() {
-    std::vector<fs::path> files;
-    const fs::path sources(OV_SOURCE_FOLDER);
-    std::vector<fs::path> folders{sources / "producers/virtual/descriptions",
-                                  sources / "producers/framework/descriptions",
-                                  sources / "tests/producer/descriptions"};
-    if (const char* const folder = std::getenv("OV_TEST_DESCRIPTIONS")) {
-        folders.emplace_back(folder);
-    }
-    for (const fs::path& folder : folders) {
-        for (const auto& entry : fs::directory_iterator(folder)) {
-            if (entry.path().extension() == ".xml") {
-                files.push_back(entry.path());
-            }
-        }
-    }
-    std::sort(files.begin(), files.end());
-    return files;
-}
-
-std::string NameOf(const testing::TestParamInfo<fs::path>& info) {
-    std::string name = info.param.stem();
-    std::replace_if(
-        name.begin(), name.end(), [](char c) { return std::isalnum(c) == 0; }, '_');
-    return name;
 }
 
 class WholeDescriptions : public testing::TestWithParam<fs::path> {};
@@ -66,6 +38,8 @@ TEST_P(WholeDescriptions, GiveTheSameUncachedCachedAndFromTheDiskCache) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, WholeDescriptions, testing::ValuesIn(Descriptions()), NameOf);
+INSTANTIATE_TEST_SUITE_P(Files, WholeDescriptions,
+                         testing::ValuesIn(Descriptions(OV_SOURCE_FOLDER)),
+                         [](const auto& file) { return TestNameOf(file.param); });
 
 }  // namespace EngineTest

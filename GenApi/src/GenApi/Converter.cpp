@@ -1,23 +1,10 @@
 #include "GenApi/impl/Converter.h"
 
-#include "GenApi/impl/PropertyField.h"
-
 namespace GenApi_3_0_ORVANE {
 
 template <class Types>
-template <class Self, class Use>
-bool CConverterBase<Types>::WithField(Self& self, CPropertyID id, const Use& use) {
-    return WithMember(self, id, use,
-                      std::pair(CPropertyID::FormulaTo_ID, &CConverterBase::m_FormulaTo),
-                      std::pair(CPropertyID::FormulaFrom_ID, &CConverterBase::m_FormulaFrom),
-                      std::pair(CPropertyID::Slope_ID, &CConverterBase::m_Slope),
-                      std::pair(CPropertyID::IsLinear_ID, &CConverterBase::m_IsLinear));
-}
-
-template <class Types>
 void CConverterBase<Types>::SetProperty(const CProperty& property) {
-    const auto take = [&property](auto& field) { TakeProperty(property, field); };
-    if (m_Display.Set(property) || WithField(*this, property.GetPropertyID(), take)) {
+    if (m_Display.Set(property)) {
         return;
     }
     switch (property.GetPropertyID()) {
@@ -31,43 +18,21 @@ void CConverterBase<Types>::SetProperty(const CProperty& property) {
             m_pConvertFrom = dynamic_cast<CSwissKnifeBase<Types>*>(LinkChild(property, ReadRole));
             break;
         case CPropertyID::pVariable_ID:
-            OV_ASSERT(property.GetAttribute() != nullptr);
-            m_Variables.push_back(
-                {property.GetAttribute()->String(), LinkChild(property, ReadRole)});
+            // The inner knives read it; for the converter it is a node to watch.
+            LinkChild(property, ReadRole);
+            break;
+        case CPropertyID::FormulaTo_ID:
+        case CPropertyID::FormulaFrom_ID:
+            break;  // the inner knives evaluate them
+        case CPropertyID::Slope_ID:
+            m_Slope = property.ESlope();
+            break;
+        case CPropertyID::IsLinear_ID:
+            m_IsLinear = property.EYesNo();
             break;
         default:
             CNodeImpl::SetProperty(property);
             break;
-    }
-}
-
-template <class Types>
-bool CConverterBase<Types>::GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
-                                        CNodeData::PropertyVector_t& properties) {
-    if (!HoldsProperty(id)) {
-        return false;
-    }
-    const auto give = [&](const auto& field) {
-        properties.push_back(MakeProperty(nodeDataMap, id, field));
-    };
-    switch (id) {
-        case CPropertyID::pValue_ID:
-            properties.push_back(MakeLink(nodeDataMap, id, *m_Value.GetNode()));
-            return true;
-        case CPropertyID::pSwissKnifeTo_ID:
-            properties.push_back(MakeLink(nodeDataMap, id, *m_pConvertTo));
-            return true;
-        case CPropertyID::pSwissKnifeFrom_ID:
-            properties.push_back(MakeLink(nodeDataMap, id, *m_pConvertFrom));
-            return true;
-        case CPropertyID::pVariable_ID:
-            for (const Variable& variable : m_Variables) {
-                properties.push_back(MakeVariable(nodeDataMap, variable.name, *variable.node));
-            }
-            return true;
-        default:
-            return m_Display.Get(nodeDataMap, id, properties) || WithField(*this, id, give) ||
-                   CNodeImpl::GetProperty(nodeDataMap, id, properties);
     }
 }
 

@@ -10,6 +10,26 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+bool IsCommonLink(CPropertyID id) {
+    switch (id) {
+        case CPropertyID::pIsAvailable_ID:
+        case CPropertyID::pIsImplemented_ID:
+        case CPropertyID::pIsLocked_ID:
+        case CPropertyID::pBlockPolling_ID:
+        case CPropertyID::pError_ID:
+        case CPropertyID::pAlias_ID:
+        case CPropertyID::pCastAlias_ID:
+        case CPropertyID::pSelected_ID:
+        case CPropertyID::pSelecting_ID:
+        case CPropertyID::pInvalidator_ID:
+        case CPropertyID::pDependent_ID:
+        case CPropertyID::pTerminal_ID:
+            return true;
+        default:
+            return false;
+    }
+}
+
 void AppendEntry(gcstring& list, const std::string& entry) {
     if (!list.empty()) {
         list += '\t';
@@ -211,21 +231,36 @@ bool CNodeImpl::GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
     if (!HoldsProperty(id)) {
         return false;
     }
-    if (id.IsLink()) {
+    if (IsCommonLink(id)) {
         for (INodePrivate* const target : GetLinked(id)) {
             properties.push_back(MakeLink(nodeDataMap, id, *target));
         }
         return true;
     }
-    return WithField(*this, id, [&](const auto& field) {
-        properties.push_back(MakeProperty(nodeDataMap, id, field));
-        return true;
-    });
+    const size_t count = properties.size();
+    for (const CKeptProperty& kept : m_KeptProperties) {
+        if (kept.GetID() == id) {
+            properties.push_back(kept.Make(nodeDataMap));
+        }
+    }
+    return properties.size() > count || WithField(*this, id, [&](const auto& field) {
+               properties.push_back(MakeProperty(nodeDataMap, id, field));
+               return true;
+           });
 }
 
-void CNodeImpl::NoteProperty(CPropertyID id) {
-    if (id != CPropertyID::MergePriority_ID && id != CPropertyID::Comment_ID) {
-        m_HeldProperties.set(id);
+/// The properties of all nodes are kept in fields and lists of their own; those
+/// of the concrete classes as they came.
+void CNodeImpl::NoteProperty(const CProperty& property) {
+    const CPropertyID id = property.GetPropertyID();
+    if (id == CPropertyID::MergePriority_ID || id == CPropertyID::Comment_ID) {
+        return;
+    }
+    m_HeldProperties.set(id);
+    const bool hasField = WithField(*this, id, [](const auto&) { return true; });
+    // Categories change their visibility afterwards.
+    if (id == CPropertyID::Visibility_ID || (!IsCommonLink(id) && !hasField)) {
+        m_KeptProperties.emplace_back(property, GetMap());
     }
 }
 

@@ -3,7 +3,6 @@
 #include <string_view>
 
 #include "GenApi/IEnumeration.h"
-#include "GenApi/impl/PropertyField.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -15,33 +14,23 @@ constexpr std::string_view kEntry = "Entry.";
 
 }  // namespace
 
-template <class Self, class Use>
-bool DisplayProperties::WithField(Self& self, CPropertyID id, const Use& use) {
-    return WithMember(self, id, use,
-                      std::pair(CPropertyID::Representation_ID, &DisplayProperties::representation),
-                      std::pair(CPropertyID::Unit_ID, &DisplayProperties::unit),
-                      std::pair(CPropertyID::DisplayNotation_ID, &DisplayProperties::notation),
-                      std::pair(CPropertyID::DisplayPrecision_ID, &DisplayProperties::precision));
-}
-
 bool DisplayProperties::Set(const CProperty& property) {
-    return WithField(*this, property.GetPropertyID(),
-                     [&property](auto& field) { TakeProperty(property, field); });
-}
-
-bool DisplayProperties::Get(INodeDataMap& nodeDataMap, CPropertyID id,
-                            CNodeData::PropertyVector_t& properties) const {
-    return WithField(*this, id, [&](const auto& field) {
-        properties.push_back(MakeProperty(nodeDataMap, id, field));
-    });
-}
-
-CProperty MakeVariable(INodeDataMap& nodeDataMap, const std::string& name, INodePrivate& node) {
-    CProperty variable(&nodeDataMap, CPropertyID::pVariable_ID,
-                       nodeDataMap.GetNodeID(node.InternalGetName().c_str(), true));
-    variable.SetAttribute(
-        std::make_unique<CProperty>(&nodeDataMap, CPropertyID::Name_ID, std::string_view(name)));
-    return variable;
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Representation_ID:
+            representation = property.ERepresentation();
+            return true;
+        case CPropertyID::Unit_ID:
+            unit = property.String().c_str();
+            return true;
+        case CPropertyID::DisplayNotation_ID:
+            notation = property.EDisplayNotation();
+            return true;
+        case CPropertyID::DisplayPrecision_ID:
+            precision = property.Integer();
+            return true;
+        default:
+            return false;
+    }
 }
 
 template <class Types>
@@ -62,31 +51,6 @@ void CSwissKnifeBase<Types>::SetProperty(const CProperty& property) {
         default:
             CNodeImpl::SetProperty(property);
             break;
-    }
-}
-
-template <class Types>
-bool CSwissKnifeBase<Types>::GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
-                                         CNodeData::PropertyVector_t& properties) {
-    if (!HoldsProperty(id)) {
-        return false;
-    }
-    switch (id) {
-        case CPropertyID::Formula_ID:
-            properties.push_back(MakeProperty(nodeDataMap, id, m_Formula));
-            return true;
-        case CPropertyID::InputDirection_ID:
-            properties.emplace_back(&nodeDataMap, id, CProperty::EInputDirection_ID,
-                                    m_InputDirection);
-            return true;
-        case CPropertyID::pVariable_ID:
-            for (const Variable& variable : m_Variables) {
-                properties.push_back(MakeVariable(nodeDataMap, variable.name, *variable.node));
-            }
-            return true;
-        default:
-            return m_Display.Get(nodeDataMap, id, properties) ||
-                   CNodeImpl::GetProperty(nodeDataMap, id, properties);
     }
 }
 

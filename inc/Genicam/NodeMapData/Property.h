@@ -127,6 +127,12 @@ public:
     /// Puts another text into a String_ID property.
     void SetStringID(StringID_t value);
 
+    /// The number of whichever enumeration the property holds.
+    int32_t EnumNumber() const {
+        OV_ASSERT(IsEnumeration(m_DataType));
+        return static_cast<int32_t>(m_Value);
+    }
+
     /// @name The typed values. Each asserts that the property has its type.
     /// @{
     StringID_t StringID() const;

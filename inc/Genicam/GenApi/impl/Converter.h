@@ -13,9 +13,6 @@ public:
     using Value_t = typename Types::Value;
 
     void SetProperty(const CProperty& property) override;
-    using CNodeImpl::GetProperty;
-    bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
-                     CNodeData::PropertyVector_t& properties) override;
     using CNodeImpl::InternalGetAccessMode;
     EAccessMode InternalGetAccessMode() override {
         return CNodeImpl::InternalGetAccessMode(m_Value.GetNode());
@@ -34,15 +31,6 @@ protected:
     int64_t InternalGetDisplayPrecision() const;
 
 private:
-    /// A node that the formulas know under a name. The inner knives read it;
-    /// for the converter it is a node to watch.
-    struct Variable {
-        std::string name;
-        INodePrivate* node;
-    };
-
-    template <class Self, class Use>
-    static bool WithField(Self& self, CPropertyID id, const Use& use);
     ESlope GetSlope();
     /// The limit that is the source's minimum under that slope.
     Value_t LimitAt(ESlope slopeOfMin);
@@ -53,10 +41,6 @@ private:
     typename Types::PolyRef m_Value;
     CSwissKnifeBase<Types>* m_pConvertTo = nullptr;
     CSwissKnifeBase<Types>* m_pConvertFrom = nullptr;
-    std::vector<Variable> m_Variables;
-    /// The inner knives evaluate them; here they are kept to be read back.
-    gcstring m_FormulaTo;
-    gcstring m_FormulaFrom;
     ESlope m_Slope = Automatic;
     EYesNo m_IsLinear = No;
     DisplayProperties m_Display;

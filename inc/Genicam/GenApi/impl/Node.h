@@ -7,6 +7,7 @@
 #include "Base/Log.h"
 #include "GenApi/INodeMap.h"
 #include "GenApi/INodePrivate.h"
+#include "GenApi/impl/KeptProperty.h"
 #include "GenApi/impl/NodeExceptions.h"
 #include "GenApi/impl/PolyReference.h"
 
@@ -57,6 +58,9 @@ public:
 
     // For the templates and frames, with the lock held.
     INodeMapPrivate& GetMap() const;
+    /// A link property that names the node.
+    static CProperty MakeLink(INodeDataMap& nodeDataMap, CPropertyID id, INodePrivate& target);
+
     CLock& GetLock() const { return GetMap().GetLock(); }
     EAccessMode GetImposedAccessMode() const { return m_ImposedAccessMode; }
     /// Marks the begin of a write that goes on to other nodes.
@@ -77,8 +81,8 @@ protected:
 
     gcstring InternalGetQualifiedName();
     gcstring InternalGetDocuURL();
-    /// Keeps account of the properties that the description gave this node.
-    void NoteProperty(CPropertyID id);
+    /// Keeps account of a property that the description gave this node.
+    void NoteProperty(const CProperty& property);
     bool HoldsProperty(CPropertyID id) const { return m_HeldProperties.test(id); }
     void InternalGetPropertyNames(gcstring_vector& names);
     bool InternalGetProperty(const gcstring& name, gcstring& value, gcstring& attribute);
@@ -103,8 +107,6 @@ protected:
     /// The node that a link property names, entered as a child of this one.
     /// RuntimeException when there is no live node behind the name.
     INodePrivate* LinkChild(const CProperty& property, unsigned roles);
-    /// A link property that names the node.
-    static CProperty MakeLink(INodeDataMap& nodeDataMap, CPropertyID id, INodePrivate& target);
 
     gcstring m_Name;
     gcstring m_Extension;
@@ -178,6 +180,7 @@ private:
     CNodeData::ENodeType_t m_NodeType = CNodeData::_NotImpl_ID;
     NodeID_t m_NodeID;
     std::bitset<CPropertyID::_Undefined_ID> m_HeldProperties;
+    std::vector<CKeptProperty> m_KeptProperties;
     int64_t m_ElapsedTime = 0;
     CallbackList m_Callbacks;
 };

@@ -109,7 +109,7 @@ public:
 
     void SetProperty(const CProperty& property) override {
         Base::SetProperty(property);
-        Base::NoteProperty(property.GetPropertyID());
+        Base::NoteProperty(property);
     }
 
     bool IsSelector() override {

@@ -15,13 +15,6 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Calls `use` with the member of `self` that keeps a property; false when none
-/// of the pairs of identifier and member does.
-template <class Self, class Use, class... Rows>
-bool WithMember(Self& self, CPropertyID id, const Use& use, const Rows&... rows) {
-    return ((id == rows.first && (use(self.*rows.second), true)) || ...);
-}
-
 /// How a number is to be shown, for nodes that say so themselves.
 struct DisplayProperties {
     ERepresentation representation = _UndefinedRepresentation;
@@ -31,17 +24,7 @@ struct DisplayProperties {
 
     /// False for a property of another kind.
     bool Set(const CProperty& property);
-    /// Gives back what Set took; false for a property of another kind.
-    bool Get(INodeDataMap& nodeDataMap, CPropertyID id,
-             CNodeData::PropertyVector_t& properties) const;
-
-private:
-    template <class Self, class Use>
-    static bool WithField(Self& self, CPropertyID id, const Use& use);
 };
-
-/// A link to a node that formulas know under a name.
-CProperty MakeVariable(INodeDataMap& nodeDataMap, const std::string& name, INodePrivate& node);
 
 /// A formula with its variables. `Types` gives the kind of numbers.
 template <class Types>
@@ -50,9 +33,6 @@ public:
     using Value_t = typename Types::Value;
 
     void SetProperty(const CProperty& property) override;
-    using CNodeImpl::GetProperty;
-    bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
-                     CNodeData::PropertyVector_t& properties) override;
     void FinalConstruct() override;
     void CheckExpressions() override;
     using CNodeImpl::InternalGetAccessMode;
