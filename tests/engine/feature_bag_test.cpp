@@ -11,7 +11,6 @@ namespace EngineTest {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
@@ -261,7 +260,6 @@ TEST_F(CommandedDevice, IsToldOfTheBeginAndTheEndOfAStoreAndWaitedFor) {
 }
 
 TEST_F(CommandedDevice, IsToldOfTheEndOfAStoreThatFails) {
-    m_Device.Port().SetAccessMode(RW);
     auto note = m_Device.Port().onRead;
     m_Device.Port().onRead = [&](int64_t address) {
         note(address);

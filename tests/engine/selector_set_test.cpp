@@ -249,7 +249,7 @@ TEST(SelectorSet, EndsWhereSelectorsSelectEachOther) {
 }
 
 TEST(SelectorSet, BearsAChainOfSelectorsThatNoStackWould) {
-    constexpr int kCount = 100000;
+    constexpr int kCount = 30000;
     NodesByHand nodes;
     CInteger& gain = nodes.AddValue("Gain");
     CInteger* selected = &gain;

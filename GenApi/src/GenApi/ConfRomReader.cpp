@@ -1,6 +1,7 @@
 #include "GenApi/impl/ConfRomReader.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "Base/GCException.h"
 #include "GenApi/impl/BigEndian.h"
@@ -177,8 +178,8 @@ bool ConfRomReader::ParseDescriptor(Place leaf, uint32_t key, ConfRomEntries& en
     }
     const auto* const text = reinterpret_cast<const char*>(m_Image.data()) +
                              (leaf + 1 + kSpecifierQuadlets) * kQuadletBytes;
-    const std::string padded(text, (length - kSpecifierQuadlets) * kQuadletBytes);
-    entries.texts[key] = padded.c_str();
+    // Zeros fill the last quadlet.
+    entries.texts[key].assign(text, strnlen(text, (length - kSpecifierQuadlets) * kQuadletBytes));
     return true;
 }
 

@@ -40,6 +40,7 @@ std::vector<INode*> SelectingNodes(IBase* base) {
     std::sort(named.begin(), named.end(),
               [](const auto& a, const auto& b) { return b.first < a.first; });
     std::vector<INode*> nodes;
+    nodes.reserve(named.size());
     for (const auto& [name, node] : named) {
         nodes.push_back(node);
     }
