@@ -1,13 +1,16 @@
 #pragma once
 /// The place where the engine's exceptions become the transport model's.
 
+#include <type_traits>
+
 #include "Base/GCException.h"
 #include "TLClassLoadTL/OvException.h"
 
 namespace OVTLClass {
 
-/// Whether arguments of the caller can be at fault: only a setter's are.
-enum class EngineCallKind { Getter, Setter };
+/// Whose fault a failure may be: the argument's of a setter only, and nobody's
+/// where a callback is registered.
+enum class EngineCallKind { Getter, Setter, Registration };
 
 /// Runs `call`. A failure of the engine is raised anew with its description
 /// and the caller's place; a failure of the transport model, which a port
@@ -15,20 +18,19 @@ enum class EngineCallKind { Getter, Setter };
 template <EngineCallKind Kind, class Call>
 auto CallEngine(const char* file, int line, const char* function, const Call& call) {
     namespace Engine = GenICam_3_0_ORVANE;
+    constexpr bool kIsSetter = Kind == EngineCallKind::Setter;
+    using AccessError = std::conditional_t<Kind == EngineCallKind::Registration, CUnexpectedError,
+                                           CInvalidAccessError>;
+    using ArgumentError = std::conditional_t<kIsSetter, CInvalidParameterError, CUnexpectedError>;
+    using RangeError = std::conditional_t<kIsSetter, COutOfRangeError, CUnexpectedError>;
     try {
         return call();
     } catch (const Engine::AccessException& error) {
-        throw CInvalidAccessError(error.GetDescription(), file, line, function);
+        throw AccessError(error.GetDescription(), file, line, function);
     } catch (const Engine::InvalidArgumentException& error) {
-        if constexpr (Kind == EngineCallKind::Setter) {
-            throw CInvalidParameterError(error.GetDescription(), file, line, function);
-        }
-        throw CUnexpectedError(error.GetDescription(), file, line, function);
+        throw ArgumentError(error.GetDescription(), file, line, function);
     } catch (const Engine::OutOfRangeException& error) {
-        if constexpr (Kind == EngineCallKind::Setter) {
-            throw COutOfRangeError(error.GetDescription(), file, line, function);
-        }
-        throw CUnexpectedError(error.GetDescription(), file, line, function);
+        throw RangeError(error.GetDescription(), file, line, function);
     } catch (const Engine::GenericException& error) {
         throw CUnexpectedError(error.GetDescription(), file, line, function);
     }
@@ -36,9 +38,11 @@ auto CallEngine(const char* file, int line, const char* function, const Call& ca
 
 }  // namespace OVTLClass
 
-#define OV_ENGINE_GET(call)                                                                    \
-    ::OVTLClass::CallEngine<::OVTLClass::EngineCallKind::Getter>(__FILE__, __LINE__, __func__, \
-                                                                 [&] { return call; })
-#define OV_ENGINE_SET(call)                                                                    \
-    ::OVTLClass::CallEngine<::OVTLClass::EngineCallKind::Setter>(__FILE__, __LINE__, __func__, \
-                                                                 [&] { return call; })
+// Each operation wraps all that it asks of the engine, the search for the node
+// included, so that its own name stands in the failure.
+#define OV_ENGINE_CALL(kind, call)                                                           \
+    ::OVTLClass::CallEngine<::OVTLClass::EngineCallKind::kind>(__FILE__, __LINE__, __func__, \
+                                                               [&] { return call; })
+#define OV_ENGINE_GET(call) OV_ENGINE_CALL(Getter, call)
+#define OV_ENGINE_SET(call) OV_ENGINE_CALL(Setter, call)
+#define OV_ENGINE_REGISTER(call) OV_ENGINE_CALL(Registration, call)

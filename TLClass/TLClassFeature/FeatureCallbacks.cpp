@@ -1,6 +1,7 @@
 // Callbacks on features, and the family that a feature belongs to.
 
 #include <algorithm>
+#include <set>
 
 #include "TLClassFeature/EngineCall.h"
 #include "TLClassFeature/FeatureCallbackHandle.h"
@@ -9,6 +10,30 @@
 namespace OVTLClass {
 
 using namespace GenApi_3_0_ORVANE;  // NOLINT(google-build-using-namespace): one layer below
+
+namespace {
+
+/// Whether a way up from the node meets "EventControl" before "Root". Old
+/// descriptions may hold circles: none is gone round twice.
+bool IsEventNode(INode* node, std::set<const INode*>& visited) {
+    if (node == nullptr || !visited.insert(node).second) {
+        return false;
+    }
+    node_vector parents;
+    node->GetParents(parents);
+    for (INode* const parent : parents) {
+        const gcstring name = parent->GetName();
+        if (name == "Root") {
+            return false;
+        }
+        if (name == "EventControl" || IsEventNode(parent, visited)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
 
 CFeatureControl::CFeatureControl(CNodeMapRef* nodeMap) : m_nodeMap(nodeMap) {}
 
@@ -19,9 +44,8 @@ CFeatureControl::~CFeatureControl() {
 IFeatureControl::IFeatureCallbackHandle* CFeatureControl::DoRegisterFeatureCallback(
     const std::string& name, const IFeatureCallback& callback) {
     std::unique_ptr<IFeatureCallback> clone(callback.Clone());
-    INode& node = __GetGenAPINode(name);
-    const CallbackHandleType engineHandle =
-        OV_ENGINE_SET(Register(&node, *clone, &IFeatureCallback::operator(), cbPostInsideLock));
+    const CallbackHandleType engineHandle = OV_ENGINE_REGISTER(
+        Register(&__GetGenAPINode(name), *clone, &IFeatureCallback::operator(), cbPostInsideLock));
     m_callbacks.push_back(
         std::make_unique<CFeatureCallbackHandle>(engineHandle, std::move(clone), name));
     return m_callbacks.back().get();
@@ -48,10 +72,8 @@ void CFeatureControl::DoUnregisterFeatureCallback(intptr_t handle) {
 }
 
 void CFeatureControl::DoUnregisterAllFeatureCallback() {
-    for (const auto& callback : m_callbacks) {
-        __Deregister(*callback);
-    }
-    m_callbacks.clear();
+    // The engine may still call what it didn't give back, so that stays.
+    std::erase_if(m_callbacks, [this](const auto& callback) { return __Deregister(*callback); });
 }
 
 bool CFeatureControl::CheckExist(const std::string& name,
@@ -62,22 +84,8 @@ bool CFeatureControl::CheckExist(const std::string& name,
 }
 
 bool CFeatureControl::CheckEventNode(const std::string& name) const {
-    INode* const node = __FindNode(name);
-    if (node == nullptr) {
-        return false;
-    }
-    node_vector parents;
-    OV_ENGINE_GET(node->GetParents(parents));
-    for (INode* const parent : parents) {
-        const gcstring parentName = OV_ENGINE_GET(parent->GetName());
-        if (parentName == "Root") {
-            return false;
-        }
-        if (parentName == "EventControl" || CheckEventNode(parentName.c_str())) {
-            return true;
-        }
-    }
-    return false;
+    std::set<const INode*> visited;
+    return OV_ENGINE_GET(IsEventNode(__FindNode(name), visited));
 }
 
 }  // namespace OVTLClass

@@ -25,15 +25,47 @@ std::string ToStd(const gcstring& text) {
     return {text.c_str(), text.size()};
 }
 
+EAccessMode AccessModeOf(INode* node) {
+    return node == nullptr ? NI : node->GetAccessMode();
+}
+
 /// A port has an access mode as well, but no value that could be read.
-bool HasValue(const INode& node) {
-    return dynamic_cast<const IValue*>(&node) != nullptr;
+EAccessMode ValueAccessModeOf(INode& node) {
+    return dynamic_cast<const IValue*>(&node) == nullptr ? NI : node.GetAccessMode();
+}
+
+FEATURE_INT_RANGE RangeOf(IInteger& node) {
+    return {node.GetMin(), node.GetMax(), node.GetInc()};
+}
+
+FEATURE_FLOAT_RANGE RangeOf(IFloat& node) {
+    FEATURE_FLOAT_RANGE range;
+    range.min = node.GetMin();
+    range.max = node.GetMax();
+    range.hasInc = node.HasInc();
+    range.inc = range.hasInc ? node.GetInc() : 0;
+    range.unit = ToStd(node.GetUnit());
+    return range;
+}
+
+/// The entries that can be chosen now.
+std::vector<IEnumEntry*> AvailableEntriesOf(IEnumeration& enumeration) {
+    node_vector nodes;
+    enumeration.GetEntries(nodes);
+    std::vector<IEnumEntry*> entries;
+    for (INode* const node : nodes) {
+        auto* const entry = dynamic_cast<IEnumEntry*>(node);
+        if (entry != nullptr && IsAvailable(node->GetAccessMode())) {
+            entries.push_back(entry);
+        }
+    }
+    return entries;
 }
 
 }  // namespace
 
 INode* CFeatureControl::__FindNode(const std::string& name) const {
-    return OV_ENGINE_GET(m_nodeMap->_GetNode(name.c_str()));
+    return m_nodeMap->_GetNode(name.c_str());
 }
 
 INode& CFeatureControl::__GetGenAPINode(const std::string& name) const {
@@ -47,7 +79,7 @@ INode& CFeatureControl::__GetGenAPINode(const std::string& name) const {
 template <class T>
 T& CFeatureControl::__GetNodeHandle(const std::string& name) const {
     INode& node = __GetGenAPINode(name);
-    if (OV_ENGINE_GET(node.GetAccessMode()) == NI) {
+    if (node.GetAccessMode() == NI) {
         OV_RAISE(CNotImplementedError, NotImplementedText(name));
     }
     auto* const handle = dynamic_cast<T*>(&node);
@@ -58,107 +90,76 @@ T& CFeatureControl::__GetNodeHandle(const std::string& name) const {
 }
 
 std::string CFeatureControl::DoGetFeatureDisplayName(const std::string& name) const {
-    INode& node = __GetGenAPINode(name);
-    return OV_ENGINE_GET(ToStd(node.GetDisplayName()));
+    return OV_ENGINE_GET(ToStd(__GetGenAPINode(name).GetDisplayName()));
 }
 
 bool CFeatureControl::DoExist(const std::string& name) const {
-    return __FindNode(name) != nullptr;
+    return OV_ENGINE_GET(__FindNode(name)) != nullptr;
 }
 
 bool CFeatureControl::DoIsImplemented(const std::string& name) const {
-    INode* const node = __FindNode(name);
-    return node != nullptr && OV_ENGINE_GET(node->GetAccessMode()) != NI;
+    return OV_ENGINE_GET(AccessModeOf(__FindNode(name))) != NI;
 }
 
 bool CFeatureControl::DoIsReadable(const std::string& name) const {
-    INode& node = __GetGenAPINode(name);
-    return HasValue(node) && IsReadable(OV_ENGINE_GET(node.GetAccessMode()));
+    return IsReadable(OV_ENGINE_GET(ValueAccessModeOf(__GetGenAPINode(name))));
 }
 
 bool CFeatureControl::DoIsWritable(const std::string& name) const {
-    INode& node = __GetGenAPINode(name);
-    return HasValue(node) && IsWritable(OV_ENGINE_GET(node.GetAccessMode()));
+    return IsWritable(OV_ENGINE_GET(ValueAccessModeOf(__GetGenAPINode(name))));
 }
 
 FEATURE_INT_RANGE CFeatureControl::DoGetIntRange(const std::string& name) const {
-    IInteger& node = __GetNodeHandle<IInteger>(name);
-    return OV_ENGINE_GET((FEATURE_INT_RANGE{node.GetMin(), node.GetMax(), node.GetInc()}));
+    return OV_ENGINE_GET(RangeOf(__GetNodeHandle<IInteger>(name)));
 }
 
 int64_t CFeatureControl::DoGetInt(const std::string& name) const {
-    IInteger& node = __GetNodeHandle<IInteger>(name);
-    return OV_ENGINE_GET(node.GetValue(false, false));
+    return OV_ENGINE_GET(__GetNodeHandle<IInteger>(name).GetValue(false, false));
 }
 
 void CFeatureControl::DoSetInt(const std::string& name, int64_t value) const {
-    IInteger& node = __GetNodeHandle<IInteger>(name);
-    OV_ENGINE_SET(node.SetValue(value, true));
+    OV_ENGINE_SET(__GetNodeHandle<IInteger>(name).SetValue(value, true));
 }
 
 FEATURE_FLOAT_RANGE CFeatureControl::DoGetFloatRange(const std::string& name) const {
-    IFloat& node = __GetNodeHandle<IFloat>(name);
-    FEATURE_FLOAT_RANGE range;
-    range.min = OV_ENGINE_GET(node.GetMin());
-    range.max = OV_ENGINE_GET(node.GetMax());
-    range.hasInc = OV_ENGINE_GET(node.HasInc());
-    range.inc = range.hasInc ? OV_ENGINE_GET(node.GetInc()) : 0;
-    range.unit = OV_ENGINE_GET(ToStd(node.GetUnit()));
-    return range;
+    return OV_ENGINE_GET(RangeOf(__GetNodeHandle<IFloat>(name)));
 }
 
 double CFeatureControl::DoGetFloat(const std::string& name) const {
-    IFloat& node = __GetNodeHandle<IFloat>(name);
-    return OV_ENGINE_GET(node.GetValue(false, false));
+    return OV_ENGINE_GET(__GetNodeHandle<IFloat>(name).GetValue(false, false));
 }
 
 void CFeatureControl::DoSetFloat(const std::string& name, double value) const {
-    IFloat& node = __GetNodeHandle<IFloat>(name);
-    OV_ENGINE_SET(node.SetValue(value, true));
-}
-
-template <class Visit>
-void CFeatureControl::__ForEachAvailableEntry(const std::string& name, const Visit& visit) const {
-    IEnumeration& enumeration = __GetNodeHandle<IEnumeration>(name);
-    node_vector nodes;
-    OV_ENGINE_GET(enumeration.GetEntries(nodes));
-    for (INode* const node : nodes) {
-        auto* const entry = dynamic_cast<IEnumEntry*>(node);
-        if (entry != nullptr && IsAvailable(OV_ENGINE_GET(node->GetAccessMode()))) {
-            visit(*entry);
-        }
-    }
+    OV_ENGINE_SET(__GetNodeHandle<IFloat>(name).SetValue(value, true));
 }
 
 uint32_t CFeatureControl::DoGetEnumEntryNums(const std::string& name) const {
-    uint32_t count = 0;
-    __ForEachAvailableEntry(name, [&count](IEnumEntry&) { ++count; });
-    return count;
+    return static_cast<uint32_t>(
+        OV_ENGINE_GET(AvailableEntriesOf(__GetNodeHandle<IEnumeration>(name))).size());
 }
 
 void CFeatureControl::DoGetEnumDescription(
     const std::string& name, std::vector<FEATURE_ENUM_ENTRY_INFORMATION>& entries) const {
-    __ForEachAvailableEntry(name, [&entries](IEnumEntry& entry) {
+    const auto available = OV_ENGINE_GET(AvailableEntriesOf(__GetNodeHandle<IEnumeration>(name)));
+    for (IEnumEntry* const entry : available) {
         FEATURE_ENUM_ENTRY_INFORMATION& information = entries.emplace_back();
-        information.value = OV_ENGINE_GET(entry.GetValue());
-        information.symbolic = OV_ENGINE_GET(ToStd(entry.GetSymbolic()));
-    });
+        information.value = OV_ENGINE_GET(entry->GetValue());
+        information.symbolic = OV_ENGINE_GET(ToStd(entry->GetSymbolic()));
+    }
 }
 
 int64_t CFeatureControl::DoGetEnum(const std::string& name) const {
-    IEnumeration& node = __GetNodeHandle<IEnumeration>(name);
-    return OV_ENGINE_GET(node.GetIntValue(false, false));
+    return OV_ENGINE_GET(__GetNodeHandle<IEnumeration>(name).GetIntValue(false, false));
 }
 
 void CFeatureControl::DoSetEnum(const std::string& name, int64_t value) const {
-    IEnumeration& node = __GetNodeHandle<IEnumeration>(name);
-    OV_ENGINE_SET(node.SetIntValue(value, true));
+    OV_ENGINE_SET(__GetNodeHandle<IEnumeration>(name).SetIntValue(value, true));
 }
 
 int64_t CFeatureControl::DoGetEnumEntryValue(const std::string& name,
                                              const std::string& entry) const {
-    IEnumeration& node = __GetNodeHandle<IEnumeration>(name);
-    IEnumEntry* const found = OV_ENGINE_GET(node.GetEntryByName(entry.c_str()));
+    IEnumEntry* const found =
+        OV_ENGINE_GET(__GetNodeHandle<IEnumeration>(name).GetEntryByName(entry.c_str()));
     if (found == nullptr) {
         OV_RAISE(CInvalidParameterError, "The enumeration feature \"" + name +
                                              "\" does not contain the entry \"" + entry + "\"");
@@ -167,33 +168,27 @@ int64_t CFeatureControl::DoGetEnumEntryValue(const std::string& name,
 }
 
 bool CFeatureControl::DoGetBool(const std::string& name) const {
-    IBoolean& node = __GetNodeHandle<IBoolean>(name);
-    return OV_ENGINE_GET(node.GetValue(false, false));
+    return OV_ENGINE_GET(__GetNodeHandle<IBoolean>(name).GetValue(false, false));
 }
 
 void CFeatureControl::DoSetBool(const std::string& name, bool value) const {
-    IBoolean& node = __GetNodeHandle<IBoolean>(name);
-    OV_ENGINE_SET(node.SetValue(value, true));
+    OV_ENGINE_SET(__GetNodeHandle<IBoolean>(name).SetValue(value, true));
 }
 
 int64_t CFeatureControl::DoGetMaxStringLength(const std::string& name) const {
-    IString& node = __GetNodeHandle<IString>(name);
-    return OV_ENGINE_GET(node.GetMaxLength());
+    return OV_ENGINE_GET(__GetNodeHandle<IString>(name).GetMaxLength());
 }
 
 std::string CFeatureControl::DoGetString(const std::string& name) const {
-    IString& node = __GetNodeHandle<IString>(name);
-    return OV_ENGINE_GET(ToStd(node.GetValue(false, false)));
+    return OV_ENGINE_GET(ToStd(__GetNodeHandle<IString>(name).GetValue(false, false)));
 }
 
 void CFeatureControl::DoSetString(const std::string& name, const std::string& value) const {
-    IString& node = __GetNodeHandle<IString>(name);
-    OV_ENGINE_SET(node.SetValue(value.c_str(), true));
+    OV_ENGINE_SET(__GetNodeHandle<IString>(name).SetValue(value.c_str(), true));
 }
 
 size_t CFeatureControl::DoGetBufferLength(const std::string& name) const {
-    IRegister& node = __GetNodeHandle<IRegister>(name);
-    return static_cast<size_t>(OV_ENGINE_GET(node.GetLength()));
+    return static_cast<size_t>(OV_ENGINE_GET(__GetNodeHandle<IRegister>(name).GetLength()));
 }
 
 void CFeatureControl::DoGetBuffer(const std::string& name, size_t size, uint8_t* buffer) const {
@@ -204,8 +199,7 @@ void CFeatureControl::DoGetBuffer(const std::string& name, size_t size, uint8_t*
     if (length > size) {
         OV_RAISE(CNeedMoreBufferError, "Need more buffer");
     }
-    IRegister& node = __GetNodeHandle<IRegister>(name);
-    OV_ENGINE_GET(node.Get(buffer, static_cast<int64_t>(length)));
+    OV_ENGINE_GET(__GetNodeHandle<IRegister>(name).Get(buffer, static_cast<int64_t>(length)));
 }
 
 void CFeatureControl::DoSetBuffer(const std::string& name, size_t size,
@@ -213,13 +207,11 @@ void CFeatureControl::DoSetBuffer(const std::string& name, size_t size,
     if (buffer == nullptr) {
         OV_RAISE(CInvalidParameterError, "pBuffer can't be NULL");
     }
-    IRegister& node = __GetNodeHandle<IRegister>(name);
-    OV_ENGINE_SET(node.Set(buffer, static_cast<int64_t>(size), true));
+    OV_ENGINE_SET(__GetNodeHandle<IRegister>(name).Set(buffer, static_cast<int64_t>(size), true));
 }
 
 void CFeatureControl::DoSendCommand(const std::string& name) const {
-    ICommand& node = __GetNodeHandle<ICommand>(name);
-    OV_ENGINE_SET(node.Execute(true));
+    OV_ENGINE_SET(__GetNodeHandle<ICommand>(name).Execute(true));
 }
 
 }  // namespace OVTLClass

@@ -58,8 +58,6 @@ private:
     GenApi_3_0_ORVANE::INode& __GetGenAPINode(const std::string& name) const;
     template <class T>
     T& __GetNodeHandle(const std::string& name) const;
-    template <class Visit>
-    void __ForEachAvailableEntry(const std::string& name, const Visit& visit) const;
     bool __Deregister(const CFeatureCallbackHandle& handle) const;
 
     GenApi_3_0_ORVANE::CNodeMapRef* m_nodeMap;
