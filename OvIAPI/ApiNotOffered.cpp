@@ -1,5 +1,5 @@
 // Calls that the interface declares and this version doesn't serve yet: events,
-// GigE configuration, configuration files and raw ports.
+// configuration files and raw ports.
 
 #include "DeviceManager.h"
 #include "OVIError.h"
@@ -50,47 +50,6 @@ OV_STATUS OVFlushEvent(OV_DEV_HANDLE /*hDevice*/) try { RefuseAsNotBuilt(); } ca
 }
 
 OV_STATUS OVGetEventNumInQueue(OV_DEV_HANDLE /*hDevice*/, uint32_t* /*pnEventNum*/) try {
-    RefuseAsNotBuilt();
-} catch (...) {
-    return CaughtStatus();
-}
-
-OV_STATUS OVGigEIpConfiguration(const char* /*pszDeviceMacAddress*/,
-                                OV_IP_CONFIGURE_MODE /*emIpConfigFlag*/,
-                                const char* /*pszIPAddress*/, const char* /*pszSubnetMask*/,
-                                const char* /*pszDefaultGateway*/, const char* /*pszUserID*/) try {
-    RefuseAsNotBuilt();
-} catch (...) {
-    return CaughtStatus();
-}
-
-OV_STATUS OVGigEForceIp(const char* /*pszDeviceMacAddress*/, const char* /*pszIPAddress*/,
-                        const char* /*pszSubnetMask*/, const char* /*pszDefaultGateway*/) try {
-    RefuseAsNotBuilt();
-} catch (...) {
-    return CaughtStatus();
-}
-
-OV_STATUS OVGigEResetDevice(const char* /*pszDeviceMacAddress*/,
-                            OV_RESET_MODE /*emResetMode*/) try {
-    RefuseAsNotBuilt();
-} catch (...) {
-    return CaughtStatus();
-}
-
-OV_STATUS OVGetDevicePersistentIpAddress(OV_DEV_HANDLE /*hDevice*/, char* /*pszIP*/,
-                                         size_t* /*pnIPLength*/, char* /*pszSubnetMask*/,
-                                         size_t* /*pnSubnetMaskLength*/,
-                                         char* /*pszDefaultGateway*/,
-                                         size_t* /*pnDefaultGatewayLength*/) try {
-    RefuseAsNotBuilt();
-} catch (...) {
-    return CaughtStatus();
-}
-
-OV_STATUS OVSetDevicePersistentIpAddress(OV_DEV_HANDLE /*hDevice*/, const char* /*pszIP*/,
-                                         const char* /*pszSubnetMask*/,
-                                         const char* /*pszDefaultGateway*/) try {
     RefuseAsNotBuilt();
 } catch (...) {
     return CaughtStatus();

@@ -1,6 +1,7 @@
 #pragma once
 /// The list of known cameras and the table of open handles.
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 
 namespace OVTLClass {
 class ITL;
+class CGevInterface;
 }
 
 /// How far a search goes.
@@ -42,6 +44,10 @@ public:
     void CloseDevice(COvDeviceInfo& info);
     void CloseAllDevice();
     void DeleteKnownList();
+    /// Searches all networks for a GigE Vision camera, listed or not, and leaves
+    /// the known list as it is.
+    /// @param mac  as text in the form of the list, capitals
+    std::shared_ptr<OVTLClass::IDevice> FindInWholeNetwork(const std::string& mac);
     /// Gives the first known camera of that device ID a new user ID.
     void SetKnownUserId(const std::string& deviceId, const std::string& userId);
 
@@ -51,6 +57,7 @@ private:
     class COpeningAgency;
 
     KnownList __CreateKnownDeviceList(unsigned timeout);
+    void __UpdateDeviceInWholeNetwork(KnownList& list);
     void __TryUpdate();
     bool __IsKnownListEmpty();
     Known __FindByIndex(uint32_t index);
@@ -60,8 +67,13 @@ private:
     OV_DEV_HANDLE __OpenDeviceByIP(const std::string& ip, OV_ACCESS_MODE accessMode);
     std::shared_ptr<OVTLClass::IDevice> __OpenOnAnyInterface(const std::string& ip,
                                                              OV_ACCESS_MODE accessMode);
+    /// The camera of that address when it could be opened there, else null.
+    static std::shared_ptr<OVTLClass::IDevice> __OpenOnInterface(OVTLClass::CGevInterface& owner,
+                                                                 int64_t address,
+                                                                 OV_ACCESS_MODE accessMode);
     void __CheckNotOpenByIP(const std::string& ip);
     OV_DEV_HANDLE __AddHandle(std::unique_ptr<COvDeviceInfo> info);
+    /// With the lock of the open list held.
     std::unique_ptr<COvDeviceInfo> __TakeHandle(const COvDeviceInfo& info);
 
     KnownList m_known;
@@ -71,5 +83,6 @@ private:
     OVTLClass::CLock m_openLock;
     OVTLClass::CLock m_openingLock;
     OVTLClass::CLock m_updateLock;
-    OvSearchMode m_searchMode = OvSearchMode::WholeNetwork;
+    /// A search that an opening starts reads it without the API lock.
+    std::atomic<OvSearchMode> m_searchMode{OvSearchMode::WholeNetwork};
 };

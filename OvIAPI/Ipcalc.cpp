@@ -1,5 +1,7 @@
 #include "Ipcalc.h"
 
+#include <bitset>
+#include <cctype>
 #include <cstdlib>
 
 namespace {
@@ -7,6 +9,7 @@ namespace {
 constexpr size_t kMaxDigits = 3;
 constexpr int kMaxNumbers = 4;
 constexpr int kHostLimit = 254;
+constexpr int kMaskLimit = 255;
 constexpr unsigned kAddressBits = 32;
 
 bool IsDigit(char character) {
@@ -39,6 +42,22 @@ bool IsDotted(const std::string& text, int limit) {
     }
 }
 
+bool IsDottedHost(const Cipcalc& calculator, const std::string& text, int limit) {
+    if (!IsDotted(text, limit)) {
+        return false;
+    }
+    const uint32_t address = calculator.StringToInt(text);
+    return address != 0 && address != 0xFFFFFFFFU && (address >> 24) != 0;
+}
+
+int HexDigit(char character) {
+    if (IsDigit(character)) {
+        return character - '0';
+    }
+    const int letter = std::tolower(static_cast<unsigned char>(character));
+    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : 0;
+}
+
 }  // namespace
 
 uint32_t Cipcalc::StringToInt(const std::string& text) const {
@@ -60,9 +79,40 @@ uint32_t Cipcalc::StringToInt(const std::string& text) const {
 }
 
 bool Cipcalc::IsValidIP(const std::string& text) const {
-    if (!IsDotted(text, kHostLimit)) {
-        return false;
+    return IsDottedHost(*this, text, kHostLimit);
+}
+
+bool Cipcalc::IsValidMask(const char* text) const {
+    return text != nullptr && IsDottedHost(*this, text, kMaskLimit);
+}
+
+std::string Cipcalc::IntToString(uint32_t address) const {
+    const Octets octets = SplitOctets(address);
+    std::string text = std::to_string(octets[0]);
+    for (size_t i = 1; i < octets.size(); ++i) {
+        text += "." + std::to_string(octets[i]);
     }
-    const uint32_t address = StringToInt(text);
-    return address != 0 && address != 0xFFFFFFFFU && (address >> 24) != 0;
+    return text;
+}
+
+std::string Cipcalc::ToBinaryText(uint32_t address) const {
+    std::string text = std::bitset<kAddressBits>(address).to_string();
+    for (const size_t at : {24U, 16U, 8U}) {
+        text.insert(at, 1, ' ');
+    }
+    return text;
+}
+
+Cipcalc::Mac Cipcalc::ParseMac(const std::string& text) const {
+    constexpr size_t kStep = 3;
+    const auto digitAt = [&text](size_t at) { return at < text.size() ? HexDigit(text[at]) : 0; };
+    Mac mac{};
+    for (size_t i = 0; i < mac.size(); ++i) {
+        mac[i] = static_cast<uint8_t>(digitAt(i * kStep) * 16 + digitAt(i * kStep + 1));
+    }
+    return mac;
+}
+
+bool Cipcalc::CompareMac(const Mac& left, const Mac& right) const {
+    return left == right;
 }
