@@ -10,26 +10,33 @@
 
 namespace OVTLClass {
 
-class FeatureNodes {
+template <class Port>
+class FeatureNodesOn {
 public:
     /// @param body  what stands between the "RegisterDescription" tags
-    explicit FeatureNodes(const std::string& body) : m_control(&m_nodes) {
-        m_nodes._LoadXMLFromString(EngineTest::XmlNodeMap::Describe(body).c_str());
+    explicit FeatureNodesOn(const std::string& body, int schemaMinor = 1) : m_control(&m_nodes) {
+        m_nodes._LoadXMLFromString(EngineTest::XmlNodeMap::Describe(body, schemaMinor).c_str());
         m_nodes._Connect(&m_port);
     }
 
     CFeatureControl& Control() { return m_control; }
     CFeatureControl* operator->() { return &m_control; }
-    EngineTest::TestPort& Port() { return m_port; }
+    Port& GetPort() { return m_port; }
     template <class Interface>
     Interface& Node(const char* name) {
         return dynamic_cast<Interface&>(*m_nodes._GetNode(name));
     }
 
 private:
-    EngineTest::TestPort m_port;
+    Port m_port;
     GenApi_3_0_ORVANE::CNodeMapRef m_nodes;
     CFeatureControl m_control;
+};
+
+class FeatureNodes : public FeatureNodesOn<EngineTest::TestPort> {
+public:
+    using FeatureNodesOn::FeatureNodesOn;
+    EngineTest::TestPort& Port() { return GetPort(); }
 };
 
 }  // namespace OVTLClass
