@@ -32,13 +32,25 @@ public:
     }
 };
 
-/// A stream that acquires.
+/// A stream that acquires. A stream that acquired before may have frames on
+/// loan, which go back before it is stopped.
 class CStartStreamAgency : public CAgency {
 public:
-    CStartStreamAgency(IDataStream& stream, const IBufferInitInfo& info) {
-        Arm([&stream] { stream.DoStopDataStreamAcquisition(); });
+    CStartStreamAgency(IDataStream& stream, CFramePool& pool, const IBufferInitInfo& info) {
         stream.DoStartDataStreamAcqusition(info);
+        Arm([&stream, &pool] {
+            pool.Free();
+            stream.DoStopDataStreamAcquisition();
+        });
     }
+};
+
+/// What every attempt of a start works on.
+struct StartTarget {
+    const IFeatureControl& remote;
+    IDataStream& stream;
+    CFramePool& pool;
+    bool chunkMode;
 };
 
 bool IsChunkModeActive(const IFeatureControl& remote) {
@@ -60,23 +72,19 @@ CBufferInitInfo ReadBufferInitInfo(const IFeatureControl& remote, bool chunkMode
     return info;
 }
 
-void StartOnce(const IFeatureControl& remote, IDataStream& stream, bool chunkMode) {
-    const CBufferInitInfo info = ReadBufferInitInfo(remote, chunkMode);
-    CStartStreamAgency started(stream, info);
-    remote.DoSendCommand("AcquisitionStart");
+void StartOnce(const StartTarget& target) {
+    const CBufferInitInfo info = ReadBufferInitInfo(target.remote, target.chunkMode);
+    CStartStreamAgency started(target.stream, target.pool, info);
+    target.remote.DoSendCommand("AcquisitionStart");
     started.Commit();
 }
 
-void StartWithRetries(const IFeatureControl& remote, IDataStream& stream, bool chunkMode) {
+void StartWithRetries(const StartTarget& target) {
     for (int attempt = 1;; ++attempt) {
         try {
-            StartOnce(remote, stream, chunkMode);
+            StartOnce(target);
             return;
-        } catch (const std::exception&) {
-            if (attempt == kStartAttempts) {
-                throw;
-            }
-        } catch (const GenICam_3_0_ORVANE::GenericException&) {
+        } catch (...) {
             if (attempt == kStartAttempts) {
                 throw;
             }
@@ -132,7 +140,7 @@ void StartAcquisition(COvDeviceInfo& info) {
     const std::shared_ptr<IDataStream> stream = info.GetStream();
     const IFeatureControl& remote = *device.DoGetRemoteDeviceFeatureControl();
     CRemoteDeviceTLParamsLockedAgency locked(remote);
-    StartWithRetries(remote, *stream, IsChunkModeActive(remote));
+    StartWithRetries({remote, *stream, info.GetFramePool(), IsChunkModeActive(remote)});
     locked.Commit();
     info.GetFramePool().Make(stream->DoGetAnnounceBufferListSize());
 }

@@ -21,9 +21,7 @@ void QueueBufferOf(const OV_FRAME_BUFFER& frame) {
 void CFramePool::Make(size_t count) {
     Free();
     const std::scoped_lock lock(m_freeMutex);
-    for (size_t i = 0; i < count; ++i) {
-        m_free.push_back(std::make_unique<OV_FRAME_BUFFER>());
-    }
+    m_free.resize(count);
 }
 
 OV_FRAME_BUFFER* CFramePool::Take() {
@@ -32,16 +30,15 @@ OV_FRAME_BUFFER* CFramePool::Take() {
     if (m_free.empty()) {
         return nullptr;
     }
-    m_delivered.push_back(std::move(m_free.front()));
-    m_free.pop_front();
-    return m_delivered.back().get();
+    m_delivered.splice(m_delivered.end(), m_free, m_free.begin());
+    return &m_delivered.back();
 }
 
 void CFramePool::Return(OV_FRAME_BUFFER* frame) {
     const std::scoped_lock freeLock(m_freeMutex);
     const std::scoped_lock deliveredLock(m_deliveredMutex);
     const auto found = std::find_if(m_delivered.begin(), m_delivered.end(),
-                                    [frame](const auto& record) { return record.get() == frame; });
+                                    [frame](const auto& record) { return &record == frame; });
     if (found == m_delivered.end()) {
         OV_RAISE(CInvalidParameterError, "Invalid OV_FRAME_BUFFER* parameter");
     }
@@ -58,9 +55,8 @@ void CFramePool::ReturnAll() {
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): an iterator is a pointer
 void CFramePool::ReturnAt(Queue::iterator frame) {
-    QueueBufferOf(**frame);
-    m_free.push_back(std::move(*frame));
-    m_delivered.erase(frame);
+    QueueBufferOf(*frame);
+    m_free.splice(m_free.end(), m_delivered, frame);
 }
 
 void CFramePool::Free() {
@@ -68,7 +64,7 @@ void CFramePool::Free() {
     m_free.clear();
     const std::scoped_lock deliveredLock(m_deliveredMutex);
     for (const auto& frame : m_delivered) {
-        OV_RUN_LOGGED([&frame] { QueueBufferOf(*frame); });
+        OV_RUN_LOGGED([&frame] { QueueBufferOf(frame); });
     }
     m_delivered.clear();
 }

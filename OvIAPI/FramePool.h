@@ -1,13 +1,13 @@
 #pragma once
 /// The records behind the frames on loan of one camera.
 
-#include <deque>
-#include <memory>
+#include <list>
 #include <mutex>
 
 #include "OvIDef.h"
 
-/// A record is free or delivered. The lock of the free ones is always taken
+/// A record is free or delivered. Records move between the two queues without
+/// being made anew: lending a frame takes no memory. The lock of the free ones is always taken
 /// before that of the delivered ones.
 class CFramePool {
 public:
@@ -28,7 +28,7 @@ public:
     void Free();
 
 private:
-    using Queue = std::deque<std::unique_ptr<OV_FRAME_BUFFER>>;
+    using Queue = std::list<OV_FRAME_BUFFER>;
 
     void ReturnAt(Queue::iterator frame);
 

@@ -61,8 +61,11 @@ public:
     bool DoIsRegisterCaptureCallback() const { return m_hasCallback; }
 
     CNativeNewBufferEvent& GetNativeNewBufferEvent() { return m_native; }
-    /// 0 when no thread ever ran.
-    pthread_t GetAcquisitionThreadID() const { return m_thread.GetCurrentObjThreadID(); }
+    /// 0 unless the thread runs: the system gives the identity of an ended
+    /// thread to the next one, which may well be the application's.
+    pthread_t GetAcquisitionThreadID() const {
+        return m_thread.IsRunning() ? m_thread.GetCurrentObjThreadID() : 0;
+    }
 
 private:
     static void* __OnThreadGetImage(void* self);

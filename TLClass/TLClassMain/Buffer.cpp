@@ -1,5 +1,7 @@
 #include "TLClassMain/Buffer.h"
 
+#include <algorithm>
+#include <cstring>
 #include <new>
 
 #include "TLClassInfo/InformationAgency.h"
@@ -41,10 +43,11 @@ void CBuffer::AnnounceBuffer() {
 }
 
 void CBuffer::QueueBuffer() {
-    if (m_handle == nullptr) {
+    void* const handle = m_handle;
+    if (handle == nullptr) {
         OV_RAISE(CUnexpectedError, "Can not queue a buffer before announcing it");
     }
-    OV_VERIFY(m_lib.DSQueueBuffer(m_stream, m_handle), m_lib);
+    OV_VERIFY(m_lib.DSQueueBuffer(m_stream, handle), m_lib);
 }
 
 void CBuffer::RevokeBuffer() {
@@ -57,6 +60,31 @@ void CBuffer::RevokeBuffer() {
 
 BUFFER_INFO CBuffer::GetBufferInfo() const {
     return COvInformationAgency::GetBufferInformationFromHandle(m_lib, m_stream, m_handle);
+}
+
+std::vector<GenTL::S_SINGLE_CHUNK_DATA> CBuffer::GetChunkData() const {
+    void* const handle = m_handle;
+    size_t count = 0;
+    OV_VERIFY(m_lib.DSGetBufferChunkData(m_stream, handle, nullptr, &count), m_lib);
+    std::vector<GenTL::S_SINGLE_CHUNK_DATA> chunks(count);
+    if (count != 0) {
+        OV_VERIFY(m_lib.DSGetBufferChunkData(m_stream, handle, chunks.data(), &count), m_lib);
+        // The list may have become shorter between the two calls.
+        chunks.resize(std::min(count, chunks.size()));
+    }
+    return chunks;
+}
+
+bool CBuffer::IsMemoryOverFlow(const std::vector<GenTL::S_SINGLE_CHUNK_DATA>& chunks) const {
+    return std::any_of(chunks.begin(), chunks.end(), [this](const auto& chunk) {
+        const auto offset = static_cast<size_t>(chunk.ChunkOffset);
+        return offset > m_size || chunk.ChunkLength > m_size - offset;
+    });
+}
+
+bool CNativeChunkDataCompare::AreEqual(const Chunks& a, const Chunks& b) {
+    return a.size() == b.size() &&
+           (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof a[0]) == 0);
 }
 
 }  // namespace OVTLClass

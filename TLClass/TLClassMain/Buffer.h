@@ -1,8 +1,10 @@
 #pragma once
 /// One frame buffer through its GenTL life.
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "TLClassInfo/InfoRecords.h"
 #include "TLClassLoadTL/GenTLLib.h"
@@ -27,13 +29,28 @@ public:
     void RevokeBuffer();
     /// What the producer tells of the frame in it.
     BUFFER_INFO GetBufferInfo() const;
+    /// Where the metadata lies that came with the frame.
+    std::vector<GenTL::S_SINGLE_CHUNK_DATA> GetChunkData() const;
+    /// Whether a chunk reaches beyond the buffer's memory, as a producer's word
+    /// may have it.
+    bool IsMemoryOverFlow(const std::vector<GenTL::S_SINGLE_CHUNK_DATA>& chunks) const;
 
 private:
     const CGenTLLib& m_lib;
     void* m_stream;
-    void* m_handle = nullptr;
+    /// Null while not announced. A stop takes it away while another thread may
+    /// still fetch a frame.
+    std::atomic<void*> m_handle{nullptr};
     std::unique_ptr<uint8_t[]> m_memory;
     size_t m_size = 0;
+};
+
+class CNativeChunkDataCompare {
+public:
+    using Chunks = std::vector<GenTL::S_SINGLE_CHUNK_DATA>;
+
+    /// Whether both lists have the same chunks at the same places.
+    static bool AreEqual(const Chunks& a, const Chunks& b);
 };
 
 }  // namespace OVTLClass

@@ -38,7 +38,7 @@ public:
     /// Never raises; what goes wrong is logged, and the stream is stopped.
     virtual void DoStopDataStreamAcquisition() = 0;
     virtual std::shared_ptr<IDevice> DoGetDevice() = 0;
-    /// 0 when no thread ever ran.
+    /// 0 unless the thread that runs the callback runs.
     virtual pthread_t DoGetAcquisitionThreadID() = 0;
     virtual CNativeNewBufferEvent& DoGetNativeNewBufferEvent() = 0;
     virtual void* DoGetStreamHandle() = 0;

@@ -126,6 +126,8 @@ void CDataStream::__AllocateBuffers(size_t payloadSize) {
     while (m_buffers.size() > wanted) {
         m_buffers.pop_back();
     }
+    // A number that no memory can hold fails here, at once.
+    m_buffers.reserve(wanted);
     while (m_buffers.size() < wanted) {
         m_buffers.push_back(std::make_unique<CBuffer>(GetLib(), m_handle.load()));
     }

@@ -71,8 +71,15 @@ TEST_F(Delivery, RunsTheCallbackOnTheStreamsThread) {
     AwaitDelivered(1);
     EXPECT_EQ(caller, stream->DoGetAcquisitionThreadID());
     EXPECT_NE(caller, CVxThread::PthreadSelf());
+}
+
+TEST_F(Delivery, HasNoThreadOnceStopped) {
+    RegisterCounter();
+    Start();
+    EXPECT_NE(stream->DoGetAcquisitionThreadID(), 0U);
     Stop();
-    EXPECT_EQ(caller, stream->DoGetAcquisitionThreadID());
+    EXPECT_EQ(stream->DoGetAcquisitionThreadID(), 0U)
+        << "the application's next thread may get the same identity";
 }
 
 TEST_F(Delivery, GivesTheFrameWhileTheCallbackRuns) {

@@ -1,0 +1,116 @@
+// What becomes of frames: on loan, by copy, in records.
+
+#include "support/AcquisitionTest.h"
+
+namespace {
+
+// Frames on loan.
+
+TEST_F(AcquisitionTest, OnlyAFrameOnLoanGoesBack) {
+    Start();
+    OV_FRAME_BUFFER stranger{};
+    constexpr const char* kText = "Invalid OV_FRAME_BUFFER* parameter";
+    ExpectFailure(OVQBuf(camera, &stranger), OV_STATUS_INVALID_PARAMETER, kText);
+    producer.Trigger(0, 0, 1);
+    OV_FRAME_BUFFER* const frame = Borrow();
+    EXPECT_OV_OK(OVQBuf(camera, frame));
+    ExpectFailure(OVQBuf(camera, frame), OV_STATUS_INVALID_PARAMETER, kText);
+}
+
+TEST_F(AcquisitionTest, NoFrameComesWithoutAFreeBuffer) {
+    Start();
+    producer.SetFreeRunning(0, 0, 1);
+    for (int i = 0; i < 5; ++i) {
+        ASSERT_NE(Borrow(), nullptr);
+    }
+    OV_FRAME_BUFFER* frame = nullptr;
+    EXPECT_EQ(OVDQBuf(camera, &frame, 0), OV_STATUS_TIMEOUT);
+    EXPECT_EQ(frame, nullptr);
+}
+
+TEST_F(AcquisitionTest, AllFramesGoBackAtOnce) {
+    Start();
+    for (int round = 0; round < 3; ++round) {
+        producer.Trigger(0, 0, 5);
+        for (int i = 0; i < 5; ++i) {
+            ASSERT_NE(Borrow(), nullptr);
+        }
+        ASSERT_OV_OK(OVQAllBufs(camera));
+    }
+    EXPECT_OV_OK(OVQAllBufs(camera)) << "none on loan";
+}
+
+TEST_F(AcquisitionTest, AnArrayOneShortTellsTheNumberThatItNeeds) {
+    Start();
+    ExpectFailure(OVDQAllBufs(camera, frames, 4, &count, 0), OV_STATUS_NEED_MORE_BUFFER,
+                  "Size of OV_FRAME_DATA* array should be at least 5");
+}
+
+TEST_F(AcquisitionTest, AllWaitingFramesAreNoneAfterTheTimeOut) {
+    Start();
+    EXPECT_EQ(OVDQAllBufs(camera, frames, 5, &count, 0), OV_STATUS_TIMEOUT);
+    EXPECT_EQ(count, 0U);
+    EXPECT_EQ(frames[0], nullptr);
+}
+
+TEST_F(AcquisitionTest, AllWaitingFramesMayBeOne) {
+    Start();
+    producer.Trigger(0, 0, 1);
+    EXPECT_OV_OK(OVDQAllBufs(camera, frames, 5, &count, kFrameTimeOut));
+    EXPECT_EQ(count, 1U);
+    ASSERT_NE(frames[0], nullptr);
+    EXPECT_EQ(DifferenceOf(0, frames[0]->nStatus, *frames[0]), "");
+    EXPECT_EQ(frames[1], nullptr);
+    EXPECT_OV_OK(OVQAllBufs(camera));
+}
+
+TEST_F(AcquisitionTest, ARecordOnLoanIsZeroWhereNothingIsTold) {
+    Start();
+    producer.Trigger(0, 0, 1);
+    const OV_FRAME_BUFFER* const frame = Borrow();
+    for (const char byte : frame->reserved) {
+        EXPECT_EQ(byte, 0);
+    }
+    EXPECT_NE(frame->nBufID, 0U);
+}
+
+TEST_F(AcquisitionTest, AnIncompleteFrameIsNoFailure) {
+    producer.SetFrame(0, 0, "Incomplete", 1);
+    Start();
+    producer.Trigger(0, 0, 2);
+    EXPECT_EQ(Borrow()->nStatus, OV_FRAME_STATUS_INCOMPLETE);
+    data.pImgBuf = pixels;
+    EXPECT_OV_OK(OVGetImage(camera, &data, kFrameTimeOut));
+    EXPECT_EQ(data.nStatus, OV_FRAME_STATUS_INCOMPLETE);
+}
+
+TEST_F(AcquisitionTest, ACopiedFrameIsBackWithTheProducerAtOnce) {
+    ASSERT_OV_OK(OVSetAcqusitionBufferNumber(camera, 5));
+    Start();
+    producer.SetFreeRunning(0, 0, 1);
+    data.pImgBuf = pixels;
+    for (uint64_t n = 0; n < 12; ++n) {
+        ASSERT_OV_OK(OVGetImage(camera, &data, kFrameTimeOut));
+        ASSERT_EQ(data.nFrameID, n);
+    }
+}
+
+TEST_F(AcquisitionTest, NothingComesWithinTheTimeOut) {
+    Start();
+    data.pImgBuf = pixels;
+    EXPECT_EQ(OVGetImage(camera, &data, 1), OV_STATUS_TIMEOUT);
+    EXPECT_EQ(OVDQBuf(camera, frames, 1), OV_STATUS_TIMEOUT);
+    producer.Trigger(0, 0, 1);
+    EXPECT_NE(Borrow(), nullptr) << "a time-out changes nothing";
+}
+
+TEST_F(AcquisitionTest, AFlushGivesWaitingFramesBackUnseen) {
+    EXPECT_OV_OK(OVFlushQueue(camera)) << "while stopped too";
+    Start();
+    producer.SetFreeRunning(0, 0, 1);
+    ASSERT_NE(Borrow(), nullptr);
+    producer.SetFreeRunning(0, 0, 0);
+    EXPECT_OV_OK(OVFlushQueue(camera));
+}
+
+}  // namespace

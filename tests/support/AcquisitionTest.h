@@ -1,0 +1,38 @@
+#pragma once
+/// An open camera, its frames and its capture callback.
+
+#include "ApiTest.h"
+#include "TestFrame.h"
+
+/// For frames that come; a test that waits that long has failed.
+constexpr uint32_t kFrameTimeOut = 10000;
+
+inline void IgnoreFrame(OV_FRAME_CALLBACK_PARAM*) {}
+
+class AcquisitionTest : public OpenCameraTest {
+protected:
+    void Start() { ASSERT_OV_OK(OVStreamOn(camera)); }
+    void Stop() { ASSERT_OV_OK(OVStreamOff(camera)); }
+    void RegisterCallback() {
+        ASSERT_OV_OK(OVRegisterCaptureCallback(camera, nullptr, &IgnoreFrame));
+    }
+
+    /// Null with a failure of the test when none comes.
+    OV_FRAME_BUFFER* Borrow() {
+        OV_FRAME_BUFFER* frame = nullptr;
+        EXPECT_OV_OK(OVDQBuf(camera, &frame, kFrameTimeOut));
+        return frame;
+    }
+    /// Has the camera take `number` frames and borrows them.
+    void BorrowNew(unsigned number) {
+        producer.Trigger(0, 0, number);
+        for (unsigned i = 0; i < number; ++i) {
+            ASSERT_NE(Borrow(), nullptr);
+        }
+    }
+
+    uint8_t pixels[kTestFrameSize] = {};
+    OV_FRAME_DATA data{};
+    OV_FRAME_BUFFER* frames[8] = {};
+    uint32_t count = 0;
+};
