@@ -91,6 +91,17 @@
     X(int, ReturnDevice, (unsigned iface, unsigned device))                                        \
     X(int, LoseInterface, (unsigned iface))                                                        \
     X(int, ReturnInterface, (unsigned iface))                                                      \
+    /* Another adapter sees the same camera, as the last of its list. It can be opened through one \
+       of them at a time. */                                                                       \
+    X(int, ShareDevice, (unsigned iface, unsigned device, unsigned other))                         \
+    /* The camera sits in a foreign subnet: only searches of the whole network find it, and it     \
+       can be opened by its address. */                                                            \
+    X(int, SetForeign, (unsigned iface, unsigned device, int on))                                  \
+    /* Searches for cameras on that interface wait until one is asked to stop, before or after it  \
+       began, or until this is switched off. */                                                    \
+    X(int, HoldSearch, (unsigned iface, int on))                                                   \
+    /* The time-out of the last search, in milliseconds; -1 before the first. */                   \
+    X(std::int64_t, SearchTimeout, (unsigned iface))                                               \
     /* How many list updates were asked to stop, and the last search mode (GigE Vision). */        \
     X(std::int64_t, StopUpdateCount, (unsigned iface))                                             \
     X(std::int64_t, SearchMode, (unsigned iface))                                                  \

@@ -91,6 +91,11 @@ OvProducer::DeviceFacts TestCamera::Facts() {
 void TestCamera::Open(GenTL::DEVICE_ACCESS_FLAGS flags, std::weak_ptr<OvProducer::EventSink> sink) {
     CheckUsable();
     const std::lock_guard lock(m_mutex);
+    // An adapter knows only what was opened through it.
+    if (m_open) {
+        throw Failure(GenTL::GC_ERR_ACCESS_DENIED, "The camera is open through another adapter");
+    }
+    m_open = true;
     m_sink = std::move(sink);
     m_facts.accessStatus = flags == GenTL::DEVICE_ACCESS_READONLY
                                ? GenTL::DEVICE_ACCESS_STATUS_OPEN_READONLY
@@ -100,6 +105,7 @@ void TestCamera::Open(GenTL::DEVICE_ACCESS_FLAGS flags, std::weak_ptr<OvProducer
 void TestCamera::Close() {
     const std::lock_guard lock(m_mutex);
     m_sink.reset();
+    m_open = false;
     m_facts.accessStatus = GenTL::DEVICE_ACCESS_STATUS_READWRITE;
 }
 

@@ -77,6 +77,9 @@ public:
     void Lose();
     void Return();
     bool IsLost() const;
+    /// Whether only a search of the whole network finds the camera.
+    void SetForeign(bool on) { m_foreign = on; }
+    bool IsForeign() const { return m_foreign; }
     void Post(GenTL::EVENT_TYPE type, std::span<const std::byte> entry);
     std::int64_t CommandCount(std::size_t offset) const;
 
@@ -104,6 +107,8 @@ private:
     std::vector<std::shared_ptr<TestStream>> m_streams;
     std::size_t m_streamCount = 1;
     bool m_lost = false;
+    bool m_open = false;
+    std::atomic<bool> m_foreign{false};
 };
 
 /// One stream of the camera, and the source of its frames.

@@ -37,6 +37,16 @@ int OnFunction(const char* name, Act act) {
 }
 
 template <typename Act>
+int OnInterface(unsigned iface, Act act) {
+    const std::shared_ptr<TestInterface> found = World().Interface(iface);
+    if (!found) {
+        return kUnknown;
+    }
+    act(*found);
+    return kOk;
+}
+
+template <typename Act>
 int OnCamera(unsigned iface, unsigned device, Act act) {
     const std::shared_ptr<TestCamera> camera = World().Camera(iface, device);
     if (!camera) {
@@ -222,12 +232,7 @@ int OvTest_SetInterfaceCount(unsigned count) {
 }
 
 int OvTest_SetDeviceCount(unsigned iface, unsigned count) {
-    const auto found = World().Interface(iface);
-    if (!found) {
-        return kUnknown;
-    }
-    found->SetDeviceCount(count);
-    return kOk;
+    return OnInterface(iface, [&](TestInterface& found) { found.SetDeviceCount(count); });
 }
 
 int OvTest_SetProducerText(const char* key, const char* text) {
@@ -303,21 +308,35 @@ int OvTest_ReturnDevice(unsigned iface, unsigned device) {
 }
 
 int OvTest_LoseInterface(unsigned iface) {
-    const auto found = World().Interface(iface);
-    if (!found) {
-        return kUnknown;
-    }
-    World().SetInterfaceLost(*found, true);
-    return kOk;
+    return OnInterface(iface, [](TestInterface& found) { World().SetInterfaceLost(found, true); });
 }
 
 int OvTest_ReturnInterface(unsigned iface) {
-    const auto found = World().Interface(iface);
-    if (!found) {
+    return OnInterface(iface, [](TestInterface& found) { World().SetInterfaceLost(found, false); });
+}
+
+int OvTest_ShareDevice(unsigned iface, unsigned device, unsigned other) {
+    const auto camera = World().Camera(iface, device);
+    if (!camera) {
         return kUnknown;
     }
-    World().SetInterfaceLost(*found, false);
-    return kOk;
+    return OnInterface(other, [&](TestInterface& found) { found.AddCamera(camera); });
+}
+
+int OvTest_SetForeign(unsigned iface, unsigned device, int on) {
+    return OnCamera(iface, device, [&](TestCamera& camera) {
+        camera.SetForeign(on != 0);
+        return true;
+    });
+}
+
+int OvTest_HoldSearch(unsigned iface, int on) {
+    return OnInterface(iface, [&](TestInterface& found) { found.HoldSearch(on != 0); });
+}
+
+std::int64_t OvTest_SearchTimeout(unsigned iface) {
+    const auto found = World().Interface(iface);
+    return found ? found->SearchTimeout() : kUnknown;
 }
 
 std::int64_t OvTest_StopUpdateCount(unsigned iface) {

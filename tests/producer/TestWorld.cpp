@@ -11,6 +11,9 @@ extern const std::string_view kTestCameraDescription;
 namespace OvTest {
 namespace {
 
+// The search mode beyond the adapter's own subnets.
+constexpr std::int64_t kWholeNetwork = 1;
+
 constexpr const char* kModules[] = {"System", "Interface", "Device", "Stream", "Remote"};
 
 std::string TlTypeByFileName() {
@@ -74,15 +77,22 @@ OvProducer::InterfaceFacts TestInterface::Facts() {
     return m_facts;
 }
 
-std::vector<std::shared_ptr<OvProducer::DeviceBackend>> TestInterface::Discover(std::uint64_t) {
-    const std::lock_guard lock(m_mutex);
+std::vector<std::shared_ptr<OvProducer::DeviceBackend>> TestInterface::Discover(
+    std::uint64_t timeout) {
+    std::unique_lock lock(m_mutex);
+    m_searchTimeout = static_cast<std::int64_t>(timeout);
+    m_searchEnds.wait(lock, [this] { return !m_searchHeld; });
     std::vector<std::shared_ptr<OvProducer::DeviceBackend>> present;
     for (const auto& camera : m_cameras) {
-        if (!camera->IsLost()) {
+        if (IsFound(*camera)) {
             present.push_back(camera);
         }
     }
     return present;
+}
+
+bool TestInterface::IsFound(const TestCamera& camera) const {
+    return !camera.IsLost() && (m_searchMode == kWholeNetwork || !camera.IsForeign());
 }
 
 std::shared_ptr<OvProducer::DeviceBackend> TestInterface::Reach(const std::string& id) {
@@ -103,6 +113,24 @@ void TestInterface::SetSearchMode(std::int64_t mode) {
 void TestInterface::StopDiscover() {
     const std::lock_guard lock(m_mutex);
     ++m_stopCount;
+    m_searchHeld = false;
+    m_searchEnds.notify_all();
+}
+
+void TestInterface::HoldSearch(bool on) {
+    const std::lock_guard lock(m_mutex);
+    m_searchHeld = on;
+    m_searchEnds.notify_all();
+}
+
+std::int64_t TestInterface::SearchTimeout() const {
+    const std::lock_guard lock(m_mutex);
+    return m_searchTimeout;
+}
+
+void TestInterface::AddCamera(std::shared_ptr<TestCamera> camera) {
+    const std::lock_guard lock(m_mutex);
+    m_cameras.push_back(std::move(camera));
 }
 
 void TestInterface::ChangeFacts(const std::function<void(OvProducer::InterfaceFacts&)>& change) {
@@ -157,6 +185,9 @@ void TestWorld::Reset() {
     faults.Reset();
     const std::lock_guard lock(m_mutex);
     const std::string tlType = TlTypeByFileName();
+    for (const auto& iface : m_interfaces) {
+        iface->HoldSearch(false);
+    }
     m_facts = {"OvTest_" + tlType, "oviapi", "TestProducer", "1.0.0", tlType, "Test Producer"};
     m_interfaces = {std::make_shared<TestInterface>(*this, 0U, tlType)};
     m_descriptions.clear();

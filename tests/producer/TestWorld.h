@@ -4,6 +4,7 @@
 #ifndef OV_TEST_WORLD_H
 #define OV_TEST_WORLD_H
 
+#include <condition_variable>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -23,7 +24,8 @@ public:
     TestInterface(const CameraSettings& settings, unsigned index, const std::string& tlType);
 
     OvProducer::InterfaceFacts Facts() override;
-    std::vector<std::shared_ptr<OvProducer::DeviceBackend>> Discover(std::uint64_t) override;
+    std::vector<std::shared_ptr<OvProducer::DeviceBackend>> Discover(
+        std::uint64_t timeout) override;
     /// "IP::" and the dotted address of a camera of this interface.
     std::shared_ptr<OvProducer::DeviceBackend> Reach(const std::string& id) override;
     void SetSearchMode(std::int64_t mode) override;
@@ -34,22 +36,29 @@ public:
     void ChangeFacts(const std::function<void(OvProducer::InterfaceFacts&)>& change);
     /// Cameras that stay are the same objects.
     void SetDeviceCount(unsigned count);
+    void AddCamera(std::shared_ptr<TestCamera> camera);
     std::shared_ptr<TestCamera> Camera(unsigned device) const;
+    void HoldSearch(bool on);
     void SetTlType(const std::string& tlType);
     std::int64_t SearchMode() const;
     std::int64_t StopCount() const;
+    std::int64_t SearchTimeout() const;
 
     bool lost = false;  ///< guarded by the world
 
 private:
     OvProducer::DeviceFacts FactsOfCamera(unsigned device) const;
+    bool IsFound(const TestCamera& camera) const;
 
     const CameraSettings& m_settings;
     const unsigned m_index;
     mutable std::mutex m_mutex;
     OvProducer::InterfaceFacts m_facts;
     std::vector<std::shared_ptr<TestCamera>> m_cameras;
+    std::condition_variable m_searchEnds;
+    bool m_searchHeld = false;
     std::int64_t m_searchMode = 0;
+    std::int64_t m_searchTimeout = -1;
     std::int64_t m_stopCount = 0;
 };
 

@@ -1,41 +1,8 @@
 // Three producers beside the library: GigE Vision, USB3 Vision and another.
 
-#include "support/ApiTest.h"
+#include "support/SeveralProducersTest.h"
 
 namespace {
-
-class SeveralProducersTest : public ::testing::Test {
-protected:
-    SeveralProducersTest() {
-        for (TestProducer* const producer : {&gev, &usb, &custom}) {
-            producer->Reset();
-        }
-    }
-    ~SeveralProducersTest() override {
-        OVCloseLib();
-        for (TestProducer* const producer : {&gev, &usb, &custom}) {
-            for (const char* const kind : {"Library", "System", "Interface", "Device", "Stream"}) {
-                EXPECT_EQ(producer->OpenCount(kind), 0) << kind;
-            }
-            producer->Reset();
-        }
-    }
-
-    std::vector<OV_DEVICE_BASE_INFO> List() {
-        uint32_t count = 0;
-        EXPECT_OV_OK(OVUpdateDeviceList(&count, 1000));
-        std::vector<OV_DEVICE_BASE_INFO> cameras(count);
-        size_t size = count * sizeof(OV_DEVICE_BASE_INFO);
-        EXPECT_OV_OK(OVGetAllDeviceBaseInfo(cameras.data(), &size));
-        return cameras;
-    }
-
-    static std::string Path(const char* name) { return std::string(OV_TEST_STAGE) + "/" + name; }
-
-    TestProducer gev{Path("OvGVTL.cti")};
-    TestProducer usb{Path("OvU3VTL.cti")};
-    TestProducer custom{Path("KwTL.cti")};
-};
 
 TEST_F(SeveralProducersTest, CamerasComeInTheOrderOfTheProducers) {
     ASSERT_OV_OK(OVInitLib());
@@ -89,13 +56,13 @@ TEST_F(SeveralProducersTest, AGigEVisionCameraHasAddresses) {
 
 TEST_F(SeveralProducersTest, ACameraOnTwoAdaptersIsOneEntry) {
     gev.SetInterfaceCount(2);
-    gev.SetDeviceCount(1, 1);
-    gev.SetInterfaceNumber(0, "IP", 0xC0A80001);
-    gev.SetInterfaceNumber(1, "IP", 0xC0A80101);
-    gev.SetDeviceNumber(0, 0, "MAC", 0x0000AABBCCDDEEFF);
-    gev.SetDeviceNumber(1, 0, "MAC", 0x0000AABBCCDDEEFF);
+    gev.SetDeviceCount(1, 0);
+    ASSERT_EQ(gev.ShareDevice(0, 0, 1), 0);
     ASSERT_OV_OK(OVInitLib());
     EXPECT_EQ(List().size(), 3U);
+    OV_DEVICE_IP_INFO record{};
+    ASSERT_OV_OK(OVGetDeviceIPInfo(1, &record));
+    EXPECT_STREQ(record.szNICDescription, "Adapter 0") << "the first adapter's is kept";
 }
 
 TEST_F(SeveralProducersTest, GigEVisionCamerasAreSortedByMacAddress) {
