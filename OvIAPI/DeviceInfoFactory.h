@@ -13,7 +13,7 @@
 namespace OVTLClass {
 class ITL;
 class CGevInterface;
-}
+}  // namespace OVTLClass
 
 /// How far a search goes.
 enum class OvSearchMode : int32_t { WholeNetwork = 0, LocalNetwork = 1 };

@@ -163,12 +163,13 @@ OV_DEV_HANDLE CDeviceInfoFactory::__OpenDeviceByIP(const std::string& ip,
 }
 
 void CDeviceInfoFactory::__CheckNotOpenByIP(const std::string& ip) {
+    const std::string id = CGevInterface::IdOfAddress(Cipcalc().StringToInt(ip));
     const CAutoLock lock(m_openLock);
-    const auto isOpenAt = [&ip](const auto& info) {
+    const auto isOpenAt = [&](const auto& info) {
         // A camera that was opened by its address has no address text of its
         // own; the ID that it was made with tells it.
         const bool isAt = info->deviceAddresses.ipText == ip ||
-                          info->GetDevice()->DoGetDeviceInfo().id.value == "IP::" + ip;
+                          info->GetDevice()->DoGetDeviceInfo().id.value == id;
         return isAt && info->GetDevice()->DoIsDeviceOpen();
     };
     if (std::any_of(m_open.begin(), m_open.end(), isOpenAt)) {
@@ -185,24 +186,28 @@ std::shared_ptr<IDevice> CDeviceInfoFactory::__OpenOnAnyInterface(const std::str
         }
         for (const auto& candidate : tl->DoGetInterfaceList()) {
             const auto owner = std::dynamic_pointer_cast<CGevInterface>(candidate);
-            auto device = owner ? owner->DoCreateDeviceByIPAddress(address) : nullptr;
-            if (!device) {
-                continue;
-            }
-            try {
-                COpenDeviceAgency opened(*device, accessMode);
-                COpenDataStreamAgency streamOpened(*device);
-                streamOpened.Commit();
-                opened.Commit();
+            if (auto device = owner ? __OpenOnInterface(*owner, address, accessMode) : nullptr) {
                 return device;
-            } catch (const std::exception& error) {
-                // The camera may hang on the next adapter.
-                OV_LOG(error.what());
             }
         }
     }
     OV_RAISE(CNotFoundDeviceError,
              COvString::MsgComposer("Can't open device by IP: %s", ip.c_str()));
+}
+
+std::shared_ptr<IDevice> CDeviceInfoFactory::__OpenOnInterface(CGevInterface& owner,
+                                                               int64_t address,
+                                                               OV_ACCESS_MODE accessMode) try {
+    std::shared_ptr<IDevice> device = owner.DoCreateDeviceByIPAddress(address);
+    COpenDeviceAgency opened(*device, accessMode);
+    COpenDataStreamAgency streamOpened(*device);
+    streamOpened.Commit();
+    opened.Commit();
+    return device;
+} catch (const std::exception& error) {
+    // The camera may hang on the next adapter.
+    OV_LOG(error.what());
+    return nullptr;
 }
 
 namespace {
@@ -234,13 +239,13 @@ void Close(std::unique_ptr<COvDeviceInfo> info) {
 
 void CDeviceInfoFactory::CloseDevice(COvDeviceInfo& info) {
     CheckNotInCallback(info, "device");
+    const CAutoLock lock(m_openLock);
     if (auto handle = __TakeHandle(info)) {
         Close(std::move(handle));
     }
 }
 
 std::unique_ptr<COvDeviceInfo> CDeviceInfoFactory::__TakeHandle(const COvDeviceInfo& info) {
-    const CAutoLock lock(m_openLock);
     const auto found = std::find_if(m_open.begin(), m_open.end(),
                                     [&info](const auto& open) { return open.get() == &info; });
     if (found == m_open.end()) {

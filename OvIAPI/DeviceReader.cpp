@@ -46,6 +46,9 @@ OvDeviceInfoList ReadGevDevices(ITL& tl, const std::string& tlId) {
     OvDeviceInfoList list;
     for (const auto& owner : tl.DoGetInterfaceList()) {
         for (const auto& device : owner->DoGetDeviceList()) {
+            if (CGevInterface::IsMadeForAddress(*device)) {
+                continue;
+            }
             auto entry = ReadDevice(device, tlId);
             ReadAddresses(*entry, *device, *owner);
             // A camera that two adapters see is one camera.

@@ -1,5 +1,7 @@
 // What an interface knows more when its cameras speak GigE Vision.
 
+#include <string_view>
+
 #include "TLClassInfo/FeatureAgency.h"
 #include "TLClassLoadTL/OvString.h"
 #include "TLClassMain/Device.h"
@@ -7,6 +9,20 @@
 #include "TLClassMain/Interface.h"
 
 namespace OVTLClass {
+
+namespace {
+
+constexpr std::string_view kAddressId = "IP::";
+
+}  // namespace
+
+std::string CGevInterface::IdOfAddress(int64_t ip) {
+    return std::string(kAddressId) + COvString::ConvertInt32ToIPString(static_cast<int32_t>(ip));
+}
+
+bool CGevInterface::IsMadeForAddress(IDevice& device) {
+    return device.DoGetDeviceInfo().id.value.compare(0, kAddressId.size(), kAddressId) == 0;
+}
 
 void CGevInterface::DoUpdateInterfaceInformation(const IF_INFO& info) {
     CInterface::DoUpdateInterfaceInformation(info);
@@ -52,7 +68,7 @@ std::vector<SPECIAL_INFO*> CGevInterface::__DoGetAllDeviceSpecialInformation(siz
 
 std::shared_ptr<IDevice> CGevInterface::DoCreateDeviceByIPAddress(int64_t ip) {
     const CAutoLock lock(m_createLock);
-    const std::string id = "IP::" + COvString::ConvertInt32ToIPString(static_cast<int32_t>(ip));
+    const std::string id = IdOfAddress(ip);
     if (auto found = __SearchDeviceByIP(ip, id)) {
         return found;
     }

@@ -3,6 +3,7 @@
 #include "TLClassFeature/FeatureControl.h"
 #include "TLClassInfo/FeatureAgency.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
+#include "TLClassLoadTL/OvException.h"
 #include "TLClassMain/Device.h"
 #include "TLClassMain/TL.h"
 #include "TLClassXML/XMLLoadAgency.h"
@@ -103,7 +104,12 @@ void CInterface::SetInterfaceLostStatus() {
 }
 
 std::shared_ptr<IInterface> CInterface::GetSelf() {
-    return std::dynamic_pointer_cast<IInterface>(m_tl->GetChild(this));
+    auto self = std::dynamic_pointer_cast<IInterface>(m_tl->GetChild(this));
+    if (!self) {
+        // A search on another thread may lose the interface at any time.
+        OV_RAISE(CUnexpectedError, "The system doesn't list the interface any more");
+    }
+    return self;
 }
 
 void CInterface::__DoAcquireInterfaceSpecialInformation(const IFeatureControl& /*control*/) {}

@@ -72,7 +72,7 @@ protected:
     void __DoResetAllDeviceSpecialInformation() override;
     std::vector<SPECIAL_INFO*> __DoGetAllDeviceSpecialInformation(size_t count) override;
 
-    /// This interface as its parent holds it; empty when it isn't listed.
+    /// This interface as its parent holds it; raises when it isn't listed.
     std::shared_ptr<IInterface> GetSelf();
     void* GetHandle() const { return m_handle; }
 
@@ -111,6 +111,11 @@ public:
     virtual std::shared_ptr<IDevice> DoCreateDeviceByIPAddress(int64_t ip);
 
     GEV_IF_INFO GetGevInterfaceInfo();
+
+    /// The ID of the device that is made for that address.
+    static std::string IdOfAddress(int64_t ip);
+    /// Whether the device was made for an address: no search has found it.
+    static bool IsMadeForAddress(IDevice& device);
 
 protected:
     void __DoAcquireInterfaceSpecialInformation(const IFeatureControl& control) override;
