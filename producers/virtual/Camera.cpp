@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "framework/Failure.h"
+#include "virtual/FactoryCalibration.h"
 
 namespace OvVirtual {
 
@@ -23,7 +24,10 @@ Camera::Camera(CameraIdentity identity, const Environment& environment)
       m_memory(MemoryFile(environment, m_identity)),
       m_unpaced(environment.frameRate && *environment.frameRate == 0),
       m_shortestPeriod(environment.frameRate && !m_unpaced ? 1 / *environment.frameRate : 0),
-      m_state(m_memory.Load(m_identity.color).value_or(FactoryState(m_identity.color))) {}
+      m_state(m_memory.Load(m_identity.color).value_or(FactoryState(m_identity.color))),
+      m_files(FactoryCalibration(m_identity)) {
+    m_files.SetUserFile(std::exchange(m_state.userFile, std::nullopt));
+}
 
 CameraSettings Camera::Settings() const {
     const std::lock_guard lock(m_mutex);
@@ -100,6 +104,7 @@ void Camera::SaveUserSet(std::int64_t set) {
 }
 
 void Camera::Reset() {
+    m_files.Reset();
     const std::lock_guard lock(m_mutex);
     m_acquiring = false;
     m_paramsLocked = false;
@@ -112,12 +117,15 @@ void Camera::Recall() {
     const std::lock_guard lock(m_mutex);
     if (state) {
         m_state = *std::move(state);
+        m_files.SetUserFile(std::exchange(m_state.userFile, std::nullopt));
     }
 }
 
 void Camera::Keep() const {
     const std::lock_guard lock(m_mutex);
-    m_memory.Store(m_state);
+    CameraState state = m_state;
+    state.userFile = m_files.UserFile();
+    m_memory.Store(state);
 }
 
 void Camera::Start() {

@@ -14,6 +14,7 @@
 #include <string>
 
 #include "framework/Acquisition.h"
+#include "virtual/CameraFiles.h"
 #include "virtual/CameraMemory.h"
 #include "virtual/Environment.h"
 
@@ -55,7 +56,8 @@ public:
     void LoadUserSet(std::int64_t set);
     /// -1005 for the factory's set.
     void SaveUserSet(std::int64_t set);
-    /// As switched off and on: the default set, no acquisition, time 0.
+    /// As switched off and on: the default set, no acquisition, time 0, no open
+    /// file.
     void Reset();
 
     /// Takes up what another process left.
@@ -63,6 +65,8 @@ public:
     /// Leaves the state to the next process. A folder that can't be written
     /// costs the memory, not the camera.
     void Keep() const;
+
+    CameraFiles& Files() { return m_files; }
 
     // Acquisition.
 
@@ -114,6 +118,8 @@ private:
     // Of the source's thread.
     FrameSettings m_next;  ///< shape of the frame that is due
     FrameRenderer m_renderer;
+
+    CameraFiles m_files;
 };
 
 }  // namespace OvVirtual

@@ -4,7 +4,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "framework/Failure.h"
+#include "virtual/FileRegisters.h"
+#include "virtual/RequireRange.h"
 #include "virtual/SettingRegisters.h"
 
 namespace OvProducer {
@@ -14,7 +15,6 @@ extern const std::string_view kVirtualCameraDescription;
 namespace OvVirtual {
 namespace {
 
-using OvProducer::Failure;
 using OvProducer::RegisterSpace;
 
 constexpr std::uint64_t kDescriptionAddress = 0x100000;
@@ -32,12 +32,6 @@ struct Selectors {
 
 std::int64_t Bool(bool value) {
     return value ? 1 : 0;
-}
-
-void RequireRange(std::int64_t value, std::int64_t min, std::int64_t max) {
-    if (value < min || value > max) {
-        throw Failure(GenTL::GC_ERR_INVALID_VALUE, "The value is out of the register's range");
-    }
 }
 
 std::shared_ptr<const LookUpTable> WithEntry(const LookUpTable& table, std::int64_t index,
@@ -91,6 +85,7 @@ public:
         AddLut();
         AddUserSets();
         AddTransport();
+        AddFileRegisters(m_registers, m_camera);
     }
 
 private:

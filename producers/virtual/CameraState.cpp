@@ -1,5 +1,7 @@
 #include "virtual/CameraState.h"
 
+#include <algorithm>
+#include <charconv>
 #include <iomanip>
 #include <sstream>
 
@@ -9,7 +11,7 @@
 namespace OvVirtual {
 namespace {
 
-constexpr const char* kFormat = "oviapi-virtual-camera-1";
+constexpr const char* kFormat = "oviapi-virtual-camera-2";
 /// Tells a whole text from one whose last number is cut off.
 constexpr const char* kEnd = "end";
 constexpr std::int64_t kBalanceMax = 65535;
@@ -77,6 +79,39 @@ void Read(std::istream& in, bool color, CameraSettings& settings) {
     }
 }
 
+/// The length, or -1 for a file that isn't there, and the bytes in hexadecimal.
+void Write(std::ostream& out, const std::optional<CameraFiles::Content>& file) {
+    if (!file) {
+        out << "-1\n";
+        return;
+    }
+    out << file->size() << ' ' << std::hex << std::setfill('0');
+    for (const std::byte byte : *file) {
+        out << std::setw(2) << std::to_integer<unsigned>(byte);
+    }
+    out << std::dec << '\n';
+}
+
+std::byte ReadByte(std::istream& in) {
+    char digits[2] = {};
+    in >> digits[0] >> digits[1];
+    unsigned value = 0;
+    const auto [end, error] = std::from_chars(digits, digits + 2, value, 16);
+    if (end != digits + 2 || error != std::errc()) {
+        in.setstate(std::ios::failbit);
+    }
+    return static_cast<std::byte>(value);
+}
+
+void Read(std::istream& in, std::optional<CameraFiles::Content>& file) {
+    const std::int64_t length = ReadNumber(in, -1, CameraFiles::kUserFileMax);
+    if (length < 0) {
+        return;
+    }
+    file.emplace(static_cast<std::size_t>(length));
+    std::ranges::generate(*file, [&] { return ReadByte(in); });
+}
+
 }  // namespace
 
 CameraState FactoryState(bool color) {
@@ -94,6 +129,7 @@ std::string ToText(const CameraState& state) {
     for (std::size_t set = 1; set < CameraState::kUserSets; ++set) {
         Write(out, state.userSets[set]);
     }
+    Write(out, state.userFile);
     out << kEnd << '\n';
     return out.str();
 }
@@ -109,6 +145,7 @@ std::optional<CameraState> StateFromText(const std::string& text, bool color) {
     for (std::size_t set = 1; set < CameraState::kUserSets; ++set) {
         Read(in, color, state.userSets[set]);
     }
+    Read(in, state.userFile);
     std::string end;
     const bool isWhole = in >> end && end == kEnd && (in >> std::ws).eof();
     if (format != kFormat || state.userId.size() > kUserIdMax || !isWhole) {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "virtual/CameraFiles.h"
 #include "virtual/CameraSettings.h"
 
 namespace OvVirtual {
@@ -20,13 +21,15 @@ struct CameraState {
     std::array<CameraSettings, kUserSets> userSets;
     std::int64_t userSetDefault = 0;
     std::string userId;
+    std::optional<CameraFiles::Content> userFile;  ///< empty when it isn't there
 };
 
 /// As a camera comes from the factory.
 CameraState FactoryState(bool color);
 
 /// One line for the camera, then one block of lines for the settings and one
-/// for each user set: an address and its value a line.
+/// for each user set: an address and its value a line. One line for the user's
+/// file ends it.
 std::string ToText(const CameraState& state);
 
 /// Empty unless every line is as ToText writes it, with values that the

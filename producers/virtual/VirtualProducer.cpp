@@ -75,6 +75,7 @@ public:
         // A camera whose host goes away stops and is free for the next one.
         m_camera->Stop();
         m_camera->SetParamsLocked(false);
+        m_camera->Files().Reset();
         m_camera->Keep();
         m_status = GenTL::DEVICE_ACCESS_STATUS_READWRITE;
     }

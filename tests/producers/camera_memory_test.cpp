@@ -53,6 +53,7 @@ CameraState Changed() {
     state.userSets[1].gain = 240;
     state.userSets[2].binningX = 2;
     state.userSets[2].width = 1224;
+    state.userFile.emplace({std::byte{0x00}, std::byte{0x0A}, std::byte{0xFF}});
     return state;
 }
 
@@ -73,6 +74,25 @@ TEST_F(CameraMemoryTest, GivesBackAllThatItWasGiven) {
     EXPECT_EQ((*loaded->settings.lut)[17], kTopLevel);
     EXPECT_EQ(loaded->userSets[1].gain, 240);
     EXPECT_EQ(loaded->userSets[2].binningX, 2);
+    EXPECT_EQ(loaded->userFile, state.userFile);
+}
+
+TEST_F(CameraMemoryTest, TellsAnEmptyUserFileFromNone) {
+    CameraState state = Changed();
+    state.userFile->clear();
+    EXPECT_EQ(StateFromText(ToText(state), true)->userFile, CameraFiles::Content());
+    state.userFile.reset();
+    EXPECT_EQ(StateFromText(ToText(state), true)->userFile, std::nullopt);
+}
+
+TEST_F(CameraMemoryTest, RefusesBytesThatAreNone) {
+    std::string text = ToText(Changed());
+    const size_t bytes = text.find("000aff");
+    ASSERT_NE(bytes, std::string::npos);
+    for (const char* wrong : {"000agf", "0-1aff", "000af ", "000aff0"}) {
+        std::string changed = text;
+        EXPECT_FALSE(StateFromText(changed.replace(bytes, 6, wrong), true)) << wrong;
+    }
 }
 
 TEST_F(CameraMemoryTest, LeavesOneFileForTheUserAlone) {
@@ -119,6 +139,8 @@ TEST_F(CameraMemoryTest, RefusesWhatTheRegistersWouldRefuse) {
     EXPECT_TRUE(refuses([](CameraState& s) { s.userSets[2].balance[0] = -1; }));
     EXPECT_TRUE(refuses([](CameraState& s) { s.userSetDefault = 3; }));
     EXPECT_TRUE(refuses([](CameraState& s) { s.userId = std::string(65, 'x'); }));
+    EXPECT_FALSE(refuses([](CameraState& s) { s.userFile->resize(CameraFiles::kUserFileMax); }));
+    EXPECT_TRUE(refuses([](CameraState& s) { s.userFile->resize(CameraFiles::kUserFileMax + 1); }));
     EXPECT_TRUE(refuses([](CameraState&) {}, false)) << "a mosaic in a camera without filter";
     EXPECT_FALSE(StateFromText(ToText(Changed()) + "1", true));
 }

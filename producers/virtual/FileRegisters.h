@@ -1,0 +1,19 @@
+/// @file
+/// The registers that reach the files of a virtual camera.
+#ifndef OV_VIRTUAL_FILE_REGISTERS_H
+#define OV_VIRTUAL_FILE_REGISTERS_H
+
+#include <memory>
+
+#include "framework/RegisterSpace.h"
+#include "virtual/Camera.h"
+
+namespace OvVirtual {
+
+/// Adds them to a port's; they keep the camera. What the next operation does
+/// belongs to the port.
+void AddFileRegisters(OvProducer::RegisterSpace& registers, const std::shared_ptr<Camera>& camera);
+
+}  // namespace OvVirtual
+
+#endif
