@@ -12,26 +12,16 @@
 #include <vector>
 
 #include "FeatureTable.h"
+#include "support/FeatureRows.h"
 
 namespace {
 
-struct Row {
-    const char* name;
-    OV_FEATURE_ID id;
-};
-
-const Row kRows[] = {
-#define OV_TEST_ROW(name, type, level, number) {#name, OV_FEATURE_##name},
-    OV_FEATURE_TABLE(OV_TEST_ROW)
-#undef OV_TEST_ROW
-};
-
 TEST(FeatureTable, HasEveryFeatureOnce) {
     const CFeatureTable table;
-    EXPECT_EQ(std::size(kRows), 243U);
+    EXPECT_EQ(std::size(kFeatureRows), 243U);
     EXPECT_EQ(table.GetSize(), 243U);
     std::set<std::string> names;
-    for (const Row& row : kRows) {
+    for (const FeatureRow& row : kFeatureRows) {
         EXPECT_STREQ(table.Find(row.id), row.name);
         names.insert(row.name);
     }
@@ -49,7 +39,7 @@ TEST(FeatureTable, HasNoOtherIdentifier) {
 
 TEST(FeatureTable, NamesFeaturesOfTheCameraTheHostAndTheStreamOnly) {
     std::map<OV_FEATURE_LEVEL, int> counts;
-    for (const Row& row : kRows) {
+    for (const FeatureRow& row : kFeatureRows) {
         ++counts[row.id & OV_FEATURE_LEVEL_MASK];
     }
     EXPECT_THAT(counts, testing::ElementsAre(testing::Pair(OV_FEATURE_LEVEL_REMOTE_DEVICE, 217),
@@ -58,7 +48,7 @@ TEST(FeatureTable, NamesFeaturesOfTheCameraTheHostAndTheStreamOnly) {
 }
 
 /// One of each block's first and last, so that no block slips.
-const Row kFixed[] = {
+const FeatureRow kFixed[] = {
     {"DeviceVendorName", 0x50000000},
     {"DeviceUserID", 0x50000007},
     {"DeviceTemperature", 0x20000014},
@@ -104,7 +94,7 @@ const Row kFixed[] = {
 
 TEST(FeatureTable, KeepsTheNumbersThatApplicationsStored) {
     const CFeatureTable table;
-    for (const Row& row : kFixed) {
+    for (const FeatureRow& row : kFixed) {
         EXPECT_STREQ(table.Find(row.id), row.name);
     }
 }
@@ -128,7 +118,7 @@ std::vector<std::string> DocumentedRows() {
 
 TEST(FeatureTable, IsWhatTheDocumentationTells) {
     std::vector<std::string> expected;
-    for (const Row& row : kRows) {
+    for (const FeatureRow& row : kFeatureRows) {
         std::ostringstream line;
         line << "| `" << row.name << "` | " << DocumentedType(row.id) << " | `0x" << std::hex
              << std::setw(8) << std::setfill('0') << row.id << "` |";

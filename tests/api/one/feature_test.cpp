@@ -1,19 +1,14 @@
-// Features by their identifiers: values, sizes, and the order of checks.
+// Features by their identifiers: values and sizes.
 
 #include <algorithm>
 #include <set>
 
 #include "support/ApiTest.h"
+#include "support/FeatureRows.h"
 
 namespace {
 
-constexpr OV_FEATURE_ID Unknown(OV_FEATURE_ID known) {
-    return known | 0xFFFFFF;
-}
-
 class FeatureTest : public OpenCameraTest {};
-
-// Values.
 
 TEST_F(FeatureTest, IntegersRoundTripWithinTheirLimits) {
     OV_INT_RANGE range{};
@@ -157,198 +152,17 @@ TEST_F(FeatureTest, CommandsReachTheCamera) {
     EXPECT_EQ(producer.CommandCount(0, 0, "TriggerSoftware"), 1);
 }
 
-// The table.
-
-struct Row {
-    const char* name;
-    OV_FEATURE_ID id;
-};
-
-const Row kRows[] = {
-#define OV_TEST_ROW(name, type, level, number) {#name, OV_FEATURE_##name},
-    OV_FEATURE_TABLE(OV_TEST_ROW)
-#undef OV_TEST_ROW
-};
-
 TEST_F(FeatureTest, EveryIdentifierHasItsOwnName) {
-    EXPECT_EQ(std::size(kRows), 243U);
+    EXPECT_EQ(std::size(kFeatureRows), 243U);
     std::set<OV_FEATURE_ID> ids;
-    for (const Row& row : kRows) {
+    for (const FeatureRow& row : kFeatureRows) {
         EXPECT_TRUE(ids.insert(row.id).second) << row.name;
         char name[128] = {};
         size_t size = sizeof name;
         EXPECT_OV_OK(OVGetFeatureName(camera, row.id, name, &size));
         EXPECT_STREQ(name, row.name);
+        EXPECT_EQ(size, std::strlen(row.name) + 1);
     }
 }
-
-TEST_F(FeatureTest, KnownIdentifiersKeepTheirNumbers) {
-    EXPECT_EQ(OV_FEATURE_DeviceUserID, 0x50000007);
-    EXPECT_EQ(OV_FEATURE_AcquisitionStart, 0x70000bb9);
-    EXPECT_EQ(OV_FEATURE_AcquisitionStop, 0x70000bba);
-}
-
-// Checks. Each call gets its arguments from here, to be spoilt one by one.
-
-struct Arguments {
-    OV_DEV_HANDLE camera = nullptr;
-    OV_FEATURE_ID feature = 0;
-    bool hasPointer = true;
-
-    template <class T>
-    T* Pointer() const {
-        static T value{};
-        return hasPointer ? &value : nullptr;
-    }
-};
-
-struct Call {
-    const char* name;
-    OV_FEATURE_ID feature;
-    OV_STATUS (*run)(const Arguments& a);
-    /// H handle, T type, N name, P pointer, in the order of the checks.
-    const char* order;
-};
-
-const Call kCalls[] = {
-    {"OVIsImplemented", OV_FEATURE_Width,
-     [](const Arguments& a) { return OVIsImplemented(a.camera, a.feature, a.Pointer<bool>()); },
-     "HPN"},
-    {"OVIsReadable", OV_FEATURE_Width,
-     [](const Arguments& a) { return OVIsReadable(a.camera, a.feature, a.Pointer<bool>()); },
-     "HNP"},
-    {"OVIsWritable", OV_FEATURE_Width,
-     [](const Arguments& a) { return OVIsWritable(a.camera, a.feature, a.Pointer<bool>()); },
-     "HNP"},
-    {"OVGetFeatureName", OV_FEATURE_Width,
-     [](const Arguments& a) {
-         return OVGetFeatureName(a.camera, a.feature, nullptr, a.Pointer<size_t>());
-     },
-     "HPN"},
-    {"OVGetIntRange", OV_FEATURE_Width,
-     [](const Arguments& a) {
-         return OVGetIntRange(a.camera, a.feature, a.Pointer<OV_INT_RANGE>());
-     },
-     "HTNP"},
-    {"OVGetInt", OV_FEATURE_Width,
-     [](const Arguments& a) { return OVGetInt(a.camera, a.feature, a.Pointer<int64_t>()); },
-     "HTNP"},
-    {"OVSetInt", OV_FEATURE_Width,
-     [](const Arguments& a) { return OVSetInt(a.camera, a.feature, 16); }, "HTN"},
-    {"OVGetFloatRange", OV_FEATURE_ExposureTime,
-     [](const Arguments& a) {
-         return OVGetFloatRange(a.camera, a.feature, a.Pointer<OV_FLOAT_RANGE>());
-     },
-     "HTNP"},
-    {"OVGetFloat", OV_FEATURE_ExposureTime,
-     [](const Arguments& a) { return OVGetFloat(a.camera, a.feature, a.Pointer<double>()); },
-     "HTNP"},
-    {"OVSetFloat", OV_FEATURE_ExposureTime,
-     [](const Arguments& a) { return OVSetFloat(a.camera, a.feature, 1000); }, "HTN"},
-    {"OVGetEnumEntryNums", OV_FEATURE_PixelFormat,
-     [](const Arguments& a) {
-         return OVGetEnumEntryNums(a.camera, a.feature, a.Pointer<uint32_t>());
-     },
-     "HTNP"},
-    {"OVGetEnumDescription", OV_FEATURE_PixelFormat,
-     [](const Arguments& a) {
-         return OVGetEnumDescription(a.camera, a.feature, nullptr, a.Pointer<size_t>());
-     },
-     "HTNP"},
-    {"OVGetEnum", OV_FEATURE_PixelFormat,
-     [](const Arguments& a) { return OVGetEnum(a.camera, a.feature, a.Pointer<int64_t>()); },
-     "HTNP"},
-    {"OVSetEnum", OV_FEATURE_PixelFormat,
-     [](const Arguments& a) { return OVSetEnum(a.camera, a.feature, 0x01080001); }, "HTN"},
-    {"OVGetBool", OV_FEATURE_ReverseX,
-     [](const Arguments& a) { return OVGetBool(a.camera, a.feature, a.Pointer<bool>()); }, "HTNP"},
-    {"OVSetBool", OV_FEATURE_ReverseX,
-     [](const Arguments& a) { return OVSetBool(a.camera, a.feature, false); }, "HTN"},
-    {"OVGetStringLength", OV_FEATURE_DeviceUserID,
-     [](const Arguments& a) { return OVGetStringLength(a.camera, a.feature, a.Pointer<size_t>()); },
-     "HTNP"},
-    {"OVGetStringMaxLength", OV_FEATURE_DeviceUserID,
-     [](const Arguments& a) {
-         return OVGetStringMaxLength(a.camera, a.feature, a.Pointer<size_t>());
-     },
-     "HTNP"},
-    {"OVGetString", OV_FEATURE_DeviceUserID,
-     [](const Arguments& a) {
-         return OVGetString(a.camera, a.feature, nullptr, a.Pointer<size_t>());
-     },
-     "HTNP"},
-    {"OVSetString", OV_FEATURE_DeviceUserID,
-     [](const Arguments& a) {
-         return OVSetString(a.camera, a.feature, a.hasPointer ? "id" : nullptr);
-     },
-     "HTNP"},
-    {"OVGetBufferLength", OV_FEATURE_LUTValueAll,
-     [](const Arguments& a) { return OVGetBufferLength(a.camera, a.feature, a.Pointer<size_t>()); },
-     "HTNP"},
-    {"OVGetBuffer", OV_FEATURE_LUTValueAll,
-     [](const Arguments& a) {
-         return OVGetBuffer(a.camera, a.feature, nullptr, a.Pointer<size_t>());
-     },
-     "HTNP"},
-    {"OVSendCommand", OV_FEATURE_TriggerSoftware,
-     [](const Arguments& a) { return OVSendCommand(a.camera, a.feature); }, "HTN"},
-};
-
-class FeatureChecks : public FeatureTest, public testing::WithParamInterface<Call> {
-protected:
-    void Spoil(Arguments& arguments, char check) const {
-        const OV_FEATURE_ID known = GetParam().feature;
-        switch (check) {
-            case 'H':
-                arguments.camera = nullptr;
-                break;
-            case 'T':
-                arguments.feature =
-                    known == OV_FEATURE_Width ? OV_FEATURE_DeviceUserID : OV_FEATURE_Width;
-                break;
-            case 'N':
-                arguments.feature = Unknown(known);
-                break;
-            default:
-                arguments.hasPointer = false;
-        }
-    }
-    void ExpectRefused(const Arguments& arguments, char check) {
-        const OV_STATUS status = GetParam().run(arguments);
-        switch (check) {
-            case 'H':
-                ExpectFailure(status, OV_STATUS_INVALID_HANDLE, "Invalid device handle");
-                break;
-            case 'T':
-                ExpectFailure(status, OV_STATUS_ERROR_TYPE, "FeatureID type error");
-                break;
-            case 'N':
-                ExpectFailure(status, OV_STATUS_INVALID_PARAMETER, "Invalid feature ID");
-                break;
-            default:
-                ExpectFailure(status, OV_STATUS_INVALID_PARAMETER, "NULL Pointer");
-        }
-    }
-};
-
-TEST_P(FeatureChecks, PassWhenAllIsRight) {
-    EXPECT_OV_OK(GetParam().run({camera, GetParam().feature, true}));
-}
-
-TEST_P(FeatureChecks, TheFirstOfTwoBadArgumentsDecides) {
-    const std::string order = GetParam().order;
-    for (size_t first = 0; first < order.size(); ++first) {
-        for (size_t second = first; second < order.size(); ++second) {
-            SCOPED_TRACE(order.substr(first, 1) + order[second]);
-            Arguments arguments{camera, GetParam().feature, true};
-            Spoil(arguments, order[second]);
-            Spoil(arguments, order[first]);
-            ExpectRefused(arguments, order[first]);
-        }
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(All, FeatureChecks, testing::ValuesIn(kCalls),
-                         [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace
