@@ -331,7 +331,7 @@ TEST_F(VirtualFiles, BearAnyNumberInTheirRegisters) {
         std::size_t size = sizeof value;
         return api.GCWritePort(camera->port, address, &value, &size);
     };
-    for (const std::uint64_t choice : {0x900, 0x904, 0x908}) {
+    for (const std::uint64_t choice : {0x900U, 0x904U, 0x908U}) {
         for (const std::uint32_t value : {5U, 0x80000000U, 0xFFFFFFFFU}) {
             EXPECT_EQ(write(choice, value), GenTL::GC_ERR_INVALID_VALUE) << choice;
         }
