@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <ostream>
 #include <string>
 
 #include "OvIAPI.h"
@@ -58,6 +59,10 @@ struct FeatureCall {
     const char* order;
     OV_STATUS (*run)(FeatureArguments& arguments);
 };
+
+inline void PrintTo(const FeatureCall& call, std::ostream* stream) {
+    *stream << call.name;
+}
 
 /// The name of a parametrised test.
 inline std::string NameOf(const FeatureCall& call) {
