@@ -315,6 +315,55 @@ INSTANTIATE_TEST_SUITE_P(
                       Geometry{"OvU3VTL.cti", false, false}, Geometry{"OvU3VTL.cti", true, false},
                       Geometry{"KwTL.cti", false, true}, Geometry{"KwTL.cti", true, true}));
 
+/// No thread can be made while it lives: none has that much memory for a stack.
+class ThreadShortage {
+public:
+    ThreadShortage() {
+        pthread_getattr_default_np(&m_before);
+        pthread_attr_t attributes;
+        pthread_attr_init(&attributes);
+        pthread_attr_setstacksize(&attributes, size_t{1} << 46);
+        pthread_setattr_default_np(&attributes);
+        pthread_attr_destroy(&attributes);
+    }
+    ~ThreadShortage() {
+        pthread_setattr_default_np(&m_before);
+        pthread_attr_destroy(&m_before);
+    }
+    ThreadShortage(const ThreadShortage&) = delete;
+    ThreadShortage& operator=(const ThreadShortage&) = delete;
+
+private:
+    pthread_attr_t m_before{};
+};
+
+TEST_F(Delivery, IsNotRegisteredWithoutAThread) {
+    RegisterCounter();
+    {
+        const ThreadShortage shortage;
+        EXPECT_UNEXPECTED(-1, "Failed to start __OnThreadGetImage", Start());
+    }
+    EXPECT_EQ(stream->DoGetAcquisitionThreadID(), 0U);
+    for (const char* const kind : {"Event", "Buffer", "Acquisition"}) {
+        EXPECT_EQ(producer.OpenCount(kind), 0) << kind;
+    }
+    Start();
+    producer.Trigger(0, 0, 1);
+    AwaitDelivered(1);
+}
+
+TEST_F(Delivery, OutlivesTheCamera) {
+    RegisterCounter();
+    Start();
+    producer.Trigger(0, 0, 1);
+    AwaitDelivered(1);
+    producer.LoseDevice(0, 0);
+    EXPECT_NE(stream->DoGetAcquisitionThreadID(), 0U);
+    producer.ReturnDevice(0, 0);
+    producer.Trigger(0, 0, 1);
+    AwaitDelivered(2);
+}
+
 TEST_F(Delivery, IsNotRegisteredWhenTheEventIsRefused) {
     RegisterCounter();
     producer.FailCall("GCRegisterEvent", 1, GenTL::GC_ERR_NOT_IMPLEMENTED);

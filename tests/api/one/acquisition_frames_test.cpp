@@ -1,5 +1,8 @@
 // What becomes of frames: on loan, by copy, in records.
 
+#include <thread>
+
+#include "GenTL/GenTL.h"
 #include "support/AcquisitionTest.h"
 
 namespace {
@@ -44,6 +47,114 @@ TEST_F(AcquisitionTest, AnArrayOneShortTellsTheNumberThatItNeeds) {
     Start();
     ExpectFailure(OVDQAllBufs(camera, frames, 4, &count, 0), OV_STATUS_NEED_MORE_BUFFER,
                   "Size of OV_FRAME_DATA* array should be at least 5");
+}
+
+/// Frames on loan are flushed back to the producer, so that there are more frames
+/// than records to lend.
+class ExhaustedPoolTest : public AcquisitionTest {
+protected:
+    /// Lends `number` frames and leaves five in the producer's hands.
+    void Exhaust(unsigned number) {
+        Start();
+        BorrowNew(number);
+        ASSERT_OV_OK(OVFlushQueue(camera));
+    }
+    /// Frames of five buffers can be had, so none of them is lost.
+    void ExpectAllFiveBack() {
+        producer.Trigger(0, 0, 5);
+        data.pImgBuf = pixels;
+        for (int i = 0; i < 5; ++i) {
+            EXPECT_OV_OK(OVGetImage(camera, &data, kFrameTimeOut));
+        }
+    }
+    void AwaitWaitingFrames(unsigned number) {
+        const int64_t all = Delivered() + number;
+        producer.Trigger(0, 0, number);
+        while (Delivered() < all) {
+            std::this_thread::yield();
+        }
+    }
+
+private:
+    int64_t Delivered() {
+        int64_t delivered = 0;
+        EXPECT_OV_OK(OVGetInt(camera, OV_FEATURE_StreamDeliveredFrameCount, &delivered));
+        return delivered;
+    }
+};
+
+TEST_F(ExhaustedPoolTest, LendsNoFrameWithoutARecordAndGivesItBack) {
+    Exhaust(5);
+    producer.Trigger(0, 0, 1);
+    OV_FRAME_BUFFER* frame = nullptr;
+    ExpectFailure(OVDQBuf(camera, &frame, kFrameTimeOut), OV_STATUS_ERROR, "DQFrameBuffer failed");
+    EXPECT_EQ(frame, nullptr);
+    EXPECT_EQ(producer.SuccessCount("DSQueueBuffer"), 1U);
+    ExpectAllFiveBack();
+}
+
+TEST_F(ExhaustedPoolTest, LendsNoneOfManyWithoutARecordForEach) {
+    Exhaust(4);
+    AwaitWaitingFrames(3);
+    ExpectFailure(OVDQAllBufs(camera, frames, 8, &count, kFrameTimeOut), OV_STATUS_ERROR,
+                  "DQFrameBuffer failed");
+    EXPECT_EQ(count, 0U);
+    EXPECT_EQ(frames[0], nullptr);
+    EXPECT_EQ(producer.SuccessCount("DSQueueBuffer"), 2U) << "the taken one and the one without";
+}
+
+TEST_F(ExhaustedPoolTest, LendsAllThatWaitWhileThereAreRecords) {
+    Exhaust(2);
+    AwaitWaitingFrames(3);
+    EXPECT_OV_OK(OVDQAllBufs(camera, frames, 8, &count, kFrameTimeOut));
+    EXPECT_EQ(count, 3U);
+    EXPECT_NE(frames[2], nullptr);
+    EXPECT_EQ(frames[3], nullptr);
+}
+
+class ManyFramesTest : public ExhaustedPoolTest {
+protected:
+    void SetUp() override {
+        ExhaustedPoolTest::SetUp();
+        Start();
+        AwaitWaitingFrames(3);
+    }
+};
+
+TEST_F(ManyFramesTest, AreThoseBeforeATimeOut) {
+    producer.FailCall("EventGetData", 3, GenTL::GC_ERR_TIMEOUT);
+    EXPECT_OV_OK(OVDQAllBufs(camera, frames, 5, &count, kFrameTimeOut));
+    EXPECT_EQ(count, 2U);
+    EXPECT_NE(frames[1], nullptr);
+    EXPECT_EQ(frames[2], nullptr);
+}
+
+TEST_F(ManyFramesTest, AreNoneWithATimeOutFirst) {
+    producer.FailCall("EventGetData", 1, GenTL::GC_ERR_TIMEOUT);
+    ExpectFailure(OVDQAllBufs(camera, frames, 5, &count, kFrameTimeOut), OV_STATUS_TIMEOUT,
+                  "Planned failure of EventGetData");
+    EXPECT_EQ(count, 0U);
+    EXPECT_EQ(producer.CallCount("EventGetData"), 1U);
+}
+
+TEST_F(ManyFramesTest, AreNoneAfterAFailureOfOne) {
+    producer.FailCall("EventGetData", 3, GenTL::GC_ERR_IO);
+    ExpectFailure(OVDQAllBufs(camera, frames, 5, &count, kFrameTimeOut), GenTL::GC_ERR_IO,
+                  "Planned failure of EventGetData");
+    EXPECT_EQ(count, 0U);
+    EXPECT_EQ(frames[0], nullptr);
+    EXPECT_EQ(producer.SuccessCount("DSQueueBuffer"), 2U);
+    EXPECT_OV_OK(OVQBuf(camera, Borrow()));
+    ExpectAllFiveBack();
+}
+
+TEST_F(AcquisitionTest, AFrameThatTheProducerRefusesStaysOnLoan) {
+    Start();
+    producer.Trigger(0, 0, 1);
+    OV_FRAME_BUFFER* const frame = Borrow();
+    producer.FailCall("DSQueueBuffer", 1, GenTL::GC_ERR_IO);
+    ExpectFailure(OVQBuf(camera, frame), GenTL::GC_ERR_IO, "Planned failure of DSQueueBuffer");
+    EXPECT_OV_OK(OVQBuf(camera, frame));
 }
 
 TEST_F(AcquisitionTest, AllWaitingFramesAreNoneAfterTheTimeOut) {

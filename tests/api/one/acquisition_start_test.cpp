@@ -3,7 +3,11 @@
 #include <condition_variable>
 #include <functional>
 #include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
 
+#include "GenTL/GenTL.h"
 #include "support/AcquisitionTest.h"
 
 namespace {
@@ -33,6 +37,24 @@ TEST_F(AcquisitionTest, BuffersAreFiveUntilTheyAreSet) {
 }
 
 // Start and stop.
+
+class StartTest : public AcquisitionTest {
+protected:
+    void FailWrites(const std::vector<unsigned>& calls) {
+        for (const unsigned call : calls) {
+            producer.FailCall("GCWritePort", call, GenTL::GC_ERR_IO);
+        }
+    }
+    /// The camera's lock is open, and nothing of the stream stands.
+    void ExpectStopped() {
+        EXPECT_EQ(ParamsLocked(), 0);
+        for (const char* const kind : {"Buffer", "Event", "Acquisition"}) {
+            EXPECT_EQ(producer.OpenCount(kind), 0) << kind;
+        }
+    }
+};
+
+using StopTest = StartTest;
 
 TEST_F(AcquisitionTest, AStopOfAStoppedStreamTellsTheCameraAlone) {
     EXPECT_OV_OK(OVStreamOff(camera));
@@ -92,21 +114,197 @@ TEST_F(ReadOnlyCameraTest, NeitherStartsNorStops) {
     ExpectFailure(OVStreamOff(camera), OV_STATUS_INVALID_ACCESS, kText);
 }
 
-TEST_F(AcquisitionTest, AStartHealsWithTheThirdAttempt) {
-    producer.FailCall("DSStartAcquisition", 1, -1010);
-    producer.FailCall("DSStartAcquisition", 2, -1010);
+/// Calls of the producer that fail with -1010.
+struct PlannedFailures {
+    const char* name;
+    const char* function;
+    std::vector<unsigned> calls;
+};
+
+class StartThatHeals : public AcquisitionTest,
+                       public testing::WithParamInterface<PlannedFailures> {};
+
+TEST_P(StartThatHeals, SucceedsWithTheThirdAttempt) {
+    for (const unsigned call : GetParam().calls) {
+        producer.FailCall(GetParam().function, call, GenTL::GC_ERR_IO);
+    }
     EXPECT_OV_OK(OVStreamOn(camera));
-    EXPECT_EQ(producer.CallCount("DSStartAcquisition"), 3U);
+    EXPECT_EQ(producer.OpenCount("Acquisition"), 1);
+    EXPECT_EQ(producer.OpenCount("Event"), 1);
     EXPECT_EQ(producer.OpenCount("Buffer"), 5);
+    EXPECT_EQ(producer.CommandCount(0, 0, "AcquisitionStart"), 1);
     EXPECT_EQ(ParamsLocked(), 1);
+    BorrowNew(5);
 }
 
-TEST_F(AcquisitionTest, AStopOfALostCameraStopsTheHost) {
+// An attempt writes twice, the stream's lock and the command, and its undo once;
+// the camera's lock goes before them all.
+INSTANTIATE_TEST_SUITE_P(Steps, StartThatHeals,
+                         testing::Values(PlannedFailures{"Event", "GCRegisterEvent", {1, 2}},
+                                         PlannedFailures{"Announce", "DSAnnounceBuffer", {1, 2}},
+                                         PlannedFailures{"Flush", "DSFlushQueue", {1, 2}},
+                                         PlannedFailures{"Stream", "DSStartAcquisition", {1, 2}},
+                                         PlannedFailures{"Command", "GCWritePort", {3, 6}}),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(StartTest, EndsWithTheFailureOfTheThirdAttempt) {
+    producer.FailCall("DSStartAcquisition", 1, GenTL::GC_ERR_INVALID_BUFFER);
+    producer.FailCall("DSStartAcquisition", 2, GenTL::GC_ERR_TIMEOUT);
+    producer.FailCall("DSStartAcquisition", 3, GenTL::GC_ERR_IO);
+    ExpectFailure(OVStreamOn(camera), GenTL::GC_ERR_IO, "Planned failure of DSStartAcquisition");
+    EXPECT_EQ(producer.CallCount("DSStartAcquisition"), 3U);
+    ExpectStopped();
+    Start();
+    BorrowNew(5);
+}
+
+TEST_F(StartTest, StopsTheStreamAfterEachCommandThatFails) {
+    FailWrites({3, 6, 9});
+    ExpectFailure(OVStreamOn(camera), GenTL::GC_ERR_IO, "Planned failure of GCWritePort");
+    EXPECT_EQ(producer.SuccessCount("DSStartAcquisition"), 3U);
+    EXPECT_EQ(producer.SuccessCount("DSStopAcquisition"), 3U);
+    ExpectStopped();
+    Start();
+}
+
+TEST_F(StartTest, GivesFramesOnLoanBackWhenTheSecondFails) {
+    Start();
+    BorrowNew(3);
+    OV_FRAME_BUFFER* const frame = frames[0];
+    FailWrites({2, 5, 8});
+    EXPECT_EQ(OVStreamOn(camera), GenTL::GC_ERR_IO);
+    EXPECT_EQ(producer.SuccessCount("DSQueueBuffer"), 3U);
+    ExpectStopped();
+    ExpectFailure(OVQBuf(camera, frame), OV_STATUS_INVALID_CALL,
+                  "Can't call QBuf before start capture");
+    ASSERT_OV_OK(OVSetAcqusitionBufferNumber(camera, 1));
+    Start();
+    BorrowNew(1);
+}
+
+TEST_F(StartTest, OfALostCameraIsTriedNoFurtherThanItsLock) {
+    producer.LoseDevice(0, 0);
+    EXPECT_EQ(OVStreamOn(camera), OV_STATUS_OFFLINE);
+    EXPECT_EQ(producer.CallCount("GCRegisterEvent"), 0U);
+}
+
+std::string Integer(const std::string& name, int64_t value) {
+    return "<Integer Name=\"" + name + "\"><Value>" + std::to_string(value) + "</Value></Integer>";
+}
+
+std::string Register(const std::string& name, const std::string& address) {
+    return "<IntReg Name=\"" + name + "\"><Address>" + address +
+           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+           "<Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>";
+}
+
+std::string Command(const std::string& name) {
+    return "<Command Name=\"" + name +
+           "\"><pValue>Run</pValue><CommandValue>1</CommandValue></Command>";
+}
+
+/// A camera that has what a start reads, and `more`.
+std::string PlainCamera(const std::string& more) {
+    return R"(<RegisterDescription ModelName="M" VendorName="V" ToolTip="T" )"
+           R"(StandardNameSpace="None" )"
+           R"(SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0" )"
+           R"(MajorVersion="1" MinorVersion="0" SubMinorVersion="0" )"
+           R"(ProductGuid="11111111-2222-3333-4444-555555555555" )"
+           R"(VersionGuid="66666666-7777-8888-9999-AAAAAAAAAAAA" )"
+           R"(xmlns="http://www.genicam.org/GenApi/Version_1_1">)" +
+           Integer("Width", kTestFrameWidth) + Integer("Height", kTestFrameHeight) +
+           Integer("OffsetX", 0) + Integer("OffsetY", 0) +
+           Integer("PayloadSize", static_cast<int64_t>(kTestFrameSize)) +
+           Command("AcquisitionStart") + Command("AcquisitionStop") + Register("Run", "0x8000") +
+           R"(<Enumeration Name="PixelFormat"><EnumEntry Name="Mono8"><Value>17301505)"
+           R"(</Value></EnumEntry><Value>17301505</Value></Enumeration>)" +
+           more + R"(<Port Name="Device"/></RegisterDescription>)";
+}
+
+class PlainCameraTest : public StartTest {
+protected:
+    void SetUp() override {}
+    void Open(const std::string& more) {
+        const std::string text = PlainCamera(more);
+        producer.SetDescription("Remote", "Plain.xml", text.data(), text.size());
+        OpenCameraTest::SetUp();
+    }
+};
+
+TEST_F(PlainCameraTest, StartsWithoutALockAndTellsOfItAtTheStop) {
+    Open("");
+    Start();
+    BorrowNew(5);
+    EXPECT_EQ(OVStreamOff(camera), OV_STATUS_ERROR);
+    EXPECT_NE(LastError::Get().text.find("TLParamsLocked"), std::string::npos);
+    ExpectStopped();
+}
+
+TEST_F(PlainCameraTest, StartsWithAChunkModeThatCannotBeRead) {
+    Open(Register("TLParamsLocked", "0x418") + Integer("ChunkModeActive", 1));
+    Start();
+    BorrowNew(1);
+    Stop();
+}
+
+// The stop.
+
+TEST_F(StopTest, OfALostCameraStopsTheHost) {
     Start();
     producer.LoseDevice(0, 0);
     EXPECT_EQ(OVStreamOff(camera), OV_STATUS_OFFLINE);
     EXPECT_EQ(producer.OpenCount("Acquisition"), 0);
     EXPECT_EQ(producer.OpenCount("Buffer"), 0);
+}
+
+/// What the camera says to a stop and to the release of its lock, 0 for nothing
+/// wrong, and what becomes of it.
+struct StopFailure {
+    const char* name;
+    int32_t ofTheStop;
+    int32_t ofTheLock;
+    OV_STATUS status;
+};
+
+class StopThatFails : public StopTest, public testing::WithParamInterface<StopFailure> {};
+
+TEST_P(StopThatFails, TellsTheFirstFailureOnceTheHostHasStopped) {
+    Start();
+    BorrowNew(2);
+    const int32_t failures[] = {GetParam().ofTheStop, 0, GetParam().ofTheLock};
+    for (unsigned write = 0; write < 3; ++write) {
+        if (failures[write] != 0) {
+            producer.FailAfterCall("GCWritePort", write + 1, failures[write]);
+        }
+    }
+    EXPECT_EQ(OVStreamOff(camera), GetParam().status);
+    EXPECT_NE(LastError::Get().text.find("Planned failure of GCWritePort"), std::string::npos);
+    EXPECT_EQ(producer.SuccessCount("DSQueueBuffer"), 2U);
+    ExpectStopped();
+    Start();
+    BorrowNew(5);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Failures, StopThatFails,
+    testing::Values(StopFailure{"Stop", GenTL::GC_ERR_IO, 0, OV_STATUS_ERROR},
+                    StopFailure{"Lock", 0, GenTL::GC_ERR_IO, OV_STATUS_ERROR},
+                    StopFailure{"StopOffline", GenTL::GC_ERR_CUSTOM_ID, 0, OV_STATUS_OFFLINE},
+                    StopFailure{"LockOffline", 0, GenTL::GC_ERR_CUSTOM_ID, OV_STATUS_OFFLINE},
+                    StopFailure{"BothOfflineFirst", GenTL::GC_ERR_CUSTOM_ID, GenTL::GC_ERR_IO,
+                                OV_STATUS_OFFLINE},
+                    StopFailure{"BothOfflineLast", GenTL::GC_ERR_IO, GenTL::GC_ERR_CUSTOM_ID,
+                                OV_STATUS_ERROR}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(StopTest, IsOpenToAThreadThatHasTheIdentityOfTheEndedOne) {
+    RegisterCallback();
+    Start();
+    Stop();
+    std::thread([this] {
+        EXPECT_OV_OK(OVStreamOff(camera));
+        EXPECT_OV_OK(OVCloseDevice(camera));
+    }).join();
 }
 
 // From the callback.
@@ -149,6 +347,8 @@ TEST_F(AcquisitionTest, TheCallbackMayNotEndWhatCallsIt) {
     }
     EXPECT_EQ(refusals.texts[0], "Can't stop capture in capture callback");
     EXPECT_EQ(refusals.texts[1], "Can't stop capture in capture callback");
+    EXPECT_EQ(refusals.texts[2], "Can't close device in capture callback");
+    EXPECT_EQ(refusals.texts[3], "Can't close lib in capture callback");
     lock.unlock();
     Stop();
 }
