@@ -122,6 +122,18 @@ inline const FeatureCall kAll[] = {
 
 }  // namespace feature_calls
 
+/// A camera's description whose body is given, with a port "Device".
+inline std::string DescribeCamera(const std::string& body) {
+    return R"(<?xml version="1.0"?>
+<RegisterDescription ModelName="Own" VendorName="oviapi" ToolTip="A test's own camera"
+    StandardNameSpace="None" SchemaMajorVersion="1" SchemaMinorVersion="1"
+    SchemaSubMinorVersion="0" MajorVersion="1" MinorVersion="0" SubMinorVersion="0"
+    ProductGuid="3B6F0D21-7E44-4A90-9C15-8D2F61B00002"
+    VersionGuid="3B6F0D21-7E44-4A90-9C15-8D2F61B01002"
+    xmlns="http://www.genicam.org/GenApi/Version_1_1"><Port Name="Device"/>)" +
+           body + "</RegisterDescription>";
+}
+
 /// The features of kAll on a camera that must be asked whatever is done to
 /// them. "Gate" has to be 1.
 inline std::string DescriptionThatAsksTheCamera() {
@@ -142,24 +154,17 @@ inline std::string DescriptionThatAsksTheCamera() {
         return "<" + kind + " Name=\"" + name + "\">" + gate + rest + "</" + kind + ">";
     };
     const std::string limits = "<pMin>Low</pMin><Max>100000000</Max>";
-    return R"(<?xml version="1.0"?>
-<RegisterDescription ModelName="Asking" VendorName="oviapi" ToolTip="Asks for everything"
-    StandardNameSpace="None" SchemaMajorVersion="1" SchemaMinorVersion="1"
-    SchemaSubMinorVersion="0" MajorVersion="1" MinorVersion="0" SubMinorVersion="0"
-    ProductGuid="3B6F0D21-7E44-4A90-9C15-8D2F61B00002"
-    VersionGuid="3B6F0D21-7E44-4A90-9C15-8D2F61B01002"
-    xmlns="http://www.genicam.org/GenApi/Version_1_1"><Port Name="Device"/>)" +
-           integer("Gate", 0x1000) + integer("Low", 0x1004) + integer("Raw", 0x1008) +
-           integer("Choice", 0x100C) + integer("Switch", 0x1010) + integer("Trigger", 0x1014) +
-           value("Integer", "Width", "<pValue>Raw</pValue>" + limits) +
-           value("Float", "ExposureTime", "<pValue>Raw</pValue>" + limits) +
-           value("Enumeration", "PixelFormat",
-                 "<EnumEntry Name=\"Mono8\">" + gate + "<Value>0x01080001</Value></EnumEntry>" +
-                     "<pValue>Choice</pValue>") +
-           value("Boolean", "ReverseX", "<pValue>Switch</pValue>") +
-           bytes("StringReg", "DeviceUserID", "<Address>0x1100</Address><Length>32</Length>") +
-           bytes("Register", "LUTValueAll", "<Address>0x1200</Address><Length>256</Length>") +
-           value("Command", "TriggerSoftware",
-                 "<pValue>Trigger</pValue><CommandValue>1</CommandValue>") +
-           "</RegisterDescription>";
+    return DescribeCamera(
+        integer("Gate", 0x1000) + integer("Low", 0x1004) + integer("Raw", 0x1008) +
+        integer("Choice", 0x100C) + integer("Switch", 0x1010) + integer("Trigger", 0x1014) +
+        value("Integer", "Width", "<pValue>Raw</pValue>" + limits) +
+        value("Float", "ExposureTime", "<pValue>Raw</pValue>" + limits) +
+        value("Enumeration", "PixelFormat",
+              "<EnumEntry Name=\"Mono8\">" + gate + "<Value>0x01080001</Value></EnumEntry>" +
+                  "<pValue>Choice</pValue>") +
+        value("Boolean", "ReverseX", "<pValue>Switch</pValue>") +
+        bytes("StringReg", "DeviceUserID", "<Address>0x1100</Address><Length>32</Length>") +
+        bytes("Register", "LUTValueAll", "<Address>0x1200</Address><Length>256</Length>") +
+        value("Command", "TriggerSoftware",
+              "<pValue>Trigger</pValue><CommandValue>1</CommandValue>"));
 }
