@@ -14,6 +14,7 @@ else()
   target_link_libraries(ov_hwy INTERFACE PkgConfig::HWY)
 endif()
 find_package(CLI11 CONFIG REQUIRED)
+find_package(nlohmann_json CONFIG REQUIRED)
 
 # Zipped descriptions are read with miniz where the system has it, else with
 # libzip; the parser sees only its own small reader.

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstring>
 #include <iomanip>
 #include <sstream>
 
 #include "Error.h"
+#include "FieldText.h"
 
 namespace {
 
@@ -32,19 +32,6 @@ std::string Write(OV_FEATURE_ID id) {
 }
 
 template <class T>
-std::string ToText(T value) {
-    std::ostringstream text;
-    text << std::setprecision(10) << value;
-    return text.str();
-}
-
-/// A text of a fixed field, which has no end when it is full.
-template <size_t Size>
-std::string FieldText(const char (&field)[Size]) {
-    return {field, strnlen(field, Size)};
-}
-
-template <class T>
 T ParseNumber(const std::string& text, OV_FEATURE_ID id) {
     T value{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -62,22 +49,22 @@ std::vector<OV_ENUM_DESCRIPTION> EntriesOf(OV_DEV_HANDLE camera, OV_FEATURE_ID i
     return entries;
 }
 
-std::string ReadInt(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
+int64_t ReadInt(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
     int64_t value = 0;
     Check(OVGetInt(camera, id, &value), Read(id));
-    return ToText(value);
+    return value;
 }
 
-std::string ReadFloat(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
+double ReadFloat(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
     double value = 0;
     Check(OVGetFloat(camera, id, &value), Read(id));
-    return ToText(value);
+    return value;
 }
 
-std::string ReadBool(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
+bool ReadBool(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
     bool value = false;
     Check(OVGetBool(camera, id, &value), Read(id));
-    return value ? "true" : "false";
+    return value;
 }
 
 std::string ReadEnum(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
@@ -88,7 +75,7 @@ std::string ReadEnum(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
             return FieldText(entry.szSymbolic);
         }
     }
-    return ToText(value);
+    return std::to_string(value);
 }
 
 std::string ReadString(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
@@ -140,7 +127,7 @@ int64_t ParseEntry(OV_DEV_HANDLE camera, OV_FEATURE_ID id, const std::string& te
         return value;
     }
     throw ToolError("can't " + Write(id) + ": it has no entry '" + text +
-                    "', but: " + DescribeRange(camera, id));
+                    "', but: " + ToText(ReadRange(camera, id)));
 }
 
 bool ParseBool(const std::string& text, OV_FEATURE_ID id) {
@@ -180,7 +167,7 @@ const char* TypeName(OV_FEATURE_ID id) {
     return index < std::size(kNames) ? kNames[index] : kNames[0];
 }
 
-std::string ReadFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
+FeatureValue ReadFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
     switch (TypeOf(id)) {
         case OV_FEATURE_TYPE_INT:
             return ReadInt(camera, id);
@@ -199,7 +186,7 @@ std::string ReadFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
     }
 }
 
-std::optional<std::string> TryReadFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
+std::optional<FeatureValue> TryReadFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
     bool readable = false;
     if (TypeOf(id) == OV_FEATURE_TYPE_COMMAND ||
         OVIsReadable(camera, id, &readable) != OV_STATUS_SUCCESS || !readable) {
@@ -208,29 +195,25 @@ std::optional<std::string> TryReadFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id
     return ReadFeature(camera, id);
 }
 
-std::string DescribeRange(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
-    std::ostringstream text;
+FeatureRange ReadRange(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
     if (TypeOf(id) == OV_FEATURE_TYPE_INT) {
         OV_INT_RANGE range{};
         Check(OVGetIntRange(camera, id, &range), Read(id));
-        text << range.nMin << " to " << range.nMax << " by " << range.nInc;
-    } else if (TypeOf(id) == OV_FEATURE_TYPE_FLOAT) {
+        return range;
+    }
+    if (TypeOf(id) == OV_FEATURE_TYPE_FLOAT) {
         OV_FLOAT_RANGE range{};
         Check(OVGetFloatRange(camera, id, &range), Read(id));
-        text << range.dMin << " to " << range.dMax;
-        if (range.bIncIsValid) {
-            text << " by " << range.dInc;
-        }
-        const std::string unit = FieldText(range.szUnit);
-        text << (unit.empty() ? "" : " ") << unit;
-    } else if (TypeOf(id) == OV_FEATURE_TYPE_ENUM) {
-        const char* separator = "";
-        for (const OV_ENUM_DESCRIPTION& entry : EntriesOf(camera, id)) {
-            text << separator << FieldText(entry.szSymbolic);
-            separator = " ";
-        }
+        return range;
     }
-    return text.str();
+    if (TypeOf(id) == OV_FEATURE_TYPE_ENUM) {
+        std::vector<std::string> names;
+        for (const OV_ENUM_DESCRIPTION& entry : EntriesOf(camera, id)) {
+            names.push_back(FieldText(entry.szSymbolic));
+        }
+        return names;
+    }
+    return std::monostate{};
 }
 
 void WriteFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id, const std::string& text) {

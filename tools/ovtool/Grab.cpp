@@ -2,25 +2,14 @@
 
 #include <array>
 #include <cstdio>
+#include <nlohmann/json.hpp>
 
+#include "Acquisition.h"
 #include "Error.h"
+#include "Json.h"
 #include "Picture.h"
 
 namespace {
-
-/// An acquisition for the life of the object.
-class Acquisition {
-public:
-    explicit Acquisition(OV_DEV_HANDLE camera) : m_camera(camera) {
-        Check(OVStreamOn(camera), "start the acquisition");
-    }
-    ~Acquisition() { OVStreamOff(m_camera); }
-    Acquisition(const Acquisition&) = delete;
-    Acquisition& operator=(const Acquisition&) = delete;
-
-private:
-    OV_DEV_HANDLE m_camera;
-};
 
 RawFrame FetchFrame(OV_DEV_HANDLE camera, uint32_t timeout, uint64_t& frameId) {
     OV_FRAME_BUFFER* frame = nullptr;
@@ -48,26 +37,55 @@ std::string PathOf(const GrabOptions& options, uint32_t number, const char* exte
     return options.folder + name.data();
 }
 
+/// The frame as files; gives their paths.
+std::vector<std::string> Save(const RawFrame& frame, const GrabOptions& options, uint32_t number) {
+    std::vector<std::string> paths;
+    if (options.png) {
+        paths.push_back(PathOf(options, number, "png"));
+        WritePng(MakePicture(frame), paths.back());
+    }
+    if (options.raw) {
+        paths.push_back(PathOf(options, number, "raw"));
+        WriteRaw(frame, paths.back());
+    }
+    return paths;
+}
+
+Json Describe(const RawFrame& frame, uint64_t id, const std::vector<std::string>& paths) {
+    return {{"id", id},
+            {"width", frame.width},
+            {"height", frame.height},
+            {"pixelFormat", static_cast<uint32_t>(frame.pixelFormat)},
+            {"bytes", frame.bytes.size()},
+            {"files", paths}};
+}
+
+void Print(const RawFrame& frame, uint64_t id, const std::vector<std::string>& paths) {
+    std::printf("frame %llu: %dx%d, %zu bytes", static_cast<unsigned long long>(id), frame.width,
+                frame.height, frame.bytes.size());
+    for (const std::string& path : paths) {
+        std::printf(" -> %s", path.c_str());
+    }
+    std::printf("\n");
+}
+
 }  // namespace
 
-void Grab(const CameraChoice& choice, const GrabOptions& options) {
+void Grab(const CameraChoice& choice, const GrabOptions& options, bool json) {
     const Camera camera(choice);
     const Acquisition acquisition(camera.Handle());
+    Json frames = Json::array();
     for (uint32_t number = 1; number <= options.count; ++number) {
-        uint64_t frameId = 0;
-        const RawFrame frame = FetchFrame(camera.Handle(), options.timeout, frameId);
-        std::printf("frame %llu: %dx%d, %zu bytes", static_cast<unsigned long long>(frameId),
-                    frame.width, frame.height, frame.bytes.size());
-        if (options.png) {
-            const std::string path = PathOf(options, number, "png");
-            WritePng(MakePicture(frame), path);
-            std::printf(" -> %s", path.c_str());
+        uint64_t id = 0;
+        const RawFrame frame = FetchFrame(camera.Handle(), options.timeout, id);
+        const std::vector<std::string> paths = Save(frame, options, number);
+        if (json) {
+            frames.push_back(Describe(frame, id, paths));
+        } else {
+            Print(frame, id, paths);
         }
-        if (options.raw) {
-            const std::string path = PathOf(options, number, "raw");
-            WriteRaw(frame, path);
-            std::printf(" -> %s", path.c_str());
-        }
-        std::printf("\n");
+    }
+    if (json) {
+        PrintJson({{"frames", frames}});
     }
 }

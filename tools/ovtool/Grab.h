@@ -15,4 +15,4 @@ struct GrabOptions {
     uint32_t timeout = 5000;
 };
 
-void Grab(const CameraChoice& choice, const GrabOptions& options);
+void Grab(const CameraChoice& choice, const GrabOptions& options, bool json);

@@ -5,119 +5,164 @@
 #include <cstdio>
 
 #include "Error.h"
-#include "Features.h"
+#include "FeatureCommands.h"
 #include "Grab.h"
+#include "Info.h"
+#include "Ip.h"
+#include "List.h"
 #include "Session.h"
+#include "Stream.h"
 
 namespace {
 
-const char* ClassName(OV_DEVICE_CLASS deviceClass) {
-    switch (deviceClass) {
-        case OV_DEVICE_CLASS_CUSTOM:
-            return "custom";
-        case OV_DEVICE_CLASS_GEV:
-            return "GigE Vision";
-        case OV_DEVICE_CLASS_U3V:
-            return "USB3 Vision";
-        case OV_DEVICE_CLASS_SMART:
-            return "smart camera";
-        default:
-            return "unknown";
-    }
-}
+/// Where all commands put what they are told; each run has one command.
+struct Options {
+    CameraChoice choice;
+    bool json = false;
+    uint32_t timeout = kSearchTimeout;
+    GrabOptions grab;
+    std::vector<std::string> names;
+    std::string name;
+    std::string value;
+    double seconds = 5;
+    std::string mac;
+    IpAddresses addresses;
+    IpConfiguration configuration;
+    OV_RESET_MODE resetMode = OV_RESET_MODE_1;
+};
 
-void List(uint32_t timeout) {
-    const Library library;
-    const auto cameras = Library::FindCameras(timeout);
-    for (size_t i = 0; i < cameras.size(); ++i) {
-        const OV_DEVICE_BASE_INFO& camera = cameras[i];
-        std::printf("%zu  %s %s  serial %s  user ID \"%s\"  %s  %s\n", i + 1, camera.szVendorName,
-                    camera.szModelName, camera.szSN, camera.szUserID, ClassName(camera.deviceClass),
-                    camera.szDisplayName);
-    }
-    std::printf("%zu camera%s\n", cameras.size(), cameras.size() == 1 ? "" : "s");
-}
-
-void ListFeatures(const CameraChoice& choice) {
-    const Camera camera(choice);
-    for (const FeatureRow& row : AllFeatures()) {
-        bool implemented = false;
-        Check(OVIsImplemented(camera.Handle(), row.id, &implemented),
-              "look at " + std::string(row.name));
-        if (!implemented) {
-            continue;
-        }
-        bool writable = false;
-        Check(OVIsWritable(camera.Handle(), row.id, &writable), "look at " + std::string(row.name));
-        const auto value = TryReadFeature(camera.Handle(), row.id);
-        const std::string range = value ? DescribeRange(camera.Handle(), row.id) : "";
-        std::printf("%-40s %-8s %-2s %s%s%s%s\n", row.name, TypeName(row.id), writable ? "rw" : "r",
-                    value ? value->c_str() : "-", range.empty() ? "" : "  (", range.c_str(),
-                    range.empty() ? "" : ")");
-    }
-}
-
-void Get(const CameraChoice& choice, const std::vector<std::string>& names) {
-    const Camera camera(choice);
-    for (const std::string& name : names) {
-        std::printf("%s\n", ReadFeature(camera.Handle(), FeatureByName(name)).c_str());
-    }
-}
-
-void Set(const CameraChoice& choice, const std::string& name, const std::string& value) {
-    const Camera camera(choice);
-    WriteFeature(camera.Handle(), FeatureByName(name), value);
+/// A command that prints, and can do so for machines.
+CLI::App* AddCommand(CLI::App& app, const char* name, const char* help, Options& options) {
+    CLI::App* const command = app.add_subcommand(name, help);
+    command->add_flag("--json", options.json, "print a JSON document");
+    return command;
 }
 
 /// Every command that opens a camera can be told which.
-CLI::App* AddCameraCommand(CLI::App& app, const char* name, const char* help,
-                           CameraChoice& choice) {
-    CLI::App* const command = app.add_subcommand(name, help);
+CLI::App* WithCamera(CLI::App* command, Options& options) {
     command
-        ->add_option("-c,--camera", choice.key,
+        ->add_option("-c,--camera", options.choice.key,
                      "the camera: its place in the list, from 1, or its serial number")
         ->capture_default_str();
     return command;
+}
+
+CLI::App* WithSearch(CLI::App* command, Options& options) {
+    command->add_option("-t,--timeout", options.timeout, "how long to search, in milliseconds")
+        ->capture_default_str();
+    return command;
+}
+
+CLI::App* WithMac(CLI::App* command, Options& options) {
+    command->add_option("mac", options.mac, "MAC address of the camera")->required();
+    return command;
+}
+
+void AddFeatureCommands(CLI::App& app, Options& options) {
+    WithCamera(
+        AddCommand(app, "features", "list the features of a camera with their values", options),
+        options)
+        ->callback([&options] { ListFeatures(options.choice, options.json); });
+
+    CLI::App* const get =
+        WithCamera(AddCommand(app, "get", "print values of features", options), options);
+    get->add_option("feature", options.names, "names of features")->required();
+    get->callback([&options] { Get(options.choice, options.names, options.json); });
+
+    CLI::App* const set =
+        WithCamera(app.add_subcommand("set", "set a feature, or run a command"), options);
+    set->add_option("feature", options.name, "name of the feature")->required();
+    set->add_option("value", options.value, "its new value; none for a command");
+    set->callback([&options] { Set(options.choice, options.name, options.value); });
+}
+
+void AddFrameCommands(CLI::App& app, Options& options) {
+    CLI::App* const grab =
+        WithCamera(AddCommand(app, "grab", "grab frames into files", options), options);
+    grab->add_option("-n,--count", options.grab.count, "how many frames")->capture_default_str();
+    grab->add_option("-o,--output", options.grab.folder, "folder of the files")
+        ->capture_default_str();
+    grab->add_option("-t,--timeout", options.grab.timeout, "for each frame, in milliseconds")
+        ->capture_default_str();
+    grab->add_flag("--png,!--no-png", options.grab.png, "write pictures (the default)");
+    grab->add_flag("--raw", options.grab.raw, "write the bytes as the camera sent them");
+    grab->callback([&options] { Grab(options.choice, options.grab, options.json); });
+
+    CLI::App* const stream = WithCamera(
+        AddCommand(app, "stream", "take frames and tell how well they come", options), options);
+    stream->add_option("-s,--seconds", options.seconds, "for how long")
+        ->check(CLI::PositiveNumber)
+        ->capture_default_str();
+    stream->callback([&options] { MeasureStream(options.choice, options.seconds, options.json); });
+}
+
+/// The three addresses as arguments; `required` or all or none.
+void AddAddressArguments(CLI::App* command, IpAddresses& addresses, bool required) {
+    CLI::Option* const ip = command->add_option("address", addresses.ip, "dotted address");
+    CLI::Option* const mask = command->add_option("mask", addresses.mask, "subnet mask");
+    CLI::Option* const gateway = command->add_option("gateway", addresses.gateway, "gateway");
+    if (required) {
+        gateway->required();
+        mask->required();
+        ip->required();
+    } else {
+        ip->needs(gateway);
+    }
+}
+
+void AddConfigure(CLI::App& ip, Options& options) {
+    CLI::App* const configure =
+        WithMac(AddCommand(ip, "configure", "set how a camera gets its address", options), options);
+    configure->add_option("mode", options.configuration.mode, "the ways that are tried")
+        ->required()
+        ->check(CLI::IsMember(IpModeNames()));
+    AddAddressArguments(configure, options.configuration.addresses, false);
+    configure->add_option("-u,--user-id", options.configuration.userId, "new user ID");
+    configure->callback(
+        [&options] { ConfigureIp(options.mac, options.configuration, options.json); });
+}
+
+void AddIpCommands(CLI::App& app, Options& options) {
+    CLI::App& ip = *app.add_subcommand("ip", "addresses of GigE Vision cameras");
+    ip.require_subcommand(1);
+
+    WithSearch(AddCommand(ip, "list", "list cameras of all networks with their addresses", options),
+               options)
+        ->callback([&options] { ListAddresses(options.timeout, options.json); });
+
+    CLI::App* const force = WithMac(
+        AddCommand(ip, "force", "give a camera an address until its next start", options), options);
+    AddAddressArguments(force, options.addresses, true);
+    force->callback([&options] { ForceIp(options.mac, options.addresses, options.json); });
+
+    CLI::App* const persistent = WithCamera(
+        AddCommand(ip, "persistent", "print or set the address that a camera keeps", options),
+        options);
+    AddAddressArguments(persistent, options.addresses, false);
+    persistent->callback(
+        [&options] { PersistentIp(options.choice, options.addresses, options.json); });
+
+    AddConfigure(ip, options);
+
+    CLI::App* const reset = WithMac(AddCommand(ip, "reset", "reset a camera", options), options);
+    reset->add_option("-m,--mode", options.resetMode, "1 or 2; the producer knows what each does")
+        ->check(CLI::IsMember({OV_RESET_MODE_1, OV_RESET_MODE_2}))
+        ->capture_default_str();
+    reset->callback([&options] { ResetCamera(options.mac, options.resetMode, options.json); });
 }
 
 int Run(int argc, char** argv) {
     CLI::App app("Looks at cameras, reads and writes their features, and grabs frames");
     app.set_version_flag("--version", std::string(OVGetLibVersion()));
     app.require_subcommand(1);
-    CameraChoice choice;
-    GrabOptions grab;
-    uint32_t timeout = 1000;
-    std::vector<std::string> names;
-    std::string name;
-    std::string value;
-
-    CLI::App* const list = app.add_subcommand("list", "find cameras and list them");
-    list->add_option("-t,--timeout", timeout, "how long to search, in milliseconds")
-        ->capture_default_str();
-    list->callback([&] { List(timeout); });
-
-    CLI::App* const features = AddCameraCommand(
-        app, "features", "list the features of a camera with their values", choice);
-    features->callback([&] { ListFeatures(choice); });
-
-    CLI::App* const get = AddCameraCommand(app, "get", "print values of features", choice);
-    get->add_option("feature", names, "names of features")->required();
-    get->callback([&] { Get(choice, names); });
-
-    CLI::App* const set = AddCameraCommand(app, "set", "set a feature, or run a command", choice);
-    set->add_option("feature", name, "name of the feature")->required();
-    set->add_option("value", value, "its new value; none for a command");
-    set->callback([&] { Set(choice, name, value); });
-
-    CLI::App* const grabbing = AddCameraCommand(app, "grab", "grab frames into files", choice);
-    grabbing->add_option("-n,--count", grab.count, "how many frames")->capture_default_str();
-    grabbing->add_option("-o,--output", grab.folder, "folder of the files")->capture_default_str();
-    grabbing->add_option("-t,--timeout", grab.timeout, "for each frame, in milliseconds")
-        ->capture_default_str();
-    grabbing->add_flag("--png,!--no-png", grab.png, "write pictures (the default)");
-    grabbing->add_flag("--raw", grab.raw, "write the bytes as the camera sent them");
-    grabbing->callback([&] { Grab(choice, grab); });
-
+    Options options;
+    WithSearch(AddCommand(app, "list", "find cameras and list them", options), options)
+        ->callback([&options] { List(options.timeout, options.json); });
+    WithCamera(AddCommand(app, "info", "all that is known of a camera", options), options)
+        ->callback([&options] { ShowInfo(options.choice, options.json); });
+    AddFeatureCommands(app, options);
+    AddFrameCommands(app, options);
+    AddIpCommands(app, options);
     CLI11_PARSE(app, argc, argv);
     return 0;
 }
