@@ -50,6 +50,9 @@
     /* Every call waits at its entry until `ReleaseCall`. */                                       \
     X(int, BlockCall, (const char* function))                                                      \
     X(int, ReleaseCall, (const char* function))                                                    \
+    /* Whether calls are watched, by default 1. With 0 no fault strikes and nothing is recorded,   \
+       and a call takes as long as in other producers. */                                          \
+    X(void, WatchCalls, (int on))                                                                  \
                                                                                                    \
     /* --- What happened. --- */                                                                   \
     /* Calls that entered the function, and those that ended well, since `Reset`. */               \
@@ -135,8 +138,8 @@
     X(int, SetFreeRunning, (unsigned iface, unsigned device, int on))                              \
     /* What the following frames say of themselves. Keys: "Width", "Height", "OffsetX",            \
        "OffsetY", "PixelFormat", "Incomplete", "PayloadType", "Timestamp", "SizeFilled";           \
-       "Hold" 1 keeps a frame in the making until it is broken off or "Hold" is 0. -1 gives the    \
-       natural value back. */                                                                      \
+       "Hold" 1 keeps a frame in the making until it is broken off or "Hold" is 0; "Draw" 0        \
+       leaves the buffer's memory as it is. -1 gives the natural value back. */                                                                      \
     X(int, SetFrame, (unsigned iface, unsigned device, const char* key, std::int64_t value))       \
     /* Adds a chunk to the list of the following frames; `ClearChunks` empties it. */              \
     X(int, AddChunk, (unsigned iface, unsigned device, std::uint64_t id, std::int64_t offset,      \

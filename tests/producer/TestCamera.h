@@ -142,6 +142,7 @@ public:
 private:
     OvProducer::FrameInfo Describe(std::uint64_t frame) const;
     bool WaitWhileHeld(const std::stop_token& abort);
+    void Draw(std::span<std::byte> memory, std::uint64_t frame) const;
 
     TestCamera& m_camera;
     const std::string m_id;

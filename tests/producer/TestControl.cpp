@@ -178,6 +178,10 @@ int OvTest_DelayCall(const char* function, unsigned milliseconds) {
     return OnFunction(function, [&](Faults& f, Function id) { f.DelayCall(id, milliseconds); });
 }
 
+void OvTest_WatchCalls(int on) {
+    World().faults.Watch(on != 0);
+}
+
 int OvTest_BlockCall(const char* function) {
     return OnFunction(function, [](Faults& f, Function id) { f.BlockCall(id, true); });
 }

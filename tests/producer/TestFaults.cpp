@@ -31,6 +31,9 @@ GenTL::GC_ERROR Faults::Strike(std::vector<Planned>& planned) {
 }
 
 void Faults::Enter(Function function) {
+    if (!m_watching) {
+        return;
+    }
     std::unique_lock lock(m_mutex);
     State& state = Of(function);
     ++state.entered;
@@ -45,6 +48,9 @@ void Faults::Enter(Function function) {
 }
 
 void Faults::Leave(Function function) {
+    if (!m_watching) {
+        return;
+    }
     std::unique_lock lock(m_mutex);
     State& state = Of(function);
     const GenTL::GC_ERROR code = Strike(state.after);
@@ -54,6 +60,9 @@ void Faults::Leave(Function function) {
 }
 
 void Faults::Ask(Function function, std::int32_t command) {
+    if (!m_watching) {
+        return;
+    }
     const std::lock_guard lock(m_mutex);
     const State& state = Of(function);
     const auto found = state.commands.find(command);
@@ -68,6 +77,7 @@ std::size_t Faults::TellSize(Function function, std::size_t size) {
 }
 
 void Faults::Reset() {
+    m_watching = true;
     const std::lock_guard lock(m_mutex);
     m_states = {};
     m_log.clear();

@@ -4,6 +4,7 @@
 #define OV_TEST_FAULTS_H
 
 #include <array>
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <map>
@@ -31,6 +32,7 @@ public:
     void LieAboutSize(Function function, std::int64_t delta);
     void DelayCall(Function function, unsigned milliseconds);
     void BlockCall(Function function, bool on);
+    void Watch(bool on) { m_watching = on; }
 
     std::uint64_t CallCount(Function function) const;
     std::uint64_t SuccessCount(Function function) const;
@@ -60,6 +62,7 @@ private:
         return m_states[static_cast<std::size_t>(function)];
     }
 
+    std::atomic<bool> m_watching = true;
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     std::array<State, OvProducer::kFunctionCount> m_states;

@@ -47,15 +47,26 @@ FrameInfo TestStream::ReadFrame(std::span<std::byte> memory, const std::stop_tok
         frame = m_frame++;
         m_due -= m_due == 0 ? 0 : 1;
     }
-    const std::size_t width = m_camera.Number(CameraRegister::Width);
-    const std::size_t size = std::min(memory.size(), FrameSize());
-    for (std::size_t i = 0; i < size; ++i) {
-        memory[i] = static_cast<std::byte>(i % width + i / width + frame);
-    }
+    Draw(memory, frame);
     const bool whole = WaitWhileHeld(abort);
     FrameInfo info = Describe(frame);
     info.incomplete = info.incomplete || !whole;
     return info;
+}
+
+void TestStream::Draw(std::span<std::byte> memory, std::uint64_t frame) const {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (ValueOr(m_frameValues, "Draw", 1) == 0) {
+            return;
+        }
+    }
+    const std::size_t width = m_camera.Number(CameraRegister::Width);
+    const std::size_t size =
+        std::min<std::size_t>(memory.size(), m_camera.Number(CameraRegister::PayloadSize));
+    for (std::size_t i = 0; i < size; ++i) {
+        memory[i] = static_cast<std::byte>(i % width + i / width + frame);
+    }
 }
 
 void TestStream::DropFrame() {
@@ -122,7 +133,7 @@ void TestStream::SetLost(bool lost) {
 bool TestStream::SetFrameValue(const std::string& key, std::int64_t value) {
     constexpr const char* keys[] = {"Width",       "Height",     "OffsetX",     "OffsetY",
                                     "PixelFormat", "Incomplete", "PayloadType", "Timestamp",
-                                    "SizeFilled",  "Hold"};
+                                    "SizeFilled",  "Hold",       "Draw"};
     if (std::find(std::begin(keys), std::end(keys), key) == std::end(keys)) {
         return false;
     }

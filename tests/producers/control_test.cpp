@@ -212,6 +212,34 @@ TEST_F(Control, FramesCanSayWhatTheyLike) {
     EXPECT_EQ(camera.BufferInfo<GenTL::bool8_t>(buffer, GenTL::BUFFER_INFO_IS_INCOMPLETE), 0);
 }
 
+TEST_F(Control, AFrameThatIsNotDrawnKeepsWhatTheMemoryHolds) {
+    camera.OpenStream();
+    camera.Start(1, kFrameSize);
+    control.Trigger(0, 0, 1);
+    GenTL::BUFFER_HANDLE buffer = camera.NextFrame();
+    auto* const memory = camera.BufferInfo<std::uint8_t*>(buffer, GenTL::BUFFER_INFO_BASE);
+    EXPECT_EQ(memory[1], 1);
+    control.SetFrame(0, 0, "Draw", 0);
+    memory[1] = 0xA5;
+    ASSERT_EQ(api.DSQueueBuffer(camera.stream, buffer), 0);
+    control.Trigger(0, 0, 1);
+    buffer = camera.NextFrame();
+    EXPECT_EQ(memory[1], 0xA5);
+    EXPECT_EQ(camera.BufferInfo<std::uint64_t>(buffer, GenTL::BUFFER_INFO_FRAMEID), 1U);
+}
+
+TEST_F(Control, CallsThatNobodyWatchesAreNeitherRecordedNorFail) {
+    control.FailCall("GCGetInfo", 0, GenTL::GC_ERR_IO);
+    control.ClearLog();
+    control.WatchCalls(0);
+    std::size_t size = 0;
+    EXPECT_EQ(api.GCGetInfo(GenTL::TL_INFO_ID, nullptr, nullptr, &size), 0);
+    EXPECT_TRUE(control.Log().empty());
+    control.WatchCalls(1);
+    EXPECT_EQ(api.GCGetInfo(GenTL::TL_INFO_ID, nullptr, nullptr, &size), GenTL::GC_ERR_IO);
+    EXPECT_EQ(control.Log().size(), 1U);
+}
+
 TEST_F(Control, FramesCountFromZeroAfterTheCamerasStart) {
     camera.OpenStream();
     camera.Start(2, kFrameSize);
