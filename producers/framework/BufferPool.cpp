@@ -5,17 +5,6 @@
 #include <utility>
 
 namespace OvProducer {
-namespace {
-
-template <typename List>
-void Erase(List& list, const std::shared_ptr<Buffer>& buffer) {
-    const auto found = std::find(list.begin(), list.end(), buffer);
-    if (found != list.end()) {
-        list.erase(found);
-    }
-}
-
-}  // namespace
 
 class BufferPool::NewBufferEvent : public Event {
 public:
@@ -42,7 +31,7 @@ public:
     /// The lock is held.
     void Report(const std::shared_ptr<Buffer>& buffer) {
         if (!Closed()) {
-            m_queues->entries.push_back(buffer);
+            m_queues->entries.Push(buffer);
             Added();
         }
     }
@@ -54,9 +43,8 @@ protected:
     std::size_t FrontSize() const override { return EntrySizeMax(); }
 
     void TakeFront(void* buffer) override {
-        const std::shared_ptr<Buffer> front = m_queues->entries.front();
-        m_queues->entries.pop_front();
-        Erase(m_queues->output, front);
+        const std::shared_ptr<Buffer> front = m_queues->entries.Pop();
+        m_queues->output.Erase(front);
         front->state = BufferState::Idle;
         if (buffer != nullptr) {
             const GenTL::S_EVENT_NEW_BUFFER data{front->Handle(), front->userPointer};
@@ -65,11 +53,10 @@ protected:
     }
 
     void DropAll() override {
-        for (const std::shared_ptr<Buffer>& buffer : m_queues->entries) {
-            Erase(m_queues->output, buffer);
+        m_queues->entries.Drain([this](const std::shared_ptr<Buffer>& buffer) {
+            m_queues->output.Erase(buffer);
             buffer->state = BufferState::Idle;
-        }
-        m_queues->entries.clear();
+        });
     }
 
 private:
@@ -114,14 +101,14 @@ void BufferPool::Revoke(const std::shared_ptr<Buffer>& buffer) {
     if (buffer->state != BufferState::Idle) {
         throw Failure(GenTL::GC_ERR_BUSY, "The buffer is in a queue or being filled");
     }
-    Erase(m_announced, buffer);
+    std::erase(m_announced, buffer);
 }
 
 std::vector<std::shared_ptr<Buffer>> BufferPool::RevokeAll() {
     const std::lock_guard lock(m_queues->mutex);
-    m_queues->input.clear();
-    m_queues->output.clear();
-    m_queues->entries.clear();
+    m_queues->input.Clear();
+    m_queues->output.Clear();
+    m_queues->entries.Clear();
     return std::exchange(m_announced, {});
 }
 
@@ -143,9 +130,7 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
         const std::lock_guard lock(queues.mutex);
         switch (operation) {
             case GenTL::ACQ_QUEUE_INPUT_TO_OUTPUT:
-                for (const auto& buffer : std::exchange(queues.input, {})) {
-                    ToOutput(buffer);
-                }
+                queues.input.Drain([this](const auto& buffer) { ToOutput(buffer); });
                 break;
             case GenTL::ACQ_QUEUE_OUTPUT_DISCARD:
                 OutputToIdle();
@@ -162,7 +147,7 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
                 break;
             case GenTL::ACQ_QUEUE_ALL_DISCARD:
                 OutputToIdle();
-                queues.input.clear();
+                queues.input.Clear();
                 for (const auto& buffer : m_announced) {
                     buffer->discardWhenFilled = buffer->state == BufferState::Filling;
                     if (buffer->state == BufferState::Input) {
@@ -290,42 +275,36 @@ void BufferPool::ToInput(const std::shared_ptr<Buffer>& buffer) {
     buffer->state = BufferState::Input;
     buffer->newData = false;
     buffer->hasFrame = false;
-    m_queues->input.push_back(buffer);
+    m_queues->input.Push(buffer);
 }
 
 void BufferPool::ToOutput(const std::shared_ptr<Buffer>& buffer) {
     buffer->state = BufferState::Output;
-    m_queues->output.push_back(buffer);
+    m_queues->output.Push(buffer);
     if (m_event) {
         m_event->Report(buffer);
     }
 }
 
 void BufferPool::OutputToIdle() {
-    for (const auto& buffer : std::exchange(m_queues->output, {})) {
-        buffer->state = BufferState::Idle;
-    }
-    m_queues->entries.clear();
+    m_queues->output.Drain([](const auto& buffer) { buffer->state = BufferState::Idle; });
+    m_queues->entries.Clear();
 }
 
 void BufferPool::OutputToInput() {
-    for (const auto& buffer : std::exchange(m_queues->output, {})) {
-        ToInput(buffer);
-    }
-    m_queues->entries.clear();
+    m_queues->output.Drain([this](const auto& buffer) { ToInput(buffer); });
+    m_queues->entries.Clear();
 }
 
 std::shared_ptr<Buffer> BufferPool::TakeInputLocked() {
-    List& input = m_queues->input;
-    List& output = m_queues->output;
+    BufferQueue& input = m_queues->input;
+    BufferQueue& output = m_queues->output;
     std::shared_ptr<Buffer> buffer;
     if (!input.empty()) {
-        buffer = input.front();
-        input.pop_front();
+        buffer = input.Pop();
     } else if (m_handling != BufferHandling::OldestFirst && !output.empty()) {
-        buffer = output.front();
-        output.pop_front();
-        Erase(m_queues->entries, buffer);
+        buffer = output.Pop();
+        m_queues->entries.Erase(buffer);
         ++m_counters.lost;
     } else {
         return nullptr;

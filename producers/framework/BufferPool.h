@@ -5,13 +5,12 @@
 #define OV_PRODUCER_BUFFER_POOL_H
 
 #include <condition_variable>
-#include <deque>
 #include <memory>
 #include <mutex>
 #include <stop_token>
 #include <vector>
 
-#include "framework/Buffer.h"
+#include "framework/BufferQueue.h"
 #include "framework/Event.h"
 
 namespace OvProducer {
@@ -78,14 +77,12 @@ public:
     void CountLost();
 
 private:
-    using List = std::deque<std::shared_ptr<Buffer>>;
-
     /// Shared with the event, whose entries are removed with the buffers.
     struct Queues {
         std::mutex mutex;
-        List input;
-        List output;
-        List entries;  ///< of `output`, those that the event will report
+        BufferQueue input;
+        BufferQueue output;
+        BufferQueue entries;  ///< of `output`, those that the event will report
     };
     class NewBufferEvent;
 

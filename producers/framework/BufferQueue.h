@@ -1,0 +1,72 @@
+/// @file
+/// A queue of buffers that takes no memory once it has held them all.
+#ifndef OV_PRODUCER_BUFFER_QUEUE_H
+#define OV_PRODUCER_BUFFER_QUEUE_H
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "framework/Buffer.h"
+
+namespace OvProducer {
+
+/// First in, first out. The items lie behind one another in memory, with room
+/// before them that is used again once it is half of all.
+class BufferQueue {
+public:
+    bool empty() const { return size() == 0; }
+    std::size_t size() const { return m_items.size() - m_first; }
+
+    void Push(const std::shared_ptr<Buffer>& buffer) {
+        if (m_items.size() == m_items.capacity() && m_first > size()) {
+            m_items.erase(m_items.begin(), First());
+            m_first = 0;
+        }
+        m_items.push_back(buffer);
+    }
+    std::shared_ptr<Buffer> Pop() {
+        std::shared_ptr<Buffer> first = std::move(m_items[m_first]);
+        ++m_first;
+        if (empty()) {
+            Clear();
+        }
+        return first;
+    }
+    void Erase(const std::shared_ptr<Buffer>& buffer) {
+        const auto found = std::find(First(), m_items.cend(), buffer);
+        if (found == m_items.cend()) {
+            return;
+        }
+        if (found == First()) {
+            Pop();
+        } else {
+            m_items.erase(found);
+        }
+    }
+    void Clear() {
+        m_items.clear();
+        m_first = 0;
+    }
+    /// Empties the queue, from its front. `take` must not add to it.
+    template <typename Take>
+    void Drain(const Take& take) {
+        while (!empty()) {
+            take(Pop());
+        }
+    }
+
+private:
+    using Items = std::vector<std::shared_ptr<Buffer>>;
+
+    Items::const_iterator First() const {
+        return m_items.begin() + static_cast<std::ptrdiff_t>(m_first);
+    }
+
+    Items m_items;
+    std::size_t m_first = 0;
+};
+
+}  // namespace OvProducer
+
+#endif
