@@ -104,54 +104,95 @@ OV_API OV_STATUS OVCloseDevice(OV_DEV_HANDLE hDevice);
 /** @} */
 /** @name Features
  *
- * An identifier of another type than the function's gives OV_STATUS_ERROR_TYPE,
- * one that is in no table OV_STATUS_INVALID_PARAMETER, a feature that the
- * camera lacks OV_STATUS_NOT_IMPLEMENTED, one that can't be read or written now
- * OV_STATUS_INVALID_ACCESS, a value outside the limits OV_STATUS_OUT_OF_RANGE.
+ * A feature is named by an identifier, which carries its type and the module
+ * that has it: the camera, the host's side of it, or its stream. What a feature
+ * means, its unit and its limits come from the camera's description; limits,
+ * entries and access may change with every other feature. Every call asks anew,
+ * and nothing is owned by the library: results are copies in the caller's
+ * memory, written only on success, and a text or a buffer given to a setter may
+ * go when the call returns.
+ *
+ * Arguments are checked before the camera is asked. What fails, besides what
+ * fails everywhere:
+ *
+ * - OV_STATUS_ERROR_TYPE: the identifier is of another type than the function's.
+ * - OV_STATUS_INVALID_PARAMETER: no feature has the identifier, or a pointer is
+ *   null; in a setter, the camera has no such value.
+ * - OV_STATUS_NOT_IMPLEMENTED: this camera lacks the feature.
+ * - OV_STATUS_INVALID_ACCESS: it can't be read, or written, as things are: a
+ *   camera opened for reading, or one whose size is locked while frames flow.
+ * - OV_STATUS_OUT_OF_RANGE: a setter's value is outside the limits or off the
+ *   increment. The feature keeps its value.
+ * - OV_STATUS_NEED_MORE_BUFFER: the memory is smaller than the content. Memory
+ *   and size stay as they were.
+ * - OV_STATUS_OFFLINE: the camera is gone. A value that the library holds in its
+ *   cache is still read, as that takes no camera.
+ * - OV_STATUS_ERROR: the camera's description is at fault; it may have the
+ *   feature with another type.
+ *
+ * Any thread may call, callbacks included; the calls on one module follow one
+ * another, each as long as the module takes to answer. Only the two commands of
+ * the acquisition have limits of their own, see OVStreamOn() and OVStreamOff().
  */
 /** @{ */
 
-/** The GenICam name of a feature.
- *  @param pszName  takes the name; null to ask for the size
- *  @param pnSize   size in and out */
+/** The GenICam name of a feature, as "ExposureTime". Doesn't ask the camera, and
+ *  doesn't say that it has the feature.
+ *  @param pszName  takes the name with its zero; null to ask for the size
+ *  @param pnSize   bytes of pszName in, of the name with its zero out */
 OV_API OV_STATUS OVGetFeatureName(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, char* pszName,
                                   size_t* pnSize);
 
-/** Whether the camera has the feature at all. */
+/** Whether the camera has the feature at all; false is a success. For any type.
+ *  @param pbIsImplemented  takes the answer */
 OV_API OV_STATUS OVIsImplemented(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
                                  bool* pbIsImplemented);
-/** Whether the feature can be read now. */
+/** Whether the feature can be read now. For any type.
+ *  @param pbIsReadable  takes the answer; false, too, for a feature that is in
+ *                       the camera's description but not in the camera
+ *  @return OV_STATUS_NOT_IMPLEMENTED for one that isn't in the description */
 OV_API OV_STATUS OVIsReadable(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, bool* pbIsReadable);
-/** Whether the feature can be written now. */
+/** Whether the feature can be written now, or the command run. As
+ *  OVIsReadable() otherwise. */
 OV_API OV_STATUS OVIsWritable(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, bool* pbIsWritable);
 
-/** Limits of an integer feature as they are now. */
+/** Limits of an integer feature as they are now.
+ *  @param pIntRange  takes them; its reserved bytes stay */
 OV_API OV_STATUS OVGetIntRange(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
                                OV_INT_RANGE* pIntRange);
-/** Value of an integer feature. */
+/** Value of an integer feature, in the feature's unit. */
 OV_API OV_STATUS OVGetInt(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, int64_t* pnValue);
-/** Sets an integer feature. */
+/** Sets an integer feature.
+ *  @param nValue  within the limits, and nMin plus a multiple of nInc */
 OV_API OV_STATUS OVSetInt(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, int64_t nValue);
 
-/** Limits and unit of a float feature as they are now. */
+/** Limits, increment and unit of a float feature as they are now.
+ *  @param pFloatRange  takes them; its reserved bytes stay */
 OV_API OV_STATUS OVGetFloatRange(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
                                  OV_FLOAT_RANGE* pFloatRange);
-/** Sets a float feature. The camera may round to what it can do. */
+/** Sets a float feature. The camera may round to what it can do: OVGetFloat()
+ *  tells what became of it.
+ *  @param dValue  within the limits, in the unit of OVGetFloatRange() */
 OV_API OV_STATUS OVSetFloat(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, double dValue);
-/** Value of a float feature. */
+/** Value of a float feature, in the unit of OVGetFloatRange(). */
 OV_API OV_STATUS OVGetFloat(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, double* pdValue);
 
 /** Number of entries of an enumeration that can be chosen now. */
 OV_API OV_STATUS OVGetEnumEntryNums(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
                                     uint32_t* pnEntryNums);
-/** The entries of an enumeration that can be chosen now.
- *  @param pEnumDescription  takes a record for each; null to ask for the size
- *  @param pBufferSize       size in bytes, in and out */
+/** The entries of an enumeration that can be chosen now, in the order of the
+ *  camera's description.
+ *  @param pEnumDescription  takes a record for each, whose reserved bytes stay;
+ *                           null to ask for the size
+ *  @param pBufferSize       bytes of the records in and out; no other size is
+ *                           written for memory that is too small */
 OV_API OV_STATUS OVGetEnumDescription(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
                                       OV_ENUM_DESCRIPTION* pEnumDescription, size_t* pBufferSize);
 /** Value of an enumeration: the nValue of one of its entries. */
 OV_API OV_STATUS OVGetEnum(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, int64_t* pnValue);
-/** Sets an enumeration to the entry with that nValue. */
+/** Sets an enumeration to the entry with that nValue; the number is the camera's
+ *  own, not the entry's place.
+ *  @return OV_STATUS_INVALID_PARAMETER when no entry has it */
 OV_API OV_STATUS OVSetEnum(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, int64_t nValue);
 
 /** Value of a boolean feature. */
@@ -159,32 +200,41 @@ OV_API OV_STATUS OVGetBool(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, bool*
 /** Sets a boolean feature. */
 OV_API OV_STATUS OVSetBool(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, bool bValue);
 
-/** Size of a text feature's value now, with the terminating zero. */
+/** Bytes of a text feature's value now, with the terminating zero. */
 OV_API OV_STATUS OVGetStringLength(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, size_t* pnSize);
-/** Size of the longest value of a text feature, with the terminating zero. */
+/** Bytes that the value of a text feature takes at most, with the terminating
+ *  zero. Memory of that size always does for OVGetString(). */
 OV_API OV_STATUS OVGetStringMaxLength(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
                                       size_t* pnSize);
-/** Value of a text feature.
- *  @param pszContent  takes the text; null to ask for the size
- *  @param pnSize      size in and out */
+/** Value of a text feature. A value that changes meanwhile comes cut to the
+ *  size that it had at first.
+ *  @param pszContent  takes the text with its zero; null to ask for the size
+ *  @param pnSize      bytes of pszContent in, of the text with its zero out */
 OV_API OV_STATUS OVGetString(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, char* pszContent,
                              size_t* pnSize);
-/** Sets a text feature. A new "DeviceUserID" shows in the device list at once. */
+/** Sets a text feature. A new "DeviceUserID" shows in the device list, and opens
+ *  the camera by it, at once; not so when the camera was opened by its address.
+ *  @param pszContent  zero-terminated; it may be empty but not null
+ *  @return OV_STATUS_OUT_OF_RANGE for a text that the feature can't hold; where
+ *          it is a register, the zero must fit in, too */
 OV_API OV_STATUS OVSetString(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
                              const char* pszContent);
 
-/** Size of a buffer feature in bytes. */
+/** Bytes of a buffer feature. */
 OV_API OV_STATUS OVGetBufferLength(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, size_t* pnSize);
-/** Content of a buffer feature.
+/** Content of a buffer feature; it is always read whole.
  *  @param pBuffer  takes the bytes; null to ask for the size
- *  @param pnSize   size in and out */
+ *  @param pnSize   bytes of pBuffer in, of the feature out */
 OV_API OV_STATUS OVGetBuffer(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, uint8_t* pBuffer,
                              size_t* pnSize);
-/** Sets a buffer feature from nSize bytes. */
+/** Sets the first nSize bytes of a buffer feature; the rest stays.
+ *  @param pBuffer  nSize bytes; not null
+ *  @return OV_STATUS_OUT_OF_RANGE for more bytes than the feature has */
 OV_API OV_STATUS OVSetBuffer(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, const uint8_t* pBuffer,
                              size_t nSize);
 
-/** Runs a command. "AcquisitionStart" and "AcquisitionStop" are OVStreamOn()
+/** Runs a command; returns when the camera has taken it, which needn't be when
+ *  it is done. "AcquisitionStart" and "AcquisitionStop" are exactly OVStreamOn()
  *  and OVStreamOff(). */
 OV_API OV_STATUS OVSendCommand(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID);
 
