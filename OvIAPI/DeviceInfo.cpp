@@ -59,11 +59,15 @@ void COvDeviceInfo::SetDeviceClass(const std::string& tlType, const std::string&
 }
 
 std::shared_ptr<IDataStream> COvDeviceInfo::GetStream() const {
-    const auto streams = m_device->DoGetDataStreamList();
-    if (streams.empty()) {
-        OV_RAISE(CUnexpectedError, "DataStream's number is 0");
+    const CAutoLock lock(m_streamLock);
+    if (!m_stream) {
+        const auto streams = m_device->DoGetDataStreamList();
+        if (streams.empty()) {
+            OV_RAISE(CUnexpectedError, "DataStream's number is 0");
+        }
+        m_stream = streams.front();
     }
-    return streams.front();
+    return m_stream;
 }
 
 void COvDeviceInfo::SetAccessStatus(int32_t producerStatus) {

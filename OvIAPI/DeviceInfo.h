@@ -49,7 +49,8 @@ public:
 
     void SetDevice(std::shared_ptr<OVTLClass::IDevice> device) { m_device = std::move(device); }
     const std::shared_ptr<OVTLClass::IDevice>& GetDevice() const { return m_device; }
-    /// The first stream; the only one that is ever opened.
+    /// The first stream; the only one that is ever opened. It is looked up once:
+    /// calls that fetch frames take no memory.
     std::shared_ptr<OVTLClass::IDataStream> GetStream() const;
 
     void SetAccessStatus(int32_t producerStatus);
@@ -83,5 +84,7 @@ private:
     OV_ACCESS_STATUS m_accessStatus = OV_ACCESS_STATUS_UNKNOWN;
     mutable OVTLClass::CLock m_deviceLock;
     mutable OVTLClass::CLock m_userIdLock;
+    mutable OVTLClass::CLock m_streamLock;
+    mutable std::shared_ptr<OVTLClass::IDataStream> m_stream;
     CFramePool m_framePool;
 };
