@@ -38,8 +38,10 @@ protected:
 TEST_F(OddListTest, ASelectorUpToZeroCountsOneDevice) {
     // Producers whose selector can't be empty lose their last device late.
     const std::string text = EngineTest::XmlNodeMap::Describe(
-        R"(<Integer Name="DeviceSelector"><Value>0</Value><Min>0</Min><Max>0</Max></Integer>
-           <Port Name="InterfacePort"/>)");
+        R"(<Integer Name="DeviceSelector"><pValue>SelectorReg</pValue><Min>0</Min><Max>0</Max>
+           </Integer><IntReg Name="SelectorReg"><Address>0x240</Address><Length>8</Length>
+           <AccessMode>RW</AccessMode><pPort>InterfacePort</pPort><Sign>Signed</Sign>
+           <Endianess>LittleEndian</Endianess></IntReg><Port Name="InterfacePort"/>)");
     producer.SetDescription("Interface", "Interface.xml", text.data(), text.size());
     owner = InitInterface();
     EXPECT_TRUE(Update());
