@@ -77,7 +77,9 @@ private:
     void LookUp(CPointer<Interface>& pointer, const char* nodeName);
     int64_t ChunkLength(int64_t remaining, int64_t bufferLength) const;
     int64_t ExecuteChunk(int64_t offset, int64_t chunk) const;
-    void FillBuffer(const uint8_t* source, int64_t chunk, int64_t bufferLength) const;
+    void FillBuffer(const uint8_t* source, int64_t chunk) const;
+    template <class MovePiece>
+    int64_t MovePieces(int64_t length, const MovePiece& movePiece) const;
     void WaitUntilFileOperationExecuteDone(bool verify) const;
 
     INodeMap* m_pNodeMap = nullptr;
@@ -164,49 +166,49 @@ int64_t FileProtocolAdapter::FileAccess::ExecuteChunk(int64_t offset, int64_t ch
     return std::min(result, chunk);
 }
 
-int64_t FileProtocolAdapter::FileAccess::Read(uint8_t* buffer, int64_t offset,
-                                              int64_t length) const {
+/// Goes through `length` bytes piece by piece. `movePiece` takes a piece's position
+/// and length, adds to the position what came over, and tells whether to go on.
+template <class MovePiece>
+int64_t FileProtocolAdapter::FileAccess::MovePieces(int64_t length,
+                                                    const MovePiece& movePiece) const {
     const int64_t bufferLength = GetBufferLength();
     int64_t position = 0;
     while (position < length) {
         const int64_t chunk = ChunkLength(length - position, bufferLength);
-        if (chunk <= 0) {
+        if (chunk <= 0 || !movePiece(position, chunk)) {
             break;
         }
+    }
+    return position;
+}
+
+int64_t FileProtocolAdapter::FileAccess::Read(uint8_t* buffer, int64_t offset,
+                                              int64_t length) const {
+    return MovePieces(length, [&](int64_t& position, int64_t chunk) {
         const int64_t moved = ExecuteChunk(offset + position, chunk);
         if (moved > 0) {
             m_ptrBuffer->Get(buffer + position, moved);
         }
         if (!IsSuccess() || moved == 0) {
-            break;
+            return false;
         }
         position += moved;
-    }
-    return position;
+        return true;
+    });
 }
 
 int64_t FileProtocolAdapter::FileAccess::Write(const uint8_t* buffer, int64_t offset,
                                                int64_t length) const {
-    const int64_t bufferLength = GetBufferLength();
-    int64_t position = 0;
-    while (position < length) {
-        const int64_t chunk = ChunkLength(length - position, bufferLength);
-        if (chunk <= 0) {
-            break;
-        }
-        FillBuffer(buffer + position, chunk, bufferLength);
+    return MovePieces(length, [&](int64_t& position, int64_t chunk) {
+        FillBuffer(buffer + position, chunk);
         position += ExecuteChunk(offset + position, chunk);
-        if (!IsSuccess()) {
-            break;
-        }
-    }
-    return position;
+        return IsSuccess();
+    });
 }
 
 /// The last word may go beyond the caller's data, so it is made up here.
-void FileProtocolAdapter::FileAccess::FillBuffer(const uint8_t* source, int64_t chunk,
-                                                 int64_t bufferLength) const {
-    const int64_t rounded = std::min(RoundUpToWord(chunk), bufferLength);
+void FileProtocolAdapter::FileAccess::FillBuffer(const uint8_t* source, int64_t chunk) const {
+    const int64_t rounded = std::min(RoundUpToWord(chunk), GetBufferLength());
     if (rounded == chunk) {
         m_ptrBuffer->Set(source, chunk);
         return;
