@@ -239,7 +239,7 @@ TEST(LongChain, OfNumbersEndsInAClearException) {
     EXPECT_NE(Refusal<IInteger>(nodes, [](IInteger& node) { node.GetInc(); }), "");
     EXPECT_NE(Refusal<IValue>(nodes, [](IValue& node) { node.ToString(); }), "");
     EXPECT_TRUE(nodes.Map().GetBathometer().IsZero());
-    EXPECT_EQ(nodes.Map().GetNesting().Get(), 0);
+    EXPECT_EQ(nodes.Map().GetCallState().GetNesting().Get(), 0);
     EXPECT_EQ(nodes.Map().GetEntryPoint(), "");
 }
 

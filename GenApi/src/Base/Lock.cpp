@@ -19,21 +19,32 @@ CLock::~CLock() {
     pthread_mutex_destroy(&m_Mutex);
 }
 
-void CLock::Lock() {
+void CLock::LockMutex() {
     if (const int error = pthread_mutex_lock(&m_Mutex)) {
         RUNTIME_EXCEPTION("CLock::Lock() failed: %d (%s)", error, std::strerror(error));
     }
+    m_Owner.store(pthread_self(), std::memory_order_relaxed);
 }
 
 bool CLock::TryLock() {
+    if (IsMine()) {
+        ++m_Again;
+        return true;
+    }
     const int error = pthread_mutex_trylock(&m_Mutex);
     if (error != 0 && error != EBUSY) {
         RUNTIME_EXCEPTION("CLock::TryLock() failed: %d (%s)", error, std::strerror(error));
     }
+    if (error == 0) {
+        m_Owner.store(pthread_self(), std::memory_order_relaxed);
+    }
     return error == 0;
 }
 
-void CLock::Unlock() {
+void CLock::UnlockMutex() {
+    if (IsMine()) {
+        m_Owner.store({}, std::memory_order_relaxed);
+    }
     if (const int error = pthread_mutex_unlock(&m_Mutex)) {
         RUNTIME_EXCEPTION("Mutex::unlock() failed: %d (%s)", error, std::strerror(error));
     }

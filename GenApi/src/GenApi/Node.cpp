@@ -29,6 +29,7 @@ CNodeImpl::~CNodeImpl() {
 
 void CNodeImpl::Initialize(INodeMapPrivate* nodeMap, CNodeData::ENodeType_t type, NodeID_t id) {
     m_pNodeMap = nodeMap;
+    m_pCallState = nodeMap == nullptr ? nullptr : &nodeMap->GetCallState();
     m_NodeType = type;
     m_NodeID = id;
 }
@@ -64,11 +65,11 @@ void CNodeImpl::CreateLoggers() {
 }
 
 void CNodeImpl::PreSetValue() {
-    GetMap().GetBathometer().Increment();
+    GetCallState().GetBathometer().Increment();
 }
 
 void CNodeImpl::PostSetValue(CallbackList& callbacks) {
-    Counter& depth = GetMap().GetBathometer();
+    Counter& depth = GetCallState().GetBathometer();
     depth.Decrement();
     if (!depth.IsZero()) {
         return;

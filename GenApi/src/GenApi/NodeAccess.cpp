@@ -1,9 +1,18 @@
 // How a node's access mode is computed.
 
+#include "GenApi/impl/EntryMethodFinalizer.h"
 #include "GenApi/impl/NestingScope.h"
 #include "GenApi/impl/Node.h"
 
 namespace GenApi_3_0_ORVANE {
+
+EAccessMode CNodeImpl::FindAccessMode() {
+    const EntryMethodFinalizer entry(*this, meGetAccessMode);
+    GCLOGINFOPUSH(m_pAccessLog, "GetAccessMode...");
+    const EAccessMode mode = Combine(InternalGetAccessMode(), m_ImposedAccessMode);
+    GCLOGINFOPOP(m_pAccessLog, "...GetAccessMode = '%s' ", EAccessModeClass::ToString(mode));
+    return mode;
+}
 
 EAccessMode CNodeImpl::InternalGetAccessMode(IBase* value) {
     return CachedAccessMode([this, value] { return ComputeAccessMode(value); });

@@ -6,7 +6,6 @@
 #include "Base/Log.h"
 #include "GenApi/NodeCallback.h"
 #include "GenApi/NodeMapFactory.h"
-#include "GenApi/impl/NestingScope.h"
 #include "GenApi/impl/Node.h"
 #include "GenApi/impl/PropertyField.h"
 
@@ -20,15 +19,6 @@ namespace {
 constexpr uint16_t kGenApiMajor = 3;
 constexpr uint16_t kGenApiMinor = 0;
 constexpr uint16_t kGenApiSubMinor = 2;
-
-const char* MethodText(EMethod method) {
-    static constexpr const char* kTexts[] = {
-        "_UndefinedMethod", "GetAccessMode", "ToString",    "FromString", "GetValue",
-        "SetValue",         "GetMin",        "GetMax",      "GetInc",     "Execute",
-        "IsDone",           "SetIntValue",   "GetIntValue", "Set",        "Get",
-    };
-    return method < static_cast<int>(std::size(kTexts)) ? kTexts[method] : kTexts[0];
-}
 
 }  // namespace
 
@@ -64,7 +54,7 @@ INodePrivate* string2node_t::Find(std::string_view name, ENameSpace nameSpace) c
 }
 
 CNodeMap::CNodeMap(const gcstring& deviceName, CLock* lock)
-    : m_DeviceName(deviceName), m_pLock(lock == nullptr ? &m_OwnLock : lock) {
+    : m_DeviceName(deviceName), m_CallState(lock == nullptr ? m_OwnLock : *lock) {
     m_IsLoggingEnabled = CLog::Exist("GenApi");
     m_IsDeviceLoggingEnabled = CLog::Exist(gcstring("GenApi.") + deviceName);
     CNodeMapFactory::GetSupportedSchemaVersions(m_SupportedSchemaVersions);
@@ -126,7 +116,7 @@ void CNodeMap::FinalConstruct() {
 }
 
 void CNodeMap::GetNodes(node_vector& nodes) {
-    const AutoLock lock(*m_pLock);
+    const AutoLock lock(GetLock());
     nodes.clear();
     nodes.reserve(Names().GetAll().size());
     for (INodePrivate* const node : Names().GetAll()) {
@@ -160,7 +150,7 @@ bool CNodeMap::Connect(IPort* port, const gcstring& name) {
 void CNodeMap::InvalidateNodes() {
     CallbackList callbacks;
     {
-        const AutoLock lock(*m_pLock);
+        const AutoLock lock(GetLock());
         for (INodePrivate* const node : Names().GetAll()) {
             node->SetInvalid(simOnlyMe);
         }
@@ -176,7 +166,7 @@ void CNodeMap::InvalidateNodes() {
 void CNodeMap::Poll(int64_t elapsedTime) {
     CallbackList callbacks;
     {
-        const AutoLock lock(*m_pLock);
+        const AutoLock lock(GetLock());
         for (INodePrivate* const node : m_PollingList) {
             if (node->Poll(elapsedTime)) {
                 node->CollectCallbacksToFire(callbacks, true);
@@ -209,49 +199,13 @@ bool CNodeMap::ParseSwissKnifes(gcstring_vector* errorList) {
     return allParse;
 }
 
-void CNodeMap::SetEntryPoint(EMethod EntryMethod, INodePrivate* pEntryNode, bool ignoreCache) {
-    OV_ASSERT(EntryMethod != meUndefined);
-    OV_ASSERT(pEntryNode);
-    if (m_EntryDepth == 0) {
-        m_EntryMethod = EntryMethod;
-        m_pEntryNode = pEntryNode;
-        m_EntryIgnoreCache = ignoreCache;
-        m_NestedCalls = 0;
-    } else if (m_EntryDepth >= kMaxNesting) {
-        ThrowNestedTooDeep(*pEntryNode);
-    } else if (++m_NestedCalls > kMaxNestedCalls) {
-        ThrowTooManyCalls(*pEntryNode);
-    }
-    ++m_EntryDepth;
-}
-
-void CNodeMap::ResetEntryPoint() {
-    if (--m_EntryDepth != 0) {
-        return;
-    }
-    if (m_EntryIgnoreCache) {
-        for (INodePrivate* const terminal : m_pEntryNode->GetAllTerminalNodes()) {
-            terminal->SetInvalid(simAll);
-        }
-    }
-    m_EntryMethod = meUndefined;
-    m_pEntryNode = nullptr;
-}
-
-gcstring CNodeMap::GetEntryPoint() {
-    if (m_pEntryNode == nullptr) {
-        return {};
-    }
-    return m_pEntryNode->InternalGetName() + "." + MethodText(m_EntryMethod) + "()";
-}
-
 UserData_t CNodeMap::GetUserData() {
-    const AutoLock lock(*m_pLock);
+    const AutoLock lock(GetLock());
     return m_pUserData;
 }
 
 UserData_t CNodeMap::SetUserData(UserData_t data) {
-    const AutoLock lock(*m_pLock);
+    const AutoLock lock(GetLock());
     return std::exchange(m_pUserData, data);
 }
 

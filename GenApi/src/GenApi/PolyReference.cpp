@@ -91,7 +91,7 @@ CIntegerPolyRef& CIntegerPolyRef::operator=(IBase* base) {
     return *this;
 }
 
-int64_t CIntegerPolyRef::GetValue(bool verify, bool ignoreCache) const {
+int64_t CIntegerPolyRef::ReadSource(bool verify, bool ignoreCache) const {
     constexpr const char* kOperation = "CIntegerPolyRef::GetValue()";
     return std::visit(By{[](std::monostate) -> int64_t { ThrowUninitialized(kOperation); },
                          [](int64_t value) { return value; },

@@ -3,11 +3,17 @@
 
 #include <pthread.h>
 
+#include <atomic>
+#include <cstdint>
+
 #include "Base/Export.h"
 
 namespace GenICam_3_0_ORVANE {
 
 /// A recursive lock within the process. A failing call raises RuntimeException.
+///
+/// One call of a client makes dozens of nodes take the lock of their map again.
+/// So the owner's further calls are counted here and don't reach the mutex.
 class OV_ENGINE_API CLock {
 public:
     CLock();
@@ -15,13 +21,34 @@ public:
     CLock(const CLock&) = delete;
     CLock& operator=(const CLock&) = delete;
 
-    void Lock();
-    void Unlock();
+    void Lock() {
+        if (IsMine()) {
+            ++m_Again;
+        } else {
+            LockMutex();
+        }
+    }
+    void Unlock() {
+        if (IsMine() && m_Again != 0) {
+            --m_Again;
+        } else {
+            UnlockMutex();
+        }
+    }
     /// Whether the lock was taken; false when another thread has it.
     bool TryLock();
 
 private:
+    /// Only the owner finds itself here, whatever others store meanwhile.
+    bool IsMine() const { return m_Owner.load(std::memory_order_relaxed) == pthread_self(); }
+    void LockMutex();
+    void UnlockMutex();
+
     pthread_mutex_t m_Mutex;
+    /// 0 while no thread has the lock.
+    std::atomic<pthread_t> m_Owner{};
+    /// How often the owner took it beyond the first time.
+    uint64_t m_Again = 0;
 };
 
 /// Holds a lock for the life of a scope.

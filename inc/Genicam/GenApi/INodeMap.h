@@ -45,6 +45,8 @@ private:
     int64_t m_value = 0;
 };
 
+class CCallState;
+
 /// What nodes know of their map.
 struct INodeMapPrivate : public INodeMap {
     /// Takes the node over. Type 27 marks an empty slot.
@@ -65,9 +67,8 @@ struct INodeMapPrivate : public INodeMap {
     virtual gcstring GetEntryPoint() = 0;
     virtual bool IsLoggingEnabled() = 0;
     virtual bool IsDeviceLoggingEnabled() = 0;
-    /// Counts the nodes on the way of a question that one node passes on to the
-    /// next without an entry point, as that for a unit.
-    virtual Counter& GetNesting() = 0;
+    /// The same lock, counters and entry point, for the nodes' short way to them.
+    virtual CCallState& GetCallState() = 0;
 };
 
 struct Version_t {

@@ -19,17 +19,17 @@ protected:
     using Value_t = typename Traits::Value;
 
     void RequireReadable() {
-        if (!IsReadable(this->GetAccessMode())) {
+        if (!IsReadable(this->GetAccessModeInside())) {
             ACCESS_EXCEPTION_NODE("Node is not readable.");
         }
     }
     void RequireWritable() {
-        if (!IsWritable(this->GetAccessMode())) {
+        if (!IsWritable(this->GetAccessModeInside())) {
             ACCESS_EXCEPTION_NODE("Node is not writable.");
         }
     }
     void RequireAvailable() {
-        if (!IsAvailable(this->GetAccessMode())) {
+        if (!IsAvailable(this->GetAccessModeInside())) {
             ACCESS_EXCEPTION_NODE("Node is not available.");
         }
     }

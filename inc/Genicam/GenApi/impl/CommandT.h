@@ -18,7 +18,7 @@ public:
             *this, meExecute,
             [&] {
                 GCLOGINFOPUSH(Base::m_pValueLog, "Execute...");
-                if (!IsWritable(this->GetAccessMode())) {
+                if (!IsWritable(this->GetAccessModeInside())) {
                     ACCESS_EXCEPTION_NODE("Node is not writable.");
                 }
             },
@@ -68,7 +68,7 @@ private:
     /// @param callbacks  gets what is to be called once all has succeeded
     bool AskDevice(bool verify, CallbackList& callbacks) {
         const EntryMethodFinalizer entry(*this, meIsDone);
-        if (!IsImplemented(this->GetAccessMode())) {
+        if (!IsImplemented(this->GetAccessModeInside())) {
             ACCESS_EXCEPTION_NODE("Node is not implemented.");
         }
         GCLOGINFOPUSH(Base::m_pValueLog, "IsDone...");

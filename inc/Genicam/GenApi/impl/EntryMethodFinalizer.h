@@ -10,15 +10,15 @@ namespace GenApi_3_0_ORVANE {
 class EntryMethodFinalizer {
 public:
     EntryMethodFinalizer(CNodeImpl& node, EMethod method, bool ignoreCache = false)
-        : m_Map(node.GetMap()) {
-        m_Map.SetEntryPoint(method, &node, ignoreCache);
+        : m_State(node.GetCallState()) {
+        m_State.SetEntryPoint(method, &node, ignoreCache);
     }
-    ~EntryMethodFinalizer() { m_Map.ResetEntryPoint(); }
+    ~EntryMethodFinalizer() { m_State.ResetEntryPoint(); }
     EntryMethodFinalizer(const EntryMethodFinalizer&) = delete;
     EntryMethodFinalizer& operator=(const EntryMethodFinalizer&) = delete;
 
 private:
-    INodeMapPrivate& m_Map;
+    CCallState& m_State;
 };
 
 }  // namespace GenApi_3_0_ORVANE

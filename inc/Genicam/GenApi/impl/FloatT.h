@@ -53,13 +53,15 @@ public:
         return Numeric::ReadIncMode([&] { return HasInc(); });
     }
     double GetInc() override {
-        return Numeric::ReadLimit(meGetInc, "GetInc...", FloatTraits::IncEnd, [&]() -> double {
-            if constexpr (requires { this->InternalHasInc(); }) {
-                if (HasInc()) {
-                    return this->InternalGetInc();
+        return RunRead(*this, meGetInc, false, [&] {
+            return Numeric::LoggedLimit("GetInc...", FloatTraits::IncEnd, [&]() -> double {
+                if constexpr (requires { this->InternalHasInc(); }) {
+                    if (HasInc()) {
+                        return this->InternalGetInc();
+                    }
                 }
-            }
-            RUNTIME_EXCEPTION_NODE("node does not have an increment.");
+                RUNTIME_EXCEPTION_NODE("node does not have an increment.");
+            });
         });
     }
     EDisplayNotation GetDisplayNotation() override {

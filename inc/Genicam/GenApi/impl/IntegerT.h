@@ -41,14 +41,17 @@ public:
         return Numeric::ReadIncMode([] { return true; });
     }
     int64_t GetInc() override {
-        return Numeric::ReadLimit(meGetInc, "GetInc...", IntegerTraits::IncEnd,
-                                  [&] { return this->InternalGetInc(); });
+        return RunRead(*this, meGetInc, false, [&] { return GetIncInside(); });
     }
 
 protected:
+    int64_t GetIncInside() {
+        return Numeric::LoggedLimit("GetInc...", IntegerTraits::IncEnd,
+                                    [&] { return this->InternalGetInc(); });
+    }
     void CheckValue(int64_t value) override {
         const int64_t min = Numeric::CheckLimits(value);
-        const int64_t inc = GetInc();
+        const int64_t inc = GetIncInside();
         if (inc < 1) {
             LOGICAL_ERROR_EXCEPTION_NODE("Increment must be larger than 0.");
         }

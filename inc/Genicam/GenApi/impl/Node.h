@@ -7,6 +7,7 @@
 #include "Base/Log.h"
 #include "GenApi/INodeMap.h"
 #include "GenApi/INodePrivate.h"
+#include "GenApi/impl/CallState.h"
 #include "GenApi/impl/KeptProperty.h"
 #include "GenApi/impl/NodeExceptions.h"
 #include "GenApi/impl/PolyReference.h"
@@ -61,7 +62,23 @@ public:
     /// A link property that names the node.
     static CProperty MakeLink(INodeDataMap& nodeDataMap, CPropertyID id, INodePrivate& target);
 
-    CLock& GetLock() const { return GetMap().GetLock(); }
+    CCallState& GetCallState() const {
+        OV_ASSERT(m_pNodeMap != NULL);  // NOLINT(modernize-use-nullptr): known text
+        return *m_pCallState;
+    }
+    CLock& GetLock() const { return GetCallState().GetLock(); }
+    /// The access mode with what a client imposed on it. The cache holds the mode
+    /// before that.
+    EAccessMode GetAccessModeInside() {
+        if (m_AccessModeCache == _UndefinedAccesMode ||
+            m_AccessModeCache == _CycleDetectAccesMode) {
+            return FindAccessMode();
+        }
+        const EAccessMode mode = Combine(m_AccessModeCache, m_ImposedAccessMode);
+        GCLOGINFO(m_pAccessLog, "GetAccessMode = '%s' (from cache)",
+                  EAccessModeClass::ToString(mode));
+        return mode;
+    }
     EAccessMode GetImposedAccessMode() const { return m_ImposedAccessMode; }
     /// Marks the begin of a write that goes on to other nodes.
     void PreSetValue();
@@ -162,6 +179,7 @@ protected:
     void* m_pMiscLog = nullptr;
 
 private:
+    EAccessMode FindAccessMode();
     EYesNo ComputeAccessModeCacheability();
     EAccessMode LowerByReadingChildren(EAccessMode mode) const;
     EAccessMode LowerByReferences(EAccessMode mode) const;
@@ -177,6 +195,7 @@ private:
     NodeList GetLinked(CPropertyID id) const;
 
     INodeMapPrivate* m_pNodeMap = nullptr;
+    CCallState* m_pCallState = nullptr;
     CNodeData::ENodeType_t m_NodeType = CNodeData::_NotImpl_ID;
     NodeID_t m_NodeID;
     std::bitset<CPropertyID::_Undefined_ID> m_HeldProperties;

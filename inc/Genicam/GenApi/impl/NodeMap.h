@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "GenApi/INodeMap.h"
+#include "GenApi/impl/CallState.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -56,7 +56,7 @@ public:
     bool Connect(IPort* port) override { return Connect(port, "Device"); }
     gcstring GetDeviceName() override { return m_DeviceName; }
     void Poll(int64_t elapsedTime) override;
-    CLock& GetLock() override { return *m_pLock; }
+    CLock& GetLock() override { return m_CallState.GetLock(); }
     uint64_t GetNumNodes() override { return Names().GetAll().size(); }
     bool ParseSwissKnifes(gcstring_vector* errorList) override;
 
@@ -67,13 +67,15 @@ public:
     void SetProperty(const CProperty& property) override;
     bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
                      CNodeData::PropertyVector_t& properties) override;
-    Counter& GetBathometer() override { return m_Bathometer; }
-    void SetEntryPoint(EMethod method, INodePrivate* node, bool ignoreCache) override;
-    void ResetEntryPoint() override;
-    gcstring GetEntryPoint() override;
+    Counter& GetBathometer() override { return m_CallState.GetBathometer(); }
+    void SetEntryPoint(EMethod method, INodePrivate* node, bool ignoreCache) override {
+        m_CallState.SetEntryPoint(method, node, ignoreCache);
+    }
+    void ResetEntryPoint() override { m_CallState.ResetEntryPoint(); }
+    gcstring GetEntryPoint() override { return m_CallState.GetEntryPoint(); }
     bool IsLoggingEnabled() override { return m_IsLoggingEnabled; }
     bool IsDeviceLoggingEnabled() override { return m_IsDeviceLoggingEnabled; }
-    Counter& GetNesting() override { return m_Nesting; }
+    CCallState& GetCallState() override { return m_CallState; }
 
     gcstring GetModelName() override { return m_ModelName; }
     gcstring GetVendorName() override { return m_VendorName; }
@@ -112,19 +114,12 @@ private:
     gcstring m_NodeName;
     std::vector<INodePrivate*> m_Node2NodeID;
     std::unique_ptr<string2node_t> m_pNames;
-    Counter m_Bathometer;
-    Counter m_Nesting;
-    INodePrivate* m_pEntryNode = nullptr;
-    EMethod m_EntryMethod = meUndefined;
-    uint32_t m_EntryDepth = 0;
-    uint32_t m_NestedCalls = 0;
-    bool m_EntryIgnoreCache = false;
     std::vector<INodePrivate*> m_PollingList;
     bool m_IsLoggingEnabled = true;
     bool m_IsDeviceLoggingEnabled = true;
     CLock m_OwnLock;
+    CCallState m_CallState;
     UserData_t m_pUserData = nullptr;
-    CLock* m_pLock;
 };
 
 /// A node whose formula can be checked before it is needed.

@@ -45,16 +45,10 @@ public:
     Value_t operator*() override { return GetValue(); }
 
     Value_t GetMin() override {
-        return ReadLimit(meGetMin, "GetMin...", Traits::MinEnd, [&] {
-            Cached::RequireAvailable();
-            return std::max(this->InternalGetMin(), m_ImposedMin);
-        });
+        return RunRead(*this, meGetMin, false, [&] { return GetMinInside(); });
     }
     Value_t GetMax() override {
-        return ReadLimit(meGetMax, "GetMax...", Traits::MaxEnd, [&] {
-            Cached::RequireAvailable();
-            return std::min(this->InternalGetMax(), m_ImposedMax);
-        });
+        return RunRead(*this, meGetMax, false, [&] { return GetMaxInside(); });
     }
     List_t GetListOfValidValues(bool bounded = true) override {
         return RunRead(*this, meGetListOfValidValues, false, [&] {
@@ -77,14 +71,27 @@ public:
     EInterfaceType InternalGetPrincipalInterfaceType() override { return Traits::InterfaceType; }
 
 protected:
+    /// The limits for those who are within a frame of this node already.
+    Value_t GetMinInside() {
+        return LoggedLimit("GetMin...", Traits::MinEnd, [&] {
+            Cached::RequireAvailable();
+            return std::max(this->InternalGetMin(), m_ImposedMin);
+        });
+    }
+    Value_t GetMaxInside() {
+        return LoggedLimit("GetMax...", Traits::MaxEnd, [&] {
+            Cached::RequireAvailable();
+            return std::min(this->InternalGetMax(), m_ImposedMax);
+        });
+    }
     /// Refuses a value outside the limits; one that is no number is outside of
     /// any. Gives the minimum, which steps are counted from.
     Value_t CheckLimits(Value_t value) {
-        const Value_t min = GetMin();
+        const Value_t min = GetMinInside();
         if (!(value >= min)) {
             OUT_OF_RANGE_EXCEPTION_NODE(Traits::TooSmall, value, min);
         }
-        const Value_t max = GetMax();
+        const Value_t max = GetMaxInside();
         if (!(value <= max)) {
             OUT_OF_RANGE_EXCEPTION_NODE(Traits::TooLarge, value, max);
         }
@@ -93,15 +100,13 @@ protected:
     /// What a value has to satisfy when it is verified.
     virtual void CheckValue(Value_t value) { CheckLimits(value); }
 
-    /// A read of something about the range.
+    /// What is read of the range, between its log lines.
     template <class Read>
-    Value_t ReadLimit(EMethod method, const char* begin, const char* end, const Read& read) {
-        return RunRead(*this, method, false, [&] {
-            GCLOGINFOPUSH(Base::m_pRangeLog, "%s", begin);
-            const Value_t value = read();
-            GCLOGINFOPOP(Base::m_pRangeLog, end, value);
-            return value;
-        });
+    Value_t LoggedLimit(const char* begin, const char* end, const Read& read) {
+        GCLOGINFOPUSH(Base::m_pRangeLog, "%s", begin);
+        const Value_t value = read();
+        GCLOGINFOPOP(Base::m_pRangeLog, end, value);
+        return value;
     }
 
     /// @param hasInc  tells whether values keep a distance at all
@@ -139,8 +144,8 @@ private:
     List_t BoundedValidValues() {
         List_t list;
         if (m_CurrentValidValueSet.size() != 0) {
-            const Value_t min = GetMin();
-            const Value_t max = GetMax();
+            const Value_t min = GetMinInside();
+            const Value_t max = GetMaxInside();
             for (size_t i = 0; i < m_CurrentValidValueSet.size(); ++i) {
                 const Value_t value = m_CurrentValidValueSet[i];
                 if (value >= min && value <= max) {

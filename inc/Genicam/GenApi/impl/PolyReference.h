@@ -36,6 +36,9 @@ public:
     }
 
 protected:
+    /// Null for all but a constant. Most references are one: lengths, addresses
+    /// and limits, asked in every access.
+    const Constant* GetConstant() const { return std::get_if<1>(&m_Source); }
     void SetConstant(Constant value) {
         m_Source = std::move(value);
         m_pNode = nullptr;
@@ -72,7 +75,10 @@ public:
     /// RuntimeException for a node of no fitting interface.
     CIntegerPolyRef& operator=(IBase* base);
 
-    int64_t GetValue(bool verify = false, bool ignoreCache = false) const;
+    int64_t GetValue(bool verify = false, bool ignoreCache = false) const {
+        const int64_t* const constant = GetConstant();
+        return constant != nullptr ? *constant : ReadSource(verify, ignoreCache);
+    }
     void SetValue(int64_t value, bool verify = true) const;
     int64_t GetMin() const;
     int64_t GetMax() const;
@@ -83,6 +89,9 @@ public:
     gcstring GetUnit() const;
     bool IsValueCacheValid() const;
     ECachingMode GetCachingMode() const;
+
+private:
+    int64_t ReadSource(bool verify, bool ignoreCache) const;
 };
 
 class CFloatPolyRef : public CPolyRefBase<double, IFloat, IInteger, IEnumeration> {

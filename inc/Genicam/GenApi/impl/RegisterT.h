@@ -15,7 +15,7 @@ public:
             [&] {
                 GCLOGINFOPUSH(Base::m_pValueLog, "Set( %ld, %s )...", length,
                               HexText(buffer, length).c_str());
-                if (verify && !IsWritable(this->GetAccessMode())) {
+                if (verify && !IsWritable(this->GetAccessModeInside())) {
                     ACCESS_EXCEPTION_NODE("Node is not writable.");
                 }
             },
@@ -32,7 +32,7 @@ public:
              bool ignoreCache = false) override {
         RunRead(*this, meGet, ignoreCache, [&] {
             GCLOGINFOPUSH(Base::m_pValueLog, "Get...");
-            if (!IsReadable(this->GetAccessMode())) {
+            if (!IsReadable(this->GetAccessModeInside())) {
                 ACCESS_EXCEPTION_NODE("Node is not readable.");
             }
             Base::InternalGet(buffer, length, verify, ignoreCache);

@@ -13,7 +13,7 @@ public:
     gcstring ToString(bool verify = false, bool ignoreCache = false) override {
         return RunRead(*this, meToString, ignoreCache, [&] {
             GCLOGINFOPUSH(Base::m_pValueLog, "ToString...");
-            if (!IsReadable(this->GetAccessMode())) {
+            if (!IsReadable(this->GetAccessModeInside())) {
                 ACCESS_EXCEPTION_NODE("Node is not readable");
             }
             gcstring value = this->InternalToString(verify, ignoreCache);
@@ -29,7 +29,7 @@ public:
         RunWrite(
             *this, meFromString,
             [&] {
-                if (verify && !IsWritable(this->GetAccessMode())) {
+                if (verify && !IsWritable(this->GetAccessModeInside())) {
                     ACCESS_EXCEPTION_NODE("Node is not writable");
                 }
                 GCLOGINFOPUSH(Base::m_pValueLog, "FromString = '%s' ", value.c_str());
