@@ -31,11 +31,11 @@ TEST_F(ToolTest, IpListShowsCamerasWithTheirAdapters) {
                                               {"subnetMask", "255.255.255.0"},
                                               {"gateway", "192.168.10.254"},
                                               {"adapter",
-                                               {{"description", "Adapter 0"},
-                                                {"mac", "00-11-22-33-00-01"},
+                                               {{"mac", "00-11-22-33-00-01"},
                                                 {"ip", "192.168.10.1"},
                                                 {"subnetMask", "255.255.255.0"},
-                                                {"gateway", "192.168.10.254"}}}}}}});
+                                                {"gateway", "192.168.10.254"},
+                                                {"description", "Adapter 0"}}}}}}});
 }
 
 TEST_F(ToolTest, IpListPassesOtherCamerasOver) {

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Addresses.h"
 #include "Error.h"
 #include "Features.h"
 #include "FieldText.h"
@@ -43,52 +44,48 @@ Json Details(const std::string& key) {
     return details;
 }
 
-/// Of a GigE Vision camera and of the adapter that sees it.
-struct Addresses {
-    Json camera = Json::object();
-    Json adapter = Json::object();
+/// What the library knows. Addresses are those of GigE Vision, else empty.
+struct Knowledge {
+    std::string deviceId;
+    Json camera;
+    Json cameraAddresses = Json::object();
+    Json adapterAddresses = Json::object();
 };
 
-Addresses ReadAddresses(size_t index) {
-    OV_DEVICE_IP_INFO info{};
-    Check(OVGetDeviceIPInfo(static_cast<uint32_t>(index), &info), "read the camera's addresses");
-    return {{{"mac", FieldText(info.szMAC)},
-             {"ip", FieldText(info.szIP)},
-             {"subnetMask", FieldText(info.szSubnetMask)},
-             {"gateway", FieldText(info.szGateway)}},
-            {{"mac", FieldText(info.szNICMAC)},
-             {"ip", FieldText(info.szNICIP)},
-             {"subnetMask", FieldText(info.szNICSubnetMask)},
-             {"gateway", FieldText(info.szNICGateway)},
-             {"description", FieldText(info.szNICDescription)}}};
+Knowledge AskLibrary(const CameraChoice& choice) {
+    const Library library;
+    const auto cameras = Library::FindCameras(kSearchTimeout);
+    const size_t index = IndexOf(choice, cameras);
+    const OV_DEVICE_BASE_INFO& listed = cameras[index - 1];
+    Knowledge known{FieldText(listed.szDeviceID), ToJson(index, listed)};
+    if (listed.deviceClass == OV_DEVICE_CLASS_GEV) {
+        OV_DEVICE_IP_INFO info{};
+        Check(OVGetDeviceIPInfo(static_cast<uint32_t>(index), &info),
+              "read the camera's addresses");
+        known.cameraAddresses = CameraAddresses(info);
+        known.adapterAddresses = AdapterAddresses(info);
+    }
+    known.camera.update(Details(choice.key));
+    return known;
 }
 
 }  // namespace
 
 void ShowInfo(const CameraChoice& choice, bool json) {
-    Json camera;
-    Addresses addresses;
-    std::string deviceId;
-    {
-        const Library library;
-        const auto cameras = Library::FindCameras(kSearchTimeout);
-        const size_t index = IndexOf(choice, cameras);
-        const OV_DEVICE_BASE_INFO& listed = cameras[index - 1];
-        camera = ToJson(index, listed);
-        deviceId = FieldText(listed.szDeviceID);
-        if (listed.deviceClass == OV_DEVICE_CLASS_GEV) {
-            addresses = ReadAddresses(index);
-        }
-        camera.update(Details(choice.key));
-    }
-    auto origin = FindOrigin(deviceId, kSearchTimeout);
+    Knowledge known = AskLibrary(choice);
+    // Producers can be asked only while the library doesn't use them.
+    auto origin = FindOrigin(known.deviceId, kSearchTimeout);
     if (!origin) {
         throw ToolError("camera " + choice.key + " vanished while it was looked at");
     }
-    camera.update(origin->camera);
-    camera.update(addresses.camera);
-    origin->interface.update(addresses.adapter);
+    known.camera.update(origin->camera);
+    known.camera.update(known.cameraAddresses);
+    origin->interface.update(known.adapterAddresses);
     const Json document = {
-        {"camera", camera}, {"interface", origin->interface}, {"producer", origin->producer}};
-    json ? PrintJson(document) : PrintSections(document);
+        {"camera", known.camera}, {"interface", origin->interface}, {"producer", origin->producer}};
+    if (json) {
+        PrintJson(document);
+    } else {
+        PrintSections(document);
+    }
 }

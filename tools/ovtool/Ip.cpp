@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "Addresses.h"
 #include "Error.h"
 #include "FieldText.h"
 #include "Json.h"
@@ -49,32 +50,22 @@ std::vector<Sight> FindSights(uint32_t timeout) {
     return sights;
 }
 
-IpAddresses CameraAddresses(const OV_DEVICE_IP_INFO& info) {
-    return {FieldText(info.szIP), FieldText(info.szSubnetMask), FieldText(info.szGateway)};
-}
-
-IpAddresses AdapterAddresses(const OV_DEVICE_IP_INFO& info) {
-    return {FieldText(info.szNICIP), FieldText(info.szNICSubnetMask), FieldText(info.szNICGateway)};
-}
-
 Json ToJson(const Sight& sight) {
-    Json adapter = {{"description", FieldText(sight.ip.szNICDescription)},
-                    {"mac", FieldText(sight.ip.szNICMAC)}};
-    adapter.update(ToJson(AdapterAddresses(sight.ip)));
     Json camera = {{"index", sight.index},
                    {"model", FieldText(sight.base.szModelName)},
-                   {"serialNumber", FieldText(sight.base.szSN)},
-                   {"mac", FieldText(sight.ip.szMAC)}};
-    camera.update(ToJson(CameraAddresses(sight.ip)));
-    camera["adapter"] = adapter;
+                   {"serialNumber", FieldText(sight.base.szSN)}};
+    camera.update(CameraAddresses(sight.ip));
+    camera["adapter"] = AdapterAddresses(sight.ip);
     return camera;
 }
 
 void Print(const Sight& sight) {
-    std::printf("%zu  %s  %s  serial %s  %s\n   on %s  %s  %s\n", sight.index, sight.ip.szMAC,
-                sight.base.szModelName, sight.base.szSN, ToText(CameraAddresses(sight.ip)).c_str(),
-                sight.ip.szNICMAC, sight.ip.szNICDescription,
-                ToText(AdapterAddresses(sight.ip)).c_str());
+    const OV_DEVICE_IP_INFO& info = sight.ip;
+    const IpAddresses camera{info.szIP, info.szSubnetMask, info.szGateway};
+    const IpAddresses adapter{info.szNICIP, info.szNICSubnetMask, info.szNICGateway};
+    std::printf("%zu  %s  %s  serial %s  %s\n   on %s  %s  %s\n", sight.index, info.szMAC,
+                sight.base.szModelName, sight.base.szSN, ToText(camera).c_str(), info.szNICMAC,
+                info.szNICDescription, ToText(adapter).c_str());
 }
 
 /// What a camera was told, in one line or as a document.
