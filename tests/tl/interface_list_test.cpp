@@ -70,6 +70,14 @@ TEST_F(OddListTest, AFailedUpdateKeepsTheLostDevicesToo) {
     EXPECT_THAT(owner->DoGetLostOpenDeviceList(), IsEmpty());
 }
 
+TEST_F(OddListTest, AProducerWithoutTheCallIsLoggedAsIncomplete) {
+    owner = InitInterface();
+    const LogCapture log;
+    producer.FailCall("IFUpdateDeviceList", 1, -1);
+    EXPECT_FALSE(Update());
+    EXPECT_THAT(log.Lines(), HasLogged("DoUpdateDeviceList", "The TL library is not complete"));
+}
+
 TEST_F(OddListTest, ADeviceThatRefusesEveryFactIsListedByItsId) {
     owner = InitInterface();
     producer.FailCall("IFGetDeviceInfo", 0, GenTL::GC_ERR_NOT_IMPLEMENTED);
