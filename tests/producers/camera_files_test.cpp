@@ -2,10 +2,12 @@
 /// The files of a virtual camera, operation by operation.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstring>
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "virtual/CameraFiles.h"
 
@@ -320,6 +322,26 @@ TEST_F(CameraFilesTest, ResetClosesAndKeepsTheFiles) {
     EXPECT_EQ(Buffer(4), std::string(4, '\0'));
     EXPECT_EQ(UserFile(), "text");
     EXPECT_EQ(Close(), kFailed);
+}
+
+TEST_F(CameraFilesTest, ServesSeveralThreads) {
+    SetUserFile(std::string(100, 'a'));
+    ASSERT_EQ(Open(kReadWrite), kDone);
+    ASSERT_EQ(Read(0, 100), Moved(100));
+    std::atomic<int> looks = 0;
+    const std::jthread other([&] {
+        for (; looks < 200; ++looks) {
+            EXPECT_EQ(files.Outcome(), Moved(100));
+            EXPECT_EQ(files.Size(kUser), 100U);
+            const std::string seen = Buffer(100);
+            EXPECT_EQ(seen, std::string(100, seen[0])) << "a part of another content";
+        }
+    });
+    for (int round = 0; looks < 200; ++round) {
+        Fill(std::string(100, static_cast<char>('b' + round % 20)));
+        EXPECT_EQ(Write(0, 100), Moved(100));
+        EXPECT_EQ(Read(0, 100), Moved(100));
+    }
 }
 
 }  // namespace
