@@ -1,7 +1,9 @@
 // What a feature allows in the states of a camera.
 
 #include <array>
+#include <atomic>
 #include <future>
+#include <thread>
 
 #include "support/AcquisitionTest.h"
 #include "support/FeatureCalls.h"
@@ -88,6 +90,42 @@ TEST_F(FeatureState, TheAcquisitionsCommandsAreItsStartAndStop) {
     EXPECT_EQ(ParamsLocked(), 0U);
     EXPECT_EQ(producer.CommandCount(0, 0, "AcquisitionStart"), 1);
     EXPECT_EQ(producer.CommandCount(0, 0, "AcquisitionStop"), 1);
+}
+
+TEST_F(FeatureState, ThreadsMayUseTheFeaturesOfOneCamera) {
+    constexpr int kRounds = 100;
+    std::atomic<int> failures{0};
+    const auto run = [&](auto call) {
+        return std::thread([&failures, call] {
+            for (int round = 0; round < kRounds; ++round) {
+                failures += call(round) == OV_STATUS_SUCCESS ? 0 : 1;
+            }
+        });
+    };
+    std::thread threads[] = {
+        run([this](int round) { return OVSetInt(camera, OV_FEATURE_Width, 8 + round % 4 * 8); }),
+        run([this](int) {
+            OV_INT_RANGE range{};
+            return OVGetIntRange(camera, OV_FEATURE_Width, &range);
+        }),
+        run([this](int round) {
+            return OVSetString(camera, OV_FEATURE_DeviceUserID, std::to_string(round).c_str());
+        }),
+        run([this](int) {
+            char text[65];
+            size_t size = sizeof text;
+            return OVGetString(camera, OV_FEATURE_DeviceUserID, text, &size);
+        }),
+        run([](int) {
+            OV_DEVICE_BASE_INFO info{};
+            size_t size = sizeof info;
+            return OVGetAllDeviceBaseInfo(&info, &size);
+        }),
+    };
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(failures, 0);
 }
 
 /// A camera whose features a capture callback reads and sets.
