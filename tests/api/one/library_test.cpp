@@ -49,17 +49,6 @@ TEST(GetLastError, WithoutASizeIsAnInvalidParameterAndLeavesTheRecord) {
 
 class LibraryTest : public ApiTest {};
 
-TEST_F(LibraryTest, EveryOtherCallBeforeInitIsNotInit) {
-    uint32_t count = 0;
-    ExpectFailure(OVUpdateDeviceList(&count, 0), OV_STATUS_NOT_INIT_API, "Not init API");
-    ExpectFailure(OVOpenDeviceByIndex(1, nullptr), OV_STATUS_NOT_INIT_API, "Not init API");
-    ExpectFailure(OVCloseDevice(nullptr), OV_STATUS_NOT_INIT_API, "Not init API");
-    ExpectFailure(OVGetInt(nullptr, 0, nullptr), OV_STATUS_NOT_INIT_API, "Not init API");
-    ExpectFailure(OVStreamOn(nullptr), OV_STATUS_NOT_INIT_API, "Not init API");
-    ExpectFailure(OVDQBuf(nullptr, nullptr, 0), OV_STATUS_NOT_INIT_API, "Not init API");
-    ExpectFailure(OVFlushEvent(nullptr), OV_STATUS_NOT_INIT_API, "Not init API");
-}
-
 TEST_F(LibraryTest, InitAndCloseAreNotCounted) {
     EXPECT_OV_OK(OVInitLib());
     EXPECT_OV_OK(OVInitLib());
@@ -135,7 +124,6 @@ TEST_F(LibraryTest, CallsThatThisVersionDoesNotOfferSaySo) {
     Init();
     EXPECT_EQ(OVFlushEvent(nullptr), OV_STATUS_NOT_IMPLEMENTED);
     EXPECT_EQ(OVExportConfigFile(nullptr, "x"), OV_STATUS_NOT_IMPLEMENTED);
-    EXPECT_EQ(OVGigEResetDevice("x", 1), OV_STATUS_NOT_IMPLEMENTED);
 }
 
 }  // namespace
