@@ -61,7 +61,6 @@ bool Acquisition::CarryFrame(const std::stop_token& stop, const std::stop_token&
         }
         return false;
     }
-    m_pool.CountStarted();
     m_pool.Deliver(buffer, Fill(*buffer, abort));
     return true;
 }

@@ -5,11 +5,20 @@
 #include <utility>
 
 namespace OvProducer {
+namespace {
+
+[[noreturn]] void ThrowNotAnnounced() {
+    throw Failure(GenTL::GC_ERR_INVALID_BUFFER, "The buffer isn't announced to this stream");
+}
+
+}  // namespace
 
 class BufferPool::NewBufferEvent : public Event {
 public:
     explicit NewBufferEvent(std::shared_ptr<Queues> queues)
         : Event(GenTL::EVENT_NEW_BUFFER, queues->mutex), m_queues(std::move(queues)) {}
+
+    using Event::Wake;
 
     InfoValue DataInfo(std::span<const std::byte> entry,
                        GenTL::EVENT_DATA_INFO_CMD command) const override {
@@ -28,7 +37,7 @@ public:
         }
     }
 
-    /// The lock is held.
+    /// The lock is held; `Wake` follows without it.
     void Report(const std::shared_ptr<Buffer>& buffer) {
         if (!Closed()) {
             m_queues->entries.Push(buffer);
@@ -89,19 +98,25 @@ void BufferPool::Announce(const std::shared_ptr<Buffer>& buffer) {
     m_announced.push_back(buffer);
 }
 
-void BufferPool::RequireAnnounced(const std::shared_ptr<Buffer>& buffer) const {
-    if (std::find(m_announced.begin(), m_announced.end(), buffer) == m_announced.end()) {
-        throw Failure(GenTL::GC_ERR_INVALID_BUFFER, "The buffer isn't announced to this stream");
+const std::shared_ptr<Buffer>& BufferPool::Announced(const void* handle) const {
+    const auto found = std::find_if(m_announced.begin(), m_announced.end(),
+                                    [=](const auto& known) { return known->Handle() == handle; });
+    if (found == m_announced.end()) {
+        ThrowNotAnnounced();
     }
+    return *found;
 }
 
 void BufferPool::Revoke(const std::shared_ptr<Buffer>& buffer) {
     const std::lock_guard lock(m_queues->mutex);
-    RequireAnnounced(buffer);
+    const auto found = std::find(m_announced.begin(), m_announced.end(), buffer);
+    if (found == m_announced.end()) {
+        ThrowNotAnnounced();
+    }
     if (buffer->state != BufferState::Idle) {
         throw Failure(GenTL::GC_ERR_BUSY, "The buffer is in a queue or being filled");
     }
-    std::erase(m_announced, buffer);
+    m_announced.erase(found);
 }
 
 std::vector<std::shared_ptr<Buffer>> BufferPool::RevokeAll() {
@@ -112,10 +127,10 @@ std::vector<std::shared_ptr<Buffer>> BufferPool::RevokeAll() {
     return std::exchange(m_announced, {});
 }
 
-void BufferPool::Queue(const std::shared_ptr<Buffer>& buffer) {
+void BufferPool::Queue(const void* handle) {
     {
         const std::lock_guard lock(m_queues->mutex);
-        RequireAnnounced(buffer);
+        const std::shared_ptr<Buffer>& buffer = Announced(handle);
         if (buffer->state != BufferState::Idle) {
             throw Failure(GenTL::GC_ERR_BUSY, "The buffer is in a queue or being filled");
         }
@@ -160,6 +175,7 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
         }
     }
     m_inputReady.notify_all();
+    Wake();
 }
 
 std::shared_ptr<Buffer> BufferPool::At(std::size_t index) const {
@@ -170,17 +186,14 @@ std::shared_ptr<Buffer> BufferPool::At(std::size_t index) const {
     return m_announced[index];
 }
 
-InfoValue BufferPool::Info(const std::shared_ptr<Buffer>& buffer,
-                           GenTL::BUFFER_INFO_CMD command) const {
+InfoValue BufferPool::Info(const void* handle, GenTL::BUFFER_INFO_CMD command) const {
     const std::lock_guard lock(m_queues->mutex);
-    RequireAnnounced(buffer);
-    return BufferInfo(*buffer, command);
+    return BufferInfo(*Announced(handle), command);
 }
 
-std::vector<GenTL::S_SINGLE_CHUNK_DATA> BufferPool::Chunks(
-    const std::shared_ptr<Buffer>& buffer) const {
+std::vector<GenTL::S_SINGLE_CHUNK_DATA> BufferPool::Chunks(const void* handle) const {
     const std::lock_guard lock(m_queues->mutex);
-    RequireAnnounced(buffer);
+    const std::shared_ptr<Buffer>& buffer = Announced(handle);
     if (!buffer->hasFrame) {
         ThrowNotAvailable();
     }
@@ -241,6 +254,7 @@ std::shared_ptr<Buffer> BufferPool::WaitInput(const std::stop_token& stop) {
 }
 
 void BufferPool::Deliver(const std::shared_ptr<Buffer>& buffer, FrameInfo frame) {
+    std::shared_ptr<NewBufferEvent> event;
     {
         const std::lock_guard lock(m_queues->mutex);
         m_counters.incomplete += frame.incomplete ? 1 : 0;
@@ -257,13 +271,12 @@ void BufferPool::Deliver(const std::shared_ptr<Buffer>& buffer, FrameInfo frame)
         }
         ++m_counters.delivered;
         ToOutput(buffer);
+        event = m_event;
     }
-    m_inputReady.notify_all();
-}
-
-void BufferPool::CountStarted() {
-    const std::lock_guard lock(m_queues->mutex);
-    ++m_counters.started;
+    // Without the lock, which the woken thread needs at once.
+    if (event) {
+        event->Wake();
+    }
 }
 
 void BufferPool::CountLost() {
@@ -283,6 +296,17 @@ void BufferPool::ToOutput(const std::shared_ptr<Buffer>& buffer) {
     m_queues->output.Push(buffer);
     if (m_event) {
         m_event->Report(buffer);
+    }
+}
+
+void BufferPool::Wake() const {
+    std::shared_ptr<NewBufferEvent> event;
+    {
+        const std::lock_guard lock(m_queues->mutex);
+        event = m_event;
+    }
+    if (event) {
+        event->Wake();
     }
 }
 
@@ -309,6 +333,7 @@ std::shared_ptr<Buffer> BufferPool::TakeInputLocked() {
     } else {
         return nullptr;
     }
+    ++m_counters.started;
     buffer->state = BufferState::Filling;
     buffer->hasFrame = false;
     buffer->newData = false;

@@ -49,11 +49,12 @@ public:
     void Revoke(const std::shared_ptr<Buffer>& buffer);
     /// Takes every buffer away, wherever it is. The engine must stand still.
     std::vector<std::shared_ptr<Buffer>> RevokeAll();
-    void Queue(const std::shared_ptr<Buffer>& buffer);
+    /// These three take a buffer by its handle; -1022 when it isn't announced.
+    void Queue(const void* handle);
+    InfoValue Info(const void* handle, GenTL::BUFFER_INFO_CMD command) const;
+    std::vector<GenTL::S_SINGLE_CHUNK_DATA> Chunks(const void* handle) const;
     void Flush(GenTL::ACQ_QUEUE_TYPE operation);
     std::shared_ptr<Buffer> At(std::size_t index) const;
-    InfoValue Info(const std::shared_ptr<Buffer>& buffer, GenTL::BUFFER_INFO_CMD command) const;
-    std::vector<GenTL::S_SINGLE_CHUNK_DATA> Chunks(const std::shared_ptr<Buffer>& buffer) const;
 
     StreamCounters Counters() const;
     BufferHandling Handling() const;
@@ -67,13 +68,13 @@ public:
     // The engine's side.
 
     void ResetCounters();
-    /// Takes a buffer to fill, or null when there is none.
+    /// Takes a buffer to fill and counts a frame as started, or null when there
+    /// is none.
     std::shared_ptr<Buffer> TakeInput();
     /// Waits for a buffer to fill; null only when stopped.
     std::shared_ptr<Buffer> WaitInput(const std::stop_token& stop);
     /// Gives back a filled buffer and wakes whoever waits for it.
     void Deliver(const std::shared_ptr<Buffer>& buffer, FrameInfo frame);
-    void CountStarted();
     void CountLost();
 
 private:
@@ -86,9 +87,10 @@ private:
     };
     class NewBufferEvent;
 
-    void RequireAnnounced(const std::shared_ptr<Buffer>& buffer) const;
+    const std::shared_ptr<Buffer>& Announced(const void* handle) const;
     void ToInput(const std::shared_ptr<Buffer>& buffer);
     void ToOutput(const std::shared_ptr<Buffer>& buffer);
+    void Wake() const;
     void OutputToIdle();
     void OutputToInput();
     std::shared_ptr<Buffer> TakeInputLocked();

@@ -118,18 +118,16 @@ InfoValue Event::Info(GenTL::EVENT_INFO_CMD command) const {
                       EventFacts{m_type, Pending(), m_fired, EntrySizeMax(), InfoSizeMax()});
 }
 
-void Event::Added() {
-    ++m_fired;
-    m_wake.notify_one();
-}
-
 void QueuedEvent::Post(std::span<const std::byte> entry) {
-    const std::lock_guard lock(m_queueMutex);
-    if (Closed() || m_entries.size() >= kQueueMax) {
-        return;
+    {
+        const std::lock_guard lock(m_queueMutex);
+        if (Closed() || m_entries.size() >= kQueueMax) {
+            return;
+        }
+        m_entries.emplace_back(entry.begin(), entry.end());
+        Added();
     }
-    m_entries.emplace_back(entry.begin(), entry.end());
-    Added();
+    Wake();
 }
 
 void QueuedEvent::TakeFront(void* buffer) {

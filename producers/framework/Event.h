@@ -60,8 +60,11 @@ protected:
     virtual void TakeFront(void* buffer) = 0;
     virtual void DropAll() = 0;
 
-    /// Counts an entry just added and wakes a waiter; the lock is held.
-    void Added();
+    /// Counts an entry just added; the lock is held, and `Wake` follows without
+    /// it.
+    void Added() { ++m_fired; }
+    /// Lets waiters look for entries.
+    void Wake() { m_wake.notify_all(); }
     bool Closed() const { return m_closed; }
 
 private:

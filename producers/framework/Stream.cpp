@@ -73,6 +73,20 @@ void Stream::Close() {
     }
 }
 
+template <typename Use>
+auto Stream::OnBuffer(void* handle, const Use& use) const {
+    try {
+        return use();
+    } catch (const Failure& failure) {
+        // The pool knows its own buffers alone; a handle of nothing at all fails
+        // as such.
+        if (failure.Code() == GenTL::GC_ERR_INVALID_BUFFER) {
+            static_cast<void>(BufferOf(handle));
+        }
+        throw;
+    }
+}
+
 void* Stream::Announce(void* memory, std::size_t size, void* userPointer) {
     const std::shared_ptr<Buffer> buffer = m_pool.MakeBuffer(memory, size, userPointer);
     // The handle comes first: once announced, another thread's flush may set
@@ -101,7 +115,7 @@ void Stream::Revoke(void* buffer, void** memory, void** userPointer) {
 }
 
 void Stream::Queue(void* buffer) {
-    m_pool.Queue(BufferOf(buffer));
+    OnBuffer(buffer, [&] { m_pool.Queue(buffer); });
 }
 
 void Stream::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
@@ -109,11 +123,11 @@ void Stream::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
 }
 
 InfoValue Stream::BufferInfo(void* buffer, GenTL::BUFFER_INFO_CMD command) const {
-    return m_pool.Info(BufferOf(buffer), command);
+    return OnBuffer(buffer, [&] { return m_pool.Info(buffer, command); });
 }
 
 std::vector<GenTL::S_SINGLE_CHUNK_DATA> Stream::Chunks(void* buffer) const {
-    return m_pool.Chunks(BufferOf(buffer));
+    return OnBuffer(buffer, [&] { return m_pool.Chunks(buffer); });
 }
 
 void Stream::Start(GenTL::ACQ_START_FLAGS flags, std::uint64_t frames) {

@@ -54,6 +54,9 @@ protected:
 private:
     Snapshot Current() const;
     std::shared_ptr<Buffer> BufferOf(void* handle) const;
+    /// Runs `use` on the buffer in the pool, and says why it can't.
+    template <typename Use>
+    auto OnBuffer(void* handle, const Use& use) const;
     void AddRegisters();
     void AddCounterRegisters();
     void SetHandling(std::int64_t value);

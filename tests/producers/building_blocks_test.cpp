@@ -204,7 +204,7 @@ protected:
         for (int i = 0; i < 2; ++i) {
             buffers.push_back(pool.MakeBuffer(nullptr, 16, nullptr));
             pool.Announce(buffers.back());
-            pool.Queue(buffers.back());
+            pool.Queue(handles.Add(buffers.back()));
         }
     }
 
@@ -237,6 +237,7 @@ protected:
         return ids;
     }
 
+    HandleTable handles;
     BufferPool pool{"Custom"};
     std::shared_ptr<Event> event;
     std::vector<std::shared_ptr<Buffer>> buffers;
