@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 
 #include "FeatureAccess.h"
 #include "OVIError.h"
@@ -85,7 +86,10 @@ OV_STATUS OVGetBuffer(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, uint8_t* p
         if (*pnSize < size) {
             OV_RAISE(CNeedMoreBufferError, "Need more buffer to get buffer");
         }
-        control.DoGetBuffer(feature.Name(), size, pBuffer);
+        // A read that fails in the middle leaves the caller's memory alone.
+        const auto content = std::make_unique<uint8_t[]>(size);
+        control.DoGetBuffer(feature.Name(), size, content.get());
+        std::copy_n(content.get(), size, pBuffer);
     }
     *pnSize = size;
     return OV_STATUS_SUCCESS;

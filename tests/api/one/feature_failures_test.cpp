@@ -85,6 +85,21 @@ TEST_P(FeatureFailures, AProducersCodeHasItsStatus) {
     EXPECT_OV_OK(GetParam().run(arguments));
 }
 
+TEST_P(FeatureFailures, LeaveTheOutputsAloneWhereTheProducerHadReadAlready) {
+    if (!ReachesTheCamera()) {
+        return;
+    }
+    const uint64_t before = producer.CallCount("GCReadPort");
+    FeatureArguments good = Good();
+    ASSERT_OV_OK(GetParam().run(good));
+    const uint64_t reads = producer.CallCount("GCReadPort") - before;
+    for (unsigned read = 1; read <= reads; ++read) {
+        SCOPED_TRACE(read);
+        producer.FailAfterCall("GCReadPort", read, -1010);
+        ExpectFailed(-1010);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(All, FeatureFailures, testing::ValuesIn(feature_calls::kAll),
                          [](const auto& test) { return NameOf(test.param); });
 
