@@ -78,6 +78,8 @@ Outcome OutcomeOf(const Step& step, int32_t code, bool persistent, bool mute) {
             return {kInvalidId, "",
                     mute ? "]}{Failed to get last error description}"
                          : "]}{The device has no stream ''}"};
+        case Fate::CameraNotFound:
+            return {OV_STATUS_NOT_FOUND_DEVICE, "", "]}{Not Found Device}"};
         case Fate::TriesElsewhere:
             return {OV_STATUS_NOT_FOUND_DEVICE, "", "]}{Can't open device by IP: 10.1.2.3}"};
         case Fate::Swallowed:

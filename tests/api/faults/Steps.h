@@ -15,6 +15,7 @@ enum class Fate {
     Healed,               ///< one failure is made good by the next attempt; three are raised
     ReportedByStop,       ///< the action goes on to its end and then reports
     BlankStreamId,        ///< the producer refuses the blank ID that comes of it
+    CameraNotFound,       ///< the search goes on without what it was about
     TriesElsewhere,       ///< the address is looked for on the next interface
     Swallowed,            ///< logged or passed over; the action succeeds
     SwallowedListLater,   ///< as above; the list is as before until the next update

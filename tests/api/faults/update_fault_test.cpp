@@ -2,6 +2,7 @@
 // each leaves the lists as they were.
 
 #include "FaultMatrix.h"
+#include "UpdateSteps.h"
 
 namespace {
 
@@ -9,67 +10,6 @@ using UpdateCall = OV_STATUS (*)(uint32_t*, uint32_t);
 
 class UpdateFaultTest : public FaultMatrix {
 protected:
-    /// The system module's part, with the opening of a new interface.
-    Steps InterfaceListSteps() const {
-        const char* const untold = "the interface is left out until the producer tells a change";
-        const auto lost = Fate::SwallowedListUntold;
-        Steps steps{
-            {"TLUpdateInterfaceList", 1, Fate::SwallowedListLater, "an update may fail"},
-            {"TLGetNumInterfaces", 1, lost, "an update may fail"},
-            {"TLGetInterfaceID", 2, lost, "nothing opens by a blank ID"},
-            {"TLGetInterfaceInfo", 4, Fate::Swallowed, "a fact may be missing"},
-            {"TLGetInterfaceInfo", 2, IsGev() ? lost : Fate::Swallowed,
-             "without its type it is no GigE Vision interface"},
-        };
-        if (IsGev()) {
-            steps = steps + Steps{
-                                {"GCReadPort", 2, lost, "the records don't match"},
-                                {"GCWritePort", 1, lost, "the records don't match"},
-                                {"GCReadPort", 12, Fate::Swallowed, "an address may be missing"},
-                            };
-        }
-        steps = steps + Steps{{"TLOpenInterface", 1, lost, untold}} +
-                DescriptionSteps(lost, untold) +
-                Steps{{"GCReadPort", 1, Fate::Swallowed, "the description may be missing"}};
-        if (IsGev()) {
-            steps.push_back({"GCReadPort", 5, Fate::Swallowed, "an address may be missing"});
-        }
-        return steps;
-    }
-
-    Steps SearchModeSteps() const {
-        return IsGev() ? Steps{{"GCWritePort", 1, Fate::Swallowed, "the mode is a wish"}} : Steps{};
-    }
-
-    /// An interface's part, with `count` cameras.
-    Steps DeviceListSteps(unsigned count) const {
-        const auto lost = Fate::SwallowedListUntold;
-        const char* const mismatch = "the records don't match";
-        Steps steps{{"IFUpdateDeviceList", 1, Fate::SwallowedListLater, "an update may fail"},
-                    {"IFGetNumDevices", 1, lost, "an update may fail"}};
-        for (unsigned i = 0; i < count; ++i) {
-            steps =
-                steps + Steps{{"IFGetDeviceID", 2, Fate::Swallowed, "the camera's ID may be blank"},
-                              {"IFGetDeviceInfo", 11, Fate::Swallowed, "a fact may be missing"}};
-        }
-        steps.push_back({"GCReadPort", 1, lost, mismatch});
-        for (unsigned i = 0; i < count; ++i) {
-            steps = steps + Steps{{"GCReadPort", 1, lost, mismatch},
-                                  {"GCWritePort", 1, lost, mismatch},
-                                  {"GCReadPort", 9, Fate::Swallowed, "a text may be missing"}};
-        }
-        if (!IsGev()) {
-            return steps;
-        }
-        steps.push_back({"GCReadPort", 1, lost, mismatch});
-        for (unsigned i = 0; i < count; ++i) {
-            steps = steps + Steps{{"GCReadPort", 1, lost, mismatch},
-                                  {"GCWritePort", 1, lost, mismatch},
-                                  {"GCReadPort", 12, Fate::Swallowed, "an address may be missing"}};
-        }
-        return steps;
-    }
-
     static unsigned CountOf(const Fault& fault, unsigned old, unsigned renewed, bool isLater) {
         switch (fault.step.fate) {
             case Fate::SwallowedListUntold:
@@ -108,13 +48,15 @@ protected:
 };
 
 TEST_P(UpdateFaultTest, TheFirstUpdateSucceedsWithWhatIsLeft) {
-    const Steps steps = InterfaceListSteps() + SearchModeSteps() + DeviceListSteps(1);
+    const Steps steps =
+        InterfaceListSteps(IsGev()) + SearchModeSteps(IsGev()) + DeviceListSteps(IsGev(), 1);
     RunUpdate(
         steps, &OVUpdateDeviceList, [this] { Init(); }, 0, 1);
 }
 
 TEST_P(UpdateFaultTest, TheFirstUpdateOfAllSucceedsWithWhatIsLeft) {
-    const Steps steps = InterfaceListSteps() + SearchModeSteps() + DeviceListSteps(1);
+    const Steps steps =
+        InterfaceListSteps(IsGev()) + SearchModeSteps(IsGev()) + DeviceListSteps(IsGev(), 1);
     RunUpdate(
         steps, &OVUpdateAllDeviceList, [this] { Init(); }, 0, 1);
 }
@@ -122,7 +64,7 @@ TEST_P(UpdateFaultTest, TheFirstUpdateOfAllSucceedsWithWhatIsLeft) {
 TEST_P(UpdateFaultTest, AnUpdateWithAnotherCameraKeepsTheOldListOnAFault) {
     const Steps steps =
         Steps{{"TLUpdateInterfaceList", 1, Fate::Swallowed, "nothing changed there"}} +
-        SearchModeSteps() + DeviceListSteps(2);
+        SearchModeSteps(IsGev()) + DeviceListSteps(IsGev(), 2);
     RunUpdate(
         steps, &OVUpdateAllDeviceList,
         [this] {
@@ -136,7 +78,7 @@ TEST_P(UpdateFaultTest, AnUpdateWithAnotherCameraKeepsTheOldListOnAFault) {
 TEST_P(UpdateFaultTest, AQuietUpdateKeepsTheListOnAFault) {
     const Steps steps =
         Steps{{"TLUpdateInterfaceList", 1, Fate::Swallowed, "nothing changed there"}} +
-        SearchModeSteps() +
+        SearchModeSteps(IsGev()) +
         Steps{{"IFUpdateDeviceList", 1, Fate::Swallowed, "nothing changed there"}};
     RunUpdate(
         steps, &OVUpdateDeviceList,
