@@ -195,7 +195,7 @@ void FaultMatrix::RunPersistent(const FaultPlan& plan) {
 
 void FaultMatrix::RunOne(const FaultPlan& plan, const Fault& fault) {
     SCOPED_TRACE(fault.Describe());
-    ++m_cases;
+    CountCase();
     Begin(plan);
     TestProducer& faulty = Faulty();
     const char* const call = fault.step.call.c_str();

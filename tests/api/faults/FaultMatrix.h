@@ -63,6 +63,9 @@ protected:
     /// Runs the plan with calls that fail as often as they are made.
     void RunPersistent(const FaultPlan& plan);
 
+    /// For the report of cases, from tests that drive their own.
+    void CountCase() { ++m_cases; }
+
     /// The producer whose calls fail.
     TestProducer& Faulty() { return *m_producers[GetParam().place]; }
     bool IsGev() const { return GetParam().isGev; }

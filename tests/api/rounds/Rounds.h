@@ -3,13 +3,12 @@
 ///
 /// `OV_TEST_ROUNDS` sets the number of rounds, for runs of half an hour.
 
-#include <condition_variable>
 #include <cstdlib>
 #include <functional>
-#include <mutex>
 #include <thread>
 
 #include "support/ApiTest.h"
+#include "support/FrameCounter.h"
 
 /// Every call of one function of a producer waits at its entry, from the making
 /// of this object to `Release` or its end.
@@ -38,38 +37,6 @@ private:
     TestProducer& m_producer;
     std::string m_function;
     uint64_t m_before;
-};
-
-/// Counts the frames that a capture callback gets.
-class FrameCounter {
-public:
-    static void OnFrame(OV_FRAME_CALLBACK_PARAM* frame) {
-        static_cast<FrameCounter*>(frame->pUserParam)->Count(*frame);
-    }
-
-    /// Waits for that many frames from now on.
-    void WaitForMore(uint64_t frames) {
-        std::unique_lock lock(m_mutex);
-        const uint64_t wanted = m_count + frames;
-        m_changed.wait(lock, [&] { return m_count >= wanted; });
-    }
-
-    uint64_t GetCount() {
-        const std::lock_guard lock(m_mutex);
-        return m_count;
-    }
-
-private:
-    void Count(const OV_FRAME_CALLBACK_PARAM& frame) {
-        EXPECT_NE(frame.pImgBuf, nullptr);
-        const std::lock_guard lock(m_mutex);
-        ++m_count;
-        m_changed.notify_all();
-    }
-
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    uint64_t m_count = 0;
 };
 
 /// A call on a thread of its own, and what it came to.
