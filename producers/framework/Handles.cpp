@@ -18,14 +18,14 @@ void* NextHandle() {
 
 void* HandleTable::Add(const std::shared_ptr<Object>& object) {
     object->m_handle = NextHandle();
-    const std::unique_lock lock(m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_objects.emplace(object->m_handle, object);
     return object->m_handle;
 }
 
 void HandleTable::Remove(const void* handle) {
     std::shared_ptr<Object> last;
-    const std::unique_lock lock(m_mutex);
+    const std::lock_guard lock(m_mutex);
     const auto found = m_objects.find(handle);
     if (found != m_objects.end()) {
         // Kept past the lock: the object's end must not run under it.
@@ -35,7 +35,7 @@ void HandleTable::Remove(const void* handle) {
 }
 
 std::shared_ptr<Object> HandleTable::Find(const void* handle) const {
-    const std::shared_lock lock(m_mutex);
+    const std::lock_guard lock(m_mutex);
     const auto found = m_objects.find(handle);
     return found == m_objects.end() ? nullptr : found->second;
 }

@@ -6,7 +6,8 @@
 
 #include <cstdint>
 #include <memory>
-#include <shared_mutex>
+#include <mutex>
+#include <typeinfo>
 #include <unordered_map>
 
 #include "framework/Failure.h"
@@ -42,7 +43,7 @@ public:
     /// another kind.
     template <typename T>
     std::shared_ptr<T> Get(const void* handle) const {
-        std::shared_ptr<T> object = std::dynamic_pointer_cast<T>(Find(handle));
+        std::shared_ptr<T> object = As<T>(Find(handle));
         if (!object) {
             throw Failure(GenTL::GC_ERR_INVALID_HANDLE, "The handle is invalid");
         }
@@ -52,7 +53,18 @@ public:
 private:
     std::shared_ptr<Object> Find(const void* handle) const;
 
-    mutable std::shared_mutex m_mutex;
+    /// Most objects are of the very kind that is asked for, which is told at once.
+    template <typename T>
+    static std::shared_ptr<T> As(std::shared_ptr<Object>&& object) {
+        const Object* const known = object.get();
+        if (known != nullptr && typeid(*known) == typeid(T)) {
+            return std::static_pointer_cast<T>(std::move(object));
+        }
+        return std::dynamic_pointer_cast<T>(std::move(object));
+    }
+
+    // Held for a look only: a lock of readers and writers costs more than that.
+    mutable std::mutex m_mutex;
     std::unordered_map<const void*, std::shared_ptr<Object>> m_objects;
 };
 
