@@ -1,9 +1,8 @@
 // The list of an interface where producers are odd: counts that don't match,
 // IDs that come twice, and devices that were made for an address.
 
+#include "InterfaceListTest.h"
 #include "TLClassFeature/FeatureControl.h"
-#include "TLClassMain/Device.h"
-#include "TransportTest.h"
 #include "support/XmlNodeMap.h"
 
 namespace OVTLClass {
@@ -14,25 +13,9 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-class OddListTest : public ProducerTest {
+class OddListTest : public InterfaceListTest {
 protected:
-    explicit OddListTest(const char* fileName = "KwTL.cti") : ProducerTest(fileName) {}
-
-    bool Update() {
-        bool changed = false;
-        owner->DoUpdateDeviceList(0, changed);
-        return changed;
-    }
-    static std::vector<std::string> IdsOf(const IInterface::DeviceList& devices) {
-        std::vector<std::string> ids;
-        for (const auto& device : devices) {
-            ids.push_back(device->DoGetDeviceInfo().id.value);
-        }
-        return ids;
-    }
-    std::vector<std::string> Present() { return IdsOf(owner->DoGetDeviceList()); }
-
-    std::shared_ptr<CInterface> owner;
+    explicit OddListTest(const char* fileName = "KwTL.cti") : InterfaceListTest(fileName) {}
 };
 
 TEST_F(OddListTest, ASelectorUpToZeroCountsOneDevice) {
@@ -58,7 +41,7 @@ TEST_F(OddListTest, ASelectorUpToZeroCountsOneDevice) {
 TEST_F(OddListTest, AFailedUpdateKeepsTheLostDevicesToo) {
     owner = InitInterface();
     Update();
-    const auto device = owner->DoGetDeviceList().at(0);
+    const auto device = First();
     device->DoOpenDevice(3);
     producer.LoseDevice(0, 0);
     Update();
@@ -92,7 +75,7 @@ TEST_F(OddListTest, ADeviceThatRefusesEveryFactIsListedByItsId) {
 TEST_F(OddListTest, TwoDevicesOfOneIdAreOneObjectOnceItIsKnown) {
     owner = InitInterface();
     Update();
-    const auto device = owner->DoGetDeviceList().at(0);
+    const auto device = First();
     producer.SetDeviceCount(0, 3);
     producer.SetDeviceText(0, 1, "ID", "TestCamera0_0");
     EXPECT_TRUE(Update());

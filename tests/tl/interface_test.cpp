@@ -1,8 +1,7 @@
 // An interface: opening, closing, and the list of its devices.
 
+#include "InterfaceListTest.h"
 #include "TLClassFeature/IFeatureControl.h"
-#include "TLClassMain/Device.h"
-#include "TransportTest.h"
 
 namespace OVTLClass {
 namespace {
@@ -12,29 +11,10 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-class InterfaceTest : public ProducerTest {
+class InterfaceTest : public InterfaceListTest {
 protected:
-    explicit InterfaceTest(const char* fileName = "KwTL.cti") : ProducerTest(fileName) {}
+    explicit InterfaceTest(const char* fileName = "KwTL.cti") : InterfaceListTest(fileName) {}
     void SetUp() override { owner = InitInterface(); }
-
-    bool Update() {
-        bool changed = false;
-        owner->DoUpdateDeviceList(0, changed);
-        return changed;
-    }
-    std::shared_ptr<IDevice> First() { return owner->DoGetDeviceList().at(0); }
-
-    static std::vector<std::string> IdsOf(const IInterface::DeviceList& devices) {
-        std::vector<std::string> ids;
-        for (const auto& device : devices) {
-            ids.push_back(device->DoGetDeviceInfo().id.value);
-        }
-        return ids;
-    }
-    std::vector<std::string> Present() { return IdsOf(owner->DoGetDeviceList()); }
-    std::vector<std::string> LostOpen() { return IdsOf(owner->DoGetLostOpenDeviceList()); }
-
-    std::shared_ptr<CInterface> owner;
 };
 
 TEST_F(InterfaceTest, HasFeaturesAndItsOwnDescriptionWhileOpen) {
