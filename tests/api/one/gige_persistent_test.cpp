@@ -37,12 +37,12 @@ std::string Description() {
         "<Category Name=\"Root\"/><Port Name=\"Device\"/>";
     for (size_t i = 0; i < kFeatures; ++i) {
         const std::string name = kNames[i];
-        const std::string state = "<pIsImplemented>" + name +
-                                  "Present</pIsImplemented><pIsLocked>" + name +
-                                  "Locked</pIsLocked>";
-        text += Register(name, kValues + 4 * i, state) +
-                Register(name + "Present", kPresent + 4 * i, "") +
-                Register(name + "Locked", kLocked + 4 * i, "");
+        std::string state = "<pIsImplemented>";
+        state.append(name).append("Present</pIsImplemented><pIsLocked>");
+        state.append(name).append("Locked</pIsLocked>");
+        text += Register(name, kValues + 4 * i, state);
+        text += Register(name + "Present", kPresent + 4 * i, "");
+        text += Register(name + "Locked", kLocked + 4 * i, "");
     }
     return text + "</RegisterDescription>";
 }
