@@ -159,6 +159,8 @@ void StopAcquisition(COvDeviceInfo& info) {
     failure.Run([&remote] { remote.DoSendCommand("AcquisitionStop"); });
     info.GetFramePool().Free();
     stream->DoStopDataStreamAcquisition();
+    // What another thread borrowed in between; its buffer may not live as long.
+    info.GetFramePool().Free();
     failure.Run([&remote] { remote.DoSetInt(kParamsLocked, 0); });
     failure.RaiseIfAny();
 }

@@ -42,13 +42,14 @@ void CopyFrame(COvDeviceInfo& info, OV_FRAME_DATA& frame, uint32_t timeout) {
 
 OV_FRAME_BUFFER* LendFrame(COvDeviceInfo& info, uint32_t timeout) {
     CFetchedFrame fetched(*info.GetStream(), timeout);
-    OV_FRAME_BUFFER* const frame = info.GetFramePool().Take();
+    OV_FRAME_BUFFER record{};
+    FillFrame(record, fetched.GetInfo());
+    record.pImgBuf = fetched.GetInfo().base.valid ? fetched.GetInfo().base.value : nullptr;
+    record.nBufID = reinterpret_cast<uint64_t>(fetched.GetBuffer());
+    OV_FRAME_BUFFER* const frame = info.GetFramePool().Take(record);
     if (frame == nullptr) {
         OV_RAISE(CUnexpectedError, "DQFrameBuffer failed");
     }
-    FillFrame(*frame, fetched.GetInfo());
-    frame->pImgBuf = fetched.GetInfo().base.valid ? fetched.GetInfo().base.value : nullptr;
-    frame->nBufID = reinterpret_cast<uint64_t>(fetched.GetBuffer());
     fetched.Commit();
     return frame;
 }

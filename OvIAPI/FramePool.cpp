@@ -24,13 +24,14 @@ void CFramePool::Make(size_t count) {
     m_free.resize(count);
 }
 
-OV_FRAME_BUFFER* CFramePool::Take() {
+OV_FRAME_BUFFER* CFramePool::Take(const OV_FRAME_BUFFER& content) {
     const std::scoped_lock freeLock(m_freeMutex);
     const std::scoped_lock deliveredLock(m_deliveredMutex);
     if (m_free.empty()) {
         return nullptr;
     }
     m_delivered.splice(m_delivered.end(), m_free, m_free.begin());
+    m_delivered.back() = content;
     return &m_delivered.back();
 }
 

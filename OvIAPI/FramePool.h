@@ -18,8 +18,9 @@ public:
 
     /// Frees the pool and fills it with blank records.
     void Make(size_t count);
-    /// A free record, now delivered; null when none is free.
-    OV_FRAME_BUFFER* Take();
+    /// A free record, now delivered, with that content; null when none is free.
+    /// It is filled here, under the locks: a stop on another thread deletes it.
+    OV_FRAME_BUFFER* Take(const OV_FRAME_BUFFER& content);
     /// Gives a delivered record and its buffer back. Raises for any other
     /// pointer.
     void Return(OV_FRAME_BUFFER* frame);

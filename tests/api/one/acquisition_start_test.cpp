@@ -297,6 +297,35 @@ INSTANTIATE_TEST_SUITE_P(
                                 OV_STATUS_ERROR}),
     [](const auto& test) { return std::string(test.param.name); });
 
+TEST_F(StopTest, EndsTheWaitOfAnotherThread) {
+    Start();
+    std::thread puller([this] {
+        data.pImgBuf = pixels;
+        EXPECT_EQ(OVGetImage(camera, &data, 60000), GenTL::GC_ERR_ABORT);
+    });
+    EXPECT_EQ(producer.WaitForCalls("EventGetData", 1, kFrameTimeOut), 0);
+    Stop();
+    puller.join();
+}
+
+TEST_F(StopTest, MayMeetAThreadThatBorrowsFrames) {
+    producer.SetFreeRunning(0, 0, 1);
+    for (int round = 0; round < 50; ++round) {
+        Start();
+        std::thread borrower([this] {
+            OV_FRAME_BUFFER* frame = nullptr;
+            while (OVDQBuf(camera, &frame, kFrameTimeOut) == OV_STATUS_SUCCESS &&
+                   OVQBuf(camera, frame) == OV_STATUS_SUCCESS) {
+            }
+        });
+        const auto calls = producer.CallCount("DSQueueBuffer") + 3;
+        EXPECT_EQ(producer.WaitForCalls("DSQueueBuffer", calls, kFrameTimeOut), 0);
+        Stop();
+        borrower.join();
+        ExpectStopped();
+    }
+}
+
 TEST_F(StopTest, IsOpenToAThreadThatHasTheIdentityOfTheEndedOne) {
     RegisterCallback();
     Start();
