@@ -9,7 +9,6 @@
 namespace OVTLClass {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 constexpr unsigned kPatience = 60000;
