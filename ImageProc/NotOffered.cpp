@@ -91,23 +91,3 @@ QY_STATUS QyMono8ImgProcess(void* /*src*/, void* /*dst*/, int32_t /*width*/, int
                             const QyMonoImgRecord* /*record*/) {
     return QY_NOT_SUPPORTED;
 }
-
-QY_STATUS QyImageMirror(const void* /*src*/, void* /*dst*/, int32_t /*width*/, int32_t /*height*/,
-                        QyImageMirrorMode /*mode*/) {
-    return QY_NOT_SUPPORTED;
-}
-
-QY_STATUS QyRotate90CW8B(const void* /*src*/, void* /*dst*/, int32_t /*width*/,
-                         int32_t /*height*/) {
-    return QY_NOT_SUPPORTED;
-}
-
-QY_STATUS QyRotate90CCW8B(const void* /*src*/, void* /*dst*/, int32_t /*width*/,
-                          int32_t /*height*/) {
-    return QY_NOT_SUPPORTED;
-}
-
-QY_STATUS QyAutoRawDefectivePixelCorrect(void* /*buffer*/, int32_t /*width*/, int32_t /*height*/,
-                                         int32_t /*bits*/) {
-    return QY_NOT_SUPPORTED;
-}

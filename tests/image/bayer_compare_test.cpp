@@ -1,11 +1,9 @@
 // The library's interpolation against the plain one, byte for byte.
 
 #include <gtest/gtest.h>
-#include <hwy/targets.h>
-
-#include <set>
 
 #include "forms.h"
+#include "instruction_sets.h"
 
 namespace {
 
@@ -82,30 +80,11 @@ TEST_P(BayerStride, LeavesWhatLiesBetweenRowsAsItWas) {
 
 INSTANTIATE_TEST_SUITE_P(All, BayerStride, Combine(Values(0, 1, 2), Values(1, 2, 3, 4, 5)));
 
-/// The machine with one of its instruction sets alone, as long as this lives.
-class OnlyInstructionSet {
-public:
-    explicit OnlyInstructionSet(int64_t target) { Allow(target); }
-    OnlyInstructionSet(const OnlyInstructionSet&) = delete;
-    OnlyInstructionSet& operator=(const OnlyInstructionSet&) = delete;
-    ~OnlyInstructionSet() { Allow(0); }
-
-private:
-    static void Allow(int64_t targets) {
-        hwy::SetSupportedTargetsForTest(targets);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-    }
-};
-
 /// Form, method, layout, flip: what vectors do.
 class BayerInstructionSets : public BayerCompare {};
 
 TEST_P(BayerInstructionSets, AllGiveTheSameBytes) {
-    std::set<size_t> chosen;
-    for (const int64_t target : hwy::SupportedAndGeneratedTargets()) {
-        const OnlyInstructionSet only(target);
-        SCOPED_TRACE(hwy::TargetName(target));
-        EXPECT_TRUE(chosen.insert(hwy::GetChosenTarget().GetIndex()).second);
+    WithEachInstructionSet([&] {
         for (const size_t offset : {0U, 1U, 6U}) {
             Conversion conversion = Make();
             conversion.offset = offset;
@@ -113,8 +92,7 @@ TEST_P(BayerInstructionSets, AllGiveTheSameBytes) {
                 ExpectSame(conversion, width, 6, Content::Random);
             }
         }
-    }
-    EXPECT_FALSE(chosen.empty());
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(Fast, BayerInstructionSets,
