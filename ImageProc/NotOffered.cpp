@@ -53,16 +53,6 @@ QY_STATUS QySharpen24B(const void* /*src*/, void* /*dst*/, int32_t /*width*/, in
     return QY_NOT_SUPPORTED;
 }
 
-QY_STATUS QyGetWhiteBalanceRatio(const void* /*src*/, int32_t /*width*/, int32_t /*height*/,
-                                 double* /*ratio0*/, double* /*ratio1*/, double* /*ratio2*/) {
-    return QY_NOT_SUPPORTED;
-}
-
-QY_STATUS QyCalcCCParam(const QyColorCorrectionRecord* /*record*/, int16_t /*saturation*/,
-                        uint16_t* /*coefficients*/, uint8_t /*size*/) {
-    return QY_NOT_SUPPORTED;
-}
-
 QY_STATUS QyImageImprovment(const void* /*src*/, void* /*dst*/, int32_t /*width*/,
                             int32_t /*height*/, const QyColorCorrectionRecord* /*colorRecord*/,
                             const uint32_t* /*contrastLut*/, const uint32_t* /*gammaLut*/) {
