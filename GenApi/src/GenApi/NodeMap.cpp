@@ -24,6 +24,11 @@ constexpr uint16_t kGenApiSubMinor = 2;
 
 string2node_t::string2node_t() : m_Spaces(9) {}
 
+void string2node_t::Reserve(size_t count) {
+    m_Spaces.reserve(count);
+    m_All.reserve(count);
+}
+
 size_t string2node_t::Hash::operator()(std::string_view name) const {
     constexpr uint32_t kPrime = 16777619;
     uint32_t hash = kPrime;
@@ -34,7 +39,8 @@ size_t string2node_t::Hash::operator()(std::string_view name) const {
 }
 
 void string2node_t::Insert(INodePrivate* node) {
-    Spaces& spaces = m_Spaces[node->InternalGetName().c_str()];
+    const gcstring& name = node->InternalGetName();
+    Spaces& spaces = m_Spaces[{name.c_str(), name.size()}];
     INodePrivate*& slot =
         node->InternalGetNameSpace() == Standard ? spaces.standard : spaces.custom;
     struct {
@@ -98,6 +104,7 @@ const string2node_t& CNodeMap::Names() const {
 
 void CNodeMap::FinalConstruct() {
     m_pNames = std::make_unique<string2node_t>();
+    m_pNames->Reserve(m_Node2NodeID.size());
     for (INodePrivate* const node : m_Node2NodeID) {
         if (node == nullptr) {
             continue;

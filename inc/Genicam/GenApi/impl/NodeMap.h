@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -15,7 +14,11 @@ class string2node_t {
 public:
     string2node_t();
 
-    /// A second node of one name and space is an assertion.
+    /// Makes room for as many nodes.
+    void Reserve(size_t count);
+
+    /// A second node of one name and space is an assertion. The node keeps its
+    /// name and outlives this.
     void Insert(INodePrivate* node);
     /// Null when there is none in that space.
     INodePrivate* Find(std::string_view name, ENameSpace nameSpace) const;
@@ -27,11 +30,11 @@ private:
         INodePrivate* standard = nullptr;
     };
     struct Hash {
-        using is_transparent = void;
         size_t operator()(std::string_view name) const;
     };
 
-    std::unordered_map<std::string, Spaces, Hash, std::equal_to<>> m_Spaces;
+    /// The names are the nodes' own.
+    std::unordered_map<std::string_view, Spaces, Hash> m_Spaces;
     std::vector<INodePrivate*> m_All;
 };
 
