@@ -1,0 +1,56 @@
+#pragma once
+/// Plain bytes through a function, at any address and in place.
+
+#include <functional>
+#include <string>
+
+#include "frames.h"
+
+/// Bytes of a source.
+inline std::vector<uint8_t> MakeBytes(size_t count, Content content) {
+    const BayerReference::Raw raw = MakeRaw(static_cast<int>(count), 1, content, 255);
+    return {raw.samples.begin(), raw.samples.end()};
+}
+
+constexpr Content kContents[] = {Content::Random, Content::Ramp, Content::Edges, Content::Extremes};
+
+/// A call from `src` to `dst` that gives a status.
+using BytesCall = std::function<int(const void* src, void* dst)>;
+
+/// Where `out` differs from what is expected; "" for nowhere.
+inline std::string Difference(GuardedBytes& out, const std::vector<uint8_t>& expected) {
+    for (size_t i = 0; i < expected.size(); ++i) {
+        if (out.Data()[i] != expected[i]) {
+            return "byte " + std::to_string(i) + " is " + std::to_string(out.Data()[i]) +
+                   " instead of " + std::to_string(expected[i]);
+        }
+    }
+    return out.IsGuardWhole() ? "" : "a byte beside the destination was written";
+}
+
+/// Runs the call on a copy of `src` that ends with its memory, so that a read
+/// beyond it is seen.
+inline std::string CompareBytes(const BytesCall& call, const std::vector<uint8_t>& src,
+                                const std::vector<uint8_t>& expected, size_t offset) {
+    std::vector<uint8_t> source(src.size() + offset);
+    std::copy(src.begin(), src.end(), source.begin() + static_cast<ptrdiff_t>(offset));
+    GuardedBytes out(expected.size(), offset);
+    if (const int status = call(source.data() + offset, out.Data()); status != 0) {
+        return "status " + std::to_string(status);
+    }
+    return Difference(out, expected);
+}
+
+/// Runs the call from a place to itself. What lies behind the result is the
+/// source as it was.
+inline std::string CompareInPlace(const BytesCall& call, const std::vector<uint8_t>& src,
+                                  std::vector<uint8_t> expected, size_t offset) {
+    expected.insert(expected.end(), src.begin() + static_cast<ptrdiff_t>(expected.size()),
+                    src.end());
+    GuardedBytes out(src.size(), offset);
+    std::copy(src.begin(), src.end(), out.Data());
+    if (const int status = call(out.Data(), out.Data()); status != 0) {
+        return "status " + std::to_string(status);
+    }
+    return Difference(out, expected);
+}
