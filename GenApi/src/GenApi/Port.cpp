@@ -44,6 +44,14 @@ void CPortImplIntern::SetProperty(const CProperty& property) {
     }
 }
 
+void CPortImplIntern::SetInvalid(ESetInvalidMode mode) {
+    CNodeImpl::SetInvalid(mode);
+    const bool isDevice = !IsChunkPort() && m_EventID.empty();
+    if (m_pValueCache && !isDevice) {
+        m_pValueCache->InvalidateAll();
+    }
+}
+
 EAccessMode CPortImplIntern::InternalGetAccessMode() {
     return CachedAccessMode([this] {
         const EAccessMode mode = ComputeAccessMode(nullptr);

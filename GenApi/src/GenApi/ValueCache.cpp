@@ -14,6 +14,13 @@ void CValueCache::InvalidateValue(int64_t address) {
     }
 }
 
+void CValueCache::InvalidateAll() {
+    const AutoLock lock(m_Lock);
+    for (auto& [address, entry] : m_Entries) {
+        entry.valid = false;
+    }
+}
+
 bool CValueCache::IsValueValid(int64_t address, int64_t size) {
     const AutoLock lock(m_Lock);
     const auto found = m_Entries.find(address);

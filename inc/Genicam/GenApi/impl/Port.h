@@ -16,6 +16,9 @@ class CPortImplIntern : public CNodeImpl,
                         virtual public IPortRecorder {
 public:
     void SetProperty(const CProperty& property) override;
+    /// What frames and events brought is forgotten with them; what a device told
+    /// outlasts this, as only registers know when it changes.
+    void SetInvalid(ESetInvalidMode mode) override;
     EInterfaceType InternalGetPrincipalInterfaceType() override { return intfIPort; }
     using CNodeImpl::InternalGetAccessMode;
     EAccessMode InternalGetAccessMode() override;

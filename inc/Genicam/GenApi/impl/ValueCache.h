@@ -13,6 +13,7 @@ namespace GenApi_3_0_ORVANE {
 class CValueCache {
 public:
     void InvalidateValue(int64_t address);
+    void InvalidateAll();
     bool IsValueValid(int64_t address, int64_t size);
     void SetValue(int64_t address, int64_t size, const uint8_t* bytes);
     /// RuntimeException without an entry.

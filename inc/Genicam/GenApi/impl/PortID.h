@@ -1,0 +1,36 @@
+#pragma once
+/// The identifier by which a port node recognises its data in what a device sends.
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace GenApi_3_0_ORVANE {
+
+/// Appends the bytes of a text of hexadecimal digits, two for each byte.
+/// @return false for a text of an odd length or with other characters
+bool AppendHexBytes(std::string_view text, std::vector<uint8_t>& bytes);
+
+/// An identifier, which leading zeros don't change: descriptions write it as long
+/// as they like, and devices send it in the width of their transport.
+class CPortID {
+public:
+    CPortID() = default;
+    /// RuntimeException for a text that AppendHexBytes refuses.
+    explicit CPortID(std::string_view text);
+
+    /// As a device sends it, most significant byte first.
+    bool Matches(std::span<const uint8_t> bytes) const;
+    /// An identifier of more than 64 bits matches no number.
+    bool Matches(uint64_t number) const { return m_IsNumber && m_Number == number; }
+    /// In bytes, without leading zeros.
+    size_t GetLength() const { return m_Bytes.size(); }
+
+private:
+    std::vector<uint8_t> m_Bytes;
+    uint64_t m_Number = 0;
+    bool m_IsNumber = false;
+};
+
+}  // namespace GenApi_3_0_ORVANE
