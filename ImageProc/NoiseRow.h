@@ -1,0 +1,35 @@
+#pragma once
+/// The rows of an image whose noise is being reduced.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace QyNoise {
+
+/// Pixels that vectors may read or write beyond a kept row.
+constexpr size_t kPadding = 256;
+
+/// A row as it was: the second byte of each pixel, and by how much the others
+/// differ from it. Each has kPadding samples behind its last.
+struct KeptRow {
+    int16_t* green;
+    int16_t* first;
+    int16_t* third;
+};
+
+/// The rows above, in the middle and below.
+using KeptRows = std::array<KeptRow, 3>;
+
+void KeepRow(const uint8_t* row, size_t width, const KeptRow& kept);
+
+/// Reduces the noise of a row but for its borders.
+/// @param rows        `radius` rows apart
+/// @param tolerances  for each byte of the row, what a neighbour's difference
+///                    stays below; kPadding pixels are behind the last
+/// @param dst         the first pixel of the row
+/// @param radius      columns from a pixel to its neighbours
+void ReduceRow(const KeptRows& rows, const uint8_t* tolerances, uint8_t* dst, size_t width,
+               size_t radius);
+
+}  // namespace QyNoise

@@ -1,0 +1,88 @@
+// The noise reduction.
+
+#include "Noise.h"
+
+#include <gtest/gtest.h>
+
+#include "frames.h"
+#include "instruction_sets.h"
+#include "noise_reference.h"
+
+namespace {
+
+/// A scene with noise, three bytes a pixel.
+std::vector<uint8_t> MakeNoisy(int width, int height, int strength) {
+    const auto scene = MakeRaw(width * 3, height, Content::Edges, 200);
+    std::mt19937 random(static_cast<unsigned>(width + height));
+    std::vector<uint8_t> image;
+    for (const int sample : scene.samples) {
+        const int noise = static_cast<int>(random() % static_cast<unsigned>(strength));
+        image.push_back(static_cast<uint8_t>(std::min(255, sample + noise)));
+    }
+    return image;
+}
+
+std::vector<uint8_t> MakeContent(int width, int height, Content content) {
+    const auto raw = MakeRaw(width * 3, height, content, 255);
+    return {raw.samples.begin(), raw.samples.end()};
+}
+
+void ExpectSame(const std::vector<uint8_t>& image, int width, int height, size_t offset) {
+    GuardedBytes memory(image.size(), offset);
+    std::copy(image.begin(), image.end(), memory.Data());
+    QyNoise::Reduce(memory.Data(), static_cast<size_t>(width), static_cast<size_t>(height));
+    const auto expected = NoiseReference::Reduce(image, width, height);
+    EXPECT_TRUE(std::equal(expected.begin(), expected.end(), memory.Data()))
+        << width << " x " << height << " at " << offset;
+    EXPECT_TRUE(memory.IsGuardWhole()) << width << " x " << height << " at " << offset;
+}
+
+TEST(NoiseReduction, AllInstructionSetsGiveTheSameBytes) {
+    WithEachInstructionSet([] {
+        for (int width = 1; width <= 80; ++width) {
+            const auto offset = static_cast<size_t>(width % 3);
+            ExpectSame(MakeNoisy(width, 7, 40), width, 7, offset);
+            ExpectSame(MakeContent(width, 6, Content::Random), width, 6, offset);
+        }
+        for (const Content content : {Content::Ramp, Content::Edges, Content::Extremes}) {
+            ExpectSame(MakeContent(70, 20, content), 70, 20, 0);
+        }
+    });
+}
+
+TEST(NoiseReduction, EveryHeight) {
+    for (int height = 1; height <= 16; ++height) {
+        ExpectSame(MakeNoisy(12, height, 30), 12, height, 0);
+    }
+}
+
+TEST(NoiseReduction, EveryLevelHasItsTolerance) {
+    for (int level = 0; level < 256; ++level) {
+        for (int difference = 0; difference < 256; ++difference) {
+            std::vector<uint8_t> image(3 * 3 * 3, static_cast<uint8_t>(difference));
+            std::fill_n(image.begin() + 4 * 3, 3, static_cast<uint8_t>(level));
+            image[13] = static_cast<uint8_t>(255 - level);
+            std::vector<uint8_t> reduced = image;
+            QyNoise::Reduce(reduced.data(), 3, 3);
+            ASSERT_EQ(reduced, NoiseReference::Reduce(image, 3, 3)) << level << ',' << difference;
+        }
+    }
+}
+
+TEST(NoiseReduction, AFlatAreaStays) {
+    const std::vector<uint8_t> flat(size_t{9} * 9 * 3, 77);
+    auto image = flat;
+    QyNoise::Reduce(image.data(), 9, 9);
+    EXPECT_EQ(image, flat);
+}
+
+TEST(NoiseReduction, AnImageThatHasNoInnerPixelStays) {
+    for (const auto& [width, height] : {std::pair{40, 2}, {2, 40}, {1, 1}}) {
+        const auto image = MakeNoisy(width, height, 100);
+        auto reduced = image;
+        QyNoise::Reduce(reduced.data(), static_cast<size_t>(width), static_cast<size_t>(height));
+        EXPECT_EQ(reduced, image);
+    }
+}
+
+}  // namespace
