@@ -32,10 +32,11 @@ void RoundsTest::SetUp() {
 }
 
 void RoundsTest::Run(const std::function<void(unsigned round)>& round) {
-    constexpr unsigned kDefault = 200;
+    constexpr unsigned kDefault = 20;
     const char* const wish = std::getenv("OV_TEST_ROUNDS");
     const unsigned rounds =
         wish == nullptr ? kDefault : static_cast<unsigned>(std::strtoul(wish, nullptr, 10));
+    ASSERT_GT(rounds, 0U) << "OV_TEST_ROUNDS is no number";
     unsigned done = 0;
     for (; done < rounds && !HasFailure(); ++done) {
         SCOPED_TRACE("round " + std::to_string(done));
