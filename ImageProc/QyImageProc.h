@@ -79,7 +79,8 @@ enum {
 typedef struct QyColorCorrectionRecord {
     uint8_t header[4];
     int16_t table[9][256]; /**< by rows of the matrix */
-    void* lock;            /**< a POSIX mutex, held while the tables are read */
+    void* lock;            /**< a POSIX mutex, held while the tables are read; if it
+                                can't be had, the call leaves by std::system_error */
 } QyColorCorrectionRecord;
 
 /** What QyRaw8ImgProcess() does to a frame. */

@@ -1,0 +1,294 @@
+// Colour correction and tone of whole images.
+
+#include <gtest/gtest.h>
+
+#include <system_error>
+#include <thread>
+
+#include "bytes.h"
+#include "colour_record.h"
+#include "improve_reference.h"
+#include "instruction_sets.h"
+#include "refusals.h"
+
+namespace {
+
+using ImproveReference::Improvement;
+using ToneRecord = std::vector<uint32_t>;
+
+ToneRecord MakeGamma(double gamma) {
+    ToneRecord record(QY_TONE_RECORD_SIZE / sizeof(uint32_t));
+    int32_t size = QY_TONE_RECORD_SIZE;
+    EXPECT_EQ(QyGetGammatLut(record.data(), &size, gamma), QY_OK);
+    return record;
+}
+
+ToneRecord MakeContrast(int contrast) {
+    ToneRecord record(QY_TONE_RECORD_SIZE / sizeof(uint32_t));
+    int32_t size = QY_TONE_RECORD_SIZE;
+    EXPECT_EQ(QyGetContrastLut(contrast, record.data(), &size), QY_OK);
+    return record;
+}
+
+/// A record without any order.
+ToneRecord MakeNoise(uint32_t kind, uint32_t most) {
+    ToneRecord record;
+    std::mt19937 random(most);
+    while (record.size() < 4096) {
+        record.push_back(static_cast<uint32_t>(random() % (uint64_t{most} + 1)));
+    }
+    record.push_back(kind);
+    return record;
+}
+
+/// One of the three functions.
+struct Function {
+    const char* name;
+    size_t width;
+    size_t red;
+    QY_STATUS (*run)(const void* src, void* dst, int width, int height, const Improvement& how);
+};
+
+const Function kFunctions[] = {
+    {"Rgb", 3, 0,
+     [](const void* src, void* dst, int width, int height, const Improvement& how) {
+         return QyImageImprovment(src, dst, width, height, how.record, how.contrast, how.gamma);
+     }},
+    {"RgbByOrder", 3, 0,
+     [](const void* src, void* dst, int width, int height, const Improvement& how) {
+         return QyImageImprovmentEx(src, dst, width, height, how.record, how.contrast, how.gamma,
+                                    QY_ORDER_RGB);
+     }},
+    {"BgrByOrder", 3, 2,
+     [](const void* src, void* dst, int width, int height, const Improvement& how) {
+         return QyImageImprovmentEx(src, dst, width, height, how.record, how.contrast, how.gamma,
+                                    QY_ORDER_BGR);
+     }},
+    {"Argb", 4, 0,
+     [](const void* src, void* dst, int width, int height, const Improvement& how) {
+         return QyARGBImageImprovment(src, dst, width, height, how.record, how.contrast, how.gamma);
+     }},
+};
+
+/// Function, and which of record, contrast and gamma are given, by bits.
+class Improve : public testing::TestWithParam<std::tuple<Function, int>> {
+protected:
+    Improve() : m_contrast(MakeContrast(60)), m_gamma(MakeGamma(0.6)) {
+        m_record.SetMatrix({25, -6, -3, -4, 22, -2, 1, -9, 24});
+    }
+
+    const Function& TheFunction() const { return std::get<0>(GetParam()); }
+    Improvement Make() const {
+        Improvement how;
+        const int given = std::get<1>(GetParam());
+        how.record = (given & 1) != 0 ? &m_record.record : nullptr;
+        how.contrast = (given & 2) != 0 ? m_contrast.data() : nullptr;
+        how.gamma = (given & 4) != 0 ? m_gamma.data() : nullptr;
+        how.width = TheFunction().width;
+        how.red = TheFunction().red;
+        how.blue = 2 - how.red;
+        return how;
+    }
+    void ExpectSame(int width, int height, Content content, size_t offset) const {
+        const Improvement how = Make();
+        const auto pixels = static_cast<size_t>(width) * static_cast<size_t>(height);
+        const auto image = MakeBytes(pixels * how.width, content);
+        const auto expected = ImproveReference::Improve(image, how);
+        const BytesCall call = [&](const void* src, void* dst) {
+            return TheFunction().run(src, dst, width, height, how);
+        };
+        EXPECT_EQ(CompareBytes(call, image, expected, offset), "") << width << " x " << height;
+        EXPECT_EQ(CompareInPlace(call, image, expected, offset), "") << width << " x " << height;
+    }
+    void ExpectAllSame() const {
+        for (const Content content : kContents) {
+            ExpectSame(70, 9, content, 0);
+        }
+    }
+
+    TestRecord m_record;
+    ToneRecord m_contrast;
+    ToneRecord m_gamma;
+};
+
+TEST_P(Improve, StructuredFrames) {
+    ExpectAllSame();
+}
+
+TEST_P(Improve, AllInstructionSetsGiveTheSameBytes) {
+    WithEachInstructionSet([this] {
+        for (int width = 1; width <= 100; ++width) {
+            ExpectSame(width, 1, Content::Random, static_cast<size_t>(width % 4));
+        }
+        ExpectSame(33, 21, Content::Random, 3);
+    });
+}
+
+TEST_P(Improve, TablesWithoutAnyOrder) {
+    m_record.SetNoise(1, -2000, 4000);
+    m_contrast = MakeNoise(1, 4095);
+    m_gamma = MakeNoise(0, 4095);
+    ExpectAllSame();
+    m_record.SetNoise(2, -32768, 32767);
+    m_contrast = MakeNoise(1, 0xFFFFFFFF);
+    ExpectAllSame();
+}
+
+TEST_P(Improve, GentleTables) {
+    for (const double gamma : {0.1, 1.0, 10.0}) {
+        m_gamma = MakeGamma(gamma);
+        for (const int contrast : {-50, 0, 100}) {
+            m_contrast = MakeContrast(contrast);
+            ExpectSame(40, 7, Content::Random, 0);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Improve,
+                         testing::Combine(testing::ValuesIn(kFunctions), testing::Range(1, 8)),
+                         [](const auto& test) {
+                             return std::string(std::get<0>(test.param).name) +
+                                    std::to_string(std::get<1>(test.param));
+                         });
+
+TEST(ImproveOrder, SwapsTheRolesOfFirstAndLastByteAndLeavesTheMatrix) {
+    TestRecord record;
+    record.SetMatrix({16, 0, 8, 0, 16, 0, 0, 0, 4});
+    const uint8_t rgb[3] = {100, 50, 40};
+    const uint8_t bgr[3] = {40, 50, 100};
+    uint8_t out[3] = {};
+    ASSERT_EQ(QyImageImprovmentEx(rgb, out, 1, 1, &record.record, nullptr, nullptr, 0), QY_OK);
+    EXPECT_EQ((std::vector<int>{out[0], out[1], out[2]}), (std::vector<int>{120, 50, 10}));
+    ASSERT_EQ(QyImageImprovmentEx(bgr, out, 1, 1, &record.record, nullptr, nullptr, 1), QY_OK);
+    EXPECT_EQ((std::vector<int>{out[0], out[1], out[2]}), (std::vector<int>{10, 50, 120}));
+}
+
+TEST(ImproveOrder, MakesNoDifferenceWithToneTablesAlone) {
+    const auto image = MakeBytes(300, Content::Random);
+    const auto contrast = MakeContrast(30);
+    const auto gamma = MakeGamma(2);
+    std::vector<uint8_t> rgb(300);
+    std::vector<uint8_t> bgr(300);
+    for (const uint32_t* const ofGamma : {gamma.data(), static_cast<const uint32_t*>(nullptr)}) {
+        const auto run = [&](std::vector<uint8_t>& out, int order) {
+            return QyImageImprovmentEx(image.data(), out.data(), 10, 10, nullptr, contrast.data(),
+                                       ofGamma, order);
+        };
+        ASSERT_EQ(run(rgb, QY_ORDER_RGB), QY_OK);
+        ASSERT_EQ(run(bgr, QY_ORDER_BGR), QY_OK);
+        EXPECT_EQ(rgb, bgr);
+    }
+}
+
+TEST(ImproveLock, ThatFailsIsASystemErrorAndWritesNothing) {
+    TestRecord record;
+    const auto image = MakeBytes(12, Content::Random);
+    GuardedBytes out(12, 0);
+    ASSERT_EQ(pthread_mutex_lock(record.Mutex()), 0);
+    EXPECT_THROW(
+        QyImageImprovment(image.data(), out.Data(), 2, 2, &record.record, nullptr, nullptr),
+        std::system_error);
+    EXPECT_THROW(
+        QyARGBImageImprovment(image.data(), out.Data(), 3, 1, &record.record, nullptr, nullptr),
+        std::system_error);
+    EXPECT_TRUE(out.IsUntouched());
+    EXPECT_EQ(pthread_mutex_unlock(record.Mutex()), 0);
+}
+
+TEST(ImproveLock, KeepsAHalfWrittenRecordFromBeingSeen) {
+    TestRecord record;
+    record.SetMatrix({16, 0, 0, 0, 16, 0, 0, 0, 16});
+    const std::vector<uint8_t> image(300, 100);
+    std::vector<uint8_t> out(300);
+    ASSERT_EQ(pthread_mutex_lock(record.Mutex()), 0);
+    std::thread reader([&] {
+        QyImageImprovment(image.data(), out.data(), 10, 10, &record.record, nullptr, nullptr);
+    });
+    record.SetMatrix({8, 0, 0, 0, 8, 0, 0, 0, 8});
+    EXPECT_EQ(pthread_mutex_unlock(record.Mutex()), 0);
+    reader.join();
+    EXPECT_EQ(out, std::vector<uint8_t>(300, 50));
+    EXPECT_EQ(pthread_mutex_lock(record.Mutex()), 0) << "the lock isn't free";
+    EXPECT_EQ(pthread_mutex_unlock(record.Mutex()), 0);
+}
+
+/// A call that succeeds.
+struct Call {
+    TestRecord owner;
+    ToneRecord contrastRecord = MakeNoise(1, 4095);
+    ToneRecord gammaRecord = MakeNoise(0, 4095);
+    std::vector<uint8_t> image = std::vector<uint8_t>(64);
+    GuardedBytes destination{64, 0};
+    const void* src = image.data();
+    void* dst = destination.Data();
+    int32_t width = 4;
+    int32_t height = 4;
+    Improvement how{&owner.record, contrastRecord.data(), gammaRecord.data()};
+    int32_t order = QY_ORDER_RGB;
+
+    bool IsUntouched() const { return destination.IsUntouched(); }
+};
+
+void GiveGammaForContrast(Call& call) {
+    if (call.how.contrast != nullptr) {
+        call.contrastRecord.back() = 0;
+    }
+}
+
+const std::vector<Refusal<Call>> kRefusals = {
+    {"source", [](Call& c) { c.src = nullptr; }, QY_PARAMETER_INVALID},
+    {"destination", [](Call& c) { c.dst = nullptr; }, QY_PARAMETER_INVALID},
+    {"no width", [](Call& c) { c.width = 0; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"no height", [](Call& c) { c.height = 0; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"negative width", [](Call& c) { c.width = -4; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"negative height", [](Call& c) { c.height = -4; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"kind of the contrast", GiveGammaForContrast, QY_PARAMETER_INVALID},
+    {"kind of the gamma", [](Call& c) { c.gammaRecord.back() = 1; }, QY_PARAMETER_INVALID},
+    {"nothing to do", [](Call& c) { c.how = Improvement(); }, QY_PARAMETER_INVALID},
+};
+
+TEST(ImproveChecks, ComeInOrder) {
+    for (const Function& function : kFunctions) {
+        SCOPED_TRACE(function.name);
+        ExpectFirstRefusalDecides(kRefusals, [&](const Call& c) {
+            return function.run(c.src, c.dst, c.width, c.height, c.how);
+        });
+    }
+}
+
+TEST(ImproveChecks, AnUnknownOrderComesBeforeEverythingElse) {
+    std::vector<Refusal<Call>> refusals = {
+        {"order", [](Call& c) { c.order = 2; }, QY_NOT_SUPPORTED},
+        {"negative order", [](Call& c) { c.order = -1; }, QY_NOT_SUPPORTED},
+    };
+    refusals.insert(refusals.end(), kRefusals.begin(), kRefusals.end());
+    ExpectFirstRefusalDecides(refusals, [](const Call& c) {
+        return QyImageImprovmentEx(c.src, c.dst, c.width, c.height, c.how.record, c.how.contrast,
+                                   c.how.gamma, c.order);
+    });
+}
+
+TEST(ImproveChecks, NothingToDoIsInvalidAndNoSuccess) {
+    const std::vector<uint8_t> image(12);
+    std::vector<uint8_t> out(12);
+    for (const Function& function : kFunctions) {
+        EXPECT_EQ(function.run(image.data(), out.data(), 3, 1, {}), QY_PARAMETER_INVALID);
+    }
+}
+
+TEST(ImproveChecks, AGammaRecordIsNoContrast) {
+    const std::vector<uint8_t> image(12);
+    std::vector<uint8_t> out(12);
+    const auto gamma = MakeGamma(1);
+    const auto contrast = MakeContrast(0);
+    for (const Function& function : kFunctions) {
+        Improvement how;
+        how.contrast = gamma.data();
+        EXPECT_EQ(function.run(image.data(), out.data(), 3, 1, how), QY_PARAMETER_INVALID);
+        how.contrast = nullptr;
+        how.gamma = contrast.data();
+        EXPECT_EQ(function.run(image.data(), out.data(), 3, 1, how), QY_PARAMETER_INVALID);
+    }
+}
+
+}  // namespace
