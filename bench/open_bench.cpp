@@ -1,0 +1,133 @@
+// Where the time of opening a camera goes whose description comes zipped through
+// its port. Usage: open_bench FILE.xml...
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+#include "Base/GCException.h"
+#include "GenApi/NodeMapFactory.h"
+#include "Measure.h"
+#include "OvTestControl.h"
+#include "TLClassLoadTL/GenTLLib.h"
+#include "TLClassXML/Port.h"
+#include "TLClassXML/XMLLoader.h"
+#include "TLClassXML/Zip.h"
+#include "tl/ZipBytes.h"
+
+namespace {
+
+using namespace GenApi_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
+using namespace OVTLClass;          // NOLINT(google-build-using-namespace)
+
+constexpr const char* kProducer = OV_BENCH_STAGE "/KwTL.cti";
+
+struct Destroyer {
+    void operator()(INodeMap* map) const { dynamic_cast<IDestroy&>(*map).Destroy(); }
+};
+using NodeMap = std::unique_ptr<INodeMap, Destroyer>;
+
+CNodeMapFactory FactoryOf(const std::string& xml) {
+    return {ContentType_Xml, xml.data(), xml.size(), CacheUsage_Ignore};
+}
+
+/// A module whose port gives a file.
+class Module {
+public:
+    explicit Module(const Bytes& file) : m_producer(kProducer), m_lib(kProducer) {
+        m_producer.SetDescription("System", "Camera.zip", file.data(), file.size());
+        m_lib.GCInitLib();
+        m_lib.TLOpen(&m_port);
+    }
+    ~Module() {
+        m_lib.TLClose(m_port);
+        m_lib.GCCloseLib();
+    }
+    Module(const Module&) = delete;
+    Module& operator=(const Module&) = delete;
+
+    std::string Load() const { return CXMLLoader(m_lib, m_port).LoadXML(); }
+    CPort MakePort() const { return CPort(m_lib, m_port); }
+
+private:
+    TestProducer m_producer;
+    CGenTLLib m_lib;
+    void* m_port = nullptr;
+};
+
+/// Prints the steps and what each takes of their sum.
+class Steps {
+public:
+    void Add(const char* name, double nanoseconds) {
+        m_steps.emplace_back(name, std::max(nanoseconds, 0.0));
+    }
+    ~Steps() {
+        double sum = 0;
+        for (const auto& [name, nanoseconds] : m_steps) {
+            sum += nanoseconds;
+        }
+        for (const auto& [name, nanoseconds] : m_steps) {
+            std::printf("  %-12s %8.2f ms %5.1f %%\n", name, nanoseconds / 1e6,
+                        100 * nanoseconds / sum);
+        }
+        std::printf("  %-12s %8.2f ms\n", "all", sum / 1e6);
+    }
+    Steps() = default;
+    Steps(const Steps&) = delete;
+    Steps& operator=(const Steps&) = delete;
+
+private:
+    std::vector<std::pair<const char*, double>> m_steps;
+};
+
+void Measure(const char* name) {
+    std::ifstream file(name, std::ios::binary);
+    const std::string xml{std::istreambuf_iterator<char>(file), {}};
+    const Bytes packed = ZipEntry(xml).Build();
+    const Module module(packed);
+    if (module.Load() != xml) {
+        std::fprintf(stderr, "open_bench: %s does not come back as it is\n", name);
+        return;
+    }
+    std::printf("%s: %zu bytes, %zu zipped\n", std::filesystem::path(name).filename().c_str(),
+                xml.size(), packed.size());
+    Bytes unpacked;
+    const double inflate = Nanoseconds(1, [&] { Keep(CZip::Uncompress(packed, unpacked)); });
+    const double parse = Nanoseconds(1, [&] { FactoryOf(xml).LoadAndInject(); });
+    const double preprocess = Nanoseconds(1, [&] { FactoryOf(xml).Preprocess(); });
+    NodeMap map;
+    const double create = Nanoseconds(1, [&] { map.reset(FactoryOf(xml).CreateNodeMap()); });
+    CPort port = module.MakePort();
+    Steps steps;
+    steps.Add("fetch", Nanoseconds(1, [&] { Keep(module.Load().size()); }) - inflate);
+    steps.Add("inflate", inflate);
+    steps.Add("parse", parse);
+    steps.Add("preprocess", preprocess - parse);
+    // With the end of the round before.
+    steps.Add("nodes", create - preprocess);
+    steps.Add("connect", Nanoseconds(1, [&] { Keep(map->Connect(&port, "Device")); }));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: open_bench FILE.xml...\n");
+        return 1;
+    }
+    try {
+        for (int i = 1; i < argc; ++i) {
+            Measure(argv[i]);
+        }
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "open_bench: %s\n", failure.what());
+        return 1;
+    } catch (const GenICam_3_0_ORVANE::GenericException& failure) {
+        std::fprintf(stderr, "open_bench: %s\n", failure.what());
+        return 1;
+    }
+    return 0;
+}
