@@ -61,13 +61,13 @@ CChunkAdapterGeneric::CChunkAdapterGeneric(INodeMap* map, int64_t maxChunkCacheS
     : CChunkAdapter(map, maxChunkCacheSize) {}
 
 bool CChunkAdapterGeneric::CheckBufferLayout(const uint8_t* /*buffer*/, int64_t /*length*/) {
-    OV_ASSERT(!"The generic chunk adapter knows no layout");
+    OV_ASSERT(false && "the generic chunk adapter knows no layout");
     return false;
 }
 
 void CChunkAdapterGeneric::AttachBuffer(uint8_t* /*buffer*/, int64_t /*length*/,
                                         AttachStatistics_t* /*statistics*/) {
-    OV_ASSERT(!"The generic chunk adapter knows no layout");
+    OV_ASSERT(false && "the generic chunk adapter knows no layout");
 }
 
 void CChunkAdapterGeneric::AttachBuffer(uint8_t* buffer, const SingleChunkData_t* chunks,
