@@ -22,23 +22,20 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 using Bytes = hn::ScalableTag<uint8_t>;
 using Shorts = hn::Repartition<int16_t, Bytes>;
+using Words = hn::Repartition<uint16_t, Bytes>;
 
 /// Two vectors of wider lanes: the bytes at even and at odd places.
+template <class D>
 struct Split {
-    hn::Vec<Shorts> even;
-    hn::Vec<Shorts> odd;
+    hn::Vec<D> even;
+    hn::Vec<D> odd;
 };
 
-HWY_INLINE Split SplitBytes(hn::Vec<Bytes> bytes) {
-    const hn::Repartition<uint16_t, Bytes> words;
-    const auto pairs = hn::BitCast(words, bytes);
-    return {hn::BitCast(Shorts(), hn::And(pairs, hn::Set(words, 0xFF))),
-            hn::BitCast(Shorts(), hn::ShiftRight<8>(pairs))};
-}
-
-/// The bytes of two vectors whose lanes are from 0 to 255.
-HWY_INLINE hn::Vec<Bytes> JoinBytes(const Split& split) {
-    return hn::BitCast(Bytes(), hn::Or(split.even, hn::ShiftLeft<8>(split.odd)));
+template <class D>
+HWY_INLINE Split<D> SplitBytes(D d, hn::Vec<Bytes> bytes) {
+    const auto pairs = hn::BitCast(Words(), bytes);
+    return {hn::BitCast(d, hn::And(pairs, hn::Set(Words(), 0xFF))),
+            hn::BitCast(d, hn::ShiftRight<8>(pairs))};
 }
 
 /// Gives `at(in, out, first pixel)` whole vectors of pixels. Those left over are

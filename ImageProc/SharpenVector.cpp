@@ -93,7 +93,7 @@ void KeepLoop(const uint8_t* row, size_t width, const KeptRow& kept) {
         } else {
             bytes = hn::LoadU(d, in);
         }
-        const Split split = SplitBytes(bytes);
+        const auto split = SplitBytes(Shorts(), bytes);
         hn::StoreU(split.even, Shorts(), kept.even + x / 2);
         hn::StoreU(split.odd, Shorts(), kept.odd + x / 2);
     });
@@ -138,6 +138,11 @@ struct Change {
     hn::Vec<Bytes> down;
 };
 
+/// The bytes of two vectors whose lanes are from 0 to 255.
+HWY_INLINE hn::Vec<Bytes> JoinBytes(Vector even, Vector odd) {
+    return hn::BitCast(Bytes(), hn::Or(even, hn::ShiftLeft<8>(odd)));
+}
+
 /// A filter's value times the strength, in 256ths, with a dead zone of half a
 /// step on either side of 0.
 class Steps {
@@ -145,10 +150,10 @@ public:
     explicit Steps(int32_t strength)
         : m_strength(hn::Set(Shorts(), static_cast<int16_t>(strength * 16))) {}
 
-    HWY_INLINE Change Of(const Split& filter) const {
+    HWY_INLINE Change Of(const Split<Shorts>& filter) const {
         const Vector even = Rounded(filter.even);
         const Vector odd = Rounded(filter.odd);
-        return {JoinBytes({Up(even), Up(odd)}), JoinBytes({Down(even), Down(odd)})};
+        return {JoinBytes(Up(even), Up(odd)), JoinBytes(Down(even), Down(odd))};
     }
 
 private:
@@ -196,13 +201,13 @@ void SharpenLoop(const KeptRows& rows, const uint8_t* src, uint8_t* dst, size_t 
     const auto evens = [](const KeptRow& row) { return row.even; };
     const auto odds = [](const KeptRow& row) { return row.odd; };
     const Steps steps(strength);
-    ForEachBlock<Width>(
-        src + kMargin, dst + kMargin, width - 2 * kBorder,
-        [&](const uint8_t* in, uint8_t* out, size_t x) HWY_ATTR {
-            const size_t i = (kBorder + x) / 2;
-            const Split filter{Filter(rows, evens, odds, i, 0), Filter(rows, odds, evens, i, 1)};
-            Apply<Width>(steps.Of(filter), in, out);
-        });
+    ForEachBlock<Width>(src + kMargin, dst + kMargin, width - 2 * kBorder,
+                        [&](const uint8_t* in, uint8_t* out, size_t x) HWY_ATTR {
+                            const size_t i = (kBorder + x) / 2;
+                            const Split<Shorts> filter{Filter(rows, evens, odds, i, 0),
+                                                       Filter(rows, odds, evens, i, 1)};
+                            Apply<Width>(steps.Of(filter), in, out);
+                        });
 }
 
 #endif

@@ -9,6 +9,7 @@
 #include "ToneVector.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "ToneVector.cpp"
@@ -43,12 +44,62 @@ void MapBytesLoop(const uint8_t* src, uint8_t* dst, size_t count, const uint8_t*
     });
 }
 
-#else
+#elif HWY_MAX_BYTES < 32
 
+// A vector of 16 bytes would take as many steps as looking each up alone.
 void MapBytesLoop(const uint8_t* src, uint8_t* dst, size_t count, const uint8_t* table) {
     for (size_t i = 0; i < count; ++i) {
         dst[i] = table[src[i]];
     }
+}
+
+#else
+
+/// Which bytes have a bit set.
+template <int Bit>
+HWY_INLINE hn::Mask<Bytes> HasBit(hn::Vec<Bytes> bytes) {
+    const Bytes d;
+    const auto bit = hn::Set(d, 1 << Bit);
+    return hn::Eq(hn::And(bytes, bit), bit);
+}
+
+/// Bits of an index above the lowest four.
+struct UpperBits {
+    hn::Mask<Bytes> bit4;
+    hn::Mask<Bytes> bit5;
+    hn::Mask<Bytes> bit6;
+    hn::Mask<Bytes> bit7;
+
+    template <size_t Size>
+    HWY_INLINE hn::Mask<Bytes> Half() const {
+        return Size == 32 ? bit4 : (Size == 64 ? bit5 : (Size == 128 ? bit6 : bit7));
+    }
+};
+
+/// Looks all indices up in each part of 16 bytes, and picks among the parts by
+/// halves.
+template <size_t Size>
+HWY_INLINE hn::Vec<Bytes> Lookup(const uint8_t* table, hn::Vec<Bytes> lower,
+                                 const UpperBits& upper) {
+    if constexpr (Size == 16) {
+        return hn::TableLookupBytes(hn::LoadDup128(Bytes(), table), lower);
+    } else {
+        return hn::IfThenElse(upper.template Half<Size>(),
+                              Lookup<Size / 2>(table + Size / 2, lower, upper),
+                              Lookup<Size / 2>(table, lower, upper));
+    }
+}
+
+void MapBytesLoop(const uint8_t* src, uint8_t* dst, size_t count, const uint8_t* table) {
+    const Bytes d;
+    alignas(16) uint8_t parts[256];
+    std::copy_n(table, sizeof parts, parts);
+    ForEachBlock<1>(src, dst, count, [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
+        const auto index = hn::LoadU(d, in);
+        const UpperBits upper{HasBit<4>(index), HasBit<5>(index), HasBit<6>(index),
+                              HasBit<7>(index)};
+        hn::StoreU(Lookup<256>(parts, hn::And(index, hn::Set(d, 15)), upper), d, out);
+    });
 }
 
 #endif
@@ -79,85 +130,103 @@ void ToGreyLoop(const uint8_t* src, uint8_t* dst, size_t pixels) {
 
 #else
 
-using Vector = hn::Vec<Shorts>;
+using Vector = hn::Vec<Words>;
 
-/// A coefficient in two parts, since its products leave 16 bits: twice the one,
-/// plus the other, which is 0 or 1.
-struct Factor {
-    Vector half;
-    Vector odd;
-
-    explicit Factor(int32_t value)
-        : half(hn::Set(Shorts(), static_cast<int16_t>(value >> 1))),
-          odd(hn::Set(Shorts(), static_cast<int16_t>(-(value & 1)))) {}
+/// The three bytes of as many pixels as a vector has bytes.
+struct Pixels {
+    hn::Vec<Bytes> b0;
+    hn::Vec<Bytes> b1;
+    hn::Vec<Bytes> b2;
 };
 
-/// A row of the matrix, without the 256 of the byte that it's for.
-struct Row {
-    Factor f0;
-    Factor f1;
-    Factor f2;
-
-    /// own + ((f0 * s0 + f1 * s1 + f2 * s2) >> 8), from 0 to 255. What the halves
-    /// leave out makes a whole 128th only in pairs.
-    HWY_INLINE Vector Mix(Vector own, Vector s0, Vector s1, Vector s2) const {
-        const Vector halves =
-            hn::Add(hn::Add(hn::Mul(s0, f0.half), hn::Mul(s1, f1.half)), hn::Mul(s2, f2.half));
-        const Vector ones =
-            hn::Add(hn::Add(hn::And(s0, f0.odd), hn::And(s1, f1.odd)), hn::And(s2, f2.odd));
-        const Vector sum = hn::Add(halves, hn::ShiftRight<1>(ones));
-        const Vector mixed = hn::Add(own, hn::ShiftRight<7>(sum));
-        const Shorts d;
-        return hn::Min(hn::Max(mixed, hn::Zero(d)), hn::Set(d, 255));
-    }
-};
-
-HWY_INLINE hn::Vec<Bytes> MixBytes(const Row& row, const Split& own, const Split& s0,
-                                   const Split& s1, const Split& s2) {
-    return JoinBytes(
-        {row.Mix(own.even, s0.even, s1.even, s2.even), row.Mix(own.odd, s0.odd, s1.odd, s2.odd)});
-}
-
-void SaturateLoop(const uint8_t* src, uint8_t* dst, size_t pixels, const SaturationMatrix& m) {
-    constexpr int32_t kOwn = 256;
-    const Bytes d;
-    const Row row0{Factor(m.a - kOwn), Factor(m.b), Factor(m.c)};
-    const Row row1{Factor(m.d), Factor(m.a - kOwn), Factor(m.e)};
-    const Row row2{Factor(m.b), Factor(m.c), Factor(m.a - kOwn)};
-    ForEachBlock<3>(src, dst, pixels, [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
-        hn::Vec<Bytes> b0;
-        hn::Vec<Bytes> b1;
-        hn::Vec<Bytes> b2;
-        hn::LoadInterleaved3(d, in, b0, b1, b2);
-        const Split s0 = SplitBytes(b0);
-        const Split s1 = SplitBytes(b1);
-        const Split s2 = SplitBytes(b2);
-        hn::StoreInterleaved3(MixBytes(row0, s0, s0, s1, s2), MixBytes(row1, s1, s0, s1, s2),
-                              MixBytes(row2, s2, s0, s1, s2), d, out);
+/// Changes pixels by `mix(pixels)`.
+template <class Mix>
+HWY_INLINE void MixPixels(const uint8_t* src, uint8_t* dst, size_t count, const Mix& mix) {
+    ForEachBlock<3>(src, dst, count, [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
+        const Bytes d;
+        Pixels pixels;
+        hn::LoadInterleaved3(d, in, pixels.b0, pixels.b1, pixels.b2);
+        const Pixels mixed = mix(pixels);
+        hn::StoreInterleaved3(mixed.b0, mixed.b1, mixed.b2, d, out);
     });
 }
 
+/// The upper bytes of two vectors.
+HWY_INLINE hn::Vec<Bytes> JoinUpper(Vector even, Vector odd) {
+    return hn::BitCast(Bytes(),
+                       hn::Or(hn::ShiftRight<8>(even), hn::And(odd, hn::Set(Words(), 0xFF00))));
+}
+
+/// A row of the matrix by its sizes: what a byte has beyond its own 256ths, and
+/// what the two others add when it loses, or take when it gains.
+/// @tparam Gains  whether the saturation grows
+template <bool Gains>
+class Row {
+public:
+    Row(int32_t own, int32_t one, int32_t other)
+        : m_own(Size(own - kOne)), m_one(Size(one)), m_other(Size(other)) {}
+
+    HWY_INLINE hn::Vec<Bytes> Mix(hn::Vec<Bytes> own, hn::Vec<Bytes> one,
+                                  hn::Vec<Bytes> other) const {
+        const auto pairs = hn::BitCast(Words(), own);
+        const auto owns = SplitBytes(Words(), own);
+        const auto ones = SplitBytes(Words(), one);
+        const auto others = SplitBytes(Words(), other);
+        return JoinUpper(
+            Sum(hn::ShiftLeft<8>(pairs), owns.even, ones.even, others.even),
+            Sum(hn::And(pairs, hn::Set(Words(), 0xFF00)), owns.odd, ones.odd, others.odd));
+    }
+
+private:
+    static constexpr int32_t kOne = 256;
+
+    static Vector Size(int32_t factor) {
+        return hn::Set(Words(), static_cast<uint16_t>(std::abs(factor)));
+    }
+    /// In 256ths. What leaves the 16 bits on either side is cut off by the limits
+    /// of a byte as well, and the difference fits since one of its parts is 0.
+    HWY_INLINE Vector Sum(Vector scaled, Vector own, Vector one, Vector other) const {
+        const Vector change = hn::Mul(own, m_own);
+        const Vector mixed = hn::Add(hn::Mul(one, m_one), hn::Mul(other, m_other));
+        const Vector up = Gains ? change : mixed;
+        const Vector down = Gains ? mixed : change;
+        return hn::SaturatedSub(hn::SaturatedAdd(scaled, hn::SaturatedSub(up, down)),
+                                hn::SaturatedSub(down, up));
+    }
+
+    Vector m_own;
+    Vector m_one;
+    Vector m_other;
+};
+
+template <bool Gains>
+void SaturateRows(const uint8_t* src, uint8_t* dst, size_t count, const SaturationMatrix& m) {
+    const Row<Gains> ends(m.a, m.b, m.c);
+    const Row<Gains> middle(m.a, m.d, m.e);
+    MixPixels(src, dst, count, [&](const Pixels& p) HWY_ATTR {
+        return Pixels{ends.Mix(p.b0, p.b1, p.b2), middle.Mix(p.b1, p.b0, p.b2),
+                      ends.Mix(p.b2, p.b0, p.b1)};
+    });
+}
+
+void SaturateLoop(const uint8_t* src, uint8_t* dst, size_t pixels, const SaturationMatrix& m) {
+    constexpr int32_t kOne = 256;
+    (m.a > kOne ? SaturateRows<true> : SaturateRows<false>)(src, dst, pixels, m);
+}
+
 HWY_INLINE Vector Grey(Vector s0, Vector s1, Vector s2) {
-    const Shorts d;
-    const hn::RebindToUnsigned<Shorts> words;
-    const Vector sum = hn::Add(hn::Add(hn::Mul(s1, hn::Set(d, 150)), hn::Mul(s0, hn::Set(d, 77))),
-                               hn::Mul(s2, hn::Set(d, 29)));
-    return hn::BitCast(d, hn::ShiftRight<8>(hn::BitCast(words, sum)));
+    const Words d;
+    return hn::Add(hn::Add(hn::Mul(s1, hn::Set(d, 150)), hn::Mul(s0, hn::Set(d, 77))),
+                   hn::Mul(s2, hn::Set(d, 29)));
 }
 
 void ToGreyLoop(const uint8_t* src, uint8_t* dst, size_t pixels) {
-    const Bytes d;
-    ForEachBlock<3>(src, dst, pixels, [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
-        hn::Vec<Bytes> b0;
-        hn::Vec<Bytes> b1;
-        hn::Vec<Bytes> b2;
-        hn::LoadInterleaved3(d, in, b0, b1, b2);
-        const Split s0 = SplitBytes(b0);
-        const Split s1 = SplitBytes(b1);
-        const Split s2 = SplitBytes(b2);
-        const auto grey =
-            JoinBytes({Grey(s0.even, s1.even, s2.even), Grey(s0.odd, s1.odd, s2.odd)});
-        hn::StoreInterleaved3(grey, grey, grey, d, out);
+    MixPixels(src, dst, pixels, [](const Pixels& p) HWY_ATTR {
+        const auto s0 = SplitBytes(Words(), p.b0);
+        const auto s1 = SplitBytes(Words(), p.b1);
+        const auto s2 = SplitBytes(Words(), p.b2);
+        const auto grey = JoinUpper(Grey(s0.even, s1.even, s2.even), Grey(s0.odd, s1.odd, s2.odd));
+        return Pixels{grey, grey, grey};
     });
 }
 
