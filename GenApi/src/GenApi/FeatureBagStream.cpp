@@ -1,0 +1,94 @@
+#include "GenApi/FeatureBagStream.h"
+
+#include <array>
+#include <istream>
+#include <limits>
+#include <ostream>
+#include <string>
+
+#include "Base/GCException.h"
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+constexpr const char* kBagGuid = "{05D8C294-F295-4dfb-9D01-096BD04049F4}";
+/// Of texts with several bags, which are read elsewhere.
+constexpr const char* kBaggerGuid = "{4709CB3C-7322-4460-84C3-DA11DDA09939}";
+constexpr std::array<int, 3> kVersion = {3, 0, 2};
+constexpr char kComment = '#';
+constexpr size_t kPieceSize = 1024;
+
+/// What stands before the delimiter, which is taken too. A piece that is too
+/// long ends early; the stream then goes on behind it.
+std::string ReadPiece(std::istream& stream, char delimiter) {
+    std::array<char, kPieceSize> piece{};
+    stream.getline(piece.data(), piece.size(), delimiter);
+    if (stream.fail() && !stream.eof() && !stream.bad()) {
+        stream.clear();
+    }
+    return piece.data();
+}
+
+bool IsAtEnd(std::istream& stream) {
+    return stream.peek() == std::istream::traits_type::eof();
+}
+
+void SkipComments(std::istream& stream) {
+    while (stream.peek() == kComment) {
+        stream.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
+    }
+}
+
+void CheckFirstLine(const std::string& line) {
+    if (line.find(kBagGuid) != std::string::npos) {
+        return;
+    }
+    if (line.find(kBaggerGuid) != std::string::npos) {
+        RUNTIME_EXCEPTION(
+            "The stream has been created using the CFeatureBagger class thus must be restored "
+            "using the CFeatureBagger class as well");
+    }
+    RUNTIME_EXCEPTION(
+        "The stream is not a GenApi feature stream since it is missing the magic GUID in the "
+        "first line");
+}
+
+/// Empty lines at the end, as stand before the next part of a file, are no
+/// entry; any other rest is one that no device has, so that it gets noticed.
+bool IsRest(const std::string& name) {
+    return name.find_first_not_of("\r\n ") == std::string::npos;
+}
+
+}  // namespace
+
+std::ostream& operator<<(std::ostream& stream, const CFeatureBag& bag) {
+    stream << kComment << ' ' << kBagGuid << '\n';
+    if (!bag.GetInfo().empty()) {
+        stream << kComment << " GenApi persistence file (version " << kVersion[0] << '.'
+               << kVersion[1] << '.' << kVersion[2] << ")\n"
+               << kComment << ' ' << bag.GetInfo().c_str() << '\n';
+    }
+    for (size_t i = 0; i < bag.GetNames().size(); ++i) {
+        stream << bag.GetNames()[i].c_str() << '\t' << bag.GetValues()[i].c_str() << '\n';
+    }
+    return stream;
+}
+
+std::istream& operator>>(std::istream& stream, CFeatureBag& bag) {
+    if (stream.eof()) {
+        RUNTIME_EXCEPTION("The stream is eof");
+    }
+    CheckFirstLine(ReadPiece(stream, '\n'));
+    for (SkipComments(stream); !IsAtEnd(stream); SkipComments(stream)) {
+        const std::string name = ReadPiece(stream, '\t');
+        std::string value;
+        std::getline(stream, value);
+        if (!stream.eof() || !value.empty() || !IsRest(name)) {
+            bag.Append(name.c_str(), value.c_str());
+        }
+    }
+    return stream;
+}
+
+}  // namespace GenApi_3_0_ORVANE
