@@ -120,10 +120,4 @@ TEST_F(LibraryTest, AFailingLastErrorKeepsTheStatusAndTellsSo) {
     ExpectFailure(OVInitLib(), -1010, "Failed to get last error description");
 }
 
-TEST_F(LibraryTest, CallsThatThisVersionDoesNotOfferSaySo) {
-    Init();
-    EXPECT_EQ(OVFlushEvent(nullptr), OV_STATUS_NOT_IMPLEMENTED);
-    EXPECT_EQ(OVExportConfigFile(nullptr, "x"), OV_STATUS_NOT_IMPLEMENTED);
-}
-
 }  // namespace
