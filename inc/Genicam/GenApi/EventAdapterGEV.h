@@ -1,0 +1,23 @@
+#pragma once
+
+#include "GenApi/EventAdapter.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Events of GigE Vision: requests of the control channel with big-endian numbers,
+/// each with one event or several, with or without data.
+///
+/// A feature sees an event from its size on, which stands in the first two bytes
+/// even where the device left it out.
+class OV_ENGINE_API CEventAdapterGEV : public CEventAdapter {
+public:
+    /// @param map  attached at once; may be null
+    explicit CEventAdapterGEV(INodeMap* map = nullptr);
+
+    void DeliverMessage(const uint8_t* bytes, int64_t length) override;
+
+private:
+    void DeliverEventItem(std::span<const uint8_t> item, bool hasSize, uint32_t id);
+};
+
+}  // namespace GenApi_3_0_ORVANE

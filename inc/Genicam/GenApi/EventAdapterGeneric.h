@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Base/GCString.h"
+#include "GenApi/EventAdapter.h"
+
+namespace GenApi_3_0_ORVANE {
+
+using GenICam_3_0_ORVANE::gcstring;
+
+/// Events that the caller took out of their message: who received them knows the
+/// identifier best. A feature sees the bytes as they were delivered.
+class OV_ENGINE_API CEventAdapterGeneric : public CEventAdapter {
+public:
+    /// @param map  attached at once; may be null
+    explicit CEventAdapterGeneric(INodeMap* map = nullptr);
+
+    /// There is no layout to go by: a call ends the process.
+    void DeliverMessage(const uint8_t* bytes, int64_t length) override;
+    /// Hands over one event. LogicalErrorException, if any node waits for it, for
+    /// a negative length and for a length without bytes.
+    void DeliverMessage(const uint8_t* bytes, int64_t length, uint64_t id);
+    /// @param id  hexadecimal digits, an even number of them; RuntimeException for
+    ///            other texts
+    void DeliverMessage(const uint8_t* bytes, int64_t length, const gcstring& id);
+
+private:
+    /// The bytes of the identifier in use; kept for its memory.
+    std::vector<uint8_t> m_Identifier;
+};
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "GenApi/EventAdapter.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Events of USB3 Vision: one in each message, with little-endian numbers. A
+/// feature sees it from the reserved bytes before the identifier on.
+class OV_ENGINE_API CEventAdapterU3V : public CEventAdapter {
+public:
+    /// @param map  attached at once; may be null
+    explicit CEventAdapterU3V(INodeMap* map = nullptr);
+
+    void DeliverMessage(const uint8_t* bytes, int64_t length) override;
+};
+
+}  // namespace GenApi_3_0_ORVANE
