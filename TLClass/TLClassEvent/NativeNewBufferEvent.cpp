@@ -1,3 +1,6 @@
+#include <utility>
+
+#include "GenApi/ChunkAdapterGeneric.h"
 #include "TLClassEvent/NewBufferEvent.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 #include "TLClassLoadTL/OvException.h"
@@ -21,8 +24,9 @@ private:
     void* m_event = nullptr;
 };
 
-void CNativeNewBufferEvent::RegisterNewBufferEvent(void* streamHandle,
-                                                   const IBufferInitInfo& info) {
+void CNativeNewBufferEvent::RegisterNewBufferEvent(
+    void* streamHandle, const IBufferInitInfo& info,
+    GenApi_3_0_ORVANE::CChunkAdapterGeneric* adapter) {
     if (m_registered) {
         return;
     }
@@ -34,6 +38,8 @@ void CNativeNewBufferEvent::RegisterNewBufferEvent(void* streamHandle,
     CGCRegisterEventAgency registered(m_lib, streamHandle);
     m_event = registered.GetNewBufferEventHandle();
     registered.Commit();
+    m_chunkAdapter = adapter;
+    m_chunks.clear();
     m_registered = true;
 }
 
@@ -41,6 +47,7 @@ void CNativeNewBufferEvent::UnregisterNewBufferEvent() {
     if (!m_registered) {
         return;
     }
+    m_chunkAdapter = nullptr;
     OV_LOG_IF_FAILED(m_lib.GCUnregisterEvent(m_stream, GenTL::EVENT_NEW_BUFFER), m_lib);
     m_event = nullptr;
     m_stream = nullptr;
@@ -78,6 +85,23 @@ void CNativeNewBufferEvent::__TakeFromCamera(BUFFER_INFO& info) {
     info.xOffset = {static_cast<uint64_t>(m_initInfo.GetOffsetX()), true};
     info.yOffset = {static_cast<uint64_t>(m_initInfo.GetOffsetY()), true};
     info.pixelFormat = {static_cast<uint64_t>(m_initInfo.GetPixelFormat()), true};
+}
+
+void CNativeNewBufferEvent::__UpdateChunkData(CBuffer& buffer) {
+    GenApi_3_0_ORVANE::CChunkAdapterGeneric* const adapter = m_chunkAdapter;
+    if (adapter == nullptr) {
+        OV_RAISE(CUnexpectedError, "Invalid Chunk Adapter");
+    }
+    std::vector<GenTL::S_SINGLE_CHUNK_DATA> chunks = buffer.GetChunkData();
+    if (CNativeChunkDataCompare::AreEqual(chunks, m_chunks)) {
+        buffer.UpdateBuffer(*adapter);
+        return;
+    }
+    if (buffer.IsMemoryOverFlow(chunks)) {
+        OV_RAISE(CUnexpectedError, "Invalid chunk data information");
+    }
+    buffer.AttachBuffer(*adapter, chunks);
+    m_chunks = std::move(chunks);
 }
 
 }  // namespace OVTLClass

@@ -12,11 +12,12 @@ constexpr unsigned kFrameTimeout = 1000;
 
 }  // namespace
 
-void CNewBufferEvent::StartGetNewBuffer(void* streamHandle, const IBufferInitInfo& info) {
+void CNewBufferEvent::StartGetNewBuffer(void* streamHandle, const IBufferInitInfo& info,
+                                        GenApi_3_0_ORVANE::CChunkAdapterGeneric* adapter) {
     if (m_started) {
         return;
     }
-    m_native.RegisterNewBufferEvent(streamHandle, info);
+    m_native.RegisterNewBufferEvent(streamHandle, info, adapter);
     m_stopEvent.ResetEvent();
     if (m_hasCallback && !m_thread.Run(this, &__OnThreadGetImage, kAcquisitionPriority)) {
         m_native.UnregisterNewBufferEvent();

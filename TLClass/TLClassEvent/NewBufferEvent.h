@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <memory>
+#include <vector>
 
 #include "TLClassEvent/EventCallback.h"
 #include "TLClassInfo/InfoRecords.h"
@@ -13,14 +14,22 @@
 #include "TLClassMain/Agency.h"
 #include "TLClassMain/BufferInitInfo.h"
 
+namespace GenApi_3_0_ORVANE {
+class CChunkAdapterGeneric;
+}
+
 namespace OVTLClass {
+
+class CBuffer;
 
 /// The GenTL event of a stream's new buffers.
 class CNativeNewBufferEvent : public CUnCopyable {
 public:
     explicit CNativeNewBufferEvent(const CGenTLLib& lib) : m_lib(lib) {}
 
-    void RegisterNewBufferEvent(void* streamHandle, const IBufferInitInfo& info);
+    /// @param adapter  of the stream's chunks; it must outlive the registration
+    void RegisterNewBufferEvent(void* streamHandle, const IBufferInitInfo& info,
+                                GenApi_3_0_ORVANE::CChunkAdapterGeneric* adapter);
     void UnregisterNewBufferEvent();
     /// Wakes a thread that waits in GetBuffer.
     void EventKill();
@@ -29,9 +38,15 @@ public:
     void GetBuffer(BUFFER_INFO& info, unsigned timeout);
 
 private:
+    friend class ChunkStreamTest;
     class CGCRegisterEventAgency;
 
     void __TakeFromCamera(BUFFER_INFO& info);
+    /// Makes the chunk features read from this frame. No frame's way through
+    /// here pays for it: it is for a caller that drives it, from one thread at a
+    /// time and while the frame is held. CUnexpectedError when no event is
+    /// registered and for chunks beyond the buffer; nothing changes then.
+    void __UpdateChunkData(CBuffer& buffer);
 
     const CGenTLLib& m_lib;
     std::atomic<void*> m_stream{nullptr};
@@ -39,6 +54,9 @@ private:
     std::atomic<bool> m_registered{false};
     CLock m_initInfoLock;
     CBufferInitInfo m_initInfo;
+    std::atomic<GenApi_3_0_ORVANE::CChunkAdapterGeneric*> m_chunkAdapter{nullptr};
+    /// Where the attached chunks lie.
+    std::vector<GenTL::S_SINGLE_CHUNK_DATA> m_chunks;
 };
 
 /// Adds the thread that delivers to a capture callback. Without a callback no
@@ -49,7 +67,8 @@ public:
     ~CNewBufferEvent() { StopGetNewBuffer(); }
 
     /// Starts the thread only when a callback is registered by now.
-    void StartGetNewBuffer(void* streamHandle, const IBufferInitInfo& info);
+    void StartGetNewBuffer(void* streamHandle, const IBufferInitInfo& info,
+                           GenApi_3_0_ORVANE::CChunkAdapterGeneric* adapter);
     /// Ends the thread and the event. What goes wrong is logged.
     void StopGetNewBuffer();
     void GetBuffer(BUFFER_INFO& info, unsigned timeout) { m_native.GetBuffer(info, timeout); }

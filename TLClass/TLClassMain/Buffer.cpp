@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 
+#include "GenApi/ChunkAdapterGeneric.h"
 #include "TLClassInfo/InformationAgency.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 #include "TLClassLoadTL/OvException.h"
@@ -80,6 +81,22 @@ bool CBuffer::IsMemoryOverFlow(const std::vector<GenTL::S_SINGLE_CHUNK_DATA>& ch
         const auto offset = static_cast<size_t>(chunk.ChunkOffset);
         return offset > m_size || chunk.ChunkLength > m_size - offset;
     });
+}
+
+void CBuffer::AttachBuffer(GenApi_3_0_ORVANE::CChunkAdapterGeneric& adapter,
+                           const std::vector<GenTL::S_SINGLE_CHUNK_DATA>& chunks) {
+    std::vector<GenApi_3_0_ORVANE::SingleChunkData_t> places;
+    // One entry at least: the adapter asks for a list, even for one of none.
+    places.reserve(chunks.size() + 1);
+    for (const GenTL::S_SINGLE_CHUNK_DATA& chunk : chunks) {
+        places.push_back(
+            {chunk.ChunkID, chunk.ChunkOffset, static_cast<int64_t>(chunk.ChunkLength)});
+    }
+    adapter.AttachBuffer(m_memory.get(), places.data(), static_cast<int64_t>(places.size()));
+}
+
+void CBuffer::UpdateBuffer(GenApi_3_0_ORVANE::CChunkAdapter& adapter) {
+    adapter.UpdateBuffer(m_memory.get());
 }
 
 bool CNativeChunkDataCompare::AreEqual(const Chunks& a, const Chunks& b) {

@@ -10,6 +10,11 @@
 #include "TLClassLoadTL/GenTLLib.h"
 #include "TLClassMain/Agency.h"
 
+namespace GenApi_3_0_ORVANE {
+class CChunkAdapter;
+class CChunkAdapterGeneric;
+}  // namespace GenApi_3_0_ORVANE
+
 namespace OVTLClass {
 
 /// Owns its memory; the producer only borrows it between announce and revoke.
@@ -34,6 +39,13 @@ public:
     /// Whether a chunk reaches beyond the buffer's memory, as a producer's word
     /// may have it.
     bool IsMemoryOverFlow(const std::vector<GenTL::S_SINGLE_CHUNK_DATA>& chunks) const;
+    /// Makes features read these chunks of this buffer's memory. The chunks lie
+    /// within it; who attaches has asked IsMemoryOverFlow.
+    void AttachBuffer(GenApi_3_0_ORVANE::CChunkAdapterGeneric& adapter,
+                      const std::vector<GenTL::S_SINGLE_CHUNK_DATA>& chunks);
+    /// Makes features read the chunks that are attached from this buffer, where
+    /// they lie at the same places.
+    void UpdateBuffer(GenApi_3_0_ORVANE::CChunkAdapter& adapter);
 
 private:
     const CGenTLLib& m_lib;

@@ -1,5 +1,7 @@
 #include "TLClassMain/DataStream.h"
 
+#include "GenApi/ChunkAdapterGeneric.h"
+#include "GenApi/NodeMapRef.h"
 #include "TLClassFeature/FeatureControl.h"
 #include "TLClassInfo/InformationAgency.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
@@ -14,6 +16,16 @@ namespace {
 constexpr size_t kDefaultBufferNumber = 5;
 
 }  // namespace
+
+/// The camera's chunk features, reading from this stream's frames.
+class CDataStream::CAttachNodeMapAgency : public CAgency {
+public:
+    CAttachNodeMapAgency(GenApi_3_0_ORVANE::CChunkAdapter& adapter,
+                         GenApi_3_0_ORVANE::INodeMap* map) {
+        adapter.AttachNodeMap(map);
+        Arm([&adapter] { adapter.DetachNodeMap(); });
+    }
+};
 
 /// An open stream module of a producer.
 class CDataStream::CDevOpenDataStreamAgency : public CAgency {
@@ -37,6 +49,7 @@ CDataStream::CDataStream(std::shared_ptr<const CGenTLLib> lib, std::shared_ptr<I
       m_deviceHandle(deviceHandle),
       m_streamId(std::move(streamId)),
       m_bufferNumber(kDefaultBufferNumber),
+      m_chunkAdapter(std::make_unique<GenApi_3_0_ORVANE::CChunkAdapterGeneric>()),
       m_newBufferEvent(GetLib()) {}
 
 CDataStream::~CDataStream() = default;
@@ -46,14 +59,17 @@ void CDataStream::DoOpenDataStream() {
     if (m_open) {
         return;
     }
-    if (m_device->DoGetRemoteDeviceNodeMapRef() == nullptr) {
+    GenApi_3_0_ORVANE::CNodeMapRef* const remote = m_device->DoGetRemoteDeviceNodeMapRef();
+    if (remote == nullptr) {
         OV_RAISE(CUnexpectedError, "The node map of remote device  is invalid");
     }
+    CAttachNodeMapAgency attached(*m_chunkAdapter, remote->GetMap());
     CDevOpenDataStreamAgency opened(GetLib(), m_deviceHandle, m_streamId);
     CXMLLoadAgency loaded(GetAnalyzer(), opened.GetHandle());
     SetFeatureControl(std::make_unique<CFeatureControl>(GetNodeMapRef()));
     loaded.Commit();
     opened.Commit();
+    attached.Commit();
     m_handle = opened.GetHandle();
     m_open = true;
 }
@@ -70,6 +86,7 @@ void CDataStream::DoCloseDataStream() {
     OV_LOG_IF_FAILED(GetLib().DSClose(m_handle), GetLib());
     m_handle = nullptr;
     __FreeBuffers();
+    m_chunkAdapter->DetachNodeMap();
     m_open = false;
 }
 

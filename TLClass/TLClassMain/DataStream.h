@@ -12,6 +12,10 @@
 #include "TLClassMain/BufferInitInfo.h"
 #include "TLClassMain/GcObject.h"
 
+namespace GenApi_3_0_ORVANE {
+class CChunkAdapterGeneric;
+}
+
 namespace OVTLClass {
 
 class IDevice;
@@ -79,6 +83,7 @@ public:
     size_t DoGetAnnounceBufferListSize() override { return m_bufferNumber; }
 
 private:
+    class CAttachNodeMapAgency;
     class CDevOpenDataStreamAgency;
     class CStreamTLParamsLockedAgency;
     class CStartGetNewBufferAgency;
@@ -101,6 +106,8 @@ private:
     std::atomic<bool> m_open{false};
     std::vector<std::unique_ptr<CBuffer>> m_buffers;
     std::atomic<size_t> m_bufferNumber;
+    /// Before the event, which knows it while started.
+    std::unique_ptr<GenApi_3_0_ORVANE::CChunkAdapterGeneric> m_chunkAdapter;
     CNewBufferEvent m_newBufferEvent;
     std::atomic<bool> m_acquiring{false};
     CLock m_streamLock;

@@ -1,6 +1,7 @@
 // The start and the stop of a stream: every step of the start has its undo, and
 // the stop goes through to its end whatever fails.
 
+#include "GenApi/ChunkAdapterGeneric.h"
 #include "TLClassFeature/IFeatureControl.h"
 #include "TLClassInfo/InformationAgency.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
@@ -28,8 +29,9 @@ public:
 class CDataStream::CStartGetNewBufferAgency : public CAgency {
 public:
     CStartGetNewBufferAgency(CNewBufferEvent& event, void* streamHandle,
-                             const IBufferInitInfo& info) {
-        event.StartGetNewBuffer(streamHandle, info);
+                             const IBufferInitInfo& info,
+                             GenApi_3_0_ORVANE::CChunkAdapterGeneric* adapter) {
+        event.StartGetNewBuffer(streamHandle, info, adapter);
         Arm([&event] { event.StopGetNewBuffer(); });
     }
 };
@@ -83,7 +85,7 @@ void CDataStream::DoStartDataStreamAcqusition(const IBufferInitInfo& info) {
     CStreamTLParamsLockedAgency locked(*this);
     __AllocateBuffers(static_cast<size_t>(info.GetPayloadSize()));
     // Before the first buffer can fill.
-    CStartGetNewBufferAgency event(m_newBufferEvent, m_handle, info);
+    CStartGetNewBufferAgency event(m_newBufferEvent, m_handle, info, m_chunkAdapter.get());
     CAnnouceBuffersAgency announced(*this);
     CDSFlushQueueAgency queued(GetLib(), m_handle);
     CDSStartAcquisitionAgency started(GetLib(), m_handle);
@@ -120,6 +122,8 @@ void CDataStream::__SetTLParamsLocked(int64_t locked) const {
 }
 
 void CDataStream::__AllocateBuffers(size_t payloadSize) {
+    // Memory may go; no feature reads from it any more.
+    m_chunkAdapter->DetachBuffer();
     const DS_INFO info =
         COvInformationAgency::GetDataStreamInformationFromHandle(GetLib(), m_handle);
     const size_t wanted = m_bufferNumber;
@@ -157,6 +161,7 @@ void CDataStream::__RevokeBuffers() {
 }
 
 void CDataStream::__FreeBuffers() {
+    m_chunkAdapter->DetachBuffer();
     while (!m_buffers.empty()) {
         m_buffers.pop_back();
     }
