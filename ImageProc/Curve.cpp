@@ -44,8 +44,8 @@ size_t Curve::Build(size_t i0, size_t i1, size_t i2, size_t i3) {
     const auto [c1, c2] = InnerOf(m_points[i0], p1, p2, m_points[i3], i0 == i1, i2 == i3);
     const double dx = p2.x - p1.x;
     const auto n = static_cast<double>(m_table.size() - 1);
-    const auto steps = static_cast<size_t>(n * dx + 0.5);
-    const auto start = static_cast<size_t>(p1.x * n + 0.5);
+    const auto steps = static_cast<size_t>(Rounded(n * dx));
+    const auto start = static_cast<size_t>(Rounded(p1.x * n));
     for (size_t i = 0; i <= steps && start + i < m_table.size(); ++i) {
         const double t = static_cast<double>(i) / dx / n;
         const double u = 1 - t;

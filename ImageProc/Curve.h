@@ -1,11 +1,17 @@
 #pragma once
 /// A smooth curve through control points, kept as a table.
 
+#include <cmath>
 #include <cstddef>
 #include <utility>
 #include <vector>
 
 namespace QyTone {
+
+/// The whole number next to one that isn't negative.
+inline double Rounded(double value) {
+    return std::floor(value + 0.5);
+}
 
 struct Point {
     double x;

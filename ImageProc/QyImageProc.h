@@ -114,8 +114,8 @@ typedef struct QyMonoImgRecord {
 
 /** Unpacks two 12-bit samples of three bytes into two words. */
 QY_API QY_STATUS QyRaw12PackedToRaw16(const void* src, void* dst, int32_t width, int32_t height);
-/** Unpacks three 10-bit samples of a 32-bit word into three words. Reads one
- *  source word past the last whole group. */
+/** Unpacks three 10-bit samples of a 32-bit word into three words. The last source
+ *  word may serve fewer. */
 QY_API QY_STATUS QyRaw10PackedToRaw16(const void* src, void* dst, int32_t width, int32_t height);
 /** Keeps eight bits of each 16-bit sample; what lies above them gives 255. */
 QY_API QY_STATUS QyRaw16toRaw8(const void* src, void* dst, int32_t width, int32_t height,

@@ -34,7 +34,7 @@ private:
 
 void Round(const Curve& curve, const Range& range, uint32_t* table) {
     std::transform(curve.Table().begin(), curve.Table().end(), table, [&](double y) {
-        const auto value = static_cast<int32_t>(y * range.Top() + 0.5);
+        const auto value = static_cast<int32_t>(Rounded(y * range.Top()));
         return static_cast<uint32_t>(std::clamp(value, 0, range.Top()));
     });
 }
@@ -80,6 +80,18 @@ QY_STATUS Check(bool isValue, int32_t bits, const uint32_t* table) {
     return table == nullptr ? QY_PARAMETER_INVALID : QY_OK;
 }
 
+template <class MakeCurve>
+QY_STATUS MakeCurved(bool isValue, int32_t bits, uint32_t* table, const MakeCurve& makeCurve) {
+    if (const QY_STATUS status = Check(isValue, bits, table); status != QY_OK) {
+        return status;
+    }
+    return QyMemory::OrNotEnough([&] {
+        const Range range(bits);
+        Round(makeCurve(range), range, table);
+        return QY_OK;
+    });
+}
+
 }  // namespace
 
 bool IsContrast(int32_t contrast) {
@@ -95,25 +107,13 @@ bool IsGamma(double gamma) {
 }
 
 QY_STATUS MakeContrastTable(int32_t contrast, int32_t bits, uint32_t* table) {
-    if (const QY_STATUS status = Check(IsContrast(contrast), bits, table); status != QY_OK) {
-        return status;
-    }
-    return QyMemory::OrNotEnough([&] {
-        const Range range(bits);
-        Round(ContrastCurve(contrast, range), range, table);
-        return QY_OK;
-    });
+    return MakeCurved(IsContrast(contrast), bits, table,
+                      [&](const Range& range) { return ContrastCurve(contrast, range); });
 }
 
 QY_STATUS MakeLightnessTable(int32_t lightness, int32_t bits, uint32_t* table) {
-    if (const QY_STATUS status = Check(IsLightness(lightness), bits, table); status != QY_OK) {
-        return status;
-    }
-    return QyMemory::OrNotEnough([&] {
-        const Range range(bits);
-        Round(LightnessCurve(lightness, range), range, table);
-        return QY_OK;
-    });
+    return MakeCurved(IsLightness(lightness), bits, table,
+                      [&](const Range& range) { return LightnessCurve(lightness, range); });
 }
 
 QY_STATUS MakeGammaTable(int32_t bits, uint32_t* table, double gamma) {

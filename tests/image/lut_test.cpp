@@ -11,25 +11,35 @@
 
 namespace {
 
-constexpr size_t kRecordWords = 4097;
-constexpr uint32_t kOldWord = 0xA5A5A5A5;
-constexpr uint8_t kOldByte = 0xA5;
+/// A table with one entry of memory behind it.
+template <class Word, size_t Count>
+class Entries {
+public:
+    static constexpr Word kOld = static_cast<Word>(0xA5A5A5A5);
 
-/// A record with memory behind it.
+    Entries() { m_words.fill(kOld); }
+
+    Word* Data() { return m_words.data(); }
+    Word operator[](size_t i) const { return m_words[i]; }
+    bool IsUntouched() const {
+        return std::all_of(m_words.begin(), m_words.end(), [](Word word) { return word == kOld; });
+    }
+    bool EndsInTime() const { return m_words.back() == kOld; }
+    std::vector<Word> Table() const { return {m_words.begin(), m_words.end() - 1}; }
+
+private:
+    std::array<Word, Count + 1> m_words;
+};
+
 struct RecordCall {
-    std::array<uint32_t, kRecordWords + 1> words;
+    Entries<uint32_t, 4097> entries;
     int32_t given = QY_TONE_RECORD_SIZE;
-    uint32_t* lut = words.data();
+    uint32_t* lut = entries.Data();
     int32_t* size = &given;
     double gamma = 2.2;
     int32_t contrast = 30;
 
-    RecordCall() { words.fill(kOldWord); }
-    bool IsUntouched() const {
-        return std::all_of(words.begin(), words.end(),
-                           [](uint32_t word) { return word == kOldWord; });
-    }
-    ToneReference::Table Record() const { return {words.begin(), words.end() - 1}; }
+    bool IsUntouched() const { return entries.IsUntouched(); }
 };
 
 QY_STATUS GetGamma(RecordCall& call) {
@@ -41,20 +51,15 @@ QY_STATUS GetContrast(RecordCall& call) {
 }
 
 struct LutCall {
-    std::array<uint8_t, 257> bytes;
+    Entries<uint8_t, 256> entries;
     uint16_t given = 256;
-    uint8_t* lut = bytes.data();
+    uint8_t* lut = entries.Data();
     uint16_t* size = &given;
     int32_t contrast = 30;
     int32_t lightness = -20;
     double gamma = 2.2;
 
-    LutCall() { bytes.fill(kOldByte); }
-    bool IsUntouched() const {
-        return std::all_of(bytes.begin(), bytes.end(),
-                           [](uint8_t byte) { return byte == kOldByte; });
-    }
-    ToneReference::Image Table() const { return {bytes.begin(), bytes.end() - 1}; }
+    bool IsUntouched() const { return entries.IsUntouched(); }
 };
 
 QY_STATUS GetLut(LutCall& call) {
@@ -130,11 +135,11 @@ TEST(LutSize, OfARecordMayBeLargerAndIsReported) {
     call.given = 20000;
     EXPECT_EQ(GetGamma(call), QY_OK);
     EXPECT_EQ(call.given, 16388);
-    EXPECT_EQ(call.words.back(), kOldWord);
+    EXPECT_TRUE(call.entries.EndsInTime());
     call.given = 20000;
     EXPECT_EQ(GetContrast(call), QY_OK);
     EXPECT_EQ(call.given, 16388);
-    EXPECT_EQ(call.words.back(), kOldWord);
+    EXPECT_TRUE(call.entries.EndsInTime());
 }
 
 TEST(LutSize, IsReportedWhenItIsRefused) {
@@ -169,7 +174,7 @@ TEST(LutValues, OfGammaRecordsFollowThePower) {
         RecordCall call;
         call.gamma = gamma;
         EXPECT_EQ(GetGamma(call), QY_OK);
-        EXPECT_EQ(call.Record(), ToneReference::GammaRecord(gamma)) << gamma;
+        EXPECT_EQ(call.entries.Table(), ToneReference::GammaRecord(gamma)) << gamma;
     }
 }
 
@@ -178,9 +183,9 @@ TEST(LutValues, OfGammaOneAreTheInput) {
     call.gamma = 1;
     EXPECT_EQ(GetGamma(call), QY_OK);
     for (uint32_t i = 0; i < 4096; ++i) {
-        EXPECT_EQ(call.words[i], i);
+        EXPECT_EQ(call.entries[i], i);
     }
-    EXPECT_EQ(call.words[4096], 0U);
+    EXPECT_EQ(call.entries[4096], 0U);
 }
 
 TEST(LutValues, OfContrastRecordsFollowTheCurve) {
@@ -188,7 +193,7 @@ TEST(LutValues, OfContrastRecordsFollowTheCurve) {
         RecordCall call;
         call.contrast = contrast;
         EXPECT_EQ(GetContrast(call), QY_OK);
-        EXPECT_EQ(call.Record(), ToneReference::ContrastRecord(contrast)) << contrast;
+        EXPECT_EQ(call.entries.Table(), ToneReference::ContrastRecord(contrast)) << contrast;
     }
 }
 
@@ -196,20 +201,20 @@ TEST(LutValues, OfContrastZeroAreTheInputUpToRounding) {
     RecordCall call;
     call.contrast = 0;
     EXPECT_EQ(GetContrast(call), QY_OK);
-    EXPECT_EQ(call.words[1008], 1008U);
-    EXPECT_EQ(call.words[3056], 3056U);
+    EXPECT_EQ(call.entries[1008], 1008U);
+    EXPECT_EQ(call.entries[3056], 3056U);
     for (uint32_t i = 0; i < 4096; ++i) {
-        EXPECT_NEAR(call.words[i], i, 1);
+        EXPECT_NEAR(call.entries[i], i, 1);
     }
-    EXPECT_EQ(call.words[4096], 1U);
+    EXPECT_EQ(call.entries[4096], 1U);
 }
 
 TEST(LutValues, OfContrastPullTheQuartersApart) {
     RecordCall call;
     call.contrast = 100;
     EXPECT_EQ(GetContrast(call), QY_OK);
-    EXPECT_EQ(call.words[1008], 208U);
-    EXPECT_EQ(call.words[3056], 3856U);
+    EXPECT_EQ(call.entries[1008], 208U);
+    EXPECT_EQ(call.entries[3056], 3856U);
 }
 
 TEST(LutValues, OfCombinedTablesGoThroughAllThree) {
@@ -221,9 +226,9 @@ TEST(LutValues, OfCombinedTablesGoThroughAllThree) {
                 call.lightness = lightness;
                 call.gamma = gamma;
                 EXPECT_EQ(GetLut(call), QY_OK);
-                EXPECT_EQ(call.Table(), ToneReference::Lut(contrast, lightness, gamma))
+                EXPECT_EQ(call.entries.Table(), ToneReference::Lut(contrast, lightness, gamma))
                     << contrast << " " << lightness << " " << gamma;
-                EXPECT_EQ(call.bytes.back(), kOldByte);
+                EXPECT_TRUE(call.entries.EndsInTime());
             }
         }
     }
@@ -235,7 +240,7 @@ protected:
     int Bits() const { return GetParam(); }
     template <class Make>
     ToneReference::Table Made(const Make& make) const {
-        ToneReference::Table table(size_t{1} << Bits(), kOldWord);
+        ToneReference::Table table(size_t{1} << Bits(), 7);
         EXPECT_EQ(make(table.data()), QY_OK);
         return table;
     }
@@ -270,13 +275,13 @@ TEST_P(LutBits, ScaleTheGamma) {
 INSTANTIATE_TEST_SUITE_P(All, LutBits, testing::Range(8, 17));
 
 TEST(LutMakers, RefuseOtherBitsAndNoTable) {
-    uint32_t word = kOldWord;
+    uint32_t word = 7;
     for (const int bits : {7, 17, -1}) {
         EXPECT_EQ(QyTone::MakeContrastTable(0, bits, &word), QY_PARAMETER_OUT_OF_BOUND);
         EXPECT_EQ(QyTone::MakeLightnessTable(0, bits, &word), QY_PARAMETER_OUT_OF_BOUND);
         EXPECT_EQ(QyTone::MakeGammaTable(bits, &word, 1), QY_PARAMETER_OUT_OF_BOUND);
     }
-    EXPECT_EQ(word, kOldWord);
+    EXPECT_EQ(word, 7U);
     EXPECT_EQ(QyTone::MakeContrastTable(0, 8, nullptr), QY_PARAMETER_INVALID);
     EXPECT_EQ(QyTone::MakeLightnessTable(0, 8, nullptr), QY_PARAMETER_INVALID);
     EXPECT_EQ(QyTone::MakeGammaTable(8, nullptr, 1), QY_PARAMETER_INVALID);

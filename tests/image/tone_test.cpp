@@ -134,7 +134,8 @@ TEST(ToneSaturation, IsRefusedAboveItsLargestAndBelowZero) {
 
 TEST(ToneSharpening, CopiesWhatHasNoInnerPixels) {
     for (const auto& [width, height] : {std::pair{40, 4}, {4, 40}, {1, 1}, {40, 1}, {1, 40}}) {
-        const auto bytes = MakeBytes(static_cast<size_t>(3 * width * height), Content::Random);
+        const auto bytes = MakeBytes(3 * static_cast<size_t>(width) * static_cast<size_t>(height),
+                                     Content::Random);
         const auto call = [w = width, h = height](const void* src, void* dst) {
             return QySharpen24B(src, dst, w, h, 5);
         };
