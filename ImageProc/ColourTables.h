@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <optional>
 
+#include "ImproveVector.h"
 #include "QyImageProc.h"
 
 namespace QyColour {
@@ -24,6 +27,7 @@ public:
 
     /// A sum of 12 bits that may lie outside of them.
     uint8_t Of(int32_t sum) const { return m_bytes[static_cast<size_t>(std::clamp(sum, 0, kTop))]; }
+    const uint8_t* Data() const { return m_bytes.data(); }
     /// The table for bytes, each taken as its place times 16.
     std::array<uint8_t, 256> OfBytes() const {
         std::array<uint8_t, 256> table{};
@@ -81,5 +85,26 @@ private:
 
     std::array<std::array<uint64_t, kLevels>, kInputs> m_columns;
 };
+
+/// The matrix behind a record's tables, if they are the multiples that a camera
+/// makes them and no sum leaves 16 bits.
+inline std::optional<QyImprove::SmallMatrix> SmallMatrixOf(const QyColorCorrectionRecord& record) {
+    constexpr int32_t kTopLevel = 255;
+    constexpr int32_t kMostSum = 32767;
+    QyImprove::SmallMatrix matrix{};
+    std::array<int32_t, 3> most{};
+    for (size_t k = 0; k < matrix.size(); ++k) {
+        const int16_t* const table = record.table[k];
+        matrix[k] = table[1];
+        for (int32_t level = 0; level <= kTopLevel; ++level) {
+            if (table[level] != table[1] * level) {
+                return std::nullopt;
+            }
+        }
+        most[k / 3] += std::abs(int32_t{table[kTopLevel]});
+    }
+    const bool isSmall = *std::max_element(most.begin(), most.end()) <= kMostSum;
+    return isSmall ? std::optional(matrix) : std::nullopt;
+}
 
 }  // namespace QyColour

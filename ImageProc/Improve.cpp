@@ -8,6 +8,7 @@ namespace {
 
 using QyColour::PackedMatrix;
 using QyColour::ToneTable;
+using QyImprove::PixelOrder;
 
 struct Frame {
     const uint8_t* src;
@@ -94,7 +95,15 @@ QY_STATUS Improve(const void* src, void* dst, int32_t width, int32_t height, con
     // Held for the whole pass: who writes the record waits for a picture that is
     // all of one colour correction.
     const QyColour::RecordLock lock(*stages.record);
-    CorrectColours<Width, Red>(frame, PackedMatrix(*stages.record), tone);
+    if (const auto matrix = QyColour::SmallMatrixOf(*stages.record)) {
+        const bool hasTone = stages.contrast != nullptr || stages.gamma != nullptr;
+        constexpr auto kOrder =
+            Width == 4 ? PixelOrder::Rgba : (Red == 0 ? PixelOrder::Rgb : PixelOrder::Bgr);
+        QyImprove::CorrectBySmallMatrix(frame.src, frame.dst, frame.pixels, kOrder, *matrix,
+                                        hasTone ? tone.Data() : nullptr);
+    } else {
+        CorrectColours<Width, Red>(frame, PackedMatrix(*stages.record), tone);
+    }
     return QY_OK;
 }
 

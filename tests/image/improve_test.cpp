@@ -134,6 +134,23 @@ TEST_P(Improve, TablesWithoutAnyOrder) {
     ExpectAllSame();
 }
 
+TEST_P(Improve, SumsThatLeaveSixteenBits) {
+    constexpr int kMatrices[][9] = {
+        {128, -128, 128, -128, -128, -128, 128, 128, 128},
+        {42, 43, 43, 43, 43, 43, -43, -43, -42},
+        {0, 0, 0, 100, 28, 0, 1, -1, 0},
+    };
+    for (const auto& matrix : kMatrices) {
+        m_record.SetMatrix(matrix);
+        ExpectAllSame();
+    }
+}
+
+TEST_P(Improve, TablesOfWhichOneEntryIsNoMultiple) {
+    m_record.record.table[4][200] = 4000;
+    ExpectAllSame();
+}
+
 TEST_P(Improve, GentleTables) {
     for (const double gamma : {0.1, 1.0, 10.0}) {
         m_gamma = MakeGamma(gamma);
