@@ -1,0 +1,6 @@
+#include "GenApi/ChunkAdapterDcam.h"
+#include "chunk_fuzz.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    return ChunkFuzz::RunTrailer<GenApi_3_0_ORVANE::CChunkAdapterDcam>({data, size});
+}
