@@ -22,21 +22,28 @@ namespace HWY_NAMESPACE {
 #if HWY_TARGET == HWY_SCALAR
 
 /// The sample of a column.
-inline int Sample(const KeptRow& row, size_t x) {
-    return (x % 2 == 0 ? row.even : row.odd)[x / 2];
+inline int16_t& Sample(const KeptRow& row, size_t x) {
+    int16_t* const half = x % 2 == 0 ? row.even : row.odd;
+    return half[x / 2];
+}
+
+/// The samples left and right of a column.
+inline int Beside(const KeptRow& row, size_t x, size_t distance) {
+    return Sample(row, x - distance) + Sample(row, x + distance);
+}
+
+/// The samples above and below the row in the middle.
+inline int Above(const KeptRows& rows, size_t x, size_t distance) {
+    return Sample(rows[kBorder - distance], x) + Sample(rows[kBorder + distance], x);
 }
 
 inline int Filter(const KeptRows& rows, size_t x) {
-    const auto beside = [x](const KeptRow& row, size_t distance) {
-        return Sample(row, x - distance) + Sample(row, x + distance);
-    };
-    const auto above = [&](size_t distance) {
-        return Sample(rows[kBorder - distance], x) + Sample(rows[kBorder + distance], x);
-    };
     const KeptRow& row = rows[kBorder];
-    const int askew =
-        beside(rows[0], 1) + beside(rows[1], 2) + beside(rows[3], 2) + beside(rows[4], 1);
-    return 8 * Sample(row, x) + 2 * (beside(row, 1) + above(1) - beside(row, 2) - above(2)) - askew;
+    const int near = Beside(row, x, 1) + Above(rows, x, 1);
+    const int far = Beside(row, x, 2) + Above(rows, x, 2);
+    const int askew = Beside(rows[0], x, 1) + Beside(rows[1], x, 2) + Beside(rows[3], x, 2) +
+                      Beside(rows[4], x, 1);
+    return 8 * Sample(row, x) + 2 * (near - far) - askew;
 }
 
 /// A step of 256 behind a dead zone of half a step on either side of 0.
@@ -55,7 +62,7 @@ inline uint8_t Clip(int value) {
 template <int Width>
 void KeepLoop(const uint8_t* row, size_t width, const KeptRow& kept) {
     for (size_t x = 0; x < width; ++x) {
-        (x % 2 == 0 ? kept.even : kept.odd)[x / 2] = row[x * Width + Width / 2];
+        Sample(kept, x) = row[x * Width + Width / 2];
     }
 }
 
