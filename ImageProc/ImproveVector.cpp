@@ -115,7 +115,8 @@ public:
     /// @param out  the first byte that becomes of them, each `Width` bytes on
     template <int Width>
     HWY_INLINE void LookUp(const uint8_t* tone, uint8_t* out) const {
-        for (size_t i = 0; i < hn::Lanes(Shorts()); ++i, out += 2 * Width) {
+        constexpr size_t kStep = 2 * Width;
+        for (size_t i = 0; i < hn::Lanes(Shorts()); ++i, out += kStep) {
             out[0] = tone[m_even[i]];
             out[Width] = tone[m_odd[i]];
         }

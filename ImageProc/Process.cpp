@@ -1,6 +1,8 @@
 // The exported functions that take a raw frame through all stages in one call.
 
+#include <algorithm>
 #include <cstring>
+#include <tuple>
 
 #include "ColourMatrix.h"
 #include "Memory.h"
@@ -56,6 +58,24 @@ QyColour::Matrix MatrixOf(const uint16_t* words) {
             beside(4),   beside(8), beside(7), diagonal(2)};
 }
 
+/// Matrix and table, a part of the image after the other so that the second finds
+/// in the cache what the first made.
+void CorrectColours(uint8_t* image, size_t pixels, const QyRawImgRecord& record) {
+    constexpr size_t kPart = 4096;
+    const bool hasMatrix = record.CCParam != nullptr;
+    const QyColour::Matrix matrix = hasMatrix ? MatrixOf(record.CCParam) : QyColour::Matrix{};
+    for (size_t done = 0; done < pixels; done += kPart) {
+        const size_t count = std::min(kPart, pixels - done);
+        uint8_t* const part = image + done * kPixelBytes;
+        if (hasMatrix) {
+            QyColour::MixColours(part, count, matrix);
+        }
+        if (record.Lut != nullptr) {
+            QyTone::MapBytes(part, part, count * kPixelBytes, record.Lut);
+        }
+    }
+}
+
 /// Interpolates, and corrects the colours of what came of it. A monochrome frame
 /// has no colours to correct.
 void MakeColours(const void* src, uint8_t* dst, int32_t width, int32_t height,
@@ -66,13 +86,7 @@ void MakeColours(const void* src, uint8_t* dst, int32_t width, int32_t height,
     if (status != QY_OK || record.Filter == QY_FILTER_NONE) {
         return;
     }
-    const size_t pixels = static_cast<size_t>(width) * static_cast<size_t>(height);
-    if (record.CCParam != nullptr) {
-        QyColour::MixColours(dst, pixels, MatrixOf(record.CCParam));
-    }
-    if (record.Lut != nullptr) {
-        QyTone::MapBytes(dst, dst, pixels * kPixelBytes, record.Lut);
-    }
+    CorrectColours(dst, static_cast<size_t>(width) * static_cast<size_t>(height), record);
 }
 
 }  // namespace
