@@ -7,7 +7,7 @@ namespace ChunkFuzz {
 
 namespace {
 
-constexpr int64_t kMany = 65535;
+constexpr int64_t kMany = 300;
 
 /// Takes numbers from the front of the input; zeros once it is used up.
 class Source {
