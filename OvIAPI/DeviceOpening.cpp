@@ -215,10 +215,16 @@ namespace {
 /// Raises on a thread that runs one of the camera's callbacks.
 /// @param what  "device" or "lib"
 void CheckNotInCallback(const COvDeviceInfo& info, const char* what) {
-    if (CVxThread::PthreadSelf() == info.GetStream()->DoGetAcquisitionThreadID()) {
-        OV_RAISE(CInvalidCallError,
-                 COvString::MsgComposer("Can't close %s in capture callback", what));
-    }
+    const pthread_t self = CVxThread::PthreadSelf();
+    const auto check = [self, what](pthread_t thread, const char* kind) {
+        if (self == thread) {
+            OV_RAISE(CInvalidCallError,
+                     COvString::MsgComposer("Can't close %s in %s callback", what, kind));
+        }
+    };
+    check(info.GetStream()->DoGetAcquisitionThreadID(), "capture");
+    check(info.GetDevice()->DoGetEventThreadID(), "event");
+    check(info.GetDevice()->DoGetOfflineThreadID(), "offline");
 }
 
 void Close(std::unique_ptr<COvDeviceInfo> info) {

@@ -2,27 +2,11 @@
 
 #include "GenApi/ChunkAdapterGeneric.h"
 #include "TLClassEvent/NewBufferEvent.h"
-#include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
+#include "TLClassEvent/RegisterEventAgency.h"
 #include "TLClassLoadTL/OvException.h"
 #include "TLClassMain/Buffer.h"
 
 namespace OVTLClass {
-
-/// A registered new-buffer event.
-class CNativeNewBufferEvent::CGCRegisterEventAgency : public CAgency {
-public:
-    CGCRegisterEventAgency(const CGenTLLib& lib, void* stream) {
-        OV_VERIFY(lib.GCRegisterEvent(stream, GenTL::EVENT_NEW_BUFFER, &m_event), lib);
-        Arm([&lib, stream] {
-            OV_LOG_UNDO_IF_FAILED(CGCRegisterEventAgency,
-                                  lib.GCUnregisterEvent(stream, GenTL::EVENT_NEW_BUFFER), lib);
-        });
-    }
-    void* GetNewBufferEventHandle() const { return m_event; }
-
-private:
-    void* m_event = nullptr;
-};
 
 void CNativeNewBufferEvent::RegisterNewBufferEvent(
     void* streamHandle, const IBufferInitInfo& info,
@@ -35,8 +19,8 @@ void CNativeNewBufferEvent::RegisterNewBufferEvent(
         const CAutoLock lock(m_initInfoLock);
         m_initInfo = CBufferInitInfo(info);
     }
-    CGCRegisterEventAgency registered(m_lib, streamHandle);
-    m_event = registered.GetNewBufferEventHandle();
+    CGCRegisterEventAgency registered(m_lib, streamHandle, GenTL::EVENT_NEW_BUFFER);
+    m_event = registered.GetEventHandle();
     registered.Commit();
     m_chunkAdapter = adapter;
     m_chunks.clear();

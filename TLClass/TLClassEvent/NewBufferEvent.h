@@ -39,7 +39,6 @@ public:
 
 private:
     friend class ChunkStreamTest;
-    class CGCRegisterEventAgency;
 
     void __TakeFromCamera(BUFFER_INFO& info);
     /// Makes the chunk features read from this frame. No frame's way through

@@ -12,6 +12,8 @@ namespace OVTLClass {
 /// Feature access over a node map, which outlives it.
 class CFeatureControl : public IFeatureControl {
 public:
+    class CFeatureCallbackHandle;
+
     explicit CFeatureControl(GenApi_3_0_ORVANE::CNodeMapRef* nodeMap);
     ~CFeatureControl() override;
 
@@ -52,8 +54,6 @@ public:
     bool CheckEventNode(const std::string& name) const;
 
 private:
-    class CFeatureCallbackHandle;
-
     GenApi_3_0_ORVANE::INode* __FindNode(const std::string& name) const;
     GenApi_3_0_ORVANE::INode& __GetGenAPINode(const std::string& name) const;
     template <class T>

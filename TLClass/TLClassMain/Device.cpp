@@ -41,7 +41,9 @@ CDevice::CDevice(std::shared_ptr<const CGenTLLib> lib, std::shared_ptr<IInterfac
     : IDevice(std::move(lib)),
       m_interface(std::move(owner)),
       m_interfaceHandle(interfaceHandle),
-      m_remoteXml(GetLib()) {
+      m_remoteXml(GetLib()),
+      m_offlineEvent(GetLib()),
+      m_remoteEvent(GetLib()) {
     CDevice::DoUpdateDeviceInformation(info);
 }
 
@@ -106,9 +108,14 @@ void CDevice::DoCloseDevice() {
     }
     GetFeatureControl()->DoUnregisterAllFeatureCallback();
     m_remoteFeatureControl->DoUnregisterAllFeatureCallback();
+    m_offlineEvent.UnRegisterAllDeviceOfflineCallback();
     __StopAllDataStreamAcquisition();
     __CloseAllDataStream();
     __ResetDSList();
+    m_remoteEvent.StopGetRemoteDeviceEventThread();
+    m_offlineEvent.StopGetDeviceOfflineEventThread();
+    m_offlineEvent.UnregisterDeviceOfflineEvent();
+    m_offlineEvent.Clear();
     m_remoteFeatureControl.reset();
     m_remoteXml.UnloadXML();
     SetFeatureControl(nullptr);

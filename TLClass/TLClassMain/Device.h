@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "TLClassEvent/DeviceOfflineEvent.h"
+#include "TLClassEvent/RemoteDeviceEvent.h"
 #include "TLClassInfo/InfoRecords.h"
 #include "TLClassMain/GcObject.h"
 
@@ -13,6 +15,7 @@ namespace OVTLClass {
 
 class IInterface;
 class IDataStream;
+class IDeviceOfflineCallback;
 
 class IDevice : public CGcObject {
 public:
@@ -38,9 +41,28 @@ public:
     virtual std::string DoGetRemoteDeviceXML() = 0;
     /// The mode of the last opening, 1 before the first.
     virtual int32_t DoGetDeviceAccessMode() = 0;
+    /// Keeps a clone, which is called when the camera is gone; never when the
+    /// producer can't tell. The result is its handle, until the close: the clone
+    /// as an IEventCallback.
+    virtual void* DoRegisterDeviceOfflineCallback(const IDeviceOfflineCallback& callback) = 0;
+    /// Waits for a running callback. Nothing for an unknown handle.
+    virtual void DoUnregisterDeviceOfflineCallback(void* handle) = 0;
+    /// Whether the producer reported the open camera gone; it does so only after
+    /// a callback was registered.
+    virtual bool DoIsDeviceOffineLine() = 0;
+    // The queue of the camera's own events; CInvalidCallError before
+    // DoActiveRemoteDeviceEventThread.
+    virtual uint32_t DoGetEventNumInQueue() = 0;
+    virtual void DoFlushRemoteDeviceEvent() = 0;
     virtual void* DoGetDeviceHandle() = 0;
     virtual void* DoGetRemoteDeviceHandle() = 0;
     virtual std::shared_ptr<const CGenTLLib> DoGetGenTLLib() = 0;
+    // The threads on which callbacks run; 0 for one that doesn't run.
+    virtual pthread_t DoGetEventThreadID() = 0;
+    virtual pthread_t DoGetOfflineThreadID() = 0;
+    /// Has the camera's own events reach its features, until the close. Nothing
+    /// when they do, or when the producer has none.
+    virtual void DoActiveRemoteDeviceEventThread() = 0;
     // The three calls below work on a closed device: that is how a camera in a
     // foreign subnet gets its address.
     virtual void DoIpConfiguration(int32_t mode, const std::string& ip, const std::string& mask,
@@ -50,6 +72,7 @@ public:
     virtual void DoResetDevice(int32_t mode) = 0;
     virtual void DoUpdateDeviceInformation(const DEV_INFO& info) = 0;
     virtual GenApi_3_0_ORVANE::CNodeMapRef* DoGetDeviceNodeMapRef() = 0;
+    virtual CNativeDeviceOfflineEvent& DOGetCNativeDeviceOfflineEvent() = 0;
 };
 
 class CDevice : public IDevice {
@@ -69,9 +92,17 @@ public:
     GenApi_3_0_ORVANE::CNodeMapRef* DoGetRemoteDeviceNodeMapRef() override;
     std::string DoGetRemoteDeviceXML() override { return m_remoteXml.GetXML(); }
     int32_t DoGetDeviceAccessMode() override { return m_accessMode; }
+    void* DoRegisterDeviceOfflineCallback(const IDeviceOfflineCallback& callback) override;
+    void DoUnregisterDeviceOfflineCallback(void* handle) override;
+    bool DoIsDeviceOffineLine() override { return m_offlineEvent.IsDeviceOffineLine(); }
+    uint32_t DoGetEventNumInQueue() override { return m_remoteEvent.GetEventNumInQueue(); }
+    void DoFlushRemoteDeviceEvent() override { m_remoteEvent.FlushRemoteDeviceEvent(); }
     void* DoGetDeviceHandle() override { return m_handle; }
     void* DoGetRemoteDeviceHandle() override { return m_remoteHandle; }
     std::shared_ptr<const CGenTLLib> DoGetGenTLLib() override { return GetLibPointer(); }
+    pthread_t DoGetEventThreadID() override { return m_remoteEvent.GetEventThreadID(); }
+    pthread_t DoGetOfflineThreadID() override { return m_offlineEvent.GetOfflineThreadID(); }
+    void DoActiveRemoteDeviceEventThread() override;
     void DoIpConfiguration(int32_t mode, const std::string& ip, const std::string& mask,
                            const std::string& gateway, const std::string& userId) override;
     void DoForceIp(const std::string& ip, const std::string& mask,
@@ -79,10 +110,14 @@ public:
     void DoResetDevice(int32_t mode) override;
     void DoUpdateDeviceInformation(const DEV_INFO& info) override;
     GenApi_3_0_ORVANE::CNodeMapRef* DoGetDeviceNodeMapRef() override { return GetNodeMapRef(); }
+    CNativeDeviceOfflineEvent& DOGetCNativeDeviceOfflineEvent() override {
+        return m_offlineEvent.GetNativeDeviceOfflineEvent();
+    }
 
 private:
     class CIFOpenDeviceAgency;
     class CUpdateDSListAgency;
+    class CRegisterDeviceOfflineEventAgency;
 
     void* __GetRemotePort(void* deviceHandle) const;
     void __UpdateDSList(void* deviceHandle);
@@ -101,6 +136,11 @@ private:
     int32_t m_accessMode = 1;
     CXMLAnalyzer m_remoteXml;
     std::unique_ptr<IFeatureControl> m_remoteFeatureControl;
+    /// Held while a channel of events is started, by any thread but theirs.
+    CLock m_eventLock;
+    CDeviceOfflineEvent m_offlineEvent;
+    /// Ends before the map that it delivers to.
+    CRemoteDeviceEvent m_remoteEvent;
     CLock m_deviceLock;
 };
 

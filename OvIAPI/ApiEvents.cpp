@@ -1,0 +1,127 @@
+// Loss of a camera, changes of features, and the queue of the camera's events.
+
+#include "DeviceManager.h"
+#include "EventCallbacks.h"
+#include "FeatureAccess.h"
+#include "OVIError.h"
+#include "OvIAPI.h"
+#include "TLClassFeature/FeatureCallbackHandle.h"
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassLoadTL/VxThread.h"
+#include "TLClassMain/Device.h"
+
+using namespace OVTLClass;
+
+namespace {
+
+/// The open camera behind the handle of an event call.
+COvDeviceInfo& EnterEvents(OV_DEV_HANDLE hDevice, const OvPlace& place) {
+    EnterApi();
+    return VerifyDeviceHandle(hDevice, place);
+}
+
+/// Raises with the message on that thread.
+void CheckNotOnThread(pthread_t thread, const char* message) {
+    if (CVxThread::PthreadSelf() == thread) {
+        OV_RAISE(CInvalidCallError, message);
+    }
+}
+
+/// The callback of that class behind a handle; raises with the message for a
+/// handle of any other kind.
+template <class Callback, class Base>
+Callback& VerifyCallbackHandle(void* handle, const char* message) {
+    auto* const callback = dynamic_cast<Callback*>(static_cast<Base*>(handle));
+    if (callback == nullptr) {
+        OV_RAISE(CInvalidHandleError, message);
+    }
+    return *callback;
+}
+
+IFeatureControl::IFeatureCallbackHandle& VerifyFeatureCallbackHandle(void* handle) {
+    return VerifyCallbackHandle<CFeatureControl::CFeatureCallbackHandle,
+                                IFeatureControl::IFeatureCallbackHandle>(
+        handle, "Invalid feature callback handle");
+}
+
+}  // namespace
+
+OV_STATUS OVRegisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
+                                          OVDeviceOfflineCallback callBackFun,
+                                          OV_EVENT_CALLBACK_HANDLE* pHCallBack) try {
+    IDevice& device = *EnterEvents(hDevice, OV_HERE).GetDevice();
+    OV_CHECK_POINTER(reinterpret_cast<const void*>(callBackFun));
+    OV_CHECK_POINTER(pHCallBack);
+    CheckNotOnThread(device.DoGetOfflineThreadID(), "Can't register offline callback in callback");
+    *pHCallBack =
+        device.DoRegisterDeviceOfflineCallback(COvDeviceOfflineCallback(pUserParam, callBackFun));
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVUnregisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice,
+                                            OV_EVENT_CALLBACK_HANDLE pHCallBack) try {
+    IDevice& device = *EnterEvents(hDevice, OV_HERE).GetDevice();
+    VerifyCallbackHandle<COvDeviceOfflineCallback, IEventCallback>(pHCallBack,
+                                                                   "Invalid event callback handle");
+    CheckNotOnThread(device.DoGetOfflineThreadID(),
+                     "Can't unregister offline callback in callback");
+    device.DoUnregisterDeviceOfflineCallback(pHCallBack);
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVRegisterFeatureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
+                                    OVFeatureCallback callBackFun, OV_FEATURE_ID featureID,
+                                    OV_FEATURE_CALLBACK_HANDLE* pHCallBack) try {
+    const COvDeviceInfo& info = EnterEvents(hDevice, OV_HERE);
+    const char* const name = CDeviceManager::GetInstance().GetFeatureName(featureID);
+    OV_CHECK_POINTER(reinterpret_cast<const void*>(callBackFun));
+    OV_CHECK_POINTER(pHCallBack);
+    CheckNotOnThread(info.GetDevice()->DoGetEventThreadID(),
+                     "Can't register feature event callback in callback");
+    CFeatureControl& control = GetFeatureControl(info, featureID);
+    if (control.CheckEventNode(name)) {
+        info.GetDevice()->DoActiveRemoteDeviceEventThread();
+    }
+    *pHCallBack = control.DoRegisterFeatureCallback(
+        name, COvFeatureCallback(pUserParam, callBackFun, featureID));
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVUnregisterFeatureCallback(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
+                                      OV_FEATURE_CALLBACK_HANDLE pHCallBack) try {
+    const COvDeviceInfo& info = EnterEvents(hDevice, OV_HERE);
+    const auto& handle = VerifyFeatureCallbackHandle(pHCallBack);
+    const char* const name = CDeviceManager::GetInstance().GetFeatureName(featureID);
+    CheckNotOnThread(info.GetDevice()->DoGetEventThreadID(),
+                     "Can't unregister feature event callback in callback");
+    CFeatureControl& control = GetFeatureControl(info, featureID);
+    if (!control.CheckExist(name, &handle)) {
+        OV_RAISE(CInvalidParameterError, "Invalid Feature ID");
+    }
+    control.DoUnregisterFeatureCallback(reinterpret_cast<intptr_t>(&handle));
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVFlushEvent(OV_DEV_HANDLE hDevice) try {
+    EnterEvents(hDevice, OV_HERE).GetDevice()->DoFlushRemoteDeviceEvent();
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVGetEventNumInQueue(OV_DEV_HANDLE hDevice, uint32_t* pnEventNum) try {
+    IDevice& device = *EnterEvents(hDevice, OV_HERE).GetDevice();
+    OV_CHECK_POINTER(pnEventNum);
+    *pnEventNum = device.DoGetEventNumInQueue();
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
