@@ -76,6 +76,9 @@ FrameInfo Acquisition::Fill(Buffer& buffer, const std::stop_token& abort) {
     std::memcpy(buffer.base, m_scratch.data(), frame.sizeFilled);
     frame.incomplete = true;
     frame.largerThanBuffer = true;
+    // What tells of the chunks stood at the end.
+    frame.chunks.clear();
+    frame.chunkPayloadSize = 0;
     return frame;
 }
 

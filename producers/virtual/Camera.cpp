@@ -34,6 +34,15 @@ CameraSettings Camera::Settings() const {
     return m_state.settings;
 }
 
+FrameSettings Camera::Shape() const {
+    return FrameSettingsOf(m_state.settings, m_identity.color, m_identity.index);
+}
+
+std::size_t Camera::PayloadSize() const {
+    const std::lock_guard lock(m_mutex);
+    return OvVirtual::PayloadSize(m_state.settings, OvVirtual::FrameSize(Shape()));
+}
+
 void Camera::Set(const SettingRange& range, std::int64_t value) {
     if (value < range.min || value > range.max || (value - range.min) % range.step != 0) {
         throw Failure(GenTL::GC_ERR_INVALID_VALUE, "The value is out of the register's range");
@@ -47,10 +56,43 @@ void Camera::Change(bool shapesFrame, const std::function<void(CameraSettings&)>
         RequireUnlocked(shapesFrame);
         CameraSettings changed = m_state.settings;
         change(changed);
-        CheckSettings(changed, m_identity.color);
+        if (!m_beforeLoading) {
+            CheckSettings(changed, m_identity.color);
+        }
         m_state.settings = std::move(changed);
     }
     m_changed.notify_all();
+}
+
+void Camera::BeginLoading() {
+    const std::lock_guard lock(m_mutex);
+    RequireUnlocked(true);
+    if (!m_beforeLoading) {
+        m_beforeLoading = m_state.settings;
+    }
+}
+
+void Camera::EndLoading() {
+    const std::lock_guard lock(m_mutex);
+    FinishLoading();
+}
+
+void Camera::FinishLoading() {
+    if (!m_beforeLoading) {
+        return;
+    }
+    const CameraSettings before = *std::exchange(m_beforeLoading, std::nullopt);
+    try {
+        CheckSettings(m_state.settings, m_identity.color);
+    } catch (const Failure&) {
+        m_state.settings = before;
+        throw;
+    }
+}
+
+bool Camera::IsLoading() const {
+    const std::lock_guard lock(m_mutex);
+    return m_beforeLoading.has_value();
 }
 
 void Camera::RequireUnlocked(bool shapesFrame) const {
@@ -100,6 +142,7 @@ void Camera::SaveUserSet(std::int64_t set) {
         throw Failure(GenTL::GC_ERR_ACCESS_DENIED, "The factory's set can't be overwritten");
     }
     const std::lock_guard lock(m_mutex);
+    FinishLoading();
     m_state.userSets[static_cast<std::size_t>(set)] = m_state.settings;
 }
 
@@ -108,6 +151,7 @@ void Camera::Reset() {
     const std::lock_guard lock(m_mutex);
     m_acquiring = false;
     m_paramsLocked = false;
+    m_beforeLoading.reset();
     m_state.settings = m_state.userSets[static_cast<std::size_t>(m_state.userSetDefault)];
     m_epoch = Clock::now();
 }
@@ -115,6 +159,7 @@ void Camera::Reset() {
 void Camera::Recall() {
     std::optional<CameraState> state = m_memory.Load(m_identity.color);
     const std::lock_guard lock(m_mutex);
+    m_beforeLoading.reset();
     if (state) {
         m_state = *std::move(state);
         m_files.SetUserFile(std::exchange(m_state.userFile, std::nullopt));
@@ -124,6 +169,7 @@ void Camera::Recall() {
 void Camera::Keep() const {
     const std::lock_guard lock(m_mutex);
     CameraState state = m_state;
+    state.settings = m_beforeLoading.value_or(m_state.settings);
     state.userFile = m_files.UserFile();
     m_memory.Store(state);
 }
@@ -134,6 +180,7 @@ void Camera::Start() {
         if (m_acquiring) {
             return;
         }
+        FinishLoading();
         m_acquiring = true;
         m_frame = 0;
         m_triggers = 0;
@@ -221,8 +268,12 @@ std::size_t Camera::FrameSize() {
     // The frame keeps the shape that it is announced with, also when the camera
     // is stopped and set up anew before it is read.
     const std::lock_guard lock(m_mutex);
-    m_next = FrameSettingsOf(m_state.settings, m_identity.color, m_identity.index);
-    return OvVirtual::FrameSize(m_next);
+    const CameraSettings& settings = m_state.settings;
+    m_next = Shape();
+    m_nextChunks = settings.chunkMode != 0 ? std::optional(settings.chunksEnabled) : std::nullopt;
+    m_nextLines = LineStatus(settings);
+    m_nextSize = OvVirtual::PayloadSize(settings, OvVirtual::FrameSize(m_next));
+    return m_nextSize;
 }
 
 std::uint64_t Camera::TakeFrameNumber() {
@@ -243,7 +294,19 @@ OvProducer::FrameInfo Camera::ReadFrame(std::span<std::byte> memory, const std::
         info = Describe(m_next, TakeFrameNumber());
     }
     info.incomplete = !m_renderer.Render(m_next, info.frameId, memory, abort);
+    if (m_nextChunks) {
+        AppendTo(info, memory);
+    }
     return info;
+}
+
+void Camera::AppendTo(OvProducer::FrameInfo& info, std::span<std::byte> memory) const {
+    info.chunks =
+        AppendChunks(memory, info.sizeFilled, *m_nextChunks,
+                     {info.frameId, info.timestamp, m_next.exposure, m_next.gain, m_nextLines});
+    info.sizeFilled = m_nextSize;
+    info.chunkPayloadSize = m_nextSize;
+    info.payloadType = GenTL::PAYLOAD_TYPE_CHUNK_DATA;
 }
 
 void Camera::DropFrame() {

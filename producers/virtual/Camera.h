@@ -16,6 +16,7 @@
 #include "framework/Acquisition.h"
 #include "virtual/CameraFiles.h"
 #include "virtual/CameraMemory.h"
+#include "virtual/Chunks.h"
 #include "virtual/Environment.h"
 
 namespace OvVirtual {
@@ -40,10 +41,19 @@ public:
     // Settings.
 
     CameraSettings Settings() const;
+    /// Bytes of a frame as the camera is set up now.
+    std::size_t PayloadSize() const;
     /// -1019 when the value is out of the range, -1005 when it is locked.
     void Set(const SettingRange& range, std::int64_t value);
     /// Changes settings by `change` as one step; nothing changes when it fails.
     void Change(bool shapesFrame, const std::function<void(CameraSettings&)>& change);
+    /// Until the end settings are taken one by one, whatever they amount to
+    /// together. -1005 while frames flow.
+    void BeginLoading();
+    /// -1019, and all settings as they were before the begin, when the camera
+    /// can't combine them.
+    void EndLoading();
+    bool IsLoading() const;
 
     std::string UserId() const;
     void SetUserId(const std::string& userId);
@@ -97,7 +107,10 @@ private:
     Clock::duration FramePeriod() const;
     std::uint64_t TakeFrameNumber();
     void RequireUnlocked(bool shapesFrame) const;
+    void FinishLoading();
+    FrameSettings Shape() const;
     OvProducer::FrameInfo Describe(const FrameSettings& settings, std::uint64_t frame) const;
+    void AppendTo(OvProducer::FrameInfo& info, std::span<std::byte> memory) const;
 
     const CameraIdentity m_identity;
     const CameraMemory m_memory;
@@ -107,6 +120,7 @@ private:
     mutable std::mutex m_mutex;
     std::condition_variable_any m_changed;
     CameraState m_state;
+    std::optional<CameraSettings> m_beforeLoading;  ///< empty unless settings are loaded
     bool m_paramsLocked = false;
     bool m_acquiring = false;
     std::optional<std::uint64_t> m_framesLeft;  ///< empty without a limit
@@ -116,7 +130,11 @@ private:
     Clock::time_point m_epoch = Clock::now();
 
     // Of the source's thread.
-    FrameSettings m_next;  ///< shape of the frame that is due
+    // The frame that is due.
+    FrameSettings m_next;
+    std::optional<std::int64_t> m_nextChunks;  ///< a bit for each; empty without chunk mode
+    std::uint32_t m_nextLines = 0;
+    std::size_t m_nextSize = 0;  ///< bytes, chunks included
     FrameRenderer m_renderer;
 
     CameraFiles m_files;

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "virtual/Chunks.h"
 #include "virtual/FileRegisters.h"
 #include "virtual/RequireRange.h"
 #include "virtual/SettingRegisters.h"
@@ -27,6 +28,7 @@ struct Selectors {
     std::atomic<std::int64_t> balance = 0;
     std::atomic<std::int64_t> lutIndex = 0;
     std::atomic<std::int64_t> userSet = 0;
+    std::atomic<std::int64_t> chunk = 0;
     std::atomic<std::int64_t> latchedTicks = 0;
 };
 
@@ -84,7 +86,9 @@ public:
         AddAnalog();
         AddLut();
         AddUserSets();
+        AddLoading();
         AddTransport();
+        AddChunks();
         AddFileRegisters(m_registers, m_camera);
     }
 
@@ -115,7 +119,9 @@ private:
     void AddAnalog();
     void AddLut();
     void AddUserSets();
+    void AddLoading();
     void AddTransport();
+    void AddChunks();
 
     const std::shared_ptr<Camera> m_camera;
     const std::shared_ptr<Selectors> m_selectors = std::make_shared<Selectors>();
@@ -167,16 +173,25 @@ void Builder::AddSettings() {
     }
 }
 
+/// Settings that come as a whole may contradict one another in between.
+void Builder::AddLoading() {
+    m_registers.AddCommand(0x0710, [c = m_camera] { c->BeginLoading(); });
+    m_registers.AddCommand(0x0714, [c = m_camera] { c->EndLoading(); });
+}
+
 void Builder::AddBinning(const SettingRegister& entry) {
     const SettingRange range = entry.range;
     Number(
         entry.address, [c = m_camera, range] { return c->Settings().*range.field; },
         [c = m_camera, range](std::int64_t value) {
             RequireRange(value, range.min, range.max);
+            const bool isLoading = c->IsLoading();
             c->Change(true, [&](CameraSettings& settings) {
                 const CameraSettings before = settings;
                 settings.*range.field = value;
-                FitToBinning(settings, before);
+                if (!isLoading) {
+                    FitToBinning(settings, before);
+                }
             });
         });
 }
@@ -262,18 +277,31 @@ void Builder::AddUserSets() {
 }
 
 void Builder::AddTransport() {
-    Number(0x0800, [c = m_camera] {
-        const CameraIdentity& identity = c->Identity();
-        return static_cast<std::int64_t>(
-            FrameSize(FrameSettingsOf(c->Settings(), identity.color, identity.index)));
-    });
+    Number(0x0800, [c = m_camera] { return static_cast<std::int64_t>(c->PayloadSize()); });
     Number(
         0x0804, [c = m_camera] { return Bool(c->ParamsLocked()); },
         [c = m_camera](std::int64_t value) {
             RequireRange(value, 0, 1);
             c->SetParamsLocked(value != 0);
         });
-    Number(0x0808, [] { return 0; });
+}
+
+void Builder::AddChunks() {
+    Selector(0x080C, &Selectors::chunk, kChunks - 1);
+    Number(
+        0x0810,
+        [c = m_camera, s = m_selectors] {
+            return Bool((c->Settings().chunksEnabled >> s->chunk & 1) != 0);
+        },
+        [c = m_camera, s = m_selectors](std::int64_t value) {
+            const auto image = static_cast<std::int64_t>(Chunk::Image);
+            const std::int64_t chunk = s->chunk;
+            RequireRange(value, chunk == image ? 1 : 0, 1);
+            c->Change(true, [&](CameraSettings& settings) {
+                settings.chunksEnabled &= ~(std::int64_t{1} << chunk);
+                settings.chunksEnabled |= value << chunk;
+            });
+        });
 }
 
 }  // namespace

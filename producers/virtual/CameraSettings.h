@@ -54,6 +54,8 @@ struct CameraSettings {
     std::int64_t gammaEnable = 0;
     std::int64_t gamma = 100;  ///< hundredths
     std::int64_t lutEnable = 0;
+    std::int64_t chunkMode = 0;              ///< 1: data follow the image
+    std::int64_t chunksEnabled = 63;         ///< a bit for each chunk (see Chunks.h)
     std::shared_ptr<const LookUpTable> lut;  ///< never null in a camera
 };
 

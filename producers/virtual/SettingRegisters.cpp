@@ -1,5 +1,7 @@
 #include "virtual/SettingRegisters.h"
 
+#include "virtual/Chunks.h"
+
 namespace OvVirtual {
 namespace {
 
@@ -31,6 +33,9 @@ constexpr SettingRegister kSettings[] = {
     {0x0514, {&S::gammaEnable, 0, 1, 1, false}},
     {0x0518, {&S::gamma, 10, 400, 1, false}},
     {0x0600, {&S::lutEnable, 0, 1, 1, false}},
+    {0x0808, {&S::chunkMode, 0, 1, 1, true}},
+    // Odd numbers: the image is in every frame.
+    {0x0814, {&S::chunksEnabled, 1, (1 << kChunks) - 1, 2, true}},
 };
 
 constexpr SettingRegister kBinning[] = {

@@ -7,6 +7,7 @@
 #include "framework/Failure.h"
 #include "virtual/Camera.h"
 #include "virtual/CameraPort.h"
+#include "virtual/Chunks.h"
 
 namespace OvVirtual {
 namespace {
@@ -33,6 +34,7 @@ public:
         OvProducer::StreamFacts facts;
         facts.id = "Stream0";
         facts.tlType = GenTL::TLTYPE_CUSTOM;
+        facts.chunksMax = static_cast<std::size_t>(kChunks);
         return facts;
     }
 
