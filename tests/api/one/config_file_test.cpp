@@ -1,0 +1,327 @@
+// Settings of a camera that go into a file and come back.
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "support/AcquisitionTest.h"
+#include "support/FeatureCalls.h"
+
+namespace {
+
+constexpr uint64_t kOffset = 0x2000;
+constexpr uint64_t kGainRaw = 0x2004;
+constexpr int32_t kIoError = -1010;
+
+const std::string kText = "Failed to resolve file name";
+
+std::string Number(const std::string& name, uint64_t address, const std::string& more) {
+    return "<IntReg Name=\"" + name + "\">" + more + "<Address>" + std::to_string(address) +
+           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+           "<Cachable>NoCache</Cachable><Endianess>LittleEndian</Endianess></IntReg>";
+}
+
+/// A camera with two settings, of which "Gain" holds tenths, whatever is written.
+std::string DescribeSettings() {
+    const std::string streamable = "<Streamable>Yes</Streamable>";
+    return DescribeCamera(
+        "<Category Name=\"Root\"><pFeature>DeviceModelName</pFeature><pFeature>Offset</pFeature>"
+        "<pFeature>Gain</pFeature></Category>"
+        "<String Name=\"DeviceModelName\"><Value>Own Camera</Value></String>" +
+        Number("Offset", kOffset, streamable) + "<Converter Name=\"Gain\">" + streamable +
+        "<FormulaTo>FROM * 10</FormulaTo><FormulaFrom>TO / 10</FormulaFrom>"
+        "<pValue>GainRaw</pValue></Converter>" +
+        Number("GainRaw", kGainRaw, ""));
+}
+
+/// A folder of its own for each test, gone with it.
+class Folder {
+public:
+    Folder() {
+        std::string name = (std::filesystem::temp_directory_path() / "config_XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr) {
+            throw std::runtime_error("No folder for the test");
+        }
+        m_path = name;
+    }
+    ~Folder() { std::filesystem::remove_all(m_path); }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+    std::string operator/(const std::string& name) const { return (m_path / name).string(); }
+
+private:
+    std::filesystem::path m_path;
+};
+
+std::string Content(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return (std::ostringstream() << file.rdbuf()).str();
+}
+
+class ConfigFileTest : public OpenCameraTest {
+protected:
+    void SetUp() override {
+        const std::string description = DescribeSettings();
+        producer.SetDescription("Remote", "Settings.xml", description.data(), description.size());
+        OpenCameraTest::SetUp();
+    }
+
+    void Put(uint64_t address, uint32_t value) const {
+        producer.WriteMemory(0, 0, address, &value, sizeof value);
+    }
+    uint32_t At(uint64_t address) const {
+        uint32_t value = 0;
+        producer.ReadMemory(0, 0, address, &value, sizeof value);
+        return value;
+    }
+
+    void Export() { ASSERT_OV_OK(OVExportConfigFile(camera, path.c_str())); }
+    OV_STATUS Import(bool verify = false) {
+        return OVImportConfigFile(camera, path.c_str(), verify);
+    }
+    /// Has the file say something else.
+    void Replace(const std::string& from, const std::string& to) const {
+        std::string text = Content(path);
+        const size_t place = text.find(from);
+        ASSERT_NE(place, std::string::npos) << text;
+        text.replace(place, from.size(), to);
+        std::ofstream(path, std::ios::binary) << text;
+    }
+
+    Folder folder;
+    std::string path = folder / "camera.txt";
+};
+
+// The file.
+
+TEST_F(ConfigFileTest, HasTheSettingsOfTheCamera) {
+    Put(kOffset, 7);
+    Put(kGainRaw, 25);
+    Export();
+    const std::string text = Content(path);
+    EXPECT_EQ(text.find("FileVersion: 1.0\nDeviceModelName: Own Camera\n\n</-----"), 0U) << text;
+    EXPECT_NE(text.find("\nOffset\t7\nGain\t2.5\n\n</-----"), std::string::npos) << text;
+}
+
+TEST_F(ConfigFileTest, ReplacesWhatWasThere) {
+    std::ofstream(path) << std::string(100000, 'x');
+    Export();
+    EXPECT_EQ(Content(path).find('x', Content(path).find("Stream features")), std::string::npos);
+    EXPECT_OV_OK(Import(true));
+}
+
+TEST_F(ConfigFileTest, BringsTheSettingsBack) {
+    Put(kOffset, 7);
+    Put(kGainRaw, 25);
+    Export();
+    Put(kOffset, 0);
+    Put(kGainRaw, 0);
+    EXPECT_OV_OK(Import(true));
+    EXPECT_EQ(At(kOffset), 7U);
+    EXPECT_EQ(At(kGainRaw), 25U);
+}
+
+TEST_F(ConfigFileTest, TakesPathsThatAreNoAscii) {
+    path = folder / "\xE7\x9B\xB8\xE6\x9C\xBA.txt";
+    Export();
+    EXPECT_TRUE(std::filesystem::exists(path));
+}
+
+TEST_F(ConfigFileTest, IsWrittenUpToPathsOf1023Characters) {
+    std::string longPath = folder / "";
+    while (longPath.size() < 1019) {
+        longPath += "./";
+    }
+    const std::string name(1023 - longPath.size(), 'n');
+    EXPECT_OV_OK(OVExportConfigFile(camera, (longPath + name).c_str()));
+    ExpectFailure(OVExportConfigFile(camera, (longPath + name + "n").c_str()), OV_STATUS_ERROR,
+                  "Can't open config file");
+    EXPECT_OV_OK(OVImportConfigFile(camera, (longPath + name).c_str(), true));
+}
+
+// What can go wrong.
+
+TEST_F(ConfigFileTest, AnEmptyPathIsNoFileName) {
+    ExpectFailure(OVExportConfigFile(camera, ""), OV_STATUS_ERROR, kText);
+    ExpectFailure(OVImportConfigFile(camera, "", false), OV_STATUS_ERROR, kText);
+}
+
+TEST_F(ConfigFileTest, AFolderThatDoesNotExistIsFoundAfterTheWalkOverTheFeatures) {
+    const uint64_t reads = producer.CallCount("GCReadPort");
+    ExpectFailure(OVExportConfigFile(camera, (folder / "none/camera.txt").c_str()), OV_STATUS_ERROR,
+                  "Can't open config file");
+    EXPECT_GT(producer.CallCount("GCReadPort"), reads);
+}
+
+TEST_F(ConfigFileTest, AWalkThatFailsLeavesTheFileAsItWas) {
+    std::ofstream(path) << "before";
+    producer.FailCall("GCReadPort", 0, kIoError);
+    EXPECT_EQ(OVExportConfigFile(camera, path.c_str()), kIoError);
+    EXPECT_EQ(Content(path), "before");
+}
+
+TEST_F(ConfigFileTest, AFileThatDoesNotExistCannotBeOpened) {
+    ExpectFailure(Import(), OV_STATUS_ERROR, "Can't open config file");
+}
+
+TEST_F(ConfigFileTest, AFolderIsNoFileOfSettings) {
+    path = folder / "";
+    EXPECT_EQ(Import(), OV_STATUS_ERROR);
+    EXPECT_EQ(LastError::Get().text, "{-1}Invalid feature file format");
+    ExpectFailure(OVExportConfigFile(camera, path.c_str()), OV_STATUS_ERROR,
+                  "Can't open config file");
+}
+
+TEST_F(ConfigFileTest, AFileOfAnotherVersionOrModelIsRefused) {
+    Export();
+    Replace("FileVersion: 1.0", "FileVersion: 0.9");
+    EXPECT_EQ(Import(), OV_STATUS_ERROR);
+    EXPECT_EQ(LastError::Get().text,
+              "{-1}The file with version 0.9 is not supported. Please select a file with version "
+              "smaller than or equal to 1.0");
+    Replace("FileVersion: 0.9", "FileVersion: 1.0");
+    Replace("Own Camera", "Other Camera");
+    EXPECT_EQ(Import(), OV_STATUS_ERROR);
+    EXPECT_EQ(LastError::Get().text,
+              "{-1}The device model(Other Camera) in file is not the same as that in the "
+              "device(Own Camera)");
+}
+
+TEST_F(ConfigFileTest, OneBadLineLeavesTheOthersSet) {
+    Export();
+    Replace("Offset\t0\n", "Offset\t9\nNothing\t1\n");
+    Replace("Gain\t0\n", "Gain\t3.5\n");
+    ExpectFailure(Import(), OV_STATUS_ERROR, "Error while writing node: 'Nothing' not found ");
+    EXPECT_EQ(At(kOffset), 9U);
+    EXPECT_EQ(At(kGainRaw), 35U);
+}
+
+TEST_F(ConfigFileTest, TheTextsOfAllFailuresFollowOneAnother) {
+    Export();
+    Replace("Offset\t0\n", "One\t1\nTwo\t2\n");
+    ExpectFailure(Import(), OV_STATUS_ERROR,
+                  "Error while writing node: 'One' not found "
+                  "Error while writing node: 'Two' not found ");
+}
+
+TEST_F(ConfigFileTest, AValueThatTheCameraRoundsFailsTheVerificationAlone) {
+    Export();
+    Replace("Gain\t0\n", "Gain\t1.23\n");
+    EXPECT_OV_OK(Import(false));
+    EXPECT_EQ(At(kGainRaw), 12U);
+    ExpectFailure(Import(true), OV_STATUS_ERROR,
+                  "Error while verifying node 'Gain'. Expected '1.23', but found '1.2'");
+    EXPECT_EQ(At(kGainRaw), 12U);
+}
+
+TEST_F(ConfigFileTest, ALostCameraFailsEachFeature) {
+    Export();
+    producer.LoseDevice(0, 0);
+    EXPECT_EQ(Import(), OV_STATUS_ERROR);
+    EXPECT_NE(LastError::Get().text.find("Error while writing node 'Offset'"), std::string::npos);
+    EXPECT_NE(LastError::Get().text.find("Error while writing node 'Gain'"), std::string::npos);
+    EXPECT_EQ(OVExportConfigFile(camera, path.c_str()), OV_STATUS_OFFLINE);
+}
+
+TEST_F(AcquisitionTest, ConfigFilesAreNotTouchedWhileAcquiring) {
+    const Folder folder;
+    const std::string path = folder / "camera.txt";
+    ASSERT_OV_OK(OVExportConfigFile(camera, path.c_str()));
+    std::ofstream(path) << "no settings";
+    Start();
+    ExpectFailure(OVImportConfigFile(camera, path.c_str(), false), OV_STATUS_INVALID_CALL,
+                  "Can't import config file after start capture");
+    ExpectFailure(OVExportConfigFile(camera, path.c_str()), OV_STATUS_INVALID_CALL,
+                  "Can't export config file after start capture");
+    EXPECT_EQ(Content(path), "no settings");
+    Stop();
+}
+
+// Which failure goes before which: every pair of things that are wrong.
+
+/// In the faults, in the order of the checks: L library closed, H handle, P
+/// pointer, A acquiring, E empty path, O a file that can't be opened, F a file
+/// without settings.
+struct FileCall {
+    const char* name;
+    const char* faults;
+};
+
+const FileCall kExport = {"Export", "LHPAEO"};
+const FileCall kImport = {"Import", "LHPAEOF"};
+
+struct Case {
+    const FileCall* call;
+    char first;
+    char second;
+};
+
+std::vector<Case> Cases() {
+    std::vector<Case> cases;
+    for (const FileCall* const call : {&kExport, &kImport}) {
+        const std::string faults = call->faults;
+        for (size_t first = 0; first < faults.size(); ++first) {
+            for (size_t second = first; second < faults.size(); ++second) {
+                cases.push_back({call, faults[first], faults[second]});
+            }
+        }
+    }
+    return cases;
+}
+
+class ConfigFileChecks : public AcquisitionTest, public testing::WithParamInterface<Case> {
+protected:
+    bool Has(char fault) const { return GetParam().first == fault || GetParam().second == fault; }
+    bool IsExport() const { return GetParam().call == &kExport; }
+
+    OV_STATUS Run() {
+        const std::string good = folder / "camera.txt";
+        std::ofstream(good) << (Has('F') ? "no settings" : "");
+        const std::string path = Has('E') ? "" : Has('O') ? folder / "none/camera.txt" : good;
+        const char* const text = Has('P') ? nullptr : path.c_str();
+        if (Has('A')) {
+            Start();
+        }
+        if (Has('L')) {
+            EXPECT_OV_OK(OVCloseLib());
+        }
+        const OV_DEV_HANDLE handle = Has('H') ? nullptr : camera;
+        return IsExport() ? OVExportConfigFile(handle, text)
+                          : OVImportConfigFile(handle, text, true);
+    }
+
+    void ExpectFault(OV_STATUS status) const {
+        switch (GetParam().first) {
+            case 'L':
+                return ExpectFailure(status, OV_STATUS_NOT_INIT_API, "Not init API");
+            case 'H':
+                return ExpectFailure(status, OV_STATUS_INVALID_HANDLE, "Invalid device handle");
+            case 'P':
+                return ExpectFailure(status, OV_STATUS_INVALID_PARAMETER, "NULL Pointer");
+            case 'A':
+                return ExpectFailure(status, OV_STATUS_INVALID_CALL,
+                                     IsExport() ? "Can't export config file after start capture"
+                                                : "Can't import config file after start capture");
+            case 'E':
+                return ExpectFailure(status, OV_STATUS_ERROR, kText);
+            case 'O':
+                return ExpectFailure(status, OV_STATUS_ERROR, "Can't open config file");
+            default:
+                EXPECT_EQ(status, OV_STATUS_ERROR);
+                EXPECT_EQ(LastError::Get().text, "{-1}Invalid feature file format");
+        }
+    }
+
+    Folder folder;
+};
+
+TEST_P(ConfigFileChecks, TheFirstOfTwoFaultsDecides) {
+    ExpectFault(Run());
+}
+
+INSTANTIATE_TEST_SUITE_P(Pairs, ConfigFileChecks, testing::ValuesIn(Cases()), [](const auto& test) {
+    return std::string(test.param.call->name) + test.param.first + test.param.second;
+});
+
+}  // namespace
