@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <iomanip>
-#include <sstream>
 
 #include "Error.h"
 #include "FieldText.h"
+#include "Hex.h"
 
 namespace {
 
@@ -91,27 +90,7 @@ std::string ReadBuffer(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
     Check(OVGetBuffer(camera, id, nullptr, &size), Read(id));
     std::vector<uint8_t> bytes(size);
     Check(OVGetBuffer(camera, id, bytes.data(), &size), Read(id));
-    std::ostringstream text;
-    text << std::hex << std::setfill('0');
-    for (const uint8_t byte : bytes) {
-        text << std::setw(2) << static_cast<unsigned>(byte);
-    }
-    return text.str();
-}
-
-std::vector<uint8_t> ParseHex(const std::string& text, OV_FEATURE_ID id) {
-    std::vector<uint8_t> bytes;
-    for (size_t at = 0; at < text.size(); at += 2) {
-        uint8_t byte = 0;
-        const char* const begin = text.data() + at;
-        const auto [end, error] =
-            std::from_chars(begin, std::min(begin + 2, text.data() + text.size()), byte, 16);
-        if (error != std::errc() || end != begin + 2) {
-            throw ToolError("can't " + Write(id) + ": '" + text + "' is not hexadecimal");
-        }
-        bytes.push_back(byte);
-    }
-    return bytes;
+    return ToHex(bytes);
 }
 
 int64_t ParseEntry(OV_DEV_HANDLE camera, OV_FEATURE_ID id, const std::string& text) {
@@ -234,7 +213,7 @@ void WriteFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id, const std::string& tex
             Check(OVSetString(camera, id, text.c_str()), Write(id));
             break;
         case OV_FEATURE_TYPE_BUFFER: {
-            const std::vector<uint8_t> bytes = ParseHex(text, id);
+            const std::vector<uint8_t> bytes = ParseHex(text, Write(id));
             Check(OVSetBuffer(camera, id, bytes.data(), bytes.size()), Write(id));
             break;
         }

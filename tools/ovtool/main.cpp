@@ -4,12 +4,14 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 
+#include "ConfigFile.h"
 #include "Error.h"
 #include "FeatureCommands.h"
 #include "Grab.h"
 #include "Info.h"
 #include "Ip.h"
 #include "List.h"
+#include "RawPort.h"
 #include "Session.h"
 #include "Stream.h"
 
@@ -24,6 +26,10 @@ struct Options {
     std::vector<std::string> names;
     std::string name;
     std::string value;
+    std::string file;
+    bool verify = false;
+    uint64_t address = 0;
+    size_t size = 4;
     double seconds = 5;
     std::string mac;
     IpAddresses addresses;
@@ -74,6 +80,36 @@ void AddFeatureCommands(CLI::App& app, Options& options) {
     set->add_option("feature", options.name, "name of the feature")->required();
     set->add_option("value", options.value, "its new value; none for a command");
     set->callback([&options] { Set(options.choice, options.name, options.value); });
+}
+
+void AddSettingsCommands(CLI::App& app, Options& options) {
+    CLI::App* const save =
+        WithCamera(app.add_subcommand("save", "write all settings to a file"), options);
+    save->add_option("file", options.file, "the file, replaced if it is there")->required();
+    save->callback([&options] { SaveSettings(options.choice, options.file); });
+
+    CLI::App* const load =
+        WithCamera(app.add_subcommand("load", "take all settings from a file"), options);
+    load->add_option("file", options.file, "a file of a camera of the same model")->required();
+    load->add_flag("--verify", options.verify, "tell also what the camera rounded");
+    load->callback([&options] { LoadSettings(options.choice, options.file, options.verify); });
+}
+
+void AddRegisterCommands(CLI::App& app, Options& options) {
+    CLI::App* const read =
+        WithCamera(AddCommand(app, "read", "print registers, past all features", options), options);
+    read->add_option("address", options.address, "of the first byte")->required();
+    read->add_option("size", options.size, "number of bytes, up to 1 MiB")
+        ->check(CLI::Range(0, 1 << 20))
+        ->capture_default_str();
+    read->callback(
+        [&options] { ReadRegisters(options.choice, options.address, options.size, options.json); });
+
+    CLI::App* const write =
+        WithCamera(app.add_subcommand("write", "change registers, past all features"), options);
+    write->add_option("address", options.address, "of the first byte")->required();
+    write->add_option("bytes", options.value, "in hexadecimal")->required();
+    write->callback([&options] { WriteRegisters(options.choice, options.address, options.value); });
 }
 
 void AddFrameCommands(CLI::App& app, Options& options) {
@@ -161,6 +197,8 @@ int Run(int argc, char** argv) {
     WithCamera(AddCommand(app, "info", "all that is known of a camera", options), options)
         ->callback([&options] { ShowInfo(options.choice, options.json); });
     AddFeatureCommands(app, options);
+    AddSettingsCommands(app, options);
+    AddRegisterCommands(app, options);
     AddFrameCommands(app, options);
     AddIpCommands(app, options);
     CLI11_PARSE(app, argc, argv);
