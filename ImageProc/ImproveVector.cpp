@@ -105,59 +105,57 @@ private:
     }
 };
 
-/// Sums of a vector's pixels, to be looked up one by one.
-class Indices {
-public:
-    HWY_INLINE explicit Indices(const Split<Shorts>& sums) {
-        hn::Store(sums.even, Shorts(), m_even);
-        hn::Store(sums.odd, Shorts(), m_odd);
+/// What a table of bytes has for each sum.
+HWY_INLINE hn::Vec<Bytes> LookUp(const uint8_t* tone, const Split<Shorts>& sums) {
+    constexpr size_t kMost = HWY_MAX_BYTES / sizeof(int16_t);
+    alignas(HWY_MAX_BYTES) int16_t even[kMost];
+    alignas(HWY_MAX_BYTES) int16_t odd[kMost];
+    alignas(HWY_MAX_BYTES) uint16_t pairs[kMost];
+    hn::Store(sums.even, Shorts(), even);
+    hn::Store(sums.odd, Shorts(), odd);
+    for (size_t i = 0; i < hn::Lanes(Shorts()); ++i) {
+        pairs[i] = static_cast<uint16_t>(tone[even[i]] | tone[odd[i]] << 8);
     }
-    /// @param out  the first byte that becomes of them, each `Width` bytes on
-    template <int Width>
-    HWY_INLINE void LookUp(const uint8_t* tone, uint8_t* out) const {
-        constexpr size_t kStep = 2 * Width;
-        for (size_t i = 0; i < hn::Lanes(Shorts()); ++i, out += kStep) {
-            out[0] = tone[m_even[i]];
-            out[Width] = tone[m_odd[i]];
-        }
-    }
-
-private:
-    static constexpr size_t kMost = HWY_MAX_BYTES / sizeof(int16_t);
-    alignas(HWY_MAX_BYTES) int16_t m_even[kMost];
-    alignas(HWY_MAX_BYTES) int16_t m_odd[kMost];
-};
+    return hn::BitCast(Bytes(), hn::Load(Words(), pairs));
+}
 
 HWY_INLINE hn::Vec<Bytes> Sixteenth(const Split<Shorts>& sums) {
     const auto odd = hn::ShiftLeft<8>(hn::ShiftRight<4>(sums.odd));
     return hn::BitCast(Bytes(), hn::Or(hn::ShiftRight<4>(sums.even), odd));
 }
 
-template <int Width, size_t Red>
-void CorrectLoop(const uint8_t* src, uint8_t* dst, size_t pixels, const SmallMatrix& matrix,
-                 const uint8_t* tone) {
+/// @param toBytes  makes bytes of the sums of a vector's pixels
+template <int Width, size_t Red, class ToBytes>
+HWY_INLINE void CorrectBlocks(const uint8_t* src, uint8_t* dst, size_t pixels,
+                              const SmallMatrix& matrix, const ToBytes& toBytes) {
     constexpr size_t kBlue = 2 - Red;
     const Row red(matrix.data());
     const Row green(matrix.data() + 3);
     const Row blue(matrix.data() + 6);
-    ForEachBlock<Width>(src, dst, pixels,
-                        [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
-                            Pixels<Width> p = LoadPixels<Width>(in);
-                            const Colours colours{SplitBytes(Shorts(), p.bytes[Red]),
-                                                  SplitBytes(Shorts(), p.bytes[1]),
-                                                  SplitBytes(Shorts(), p.bytes[kBlue])};
-                            p.bytes[Red] = Sixteenth(red.Of(colours));
-                            p.bytes[1] = Sixteenth(green.Of(colours));
-                            p.bytes[kBlue] = Sixteenth(blue.Of(colours));
-                            if (Width == 4 || tone == nullptr) {
-                                StorePixels(p, out);
-                            }
-                            if (tone != nullptr) {
-                                Indices(red.Of(colours)).LookUp<Width>(tone, out + Red);
-                                Indices(green.Of(colours)).LookUp<Width>(tone, out + 1);
-                                Indices(blue.Of(colours)).LookUp<Width>(tone, out + kBlue);
-                            }
-                        });
+    const auto at = [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
+        Pixels<Width> p = LoadPixels<Width>(in);
+        const Colours colours{SplitBytes(Shorts(), p.bytes[Red]), SplitBytes(Shorts(), p.bytes[1]),
+                              SplitBytes(Shorts(), p.bytes[kBlue])};
+        p.bytes[Red] = toBytes(red.Of(colours));
+        p.bytes[1] = toBytes(green.Of(colours));
+        p.bytes[kBlue] = toBytes(blue.Of(colours));
+        StorePixels(p, out);
+    };
+    ForEachBlock<Width>(src, dst, pixels, at);
+}
+
+template <int Width, size_t Red>
+void CorrectLoop(const uint8_t* src, uint8_t* dst, size_t pixels, const SmallMatrix& matrix,
+                 const uint8_t* tone) {
+    if (tone == nullptr) {
+        CorrectBlocks<Width, Red>(src, dst, pixels, matrix, [](const Split<Shorts>& sums) HWY_ATTR {
+            return Sixteenth(sums);
+        });
+    } else {
+        CorrectBlocks<Width, Red>(src, dst, pixels, matrix,
+                                  [tone](const Split<Shorts>& sums)
+                                      HWY_ATTR { return LookUp(tone, sums); });
+    }
 }
 
 #endif

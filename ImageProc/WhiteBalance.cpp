@@ -14,7 +14,7 @@ using Means = std::array<double, 3>;
 /// samples than the rest.
 constexpr int32_t kBorder = 2;
 constexpr int32_t kLeast = 2 * kBorder + 1;
-constexpr int32_t kPixelBytes = 3;
+constexpr size_t kPixelBytes = 3;
 
 Means MeansOf(const uint8_t* image, int32_t width, int32_t height) {
     const auto innerWidth = static_cast<size_t>(width - 2 * kBorder);
