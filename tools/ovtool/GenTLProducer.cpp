@@ -1,6 +1,7 @@
 #include "GenTLProducer.h"
 
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include <array>
 #include <climits>
@@ -25,6 +26,12 @@ bool FetchText(const Get& get, std::string& text) {
     }
     text.resize(strnlen(text.data(), text.size()));
     return true;
+}
+
+constexpr size_t kListedIdLength = 64;
+
+bool IsListedAs(const std::string& id, const std::string& listed) {
+    return id.substr(0, kListedIdLength) == listed;
 }
 
 }  // namespace
@@ -85,6 +92,11 @@ void GenTLProducer::ResolveAll() {
     Resolve(IFUpdateDeviceList, "IFUpdateDeviceList");
     Resolve(IFGetNumDevices, "IFGetNumDevices");
     Resolve(IFGetDeviceID, "IFGetDeviceID");
+    Resolve(IFOpenDevice, "IFOpenDevice");
+    Resolve(DevClose, "DevClose");
+    Resolve(DevGetPort, "DevGetPort");
+    Resolve(GCGetPortURLInfo, "GCGetPortURLInfo");
+    Resolve(GCReadPort, "GCReadPort");
 }
 
 void GenTLProducer::Require(GenTL::GC_ERROR status, const char* function) const {
@@ -130,6 +142,17 @@ std::vector<std::string> GenTLProducer::DeviceIds(GenTL::IF_HANDLE iface, uint32
     return ids;
 }
 
+void GenTLProducer::WithDevice(GenTL::IF_HANDLE iface, const std::string& id,
+                               const std::function<void(GenTL::PORT_HANDLE)>& visit) const {
+    GenTL::DEV_HANDLE device = nullptr;
+    Require(IFOpenDevice(iface, id.c_str(), GenTL::DEVICE_ACCESS_READONLY, &device),
+            "IFOpenDevice");
+    const std::unique_ptr<void, GenTL::PDevClose> close(device, DevClose);
+    GenTL::PORT_HANDLE port = nullptr;
+    Require(DevGetPort(device, &port), "DevGetPort");
+    visit(port);
+}
+
 Json GenTLProducer::Text(const Query& query) const {
     std::string text;
     GenTL::INFO_DATATYPE type = GenTL::INFO_DATATYPE_UNKNOWN;
@@ -142,4 +165,25 @@ Json GenTLProducer::Number(const Query& query) const {
     size_t size = sizeof value;
     GenTL::INFO_DATATYPE type = GenTL::INFO_DATATYPE_UNKNOWN;
     return query(&type, &value, &size) == GenTL::GC_ERR_SUCCESS ? Json(value) : Json();
+}
+
+void VisitCamera(const std::string& deviceId, uint32_t timeout,
+                 const std::function<void(const GenTLProducer&, GenTL::IF_HANDLE,
+                                          const std::string& id)>& visit) {
+    bool found = false;
+    for (const char* const name : {"OvGVTL.cti", "OvU3VTL.cti", "KwTL.cti"}) {
+        const std::string path = LibraryFolder() + "/" + name;
+        if (found || access(path.c_str(), F_OK) != 0) {
+            continue;
+        }
+        const GenTLProducer producer(path);
+        producer.ForEachInterface(timeout, [&](GenTL::IF_HANDLE iface) {
+            for (const std::string& id : producer.DeviceIds(iface, timeout)) {
+                if (!found && IsListedAs(id, deviceId)) {
+                    found = true;
+                    visit(producer, iface, id);
+                }
+            }
+        });
+    }
 }

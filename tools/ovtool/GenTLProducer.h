@@ -31,6 +31,12 @@ public:
                           const std::function<void(GenTL::IF_HANDLE)>& visit) const;
     std::vector<std::string> DeviceIds(GenTL::IF_HANDLE iface, uint32_t timeout) const;
 
+    /// Opens a camera for reading and gives its own port. Raises when it can't.
+    void WithDevice(GenTL::IF_HANDLE iface, const std::string& id,
+                    const std::function<void(GenTL::PORT_HANDLE)>& visit) const;
+    /// Raises what `function` answered unless it went well.
+    void Require(GenTL::GC_ERROR status, const char* function) const;
+
     using Query =
         std::function<GenTL::GC_ERROR(GenTL::INFO_DATATYPE* type, void* buffer, size_t* size)>;
     /// The answer to an information call; null when the producer refuses it.
@@ -40,12 +46,13 @@ public:
     GenTL::PGCGetInfo GCGetInfo = nullptr;
     GenTL::PIFGetInfo IFGetInfo = nullptr;
     GenTL::PIFGetDeviceInfo IFGetDeviceInfo = nullptr;
+    GenTL::PGCGetPortURLInfo GCGetPortURLInfo = nullptr;
+    GenTL::PGCReadPort GCReadPort = nullptr;
 
 private:
     template <class Pointer>
     void Resolve(Pointer& pointer, const char* name);
     void ResolveAll();
-    void Require(GenTL::GC_ERROR status, const char* function) const;
 
     std::string m_path;
     std::unique_ptr<void, int (*)(void*)> m_library;
@@ -63,4 +70,15 @@ private:
     GenTL::PIFUpdateDeviceList IFUpdateDeviceList = nullptr;
     GenTL::PIFGetNumDevices IFGetNumDevices = nullptr;
     GenTL::PIFGetDeviceID IFGetDeviceID = nullptr;
+    GenTL::PIFOpenDevice IFOpenDevice = nullptr;
+    GenTL::PDevClose DevClose = nullptr;
+    GenTL::PDevGetPort DevGetPort = nullptr;
 };
+
+/// Asks each producer beside the library for a camera, in the library's order,
+/// and visits it at the first that has it.
+/// @param deviceId  as in the device list, maybe cut
+/// @param timeout   for each search, in milliseconds
+void VisitCamera(const std::string& deviceId, uint32_t timeout,
+                 const std::function<void(const GenTLProducer&, GenTL::IF_HANDLE,
+                                          const std::string& id)>& visit);

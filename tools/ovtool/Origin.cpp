@@ -1,16 +1,8 @@
 #include "Origin.h"
 
-#include <unistd.h>
-
 #include "GenTLProducer.h"
 
 namespace {
-
-constexpr size_t kListedIdLength = 64;
-
-bool IsListedAs(const std::string& id, const std::string& listed) {
-    return id.substr(0, kListedIdLength) == listed;
-}
 
 /// The version of the standard that the producer follows.
 Json StandardVersion(const GenTLProducer& producer) {
@@ -62,30 +54,14 @@ Json CameraFacts(const GenTLProducer& producer, GenTL::IF_HANDLE iface, const st
             {"timestampFrequency", producer.Number(ask(GenTL::DEVICE_INFO_TIMESTAMP_FREQUENCY))}};
 }
 
-std::optional<Origin> FindIn(const GenTLProducer& producer, const std::string& deviceId,
-                             uint32_t timeout) {
-    std::optional<Origin> origin;
-    producer.ForEachInterface(timeout, [&](GenTL::IF_HANDLE iface) {
-        for (const std::string& id : producer.DeviceIds(iface, timeout)) {
-            if (!origin && IsListedAs(id, deviceId)) {
-                origin = Origin{CameraFacts(producer, iface, id), InterfaceFacts(producer, iface),
-                                ProducerFacts(producer)};
-            }
-        }
-    });
-    return origin;
-}
-
 }  // namespace
 
 std::optional<Origin> FindOrigin(const std::string& deviceId, uint32_t timeout) {
-    for (const char* const name : {"OvGVTL.cti", "OvU3VTL.cti", "KwTL.cti"}) {
-        const std::string path = LibraryFolder() + "/" + name;
-        if (access(path.c_str(), F_OK) == 0) {
-            if (auto origin = FindIn(GenTLProducer(path), deviceId, timeout)) {
-                return origin;
-            }
-        }
-    }
-    return std::nullopt;
+    std::optional<Origin> origin;
+    VisitCamera(deviceId, timeout,
+                [&](const GenTLProducer& producer, GenTL::IF_HANDLE iface, const std::string& id) {
+                    origin = Origin{CameraFacts(producer, iface, id),
+                                    InterfaceFacts(producer, iface), ProducerFacts(producer)};
+                });
+    return origin;
 }

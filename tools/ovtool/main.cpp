@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 
+#include "Chunks.h"
 #include "ConfigFile.h"
 #include "Error.h"
 #include "FeatureCommands.h"
@@ -23,6 +24,7 @@ struct Options {
     bool json = false;
     uint32_t timeout = kSearchTimeout;
     GrabOptions grab;
+    ChunkOptions chunks;
     std::vector<std::string> names;
     std::string name;
     std::string value;
@@ -123,6 +125,15 @@ void AddFrameCommands(CLI::App& app, Options& options) {
     grab->add_flag("--png,!--no-png", options.grab.png, "write pictures (the default)");
     grab->add_flag("--raw", options.grab.raw, "write the bytes as the camera sent them");
     grab->callback([&options] { Grab(options.choice, options.grab, options.json); });
+
+    CLI::App* const chunks = WithCamera(
+        AddCommand(app, "chunks", "take frames and print what the camera appends to them", options),
+        options);
+    chunks->add_option("-n,--count", options.chunks.count, "how many frames")
+        ->capture_default_str();
+    chunks->add_option("-t,--timeout", options.chunks.timeout, "for each frame, in milliseconds")
+        ->capture_default_str();
+    chunks->callback([&options] { PrintChunks(options.choice, options.chunks, options.json); });
 
     CLI::App* const stream = WithCamera(
         AddCommand(app, "stream", "take frames and tell how well they come", options), options);
