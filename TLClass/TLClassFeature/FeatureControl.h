@@ -9,6 +9,8 @@
 
 namespace OVTLClass {
 
+class CFeatureNodeCallback;
+
 /// Feature access over a node map, which outlives it.
 class CFeatureControl : public IFeatureControl {
 public:
@@ -58,10 +60,12 @@ private:
     GenApi_3_0_ORVANE::INode& __GetGenAPINode(const std::string& name) const;
     template <class T>
     T& __GetNodeHandle(const std::string& name) const;
-    bool __Deregister(const CFeatureCallbackHandle& handle) const;
+    bool __Deregister(const CFeatureCallbackHandle& handle);
 
     GenApi_3_0_ORVANE::CNodeMapRef* m_nodeMap;
     std::vector<std::unique_ptr<CFeatureCallbackHandle>> m_callbacks;
+    /// Taken away, and perhaps still about to be looked at by the engine.
+    std::vector<std::shared_ptr<CFeatureNodeCallback>> m_retired;
 };
 
 }  // namespace OVTLClass
