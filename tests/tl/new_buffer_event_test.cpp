@@ -7,6 +7,7 @@
 
 #include "StreamTest.h"
 #include "TLClassEvent/NewBufferEvent.h"
+#include "ThreadShortage.h"
 
 namespace OVTLClass {
 namespace {
@@ -314,28 +315,6 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(Geometry{"OvGVTL.cti", false, false}, Geometry{"OvGVTL.cti", true, true},
                       Geometry{"OvU3VTL.cti", false, false}, Geometry{"OvU3VTL.cti", true, false},
                       Geometry{"KwTL.cti", false, true}, Geometry{"KwTL.cti", true, true}));
-
-/// No thread can be made while it lives: none has that much memory for a stack.
-class ThreadShortage {
-public:
-    ThreadShortage() {
-        pthread_getattr_default_np(&m_before);
-        pthread_attr_t attributes;
-        pthread_attr_init(&attributes);
-        pthread_attr_setstacksize(&attributes, size_t{1} << 46);
-        pthread_setattr_default_np(&attributes);
-        pthread_attr_destroy(&attributes);
-    }
-    ~ThreadShortage() {
-        pthread_setattr_default_np(&m_before);
-        pthread_attr_destroy(&m_before);
-    }
-    ThreadShortage(const ThreadShortage&) = delete;
-    ThreadShortage& operator=(const ThreadShortage&) = delete;
-
-private:
-    pthread_attr_t m_before{};
-};
 
 TEST_F(Delivery, IsNotRegisteredWithoutAThread) {
     RegisterCounter();

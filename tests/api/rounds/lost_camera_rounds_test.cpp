@@ -1,0 +1,212 @@
+// A camera is lost at every moment of its use, closed, found again and opened.
+
+#include <atomic>
+
+#include "Rounds.h"
+
+namespace {
+
+constexpr OV_FEATURE_ID kEvent = OV_FEATURE_EventExposureEndFrameID;
+
+/// Counts what the callbacks of a camera tell.
+struct Ear {
+    FrameCounter frames;
+    std::atomic<unsigned> losses{0};
+    std::atomic<unsigned> events{0};
+
+    static void OnLoss(void* user) { ++static_cast<Ear*>(user)->losses; }
+    static void OnEvent(OV_FEATURE_ID /*feature*/, void* user) {
+        ++static_cast<Ear*>(user)->events;
+    }
+    static void Await(const std::atomic<unsigned>& count, unsigned wanted) {
+        while (count < wanted) {
+            std::this_thread::yield();
+        }
+    }
+};
+
+class LostCameraRoundsTest : public RoundsTest {
+protected:
+    TestProducer& ProducerOf(unsigned round) { return round % 2 == 0 ? gev : custom; }
+
+    /// A running camera with all of its callbacks.
+    OV_DEV_HANDLE OpenHeard(TestProducer& producer, Ear& ear) {
+        const OV_DEV_HANDLE camera = OpenRunning(producer, 0, 0);
+        void* handle = nullptr;
+        EXPECT_OV_OK(OVRegisterDeviceOfflineCallback(camera, &ear, &Ear::OnLoss, &handle));
+        EXPECT_OV_OK(OVRegisterFeatureCallback(camera, &ear, &Ear::OnEvent, kEvent, &handle));
+        EXPECT_OV_OK(OVRegisterCaptureCallback(camera, &ear.frames, &FrameCounter::OnFrame));
+        EXPECT_OV_OK(OVStreamOn(camera));
+        ear.frames.WaitForMore(1);
+        producer.FireExposureEnd(0, 0, 1);
+        Ear::Await(ear.events, 1);
+        return camera;
+    }
+
+    void ExpectClosedCamera() {
+        ExpectClosed({"Device", "Stream", "Buffer", "Event", "Acquisition"});
+    }
+
+    /// Closes what is lost; the camera comes back, delivers and closes again.
+    void CloseAndFindAgain(TestProducer& producer, OV_DEV_HANDLE camera, Ear& ear) {
+        EXPECT_OV_OK(OVCloseDevice(camera));
+        EXPECT_LE(ear.losses, 1U);
+        ExpectClosedCamera();
+        EXPECT_EQ(Update(), kCameras - 1);
+        producer.ReturnDevice(0, 0);
+        EXPECT_EQ(Update(), kCameras);
+        Ear next;
+        const OV_DEV_HANDLE found = OpenHeard(producer, next);
+        EXPECT_OV_OK(OVCloseDevice(found));
+        EXPECT_EQ(next.losses, 0U);
+        ExpectClosedCamera();
+    }
+};
+
+TEST_F(LostCameraRoundsTest, WhileFramesFlow) {
+    Run([&](unsigned round) {
+        TestProducer& producer = ProducerOf(round);
+        Ear ear;
+        const OV_DEV_HANDLE camera = OpenHeard(producer, ear);
+        producer.LoseDevice(0, 0);
+        if (round % 3 != 0) {
+            Ear::Await(ear.losses, 1);
+        }
+        if (round % 4 < 2) {
+            EXPECT_EQ(OVStreamOff(camera), OV_STATUS_OFFLINE);
+        }
+        CloseAndFindAgain(producer, camera, ear);
+    });
+}
+
+TEST_F(LostCameraRoundsTest, WhileAnEventCallbackRuns) {
+    struct Held {
+        std::atomic<unsigned> entered{0};
+        std::atomic<bool> released{false};
+        OV_DEV_HANDLE camera = nullptr;
+        OV_STATUS status = OV_STATUS_ERROR;
+
+        static void OnEvent(OV_FEATURE_ID /*feature*/, void* user) {
+            auto* const held = static_cast<Held*>(user);
+            if (held->entered++ != 0) {
+                return;
+            }
+            while (!held->released) {
+                std::this_thread::yield();
+            }
+            int64_t width = 0;
+            held->status = OVGetInt(held->camera, OV_FEATURE_PayloadSize, &width);
+        }
+    };
+    Run([&](unsigned round) {
+        TestProducer& producer = ProducerOf(round);
+        Ear ear;
+        Held held;
+        const OV_DEV_HANDLE camera = OpenHeard(producer, ear);
+        held.camera = camera;
+        void* handle = nullptr;
+        EXPECT_OV_OK(OVRegisterFeatureCallback(camera, &held, &Held::OnEvent, kEvent, &handle));
+        producer.FireExposureEnd(0, 0, 2);
+        Ear::Await(held.entered, 1);
+        producer.LoseDevice(0, 0);
+        Ear::Await(ear.losses, 1);
+        if (round % 2 == 0) {
+            held.released = true;
+            CloseAndFindAgain(producer, camera, ear);
+        } else {
+            // The close begins while the callback is still held.
+            std::atomic<bool> closing{false};
+            std::thread release([&] {
+                while (!closing) {
+                    std::this_thread::yield();
+                }
+                held.released = true;
+            });
+            closing = true;
+            CloseAndFindAgain(producer, camera, ear);
+            release.join();
+        }
+        EXPECT_TRUE(held.status == OV_STATUS_OFFLINE || held.status == OV_STATUS_SUCCESS);
+    });
+}
+
+TEST_F(LostCameraRoundsTest, WhileAFeatureIsWritten) {
+    Run([&](unsigned round) {
+        TestProducer& producer = ProducerOf(round);
+        Ear ear;
+        const OV_DEV_HANDLE camera = OpenHeard(producer, ear);
+        std::atomic<unsigned> written{0};
+        Beside writing([&] {
+            OV_STATUS status = OV_STATUS_SUCCESS;
+            for (int64_t value = 0; status == OV_STATUS_SUCCESS; value = 1 - value) {
+                status = OVSetFloat(camera, OV_FEATURE_ExposureTime,
+                                    1000.0 + static_cast<double>(value));
+                ++written;
+            }
+            return status;
+        });
+        Ear::Await(written, 1 + round % 5);
+        producer.LoseDevice(0, 0);
+        EXPECT_EQ(writing.Join(), OV_STATUS_OFFLINE) << writing.GetText();
+        CloseAndFindAgain(producer, camera, ear);
+    });
+}
+
+TEST_F(LostCameraRoundsTest, DuringTheClose) {
+    // Each is a step of the close before which the camera goes.
+    constexpr const char* kSteps[] = {"GCWritePort",       "EventKill", "GCUnregisterEvent",
+                                      "DSStopAcquisition", "DSClose",   "DevClose"};
+    Run([&](unsigned round) {
+        TestProducer& producer = ProducerOf(round / std::size(kSteps));
+        Ear ear;
+        const OV_DEV_HANDLE camera = OpenHeard(producer, ear);
+        HeldCall held(producer, kSteps[round % std::size(kSteps)]);
+        Beside closing([&] { return OVCloseDevice(camera); });
+        held.WaitFor(1);
+        producer.LoseDevice(0, 0);
+        held.Release();
+        EXPECT_EQ(closing.Join(), OV_STATUS_SUCCESS) << closing.GetText();
+        EXPECT_LE(ear.losses, 1U);
+        ExpectClosedCamera();
+        producer.ReturnDevice(0, 0);
+        EXPECT_EQ(Update(), kCameras);
+        Ear next;
+        EXPECT_OV_OK(OVCloseDevice(OpenHeard(producer, next)));
+    });
+}
+
+TEST_F(LostCameraRoundsTest, AndClosedByAThreadOfTheOfflineCallback) {
+    struct Closer {
+        OV_DEV_HANDLE camera = nullptr;
+        OV_STATUS refused = OV_STATUS_SUCCESS;
+        std::atomic<OV_STATUS> closed{OV_STATUS_ERROR};
+        std::thread thread;
+        std::atomic<unsigned> started{0};
+
+        static void OnLoss(void* user) {
+            auto* const self = static_cast<Closer*>(user);
+            self->refused = OVCloseDevice(self->camera);
+            self->thread = std::thread([self] { self->closed = OVCloseDevice(self->camera); });
+            ++self->started;
+        }
+    };
+    Run([&](unsigned round) {
+        TestProducer& producer = ProducerOf(round);
+        Ear ear;
+        Closer closer;
+        closer.camera = OpenHeard(producer, ear);
+        void* handle = nullptr;
+        EXPECT_OV_OK(
+            OVRegisterDeviceOfflineCallback(closer.camera, &closer, &Closer::OnLoss, &handle));
+        producer.LoseDevice(0, 0);
+        Ear::Await(closer.started, 1);
+        closer.thread.join();
+        EXPECT_EQ(closer.refused, OV_STATUS_INVALID_CALL);
+        EXPECT_EQ(closer.closed, OV_STATUS_SUCCESS);
+        ExpectClosedCamera();
+        producer.ReturnDevice(0, 0);
+        EXPECT_EQ(Update(), kCameras);
+    });
+}
+
+}  // namespace
