@@ -323,9 +323,9 @@ OV_API OV_STATUS OVRegisterFeatureCallback(OV_DEV_HANDLE hDevice, void* pUserPar
  *  events: OV_STATUS_INVALID_CALL. */
 OV_API OV_STATUS OVUnregisterFeatureCallback(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
                                              OV_FEATURE_CALLBACK_HANDLE pHCallBack);
-/** Drops the camera's events that wait. */
+/** Drops the waiting events; OV_STATUS_INVALID_CALL before an event feature has a callback. */
 OV_API OV_STATUS OVFlushEvent(OV_DEV_HANDLE hDevice);
-/** How many of the camera's events wait. */
+/** How many of the camera's events wait; OV_STATUS_INVALID_CALL as for OVFlushEvent(). */
 OV_API OV_STATUS OVGetEventNumInQueue(OV_DEV_HANDLE hDevice, uint32_t* pnEventNum);
 
 /** @} */
