@@ -39,7 +39,7 @@ TEST(DcamCrc, IsTheOneOfThePolynomial) {
 }
 
 TEST(DcamCrc, IsFoundBehindAChunk) {
-    for (const size_t length : {0, 1, 100}) {
+    for (const size_t length : {0U, 1U, 100U}) {
         const Bytes plain = DcamChunk(CountUp(length));
         const Bytes checked = WithCrc(plain);
         EXPECT_FALSE(CChunkAdapterDcam::HasCRC(plain.data(), SizeOf(plain)));

@@ -135,12 +135,12 @@ TEST_P(ChunkTrailer, RefusesAChunkLongerThanTheBuffer) {
     for (const uint32_t length : {9U, 65535U, 0x7FFFFFFFU, 0xFFFFFFF0U, 0xFFFFFFFFU}) {
         Bytes buffer = Buffer({{kOne, CountUp(8)}});
         const uint32_t lie = length + (length < 0xFFFFFF00U ? m_Transport.trailer : 0);
-        buffer.resize(buffer.size() - (m_Transport.trailer == 0 ? 4 : 8));
-        Append(buffer,
-               std::string("GigEVision") == m_Transport.name ? BigWord(lie) : LittleWord(lie));
+        Bytes fields =
+            m_Transport.name == std::string("GigEVision") ? BigWord(lie) : LittleWord(lie);
         if (m_Transport.trailer != 0) {
-            Append(buffer, LittleWord(~lie));
+            Append(fields, LittleWord(~lie));
         }
+        std::copy(fields.rbegin(), fields.rend(), buffer.rbegin());
         ExpectRefused(buffer);
     }
 }
