@@ -1,7 +1,7 @@
 #pragma once
 /// Cameras that send events, and the messages that they send.
 
-#include <cstring>
+#include <string_view>
 
 #include "GenApi/EventAdapter.h"
 #include "GenApi/EventPort.h"
@@ -57,11 +57,14 @@ public:
     static std::string Describe(const std::vector<std::string>& ids) {
         std::string body;
         for (const std::string& id : ids) {
-            const std::string port = "E" + id;
-            body += "<IntReg Name=\"Size" + id + "\"><Address>0</Address><Length>2</Length>" +
-                    "<AccessMode>RO</AccessMode><pPort>" + port + "</pPort>" +
-                    "<Sign>Unsigned</Sign><Endianess>BigEndian</Endianess></IntReg>";
-            body += "<Port Name=\"" + port + "\"><EventID>" + id + "</EventID></Port>";
+            using Parts = std::initializer_list<std::string_view>;
+            for (const std::string_view part :
+                 Parts{"<IntReg Name=\"Size", id, "\"><Address>0</Address><Length>2</Length>",
+                       "<AccessMode>RO</AccessMode><pPort>E", id,
+                       "</pPort><Sign>Unsigned</Sign><Endianess>BigEndian</Endianess></IntReg>",
+                       "<Port Name=\"E", id, "\"><EventID>", id, "</EventID></Port>"}) {
+                body += part;
+            }
         }
         return body;
     }
