@@ -68,7 +68,7 @@ inline const std::string kModel =
     "<String Name=\"DeviceModelName\"><Value>Camera One</Value></String>";
 /// Whatever is written, "Gain" holds tenths.
 inline const std::string kSettings =
-    "<Category Name=\"Root\"><pFeature>DeviceModelName</pFeature><pFeature>Offset</pFeature>"
+    "<Category Name=\"Root\"><pFeature>Offset</pFeature>"
     "<pFeature>Bank</pFeature><pFeature>Level</pFeature><pFeature>Gain</pFeature></Category>" +
     Number("Offset", kOffset) +
     "<Integer Name=\"Bank\"><pValue>BankReg</pValue><Min>0</Min><Max>1</Max>"
