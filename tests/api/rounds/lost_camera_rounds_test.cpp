@@ -157,7 +157,7 @@ TEST_F(LostCameraRoundsTest, DuringTheClose) {
     constexpr const char* kSteps[] = {"GCWritePort",       "EventKill", "GCUnregisterEvent",
                                       "DSStopAcquisition", "DSClose",   "DevClose"};
     Run([&](unsigned round) {
-        TestProducer& producer = ProducerOf(round / std::size(kSteps));
+        TestProducer& producer = ProducerOf(round / unsigned{std::size(kSteps)});
         Ear ear;
         const OV_DEV_HANDLE camera = OpenHeard(producer, ear);
         HeldCall held(producer, kSteps[round % std::size(kSteps)]);
