@@ -41,14 +41,22 @@ void CBuffer::AnnounceBuffer() {
     void* handle = nullptr;
     OV_VERIFY(m_lib.DSAnnounceBuffer(m_stream, m_memory.get(), m_size, this, &handle), m_lib);
     m_handle = handle;
+    const std::scoped_lock lock(m_queueMutex);
+    m_isWithdrawn = false;
 }
 
 void CBuffer::QueueBuffer() {
+    const std::scoped_lock lock(m_queueMutex);
     void* const handle = m_handle;
-    if (handle == nullptr) {
+    if (handle == nullptr || m_isWithdrawn) {
         OV_RAISE(CUnexpectedError, "Can not queue a buffer before announcing it");
     }
     OV_VERIFY(m_lib.DSQueueBuffer(m_stream, handle), m_lib);
+}
+
+void CBuffer::Withdraw() {
+    const std::scoped_lock lock(m_queueMutex);
+    m_isWithdrawn = true;
 }
 
 void CBuffer::RevokeBuffer() {

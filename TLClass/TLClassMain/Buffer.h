@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include "TLClassInfo/InfoRecords.h"
@@ -30,6 +31,10 @@ public:
     void AnnounceBuffer();
     /// Gives the buffer to the producer to be filled.
     void QueueBuffer();
+    /// Ends the queueing of this buffer. Other threads may give frames back while
+    /// a stream stops, and a buffer that they queue behind the producer's last
+    /// flush couldn't be revoked.
+    void Withdraw();
     /// Takes the buffer back from the producer; a failure is logged.
     void RevokeBuffer();
     /// What the producer tells of the frame in it.
@@ -53,6 +58,8 @@ private:
     /// Null while not announced. A stop takes it away while another thread may
     /// still fetch a frame.
     std::atomic<void*> m_handle{nullptr};
+    std::mutex m_queueMutex;
+    bool m_isWithdrawn = false;
     std::unique_ptr<uint8_t[]> m_memory;
     size_t m_size = 0;
 };

@@ -94,6 +94,7 @@ private:
     void __AllocateBuffers(size_t payloadSize);
     static size_t __GetAlignBufferSize(size_t size, const InfoSize& alignment);
     void __AnnouceBuffers();
+    void __WithdrawBuffers() const;
     void __RevokeBuffers();
     void __FreeBuffers();
     void __StopDataStreamAcquisition();

@@ -49,9 +49,10 @@ public:
 /// All buffers waiting to be filled.
 class CDataStream::CDSFlushQueueAgency : public CAgency {
 public:
-    CDSFlushQueueAgency(const CGenTLLib& lib, void* streamHandle) {
+    CDSFlushQueueAgency(const CDataStream& stream, const CGenTLLib& lib, void* streamHandle) {
         OV_VERIFY(lib.DSFlushQueue(streamHandle, GenTL::ACQ_QUEUE_ALL_TO_INPUT), lib);
-        Arm([&lib, streamHandle] {
+        Arm([&stream, &lib, streamHandle] {
+            stream.__WithdrawBuffers();
             OV_LOG_UNDO_IF_FAILED(CDSFlushQueueAgency,
                                   lib.DSFlushQueue(streamHandle, GenTL::ACQ_QUEUE_ALL_DISCARD),
                                   lib);
@@ -87,7 +88,7 @@ void CDataStream::DoStartDataStreamAcqusition(const IBufferInitInfo& info) {
     // Before the first buffer can fill.
     CStartGetNewBufferAgency event(m_newBufferEvent, m_handle, info, m_chunkAdapter.get());
     CAnnouceBuffersAgency announced(*this);
-    CDSFlushQueueAgency queued(GetLib(), m_handle);
+    CDSFlushQueueAgency queued(*this, GetLib(), m_handle);
     CDSStartAcquisitionAgency started(GetLib(), m_handle);
     m_acquiring = true;
     started.Commit();
@@ -108,6 +109,7 @@ void CDataStream::__StopDataStreamAcquisition() {
     }
     OV_RUN_LOGGED([this] { m_newBufferEvent.StopGetNewBuffer(); });
     OV_LOG_IF_FAILED(GetLib().DSStopAcquisition(m_handle, GenTL::ACQ_STOP_FLAGS_KILL), GetLib());
+    __WithdrawBuffers();
     OV_LOG_IF_FAILED(GetLib().DSFlushQueue(m_handle, GenTL::ACQ_QUEUE_ALL_DISCARD), GetLib());
     __RevokeBuffers();
     OV_RUN_LOGGED([this] { __SetTLParamsLocked(0); });
@@ -151,6 +153,12 @@ size_t CDataStream::__GetAlignBufferSize(size_t size, const InfoSize& alignment)
 void CDataStream::__AnnouceBuffers() {
     for (const auto& buffer : m_buffers) {
         buffer->AnnounceBuffer();
+    }
+}
+
+void CDataStream::__WithdrawBuffers() const {
+    for (const auto& buffer : m_buffers) {
+        buffer->Withdraw();
     }
 }
 
