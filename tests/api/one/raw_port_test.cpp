@@ -21,7 +21,7 @@ std::vector<uint8_t> Counted(size_t size) {
 TEST_F(RawPortTest, ReadsWhatTheCameraHas) {
     const std::vector<uint8_t> bytes = Counted(300);
     producer.WriteMemory(0, 0, kFree, bytes.data(), bytes.size());
-    for (size_t size : {1, 2, 3, 4, 8, 299, 300}) {
+    for (const size_t size : {1U, 2U, 3U, 4U, 8U, 299U, 300U}) {
         std::vector<uint8_t> read(301, 0xEE);
         size_t moved = size;
         ASSERT_OV_OK(OVReadRemoteDevicePort(camera, kFree, read.data(), &moved));
@@ -33,7 +33,7 @@ TEST_F(RawPortTest, ReadsWhatTheCameraHas) {
 }
 
 TEST_F(RawPortTest, WritesWhatTheCameraGets) {
-    for (size_t size : {1, 2, 3, 4, 8, 299, 300}) {
+    for (const size_t size : {1U, 2U, 3U, 4U, 8U, 299U, 300U}) {
         const std::vector<uint8_t> bytes = Counted(size);
         size_t moved = size;
         ASSERT_OV_OK(OVWriteRemoteDevicePort(camera, kFree, bytes.data(), &moved));
