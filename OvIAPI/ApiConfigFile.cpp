@@ -43,7 +43,8 @@ std::wstring Widen(const char* path) {
 std::string Narrow(const std::wstring& wide) {
     std::string path(2 * wide.size() + 1, '\0');
     std::wcstombs(path.data(), wide.c_str(), path.size() - 1);
-    return path.c_str();
+    path.resize(path.find('\0'));
+    return path;
 }
 
 void CheckOpened(bool isOpen) {

@@ -24,7 +24,8 @@ std::vector<uint8_t> ParseHex(const std::string& text, const std::string& what) 
         const auto [end, error] =
             std::from_chars(begin, std::min(begin + 2, text.data() + text.size()), byte, 16);
         if (error != std::errc() || end != begin + 2) {
-            throw ToolError("can't " + what + ": '" + text + "' is not hexadecimal");
+            throw ToolError(
+                ("can't " + what).append(": '").append(text).append("' is not hexadecimal"));
         }
         bytes.push_back(byte);
     }
