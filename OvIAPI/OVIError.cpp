@@ -1,5 +1,7 @@
 #include "OVIError.h"
 
+#include <new>
+
 #include "TLClassLoadTL/OvException.h"
 
 COVIError& COVIError::GetInstance() {
@@ -17,8 +19,13 @@ void COVIError::Set(OV_STATUS status, const char* text) {
 
 namespace {
 
+// Without memory for the text the status alone tells the failure.
 OV_STATUS Store(OV_STATUS status, const char* text) {
-    COVIError::GetInstance().Set(status, text);
+    try {
+        COVIError::GetInstance().Set(status, text);
+    } catch (const std::bad_alloc&) {
+        return status;
+    }
     return status;
 }
 
