@@ -19,10 +19,22 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// A square of bytes as wide as a cache line, so that each line of source and
+/// Squares of bytes as wide as a cache line, so that each line of source and
 /// destination is taken once, however far apart the rows are.
 constexpr size_t kSquare = 64;
 using Square = uint8_t[kSquare][kSquare];
+
+/// Rows at equal distances in memory.
+template <class Byte>
+struct Rows {
+    Byte* first;
+    ptrdiff_t step;
+
+    HWY_INLINE Byte* At(size_t y) const { return first + static_cast<ptrdiff_t>(y) * step; }
+    HWY_INLINE Rows From(size_t x, size_t y) const { return {At(y) + x, step}; }
+};
+using Source = Rows<const uint8_t>;
+using Destination = Rows<uint8_t>;
 
 #if HWY_TARGET == HWY_SCALAR
 
@@ -30,10 +42,10 @@ void ReverseRow(const uint8_t* src, uint8_t* dst, size_t width) {
     std::reverse_copy(src, src + width, dst);
 }
 
-void TransposeSquare(const Square& in, Square& out) {
+void TransposeSquare(const Source& in, const Destination& out) {
     for (size_t y = 0; y < kSquare; ++y) {
         for (size_t x = 0; x < kSquare; ++x) {
-            out[x][y] = in[y][x];
+            out.At(x)[y] = in.At(y)[x];
         }
     }
 }
@@ -60,15 +72,16 @@ void ReverseRow(const uint8_t* src, uint8_t* dst, size_t width) {
     }
 }
 
-/// Each round moves the highest bit of a byte's row to its column and the highest
-/// bit of its column to its row: after four of them they have changed places.
-HWY_INLINE void TransposeBlock(const uint8_t* in, uint8_t* out) {
-    const hn::FixedTag<uint8_t, kBlock> d;
+/// Rows become columns within each block of 16 by 16 bytes. Each round moves the
+/// highest bit of a byte's row to its column and the highest bit of its column to
+/// its row: after four of them they have changed places.
+HWY_INLINE void TransposeBlocks(const Source& in, uint8_t* out) {
+    const hn::ScalableTag<uint8_t> d;
     using Vector = hn::Vec<decltype(d)>;
     constexpr int kRounds = 4;
     Vector rows[kBlock];
     for (size_t i = 0; i < kBlock; ++i) {
-        rows[i] = hn::LoadU(d, in + i * kSquare);
+        rows[i] = hn::LoadU(d, in.At(i));
     }
     for (int round = 0; round < kRounds; ++round) {
         Vector next[kBlock];
@@ -79,14 +92,37 @@ HWY_INLINE void TransposeBlock(const uint8_t* in, uint8_t* out) {
         std::copy_n(next, kBlock, rows);
     }
     for (size_t i = 0; i < kBlock; ++i) {
-        hn::StoreU(rows[i], d, out + i * kSquare);
+        hn::Store(rows[i], d, out + i * kSquare);
     }
 }
 
-void TransposeSquare(const Square& in, Square& out) {
+/// A vector whose blocks stand at equal distances in memory.
+template <class D>
+HWY_INLINE hn::Vec<D> GatherBlocks(D d, const uint8_t* blocks, size_t step) {
+    constexpr size_t kCount = hn::MaxLanes(D()) / kBlock;
+    if constexpr (kCount == 1) {
+        return hn::Load(d, blocks);
+    } else {
+        const hn::Half<D> half;
+        return hn::Combine(d, GatherBlocks(half, blocks + kCount / 2 * step, step),
+                           GatherBlocks(half, blocks, step));
+    }
+}
+
+void TransposeSquare(const Source& in, const Destination& out) {
+    const hn::ScalableTag<uint8_t> d;
+    const size_t lanes = hn::Lanes(d);
+    constexpr size_t kStep = kBlock * kSquare;
+    alignas(kSquare) Square turned;
     for (size_t y = 0; y < kSquare; y += kBlock) {
-        for (size_t x = 0; x < kSquare; x += kBlock) {
-            TransposeBlock(&in[y][x], &out[x][y]);
+        for (size_t x = 0; x < kSquare; x += lanes) {
+            TransposeBlocks(in.From(x, y), &turned[y][x]);
+        }
+    }
+    for (size_t y = 0; y < kSquare; ++y) {
+        const uint8_t* const blocks = &turned[y % kBlock][y / kBlock * kBlock];
+        for (size_t x = 0; x < kSquare; x += lanes) {
+            hn::StoreU(GatherBlocks(d, blocks + x / kBlock * kStep, kStep), d, out.At(y) + x);
         }
     }
 }
@@ -99,37 +135,54 @@ void ReverseRowsLoop(const uint8_t* src, uint8_t* dst, size_t width, size_t heig
     }
 }
 
-/// Copies a part of an image; parts that are as wide as a square are the rule.
-HWY_INLINE void CopyPart(const uint8_t* src, ptrdiff_t srcStep, uint8_t* dst, ptrdiff_t dstStep,
-                         size_t width, size_t height) {
-    if (width == kSquare) {
-        for (size_t y = 0; y < height; ++y, src += srcStep, dst += dstStep) {
-            std::memcpy(dst, src, kSquare);
-        }
-        return;
-    }
-    for (size_t y = 0; y < height; ++y, src += srcStep, dst += dstStep) {
-        std::memcpy(dst, src, width);
+void CopyPart(const Source& src, const Destination& dst, size_t width, size_t height) {
+    for (size_t y = 0; y < height; ++y) {
+        std::memcpy(dst.At(y), src.At(y), width);
     }
 }
 
-/// Rows become columns.
-/// @param srcStep, dstStep  bytes from one row to the next
-void TransposeLoop(const uint8_t* src, ptrdiff_t srcStep, uint8_t* dst, ptrdiff_t dstStep,
-                   size_t width, size_t height) {
+/// An image with a side that is shorter than a square's.
+void TransposeNarrow(const Source& src, const Destination& dst, size_t width, size_t height) {
     Square in = {};
     Square out;
     for (size_t y = 0; y < height; y += kSquare) {
         const size_t rows = std::min(kSquare, height - y);
         for (size_t x = 0; x < width; x += kSquare) {
             const size_t columns = std::min(kSquare, width - x);
-            const auto* const from = src + static_cast<ptrdiff_t>(y) * srcStep + x;
-            auto* const to = dst + static_cast<ptrdiff_t>(x) * dstStep + y;
-            CopyPart(from, srcStep, &in[0][0], kSquare, columns, rows);
-            TransposeSquare(in, out);
-            CopyPart(&out[0][0], kSquare, to, dstStep, rows, columns);
+            CopyPart(src.From(x, y), {&in[0][0], kSquare}, columns, rows);
+            TransposeSquare({&in[0][0], kSquare}, {&out[0][0], kSquare});
+            CopyPart({&out[0][0], kSquare}, dst.From(y, x), rows, columns);
         }
     }
+}
+
+/// Calls `run` with places of squares that cover `size`, of which the first and
+/// the last may share bytes with their neighbours.
+/// @param second  where the second may stand at the latest
+template <class Run>
+HWY_INLINE void ForEachSquare(size_t size, size_t second, const Run& run) {
+    run(0);
+    for (size_t place = second; place < size; place += kSquare) {
+        run(std::min(place, size - kSquare));
+    }
+}
+
+/// Rows become columns. Squares follow each other along the rows of the
+/// destination, whose lines are written whole that way, and stand where the lines
+/// of the source begin, which would be read twice otherwise.
+void TransposeLoop(const uint8_t* src, ptrdiff_t srcStep, uint8_t* dst, ptrdiff_t dstStep,
+                   size_t width, size_t height) {
+    const Source from{src, srcStep};
+    const Destination to{dst, dstStep};
+    if (width < kSquare || height < kSquare) {
+        TransposeNarrow(from, to, width, height);
+        return;
+    }
+    const size_t aligned = kSquare - reinterpret_cast<uintptr_t>(src) % kSquare;
+    ForEachSquare(width, aligned, [&](size_t x) HWY_ATTR {
+        ForEachSquare(height, kSquare,
+                      [&](size_t y) HWY_ATTR { TransposeSquare(from.From(x, y), to.From(y, x)); });
+    });
 }
 
 }  // namespace HWY_NAMESPACE
