@@ -1,141 +1,81 @@
-// How fast frames become pictures, beside loops over single pixels and beside a
-// plain copy of as many bytes.
+// The image functions beside a copy of as many bytes and, where they are installed,
+// beside other libraries. Usage: image_bench [PASSES [TEXT]]: only rows with the
+// text in their names, and passes over all of them to choose the best times from.
 
-#include <benchmark/benchmark.h>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <iterator>
+#include <string>
 
-#include <cstring>
-#include <vector>
-
-#include "QyImageProc.h"
-#include "image_plain.h"
+#include "image_table.h"
 
 namespace {
 
-constexpr uint32_t kWidth = 2448;
-constexpr uint32_t kHeight = 2048;
-constexpr size_t kPixels = size_t{kWidth} * kHeight;
-constexpr int kFast = QY_RAW2RGB_NEIGHBOUR;
-constexpr int kAdaptive = QY_RAW2RGB_ADAPTIVE;
-constexpr int kFine = QY_RAW2RGB_NEIGHBOUR3;
+using namespace ImageBench;  // NOLINT(google-build-using-namespace)
 
-std::vector<uint8_t> Noise(size_t bytes) {
-    std::vector<uint8_t> noise(bytes);
-    uint32_t state = 1;
-    for (uint8_t& byte : noise) {
-        state = state * 1664525 + 1013904223;
-        byte = static_cast<uint8_t>(state >> 24);
-    }
-    return noise;
+template <class T>
+void Append(std::vector<T>& all, const std::vector<T>& more) {
+    all.insert(all.end(), more.begin(), more.end());
 }
 
-/// One form of the output: the library's function and the memory that it needs.
-struct Rgb24 {
-    using Sample = uint8_t;
-    static constexpr int kSamples = 3;
-    static void Run(const void* src, void* dst, int method) {
-        QyRaw8toRGB24(src, dst, kWidth, kHeight, method, QY_BAYER_RG, 0);
+std::vector<Row> AllRows() {
+    std::vector<Row> all;
+    for (const auto rows : {BayerRows, FormatRows, ToneRows, ColourRows, GeometryRows}) {
+        Append(all, rows());
     }
-};
-
-struct Argb32 {
-    using Sample = uint8_t;
-    static constexpr int kSamples = 4;
-    static void Run(const void* src, void* dst, int method) {
-        QyRaw8toARGB32(src, dst, kWidth, kHeight, kWidth, method, QY_BAYER_RG, 0, 0);
-    }
-};
-
-struct Rgb48 {
-    using Sample = QyBayer::Word;
-    static constexpr int kSamples = 3;
-    static void Run(const void* src, void* dst, int method) {
-        QyRaw16toRGB48(src, dst, kWidth, kHeight, 16, method, QY_BAYER_RG, 0);
-    }
-};
-
-/// A frame in the memory of a form.
-template <class Form>
-class Frame {
-public:
-    using Image = QyBayer::Image<typename Form::Sample, Form::kSamples>;
-
-    const void* Source() const { return m_source.data(); }
-    std::vector<uint8_t>& Destination() { return m_destination; }
-    Image AsImage() {
-        Image image{};
-        image.src = static_cast<const typename Form::Sample*>(Source());
-        image.dst = static_cast<typename Form::Sample*>(static_cast<void*>(m_destination.data()));
-        image.width = kWidth;
-        image.height = kHeight;
-        image.stride = size_t{kWidth} * Form::kSamples;
-        image.red = QyBayer::R;
-        image.blue = QyBayer::B;
-        return image;
-    }
-
-private:
-    static constexpr size_t kSampleBytes = sizeof(typename Form::Sample);
-    std::vector<uint8_t> m_source = Noise(kPixels * kSampleBytes);
-    std::vector<uint8_t> m_destination =
-        std::vector<uint8_t>(kPixels * Form::kSamples * kSampleBytes);
-};
-
-/// Runs `work` over and over; the rate is that of pixels.
-template <class Work>
-void Measure(benchmark::State& state, const Work& work) {
-    for (auto _ : state) {
-        work();
-        benchmark::ClobberMemory();
-    }
-    state.counters["pixels"] =
-        benchmark::Counter(static_cast<double>(state.iterations()) * static_cast<double>(kPixels),
-                           benchmark::Counter::kIsRate);
+    return all;
 }
 
-template <class Form>
-void Library(benchmark::State& state) {
-    Frame<Form> frame;
-    const auto method = static_cast<int>(state.range(0));
-    Measure(state, [&] { Form::Run(frame.Source(), frame.Destination().data(), method); });
+std::vector<Rival> AllRivals() {
+    std::vector<Rival> all = PlainRivals();
+#ifdef OV_BENCH_OPENCV
+    Append(all, OpenCvRivals());
+#endif
+#ifdef OV_BENCH_DC1394
+    Append(all, Dc1394Rivals());
+#endif
+    return all;
 }
 
-template <class Form>
-void Plain(benchmark::State& state) {
-    Frame<Form> frame;
-    const auto method = static_cast<int>(state.range(0));
-    const auto image = frame.AsImage();
-    Measure(state, [&] { ImagePlain::Interpolate(image, method == kFine); });
-    const std::vector<uint8_t> plain = frame.Destination();
-    Form::Run(frame.Source(), frame.Destination().data(), method);
-    if (plain != frame.Destination()) {
-        state.SkipWithError("the loops over pixels give another picture");
+std::vector<Measured> WithRivals(const std::string& text) {
+    std::vector<Measured> all;
+    const std::vector<Rival> rivals = AllRivals();
+    for (const Row& row : AllRows()) {
+        if (std::string(row.name).find(text) == std::string::npos) {
+            continue;
+        }
+        Measured& measured = all.emplace_back(Measured{row, {}, {}});
+        std::copy_if(rivals.begin(), rivals.end(), std::back_inserter(measured.rivals),
+                     [&](const Rival& rival) {
+                         return rival.kind != Kind::Other && rival.kind == row.kind;
+                     });
+    }
+    return all;
+}
+
+void MeasureOnce(std::vector<Measured>& all) {
+    for (Measured& measured : all) {
+        for (size_t i = 0; i < kSizes.size(); ++i) {
+            TimeRow(measured.row, measured.rivals, kSizes[i], measured.times[i]);
+        }
     }
 }
-
-template <class Form>
-void Copy(benchmark::State& state) {
-    Frame<Form> frame;
-    const std::vector<uint8_t> picture = frame.Destination();
-    Measure(state,
-            [&] { std::memcpy(frame.Destination().data(), picture.data(), picture.size()); });
-}
-
-void FastMethods(benchmark::internal::Benchmark* of) {
-    of->Arg(kFast)->Arg(kFine);
-}
-
-void AllMethods(benchmark::internal::Benchmark* of) {
-    of->Arg(kFast)->Arg(kFine)->Arg(kAdaptive);
-}
-
-BENCHMARK_TEMPLATE(Copy, Rgb24);
-BENCHMARK_TEMPLATE(Plain, Rgb24)->Apply(FastMethods);
-BENCHMARK_TEMPLATE(Library, Rgb24)->Apply(AllMethods);
-BENCHMARK_TEMPLATE(Copy, Argb32);
-BENCHMARK_TEMPLATE(Plain, Argb32)->Apply(FastMethods);
-BENCHMARK_TEMPLATE(Library, Argb32)->Apply(AllMethods);
-BENCHMARK_TEMPLATE(Copy, Rgb48);
-BENCHMARK_TEMPLATE(Plain, Rgb48)->Apply(FastMethods);
-BENCHMARK_TEMPLATE(Library, Rgb48)->Apply(AllMethods);
 
 }  // namespace
+
+int main(int argc, char** argv) {
+    const int passes = argc > 1 ? std::max(std::atoi(argv[1]), 1) : 1;
+    std::vector<Measured> all = WithRivals(argc > 2 ? argv[2] : "");
+    try {
+        for (int pass = 0; pass < passes; ++pass) {
+            MeasureOnce(all);
+        }
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "image_bench: %s\n", error.what());
+        return 1;
+    }
+    PrintTable(all, passes);
+    return 0;
+}

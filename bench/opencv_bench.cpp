@@ -1,42 +1,64 @@
-// The same kinds of work by OpenCV, where it is installed: rows of image_bench.
+// The same kinds of work by OpenCV, where it is installed: rivals of image_bench.
 
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
 
-#include "image_ratio.h"
+#include "QyImageProc.h"
+#include "image_row.h"
+
+namespace ImageBench {
 
 namespace {
-
-using ImageRatio::Row;
 
 cv::Mat Image(const uint8_t* bytes, int width, int height, int type) {
     // The matrix of a source is never written to, but it has no other constructor.
     return {height, width, type, const_cast<uint8_t*>(bytes)};
 }
 
-template <int Code>
+template <int Code, int From, int To>
 void Demosaic(const uint8_t* src, uint8_t* dst, int w, int h) {
-    cv::Mat out = Image(dst, w, h, CV_8UC3);
-    cv::cvtColor(Image(src, w, h, CV_8UC1), out, Code);
+    cv::Mat out = Image(dst, w, h, To);
+    cv::cvtColor(Image(src, w, h, From), out, Code);
 }
 
+/// The table that a function over bytes works by.
+template <QY_STATUS Function(const void*, void*, int32_t, int32_t)>
+cv::Mat TableOf() {
+    cv::Mat identity(1, 256, CV_8UC1);
+    for (int i = 0; i < 256; ++i) {
+        identity.at<uint8_t>(i) = static_cast<uint8_t>(i);
+    }
+    cv::Mat table(1, 256, CV_8UC1);
+    Function(identity.data, table.data, 256, 30);
+    return table;
+}
+
+template <QY_STATUS Function(const void*, void*, int32_t, int32_t)>
 void LookUp(const uint8_t* src, uint8_t* dst, int w, int h) {
-    static const cv::Mat table = [] {
-        cv::Mat made(1, 256, CV_8UC1);
-        for (int i = 0; i < 256; ++i) {
-            made.at<uint8_t>(i) = static_cast<uint8_t>(255 - i);
-        }
-        return made;
-    }();
+    static const cv::Mat table = TableOf<Function>();
     cv::Mat out = Image(dst, w, h, CV_8UC1);
     cv::LUT(Image(src, w, h, CV_8UC1), table, out);
 }
 
 void Transform(const uint8_t* src, uint8_t* dst, int w, int h) {
-    static const cv::Mat matrix =
-        (cv::Mat_<float>(3, 3) << 1.4F, -0.2F, -0.2F, -0.3F, 1.4F, -0.1F, -0.2F, -0.2F, 1.4F);
+    static const cv::Mat matrix = (cv::Mat_<float>(3, 3) << 1.375F, -0.25F, -0.125F, -0.3125F, 1.5F,
+                                   -0.1875F, -0.0625F, -0.4375F, 1.5F);
     cv::Mat out = Image(dst, w, h, CV_8UC3);
     cv::transform(Image(src, w, h, CV_8UC3), out, matrix);
+}
+
+void LookUpInPlace(uint8_t* image, int w, int h) {
+    LookUp<QyContrast>(image, image, 3 * w, h);
+}
+
+void TransformAndLookUp(const uint8_t* src, uint8_t* dst, int w, int h) {
+    Transform(src, dst, w, h);
+    LookUpInPlace(dst, w, h);
+}
+
+void Pipeline(const uint8_t* src, uint8_t* dst, int w, int h) {
+    Demosaic<cv::COLOR_BayerRGGB2RGB, CV_8UC1, CV_8UC3>(src, dst, w, h);
+    TransformAndLookUp(dst, dst, w, h);
 }
 
 template <int Type>
@@ -60,25 +82,38 @@ void Rotate(const uint8_t* src, uint8_t* dst, int w, int h) {
     cv::rotate(Image(src, w, h, CV_8UC1), out, Code);
 }
 
-constexpr Row kRows[] = {
-    {"OpenCvBilinear", 8, 24, Demosaic<cv::COLOR_BayerBG2RGB>},
-    {"OpenCvEdgeAware", 8, 24, Demosaic<cv::COLOR_BayerBG2RGB_EA>},
-    {"OpenCvLut", 8, 8, LookUp},
-    {"OpenCvTransform", 24, 24, Transform},
-    {"OpenCvFilter2D24B", 24, 24, Filter<CV_8UC3>},
-    {"OpenCvFilter2D8B", 8, 8, Filter<CV_8UC1>},
-    {"OpenCvFlipHorizontal", 8, 8, Flip<1>},
-    {"OpenCvFlipVertical", 8, 8, Flip<0>},
-    {"OpenCvRotateClockwise", 8, 8, Rotate<cv::ROTATE_90_CLOCKWISE>},
-    {"OpenCvRotateCounterClockwise", 8, 8, Rotate<cv::ROTATE_90_COUNTERCLOCKWISE>},
-};
-
-[[maybe_unused]] const bool kRegistered = [] {
-    cv::setNumThreads(1);
-    for (const Row& row : kRows) {
-        ImageRatio::Register(row);
-    }
-    return true;
-}();
+void Sum(const uint8_t* src, uint8_t* /*dst*/, int w, int h) {
+    cv::sum(Image(src, w, h, CV_8UC3));
+}
 
 }  // namespace
+
+std::vector<Rival> OpenCvRivals() {
+    cv::setNumThreads(1);
+    return {
+        {"OpenCV, bilinear", Kind::Bilinear, Demosaic<cv::COLOR_BayerRGGB2RGB, CV_8UC1, CV_8UC3>},
+        {"OpenCV, edge-aware", Kind::EdgeAware,
+         Demosaic<cv::COLOR_BayerRGGB2RGB_EA, CV_8UC1, CV_8UC3>},
+        {"OpenCV, bilinear", Kind::BilinearFourBytes,
+         Demosaic<cv::COLOR_BayerRGGB2RGBA, CV_8UC1, CV_8UC4>},
+        {"OpenCV, bilinear", Kind::Bilinear16,
+         Demosaic<cv::COLOR_BayerRGGB2RGB, CV_16UC1, CV_16UC3>},
+        {"OpenCV, edge-aware", Kind::EdgeAware16,
+         Demosaic<cv::COLOR_BayerRGGB2RGB_EA, CV_16UC1, CV_16UC3>},
+        {"OpenCV, LUT", Kind::Brightness, LookUp<QyBrightness>, true},
+        {"OpenCV, LUT", Kind::Contrast, LookUp<QyContrast>, true},
+        {"OpenCV, transform", Kind::Matrix, Transform},
+        {"OpenCV, transform and LUT", Kind::ColoursAndTables, TransformAndLookUp},
+        {"OpenCV, bilinear, transform, LUT", Kind::RawPipeline, Pipeline},
+        {"OpenCV, filter2D", Kind::SharpenThreeBytes, Filter<CV_8UC3>},
+        {"OpenCV, filter2D", Kind::SharpenOneByte, Filter<CV_8UC1>},
+        {"OpenCV, flip", Kind::MirrorHorizontal, Flip<1>, true},
+        {"OpenCV, flip", Kind::MirrorVertical, Flip<0>, true},
+        {"OpenCV, rotate", Kind::TurnClockwise, Rotate<cv::ROTATE_90_CLOCKWISE>, true},
+        {"OpenCV, rotate", Kind::TurnCounterClockwise, Rotate<cv::ROTATE_90_COUNTERCLOCKWISE>,
+         true},
+        {"OpenCV, sum", Kind::ChannelSums, Sum},
+    };
+}
+
+}  // namespace ImageBench

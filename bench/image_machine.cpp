@@ -1,0 +1,61 @@
+#include "image_machine.h"
+
+#include <hwy/targets.h>
+
+#include <fstream>
+
+#ifdef OV_BENCH_OPENCV
+#include <opencv2/core/version.hpp>
+#endif
+
+namespace ImageBench {
+
+namespace {
+
+/// What the system says about the first processor, "" if it says nothing.
+std::string ProcessorField(const std::string& name) {
+    std::ifstream file("/proc/cpuinfo");
+    for (std::string line; std::getline(file, line);) {
+        const size_t colon = line.find(": ");
+        if (colon != std::string::npos &&
+            line.find_last_not_of("\t ", colon - 1) + 1 == name.size() && line.starts_with(name)) {
+            return line.substr(colon + 2);
+        }
+    }
+    return "";
+}
+
+std::string ProcessorText() {
+    const std::string model = ProcessorField("model name");
+    if (model.empty()) {
+        return "unknown processor";
+    }
+    return model + " (family " + ProcessorField("cpu family") + ", model " +
+           ProcessorField("model") + ")";
+}
+
+/// The instruction set that the library chooses: the best one has the lowest bit.
+std::string VectorText() {
+    const int64_t targets = hwy::SupportedTargets() & HWY_TARGETS;
+    return hwy::TargetName(targets & -targets);
+}
+
+/// The other libraries that are timed.
+std::string RivalText() {
+    std::string text;
+#ifdef OV_BENCH_OPENCV
+    text += "; OpenCV " CV_VERSION;
+#endif
+#ifdef OV_BENCH_DC1394
+    text += "; libdc1394 " OV_BENCH_DC1394;
+#endif
+    return text;
+}
+
+}  // namespace
+
+std::string MachineText() {
+    return ProcessorText() + "; vectors " + VectorText() + "; " OV_BENCH_COMPILER + RivalText();
+}
+
+}  // namespace ImageBench
