@@ -17,6 +17,15 @@ std::filesystem::path MemoryFile(const Environment& environment, const CameraIde
                                            : environment.stateFolder / identity.serialNumber;
 }
 
+Camera::Clock::duration Seconds(double seconds) {
+    return std::chrono::duration_cast<Camera::Clock::duration>(
+        std::chrono::duration<double>(seconds));
+}
+
+Camera::Clock::duration Exposure(const CameraSettings& settings) {
+    return Seconds(ExposureTime(settings));
+}
+
 }  // namespace
 
 Camera::Camera(CameraIdentity identity, const Environment& environment)
@@ -212,17 +221,24 @@ bool Camera::IsAcquiring() const {
 void Camera::TriggerSoftware() {
     {
         const std::lock_guard lock(m_mutex);
-        const bool waits =
-            m_acquiring && m_state.settings.triggerMode != 0 &&
-            m_state.settings.triggerSource == static_cast<std::int64_t>(TriggerSource::Software);
-        if (!waits) {
+        if (!TakesSoftwareTriggers()) {
+            return;
+        }
+        if (m_triggers != 0 && !m_unpaced) {
+            Send(CameraEvent::FrameStartOvertrigger, m_frame);
             return;
         }
         if (m_triggers++ == 0) {
-            m_due = std::max(m_due, Clock::now());
+            m_due = std::max(m_due, Clock::now() + Exposure(m_state.settings));
         }
     }
     m_changed.notify_all();
+}
+
+bool Camera::TakesSoftwareTriggers() const {
+    const CameraSettings& settings = m_state.settings;
+    return m_acquiring && settings.triggerMode != 0 &&
+           settings.triggerSource == static_cast<std::int64_t>(TriggerSource::Software);
 }
 
 bool Camera::WaitsForTrigger() const {
@@ -232,7 +248,11 @@ bool Camera::WaitsForTrigger() const {
 
 std::int64_t Camera::Ticks() const {
     const std::lock_guard lock(m_mutex);
-    return std::chrono::nanoseconds(Clock::now() - m_epoch).count();
+    return static_cast<std::int64_t>(TicksNow());
+}
+
+std::uint64_t Camera::TicksNow() const {
+    return static_cast<std::uint64_t>(std::chrono::nanoseconds(Clock::now() - m_epoch).count());
 }
 
 void Camera::ResetTicks() {
@@ -245,12 +265,36 @@ bool Camera::FrameIsPlanned() const {
 }
 
 Camera::Clock::duration Camera::FramePeriod() const {
-    const double seconds = std::max(FrameTime(m_state.settings), m_shortestPeriod);
-    return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+    return Seconds(std::max(FrameTime(m_state.settings), m_shortestPeriod));
+}
+
+void Camera::Send(CameraEvent event, std::uint64_t frame) {
+    if ((m_state.settings.eventsEnabled & EventBit(event)) != 0) {
+        m_link.Send(event, frame, TicksNow());
+    }
+}
+
+void Camera::DropOff() {
+    const std::lock_guard lock(m_mutex);
+    Leave();
+}
+
+void Camera::Leave() {
+    m_acquiring = false;
+    m_state.settings.dropOffFrames = 0;
+    m_link.DropOff(std::chrono::milliseconds(m_state.settings.dropOffTime));
+}
+
+void Camera::LeaveIfDue() {
+    const auto frames = static_cast<std::uint64_t>(m_state.settings.dropOffFrames);
+    if (m_acquiring && frames != 0 && m_frame >= frames) {
+        Leave();
+    }
 }
 
 bool Camera::WaitFrame(const std::stop_token& stop) {
     std::unique_lock lock(m_mutex);
+    LeaveIfDue();
     while (m_changed.wait(lock, stop, [this] { return FrameIsPlanned(); })) {
         if (m_unpaced || Clock::now() >= m_due) {
             return true;
@@ -280,6 +324,7 @@ std::uint64_t Camera::TakeFrameNumber() {
     // A renderer that falls behind slows the camera down; it doesn't hurry
     // after the frames that it missed.
     m_due = std::max(m_due + FramePeriod(), Clock::now());
+    Send(CameraEvent::ExposureEnd, m_frame);
     m_triggers -= m_triggers == 0 ? 0 : 1;
     if (m_framesLeft && *m_framesLeft != 0 && --*m_framesLeft == 0) {
         m_acquiring = false;
@@ -311,7 +356,7 @@ void Camera::AppendTo(OvProducer::FrameInfo& info, std::span<std::byte> memory) 
 
 void Camera::DropFrame() {
     const std::lock_guard lock(m_mutex);
-    TakeFrameNumber();
+    Send(CameraEvent::BlockDiscard, TakeFrameNumber());
 }
 
 OvProducer::FrameInfo Camera::Describe(const FrameSettings& settings, std::uint64_t frame) const {
@@ -324,8 +369,7 @@ OvProducer::FrameInfo Camera::Describe(const FrameSettings& settings, std::uint6
     info.sizeFilled = OvVirtual::FrameSize(settings);
     info.pixelFormat = static_cast<std::uint64_t>(settings.format);
     info.frameId = frame;
-    info.timestamp =
-        static_cast<std::uint64_t>(std::chrono::nanoseconds(Clock::now() - m_epoch).count());
+    info.timestamp = TicksNow();
     info.timestampNs = info.timestamp;
     return info;
 }

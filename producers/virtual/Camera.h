@@ -15,6 +15,7 @@
 
 #include "framework/Acquisition.h"
 #include "virtual/CameraFiles.h"
+#include "virtual/CameraLink.h"
 #include "virtual/CameraMemory.h"
 #include "virtual/Chunks.h"
 #include "virtual/Environment.h"
@@ -77,15 +78,21 @@ public:
     void Keep() const;
 
     CameraFiles& Files() { return m_files; }
+    CameraLink& Link() { return m_link; }
 
     // Acquisition.
 
     void Start();
     void Stop();
     bool IsAcquiring() const;
-    /// Takes a frame if the camera waits for a software trigger.
+    /// Takes a frame if the camera waits for a software trigger. A camera that
+    /// still exposes the last one misses it; where frames wait for buffers and
+    /// nothing else, triggers are kept.
     void TriggerSoftware();
     bool WaitsForTrigger() const;
+
+    /// Off the bus for the time that is set, without a farewell.
+    void DropOff();
 
     // Time. Ticks are nanoseconds.
 
@@ -103,8 +110,14 @@ public:
     void DropFrame() override;
 
 private:
+    // With the lock held.
     bool FrameIsPlanned() const;
+    bool TakesSoftwareTriggers() const;
     Clock::duration FramePeriod() const;
+    std::uint64_t TicksNow() const;
+    void Send(CameraEvent event, std::uint64_t frame);
+    void Leave();
+    void LeaveIfDue();
     std::uint64_t TakeFrameNumber();
     void RequireUnlocked(bool shapesFrame) const;
     void FinishLoading();
@@ -119,6 +132,7 @@ private:
 
     mutable std::mutex m_mutex;
     std::condition_variable_any m_changed;
+    CameraLink m_link;
     CameraState m_state;
     std::optional<CameraSettings> m_beforeLoading;  ///< empty unless settings are loaded
     bool m_paramsLocked = false;

@@ -29,6 +29,7 @@ struct Selectors {
     std::atomic<std::int64_t> lutIndex = 0;
     std::atomic<std::int64_t> userSet = 0;
     std::atomic<std::int64_t> chunk = 0;
+    std::atomic<std::int64_t> event = 0;
     std::atomic<std::int64_t> latchedTicks = 0;
 };
 
@@ -89,6 +90,8 @@ public:
         AddLoading();
         AddTransport();
         AddChunks();
+        AddEvents();
+        AddDropOff();
         AddFileRegisters(m_registers, m_camera);
     }
 
@@ -110,6 +113,11 @@ private:
             });
     }
 
+    /// The bit that a selector chooses of a setting with a bit for each entry.
+    /// @param fixed  bits that can't be switched off
+    void SelectedBit(std::uint64_t address, std::atomic<std::int64_t> Selectors::*which,
+                     std::int64_t CameraSettings::*field, bool shapesFrame, std::int64_t fixed);
+
     void AddIdentity(const OvProducer::PortFacts& facts);
     void AddTime();
     void AddSettings();
@@ -122,6 +130,8 @@ private:
     void AddLoading();
     void AddTransport();
     void AddChunks();
+    void AddEvents();
+    void AddDropOff();
 
     const std::shared_ptr<Camera> m_camera;
     const std::shared_ptr<Selectors> m_selectors = std::make_shared<Selectors>();
@@ -288,18 +298,33 @@ void Builder::AddTransport() {
 
 void Builder::AddChunks() {
     Selector(0x080C, &Selectors::chunk, kChunks - 1);
+    SelectedBit(0x0810, &Selectors::chunk, &CameraSettings::chunksEnabled, true,
+                ChunkBit(Chunk::Image));
+}
+
+void Builder::AddEvents() {
+    Selector(0x0A00, &Selectors::event, kCameraEvents - 1);
+    SelectedBit(0x0A04, &Selectors::event, &CameraSettings::eventsEnabled, false, 0);
+}
+
+void Builder::AddDropOff() {
+    m_registers.AddCommand(0x0A20, [c = m_camera] { c->DropOff(); });
+}
+
+void Builder::SelectedBit(std::uint64_t address, std::atomic<std::int64_t> Selectors::*which,
+                          std::int64_t CameraSettings::*field, bool shapesFrame,
+                          std::int64_t fixed) {
     Number(
-        0x0810,
-        [c = m_camera, s = m_selectors] {
-            return Bool((c->Settings().chunksEnabled >> s->chunk & 1) != 0);
+        address,
+        [c = m_camera, s = m_selectors, which, field] {
+            return c->Settings().*field >> ((*s).*which).load() & 1;
         },
-        [c = m_camera, s = m_selectors](std::int64_t value) {
-            const auto image = static_cast<std::int64_t>(Chunk::Image);
-            const std::int64_t chunk = s->chunk;
-            RequireRange(value, chunk == image ? 1 : 0, 1);
-            c->Change(true, [&](CameraSettings& settings) {
-                settings.chunksEnabled &= ~(std::int64_t{1} << chunk);
-                settings.chunksEnabled |= value << chunk;
+        [c = m_camera, s = m_selectors, which, field, shapesFrame, fixed](std::int64_t value) {
+            const std::int64_t bit = (*s).*which;
+            RequireRange(value, fixed >> bit & 1, 1);
+            c->Change(shapesFrame, [&](CameraSettings& settings) {
+                settings.*field &= ~(std::int64_t{1} << bit);
+                settings.*field |= value << bit;
             });
         });
 }

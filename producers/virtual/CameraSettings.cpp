@@ -88,12 +88,14 @@ void FitToBinning(CameraSettings& settings, const CameraSettings& before) {
     Fit(settings.height, settings.offsetY, before.binningY, settings.binningY, kFullHeight, 2, 16);
 }
 
+double ExposureTime(const CameraSettings& settings) {
+    return static_cast<double>(settings.exposure) / kExposureTicksPerMicrosecond * 1e-6;
+}
+
 double ShortestFrameTime(const CameraSettings& settings) {
     const double readout =
         static_cast<double>(settings.height * settings.binningY) * kLineTime + kFrameOverhead;
-    const double exposure =
-        static_cast<double>(settings.exposure) / kExposureTicksPerMicrosecond * 1e-6;
-    return std::max(readout, exposure);
+    return std::max(readout, ExposureTime(settings));
 }
 
 double FrameTime(const CameraSettings& settings) {

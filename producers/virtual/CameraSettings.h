@@ -56,6 +56,9 @@ struct CameraSettings {
     std::int64_t lutEnable = 0;
     std::int64_t chunkMode = 0;              ///< 1: data follow the image
     std::int64_t chunksEnabled = 63;         ///< a bit for each chunk (see Chunks.h)
+    std::int64_t eventsEnabled = 0;          ///< a bit for each event (see CameraEvents.h)
+    std::int64_t dropOffTime = 1000;         ///< off the bus, milliseconds
+    std::int64_t dropOffFrames = 0;          ///< frames before the camera drops off; 0: it stays
     std::shared_ptr<const LookUpTable> lut;  ///< never null in a camera
 };
 
@@ -80,6 +83,9 @@ void CheckSettings(const CameraSettings& settings, bool color);
 
 /// Fits the image into the sensor after the binning changed from the old one.
 void FitToBinning(CameraSettings& settings, const CameraSettings& before);
+
+/// In seconds.
+double ExposureTime(const CameraSettings& settings);
 
 /// Shortest time between two frames, in seconds: the sensor is read line by
 /// line, and exposes no faster than it is told to.

@@ -11,7 +11,7 @@
 namespace OvVirtual {
 namespace {
 
-constexpr const char* kFormat = "oviapi-virtual-camera-3";
+constexpr const char* kFormat = "oviapi-virtual-camera-4";
 /// Tells a whole text from one whose last number is cut off.
 constexpr const char* kEnd = "end";
 constexpr std::int64_t kBalanceMax = 65535;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <bit>
 
+#include "virtual/BigEndian.h"
+
 namespace OvVirtual {
 namespace {
 
@@ -38,9 +40,8 @@ public:
     explicit ChunkWriter(std::span<std::byte> memory) : m_memory(memory) {}
 
     void Number(std::uint64_t value, std::size_t length) {
-        for (std::size_t i = length; i-- > 0;) {
-            m_memory[m_position++] = static_cast<std::byte>(value >> (8 * i));
-        }
+        PutBigEndian(m_memory.subspan(m_position, length), value);
+        m_position += length;
     }
     /// What lies between the last chunk and here becomes a chunk.
     void Close(Chunk chunk) {

@@ -1,5 +1,6 @@
 #include "virtual/SettingRegisters.h"
 
+#include "virtual/CameraEvents.h"
 #include "virtual/Chunks.h"
 
 namespace OvVirtual {
@@ -36,6 +37,9 @@ constexpr SettingRegister kSettings[] = {
     {0x0808, {&S::chunkMode, 0, 1, 1, true}},
     // Odd numbers: the image is in every frame.
     {0x0814, {&S::chunksEnabled, 1, (1 << kChunks) - 1, 2, true}},
+    {0x0A08, {&S::eventsEnabled, 0, (1 << kCameraEvents) - 1, 1, false}},
+    {0x0A24, {&S::dropOffTime, 0, 3600000, 1, false}},
+    {0x0A28, {&S::dropOffFrames, 0, 1000000, 1, false}},
 };
 
 constexpr SettingRegister kBinning[] = {

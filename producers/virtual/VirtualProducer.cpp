@@ -1,7 +1,9 @@
 /// @file
 /// The producer of the virtual cameras: one interface, and the cameras that the
 /// environment asks for.
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 #include "framework/Backend.h"
 #include "framework/Failure.h"
@@ -39,7 +41,7 @@ public:
     }
 
     OvProducer::FrameSource& Source() override { return *m_camera; }
-    void CheckUsable() override {}
+    void CheckUsable() override { m_camera->Link().CheckUsable(); }
 
 private:
     std::shared_ptr<Camera> m_camera;
@@ -66,7 +68,11 @@ public:
         return facts;
     }
 
-    void Open(GenTL::DEVICE_ACCESS_FLAGS flags, std::weak_ptr<OvProducer::EventSink>) override {
+    bool IsOnBus() const { return m_camera->Link().IsOnBus(); }
+
+    void Open(GenTL::DEVICE_ACCESS_FLAGS flags,
+              std::weak_ptr<OvProducer::EventSink> sink) override {
+        m_camera->Link().Open(std::move(sink));
         m_status = flags == GenTL::DEVICE_ACCESS_READONLY
                        ? GenTL::DEVICE_ACCESS_STATUS_OPEN_READONLY
                        : GenTL::DEVICE_ACCESS_STATUS_OPEN_READWRITE;
@@ -79,17 +85,19 @@ public:
         m_camera->SetParamsLocked(false);
         m_camera->Files().Reset();
         m_camera->Keep();
+        m_camera->Link().Close();
         m_status = GenTL::DEVICE_ACCESS_STATUS_READWRITE;
     }
 
     bool OffersEvent(GenTL::EVENT_TYPE type) override {
-        return type == GenTL::EVENT_DEVICE_OFFLINE;
+        return type == GenTL::EVENT_DEVICE_OFFLINE || type == GenTL::EVENT_REMOTE_DEVICE;
     }
 
     std::unique_ptr<OvProducer::Port> MakeRemotePort() override {
         const OvProducer::DeviceFacts facts = Facts();
         auto port = MakeCameraPort(m_camera, {facts.id, facts.vendor, facts.model, facts.tlType,
                                               "Device", facts.version, "Device"});
+        port->SetGate([camera = m_camera] { camera->Link().CheckUsable(); });
         return port;
     }
 
@@ -97,7 +105,7 @@ public:
         return {m_stream};
     }
 
-    void CheckUsable() override {}
+    void CheckUsable() override { m_camera->Link().CheckUsable(); }
 
 private:
     const std::shared_ptr<Camera> m_camera;
@@ -125,7 +133,10 @@ public:
     }
 
     std::vector<std::shared_ptr<OvProducer::DeviceBackend>> Discover(std::uint64_t) override {
-        return m_devices;
+        std::vector<std::shared_ptr<OvProducer::DeviceBackend>> found;
+        std::copy_if(m_devices.begin(), m_devices.end(), std::back_inserter(found),
+                     [](const auto& device) { return device->IsOnBus(); });
+        return found;
     }
 
     std::shared_ptr<OvProducer::DeviceBackend> Reach(const std::string&) override {
@@ -133,7 +144,7 @@ public:
     }
 
 private:
-    std::vector<std::shared_ptr<OvProducer::DeviceBackend>> m_devices;
+    std::vector<std::shared_ptr<VirtualDevice>> m_devices;
 };
 
 class VirtualProducer : public OvProducer::ProducerBackend {

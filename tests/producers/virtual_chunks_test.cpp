@@ -3,23 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <cstdlib>
 #include <span>
 #include <vector>
 
-#include "GenTLApi.h"
+#include "VirtualCameraFixture.h"
 #include "virtual/Chunks.h"
 
 using namespace OvVirtual;
 
 namespace {
-
-namespace Reg {
-constexpr std::uint64_t Width = 0x310, Height = 0x314, PixelFormat = 0x338, Start = 0x408,
-                        Activation = 0x428, Exposure = 0x430, Gain = 0x500, SetSelector = 0x700,
-                        SetLoad = 0x704, SetSave = 0x708, Payload = 0x800, Locked = 0x804,
-                        ChunkMode = 0x808, Selector = 0x80C, Enable = 0x810, EnableAll = 0x814;
-}  // namespace Reg
 
 constexpr std::size_t kImageSize = 64 * 32;
 /// Image, four values of 8 bytes and one of 4, each with its trailer.
@@ -33,38 +25,23 @@ std::uint64_t Big(std::span<const std::byte> bytes) {
     return value;
 }
 
-class VirtualChunks : public testing::Test {
+class VirtualChunks : public VirtualCameraTest {
 protected:
     VirtualChunks() {
-        setenv("OV_VIRTUAL_FRAME_RATE", "0", 1);
         camera.OpenStream();
-        Write(Reg::Width, 64);
-        Write(Reg::Height, 32);
+        Shrink();
         Write(Reg::ChunkMode, 1);
     }
-    ~VirtualChunks() override { unsetenv("OV_VIRTUAL_FRAME_RATE"); }
 
-    void Write(std::uint64_t address, std::uint32_t value) const {
-        camera.WriteRegister(address, value);
-    }
-    std::uint32_t Read(std::uint64_t address) const {
-        return camera.ReadRegister<std::uint32_t>(address);
-    }
-    GenTL::GC_ERROR TryWrite(std::uint64_t address, std::uint32_t value) const {
-        std::size_t size = sizeof value;
-        return api.GCWritePort(camera.port, address, &value, &size);
-    }
     void Enable(Chunk chunk, bool on) const {
-        Write(Reg::Selector, static_cast<std::uint32_t>(chunk));
-        Write(Reg::Enable, on ? 1 : 0);
+        Write(Reg::ChunkSelector, static_cast<std::uint32_t>(chunk));
+        Write(Reg::ChunkEnable, on ? 1 : 0);
     }
 
-    GenTL::BUFFER_HANDLE Grab(std::size_t bytes) {
-        camera.Start(3, bytes);
-        Write(Reg::Start, 1);
+    GenTL::BUFFER_HANDLE GrabOne() {
+        Grab(3);
         return camera.NextFrame();
     }
-    GenTL::BUFFER_HANDLE Grab() { return Grab(Read(Reg::Payload)); }
 
     std::span<const std::byte> Frame(GenTL::BUFFER_HANDLE buffer) const {
         const auto index = reinterpret_cast<std::size_t>(
@@ -94,15 +71,12 @@ protected:
         }
         throw std::runtime_error("The frame lacks the chunk");
     }
-
-    GenTLApi api{OV_TEST_VIRTUAL_PRODUCER};
-    OpenCamera camera{api};
 };
 
 TEST_F(VirtualChunks, AreNotThereUnlessAskedFor) {
     Write(Reg::ChunkMode, 0);
     EXPECT_EQ(Read(Reg::Payload), kImageSize);
-    const GenTL::BUFFER_HANDLE buffer = Grab();
+    const GenTL::BUFFER_HANDLE buffer = GrabOne();
     EXPECT_EQ(Frame(buffer).size(), kImageSize);
     EXPECT_TRUE(Chunks(buffer).empty());
     EXPECT_EQ(camera.BufferInfo<std::size_t>(buffer, GenTL::BUFFER_INFO_PAYLOADTYPE),
@@ -111,7 +85,7 @@ TEST_F(VirtualChunks, AreNotThereUnlessAskedFor) {
 
 TEST_F(VirtualChunks, StandBehindTheImageInTheirOrder) {
     EXPECT_EQ(Read(Reg::Payload), kWholeSize);
-    const GenTL::BUFFER_HANDLE buffer = Grab();
+    const GenTL::BUFFER_HANDLE buffer = GrabOne();
     const auto frame = Frame(buffer);
     ASSERT_EQ(frame.size(), kWholeSize);
     const auto chunks = Chunks(buffer);
@@ -136,7 +110,7 @@ TEST_F(VirtualChunks, StandBehindTheImageInTheirOrder) {
 }
 
 TEST_F(VirtualChunks, LeaveTheImageAsItIs) {
-    const GenTL::BUFFER_HANDLE buffer = Grab();
+    const GenTL::BUFFER_HANDLE buffer = GrabOne();
     CameraSettings settings = FactorySettings(true);
     settings.width = 64;
     settings.height = 32;
@@ -150,7 +124,7 @@ TEST_F(VirtualChunks, TellHowTheFrameWasTaken) {
     Write(Reg::Exposure, 2468);
     Write(Reg::Gain, 75);
     Write(Reg::Activation, 1);
-    GenTL::BUFFER_HANDLE buffer = Grab();
+    GenTL::BUFFER_HANDLE buffer = GrabOne();
     for (std::uint64_t frame = 0; frame < 3; ++frame) {
         EXPECT_EQ(Value(buffer, Chunk::FrameId), frame);
         EXPECT_EQ(Value(buffer, Chunk::Timestamp),
@@ -164,38 +138,38 @@ TEST_F(VirtualChunks, TellHowTheFrameWasTaken) {
 }
 
 TEST_F(VirtualChunks, LineRestsLowForARisingEdge) {
-    EXPECT_EQ(Value(Grab(), Chunk::LineStatusAll), 0U);
+    EXPECT_EQ(Value(GrabOne(), Chunk::LineStatusAll), 0U);
 }
 
 TEST_F(VirtualChunks, AreLeftOutWhenSwitchedOff) {
     for (const Chunk chunk : {Chunk::Timestamp, Chunk::Gain, Chunk::LineStatusAll}) {
         Enable(chunk, false);
-        EXPECT_EQ(Read(Reg::Enable), 0U);
+        EXPECT_EQ(Read(Reg::ChunkEnable), 0U);
     }
-    EXPECT_EQ(Read(Reg::EnableAll), 0b001011U);
+    EXPECT_EQ(Read(Reg::ChunksEnabled), 0b001011U);
     EXPECT_EQ(Read(Reg::Payload), kWholeSize - 2 * 16 - 12);
-    const auto chunks = Chunks(Grab());
+    const auto chunks = Chunks(GrabOne());
     ASSERT_EQ(chunks.size(), 3U);
     EXPECT_EQ(chunks[1].ChunkID, ChunkId(Chunk::FrameId));
     EXPECT_EQ(chunks[2].ChunkID, ChunkId(Chunk::ExposureTime));
 }
 
 TEST_F(VirtualChunks, OfTheImageCannotBeSwitchedOff) {
-    Write(Reg::Selector, 0);
-    EXPECT_EQ(Read(Reg::Enable), 1U);
-    EXPECT_EQ(TryWrite(Reg::Enable, 0), GenTL::GC_ERR_INVALID_VALUE);
-    EXPECT_EQ(TryWrite(Reg::Enable, 1), 0);
-    EXPECT_EQ(TryWrite(Reg::EnableAll, 62), GenTL::GC_ERR_INVALID_VALUE);
-    EXPECT_EQ(TryWrite(Reg::EnableAll, 64), GenTL::GC_ERR_INVALID_VALUE);
-    EXPECT_EQ(TryWrite(Reg::Selector, 6), GenTL::GC_ERR_INVALID_VALUE);
-    EXPECT_EQ(TryWrite(Reg::Enable, 2), GenTL::GC_ERR_INVALID_VALUE);
+    Write(Reg::ChunkSelector, 0);
+    EXPECT_EQ(Read(Reg::ChunkEnable), 1U);
+    EXPECT_EQ(TryWrite(Reg::ChunkEnable, 0), GenTL::GC_ERR_INVALID_VALUE);
+    EXPECT_EQ(TryWrite(Reg::ChunkEnable, 1), 0);
+    EXPECT_EQ(TryWrite(Reg::ChunksEnabled, 62), GenTL::GC_ERR_INVALID_VALUE);
+    EXPECT_EQ(TryWrite(Reg::ChunksEnabled, 64), GenTL::GC_ERR_INVALID_VALUE);
+    EXPECT_EQ(TryWrite(Reg::ChunkSelector, 6), GenTL::GC_ERR_INVALID_VALUE);
+    EXPECT_EQ(TryWrite(Reg::ChunkEnable, 2), GenTL::GC_ERR_INVALID_VALUE);
 }
 
 TEST_F(VirtualChunks, BeginAtWholeWords) {
     Write(Reg::Width, 20);
     Write(Reg::Height, 18);
     Write(Reg::PixelFormat, 0x010A0058);
-    const GenTL::BUFFER_HANDLE buffer = Grab();
+    const GenTL::BUFFER_HANDLE buffer = GrabOne();
     const auto chunks = Chunks(buffer);
     EXPECT_EQ(chunks[0].ChunkLength, 452U) << "450 bytes of image";
     EXPECT_EQ(Big(Frame(buffer).subspan(450, 2)), 0U);
@@ -205,9 +179,9 @@ TEST_F(VirtualChunks, BeginAtWholeWords) {
 TEST_F(VirtualChunks, AreLockedWhileFramesFlow) {
     Write(Reg::Locked, 1);
     EXPECT_EQ(TryWrite(Reg::ChunkMode, 0), GenTL::GC_ERR_ACCESS_DENIED);
-    Write(Reg::Selector, 1);
-    EXPECT_EQ(TryWrite(Reg::Enable, 0), GenTL::GC_ERR_ACCESS_DENIED);
-    EXPECT_EQ(Read(Reg::EnableAll), 63U);
+    Write(Reg::ChunkSelector, 1);
+    EXPECT_EQ(TryWrite(Reg::ChunkEnable, 0), GenTL::GC_ERR_ACCESS_DENIED);
+    EXPECT_EQ(Read(Reg::ChunksEnabled), 63U);
 }
 
 TEST_F(VirtualChunks, BelongToTheUserSets) {
@@ -217,15 +191,17 @@ TEST_F(VirtualChunks, BelongToTheUserSets) {
     Write(Reg::SetSelector, 0);
     Write(Reg::SetLoad, 1);
     EXPECT_EQ(Read(Reg::ChunkMode), 0U);
-    EXPECT_EQ(Read(Reg::EnableAll), 63U);
+    EXPECT_EQ(Read(Reg::ChunksEnabled), 63U);
     Write(Reg::SetSelector, 1);
     Write(Reg::SetLoad, 1);
     EXPECT_EQ(Read(Reg::ChunkMode), 1U);
-    EXPECT_EQ(Read(Reg::EnableAll), 0b101111U);
+    EXPECT_EQ(Read(Reg::ChunksEnabled), 0b101111U);
 }
 
 TEST_F(VirtualChunks, AreNotListedOfAFrameThatIsCutOff) {
-    const GenTL::BUFFER_HANDLE buffer = Grab(kWholeSize - 1);
+    camera.Start(3, kWholeSize - 1);
+    Write(Reg::Start, 1);
+    const GenTL::BUFFER_HANDLE buffer = camera.NextFrame();
     EXPECT_EQ(camera.BufferInfo<GenTL::bool8_t>(buffer, GenTL::BUFFER_INFO_IS_INCOMPLETE), 1);
     EXPECT_EQ(Frame(buffer).size(), kWholeSize - 1);
     EXPECT_TRUE(Chunks(buffer).empty());

@@ -1,0 +1,48 @@
+/// @file
+/// The messages that a camera sends on its own, in the layout of GigE Vision's
+/// event items. Numbers have their high byte first.
+///
+/// | Offset | Bytes | |
+/// |---|---|---|
+/// | 0 | 2 | bytes of the whole item |
+/// | 2 | 2 | identifier of the event |
+/// | 4 | 2 | stream channel, 0 |
+/// | 6 | 2 | block: the frame's low 16 bits |
+/// | 8 | 8 | time, ticks of the camera |
+/// | 16 | 8 | frame |
+#ifndef OV_VIRTUAL_CAMERA_EVENTS_H
+#define OV_VIRTUAL_CAMERA_EVENTS_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace OvVirtual {
+
+enum class CameraEvent : std::int64_t {
+    ExposureEnd = 0,        ///< a frame was exposed
+    FrameStartOvertrigger,  ///< a trigger came while a frame was exposed, and was missed
+    BlockDiscard,           ///< a frame was discarded, for no buffer was free
+    Count
+};
+
+constexpr auto kCameraEvents = static_cast<std::int64_t>(CameraEvent::Count);
+
+/// As the ports of the description name it.
+constexpr std::uint64_t EventId(CameraEvent event) {
+    constexpr std::uint64_t kFirst = 0x9001;
+    return kFirst + static_cast<std::uint64_t>(event);
+}
+
+/// A bit for each event, as in CameraSettings::eventsEnabled.
+constexpr std::int64_t EventBit(CameraEvent event) {
+    return std::int64_t{1} << static_cast<std::int64_t>(event);
+}
+
+using EventItem = std::array<std::byte, 24>;
+
+EventItem MakeEventItem(CameraEvent event, std::uint64_t frame, std::uint64_t ticks);
+
+}  // namespace OvVirtual
+
+#endif
