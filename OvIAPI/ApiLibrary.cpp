@@ -38,9 +38,15 @@ OV_STATUS OVCloseLib(void) try {
     if (!manager.IsInitialised()) {
         return OV_STATUS_SUCCESS;
     }
+    CDeviceInfoFactory& factory = manager.GetDeviceInfoFactory();
+    if (factory.IsInCallback()) {
+        // Raises. Another thread that closes the library holds the API lock while it
+        // waits for the end of this callback, which therefore must not wait for it.
+        factory.CloseAllDevice();
+    }
     const CAutoLock lock(manager.GetApiLock());
-    manager.GetDeviceInfoFactory().CloseAllDevice();
-    manager.GetDeviceInfoFactory().DeleteKnownList();
+    factory.CloseAllDevice();
+    factory.DeleteKnownList();
     COVIError::GetInstance().Reset();
     ITLManager::GetInstance()->DoUninit();
     manager.SetInitialised(false);

@@ -2,6 +2,7 @@
 /// The list of known cameras and the table of open handles.
 
 #include <atomic>
+#include <condition_variable>
 #include <memory>
 #include <string>
 #include <vector>
@@ -41,8 +42,16 @@ public:
     void GetAllDeviceBaseInfo(OV_DEVICE_BASE_INFO* records, size_t* size);
     void GetDeviceIPInfo(uint32_t index, OV_DEVICE_IP_INFO& record);
     OV_DEV_HANDLE OpenDevice(const OV_OPEN_PARAM& param);
-    void CloseDevice(COvDeviceInfo& info);
+    /// Raises on a thread that runs one of the camera's callbacks, before any lock
+    /// is taken that is held for long.
+    void CloseDevice(const COvDeviceInfo& info);
+    /// From the last opened to the first. Raises at the first camera of which the
+    /// calling thread runs a callback. Closed are also, at the end, the cameras
+    /// that other threads were closing.
     void CloseAllDevice();
+    /// Whether the calling thread runs a callback of an open camera, so that
+    /// CloseAllDevice will raise.
+    bool IsInCallback();
     void DeleteKnownList();
     /// Searches all networks for a GigE Vision camera, listed or not, and leaves
     /// the known list as it is.
@@ -73,13 +82,24 @@ private:
                                                                  OV_ACCESS_MODE accessMode);
     void __CheckNotOpenByIP(const std::string& ip);
     OV_DEV_HANDLE __AddHandle(std::unique_ptr<COvDeviceInfo> info);
-    /// With the lock of the open list held.
-    std::unique_ptr<COvDeviceInfo> __TakeHandle(const COvDeviceInfo& info);
+    // These two move a handle to those that are being closed and give it; null when
+    // there is none, and no other thread closes it any more.
+    COvDeviceInfo* __BeginClosing(const COvDeviceInfo& info);
+    COvDeviceInfo* __BeginClosingLast();
+    void __Close(COvDeviceInfo& info);
+    void __EndClosing(const COvDeviceInfo& info);
+
+    using HandleList = std::vector<std::unique_ptr<COvDeviceInfo>>;
 
     KnownList m_known;
-    std::vector<std::unique_ptr<COvDeviceInfo>> m_open;
+    HandleList m_open;
+    /// Taken off the open list by a thread that closes them. Their callbacks may
+    /// still run, and the close waits for these, so it holds no lock of this class.
+    HandleList m_closing;
+    std::condition_variable_any m_closed;
     std::vector<std::string> m_opening;
     OVTLClass::CLock m_knownLock;
+    /// Of both lists of handles.
     OVTLClass::CLock m_openLock;
     OVTLClass::CLock m_openingLock;
     OVTLClass::CLock m_updateLock;

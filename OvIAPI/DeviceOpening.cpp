@@ -1,9 +1,8 @@
-// From a list entry or a key to an open handle, and back.
+// From a list entry or a key to an open handle.
 
 #include <algorithm>
 #include <cstdlib>
 
-#include "Acquisition.h"
 #include "DeviceInfoFactory.h"
 #include "Ipcalc.h"
 #include "TLClassLoadTL/OvException.h"
@@ -208,66 +207,4 @@ std::shared_ptr<IDevice> CDeviceInfoFactory::__OpenOnInterface(CGevInterface& ow
     // The camera may hang on the next adapter.
     OV_LOG(error.what());
     return nullptr;
-}
-
-namespace {
-
-/// Raises on a thread that runs one of the camera's callbacks.
-/// @param what  "device" or "lib"
-void CheckNotInCallback(const COvDeviceInfo& info, const char* what) {
-    const pthread_t self = CVxThread::PthreadSelf();
-    const auto check = [self, what](pthread_t thread, const char* kind) {
-        if (self == thread) {
-            OV_RAISE(CInvalidCallError,
-                     COvString::MsgComposer("Can't close %s in %s callback", what, kind));
-        }
-    };
-    check(info.GetStream()->DoGetAcquisitionThreadID(), "capture");
-    check(info.GetDevice()->DoGetEventThreadID(), "event");
-    check(info.GetDevice()->DoGetOfflineThreadID(), "offline");
-}
-
-void Close(std::unique_ptr<COvDeviceInfo> info) {
-    const std::shared_ptr<IDevice> device = info->GetDevice();
-    const std::shared_ptr<IDataStream> stream = info->GetStream();
-    if (stream->DoIsDataStreamAcquisiton()) {
-        OV_RUN_LOGGED([&device] {
-            device->DoGetRemoteDeviceFeatureControl()->DoSendCommand("AcquisitionStop");
-        });
-        info->GetFramePool().Free();
-        stream->DoStopDataStreamAcquisition();
-    }
-    stream->DoCloseDataStream();
-    device->DoCloseDevice();
-}
-
-}  // namespace
-
-void CDeviceInfoFactory::CloseDevice(COvDeviceInfo& info) {
-    CheckNotInCallback(info, "device");
-    const CAutoLock lock(m_openLock);
-    if (auto handle = __TakeHandle(info)) {
-        Close(std::move(handle));
-    }
-}
-
-std::unique_ptr<COvDeviceInfo> CDeviceInfoFactory::__TakeHandle(const COvDeviceInfo& info) {
-    const auto found = std::find_if(m_open.begin(), m_open.end(),
-                                    [&info](const auto& open) { return open.get() == &info; });
-    if (found == m_open.end()) {
-        return nullptr;
-    }
-    auto handle = std::move(*found);
-    m_open.erase(found);
-    return handle;
-}
-
-void CDeviceInfoFactory::CloseAllDevice() {
-    const CAutoLock lock(m_openLock);
-    while (!m_open.empty()) {
-        CheckNotInCallback(*m_open.back(), "lib");
-        auto handle = std::move(m_open.back());
-        m_open.pop_back();
-        Close(std::move(handle));
-    }
 }

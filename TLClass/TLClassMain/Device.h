@@ -136,8 +136,10 @@ private:
     int32_t m_accessMode = 1;
     CXMLAnalyzer m_remoteXml;
     std::unique_ptr<IFeatureControl> m_remoteFeatureControl;
-    /// Held while a channel of events is started, by any thread but theirs.
-    CLock m_eventLock;
+    // Held while a channel of events is started. One for each: an offline callback,
+    // with whose lock held the first registers others, may start the second.
+    CLock m_offlineEventLock;
+    CLock m_remoteEventLock;
     CDeviceOfflineEvent m_offlineEvent;
     /// Ends before the map that it delivers to.
     CRemoteDeviceEvent m_remoteEvent;

@@ -19,7 +19,7 @@ public:
 };
 
 void* CDevice::DoRegisterDeviceOfflineCallback(const IDeviceOfflineCallback& callback) {
-    const CAutoLock lock(m_eventLock);
+    const CAutoLock lock(m_offlineEventLock);
     CRegisterDeviceOfflineEventAgency registered(m_offlineEvent, m_handle);
     m_offlineEvent.StartGetDeviceOfflineEventThread();
     void* const handle = m_offlineEvent.RegisterDeviceOfflineCallback(callback);
@@ -32,7 +32,7 @@ void CDevice::DoUnregisterDeviceOfflineCallback(void* handle) {
 }
 
 void CDevice::DoActiveRemoteDeviceEventThread() {
-    const CAutoLock lock(m_eventLock);
+    const CAutoLock lock(m_remoteEventLock);
     m_remoteEvent.StartGetRemoteDeviceEventThread(m_handle, *m_remoteXml.GetNodeMapRef());
 }
 

@@ -1,20 +1,9 @@
 // What a callback may not call: told by the thread that asks.
 
-#include <algorithm>
 #include <iterator>
+#include <thread>
 
 #include "event_test.h"
-
-// Callbacks run with the engine's or the callbacks' lock held. The calls that they
-// are refused here take the library's own locks first, in the other order: what the
-// refusals are for, and the application's affair where two threads close at once.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer looks for that name
-extern "C" const char* __tsan_default_suppressions();
-// NOLINTNEXTLINE(bugprone-reserved-identifier)
-extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions() {
-    return "deadlock:COvFeatureCallback::operator()\n"
-           "deadlock:COvDeviceOfflineCallback::operator()\n";
-}
 
 namespace {
 
@@ -139,5 +128,114 @@ TEST_P(CallbackOfAnother, IsRefusedTheLibraryOnceItsOwnCameraIsReached) {
 
 INSTANTIATE_TEST_SUITE_P(Threads, CallbackOfAnother, testing::Range<size_t>(0, std::size(kThreads)),
                          [](const auto& test) { return std::string(kThreadNames[test.param]); });
+
+// A close waits for the callbacks of its cameras; so a call that they are refused
+// may not wait for the close.
+
+/// What another thread does, and the producer's call by which it is at it.
+struct Closing {
+    const char* name;
+    OV_STATUS (*run)(OV_DEV_HANDLE camera);
+    const char* begin;
+};
+
+const Closing kClosings[] = {
+    {"TheCamera", [](OV_DEV_HANDLE camera) { return OVCloseDevice(camera); }, "DSClose"},
+    // Another camera is closed before.
+    {"TheLibrary", [](OV_DEV_HANDLE) { return OVCloseLib(); }, "DevClose"},
+};
+
+class RefusalDuringAClose : public EventApiTest,
+                            public testing::WithParamInterface<std::tuple<size_t, size_t>> {
+protected:
+    static const Closing& GetClosing() { return kClosings[std::get<0>(GetParam())]; }
+    static size_t GetThread() { return std::get<1>(GetParam()); }
+
+    void SetUp() override {
+        EventApiTest::SetUp();
+        producer.SetInterfaceCount(2);
+        ASSERT_EQ(Update(), 2U);
+        Open(2);
+    }
+
+    /// A stream is stopped before it is closed, and the stop waits for its thread.
+    const char* BeginOfTheClose() const {
+        const bool stops = kThreads[GetThread()] == CallbackThread::Capture;
+        return stops && GetClosing().begin == std::string("DSClose") ? "GCWritePort"
+                                                                     : GetClosing().begin;
+    }
+};
+
+TEST_P(RefusalDuringAClose, WaitsForNothing) {
+    void* const offline = RegisterOffline();
+    void* const feature = RegisterFeature(OV_FEATURE_Width);
+    std::thread other;
+    OV_STATUS closed = OV_STATUS_ERROR;
+    RunOn(kThreads[GetThread()], [&] {
+        const uint64_t before = producer.CallCount(BeginOfTheClose());
+        other = std::thread([&] { closed = GetClosing().run(camera); });
+        EXPECT_EQ(producer.WaitForCalls(BeginOfTheClose(), before + 1, 60000), 0);
+        for (const Call& call : kCalls) {
+            if (const char* const refusal = call.refusals[GetThread()]) {
+                SCOPED_TRACE(call.name);
+                ExpectFailure(call.run(camera, offline, feature), OV_STATUS_INVALID_CALL, refusal);
+            }
+        }
+        return OV_STATUS_SUCCESS;
+    });
+    other.join();
+    EXPECT_EQ(closed, OV_STATUS_SUCCESS);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RefusalDuringAClose,
+                         testing::Combine(testing::Range<size_t>(0, std::size(kClosings)),
+                                          testing::Range<size_t>(0, std::size(kThreads))),
+                         [](const auto& test) {
+                             return std::string("Of") + kClosings[std::get<0>(test.param)].name +
+                                    "On" + kThreadNames[std::get<1>(test.param)];
+                         });
+
+class CloseOfAnotherDuringAClose : public EventApiTest,
+                                   public testing::WithParamInterface<size_t> {};
+
+TEST_P(CloseOfAnotherDuringAClose, IsDoneOnTheCallbacksThread) {
+    producer.SetInterfaceCount(2);
+    ASSERT_EQ(Update(), 2U);
+    OV_DEV_HANDLE const second = Open(2);
+    const bool stops = kThreads[GetParam()] == CallbackThread::Capture;
+    const char* const begin = stops ? "GCWritePort" : "DSClose";
+    std::thread other;
+    OV_STATUS closed = OV_STATUS_ERROR;
+    const LastError error = RunOn(kThreads[GetParam()], [&] {
+        const uint64_t before = producer.CallCount(begin);
+        other = std::thread([&] { closed = OVCloseDevice(camera); });
+        EXPECT_EQ(producer.WaitForCalls(begin, before + 1, 60000), 0);
+        return OVCloseDevice(second);
+    });
+    other.join();
+    EXPECT_EQ(error.status, OV_STATUS_SUCCESS) << error.text;
+    EXPECT_EQ(closed, OV_STATUS_SUCCESS);
+    EXPECT_EQ(producer.OpenCount("Device"), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Threads, CloseOfAnotherDuringAClose,
+                         testing::Range<size_t>(0, std::size(kThreads)),
+                         [](const auto& test) { return std::string(kThreadNames[test.param]); });
+
+TEST_F(EventApiTest, TheLibraryWaitsForACameraThatAnotherThreadCloses) {
+    producer.BlockCall("DevClose");
+    std::atomic<OV_STATUS> closedCamera{OV_STATUS_ERROR};
+    std::thread first([&] { closedCamera = OVCloseDevice(camera); });
+    ASSERT_EQ(producer.WaitForCalls("DevClose", 1, 60000), 0);
+    std::atomic<OV_STATUS> closedLibrary{OV_STATUS_ERROR};
+    std::thread second([&] { closedLibrary = OVCloseLib(); });
+    EXPECT_EQ(producer.WaitForCalls("IFClose", 1, 20), -1);
+    producer.ReleaseCall("DevClose");
+    first.join();
+    second.join();
+    EXPECT_EQ(closedCamera, OV_STATUS_SUCCESS);
+    EXPECT_EQ(closedLibrary, OV_STATUS_SUCCESS);
+    EXPECT_EQ(producer.OpenCount("Library"), 0);
+}
 
 }  // namespace
