@@ -1,3 +1,6 @@
+// As the library does where it pays.
+#define HWY_WANT_AVX3_DL
+
 #include "image_machine.h"
 
 #include <hwy/targets.h>
@@ -34,7 +37,7 @@ std::string ProcessorText() {
            ProcessorField("model") + ")";
 }
 
-/// The instruction set that the library chooses: the best one has the lowest bit.
+/// The best instruction set that the library can choose, which has the lowest bit.
 std::string VectorText() {
     const int64_t targets = hwy::SupportedTargets() & HWY_TARGETS;
     return hwy::TargetName(targets & -targets);
@@ -55,7 +58,8 @@ std::string RivalText() {
 }  // namespace
 
 std::string MachineText() {
-    return ProcessorText() + "; vectors " + VectorText() + "; " OV_BENCH_COMPILER + RivalText();
+    return ProcessorText() + "; vectors up to " + VectorText() + "; " OV_BENCH_COMPILER +
+           RivalText();
 }
 
 }  // namespace ImageBench

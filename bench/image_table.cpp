@@ -12,26 +12,60 @@ namespace {
 
 constexpr int kNameWidth = 40;
 
+/// What a line tells for one size.
+struct Cell {
+    double time;
+    double ratio;
+    double goal;
+    bool isMissed;
+};
+
+Cell CellOf(const Row& row, const Times& times, size_t size) {
+    const double ratio = times.row / times.copy;
+    const double goal = row.goal[size];
+    return {times.row, ratio, goal, goal != 0 && ratio > goal};
+}
+
+Cell CellOf(const Rival& rival, const Times& times, size_t which) {
+    // Two that do the very same still differ as much.
+    constexpr double kSame = 0.98;
+    const double ratio = times.rivals[which] / times.row;
+    return {times.rivals[which], ratio, rival.goal, ratio < kSame * rival.goal};
+}
+
+std::string SizeText(Size size) {
+    return std::to_string(size.width) + "x" + std::to_string(size.height);
+}
+
 /// Prints the lines and keeps in mind what was missed.
 class Table {
 public:
-    void PrintHead() {
-        std::printf("%-*s", kNameWidth, "");
+    static void PrintHead() {
+        std::printf("%*s", kNameWidth, "");
         for (const Size& size : kSizes) {
-            std::printf("   %-30s", SizeText(size).c_str());
+            std::printf("%32s", SizeText(size).c_str());
         }
-        std::printf("\n%-*s", kNameWidth, "");
+        std::printf("\n%*s", kNameWidth, "");
         for (size_t i = 0; i < kSizes.size(); ++i) {
-            std::printf("   %9s %7s %5s %6s", "ns/pixel", "ratio", "goal", "");
+            std::printf("%11s %7s %5s %6s", "ns/pixel", "ratio", "goal", "");
         }
         std::printf("\n");
     }
 
     void Print(const Measured& measured) {
-        PrintRow(measured);
-        for (size_t i = 0; i < measured.rivals.size(); ++i) {
-            PrintRival(measured, i);
+        const auto& [row, rivals, times] = measured;
+        std::printf("%-*s", kNameWidth, row.name);
+        for (size_t i = 0; i < kSizes.size(); ++i) {
+            PrintCell(row.name, CellOf(row, times[i], i), times[i], kSizes[i]);
         }
+        for (size_t which = 0; which < rivals.size(); ++which) {
+            std::printf("\n  %-*s", kNameWidth - 2, rivals[which].name);
+            for (size_t i = 0; i < kSizes.size(); ++i) {
+                PrintCell(std::string(row.name) + " beside " + rivals[which].name,
+                          CellOf(rivals[which], times[i], which), times[i], kSizes[i]);
+            }
+        }
+        std::printf("\n");
     }
 
     void PrintMissed() const {
@@ -43,65 +77,26 @@ public:
     }
 
 private:
-    static std::string SizeText(Size size) {
-        return std::to_string(size.width) + "x" + std::to_string(size.height);
+    void PrintCell(const std::string& name, const Cell& cell, const Times& times, Size size) {
+        std::printf("%10.4f%c %7.2f ", cell.time / size.width / size.height,
+                    IsFastest(cell.time, times) ? '*' : ' ', cell.ratio);
+        if (cell.goal == 0) {
+            std::printf("%5s %6s", "-", "");
+            return;
+        }
+        std::printf("%5.1f %6s", cell.goal, cell.isMissed ? "missed" : "");
+        ++m_goals;
+        if (cell.isMissed) {
+            char ratio[64];
+            std::snprintf(ratio, sizeof ratio, ": %.2f instead of %.1f", cell.ratio, cell.goal);
+            m_missed.push_back(name + ", " + SizeText(size) + ratio);
+        }
     }
-
-    static double PerPixel(double time, Size size) { return time / size.width / size.height; }
 
     static bool IsFastest(double time, const Times& times) {
         return !times.rivals.empty() && time <= times.row &&
                std::all_of(times.rivals.begin(), times.rivals.end(),
                            [time](double other) { return time <= other; });
-    }
-
-    void PrintRow(const Measured& measured) {
-        std::printf("%-*s", kNameWidth, measured.row.name);
-        for (size_t i = 0; i < kSizes.size(); ++i) {
-            const Times& times = measured.times[i];
-            const double ratio = times.row / times.copy;
-            const double goal = measured.row.goal[i];
-            PrintTime(times.row, times, kSizes[i]);
-            PrintRatio(ratio, goal, ratio > goal);
-            NoteGoal(measured.row.name, i, ratio, goal, ratio > goal);
-        }
-        std::printf("\n");
-    }
-
-    void PrintRival(const Measured& measured, size_t which) {
-        const Rival& rival = measured.rivals[which];
-        std::printf("  %-*s", kNameWidth - 2, rival.name);
-        for (size_t i = 0; i < kSizes.size(); ++i) {
-            const Times& times = measured.times[i];
-            const double ratio = times.rivals[which] / times.row;
-            PrintTime(times.rivals[which], times, kSizes[i]);
-            PrintRatio(ratio, rival.goal, ratio < rival.goal);
-            NoteGoal(std::string(measured.row.name) + " beside " + rival.name, i, ratio, rival.goal,
-                     ratio < rival.goal);
-        }
-        std::printf("\n");
-    }
-
-    static void PrintTime(double time, const Times& times, Size size) {
-        std::printf("   %8.4f%c", PerPixel(time, size), IsFastest(time, times) ? '*' : ' ');
-    }
-
-    static void PrintRatio(double ratio, double goal, bool isMissed) {
-        if (goal == 0) {
-            std::printf(" %7.2f %5s %6s", ratio, "-", "");
-        } else {
-            std::printf(" %7.2f %5.1f %6s", ratio, goal, isMissed ? "missed" : "");
-        }
-    }
-
-    void NoteGoal(const std::string& name, size_t size, double ratio, double goal, bool isMissed) {
-        m_goals += goal == 0 ? 0 : 1;
-        if (goal == 0 || !isMissed) {
-            return;
-        }
-        char ratios[64];
-        std::snprintf(ratios, sizeof ratios, ": %.2f instead of %.1f", ratio, goal);
-        m_missed.push_back(name + ", " + SizeText(kSizes[size]) + ratios);
     }
 
     size_t m_goals = 0;
@@ -112,14 +107,14 @@ private:
 
 void PrintTable(const std::vector<Measured>& all, int passes) {
     std::printf("%s\n", MachineText().c_str());
+    std::printf("The best of %d pass%s, in time of one thread.\n", passes, passes == 1 ? "" : "es");
     std::printf(
-        "The best of %d pass%s, in time of one thread. A ratio is, for the library's functions,\n"
-        "how many times as long as a copy they take that reads and writes as many bytes: at\n"
-        "most the goal; for those indented below, how many times as long as the library they\n"
-        "take: at least the goal. * is the fastest of its kind.\n\n",
-        passes, passes == 1 ? "" : "es");
+        "A ratio tells, for the library's functions, how many times as long they take as a\n"
+        "copy that reads and writes as many bytes, at most the goal; for indented lines, how\n"
+        "many times as long they take as the library, at least the goal. * is the fastest of\n"
+        "its kind.\n\n");
     Table table;
-    table.PrintHead();
+    Table::PrintHead();
     for (const Measured& measured : all) {
         table.Print(measured);
     }
