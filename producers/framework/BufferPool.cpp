@@ -54,7 +54,7 @@ protected:
     void TakeFront(void* buffer) override {
         const std::shared_ptr<Buffer> front = m_queues->entries.Pop();
         m_queues->output.Erase(front);
-        front->state = BufferState::Idle;
+        front->card->SetState(BufferState::Idle);
         if (buffer != nullptr) {
             const GenTL::S_EVENT_NEW_BUFFER data{front->Handle(), front->userPointer};
             std::memcpy(buffer, &data, sizeof data);
@@ -64,7 +64,7 @@ protected:
     void DropAll() override {
         m_queues->entries.Drain([this](const std::shared_ptr<Buffer>& buffer) {
             m_queues->output.Erase(buffer);
-            buffer->state = BufferState::Idle;
+            buffer->card->SetState(BufferState::Idle);
         });
     }
 
@@ -84,11 +84,11 @@ std::shared_ptr<Buffer> BufferPool::MakeBuffer(void* memory, std::size_t size,
     buffer->base = memory != nullptr ? static_cast<std::byte*>(memory) : buffer->ownMemory.data();
     buffer->size = size;
     buffer->userPointer = userPointer;
-    buffer->tlType = m_tlType;
+    buffer->card->SetBuffer(buffer->base, size, userPointer, m_tlType);
     return buffer;
 }
 
-void BufferPool::Announce(const std::shared_ptr<Buffer>& buffer) {
+void BufferPool::Announce(const std::shared_ptr<Buffer>& buffer, const void* stream) {
     const std::lock_guard lock(m_queues->mutex);
     const bool known = std::any_of(m_announced.begin(), m_announced.end(),
                                    [&](const auto& other) { return other->base == buffer->base; });
@@ -96,6 +96,7 @@ void BufferPool::Announce(const std::shared_ptr<Buffer>& buffer) {
         throw Failure(GenTL::GC_ERR_RESOURCE_IN_USE, "The memory is announced already");
     }
     m_announced.push_back(buffer);
+    buffer->card->Publish(stream, buffer->Handle());
 }
 
 const std::shared_ptr<Buffer>& BufferPool::Announced(const void* handle) const {
@@ -113,10 +114,11 @@ void BufferPool::Revoke(const std::shared_ptr<Buffer>& buffer) {
     if (found == m_announced.end()) {
         ThrowNotAnnounced();
     }
-    if (buffer->state != BufferState::Idle) {
+    if (buffer->card->State() != BufferState::Idle) {
         throw Failure(GenTL::GC_ERR_BUSY, "The buffer is in a queue or being filled");
     }
     m_announced.erase(found);
+    buffer->card->Hide();
 }
 
 std::vector<std::shared_ptr<Buffer>> BufferPool::RevokeAll() {
@@ -124,6 +126,9 @@ std::vector<std::shared_ptr<Buffer>> BufferPool::RevokeAll() {
     m_queues->input.Clear();
     m_queues->output.Clear();
     m_queues->entries.Clear();
+    for (const std::shared_ptr<Buffer>& buffer : m_announced) {
+        buffer->card->Hide();
+    }
     return std::exchange(m_announced, {});
 }
 
@@ -131,7 +136,7 @@ void BufferPool::Queue(const void* handle) {
     {
         const std::lock_guard lock(m_queues->mutex);
         const std::shared_ptr<Buffer>& buffer = Announced(handle);
-        if (buffer->state != BufferState::Idle) {
+        if (buffer->card->State() != BufferState::Idle) {
             throw Failure(GenTL::GC_ERR_BUSY, "The buffer is in a queue or being filled");
         }
         ToInput(buffer);
@@ -155,7 +160,7 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
                 [[fallthrough]];
             case GenTL::ACQ_QUEUE_UNQUEUED_TO_INPUT:
                 for (const auto& buffer : m_announced) {
-                    if (buffer->state == BufferState::Idle) {
+                    if (buffer->card->State() == BufferState::Idle) {
                         ToInput(buffer);
                     }
                 }
@@ -164,9 +169,9 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
                 OutputToIdle();
                 queues.input.Clear();
                 for (const auto& buffer : m_announced) {
-                    buffer->discardWhenFilled = buffer->state == BufferState::Filling;
-                    if (buffer->state == BufferState::Input) {
-                        buffer->state = BufferState::Idle;
+                    buffer->discardWhenFilled = buffer->card->State() == BufferState::Filling;
+                    if (buffer->card->State() == BufferState::Input) {
+                        buffer->card->SetState(BufferState::Idle);
                     }
                 }
                 break;
@@ -188,16 +193,16 @@ std::shared_ptr<Buffer> BufferPool::At(std::size_t index) const {
 
 InfoValue BufferPool::Info(const void* handle, GenTL::BUFFER_INFO_CMD command) const {
     const std::lock_guard lock(m_queues->mutex);
-    return BufferInfo(*Announced(handle), command);
+    return Announced(handle)->card->Answer(command);
 }
 
 std::vector<GenTL::S_SINGLE_CHUNK_DATA> BufferPool::Chunks(const void* handle) const {
     const std::lock_guard lock(m_queues->mutex);
     const std::shared_ptr<Buffer>& buffer = Announced(handle);
-    if (!buffer->hasFrame) {
+    if (!buffer->card->HasFrame()) {
         ThrowNotAvailable();
     }
-    return buffer->frame.chunks;
+    return buffer->chunks;
 }
 
 StreamCounters BufferPool::Counters() const {
@@ -258,11 +263,11 @@ void BufferPool::Deliver(const std::shared_ptr<Buffer>& buffer, FrameInfo frame)
     {
         const std::lock_guard lock(m_queues->mutex);
         m_counters.incomplete += frame.incomplete ? 1 : 0;
-        buffer->frame = std::move(frame);
-        buffer->hasFrame = true;
-        buffer->newData = true;
+        buffer->card->Show(frame);
+        buffer->card->SetNewData(true);
+        buffer->chunks = std::move(frame.chunks);
         if (std::exchange(buffer->discardWhenFilled, false)) {
-            buffer->state = BufferState::Idle;
+            buffer->card->SetState(BufferState::Idle);
             return;
         }
         if (m_handling == BufferHandling::NewestOnly) {
@@ -285,14 +290,14 @@ void BufferPool::CountLost() {
 }
 
 void BufferPool::ToInput(const std::shared_ptr<Buffer>& buffer) {
-    buffer->state = BufferState::Input;
-    buffer->newData = false;
-    buffer->hasFrame = false;
+    buffer->card->SetState(BufferState::Input);
+    buffer->card->SetNewData(false);
+    buffer->card->Hide();
     m_queues->input.Push(buffer);
 }
 
 void BufferPool::ToOutput(const std::shared_ptr<Buffer>& buffer) {
-    buffer->state = BufferState::Output;
+    buffer->card->SetState(BufferState::Output);
     m_queues->output.Push(buffer);
     if (m_event) {
         m_event->Report(buffer);
@@ -311,7 +316,7 @@ void BufferPool::Wake() const {
 }
 
 void BufferPool::OutputToIdle() {
-    m_queues->output.Drain([](const auto& buffer) { buffer->state = BufferState::Idle; });
+    m_queues->output.Drain([](const auto& buffer) { buffer->card->SetState(BufferState::Idle); });
     m_queues->entries.Clear();
 }
 
@@ -334,9 +339,9 @@ std::shared_ptr<Buffer> BufferPool::TakeInputLocked() {
         return nullptr;
     }
     ++m_counters.started;
-    buffer->state = BufferState::Filling;
-    buffer->hasFrame = false;
-    buffer->newData = false;
+    buffer->card->SetState(BufferState::Filling);
+    buffer->card->Hide();
+    buffer->card->SetNewData(false);
     return buffer;
 }
 

@@ -43,8 +43,9 @@ public:
     /// A buffer over the consumer's memory, or for a null `memory` with memory
     /// of its own. It is not announced yet, so that it can get its handle first.
     std::shared_ptr<Buffer> MakeBuffer(void* memory, std::size_t size, void* userPointer) const;
-    /// -1004 when the memory is announced already.
-    void Announce(const std::shared_ptr<Buffer>& buffer);
+    /// -1004 when the memory is announced already. `stream` is the handle of the
+    /// stream that the buffers belong to.
+    void Announce(const std::shared_ptr<Buffer>& buffer, const void* stream);
     /// -1022 unless the buffer is idle.
     void Revoke(const std::shared_ptr<Buffer>& buffer);
     /// Takes every buffer away, wherever it is. The engine must stand still.

@@ -10,8 +10,7 @@ namespace {
 // next `GCInitLib`.
 void* NextHandle() {
     static std::atomic<std::uintptr_t> next{0x10000};
-    constexpr std::uintptr_t step = 16;
-    return reinterpret_cast<void*>(next.fetch_add(step));
+    return reinterpret_cast<void*>(next.fetch_add(HandleTable::kStep));
 }
 
 }  // namespace

@@ -34,6 +34,9 @@ private:
 /// also when another thread closes it meanwhile.
 class HandleTable {
 public:
+    /// Between a handle and the next one.
+    static constexpr std::uintptr_t kStep = 16;
+
     /// Gives the object its handle; done before other threads know the object.
     void* Add(const std::shared_ptr<Object>& object);
     /// Voids the handle; unknown ones are ignored.

@@ -94,7 +94,7 @@ void* Stream::Announce(void* memory, std::size_t size, void* userPointer) {
     HandleTable& handles = GetSession().handles;
     handles.Add(buffer);
     try {
-        m_pool.Announce(buffer);
+        m_pool.Announce(buffer, Handle());
     } catch (const Failure&) {
         handles.Remove(buffer->Handle());
         throw;

@@ -203,8 +203,9 @@ protected:
         event = pool.MakeEvent();
         for (int i = 0; i < 2; ++i) {
             buffers.push_back(pool.MakeBuffer(nullptr, 16, nullptr));
-            pool.Announce(buffers.back());
-            pool.Queue(handles.Add(buffers.back()));
+            void* const handle = handles.Add(buffers.back());
+            pool.Announce(buffers.back(), nullptr);
+            pool.Queue(handle);
         }
     }
 
@@ -228,9 +229,10 @@ protected:
             std::size_t size = sizeof data;
             event->GetData(&data, &size, 0);
             for (const auto& buffer : buffers) {
-                if (buffer->state == BufferState::Idle && buffer->hasFrame && buffer->newData) {
-                    ids.push_back(buffer->frame.frameId);
-                    buffer->newData = false;
+                BufferCard& card = *buffer->card;
+                if (card.State() == BufferState::Idle && card.HasFrame() && card.NewData()) {
+                    ids.push_back(card.FrameId());
+                    card.SetNewData(false);
                 }
             }
         }

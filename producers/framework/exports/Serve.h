@@ -44,14 +44,18 @@ GenTL::GC_ERROR Serve(Function function, Body&& body) noexcept {
     }
 }
 
-/// As `Serve`, with the object behind `handle`. The session outlives the call.
+/// Runs `body` on the object behind `handle`. The session outlives it.
+template <typename T, typename Body>
+void WorkOn(const void* handle, Body&& body) {
+    const std::shared_ptr<Session> session = Library::Instance().Current();
+    const std::shared_ptr<T> object = session->handles.Get<T>(handle);
+    std::forward<Body>(body)(*object);
+}
+
+/// As `Serve`, with the object behind `handle`.
 template <typename T, typename Body>
 GenTL::GC_ERROR ServeOn(Function function, const void* handle, Body&& body) noexcept {
-    return Serve(function, [&] {
-        const std::shared_ptr<Session> session = Library::Instance().Current();
-        const std::shared_ptr<T> object = session->handles.Get<T>(handle);
-        std::forward<Body>(body)(*object);
-    });
+    return Serve(function, [&] { WorkOn<T>(handle, std::forward<Body>(body)); });
 }
 
 /// Where an information call puts its answer.

@@ -72,9 +72,25 @@ OV_PRODUCER_EXPORT DSQueueBuffer(GenTL::DS_HANDLE hDataStream, GenTL::BUFFER_HAN
 
 OV_PRODUCER_EXPORT DSGetBufferInfo(GenTL::DS_HANDLE hDataStream, GenTL::BUFFER_HANDLE hBuffer,
                                    GenTL::BUFFER_INFO_CMD iInfoCmd, OV_GENTL_INFO_TAIL) {
-    return ServeInfo<Stream>(
-        Function::DSGetBufferInfo, hDataStream, iInfoCmd, {piType, pBuffer, piSize},
-        [&](const Stream& stream) { return stream.BufferInfo(hBuffer, iInfoCmd); });
+    return Serve(Function::DSGetBufferInfo, [&] {
+        const InfoTarget target{piType, pBuffer, piSize};
+        const auto tell = [&](const InfoValue& value) {
+            Answer(Function::DSGetBufferInfo, value, target);
+        };
+        // Nearly always a frame in the consumer's hands tells of itself. A card
+        // that shows one stands for the session, the stream and the buffer.
+        const BufferCard* const card = BufferCard::Find(hBuffer);
+        if (card != nullptr && card->ShowsFrameOf(hDataStream, hBuffer)) {
+            Observer().Ask(Function::DSGetBufferInfo, iInfoCmd);
+            if (const auto value = card->TryAnswer(hDataStream, hBuffer, iInfoCmd)) {
+                return tell(*value);
+            }
+        }
+        WorkOn<Stream>(hDataStream, [&](const Stream& stream) {
+            Observer().Ask(Function::DSGetBufferInfo, iInfoCmd);
+            tell(stream.BufferInfo(hBuffer, iInfoCmd));
+        });
+    });
 }
 
 OV_PRODUCER_EXPORT DSGetBufferChunkData(GenTL::DS_HANDLE hDataStream, GenTL::BUFFER_HANDLE hBuffer,
