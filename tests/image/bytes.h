@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "cases.h"
 #include "frames.h"
 
 /// Bytes of a source.
@@ -11,8 +12,6 @@ inline std::vector<uint8_t> MakeBytes(size_t count, Content content) {
     const BayerReference::Raw raw = MakeRaw(static_cast<int>(count), 1, content, 255);
     return {raw.samples.begin(), raw.samples.end()};
 }
-
-constexpr Content kContents[] = {Content::Random, Content::Ramp, Content::Edges, Content::Extremes};
 
 /// A call from `src` to `dst` that gives a status.
 using BytesCall = std::function<int(const void* src, void* dst)>;
@@ -35,6 +34,7 @@ inline std::string CompareBytes(const BytesCall& call, const std::vector<uint8_t
     std::vector<uint8_t> source(src.size() + offset);
     std::copy(src.begin(), src.end(), source.begin() + static_cast<ptrdiff_t>(offset));
     GuardedBytes out(expected.size(), offset);
+    CountCase();
     if (const int status = call(source.data() + offset, out.Data()); status != 0) {
         return "status " + std::to_string(status);
     }
@@ -49,6 +49,7 @@ inline std::string CompareInPlace(const BytesCall& call, const std::vector<uint8
                     src.end());
     GuardedBytes out(src.size(), offset);
     std::copy(src.begin(), src.end(), out.Data());
+    CountCase();
     if (const int status = call(out.Data(), out.Data()); status != 0) {
         return "status " + std::to_string(status);
     }

@@ -6,7 +6,8 @@
 #include <string>
 
 #include "QyImageProc.h"
-#include "frames.h"
+#include "bytes.h"
+#include "instruction_sets.h"
 
 enum class Form { Rgb24, Bgr24, Argb32, Rgb48 };
 
@@ -124,26 +125,36 @@ inline std::vector<uint8_t> Expected(const Conversion& conversion, const BayerRe
     return bytes;
 }
 
-/// Runs a conversion and tells where it differs from the reference; "" for
+/// What a destination holds before a call.
+inline std::vector<uint8_t> OldBytes(const Conversion& conversion, const BayerReference::Raw& raw) {
+    return OldBytes(conversion.Bytes(raw.width, raw.height));
+}
+
+/// Runs a conversion and tells where it differs from what is expected; "" for
 /// nowhere.
-inline std::string Compare(const Conversion& conversion, const BayerReference::Raw& raw) {
+inline std::string Compare(const Conversion& conversion, const BayerReference::Raw& raw,
+                           const std::vector<uint8_t>& expected) {
     const SourceBytes<uint8_t> bytes(raw, conversion.offset);
     const SourceBytes<uint16_t> words(raw, conversion.offset);
-    GuardedBytes out(conversion.Bytes(raw.width, raw.height), conversion.offset);
-    const std::vector<uint8_t> old = OldBytes(out.Size());
+    GuardedBytes out(expected.size(), conversion.offset);
+    const std::vector<uint8_t> old = OldBytes(conversion, raw);
     std::copy(old.begin(), old.end(), out.Data());
+    CountCase();
     const QY_STATUS status =
         CallLibrary(conversion, conversion.IsWide() ? words.Data() : bytes.Data(), out.Data(),
                     raw.width, raw.height);
-    if (status != QY_OK) {
-        return "status " + std::to_string(status);
-    }
-    const std::vector<uint8_t> expected = Expected(conversion, raw, old);
-    const auto [wrong, right] =
-        std::mismatch(out.Data(), out.Data() + out.Size(), expected.begin());
-    if (right != expected.end()) {
-        return "byte " + std::to_string(wrong - out.Data()) + " is " + std::to_string(*wrong) +
-               " instead of " + std::to_string(*right);
-    }
-    return out.IsGuardWhole() ? "" : "a byte beside the destination was written";
+    return status == QY_OK ? Difference(out, expected) : "status " + std::to_string(status);
+}
+
+/// The same on every instruction set, at each of some offsets.
+inline void ExpectSameOnAll(Conversion conversion, const BayerReference::Raw& raw,
+                            const std::vector<size_t>& offsets) {
+    const std::vector<uint8_t> expected = Expected(conversion, raw, OldBytes(conversion, raw));
+    WithEachInstructionSet([&] {
+        for (const size_t offset : offsets) {
+            conversion.offset = offset;
+            EXPECT_EQ(Compare(conversion, raw, expected), "")
+                << testing::PrintToString(conversion) << ", " << raw.width << " x " << raw.height;
+        }
+    });
 }

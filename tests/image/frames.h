@@ -8,29 +8,58 @@
 
 #include "bayer_reference.h"
 
-enum class Content { Random, Ramp, Edges, Extremes };
+enum class Content { Random, Ramp, Edges, Extremes, Constant, Gradient, Checkerboard, HotPixel };
+
+constexpr Content kContents[] = {Content::Random,       Content::Ramp,     Content::Edges,
+                                 Content::Extremes,     Content::Constant, Content::Gradient,
+                                 Content::Checkerboard, Content::HotPixel};
+
+/// A frame as it is made, sample by sample.
+class Scene {
+public:
+    Scene(int width, int height, Content content, int limit)
+        : m_width(width),
+          m_height(height),
+          m_content(content),
+          m_limit(limit),
+          m_random(static_cast<unsigned>(width * 977 + height)) {}
+
+    int Next(int x, int y) {
+        switch (m_content) {
+            case Content::Random:
+                return static_cast<int>(m_random() % static_cast<unsigned>(m_limit + 1));
+            case Content::Ramp:
+                return (7 * x + 13 * y) % (m_limit + 1);
+            case Content::Edges:
+                return x > m_width / 2 || x + y > m_height ? m_limit : m_limit / 8;
+            case Content::Extremes:
+                return m_random() % 2 == 0 ? 0 : m_limit;
+            case Content::Constant:
+                return m_limit - m_limit / 3;
+            case Content::Gradient:
+                return m_limit * (x + y) / (m_width + m_height);
+            case Content::Checkerboard:
+                return (x + y) % 2 * m_limit;
+            case Content::HotPixel:
+                return x == m_width / 2 && y == m_height / 2 ? m_limit : m_limit / 16;
+        }
+        return 0;
+    }
+
+private:
+    int m_width;
+    int m_height;
+    Content m_content;
+    int m_limit;
+    std::mt19937 m_random;
+};
 
 inline BayerReference::Raw MakeRaw(int width, int height, Content content, int limit) {
     BayerReference::Raw raw{width, height, {}};
-    std::mt19937 random(static_cast<unsigned>(width * 977 + height));
+    Scene scene(width, height, content, limit);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            int value = 0;
-            switch (content) {
-                case Content::Random:
-                    value = static_cast<int>(random() % static_cast<unsigned>(limit + 1));
-                    break;
-                case Content::Ramp:
-                    value = (7 * x + 13 * y) % (limit + 1);
-                    break;
-                case Content::Edges:
-                    value = x > width / 2 || x + y > height ? limit : limit / 8;
-                    break;
-                case Content::Extremes:
-                    value = random() % 2 == 0 ? 0 : limit;
-                    break;
-            }
-            raw.samples.push_back(value);
+            raw.samples.push_back(scene.Next(x, y));
         }
     }
     return raw;

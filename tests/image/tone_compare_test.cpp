@@ -1,8 +1,5 @@
 // The library's adjustments of images against the plain ones, byte for byte.
 
-// The instruction sets of the adjustments.
-#define HWY_WANT_AVX3_DL
-
 #include "QyImageProc.h"
 #include "Sharpen.h"
 #include "bytes.h"
