@@ -8,6 +8,8 @@
 #include "Error.h"
 #include "Json.h"
 #include "Picture.h"
+#include "Pipeline.h"
+#include "PixelFormat.h"
 
 namespace {
 
@@ -37,16 +39,26 @@ std::string PathOf(const GrabOptions& options, uint32_t number, const char* exte
     return options.folder + name.data();
 }
 
+const PixelFormat& FormatOf(const RawFrame& frame) {
+    const auto code = static_cast<uint32_t>(frame.pixelFormat);
+    if (const PixelFormat* const format = FindPixelFormat(code)) {
+        return *format;
+    }
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "can't show pixel format 0x%08X; save raw files", code);
+    throw ToolError(text.data());
+}
+
 /// The frame as files; gives their paths.
 std::vector<std::string> Save(const RawFrame& frame, const GrabOptions& options, uint32_t number) {
     std::vector<std::string> paths;
     if (options.png) {
         paths.push_back(PathOf(options, number, "png"));
-        WritePng(MakePicture(frame), paths.back());
+        WritePng(ProcessFrame(frame, FormatOf(frame), options.pipeline), paths.back());
     }
     if (options.raw) {
         paths.push_back(PathOf(options, number, "raw"));
-        WriteRaw(frame, paths.back());
+        WriteBytes(frame.bytes, paths.back());
     }
     return paths;
 }

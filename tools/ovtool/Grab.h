@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "PipelineOptions.h"
 #include "Session.h"
 
 struct GrabOptions {
@@ -13,6 +14,8 @@ struct GrabOptions {
     bool raw = false;
     /// For each frame, in milliseconds.
     uint32_t timeout = 5000;
+    /// What pictures go through.
+    PipelineOptions pipeline;
 };
 
 void Grab(const CameraChoice& choice, const GrabOptions& options, bool json);

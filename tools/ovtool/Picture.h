@@ -1,9 +1,14 @@
 #pragma once
-/// From a raw frame to a picture file.
+/// Frames, pictures, and their files.
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "PipelineOptions.h"
+#include "QyImageProc.h"
 
 /// A frame as the camera sent it.
 struct RawFrame {
@@ -17,15 +22,18 @@ struct RawFrame {
 struct Picture {
     uint32_t width = 0;
     uint32_t height = 0;
+    /// 1, 3, or 4 with alpha.
     int channels = 3;
     /// 8, or 16 in the machine's byte order.
     int bitDepth = 8;
+    QyChannelOrder order = QY_ORDER_RGB;
     std::vector<uint8_t> bytes;
+    /// The white balance that was measured on it.
+    std::optional<Ratios> balance;
+
+    size_t PixelBytes() const { return static_cast<size_t>(channels * bitDepth / 8); }
 };
 
-/// Turns a frame into a picture in its true colours. Raises for a pixel format
-/// that the tool can't show.
-Picture MakePicture(const RawFrame& frame);
-
+/// In true colours, whatever the order of its bytes.
 void WritePng(const Picture& picture, const std::string& path);
-void WriteRaw(const RawFrame& frame, const std::string& path);
+void WriteBytes(const std::vector<uint8_t>& bytes, const std::string& path);

@@ -6,6 +6,7 @@
 
 #include "Chunks.h"
 #include "ConfigFile.h"
+#include "Convert.h"
 #include "Error.h"
 #include "FeatureCommands.h"
 #include "Grab.h"
@@ -13,6 +14,7 @@
 #include "Ip.h"
 #include "List.h"
 #include "RawPort.h"
+#include "PipelineOptions.h"
 #include "Session.h"
 #include "Stream.h"
 
@@ -25,6 +27,7 @@ struct Options {
     uint32_t timeout = kSearchTimeout;
     GrabOptions grab;
     ChunkOptions chunks;
+    ConvertOptions convert;
     std::vector<std::string> names;
     std::string name;
     std::string value;
@@ -126,6 +129,12 @@ void AddFrameCommands(CLI::App& app, Options& options) {
     grab->add_flag("--raw", options.grab.raw, "write the bytes as the camera sent them");
     grab->callback([&options] { Grab(options.choice, options.grab, options.json); });
 
+    CLI::Option* const process = grab->add_flag_callback(
+        "--process", [] {}, "let pictures go through what the options below say");
+    for (CLI::Option* const option :
+         AddPipelineOptions(*grab, options.grab.pipeline)->get_options()) {
+        option->needs(process);
+    }
     CLI::App* const chunks = WithCamera(
         AddCommand(app, "chunks", "take frames and print what the camera appends to them", options),
         options);
@@ -141,6 +150,21 @@ void AddFrameCommands(CLI::App& app, Options& options) {
         ->check(CLI::PositiveNumber)
         ->capture_default_str();
     stream->callback([&options] { MeasureStream(options.choice, options.seconds, options.json); });
+}
+
+void AddConvert(CLI::App& app, Options& options) {
+    CLI::App* const convert = AddCommand(app, "convert", "turn raw files into pictures", options);
+    convert->add_option("files", options.convert.files, "one frame each")->required();
+    convert->add_option("--width", options.convert.width, "in pixels")->required();
+    convert->add_option("--height", options.convert.height, "in pixels")->required();
+    convert
+        ->add_option("-f,--format", options.convert.pixelFormat,
+                     "pixel format: its name, or the camera's number")
+        ->required();
+    convert->add_option("-o,--output", options.convert.output,
+                        "the picture, or with .raw its bytes; by default beside the file");
+    AddPipelineOptions(*convert, options.convert.pipeline);
+    convert->callback([&options] { Convert(options.convert, options.json); });
 }
 
 /// The three addresses as arguments; `required` or all or none.
@@ -211,6 +235,7 @@ int Run(int argc, char** argv) {
     AddSettingsCommands(app, options);
     AddRegisterCommands(app, options);
     AddFrameCommands(app, options);
+    AddConvert(app, options);
     AddIpCommands(app, options);
     CLI11_PARSE(app, argc, argv);
     return 0;

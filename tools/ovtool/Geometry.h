@@ -1,0 +1,9 @@
+#pragma once
+/// Pictures mirrored and turned.
+
+#include "Picture.h"
+#include "PipelineOptions.h"
+
+/// The functions know planes of bytes: each byte of a pixel is one of its own.
+Picture Mirror(const Picture& picture, QyImageMirrorMode mode);
+Picture Rotate(const Picture& picture, Turn turn);
