@@ -53,8 +53,7 @@ void InterpolateMosaic(const Image<Sample, Width>& image, QyInterpolationMethod 
             QyBayer::InterpolateFast(image, QyBayer::Neighbours::ThreeByThree, layout);
             break;
         default:
-            QyBayer::BuildGreen(image, layout);
-            QyBayer::BuildColours(image, layout);
+            QyBayer::InterpolateAdaptive(image, layout);
             break;
     }
 }

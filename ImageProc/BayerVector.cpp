@@ -2,29 +2,19 @@
 
 #include "BayerVector.h"
 
-#include <type_traits>
-
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "BayerVector.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
 #include "BayerNeighbour.h"
+#include "BayerPixels-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace QyBayer {
 namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
-
-/// The type of a vector's lane that holds a sample.
-template <class Sample>
-using LaneOf = std::conditional_t<sizeof(Sample) == 1, uint8_t, uint16_t>;
-
-template <class D, class Sample>
-HWY_INLINE hn::Vec<D> LoadSamples(D d, const Sample* samples) {
-    return hn::LoadU(d, static_cast<const hn::TFromD<D>*>(static_cast<const void*>(samples)));
-}
 
 /// (a + b) >> 1 without wider lanes. The rounding mean of some instruction sets
 /// is made of a sum that overflows.
@@ -47,18 +37,6 @@ HWY_INLINE V Mean(D d, V a, V b, V c, V e) {
 template <unsigned Parity, class V>
 HWY_INLINE V Alternate(V there, V between) {
     return Parity == 1 ? hn::OddEven(there, between) : hn::OddEven(between, there);
-}
-
-template <class D, class Sample, int Width, class V = hn::Vec<D>>
-HWY_INLINE void PutPixels(D d, const Image<Sample, Width>& image, Sample* pixels, V r, V g, V b) {
-    auto* const lanes = static_cast<hn::TFromD<D>*>(static_cast<void*>(pixels));
-    const V first = image.red == 0 ? r : b;
-    const V third = image.red == 0 ? b : r;
-    if constexpr (Width == 4) {
-        hn::StoreInterleaved4(first, g, third, hn::Set(d, image.alpha), d, lanes);
-    } else {
-        hn::StoreInterleaved3(first, g, third, d, lanes);
-    }
 }
 
 /// Covers the columns from `begin` to `end` with vectors at columns of the

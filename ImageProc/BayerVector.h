@@ -1,5 +1,5 @@
 #pragma once
-/// The fast interpolations with the widest vectors that the machine has.
+/// The interpolations with the widest vectors that the machine has.
 
 #include "BayerCell.h"
 
@@ -11,5 +11,10 @@ enum class Neighbours { TwoByTwo, ThreeByThree };
 void InterpolateFast(const Image<uint8_t, 3>& image, Neighbours neighbours, Layout layout);
 void InterpolateFast(const Image<uint8_t, 4>& image, Neighbours neighbours, Layout layout);
 void InterpolateFast(const Image<Word, 3>& image, Neighbours neighbours, Layout layout);
+
+/// Interpolates the same by edges, but for the border.
+void InterpolateAdaptive(const Image<uint8_t, 3>& image, Layout layout);
+void InterpolateAdaptive(const Image<uint8_t, 4>& image, Layout layout);
+void InterpolateAdaptive(const Image<Word, 3>& image, Layout layout);
 
 }  // namespace QyBayer
