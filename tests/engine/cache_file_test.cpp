@@ -286,6 +286,23 @@ TEST(CacheFileDeathTest, AssertsItsLimits) {
     EXPECT_DEATH(LoadFailure(), "NumNodes <= 65535");
 }
 
+TEST(CacheFile, GivesNoNodeOfATypeThatThereIsNot) {
+    CCacheWriter writer;
+    writer.Raw(GetCacheFileHeader());
+    writer.Number(0, 4);
+    const std::vector<uint64_t> types{CNodeData::RegisterDescription_ID, CNodeData::Port_ID, 24704};
+    writer.Number(types.size(), 4);
+    for (size_t id = 0; id < types.size(); ++id) {
+        writer.Number(types[id], 2);
+        writer.Number(id, 4);
+    }
+    CCacheReader reader(writer.GetBytes());
+    const CCacheTables tables = ReadCacheTables(reader);
+    EXPECT_EQ(reader.GetState(), CCacheReader::State::Corrupt);
+    EXPECT_THAT(tables.types,
+                testing::ElementsAre(CNodeData::RegisterDescription_ID, CNodeData::Port_ID));
+}
+
 TEST(CacheFile, MayNotNestAttributesWithoutEnd) {
     CCacheWriter writer;
     for (int depth = 0; depth < 100000; ++depth) {

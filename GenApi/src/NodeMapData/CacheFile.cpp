@@ -87,6 +87,7 @@ CCacheTables ReadCacheTables(CCacheReader& reader) {
         const uint64_t id = reader.Number<kNodeIDBytes>();
         if (id != i || !IsNodeType(type, i == 0)) {
             reader.Fail(CCacheReader::State::Corrupt);
+            break;
         }
         tables.types.push_back(static_cast<CNodeData::ENodeType_t>(type));
     }
