@@ -6,6 +6,7 @@
 
 #include "cases.h"
 #include "frames.h"
+#include "instruction_sets.h"
 
 /// Bytes of a source.
 inline std::vector<uint8_t> MakeBytes(size_t count, Content content) {
@@ -54,4 +55,13 @@ inline std::string CompareInPlace(const BytesCall& call, const std::vector<uint8
         return "status " + std::to_string(status);
     }
     return Difference(out, expected);
+}
+
+/// Runs the call on every instruction set, in place too.
+inline void ExpectSameOnAll(const BytesCall& call, const std::vector<uint8_t>& src,
+                            const std::vector<uint8_t>& expected, size_t offset) {
+    WithEachInstructionSet([&] {
+        EXPECT_EQ(CompareBytes(call, src, expected, offset), "") << src.size() << " bytes";
+        EXPECT_EQ(CompareInPlace(call, src, expected, offset), "") << src.size() << " bytes";
+    });
 }

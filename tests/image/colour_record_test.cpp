@@ -7,6 +7,7 @@
 #include <array>
 #include <system_error>
 
+#include "frames.h"
 #include "refusals.h"
 
 namespace {
@@ -117,25 +118,29 @@ TEST(Coefficients, ALockThatFailsIsASystemError) {
 /// A call that succeeds.
 struct Call {
     TestRecord owner;
-    Words words{};
+    GuardedBytes words{sizeof(Words), 0};
     const QyColorCorrectionRecord* record = &owner.record;
-    uint16_t* coefficients = words.data();
+    void* coefficients = words.Data();
     int16_t saturation = 64;
     uint8_t size = 18;
 
-    bool IsUntouched() const { return words == Words{}; }
+    bool IsUntouched() const { return words.IsUntouched(); }
 };
 
 TEST(CoefficientChecks, ComeInOrder) {
     const std::vector<Refusal<Call>> refusals = {
         {"coefficients", [](Call& c) { c.coefficients = nullptr; }, QY_PARAMETER_INVALID},
         {"size", [](Call& c) { c.size = 17; }, QY_PARAMETER_INVALID},
+        {"larger size", [](Call& c) { c.size = 19; }, QY_PARAMETER_INVALID},
         {"saturation", [](Call& c) { c.saturation = 129; }, QY_PARAMETER_OUT_OF_BOUND},
         {"negative saturation", [](Call& c) { c.saturation = -64; }, QY_PARAMETER_OUT_OF_BOUND},
         {"record", [](Call& c) { c.record = nullptr; }, QY_PARAMETER_INVALID},
     };
     ExpectFirstRefusalDecides(refusals, [](const Call& c) {
-        return QyCalcCCParam(c.record, c.saturation, c.coefficients, c.size);
+        const auto status =
+            QyCalcCCParam(c.record, c.saturation, static_cast<uint16_t*>(c.coefficients), c.size);
+        EXPECT_TRUE(c.words.IsGuardWhole());
+        return status;
     });
 }
 

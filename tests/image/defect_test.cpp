@@ -2,9 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "frames.h"
+#include "bytes.h"
 #include "geometry_reference.h"
-#include "instruction_sets.h"
 #include "refusals.h"
 
 namespace {
@@ -27,14 +26,18 @@ Raw MakeDefective(int width, int height, int limit, unsigned every) {
 template <class Sample>
 void ExpectSame(const Raw& raw, int bits, size_t offset) {
     const SourceBytes<Sample> src(raw, offset);
-    GuardedBytes frame(raw.samples.size() * sizeof(Sample), offset);
-    std::copy_n(src.Data(), frame.Size(), frame.Data());
-    ASSERT_EQ(QyAutoRawDefectivePixelCorrect(frame.Data(), raw.width, raw.height, bits), QY_OK);
     const Raw repaired = GeometryReference::Repair(raw, bits);
-    const SourceBytes<Sample> expected(repaired, 0);
-    EXPECT_TRUE(std::equal(frame.Data(), frame.Data() + frame.Size(), expected.Data()))
-        << raw.width << " x " << raw.height << " of " << bits << " bits at " << offset;
-    EXPECT_TRUE(frame.IsGuardWhole());
+    const SourceBytes<Sample> samples(repaired, 0);
+    const size_t size = raw.samples.size() * sizeof(Sample);
+    const std::vector<uint8_t> expected(samples.Data(), samples.Data() + size);
+    WithEachInstructionSet([&] {
+        GuardedBytes frame(size, offset);
+        std::copy_n(src.Data(), size, frame.Data());
+        CountCase();
+        ASSERT_EQ(QyAutoRawDefectivePixelCorrect(frame.Data(), raw.width, raw.height, bits), QY_OK);
+        EXPECT_EQ(Difference(frame, expected), "")
+            << raw.width << " x " << raw.height << " of " << bits << " bits at " << offset;
+    });
 }
 
 void ExpectSame(const Raw& raw, int bits, size_t offset) {
@@ -47,20 +50,18 @@ protected:
     static int Limit() { return (1 << GetParam()) - 1; }
 };
 
-TEST_P(Defects, AllInstructionSetsGiveTheSameFrame) {
-    WithEachInstructionSet([] {
-        for (int width = 5; width <= 150; ++width) {
-            const auto offset = static_cast<size_t>(width % 4);
-            ExpectSame(MakeDefective(width, 9, Limit(), 2), GetParam(), offset);
-            ExpectSame(MakeDefective(width, 6, Limit(), 20), GetParam(), offset);
-        }
-    });
+TEST_P(Defects, EveryWidthUpToSomeVectors) {
+    for (int width = 5; width <= 150; ++width) {
+        const auto offset = static_cast<size_t>(width % 4);
+        ExpectSame(MakeDefective(width, 9, Limit(), 2), GetParam(), offset);
+        ExpectSame(MakeDefective(width, 6, Limit(), 20), GetParam(), offset);
+    }
 }
 
 TEST_P(Defects, StructuredFrames) {
-    for (const Content content :
-         {Content::Random, Content::Ramp, Content::Edges, Content::Extremes}) {
+    for (const Content content : kContents) {
         ExpectSame(MakeRaw(83, 21, content, Limit()), GetParam(), 0);
+        ExpectSame(MakeRaw(5, 5, content, Limit()), GetParam(), 1);
     }
 }
 

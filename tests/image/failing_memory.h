@@ -1,5 +1,5 @@
 #pragma once
-/// Allocations that fail on demand.
+/// Allocations that fail on demand, or are watched.
 
 #include <cstddef>
 
@@ -14,4 +14,21 @@ public:
 
     /// Whether it has failed.
     static bool HasFailed();
+};
+
+/// What this thread has allocated since this began.
+class MemoryUse {
+public:
+    MemoryUse();
+
+    size_t Allocations() const;
+    /// All of them together.
+    size_t Bytes() const;
+    /// How many aren't freed yet.
+    size_t Left() const;
+
+private:
+    size_t m_allocations;
+    size_t m_bytes;
+    size_t m_frees;
 };

@@ -28,10 +28,12 @@ std::vector<Bytes> WithEachFailure(const Run& run) {
     std::vector<Bytes> results;
     for (size_t before = 0;; ++before) {
         Bytes out(kPixels * 3);
+        const MemoryUse use;
         {
             const FailingMemory failing(before);
             EXPECT_EQ(run(out.data()), QY_OK) << before;
         }
+        EXPECT_EQ(use.Left(), 0U) << before;
         results.push_back(out);
         if (!FailingMemory::HasFailed()) {
             return results;

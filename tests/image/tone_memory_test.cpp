@@ -41,10 +41,12 @@ TEST_P(ToneMemory, IsReportedAndNothingWritten) {
     GuardedBytes out(QY_TONE_RECORD_SIZE, 0);
     for (size_t before = 0;; ++before) {
         QY_STATUS status = QY_OK;
+        const MemoryUse use;
         {
             const FailingMemory failing(before);
             status = GetParam().run(source.data(), out.Data());
         }
+        EXPECT_EQ(use.Left(), 0U) << before;
         if (!FailingMemory::HasFailed()) {
             EXPECT_EQ(status, QY_OK);
             EXPECT_NE(before, 0U) << "the function allocates nothing";

@@ -151,6 +151,16 @@ TEST(ToneSharpening, LeavesFlatAreas) {
     EXPECT_EQ(out, bytes);
 }
 
+TEST(ToneSharpening, TakesTheFactorInSinglePrecision) {
+    // A little below 0.35, of which 20 make 7 in that precision and less in another.
+    constexpr float kFactor = 0.35F;
+    static_assert(double{kFactor} * 20 < 7);
+    std::vector<uint8_t> bytes(3 * 5 * 5, 100);
+    bytes[3 * 12 + 1] = 140;
+    ASSERT_EQ(QySharpen24B(bytes.data(), bytes.data(), 5, 5, kFactor), QY_OK);
+    EXPECT_EQ(bytes[3 * 12 + 1], 140 + ((8 * 40 * 7 - 128) >> 8));
+}
+
 TEST(ToneSharpening, OfAPointRaisesAllItsBytesAlike) {
     std::vector<uint8_t> bytes(3 * 5 * 5, 100);
     uint8_t* const pixel = &bytes[3 * 12];
