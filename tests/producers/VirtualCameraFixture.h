@@ -61,12 +61,6 @@ protected:
     std::uint64_t FrameId(GenTL::BUFFER_HANDLE buffer) const {
         return camera.BufferInfo<std::uint64_t>(buffer, GenTL::BUFFER_INFO_FRAMEID);
     }
-    /// A device event.
-    GenTL::EVENT_HANDLE Register(GenTL::EVENT_TYPE type) const {
-        GenTL::EVENT_HANDLE event = nullptr;
-        OpenCamera::Check(api.GCRegisterEvent(camera.device, type, &event), "GCRegisterEvent");
-        return event;
-    }
 
     GenTLApi api{OV_TEST_VIRTUAL_PRODUCER};
     OpenCamera camera{api};

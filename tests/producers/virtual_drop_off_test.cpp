@@ -43,7 +43,12 @@ protected:
         camera.memory.clear();
         camera.buffers.clear();
     }
-    /// Waits for the loss.
+    GenTL::EVENT_HANDLE RegisterLoss() const {
+        GenTL::EVENT_HANDLE event = nullptr;
+        EXPECT_EQ(api.GCRegisterEvent(camera.device, GenTL::EVENT_DEVICE_OFFLINE, &event), 0);
+        return event;
+    }
+    /// 0 when it came.
     GenTL::GC_ERROR AwaitLoss(GenTL::EVENT_HANDLE event) const {
         std::size_t size = 0;
         return api.EventGetData(event, nullptr, &size, 10000);
@@ -51,7 +56,7 @@ protected:
 };
 
 TEST_F(VirtualDropOff, IsToldToTheHost) {
-    const GenTL::EVENT_HANDLE event = Register(GenTL::EVENT_DEVICE_OFFLINE);
+    const GenTL::EVENT_HANDLE event = RegisterLoss();
     DropOff(kAnHour);
     EXPECT_EQ(AwaitLoss(event), 0);
 }
@@ -100,7 +105,7 @@ TEST_F(VirtualDropOff, IsOverAfterItsTime) {
 }
 
 TEST_F(VirtualDropOff, ComesAfterTheFramesThatAreSet) {
-    const GenTL::EVENT_HANDLE event = Register(GenTL::EVENT_DEVICE_OFFLINE);
+    const GenTL::EVENT_HANDLE event = RegisterLoss();
     Write(Reg::DropOffTime, 0);
     Write(Reg::DropOffFrames, 2);
     Grab(5);
