@@ -19,6 +19,10 @@ std::string Words(const std::string& key) {
     return words;
 }
 
+void Print(const Json& document, int indent) {
+    std::printf("%s\n", document.dump(indent, ' ', false, Json::error_handler_t::replace).c_str());
+}
+
 std::string Text(const Json& value) {
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
@@ -26,7 +30,12 @@ std::string Text(const Json& value) {
 }  // namespace
 
 void PrintJson(const Json& document) {
-    std::printf("%s\n", document.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+    Print(document, 2);
+}
+
+void PrintJsonLine(const Json& document) {
+    Print(document, -1);
+    std::fflush(stdout);
 }
 
 void PrintSections(const Json& document) {

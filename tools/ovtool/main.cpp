@@ -8,13 +8,14 @@
 #include "ConfigFile.h"
 #include "Convert.h"
 #include "Error.h"
+#include "Events.h"
 #include "FeatureCommands.h"
 #include "Grab.h"
 #include "Info.h"
 #include "Ip.h"
 #include "List.h"
-#include "RawPort.h"
 #include "PipelineOptions.h"
+#include "RawPort.h"
 #include "Session.h"
 #include "Stream.h"
 
@@ -26,8 +27,9 @@ struct Options {
     bool json = false;
     uint32_t timeout = kSearchTimeout;
     GrabOptions grab;
-    ChunkOptions chunks;
     ConvertOptions convert;
+    ChunkOptions chunks;
+    EventOptions events;
     std::vector<std::string> names;
     std::string name;
     std::string value;
@@ -127,14 +129,14 @@ void AddFrameCommands(CLI::App& app, Options& options) {
         ->capture_default_str();
     grab->add_flag("--png,!--no-png", options.grab.png, "write pictures (the default)");
     grab->add_flag("--raw", options.grab.raw, "write the bytes as the camera sent them");
-    grab->callback([&options] { Grab(options.choice, options.grab, options.json); });
-
     CLI::Option* const process = grab->add_flag_callback(
         "--process", [] {}, "let pictures go through what the options below say");
     for (CLI::Option* const option :
          AddPipelineOptions(*grab, options.grab.pipeline)->get_options()) {
         option->needs(process);
     }
+    grab->callback([&options] { Grab(options.choice, options.grab, options.json); });
+
     CLI::App* const chunks = WithCamera(
         AddCommand(app, "chunks", "take frames and print what the camera appends to them", options),
         options);
@@ -165,6 +167,18 @@ void AddConvert(CLI::App& app, Options& options) {
                         "the picture, or with .raw its bytes; by default beside the file");
     AddPipelineOptions(*convert, options.convert.pipeline);
     convert->callback([&options] { Convert(options.convert, options.json); });
+}
+
+void AddEvents(CLI::App& app, Options& options) {
+    CLI::App* const events = WithCamera(
+        AddCommand(app, "events", "print what the camera tells, as it comes", options), options);
+    events->add_option("-e,--event", options.events.names, "only these events, by name");
+    events->add_option("-n,--count", options.events.count, "end after that many events");
+    events->add_option("-s,--seconds", options.events.seconds, "for how long")
+        ->check(CLI::Range(0.0, 1e9))
+        ->capture_default_str();
+    events->add_flag("--idle", options.events.idle, "let no frames flow meanwhile");
+    events->callback([&options] { PrintEvents(options.choice, options.events, options.json); });
 }
 
 /// The three addresses as arguments; `required` or all or none.
@@ -236,6 +250,7 @@ int Run(int argc, char** argv) {
     AddRegisterCommands(app, options);
     AddFrameCommands(app, options);
     AddConvert(app, options);
+    AddEvents(app, options);
     AddIpCommands(app, options);
     CLI11_PARSE(app, argc, argv);
     return 0;
