@@ -1,31 +1,12 @@
-#include <cstdint>
-#include <span>
-#include <string>
+#include "description_fuzz.h"
 
 #include "Base/GCException.h"
 #include "Base/OvAssert.h"
 #include "NodeMapData/CacheStream.h"
-#include "NodeMapData/NodeDataMap.h"
-#include "NodeMapData/NodeDataMapFactory.h"
-#include "support/XmlNodeMap.h"
 
 namespace DescriptionFuzz {
 
 namespace {
-
-using namespace GenApi_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
-using GenICam_3_0_ORVANE::GenericException;
-
-/// A selector that reads what it selects ends the process.
-bool HasSelectors(const CNodeDataMap& map) {
-    for (size_t i = 0; i < map.GetNumNodeIDs(); ++i) {
-        const CNodeData* const node = map.GetNodeData(NodeID_t(i));
-        if (node != nullptr && node->FindProperty(CPropertyID::pSelected_ID) != nullptr) {
-            return true;
-        }
-    }
-    return false;
-}
 
 std::string CacheFileOf(const CNodeDataMap& map) {
     CCacheWriter writer;
@@ -43,16 +24,15 @@ void CheckThatDataReturn(const CNodeDataMap& map) {
     OV_ASSERT(CacheFileOf(again) == kept);
 }
 
-void Run(const std::string& document, bool suppressStrings) {
+void Run(const Input& input) {
     CNodeDataMap map;
     try {
-        CNodeDataMapFactory::ParseXmlBuffer(&map, ContentType_Xml, document.data(), document.size(),
-                                            suppressStrings);
+        Parse(input, map);
         if (!HasSelectors(map)) {
             CNodeDataMapFactory::PreProcessNodeDataMap(&map);
             CheckThatDataReturn(map);
         }
-    } catch (const GenericException&) {  // NOLINT(bugprone-empty-catch): malformed
+    } catch (const GenICam_3_0_ORVANE::GenericException&) {  // NOLINT(bugprone-empty-catch)
     }
 }
 
@@ -60,14 +40,9 @@ void Run(const std::string& document, bool suppressStrings) {
 
 }  // namespace DescriptionFuzz
 
-/// The first byte says how, the others are a document or what stands in one.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size > 0) {
-        const std::string text(reinterpret_cast<const char*>(data) + 1, size - 1);
-        const bool isWhole = (data[0] & 1) != 0;
-        const bool suppressStrings = (data[0] & 2) != 0;
-        DescriptionFuzz::Run(isWhole ? text : EngineTest::XmlNodeMap::Describe(text),
-                             suppressStrings);
+        DescriptionFuzz::Run({data, size});
     }
     return 0;
 }

@@ -1,0 +1,55 @@
+#pragma once
+/// Descriptions made of what a fuzzer gives, and which of them may be used.
+
+#include <cstdint>
+#include <string>
+
+#include "NodeMapData/NodeDataMap.h"
+#include "NodeMapData/NodeDataMapFactory.h"
+#include "support/XmlNodeMap.h"
+
+namespace DescriptionFuzz {
+
+using namespace GenApi_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
+
+/// An input: its first byte says how, the others are a document or what stands
+/// in one.
+struct Input {
+    Input(const uint8_t* data, size_t size)
+        : suppressStrings((data[0] & 2) != 0),
+          document(reinterpret_cast<const char*>(data) + 1, size - 1) {
+        const bool isWhole = (data[0] & 1) != 0;
+        if (!isWhole) {
+            document = EngineTest::XmlNodeMap::Describe(document);
+        }
+    }
+
+    bool suppressStrings;
+    std::string document;
+};
+
+/// Fills the map. Raises for a malformed document.
+inline void Parse(const Input& input, CNodeDataMap& map) {
+    CNodeDataMapFactory::ParseXmlBuffer(&map, ContentType_Xml, input.document.data(),
+                                        input.document.size(), input.suppressStrings);
+}
+
+template <class Predicate>
+bool HasNode(const CNodeDataMap& map, const Predicate& predicate) {
+    for (size_t i = 0; i < map.GetNumNodeIDs(); ++i) {
+        const CNodeData* const node = map.GetNodeData(NodeID_t(i));
+        if (node != nullptr && predicate(*node)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// A selector that reads what it selects ends the process.
+inline bool HasSelectors(const CNodeDataMap& map) {
+    return HasNode(map, [](const CNodeData& node) {
+        return node.FindProperty(CPropertyID::pSelected_ID) != nullptr;
+    });
+}
+
+}  // namespace DescriptionFuzz
