@@ -48,6 +48,12 @@ Outcome Reported(const std::string& call, int32_t code, bool mute) {
             "]}{" + MessageOf(call, code, mute) + "}}"};
 }
 
+/// An import notes the whole text of the failure, and has one status for all.
+Outcome Noted(const std::string& call, int32_t code, bool mute) {
+    return {OV_STATUS_ERROR, "{OVImportConfigFile:line[",
+            "]}{" + MessageOf(call, code, mute) + "}}"};
+}
+
 }  // namespace
 
 Steps operator+(Steps first, const Steps& second) {
@@ -74,6 +80,8 @@ Outcome OutcomeOf(const Step& step, int32_t code, bool persistent, bool mute) {
             return persistent ? Raised(step.call, code, mute) : Outcome{};
         case Fate::ReportedByStop:
             return Reported(step.call, code, mute);
+        case Fate::NotedByImport:
+            return Noted(step.call, code, mute);
         case Fate::BlankStreamId:
             return {kInvalidId, "",
                     mute ? "]}{Failed to get last error description}"

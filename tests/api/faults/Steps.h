@@ -14,6 +14,7 @@ enum class Fate {
     RaisedUnlessMissing,  ///< as above; "not implemented" is passed over
     Healed,               ///< one failure is made good by the next attempt; three are raised
     ReportedByStop,       ///< the action goes on to its end and then reports
+    NotedByImport,        ///< the text notes it; the rest of the file is loaded
     BlankStreamId,        ///< the producer refuses the blank ID that comes of it
     CameraNotFound,       ///< the search goes on without what it was about
     TriesElsewhere,       ///< the address is looked for on the next interface

@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "support/AcquisitionTest.h"
-#include "support/FeatureCalls.h"
+#include "support/SettingsCamera.h"
 
 namespace {
 
@@ -15,23 +15,13 @@ constexpr int32_t kIoError = -1010;
 
 const std::string kText = "Failed to resolve file name";
 
-std::string Number(const std::string& name, uint64_t address, const std::string& more) {
-    return "<IntReg Name=\"" + name + "\">" + more + "<Address>" + std::to_string(address) +
-           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
-           "<Cachable>NoCache</Cachable><Endianess>LittleEndian</Endianess></IntReg>";
-}
-
-/// A camera with two settings, of which "Gain" holds tenths, whatever is written.
-std::string DescribeSettings() {
-    const std::string streamable = "<Streamable>Yes</Streamable>";
-    return DescribeCamera(
-        "<Category Name=\"Root\"><pFeature>DeviceModelName</pFeature><pFeature>Offset</pFeature>"
-        "<pFeature>Gain</pFeature></Category>"
-        "<String Name=\"DeviceModelName\"><Value>Own Camera</Value></String>" +
-        Number("Offset", kOffset, streamable) + "<Converter Name=\"Gain\">" + streamable +
-        "<FormulaTo>FROM * 10</FormulaTo><FormulaFrom>TO / 10</FormulaFrom>"
-        "<pValue>GainRaw</pValue></Converter>" +
-        Number("GainRaw", kGainRaw, ""));
+/// "Gain" holds tenths, whatever is written.
+std::string DescribeTenths() {
+    return DescribeSettings(DescribeNumber("Offset", kOffset, kStreamable) +
+                            "<Converter Name=\"Gain\">" + kStreamable +
+                            "<FormulaTo>FROM * 10</FormulaTo><FormulaFrom>TO / 10</FormulaFrom>"
+                            "<pValue>GainRaw</pValue></Converter>" +
+                            DescribeNumber("GainRaw", kGainRaw, ""));
 }
 
 /// A folder of its own for each test, gone with it.
@@ -62,7 +52,7 @@ std::string Content(const std::string& path) {
 class ConfigFileTest : public OpenCameraTest {
 protected:
     void SetUp() override {
-        const std::string description = DescribeSettings();
+        const std::string description = DescribeTenths();
         producer.SetDescription("Remote", "Settings.xml", description.data(), description.size());
         OpenCameraTest::SetUp();
     }

@@ -3,27 +3,11 @@
 #include <atomic>
 
 #include "Rounds.h"
+#include "support/Ear.h"
 
 namespace {
 
 constexpr OV_FEATURE_ID kEvent = OV_FEATURE_EventExposureEndFrameID;
-
-/// Counts what the callbacks of a camera tell.
-struct Ear {
-    FrameCounter frames;
-    std::atomic<unsigned> losses{0};
-    std::atomic<unsigned> events{0};
-
-    static void OnLoss(void* user) { ++static_cast<Ear*>(user)->losses; }
-    static void OnEvent(OV_FEATURE_ID /*feature*/, void* user) {
-        ++static_cast<Ear*>(user)->events;
-    }
-    static void Await(const std::atomic<unsigned>& count, unsigned wanted) {
-        while (count < wanted) {
-            std::this_thread::yield();
-        }
-    }
-};
 
 class LostCameraRoundsTest : public RoundsTest {
 protected:

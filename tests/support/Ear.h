@@ -1,0 +1,24 @@
+#pragma once
+/// What all callbacks of a camera tell.
+
+#include <atomic>
+#include <thread>
+
+#include "support/FrameCounter.h"
+
+/// Counts it.
+struct Ear {
+    FrameCounter frames;
+    std::atomic<unsigned> losses{0};
+    std::atomic<unsigned> events{0};
+
+    static void OnLoss(void* user) { ++static_cast<Ear*>(user)->losses; }
+    static void OnEvent(OV_FEATURE_ID /*feature*/, void* user) {
+        ++static_cast<Ear*>(user)->events;
+    }
+    static void Await(const std::atomic<unsigned>& count, unsigned wanted) {
+        while (count < wanted) {
+            std::this_thread::yield();
+        }
+    }
+};

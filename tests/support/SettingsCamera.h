@@ -1,0 +1,24 @@
+#pragma once
+/// Settings of a camera as they stand in its description.
+
+#include "support/FeatureCalls.h"
+
+/// A number in the camera's memory that is never cached.
+/// @param more  what else the description says of it
+inline std::string DescribeNumber(const std::string& name, uint64_t address,
+                                  const std::string& more) {
+    return "<IntReg Name=\"" + name + "\">" + more + "<Address>" + std::to_string(address) +
+           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+           "<Cachable>NoCache</Cachable><Endianess>LittleEndian</Endianess></IntReg>";
+}
+
+inline const std::string kStreamable = "<Streamable>Yes</Streamable>";
+
+/// A camera "Own Camera" with the settings "Offset" and "Gain", which are given.
+inline std::string DescribeSettings(const std::string& settings) {
+    return DescribeCamera(
+        "<Category Name=\"Root\"><pFeature>DeviceModelName</pFeature><pFeature>Offset</pFeature>"
+        "<pFeature>Gain</pFeature></Category>"
+        "<String Name=\"DeviceModelName\"><Value>Own Camera</Value></String>" +
+        settings);
+}
