@@ -171,7 +171,8 @@ void CDeviceInfoFactory::__CheckNotOpenByIP(const std::string& ip) {
                           info->GetDevice()->DoGetDeviceInfo().id.value == id;
         return isAt && info->GetDevice()->DoIsDeviceOpen();
     };
-    if (std::any_of(m_open.begin(), m_open.end(), isOpenAt)) {
+    if (std::any_of(m_open.begin(), m_open.end(), isOpenAt) ||
+        std::any_of(m_closing.begin(), m_closing.end(), isOpenAt)) {
         OV_RAISE(CInvalidAccessError, kAlreadyOpen);
     }
 }
