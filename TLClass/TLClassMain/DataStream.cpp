@@ -83,8 +83,11 @@ void CDataStream::DoCloseDataStream() {
     GetFeatureControl()->DoUnregisterAllFeatureCallback();
     SetFeatureControl(nullptr);
     GetAnalyzer().UnloadXML();
-    OV_LOG_IF_FAILED(GetLib().DSClose(m_handle), GetLib());
-    m_handle = nullptr;
+    {
+        const std::scoped_lock buffersLock(m_buffersMutex);
+        OV_LOG_IF_FAILED(GetLib().DSClose(m_handle), GetLib());
+        m_handle = nullptr;
+    }
     __FreeBuffers();
     m_chunkAdapter->DetachNodeMap();
     m_open = false;
@@ -115,6 +118,7 @@ CNativeNewBufferEvent& CDataStream::DoGetNativeNewBufferEvent() {
 }
 
 void CDataStream::DoFlushAllToInput() {
+    const std::scoped_lock buffersLock(m_buffersMutex);
     void* const handle = m_handle;
     if (handle == nullptr) {
         OV_RAISE(CUnexpectedError, "The data stream is closed");

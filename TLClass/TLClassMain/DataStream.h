@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -112,6 +113,11 @@ private:
     CNewBufferEvent m_newBufferEvent;
     std::atomic<bool> m_acquiring{false};
     CLock m_streamLock;
+    /// Held while all buffers go into the producer's hands, and from the flush of
+    /// a stop until they are back: a flush in between would queue buffers that
+    /// could then not be revoked. The stream's lock won't do, as a capture
+    /// callback may flush while a stop waits for it.
+    std::mutex m_buffersMutex;
 };
 
 }  // namespace OVTLClass

@@ -87,6 +87,7 @@ void CDataStream::DoStartDataStreamAcqusition(const IBufferInitInfo& info) {
     __AllocateBuffers(static_cast<size_t>(info.GetPayloadSize()));
     // Before the first buffer can fill.
     CStartGetNewBufferAgency event(m_newBufferEvent, m_handle, info, m_chunkAdapter.get());
+    const std::scoped_lock buffersLock(m_buffersMutex);
     CAnnouceBuffersAgency announced(*this);
     CDSFlushQueueAgency queued(*this, GetLib(), m_handle);
     CDSStartAcquisitionAgency started(GetLib(), m_handle);
@@ -109,9 +110,12 @@ void CDataStream::__StopDataStreamAcquisition() {
     }
     OV_RUN_LOGGED([this] { m_newBufferEvent.StopGetNewBuffer(); });
     OV_LOG_IF_FAILED(GetLib().DSStopAcquisition(m_handle, GenTL::ACQ_STOP_FLAGS_KILL), GetLib());
-    __WithdrawBuffers();
-    OV_LOG_IF_FAILED(GetLib().DSFlushQueue(m_handle, GenTL::ACQ_QUEUE_ALL_DISCARD), GetLib());
-    __RevokeBuffers();
+    {
+        const std::scoped_lock buffersLock(m_buffersMutex);
+        __WithdrawBuffers();
+        OV_LOG_IF_FAILED(GetLib().DSFlushQueue(m_handle, GenTL::ACQ_QUEUE_ALL_DISCARD), GetLib());
+        __RevokeBuffers();
+    }
     OV_RUN_LOGGED([this] { __SetTLParamsLocked(0); });
     m_acquiring = false;
 }

@@ -348,6 +348,24 @@ TEST_F(StreamAcquisition, CannotGiveBuffersBackOnceClosed) {
     EXPECT_UNEXPECTED(-1, "The data stream is closed", stream->DoFlushAllToInput());
 }
 
+TEST_F(StreamAcquisition, GivesNoBufferBackBetweenTheFlushAndTheEndOfAStop) {
+    Start();
+    producer.ClearLog();
+    producer.BlockCall("DSRevokeBuffer");
+    std::thread stopper([this] { Stop(); });
+    EXPECT_EQ(producer.WaitForCalls("DSRevokeBuffer", 1, 60000), 0);
+    const uint64_t flushes = producer.CallCount("DSFlushQueue");
+    std::thread flusher([this] { stream->DoFlushAllToInput(); });
+    // That is when it would come between, if it could.
+    EXPECT_NE(producer.WaitForCalls("DSFlushQueue", flushes + 1, 50), 0);
+    producer.ReleaseCall("DSRevokeBuffer");
+    flusher.join();
+    stopper.join();
+    ExpectIdle();
+    Start();
+    EXPECT_EQ(Memory(5).size(), 5U);
+}
+
 TEST_F(StreamAcquisition, RaisesWhenBuffersCannotBeGivenBack) {
     Start();
     producer.FailCall("DSFlushQueue", 1, GenTL::GC_ERR_IO);

@@ -172,6 +172,19 @@ TEST_F(Delivery, EndsTheWaitOfItsThreadWithTheStop) {
     EXPECT_THAT(log.Lines(), IsEmpty());
 }
 
+TEST_F(Delivery, LetsACallbackFlushWhileAStopWaitsForIt) {
+    Register([this](const BUFFER_INFO&) {
+        ++delivered;
+        EXPECT_EQ(producer.WaitForCalls("EventKill", 1, 60000), 0);
+        stream->DoFlushAllToInput();
+    });
+    Start();
+    producer.Trigger(0, 0, 1);
+    AwaitDelivered(1);
+    Stop();
+    EXPECT_EQ(producer.OpenCount("Buffer"), 0);
+}
+
 TEST_F(Delivery, StartsAThreadForACallbackOfTheNextStartOnly) {
     Start();
     RegisterCounter();
