@@ -1,8 +1,10 @@
 // Settings of a camera that go into a file and come back.
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 #include "support/AcquisitionTest.h"
 #include "support/SettingsCamera.h"
@@ -212,6 +214,26 @@ TEST_F(ConfigFileTest, ALostCameraFailsEachFeature) {
     EXPECT_NE(LastError::Get().text.find("Error while writing node 'Offset'"), std::string::npos);
     EXPECT_NE(LastError::Get().text.find("Error while writing node 'Gain'"), std::string::npos);
     EXPECT_EQ(OVExportConfigFile(camera, path.c_str()), OV_STATUS_OFFLINE);
+}
+
+TEST_F(ConfigFileTest, CallsWithoutAFeatureGoOnBesideAnExport) {
+    const uint64_t before = producer.CallCount("GCReadPort");
+    producer.BlockCall("GCReadPort");
+    std::atomic<OV_STATUS> exported{OV_STATUS_ERROR};
+    std::thread other([&] { exported = OVExportConfigFile(camera, path.c_str()); });
+    ASSERT_EQ(producer.WaitForCalls("GCReadPort", before + 1, 60000), 0);
+    uint32_t value = 5;
+    size_t size = sizeof value;
+    EXPECT_OV_OK(OVWriteRemoteDevicePort(camera, kOffset, &value, &size));
+    EXPECT_OV_OK(OVGetAllDeviceBaseInfo(nullptr, &size));
+    OV_EVENT_CALLBACK_HANDLE handle = nullptr;
+    EXPECT_OV_OK(OVRegisterDeviceOfflineCallback(
+        camera, nullptr, [](void*) {}, &handle));
+    EXPECT_OV_OK(OVUnregisterDeviceOfflineCallback(camera, handle));
+    producer.ReleaseCall("GCReadPort");
+    other.join();
+    EXPECT_EQ(exported, OV_STATUS_SUCCESS);
+    EXPECT_NE(Content(path).find("\nOffset\t5\n"), std::string::npos);
 }
 
 TEST_F(AcquisitionTest, ConfigFilesAreNotTouchedWhileAcquiring) {

@@ -29,8 +29,8 @@ protected:
 };
 
 TEST_F(RawPortSize, FromNothingToAMebibyteGoesInOneCall) {
-    for (const size_t size :
-         {size_t{0}, size_t{1}, size_t{3}, size_t{4096}, size_t{65537}, kSize - 1, kSize}) {
+    for (const size_t size : {size_t{0}, size_t{1}, size_t{3}, size_t{4}, size_t{511}, size_t{4096},
+                              size_t{65536}, size_t{65537}, kSize - 1, kSize}) {
         SCOPED_TRACE(size);
         const std::vector<uint8_t> written = Random(kSize);
         std::vector<uint8_t> read(kSize + 1, 0x6E);
