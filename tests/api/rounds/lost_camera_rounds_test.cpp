@@ -69,6 +69,8 @@ TEST_F(LostCameraRoundsTest, WhileAnEventCallbackRuns) {
         std::atomic<bool> released{false};
         OV_DEV_HANDLE camera = nullptr;
         OV_STATUS status = OV_STATUS_ERROR;
+        OV_STATUS closedCamera = OV_STATUS_ERROR;
+        OV_STATUS closedLibrary = OV_STATUS_ERROR;
 
         static void OnEvent(OV_FEATURE_ID /*feature*/, void* user) {
             auto* const held = static_cast<Held*>(user);
@@ -80,6 +82,8 @@ TEST_F(LostCameraRoundsTest, WhileAnEventCallbackRuns) {
             }
             int64_t width = 0;
             held->status = OVGetInt(held->camera, OV_FEATURE_PayloadSize, &width);
+            held->closedCamera = OVCloseDevice(held->camera);
+            held->closedLibrary = OVCloseLib();
         }
     };
     Run([&](unsigned round) {
@@ -111,6 +115,8 @@ TEST_F(LostCameraRoundsTest, WhileAnEventCallbackRuns) {
             release.join();
         }
         EXPECT_TRUE(held.status == OV_STATUS_OFFLINE || held.status == OV_STATUS_SUCCESS);
+        EXPECT_EQ(held.closedCamera, OV_STATUS_INVALID_CALL);
+        EXPECT_EQ(held.closedLibrary, OV_STATUS_INVALID_CALL);
     });
 }
 
