@@ -13,6 +13,7 @@
 #include <type_traits>
 
 #include "BayerCell.h"
+#include "Threes-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace QyBayer {
@@ -37,7 +38,7 @@ HWY_INLINE void PutPixels(D d, const Image<Sample, Width>& image, Sample* pixels
     if constexpr (Width == 4) {
         hn::StoreInterleaved4(first, g, third, hn::Set(d, image.alpha), d, lanes);
     } else {
-        hn::StoreInterleaved3(first, g, third, d, lanes);
+        QyBlocks::HWY_NAMESPACE::StoreThrees(first, g, third, d, lanes);
     }
 }
 

@@ -12,6 +12,8 @@
 
 #include <cstring>
 
+#include "Threes-inl.h"
+
 #if HWY_TARGET != HWY_SCALAR
 
 HWY_BEFORE_NAMESPACE();

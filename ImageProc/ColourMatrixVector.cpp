@@ -1,8 +1,5 @@
 // The loops over whole vectors, compiled once for each instruction set.
 
-// Vectors whose size the compiler doesn't know can't be members.
-#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128)
-
 #include <algorithm>
 
 #include "ColourMatrix.h"
@@ -86,13 +83,12 @@ void MixLoop(uint8_t* image, size_t pixels, const Matrix& matrix) {
     const Row first(matrix.data());
     const Row second(matrix.data() + 3);
     const Row third(matrix.data() + 6);
-    ForEachBlock<3>(image, image, pixels,
-                    [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
-                        Colours colours;
-                        hn::LoadInterleaved3(Bytes(), in, colours.r, colours.g, colours.b);
-                        hn::StoreInterleaved3(first.Mix(colours), second.Mix(colours),
-                                              third.Mix(colours), Bytes(), out);
-                    });
+    ForEachBlock<3>(
+        image, image, pixels, [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
+            Colours colours;
+            LoadThrees(Bytes(), in, colours.r, colours.g, colours.b);
+            StoreThrees(first.Mix(colours), second.Mix(colours), third.Mix(colours), Bytes(), out);
+        });
 }
 
 #endif

@@ -1,8 +1,5 @@
 // The loops over whole vectors, compiled once for each instruction set.
 
-// Vectors whose size the compiler doesn't know can't be members.
-#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128)
-
 #include "ImproveVector.h"
 
 #include <algorithm>
@@ -61,7 +58,7 @@ HWY_INLINE Pixels<Width> LoadPixels(const uint8_t* in) {
     if constexpr (Width == 4) {
         hn::LoadInterleaved4(Bytes(), in, p.bytes[0], p.bytes[1], p.bytes[2], p.bytes[3]);
     } else {
-        hn::LoadInterleaved3(Bytes(), in, p.bytes[0], p.bytes[1], p.bytes[2]);
+        LoadThrees(Bytes(), in, p.bytes[0], p.bytes[1], p.bytes[2]);
     }
     return p;
 }
@@ -71,7 +68,7 @@ HWY_INLINE void StorePixels(const Pixels<Width>& p, uint8_t* out) {
     if constexpr (Width == 4) {
         hn::StoreInterleaved4(p.bytes[0], p.bytes[1], p.bytes[2], p.bytes[3], Bytes(), out);
     } else {
-        hn::StoreInterleaved3(p.bytes[0], p.bytes[1], p.bytes[2], Bytes(), out);
+        StoreThrees(p.bytes[0], p.bytes[1], p.bytes[2], Bytes(), out);
     }
 }
 

@@ -1,8 +1,5 @@
 // The loops over whole vectors, compiled once for each instruction set.
 
-// Vectors whose size the compiler doesn't know can't be members.
-#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128)
-
 #include <algorithm>
 #include <cstring>
 
@@ -96,7 +93,7 @@ void KeepLoop(const uint8_t* row, size_t width, const KeptRow& kept) {
         if constexpr (Width == 3) {
             hn::Vec<Bytes> first;
             hn::Vec<Bytes> third;
-            hn::LoadInterleaved3(d, in, first, bytes, third);
+            LoadThrees(d, in, first, bytes, third);
         } else {
             bytes = hn::LoadU(d, in);
         }
@@ -194,10 +191,10 @@ HWY_INLINE void Apply(const Change& change, const uint8_t* in, uint8_t* out) {
         hn::Vec<Bytes> first;
         hn::Vec<Bytes> second;
         hn::Vec<Bytes> third;
-        hn::LoadInterleaved3(d, in, first, second, third);
+        LoadThrees(d, in, first, second, third);
         const auto sharp = Changed(second, change);
         const Change same{hn::SaturatedSub(sharp, second), hn::SaturatedSub(second, sharp)};
-        hn::StoreInterleaved3(Changed(first, same), sharp, Changed(third, same), d, out);
+        StoreThrees(Changed(first, same), sharp, Changed(third, same), d, out);
     }
 }
 

@@ -1,11 +1,5 @@
 // The loops over whole vectors, compiled once for each instruction set.
 
-// A table of 256 bytes fits the registers of this one.
-#define HWY_WANT_AVX3_DL
-
-// Vectors whose size the compiler doesn't know can't be members.
-#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128)
-
 #include "ToneVector.h"
 
 #include <algorithm>
@@ -145,9 +139,9 @@ HWY_INLINE void MixPixels(const uint8_t* src, uint8_t* dst, size_t count, const 
     ForEachBlock<3>(src, dst, count, [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
         const Bytes d;
         Pixels pixels;
-        hn::LoadInterleaved3(d, in, pixels.b0, pixels.b1, pixels.b2);
+        LoadThrees(d, in, pixels.b0, pixels.b1, pixels.b2);
         const Pixels mixed = mix(pixels);
-        hn::StoreInterleaved3(mixed.b0, mixed.b1, mixed.b2, d, out);
+        StoreThrees(mixed.b0, mixed.b1, mixed.b2, d, out);
     });
 }
 

@@ -1,0 +1,122 @@
+// Samples that come in threes. Included once for each instruction set, within
+// foreach_target.
+
+#if defined(QY_THREES_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef QY_THREES_INL_H
+#undef QY_THREES_INL_H
+#else
+#define QY_THREES_INL_H
+#endif
+
+#include <hwy/highway.h>
+
+#include <array>
+
+HWY_BEFORE_NAMESPACE();
+namespace QyBlocks {
+namespace HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+/// Whether the instruction set looks lanes of a type up in two registers at once:
+/// two look-ups make each of three vectors out of three others.
+template <class T>
+constexpr bool HasLookup() {
+    return (HWY_TARGET == HWY_AVX3 && sizeof(T) == 2) || HWY_TARGET == HWY_AVX3_DL;
+}
+
+#if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
+
+/// Where the lanes of three vectors are found: first among those of the first two,
+/// then among what came of it and the third.
+template <class T>
+struct ThreeTables {
+    static constexpr size_t kLanes = 64 / sizeof(T);
+    using Table = std::array<T, kLanes>;
+
+    alignas(64) Table first[3];
+    alignas(64) Table second[3];
+
+    /// @param place  of the lane `i` of vector `k` in all three vectors
+    template <class Place>
+    explicit constexpr ThreeTables(const Place& place) : first(), second() {
+        for (size_t k = 0; k < 3; ++k) {
+            for (size_t i = 0; i < kLanes; ++i) {
+                const size_t at = place(k, i);
+                first[k][i] = static_cast<T>(at % (2 * kLanes));
+                second[k][i] = static_cast<T>(at < 2 * kLanes ? i : at - kLanes);
+            }
+        }
+    }
+};
+
+template <class T>
+inline constexpr ThreeTables<T> kTakeApart([](size_t k, size_t i) { return 3 * i + k; });
+template <class T>
+inline constexpr ThreeTables<T> kPutTogether([](size_t k, size_t i) {
+    const size_t place = k * ThreeTables<T>::kLanes + i;
+    return place % 3 * ThreeTables<T>::kLanes + place / 3;
+});
+
+template <class D, class V = hn::Vec<D>>
+HWY_INLINE V Among(D d, V a, V b, const hn::TFromD<D>* places) {
+    const V index = hn::Load(d, places);
+    if constexpr (sizeof(hn::TFromD<D>) == 2) {
+        return V{_mm512_permutex2var_epi16(a.raw, index.raw, b.raw)};
+    } else {
+#if HWY_TARGET == HWY_AVX3_DL
+        return V{_mm512_permutex2var_epi8(a.raw, index.raw, b.raw)};
+#else
+        return index;
+#endif
+    }
+}
+
+/// Vector `k` that the tables make of three.
+template <size_t K, class D, class V = hn::Vec<D>>
+HWY_INLINE V Arranged(D d, const ThreeTables<hn::TFromD<D>>& tables, V a, V b, V c) {
+    return Among(d, Among(d, a, b, tables.first[K].data()), c, tables.second[K].data());
+}
+
+#endif
+
+/// Takes a vector's worth of triples apart.
+template <class D, class V = hn::Vec<D>>
+HWY_INLINE void LoadThrees(D d, const hn::TFromD<D>* from, V& a, V& b, V& c) {
+    using T = hn::TFromD<D>;
+    if constexpr (HasLookup<T>()) {
+#if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
+        const size_t lanes = hn::Lanes(d);
+        const V v0 = hn::LoadU(d, from);
+        const V v1 = hn::LoadU(d, from + lanes);
+        const V v2 = hn::LoadU(d, from + 2 * lanes);
+        a = Arranged<0>(d, kTakeApart<T>, v0, v1, v2);
+        b = Arranged<1>(d, kTakeApart<T>, v0, v1, v2);
+        c = Arranged<2>(d, kTakeApart<T>, v0, v1, v2);
+#endif
+    } else {
+        hn::LoadInterleaved3(d, from, a, b, c);
+    }
+}
+
+/// Puts triples together.
+template <class D, class V = hn::Vec<D>>
+HWY_INLINE void StoreThrees(V a, V b, V c, D d, hn::TFromD<D>* to) {
+    using T = hn::TFromD<D>;
+    if constexpr (HasLookup<T>()) {
+#if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
+        const size_t lanes = hn::Lanes(d);
+        hn::StoreU(Arranged<0>(d, kPutTogether<T>, a, b, c), d, to);
+        hn::StoreU(Arranged<1>(d, kPutTogether<T>, a, b, c), d, to + lanes);
+        hn::StoreU(Arranged<2>(d, kPutTogether<T>, a, b, c), d, to + 2 * lanes);
+#endif
+    } else {
+        hn::StoreInterleaved3(a, b, c, d, to);
+    }
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace QyBlocks
+HWY_AFTER_NAMESPACE();
+
+#endif
