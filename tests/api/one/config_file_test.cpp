@@ -180,6 +180,57 @@ TEST_F(ConfigFileTest, AFileOfAnotherVersionOrModelIsRefused) {
               "device(Own Camera)");
 }
 
+/// What is wrong with a file, and all that the last error says of it.
+struct MalformedFile {
+    const char* name;
+    const char* from;
+    const char* to;
+    const char* text;
+    bool isOfTheEngine = false;
+};
+
+const MalformedFile kMalformed[] = {
+    {"AFifthPart", "Offset\t7\n", "Offset\t7\n</>more\n", "Invalid feature file format"},
+    {"APartTooFew", "\n</", "\n< /", "Invalid feature file format"},
+    {"NoVersion", "FileVersion", "Version", "Can not find FileVersion"},
+    {"NoModel", "DeviceModelName:", "Device:", "Can not find DeviceModelName"},
+    {"AnEmptyModel", "Own Camera", "", "Can not find DeviceModelName"},
+    {"NoMark", "# {05D8C294-F295-4dfb-9D01-096BD04049F4}", "# nothing",
+     "The stream is not a GenApi feature stream since it is missing the magic GUID in the first "
+     "line",
+     true},
+    {"TheMarkOfSeveralBags", "{05D8C294-F295-4dfb-9D01-096BD04049F4}",
+     "{4709CB3C-7322-4460-84C3-DA11DDA09939}",
+     "The stream has been created using the CFeatureBagger class thus must be restored using the "
+     "CFeatureBagger class as well",
+     true},
+};
+
+class MalformedConfigFile : public ConfigFileTest,
+                            public testing::WithParamInterface<MalformedFile> {};
+
+TEST_P(MalformedConfigFile, IsRefusedWithItsTextAndChangesNothing) {
+    Put(kOffset, 7);
+    Export();
+    Put(kOffset, 3);
+    Replace(GetParam().from, GetParam().to);
+    for (const bool verify : {false, true}) {
+        EXPECT_EQ(Import(verify), OV_STATUS_ERROR);
+        const LastError error = LastError::Get();
+        EXPECT_EQ(error.status, OV_STATUS_ERROR);
+        if (GetParam().isOfTheEngine) {
+            EXPECT_EQ(error.text.find("{-1}{ImportFeaturesFromStream:line["), 0U) << error.text;
+            EXPECT_EQ(error.message, GetParam().text);
+        } else {
+            EXPECT_EQ(error.text, std::string("{-1}") + GetParam().text);
+        }
+        EXPECT_EQ(At(kOffset), 3U);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, MalformedConfigFile, testing::ValuesIn(kMalformed),
+                         [](const auto& test) { return std::string(test.param.name); });
+
 TEST_F(ConfigFileTest, OneBadLineLeavesTheOthersSet) {
     Export();
     Replace("Offset\t0\n", "Offset\t9\nNothing\t1\n");
