@@ -51,6 +51,13 @@ TEST_P(BayerInstructionSets, AnyAlignmentOfSourceAndDestination) {
     ExpectSame(70, 8, Content::Random, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16});
 }
 
+/// Rows that are worked on in more than one part.
+TEST_P(BayerInstructionSets, WidthsAroundAThousandAndTwo) {
+    for (const int width : {1020, 1026, 1028, 1034, 1090, 2050, 2058}) {
+        ExpectSame(width, 8, Content::Random, {0});
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(All, BayerInstructionSets,
                          Combine(ValuesIn(kForms), Values(0, 1, 2), Values(0, 1, 2, 3, 4, 5),
                                  testing::Bool()));
@@ -75,6 +82,20 @@ TEST_P(BayerStride, LeavesWhatLiesBetweenRowsAsItWas) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, BayerStride, Combine(Values(0, 1, 2), Values(1, 2, 3, 4, 5)));
+
+/// Form, method.
+class BayerLargeFrames : public testing::TestWithParam<std::tuple<Form, int>> {};
+
+TEST_P(BayerLargeFrames, LargerThanTheCaches) {
+    Conversion conversion;
+    conversion.form = std::get<0>(GetParam());
+    conversion.options.method = std::get<1>(GetParam());
+    conversion.options.filter = QY_BAYER_GB;
+    conversion.options.flip = true;
+    ExpectSameOnAll(conversion, MakeRaw(1446, 1082, Content::Ramp, conversion.Limit()), {3});
+}
+
+INSTANTIATE_TEST_SUITE_P(All, BayerLargeFrames, Combine(ValuesIn(kForms), Values(0, 1, 2)));
 
 /// Words that hold more bits than the call says: layout.
 class BayerWords : public testing::TestWithParam<int> {

@@ -19,11 +19,12 @@ using BytesCall = std::function<int(const void* src, void* dst)>;
 
 /// Where `out` differs from what is expected; "" for nowhere.
 inline std::string Difference(GuardedBytes& out, const std::vector<uint8_t>& expected) {
-    for (size_t i = 0; i < expected.size(); ++i) {
-        if (out.Data()[i] != expected[i]) {
-            return "byte " + std::to_string(i) + " is " + std::to_string(out.Data()[i]) +
-                   " instead of " + std::to_string(expected[i]);
-        }
+    if (std::memcmp(out.Data(), expected.data(), expected.size()) != 0) {
+        const auto* const wrong =
+            std::mismatch(out.Data(), out.Data() + expected.size(), expected.begin()).first;
+        const auto place = static_cast<size_t>(wrong - out.Data());
+        return "byte " + std::to_string(place) + " is " + std::to_string(*wrong) + " instead of " +
+               std::to_string(expected[place]);
     }
     return out.IsGuardWhole() ? "" : "a byte beside the destination was written";
 }

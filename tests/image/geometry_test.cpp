@@ -65,6 +65,13 @@ TEST_P(Geometry, SizesAroundVectorsAndSquares) {
     ExpectSame(150, 260, Content::Edges, 0);
 }
 
+TEST_P(Geometry, LargeFramesAtAnyAddress) {
+    for (size_t offset = 0; offset < 65; ++offset) {
+        ExpectSame(133, 130, Content::Random, offset);
+    }
+    ExpectSame(2100, 1030, Content::Ramp, 5);
+}
+
 TEST_P(Geometry, StructuredFrames) {
     for (const Content content : kContents) {
         ExpectSame(75, 67, content, 0);
