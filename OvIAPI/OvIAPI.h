@@ -46,8 +46,9 @@ OV_API const char* OVGetLibVersion(void);
 OV_API OV_STATUS OVInitLib(void);
 
 /** Closes all cameras and producers, and resets the calling thread's last
- *  error. Success when nothing is open. Not from a callback:
- *  OV_STATUS_INVALID_CALL, and the library stays as it is. */
+ *  error. Success when nothing is open. Cameras close from the last opened to
+ *  the first; in a callback of one of them its turn ends the call with
+ *  OV_STATUS_INVALID_CALL, and it, those before it and the library stay. */
 OV_API OV_STATUS OVCloseLib(void);
 
 /** The last failure of the calling thread. It stays until the next failure of
@@ -299,7 +300,15 @@ OV_API OV_STATUS OVDQAllBufs(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBuf
 OV_API OV_STATUS OVQAllBufs(OV_DEV_HANDLE hDevice);
 
 /** @} */
-/** @name Events */
+/** @name Events
+ *
+ * Callbacks come on threads of the camera's own, one for frames, one for its
+ * events and one for its loss; those that a write causes come on the writer's.
+ * While a feature callback runs, feature calls of other threads on that camera
+ * wait, and a close waits for all callbacks. A callback that waits for such a
+ * thread waits for ever: by a list update while that thread closes the library,
+ * or by OVStreamOff() while it starts or closes the stream.
+ */
 /** @{ */
 
 /** Has callBackFun called once when the camera is gone. Not from the offline
