@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <numeric>
 #include <optional>
 
 #include "ImproveVector.h"
@@ -19,14 +20,16 @@ public:
 
     /// Either may be null. Gamma comes first.
     ToneTable(const uint32_t* contrast, const uint32_t* gamma) {
-        for (uint32_t i = 0; i < m_bytes.size(); ++i) {
+        for (uint32_t i = 0; i <= kTop; ++i) {
             const uint32_t tone = Through(contrast, Through(gamma, i));
             m_bytes[i] = static_cast<uint8_t>(std::min(tone >> 4, kMostByte));
         }
+        std::iota(m_bytes.begin() + kTop + 1, m_bytes.end(), uint8_t{0});
     }
 
     /// A sum of 12 bits that may lie outside of them.
     uint8_t Of(int32_t sum) const { return m_bytes[static_cast<size_t>(std::clamp(sum, 0, kTop))]; }
+    /// The table, and behind it the bytes themselves for what has no tone.
     const uint8_t* Data() const { return m_bytes.data(); }
     /// The table for bytes, each taken as its place times 16.
     std::array<uint8_t, 256> OfBytes() const {
@@ -44,7 +47,7 @@ private:
         return table == nullptr ? value : table[std::min(value, uint32_t{kTop})];
     }
 
-    std::array<uint8_t, kTop + 1> m_bytes;
+    std::array<uint8_t, kTop + 1 + kMostByte + 1> m_bytes;
 };
 
 /// The nine tables of a record as three: what an input adds to all three sums

@@ -3,6 +3,7 @@
 #include "ImproveVector.h"
 
 #include <algorithm>
+#include <cstring>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "ImproveVector.cpp"
@@ -72,86 +73,135 @@ HWY_INLINE void StorePixels(const Pixels<Width>& p, uint8_t* out) {
     }
 }
 
-/// The colours of pixels.
-struct Colours {
-    Split<Shorts> r;
-    Split<Shorts> g;
-    Split<Shorts> b;
-};
-
 /// A row of the matrix.
-struct Row {
-    Vector r;
-    Vector g;
-    Vector b;
-
+class Row {
+public:
     explicit Row(const int16_t* row)
-        : r(hn::Set(Shorts(), row[0])),
-          g(hn::Set(Shorts(), row[1])),
-          b(hn::Set(Shorts(), row[2])) {}
+        : m_red(hn::Set(Shorts(), row[0])),
+          m_green(hn::Set(Shorts(), row[1])),
+          m_blue(hn::Set(Shorts(), row[2])) {}
 
-    HWY_INLINE Split<Shorts> Of(const Colours& c) const {
-        return {Limited(c.r.even, c.g.even, c.b.even), Limited(c.r.odd, c.g.odd, c.b.odd)};
+    /// The sums of some pixels, limited to 12 bits.
+    HWY_INLINE Vector Of(Vector r, Vector g, Vector b) const {
+        const Shorts d;
+        const Vector sum =
+            hn::Add(hn::Add(hn::Mul(r, m_red), hn::Mul(g, m_green)), hn::Mul(b, m_blue));
+        return hn::Min(hn::Max(sum, hn::Zero(d)), hn::Set(d, kTop));
+    }
+    HWY_INLINE Split<Shorts> Of(const Split<Shorts>& r, const Split<Shorts>& g,
+                                const Split<Shorts>& b) const {
+        return {Of(r.even, g.even, b.even), Of(r.odd, g.odd, b.odd)};
     }
 
 private:
-    HWY_INLINE Vector Limited(Vector red, Vector green, Vector blue) const {
-        const Shorts d;
-        const Vector sum = hn::Add(hn::Add(hn::Mul(red, r), hn::Mul(green, g)), hn::Mul(blue, b));
-        return hn::Min(hn::Max(sum, hn::Zero(d)), hn::Set(d, kTop));
-    }
+    Vector m_red;
+    Vector m_green;
+    Vector m_blue;
 };
-
-/// What a table of bytes has for each sum.
-HWY_INLINE hn::Vec<Bytes> LookUp(const uint8_t* tone, const Split<Shorts>& sums) {
-    constexpr size_t kMost = HWY_MAX_BYTES / sizeof(int16_t);
-    alignas(HWY_MAX_BYTES) int16_t even[kMost];
-    alignas(HWY_MAX_BYTES) int16_t odd[kMost];
-    alignas(HWY_MAX_BYTES) uint16_t pairs[kMost];
-    hn::Store(sums.even, Shorts(), even);
-    hn::Store(sums.odd, Shorts(), odd);
-    for (size_t i = 0; i < hn::Lanes(Shorts()); ++i) {
-        pairs[i] = static_cast<uint16_t>(tone[even[i]] | tone[odd[i]] << 8);
-    }
-    return hn::BitCast(Bytes(), hn::Load(Words(), pairs));
-}
 
 HWY_INLINE hn::Vec<Bytes> Sixteenth(const Split<Shorts>& sums) {
     const auto odd = hn::ShiftLeft<8>(hn::ShiftRight<4>(sums.odd));
     return hn::BitCast(Bytes(), hn::Or(hn::ShiftRight<4>(sums.even), odd));
 }
 
-/// @param toBytes  makes bytes of the sums of a vector's pixels
-template <int Width, size_t Red, class ToBytes>
-HWY_INLINE void CorrectBlocks(const uint8_t* src, uint8_t* dst, size_t pixels,
-                              const SmallMatrix& matrix, const ToBytes& toBytes) {
+/// The rows of the matrix.
+struct Rows {
+    Row red;
+    Row green;
+    Row blue;
+
+    explicit Rows(const SmallMatrix& matrix)
+        : red(matrix.data()), green(matrix.data() + 3), blue(matrix.data() + 6) {}
+};
+
+template <int Width, size_t Red>
+void CorrectColours(const uint8_t* src, uint8_t* dst, size_t pixels, const Rows& rows) {
     constexpr size_t kBlue = 2 - Red;
-    const Row red(matrix.data());
-    const Row green(matrix.data() + 3);
-    const Row blue(matrix.data() + 6);
-    const auto at = [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
-        Pixels<Width> p = LoadPixels<Width>(in);
-        const Colours colours{SplitBytes(Shorts(), p.bytes[Red]), SplitBytes(Shorts(), p.bytes[1]),
-                              SplitBytes(Shorts(), p.bytes[kBlue])};
-        p.bytes[Red] = toBytes(red.Of(colours));
-        p.bytes[1] = toBytes(green.Of(colours));
-        p.bytes[kBlue] = toBytes(blue.Of(colours));
-        StorePixels(p, out);
-    };
-    ForEachBlock<Width>(src, dst, pixels, at);
+    ForEachBlock<Width>(src, dst, pixels,
+                        [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
+                            Pixels<Width> p = LoadPixels<Width>(in);
+                            const auto r = SplitBytes(Shorts(), p.bytes[Red]);
+                            const auto g = SplitBytes(Shorts(), p.bytes[1]);
+                            const auto b = SplitBytes(Shorts(), p.bytes[kBlue]);
+                            p.bytes[Red] = Sixteenth(rows.red.Of(r, g, b));
+                            p.bytes[1] = Sixteenth(rows.green.Of(r, g, b));
+                            p.bytes[kBlue] = Sixteenth(rows.blue.Of(r, g, b));
+                            StorePixels(p, out);
+                        });
+}
+
+/// Half of the bytes of a vector.
+template <bool Upper>
+HWY_INLINE Vector HalfOf(hn::Vec<Bytes> bytes) {
+    const hn::Half<Bytes> half;
+    if constexpr (Upper) {
+        return hn::PromoteTo(Shorts(), hn::UpperHalf(half, bytes));
+    } else {
+        return hn::PromoteTo(Shorts(), hn::LowerHalf(half, bytes));
+    }
+}
+
+/// Where the table has what becomes of each byte of half a vector of pixels.
+template <int Width, size_t Red, bool Upper>
+HWY_INLINE void StorePlaces(const Pixels<Width>& p, const Rows& rows, int16_t* places) {
+    const Vector r = HalfOf<Upper>(p.bytes[Red]);
+    const Vector g = HalfOf<Upper>(p.bytes[1]);
+    const Vector b = HalfOf<Upper>(p.bytes[2 - Red]);
+    const Vector first = (Red == 0 ? rows.red : rows.blue).Of(r, g, b);
+    const Vector second = rows.green.Of(r, g, b);
+    const Vector third = (Red == 0 ? rows.blue : rows.red).Of(r, g, b);
+    if constexpr (Width == 4) {
+        const Vector same = hn::Add(HalfOf<Upper>(p.bytes[3]), hn::Set(Shorts(), kTop + 1));
+        hn::StoreInterleaved4(first, second, third, same, Shorts(), places);
+    } else {
+        StoreThrees(first, second, third, Shorts(), places);
+    }
+}
+
+/// Looks places up. Eight bytes are stored at once: stores would hold the loads up
+/// otherwise.
+HWY_INLINE void LookUp(const int16_t* places, uint8_t* out, size_t count, const uint8_t* tone) {
+    const auto look = [places, tone](size_t i) { return tone[static_cast<uint16_t>(places[i])]; };
+    size_t i = 0;
+    for (; i + sizeof(uint64_t) <= count; i += sizeof(uint64_t)) {
+        uint64_t bytes = 0;
+        for (size_t k = 0; k < sizeof bytes; ++k) {
+            bytes |= uint64_t{look(i + k)} << (8 * k);
+        }
+        std::memcpy(out + i, &bytes, sizeof bytes);
+    }
+    for (; i < count; ++i) {
+        out[i] = look(i);
+    }
+}
+
+/// The look-ups follow the sums of many pixels: what vectors write is still on its
+/// way to the cache when the next instructions would read single places of it.
+template <int Width, size_t Red>
+void CorrectThroughTable(const uint8_t* src, uint8_t* dst, size_t pixels, const Rows& rows,
+                         const uint8_t* tone) {
+    constexpr size_t kPart = 512;
+    constexpr size_t kHalf = hn::MaxLanes(Shorts());
+    alignas(HWY_MAX_BYTES) int16_t places[kPart * Width];
+    for (size_t done = 0; done < pixels; done += kPart) {
+        const size_t count = std::min(kPart, pixels - done);
+        ForEachBlock<Width>(src + done * Width, count, [&](const uint8_t* in, size_t x) HWY_ATTR {
+            const Pixels<Width> p = LoadPixels<Width>(in);
+            StorePlaces<Width, Red, false>(p, rows, places + x * Width);
+            StorePlaces<Width, Red, true>(p, rows, places + (x + kHalf) * Width);
+        });
+        LookUp(places, dst + done * Width, count * Width, tone);
+    }
 }
 
 template <int Width, size_t Red>
 void CorrectLoop(const uint8_t* src, uint8_t* dst, size_t pixels, const SmallMatrix& matrix,
                  const uint8_t* tone) {
+    const Rows rows(matrix);
     if (tone == nullptr) {
-        CorrectBlocks<Width, Red>(src, dst, pixels, matrix, [](const Split<Shorts>& sums) HWY_ATTR {
-            return Sixteenth(sums);
-        });
+        CorrectColours<Width, Red>(src, dst, pixels, rows);
     } else {
-        CorrectBlocks<Width, Red>(src, dst, pixels, matrix,
-                                  [tone](const Split<Shorts>& sums)
-                                      HWY_ATTR { return LookUp(tone, sums); });
+        CorrectThroughTable<Width, Red>(src, dst, pixels, rows, tone);
     }
 }
 

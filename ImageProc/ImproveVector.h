@@ -15,7 +15,7 @@ using SmallMatrix = std::array<int16_t, 9>;
 
 /// Multiplies pixels by a matrix. In place allowed; a fourth byte is copied.
 /// @param tone  what becomes of a sum, limited to 0 .. 4095, in 8 bits; null for
-///              a sixteenth of it
+///              a sixteenth of it. All bytes follow as they are.
 void CorrectBySmallMatrix(const uint8_t* src, uint8_t* dst, size_t pixels, PixelOrder order,
                           const SmallMatrix& matrix, const uint8_t* tone);
 
