@@ -33,11 +33,12 @@ inline std::string Difference(GuardedBytes& out, const std::vector<uint8_t>& exp
 /// beyond it is seen.
 inline std::string CompareBytes(const BytesCall& call, const std::vector<uint8_t>& src,
                                 const std::vector<uint8_t>& expected, size_t offset) {
-    std::vector<uint8_t> source(src.size() + offset);
-    std::copy(src.begin(), src.end(), source.begin() + static_cast<ptrdiff_t>(offset));
+    const size_t before = SourceOffset(offset);
+    std::vector<uint8_t> source(src.size() + before);
+    std::copy(src.begin(), src.end(), source.begin() + static_cast<ptrdiff_t>(before));
     GuardedBytes out(expected.size(), offset);
     CountCase();
-    if (const int status = call(source.data() + offset, out.Data()); status != 0) {
+    if (const int status = call(source.data() + before, out.Data()); status != 0) {
         return "status " + std::to_string(status);
     }
     return Difference(out, expected);

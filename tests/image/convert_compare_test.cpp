@@ -76,7 +76,7 @@ TEST(ConvertInstructionSets, UnpackStructuredFrames) {
 
 TEST(ConvertInstructionSets, UnpackAtAnyAddress) {
     WithEachInstructionSet([] {
-        for (size_t offset = 0; offset < 17; ++offset) {
+        for (size_t offset = 0; offset < kAddresses; ++offset) {
             ExpectSame12(150, 3, Content::Random, offset);
             ExpectSame10(151, 3, Content::Random, offset);
         }
@@ -91,7 +91,7 @@ TEST(ConvertInstructionSets, ReduceEveryWidthUpToSomeVectors) {
 
 TEST(ConvertInstructionSets, ReduceEveryChoiceOfBitsAtAnyAddress) {
     for (int validBit = QY_BIT_0_7; validBit <= QY_BIT_4_11; ++validBit) {
-        for (size_t offset = 0; offset < 17; ++offset) {
+        for (size_t offset = 0; offset < kAddresses; ++offset) {
             ExpectSameReduced(67, 3, validBit, Content::Random, offset);
         }
         for (const Content content : kContents) {

@@ -58,6 +58,12 @@ TEST_P(Defects, EveryWidthUpToSomeVectors) {
     }
 }
 
+TEST_P(Defects, AtAnyAddress) {
+    for (size_t offset = 0; offset < kAddresses; ++offset) {
+        ExpectSame(MakeDefective(75, 6, Limit(), 4), GetParam(), offset);
+    }
+}
+
 TEST_P(Defects, StructuredFrames) {
     for (const Content content : kContents) {
         ExpectSame(MakeRaw(83, 21, content, Limit()), GetParam(), 0);

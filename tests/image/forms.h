@@ -134,8 +134,8 @@ inline std::vector<uint8_t> OldBytes(const Conversion& conversion, const BayerRe
 /// nowhere.
 inline std::string Compare(const Conversion& conversion, const BayerReference::Raw& raw,
                            const std::vector<uint8_t>& expected) {
-    const SourceBytes<uint8_t> bytes(raw, conversion.offset);
-    const SourceBytes<uint16_t> words(raw, conversion.offset);
+    const SourceBytes<uint8_t> bytes(raw, SourceOffset(conversion.offset));
+    const SourceBytes<uint16_t> words(raw, SourceOffset(conversion.offset));
     GuardedBytes out(expected.size(), conversion.offset);
     const std::vector<uint8_t> old = OldBytes(conversion, raw);
     std::copy(old.begin(), old.end(), out.Data());

@@ -65,6 +65,15 @@ inline BayerReference::Raw MakeRaw(int width, int height, Content content, int l
     return raw;
 }
 
+/// Places in a line of memory, and the next line.
+constexpr size_t kAddresses = 65;
+
+/// Where a source begins whose destination has this offset, so that the two miss
+/// an aligned place by different numbers of bytes.
+constexpr size_t SourceOffset(size_t offset) {
+    return 3 * offset;
+}
+
 /// Bytes that differ from one place to the next, for memory that a call may read.
 inline std::vector<uint8_t> OldBytes(size_t size) {
     std::vector<uint8_t> bytes(size);

@@ -35,7 +35,7 @@ class Geometry : public testing::TestWithParam<Move> {
 protected:
     static void ExpectSame(int width, int height, Content content, size_t offset) {
         const Raw raw = MakeRaw(width, height, content, 255);
-        const SourceBytes<uint8_t> src(raw, offset);
+        const SourceBytes<uint8_t> src(raw, SourceOffset(offset));
         const Raw turned = GetParam().reference(raw);
         const std::vector<uint8_t> expected(turned.samples.begin(), turned.samples.end());
         WithEachInstructionSet([&] {
@@ -66,7 +66,7 @@ TEST_P(Geometry, SizesAroundVectorsAndSquares) {
 }
 
 TEST_P(Geometry, LargeFramesAtAnyAddress) {
-    for (size_t offset = 0; offset < 65; ++offset) {
+    for (size_t offset = 0; offset < kAddresses; ++offset) {
         ExpectSame(133, 130, Content::Random, offset);
     }
     ExpectSame(2100, 1030, Content::Ramp, 5);
@@ -79,7 +79,7 @@ TEST_P(Geometry, StructuredFrames) {
 }
 
 TEST_P(Geometry, AnyAlignmentOfSourceAndDestination) {
-    for (size_t offset = 0; offset < 17; ++offset) {
+    for (size_t offset = 0; offset < kAddresses; ++offset) {
         ExpectSame(70, 38, Content::Random, offset);
     }
 }

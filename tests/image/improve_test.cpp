@@ -120,6 +120,12 @@ TEST_P(Improve, EveryWidthUpToSomeVectors) {
     ExpectSame(33, 21, Content::Random, 3);
 }
 
+TEST_P(Improve, AtAnyAddress) {
+    for (size_t offset = 0; offset < kAddresses; ++offset) {
+        ExpectSame(75, 2, Content::Random, offset);
+    }
+}
+
 TEST_P(Improve, TablesWithoutAnyOrder) {
     m_record.SetNoise(1, -2000, 4000);
     m_contrast = MakeNoise(1, 4095);

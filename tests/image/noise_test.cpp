@@ -59,7 +59,7 @@ TEST(NoiseReduction, StructuredFrames) {
 }
 
 TEST(NoiseReduction, AtAnyAddress) {
-    for (size_t offset = 0; offset < 17; ++offset) {
+    for (size_t offset = 0; offset < kAddresses; ++offset) {
         ExpectSame(MakeNoisy(40, 8, 60), 40, 8, offset);
     }
 }

@@ -129,7 +129,7 @@ struct RawProcess {
         const Bytes old = OldBytes(bytes.size() * 3);
         const Bytes expected = Reference(repaired, old);
         WithEachInstructionSet([&] {
-            GuardedBytes source(bytes.size(), offset);
+            GuardedBytes source(bytes.size(), SourceOffset(offset));
             std::copy(bytes.begin(), bytes.end(), source.Data());
             GuardedBytes out(old.size(), offset);
             std::copy(old.begin(), old.end(), out.Data());
@@ -321,7 +321,7 @@ protected:
         }
         const Bytes repaired = ToBytes(raw);
         WithEachInstructionSet([&] {
-            GuardedBytes source(bytes.size(), offset);
+            GuardedBytes source(bytes.size(), SourceOffset(offset));
             std::copy(bytes.begin(), bytes.end(), source.Data());
             GuardedBytes out(bytes.size(), offset);
             CountCase();

@@ -128,8 +128,15 @@ TEST(ToneInstructionSets, SharpenByManyFactors) {
     }
 }
 
+TEST(ToneInstructionSets, MapAndSaturateAtAnyAddress) {
+    for (size_t offset = 0; offset < kAddresses; ++offset) {
+        ExpectSameTone(220, 50, Content::Random, offset);
+        ExpectSameSaturation(75, 128, Content::Random, offset);
+    }
+}
+
 TEST(ToneInstructionSets, SharpenAtAnyAddress) {
-    for (size_t offset = 0; offset < 17; ++offset) {
+    for (size_t offset = 0; offset < kAddresses; ++offset) {
         ExpectSameSharpness({.width = 70, .height = 8, .offset = offset});
     }
 }

@@ -75,6 +75,13 @@ TEST(WhiteBalance, OfEveryHeightFromTheSmallest) {
     }
 }
 
+TEST(WhiteBalance, AtAnyAddress) {
+    for (size_t offset = 0; offset < kAddresses; ++offset) {
+        ExpectSame(77, 6, Content::Random, offset);
+        ExpectSame(200, 6, Content::Random, offset);
+    }
+}
+
 TEST(WhiteBalance, OfStructuredFrames) {
     for (const Content content : kContents) {
         ExpectSame(5, 5, content, 0);
