@@ -22,6 +22,11 @@ pthread_mutex_t* MutexOf(void* lock) {
 
 RecordLock::RecordLock(const QyColorCorrectionRecord& record) : m_mutex(record.lock) {
     const int error = m_mutex == nullptr ? EINVAL : pthread_mutex_lock(MutexOf(m_mutex));
+    if (error == EOWNERDEAD) {
+        // The one who held it died over the tables. They stay out of reach, but
+        // nobody waits for ever.
+        pthread_mutex_unlock(MutexOf(m_mutex));
+    }
     if (error != 0) {
         throw std::system_error(error, std::generic_category(), "lock of a colour record");
     }

@@ -185,7 +185,9 @@ QY_API QY_STATUS QySharpen24B(const void* src, void* dst, int32_t width, int32_t
 /** @name Colour and pipelines */
 /** @{ */
 
-/** Gains that make an image of three bytes a pixel grey on average. */
+/** Gains that make an image of three bytes a pixel grey on average. The smallest is
+ *  1, but for a channel without light, which has 0. A border of two pixels stays
+ *  out, so that width and height are at least 5. */
 QY_API QY_STATUS QyGetWhiteBalanceRatio(const void* src, int32_t width, int32_t height,
                                         double* ratio0, double* ratio1, double* ratio2);
 /** The nine coefficients of a record at a saturation from 0 to 128.
@@ -224,7 +226,8 @@ QY_API QY_STATUS QyImageMirror(const void* src, void* dst, int32_t width, int32_
 QY_API QY_STATUS QyRotate90CW8B(const void* src, void* dst, int32_t width, int32_t height);
 /** Turns an image counter-clockwise. */
 QY_API QY_STATUS QyRotate90CCW8B(const void* src, void* dst, int32_t width, int32_t height);
-/** Repairs bright outliers of a raw frame in place.
+/** Repairs bright outliers of a raw frame in place. Width and height are at least
+ *  5: a border of two samples isn't looked at.
  *  @param bits  8, or 9 to 16 for words */
 QY_API QY_STATUS QyAutoRawDefectivePixelCorrect(void* buffer, int32_t width, int32_t height,
                                                 int32_t bits);

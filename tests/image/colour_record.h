@@ -10,9 +10,12 @@
 /// A record with its lock.
 class TestRecord {
 public:
-    TestRecord() {
+    /// @param robustness  PTHREAD_MUTEX_ROBUST for a lock that tells of the death
+    ///                    of a thread that held it
+    explicit TestRecord(int robustness = PTHREAD_MUTEX_STALLED) {
         pthread_mutexattr_t attributes;
         pthread_mutexattr_init(&attributes);
+        pthread_mutexattr_setrobust(&attributes, robustness);
         // A second lock by the same thread fails instead of waiting for ever.
         pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_ERRORCHECK);
         pthread_mutex_init(&m_mutex, &attributes);

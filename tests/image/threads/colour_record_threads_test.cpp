@@ -4,7 +4,9 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <functional>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -139,6 +141,27 @@ TEST(ColourRecordThreads, WaitForAWriterThatHoldsTheLock) {
     EXPECT_EQ(out, Bytes(image.size(), kLevel / 2));
     Lock(record);
     Unlock(record);
+}
+
+int CodeOfCalculation(const TestRecord& record) {
+    std::array<uint16_t, 9> words{};
+    try {
+        QyCalcCCParam(&record.record, 64, words.data(), 18);
+        return 0;
+    } catch (const std::system_error& error) {
+        return error.code().value();
+    }
+}
+
+TEST(ColourRecordThreads, WaitForNoneThatDiedOverTheRecord) {
+    TestRecord record(PTHREAD_MUTEX_ROBUST);
+    {
+        Threads threads;
+        threads.Start([&record] { Lock(record); });
+    }
+    EXPECT_EQ(CodeOfCalculation(record), EOWNERDEAD);
+    Threads threads;
+    threads.Start([&record] { EXPECT_EQ(CodeOfCalculation(record), ENOTRECOVERABLE); });
 }
 
 /// A frame through all stages, and a table made for it.
