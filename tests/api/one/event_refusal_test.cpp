@@ -248,4 +248,17 @@ TEST_F(EventApiTest, TheLibraryWaitsForACameraThatAnotherThreadCloses) {
     EXPECT_EQ(producer.OpenCount("Library"), 0);
 }
 
+TEST_F(EventApiTest, TheOfflineCallbackMayStartTheOtherChannelBesideARegistration) {
+    std::thread other;
+    const LastError error = RunOn(CallbackThread::Offline, [&] {
+        // Waits for this callback with the lock of its channel held.
+        other = std::thread([&] { RegisterOffline(); });
+        OV_FEATURE_CALLBACK_HANDLE handle = nullptr;
+        return OVRegisterFeatureCallback(camera, nullptr, &IgnoreChange, kEvent, &handle);
+    });
+    other.join();
+    EXPECT_EQ(error.status, OV_STATUS_SUCCESS) << error.text;
+    EXPECT_EQ(producer.OpenCount("Event"), 2);
+}
+
 }  // namespace
