@@ -40,6 +40,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadValue{"--matrix 1,0,0,0,1,0,0,0,x",
                  "--matrix takes numbers with commas between, not '1,0,0,0,1,0,0,0,x'"},
         BadValue{"--mirror both", "--mirror 'both' is none of: horizontal, vertical"},
+        BadValue{"--zoom 17", "--zoom 17 is outside 1 to 16"},
         BadValue{"--rotate 90", "--rotate '90' is none of: cw, ccw"}));
 
 /// Options that don't fit the frame or each other.

@@ -253,6 +253,17 @@ TEST_F(FrameOfBytes, IsMirroredAndTurnedByPlanes) {
     }
 }
 
+TEST_F(FrameOfBytes, IsZoomedLast) {
+    const Bytes pixels = Pixels("--rotate cw");
+    const Bytes zoomed = Pixels("--zoom 3 --rotate cw");
+    ASSERT_EQ(zoomed.size(), pixels.size() * 9);
+    for (size_t i = 0; i < zoomed.size(); ++i) {
+        const size_t row = static_cast<size_t>(kHeight) * 9;
+        const size_t source = i / row / 3 * kHeight * 3 + i % row / 9 * 3 + i % 3;
+        ASSERT_EQ(zoomed[i], pixels[source]) << i;
+    }
+}
+
 // All in one pass.
 
 TEST_F(FrameOfBytes, TakesOnePassWithCoefficientsAndATable) {

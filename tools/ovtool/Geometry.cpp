@@ -1,5 +1,6 @@
 #include "Geometry.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "ImageError.h"
@@ -43,5 +44,22 @@ Picture Rotate(const Picture& picture, Turn turn) {
     Picture result =
         ByPlanes(picture, turn == Turn::Clockwise ? QyRotate90CW8B : QyRotate90CCW8B, "rotate");
     std::swap(result.width, result.height);
+    return result;
+}
+
+Picture Zoom(const Picture& picture, uint32_t factor) {
+    Picture result = picture;
+    result.width *= factor;
+    result.height *= factor;
+    const size_t step = picture.PixelBytes();
+    const size_t row = result.width * step;
+    result.bytes.resize(row * result.height);
+    for (size_t y = 0; y < result.height; ++y) {
+        const uint8_t* const source = &picture.bytes[y / factor * picture.width * step];
+        uint8_t* const target = &result.bytes[y * row];
+        for (size_t x = 0; x < result.width; ++x) {
+            std::copy_n(source + x / factor * step, step, target + x * step);
+        }
+    }
     return result;
 }

@@ -58,6 +58,9 @@ public:
         if (m_options.turn) {
             m_picture = Rotate(m_picture, *m_options.turn);
         }
+        if (m_options.zoom) {
+            m_picture = Zoom(m_picture, *m_options.zoom);
+        }
         return std::move(m_picture);
     }
 

@@ -7,7 +7,7 @@
 
 /// Works on a frame in this order: unpacking, defects, eight bits; interpolation
 /// and noise; balance, matrix and 12-bit tables; brightness, contrast, saturation;
-/// sharpening; mirror, then turn. Samples of more than 8 bits are kept as long as
+/// sharpening; mirror, turn, zoom. Samples of more than 8 bits are kept as long as
 /// nothing is asked for that works on bytes. Raises for what can't be done.
 Picture ProcessFrame(const RawFrame& frame, const PixelFormat& format,
                      const PipelineOptions& options);

@@ -158,6 +158,7 @@ void AddToneOptions(Adder& add, PipelineOptions& options) {
     add.Number("--sharpen", options.sharpen, 0.1F, 5.0F, "sharpening");
     add.OneOf("--mirror", options.mirror, kMirrors, "mirror");
     add.OneOf("--rotate", options.turn, kTurns, "a quarter turn");
+    add.Number("--zoom", options.zoom, 1, 16, "squares of so many pixels for each");
 }
 
 }  // namespace

@@ -43,6 +43,7 @@ struct PipelineOptions {
     std::optional<float> sharpen;
     std::optional<QyImageMirrorMode> mirror;
     std::optional<Turn> turn;
+    std::optional<uint32_t> zoom;
 };
 
 /// Adds them to a command, as a group of its help. A value outside its range
