@@ -254,7 +254,11 @@ std::shared_ptr<Buffer> BufferPool::TakeInput() {
 
 std::shared_ptr<Buffer> BufferPool::WaitInput(const std::stop_token& stop) {
     std::unique_lock lock(m_queues->mutex);
-    const bool ready = m_inputReady.wait(lock, stop, [this] { return !m_queues->input.empty(); });
+    const auto filled = [this] { return !m_queues->input.empty(); };
+    if (!filled()) {
+        m_inputLookout.Look(lock);
+    }
+    const bool ready = m_inputReady.wait(lock, stop, filled);
     return ready ? TakeInputLocked() : nullptr;
 }
 
@@ -294,6 +298,7 @@ void BufferPool::ToInput(const std::shared_ptr<Buffer>& buffer) {
     buffer->card->SetNewData(false);
     buffer->card->Hide();
     m_queues->input.Push(buffer);
+    m_inputLookout.Signal();
 }
 
 void BufferPool::ToOutput(const std::shared_ptr<Buffer>& buffer) {

@@ -12,6 +12,7 @@
 
 #include "framework/BufferQueue.h"
 #include "framework/Event.h"
+#include "framework/Lookout.h"
 
 namespace OvProducer {
 
@@ -99,6 +100,7 @@ private:
     const std::string m_tlType;
     const std::shared_ptr<Queues> m_queues;
     std::condition_variable_any m_inputReady;
+    Lookout m_inputLookout;
     std::vector<std::shared_ptr<Buffer>> m_announced;
     std::shared_ptr<NewBufferEvent> m_event;
     StreamCounters m_counters;

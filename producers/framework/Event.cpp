@@ -73,6 +73,9 @@ void Event::GetData(void* buffer, std::size_t* size, std::uint64_t timeout) {
                           std::chrono::milliseconds(std::min(timeout, kLongestWaitMs));
     std::unique_lock lock(m_mutex);
     const auto ready = [this] { return m_closed || m_kills != 0 || Pending() != 0; };
+    if (timeout != 0 && !ready()) {
+        m_lookout.Look(lock);
+    }
     if (timeout == GenTL::GENTL_INFINITE) {
         m_wake.wait(lock, ready);
     } else if (!m_wake.wait_until(lock, deadline, ready)) {

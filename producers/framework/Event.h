@@ -17,6 +17,7 @@
 
 #include "framework/Handles.h"
 #include "framework/InfoValue.h"
+#include "framework/Lookout.h"
 
 namespace OvProducer {
 
@@ -62,7 +63,10 @@ protected:
 
     /// Counts an entry just added; the lock is held, and `Wake` follows without
     /// it.
-    void Added() { ++m_fired; }
+    void Added() {
+        ++m_fired;
+        m_lookout.Signal();
+    }
     /// Lets waiters look for entries.
     void Wake() { m_wake.notify_all(); }
     bool Closed() const { return m_closed; }
@@ -71,6 +75,7 @@ private:
     const GenTL::EVENT_TYPE m_type;
     std::mutex& m_mutex;
     std::condition_variable m_wake;
+    Lookout m_lookout;
     std::uint64_t m_fired = 0;
     std::size_t m_kills = 0;
     bool m_closed = false;

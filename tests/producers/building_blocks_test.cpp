@@ -13,6 +13,7 @@
 #include "framework/ChildList.h"
 #include "framework/Functions.h"
 #include "framework/Handles.h"
+#include "framework/Lookout.h"
 #include "framework/RegisterSpace.h"
 #include "framework/Zip.h"
 
@@ -121,6 +122,39 @@ TEST(Handles, KeepAnObjectThatIsInUse) {
     const std::shared_ptr<Buffer> used = table.Get<Buffer>(handle);
     table.Remove(handle);
     EXPECT_EQ(used->Handle(), handle);
+}
+
+TEST(Lookouts, EndWithTheLockHeldWhenNothingComes) {
+    Lookout lookout;
+    std::mutex mutex;
+    std::unique_lock lock(mutex);
+    for (int i = 0; i < 1000; ++i) {
+        lookout.Look(lock);
+        ASSERT_TRUE(lock.owns_lock());
+    }
+}
+
+TEST(Lookouts, LeaveTheLockToWhoeverSignals) {
+    constexpr int rounds = 1000;
+    Lookout lookout;
+    std::mutex mutex;
+    int came = 0;
+    std::jthread signaller([&] {
+        for (int i = 0; i < rounds; ++i) {
+            const std::lock_guard lock(mutex);
+            ++came;
+            lookout.Signal();
+        }
+    });
+    std::unique_lock lock(mutex);
+    while (came < rounds) {
+        lookout.Look(lock);
+        // A look that is spared keeps the lock.
+        lock.unlock();
+        std::this_thread::yield();
+        lock.lock();
+    }
+    EXPECT_EQ(came, rounds);
 }
 
 TEST(Zip, EndsWithADirectoryOfOneEntry) {
