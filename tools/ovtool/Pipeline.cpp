@@ -1,6 +1,5 @@
 #include "Pipeline.h"
 
-#include <cstring>
 #include <utility>
 
 #include "Colour.h"
@@ -8,21 +7,12 @@
 #include "Geometry.h"
 #include "ImageError.h"
 #include "PipelinePlan.h"
+#include "Samples.h"
 
 namespace {
 
 constexpr Matrix kIdentity{1, 0, 0, 0, 1, 0, 0, 0, 1};
 constexpr Ratios kNoGains{1, 1, 1};
-
-/// Spreads the significant bits of each word over all 16.
-void StretchTo16Bits(std::vector<uint8_t>& bytes, int bits) {
-    for (size_t at = 0; at + 1 < bytes.size(); at += 2) {
-        uint16_t word = 0;
-        std::memcpy(&word, &bytes[at], sizeof(word));
-        word = static_cast<uint16_t>(word << (16 - bits));
-        std::memcpy(&bytes[at], &word, sizeof(word));
-    }
-}
 
 /// One frame on its way.
 class Pipeline {
@@ -34,16 +24,10 @@ public:
           m_width(frame.width),
           m_height(frame.height) {
         CheckSize();
-        Unpack(frame.bytes);
+        m_samples = MakeSamples(frame, format, m_plan, options.defects && !options.onePass);
     }
 
     Picture Run() {
-        if (!m_options.onePass) {
-            RepairDefects();
-        }
-        if (!m_plan.keepsWords) {
-            ReduceToBytes();
-        }
         MakePicture();
         if (m_plan.keepsWords) {
             StretchTo16Bits(m_picture.bytes, m_format.bits);
@@ -78,52 +62,9 @@ private:
                             " needs an even width and height of at least " + std::to_string(least) +
                             ", not " + std::to_string(m_width) + "x" + std::to_string(m_height));
         }
-        if (m_format.packing == Packing::TwoInThree && Pixels() % 2 != 0) {
-            throw ToolError(std::string(m_format.name) + " holds pairs of samples; " +
-                            std::to_string(m_width) + "x" + std::to_string(m_height) +
-                            " is an odd number of them");
-        }
     }
 
     size_t Pixels() const { return static_cast<size_t>(m_width) * static_cast<size_t>(m_height); }
-
-    void Unpack(const std::vector<uint8_t>& bytes) {
-        const size_t size =
-            m_format.Bytes(static_cast<size_t>(m_width), static_cast<size_t>(m_height));
-        if (bytes.size() < size) {
-            throw ToolError("the frame holds fewer bytes than its size asks for");
-        }
-        m_samples.assign(bytes.begin(), bytes.begin() + static_cast<ptrdiff_t>(size));
-        if (m_format.packing == Packing::None) {
-            return;
-        }
-        // One word is read behind the samples of ten bits.
-        m_samples.resize(size + sizeof(uint32_t));
-        std::vector<uint8_t> words(Pixels() * 2);
-        const auto unpack =
-            m_format.packing == Packing::TwoInThree ? QyRaw12PackedToRaw16 : QyRaw10PackedToRaw16;
-        CheckImage(unpack(m_samples.data(), words.data(), m_width, m_height), "unpack the samples");
-        m_samples = std::move(words);
-    }
-
-    void RepairDefects() {
-        if (m_options.defects) {
-            CheckImage(
-                QyAutoRawDefectivePixelCorrect(m_samples.data(), m_width, m_height, m_format.bits),
-                "repair defects");
-        }
-    }
-
-    void ReduceToBytes() {
-        if (m_format.bits == 8) {
-            return;
-        }
-        std::vector<uint8_t> bytes(m_samples.size() / 2);
-        const auto reduce = m_format.channels == 3 ? QyRGB48toRGB24 : QyRaw16toRaw8;
-        CheckImage(reduce(m_samples.data(), bytes.data(), m_width, m_height, m_plan.validBit),
-                   "keep eight bits");
-        m_samples = std::move(bytes);
-    }
 
     void MakePicture() {
         m_picture.width = static_cast<uint32_t>(m_width);
