@@ -83,20 +83,17 @@ public:
     const std::string& Name() const { return m_name; }
     const std::vector<Part>& Parts() const { return m_parts; }
 
-    /// Forgets those that the camera lacks; it has them once events are awaited.
-    void KeepThoseOf(OV_DEV_HANDLE camera) {
-        std::erase_if(m_parts, [camera](const Part& part) {
-            bool isThere = false;
-            Check(OVIsImplemented(camera, part.row.id, &isThere),
-                  "look at " + std::string(part.row.name));
-            return !isThere;
-        });
-    }
-
+    /// What came last, of the features that the camera has. It has them once
+    /// events are awaited.
     Json Read(OV_DEV_HANDLE camera) const {
         Json event = {{"event", m_name}, {"id", nullptr}, {"timestamp", nullptr}};
         Json data = Json::object();
         for (const Part& part : m_parts) {
+            bool isThere = false;
+            OVIsImplemented(camera, part.row.id, &isThere);
+            if (!isThere) {
+                continue;
+            }
             const auto value = TryReadFeature(camera, part.row.id);
             const Json read = value ? ToJson(*value) : Json();
             if (part.name.empty()) {
@@ -176,10 +173,8 @@ public:
         : m_camera(camera),
           m_features(std::move(features)),
           m_inbox(inbox),
-          m_callback(camera, m_features, this, &OnEvent) {
-        m_features.KeepThoseOf(camera);
-        m_notification.emplace(camera, m_features.Name());
-    }
+          m_callback(camera, m_features, this, &OnEvent),
+          m_notification(camera, m_features.Name()) {}
 
 private:
     static void OnEvent(OV_FEATURE_ID /*feature*/, void* user) {
@@ -188,10 +183,10 @@ private:
     }
 
     OV_DEV_HANDLE m_camera;
-    EventFeatures m_features;
+    const EventFeatures m_features;
     Inbox& m_inbox;
     FeatureCallback m_callback;
-    std::optional<Notification> m_notification;
+    Notification m_notification;
 };
 
 /// The events that are asked for; all that can be heard if none is named.
