@@ -174,6 +174,7 @@ private:
         const size_t end = std::min(m_end + 1, m_image.width / 2 - kOuterPairs);
         Lane* const lacks = Lacks(y);
         CoverByVectors(begin, end, Base::kPairs, [&](size_t pair) HWY_ATTR {
+            AskFor(row + 2 * pair + 4 * m_image.width);
             const Surroundings<Sample> around(row + 2 * pair, m_image.width);
             hn::StoreU(around.LackOfGreen(limit), Wide(), lacks + (pair - m_begin + 1));
         });
@@ -188,38 +189,38 @@ private:
     }
     template <bool IsRed, unsigned ColourX>
     void PutRow(size_t y) {
-        const Lane* const up = Lacks(y - 1);
-        const Lane* const here = Lacks(y);
-        const Lane* const down = Lacks(y + 1);
-        const Sample* const row = m_image.Row(y);
-        Sample* const out = m_image.Out(y);
-        const Vector limit = hn::Set(Wide(), static_cast<Lane>(m_image.limit));
-        CoverByVectors(m_begin, m_end, Base::kPairs, [&](size_t pair) HWY_ATTR {
-            const auto load = [at = pair - m_begin](const Lane* lacks, size_t next)
-                                  HWY_ATTR { return hn::LoadU(Wide(), lacks + at + next); };
-            const auto samples = LoadSamples(Narrow(), row + 2 * pair);
-            const Vector even = Base::Even(samples);
-            const Vector odd = Base::Odd(samples);
-            const Vector colour = ColourX == 0 ? even : odd;
-            const Vector greenOfColour = hn::Sub(colour, load(here, 1));
-            const Vector green = Base::Limited(ColourX == 0 ? odd : even, limit);
-            const Vector above = hn::Add(load(up, ColourX), load(down, ColourX));
-            const Vector aboveNext = hn::Add(load(up, ColourX + 1), load(down, ColourX + 1));
-            const Vector beside = hn::Add(load(here, 1 - ColourX), load(here, 2 - ColourX));
-            const Vector straight = ColourX == 0 ? aboveNext : above;
-            const auto shifted = [limit](Vector by, Vector from)
-                                     HWY_ATTR { return Base::Limited(hn::Add(by, from), limit); };
-            const auto join = [](Vector ofColour, Vector ofGreen) HWY_ATTR {
-                return ColourX == 0 ? Base::Join(ofColour, ofGreen) : Base::Join(ofGreen, ofColour);
-            };
-            const auto own =
-                join(Base::Limited(colour, limit), shifted(hn::ShiftRight<1>(beside), green));
-            const auto other =
-                join(shifted(hn::ShiftRight<2>(hn::Add(above, aboveNext)), greenOfColour),
-                     shifted(hn::ShiftRight<1>(straight), green));
-            PutPixels(Narrow(), m_image, out + 2 * pair * Width, IsRed ? own : other,
-                      join(greenOfColour, green), IsRed ? other : own);
+        WithRowOf(m_image, m_image.Out(y), [&](auto& pixels) HWY_ATTR {
+            CoverByVectors(m_begin, m_end, Base::kPairs, [&](size_t pair) HWY_ATTR {
+                PutVector<IsRed, ColourX>(pixels.At(2 * pair, 2 * Base::kPairs), y, pair);
+            });
         });
+    }
+    template <bool IsRed, unsigned ColourX>
+    HWY_INLINE void PutVector(Sample* pixels, size_t y, size_t pair) {
+        const auto lacks = [this, at = pair - m_begin](size_t row, size_t next)
+                               HWY_ATTR { return hn::LoadU(Wide(), Lacks(row) + at + next); };
+        const auto both = [&](size_t next)
+                              HWY_ATTR { return hn::Add(lacks(y - 1, next), lacks(y + 1, next)); };
+        const Vector limit = hn::Set(Wide(), static_cast<Lane>(m_image.limit));
+        const auto shifted = [limit](Vector by, Vector from)
+                                 HWY_ATTR { return Base::Limited(hn::Add(by, from), limit); };
+        const auto join = [](Vector ofColour, Vector ofGreen) HWY_ATTR {
+            return ColourX == 0 ? Base::Join(ofColour, ofGreen) : Base::Join(ofGreen, ofColour);
+        };
+        const auto samples = LoadSamples(Narrow(), m_image.Row(y) + 2 * pair);
+        const Vector even = Base::Even(samples);
+        const Vector odd = Base::Odd(samples);
+        const Vector colour = ColourX == 0 ? even : odd;
+        const Vector greenOfColour = hn::Sub(colour, lacks(y, 1));
+        const Vector green = Base::Limited(ColourX == 0 ? odd : even, limit);
+        const Vector beside = hn::Add(lacks(y, 1 - ColourX), lacks(y, 2 - ColourX));
+        const Vector diagonal = hn::Add(both(ColourX), both(ColourX + 1));
+        const auto own =
+            join(Base::Limited(colour, limit), shifted(hn::ShiftRight<1>(beside), green));
+        const auto other = join(shifted(hn::ShiftRight<2>(diagonal), greenOfColour),
+                                shifted(hn::ShiftRight<1>(both(1)), green));
+        PutPixels(Narrow(), m_image, pixels, IsRed ? own : other, join(greenOfColour, green),
+                  IsRed ? other : own);
     }
 
     static constexpr size_t kRows = 4;
@@ -243,6 +244,7 @@ bool InterpolateInside(const Image<Sample, Width>& image, Layout layout) {
         const size_t begin = std::min(first, end - kLeast);
         Part(image, layout, begin, std::min(begin + Part::kMostPairs, end)).Interpolate();
     }
+    hwy::FlushStream();
     return true;
 }
 

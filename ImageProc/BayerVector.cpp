@@ -16,6 +16,9 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
+/// How many samples are asked for before their turn.
+constexpr size_t kAhead = 4096;
+
 /// (a + b) >> 1 without wider lanes. The rounding mean of some instruction sets
 /// is made of a sum that overflows.
 template <class V>
@@ -59,6 +62,20 @@ HWY_INLINE size_t ForEachVector(size_t begin, size_t end, size_t lanes, const At
     return x;
 }
 
+/// Covers the columns of a row but for the last one with vectors: `at(pixels, x)`
+/// is told by `pixels` where they go.
+template <class Sample, int Width, class At>
+HWY_INLINE size_t PutVectors(const Image<Sample, Width>& image, Sample* out, size_t begin,
+                             const At& at) {
+    const size_t lanes = hn::Lanes(hn::ScalableTag<LaneOf<Sample>>());
+    size_t x = begin;
+    WithRowOf(image, out, [&](auto& pixels) HWY_ATTR {
+        x = ForEachVector(begin, image.width - 1, lanes,
+                          [&](size_t column) HWY_ATTR { at(pixels, column); });
+    });
+    return x;
+}
+
 /// A row of cells, of which the last pixel repeats. The layout is that of the
 /// row's first cell.
 template <unsigned RedX, unsigned RedY, class Sample, int Width>
@@ -67,18 +84,19 @@ void PutCellRow(const Image<Sample, Width>& image, Sample* out, const Sample* to
     const hn::ScalableTag<LaneOf<Sample>> d;
     const Sample* const redRow = RedY == 0 ? top : bottom;
     const Sample* const blueRow = RedY == 0 ? bottom : top;
-    const auto atVector = [&](size_t x) HWY_ATTR {
+    const auto atVector = [&](auto& pixels, size_t x) HWY_ATTR {
+        AskFor(bottom + x + kAhead);
         const auto red = LoadSamples(d, redRow + x);
         const auto redNext = LoadSamples(d, redRow + x + 1);
         const auto blue = LoadSamples(d, blueRow + x);
         const auto blueNext = LoadSamples(d, blueRow + x + 1);
         const auto greenOfRed = Alternate<RedX>(redNext, red);
         const auto greenOfBlue = Alternate<RedX>(blue, blueNext);
-        PutPixels(d, image, out + x * Width, Alternate<RedX>(red, redNext),
+        PutPixels(d, image, pixels.At(x, hn::Lanes(d)), Alternate<RedX>(red, redNext),
                   Mean(greenOfRed, greenOfBlue), Alternate<RedX>(blueNext, blue));
     };
     const size_t last = image.width - 1;
-    size_t x = ForEachVector(0, last, hn::Lanes(d), atVector);
+    size_t x = PutVectors(image, out, 0, atVector);
     for (; x < last; ++x) {
         PutCell(image, out + x * Width, top + x, bottom + x, (RedX + x) % 2, RedY);
     }
@@ -99,7 +117,8 @@ void PutInnerRow(const Image<Sample, Width>& image, size_t y) {
     constexpr bool kHasRed = RedY == 0;
     constexpr unsigned kColourX = kHasRed ? RedX : 1 - RedX;
     constexpr unsigned kColourLane = 1 - kColourX;
-    const auto atVector = [&](size_t x) HWY_ATTR {
+    const auto atVector = [&](auto& pixels, size_t x) HWY_ATTR {
+        AskFor(down + x + kAhead);
         const auto c = LoadSamples(d, row + x);
         const auto left = LoadSamples(d, row + x - 1);
         const auto right = LoadSamples(d, row + x + 1);
@@ -111,11 +130,12 @@ void PutInnerRow(const Image<Sample, Width>& image, size_t y) {
         const auto other = Alternate<kColourLane>(diagonal, Mean(above, below));
         const auto green =
             Alternate<kColourLane>(Mean(d, left, right, above, below), Mean(c, diagonal));
-        PutPixels(d, image, out + x * Width, kHasRed ? own : other, green, kHasRed ? other : own);
+        PutPixels(d, image, pixels.At(x, hn::Lanes(d)), kHasRed ? own : other, green,
+                  kHasRed ? other : own);
     };
     const size_t last = image.width - 1;
     PutCell(image, out, row, down, RedX, RedY);
-    size_t x = ForEachVector(1, last, hn::Lanes(d), atVector);
+    size_t x = PutVectors(image, out, 1, atVector);
     for (; x < last; ++x) {
         Sample* const pixel = out + x * Width;
         if (x % 2 == kColourX) {
@@ -144,6 +164,7 @@ void InterpolateRows(const Image<Sample, Width>& image, Neighbours neighbours) {
             PutCellRow<RedX, 1 - RedY>(image, out, row, row + image.width);
         }
     }
+    hwy::FlushStream();
     PutLastRow(image, {RedX, RedY});
 }
 
