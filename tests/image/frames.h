@@ -76,9 +76,14 @@ constexpr size_t SourceOffset(size_t offset) {
 
 /// Bytes that differ from one place to the next, for memory that a call may read.
 inline std::vector<uint8_t> OldBytes(size_t size) {
+    constexpr size_t kPeriod = 256;
     std::vector<uint8_t> bytes(size);
-    for (size_t i = 0; i < size; ++i) {
+    for (size_t i = 0; i < std::min(size, kPeriod); ++i) {
         bytes[i] = static_cast<uint8_t>(i * i * 31 + i * 7 + 3);
+    }
+    for (size_t i = kPeriod; i < size; i += kPeriod) {
+        std::copy_n(bytes.begin(), std::min(size - i, kPeriod),
+                    bytes.begin() + static_cast<ptrdiff_t>(i));
     }
     return bytes;
 }
@@ -97,12 +102,10 @@ public:
     size_t Size() const { return m_size; }
 
     bool IsGuardWhole() const {
-        for (size_t i = 0; i < m_bytes.size(); ++i) {
-            if ((i < m_begin || i >= m_begin + m_size) && m_bytes[i] != kGuard) {
-                return false;
-            }
-        }
-        return true;
+        const auto isGuard = [](uint8_t byte) { return byte == kGuard; };
+        const auto begin = m_bytes.begin() + static_cast<ptrdiff_t>(m_begin);
+        return std::all_of(m_bytes.begin(), begin, isGuard) &&
+               std::all_of(begin + static_cast<ptrdiff_t>(m_size), m_bytes.end(), isGuard);
     }
     bool IsUntouched() const {
         for (const uint8_t byte : m_bytes) {
