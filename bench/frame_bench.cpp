@@ -339,6 +339,7 @@ void Measure(TestProducer& producer, uint32_t width, uint32_t height) {
 }  // namespace
 
 // Counts what every library of the process allocates.
+// NOLINTBEGIN(cppcoreguidelines-no-malloc): it stands below what manages memory
 void* operator new(size_t size) {
     ++g_allocations;
     if (void* const memory = std::malloc(size == 0 ? 1 : size)) {
@@ -352,6 +353,7 @@ void operator delete(void* memory) noexcept {
 void operator delete(void* memory, size_t /*size*/) noexcept {
     std::free(memory);
 }
+// NOLINTEND(cppcoreguidelines-no-malloc)
 
 int main() {
     TestProducer producer(OV_BENCH_STAGE "/KwTL.cti");
