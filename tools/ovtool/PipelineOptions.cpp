@@ -58,11 +58,12 @@ void RequireRange(const std::string& name, T value, T low, T high) {
 std::vector<double> NumbersFrom(const std::string& name, const std::string& text) {
     std::vector<double> numbers;
     std::istringstream parts(text);
+    const std::string complaint = " takes numbers with commas between, not '" + text + "'";
     for (std::string part; std::getline(parts, part, ',');) {
         char* end = nullptr;
         numbers.push_back(std::strtod(part.c_str(), &end));
         if (part.empty() || end != part.c_str() + part.size()) {
-            throw ToolError(name + " takes numbers with commas between, not '" + text + "'");
+            throw ToolError(name + complaint);
         }
     }
     return numbers;
