@@ -143,8 +143,9 @@ class Strip : private Lanes<Sample> {
     using typename Base::Wide;
 
 public:
-    /// Most pairs of columns of a strip: its rows stay in the first cache.
-    static constexpr size_t kMostPairs = 512;
+    /// Most pairs of columns of a strip: what is kept of its rows stays in the first
+    /// cache, and each row's pages are found once.
+    static constexpr size_t kMostPairs = 2048;
     /// Pairs of columns at either end of the image that lie in the border.
     static constexpr size_t kOuterPairs = 1;
 

@@ -1,8 +1,5 @@
 // The loops over whole vectors, compiled once for each instruction set.
 
-// Vectors whose size the compiler doesn't know can't be captured.
-#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128)
-
 #include "ConvertVector.h"
 
 #include <algorithm>

@@ -1,5 +1,7 @@
 // The loops over whole vectors, compiled once for each instruction set.
 
+#include <hwy/cache_control.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -51,7 +53,8 @@ void TransposeSquare(const Source& in, const Destination& out) {
 
 constexpr size_t kBlock = 16;
 
-/// The last vector may do some bytes again.
+/// The last vector may do some bytes again. A processor fetches ahead within a page
+/// at best, so the row behind this one is asked for, which may lie behind the image.
 void ReverseRow(const uint8_t* src, uint8_t* dst, size_t width) {
     const hn::ScalableTag<uint8_t> d;
     const size_t lanes = hn::Lanes(d);
@@ -64,6 +67,7 @@ void ReverseRow(const uint8_t* src, uint8_t* dst, size_t width) {
     const auto backwards = hn::LoadDup128(d, kBackwards);
     for (size_t x = 0; x < width; x += lanes) {
         const size_t place = std::min(x, width - lanes);
+        hwy::Prefetch(src + 2 * width - lanes - place);
         const auto bytes = hn::LoadU(d, src + width - lanes - place);
         hn::StoreU(hn::ReverseBlocks(d, hn::TableLookupBytes(bytes, backwards)), d, dst + place);
     }
