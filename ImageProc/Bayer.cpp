@@ -1,5 +1,7 @@
 // The exported mosaic functions: checks, and the choice of a routine.
 
+#include "Bayer.h"
+
 #include "BayerAdaptive.h"
 #include "BayerVector.h"
 #include "QyImageProc.h"
@@ -70,6 +72,9 @@ void Interpolate(const Image<Sample, Width>& image, QyInterpolationMethod method
     }
     if (method == QY_RAW2RGB_ADAPTIVE) {
         QyBayer::CopyBorder(image);
+        for (size_t y = 0; y < image.height; ++y) {
+            image.Finish(image.Out(y));
+        }
     }
 }
 
@@ -91,6 +96,25 @@ Image<Sample, Width> MakeImage(const void* src, void* dst, uint32_t width, uint3
 
 }  // namespace
 
+QY_STATUS QyBayer::ToThreeBytes(const void* src, void* dst, uint32_t width, uint32_t height,
+                                const Conversion& conversion, const RowWork<uint8_t>* onRow) {
+    if (src == nullptr || dst == nullptr) {
+        return QY_PARAMETER_INVALID;
+    }
+    const QY_STATUS status = CheckMethodAndSize(width, height, conversion.method);
+    if (status != QY_OK) {
+        return status;
+    }
+    auto image = MakeImage<uint8_t, 3>(src, dst, width, height, conversion.flip);
+    image.onRow = onRow;
+    if (conversion.order == QY_ORDER_BGR) {
+        image.red = QyBayer::B;
+        image.blue = QyBayer::R;
+    }
+    Interpolate(image, conversion.method, conversion.filter);
+    return QY_OK;
+}
+
 QY_STATUS QyRaw8toRGB24(const void* src, void* dst, uint32_t width, uint32_t height,
                         QyInterpolationMethod method, QyColorFilter filter, uint8_t flip) {
     return QyRaw8toRGB24Ex(src, dst, width, height, method, filter, flip, QY_ORDER_RGB);
@@ -102,19 +126,7 @@ QY_STATUS QyRaw8toRGB24Ex(const void* src, void* dst, uint32_t width, uint32_t h
     if (static_cast<uint32_t>(order) > QY_ORDER_BGR) {
         return QY_NOT_SUPPORTED;
     }
-    if (src == nullptr || dst == nullptr) {
-        return QY_PARAMETER_INVALID;
-    }
-    if (const QY_STATUS status = CheckMethodAndSize(width, height, method); status != QY_OK) {
-        return status;
-    }
-    auto image = MakeImage<uint8_t, 3>(src, dst, width, height, flip);
-    if (order == QY_ORDER_BGR) {
-        image.red = QyBayer::B;
-        image.blue = QyBayer::R;
-    }
-    Interpolate(image, method, filter);
-    return QY_OK;
+    return QyBayer::ToThreeBytes(src, dst, width, height, {method, filter, flip, order}, nullptr);
 }
 
 QY_STATUS QyRaw8toARGB32(const void* src, void* dst, uint32_t width, uint32_t height,

@@ -48,6 +48,17 @@ constexpr Layout LayoutOf(int32_t filter) {
     }
 }
 
+/// What is done with a row of pixels while the caches still have it.
+template <class Sample>
+class RowWork {
+public:
+    virtual void Do(Sample* row) const = 0;
+
+protected:
+    RowWork() = default;
+    ~RowWork() = default;
+};
+
 /// A frame to interpolate, and where its pixels go.
 /// @tparam Sample  uint8_t or Word
 /// @tparam Width   samples of an output pixel, 3 or 4
@@ -66,9 +77,17 @@ struct Image {
     Sample alpha;
     /// The largest value of a sample.
     int32_t limit;
+    /// Done once with each row as soon as it is whole; null for nothing.
+    const RowWork<Sample>* onRow;
 
     const Sample* Row(size_t y) const { return src + y * width; }
     Sample* Out(size_t y) const { return dst + (flip ? height - 1 - y : y) * stride; }
+
+    void Finish(Sample* row) const {
+        if (onRow != nullptr) {
+            onRow->Do(row);
+        }
+    }
 
     void Put(Sample* pixel, Sample r, Sample g, Sample b) const {
         pixel[red] = r;

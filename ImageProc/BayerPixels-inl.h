@@ -38,11 +38,12 @@ HWY_INLINE void AskFor(const T* line) {
     hwy::Prefetch(line);
 }
 
-/// Whether a picture is larger than the caches, which it passes better then.
+/// Whether a picture is larger than the caches, which it passes better then, unless
+/// its rows are read again at once.
 template <class Sample, int Width>
 bool IsLarge(const Image<Sample, Width>& image) {
     constexpr size_t kCaches = 16 << 20;
-    return image.height * image.stride * sizeof(Sample) > kCaches;
+    return image.onRow == nullptr && image.height * image.stride * sizeof(Sample) > kCaches;
 }
 
 template <class D, class Sample, int Width, class V = hn::Vec<D>>

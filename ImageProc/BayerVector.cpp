@@ -163,9 +163,11 @@ void InterpolateRows(const Image<Sample, Width>& image, Neighbours neighbours) {
         } else {
             PutCellRow<RedX, 1 - RedY>(image, out, row, row + image.width);
         }
+        image.Finish(out);
     }
     hwy::FlushStream();
     PutLastRow(image, {RedX, RedY});
+    image.Finish(image.Out(image.height - 1));
 }
 
 template <class Sample, int Width>

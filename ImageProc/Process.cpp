@@ -1,9 +1,9 @@
 // The exported functions that take a raw frame through all stages in one call.
 
-#include <algorithm>
 #include <cstring>
 #include <tuple>
 
+#include "Bayer.h"
 #include "ColourMatrix.h"
 #include "Memory.h"
 #include "Noise.h"
@@ -58,35 +58,42 @@ QyColour::Matrix MatrixOf(const uint16_t* words) {
             beside(4),   beside(8), beside(7), diagonal(2)};
 }
 
-/// Matrix and table, a part of the image after the other so that the second finds
-/// in the cache what the first made.
-void CorrectColours(uint8_t* image, size_t pixels, const QyRawImgRecord& record) {
-    constexpr size_t kPart = 4096;
-    const bool hasMatrix = record.CCParam != nullptr;
-    const QyColour::Matrix matrix = hasMatrix ? MatrixOf(record.CCParam) : QyColour::Matrix{};
-    for (size_t done = 0; done < pixels; done += kPart) {
-        const size_t count = std::min(kPart, pixels - done);
-        uint8_t* const part = image + done * kPixelBytes;
-        if (hasMatrix) {
-            QyColour::MixColours(part, count, matrix);
-        }
-        if (record.Lut != nullptr) {
-            QyTone::MapBytes(part, part, count * kPixelBytes, record.Lut);
+/// Matrix and table over a row.
+class ColourWork final : public QyBayer::RowWork<uint8_t> {
+public:
+    ColourWork(size_t width, const QyRawImgRecord& record)
+        : m_width(width), m_hasMatrix(record.CCParam != nullptr), m_lut(record.Lut) {
+        if (m_hasMatrix) {
+            m_matrix = MatrixOf(record.CCParam);
         }
     }
-}
 
-/// Interpolates, and corrects the colours of what came of it. A monochrome frame
-/// has no colours to correct.
-void MakeColours(const void* src, uint8_t* dst, int32_t width, int32_t height,
-                 const QyRawImgRecord& record) {
-    const QY_STATUS status =
-        QyRaw8toRGB24(src, dst, static_cast<uint32_t>(width), static_cast<uint32_t>(height),
-                      record.Method, record.Filter, record.Flip);
-    if (status != QY_OK || record.Filter == QY_FILTER_NONE) {
-        return;
+    bool IsAny() const { return m_hasMatrix || m_lut != nullptr; }
+
+    void Do(uint8_t* row) const override {
+        if (m_hasMatrix) {
+            QyColour::MixColours(row, m_width, m_matrix);
+        }
+        if (m_lut != nullptr) {
+            QyTone::MapBytes(row, row, m_width * kPixelBytes, m_lut);
+        }
     }
-    CorrectColours(dst, static_cast<size_t>(width) * static_cast<size_t>(height), record);
+
+private:
+    size_t m_width;
+    bool m_hasMatrix;
+    QyColour::Matrix m_matrix{};
+    const uint8_t* m_lut;
+};
+
+/// Interpolates, and corrects the colours of each row as it comes. A monochrome
+/// frame has no colours to correct.
+void MakeColours(const void* src, void* dst, int32_t width, int32_t height,
+                 const QyRawImgRecord& record) {
+    const ColourWork work(static_cast<size_t>(width), record);
+    QyBayer::ToThreeBytes(src, dst, static_cast<uint32_t>(width), static_cast<uint32_t>(height),
+                          {record.Method, record.Filter, record.Flip, QY_ORDER_RGB},
+                          work.IsAny() ? &work : nullptr);
 }
 
 }  // namespace
