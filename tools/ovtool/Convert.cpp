@@ -49,9 +49,9 @@ RawFrame ReadFrame(const std::string& path, const ConvertOptions& options,
 }
 
 std::string OutputOf(const std::string& file, const ConvertOptions& options) {
-    const std::string output = options.output.empty()
-                                   ? std::filesystem::path(file).replace_extension("png").string()
-                                   : options.output;
+    std::string output = options.output.empty()
+                             ? std::filesystem::path(file).replace_extension("png").string()
+                             : options.output;
     if (output == file) {
         throw ToolError(file + " would be overwritten by its own picture; name another by -o");
     }

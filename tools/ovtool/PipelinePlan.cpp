@@ -48,7 +48,7 @@ void Require(const PipelineOptions& options, unsigned work, const std::string& b
              const std::string& behind) {
     for (const Trait& trait : kTraits) {
         if (trait.given(options) && (trait.works & work) == 0) {
-            throw ToolError(before + trait.name + behind);
+            throw ToolError(std::string(before).append(trait.name).append(behind));
         }
     }
 }
