@@ -112,7 +112,7 @@ int LowRow(int y, int height) {
 class BayerLargeFrames : public testing::TestWithParam<std::tuple<Form, int>> {};
 
 TEST_P(BayerLargeFrames, LargerThanTheCaches) {
-    constexpr int kWidth = 2058;
+    constexpr int kWidth = 4106;
     constexpr size_t kSize = size_t{17} << 20;
     Conversion conversion;
     conversion.form = std::get<0>(GetParam());
