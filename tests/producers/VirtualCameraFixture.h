@@ -47,6 +47,15 @@ protected:
         return api.GCWritePort(camera.port, address, &value, &size);
     }
 
+    void SaveSet(std::uint32_t set) const {
+        Write(Reg::SetSelector, set);
+        Write(Reg::SetSave, 1);
+    }
+    void LoadSet(std::uint32_t set) const {
+        Write(Reg::SetSelector, set);
+        Write(Reg::SetLoad, 1);
+    }
+
     /// A small window, so that tests are quick.
     void Shrink() const {
         Write(Reg::Width, 64);

@@ -305,13 +305,10 @@ TEST_F(VirtualCamera, UserIdIsKeptAndListed) {
 TEST_F(VirtualCamera, UserSetsKeepSettings) {
     camera.OpenDevice();
     Write(Reg::Gain, 60);
-    Write(Reg::SetSelector, 1);
-    Write(Reg::SetSave, 1);
-    Write(Reg::SetSelector, 0);
-    Write(Reg::SetLoad, 1);
+    SaveSet(1);
+    LoadSet(0);
     EXPECT_EQ(Read(Reg::Gain), 0U);
-    Write(Reg::SetSelector, 1);
-    Write(Reg::SetLoad, 1);
+    LoadSet(1);
     EXPECT_EQ(Read(Reg::Gain), 60U);
 }
 
@@ -323,8 +320,7 @@ TEST_F(VirtualCamera, FactorySetCantBeOverwritten) {
 TEST_F(VirtualCamera, ResetLoadsTheDefaultSet) {
     camera.OpenDevice();
     Write(Reg::Gain, 60);
-    Write(Reg::SetSelector, 2);
-    Write(Reg::SetSave, 1);
+    SaveSet(2);
     Write(Reg::SetDefault, 2);
     Write(Reg::Gain, 10);
     Write(Reg::Reset, 1);

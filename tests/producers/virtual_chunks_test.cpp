@@ -186,14 +186,11 @@ TEST_F(VirtualChunks, AreLockedWhileFramesFlow) {
 
 TEST_F(VirtualChunks, BelongToTheUserSets) {
     Enable(Chunk::Gain, false);
-    Write(Reg::SetSelector, 1);
-    Write(Reg::SetSave, 1);
-    Write(Reg::SetSelector, 0);
-    Write(Reg::SetLoad, 1);
+    SaveSet(1);
+    LoadSet(0);
     EXPECT_EQ(Read(Reg::ChunkMode), 0U);
     EXPECT_EQ(Read(Reg::ChunksEnabled), 63U);
-    Write(Reg::SetSelector, 1);
-    Write(Reg::SetLoad, 1);
+    LoadSet(1);
     EXPECT_EQ(Read(Reg::ChunkMode), 1U);
     EXPECT_EQ(Read(Reg::ChunksEnabled), 0b101111U);
 }

@@ -91,13 +91,10 @@ TEST_F(VirtualEvents, EachHasASwitchOfItsOwn) {
 
 TEST_F(VirtualEvents, BelongToTheUserSets) {
     Notify(CameraEvent::BlockDiscard);
-    Write(Reg::SetSelector, 1);
-    Write(Reg::SetSave, 1);
-    Write(Reg::SetSelector, 0);
-    Write(Reg::SetLoad, 1);
+    SaveSet(1);
+    LoadSet(0);
     EXPECT_EQ(Read(Reg::EventsEnabled), 0U);
-    Write(Reg::SetSelector, 1);
-    Write(Reg::SetLoad, 1);
+    LoadSet(1);
     EXPECT_EQ(Read(Reg::EventsEnabled), 4U);
 }
 
