@@ -269,7 +269,7 @@ Camera::Clock::duration Camera::FramePeriod() const {
 }
 
 void Camera::Send(CameraEvent event, std::uint64_t frame) {
-    if ((m_state.settings.eventsEnabled & EventBit(event)) != 0) {
+    if ((m_state.settings.eventsEnabled & BitOf(event)) != 0) {
         m_link.Send(event, frame, TicksNow());
     }
 }

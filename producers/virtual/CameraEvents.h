@@ -34,11 +34,6 @@ constexpr std::uint64_t EventId(CameraEvent event) {
     return kFirst + static_cast<std::uint64_t>(event);
 }
 
-/// A bit for each event, as in CameraSettings::eventsEnabled.
-constexpr std::int64_t EventBit(CameraEvent event) {
-    return std::int64_t{1} << static_cast<std::int64_t>(event);
-}
-
 using EventItem = std::array<std::byte, 24>;
 
 EventItem MakeEventItem(CameraEvent event, std::uint64_t frame, std::uint64_t ticks);

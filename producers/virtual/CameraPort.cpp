@@ -299,7 +299,7 @@ void Builder::AddTransport() {
 void Builder::AddChunks() {
     Selector(0x080C, &Selectors::chunk, kChunks - 1);
     SelectedBit(0x0810, &Selectors::chunk, &CameraSettings::chunksEnabled, true,
-                ChunkBit(Chunk::Image));
+                BitOf(Chunk::Image));
 }
 
 void Builder::AddEvents() {
@@ -323,7 +323,7 @@ void Builder::SelectedBit(std::uint64_t address, std::atomic<std::int64_t> Selec
             const std::int64_t bit = (*s).*which;
             RequireRange(value, fixed >> bit & 1, 1);
             c->Change(shapesFrame, [&](CameraSettings& settings) {
-                settings.*field &= ~(std::int64_t{1} << bit);
+                settings.*field &= ~BitOf(bit);
                 settings.*field |= value << bit;
             });
         });

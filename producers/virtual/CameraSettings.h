@@ -26,6 +26,12 @@ constexpr double kBalanceOne = 4096;
 constexpr double kGammaOne = 100;
 constexpr double kFrameRateStepsPerHertz = 1000;
 
+/// Where a setting of many switches has that of a chunk or an event.
+template <class Entry>
+constexpr std::int64_t BitOf(Entry entry) {
+    return std::int64_t{1} << static_cast<std::int64_t>(entry);
+}
+
 /// What a user set stores. Every field is a register's value.
 struct CameraSettings {
     std::int64_t width = kSensorWidth;
@@ -55,8 +61,8 @@ struct CameraSettings {
     std::int64_t gamma = 100;  ///< hundredths
     std::int64_t lutEnable = 0;
     std::int64_t chunkMode = 0;              ///< 1: data follow the image
-    std::int64_t chunksEnabled = 63;         ///< a bit for each chunk (see Chunks.h)
-    std::int64_t eventsEnabled = 0;          ///< a bit for each event (see CameraEvents.h)
+    std::int64_t chunksEnabled = 63;         ///< the bits of chunks (see Chunks.h)
+    std::int64_t eventsEnabled = 0;          ///< the bits of events (see CameraEvents.h)
     std::int64_t dropOffTime = 1000;         ///< off the bus, milliseconds
     std::int64_t dropOffFrames = 0;          ///< frames before the camera drops off; 0: it stays
     std::shared_ptr<const LookUpTable> lut;  ///< never null in a camera

@@ -80,7 +80,7 @@ std::size_t PayloadSize(const CameraSettings& settings, std::size_t imageSize) {
     }
     std::size_t size = WholeWords(imageSize) + kTrailerSize;
     for (const ValueChunk& entry : kValueChunks) {
-        if ((settings.chunksEnabled & ChunkBit(entry.chunk)) != 0) {
+        if ((settings.chunksEnabled & BitOf(entry.chunk)) != 0) {
             size += entry.length + kTrailerSize;
         }
     }
@@ -93,7 +93,7 @@ std::vector<GenTL::S_SINGLE_CHUNK_DATA> AppendChunks(std::span<std::byte> memory
     ChunkWriter writer(memory);
     writer.CloseImage(imageSize);
     for (const ValueChunk& entry : kValueChunks) {
-        if ((enabled & ChunkBit(entry.chunk)) != 0) {
+        if ((enabled & BitOf(entry.chunk)) != 0) {
             writer.Number(entry.bits(values), entry.length);
             writer.Close(entry.chunk);
         }

@@ -34,11 +34,6 @@ constexpr std::uint64_t ChunkId(Chunk chunk) {
     return kFirst + static_cast<std::uint64_t>(chunk);
 }
 
-/// A bit for each chunk, as in CameraSettings::chunksEnabled.
-constexpr std::int64_t ChunkBit(Chunk chunk) {
-    return std::int64_t{1} << static_cast<std::int64_t>(chunk);
-}
-
 /// What the chunks of one frame hold.
 struct ChunkValues {
     std::uint64_t frameId = 0;
