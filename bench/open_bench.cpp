@@ -1,6 +1,7 @@
 // Where the time of opening a camera goes whose description comes zipped through
 // its port. Usage: open_bench FILE.xml...
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>

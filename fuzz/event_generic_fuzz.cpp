@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "GenApi/EventAdapterGeneric.h"
 #include "event_fuzz.h"
 

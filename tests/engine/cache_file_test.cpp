@@ -3,6 +3,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "NodeMapData/CacheFile.h"
 #include "cache_support.h"
 

@@ -3,6 +3,8 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
+
 #include "Base/GlobalLock.h"
 #include "cache_support.h"
 

@@ -1,5 +1,7 @@
 // Chunks that a device describes behind their data, in every transport's layout.
 
+#include <algorithm>
+
 #include "chunk_support.h"
 
 namespace EngineTest {

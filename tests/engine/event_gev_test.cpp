@@ -1,5 +1,7 @@
 // Event messages of GigE Vision cameras.
 
+#include <algorithm>
+
 #include "GenApi/EventAdapterGEV.h"
 #include "event_support.h"
 

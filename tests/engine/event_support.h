@@ -1,6 +1,7 @@
 #pragma once
 /// Cameras that send events, and the messages that they send.
 
+#include <algorithm>
 #include <string_view>
 
 #include "GenApi/EventAdapter.h"

@@ -1,5 +1,6 @@
 // Features of a device in a bag, and back.
 
+#include <algorithm>
 #include <new>
 #include <stdexcept>
 

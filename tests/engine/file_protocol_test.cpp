@@ -1,6 +1,7 @@
 // Files in a device: what the adapter asks of the device, step by step, and what
 // it makes of the answers.
 
+#include <algorithm>
 #include <deque>
 #include <map>
 #include <stdexcept>

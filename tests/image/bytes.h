@@ -1,6 +1,7 @@
 #pragma once
 /// Plain bytes through a function, at any address and in place.
 
+#include <algorithm>
 #include <functional>
 #include <string>
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "bytes.h"
 #include "geometry_reference.h"
 #include "refusals.h"

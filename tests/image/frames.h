@@ -1,6 +1,7 @@
 #pragma once
 /// Raw frames to interpolate, and memory whose edges tell of a write too far.
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <random>

@@ -1,5 +1,6 @@
 // Tables of tone: their values, and the way in which they are asked for.
 
+#include <algorithm>
 #include <array>
 #include <limits>
 

@@ -2,6 +2,7 @@
 /// What the virtual cameras append to their frames, byte for byte.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <span>
 #include <vector>

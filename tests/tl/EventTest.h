@@ -1,6 +1,7 @@
 #pragma once
 /// An open camera whose events come.
 
+#include <algorithm>
 #include <atomic>
 #include <functional>
 #include <thread>

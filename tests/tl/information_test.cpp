@@ -2,6 +2,7 @@
 
 #include "TLClassInfo/Information.h"
 
+#include <algorithm>
 #include <cstring>
 #include <map>
 

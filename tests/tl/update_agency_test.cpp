@@ -1,5 +1,7 @@
 // The whole search for cameras.
 
+#include <algorithm>
+
 #include "TLClassMain/Device.h"
 #include "TLClassMain/UpdateAgency.h"
 #include "TransportTest.h"

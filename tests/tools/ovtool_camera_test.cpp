@@ -1,5 +1,7 @@
 // Cameras of any kind: list, info, features, frames.
 
+#include <algorithm>
+
 #include "ToolTest.h"
 
 namespace {

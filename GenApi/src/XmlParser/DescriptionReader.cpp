@@ -48,6 +48,23 @@ struct FreeParser {
     void operator()(XML_ParserStruct* parser) const { XML_ParserFree(parser); }
 };
 
+// Since 2.9.0 expat counts in 64 bits, under names of their own.
+#if XML_MAJOR_VERSION > 2 || XML_MINOR_VERSION >= 9
+size_t LineOf(XML_Parser parser) {
+    return XML_GetCurrentLineNumber64(parser);
+}
+size_t ColumnOf(XML_Parser parser) {
+    return XML_GetCurrentColumnNumber64(parser);
+}
+#else
+size_t LineOf(XML_Parser parser) {
+    return XML_GetCurrentLineNumber(parser);
+}
+size_t ColumnOf(XML_Parser parser) {
+    return XML_GetCurrentColumnNumber(parser);
+}
+#endif
+
 }  // namespace
 
 CDescriptionReader::CDescriptionReader(CNodeDataMap& map, bool suppressStrings,
@@ -84,8 +101,7 @@ std::optional<SchemaError> CDescriptionReader::Read(std::string_view document) {
 }
 
 SchemaError CDescriptionReader::ErrorHere(std::string text) const {
-    return {SchemaError::None, std::move(text), XML_GetCurrentLineNumber(m_pParser),
-            XML_GetCurrentColumnNumber(m_pParser)};
+    return {SchemaError::None, std::move(text), LineOf(m_pParser), ColumnOf(m_pParser)};
 }
 
 void CDescriptionReader::RethrowBuilderFailure() const {
@@ -123,8 +139,8 @@ void CDescriptionReader::Guard(const Action& action) {
         m_Error = ErrorHere(error.text);
     } catch (...) {
         m_Failure = std::current_exception();
-        m_FailureLine = XML_GetCurrentLineNumber(m_pParser);
-        m_FailureColumn = XML_GetCurrentColumnNumber(m_pParser);
+        m_FailureLine = LineOf(m_pParser);
+        m_FailureColumn = ColumnOf(m_pParser);
     }
     Stop();
 }

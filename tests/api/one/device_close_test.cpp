@@ -1,5 +1,6 @@
 // Closing a camera, and the library with cameras open.
 
+#include <algorithm>
 #include <future>
 
 #include "support/ApiTest.h"

@@ -1,6 +1,7 @@
 // Every GenTL call beneath a call of the interface fails in turn: what was done
 // before is undone, and the next attempt works.
 
+#include <algorithm>
 #include <functional>
 #include <map>
 

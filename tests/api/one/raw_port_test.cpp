@@ -1,5 +1,6 @@
 // The camera's registers, past its features.
 
+#include <algorithm>
 #include <numeric>
 
 #include "support/ApiTest.h"

@@ -1,6 +1,8 @@
 // The list when cameras speak GigE Vision: how far a search goes, which adapter
 // a camera is listed with, and its addresses.
 
+#include <algorithm>
+
 #include "support/SeveralProducersTest.h"
 
 namespace {
