@@ -108,6 +108,58 @@ TEST_F(IndexedValue, TakesItsLimitsFromTheSelectedSource) {
     EXPECT_EQ(Gain().GetMax(), std::numeric_limits<int64_t>::max());
 }
 
+TEST_F(IndexedValue, IsReadOnlyWhereAConstantIsSelected) {
+    BuildGain();
+    Select(2);
+    EXPECT_EQ(Gain().GetAccessMode(), RO);
+    EXPECT_EQ(FailureOf<AccessException>([&] { Gain().SetValue(43); }), "Node is not writable.");
+    EXPECT_EQ(FailureOf<RuntimeException>([&] { Gain().SetValue(43, false); }),
+              "CIntegerPolyRef::SetValue(): uninitialized pointer");
+    EXPECT_EQ(Gain().GetValue(), 42);
+}
+
+TEST_F(IndexedValue, IsNotAvailableWhereTheIndexSelectsNothing) {
+    AddReg("IndexReg", 0);
+    AddReg("A", 4);
+    CNodeData& gain = AddInteger("Gain", {{ID::pIndex_ID, "IndexReg"}});
+    gain.AddProperty(ID::pValueIndexed_ID, m_Data.GetNodeID("A", true));
+    AtIndex(gain, 1);
+    Build();
+    EXPECT_EQ(Gain().GetAccessMode(), NA);
+    Select(1);
+    EXPECT_EQ(Gain().GetAccessMode(), RW);
+}
+
+// A camera may lack what stands at an index that isn't selected.
+TEST_F(IndexedValue, LeavesItsRightsToTheSelectedSourceAlone) {
+    BuildGain();
+    for (const EAccessMode missing : {NI, NA}) {
+        Get<INode>("A").ImposeAccessMode(missing);
+        Select(7);
+        EXPECT_EQ(Gain().GetAccessMode(), RW);
+        EXPECT_EQ(Gain().GetValue(), 200);
+        Select(2);
+        EXPECT_EQ(Gain().GetAccessMode(), RO);
+        EXPECT_EQ(Gain().GetValue(), 42);
+        Select(1);
+        EXPECT_EQ(Gain().GetAccessMode(), missing);
+    }
+}
+
+TEST_F(IndexedValue, NeedsWhatItReadsBesideItsSources) {
+    AddReg("IndexReg", 0);
+    AddReg("A", 4);
+    AddReg("D", 8);
+    CNodeData& gain = AddInteger("Gain", {{ID::pIndex_ID, "IndexReg"}, {ID::pMax_ID, "A"}});
+    gain.AddProperty(ID::pValueIndexed_ID, m_Data.GetNodeID("A", true));
+    AtIndex(gain, 1);
+    gain.AddProperty(ID::pValueDefault_ID, m_Data.GetNodeID("D", true));
+    Build();
+    EXPECT_EQ(Gain().GetAccessMode(), RW);
+    Get<INode>("A").ImposeAccessMode(NA);
+    EXPECT_EQ(Gain().GetAccessMode(), NA);
+}
+
 // The rights belong to what was selected when they were computed, so even the
 // invalidation that spares a value just written must drop them.
 TEST_F(IndexedValue, ForgetsItsRightsEvenWhereItsValueIsKept) {
@@ -164,6 +216,118 @@ TEST_F(CopiedValue, IsNotAvailableWhenOnlyReadingWouldRemainOfAWriteOnlySource) 
     AddInteger("Gain", {{ID::pValue_ID, "A"}, {ID::pValueCopy_ID, "B"}});
     Build();
     EXPECT_EQ(Gain().GetAccessMode(), NA);
+}
+
+// A value with copies of its own.
+
+class HeldValueWithCopies : public ValueGraph {
+protected:
+    void BuildGain(EAccessMode modeOfCopy = RW) {
+        AddReg("A", 0);
+        AddReg("B", 4, modeOfCopy);
+        AddInteger("Gain", {{ID::pValueCopy_ID, "A"}, {ID::pValueCopy_ID, "B"}})
+            .AddProperty(ID::Value_ID, 3);
+        AddInteger("Shown", {{ID::pValue_ID, "Gain"}});
+        Build();
+    }
+    IInteger& Gain() { return Get<IInteger>("Gain"); }
+};
+
+TEST_F(HeldValueWithCopies, WritesToItselfAndToThem) {
+    BuildGain();
+    EXPECT_EQ(Gain().GetValue(), 3);
+    Record("Shown");
+    Record("Gain");
+    Gain().SetValue(6);
+    EXPECT_THAT(m_Calls, testing::UnorderedElementsAre("Shown inside", "Gain inside",
+                                                       "Shown outside", "Gain outside"));
+    EXPECT_EQ(Gain().GetValue(true, true), 6);
+    EXPECT_EQ(m_Port.Peek(0), 6);
+    EXPECT_EQ(m_Port.Peek(4), 6);
+    EXPECT_EQ(Get<IInteger>("Shown").GetValue(), 6);
+    EXPECT_EQ(Gain().GetMax(), std::numeric_limits<int32_t>::max());
+}
+
+TEST_F(HeldValueWithCopies, KeepsWhatItHadWhereACopyFails) {
+    BuildGain();
+    m_Port.failWrites = true;
+    EXPECT_EQ(FailureOf<RuntimeException>([&] { Gain().SetValue(6); }), "The device is gone");
+    EXPECT_EQ(Gain().GetValue(), 3);
+}
+
+TEST_F(HeldValueWithCopies, IsReadOnlyWithACopyThatIs) {
+    BuildGain(RO);
+    EXPECT_EQ(Gain().GetAccessMode(), RO);
+}
+
+/// "Gain" over an integer register and a float register, one of them the copy.
+class CopyOverFloats : public ValueGraph {
+protected:
+    void AddSources() {
+        AddReg("Whole", 0);
+        CNodeData& reg = Add(CNodeData::FloatReg_ID, "Real", {{ID::pPort_ID, "Device"}});
+        reg.AddProperty(ID::Address_ID, 8);
+        reg.AddProperty(ID::Length_ID, 8);
+        reg.AddProperty(ID::AccessMode_ID, CProperty::EAccessMode_ID, RW);
+        reg.AddProperty(ID::Endianess_ID, CProperty::EEndianess_ID, LittleEndian);
+    }
+    template <class Interface>
+    void ExpectCopied() {
+        auto& gain = Get<Interface>("Gain");
+        EXPECT_EQ(gain.GetAccessMode(), RW);
+        gain.SetValue(7);
+        EXPECT_EQ(gain.GetValue(true, true), 7);
+        EXPECT_EQ(Get<IFloat>("Real").GetValue(true, true), 7.0);
+    }
+};
+
+TEST_F(CopyOverFloats, OfAnIntegerIsWritten) {
+    AddSources();
+    AddInteger("Gain", {{ID::pValue_ID, "Whole"}, {ID::pValueCopy_ID, "Real"}});
+    Build();
+    ExpectCopied<IInteger>();
+    EXPECT_EQ(m_Port.Peek(0), 7);
+    EXPECT_EQ(Get<IInteger>("Gain").GetMin(), std::numeric_limits<int32_t>::min());
+    EXPECT_EQ(Get<IInteger>("Gain").GetMax(), std::numeric_limits<int32_t>::max());
+    EXPECT_EQ(Get<IInteger>("Gain").GetInc(), 1);
+}
+
+TEST_F(CopyOverFloats, MayHaveAFloatToReadFromToo) {
+    AddSources();
+    AddInteger("Gain", {{ID::pValue_ID, "Real"}, {ID::pValueCopy_ID, "Whole"}});
+    Build();
+    ExpectCopied<IInteger>();
+    EXPECT_EQ(m_Port.Peek(0), 7);
+}
+
+TEST_F(CopyOverFloats, MayHaveNothingButFloats) {
+    AddSources();
+    Add(CNodeData::Float_ID, "Limited").AddProperty(ID::Value_ID, 0.0);
+    CNodeData& limited = *m_Data.GetLastNodeData();
+    limited.AddProperty(ID::Min_ID, -2.0);
+    limited.AddProperty(ID::Max_ID, 9.0);
+    AddInteger("Gain", {{ID::pValue_ID, "Real"}, {ID::pValueCopy_ID, "Limited"}});
+    Build();
+    ExpectCopied<IInteger>();
+    EXPECT_EQ(Get<IFloat>("Limited").GetValue(), 7.0);
+    EXPECT_EQ(Get<IInteger>("Gain").GetMin(), -2);
+    EXPECT_EQ(Get<IInteger>("Gain").GetMax(), 9);
+}
+
+TEST_F(CopyOverFloats, OfAFloatIsWritten) {
+    AddSources();
+    Add(CNodeData::Float_ID, "Gain", {{ID::pValue_ID, "Whole"}, {ID::pValueCopy_ID, "Real"}});
+    Build();
+    ExpectCopied<IFloat>();
+    EXPECT_EQ(m_Port.Peek(0), 7);
+}
+
+TEST_F(CopyOverFloats, WithOtherStepsTakesTheWriteAccess) {
+    AddSources();
+    Add(CNodeData::Float_ID, "Stepped", {{ID::pValue_ID, "Real"}}).AddProperty(ID::Inc_ID, 2.0);
+    AddInteger("Gain", {{ID::pValue_ID, "Whole"}, {ID::pValueCopy_ID, "Stepped"}});
+    Build();
+    EXPECT_EQ(Get<IInteger>("Gain").GetAccessMode(), RO);
 }
 
 using ValueSource = ValueGraph;

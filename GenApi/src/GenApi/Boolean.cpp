@@ -32,7 +32,7 @@ void CBooleanImpl::FinalConstruct() {
 }
 
 void CBooleanImpl::InternalSetValue(bool value, bool verify) {
-    m_Value.SetValue(value ? m_OnValue : m_OffValue, verify);
+    SetOrHold(m_Value, value ? m_OnValue : m_OffValue, verify);
 }
 
 bool CBooleanImpl::InternalGetValue(bool verify, bool ignoreCache) {

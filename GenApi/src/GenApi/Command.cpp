@@ -32,7 +32,7 @@ void CCommandImpl::InternalExecute(bool verify) {
         LOGICAL_ERROR_EXCEPTION_NODE("Unable to execute because '%s' is not writable",
                                      valueNode->InternalGetName().c_str());
     }
-    m_Value.SetValue(m_CommandValue.GetValue(), verify);
+    SetOrHold(m_Value, m_CommandValue.GetValue(), verify);
     // Without a way to look at it, nothing would ever tell that it is done.
     m_State = m_Value.IsReadable() && IsReadable(GetAccessMode()) ? Busy : Done;
 }

@@ -84,7 +84,7 @@ void CEnumerationImpl::InternalSetIntValue(int64_t value, bool verify) {
     if (verify && !IsAvailable(entry.GetAccessMode())) {
         ACCESS_EXCEPTION_NODE("Failed to write enumeration value. Enum entry is not writable");
     }
-    m_Value.SetValue(value, verify);
+    SetOrHold(m_Value, value, verify);
     LeaveSelfClearing(value);
     if (entry.IsSelfClearing()) {
         m_SelfClearingValue = value;

@@ -20,11 +20,15 @@ EAccessMode CNodeImpl::InternalGetAccessMode(IBase* value) {
 
 EAccessMode CNodeImpl::ComputeAccessMode(IBase* value) {
     const EAccessMode mode = value == nullptr ? RW : value->GetAccessMode();
-    return LowerByReferences(LowerByReadingChildren(mode));
+    return ComputeAccessMode(mode, m_ReadingChildren);
 }
 
-EAccessMode CNodeImpl::LowerByReadingChildren(EAccessMode mode) const {
-    for (INodePrivate* const child : m_ReadingChildren) {
+EAccessMode CNodeImpl::ComputeAccessMode(EAccessMode mode, const NodeList& readingChildren) const {
+    return LowerByReferences(LowerByChildren(mode, readingChildren));
+}
+
+EAccessMode CNodeImpl::LowerByChildren(EAccessMode mode, const NodeList& readingChildren) {
+    for (INodePrivate* const child : readingChildren) {
         const EAccessMode childMode = child->GetAccessMode();
         if (childMode == NI) {
             return NI;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <unordered_map>
 
 #include "GenApi/impl/Value2String.h"
 
@@ -112,6 +113,29 @@ void CNumericNodeImpl<Types>::SetValidValues(std::string_view text) {
     }
 }
 
+/// A node may be linked as a source and in another role; one link of it is one of
+/// the reading children.
+template <class Types>
+void CNumericNodeImpl<Types>::FinalConstruct() {
+    CNodeImpl::FinalConstruct();
+    if (!IsIndexed()) {
+        return;
+    }
+    std::unordered_map<INodePrivate*, size_t> sources;
+    ++sources[m_Default.GetNode()];
+    for (const auto& [index, source] : m_Indexed) {
+        ++sources[source.GetNode()];
+    }
+    for (INodePrivate* const child : m_ReadingChildren) {
+        const auto source = sources.find(child);
+        if (source == sources.end() || source->second == 0) {
+            m_ReadBesideIndexed.push_back(child);
+        } else {
+            --source->second;
+        }
+    }
+}
+
 template <class Types>
 void CNumericNodeImpl<Types>::SetInvalid(ESetInvalidMode mode) {
     CNodeImpl::SetInvalid(mode);
@@ -134,11 +158,7 @@ auto CNumericNodeImpl<Types>::GetSource(bool verify, bool ignoreCache) const -> 
 template <class Types>
 EAccessMode CNumericNodeImpl<Types>::ComputeMode() {
     if (IsIndexed()) {
-        const EAccessMode indexMode = m_Index.GetNode()->GetAccessMode();
-        if (!IsReadable(indexMode)) {
-            return indexMode == NI ? NI : NA;
-        }
-        return ComputeAccessMode(GetSource().GetNode());
+        return ComputeIndexedMode();
     }
     const EAccessMode mode = ComputeAccessMode(m_Sources.front().GetNode());
     if (IsWritable(mode) && !DoAllSourcesFollow()) {
@@ -147,16 +167,32 @@ EAccessMode CNumericNodeImpl<Types>::ComputeMode() {
     return mode;
 }
 
-/// Whether what the first source takes can be written to all copies as well.
+/// The sources that aren't selected have no say, so that one of them may well
+/// be missing in a camera.
+template <class Types>
+EAccessMode CNumericNodeImpl<Types>::ComputeIndexedMode() {
+    const EAccessMode indexMode = m_Index.GetNode()->GetAccessMode();
+    if (!IsReadable(indexMode)) {
+        return indexMode == NI ? NI : NA;
+    }
+    const PolyRef_t& source = GetSource();
+    if (!source.IsInitialized()) {
+        return NA;
+    }
+    const EAccessMode mode = source.IsConstant() ? RO : source.GetNode()->GetAccessMode();
+    return ComputeAccessMode(mode, m_ReadBesideIndexed);
+}
+
+/// Whether what the first source takes can be written to all copies as well. A
+/// copy without steps takes everything.
 template <class Types>
 bool CNumericNodeImpl<Types>::DoAllSourcesFollow() const {
     const PolyRef_t& first = m_Sources.front();
     return std::all_of(m_Sources.begin() + 1, m_Sources.end(), [&first](const PolyRef_t& copy) {
-        if (!IsWritable(copy.GetNode()->GetAccessMode()) ||
-            Types::HasInc(copy) != Types::HasInc(first)) {
+        if (!IsWritable(copy.GetNode()->GetAccessMode())) {
             return false;
         }
-        return !Types::HasInc(copy) || copy.GetInc() == first.GetInc();
+        return !copy.HasInc() || (Types::HasInc(first) && copy.GetInc() == first.GetInc());
     });
 }
 
@@ -166,8 +202,16 @@ void CNumericNodeImpl<Types>::InternalSetValue(Value_t value, bool verify) {
         GetSource().SetValue(value, verify);
         return;
     }
-    for (const PolyRef_t& source : m_Sources) {
-        source.SetValue(value, verify);
+    PolyRef_t& first = m_Sources.front();
+    if (!first.IsConstant()) {
+        first.SetValue(value, verify);
+    }
+    for (auto copy = m_Sources.begin() + 1; copy != m_Sources.end(); ++copy) {
+        copy->SetValue(value, verify);
+    }
+    if (first.IsConstant()) {
+        // The last of all, so that it stays as it was where a copy fails.
+        first = value;
     }
 }
 
@@ -185,8 +229,11 @@ auto CNumericNodeImpl<Types>::InternalGetMin() -> Value_t {
         return GetSource().GetMin();
     }
     Value_t min = std::numeric_limits<Value_t>::lowest();
+    if (m_Sources.size() == 1) {
+        return std::max(min, m_Sources.front().GetMin());
+    }
     for (const PolyRef_t& source : m_Sources) {
-        min = std::max(min, source.GetMin());
+        min = std::max(min, Types::MinBesideOthers(source));
     }
     return min;
 }
@@ -200,8 +247,11 @@ auto CNumericNodeImpl<Types>::InternalGetMax() -> Value_t {
         return GetSource().GetMax();
     }
     Value_t max = std::numeric_limits<Value_t>::max();
+    if (m_Sources.size() == 1) {
+        return std::min(max, m_Sources.front().GetMax());
+    }
     for (const PolyRef_t& source : m_Sources) {
-        max = std::min(max, source.GetMax());
+        max = std::min(max, Types::MaxBesideOthers(source));
     }
     return max;
 }

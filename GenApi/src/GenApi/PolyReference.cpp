@@ -20,6 +20,14 @@ bool IsInInt64(double value) {
     return value >= -kBound && value < kBound;
 }
 
+/// The integer next to a limit.
+int64_t Reachable(double limit, const char* operation) {
+    if (IsInInt64(limit)) {
+        return RoundToInt64(limit, operation);
+    }
+    return limit < 0 ? Limits::min() : Limits::max();
+}
+
 /// Rows of answers by tag, as one callable.
 template <class... Rows>
 struct By : Rows... {
@@ -141,13 +149,34 @@ int64_t CIntegerPolyRef::GetMax() const {
         m_Source);
 }
 
+int64_t CIntegerPolyRef::GetReachableMin() const {
+    IFloat* const* const source = std::get_if<IFloat*>(&m_Source);
+    return source == nullptr ? GetMin()
+                             : Reachable((*source)->GetMin(), "CIntegerPolyRef::GetMin()");
+}
+
+int64_t CIntegerPolyRef::GetReachableMax() const {
+    IFloat* const* const source = std::get_if<IFloat*>(&m_Source);
+    return source == nullptr ? GetMax()
+                             : Reachable((*source)->GetMax(), "CIntegerPolyRef::GetMax()");
+}
+
+bool CIntegerPolyRef::HasInc() const {
+    return std::visit(
+        By{[](std::monostate) -> bool { ThrowUninitialized("CIntegerPolyRef::HasInc()"); },
+           [](IFloat* source) { return source->HasInc(); }, [](const auto&) { return true; }},
+        m_Source);
+}
+
 int64_t CIntegerPolyRef::GetInc() const {
     constexpr const char* kOperation = "CIntegerPolyRef::GetInc()";
     return std::visit(
         By{[](std::monostate) -> int64_t { ThrowUninitialized(kOperation); },
            [](int64_t) -> int64_t { return 1; }, [](IInteger* source) { return source->GetInc(); },
            [](IEnumeration*) -> int64_t { return 1; }, [](IBoolean*) -> int64_t { return 1; },
-           [](IFloat* source) { return RoundToInt64(source->GetInc(), kOperation); }},
+           [](IFloat* source) -> int64_t {
+               return source->HasInc() ? RoundToInt64(source->GetInc(), kOperation) : 1;
+           }},
         m_Source);
 }
 

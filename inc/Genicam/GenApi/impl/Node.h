@@ -95,6 +95,8 @@ protected:
     EAccessMode CachedAccessMode(const Compute& compute);
     /// The same computation without the cache, as a part of such a `compute`.
     EAccessMode ComputeAccessMode(IBase* value);
+    /// The same from the mode of the value, with those of the nodes that count.
+    EAccessMode ComputeAccessMode(EAccessMode mode, const NodeList& readingChildren) const;
 
     gcstring InternalGetQualifiedName();
     gcstring InternalGetDocuURL();
@@ -181,7 +183,7 @@ protected:
 private:
     EAccessMode FindAccessMode();
     EYesNo ComputeAccessModeCacheability();
-    EAccessMode LowerByReadingChildren(EAccessMode mode) const;
+    static EAccessMode LowerByChildren(EAccessMode mode, const NodeList& readingChildren);
     EAccessMode LowerByReferences(EAccessMode mode) const;
     void CreateLoggers();
     /// The field that keeps a property that is no link: calls `use` with it.

@@ -8,17 +8,19 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// What integer and float nodes have in common: a value that others hold, with
-/// limits of its own where the description gives some.
+/// What integer and float nodes have in common: a value that the node or others
+/// hold, with limits of its own where the description gives some.
 ///
 /// The value stands in one source with any number of copies, or an index
-/// selects one source among several. Types names the `Value`, the `List` of
-/// values, the reference to a source, and how a property or a text gives a
+/// selects one source among several. A source that is no node is the value
+/// itself, which writes change; those that an index selects stay as described. Types names the
+/// `Value`, the `List` of values, the reference to a source, and how a property or a text gives a
 /// value. The Internal... operations want the map's lock held.
 template <class Types>
 class CNumericNodeImpl : public CNodeImpl {
 public:
     void SetProperty(const CProperty& property) override;
+    void FinalConstruct() override;
     void SetInvalid(ESetInvalidMode mode) override;
     EAccessMode InternalGetAccessMode() override {
         return CachedAccessMode([this] { return ComputeMode(); });
@@ -51,6 +53,7 @@ private:
     void SetValidValues(std::string_view text);
     PolyRef_t Referred(const CProperty& property, unsigned roles);
     EAccessMode ComputeMode();
+    EAccessMode ComputeIndexedMode();
     bool DoAllSourcesFollow() const;
 
     /// The source and then its copies. There is always the first.
@@ -58,6 +61,8 @@ private:
     CIntegerPolyRef m_Index;
     std::map<int64_t, PolyRef_t> m_Indexed;
     PolyRef_t m_Default;
+    /// With an index, what is read beside the sources that it selects among.
+    NodeList m_ReadBesideIndexed;
     PolyRef_t m_Min;
     PolyRef_t m_Max;
     PolyRef_t m_Inc;
@@ -72,6 +77,9 @@ struct IntegerNodeTypes {
     using PolyRef = CIntegerPolyRef;
     static Value ValueOf(const CProperty& property) { return property.Integer(); }
     static bool HasInc(const PolyRef& /*source*/) { return true; }
+    /// One of several sources may well reach further than integers do.
+    static Value MinBesideOthers(const PolyRef& source) { return source.GetReachableMin(); }
+    static Value MaxBesideOthers(const PolyRef& source) { return source.GetReachableMax(); }
     static bool FromText(const gcstring& text, Value* value);
 };
 
@@ -81,6 +89,8 @@ struct FloatNodeTypes {
     using PolyRef = CFloatPolyRef;
     static Value ValueOf(const CProperty& property) { return property.Float(); }
     static bool HasInc(const PolyRef& source) { return source.HasInc(); }
+    static Value MinBesideOthers(const PolyRef& source) { return source.GetMin(); }
+    static Value MaxBesideOthers(const PolyRef& source) { return source.GetMax(); }
     static bool FromText(const gcstring& text, Value* value);
 };
 

@@ -82,6 +82,12 @@ public:
     void SetValue(int64_t value, bool verify = true) const;
     int64_t GetMin() const;
     int64_t GetMax() const;
+    /// The limits as far as integers reach: those of a float may lie beyond.
+    int64_t GetReachableMin() const;
+    int64_t GetReachableMax() const;
+    /// False for a float that takes any value.
+    bool HasInc() const;
+    /// 1 where the source has none.
     int64_t GetInc() const;
     EIncMode GetIncMode() const;
     int64_autovector_t GetListOfValidValues(bool bounded) const;
@@ -147,6 +153,18 @@ public:
     bool IsValueCacheValid() const;
     ECachingMode GetCachingMode() const;
 };
+
+/// Writes a node's value to where it is kept: to the node that the reference
+/// stands on, or, without one, into the reference of the node that holds the
+/// value itself.
+template <class Reference, class Value>
+void SetOrHold(Reference& reference, const Value& value, bool verify) {
+    if (reference.IsConstant()) {
+        reference = value;
+    } else {
+        reference.SetValue(value, verify);
+    }
+}
 
 /// Half away from zero; RuntimeException, in the words of `operation`, outside
 /// the range of 64-bit integers.
