@@ -4,6 +4,7 @@
 
 #include "BayerAdaptive.h"
 #include "BayerVector.h"
+#include "FrameSize.h"
 #include "QyImageProc.h"
 
 namespace {
@@ -12,15 +13,20 @@ using QyBayer::Image;
 
 constexpr int32_t kByteLimit = 255;
 
-/// The checks that all forms share, behind the pointers.
-QY_STATUS CheckMethodAndSize(uint32_t width, uint32_t height, QyInterpolationMethod method) {
+/// The checks that all forms share, after those of the pointers.
+/// @param rowPixels   pixels from one row of the destination to the next
+/// @param pixelBytes  bytes of a pixel of the destination
+QY_STATUS CheckMethodAndSize(uint32_t width, uint32_t height, QyInterpolationMethod method,
+                             uint32_t rowPixels, int64_t pixelBytes) {
     constexpr uint32_t kLeast = 4;
     constexpr uint32_t kLeastAdaptive = 6;
     if (static_cast<uint32_t>(method) > QY_RAW2RGB_NEIGHBOUR3) {
         return QY_NOT_SUPPORTED;
     }
     const uint32_t least = method == QY_RAW2RGB_ADAPTIVE ? kLeastAdaptive : kLeast;
-    if (width % 2 != 0 || height % 2 != 0 || width < least || height < least) {
+    if (width % 2 != 0 || height % 2 != 0 || width < least || height < least ||
+        !QySize::IsPossible(width, height, pixelBytes) ||
+        !QySize::IsPossible(rowPixels, height, pixelBytes)) {
         return QY_PARAMETER_OUT_OF_BOUND;
     }
     return QY_OK;
@@ -101,7 +107,7 @@ QY_STATUS QyBayer::ToThreeBytes(const void* src, void* dst, uint32_t width, uint
     if (src == nullptr || dst == nullptr) {
         return QY_PARAMETER_INVALID;
     }
-    const QY_STATUS status = CheckMethodAndSize(width, height, conversion.method);
+    const QY_STATUS status = CheckMethodAndSize(width, height, conversion.method, width, 3);
     if (status != QY_OK) {
         return status;
     }
@@ -132,15 +138,18 @@ QY_STATUS QyRaw8toRGB24Ex(const void* src, void* dst, uint32_t width, uint32_t h
 QY_STATUS QyRaw8toARGB32(const void* src, void* dst, uint32_t width, uint32_t height,
                          int32_t stride, QyInterpolationMethod method, QyColorFilter filter,
                          uint8_t flip, uint8_t alpha) {
-    if (dst == nullptr || width < 2 || height < 2 || stride < 0 ||
-        static_cast<uint32_t>(stride) < width || src == nullptr) {
+    const auto rowPixels = static_cast<uint32_t>(stride);
+    if (dst == nullptr || width < 2 || height < 2 || stride < 0 || rowPixels < width ||
+        src == nullptr) {
         return QY_PARAMETER_INVALID;
     }
-    if (const QY_STATUS status = CheckMethodAndSize(width, height, method); status != QY_OK) {
+    constexpr int64_t kPixelBytes = 4;
+    const QY_STATUS status = CheckMethodAndSize(width, height, method, rowPixels, kPixelBytes);
+    if (status != QY_OK) {
         return status;
     }
     auto image = MakeImage<uint8_t, 4>(src, dst, width, height, flip);
-    image.stride = static_cast<size_t>(stride) * 4;
+    image.stride = static_cast<size_t>(stride) * kPixelBytes;
     image.alpha = alpha;
     Interpolate(image, method, filter);
     return QY_OK;
@@ -151,7 +160,9 @@ QY_STATUS QyRaw16toRGB48(const void* src, void* dst, uint32_t width, uint32_t he
     if (src == nullptr || dst == nullptr) {
         return QY_PARAMETER_INVALID;
     }
-    if (const QY_STATUS status = CheckMethodAndSize(width, height, method); status != QY_OK) {
+    constexpr int64_t kPixelBytes = 3 * sizeof(QyBayer::Word);
+    const QY_STATUS status = CheckMethodAndSize(width, height, method, width, kPixelBytes);
+    if (status != QY_OK) {
         return status;
     }
     auto image = MakeImage<QyBayer::Word, 3>(src, dst, width, height, flip);

@@ -1,22 +1,26 @@
 // The exported functions between raw formats: checks, and the count of samples.
 
 #include "ConvertVector.h"
+#include "FrameSize.h"
 #include "QyImageProc.h"
 
 namespace {
 
 using QyConvert::Word;
 
-QY_STATUS CheckFrame(const void* src, const void* dst, int32_t width, int32_t height) {
+/// @param words  16-bit words of a pixel
+QY_STATUS CheckFrame(const void* src, const void* dst, int32_t width, int32_t height,
+                     size_t words) {
     if (src == nullptr || dst == nullptr) {
         return QY_PARAMETER_INVALID;
     }
-    return width < 1 || height < 1 ? QY_PARAMETER_OUT_OF_BOUND : QY_OK;
+    const auto pixelBytes = static_cast<int64_t>(words * sizeof(Word));
+    return QySize::IsPossible(width, height, pixelBytes) ? QY_OK : QY_PARAMETER_OUT_OF_BOUND;
 }
 
 /// Unpacking makes more bytes than it reads, so it can't do in place.
 QY_STATUS CheckPacked(const void* src, const void* dst, int32_t width, int32_t height) {
-    const QY_STATUS status = CheckFrame(src, dst, width, height);
+    const QY_STATUS status = CheckFrame(src, dst, width, height, 1);
     return status == QY_OK && src == dst ? QY_PARAMETER_INVALID : status;
 }
 
@@ -26,7 +30,8 @@ size_t Samples(int32_t width, int32_t height) {
 
 QY_STATUS ReduceFrame(const void* src, void* dst, int32_t width, int32_t height,
                       QyValidBit validBit, size_t channels) {
-    if (const QY_STATUS status = CheckFrame(src, dst, width, height); status != QY_OK) {
+    const QY_STATUS status = CheckFrame(src, dst, width, height, channels);
+    if (status != QY_OK) {
         return status;
     }
     if (static_cast<uint32_t>(validBit) > QY_BIT_4_11) {

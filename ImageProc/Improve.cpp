@@ -2,6 +2,7 @@
 
 #include "ColourRecord.h"
 #include "ColourTables.h"
+#include "FrameSize.h"
 #include "ToneVector.h"
 
 namespace {
@@ -28,14 +29,14 @@ bool IsKind(const uint32_t* toneRecord, uint32_t kind) {
     return toneRecord == nullptr || toneRecord[kKindWord] == kind;
 }
 
-QY_STATUS Check(const void* src, const void* dst, int32_t width, int32_t height,
+QY_STATUS Check(const void* src, const void* dst, int32_t width, int32_t height, int64_t pixelBytes,
                 const Stages& stages) {
     constexpr uint32_t kGammaKind = 0;
     constexpr uint32_t kContrastKind = 1;
     if (src == nullptr || dst == nullptr) {
         return QY_PARAMETER_INVALID;
     }
-    if (width < 1 || height < 1) {
+    if (!QySize::IsPossible(width, height, pixelBytes)) {
         return QY_PARAMETER_OUT_OF_BOUND;
     }
     const bool isNothing =
@@ -82,7 +83,8 @@ void CorrectTone(const Frame& frame, const ToneTable& tone) {
 
 template <int Width, int Red>
 QY_STATUS Improve(const void* src, void* dst, int32_t width, int32_t height, const Stages& stages) {
-    if (const QY_STATUS status = Check(src, dst, width, height, stages); status != QY_OK) {
+    const QY_STATUS status = Check(src, dst, width, height, Width, stages);
+    if (status != QY_OK) {
         return status;
     }
     const Frame frame{static_cast<const uint8_t*>(src), static_cast<uint8_t*>(dst),

@@ -5,6 +5,7 @@
 
 #include "Bayer.h"
 #include "ColourMatrix.h"
+#include "FrameSize.h"
 #include "Memory.h"
 #include "Noise.h"
 #include "QyImageProc.h"
@@ -20,7 +21,7 @@ constexpr size_t kPixelBytes = 3;
 /// What both functions refuse first.
 template <class Record>
 QY_STATUS CheckFrame(const void* src, const void* dst, int32_t width, int32_t height,
-                     const Record* record) {
+                     int64_t pixelBytes, const Record* record) {
     if (record == nullptr) {
         return QY_PARAMETER_INVALID;
     }
@@ -30,7 +31,7 @@ QY_STATUS CheckFrame(const void* src, const void* dst, int32_t width, int32_t he
     if (src == nullptr || dst == nullptr) {
         return QY_PARAMETER_INVALID;
     }
-    return width <= 0 || height <= 0 ? QY_PARAMETER_OUT_OF_BOUND : QY_OK;
+    return QySize::IsPossible(width, height, pixelBytes) ? QY_OK : QY_PARAMETER_OUT_OF_BOUND;
 }
 
 bool IsWhole(const void* table, uint32_t size, uint32_t wanted) {
@@ -102,7 +103,7 @@ void MakeColours(const void* src, void* dst, int32_t width, int32_t height,
 
 QY_STATUS QyRaw8ImgProcess(void* src, void* dst, int32_t width, int32_t height,
                            const QyRawImgRecord* record) {
-    QY_STATUS status = CheckFrame(src, dst, width, height, record);
+    QY_STATUS status = CheckFrame(src, dst, width, height, kPixelBytes, record);
     if (status == QY_OK) {
         status = CheckStages(*record);
     }
@@ -128,7 +129,8 @@ QY_STATUS QyRaw8ImgProcess(void* src, void* dst, int32_t width, int32_t height,
 
 QY_STATUS QyMono8ImgProcess(void* src, void* dst, int32_t width, int32_t height,
                             const QyMonoImgRecord* record) {
-    if (const QY_STATUS status = CheckFrame(src, dst, width, height, record); status != QY_OK) {
+    const QY_STATUS status = CheckFrame(src, dst, width, height, 1, record);
+    if (status != QY_OK) {
         return status;
     }
     if (!IsWhole(record->Lut, record->LutSize, kLutSize)) {

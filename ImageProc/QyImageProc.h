@@ -11,7 +11,12 @@
  * first that fails decides. A failed check writes nothing.
  *
  * Images are dense, row after row, with no gaps, where nothing else is said.
- * Widths and heights are in pixels. 16-bit samples are little-endian words.
+ * Widths and heights are in pixels, from 1 to 2,147,483,647; an image whose bytes
+ * no memory holds is refused like a width of 0. 16-bit samples are little-endian
+ * words.
+ *
+ * "In place allowed" means that dst may be src. Nowhere else may the two overlap;
+ * a function that refuses equal pointers says so, and none looks for other overlaps.
  */
 
 #include <stddef.h>
@@ -112,15 +117,26 @@ typedef struct QyMonoImgRecord {
 /** @name Raw formats */
 /** @{ */
 
-/** Unpacks two 12-bit samples of three bytes into two words. */
+/** Unpacks two 12-bit samples of three bytes into two words. An odd last sample
+ *  is not unpacked: its word of dst stays.
+ *  @param src  3 bytes for every two samples; width * height / 2 * 3 bytes
+ *  @param dst  width * height words; QY_PARAMETER_INVALID when it is src */
 QY_API QY_STATUS QyRaw12PackedToRaw16(const void* src, void* dst, int32_t width, int32_t height);
 /** Unpacks three 10-bit samples of a 32-bit word into three words. The last source
- *  word may serve fewer. */
+ *  word may serve fewer.
+ *  @param src  4 * (width * height / 3 + 1) bytes: the word after the last whole
+ *              three samples may be read also where it serves none
+ *  @param dst  width * height words; QY_PARAMETER_INVALID when it is src */
 QY_API QY_STATUS QyRaw10PackedToRaw16(const void* src, void* dst, int32_t width, int32_t height);
-/** Keeps eight bits of each 16-bit sample; what lies above them gives 255. */
+/** Keeps eight bits of each 16-bit sample; a sample with bits above them becomes
+ *  255. In place allowed.
+ *  @param src  width * height words
+ *  @param dst  width * height bytes */
 QY_API QY_STATUS QyRaw16toRaw8(const void* src, void* dst, int32_t width, int32_t height,
                                QyValidBit validBit);
-/** The same for three words a pixel. */
+/** The same for three words a pixel. In place allowed.
+ *  @param src  width * height * 3 words
+ *  @param dst  width * height * 3 bytes */
 QY_API QY_STATUS QyRGB48toRGB24(const void* src, void* dst, int32_t width, int32_t height,
                                 QyValidBit validBit);
 
@@ -128,12 +144,14 @@ QY_API QY_STATUS QyRGB48toRGB24(const void* src, void* dst, int32_t width, int32
 /** @name Mosaic to colours
  *
  * Width and height are even and at least 4, for QY_RAW2RGB_ADAPTIVE at least 6;
- * otherwise QY_PARAMETER_OUT_OF_BOUND. A filter above 4 gives QY_OK without an
- * image. A `flip` other than 0 writes the image bottom-up.
+ * otherwise QY_PARAMETER_OUT_OF_BOUND. A filter above 4 returns QY_OK and writes no
+ * image. A `flip` other than 0 writes the image bottom-up. Not in place.
  */
 /** @{ */
 
-/** 8-bit samples to three bytes: R, G, B. */
+/** 8-bit samples to three bytes: R, G, B.
+ *  @param src  width * height bytes
+ *  @param dst  width * height * 3 bytes */
 QY_API QY_STATUS QyRaw8toRGB24(const void* src, void* dst, uint32_t width, uint32_t height,
                                QyInterpolationMethod method, QyColorFilter filter, uint8_t flip);
 /** The same with a choice of order. */
@@ -141,14 +159,18 @@ QY_API QY_STATUS QyRaw8toRGB24Ex(const void* src, void* dst, uint32_t width, uin
                                  QyInterpolationMethod method, QyColorFilter filter, uint8_t flip,
                                  QyChannelOrder order);
 /** 8-bit samples to four bytes: R, G, B, alpha.
+ *  @param src     width * height bytes
+ *  @param dst     stride * height * 4 bytes
  *  @param stride  pixels from one row of dst to the next, at least width. Bytes
- *                 behind the width stay. With QY_FILTER_NONE and a flip, a
+ *                 after the width stay. With QY_FILTER_NONE and a flip, a
  *                 stride above the width makes the rows begin before dst: such
  *                 a call is outside what the function can serve. */
 QY_API QY_STATUS QyRaw8toARGB32(const void* src, void* dst, uint32_t width, uint32_t height,
                                 int32_t stride, QyInterpolationMethod method, QyColorFilter filter,
                                 uint8_t flip, uint8_t alpha);
 /** 16-bit samples to three words: R, G, B.
+ *  @param src   width * height words
+ *  @param dst   width * height * 3 words
  *  @param bits  significant bits of a sample; QY_RAW2RGB_ADAPTIVE limits to them */
 QY_API QY_STATUS QyRaw16toRGB48(const void* src, void* dst, uint32_t width, uint32_t height,
                                 int32_t bits, QyInterpolationMethod method, QyColorFilter filter,
@@ -195,28 +217,31 @@ QY_API QY_STATUS QyGetWhiteBalanceRatio(const void* src, int32_t width, int32_t 
 QY_API QY_STATUS QyCalcCCParam(const QyColorCorrectionRecord* record, int16_t saturation,
                                uint16_t* coefficients, uint8_t size);
 /** Colour correction and tone of pixels R, G, B. One of the last three
- *  arguments must be given. */
+ *  arguments must be given. In place allowed. */
 QY_API QY_STATUS QyImageImprovment(const void* src, void* dst, int32_t width, int32_t height,
                                    const QyColorCorrectionRecord* colorRecord,
                                    const uint32_t* contrastLut, const uint32_t* gammaLut);
-/** The same with a choice of order. */
+/** The same with a choice of order. In place allowed. */
 QY_API QY_STATUS QyImageImprovmentEx(const void* src, void* dst, int32_t width, int32_t height,
                                      const QyColorCorrectionRecord* colorRecord,
                                      const uint32_t* contrastLut, const uint32_t* gammaLut,
                                      QyChannelOrder order);
-/** The same for four bytes a pixel, the fourth copied. */
+/** The same for four bytes a pixel, the fourth copied. In place allowed. */
 QY_API QY_STATUS QyARGBImageImprovment(const void* src, void* dst, int32_t width, int32_t height,
                                        const QyColorCorrectionRecord* colorRecord,
                                        const uint32_t* contrastLut, const uint32_t* gammaLut);
-/** A raw frame of 8 bits to three bytes a pixel, in one call. May change src. */
+/** A raw frame of 8 bits to three bytes a pixel, in one call. Changes src when
+ *  it repairs defects. Not in place. */
 QY_API QY_STATUS QyRaw8ImgProcess(void* src, void* dst, int32_t width, int32_t height,
                                   const QyRawImgRecord* record);
-/** A monochrome frame of 8 bits, in one call. May change src. */
+/** A monochrome frame of 8 bits, in one call. Changes src when it repairs
+ *  defects. In place allowed. */
 QY_API QY_STATUS QyMono8ImgProcess(void* src, void* dst, int32_t width, int32_t height,
                                    const QyMonoImgRecord* record);
 
 /** @} */
-/** @name Geometry and defects, 8 bits a sample. Not in place but for the last. */
+/** @name Geometry and defects, 8 bits a sample. The first three refuse a dst that
+ *  is src with QY_PARAMETER_INVALID; the last works in place. */
 /** @{ */
 
 /** Mirrors an image. */

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "FrameSize.h"
 #include "Memory.h"
 #include "QyImageProc.h"
 #include "Sharpen.h"
@@ -80,7 +81,7 @@ QY_STATUS QySharpen24B(const void* src, void* dst, int32_t width, int32_t height
     if (src == nullptr || dst == nullptr) {
         return QY_PARAMETER_INVALID;
     }
-    if (width < 1 || height < 1 || !QySharpen::IsFactor(factor)) {
+    if (!QySize::IsPossible(width, height, 3) || !QySharpen::IsFactor(factor)) {
         return QY_PARAMETER_OUT_OF_BOUND;
     }
     return QyMemory::OrNotEnough([&] {

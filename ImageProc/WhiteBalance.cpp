@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "ChannelSums.h"
+#include "FrameSize.h"
 #include "QyImageProc.h"
 
 namespace {
@@ -52,7 +53,7 @@ QY_STATUS QyGetWhiteBalanceRatio(const void* src, int32_t width, int32_t height,
     if (src == nullptr || ratio0 == nullptr || ratio1 == nullptr || ratio2 == nullptr) {
         return QY_PARAMETER_INVALID;
     }
-    if (width < kLeast || height < kLeast) {
+    if (width < kLeast || height < kLeast || !QySize::IsPossible(width, height, kPixelBytes)) {
         return QY_PARAMETER_OUT_OF_BOUND;
     }
     const Means means = MeansOf(static_cast<const uint8_t*>(src), width, height);

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <random>
 #include <system_error>
+#include <vector>
 
 #include "bytes.h"
 #include "colour_record.h"
@@ -196,6 +199,43 @@ TEST(ImproveOrder, MakesNoDifferenceWithToneTablesAlone) {
         ASSERT_EQ(run(rgb, QY_ORDER_RGB), QY_OK);
         ASSERT_EQ(run(bgr, QY_ORDER_BGR), QY_OK);
         EXPECT_EQ(rgb, bgr);
+    }
+}
+
+/// Runs `improve` from one image to another and in place, and compares.
+template <class Run>
+void ExpectTheSameInPlace(const Run& improve) {
+    constexpr size_t kSize = 37 * 11 * 4;
+    std::vector<uint8_t> source(kSize);
+    std::mt19937 random(7);
+    std::generate(source.begin(), source.end(), [&] { return static_cast<uint8_t>(random()); });
+    std::vector<uint8_t> expected = source;
+    ASSERT_EQ(improve(source.data(), expected.data()), QY_OK);
+    EXPECT_NE(expected, source);
+    ASSERT_EQ(improve(source.data(), source.data()), QY_OK);
+    EXPECT_EQ(source, expected);
+}
+
+TEST(ImproveInPlace, GivesTheSameImageWithAMatrixOrATableAlone) {
+    TestRecord small;
+    small.SetMatrix({20, -3, -1, -2, 21, -3, 1, -5, 20});
+    TestRecord rough;
+    rough.SetNoise(3, -4000, 4000);
+    std::vector<uint32_t> gamma(QY_TONE_RECORD_SIZE / sizeof(uint32_t));
+    int32_t size = QY_TONE_RECORD_SIZE;
+    ASSERT_EQ(QyGetGammatLut(gamma.data(), &size, 2.0), QY_OK);
+    for (const QyColorCorrectionRecord* const record :
+         {&small.record, &rough.record, static_cast<QyColorCorrectionRecord*>(nullptr)}) {
+        ExpectTheSameInPlace([&](const uint8_t* src, uint8_t* dst) {
+            return QyImageImprovment(src, dst, 37, 11, record, nullptr, gamma.data());
+        });
+        ExpectTheSameInPlace([&](const uint8_t* src, uint8_t* dst) {
+            return QyImageImprovmentEx(src, dst, 37, 11, record, nullptr, gamma.data(),
+                                       QY_ORDER_BGR);
+        });
+        ExpectTheSameInPlace([&](const uint8_t* src, uint8_t* dst) {
+            return QyARGBImageImprovment(src, dst, 37, 11, record, nullptr, gamma.data());
+        });
     }
 }
 
