@@ -1,8 +1,5 @@
 // All settings of a camera, to a file and back.
 
-#include <clocale>
-#include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <numeric>
 #include <sstream>
@@ -18,33 +15,16 @@ using namespace OVTLClass;
 
 namespace {
 
-/// Of a path to be written, its end included.
-constexpr size_t kPathSize = 1024;
-
 void CheckStopped(const COvDeviceInfo& info, const char* message) {
     if (info.GetStream()->DoIsDataStreamAcquisiton()) {
         OV_RAISE(CInvalidCallError, message);
     }
 }
 
-/// Paths are taken in the character set of the makers' country; the process
-/// keeps its own where that isn't installed. What can't be read in it ends the
-/// text early.
-std::wstring Widen(const char* path) {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe)
-    std::setlocale(LC_ALL, "zh_CN.utf8");
-    std::wstring wide(std::strlen(path), L'\0');
-    if (std::mbstowcs(wide.data(), path, wide.size()) == 0) {
+void CheckPath(const char* path) {
+    if (*path == '\0') {
         OV_RAISE(CUnexpectedError, "Failed to resolve file name");
     }
-    return wide;
-}
-
-std::string Narrow(const std::wstring& wide) {
-    std::string path(2 * wide.size() + 1, '\0');
-    std::wcstombs(path.data(), wide.c_str(), path.size() - 1);
-    path.resize(path.find('\0'));
-    return path;
 }
 
 void CheckOpened(bool isOpen) {
@@ -55,10 +35,7 @@ void CheckOpened(bool isOpen) {
 
 /// What was there is lost from here on; so the text has to be whole before.
 void WriteFile(const char* path, const std::string& text) {
-    std::ofstream file;
-    if (std::strlen(path) < kPathSize) {
-        file.open(path, std::ios::binary | std::ios::trunc);
-    }
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
     CheckOpened(file.is_open());
     file << text;
     file.close();
@@ -74,7 +51,7 @@ OV_STATUS OVExportConfigFile(OV_DEV_HANDLE hDevice, const char* pszFilePath) try
     const COvDeviceInfo& info = VerifyDeviceHandle(hDevice, OV_HERE);
     OV_CHECK_POINTER(pszFilePath);
     CheckStopped(info, "Can't export config file after start capture");
-    Widen(pszFilePath);
+    CheckPath(pszFilePath);
     std::ostringstream text;
     CAllFeaturePersistance::ExportAllFeaturesToStream(info.GetDevice(), text);
     WriteFile(pszFilePath, text.str());
@@ -88,7 +65,8 @@ OV_STATUS OVImportConfigFile(OV_DEV_HANDLE hDevice, const char* pszFilePath, boo
     const COvDeviceInfo& info = VerifyDeviceHandle(hDevice, OV_HERE);
     OV_CHECK_POINTER(pszFilePath);
     CheckStopped(info, "Can't import config file after start capture");
-    std::ifstream file(Narrow(Widen(pszFilePath)), std::ios::binary);
+    CheckPath(pszFilePath);
+    std::ifstream file(pszFilePath, std::ios::binary);
     CheckOpened(file.is_open());
     const std::vector<std::string> errors =
         CAllFeaturePersistance::ImportAllFeaturesFromStream(info.GetDevice(), file, bVerify);

@@ -5,6 +5,7 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "Base/PlainLocale.h"
 #include "TLClassLoadTL/Edian.h"
 
 namespace OVTLClass {
@@ -21,6 +22,7 @@ unsigned AddressByte(uint32_t ip, int index) {
 }  // namespace
 
 std::string COvString::MsgComposer(const char* format, ...) {
+    const GenICam_3_0_ORVANE::CPlainLocale plain;
     std::array<char, kMessageSize> buffer{};
     va_list arguments;
     va_start(arguments, format);

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "Base/PlainLocale.h"
+
 namespace GenICam_3_0_ORVANE {
 
 namespace {
@@ -75,6 +77,7 @@ void ThrowBadAlloc(const char* file, unsigned line) {
 
 void FormatDescription(DescriptionBuffer& buffer, const char* format, va_list arguments) {
     buffer.fill('\0');
+    const CPlainLocale plain;
     std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
 }
 

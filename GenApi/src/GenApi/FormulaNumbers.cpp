@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <string>
 
+#include "Base/PlainLocale.h"
 #include "GenApi/impl/MathParser.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -79,10 +79,7 @@ int64_t TruncateToInt64(long double value) {
 /// What the C library makes of a number that is too large or too near to zero,
 /// with a point whatever the user's locale says.
 double ReadExtreme(std::string_view number) {
-    const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
-    const double value = strtod_l(std::string(number).c_str(), nullptr, plain);
-    freelocale(plain);
-    return value;
+    return strtod_l(std::string(number).c_str(), nullptr, GenICam_3_0_ORVANE::CPlainLocale::Get());
 }
 
 /// Comparisons and logic, alike for both kinds of numbers.

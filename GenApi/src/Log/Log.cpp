@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Base/PlainLocale.h"
 #include "LogLibrary.h"
 
 namespace GenICam_3_0_ORVANE {
@@ -67,6 +68,7 @@ void CLog::WriteFormatted(void* logger, int level, const char* format, va_list a
     if (backend == nullptr || !IsEnabled(logger, level)) {
         return;
     }
+    const CPlainLocale plain;
     va_list again;
     va_copy(again, arguments);
     // The analyzer doesn't see that the callers' va_start sets the list.

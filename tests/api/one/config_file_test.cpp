@@ -1,5 +1,7 @@
 // Settings of a camera that go into a file and come back.
 
+#include <limits.h>
+
 #include <atomic>
 #include <filesystem>
 #include <fstream>
@@ -7,6 +9,7 @@
 #include <thread>
 
 #include "support/AcquisitionTest.h"
+#include "support/CommaLocale.h"
 #include "support/SettingsCamera.h"
 
 namespace {
@@ -114,22 +117,39 @@ TEST_F(ConfigFileTest, BringsTheSettingsBack) {
     EXPECT_EQ(At(kGainRaw), 25U);
 }
 
-TEST_F(ConfigFileTest, TakesPathsThatAreNoAscii) {
-    path = folder / "\xE7\x9B\xB8\xE6\x9C\xBA.txt";
-    Export();
-    EXPECT_TRUE(std::filesystem::exists(path));
+TEST_F(ConfigFileTest, TakesExactlyTheBytesOfAPath) {
+    for (const char* const name : {"\xE7\x9B\xB8\xE6\x9C\xBA.txt", "\xE9t\xE9.txt", "\xFF\xFE"}) {
+        path = folder / name;
+        Put(kOffset, 7);
+        Export();
+        EXPECT_TRUE(std::filesystem::exists(path));
+        Put(kOffset, 0);
+        EXPECT_OV_OK(Import(true));
+        EXPECT_EQ(At(kOffset), 7U);
+    }
 }
 
-TEST_F(ConfigFileTest, IsWrittenUpToPathsOf1023Characters) {
+TEST_F(ConfigFileTest, LeavesTheLocaleOfTheProcess) {
+    const CommaLocale locale;
+    path = folder / "\xE7\x9B\xB8\xE6\x9C\xBA.txt";
+    Export();
+    EXPECT_TRUE(CommaLocale::IsSet());
+    EXPECT_OV_OK(Import(true));
+    EXPECT_TRUE(CommaLocale::IsSet());
+}
+
+TEST_F(ConfigFileTest, TakesPathsAsLongAsTheSystemDoes) {
     std::string longPath = folder / "";
-    while (longPath.size() < 1019) {
+    while (longPath.size() < PATH_MAX - 10) {
         longPath += "./";
     }
-    const std::string name(1023 - longPath.size(), 'n');
+    const std::string name(PATH_MAX - 1 - longPath.size(), 'n');
     EXPECT_OV_OK(OVExportConfigFile(camera, (longPath + name).c_str()));
+    EXPECT_OV_OK(OVImportConfigFile(camera, (longPath + name).c_str(), true));
     ExpectFailure(OVExportConfigFile(camera, (longPath + name + "n").c_str()), OV_STATUS_ERROR,
                   "Can't open config file");
-    EXPECT_OV_OK(OVImportConfigFile(camera, (longPath + name).c_str(), true));
+    ExpectFailure(OVImportConfigFile(camera, (longPath + name + "n").c_str(), true),
+                  OV_STATUS_ERROR, "Can't open config file");
 }
 
 // What can go wrong.

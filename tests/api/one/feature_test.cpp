@@ -4,6 +4,7 @@
 #include <set>
 
 #include "support/ApiTest.h"
+#include "support/CommaLocale.h"
 #include "support/FeatureRows.h"
 
 namespace {
@@ -34,6 +35,17 @@ TEST_F(FeatureTest, FloatsRoundTripWithinTheirLimits) {
     ASSERT_OV_OK(OVGetFloat(camera, OV_FEATURE_ExposureTime, &value));
     EXPECT_DOUBLE_EQ(value, range.dMin);
     EXPECT_EQ(OVSetFloat(camera, OV_FEATURE_ExposureTime, range.dMax * 2), OV_STATUS_OUT_OF_RANGE);
+}
+
+TEST_F(FeatureTest, TextsOfRangesHaveADecimalPointInEveryLocale) {
+    const auto refused = [this] {
+        EXPECT_EQ(OVSetFloat(camera, OV_FEATURE_ExposureTime, 1e30), OV_STATUS_OUT_OF_RANGE);
+        return LastError::Get().text;
+    };
+    const std::string text = refused();
+    ASSERT_NE(text.find(".000000 must be smaller than or equal "), std::string::npos) << text;
+    const CommaLocale locale;
+    EXPECT_EQ(refused(), text);
 }
 
 TEST_F(FeatureTest, BooleansAndEnumerationsRoundTrip) {
