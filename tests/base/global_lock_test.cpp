@@ -1,8 +1,13 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <semaphore.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <thread>
+#include <vector>
 
 #include "Base/GlobalLock.h"
 #include "failure.h"
@@ -14,7 +19,23 @@ using namespace GenICam_3_0_ORVANE;
 
 class GlobalLockTest : public testing::Test {
 protected:
-    ~GlobalLockTest() override { sem_unlink(CGlobalLock::HashSemName(m_name).c_str()); }
+    ~GlobalLockTest() override {
+        sem_unlink(Name().c_str());
+        shm_unlink((Name() + ".lock").c_str());
+    }
+    std::string Name() const { return CGlobalLock::HashSemName(m_name).c_str(); }
+
+    /// Takes the lock in a process that ends with it.
+    void DieWithIt() const {
+        const pid_t child = fork();
+        if (child == 0) {
+            CGlobalLock lock(m_name);
+            _exit(lock.TryLock() ? 0 : 1);
+        }
+        int status = -1;
+        waitpid(child, &status, 0);
+        ASSERT_EQ(status, 0);
+    }
 
     /// Whether a process of its own gets the lock, and gives it back.
     bool AnotherProcessGetsIt() const {
@@ -46,6 +67,74 @@ TEST_F(GlobalLockTest, KeepsProcessesApart) {
     EXPECT_FALSE(AnotherProcessGetsIt());
     lock.Unlock();
     EXPECT_TRUE(AnotherProcessGetsIt());
+}
+
+TEST_F(GlobalLockTest, IsTakenOverFromAProcessThatDiedWithIt) {
+    DieWithIt();
+    CGlobalLock lock(m_name);
+    EXPECT_FALSE(lock.TryLock()) << "nothing is taken over at once";
+    ASSERT_TRUE(lock.Lock(60000));
+    EXPECT_FALSE(AnotherProcessGetsIt()) << "as if nobody had died";
+    lock.Unlock();
+    EXPECT_TRUE(AnotherProcessGetsIt());
+}
+
+TEST_F(GlobalLockTest, IsTakenOverByOneOfAllThatWait) {
+    DieWithIt();
+    int inside = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([this, &inside] {
+            CGlobalLock lock(m_name);
+            ASSERT_TRUE(lock.Lock(60000));
+            EXPECT_EQ(++inside, 1);
+            --inside;
+            lock.Unlock();
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+TEST_F(GlobalLockTest, IsLeftToAHolderThatKnowsOfNoFile) {
+    sem_t* const semaphore = sem_open(Name().c_str(), O_CREAT, 0777, 1);
+    ASSERT_EQ(sem_trywait(semaphore), 0);
+    CGlobalLock lock(m_name);
+    EXPECT_FALSE(lock.Lock(50));
+    sem_post(semaphore);
+    EXPECT_TRUE(lock.Lock(50));
+    lock.Unlock();
+    sem_close(semaphore);
+}
+
+TEST_F(GlobalLockTest, EndsForAProcessThatWasForkedMeanwhile) {
+    CGlobalLock lock(m_name);
+    ASSERT_TRUE(lock.TryLock());
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        char byte = 0;
+        close(ends[1]);
+        _exit(read(ends[0], &byte, 1) == 0 ? 0 : 1);  // until the parent lets go
+    }
+    lock.Unlock();
+    EXPECT_TRUE(AnotherProcessGetsIt());
+    close(ends[1]);
+    close(ends[0]);
+    waitpid(child, nullptr, 0);
+}
+
+TEST_F(GlobalLockTest, HasAFileThatAllUsersMayLock) {
+    const mode_t before = umask(0777);
+    CGlobalLock lock(m_name);
+    ASSERT_TRUE(lock.TryLock());
+    umask(before);
+    struct stat found {};
+    ASSERT_EQ(stat(("/dev/shm" + Name() + ".lock").c_str(), &found), 0);
+    EXPECT_EQ(found.st_mode & 0777, mode_t{0444});
+    lock.Unlock();
 }
 
 TEST_F(GlobalLockTest, IsNotRecursive) {

@@ -1,23 +1,34 @@
 #include "Base/GlobalLock.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <optional>
 #include <thread>
 
 #include "Base/GCException.h"
 #include "Base/OvAssert.h"
+#include "OpenFile.h"
 
 namespace GenICam_3_0_ORVANE {
 
 namespace {
 
 constexpr mode_t kMode = 0777;
+constexpr mode_t kLockFileMode = 0444;
 constexpr size_t kNameBytes = 11;
+
+using Clock = std::chrono::steady_clock;
+
+/// How long a semaphore may be taken by somebody without the file before he
+/// counts as dead. Processes that know of no such file hold it for less.
+constexpr std::chrono::seconds kGrace(1);
 
 /// Opens the semaphore for all users, whatever the process lets its files be.
 sem_t* Open(const gcstring& hashedName) {
@@ -26,6 +37,51 @@ sem_t* Open(const gcstring& hashedName) {
     umask(mask);
     return semaphore;
 }
+
+/// Opens the file beside the semaphore; all users may lock it, and none write it.
+int OpenLockFile(const gcstring& hashedName) {
+    const gcstring name = hashedName + ".lock";
+    // Where the file is another user's, the system may refuse what could make it.
+    const auto open = [&name] { return shm_open(name.c_str(), O_RDONLY, 0); };
+    int file = open();
+    if (file == COpenFile::kNone && errno == ENOENT) {
+        file = shm_open(name.c_str(), O_RDONLY | O_CREAT | O_EXCL, kLockFileMode);
+        if (file != COpenFile::kNone) {
+            fchmod(file, kLockFileMode);  // whatever the process lets its files be
+        } else if (errno == EEXIST) {
+            file = open();
+        }
+    }
+    return file;
+}
+
+/// One attempt after the other to lock that file.
+class CLockFile {
+public:
+    explicit CLockFile(const gcstring& hashedName) : m_File(OpenLockFile(hashedName)) {}
+
+    /// True also without a file: there is the semaphore alone then.
+    bool TryLock() {
+        m_IsLocked = m_IsLocked || (m_File.IsOpen() && flock(m_File.Get(), LOCK_EX | LOCK_NB) == 0);
+        return m_IsLocked || !m_File.IsOpen();
+    }
+    /// Whether a holder of the semaphore must have died, or know of no file: for
+    /// so long has the file been ours without it.
+    bool IsLockedForLong() {
+        if (!m_IsLocked) {
+            return false;
+        }
+        const auto now = Clock::now();
+        m_Since = m_Since.value_or(now);
+        return now - *m_Since >= kGrace;
+    }
+    int Release() { return m_File.Release(); }
+
+private:
+    COpenFile m_File;
+    bool m_IsLocked = false;
+    std::optional<Clock::time_point> m_Since;
+};
 
 uint64_t Hash(const gcstring& name) {
     uint64_t hash = 5381;
@@ -64,10 +120,10 @@ CGlobalLock::~CGlobalLock() noexcept(false) {
 }
 
 bool CGlobalLock::Lock(unsigned timeoutMilliseconds) {
-    using Clock = std::chrono::steady_clock;
     const auto begin = Clock::now();
     const std::chrono::milliseconds limit(timeoutMilliseconds);
-    while (sem_trywait(m_pSemaphore) != 0) {
+    CLockFile file(m_HashedName);
+    while (!file.TryLock() || (sem_trywait(m_pSemaphore) != 0 && !file.IsLockedForLong())) {
         const auto elapsed =
             std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
         if (timeoutMilliseconds == 0 || elapsed > limit) {
@@ -75,15 +131,22 @@ bool CGlobalLock::Lock(unsigned timeoutMilliseconds) {
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
+    m_LockFile = file.Release();
     ++m_DebugCount;
     return true;
 }
 
 void CGlobalLock::Unlock() {
+    COpenFile file(std::exchange(m_LockFile, COpenFile::kNone));
     if (sem_post(m_pSemaphore) != 0) {
+        m_LockFile = file.Release();
         RUNTIME_EXCEPTION("Could not unlock a named semaphore.");
     }
     --m_DebugCount;
+    if (file.IsOpen()) {
+        // A process that was forked meanwhile has the file open, too.
+        flock(file.Get(), LOCK_UN);
+    }
 }
 
 }  // namespace GenICam_3_0_ORVANE

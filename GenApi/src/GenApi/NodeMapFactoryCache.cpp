@@ -33,14 +33,18 @@ std::string Circumstances(const std::string& subtreeName, int level, bool suppre
     return text;
 }
 
-/// The bytes of the file of a description; none where there is no file. The lock
-/// between processes ends with the reading.
+/// The bytes of the file of a description; none where there is no file, or none
+/// that could be checked. The lock between processes ends with the reading.
 struct CachedBytes {
     CachedBytes(const gcstring& folder, uint32_t hash) {
         const CCacheFile file(folder, hash);
         name = file.GetName();
         bytes = file.Read();
-        isIntact = bytes && file.IsIntact(*bytes);
+        const auto checksum = bytes ? file.Check(*bytes) : CCacheFile::EChecksum::Unreadable;
+        if (checksum == CCacheFile::EChecksum::Unreadable) {
+            bytes.reset();
+        }
+        isIntact = checksum == CCacheFile::EChecksum::Fits;
     }
 
     std::string name;
@@ -88,7 +92,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::FeedHash(CDescriptionHash& hash,
     }
     hash.Feed(Circumstances(subtreeName, level, m_SuppressStrings));
     if (!m_Source.fileName.empty()) {
-        hash.FeedFile(m_Source.fileName.c_str());
+        hash.FeedFile(m_Source.GetFileName().c_str());
     } else if (!m_Source.text.empty()) {
         hash.Feed({m_Source.text.c_str(), m_Source.text.size()});
     } else {
@@ -146,10 +150,10 @@ bool CNodeMapFactory::CNodeMapFactoryImpl::TryCacheWrite(uint32_t hash) const {
     if (hash == 0 || !FitsCacheFile(m_Map)) {
         return false;
     }
-    const CCacheFile file(m_CacheFolder, hash);
+    // Before the lock is taken: with it held, only the file is left to be written.
     CCacheWriter writer;
     m_Map.ToFile(writer);
-    return file.Write(writer.GetBytes());
+    return CCacheFile(m_CacheFolder, hash).Write(writer.GetBytes());
 }
 
 }  // namespace GenApi_3_0_ORVANE

@@ -3,12 +3,21 @@
 #include <algorithm>
 
 #include "../XmlParser/ZipReader.h"
+#include "Base/Environment.h"
 #include "Base/GCException.h"
 #include "CacheFolder.h"
 #include "NodeMapFactoryNodes.h"
 #include "NodeMapFactoryStyleSheet.h"
 
 namespace GenApi_3_0_ORVANE {
+
+gcstring CNodeMapFactory::CNodeMapFactoryImpl::Source::GetFileName() const {
+    gcstring name = fileName;
+    if (contentType == ContentType_ZippedXml) {
+        GenICam_3_0_ORVANE::ReplaceEnvironmentVariables(name);
+    }
+    return name;
+}
 
 std::string CNodeMapFactory::CNodeMapFactoryImpl::Source::Read() const {
     if (!text.empty()) {
@@ -17,7 +26,7 @@ std::string CNodeMapFactory::CNodeMapFactoryImpl::Source::Read() const {
     std::string description;
     const bool isFile = !fileName.empty();
     if (contentType == ContentType_ZippedXml) {
-        const auto result = isFile ? CZipReader::ReadFile(fileName.c_str(), description)
+        const auto result = isFile ? CZipReader::ReadFile(GetFileName().c_str(), description)
                                    : CZipReader::ReadMemory(pData, size, description);
         if (result != CZipReader::Result::Done) {
             RUNTIME_EXCEPTION("Could not read from '%s'", fileName.c_str());

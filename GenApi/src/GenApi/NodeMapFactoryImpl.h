@@ -32,6 +32,8 @@ public:
         size_t size = 0;
 
         bool IsGiven() const { return !fileName.empty() || !text.empty() || pData != nullptr; }
+        /// The file, with the variables in the name of a zipped one replaced.
+        gcstring GetFileName() const;
         /// The whole XML text. RuntimeException when it cannot be had.
         std::string Read() const;
     };
