@@ -159,22 +159,6 @@ INSTANTIATE_TEST_SUITE_P(
                     FloatPrint{"ScientificTwo", fnScientific, 2, 1250.0, "1.25e+03"}),
     [](const auto& test) { return std::string(test.param.name); });
 
-struct LastDigit {
-    const char* text;
-    double half;
-};
-
-class LastDigits : public testing::TestWithParam<LastDigit> {};
-
-TEST_P(LastDigits, AreHalved) {
-    EXPECT_DOUBLE_EQ(CFloatText::HalfLastDigit(GetParam().text), GetParam().half);
-}
-
-INSTANTIATE_TEST_SUITE_P(Of, LastDigits,
-                         testing::Values(LastDigit{"12", 0.5}, LastDigit{"1.25", 0.005},
-                                         LastDigit{" -1.2", 0.05}, LastDigit{"1e+06", 500000.0},
-                                         LastDigit{"1.23e-02", 0.00005}));
-
 struct Nudge {
     const char* name;
     double value;

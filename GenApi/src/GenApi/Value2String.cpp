@@ -1,10 +1,12 @@
 #include "GenApi/impl/Value2String.h"
 
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
+#include <istream>
 #include <locale>
 #include <sstream>
 #include <string>
@@ -25,33 +27,70 @@ unsigned ByteOf(int64_t value, unsigned index) {
     return static_cast<unsigned>((static_cast<uint64_t>(value) >> (8 * index)) & 0xFFU);
 }
 
-/// Bytes written with a separator, highest first, as one number.
-bool JoinBytes(const char* text, char separator, int base, unsigned count, int64_t* value) {
+constexpr std::string_view kBlanks = " \t\n\v\f\r";
+
+/// How the bytes of an address are written, highest first.
+struct AddressForm {
+    unsigned count;
+    int base;
+    size_t digits;  ///< the most that one byte has
+    std::string_view separators;
+};
+
+/// Takes one byte of digits alone, without the signs, blanks and prefixes that a
+/// number may have.
+bool TakeByte(std::string_view& text, const AddressForm& form, uint8_t& byte) {
+    const char* const begin = text.data();
+    const auto [end, error] = std::from_chars(begin, begin + text.size(), byte, form.base);
+    const auto length = static_cast<size_t>(end - begin);
+    text.remove_prefix(length);
+    return error == std::errc() && length <= form.digits;
+}
+
+/// An address as one number. It has one kind of separator, and nothing before or
+/// after it.
+bool ParseAddress(std::string_view text, const AddressForm& form, int64_t* value) {
+    const size_t found = text.find_first_of(form.separators);
+    if (found == std::string_view::npos) {
+        return false;
+    }
+    const char separator = text[found];
     uint64_t number = 0;
-    for (unsigned i = 0; i < count; ++i) {
-        char* end = nullptr;
-        const unsigned long byte = std::strtoul(text, &end, base);
-        const bool isLast = i + 1 == count;
-        if (end == text || byte > 0xFF || *end != (isLast ? '\0' : separator)) {
+    for (unsigned left = form.count; left > 0; --left) {
+        uint8_t byte = 0;
+        const bool isLast = left == 1;
+        if (!TakeByte(text, form, byte) ||
+            (isLast ? !text.empty() : !text.starts_with(separator))) {
             return false;
         }
+        text.remove_prefix(isLast ? 0 : 1);
         number = (number << 8) | byte;
-        text = end + 1;
     }
     *value = static_cast<int64_t>(number);
     return true;
 }
 
+/// A number that 64 bits hold, with nothing behind it but the blanks in which the
+/// line of a file may end.
 bool ParseInteger(const char* text, int64_t* value) {
     char* end = nullptr;
     const bool isHex = std::string_view(text).starts_with("0x");
+    errno = 0;
     const int64_t number =
         isHex ? static_cast<int64_t>(std::strtoull(text, &end, 16)) : std::strtoll(text, &end, 10);
-    if (end == text) {
+    const std::string_view rest(end);
+    if (end == text || errno == ERANGE ||
+        rest.find_first_not_of(kBlanks) != std::string_view::npos) {
         return false;
     }
     *value = number;
     return true;
+}
+
+/// An address, or the number that it is; either fills the text to its end.
+bool ParseAddressOrNumber(std::string_view text, const AddressForm& form, int64_t* value) {
+    const bool endsInBlank = !text.empty() && kBlanks.find(text.back()) != std::string_view::npos;
+    return !endsInBlank && (ParseAddress(text, form, value) || ParseInteger(text.data(), value));
 }
 
 }  // namespace
@@ -80,8 +119,8 @@ void Value2String(int64_t value, gcstring& text, ERepresentation representation)
 }
 
 bool String2Value(const char* text, int64_t* value, ERepresentation representation) {
-    constexpr unsigned kIPBytes = 4;
-    constexpr unsigned kMacBytes = 6;
+    static constexpr AddressForm kIP{.count = 4, .base = 10, .digits = 3, .separators = "."};
+    static constexpr AddressForm kMac{.count = 6, .base = 16, .digits = 2, .separators = ":-"};
     bool flag = false;
     switch (representation) {
         case Boolean:
@@ -91,9 +130,9 @@ bool String2Value(const char* text, int64_t* value, ERepresentation representati
             *value = flag ? 1 : 0;
             return true;
         case IPV4Address:
-            return JoinBytes(text, '.', 10, kIPBytes, value) || ParseInteger(text, value);
+            return ParseAddressOrNumber(text, kIP, value);
         case MACAddress:
-            return JoinBytes(text, ':', 16, kMacBytes, value) || ParseInteger(text, value);
+            return ParseAddressOrNumber(text, kMac, value);
         default:
             return ParseInteger(text, value);
     }
@@ -200,7 +239,7 @@ bool String2Value(const gcstring& text, double* value) {
     std::istringstream stream(text.c_str());
     stream.imbue(std::locale::classic());
     double number = 0;
-    if (!(stream >> number)) {
+    if (!(stream >> number) || !(stream >> std::ws).eof()) {
         return false;
     }
     *value = number;

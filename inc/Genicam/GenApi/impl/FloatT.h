@@ -77,16 +77,8 @@ protected:
     gcstring InternalToString(bool verify, bool ignoreCache) override {
         const CFloatText form(GetDisplayNotation(), GetDisplayPrecision());
         const double value = this->GetValue(verify, ignoreCache);
-        gcstring text = form.Print(value);
-        double printed = value;
-        String2Value(text, &printed);
-        if (printed > this->GetMax()) {
-            return form.Print(value - CFloatText::HalfLastDigit(text));
-        }
-        if (printed < this->GetMin()) {
-            return form.Print(value + CFloatText::HalfLastDigit(text));
-        }
-        return text;
+        const double max = this->GetMax();
+        return form.PrintWithin(value, this->GetMin(), max);
     }
     void InternalFromString(const gcstring& text, bool verify) override {
         double value = 0;

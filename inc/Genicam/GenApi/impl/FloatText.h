@@ -10,15 +10,17 @@ class CFloatText {
 public:
     /// @param precision  digits; -1 for the default of the notation
     CFloatText(EDisplayNotation notation, int64_t precision)
-        : m_Notation(notation), m_Precision(precision) {}
+        : m_Notation(notation), m_Precision(precision < 0 ? kDefaultPrecision : precision) {}
 
     gcstring Print(double value) const;
-
-    /// Half of what one more in the last digit of a printed number makes: the
-    /// most by which rounding can have moved it.
-    static double HalfLastDigit(const gcstring& text);
+    /// The text next to the value among those that read back as a number within
+    /// the limits. Where rounding at the precision leaves them on either side,
+    /// more digits are printed. A value outside the limits is printed as it is.
+    gcstring PrintWithin(double value, double min, double max) const;
 
 private:
+    static constexpr int64_t kDefaultPrecision = 6;
+
     EDisplayNotation m_Notation;
     int64_t m_Precision;
 };
