@@ -44,19 +44,15 @@ CFeatureControl::~CFeatureControl() {
 IFeatureControl::IFeatureCallbackHandle* CFeatureControl::DoRegisterFeatureCallback(
     const std::string& name, const IFeatureCallback& callback) {
     std::unique_ptr<IFeatureCallback> clone(callback.Clone());
-    const auto nodeCallback = OV_ENGINE_REGISTER(
-        std::make_shared<CFeatureNodeCallback>(&__GetGenAPINode(name), std::move(clone)));
-    const CallbackHandleType engineHandle =
-        OV_ENGINE_REGISTER(nodeCallback->RegisterWithNode(nodeCallback));
-    m_callbacks.push_back(
-        std::make_unique<CFeatureCallbackHandle>(engineHandle, nodeCallback, name));
+    const CallbackHandleType engineHandle = OV_ENGINE_REGISTER(
+        CFeatureNodeCallback::Register(&__GetGenAPINode(name), std::move(clone)));
+    m_callbacks.push_back(std::make_unique<CFeatureCallbackHandle>(engineHandle, name));
     return m_callbacks.back().get();
 }
 
 bool CFeatureControl::__Deregister(const CFeatureCallbackHandle& handle) {
     bool done = false;
     OV_RUN_LOGGED([&] {
-        m_retired.push_back(handle.GetCallback());
         Deregister(handle.GetEngineHandle());
         done = true;
     });

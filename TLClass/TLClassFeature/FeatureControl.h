@@ -9,8 +9,6 @@
 
 namespace OVTLClass {
 
-class CFeatureNodeCallback;
-
 /// Feature access over a node map, which outlives it.
 class CFeatureControl : public IFeatureControl {
 public:
@@ -64,8 +62,6 @@ private:
 
     GenApi_3_0_ORVANE::CNodeMapRef* m_nodeMap;
     std::vector<std::unique_ptr<CFeatureCallbackHandle>> m_callbacks;
-    /// Taken away, and perhaps still about to be looked at by the engine.
-    std::vector<std::shared_ptr<CFeatureNodeCallback>> m_retired;
 };
 
 }  // namespace OVTLClass

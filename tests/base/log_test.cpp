@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 
 #include "../../GenApi/src/Log/LogLibrary.h"
 #include "Base/Environment.h"
@@ -132,13 +133,37 @@ TEST_F(LogTest, TheMacrosFormatNothingThatIsDisabled) {
     UseBackend();
     void* const logger = CLog::GetLogger("any");
     int evaluated = 0;
+    CLogIndent indent;
     GCLOGDEBUG(logger, "%d", ++evaluated);
     EXPECT_EQ(evaluated, 0);
     GCLOGINFO(logger, "%d", ++evaluated);
     GCLOGWARN(logger, "%d", ++evaluated);
-    GCLOGINFOPUSH(logger, "%d", ++evaluated);
-    GCLOGINFOPOP(logger, "%d", ++evaluated);
+    GCLOGINFOPUSH(indent, logger, "%d", ++evaluated);
+    GCLOGINFOPOP(indent, logger, "%d", ++evaluated);
     EXPECT_EQ(Backend::calls, (Calls{"600 1", "400 2", "600 3", "push '  '", "600 4", "pop"}));
+}
+
+TEST_F(LogTest, TakesTheIndentBackOfWhatFails) {
+    UseBackend();
+    void* const logger = CLog::GetLogger("any");
+    const auto fail = [logger] {
+        CLogIndent indent;
+        GCLOGINFOPUSH(indent, logger, "in");
+        throw std::runtime_error("failed");
+        GCLOGINFOPOP(indent, logger, "out");
+    };
+    EXPECT_THROW(fail(), std::runtime_error);
+    EXPECT_EQ(Backend::calls, (Calls{"600 in", "push '  '", "pop"}));
+}
+
+TEST_F(LogTest, IndentsNothingWithoutALineThatOpensIt) {
+    UseBackend();
+    {
+        CLogIndent indent;
+        GCLOGINFOPUSH(indent, nullptr, "in");
+        GCLOGINFOPOP(indent, CLog::GetLogger("any"), "out");
+    }
+    EXPECT_TRUE(Backend::calls.empty());
 }
 
 TEST_F(LogTest, IsConfiguredFromTheUsersFile) {

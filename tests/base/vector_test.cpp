@@ -77,6 +77,17 @@ TEST(GCStringVector, ReservesRoom) {
     EXPECT_TRUE(texts.empty());
 }
 
+TEST(GCStringVector, CannotHoldMoreThanMemoryCould) {
+    gcstring_vector texts = Abc();
+    for (const size_t count : {texts.max_size(), texts.max_size() + 1, ~size_t{0}}) {
+        EXPECT_THROW(texts.reserve(count), BadAllocException) << count;
+        EXPECT_THROW(texts.resize(count), BadAllocException) << count;
+        EXPECT_THROW(texts.assign(count, "a"), BadAllocException) << count;
+        EXPECT_THROW(gcstring_vector(count, "a"), BadAllocException) << count;
+    }
+    EXPECT_EQ(Joined(texts), "abc");
+}
+
 TEST(GCStringVector, RefusesAnIndexBeyondTheEnd) {
     gcstring_vector texts = Abc();
     EXPECT_EQ(texts.at(2), "c");

@@ -1,6 +1,7 @@
 // One lock for the whole graph: clients of many threads at once.
 
 #include <atomic>
+#include <memory>
 #include <thread>
 
 #include "node_graph.h"
@@ -61,24 +62,42 @@ TEST(ManyThreads, ReadWritePollAndInvalidateOneGraph) {
     EXPECT_EQ(map.GetEntryPoint(), "");
 }
 
+/// Knows whether it may still be called.
+class WatchedCallback : public CNodeCallback {
+public:
+    using Flag = std::shared_ptr<std::atomic<bool>>;
+
+    WatchedCallback(INode* node, Flag isOver, std::atomic<int>& alive)
+        : CNodeCallback(node), m_IsOver(std::move(isOver)), m_Alive(alive) {
+        ++m_Alive;
+    }
+    ~WatchedCallback() override { --m_Alive; }
+    void operator()(ECallbackType type) const override {
+        // One outside the lock may have begun before it was over.
+        EXPECT_FALSE(type == cbPostInsideLock && *m_IsOver);
+    }
+    void Destroy() override { delete this; }
+
+private:
+    Flag m_IsOver;
+    std::atomic<int>& m_Alive;
+};
+
 TEST(ManyThreads, RegisterAndDeregisterWhileOthersWrite) {
+    std::atomic<int> alive = 0;
     XmlNodeMap nodes(Graph());
-    struct Client {
-        void OnChange(INode* /*node*/) { ++calls; }
-        std::atomic<int> calls = 0;
-    } client;
-    auto& node = nodes.Get<IInteger>("Other");
-    RunAtOnce(
-        200, [&](int i) { nodes.Get<IInteger>("Node").SetValue(i); },
-        [&](int /*i*/) {
-            // On a node that nobody changes meanwhile: a callback must not go
-            // while a call of it may be under way.
-            const CallbackHandleType handle =
-                Register(&nodes.Get("Lock"), client, &Client::OnChange, cbPostInsideLock);
-            Deregister(handle);
-        },
-        [&](int i) { node.SetValue(i); });
-    EXPECT_EQ(client.calls, 0);
+    INode& watched = nodes.Get("Other");
+    const auto comeAndGo = [&](int /*i*/) {
+        const auto isOver = std::make_shared<std::atomic<bool>>(false);
+        const CallbackHandleType handle =
+            watched.RegisterCallback(new WatchedCallback(&watched, isOver, alive));
+        nodes.Get<IInteger>("Other").GetValue();
+        EXPECT_TRUE(watched.DeregisterCallback(handle));
+        *isOver = true;
+    };
+    const auto write = [&](int i) { nodes.Get<IInteger>("Node").SetValue(i); };
+    RunAtOnce(1000, write, comeAndGo, comeAndGo, write);
+    EXPECT_EQ(alive, 0);
 }
 
 TEST(SharedLock, GuardsSeveralMaps) {

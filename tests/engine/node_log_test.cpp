@@ -1,5 +1,10 @@
 // What nodes write to the log, for those who read it beside a camera's traffic.
 
+#include <functional>
+
+#include "GenApi/ICommand.h"
+#include "GenApi/IFloat.h"
+#include "GenApi/IRegister.h"
 #include "node_graph.h"
 
 namespace EngineTest {
@@ -99,6 +104,62 @@ TEST_F(NodeLog, ShowsTextsReadAndWritten) {
     EXPECT_THAT(m_Log.Texts("GenApi.Device.Value.Node"),
                 ElementsAre("FromString = '5' ", "SetValue( 5 )...", "...SetValue", "...FromString",
                             "ToString...", "GetValue = 5  (from cache)", "...ToString = 5"));
+    EXPECT_EQ(m_Log.Depth(), 0);
+}
+
+TEST_F(NodeLog, TakesTheIndentOfAFailedCallBack) {
+    auto& node = m_Nodes.Get<IInteger>("Node");
+    auto& reg = m_Nodes.Get<IRegister>("Reg");
+    uint8_t bytes[4] = {};
+    const std::pair<const char*, std::function<void()>> calls[] = {
+        {"GetValue", [&] { node.GetValue(false, true); }},
+        {"SetValue", [&] { node.SetValue(5); }},
+        {"ToString", [&] { node.ToString(false, true); }},
+        {"FromString", [&] { node.FromString("5"); }},
+        {"FromString of no number", [&] { node.FromString("five"); }},
+        {"Get", [&] { reg.Get(bytes, 4, false, true); }},
+        {"Set", [&] { reg.Set(bytes, 4); }},
+    };
+    for (const auto& [name, call] : calls) {
+        m_Nodes.Port().FailAccess(1);
+        EXPECT_ANY_THROW(call()) << name;
+        EXPECT_EQ(m_Log.Depth(), 0) << name;
+        m_Nodes->InvalidateNodes();
+    }
+}
+
+TEST_F(NodeLog, TakesTheIndentOfARefusedCallBack) {
+    XmlNodeMap nodes(
+        IntegerXml("Away", "", Element("Value", "0")) +
+        IntegerXml("Absent", Element("pIsAvailable", "Away")) +
+        "<Float Name=\"Steps\"><pIsAvailable>Away</pIsAvailable><Value>1</Value></Float>"
+        "<Float Name=\"Smooth\"><Value>1</Value></Float>"
+        "<Command Name=\"Start\"><pIsAvailable>Away</pIsAvailable><Value>1</Value>"
+        "<CommandValue>1</CommandValue></Command>");
+    auto& absent = nodes.Get<IInteger>("Absent");
+    auto& steps = nodes.Get<IFloat>("Steps");
+    const std::pair<const char*, std::function<void()>> calls[] = {
+        {"GetMin", [&] { absent.GetMin(); }},
+        {"GetMax", [&] { steps.GetMax(); }},
+        {"GetInc", [&] { nodes.Get<IFloat>("Smooth").GetInc(); }},
+        {"SetValue", [&] { absent.SetValue(5); }},
+        {"ToString", [&] { absent.ToString(); }},
+        {"Execute", [&] { nodes.Get<ICommand>("Start").Execute(); }},
+    };
+    for (const auto& [name, call] : calls) {
+        EXPECT_ANY_THROW(call()) << name;
+        EXPECT_EQ(m_Log.Depth(), 0) << name;
+    }
+}
+
+TEST_F(NodeLog, TakesTheIndentOfAFailedAccessModeBack) {
+    XmlNodeMap nodes(RegXml{.name = "Reg", .address = 0, .caching = "NoCache"}() +
+                     IntegerXml("Node", Element("pIsLocked", "Reg"), "<Value>1</Value>"));
+    auto& node = nodes.Get<IInteger>("Node");
+    nodes.Port().FailAccess(1);
+    EXPECT_ANY_THROW(nodes.Get("Node").GetAccessMode());
+    EXPECT_EQ(m_Log.Depth(), 0);
+    EXPECT_EQ(node.GetValue(), 1);
     EXPECT_EQ(m_Log.Depth(), 0);
 }
 

@@ -22,8 +22,8 @@ bool StartsWith(const gcstring& text, const char* begin) {
 CNodeImpl::CNodeImpl() = default;
 
 CNodeImpl::~CNodeImpl() {
-    for (CNodeCallback* const callback : m_Callbacks) {
-        callback->Destroy();
+    for (const auto& callback : m_Callbacks) {
+        callback->TakeAway();
     }
 }
 
@@ -218,18 +218,26 @@ void CNodeImpl::InternalGetChildren(node_vector& list, ELinkType linkType) const
 }
 
 CallbackHandleType CNodeImpl::InternalRegisterCallback(CNodeCallback* callback) {
-    m_Callbacks.push_back(callback);
+    if (callback == nullptr) {
+        INVALID_ARGUMENT_EXCEPTION_NODE("Node '%s' : there is no callback to register.",
+                                        m_Name.c_str());
+    }
+    m_Callbacks.push_back(std::make_shared<CCallbackRegistration>(*callback));
     return reinterpret_cast<CallbackHandleType>(callback);
 }
 
 bool CNodeImpl::InternalDeregisterCallback(CallbackHandleType handle) {
-    auto* const callback = reinterpret_cast<CNodeCallback*>(handle);
-    const auto found = std::find(m_Callbacks.begin(), m_Callbacks.end(), callback);
+    const auto* const callback = reinterpret_cast<const CNodeCallback*>(handle);
+    const auto found =
+        std::find_if(m_Callbacks.begin(), m_Callbacks.end(),
+                     [callback](const auto& kept) { return kept->GetCallback() == callback; });
     if (found == m_Callbacks.end()) {
         return false;
     }
-    callback->Destroy();
+    // Out of the list first: the callback's end may reach this node again.
+    const std::shared_ptr<CCallbackRegistration> registration = std::move(*found);
     m_Callbacks.erase(found);
+    registration->TakeAway();
     return true;
 }
 

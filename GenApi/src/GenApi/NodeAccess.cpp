@@ -8,9 +8,11 @@ namespace GenApi_3_0_ORVANE {
 
 EAccessMode CNodeImpl::FindAccessMode() {
     const EntryMethodFinalizer entry(*this, meGetAccessMode);
-    GCLOGINFOPUSH(m_pAccessLog, "GetAccessMode...");
+    CLogIndent indent;
+    GCLOGINFOPUSH(indent, m_pAccessLog, "GetAccessMode...");
     const EAccessMode mode = Combine(InternalGetAccessMode(), m_ImposedAccessMode);
-    GCLOGINFOPOP(m_pAccessLog, "...GetAccessMode = '%s' ", EAccessModeClass::ToString(mode));
+    GCLOGINFOPOP(indent, m_pAccessLog, "...GetAccessMode = '%s' ",
+                 EAccessModeClass::ToString(mode));
     return mode;
 }
 

@@ -102,6 +102,10 @@ void CLog::LogPop(void* logger, int level, const char* format, ...) {
     va_start(arguments, format);
     WriteFormatted(logger, level, format, arguments);
     va_end(arguments);
+    PopIndent();
+}
+
+void CLog::PopIndent() {
     if (const CLogBackend* const backend = s_Backend.load()) {
         backend->PopContext();
     }

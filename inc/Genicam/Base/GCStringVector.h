@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <memory>
+#include <new>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -160,6 +162,9 @@ private:
         try {
             change();
         } catch (const std::bad_alloc&) {
+            ThrowBadAlloc(__FILE__, __LINE__);
+        } catch (const std::length_error&) {
+            // More than any memory could hold.
             ThrowBadAlloc(__FILE__, __LINE__);
         }
     }

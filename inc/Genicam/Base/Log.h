@@ -46,6 +46,9 @@ public:
     [[gnu::format(printf, 3, 4)]] static void LogPop(void* logger, int level, const char* format,
                                                      ...);
 
+    /// Takes the indent back without a line, as a call that fails does.
+    static void PopIndent();
+
     /// Feeds the file's lines to the library; false when it can't be opened, or
     /// when there is no library.
     static bool ConfigureFromFile(const char* fileName);
@@ -61,6 +64,27 @@ private:
     static void WriteFormatted(void* logger, int level, const char* format, va_list arguments);
 };
 
+/// Holds the indent between the two lines of a call. A call that fails never
+/// comes to its second line; its indent goes with the scope.
+class CLogIndent {
+public:
+    CLogIndent() = default;
+    ~CLogIndent() {
+        if (m_IsOpen) {
+            CLog::PopIndent();
+        }
+    }
+    CLogIndent(const CLogIndent&) = delete;
+    CLogIndent& operator=(const CLogIndent&) = delete;
+
+    void Open() { m_IsOpen = true; }
+    void Close() { m_IsOpen = false; }
+    bool IsOpen() const { return m_IsOpen; }
+
+private:
+    bool m_IsOpen = false;
+};
+
 }  // namespace GenICam_3_0_ORVANE
 
 // One test of the level guards each line: a disabled log formats nothing.
@@ -73,7 +97,21 @@ private:
 #define GCLOGWARN(logger, ...) GCLOG_AT(Log, logger, ::GenICam_3_0_ORVANE::LogWarning, __VA_ARGS__)
 #define GCLOGINFO(logger, ...) GCLOG_AT(Log, logger, ::GenICam_3_0_ORVANE::LogInfo, __VA_ARGS__)
 #define GCLOGDEBUG(logger, ...) GCLOG_AT(Log, logger, ::GenICam_3_0_ORVANE::LogDebug, __VA_ARGS__)
-#define GCLOGINFOPUSH(logger, ...) \
-    GCLOG_AT(LogPush, logger, ::GenICam_3_0_ORVANE::LogInfo, __VA_ARGS__)
-#define GCLOGINFOPOP(logger, ...) \
-    GCLOG_AT(LogPop, logger, ::GenICam_3_0_ORVANE::LogInfo, __VA_ARGS__)
+// The line that closes a call follows the one that opened it, whatever the level
+// is by then: the indent between them belongs to the CLogIndent.
+#define GCLOGINFOPUSH(indent, logger, ...)                                                    \
+    do {                                                                                      \
+        if (::GenICam_3_0_ORVANE::CLog::IsEnabled((logger), ::GenICam_3_0_ORVANE::LogInfo)) { \
+            ::GenICam_3_0_ORVANE::CLog::LogPush((logger), ::GenICam_3_0_ORVANE::LogInfo,      \
+                                                __VA_ARGS__);                                 \
+            (indent).Open();                                                                  \
+        }                                                                                     \
+    } while (false)
+#define GCLOGINFOPOP(indent, logger, ...)                                               \
+    do {                                                                                \
+        if ((indent).IsOpen()) {                                                        \
+            ::GenICam_3_0_ORVANE::CLog::LogPop((logger), ::GenICam_3_0_ORVANE::LogInfo, \
+                                               __VA_ARGS__);                            \
+            (indent).Close();                                                           \
+        }                                                                               \
+    } while (false)

@@ -33,8 +33,9 @@ struct OV_ENGINE_API INode : virtual public IBase {
     virtual void GetParents(node_vector& list) = 0;
     /// Takes the callback over. The handle is its address.
     virtual CallbackHandleType RegisterCallback(CNodeCallback* callback) = 0;
-    /// Destroys the callback, of which no call may be under way. False when it
-    /// isn't registered here.
+    /// Has the callback called no more, and destroys it; one that is being called
+    /// is destroyed when that call returns, which nobody waits for. A callback
+    /// may take itself away. False when it isn't registered here.
     virtual bool DeregisterCallback(CallbackHandleType handle) = 0;
     virtual INodeMap* GetNodeMap() = 0;
     /// In hexadecimal, empty when the node is no event.

@@ -7,12 +7,12 @@
 #include "GenApi/INode.h"
 #include "GenApi/ISelector.h"
 #include "GenApi/IUserData.h"
+#include "GenApi/impl/CallbackRegistration.h"
 #include "NodeMapData/NodeData.h"
 
 namespace GenApi_3_0_ORVANE {
 
 struct INodeMapPrivate;
-using CallbackList = std::vector<CNodeCallback*>;
 
 /// All but the destructor want the map's lock held.
 struct INodePrivate : virtual public INode {

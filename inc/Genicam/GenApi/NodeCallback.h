@@ -14,7 +14,8 @@ public:
     CNodeCallback& operator=(const CNodeCallback&) = delete;
 
     virtual void operator()(ECallbackType type) const = 0;
-    /// Frees the callback by the means that made it.
+    /// Frees the callback by the means that made it. No call of it is under way;
+    /// the map's lock may or may not be held.
     virtual void Destroy() = 0;
 
     INode* GetNode() const { return m_pNode; }
@@ -44,14 +45,15 @@ private:
 };
 
 /// Registers a member function of a client with a node. The client must live
-/// until the callback is deregistered.
+/// until the callback is deregistered, and until a call that another thread then
+/// runs outside the lock has returned.
 template <class Client, class Member>
 CallbackHandleType Register(INode* node, Client& client, Member member, ECallbackType type) {
     return node->RegisterCallback(
         new Member_NodeCallback<Client, Member>(node, client, member, type));
 }
 
-/// Has the callback's node deregister it. No call of it may be under way.
+/// Has the callback's node deregister it.
 OV_ENGINE_API void Deregister(CallbackHandleType handle);
 
 }  // namespace GenApi_3_0_ORVANE

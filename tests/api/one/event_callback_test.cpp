@@ -1,5 +1,7 @@
 // Loss of a camera, changes of features, and the queue of the camera's events.
 
+#include <malloc.h>
+
 #include <array>
 #include <atomic>
 #include <thread>
@@ -133,6 +135,19 @@ TEST_F(EventCallbackTest, AnUnregisteredFeatureCallbackIsNotCalled) {
     EXPECT_OV_OK(OVUnregisterFeatureCallback(camera, kPlain, handle));
     EXPECT_OV_OK(OVSetInt(camera, kPlain, 32));
     EXPECT_EQ(heard.count, 0U);
+}
+
+TEST_F(EventCallbackTest, CallbacksThatComeAndGoLeaveNothingBehind) {
+    const auto comeAndGo = [this](int times) {
+        for (int i = 0; i < times; ++i) {
+            OV_FEATURE_CALLBACK_HANDLE const handle = Hear(kPlain);
+            ASSERT_EQ(OVUnregisterFeatureCallback(camera, kPlain, handle), OV_STATUS_SUCCESS);
+        }
+    };
+    comeAndGo(100);
+    const size_t before = mallinfo2().uordblks;  // stays 0 under a sanitizer
+    comeAndGo(100000);
+    EXPECT_LE(mallinfo2().uordblks, before + 4096);
 }
 
 TEST_F(EventCallbackTest, AHandleOfAnotherFeatureIsNotFound) {

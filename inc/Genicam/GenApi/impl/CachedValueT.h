@@ -38,11 +38,12 @@ protected:
     /// error flag after it.
     template <class Check, class Write>
     void SetCached(const Value_t& value, bool verify, const Check& check, const Write& write) {
+        CLogIndent indent;
         RunWrite(
             *this, Traits::SetMethod,
             [&] {
                 Base::m_ValueCacheValid = false;
-                GCLOGINFOPUSH(Base::m_pValueLog, Traits::SetBegin, Traits::Argument(value));
+                GCLOGINFOPUSH(indent, Base::m_pValueLog, Traits::SetBegin, Traits::Argument(value));
                 if (verify) {
                     RequireWritable();
                     check();
@@ -60,7 +61,7 @@ protected:
                     Base::m_KeepCache = true;
                 }
             },
-            [&] { GCLOGINFOPOP(Base::m_pValueLog, Traits::SetEnd); });
+            [&] { GCLOGINFOPOP(indent, Base::m_pValueLog, Traits::SetEnd); });
     }
 
     /// One read, from the cache when it may answer. When verifying, `check`
@@ -73,7 +74,8 @@ protected:
                 GCLOGINFO(Base::m_pValueLog, Traits::GetCached, Traits::Argument(m_CachedValue));
                 return m_CachedValue;
             }
-            GCLOGINFOPUSH(Base::m_pValueLog, Traits::GetBegin);
+            CLogIndent indent;
+            GCLOGINFOPUSH(indent, Base::m_pValueLog, Traits::GetBegin);
             const Value_t value = read();
             if (verify) {
                 check(value);
@@ -82,7 +84,7 @@ protected:
             if (this->InternalGetCachingMode() != NoCache) {
                 KeepValue(value);
             }
-            GCLOGINFOPOP(Base::m_pValueLog, Traits::GetEnd, Traits::Argument(value));
+            GCLOGINFOPOP(indent, Base::m_pValueLog, Traits::GetEnd, Traits::Argument(value));
             return value;
         });
     }

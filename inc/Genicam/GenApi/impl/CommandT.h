@@ -14,10 +14,11 @@ template <class Base>
 class CommandT : public Base, virtual public ICommand {
 public:
     void Execute(bool verify = true) override {
+        CLogIndent indent;
         RunWrite(
             *this, meExecute,
             [&] {
-                GCLOGINFOPUSH(Base::m_pValueLog, "Execute...");
+                GCLOGINFOPUSH(indent, Base::m_pValueLog, "Execute...");
                 if (!IsWritable(this->GetAccessModeInside())) {
                     ACCESS_EXCEPTION_NODE("Node is not writable.");
                 }
@@ -28,7 +29,7 @@ public:
                     this->InternalCheckError();
                 }
             },
-            [&] { GCLOGINFOPOP(Base::m_pValueLog, "...Execute"); });
+            [&] { GCLOGINFOPOP(indent, Base::m_pValueLog, "...Execute"); });
     }
     void operator()() override { Execute(); }
 
@@ -71,10 +72,11 @@ private:
         if (!IsImplemented(this->GetAccessModeInside())) {
             ACCESS_EXCEPTION_NODE("Node is not implemented.");
         }
-        GCLOGINFOPUSH(Base::m_pValueLog, "IsDone...");
+        CLogIndent indent;
+        GCLOGINFOPUSH(indent, Base::m_pValueLog, "IsDone...");
         bool fireCallbacks = false;
         const bool isDone = this->InternalIsDone(verify, fireCallbacks);
-        GCLOGINFOPOP(Base::m_pValueLog, "...IsDone = %s", isDone ? "true" : "false");
+        GCLOGINFOPOP(indent, Base::m_pValueLog, "...IsDone = %s", isDone ? "true" : "false");
         if (fireCallbacks) {
             this->CollectCallbacksToFire(callbacks, true);
             SortCallbacks(callbacks);

@@ -41,12 +41,13 @@ public:
     bool HasInc() override {
         const AutoLock lock(Base::GetLock());
         const NestingScope nesting(*this);
-        GCLOGINFOPUSH(Base::m_pRangeLog, "HasInc...");
+        CLogIndent indent;
+        GCLOGINFOPUSH(indent, Base::m_pRangeLog, "HasInc...");
         bool hasInc = false;
         if constexpr (requires { this->InternalHasInc(); }) {
             hasInc = this->InternalHasInc();
         }
-        GCLOGINFOPOP(Base::m_pRangeLog, "...HasInc = %s", hasInc ? "true" : "false");
+        GCLOGINFOPOP(indent, Base::m_pRangeLog, "...HasInc = %s", hasInc ? "true" : "false");
         return hasInc;
     }
     EIncMode GetIncMode() override {

@@ -14,6 +14,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
+using GenICam_3_0_ORVANE::CLogIndent;
+
 /// Base of every node class: common properties, access mode with its cache,
 /// dependency lists, callbacks. Nodes point to one another plainly; the map
 /// owns them all.
@@ -228,10 +230,5 @@ EAccessMode CNodeImpl::CachedAccessMode(const Compute& compute) {
         throw;
     }
 }
-
-/// Calls each callback once.
-void FireCallbacks(const CallbackList& callbacks, ECallbackType type);
-/// Orders the callbacks and leaves each once.
-void SortCallbacks(CallbackList& callbacks);
 
 }  // namespace GenApi_3_0_ORVANE

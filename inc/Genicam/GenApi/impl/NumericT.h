@@ -52,10 +52,11 @@ public:
     }
     List_t GetListOfValidValues(bool bounded = true) override {
         return RunRead(*this, meGetListOfValidValues, false, [&] {
-            GCLOGINFOPUSH(Base::m_pRangeLog, "GetListOfValidValues...");
+            CLogIndent indent;
+            GCLOGINFOPUSH(indent, Base::m_pRangeLog, "GetListOfValidValues...");
             RefreshValidValues();
             List_t list = bounded ? BoundedValidValues() : m_CurrentValidValueSet;
-            GCLOGINFOPOP(Base::m_pRangeLog, "...GetListOfValidValues");
+            GCLOGINFOPOP(indent, Base::m_pRangeLog, "...GetListOfValidValues");
             return list;
         });
     }
@@ -103,9 +104,10 @@ protected:
     /// What is read of the range, between its log lines.
     template <class Read>
     Value_t LoggedLimit(const char* begin, const char* end, const Read& read) {
-        GCLOGINFOPUSH(Base::m_pRangeLog, "%s", begin);
+        CLogIndent indent;
+        GCLOGINFOPUSH(indent, Base::m_pRangeLog, "%s", begin);
         const Value_t value = read();
-        GCLOGINFOPOP(Base::m_pRangeLog, end, value);
+        GCLOGINFOPOP(indent, Base::m_pRangeLog, end, value);
         return value;
     }
 
@@ -113,12 +115,13 @@ protected:
     template <class HasInc>
     EIncMode ReadIncMode(const HasInc& hasInc) {
         return RunRead(*this, meGetIncMode, false, [&] {
-            GCLOGINFOPUSH(Base::m_pRangeLog, "GetIncMode...");
+            CLogIndent indent;
+            GCLOGINFOPUSH(indent, Base::m_pRangeLog, "GetIncMode...");
             RefreshValidValues();
             const EIncMode steps =
                 m_CurrentValidValueSet.size() != 0 ? listIncrement : fixedIncrement;
             const EIncMode mode = hasInc() ? steps : noIncrement;
-            GCLOGINFOPOP(Base::m_pRangeLog, "...GetIncMode");
+            GCLOGINFOPOP(indent, Base::m_pRangeLog, "...GetIncMode");
             return mode;
         });
     }

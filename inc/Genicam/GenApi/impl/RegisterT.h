@@ -10,10 +10,11 @@ template <class Base>
 class RegisterT : public Base {
 public:
     void Set(const uint8_t* buffer, int64_t length, bool verify = true) override {
+        CLogIndent indent;
         RunWrite(
             *this, meSet,
             [&] {
-                GCLOGINFOPUSH(Base::m_pValueLog, "Set( %ld, %s )...", length,
+                GCLOGINFOPUSH(indent, Base::m_pValueLog, "Set( %ld, %s )...", length,
                               HexText(buffer, length).c_str());
                 if (verify && !IsWritable(this->GetAccessModeInside())) {
                     ACCESS_EXCEPTION_NODE("Node is not writable.");
@@ -25,13 +26,14 @@ public:
                     Base::InternalCheckError();
                 }
             },
-            [&] { GCLOGINFOPOP(Base::m_pValueLog, "...Set"); });
+            [&] { GCLOGINFOPOP(indent, Base::m_pValueLog, "...Set"); });
     }
 
     void Get(uint8_t* buffer, int64_t length, bool verify = false,
              bool ignoreCache = false) override {
         RunRead(*this, meGet, ignoreCache, [&] {
-            GCLOGINFOPUSH(Base::m_pValueLog, "Get...");
+            CLogIndent indent;
+            GCLOGINFOPUSH(indent, Base::m_pValueLog, "Get...");
             if (!IsReadable(this->GetAccessModeInside())) {
                 ACCESS_EXCEPTION_NODE("Node is not readable.");
             }
@@ -39,7 +41,7 @@ public:
             if (verify) {
                 Base::InternalCheckError();
             }
-            GCLOGINFOPOP(Base::m_pValueLog, "...Get( %ld ) = %s", length,
+            GCLOGINFOPOP(indent, Base::m_pValueLog, "...Get( %ld ) = %s", length,
                          HexText(buffer, length).c_str());
         });
     }

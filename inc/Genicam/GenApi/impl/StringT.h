@@ -40,9 +40,10 @@ public:
     int64_t GetMaxLength() override {
         const AutoLock lock(Base::GetLock());
         const NestingScope nesting(*this);
-        GCLOGINFOPUSH(Base::m_pValueLog, "GetMaxLength...");
+        CLogIndent indent;
+        GCLOGINFOPUSH(indent, Base::m_pValueLog, "GetMaxLength...");
         const int64_t length = this->InternalGetMaxLength();
-        GCLOGINFOPOP(Base::m_pValueLog, "...GetMaxLength = %ld", length);
+        GCLOGINFOPOP(indent, Base::m_pValueLog, "...GetMaxLength = %ld", length);
         return length;
     }
 

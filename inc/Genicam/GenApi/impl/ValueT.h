@@ -12,7 +12,8 @@ public:
 
     gcstring ToString(bool verify = false, bool ignoreCache = false) override {
         return RunRead(*this, meToString, ignoreCache, [&] {
-            GCLOGINFOPUSH(Base::m_pValueLog, "ToString...");
+            CLogIndent indent;
+            GCLOGINFOPUSH(indent, Base::m_pValueLog, "ToString...");
             if (!IsReadable(this->GetAccessModeInside())) {
                 ACCESS_EXCEPTION_NODE("Node is not readable");
             }
@@ -20,19 +21,20 @@ public:
             if (verify) {
                 Base::InternalCheckError();
             }
-            GCLOGINFOPOP(Base::m_pValueLog, "...ToString = %s", value.c_str());
+            GCLOGINFOPOP(indent, Base::m_pValueLog, "...ToString = %s", value.c_str());
             return value;
         });
     }
 
     void FromString(const gcstring& value, bool verify = true) override {
+        CLogIndent indent;
         RunWrite(
             *this, meFromString,
             [&] {
                 if (verify && !IsWritable(this->GetAccessModeInside())) {
                     ACCESS_EXCEPTION_NODE("Node is not writable");
                 }
-                GCLOGINFOPUSH(Base::m_pValueLog, "FromString = '%s' ", value.c_str());
+                GCLOGINFOPUSH(indent, Base::m_pValueLog, "FromString = '%s' ", value.c_str());
             },
             [&] {
                 this->InternalFromString(value, verify);
@@ -40,7 +42,7 @@ public:
                     Base::InternalCheckError();
                 }
             },
-            [&] { GCLOGINFOPOP(Base::m_pValueLog, "...FromString"); });
+            [&] { GCLOGINFOPOP(indent, Base::m_pValueLog, "...FromString"); });
     }
 
     bool IsValueCacheValid() override {
