@@ -25,6 +25,16 @@ size_t ValueBytes(uint64_t dataType) {
     return kValueBytes[dataType];
 }
 
+/// A count, none beyond what identifiers of two bytes can number.
+size_t ReadCount(CCacheReader& reader) {
+    const auto count = reader.Number<kCountBytes>();
+    if (count > kCacheFileMaxCount) {
+        reader.Fail(CCacheReader::State::Corrupt);
+        return 0;
+    }
+    return count;
+}
+
 /// The reader takes two bytes more of a value without type than the writer
 /// gives. No property has such a value, and older readers do the same.
 uint64_t ReadValue(CCacheReader& reader, uint64_t dataType) {
@@ -73,16 +83,14 @@ bool IsNodeType(uint64_t type, bool isFirst) {
 CCacheTables ReadCacheTables(CCacheReader& reader) {
     CCacheTables tables;
     reader.Header();
-    const auto NumStrings = reader.Number<kCountBytes>();
-    OV_ASSERT(NumStrings <= 65535);
-    tables.strings.reserve(NumStrings);
-    for (size_t i = 0; i < NumStrings && reader.IsGood(); ++i) {
+    const size_t numStrings = ReadCount(reader);
+    tables.strings.reserve(numStrings);
+    for (size_t i = 0; i < numStrings && reader.IsGood(); ++i) {
         tables.strings.emplace_back(reader.Text());
     }
-    const auto NumNodes = reader.Number<kCountBytes>();
-    OV_ASSERT(NumNodes <= 65535);
-    tables.types.reserve(NumNodes);
-    for (size_t i = 0; i < NumNodes && reader.IsGood(); ++i) {
+    const size_t numNodes = ReadCount(reader);
+    tables.types.reserve(numNodes);
+    for (size_t i = 0; i < numNodes && reader.IsGood(); ++i) {
         const uint64_t type = reader.Number<kTypeBytes>();
         const uint64_t id = reader.Number<kNodeIDBytes>();
         if (id != i || !IsNodeType(type, i == 0)) {
@@ -91,7 +99,7 @@ CCacheTables ReadCacheTables(CCacheReader& reader) {
         }
         tables.types.push_back(static_cast<CNodeData::ENodeType_t>(type));
     }
-    if (NumNodes == 0) {
+    if (numNodes == 0) {
         reader.Fail(CCacheReader::State::Corrupt);
     }
     return tables;
@@ -113,6 +121,9 @@ CProperty CProperty::FromFile(CCacheReader& reader, const CCacheCounts& counts,
     const CPropertyID id(static_cast<CPropertyID::EProperty_ID_t>(reader.Number<1>()));
     const auto type = static_cast<EDataType_t>(reader.Number<1>());
     const bool hasAttribute = reader.Number<1>() == 1;
+    if (type >= kValueBytes.size()) {
+        reader.Fail(CCacheReader::State::Corrupt);
+    }
     if (!reader.IsGood()) {
         return property;
     }
@@ -180,9 +191,11 @@ void CNodeDataMap::FromFile(CCacheReader& reader) {
 void CNodeDataMap::NameNodesFromFile(CCacheReader& reader) {
     for (const auto& pNodeData : *m_pNodeID2NodeData) {
         const CProperty* const pName = pNodeData->FindProperty(CPropertyID::Name_ID);
-        const StringID_t NameID = pName == nullptr ? StringID_t() : pName->StringID();
-        OV_ASSERT(NameID.IsValid());
-        const std::string& name = GetString(NameID);
+        if (pName == nullptr || pName->GetDataType() != CProperty::String_ID) {
+            reader.Fail(CCacheReader::State::Corrupt);
+            return;
+        }
+        const std::string& name = GetString(pName->StringID());
         m_pNodeID2NodeName->push_back(name);
         if (!m_pNodeName2NodeID->emplace(name, pNodeData->GetNodeID()).second) {
             reader.Fail(CCacheReader::State::Corrupt);
