@@ -159,6 +159,14 @@ INSTANTIATE_TEST_SUITE_P(
                     FloatPrint{"ScientificTwo", fnScientific, 2, 1250.0, "1.25e+03"}),
     [](const auto& test) { return std::string(test.param.name); });
 
+TEST_F(FloatValue, TakesBackAMaximumThatRoundsUp) {
+    AddGain().AddProperty(ID::Max_ID, 23.9999999);
+    Build();
+    Gain().SetValue(23.9999999);
+    EXPECT_EQ(Gain().ToString(), "23.9999");
+    Gain().FromString("23.9999");
+}
+
 struct Nudge {
     const char* name;
     double value;
