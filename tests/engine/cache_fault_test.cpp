@@ -254,8 +254,11 @@ TEST_F(CacheOfOthers, TheAdministratorsFilesAreTrusted) {
 // Processes that die.
 
 TEST_F(CacheFault, AProcessThatDiesWithTheLockDoesNotStopTheNext) {
+    // A description of its own, whose lock no other test can take over.
+    const gcstring description = Description("A", getpid());
+    Store(description);
     // The name's first eight digits are the hash with its low byte first.
-    const std::string digits = fs::path(m_File).filename().string().substr(2, 8);
+    const std::string digits = fs::path(m_Folder.File()).filename().string().substr(2, 8);
     const auto hash = static_cast<uint32_t>(std::stoul(digits, nullptr, 16));
     const gcstring lockName =
         gcstring("GenICam_XML_") + std::to_string(__builtin_bswap32(hash)).c_str();
@@ -265,8 +268,7 @@ TEST_F(CacheFault, AProcessThatDiesWithTheLockDoesNotStopTheNext) {
               }),
               0);
     EXPECT_FALSE(GenICam_3_0_ORVANE::CGlobalLock(lockName).TryLock());
-    Store(kDescription);
-    ExpectCached();
+    CNodeMapFactory(description, CacheUsage_ForceRead).Preprocess();
     GenICam_3_0_ORVANE::CGlobalLock lock(lockName);
     EXPECT_TRUE(lock.TryLock()) << "it is as if nobody had died";
     lock.Unlock();
