@@ -63,7 +63,7 @@ OV_STATUS OVGetLastError(int32_t* pErrorCode, char* pszErrText, size_t* pSize) {
     const size_t needed = error.GetText().size() + 1;
     const bool fits = pszErrText == nullptr || *pSize >= needed;
     if (pszErrText != nullptr && fits) {
-        std::memcpy(pszErrText, error.GetText().c_str(), needed);
+        std::memcpy(pszErrText, error.GetText().data(), needed);
     }
     *pSize = fits ? needed : 0;
     if (pErrorCode != nullptr) {

@@ -71,7 +71,7 @@ public:
             CVxThread::VxSleep(1);
         }
         opening.push_back(ip);
-        Arm([&opening, &lock, ip] {
+        Arm([&opening, &lock, &ip] {
             const CAutoLock removing(lock);
             opening.erase(std::find(opening.begin(), opening.end(), ip));
         });

@@ -4,7 +4,7 @@
 
 #include "TLClassLoadTL/OvException.h"
 
-COVIError& COVIError::GetInstance() {
+COVIError& COVIError::GetInstance() noexcept {
     static thread_local COVIError error;
     return error;
 }
@@ -15,6 +15,15 @@ void COVIError::Set(OV_STATUS status, const char* text) {
     }
     m_text = "{" + std::to_string(status) + "}" + text;
     m_status = status;
+}
+
+void COVIError::Reset() noexcept {
+    m_text.clear();
+    m_status = OV_STATUS_SUCCESS;
+}
+
+std::string_view COVIError::GetText() const noexcept {
+    return m_text.empty() ? "{0}{No error occurred}" : std::string_view(m_text);
 }
 
 namespace {

@@ -6,6 +6,7 @@
 #include "TLClassFeature/EngineCall.h"
 #include "TLClassFeature/FeatureCallbackHandle.h"
 #include "TLClassLoadTL/OvLog.h"
+#include "TLClassMain/Agency.h"
 
 namespace OVTLClass {
 
@@ -46,7 +47,9 @@ IFeatureControl::IFeatureCallbackHandle* CFeatureControl::DoRegisterFeatureCallb
     std::unique_ptr<IFeatureCallback> clone(callback.Clone());
     const CallbackHandleType engineHandle = OV_ENGINE_REGISTER(
         CFeatureNodeCallback::Register(&__GetGenAPINode(name), std::move(clone)));
+    CRollback registered([engineHandle] { Deregister(engineHandle); });
     m_callbacks.push_back(std::make_unique<CFeatureCallbackHandle>(engineHandle, name));
+    registered.Commit();
     return m_callbacks.back().get();
 }
 

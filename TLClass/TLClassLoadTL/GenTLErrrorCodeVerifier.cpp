@@ -57,13 +57,19 @@ void ThrowExceptionIfFailed(int32_t status, const CGenTLLib& lib, const char* fi
 }
 
 void LogIfFailed(int32_t status, const CGenTLLib& lib, const char* file, int line,
-                 const char* function) {
+                 const char* function) noexcept {
     if (status == 0) {
         return;
     }
-    LogAt(file, line, function,
-          status == kEntryPointMissing ? kLibraryIncomplete
-                                       : CGenTLError::GetLastErrorDescription(lib));
+    if (status == kEntryPointMissing) {
+        LogAt(file, line, function, kLibraryIncomplete);
+        return;
+    }
+    try {
+        LogAt(file, line, function, CGenTLError::GetLastErrorDescription(lib));
+    } catch (const std::exception&) {
+        LogAt(file, line, function, kNoDescription);
+    }
 }
 
 }  // namespace OVTLClass

@@ -23,7 +23,7 @@ void ThrowExceptionIfFailed(int32_t status, const CGenTLLib& lib, const char* fi
 /// Nothing for 0. Otherwise logs the producer's text with the place: shutdown
 /// goes on, whatever fails.
 void LogIfFailed(int32_t status, const CGenTLLib& lib, const char* file, int line,
-                 const char* function);
+                 const char* function) noexcept;
 
 }  // namespace OVTLClass
 

@@ -2,6 +2,8 @@
 
 #include <sys/time.h>
 
+#include <algorithm>
+#include <climits>
 #include <cstdio>
 #include <ctime>
 #include <memory>
@@ -13,6 +15,7 @@ namespace OVTLClass {
 namespace {
 
 constexpr size_t kFlushAboveBytes = 1023;
+constexpr size_t kPendingLines = 10000;
 
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -50,10 +53,18 @@ void COvLog::WriteLog(const std::string& text) {
         std::fflush(stdout);
         return;
     }
-    m_pendingBytes += line.size();
-    m_pending.push_back(std::move(line));
+    __Keep(std::move(line));
     if (m_pendingBytes > kFlushAboveBytes) {
         __Flush();
+    }
+}
+
+void COvLog::__Keep(std::string line) {
+    m_pending.push_back(std::move(line));
+    m_pendingBytes += m_pending.back().size();
+    if (m_pending.size() > kPendingLines) {
+        m_pendingBytes -= m_pending.front().size();
+        m_pending.pop_front();
     }
 }
 
@@ -128,9 +139,15 @@ size_t COvLog::GetPendingByteCount() {
     return m_pendingBytes;
 }
 
-void LogAt(const char* file, int line, const char* function, const std::string& message) {
-    COvLog::GetInstance().WriteLog(
-        COvString::MsgComposer("%s(%d):'%s':%s", file, line, function, message.c_str()));
+void LogAt(const char* file, int line, const char* function, std::string_view message) noexcept {
+    try {
+        COvLog::GetInstance().WriteLog(COvString::MsgComposer(
+            "%s(%d):'%s':%.*s", file, line, function,
+            static_cast<int>(std::min(message.size(), size_t{INT_MAX})), message.data()));
+    } catch (const std::exception&) {
+        // There is nowhere to tell of it.
+        return;
+    }
 }
 
 }  // namespace OVTLClass

@@ -2,13 +2,15 @@
 /// The log of the transport model.
 ///
 /// Lines collect in memory until a file path is set: the library has no
-/// configuration file, and a host that wants the log sets the path.
+/// configuration file, and a host that wants the log sets the path. Only the last
+/// 10,000 of them are kept, as a producer may fail a thousand times a second.
 
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <list>
 #include <string>
+#include <string_view>
 
 #include "TLClassLoadTL/OvLock.h"
 
@@ -51,6 +53,8 @@ public:
 private:
     void __Flush();
 
+    void __Keep(std::string line);
+
     static std::atomic<COvLog*> ms_ObjOvLog;
 
     std::string m_path;
@@ -61,8 +65,9 @@ private:
     CLock m_lock;
 };
 
-/// Logs a message with its place, as "file(line):'function':message".
-void LogAt(const char* file, int line, const char* function, const std::string& message);
+/// Logs a message with its place, as "file(line):'function':message". Without memory
+/// the line is lost: whoever logs is often about to clean up, and must go on.
+void LogAt(const char* file, int line, const char* function, std::string_view message) noexcept;
 
 }  // namespace OVTLClass
 

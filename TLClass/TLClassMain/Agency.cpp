@@ -7,16 +7,9 @@
 
 namespace OVTLClass {
 
-CAgency::~CAgency() {
-    if (m_undo) {
-        OV_RUN_LOGGED(m_undo);
-    }
-}
-
-void RunLogged(const std::function<void()>& action, const char* file, int line,
-               const char* function) {
+void LogCaught(const char* file, int line, const char* function) noexcept {
     try {
-        action();
+        throw;
     } catch (const std::exception& error) {
         LogAt(file, line, function, error.what());
     } catch (const GenICam_3_0_ORVANE::GenericException& error) {

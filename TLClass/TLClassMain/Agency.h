@@ -5,7 +5,11 @@
 /// end: each agency's constructor does a step, and its destructor undoes it
 /// unless the construction was committed.
 
-#include <functional>
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <type_traits>
+#include <utility>
 
 namespace OVTLClass {
 
@@ -20,36 +24,72 @@ protected:
     ~CUnCopyable() = default;
 };
 
+/// Logs the exception that is being handled, of whatever family.
+void LogCaught(const char* file, int line, const char* function) noexcept;
+
+/// Runs `action`, logs an exception of any family, and returns. It takes no memory:
+/// a way down must reach its end without any.
+template <class Action>
+void RunLogged(const Action& action, const char* file, int line, const char* function) noexcept {
+    try {
+        action();
+    } catch (...) {
+        LogCaught(file, line, function);
+    }
+}
+
+/// Runs one action; what it raises is logged with the place of this line.
+#define OV_RUN_LOGGED(...) ::OVTLClass::RunLogged((__VA_ARGS__), __FILE__, __LINE__, __func__)
+
 /// Undoes in its destructor what the derived class's constructor did. What
 /// goes wrong there is logged: no exception leaves.
 class CAgency : private CUnCopyable {
 public:
     /// Keeps the step for good.
-    void Commit() noexcept { m_undo = nullptr; }
+    void Commit() noexcept { __Finish(false); }
 
 protected:
     CAgency() = default;
-    ~CAgency();
+    ~CAgency() { __Finish(true); }
 
     /// To be called as soon as the step is done. The undo runs after the
-    /// derived class is gone, so it holds what it needs by value.
-    void Arm(std::function<void()> undo) { m_undo = std::move(undo); }
+    /// derived class is gone, so it holds what it needs by value. It is kept in
+    /// place: if there were no memory for it, the step would stay done.
+    template <class Undo>
+    void Arm(Undo undo) noexcept {
+        static_assert(sizeof(Undo) <= kRoom && alignof(Undo) <= alignof(void*));
+        static_assert(std::is_nothrow_move_constructible_v<Undo>);
+        Commit();
+        new (m_undo.data()) Undo(std::move(undo));
+        m_finish = [](void* place, bool runs) {
+            auto& kept = *static_cast<Undo*>(place);
+            if (runs) {
+                RunLogged(kept, __FILE__, __LINE__, "~CAgency");
+            }
+            std::destroy_at(&kept);
+        };
+    }
 
 private:
-    std::function<void()> m_undo;
+    static constexpr size_t kRoom = 8 * sizeof(void*);
+
+    void __Finish(bool runs) noexcept {
+        if (m_finish != nullptr) {
+            std::exchange(m_finish, nullptr)(m_undo.data(), runs);
+        }
+    }
+
+    alignas(void*) std::array<std::byte, kRoom> m_undo;
+    void (*m_finish)(void* undo, bool runs) = nullptr;
 };
 
 /// An agency for one place: undoes what its owner did before it.
 class CRollback : public CAgency {
 public:
-    explicit CRollback(std::function<void()> undo) { Arm(std::move(undo)); }
+    template <class Undo>
+    explicit CRollback(Undo undo) noexcept {
+        Arm(std::move(undo));
+    }
 };
-
-/// Runs `action`, logs an exception of any family, and returns.
-void RunLogged(const std::function<void()>& action, const char* file, int line,
-               const char* function);
-
-/// Runs one action; what it raises is logged with the place of this line.
-#define OV_RUN_LOGGED(...) ::OVTLClass::RunLogged((__VA_ARGS__), __FILE__, __LINE__, __func__)
 
 }  // namespace OVTLClass

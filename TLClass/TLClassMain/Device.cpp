@@ -109,33 +109,21 @@ void CDevice::DoCloseDevice() {
     GetFeatureControl()->DoUnregisterAllFeatureCallback();
     m_remoteFeatureControl->DoUnregisterAllFeatureCallback();
     m_offlineEvent.UnRegisterAllDeviceOfflineCallback();
-    __StopAllDataStreamAcquisition();
-    __CloseAllDataStream();
+    _ForEachChild<IDataStream>([](IDataStream& stream) { stream.DoStopDataStreamAcquisition(); });
+    _ForEachChild<IDataStream>([](IDataStream& stream) { stream.DoCloseDataStream(); });
     __ResetDSList();
     m_remoteEvent.StopGetRemoteDeviceEventThread();
     m_offlineEvent.StopGetDeviceOfflineEventThread();
     m_offlineEvent.UnregisterDeviceOfflineEvent();
     m_offlineEvent.Clear();
     m_remoteFeatureControl.reset();
-    m_remoteXml.UnloadXML();
+    OV_RUN_LOGGED([this] { m_remoteXml.UnloadXML(); });
     SetFeatureControl(nullptr);
-    GetAnalyzer().UnloadXML();
+    OV_RUN_LOGGED([this] { GetAnalyzer().UnloadXML(); });
     OV_LOG_IF_FAILED(GetLib().DevClose(m_handle), GetLib());
     m_handle = nullptr;
     m_remoteHandle = nullptr;
     m_open = false;
-}
-
-void CDevice::__StopAllDataStreamAcquisition() {
-    for (const auto& stream : DoGetDataStreamList()) {
-        stream->DoStopDataStreamAcquisition();
-    }
-}
-
-void CDevice::__CloseAllDataStream() {
-    for (const auto& stream : DoGetDataStreamList()) {
-        stream->DoCloseDataStream();
-    }
 }
 
 DEV_INFO CDevice::DoGetDeviceInfo() {

@@ -122,8 +122,6 @@ private:
     void* __GetRemotePort(void* deviceHandle) const;
     void __UpdateDSList(void* deviceHandle);
     void __ResetDSList();
-    void __StopAllDataStreamAcquisition();
-    void __CloseAllDataStream();
 
     std::shared_ptr<IInterface> m_interface;
     void* m_interfaceHandle;

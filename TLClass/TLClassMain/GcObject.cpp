@@ -22,6 +22,11 @@ std::shared_ptr<CGcObject> CGcObject::GetChild(const CGcObject* child) {
     return found == m_children.end() ? nullptr : *found;
 }
 
+std::shared_ptr<CGcObject> CGcObject::__GetChildAt(size_t index) {
+    const CAutoLock lock(m_childLock);
+    return index < m_children.size() ? m_children[index] : nullptr;
+}
+
 void CGcObject::_AddChild(std::shared_ptr<CGcObject> child) {
     const CAutoLock lock(m_childLock);
     m_children.push_back(std::move(child));

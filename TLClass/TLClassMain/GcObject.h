@@ -43,6 +43,11 @@ protected:
     template <class T>
     std::vector<std::shared_ptr<T>> _GetGcObjectList();
 
+    /// Calls `act` with each child of the wanted type, holding no lock and taking no
+    /// memory. What it raises is logged: this is for a way down.
+    template <class T, class Act>
+    void _ForEachChild(const Act& act);
+
     const CGenTLLib& GetLib() const { return *m_lib; }
     const std::shared_ptr<const CGenTLLib>& GetLibPointer() const { return m_lib; }
     CXMLAnalyzer& GetAnalyzer() { return m_xml; }
@@ -50,6 +55,9 @@ protected:
     void SetFeatureControl(std::unique_ptr<IFeatureControl> control);
 
 private:
+    /// Null beyond the last.
+    std::shared_ptr<CGcObject> __GetChildAt(size_t index);
+
     std::shared_ptr<const CGenTLLib> m_lib;
     CXMLAnalyzer m_xml;
     std::unique_ptr<IFeatureControl> m_featureControl;
@@ -70,6 +78,15 @@ std::vector<std::shared_ptr<T>> CGcObject::_GetGcObjectList() {
         }
     }
     return list;
+}
+
+template <class T, class Act>
+void CGcObject::_ForEachChild(const Act& act) {
+    for (size_t index = 0; const auto child = __GetChildAt(index); ++index) {
+        if (auto* const object = dynamic_cast<T*>(child.get())) {
+            OV_RUN_LOGGED([&] { act(*object); });
+        }
+    }
 }
 
 }  // namespace OVTLClass

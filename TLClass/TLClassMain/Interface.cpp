@@ -81,17 +81,18 @@ void CInterface::DoCloseInterface() {
     }
     // A lost device that nobody closed would hold this interface, and itself
     // be held by it, for ever.
-    for (const DeviceList& devices : {DoGetDeviceList(), DoGetLostOpenDeviceList()}) {
-        for (const auto& device : devices) {
+    _ForEachChild<IDevice>([](IDevice& device) { device.DoCloseDevice(); });
+    OV_RUN_LOGGED([this] {
+        for (const auto& device : DoGetLostOpenDeviceList()) {
             OV_RUN_LOGGED([&device] { device->DoCloseDevice(); });
         }
-    }
+    });
     _ClearChildrenList();
     __SetLostOpenDevices({});
-    __DoResetInterfaceSpecialInformation();
-    __DoResetAllDeviceSpecialInformation();
+    OV_RUN_LOGGED([this] { __DoResetInterfaceSpecialInformation(); });
+    OV_RUN_LOGGED([this] { __DoResetAllDeviceSpecialInformation(); });
     SetFeatureControl(nullptr);
-    GetAnalyzer().UnloadXML();
+    OV_RUN_LOGGED([this] { GetAnalyzer().UnloadXML(); });
     m_commonInfo = {};
     OV_LOG_IF_FAILED(GetLib().IFClose(m_handle), GetLib());
     m_handle = nullptr;

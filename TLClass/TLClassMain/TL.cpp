@@ -47,13 +47,11 @@ void CTL::DoCloseTL() {
     if (!m_open) {
         return;
     }
-    for (const auto& child : _GetGcObjectList<CInterface>()) {
-        OV_RUN_LOGGED([&child] { child->DoCloseInterface(); });
-    }
+    _ForEachChild<CInterface>([](CInterface& child) { child.DoCloseInterface(); });
     _ClearChildrenList();
     __CloseLostInterfaces();
     SetFeatureControl(nullptr);
-    GetAnalyzer().UnloadXML();
+    OV_RUN_LOGGED([this] { GetAnalyzer().UnloadXML(); });
     OV_LOG_IF_FAILED(GetLib().TLClose(m_handle), GetLib());
     m_handle = nullptr;
     m_open = false;

@@ -97,7 +97,7 @@ class Guard : public CAgency {
 public:
     Guard(std::vector<std::string>& steps, const std::string& name) {
         steps.push_back("do " + name);
-        Arm([&steps, name] { steps.push_back("undo " + name); });
+        Arm([&steps, kept = std::string(name)] { steps.push_back("undo " + kept); });
     }
 };
 

@@ -192,6 +192,24 @@ TEST(Log, KeepsAllLinesWhileThePathCannotBeWritten) {
     log.SetOutputNoWhere();
 }
 
+TEST(Log, KeepsTheLastTenThousandLines) {
+    COvLog log;
+    log.DisableTimeStamp();
+    for (int i = 0; i < 10003; ++i) {
+        log.WriteLog("line " + std::to_string(i));
+    }
+    EXPECT_EQ(log.GetPendingLineCount(), 10000U);
+    const std::string path = ::testing::TempDir() + "ovlog-last-" + std::to_string(getpid());
+    log.SetLogFilePath(path);
+    log.Flush();
+    std::ifstream file(path);
+    std::string line;
+    std::getline(file, line);
+    EXPECT_EQ(line, "line 3");
+    EXPECT_EQ(log.GetPendingByteCount(), 0U);
+    std::remove(path.c_str());
+}
+
 TEST(Log, IgnoresAnUnknownOutputType) {
     COvLog log;
     log.SetOutputType(3);

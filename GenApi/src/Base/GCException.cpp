@@ -1,6 +1,7 @@
 #include "Base/GCException.h"
 
 #include <cstdio>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -72,7 +73,19 @@ void GenericException::AssembleMessage() {
 }
 
 void ThrowBadAlloc(const char* file, unsigned line) {
-    throw BadAllocException("", file, line, "BadAllocException");
+    // The exception takes memory itself. Where there is none for it, its texts would
+    // come back here for ever.
+    static thread_local bool isThrowing = false;
+    if (isThrowing) {
+        throw std::bad_alloc();
+    }
+    isThrowing = true;
+    try {
+        throw BadAllocException("", file, line, "BadAllocException");
+    } catch (...) {
+        isThrowing = false;
+        throw;
+    }
 }
 
 void FormatDescription(DescriptionBuffer& buffer, const char* format, va_list arguments) {
