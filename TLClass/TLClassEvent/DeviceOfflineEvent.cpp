@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "TLClassEvent/EndWait.h"
 #include "TLClassEvent/RegisterEventAgency.h"
 #include "TLClassLoadTL/OvException.h"
 #include "TLClassLoadTL/OvLog.h"
@@ -47,10 +48,13 @@ void CDeviceOfflineEvent::StopGetDeviceOfflineEventThread() {
     }
     // The wait has no end of its own. Whatever else ends it has to do where the
     // kill is refused, or the close would hang.
-    if (!m_native.EventKill()) {
+    EndWaitingThread(m_thread, [this] {
+        if (m_native.EventKill()) {
+            return true;
+        }
         OV_RUN_LOGGED([this] { m_native.UnRegisterDeviceOfflineEvent(); });
-    }
-    OV_RUN_LOGGED([this] { m_thread.Destory(); });
+        return false;
+    });
     m_started = false;
 }
 

@@ -1,8 +1,5 @@
-#include "Base/GCException.h"
 #include "TLClassEvent/DeviceOfflineEvent.h"
 #include "TLClassEvent/RegisterEventAgency.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvLog.h"
 
 namespace OVTLClass {
 
@@ -11,15 +8,8 @@ CNativeDeviceOfflineEvent::CNativeDeviceOfflineEvent(const CGenTLLib& lib) : m_l
 CNativeDeviceOfflineEvent::~CNativeDeviceOfflineEvent() = default;
 
 void CNativeDeviceOfflineEvent::RegisterDeviceOfflineEvent(void* deviceHandle) {
-    try {
-        m_registration = std::make_unique<CGCRegisterEventAgency>(m_lib, deviceHandle,
-                                                                  GenTL::EVENT_DEVICE_OFFLINE);
-        m_event = m_registration->GetEventHandle();
-    } catch (const CNotImplementedError& error) {
-        OV_LOG(error.what());
-    } catch (const GenICam_3_0_ORVANE::GenericException& error) {
-        OV_LOG(error.what());
-    }
+    m_registration = OV_REGISTER_OFFERED_EVENT(m_lib, deviceHandle, GenTL::EVENT_DEVICE_OFFLINE);
+    m_event = IsRegistered() ? m_registration->GetEventHandle() : nullptr;
 }
 
 void CNativeDeviceOfflineEvent::UnRegisterDeviceOfflineEvent() {

@@ -40,20 +40,46 @@ void CNativeNewBufferEvent::UnregisterNewBufferEvent() {
     m_initInfo = CBufferInitInfo();
 }
 
-void CNativeNewBufferEvent::EventKill() {
-    OV_LOG_IF_FAILED(m_lib.EventKill(m_event), m_lib);
+bool CNativeNewBufferEvent::EventKill() {
+    const int32_t status = m_lib.EventKill(m_event);
+    OV_LOG_IF_FAILED(status, m_lib);
+    return status == 0;
+}
+
+void CNativeNewBufferEvent::AbortWait() {
+    if (m_registered && !EventKill()) {
+        UnregisterNewBufferEvent();
+    }
+}
+
+int32_t CNativeNewBufferEvent::__GetData(uint64_t timeout, CBuffer*& buffer) {
+    GenTL::EVENT_NEW_BUFFER_DATA data{};
+    size_t size = sizeof(data);
+    const int32_t status = m_lib.EventGetData(m_event, &data, &size, timeout);
+    buffer = static_cast<CBuffer*>(data.pUserPointer);
+    return status;
 }
 
 void CNativeNewBufferEvent::GetBuffer(BUFFER_INFO& info, unsigned timeout) {
-    GenTL::EVENT_NEW_BUFFER_DATA data{};
-    size_t size = sizeof(data);
-    OV_VERIFY(m_lib.EventGetData(m_event, &data, &size, timeout), m_lib);
-    if (data.pUserPointer == nullptr) {
+    CBuffer* buffer = nullptr;
+    OV_VERIFY(__GetData(timeout, buffer), m_lib);
+    if (buffer == nullptr) {
         OV_RAISE(CUnexpectedError, "pUserPointer should not be NULL");
     }
-    info = static_cast<CBuffer*>(data.pUserPointer)->GetBufferInfo();
-    info.userPointer = {data.pUserPointer, true};
+    info = buffer->GetBufferInfo();
+    info.userPointer = {buffer, true};
     __TakeFromCamera(info);
+}
+
+CBuffer* CNativeNewBufferEvent::TakeWaiting() {
+    CBuffer* buffer = nullptr;
+    const int32_t status = __GetData(0, buffer);
+    // A stop that ends the wait takes the frames, too.
+    if (status == GenTL::GC_ERR_TIMEOUT || status == GenTL::GC_ERR_ABORT) {
+        return nullptr;
+    }
+    OV_VERIFY(status, m_lib);
+    return buffer;
 }
 
 void CNativeNewBufferEvent::__TakeFromCamera(BUFFER_INFO& info) {

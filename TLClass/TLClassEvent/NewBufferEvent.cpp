@@ -1,5 +1,6 @@
 #include "TLClassEvent/NewBufferEvent.h"
 
+#include "TLClassEvent/EndWait.h"
 #include "TLClassLoadTL/OvException.h"
 #include "TLClassMain/Buffer.h"
 
@@ -31,8 +32,7 @@ void CNewBufferEvent::StopGetNewBuffer() {
         return;
     }
     OV_RUN_LOGGED([this] { m_stopEvent.SetEvent(); });
-    OV_RUN_LOGGED([this] { m_native.EventKill(); });
-    OV_RUN_LOGGED([this] { m_thread.Destory(); });
+    EndWaitingThread(m_thread, [this] { return m_native.EventKill(); });
     OV_RUN_LOGGED([this] { m_native.UnregisterNewBufferEvent(); });
     m_started = false;
 }

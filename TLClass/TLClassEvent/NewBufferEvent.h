@@ -31,15 +31,22 @@ public:
     void RegisterNewBufferEvent(void* streamHandle, const IBufferInitInfo& info,
                                 GenApi_3_0_ORVANE::CChunkAdapterGeneric* adapter);
     void UnregisterNewBufferEvent();
-    /// Wakes a thread that waits in GetBuffer.
-    void EventKill();
+    /// Wakes a thread that waits in GetBuffer. False, and a line in the log, when the
+    /// producer refuses.
+    bool EventKill();
+    /// Wakes a thread that waits in GetBuffer, whatever the producer says to a kill:
+    /// one that refuses has its event taken away, which ends all waits.
+    void AbortWait();
     /// Waits for a frame and tells all of it.
     /// @param timeout  in milliseconds; CTimeoutError when nothing came
     void GetBuffer(BUFFER_INFO& info, unsigned timeout);
+    /// A frame that waits by now, without a look at it; null for none.
+    CBuffer* TakeWaiting();
 
 private:
     friend class ChunkStreamTest;
 
+    int32_t __GetData(uint64_t timeout, CBuffer*& buffer);
     void __TakeFromCamera(BUFFER_INFO& info);
     /// Makes the chunk features read from this frame. No frame's way through
     /// here pays for it: it is for a caller that drives it, from one thread at a

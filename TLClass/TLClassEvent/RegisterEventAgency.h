@@ -1,7 +1,12 @@
 #pragma once
 /// A registered GenTL event, as long as this object lives.
 
+#include <memory>
+
+#include "Base/GCException.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassLoadTL/OvLog.h"
 #include "TLClassMain/Agency.h"
 
 namespace OVTLClass {
@@ -21,4 +26,33 @@ private:
     void* m_event = nullptr;
 };
 
+/// Registers an event that a producer may not offer, of which each has its own way to
+/// tell.
+/// @return null, with a line in the log, for an event that isn't offered
+inline std::unique_ptr<CGCRegisterEventAgency> RegisterOfferedEvent(const CGenTLLib& lib,
+                                                                    void* module,
+                                                                    GenTL::EVENT_TYPE type,
+                                                                    const char* file, int line,
+                                                                    const char* function) {
+    try {
+        return std::make_unique<CGCRegisterEventAgency>(lib, module, type);
+    } catch (const CNotImplementedError& error) {
+        LogAt(file, line, function, error.what());
+    } catch (const CInvalidParameterError& error) {
+        LogAt(file, line, function, error.what());
+    } catch (const CUnexpectedError& error) {
+        if (error.GetStatus() != GenTL::GC_ERR_INVALID_ID) {
+            throw;
+        }
+        LogAt(file, line, function, error.what());
+    } catch (const GenICam_3_0_ORVANE::GenericException& error) {
+        LogAt(file, line, function, error.what());
+    }
+    return nullptr;
+}
+
 }  // namespace OVTLClass
+
+/// Logs an event that isn't offered with the place of this line.
+#define OV_REGISTER_OFFERED_EVENT(lib, module, type) \
+    ::OVTLClass::RegisterOfferedEvent((lib), (module), (type), __FILE__, __LINE__, __func__)

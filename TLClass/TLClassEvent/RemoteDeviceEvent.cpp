@@ -1,6 +1,6 @@
 #include "TLClassEvent/RemoteDeviceEvent.h"
 
-#include "Base/GCException.h"
+#include "TLClassEvent/EndWait.h"
 #include "TLClassEvent/RegisterEventAgency.h"
 #include "TLClassLoadTL/OvException.h"
 #include "TLClassLoadTL/OvLog.h"
@@ -51,15 +51,9 @@ void CRemoteDeviceEvent::StartGetRemoteDeviceEventThread(void* deviceHandle,
 
 void CRemoteDeviceEvent::__Start(void* deviceHandle, GenApi_3_0_ORVANE::CNodeMapRef& nodeMap) {
     CAttachNodeMapAgency attached(m_adapter, nodeMap.GetMap());
-    std::unique_ptr<CGCRegisterEventAgency> registered;
-    try {
-        registered = std::make_unique<CGCRegisterEventAgency>(m_lib, deviceHandle,
-                                                              GenTL::EVENT_REMOTE_DEVICE);
-    } catch (const CNotImplementedError& error) {
-        OV_LOG(error.what());
-        return;
-    } catch (const GenICam_3_0_ORVANE::GenericException& error) {
-        OV_LOG(error.what());
+    const auto registered =
+        OV_REGISTER_OFFERED_EVENT(m_lib, deviceHandle, GenTL::EVENT_REMOTE_DEVICE);
+    if (!registered) {
         return;
     }
     __MakeBuffers(registered->GetEventHandle());
@@ -90,8 +84,11 @@ void CRemoteDeviceEvent::StopGetRemoteDeviceEventThread() {
         return;
     }
     OV_RUN_LOGGED([this] { m_stopEvent.SetEvent(); });
-    OV_LOG_IF_FAILED(m_lib.EventKill(m_event), m_lib);
-    OV_RUN_LOGGED([this] { m_thread.Destory(); });
+    EndWaitingThread(m_thread, [this] {
+        const int32_t status = m_lib.EventKill(m_event);
+        OV_LOG_IF_FAILED(status, m_lib);
+        return status == 0;
+    });
     m_event = nullptr;
     OV_LOG_IF_FAILED(m_lib.GCUnregisterEvent(m_device, GenTL::EVENT_REMOTE_DEVICE), m_lib);
     OV_RUN_LOGGED([this] { m_adapter.DetachNodeMap(); });

@@ -11,36 +11,54 @@
 
 namespace OVTLClass {
 
-void CBuffer::AllocateBuffer(size_t size) {
+namespace {
+
+/// Bytes from an address to the next multiple of the alignment.
+size_t PaddingAt(const uint8_t* address, size_t alignment) {
+    const size_t excess = reinterpret_cast<uintptr_t>(address) % alignment;
+    return excess == 0 ? 0 : alignment - excess;
+}
+
+std::unique_ptr<uint8_t[]> MakeMemory(size_t size, size_t more) {
+    if (more > SIZE_MAX - size) {
+        throw std::bad_alloc();
+    }
+    return std::make_unique<uint8_t[]>(size + more);
+}
+
+}  // namespace
+
+void CBuffer::AllocateBuffer(size_t size, size_t alignment) {
     if (size == 0) {
         OV_RAISE(CUnexpectedError, "Can not allocate zero bytes memory");
     }
-    if (size == m_size) {
+    if (size == m_size && PaddingAt(m_place, alignment) == 0) {
         return;
     }
     try {
-        m_memory = std::make_unique<uint8_t[]>(size);
+        m_memory = MakeMemory(size, alignment - 1);
     } catch (const std::bad_alloc& error) {
         OV_RAISE(CUnexpectedError, error.what());
     }
+    m_place = m_memory.get() + PaddingAt(m_memory.get(), alignment);
     m_size = size;
 }
 
 void CBuffer::FreeBuffer() {
     m_memory.reset();
+    m_place = nullptr;
     m_size = 0;
 }
 
 void CBuffer::AnnounceBuffer() {
-    if (m_handle != nullptr) {
-        return;
+    if (m_handle == nullptr) {
+        if (m_size == 0) {
+            OV_RAISE(CUnexpectedError, "Can not announce a buffer before allocating it");
+        }
+        void* handle = nullptr;
+        OV_VERIFY(m_lib.DSAnnounceBuffer(m_stream, m_place, m_size, this, &handle), m_lib);
+        m_handle = handle;
     }
-    if (m_size == 0) {
-        OV_RAISE(CUnexpectedError, "Can not announce a buffer before allocating it");
-    }
-    void* handle = nullptr;
-    OV_VERIFY(m_lib.DSAnnounceBuffer(m_stream, m_memory.get(), m_size, this, &handle), m_lib);
-    m_handle = handle;
     const std::scoped_lock lock(m_queueMutex);
     m_isWithdrawn = false;
 }
@@ -63,8 +81,13 @@ void CBuffer::RevokeBuffer() {
     if (m_handle == nullptr) {
         return;
     }
-    OV_LOG_IF_FAILED(m_lib.DSRevokeBuffer(m_stream, m_handle, nullptr, nullptr), m_lib);
-    m_handle = nullptr;
+    const int32_t status = m_lib.DSRevokeBuffer(m_stream, m_handle, nullptr, nullptr);
+    OV_LOG_IF_FAILED(status, m_lib);
+    // The producer may have worked before it failed; it doesn't know the buffer then.
+    if (status == 0 || status == GenTL::GC_ERR_INVALID_HANDLE ||
+        status == GenTL::GC_ERR_INVALID_BUFFER) {
+        m_handle = nullptr;
+    }
 }
 
 BUFFER_INFO CBuffer::GetBufferInfo() const {
@@ -100,11 +123,11 @@ void CBuffer::AttachBuffer(GenApi_3_0_ORVANE::CChunkAdapterGeneric& adapter,
         places.push_back(
             {chunk.ChunkID, chunk.ChunkOffset, static_cast<int64_t>(chunk.ChunkLength)});
     }
-    adapter.AttachBuffer(m_memory.get(), places.data(), static_cast<int64_t>(places.size()));
+    adapter.AttachBuffer(m_place, places.data(), static_cast<int64_t>(places.size()));
 }
 
 void CBuffer::UpdateBuffer(GenApi_3_0_ORVANE::CChunkAdapter& adapter) {
-    adapter.UpdateBuffer(m_memory.get());
+    adapter.UpdateBuffer(m_place);
 }
 
 bool CNativeChunkDataCompare::AreEqual(const Chunks& a, const Chunks& b) {

@@ -25,8 +25,9 @@ class CBuffer : public CUnCopyable {
 public:
     CBuffer(const CGenTLLib& lib, void* streamHandle) : m_lib(lib), m_stream(streamHandle) {}
 
-    /// Memory of `size` bytes, kept when it has that size already.
-    void AllocateBuffer(size_t size);
+    /// Memory of `size` bytes at an address that is a multiple of `alignment`, kept
+    /// when it is such already.
+    void AllocateBuffer(size_t size, size_t alignment = 1);
     void FreeBuffer();
     void AnnounceBuffer();
     /// Gives the buffer to the producer to be filled.
@@ -35,8 +36,12 @@ public:
     /// a stream stops, and a buffer that they queue behind the producer's last
     /// flush couldn't be revoked.
     void Withdraw();
-    /// Takes the buffer back from the producer; a failure is logged.
+    /// Takes the buffer back from the producer; a failure is logged. A producer that
+    /// refuses still has the memory, which must stay, and the buffer stays announced.
     void RevokeBuffer();
+    bool IsAnnounced() const { return m_handle != nullptr; }
+    uint8_t* GetMemory() const { return m_place; }
+    size_t GetSize() const { return m_size; }
     /// What the producer tells of the frame in it.
     BUFFER_INFO GetBufferInfo() const;
     /// Where the metadata lies that came with the frame.
@@ -61,6 +66,8 @@ private:
     std::mutex m_queueMutex;
     bool m_isWithdrawn = false;
     std::unique_ptr<uint8_t[]> m_memory;
+    /// In the memory, which is larger by what the alignment may cost.
+    uint8_t* m_place = nullptr;
     size_t m_size = 0;
 };
 

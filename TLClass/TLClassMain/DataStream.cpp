@@ -1,5 +1,7 @@
 #include "TLClassMain/DataStream.h"
 
+#include <algorithm>
+
 #include "GenApi/ChunkAdapterGeneric.h"
 #include "GenApi/NodeMapRef.h"
 #include "TLClassFeature/FeatureControl.h"
@@ -14,6 +16,14 @@ namespace OVTLClass {
 namespace {
 
 constexpr size_t kDefaultBufferNumber = 5;
+
+/// A number that tells of a stream, with the producer's status.
+int32_t ReadStreamNumber(const CGenTLLib& lib, void* stream, GenTL::STREAM_INFO_CMD command,
+                         size_t& number) {
+    size_t size = sizeof number;
+    int32_t type = GenTL::INFO_DATATYPE_SIZET;
+    return lib.DSGetInfo(stream, command, &type, &number, &size);
+}
 
 }  // namespace
 
@@ -67,6 +77,10 @@ void CDataStream::DoOpenDataStream() {
     CDevOpenDataStreamAgency opened(GetLib(), m_deviceHandle, m_streamId);
     CXMLLoadAgency loaded(GetAnalyzer(), opened.GetHandle());
     SetFeatureControl(std::make_unique<CFeatureControl>(GetNodeMapRef()));
+    InfoSize minimum;
+    minimum.valid = ReadStreamNumber(GetLib(), opened.GetHandle(),
+                                     GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN, minimum.value) == 0;
+    __RaiseBufferNumber(minimum);
     loaded.Commit();
     opened.Commit();
     attached.Commit();
@@ -80,16 +94,13 @@ void CDataStream::DoCloseDataStream() {
         return;
     }
     __StopDataStreamAcquisition();
-    GetFeatureControl()->DoUnregisterAllFeatureCallback();
+    OV_RUN_LOGGED([this] { GetFeatureControl()->DoUnregisterAllFeatureCallback(); });
     SetFeatureControl(nullptr);
-    GetAnalyzer().UnloadXML();
-    {
-        const std::scoped_lock buffersLock(m_buffersMutex);
-        OV_LOG_IF_FAILED(GetLib().DSClose(m_handle), GetLib());
-        m_handle = nullptr;
-    }
+    OV_RUN_LOGGED([this] { GetAnalyzer().UnloadXML(); });
+    OV_LOG_IF_FAILED(GetLib().DSClose(m_handle), GetLib());
+    m_handle = nullptr;
     __FreeBuffers();
-    m_chunkAdapter->DetachNodeMap();
+    OV_RUN_LOGGED([this] { m_chunkAdapter->DetachNodeMap(); });
     m_open = false;
 }
 
@@ -118,12 +129,19 @@ CNativeNewBufferEvent& CDataStream::DoGetNativeNewBufferEvent() {
 }
 
 void CDataStream::DoFlushAllToInput() {
-    const std::scoped_lock buffersLock(m_buffersMutex);
-    void* const handle = m_handle;
-    if (handle == nullptr) {
+    if (m_handle == nullptr) {
         OV_RAISE(CUnexpectedError, "The data stream is closed");
     }
-    OV_VERIFY(GetLib().DSFlushQueue(handle, GenTL::ACQ_QUEUE_ALL_TO_INPUT), GetLib());
+    if (!m_acquiring) {
+        return;
+    }
+    for (size_t waiting = DoGetDeliveryBufferListSize(); waiting != 0; --waiting) {
+        CBuffer* const buffer = DoGetNativeNewBufferEvent().TakeWaiting();
+        if (buffer == nullptr) {
+            return;
+        }
+        buffer->QueueBuffer();
+    }
 }
 
 void CDataStream::SetAcqusitionBufferNumber(size_t number) {
@@ -135,13 +153,16 @@ void CDataStream::SetAcqusitionBufferNumber(size_t number) {
     m_bufferNumber = number;
 }
 
+void CDataStream::__RaiseBufferNumber(const InfoSize& minimum) {
+    if (minimum.valid) {
+        m_bufferNumber = std::max<size_t>(m_bufferNumber, minimum.value);
+    }
+}
+
 size_t CDataStream::DoGetDeliveryBufferListSize() {
     size_t waiting = 0;
-    size_t size = sizeof(waiting);
-    int32_t type = GenTL::INFO_DATATYPE_SIZET;
-    OV_VERIFY(
-        GetLib().DSGetInfo(m_handle, GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY, &type, &waiting, &size),
-        GetLib());
+    OV_VERIFY(ReadStreamNumber(GetLib(), m_handle, GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY, waiting),
+              GetLib());
     return waiting;
 }
 

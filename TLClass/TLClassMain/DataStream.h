@@ -3,7 +3,6 @@
 
 #include <atomic>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -33,7 +32,8 @@ public:
     virtual void DoRegisterCaptureCallback(const INewBufferCallback& callback) = 0;
     virtual void DoUnregisterCaptureCallback() = 0;
     virtual bool DoIsRegisterCaptureCallback() = 0;
-    /// Gives every buffer to the producer to be filled.
+    /// Gives the frames that wait by now back to the producer, unseen. Frames that
+    /// somebody has fetched stay his. Nothing while stopped.
     virtual void DoFlushAllToInput() = 0;
     /// Waits for a frame. The caller gives its CBuffer back by QueueBuffer.
     /// @param timeout  in milliseconds; CTimeoutError when nothing came
@@ -93,12 +93,13 @@ private:
     class CDSStartAcquisitionAgency;
 
     void __AllocateBuffers(size_t payloadSize);
-    static size_t __GetAlignBufferSize(size_t size, const InfoSize& alignment);
+    void __RaiseBufferNumber(const InfoSize& minimum);
     void __AnnouceBuffers();
-    void __WithdrawBuffers() const;
+    void __TakeBuffersBack();
     void __RevokeBuffers();
     void __FreeBuffers();
     void __StopDataStreamAcquisition();
+    void __StopEngine() const;
     void __SetTLParamsLocked(int64_t locked) const;
 
     std::shared_ptr<IDevice> m_device;
@@ -106,18 +107,18 @@ private:
     std::string m_streamId;
     std::atomic<void*> m_handle{nullptr};
     std::atomic<bool> m_open{false};
-    std::vector<std::unique_ptr<CBuffer>> m_buffers;
+    using BufferList = std::vector<std::unique_ptr<CBuffer>>;
+
+    BufferList m_buffers;
+    /// Those that the producer refused to give back. It may still write to them, and
+    /// they take part in the next acquisitions, until it gives them back or is closed.
+    BufferList m_keptByProducer;
     std::atomic<size_t> m_bufferNumber;
     /// Before the event, which knows it while started.
     std::unique_ptr<GenApi_3_0_ORVANE::CChunkAdapterGeneric> m_chunkAdapter;
     CNewBufferEvent m_newBufferEvent;
     std::atomic<bool> m_acquiring{false};
     CLock m_streamLock;
-    /// Held while all buffers go into the producer's hands, and from the flush of
-    /// a stop until they are back: a flush in between would queue buffers that
-    /// could then not be revoked. The stream's lock won't do, as a capture
-    /// callback may flush while a stop waits for it.
-    std::mutex m_buffersMutex;
 };
 
 }  // namespace OVTLClass

@@ -1,6 +1,9 @@
 // The start and the stop of a stream: every step of the start has its undo, and
 // the stop goes through to its end whatever fails.
 
+#include <algorithm>
+#include <iterator>
+
 #include "GenApi/ChunkAdapterGeneric.h"
 #include "TLClassFeature/IFeatureControl.h"
 #include "TLClassInfo/InformationAgency.h"
@@ -14,14 +17,21 @@ namespace {
 
 constexpr const char* kParamsLocked = "TLParamsLocked";
 
+/// The size, rounded up to a multiple of the alignment.
+size_t AlignedSize(size_t size, size_t alignment) {
+    const size_t excess = size % alignment;
+    return excess == 0 ? size : size + (alignment - excess);
+}
+
 }  // namespace
 
 /// The stream's own parameters, locked while it acquires.
 class CDataStream::CStreamTLParamsLockedAgency : public CAgency {
 public:
     explicit CStreamTLParamsLockedAgency(const CDataStream& stream) {
-        stream.__SetTLParamsLocked(1);
+        // Armed first: the producer may take the value and then fail.
         Arm([&stream] { stream.__SetTLParamsLocked(0); });
+        stream.__SetTLParamsLocked(1);
     }
 };
 
@@ -49,14 +59,11 @@ public:
 /// All buffers waiting to be filled.
 class CDataStream::CDSFlushQueueAgency : public CAgency {
 public:
-    CDSFlushQueueAgency(const CDataStream& stream, const CGenTLLib& lib, void* streamHandle) {
-        OV_VERIFY(lib.DSFlushQueue(streamHandle, GenTL::ACQ_QUEUE_ALL_TO_INPUT), lib);
-        Arm([&stream, &lib, streamHandle] {
-            stream.__WithdrawBuffers();
-            OV_LOG_UNDO_IF_FAILED(CDSFlushQueueAgency,
-                                  lib.DSFlushQueue(streamHandle, GenTL::ACQ_QUEUE_ALL_DISCARD),
-                                  lib);
-        });
+    explicit CDSFlushQueueAgency(CDataStream& stream) {
+        // Armed first: the producer may take the buffers and then fail.
+        Arm([&stream] { stream.__TakeBuffersBack(); });
+        OV_VERIFY(stream.GetLib().DSFlushQueue(stream.m_handle, GenTL::ACQ_QUEUE_ALL_TO_INPUT),
+                  stream.GetLib());
     }
 };
 
@@ -87,9 +94,8 @@ void CDataStream::DoStartDataStreamAcqusition(const IBufferInitInfo& info) {
     __AllocateBuffers(static_cast<size_t>(info.GetPayloadSize()));
     // Before the first buffer can fill.
     CStartGetNewBufferAgency event(m_newBufferEvent, m_handle, info, m_chunkAdapter.get());
-    const std::scoped_lock buffersLock(m_buffersMutex);
     CAnnouceBuffersAgency announced(*this);
-    CDSFlushQueueAgency queued(*this, GetLib(), m_handle);
+    CDSFlushQueueAgency queued(*this);
     CDSStartAcquisitionAgency started(GetLib(), m_handle);
     m_acquiring = true;
     started.Commit();
@@ -109,15 +115,22 @@ void CDataStream::__StopDataStreamAcquisition() {
         return;
     }
     OV_RUN_LOGGED([this] { m_newBufferEvent.StopGetNewBuffer(); });
-    OV_LOG_IF_FAILED(GetLib().DSStopAcquisition(m_handle, GenTL::ACQ_STOP_FLAGS_KILL), GetLib());
-    {
-        const std::scoped_lock buffersLock(m_buffersMutex);
-        __WithdrawBuffers();
-        OV_LOG_IF_FAILED(GetLib().DSFlushQueue(m_handle, GenTL::ACQ_QUEUE_ALL_DISCARD), GetLib());
-        __RevokeBuffers();
-    }
+    __StopEngine();
+    __TakeBuffersBack();
+    __RevokeBuffers();
     OV_RUN_LOGGED([this] { __SetTLParamsLocked(0); });
     m_acquiring = false;
+}
+
+void CDataStream::__StopEngine() const {
+    // Not every producer can break a frame off.
+    for (const auto flags : {GenTL::ACQ_STOP_FLAGS_KILL, GenTL::ACQ_STOP_FLAGS_DEFAULT}) {
+        const int32_t status = GetLib().DSStopAcquisition(m_handle, flags);
+        OV_LOG_IF_FAILED(status, GetLib());
+        if (status == 0) {
+            return;
+        }
+    }
 }
 
 void CDataStream::__SetTLParamsLocked(int64_t locked) const {
@@ -132,6 +145,9 @@ void CDataStream::__AllocateBuffers(size_t payloadSize) {
     m_chunkAdapter->DetachBuffer();
     const DS_INFO info =
         COvInformationAgency::GetDataStreamInformationFromHandle(GetLib(), m_handle);
+    __RaiseBufferNumber(info.minAnnounce);
+    // The producer may give back now what it kept.
+    __RevokeBuffers();
     const size_t wanted = m_bufferNumber;
     while (m_buffers.size() > wanted) {
         m_buffers.pop_back();
@@ -141,39 +157,49 @@ void CDataStream::__AllocateBuffers(size_t payloadSize) {
     while (m_buffers.size() < wanted) {
         m_buffers.push_back(std::make_unique<CBuffer>(GetLib(), m_handle.load()));
     }
-    const size_t size = __GetAlignBufferSize(payloadSize, info.alignment);
+    // A stop takes no memory.
+    m_keptByProducer.reserve(m_keptByProducer.size() + wanted);
+    const size_t alignment = info.alignment.valid ? std::max<size_t>(info.alignment.value, 1) : 1;
+    const size_t size = AlignedSize(payloadSize, alignment);
     for (const auto& buffer : m_buffers) {
-        buffer->AllocateBuffer(size);
+        buffer->AllocateBuffer(size, alignment);
     }
-}
-
-size_t CDataStream::__GetAlignBufferSize(size_t size, const InfoSize& alignment) {
-    if (!alignment.valid || alignment.value == 0) {
-        return size;
-    }
-    return (alignment.value + size - 1) / alignment.value * alignment.value;
 }
 
 void CDataStream::__AnnouceBuffers() {
-    for (const auto& buffer : m_buffers) {
-        buffer->AnnounceBuffer();
+    for (const BufferList* const list : {&m_buffers, &m_keptByProducer}) {
+        for (const auto& buffer : *list) {
+            buffer->AnnounceBuffer();
+        }
     }
 }
 
-void CDataStream::__WithdrawBuffers() const {
-    for (const auto& buffer : m_buffers) {
-        buffer->Withdraw();
+void CDataStream::__TakeBuffersBack() {
+    for (const BufferList* const list : {&m_buffers, &m_keptByProducer}) {
+        for (const auto& buffer : *list) {
+            buffer->Withdraw();
+        }
     }
+    OV_LOG_IF_FAILED(GetLib().DSFlushQueue(m_handle, GenTL::ACQ_QUEUE_ALL_DISCARD), GetLib());
 }
 
 void CDataStream::__RevokeBuffers() {
-    for (const auto& buffer : m_buffers) {
+    std::erase_if(m_keptByProducer, [](const auto& buffer) {
         buffer->RevokeBuffer();
-    }
+        return !buffer->IsAnnounced();
+    });
+    const auto firstKept =
+        std::stable_partition(m_buffers.begin(), m_buffers.end(), [](const auto& buffer) {
+            buffer->RevokeBuffer();
+            return !buffer->IsAnnounced();
+        });
+    std::move(firstKept, m_buffers.end(), std::back_inserter(m_keptByProducer));
+    m_buffers.erase(firstKept, m_buffers.end());
 }
 
 void CDataStream::__FreeBuffers() {
     m_chunkAdapter->DetachBuffer();
+    m_keptByProducer.clear();
     while (!m_buffers.empty()) {
         m_buffers.pop_back();
     }

@@ -139,7 +139,7 @@ public:
     virtual void Enter(Function function) { static_cast<void>(function); }
     /// After the call succeeded; a `Failure` from here becomes its result.
     virtual void Leave(Function function) { static_cast<void>(function); }
-    /// Before a command is answered.
+    /// Before a command is answered; the flags of a stop are one.
     virtual void Ask(Function function, std::int32_t command) {
         static_cast<void>(function);
         static_cast<void>(command);

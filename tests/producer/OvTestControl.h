@@ -41,7 +41,10 @@
     X(int, FailCall, (const char* function, unsigned nth, std::int32_t code))                      \
     /* As above, but the call does its work first and then reports the failure. */                 \
     X(int, FailAfterCall, (const char* function, unsigned nth, std::int32_t code))                 \
-    /* An information command of that function is refused with `code`. */                          \
+    /* The nth call from now on tells of success and does nothing; nth 0 is every call. */         \
+    X(int, SkipCall, (const char* function, unsigned nth))                                         \
+    /* An information command of that function is refused with `code`; for `DSStopAcquisition`     \
+       the flags are the command. */                                                               \
     X(int, FailCommand, (const char* function, std::int32_t command, std::int32_t code))           \
     /* The size that a query with a null buffer reports is off by `delta`; 0 ends it. */           \
     X(int, LieAboutSize, (const char* function, std::int64_t delta))                               \

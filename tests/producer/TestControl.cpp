@@ -166,6 +166,10 @@ int OvTest_FailAfterCall(const char* function, unsigned nth, std::int32_t code) 
     return OnFunction(function, [&](Faults& f, Function id) { f.FailAfterCall(id, nth, code); });
 }
 
+int OvTest_SkipCall(const char* function, unsigned nth) {
+    return OnFunction(function, [&](Faults& f, Function id) { f.SkipCall(id, nth); });
+}
+
 int OvTest_FailCommand(const char* function, std::int32_t command, std::int32_t code) {
     return OnFunction(function, [&](Faults& f, Function id) { f.FailCommand(id, command, code); });
 }

@@ -41,10 +41,14 @@ void Faults::Enter(Function function) {
     m_changed.notify_all();
     m_changed.wait(lock, [&] { return !state.blocked; });
     const GenTL::GC_ERROR code = Strike(state.before);
+    const bool isSkipped = Strike(state.skipped) != GenTL::GC_ERR_SUCCESS;
     const unsigned delay = state.delay;
     lock.unlock();
     std::this_thread::sleep_for(std::chrono::milliseconds(delay));
     ThrowPlanned(function, code);
+    if (isSkipped) {
+        throw OvProducer::Failure(GenTL::GC_ERR_SUCCESS, "");
+    }
 }
 
 void Faults::Leave(Function function) {
@@ -92,6 +96,11 @@ void Faults::FailCall(Function function, unsigned nth, GenTL::GC_ERROR code) {
 void Faults::FailAfterCall(Function function, unsigned nth, GenTL::GC_ERROR code) {
     const std::lock_guard lock(m_mutex);
     Of(function).after.push_back({nth, code});
+}
+
+void Faults::SkipCall(Function function, unsigned nth) {
+    const std::lock_guard lock(m_mutex);
+    Of(function).skipped.push_back({nth, GenTL::GC_ERR_ERROR});
 }
 
 void Faults::FailCommand(Function function, std::int32_t command, GenTL::GC_ERROR code) {

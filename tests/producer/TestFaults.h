@@ -28,6 +28,7 @@ public:
     void Reset();
     void FailCall(Function function, unsigned nth, GenTL::GC_ERROR code);
     void FailAfterCall(Function function, unsigned nth, GenTL::GC_ERROR code);
+    void SkipCall(Function function, unsigned nth);
     void FailCommand(Function function, std::int32_t command, GenTL::GC_ERROR code);
     void LieAboutSize(Function function, std::int64_t delta);
     void DelayCall(Function function, unsigned milliseconds);
@@ -50,6 +51,7 @@ private:
         std::uint64_t succeeded = 0;
         std::vector<Planned> before;
         std::vector<Planned> after;
+        std::vector<Planned> skipped;  ///< the code only says whether it strikes
         std::map<std::int32_t, GenTL::GC_ERROR> commands;
         std::int64_t sizeDelta = 0;
         unsigned delay = 0;

@@ -85,16 +85,49 @@ TEST_F(BufferTest, IsNotRevokedUnlessAnnounced) {
     EXPECT_EQ(producer.CallCount("DSRevokeBuffer"), 0U);
 }
 
-TEST_F(BufferTest, IsNoLongerAnnouncedThoughItsRevokeFailed) {
+TEST_F(BufferTest, StaysAnnouncedWhenItsRevokeIsRefused) {
     buffer->AllocateBuffer(100);
     buffer->AnnounceBuffer();
     const LogCapture log;
-    producer.FailAfterCall("DSRevokeBuffer", 1, GenTL::GC_ERR_ERROR);
+    producer.FailCall("DSRevokeBuffer", 1, GenTL::GC_ERR_BUSY);
     buffer->RevokeBuffer();
     EXPECT_THAT(log.Lines(), HasLogged("RevokeBuffer", "Planned failure of DSRevokeBuffer"));
+    EXPECT_TRUE(buffer->IsAnnounced());
+    buffer->RevokeBuffer();
+    EXPECT_FALSE(buffer->IsAnnounced());
+}
+
+TEST_F(BufferTest, IsNoLongerAnnouncedWhenTheProducerDoesNotKnowIt) {
+    buffer->AllocateBuffer(100);
+    buffer->AnnounceBuffer();
+    producer.FailAfterCall("DSRevokeBuffer", 1, GenTL::GC_ERR_ERROR);
+    buffer->RevokeBuffer();
+    EXPECT_TRUE(buffer->IsAnnounced()) << "nobody knows yet";
+    buffer->RevokeBuffer();
+    EXPECT_FALSE(buffer->IsAnnounced());
     EXPECT_UNEXPECTED(-1, "Can not queue a buffer before announcing it", buffer->QueueBuffer());
     manager.DoUninit();
     producer.Reset();
+}
+
+TEST_F(BufferTest, LiesAtAMultipleOfTheAlignment) {
+    for (const size_t alignment : {size_t{1}, size_t{64}, size_t{1000}, size_t{4096}}) {
+        buffer->AllocateBuffer(100, alignment);
+        EXPECT_EQ(reinterpret_cast<uintptr_t>(buffer->GetMemory()) % alignment, 0U) << alignment;
+        EXPECT_EQ(buffer->GetSize(), 100U);
+        buffer->GetMemory()[99] = 1;
+    }
+}
+
+TEST_F(BufferTest, KeepsMemoryThatIsAlignedAlready) {
+    buffer->AllocateBuffer(100, 4096);
+    uint8_t* const memory = buffer->GetMemory();
+    buffer->AllocateBuffer(100, 512);
+    EXPECT_EQ(buffer->GetMemory(), memory);
+}
+
+TEST_F(BufferTest, RaisesForAnAlignmentThatNoMemoryHas) {
+    EXPECT_UNEXPECTED(-1, std::bad_alloc().what(), buffer->AllocateBuffer(100, SIZE_MAX));
 }
 
 using Chunks = CNativeChunkDataCompare::Chunks;

@@ -142,6 +142,19 @@ TEST_F(DeviceOffline, CloseAndOpenWatchAnew) {
     EXPECT_TRUE(IsOffline());
 }
 
+TEST_F(DeviceOffline, AnEventThatIsRefusedAsUnknownIsNotOffered) {
+    for (const int32_t code : {GenTL::GC_ERR_NOT_IMPLEMENTED, GenTL::GC_ERR_INVALID_ID,
+                               GenTL::GC_ERR_INVALID_PARAMETER}) {
+        const LogCapture log;
+        producer.FailCall("GCRegisterEvent", 1, code);
+        EXPECT_NE(RegisterOffline([] { ADD_FAILURE() << "nobody can tell"; }), nullptr) << code;
+        EXPECT_FALSE(device->DOGetCNativeDeviceOfflineEvent().IsRegistered());
+        EXPECT_THAT(log.Lines(), HasLogged("RegisterDeviceOfflineEvent",
+                                           ".*Planned failure of GCRegisterEvent.*"));
+    }
+    device->DoCloseDevice();
+}
+
 TEST_F(DeviceOffline, AProducerWithoutTheEventReportsPresenceForEver) {
     const LogCapture log;
     producer.OfferEvent(GenTL::EVENT_DEVICE_OFFLINE, 0);
@@ -230,6 +243,16 @@ TEST_F(DeviceOffline, ACloseWithARefusedKillIsLoggedAndEndsTheWait) {
     device->DoCloseDevice();
     EXPECT_THAT(log.Lines(), HasLogged("EventKill", "Planned failure of EventKill"));
     EXPECT_EQ(producer.OpenCount("Event"), 0);
+}
+
+TEST_F(DeviceOffline, ACloseRepeatsAKillThatTheProducerForgets) {
+    RegisterOfflineCounter();
+    AwaitCalls("EventGetData", 1);
+    producer.SkipCall("EventKill", 1);
+    producer.SkipCall("EventKill", 2);
+    device->DoCloseDevice();
+    EXPECT_EQ(device->DoGetOfflineThreadID(), 0U);
+    EXPECT_EQ(called, 0U);
 }
 
 TEST_F(DeviceOffline, ACloseStopsAfterTheStreamsAndTheRemoteEvents) {

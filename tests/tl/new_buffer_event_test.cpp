@@ -167,9 +167,20 @@ TEST_F(Delivery, EndsTheWaitOfItsThreadWithTheStop) {
     Start();
     ASSERT_EQ(producer.WaitForCalls("EventGetData", 1, 60000), 0);
     Stop();
-    EXPECT_EQ(producer.SuccessCount("EventKill"), 1U);
+    EXPECT_GE(producer.SuccessCount("EventKill"), 1U);
     EXPECT_EQ(producer.CallCount("EventGetData"), 1U);
     EXPECT_THAT(log.Lines(), IsEmpty());
+}
+
+TEST_F(Delivery, RepeatsAKillThatTheProducerForgets) {
+    RegisterCounter();
+    Start();
+    ASSERT_EQ(producer.WaitForCalls("EventGetData", 1, 60000), 0);
+    producer.SkipCall("EventKill", 1);
+    producer.SkipCall("EventKill", 2);
+    Stop();
+    EXPECT_GE(producer.CallCount("EventKill"), 3U);
+    EXPECT_EQ(producer.CallCount("EventGetData"), 1U) << "the wait didn't run out";
 }
 
 TEST_F(Delivery, LetsACallbackFlushWhileAStopWaitsForIt) {
@@ -183,6 +194,26 @@ TEST_F(Delivery, LetsACallbackFlushWhileAStopWaitsForIt) {
     AwaitDelivered(1);
     Stop();
     EXPECT_EQ(producer.OpenCount("Buffer"), 0);
+}
+
+TEST_F(Delivery, GivesWaitingFramesBackByAFlush) {
+    Start();
+    const BUFFER_INFO loan = Pull();
+    producer.Trigger(0, 0, 2);
+    while (stream->DoGetDeliveryBufferListSize() < 2) {
+        std::this_thread::yield();
+    }
+    stream->DoFlushAllToInput();
+    EXPECT_EQ(stream->DoGetDeliveryBufferListSize(), 0U);
+    EXPECT_EQ(producer.SuccessCount("DSQueueBuffer"), 2U);
+    EXPECT_EQ(producer.CallCount("DSFlushQueue"), 1U) << "the start's";
+    GiveBack(loan);
+}
+
+TEST_F(Delivery, FlushesNothingWhileStopped) {
+    stream->DoFlushAllToInput();
+    EXPECT_EQ(producer.CallCount("DSFlushQueue"), 0U);
+    EXPECT_EQ(producer.CallCount("EventGetData"), 0U);
 }
 
 TEST_F(Delivery, StartsAThreadForACallbackOfTheNextStartOnly) {
@@ -234,6 +265,25 @@ TEST_F(Delivery, KeepsGivingBuffersBackOnceUnregistered) {
 }
 
 using Pulling = Delivery;
+
+TEST_F(Pulling, IsEndedByAnAbortThoughTheKillIsRefused) {
+    producer.FailCall("EventKill", 0, GenTL::GC_ERR_NOT_IMPLEMENTED);
+    Start();
+    std::thread killer([this] {
+        EXPECT_EQ(producer.WaitForCalls("EventGetData", 1, 60000), 0);
+        stream->DoGetNativeNewBufferEvent().AbortWait();
+        stream->DoGetNativeNewBufferEvent().AbortWait();
+    });
+    BUFFER_INFO frame;
+    const auto error = Raised<CUnexpectedError>([&] { stream->DoGetBuffer(frame, 60000); });
+    killer.join();
+    // The wait was ended, or hadn't begun.
+    EXPECT_TRUE(error.GetStatus() == GenTL::GC_ERR_ABORT ||
+                error.GetStatus() == GenTL::GC_ERR_INVALID_HANDLE)
+        << error.GetStatus();
+    EXPECT_EQ(producer.CallCount("EventKill"), 1U);
+    EXPECT_EQ(producer.OpenCount("Event"), 0);
+}
 
 TEST_F(Pulling, GivesFramesInOrder) {
     Start();

@@ -138,6 +138,20 @@ TEST_F(RemoteEvent, AProducerWithoutItLeavesTheChannelStopped) {
     AwaitCalled(1);
 }
 
+TEST_F(RemoteEvent, ThatIsRefusedAsUnknownIsNotOffered) {
+    for (const int32_t code : {GenTL::GC_ERR_NOT_IMPLEMENTED, GenTL::GC_ERR_INVALID_ID,
+                               GenTL::GC_ERR_INVALID_PARAMETER}) {
+        const LogCapture log;
+        producer.FailCall("GCRegisterEvent", 1, code);
+        Start();
+        EXPECT_THAT(log.Lines(), ElementsAre(HasSubstr("Planned failure of GCRegisterEvent")));
+        ExpectStopped();
+    }
+    StartCounting();
+    Fire();
+    AwaitCalled(1);
+}
+
 struct StartFailure {
     const char* function;
     unsigned nth;
@@ -275,6 +289,15 @@ TEST_F(RemoteEvent, FailuresOfTheStopAreLoggedAndEachStepRuns) {
     // What failed behind its work still counts as open.
     manager.DoUninit();
     producer.Reset();
+}
+
+TEST_F(RemoteEvent, AStopRepeatsAKillThatTheProducerForgets) {
+    Start();
+    AwaitCalls("EventGetData", 1);
+    producer.SkipCall("EventKill", 1);
+    device->DoCloseDevice();
+    EXPECT_GE(producer.CallCount("EventKill"), 2U);
+    EXPECT_EQ(producer.CallCount("EventGetData"), 1U) << "the wait didn't run out";
 }
 
 TEST_F(RemoteEvent, OutlivesTheLossOfTheCamera) {

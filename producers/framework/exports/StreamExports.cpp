@@ -37,8 +37,10 @@ OV_PRODUCER_EXPORT DSStartAcquisition(GenTL::DS_HANDLE hDataStream,
 
 OV_PRODUCER_EXPORT DSStopAcquisition(GenTL::DS_HANDLE hDataStream,
                                      GenTL::ACQ_STOP_FLAGS iStopFlags) {
-    return ServeOn<Stream>(Function::DSStopAcquisition, hDataStream,
-                           [&](Stream& stream) { stream.Stop(iStopFlags); });
+    return ServeOn<Stream>(Function::DSStopAcquisition, hDataStream, [&](Stream& stream) {
+        Observer().Ask(Function::DSStopAcquisition, iStopFlags);
+        stream.Stop(iStopFlags);
+    });
 }
 
 OV_PRODUCER_EXPORT DSGetInfo(GenTL::DS_HANDLE hDataStream, GenTL::STREAM_INFO_CMD iInfoCmd,

@@ -101,7 +101,8 @@ TEST_P(StartFaultTest, ThreeFailuresOfAStartUndoEverything) {
     const int64_t events = producer.OpenCount("Event");
     producer.FailCall(name, 0, -1010);
     EXPECT_EQ(OVStreamOn(handle), -1010);
-    EXPECT_EQ(producer.CallCount(name), 3U);
+    // A flush may have worked before it failed, so each attempt undoes it by another.
+    EXPECT_EQ(producer.CallCount(name), std::string(name) == "DSFlushQueue" ? 6U : 3U);
     ExpectClosed({"Buffer", "Acquisition"});
     EXPECT_EQ(producer.OpenCount("Event"), events);
     EXPECT_EQ(ParamsLocked(), 0U);
