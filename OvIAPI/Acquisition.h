@@ -14,6 +14,11 @@ void StartAcquisition(COvDeviceInfo& info);
 /// says; the camera's first failure is raised at the end.
 void StopAcquisition(COvDeviceInfo& info);
 
+/// The stop of a camera that is being closed: what fails is logged.
+void EndAcquisition(COvDeviceInfo& info) noexcept;
+
+// A fetch: to be called inside the camera's gate.
+
 /// Waits for a frame and copies it to frame.pImgBuf.
 void CopyFrame(COvDeviceInfo& info, OV_FRAME_DATA& frame, uint32_t timeout);
 

@@ -1,5 +1,7 @@
 // The start and the stop.
 
+#include <exception>
+
 #include "Acquisition.h"
 #include "Base/GCException.h"
 #include "TLClassFeature/IFeatureControl.h"
@@ -17,10 +19,12 @@ constexpr int kStartAttempts = 3;
 constexpr const char* kParamsLocked = "TLParamsLocked";
 constexpr const char* kReadOnly = "Can't start acquisition on read-only mode";
 
-/// The camera's transport parameters, locked for an acquisition.
+/// The camera's transport parameters, locked for an acquisition. Also unlocked when
+/// the lock itself raised: the camera may have taken it.
 class CRemoteDeviceTLParamsLockedAgency : public CAgency {
 public:
     explicit CRemoteDeviceTLParamsLockedAgency(const IFeatureControl& remote) {
+        Arm([&remote] { remote.DoSetInt(kParamsLocked, 0); });
         try {
             remote.DoSetInt(kParamsLocked, 1);
         } catch (const CNotImplementedError&) {
@@ -28,28 +32,43 @@ public:
         } catch (const GenICam_3_0_ORVANE::GenericException& error) {
             OV_LOG(error.what());
         }
-        Arm([&remote] { remote.DoSetInt(kParamsLocked, 0); });
     }
 };
 
-/// A stream that acquires. A stream that acquired before may have frames on
-/// loan, which go back before it is stopped.
+/// Ends all fetches and lets no other begin. A producer may forget a kill that
+/// meets no waiter, and a fetch may be about to wait: the kill is repeated.
+void CloseFetches(COvDeviceInfo& info, IDataStream& stream) {
+    CFetchGate& gate = info.GetFetchGate();
+    for (bool isEmpty = gate.Close(); !isEmpty; isEmpty = gate.WaitUntilEmpty()) {
+        stream.DoGetNativeNewBufferEvent().AbortWait();
+    }
+}
+
+/// The host's side of a stop. Frames on loan go back before it.
+void StopStream(COvDeviceInfo& info, IDataStream& stream) {
+    info.GetFramePool().Free();
+    stream.DoStopDataStreamAcquisition();
+}
+
+/// A stream that acquires, with a record for each of its buffers. It may have
+/// acquired before, with frames on loan and fetches under way.
 class CStartStreamAgency : public CAgency {
 public:
-    CStartStreamAgency(IDataStream& stream, CFramePool& pool, const IBufferInitInfo& info) {
-        stream.DoStartDataStreamAcqusition(info);
-        Arm([&stream, &pool] {
-            pool.Free();
-            stream.DoStopDataStreamAcquisition();
+    CStartStreamAgency(COvDeviceInfo& info, IDataStream& stream, const IBufferInitInfo& frames) {
+        stream.DoStartDataStreamAcqusition(frames);
+        Arm([&info, &stream] {
+            CloseFetches(info, stream);
+            StopStream(info, stream);
         });
+        info.GetFramePool().Make(stream.DoGetAnnounceBufferListSize());
     }
 };
 
 /// What every attempt of a start works on.
 struct StartTarget {
+    COvDeviceInfo& info;
     const IFeatureControl& remote;
     IDataStream& stream;
-    CFramePool& pool;
     bool chunkMode;
 };
 
@@ -73,8 +92,8 @@ CBufferInitInfo ReadBufferInitInfo(const IFeatureControl& remote, bool chunkMode
 }
 
 void StartOnce(const StartTarget& target) {
-    const CBufferInitInfo info = ReadBufferInitInfo(target.remote, target.chunkMode);
-    CStartStreamAgency started(target.stream, target.pool, info);
+    const CBufferInitInfo frames = ReadBufferInitInfo(target.remote, target.chunkMode);
+    CStartStreamAgency started(target.info, target.stream, frames);
     target.remote.DoSendCommand("AcquisitionStart");
     started.Commit();
 }
@@ -96,38 +115,33 @@ void StartWithRetries(const StartTarget& target) {
 class CFirstFailure {
 public:
     template <class Step>
-    void Run(const Step& step) {
+    void Run(const Step& step) noexcept {
         try {
             step();
-        } catch (const CDeviceOfflineError& error) {
-            Keep(error.what(), OV_STATUS_OFFLINE);
-        } catch (const std::exception& error) {
-            Keep(error.what(), OV_STATUS_ERROR);
-        } catch (const GenICam_3_0_ORVANE::GenericException& error) {
-            Keep(error.GetDescription(), OV_STATUS_ERROR);
+        } catch (...) {
+            if (!m_failure) {
+                m_failure = std::current_exception();
+            }
         }
     }
 
     void RaiseIfAny() const {
-        if (m_text.empty()) {
+        if (!m_failure) {
             return;
         }
-        if (m_status == OV_STATUS_OFFLINE) {
-            OV_RAISE(CDeviceOfflineError, m_text);
+        try {
+            std::rethrow_exception(m_failure);
+        } catch (const CDeviceOfflineError& error) {
+            OV_RAISE(CDeviceOfflineError, error.what());
+        } catch (const std::exception& error) {
+            OV_RAISE_STATUS(OV_STATUS_ERROR, error.what());
+        } catch (const GenICam_3_0_ORVANE::GenericException& error) {
+            OV_RAISE_STATUS(OV_STATUS_ERROR, error.GetDescription());
         }
-        OV_RAISE_STATUS(m_status, m_text);
     }
 
 private:
-    void Keep(const char* text, OV_STATUS status) {
-        if (m_text.empty()) {
-            m_text = text;
-            m_status = status;
-        }
-    }
-
-    std::string m_text;
-    OV_STATUS m_status = OV_STATUS_ERROR;
+    std::exception_ptr m_failure;
 };
 
 }  // namespace
@@ -138,11 +152,12 @@ void StartAcquisition(COvDeviceInfo& info) {
         OV_RAISE(CInvalidAccessError, kReadOnly);
     }
     const std::shared_ptr<IDataStream> stream = info.GetStream();
+    const CAutoLock lock(info.GetAcquisitionLock());
     const IFeatureControl& remote = *device.DoGetRemoteDeviceFeatureControl();
     CRemoteDeviceTLParamsLockedAgency locked(remote);
-    StartWithRetries({remote, *stream, info.GetFramePool(), IsChunkModeActive(remote)});
+    StartWithRetries({info, remote, *stream, IsChunkModeActive(remote)});
     locked.Commit();
-    info.GetFramePool().Make(stream->DoGetAnnounceBufferListSize());
+    info.GetFetchGate().Open();
 }
 
 void StopAcquisition(COvDeviceInfo& info) {
@@ -154,13 +169,27 @@ void StopAcquisition(COvDeviceInfo& info) {
     if (device.DoGetDeviceAccessMode() == OV_ACCESS_READONLY) {
         OV_RAISE(CInvalidAccessError, kReadOnly);
     }
+    const CAutoLock lock(info.GetAcquisitionLock());
+    CloseFetches(info, *stream);
     const IFeatureControl& remote = *device.DoGetRemoteDeviceFeatureControl();
     CFirstFailure failure;
     failure.Run([&remote] { remote.DoSendCommand("AcquisitionStop"); });
-    info.GetFramePool().Free();
-    stream->DoStopDataStreamAcquisition();
-    // What another thread borrowed in between; its buffer may not live as long.
-    info.GetFramePool().Free();
+    StopStream(info, *stream);
     failure.Run([&remote] { remote.DoSetInt(kParamsLocked, 0); });
     failure.RaiseIfAny();
+}
+
+void EndAcquisition(COvDeviceInfo& info) noexcept {
+    OV_RUN_LOGGED([&info] {
+        const std::shared_ptr<IDataStream> stream = info.GetStream();
+        const CAutoLock lock(info.GetAcquisitionLock());
+        CloseFetches(info, *stream);
+        if (!stream->DoIsDataStreamAcquisiton()) {
+            return;
+        }
+        OV_RUN_LOGGED([&info] {
+            info.GetDevice()->DoGetRemoteDeviceFeatureControl()->DoSendCommand("AcquisitionStop");
+        });
+        StopStream(info, *stream);
+    });
 }

@@ -33,11 +33,13 @@ private:
 void CopyFrame(COvDeviceInfo& info, OV_FRAME_DATA& frame, uint32_t timeout) {
     BUFFER_INFO buffer;
     info.GetStream()->DoGetBuffer(buffer, timeout);
-    if (buffer.base.valid) {
-        std::memcpy(frame.pImgBuf, buffer.base.value, buffer.expectedPayloadSize.value);
-    }
+    auto& memory = *static_cast<CBuffer*>(buffer.userPointer.value);
+    // A producer needn't tell where the frame is: it is where it was announced.
+    std::memcpy(frame.pImgBuf,
+                buffer.base.value != nullptr ? buffer.base.value : memory.GetMemory(),
+                std::min<size_t>(buffer.expectedPayloadSize.value, memory.GetSize()));
     FillFrame(frame, buffer);
-    static_cast<CBuffer*>(buffer.userPointer.value)->QueueBuffer();
+    memory.QueueBuffer();
 }
 
 OV_FRAME_BUFFER* LendFrame(COvDeviceInfo& info, uint32_t timeout) {

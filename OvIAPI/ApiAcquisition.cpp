@@ -15,17 +15,33 @@ using namespace OVTLClass;
 
 namespace {
 
-/// Raises for a call that fetches or returns frames in the wrong state.
-void CheckFrameCall(IDataStream& stream, const char* call) {
+/// Raises unless frames are the application's to fetch and to return, and flow.
+void CheckFrameCall(IDataStream& stream, bool isStarted, const char* call) {
     if (stream.DoIsRegisterCaptureCallback()) {
         OV_RAISE(CInvalidCallError,
                  COvString::MsgComposer("Can't call %s after register capture callback", call));
     }
-    if (!stream.DoIsDataStreamAcquisiton()) {
+    if (!isStarted) {
         OV_RAISE(CInvalidCallError,
                  COvString::MsgComposer("Can't call %s before start capture", call));
     }
 }
+
+/// For a call that returns frames.
+void CheckReturn(IDataStream& stream, const char* call) {
+    CheckFrameCall(stream, stream.DoIsDataStreamAcquisiton(), call);
+}
+
+/// A call that fetches frames, inside the camera's gate. Raises in the wrong state.
+class CFetchCall {
+public:
+    CFetchCall(COvDeviceInfo& info, const char* call) : m_fetch(info.GetFetchGate()) {
+        CheckFrameCall(*info.GetStream(), m_fetch.IsInside(), call);
+    }
+
+private:
+    CFetch m_fetch;
+};
 
 /// Raises with the message while the stream acquires.
 void CheckStopped(IDataStream& stream, const char* message) {
@@ -89,7 +105,7 @@ OV_STATUS OVGetImage(OV_DEV_HANDLE hDevice, OV_FRAME_DATA* pFrameData, uint32_t 
     COvDeviceInfo& info = EnterAcquisition(hDevice, OV_HERE);
     OV_CHECK_POINTER(pFrameData);
     OV_CHECK_POINTER(pFrameData->pImgBuf);
-    CheckFrameCall(*info.GetStream(), "GetImage");
+    const CFetchCall call(info, "GetImage");
     CopyFrame(info, *pFrameData, nTimeout);
     return OV_STATUS_SUCCESS;
 } catch (...) {
@@ -97,7 +113,12 @@ OV_STATUS OVGetImage(OV_DEV_HANDLE hDevice, OV_FRAME_DATA* pFrameData, uint32_t 
 }
 
 OV_STATUS OVFlushQueue(OV_DEV_HANDLE hDevice) try {
-    EnterAcquisition(hDevice, OV_HERE).GetStream()->DoFlushAllToInput();
+    COvDeviceInfo& info = EnterAcquisition(hDevice, OV_HERE);
+    const CFetch fetch(info.GetFetchGate());
+    // Nothing waits while stopped.
+    if (fetch.IsInside()) {
+        info.GetStream()->DoFlushAllToInput();
+    }
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -122,7 +143,7 @@ OV_STATUS OVDQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBuffer, uint32
     OV_CHECK_POINTER(ppFrameBuffer);
     *ppFrameBuffer = nullptr;
     COvDeviceInfo& info = VerifyDeviceHandle(hDevice, OV_HERE);
-    CheckFrameCall(*info.GetStream(), "DQBuf");
+    const CFetchCall call(info, "DQBuf");
     *ppFrameBuffer = LendFrame(info, nTimeOut);
     return OV_STATUS_SUCCESS;
 } catch (...) {
@@ -131,7 +152,7 @@ OV_STATUS OVDQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBuffer, uint32
 
 OV_STATUS OVQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER* pFrameBuffer) try {
     COvDeviceInfo& info = EnterAcquisition(hDevice, OV_HERE);
-    CheckFrameCall(*info.GetStream(), "QBuf");
+    CheckReturn(*info.GetStream(), "QBuf");
     info.GetFramePool().Return(pFrameBuffer);
     return OV_STATUS_SUCCESS;
 } catch (...) {
@@ -147,7 +168,7 @@ OV_STATUS OVDQAllBufs(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBufferArra
     OV_CHECK_POINTER(pnFrameCount);
     *pnFrameCount = 0;
     COvDeviceInfo& info = VerifyDeviceHandle(hDevice, OV_HERE);
-    CheckFrameCall(*info.GetStream(), "DQAllBufs");
+    const CFetchCall call(info, "DQAllBufs");
     *pnFrameCount = LendAllFrames(info, ppFrameBufferArray, nFrameBufferArraySize, nTimeOut);
     return OV_STATUS_SUCCESS;
 } catch (...) {
@@ -156,7 +177,7 @@ OV_STATUS OVDQAllBufs(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBufferArra
 
 OV_STATUS OVQAllBufs(OV_DEV_HANDLE hDevice) try {
     COvDeviceInfo& info = EnterAcquisition(hDevice, OV_HERE);
-    CheckFrameCall(*info.GetStream(), "QAllBufs");
+    CheckReturn(*info.GetStream(), "QAllBufs");
     info.GetFramePool().ReturnAll();
     return OV_STATUS_SUCCESS;
 } catch (...) {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "Acquisition.h"
 #include "DeviceInfoFactory.h"
-#include "TLClassFeature/IFeatureControl.h"
 #include "TLClassLoadTL/OvException.h"
 #include "TLClassLoadTL/OvString.h"
 #include "TLClassLoadTL/VxThread.h"
@@ -48,18 +48,11 @@ void CheckNotInCallback(const COvDeviceInfo& info, const char* what) {
     }
 }
 
+/// Goes to its end whatever fails: the handle is void afterwards.
 void Close(COvDeviceInfo& info) {
-    const std::shared_ptr<IDevice> device = info.GetDevice();
-    const std::shared_ptr<IDataStream> stream = info.GetStream();
-    if (stream->DoIsDataStreamAcquisiton()) {
-        OV_RUN_LOGGED([&device] {
-            device->DoGetRemoteDeviceFeatureControl()->DoSendCommand("AcquisitionStop");
-        });
-        info.GetFramePool().Free();
-        stream->DoStopDataStreamAcquisition();
-    }
-    stream->DoCloseDataStream();
-    device->DoCloseDevice();
+    EndAcquisition(info);
+    OV_RUN_LOGGED([&info] { info.GetStream()->DoCloseDataStream(); });
+    OV_RUN_LOGGED([&info] { info.GetDevice()->DoCloseDevice(); });
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "FetchGate.h"
 #include "FramePool.h"
 #include "OvIDef.h"
 #include "TLClassInfo/InfoRecords.h"
@@ -64,6 +65,9 @@ public:
 
     OVTLClass::CLock& GetDeviceLock() const { return m_deviceLock; }
     CFramePool& GetFramePool() { return m_framePool; }
+    CFetchGate& GetFetchGate() { return m_fetchGate; }
+    /// Held for the whole of a start or a stop.
+    OVTLClass::CLock& GetAcquisitionLock() { return m_acquisitionLock; }
 
     std::string vendorName;
     std::string modelName;
@@ -87,4 +91,6 @@ private:
     mutable OVTLClass::CLock m_streamLock;
     mutable std::shared_ptr<OVTLClass::IDataStream> m_stream;
     CFramePool m_framePool;
+    CFetchGate m_fetchGate;
+    OVTLClass::CLock m_acquisitionLock;
 };

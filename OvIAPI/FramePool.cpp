@@ -9,6 +9,8 @@ using namespace OVTLClass;
 
 namespace {
 
+constexpr size_t kRetired = 1024;
+
 /// The buffer of a frame goes back to the producer.
 void QueueBufferOf(const OV_FRAME_BUFFER& frame) {
     if (frame.nBufID != 0) {
@@ -19,9 +21,11 @@ void QueueBufferOf(const OV_FRAME_BUFFER& frame) {
 }  // namespace
 
 void CFramePool::Make(size_t count) {
-    Free();
-    const std::scoped_lock lock(m_freeMutex);
-    m_free.resize(count);
+    Queue fresh(count);
+    const std::scoped_lock freeLock(m_freeMutex);
+    const std::scoped_lock deliveredLock(m_deliveredMutex);
+    FreeLocked();
+    m_free.swap(fresh);
 }
 
 OV_FRAME_BUFFER* CFramePool::Take(const OV_FRAME_BUFFER& content) {
@@ -62,10 +66,17 @@ void CFramePool::ReturnAt(Queue::iterator frame) {
 
 void CFramePool::Free() {
     const std::scoped_lock freeLock(m_freeMutex);
-    m_free.clear();
     const std::scoped_lock deliveredLock(m_deliveredMutex);
+    FreeLocked();
+}
+
+void CFramePool::FreeLocked() {
+    m_free.clear();
     for (const auto& frame : m_delivered) {
         OV_RUN_LOGGED([&frame] { QueueBufferOf(frame); });
     }
-    m_delivered.clear();
+    m_retired.splice(m_retired.begin(), m_delivered);
+    if (m_retired.size() > kRetired) {
+        m_retired.resize(kRetired);
+    }
 }

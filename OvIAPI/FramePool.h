@@ -16,25 +16,31 @@ public:
     CFramePool(const CFramePool&) = delete;
     CFramePool& operator=(const CFramePool&) = delete;
 
-    /// Frees the pool and fills it with blank records.
+    /// Frees the pool and fills it with blank records. Without memory for them
+    /// nothing changes.
     void Make(size_t count);
     /// A free record, now delivered, with that content; null when none is free.
-    /// It is filled here, under the locks: a stop on another thread deletes it.
+    /// It is filled here, under the locks: a stop on another thread takes it.
     OV_FRAME_BUFFER* Take(const OV_FRAME_BUFFER& content);
     /// Gives a delivered record and its buffer back. Raises for any other
     /// pointer.
     void Return(OV_FRAME_BUFFER* frame);
     void ReturnAll();
-    /// Gives all delivered buffers back and deletes all records.
+    /// Gives all delivered buffers back; no record is left.
     void Free();
 
 private:
     using Queue = std::list<OV_FRAME_BUFFER>;
 
     void ReturnAt(Queue::iterator frame);
+    void FreeLocked();
 
     std::mutex m_freeMutex;
     Queue m_free;
     std::mutex m_deliveredMutex;
     Queue m_delivered;
+    /// On loan when the pool was freed, the last ones first. They are kept for a
+    /// while, so that no frame is lent at the address of one that somebody still
+    /// means to give back.
+    Queue m_retired;
 };

@@ -248,7 +248,8 @@ OV_API OV_STATUS OVSendCommand(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID);
  */
 /** @{ */
 
-/** How many buffers the next start uses; 5 until it is set. Only while stopped.
+/** How many buffers the next start uses; until it is set 5, or what the producer
+ *  needs when that is more. Only while stopped.
  *  @return OV_STATUS_OUT_OF_RANGE when the producer needs more */
 OV_API OV_STATUS OVSetAcqusitionBufferNumber(OV_DEV_HANDLE hDevice, uint64_t nBufferNum);
 /** How many buffers the next start uses. */
@@ -268,7 +269,8 @@ OV_API OV_STATUS OVUnregisterCaptureCallback(OV_DEV_HANDLE hDevice);
  *  @param nTimeout    in milliseconds; OV_STATUS_TIMEOUT when nothing came */
 OV_API OV_STATUS OVGetImage(OV_DEV_HANDLE hDevice, OV_FRAME_DATA* pFrameData, uint32_t nTimeout);
 
-/** Gives every waiting frame back to the producer, unseen. */
+/** Gives the frames that wait by now back to the producer, unseen. Frames on loan
+ *  stay on loan. Success without effect while stopped. */
 OV_API OV_STATUS OVFlushQueue(OV_DEV_HANDLE hDevice);
 
 /** Starts the acquisition. The camera's transport parameters are locked from
@@ -276,6 +278,7 @@ OV_API OV_STATUS OVFlushQueue(OV_DEV_HANDLE hDevice);
 OV_API OV_STATUS OVStreamOn(OV_DEV_HANDLE hDevice);
 /** Stops the acquisition; frames on loan are void afterwards. The host's side is
  *  stopped even when the camera doesn't answer; its failure is then the result.
+ *  A fetch that waits on another thread ends with the producer's -1012.
  *  Not from the capture callback: OV_STATUS_INVALID_CALL. */
 OV_API OV_STATUS OVStreamOff(OV_DEV_HANDLE hDevice);
 

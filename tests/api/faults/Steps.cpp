@@ -8,6 +8,7 @@ constexpr int32_t kEntryPointMissing = -1;
 constexpr int32_t kNotImplemented = -1003;
 constexpr int32_t kAccessDenied = -1005;
 constexpr int32_t kInvalidId = -1007;
+constexpr int32_t kInvalidParameter = -1009;
 constexpr int32_t kTimeout = -1011;
 constexpr int32_t kDeviceGone = -10000;
 
@@ -15,7 +16,7 @@ OV_STATUS StatusOf(int32_t code) {
     static const std::map<int32_t, OV_STATUS> kStatus = {
         {kNotImplemented, OV_STATUS_NOT_IMPLEMENTED},
         {kAccessDenied, OV_STATUS_INVALID_ACCESS},
-        {-1009, OV_STATUS_INVALID_PARAMETER},
+        {kInvalidParameter, OV_STATUS_INVALID_PARAMETER},
         {kTimeout, OV_STATUS_TIMEOUT},
         {kDeviceGone, OV_STATUS_OFFLINE},
     };
@@ -76,6 +77,10 @@ Outcome OutcomeOf(const Step& step, int32_t code, bool persistent, bool mute) {
             return Raised(step.call, code, mute);
         case Fate::RaisedUnlessMissing:
             return code == kNotImplemented ? Outcome{} : Raised(step.call, code, mute);
+        case Fate::RaisedUnlessUnknown:
+            return code == kNotImplemented || code == kInvalidId || code == kInvalidParameter
+                       ? Outcome{}
+                       : Raised(step.call, code, mute);
         case Fate::Healed:
             return persistent ? Raised(step.call, code, mute) : Outcome{};
         case Fate::ReportedByStop:

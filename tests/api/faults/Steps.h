@@ -12,6 +12,7 @@
 enum class Fate {
     Raised,               ///< ends the action with the failure's status and text
     RaisedUnlessMissing,  ///< as above; "not implemented" is passed over
+    RaisedUnlessUnknown,  ///< as above; so are an unknown ID and a wrong parameter
     Healed,               ///< one failure is made good by the next attempt; three are raised
     ReportedByStop,       ///< the action goes on to its end and then reports
     NotedByImport,        ///< the text notes it; the rest of the file is loaded

@@ -13,7 +13,8 @@ Steps OpenSteps(Fate fate, Fate blankId, const std::string& why = {}) {
            Steps{{"DevGetNumDataStreams", 1, fate, why},
                  {"DevGetDataStreamID", 2, blankId, "the ID stays blank"},
                  {"DevOpenDataStream", 1, fate, why}} +
-           DescriptionSteps(fate, why);
+           DescriptionSteps(fate, why) +
+           Steps{{"DSGetInfo", 1, Fate::Swallowed, "a producer may need no number of buffers"}};
 }
 
 class OpenFaultTest : public FaultMatrix {

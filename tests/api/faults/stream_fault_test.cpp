@@ -209,7 +209,7 @@ TEST_P(StreamFaultTest, AFaultWhileAllFramesAreLentLeavesNoneLent) {
 }
 
 TEST_P(StreamFaultTest, OtherCallsOnAStreamRaiseOrPassOver) {
-    Run({.steps = {{"DSFlushQueue", 1, Fate::Raised, ""}},
+    Run({.steps = {{"DSGetInfo", 1, Fate::Raised, ""}},
          .prepare = [this] { StartCamera(); },
          .action = [this] { return OVFlushQueue(camera); },
          .again = [this] { EXPECT_OV_OK(OVFlushQueue(camera)); }});

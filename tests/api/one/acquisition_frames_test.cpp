@@ -1,6 +1,9 @@
 // What becomes of frames: on loan, by copy, in records.
 
+#include <algorithm>
+#include <cstring>
 #include <thread>
+#include <vector>
 
 #include "GenTL/GenTL.h"
 #include "support/AcquisitionTest.h"
@@ -49,15 +52,18 @@ TEST_F(AcquisitionTest, AnArrayOneShortTellsTheNumberThatItNeeds) {
                   "Size of OV_FRAME_DATA* array should be at least 5");
 }
 
-/// Frames on loan are flushed back to the producer, so that there are more frames
-/// than records to lend.
+/// The producer keeps buffers of an earlier start, so that there are more frames than
+/// records to lend.
 class ExhaustedPoolTest : public AcquisitionTest {
 protected:
     /// Lends `number` frames and leaves five in the producer's hands.
     void Exhaust(unsigned number) {
         Start();
+        RefuseRevokes(number);
+        Stop();
+        RefuseRevokes(number);
+        Start();
         BorrowNew(number);
-        ASSERT_OV_OK(OVFlushQueue(camera));
     }
     /// Frames of five buffers can be had, so none of them is lost.
     void ExpectAllFiveBack() {
@@ -76,6 +82,11 @@ protected:
     }
 
 private:
+    void RefuseRevokes(unsigned number) {
+        for (unsigned call = 1; call <= number; ++call) {
+            producer.FailCall("DSRevokeBuffer", call, GenTL::GC_ERR_BUSY);
+        }
+    }
     int64_t Delivered() {
         int64_t delivered = 0;
         EXPECT_OV_OK(OVGetInt(camera, OV_FEATURE_StreamDeliveredFrameCount, &delivered));
@@ -215,13 +226,76 @@ TEST_F(AcquisitionTest, NothingComesWithinTheTimeOut) {
     EXPECT_NE(Borrow(), nullptr) << "a time-out changes nothing";
 }
 
-TEST_F(AcquisitionTest, AFlushGivesWaitingFramesBackUnseen) {
-    EXPECT_OV_OK(OVFlushQueue(camera)) << "while stopped too";
+// The flush.
+
+class FlushTest : public ExhaustedPoolTest {};
+
+TEST_F(FlushTest, GivesWaitingFramesBackUnseen) {
     Start();
-    producer.SetFreeRunning(0, 0, 1);
-    ASSERT_NE(Borrow(), nullptr);
-    producer.SetFreeRunning(0, 0, 0);
+    AwaitWaitingFrames(3);
     EXPECT_OV_OK(OVFlushQueue(camera));
+    EXPECT_EQ(producer.SuccessCount("DSQueueBuffer"), 3U);
+    EXPECT_EQ(OVDQBuf(camera, frames, 0), OV_STATUS_TIMEOUT);
+}
+
+TEST_F(FlushTest, LeavesFramesOnLoanAlone) {
+    Start();
+    BorrowNew(1);
+    producer.Trigger(0, 0, 1);
+    OV_FRAME_BUFFER* const loan = Borrow();
+    const auto* const content = static_cast<const uint8_t*>(loan->pImgBuf);
+    const std::vector<uint8_t> before(content, content + loan->nImgSize);
+    EXPECT_OV_OK(OVFlushQueue(camera));
+    // With three buffers left, frames come and go around the loan.
+    for (int i = 0; i < 6; ++i) {
+        producer.Trigger(0, 0, 1);
+        EXPECT_OV_OK(OVQBuf(camera, Borrow()));
+    }
+    EXPECT_EQ(std::memcmp(content, before.data(), before.size()), 0);
+    EXPECT_OV_OK(OVQBuf(camera, loan));
+}
+
+TEST_F(FlushTest, TakesNoMoreThanWaitedAtTheCall) {
+    Start();
+    AwaitWaitingFrames(2);
+    producer.SetFreeRunning(0, 0, 1);
+    EXPECT_OV_OK(OVFlushQueue(camera));
+    EXPECT_LE(producer.SuccessCount("DSQueueBuffer"), 5U);
+}
+
+TEST_F(FlushTest, OfAStoppedStreamDoesNothing) {
+    EXPECT_OV_OK(OVFlushQueue(camera));
+    Start();
+    Stop();
+    const auto calls = producer.Log().size();
+    EXPECT_OV_OK(OVFlushQueue(camera));
+    EXPECT_EQ(producer.Log().size(), calls);
+}
+
+// What a producer may leave out.
+
+TEST_F(AcquisitionTest, ACopyWithoutABasePointerIsOfTheMemoryThatWasAnnounced) {
+    producer.FailCommand("DSGetBufferInfo", GenTL::BUFFER_INFO_BASE, GenTL::GC_ERR_NOT_AVAILABLE);
+    Start();
+    producer.Trigger(0, 0, 1);
+    std::fill(std::begin(pixels), std::end(pixels), uint8_t{0xFF});
+    data.pImgBuf = pixels;
+    ASSERT_OV_OK(OVGetImage(camera, &data, kFrameTimeOut));
+    EXPECT_EQ(DifferenceOf(0, data.nStatus, data), "");
+}
+
+TEST_F(AcquisitionTest, BuffersAreAsManyAsTheProducerNeeds) {
+    ASSERT_OV_OK(OVCloseDevice(camera));
+    producer.SetStreamNumber(0, 0, "AnnounceMinimum", 8);
+    camera = Open();
+    uint64_t number = 0;
+    EXPECT_OV_OK(OVGetAcqusitionBufferNumber(camera, &number));
+    EXPECT_EQ(number, 8U);
+    Start();
+    BorrowNew(8);
+    Stop();
+    ExpectFailure(OVSetAcqusitionBufferNumber(camera, 7), OV_STATUS_OUT_OF_RANGE,
+                  "Acquisition buffers is less than the minimum");
 }
 
 }  // namespace

@@ -299,9 +299,25 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(StopTest, EndsTheWaitOfAnotherThread) {
     Start();
+    // A producer forgets a kill that comes before the wait.
+    producer.SkipCall("EventKill", 1);
     std::thread puller([this] {
         data.pImgBuf = pixels;
-        // The wait is aborted, or finds the event gone when the stop was faster.
+        EXPECT_EQ(OVGetImage(camera, &data, 60000), GenTL::GC_ERR_ABORT);
+        ExpectFailure(OVGetImage(camera, &data, 60000), OV_STATUS_INVALID_CALL,
+                      "Can't call GetImage before start capture");
+    });
+    EXPECT_EQ(producer.WaitForCalls("EventGetData", 1, kFrameTimeOut), 0);
+    Stop();
+    puller.join();
+}
+
+TEST_F(StopTest, EndsAWaitThoughTheProducerRefusesTheKill) {
+    Start();
+    producer.FailCall("EventKill", 0, GenTL::GC_ERR_NOT_IMPLEMENTED);
+    std::thread puller([this] {
+        data.pImgBuf = pixels;
+        // The wait is ended, or finds the event gone when the stop was faster.
         const OV_STATUS status = OVGetImage(camera, &data, 60000);
         EXPECT_TRUE(status == GenTL::GC_ERR_ABORT || status == GenTL::GC_ERR_INVALID_HANDLE)
             << status;
@@ -309,6 +325,20 @@ TEST_F(StopTest, EndsTheWaitOfAnotherThread) {
     EXPECT_EQ(producer.WaitForCalls("EventGetData", 1, kFrameTimeOut), 0);
     Stop();
     puller.join();
+    ExpectStopped();
+}
+
+TEST_F(StopTest, EndsTheWaitsBeforeTheCameraIsTold) {
+    Start();
+    const uint64_t writes = producer.CallCount("GCWritePort");
+    producer.BlockCall("GCWritePort");
+    std::thread stopper([this] { Stop(); });
+    EXPECT_EQ(producer.WaitForCalls("GCWritePort", writes + 1, kFrameTimeOut), 0);
+    data.pImgBuf = pixels;
+    ExpectFailure(OVGetImage(camera, &data, 60000), OV_STATUS_INVALID_CALL,
+                  "Can't call GetImage before start capture");
+    producer.ReleaseCall("GCWritePort");
+    stopper.join();
 }
 
 TEST_F(StopTest, MayMeetAThreadThatBorrowsFrames) {
