@@ -5,6 +5,7 @@
 
 #include "framework/Failure.h"
 #include "virtual/FactoryCalibration.h"
+#include "virtual/RequireRange.h"
 
 namespace OvVirtual {
 
@@ -110,6 +111,17 @@ void Camera::RequireUnlocked(bool shapesFrame) const {
     }
 }
 
+CameraSelectors Camera::Selectors() const {
+    const std::lock_guard lock(m_mutex);
+    return m_state.selectors;
+}
+
+void Camera::Select(const SelectorRegister& selector, std::int64_t value) {
+    RequireRange(value, 0, selector.max);
+    const std::lock_guard lock(m_mutex);
+    m_state.selectors.*selector.field = value;
+}
+
 std::string Camera::UserId() const {
     const std::lock_guard lock(m_mutex);
     return m_state.userId;
@@ -162,6 +174,7 @@ void Camera::Reset() {
     m_paramsLocked = false;
     m_beforeLoading.reset();
     m_state.settings = m_state.userSets[static_cast<std::size_t>(m_state.userSetDefault)];
+    m_state.selectors = {};
     m_epoch = Clock::now();
 }
 

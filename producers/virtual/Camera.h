@@ -56,6 +56,10 @@ public:
     void EndLoading();
     bool IsLoading() const;
 
+    CameraSelectors Selectors() const;
+    /// -1019 when the value is out of the range.
+    void Select(const SelectorRegister& selector, std::int64_t value);
+
     std::string UserId() const;
     void SetUserId(const std::string& userId);
     bool ParamsLocked() const;

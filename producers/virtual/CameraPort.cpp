@@ -20,18 +20,15 @@ using OvProducer::RegisterSpace;
 
 constexpr std::uint64_t kDescriptionAddress = 0x100000;
 
-/// Registers that choose what other registers show. They belong to the port,
-/// not to the user sets.
-struct Selectors {
-    std::atomic<std::int64_t> temperature = 0;
-    std::atomic<std::int64_t> status = 0;
-    std::atomic<std::int64_t> balance = 0;
-    std::atomic<std::int64_t> lutIndex = 0;
-    std::atomic<std::int64_t> userSet = 0;
-    std::atomic<std::int64_t> chunk = 0;
-    std::atomic<std::int64_t> event = 0;
-    std::atomic<std::int64_t> latchedTicks = 0;
-};
+// Where it is measured, as the selector counts.
+constexpr std::int64_t kSensor = 0;
+constexpr std::int64_t kMainboard = 1;
+
+/// A sensor that works gets warmer; the mainboard lies behind it.
+float Temperature(const Camera& camera, std::int64_t place) {
+    const float sensor = camera.IsAcquiring() ? 46.5F : 41.0F;
+    return place == kMainboard ? sensor - 5.25F : sensor;
+}
 
 std::int64_t Bool(bool value) {
     return value ? 1 : 0;
@@ -81,6 +78,7 @@ public:
     void AddAll(const OvProducer::PortFacts& facts) {
         AddIdentity(facts);
         AddTime();
+        AddSelectors();
         AddSettings();
         AddImageFacts();
         AddAcquisition();
@@ -103,24 +101,16 @@ private:
         m_registers.AddInteger(address, 4, std::move(read), std::move(write));
     }
 
-    void Selector(std::uint64_t address, std::atomic<std::int64_t> Selectors::*which,
-                  std::int64_t max) {
-        Number(
-            address, [s = m_selectors, which] { return ((*s).*which).load(); },
-            [s = m_selectors, which, max](std::int64_t value) {
-                RequireRange(value, 0, max);
-                (*s).*which = value;
-            });
-    }
-
     /// The bit that a selector chooses of a setting with a bit for each entry.
     /// @param fixed  bits that can't be switched off
-    void SelectedBit(std::uint64_t address, std::atomic<std::int64_t> Selectors::*which,
+    void SelectedBit(std::uint64_t address, SelectorField which,
                      std::int64_t CameraSettings::*field, bool shapesFrame, std::int64_t fixed);
 
     void AddIdentity(const OvProducer::PortFacts& facts);
     void AddTime();
+    void AddSelectors();
     void AddSettings();
+    void AddFlips();
     void AddBinning(const SettingRegister& entry);
     void AddImageFacts();
     void AddAcquisition();
@@ -134,7 +124,6 @@ private:
     void AddDropOff();
 
     const std::shared_ptr<Camera> m_camera;
-    const std::shared_ptr<Selectors> m_selectors = std::make_shared<Selectors>();
     RegisterSpace& m_registers;
 };
 
@@ -149,18 +138,17 @@ void Builder::AddIdentity(const OvProducer::PortFacts& facts) {
     m_registers.AddText(
         0x0180, 64, [c = m_camera] { return c->UserId(); },
         [c = m_camera](const std::string& text) { c->SetUserId(text); });
-    Selector(0x0200, &Selectors::temperature, 1);
-    m_registers.AddFloat(0x0204, [c = m_camera, s = m_selectors] {
-        // A sensor that works gets warmer; the mainboard lies behind it.
-        const float sensor = c->IsAcquiring() ? 46.5F : 41.0F;
-        return s->temperature == 0 ? sensor : sensor - 5.25F;
-    });
+    m_registers.AddFloat(0x0204,
+                         [c = m_camera] { return Temperature(*c, c->Selectors().temperature); });
+    m_registers.AddFloat(0x0230, [c = m_camera] { return Temperature(*c, kSensor); });
+    m_registers.AddFloat(0x0234, [c = m_camera] { return Temperature(*c, kMainboard); });
     Number(0x0208, [c = m_camera] { return Bool(c->Identity().color); });
     m_registers.AddCommand(0x020C, [c = m_camera] { c->Reset(); });
 }
 
 void Builder::AddTime() {
-    const auto latch = [c = m_camera, s = m_selectors] { s->latchedTicks = c->Ticks(); };
+    const auto latched = std::make_shared<std::atomic<std::int64_t>>(0);
+    const auto latch = [c = m_camera, latched] { *latched = c->Ticks(); };
     m_registers.AddCommand(0x0210, latch);
     m_registers.AddCommand(0x0214, [c = m_camera] { c->ResetTicks(); });
     m_registers.AddCommand(0x0218, [c = m_camera, latch] {
@@ -168,7 +156,15 @@ void Builder::AddTime() {
         c->ResetTicks();
     });
     m_registers.AddInteger(0x0220, 8, [] { return Camera::kTicksPerSecond; });
-    m_registers.AddInteger(0x0228, 8, [s = m_selectors] { return s->latchedTicks.load(); });
+    m_registers.AddInteger(0x0228, 8, [latched] { return latched->load(); });
+}
+
+void Builder::AddSelectors() {
+    for (const SelectorRegister& entry : SelectorRegisters()) {
+        Number(
+            entry.address, [c = m_camera, field = entry.field] { return c->Selectors().*field; },
+            [c = m_camera, entry](std::int64_t value) { c->Select(entry, value); });
+    }
 }
 
 void Builder::AddSettings() {
@@ -181,6 +177,24 @@ void Builder::AddSettings() {
     for (const SettingRegister& entry : BinningRegisters()) {
         AddBinning(entry);
     }
+    AddFlips();
+}
+
+/// Both mirrors as bits of one register, beside those of their own.
+void Builder::AddFlips() {
+    Number(
+        0x0348,
+        [c = m_camera] {
+            const CameraSettings settings = c->Settings();
+            return settings.reverseX | settings.reverseY << 1;
+        },
+        [c = m_camera](std::int64_t value) {
+            RequireRange(value, 0, 3);
+            c->Change(false, [&](CameraSettings& settings) {
+                settings.reverseX = value & 1;
+                settings.reverseY = value >> 1;
+            });
+        });
 }
 
 /// Settings that come as a whole may contradict one another in between.
@@ -229,22 +243,24 @@ void Builder::AddAcquisition() {
     m_registers.AddFloat(
         0x0418, [c = m_camera] { return static_cast<float>(1 / FrameTime(c->Settings())); });
     m_registers.AddCommand(0x042C, [c = m_camera] { c->TriggerSoftware(); });
-    Selector(0x0440, &Selectors::status, 1);
-    Number(0x0444, [c = m_camera, s = m_selectors] {
-        return Bool(s->status == 0 ? c->IsAcquiring() : c->WaitsForTrigger());
+    const auto isActive = [c = m_camera] { return Bool(c->IsAcquiring()); };
+    const auto waits = [c = m_camera] { return Bool(c->WaitsForTrigger()); };
+    Number(0x0444, [c = m_camera, isActive, waits] {
+        return c->Selectors().status == 0 ? isActive() : waits();
     });
+    Number(0x0448, isActive);
+    Number(0x044C, waits);
 }
 
 void Builder::AddAnalog() {
-    Selector(0x0508, &Selectors::balance, 2);
+    const auto selected = [c = m_camera] {
+        return static_cast<std::size_t>(c->Selectors().balance);
+    };
     Number(
-        0x050C,
-        [c = m_camera, s = m_selectors] {
-            return c->Settings().balance[static_cast<std::size_t>(s->balance.load())];
-        },
-        [c = m_camera, s = m_selectors](std::int64_t value) {
+        0x050C, [c = m_camera, selected] { return c->Settings().balance[selected()]; },
+        [c = m_camera, selected](std::int64_t value) {
             RequireRange(value, 0, 65535);
-            const auto channel = static_cast<std::size_t>(s->balance.load());
+            const std::size_t channel = selected();
             c->Change(false, [&](CameraSettings& settings) { settings.balance[channel] = value; });
         });
     // White is known here without looking at a frame.
@@ -256,18 +272,18 @@ void Builder::AddAnalog() {
 }
 
 void Builder::AddLut() {
-    Selector(0x0604, &Selectors::lutIndex, kTopLevel);
     Number(
         0x0608,
-        [c = m_camera, s = m_selectors] {
+        [c = m_camera] {
             const auto table = c->Settings().lut;
             return static_cast<std::int64_t>(
-                (*table)[static_cast<std::size_t>(s->lutIndex.load())]);
+                (*table)[static_cast<std::size_t>(c->Selectors().lutIndex)]);
         },
-        [c = m_camera, s = m_selectors](std::int64_t value) {
+        [c = m_camera](std::int64_t value) {
             RequireRange(value, 0, kTopLevel);
+            const std::int64_t index = c->Selectors().lutIndex;
             c->Change(false, [&](CameraSettings& settings) {
-                settings.lut = WithEntry(*settings.lut, s->lutIndex, value);
+                settings.lut = WithEntry(*settings.lut, index, value);
             });
         });
     m_registers.Add(0x2000, std::make_unique<LutRange>(m_camera));
@@ -275,9 +291,8 @@ void Builder::AddLut() {
 
 void Builder::AddUserSets() {
     constexpr std::int64_t last = Camera::kUserSets - 1;
-    Selector(0x0700, &Selectors::userSet, last);
-    m_registers.AddCommand(0x0704, [c = m_camera, s = m_selectors] { c->LoadUserSet(s->userSet); });
-    m_registers.AddCommand(0x0708, [c = m_camera, s = m_selectors] { c->SaveUserSet(s->userSet); });
+    m_registers.AddCommand(0x0704, [c = m_camera] { c->LoadUserSet(c->Selectors().userSet); });
+    m_registers.AddCommand(0x0708, [c = m_camera] { c->SaveUserSet(c->Selectors().userSet); });
     Number(
         0x070C, [c = m_camera] { return c->UserSetDefault(); },
         [c = m_camera](std::int64_t value) {
@@ -297,30 +312,26 @@ void Builder::AddTransport() {
 }
 
 void Builder::AddChunks() {
-    Selector(0x080C, &Selectors::chunk, kChunks - 1);
-    SelectedBit(0x0810, &Selectors::chunk, &CameraSettings::chunksEnabled, true,
+    SelectedBit(0x0810, &CameraSelectors::chunk, &CameraSettings::chunksEnabled, true,
                 BitOf(Chunk::Image));
 }
 
 void Builder::AddEvents() {
-    Selector(0x0A00, &Selectors::event, kCameraEvents - 1);
-    SelectedBit(0x0A04, &Selectors::event, &CameraSettings::eventsEnabled, false, 0);
+    SelectedBit(0x0A04, &CameraSelectors::event, &CameraSettings::eventsEnabled, false, 0);
 }
 
 void Builder::AddDropOff() {
     m_registers.AddCommand(0x0A20, [c = m_camera] { c->DropOff(); });
 }
 
-void Builder::SelectedBit(std::uint64_t address, std::atomic<std::int64_t> Selectors::*which,
+void Builder::SelectedBit(std::uint64_t address, SelectorField which,
                           std::int64_t CameraSettings::*field, bool shapesFrame,
                           std::int64_t fixed) {
     Number(
         address,
-        [c = m_camera, s = m_selectors, which, field] {
-            return c->Settings().*field >> ((*s).*which).load() & 1;
-        },
-        [c = m_camera, s = m_selectors, which, field, shapesFrame, fixed](std::int64_t value) {
-            const std::int64_t bit = (*s).*which;
+        [c = m_camera, which, field] { return c->Settings().*field >> c->Selectors().*which & 1; },
+        [c = m_camera, which, field, shapesFrame, fixed](std::int64_t value) {
+            const std::int64_t bit = c->Selectors().*which;
             RequireRange(value, fixed >> bit & 1, 1);
             c->Change(shapesFrame, [&](CameraSettings& settings) {
                 settings.*field &= ~BitOf(bit);

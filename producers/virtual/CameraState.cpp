@@ -11,7 +11,7 @@
 namespace OvVirtual {
 namespace {
 
-constexpr const char* kFormat = "oviapi-virtual-camera-4";
+constexpr const char* kFormat = "oviapi-virtual-camera-5";
 /// Tells a whole text from one whose last number is cut off.
 constexpr const char* kEnd = "end";
 constexpr std::int64_t kBalanceMax = 65535;
@@ -40,6 +40,12 @@ void Write(std::ostream& out, const CameraSettings& settings) {
     out << '\n';
 }
 
+void Write(std::ostream& out, const CameraSelectors& selectors) {
+    for (const SelectorRegister& entry : SelectorRegisters()) {
+        out << entry.address << ' ' << selectors.*entry.field << '\n';
+    }
+}
+
 /// Reads a number; one out of the range fails the stream.
 std::int64_t ReadNumber(std::istream& in, std::int64_t min, std::int64_t max) {
     std::int64_t value = 0;
@@ -51,10 +57,20 @@ std::int64_t ReadNumber(std::istream& in, std::int64_t min, std::int64_t max) {
     return value;
 }
 
+void ReadAddress(std::istream& in, std::uint64_t address) {
+    ReadNumber(in, static_cast<std::int64_t>(address), static_cast<std::int64_t>(address));
+}
+
+void Read(std::istream& in, CameraSelectors& selectors) {
+    for (const SelectorRegister& entry : SelectorRegisters()) {
+        ReadAddress(in, entry.address);
+        selectors.*entry.field = ReadNumber(in, 0, entry.max);
+    }
+}
+
 void ReadRegister(std::istream& in, const SettingRegister& entry, CameraSettings& settings) {
-    const auto address = static_cast<std::int64_t>(entry.address);
     const SettingRange& range = entry.range;
-    ReadNumber(in, address, address);
+    ReadAddress(in, entry.address);
     const std::int64_t value = ReadNumber(in, range.min, range.max);
     if ((value - range.min) % range.step != 0) {
         in.setstate(std::ios::failbit);
@@ -125,6 +141,7 @@ std::string ToText(const CameraState& state) {
     std::ostringstream out;
     out.imbue(std::locale::classic());
     out << kFormat << ' ' << std::quoted(state.userId) << ' ' << state.userSetDefault << '\n';
+    Write(out, state.selectors);
     Write(out, state.settings);
     for (std::size_t set = 1; set < CameraState::kUserSets; ++set) {
         Write(out, state.userSets[set]);
@@ -141,6 +158,7 @@ std::optional<CameraState> StateFromText(const std::string& text, bool color) {
     std::string format;
     in >> format >> std::quoted(state.userId);
     state.userSetDefault = ReadNumber(in, 0, CameraState::kUserSets - 1);
+    Read(in, state.selectors);
     Read(in, color, state.settings);
     for (std::size_t set = 1; set < CameraState::kUserSets; ++set) {
         Read(in, color, state.userSets[set]);

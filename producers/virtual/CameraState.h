@@ -9,6 +9,7 @@
 #include <string>
 
 #include "virtual/CameraFiles.h"
+#include "virtual/CameraSelectors.h"
 #include "virtual/CameraSettings.h"
 
 namespace OvVirtual {
@@ -19,6 +20,7 @@ struct CameraState {
 
     CameraSettings settings;
     std::array<CameraSettings, kUserSets> userSets;
+    CameraSelectors selectors;
     std::int64_t userSetDefault = 0;
     std::string userId;
     std::optional<CameraFiles::Content> userFile;  ///< empty when it isn't there
@@ -27,9 +29,9 @@ struct CameraState {
 /// As a camera comes from the factory.
 CameraState FactoryState(bool color);
 
-/// One line for the camera, then one block of lines for the settings and one
-/// for each user set: an address and its value a line. One line for the user's
-/// file ends it.
+/// One line for the camera, then one block of lines for the selectors, one for the
+/// settings and one for each user set: an address and its value a line. One line
+/// for the user's file ends it.
 std::string ToText(const CameraState& state);
 
 /// Empty unless every line is as ToText writes it, with values that the

@@ -10,6 +10,7 @@ namespace {
 
 using OvProducer::RegisterSpace;
 
+constexpr std::uint64_t kMode = 0x0908;
 constexpr std::uint64_t kExecute = 0x090C;
 constexpr std::uint64_t kStatus = 0x091C;
 constexpr std::uint64_t kResult = 0x0920;
@@ -18,28 +19,15 @@ constexpr std::uint64_t kBuffer = 0x4000;
 
 /// What the next operation does.
 struct FileParameters {
-    std::atomic<std::int64_t> file = 0;
-    std::atomic<std::int64_t> operation = 0;
     std::atomic<std::int64_t> mode = 0;
     std::atomic<std::int64_t> offset = 0;
     std::atomic<std::int64_t> length = CameraFiles::kBufferLength;
 
-    FileRequest Request() const {
-        return {static_cast<FileName>(file.load()), static_cast<FileOperation>(operation.load()),
+    FileRequest Request(const CameraSelectors& selectors) const {
+        return {static_cast<FileName>(selectors.file),
+                static_cast<FileOperation>(selectors.fileOperation),
                 static_cast<FileOpenMode>(mode.load()), offset, length};
     }
-};
-
-struct Choice {
-    std::uint64_t address;
-    std::atomic<std::int64_t> FileParameters::*field;
-    std::int64_t count;
-};
-
-constexpr Choice kChoices[] = {
-    {0x0900, &FileParameters::file, static_cast<std::int64_t>(FileName::Count)},
-    {0x0904, &FileParameters::operation, static_cast<std::int64_t>(FileOperation::Count)},
-    {0x0908, &FileParameters::mode, static_cast<std::int64_t>(FileOpenMode::Count)},
 };
 
 /// These take every number: the operation tells whether it makes sense.
@@ -73,15 +61,12 @@ private:
 };
 
 void AddParameters(RegisterSpace& registers, const std::shared_ptr<FileParameters>& parameters) {
-    for (const Choice& choice : kChoices) {
-        registers.AddInteger(
-            choice.address, 4,
-            [p = parameters, field = choice.field] { return ((*p).*field).load(); },
-            [p = parameters, choice](std::int64_t value) {
-                RequireRange(value, 0, choice.count - 1);
-                (*p).*choice.field = value;
-            });
-    }
+    registers.AddInteger(
+        kMode, 4, [p = parameters] { return p->mode.load(); },
+        [p = parameters](std::int64_t value) {
+            RequireRange(value, 0, static_cast<std::int64_t>(FileOpenMode::Count) - 1);
+            p->mode = value;
+        });
     for (const Amount& amount : kAmounts) {
         registers.AddInteger(
             amount.address, amount.length,
@@ -95,14 +80,16 @@ void AddParameters(RegisterSpace& registers, const std::shared_ptr<FileParameter
 void AddFileRegisters(RegisterSpace& registers, const std::shared_ptr<Camera>& camera) {
     const auto parameters = std::make_shared<FileParameters>();
     AddParameters(registers, parameters);
-    registers.AddCommand(kExecute,
-                         [camera, parameters] { camera->Files().Execute(parameters->Request()); });
+    registers.AddCommand(kExecute, [camera, parameters] {
+        camera->Files().Execute(parameters->Request(camera->Selectors()));
+    });
     registers.AddInteger(kStatus, 4, [camera] {
         return static_cast<std::int64_t>(camera->Files().Outcome().status);
     });
     registers.AddInteger(kResult, 4, [camera] { return camera->Files().Outcome().count; });
-    registers.AddInteger(kSize, 4, [camera, parameters] {
-        return static_cast<std::int64_t>(camera->Files().Size(parameters->Request().file));
+    registers.AddInteger(kSize, 4, [camera] {
+        const auto file = static_cast<FileName>(camera->Selectors().file);
+        return static_cast<std::int64_t>(camera->Files().Size(file));
     });
     registers.Add(kBuffer, std::make_unique<FileBuffer>(camera));
 }

@@ -10,8 +10,8 @@
 
 namespace OvVirtual {
 
-/// Adds them to a port's; they keep the camera. What the next operation does
-/// belongs to the port.
+/// Adds them to a port's; they keep the camera. How the next operation opens and
+/// what it moves belongs to the port.
 void AddFileRegisters(OvProducer::RegisterSpace& registers, const std::shared_ptr<Camera>& camera);
 
 }  // namespace OvVirtual

@@ -43,6 +43,8 @@ CameraState Changed() {
     CameraState state = FactoryState(true);
     state.userId = "line \"3\"\nback \\ left";
     state.userSetDefault = 2;
+    state.selectors.balance = 2;
+    state.selectors.fileOperation = 4;
     state.settings.exposure = 41;
     state.settings.width = 640;
     state.settings.offsetX = 64;
@@ -70,6 +72,8 @@ TEST_F(CameraMemoryTest, GivesBackAllThatItWasGiven) {
     ASSERT_TRUE(loaded);
     EXPECT_EQ(ToText(*loaded), ToText(state));
     EXPECT_EQ(loaded->userId, state.userId);
+    EXPECT_EQ(loaded->selectors.balance, 2);
+    EXPECT_EQ(loaded->selectors.fileOperation, 4);
     EXPECT_EQ(loaded->settings.exposure, 41);
     EXPECT_EQ((*loaded->settings.lut)[17], kTopLevel);
     EXPECT_EQ(loaded->userSets[1].gain, 240);
@@ -138,6 +142,8 @@ TEST_F(CameraMemoryTest, RefusesWhatTheRegistersWouldRefuse) {
     EXPECT_TRUE(refuses([](CameraState& s) { s.userSets[1].binningX = 3; }));
     EXPECT_TRUE(refuses([](CameraState& s) { s.userSets[2].balance[0] = -1; }));
     EXPECT_TRUE(refuses([](CameraState& s) { s.userSetDefault = 3; }));
+    EXPECT_TRUE(refuses([](CameraState& s) { s.selectors.userSet = 3; }));
+    EXPECT_TRUE(refuses([](CameraState& s) { s.selectors.lutIndex = -1; }));
     EXPECT_TRUE(refuses([](CameraState& s) { s.userId = std::string(65, 'x'); }));
     EXPECT_FALSE(refuses([](CameraState& s) { s.userFile->resize(CameraFiles::kUserFileMax); }));
     EXPECT_TRUE(refuses([](CameraState& s) { s.userFile->resize(CameraFiles::kUserFileMax + 1); }));
@@ -168,6 +174,29 @@ TEST_F(RememberingCamera, KeepsASettingForTheNextProcess) {
     WithCamera([](OpenCamera& camera) { camera.WriteRegister(kExposure, std::uint32_t{4242}); });
     WithCamera([](OpenCamera& camera) {
         EXPECT_EQ(camera.ReadRegister<std::uint32_t>(kExposure), 4242U);
+    });
+}
+
+TEST_F(RememberingCamera, KeepsEachSelectorForTheNextProcess) {
+    for (const SelectorRegister& entry : SelectorRegisters()) {
+        const auto last = static_cast<std::uint32_t>(entry.max);
+        WithCamera([&](OpenCamera& camera) { camera.WriteRegister(entry.address, last); });
+        WithCamera([&](OpenCamera& camera) {
+            EXPECT_EQ(camera.ReadRegister<std::uint32_t>(entry.address), last) << entry.address;
+        });
+    }
+}
+
+TEST_F(RememberingCamera, SelectsNothingAfterAReset) {
+    constexpr std::uint64_t reset = 0x20C;
+    WithCamera([&](OpenCamera& camera) {
+        for (const SelectorRegister& entry : SelectorRegisters()) {
+            camera.WriteRegister(entry.address, static_cast<std::uint32_t>(entry.max));
+        }
+        camera.WriteRegister(reset, std::uint32_t{1});
+        for (const SelectorRegister& entry : SelectorRegisters()) {
+            EXPECT_EQ(camera.ReadRegister<std::uint32_t>(entry.address), 0U) << entry.address;
+        }
     });
 }
 

@@ -275,6 +275,8 @@ TEST_F(VirtualCamera, TriggerTakesOneFrameEach) {
     EXPECT_EQ(camera.GetFrame(data, 20), GenTL::GC_ERR_TIMEOUT);
     Write(Reg::StatusSelector, 1);
     EXPECT_EQ(Read(Reg::Status), 1U);
+    EXPECT_EQ(Read(Reg::TriggerWait), 1U);
+    EXPECT_EQ(Read(Reg::Active), 1U);
     Write(Reg::Software, 1);
     Write(Reg::Software, 1);
     EXPECT_EQ(FrameId(camera.NextFrame()), 0U);
@@ -380,6 +382,29 @@ TEST_F(VirtualCamera, TemperatureDependsOnThePlace) {
     Write(Reg::TemperatureSelector, 1);
     EXPECT_LT(camera.ReadRegister<float>(Reg::Temperature), sensor);
     EXPECT_EQ(TryWrite(Reg::TemperatureSelector, 2), GenTL::GC_ERR_INVALID_VALUE);
+}
+
+TEST_F(VirtualCamera, EachTemperatureHasARegisterOfItsOwn) {
+    camera.OpenDevice();
+    for (const auto& [place, address] :
+         {std::pair(0U, Reg::SensorTemperature), std::pair(1U, Reg::MainboardTemperature)}) {
+        Write(Reg::TemperatureSelector, place);
+        EXPECT_EQ(camera.ReadRegister<float>(address),
+                  camera.ReadRegister<float>(Reg::Temperature));
+    }
+    EXPECT_LT(camera.ReadRegister<float>(Reg::MainboardTemperature),
+              camera.ReadRegister<float>(Reg::SensorTemperature));
+}
+
+TEST_F(VirtualCamera, MirrorsAreBitsOfOneRegisterToo) {
+    camera.OpenDevice();
+    Write(Reg::Flips, 2);
+    EXPECT_EQ(Read(Reg::ReverseX), 0U);
+    EXPECT_EQ(Read(Reg::ReverseY), 1U);
+    Write(Reg::ReverseX, 1);
+    EXPECT_EQ(Read(Reg::Flips), 3U);
+    EXPECT_EQ(TryWrite(Reg::Flips, 4), GenTL::GC_ERR_INVALID_VALUE);
+    EXPECT_EQ(Read(Reg::Flips), 3U);
 }
 
 TEST_F(VirtualCamera, SensorLimitsTheFrameRate) {

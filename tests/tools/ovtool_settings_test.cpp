@@ -40,13 +40,25 @@ TEST_F(SettingsToolTest, LoadBringsBackTenFeaturesAndTwoSelectors) {
          {"OffsetX 0", "OffsetY 0", "Width 2448", "Height 2048", "PixelFormat Mono8",
           "ReverseX true", "ExposureTime 20000", "Gain 3.5", "Gamma 2", "BalanceRatio 1.25",
           "TestPattern GreyHorizontalRamp", "TriggerMode On", "BalanceRatioSelector Blue",
-          "DeviceTemperatureSelector Mainboard"}) {
+          "LUTIndex 7"}) {
         Set(setting);
     }
     EXPECT_NE(Virtual("features --json").out, before.out);
     ExpectPrints(Virtual("load " + file), "");
     EXPECT_EQ(Virtual("features --json").out, before.out);
     ExpectPrints(Virtual("load --verify " + file), "");
+}
+
+TEST_F(SettingsToolTest, CameraKeepsItsSelectorsFromOneCommandToTheNext) {
+    for (const char* const colour : {"Red", "Green", "Blue"}) {
+        Set(std::string("BalanceRatioSelector ") + colour);
+        ExpectPrints(Virtual("get BalanceRatioSelector"), std::string(colour) + "\n");
+        Set("BalanceRatio 1.5");
+    }
+    for (const char* const colour : {"Red", "Green", "Blue"}) {
+        Set(std::string("BalanceRatioSelector ") + colour);
+        ExpectPrints(Virtual("get BalanceRatio"), "1.5\n");
+    }
 }
 
 TEST_F(SettingsToolTest, LoadTellsWhatTheCameraRefusedAndSetsTheRest) {
