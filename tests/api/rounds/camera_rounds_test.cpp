@@ -178,12 +178,16 @@ TEST_F(CameraRoundsTest, AStreamStopsUnderAThreadThatWaitsForAFrame) {
             return status;
         });
         waiting.WaitFor(1);
-        // The wait may begin before the stop or find the event gone.
+        // The wait may begin before the stop or once the stop waits for its end.
         if (round % 4 < 2) {
             waiting.Release();
         }
-        EXPECT_OV_OK(OVStreamOff(camera));
+        HeldCall killing(custom, "EventKill");
+        Beside stopping([&] { return OVStreamOff(camera); });
+        killing.WaitFor(1);
+        killing.Release();
         waiting.Release();
+        EXPECT_EQ(stopping.Join(), OV_STATUS_SUCCESS) << stopping.GetText();
         EXPECT_NE(lending.Join(), OV_STATUS_TIMEOUT);
         ExpectClosed({"Buffer", "Event", "Acquisition"});
     });
