@@ -204,6 +204,43 @@ TEST(HostileFormula, MayCallWithMoreArgumentsThanAnyoneCounts) {
     }
 }
 
+TEST(HostileFormula, MayNameVeryManyVariables) {
+    constexpr int kCount = 100000;
+    Int64MathParser parser;
+    std::string formula = "0";
+    for (int i = 0; i < kCount; ++i) {
+        const std::string name = "V" + std::to_string(i);
+        parser.AddVariable(name);
+        formula += "+" + name;
+    }
+    ASSERT_EQ(parser.Compile(formula, false), nullptr);
+    for (size_t i = 0; i < kCount; ++i) {
+        parser.GetVariableSlot(i) = 2;
+    }
+    int64_t result = 0;
+    ASSERT_EQ(parser.Evaluate(result), nullptr);
+    EXPECT_EQ(result, 2 * kCount);
+}
+
+TEST(HostileFormula, FindsTheFirstOfManyVariablesOfOneName) {
+    for (const bool upperCase : {false, true}) {
+        Int64MathParser parser;
+        for (int i = 0; i < 100; ++i) {
+            parser.AddVariable(i < 50 ? "Other" : "Name");
+        }
+        ASSERT_EQ(parser.Compile(upperCase ? "nAME" : "Name", upperCase), nullptr);
+        for (size_t i = 0; i < 100; ++i) {
+            parser.GetVariableSlot(i) = static_cast<int64_t>(i);
+        }
+        int64_t result = 0;
+        ASSERT_EQ(parser.Evaluate(result), nullptr);
+        EXPECT_EQ(result, 50);
+        EXPECT_STREQ(parser.Compile("Missing", upperCase),
+                     upperCase ? "# MISSING - Unknown function/variable!"
+                               : "# Missing - Unknown function/variable!");
+    }
+}
+
 TEST(HostileFormula, MayNameWhatDoesNotExist) {
     const std::string name(100000, 'N');
     EXPECT_EQ(RunDouble(name),

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <optional>
+#include <unordered_map>
 
 #include "FormulaTokens.h"
 
@@ -18,6 +19,8 @@ constexpr const char* kExtraOperation = "#Extra operation!";
 constexpr const char* kLogical = "#Logical expression error!";
 constexpr const char* kInvalidCount = "#Invalid parameters count for function call!";
 constexpr size_t kReserved = 64;
+/// As many variables are found faster one after the other than by a table.
+constexpr size_t kFewVariables = 16;
 
 struct FunctionRow {
     std::string_view name;
@@ -84,6 +87,12 @@ public:
     Compiler(MathParserT& parser, std::string_view formula, bool upperCase)
         : m_Parser(parser), m_Tokens(formula), m_UpperCase(upperCase) {
         m_Waiting.reserve(kReserved);
+        const auto& names = m_Parser.m_Names;
+        if (names.size() > kFewVariables) {
+            for (size_t place = 0; place < names.size(); ++place) {
+                m_Places.emplace(m_UpperCase ? ToUpper(names[place]) : names[place], place);
+            }
+        }
     }
 
     const char* Compile() {
@@ -186,18 +195,28 @@ private:
         return nullptr;
     }
 
-    const char* TakeVariable(std::string_view name) {
+    /// The first variable of a name; the number of all where there is none.
+    size_t FindVariable(std::string_view name) const {
         const auto& names = m_Parser.m_Names;
+        if (names.size() > kFewVariables) {
+            const auto found = m_Places.find(m_UpperCase ? ToUpper(name) : std::string(name));
+            return found == m_Places.end() ? names.size() : found->second;
+        }
         const auto found =
             std::find_if(names.begin(), names.end(), [this, name](const std::string& variable) {
                 return m_UpperCase ? IsSameInUpperCase(variable, name) : variable == name;
             });
-        if (found == names.end()) {
+        return static_cast<size_t>(found - names.begin());
+    }
+
+    const char* TakeVariable(std::string_view name) {
+        const size_t place = FindVariable(name);
+        if (place == m_Parser.m_Names.size()) {
             m_Parser.m_UnknownName = "# " + (m_UpperCase ? ToUpper(name) : std::string(name)) +
                                      " - Unknown function/variable!";
             return m_Parser.m_UnknownName.c_str();
         }
-        EmitLoad(static_cast<size_t>(found - names.begin()));
+        EmitLoad(place);
         return nullptr;
     }
 
@@ -383,6 +402,8 @@ private:
     MathParserT& m_Parser;
     FormulaTokens m_Tokens;
     bool m_UpperCase;
+    /// The variables by name, where there are many.
+    std::unordered_map<std::string, size_t> m_Places;
     bool m_WantsOperand = true;
     std::vector<Entry> m_Waiting;
     size_t m_Depth = 0;
