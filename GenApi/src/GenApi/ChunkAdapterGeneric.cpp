@@ -1,6 +1,7 @@
 #include "GenApi/ChunkAdapterGeneric.h"
 
 #include <limits>
+#include <span>
 #include <string_view>
 
 #include "Base/GCException.h"

@@ -68,7 +68,7 @@ EYesNo CChunkPort::GetSwapEndianess() {
 }
 
 bool CChunkPort::CheckChunkID(const uint8_t* bytes, int64_t length) const {
-    return m_ChunkID.Matches(std::span(bytes, static_cast<size_t>(length)));
+    return m_ChunkID.Matches(bytes, static_cast<size_t>(length));
 }
 
 void CChunkPort::AttachChunk(uint8_t* base, int64_t offset, int64_t length, bool cache) {

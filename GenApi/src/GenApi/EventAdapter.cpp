@@ -53,7 +53,7 @@ void CEventAdapter::AttachEventToPorts(const uint8_t* data, int64_t length, uint
 }
 
 void CEventAdapter::AttachEventToPorts(const uint8_t* data, int64_t length,
-                                       std::span<const uint8_t> id) {
+                                       const std::vector<uint8_t>& id) {
     AttachEventIf(data, length, [id](const CEventPort& port) {
         return port.CheckEventID(id.data(), static_cast<int64_t>(id.size()));
     });

@@ -64,21 +64,21 @@ void CEventAdapterGEV::DeliverMessage(const uint8_t* bytes, int64_t length) {
     const size_t size = command == kEventDataCommand ? told : record.size;
     EventItems items(layout, message.subspan(layout.events, told), size);
     while (!items.IsAtEnd()) {
-        const EventItem item = items.Next();
-        DeliverEventItem(item.bytes, item.hasSize, item.id);
+        DeliverEventItem(items.Next());
     }
 }
 
-void CEventAdapterGEV::DeliverEventItem(std::span<const uint8_t> item, bool hasSize, uint32_t id) {
-    if (hasSize) {
-        AttachItemToPorts(item, id);
+void CEventAdapterGEV::DeliverEventItem(const EventItem& item) {
+    if (item.hasSize) {
+        AttachItemToPorts(item.bytes, item.id);
         return;
     }
+    const size_t size = item.bytes.size();
     std::array<uint8_t, kLongestRequest> copy;
-    std::copy(item.begin(), item.end(), copy.begin());
-    copy[0] = static_cast<uint8_t>(item.size() >> 8);
-    copy[1] = static_cast<uint8_t>(item.size());
-    AttachItemToPorts(std::span(copy).first(item.size()), id);
+    std::copy(item.bytes.begin(), item.bytes.end(), copy.begin());
+    copy[0] = static_cast<uint8_t>(size >> 8);
+    copy[1] = static_cast<uint8_t>(size);
+    AttachItemToPorts(std::span(copy).first(size), item.id);
 }
 
 }  // namespace GenApi_3_0_ORVANE

@@ -24,7 +24,7 @@ void CEventAdapterGeneric::DeliverMessage(const uint8_t* bytes, int64_t length,
     if (id.empty() || !AppendHexBytes(std::string_view(id.c_str(), id.length()), m_Identifier)) {
         RUNTIME_EXCEPTION("Invalid event ID delivered: %s", id.c_str());
     }
-    AttachEventToPorts(bytes, length, std::span<const uint8_t>(m_Identifier));
+    AttachEventToPorts(bytes, length, m_Identifier);
 }
 
 }  // namespace GenApi_3_0_ORVANE

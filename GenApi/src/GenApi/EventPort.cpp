@@ -75,7 +75,7 @@ EYesNo CEventPort::GetSwapEndianess() {
 }
 
 bool CEventPort::CheckEventID(const uint8_t* bytes, int64_t length) const {
-    return m_EventID.Matches(std::span(bytes, static_cast<size_t>(length)));
+    return m_EventID.Matches(bytes, static_cast<size_t>(length));
 }
 
 void CEventPort::AttachEvent(const uint8_t* data, int64_t length) {

@@ -3,6 +3,7 @@
 #include "Base/Lock.h"
 #include "FeaturePersistence.h"
 #include "GenApi/FeatureBag.h"
+#include "GenApi/INodePrivate.h"
 #include "GenApi/Pointer.h"
 
 namespace GenApi_3_0_ORVANE {

@@ -40,9 +40,10 @@ CPortID::CPortID(std::string_view text) {
     }
 }
 
-bool CPortID::Matches(std::span<const uint8_t> bytes) const {
-    const auto first = std::find_if_not(bytes.begin(), bytes.end(), IsZero);
-    return std::equal(first, bytes.end(), m_Bytes.begin(), m_Bytes.end());
+bool CPortID::Matches(const uint8_t* bytes, size_t length) const {
+    const uint8_t* const end = bytes + length;
+    const uint8_t* const first = std::find_if_not(bytes, end, IsZero);
+    return std::equal(first, end, m_Bytes.begin(), m_Bytes.end());
 }
 
 }  // namespace GenApi_3_0_ORVANE

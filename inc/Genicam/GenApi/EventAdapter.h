@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <vector>
 
 #include "Base/Export.h"
@@ -50,14 +49,15 @@ protected:
     /// Hands over all events of a message that its layout tells how to take apart.
     void DeliverEvents(const EventLayout& layout, const uint8_t* bytes, int64_t length);
     /// Hands an event to every port that waits for the identifier.
-    void AttachItemToPorts(std::span<const uint8_t> item, uint32_t id) {
+    template <class Bytes>
+    void AttachItemToPorts(const Bytes& item, uint32_t id) {
         AttachEventToPorts(item.data(), static_cast<int64_t>(item.size()), uint64_t{id});
     }
     /// The same for an event of which nothing was checked; null and a negative
     /// length are the ports' to refuse.
     void AttachEventToPorts(const uint8_t* data, int64_t length, uint64_t id);
     /// @param id  as a device sends it, most significant byte first
-    void AttachEventToPorts(const uint8_t* data, int64_t length, std::span<const uint8_t> id);
+    void AttachEventToPorts(const uint8_t* data, int64_t length, const std::vector<uint8_t>& id);
 
 private:
     template <class Matches>

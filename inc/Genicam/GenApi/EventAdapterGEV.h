@@ -4,6 +4,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
+struct EventItem;
+
 /// Events of GigE Vision: requests of the control channel with big-endian numbers,
 /// each with one event or several, with or without data.
 ///
@@ -17,7 +19,7 @@ public:
     void DeliverMessage(const uint8_t* bytes, int64_t length) override;
 
 private:
-    void DeliverEventItem(std::span<const uint8_t> item, bool hasSize, uint32_t id);
+    void DeliverEventItem(const EventItem& item);
 };
 
 }  // namespace GenApi_3_0_ORVANE

@@ -33,7 +33,10 @@ public:
             return *this;
         }
         const_iterator operator++(int) { return const_iterator(m_Position++); }
-        bool operator==(const const_iterator& other) const = default;
+        bool operator==(const const_iterator& other) const {
+            return m_Position == other.m_Position;
+        }
+        bool operator!=(const const_iterator& other) const { return !(*this == other); }
 
     private:
         Bags::const_iterator m_Position;

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "GenApi/INodeMap.h"
-#include "NodeMapData/NodeDataMap.h"
 #include "NodeMapData/NodeDataMapFactory.h"
+#include "NodeMapData/NodeStatistics.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -21,7 +21,7 @@ enum ECacheUsage_t {
 /// time.
 class OV_ENGINE_API CNodeMapFactory {
 public:
-    using NodeStatistics_t = CNodeDataMap::NodeStatistics_t;
+    using NodeStatistics_t = GenApi_3_0_ORVANE::NodeStatistics_t;
 
     /// Empty: without a description.
     CNodeMapFactory();

@@ -10,7 +10,7 @@ namespace GenApi_3_0_ORVANE {
 class CNodeMapFactory;
 
 /// Marks the handle that loads generic descriptions.
-class CGeneric_XMLLoaderParams {};
+class OV_ENGINE_API CGeneric_XMLLoaderParams {};
 
 /// Copies share the map; it goes with the last of them. Operations on a handle
 /// without a map raise AccessException.

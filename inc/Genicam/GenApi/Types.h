@@ -154,7 +154,7 @@ inline bool IsAvailable(EAccessMode mode) {
 /// The rights that two nodes leave together. Neither may be undefined.
 OV_ENGINE_API EAccessMode Combine(EAccessMode Peter, EAccessMode Paul);
 /// The caching that two nodes allow together.
-ECachingMode Combine(ECachingMode Peter, ECachingMode Paul);
+OV_ENGINE_API ECachingMode Combine(ECachingMode Peter, ECachingMode Paul);
 /// The stricter of the two.
 inline EVisibility Combine(EVisibility Peter, EVisibility Paul) {
     return Peter > Paul ? Peter : Paul;

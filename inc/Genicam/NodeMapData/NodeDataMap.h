@@ -13,6 +13,7 @@
 #include "NodeMapData/INodeDataMap.h"
 #include "NodeMapData/NodeData.h"
 #include "NodeMapData/NodeID.h"
+#include "NodeMapData/NodeStatistics.h"
 #include "NodeMapData/ToStringStyle.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -22,13 +23,7 @@ namespace GenApi_3_0_ORVANE {
 /// preprocessed once and then only read. One thread at a time.
 class CNodeDataMap : public INodeDataMap {
 public:
-    /// What a description amounts to.
-    struct NodeStatistics_t {
-        uint32_t NumNodes = 0;
-        uint32_t NumProperties = 0;  ///< entries of the nodes' lists
-        uint32_t NumLinks = 0;       ///< those of them that link to a node
-        uint32_t NumStrings = 0;
-    };
+    using NodeStatistics_t = GenApi_3_0_ORVANE::NodeStatistics_t;
 
     CNodeDataMap();
     CNodeDataMap(const CNodeDataMap&) = delete;

@@ -11,6 +11,7 @@
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IFloat.h"
 #include "GenApi/IInteger.h"
+#include "GenApi/ISelector.h"
 #include "LiveDescription.h"
 
 namespace {

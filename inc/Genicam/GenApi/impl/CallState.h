@@ -1,7 +1,7 @@
 #pragma once
 /// What the nodes of a map share while a client is in a call.
 
-#include "GenApi/INodeMap.h"
+#include "GenApi/INodeMapPrivate.h"
 
 namespace GenApi_3_0_ORVANE {
 

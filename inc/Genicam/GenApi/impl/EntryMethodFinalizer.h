@@ -1,6 +1,6 @@
 #pragma once
 
-#include "GenApi/INodeMap.h"
+#include "GenApi/INodeMapPrivate.h"
 #include "GenApi/impl/Node.h"
 
 namespace GenApi_3_0_ORVANE {

@@ -6,7 +6,7 @@
 #include <string>
 #include <variant>
 
-#include "GenApi/INodeMap.h"
+#include "GenApi/INodeMapPrivate.h"
 #include "NodeMapData/Property.h"
 
 namespace GenApi_3_0_ORVANE {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Base/Log.h"
-#include "GenApi/INodeMap.h"
+#include "GenApi/INodeMapPrivate.h"
 #include "GenApi/INodePrivate.h"
 #include "GenApi/impl/CallState.h"
 #include "GenApi/impl/KeptProperty.h"

@@ -2,7 +2,7 @@
 /// Failures of a node: they carry its name and the call that led to it.
 
 #include "Base/GCException.h"
-#include "GenApi/INodeMap.h"
+#include "GenApi/INodeMapPrivate.h"
 
 namespace GenApi_3_0_ORVANE {
 

@@ -1,8 +1,8 @@
 #pragma once
 /// The identifier by which a port node recognises its data in what a device sends.
 
+#include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string_view>
 #include <vector>
 
@@ -21,7 +21,7 @@ public:
     explicit CPortID(std::string_view text);
 
     /// As a device sends it, most significant byte first.
-    bool Matches(std::span<const uint8_t> bytes) const;
+    bool Matches(const uint8_t* bytes, size_t length) const;
     /// An identifier of more than 64 bits matches no number.
     bool Matches(uint64_t number) const { return m_IsNumber && m_Number == number; }
     /// In bytes, without leading zeros.
