@@ -212,6 +212,50 @@ TEST(Injection, RefusesWhatIsPreprocessed) {
               "Injected camera description file data must not be preprocessed.");
 }
 
+/// Has two nodes of which one depends on the other, and one that selects it.
+gcstring InjectableDescription() {
+    return Description(IntegerXml("B") + IntegerXml("C", "", Element("pValue", "B")) +
+                       IntegerXml("S", "", "<Value>1</Value>" + Element("pSelected", "B")) +
+                       "<Port Name=\"Device\" MergePriority=\"-1\"/>");
+}
+
+/// What a description that takes in another one comes to.
+gcstring Merged(CNodeMapFactory other, bool preprocessFirst) {
+    CNodeMapFactory factory(Description("A", 1));
+    factory.AddInjectionData(other);
+    if (preprocessFirst) {
+        other.Preprocess();
+    }
+    factory.Preprocess();
+    return factory.ToString();
+}
+
+TEST(Injection, MergesWhatWasPreprocessedLaterAsItWasGiven) {
+    const gcstring description = InjectableDescription();
+    EXPECT_EQ(Merged(CNodeMapFactory(description), true),
+              Merged(CNodeMapFactory(description), false));
+}
+
+TEST(Injection, MergesWhatWasPreprocessedLaterWithACacheToo) {
+    const ScratchFolder folder;
+    const EnvironmentScope cache("GENICAM_CACHE_V3_0", folder.Path());
+    const gcstring description = InjectableDescription();
+    const gcstring expected = Merged(CNodeMapFactory(description), false);
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        EXPECT_EQ(Merged(CNodeMapFactory(description, CacheUsage_Automatic), true), expected);
+    }
+    EXPECT_EQ(DescriptionOf<RuntimeException>(
+                  [&] { Merged(CNodeMapFactory(description, CacheUsage_ForceRead), true); }),
+              "Injected camera description file data must not be preprocessed.");
+}
+
+TEST(Injection, CompletesAReferenceWithoutAMergePriority) {
+    CNodeMapFactory factory(Description(IntegerXml("A", "", Element("pValue", "B"))));
+    factory.AddInjectionData(CNodeMapFactory(InjectableDescription()));
+    EXPECT_EQ(MapOwner(factory.CreateNodeMap()).ValueOf("A"),
+              MapOwner(CNodeMapFactory(InjectableDescription()).CreateNodeMap()).ValueOf("B"));
+}
+
 TEST(Injection, RefusesWhatIsNotComplete) {
     CNodeMapFactory factory(Description("A", 1));
     factory.AddInjectionData(

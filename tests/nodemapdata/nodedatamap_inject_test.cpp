@@ -73,10 +73,38 @@ TEST_F(NodeDataMapInject, RefusesAnyOtherPriority) {
     EXPECT_EQ(FailureOf([&] { InjectWithPriority(2); }), "Merge conflict with node 'x'");
 }
 
-TEST_F(NodeDataMapInject, RefusesANodeThatTheMainMapOnlyRefersTo) {
+TEST_F(NodeDataMapInject, FillsTheSlotThatTheMainMapRefersToWithoutAPriority) {
     AddNode(m_Main, CNodeData::Integer_ID, "Gain", {{ID::pValue_ID, "x"}});
     AddNode(m_Other, CNodeData::IntReg_ID, "x");
-    EXPECT_EQ(FailureOf([&] { m_Main.Inject(m_Other); }), "Merge conflict with node 'x'");
+    m_Main.Inject(m_Other);
+    EXPECT_EQ(NodeOf(m_Main, "x").GetNodeType(), CNodeData::IntReg_ID);
+    EXPECT_EQ(FailureOf([&] { m_Main.CheckConsistency(); }), "");
+}
+
+TEST_F(NodeDataMapInject, FillsACategoryThatTheMainMapRefersToOnce) {
+    AddNode(m_Main, CNodeData::Category_ID, "Root", {{ID::pFeature_ID, "x"}});
+    AddNode(m_Other, CNodeData::Category_ID, "x", {{ID::pFeature_ID, "f"}});
+    AddNode(m_Other, CNodeData::Integer_ID, "f");
+    m_Main.Inject(m_Other);
+    EXPECT_THAT(LinksOf(m_Main, "x", ID::pFeature_ID), testing::ElementsAre("f"));
+}
+
+TEST_F(NodeDataMapInject, LeavesBehindWhatPreprocessingAdded) {
+    AddNode(m_Other, CNodeData::Category_ID, "Root", {{ID::pFeature_ID, "GainAbs"}});
+    AddNode(m_Other, CNodeData::Integer_ID, "Selector", {{ID::pSelected_ID, "Gain"}});
+    AddNode(m_Other, CNodeData::Float_ID, "GainAbs", {{ID::pValue_ID, "Gain"}});
+    AddNode(m_Other, CNodeData::Integer_ID, "Gain");
+    std::vector<size_t> numGiven;
+    for (size_t i = 0; i < m_Other.GetNumNodeIDs(); ++i) {
+        numGiven.push_back(m_Other.GetNodeData(NodeID_t(i))->GetProperties().size());
+    }
+    CNodeDataMapFactory::PreProcessNodeDataMap(&m_Other);
+    m_Main.Inject(m_Other);
+    for (const char* const name : {"Root", "Selector", "GainAbs", "Gain"}) {
+        const auto index = static_cast<size_t>(m_Other.FindNodeID(name).ToIndex());
+        EXPECT_EQ(NodeOf(m_Main, name).GetProperties().size(), numGiven[index]) << name;
+    }
+    EXPECT_THAT(LinksOf(m_Main, "Selector", ID::pSelected_ID), testing::ElementsAre("Gain"));
 }
 
 class NodeDataMapInjectDangling : public NodeDataMapInject,

@@ -137,6 +137,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::TakeFromCache(CCacheReader& reader,
     }
     m_isLoaded = true;
     m_isPreprocessed = true;
+    m_IsFromCache = true;
 }
 
 void CNodeMapFactory::CNodeMapFactoryImpl::CacheWrite(uint32_t hash) const {

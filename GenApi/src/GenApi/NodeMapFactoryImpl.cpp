@@ -60,6 +60,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::AddInjectionData(Pointer other) {
     if (other->Holds(*this)) {
         INVALID_ARGUMENT_EXCEPTION("A camera description can't be injected into itself.");
     }
+    other->m_IsInjected = true;
     m_Injected.push_back(std::move(other));
 }
 
@@ -123,6 +124,9 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Parse() {
 void CNodeMapFactory::CNodeMapFactoryImpl::Inject() {
     for (const Pointer& other : m_Injected) {
         other->LoadAndInject();
+        if (other->m_IsFromCache) {
+            RUNTIME_EXCEPTION("Injected camera description file data must not be preprocessed.");
+        }
         other->m_Map.CheckConsistency();
         m_Map.Inject(other->m_Map);
     }
@@ -142,7 +146,11 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Preprocess(LiveNodes* pLiveNodes) {
     uint32_t hash = 0;
     if (!m_isLoaded) {
         hash = ComputeHash();
-        if (CacheRead(hash, pLiveNodes)) {
+        // What comes from the cache can't be merged: nothing tells what of it the
+        // description has given.
+        const bool isToBeMerged =
+            m_IsInjected && pLiveNodes == nullptr && m_CacheUsage != CacheUsage_ForceRead;
+        if (!isToBeMerged && CacheRead(hash, pLiveNodes)) {
             return;
         }
     }

@@ -92,6 +92,8 @@ private:
     bool m_isLoaded = false;
     bool m_isPreprocessed = false;
     bool m_IsReleased = false;
+    bool m_IsFromCache = false;  ///< the data, not just the nodes
+    bool m_IsInjected = false;   ///< into another one
     gcstring m_CacheFolder;
 };
 

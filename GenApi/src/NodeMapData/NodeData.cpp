@@ -35,10 +35,13 @@ CNodeData::CNodeData(const CNodeData& source, NodeID_t nodeID, INodeDataMap* pTa
     if (keepOnlyKnownTargets) {
         m_TerminalState = source.m_TerminalState;
     }
-    m_pPropertyVector->reserve(source.m_pPropertyVector->size());
-    for (const CProperty& property : *source.m_pPropertyVector) {
-        if (!keepOnlyKnownTargets || !HasUnknownTarget(property, *pTargetMap)) {
-            AddProperty(CProperty(property, pTargetMap));
+    const PropertyVector_t& properties = *source.m_pPropertyVector;
+    const size_t count =
+        keepOnlyKnownTargets ? properties.size() : std::min(properties.size(), source.m_NumGiven);
+    m_pPropertyVector->reserve(count);
+    for (size_t i = 0; i < count; ++i) {
+        if (!keepOnlyKnownTargets || !HasUnknownTarget(properties[i], *pTargetMap)) {
+            AddProperty(CProperty(properties[i], pTargetMap));
         }
     }
 }

@@ -32,8 +32,8 @@ std::vector<const CNodeData*> ReserveNames(const std::vector<const CNodeData*>& 
     std::vector<const CNodeData*> shared;
     for (const CNodeData* pNodeData : nodes) {
         const std::string& name = pNodeData->GetName();
-        if (!target.FindNodeID(name).IsValid()) {
-            target.GetNodeID(name, true);
+        // A name that is only referred to so far waits for its node.
+        if (target.GetNodeData(target.GetNodeID(name, true)) == nullptr) {
             continue;
         }
         const int64_t priority = pNodeData->GetMergePriority();

@@ -61,7 +61,8 @@ public:
     CNodeData(ENodeType_t nodeType, NodeID_t nodeID, INodeDataMap* pNodeDataMap);
     /// Copies a node into another map under the given identifier.
     /// @param keepOnlyKnownTargets drops links to nodes that the target map does
-    ///        not know; without it all links must be known there.
+    ///        not know; without it all links must be known there, and what the
+    ///        preprocessing has added stays behind.
     CNodeData(const CNodeData& source, NodeID_t nodeID, INodeDataMap* pTargetMap,
               bool keepOnlyKnownTargets);
     CNodeData(const CNodeData&) = delete;
@@ -108,6 +109,9 @@ public:
     /// -1 yields to, 1 replaces a node of the same name on injection; 0 when
     /// the node does not say.
     int64_t GetMergePriority() const;
+    /// Tells apart what the description has given so far and what is derived
+    /// from it from now on.
+    void EndGivenProperties() { m_NumGiven = m_pPropertyVector->size(); }
 
     /// Answers whether this node tells nothing new beside @p other, a node of
     /// the same name. Two nodes that cannot be compared pair by pair (another
@@ -130,6 +134,8 @@ private:
     NodeID_t m_NodeID;
     std::unique_ptr<PropertyVector_t> m_pPropertyVector;
     INodeDataMap* m_pNodeDataMap;
+    /// How many of the properties the description has given.
+    size_t m_NumGiven = SIZE_MAX;
 
     // Scratch space of the preprocessing; null at all other times.
     std::unique_ptr<std::vector<NodeID_t>> m_pParents;
