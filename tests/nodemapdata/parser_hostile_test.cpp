@@ -91,6 +91,30 @@ TEST_F(ParserHostile, RefusesStructuresThatRepeatTooMuch) {
         BuilderErrorAt(503, 37, "structures and expressions repeat more than 1000000 properties"));
 }
 
+TEST_F(ParserHostile, RefusesStructuresWhosePropertiesAllEntriesHaveThemselves) {
+    const std::string invalidator = "<pInvalidator>I</pInvalidator>";
+    std::string body =
+        "<StructReg><Address>0</Address>" + std::string(kRegisterRest) + Repeat(10000, invalidator);
+    for (int i = 0; i < 200; ++i) {
+        body += "\n<StructEntry Name=\"E" + std::to_string(i) + "\">" + invalidator +
+                "<Bit>0</Bit></StructEntry>";
+    }
+    EXPECT_EQ(
+        FailureOfBody(body + "</StructReg>"),
+        BuilderErrorAt(102, 66, "structures and expressions repeat more than 1000000 properties"));
+}
+
+TEST_F(ParserHostile, ReadsVeryManyEntriesOfAnEnumeration) {
+    constexpr size_t kCount = 200000;
+    std::string body = "<Enumeration Name=\"E\">";
+    for (size_t i = 0; i < kCount; ++i) {
+        body.append("<EnumEntry Name=\"e").append(std::to_string(i));
+        body.append("\"><Value>1</Value></EnumEntry>");
+    }
+    Parse(body + "<Value>0</Value></Enumeration>");
+    EXPECT_EQ(CountOf(NodeOf(m_Map, "E"), ID::pEnumEntry_ID), kCount);
+}
+
 TEST_F(ParserHostile, RefusesExpressionsThatRepeatTooMuch) {
     std::string body = "<SwissKnife Name=\"K\">";
     for (int i = 0; i < 2000; ++i) {

@@ -48,6 +48,81 @@ TEST_F(Parser, GivesEntriesNoMergePriorityOfZero) {
     EXPECT_EQ(CountOf(NodeOf(m_Map, "EnumEntry_E_A"), ID::MergePriority_ID), 0U);
 }
 
+/// A node with another one inside, of which it decides.
+struct NestedNode {
+    const char* name;
+    const char* xml;
+    const char* inner;
+};
+void PrintTo(const NestedNode& node, std::ostream* out) {
+    *out << node.name;
+}
+
+class ParserNestedNode : public Parser, public testing::WithParamInterface<NestedNode> {};
+
+TEST_P(ParserNestedNode, InheritsTheMergePriority) {
+    for (const char* const priority : {"-1", "1"}) {
+        m_Map.Clear();
+        std::string body = GetParam().xml;
+        body.insert(body.find(" Name="), std::string(" MergePriority=\"") + priority + "\"");
+        Parse(body);
+        EXPECT_EQ(NodeOf(m_Map, GetParam().inner).GetMergePriority(), std::stoi(priority));
+        EXPECT_EQ(CountOf(NodeOf(m_Map, GetParam().inner), ID::MergePriority_ID), 1U);
+    }
+}
+
+TEST_P(ParserNestedNode, HasNoMergePriorityWithoutOneAroundIt) {
+    Parse(GetParam().xml);
+    EXPECT_EQ(CountOf(NodeOf(m_Map, GetParam().inner), ID::MergePriority_ID), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, ParserNestedNode,
+    testing::Values(
+        NestedNode{"AddressOfARegister",
+                   "<Register Name=\"R\"><IntSwissKnife Name=\"Addr\"><Formula>1</Formula>"
+                   "</IntSwissKnife><Length>4</Length><AccessMode>RW</AccessMode>"
+                   "<pPort>Device</pPort></Register>",
+                   "_R_Addr"},
+        NestedNode{"AddressOfAStringRegister",
+                   "<StringReg Name=\"R\"><IntSwissKnife Name=\"Addr\"><Formula>1</Formula>"
+                   "</IntSwissKnife><Length>4</Length><AccessMode>RW</AccessMode>"
+                   "<pPort>Device</pPort></StringReg>",
+                   "Addr"},
+        NestedNode{"ConstantOfANestedFormula",
+                   "<Register Name=\"R\"><IntSwissKnife Name=\"Addr\"><Constant Name=\"C\">1"
+                   "</Constant><Formula>C</Formula></IntSwissKnife><Length>4</Length>"
+                   "<AccessMode>RW</AccessMode><pPort>Device</pPort></Register>",
+                   "__R_Addr_C"},
+        NestedNode{"Constant",
+                   "<SwissKnife Name=\"K\"><Constant Name=\"C\">1</Constant>"
+                   "<Formula>C</Formula></SwissKnife>",
+                   "_K_C"},
+        NestedNode{"Expression",
+                   "<SwissKnife Name=\"K\"><Expression Name=\"E\">1</Expression>"
+                   "<Formula>E</Formula></SwissKnife>",
+                   "_K_E"},
+        NestedNode{"ConstantOfAConverter",
+                   "<Converter Name=\"C\"><Constant Name=\"X\">1</Constant><FormulaTo>X"
+                   "</FormulaTo><FormulaFrom>X</FormulaFrom><pValue>V</pValue></Converter>",
+                   "_C_X"},
+        NestedNode{"FormulaOfAConverter",
+                   "<Converter Name=\"C\"><FormulaTo>1</FormulaTo><FormulaFrom>1</FormulaFrom>"
+                   "<pValue>V</pValue></Converter>",
+                   "C_ConvertTo"},
+        NestedNode{"KeyOfARom",
+                   "<ConfRom Name=\"Rom\"><Unit>1</Unit><Address>0</Address><Length>4</Length>"
+                   "<pPort>Device</pPort><IntKey Name=\"Key\">1</IntKey></ConfRom>",
+                   "Key"}));
+
+TEST_F(Parser, LeavesANestedNodeTheMergePriorityOfItsOwn) {
+    Parse(
+        "<Register Name=\"R\" MergePriority=\"1\"><IntSwissKnife Name=\"Addr\" "
+        "MergePriority=\"-1\"><Formula>1</Formula></IntSwissKnife><Length>4</Length>"
+        "<AccessMode>RW</AccessMode><pPort>Device</pPort></Register>");
+    EXPECT_EQ(NodeOf(m_Map, "_R_Addr").GetMergePriority(), -1);
+}
+
 TEST_F(Parser, ReplacesTheSymbolicTextOfAnEntry) {
     Parse(
         Enumeration("<EnumEntry Name=\"A\" NameSpace=\"Standard\"><Value>1</Value>"

@@ -9,6 +9,7 @@
 
 #include "Base/GCException.h"
 #include "GrammarTable.h"
+#include "NodeMapData/DescriptionLimits.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -17,8 +18,6 @@ namespace {
 using GenICam_3_0_ORVANE::RuntimeException;
 
 constexpr char kSeparator = '|';
-/// No description comes near it; a document that does is an attack.
-constexpr size_t kMaxDepth = 200;
 constexpr const char* kTooDeep = "elements are nested deeper than 200 levels";
 
 const char* TextOf(SchemaError::Code code) {
@@ -69,7 +68,7 @@ size_t ColumnOf(XML_Parser parser) {
 
 CDescriptionReader::CDescriptionReader(CNodeDataMap& map, bool suppressStrings,
                                        std::string_view nameSpace)
-    : m_Builder(map, suppressStrings), m_NameSpace(nameSpace), m_Frames(kMaxDepth) {}
+    : m_Builder(map, suppressStrings), m_NameSpace(nameSpace), m_Frames(kMaxElementDepth) {}
 
 std::optional<SchemaError> CDescriptionReader::Read(std::string_view document) {
     const std::unique_ptr<XML_ParserStruct, FreeParser> parser(
@@ -167,7 +166,7 @@ bool CDescriptionReader::IsOurs(std::string_view qualifiedName, std::string_view
 }
 
 void CDescriptionReader::Start(std::string_view qualifiedName, const char** attributes) {
-    if (m_Depth + m_ExtensionDepth >= kMaxDepth) {
+    if (m_Depth + m_ExtensionDepth >= kMaxElementDepth) {
         throw ErrorHere(kTooDeep);
     }
     if (m_Depth > 0 && m_Frames[m_Depth - 1].grammar == nullptr &&
@@ -220,9 +219,10 @@ void CDescriptionReader::Push(const CElementGrammar* grammar, const ElementRow* 
     frame.text.clear();
     frame.attributeRow = nullptr;
     if (grammar != nullptr) {
-        frame.open = m_Builder.OpenElement(grammar->GetType());
+        const OpenNode* const parent = m_Depth > 0 ? &m_Frames[m_Depth - 1].open : nullptr;
+        frame.open = m_Builder.OpenElement(grammar->GetType(), parent);
     } else if (row->rule == Rule::Key) {
-        frame.open = m_Builder.OpenKey(name);
+        frame.open = m_Builder.OpenKey(name, m_Frames[m_Depth - 1].open);
     }
     ++m_Depth;
     TakeAttributes(frame, grammar != nullptr ? grammar->GetType().attributes : row->attributes,
@@ -252,6 +252,7 @@ void CDescriptionReader::TakeAttributes(Frame& frame, Attributes kind, const cha
             Fail(SchemaError::ExpectedAttribute);
         }
     }
+    m_Builder.EndAttributes(frame.open);
 }
 
 void CDescriptionReader::TakeAttribute(Frame& frame, Attributes kind, const AttributeRow& row,

@@ -1,19 +1,16 @@
 #include "NodeBuilder.h"
 
-#include <vector>
+#include <bitset>
 
 #include "Base/GCException.h"
 #include "Base/OvAssert.h"
+#include "NodeMapData/DescriptionLimits.h"
 
 namespace GenApi_3_0_ORVANE {
 
 namespace {
 
 using P = CPropertyID;
-
-/// What structures and expressions repeat grows with the square of a
-/// description. No real one comes near this number.
-constexpr size_t kMaxCopies = 1000000;
 
 }  // namespace
 
@@ -23,8 +20,9 @@ void CNodeBuilder::Abandon() {
     }
 }
 
-OpenNode CNodeBuilder::OpenElement(const ElementType& type) {
+OpenNode CNodeBuilder::OpenElement(const ElementType& type, const OpenNode* parent) {
     OpenNode open;
+    open.mergePriority = parent == nullptr ? 0 : parent->mergePriority;
     if (type.nodeType == CNodeData::_NotImpl_ID) {
         return open;
     }
@@ -54,15 +52,17 @@ OpenNode CNodeBuilder::OpenElement(const ElementType& type) {
     return open;
 }
 
-OpenNode CNodeBuilder::OpenKey(std::string_view elementName) {
+OpenNode CNodeBuilder::OpenKey(std::string_view elementName, const OpenNode& parent) {
     const bool isText = elementName == "TextDesc";
     OpenNode open;
+    open.mergePriority = parent.mergePriority;
     open.node =
         std::make_unique<CNodeData>(isText ? CNodeData::TextDesc_ID : CNodeData::IntKey_ID, &m_Map);
     return open;
 }
 
-void CNodeBuilder::SetName(CNodeData& node, std::string_view name) {
+void CNodeBuilder::SetName(const OpenNode& open, std::string_view name) {
+    CNodeData& node = *open.node;
     const CNodeData* const context = m_Map.GetContextNode();
     if (context == nullptr || context == &node || !context->GetNodeID().IsValid() ||
         context->GetNodeType() == CNodeData::ConfRom_ID) {
@@ -72,12 +72,28 @@ void CNodeBuilder::SetName(CNodeData& node, std::string_view name) {
     std::string fullName = "_" + context->GetName() + "_";
     if (context->GetNodeType() == CNodeData::Enumeration_ID) {
         node.AddProperty(P::Symbolic_ID, name);
-        if (const int64_t priority = context->GetMergePriority(); priority != 0) {
-            node.AddProperty(P::MergePriority_ID, priority);
-        }
+        InheritMergePriority(node, open.mergePriority);
         fullName.insert(0, "EnumEntry");
     }
     node.SetName(fullName.append(name));
+}
+
+void CNodeBuilder::InheritMergePriority(CNodeData& node, int64_t mergePriority) {
+    if (mergePriority != 0) {
+        node.AddProperty(P::MergePriority_ID, mergePriority);
+    }
+}
+
+/// A node inside another one is replaced, or stays, together with it. One that
+/// has a priority of its own keeps that.
+void CNodeBuilder::EndAttributes(OpenNode& open) {
+    if (open.node == nullptr) {
+        return;
+    }
+    if (open.node->FindProperty(P::MergePriority_ID) == nullptr) {
+        InheritMergePriority(*open.node, open.mergePriority);
+    }
+    open.mergePriority = open.node->GetMergePriority();
 }
 
 void CNodeBuilder::Store(std::unique_ptr<CNodeData> node) {
@@ -123,7 +139,6 @@ void CNodeBuilder::CloseKey(OpenNode& open, std::string_view text) {
 
 void CNodeBuilder::CloseConverter(OpenNode& open) {
     m_Map.SetContextNode(nullptr);
-    const int64_t mergePriority = open.node->GetMergePriority();
     auto formulaTo = std::move(open.formulaTo);
     auto formulaFrom = std::move(open.formulaFrom);
     const NodeID_t id = open.node->GetNodeID();
@@ -134,9 +149,7 @@ void CNodeBuilder::CloseConverter(OpenNode& open) {
                             P::EProperty_ID_t link) {
         formula->SetName(name + suffix);
         converter.AddProperty(link, formula->GetNodeID());
-        if (mergePriority != 0) {
-            formula->AddProperty(P::MergePriority_ID, mergePriority);
-        }
+        InheritMergePriority(*formula, open.mergePriority);
         Store(std::move(formula));
     };
     finish(std::move(formulaTo), "_ConvertTo", P::pSwissKnifeTo_ID);
@@ -170,23 +183,25 @@ void CNodeBuilder::TakeChild(OpenNode& parent, const ElementType& childType, Nod
 }
 
 void CNodeBuilder::CopyTemplate(const CNodeData& source, NodeID_t target) {
+    // Those that the entry has itself are looked at, too.
+    CountCopies(source.GetProperties().size());
     CNodeData& entry = *m_Map.GetNodeData(target);
-    std::vector<CProperty> copies;
-    for (const CProperty& property : source.GetProperties()) {
-        if (entry.FindProperty(property.GetPropertyID()) == nullptr) {
-            copies.emplace_back(property);
-        }
+    std::bitset<P::_Undefined_ID> own;
+    for (const CProperty& property : entry.GetProperties()) {
+        own.set(property.GetPropertyID());
     }
-    CountCopies(copies.size());
-    for (CProperty& copy : copies) {
-        entry.AddProperty(std::move(copy));
+    for (const CProperty& property : source.GetProperties()) {
+        if (!own.test(property.GetPropertyID())) {
+            entry.AddProperty(CProperty(property));
+        }
     }
 }
 
 void CNodeBuilder::CountCopies(size_t count) {
     m_NumCopies += count;
-    if (m_NumCopies > kMaxCopies) {
-        RUNTIME_EXCEPTION("structures and expressions repeat more than %zu properties", kMaxCopies);
+    if (m_NumCopies > kMaxRepeatedProperties) {
+        RUNTIME_EXCEPTION("structures and expressions repeat more than %zu properties",
+                          kMaxRepeatedProperties);
     }
 }
 

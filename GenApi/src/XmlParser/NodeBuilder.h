@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "Conversion.h"
 #include "Grammar.h"
@@ -22,6 +23,10 @@ struct OpenNode {
     std::unique_ptr<CNodeData> node;
     std::unique_ptr<CNodeData> formulaTo;
     std::unique_ptr<CNodeData> formulaFrom;
+    /// The node's own, else that of the node around it.
+    int64_t mergePriority = 0;
+    /// The places of the variables among the node's properties.
+    std::vector<size_t> variables;
 
     bool IsConverter() const { return formulaTo != nullptr; }
 };
@@ -34,10 +39,13 @@ public:
         : m_Map(map), m_SuppressStrings(suppressStrings) {}
 
     /// Opens an element with content of its own.
-    OpenNode OpenElement(const ElementType& type);
+    /// @param parent  the element around it; null for the outermost
+    OpenNode OpenElement(const ElementType& type, const OpenNode* parent);
     /// Opens a key node inside a configuration ROM.
-    OpenNode OpenKey(std::string_view elementName);
+    OpenNode OpenKey(std::string_view elementName, const OpenNode& parent);
     void TakeAttribute(OpenNode& open, const AttributeRow& row, std::string_view value);
+    /// All attributes have been taken.
+    static void EndAttributes(OpenNode& open);
     /// Takes an element that holds a text.
     void TakeText(OpenNode& open, const ElementRow& row, std::string_view text,
                   const TextAttribute& attribute);
@@ -52,15 +60,18 @@ public:
     void Abandon();
 
 private:
-    void SetName(CNodeData& node, std::string_view name);
+    void SetName(const OpenNode& open, std::string_view name);
+    static void InheritMergePriority(CNodeData& node, int64_t mergePriority);
     void Store(std::unique_ptr<CNodeData> node);
     void CloseConverter(OpenNode& open);
     void CopyTemplate(const CNodeData& source, NodeID_t target);
     void CountCopies(size_t count);
     void AddVariable(OpenNode& open, NodeID_t target, std::string_view name);
-    NodeID_t StoreImpliedNode(const CNodeData& parent, const ElementRow& row, std::string_view text,
+    NodeID_t StoreImpliedNode(const OpenNode& open, const ElementRow& row, std::string_view text,
                               std::string_view name);
-    void CopyVariables(const CNodeData& source, CNodeData& target);
+    void CopyVariables(const OpenNode& source, CNodeData& target);
+    static std::string_view Replacement(const CNodeData& node, const ElementRow& row,
+                                        std::string_view text);
     /// A property with a value of a data type, as the text tells.
     CProperty MakeProperty(CPropertyID::EProperty_ID_t id, CProperty::EDataType_t type,
                            std::string_view text);

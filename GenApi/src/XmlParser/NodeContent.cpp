@@ -2,9 +2,12 @@
 
 #include <string>
 
+#include "Base/Log.h"
 #include "NodeBuilder.h"
 
 namespace GenApi_3_0_ORVANE {
+
+using GenICam_3_0_ORVANE::CLog;
 
 namespace {
 
@@ -26,6 +29,20 @@ CNodeData::ENodeType_t ImpliedType(const CNodeData& parent, Rule rule) {
 }
 
 }  // namespace
+
+/// Real cameras have elements that are there and empty, where "No" is meant.
+std::string_view CNodeBuilder::Replacement(const CNodeData& node, const ElementRow& row,
+                                           std::string_view text) {
+    if (row.property != P::Streamable_ID || !Trimmed(text).empty()) {
+        return text;
+    }
+    if (CLog::Exist("GenApi")) {
+        GCLOGWARN(CLog::GetLogger("GenApi.XmlParser"),
+                  "Node '%s' : the empty element 'Streamable' counts as 'No'",
+                  node.GetNodeID().IsValid() ? node.GetName().c_str() : "");
+    }
+    return "No";
+}
 
 CProperty CNodeBuilder::MakeProperty(P::EProperty_ID_t id, CProperty::EDataType_t type,
                                      std::string_view text) {
@@ -60,7 +77,7 @@ void CNodeBuilder::TakeAttribute(OpenNode& open, const AttributeRow& row, std::s
     }
     const std::string_view text = Checked(row.facet, value);
     if (row.property == P::Name_ID) {
-        SetName(*open.node, text);
+        SetName(open, text);
         return;
     }
     const CProperty& property =
@@ -75,7 +92,7 @@ void CNodeBuilder::TakeAttribute(OpenNode& open, const AttributeRow& row, std::s
 void CNodeBuilder::TakeText(OpenNode& open, const ElementRow& row, std::string_view rawText,
                             const TextAttribute& attribute) {
     CNodeData& node = *open.node;
-    const std::string_view text = Checked(row.facet, rawText);
+    const std::string_view text = Checked(row.facet, Replacement(node, row, rawText));
     switch (row.rule) {
         case Rule::ReadersText:
             if (m_SuppressStrings) {
@@ -95,7 +112,7 @@ void CNodeBuilder::TakeText(OpenNode& open, const ElementRow& row, std::string_v
             break;
         case Rule::Constant:
         case Rule::Expression:
-            AddVariable(open, StoreImpliedNode(node, row, text, attribute.value), attribute.value);
+            AddVariable(open, StoreImpliedNode(open, row, text, attribute.value), attribute.value);
             break;
         case Rule::FormulaTo:
             node.AddProperty(row.property, text);
@@ -119,6 +136,7 @@ void CNodeBuilder::TakeText(OpenNode& open, const ElementRow& row, std::string_v
 }
 
 void CNodeBuilder::AddVariable(OpenNode& open, NodeID_t target, std::string_view name) {
+    open.variables.push_back(open.node->GetProperties().size());
     for (CNodeData* const node : {open.node.get(), open.formulaTo.get(), open.formulaFrom.get()}) {
         if (node != nullptr) {
             CProperty variable(&m_Map, P::pVariable_ID, target);
@@ -128,12 +146,14 @@ void CNodeBuilder::AddVariable(OpenNode& open, NodeID_t target, std::string_view
     }
 }
 
-NodeID_t CNodeBuilder::StoreImpliedNode(const CNodeData& parent, const ElementRow& row,
+NodeID_t CNodeBuilder::StoreImpliedNode(const OpenNode& open, const ElementRow& row,
                                         std::string_view text, std::string_view name) {
+    const CNodeData& parent = *open.node;
     auto implied = std::make_unique<CNodeData>(ImpliedType(parent, row.rule), &m_Map);
     implied->SetName("_" + parent.GetName() + "_" + std::string(name));
+    InheritMergePriority(*implied, open.mergePriority);
     if (row.rule == Rule::Expression) {
-        CopyVariables(parent, *implied);
+        CopyVariables(open, *implied);
         implied->AddProperty(row.property, text);
     } else if (row.dataType == CProperty::Integer_ID) {
         implied->AddProperty(row.property, IntegerOf(text, kConstantNumber));
@@ -147,12 +167,10 @@ NodeID_t CNodeBuilder::StoreImpliedNode(const CNodeData& parent, const ElementRo
 
 /// An expression speaks of what stands before it: variables, constants and
 /// other expressions.
-void CNodeBuilder::CopyVariables(const CNodeData& source, CNodeData& target) {
-    for (const CProperty& property : source.GetProperties()) {
-        if (property.GetPropertyID() == P::pVariable_ID) {
-            CountCopies(1);
-            target.AddProperty(CProperty(property));
-        }
+void CNodeBuilder::CopyVariables(const OpenNode& source, CNodeData& target) {
+    CountCopies(source.variables.size());
+    for (const size_t place : source.variables) {
+        target.AddProperty(CProperty(source.node->GetProperties()[place]));
     }
 }
 

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <limits>
 
+#include "NodeMapData/DescriptionLimits.h"
+
 namespace GenApi_3_0_ORVANE {
 
 namespace {
@@ -15,10 +17,6 @@ constexpr const char* kTooSmall = "value is less than minimum allowed";
 constexpr const char* kTooLarge = "value is greater than maximum allowed";
 constexpr const char* kTooShort = "length is less than minimum allowed";
 constexpr const char* kTooLong = "length is greater than maximum allowed";
-
-/// Names of nodes inside others repeat those of the outer ones, so that a very
-/// long name would fill the memory. Real ones stay below a hundred.
-constexpr size_t kMaxName = 1024;
 
 bool IsDigit(char character) {
     return character >= '0' && character <= '9';
@@ -69,10 +67,11 @@ const char* CheckRange(std::string_view text, int64_t min, int64_t max) {
     return value > max ? kTooLarge : nullptr;
 }
 
-/// A name, of characters that pass a test.
+/// A name, of characters that pass a test. Names of nodes inside others repeat
+/// those of the outer ones, so that a very long one would fill the memory.
 template <class Test>
 const char* CheckName(std::string_view text, const Test& test) {
-    if (text.size() > kMaxName) {
+    if (text.size() > kMaxNameLength) {
         return kTooLong;
     }
     return ConsistsOf(text, test) ? nullptr : kPattern;

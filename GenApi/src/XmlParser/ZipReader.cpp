@@ -3,6 +3,8 @@
 #include <cstring>
 #include <vector>
 
+#include "NodeMapData/DescriptionLimits.h"
+
 #if OV_HAVE_MINIZ
 #include <miniz.h>
 #else
@@ -13,13 +15,6 @@
 #endif
 
 namespace GenApi_3_0_ORVANE {
-
-namespace {
-
-/// No description comes near it; an entry that claims more is a lie.
-constexpr size_t kMaxSize = 256UL * 1024 * 1024;
-
-}  // namespace
 
 #if OV_HAVE_MINIZ
 
@@ -138,7 +133,7 @@ CZipReader::Result CZipReader::ReadFirstEntry(std::string& text) {
 }
 
 bool CZipReader::Extract(std::string& text) {
-    if (m_Size > kMaxSize) {
+    if (m_Size > kMaxUnpackedBytes) {
         return false;
     }
     std::vector<char> buffer(m_Size + 1, '\0');
