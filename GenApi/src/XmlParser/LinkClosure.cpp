@@ -65,56 +65,79 @@ std::vector<NodeID_t> CNodeDataPreprocessor::DependencyOrder() const {
     return {walk.order.rbegin(), walk.order.rend()};
 }
 
-/// For every node those that depend on it directly.
-CNodeDataPreprocessor::NodeIDLists_t CNodeDataPreprocessor::FindInvalidated() const {
-    NodeIDLists_t invalidated(GetNumNodes());
-    for (size_t index = 0; index < GetNumNodes(); ++index) {
-        for (const NodeID_t child : *Node(index).m_pInvalidatingChildren) {
-            invalidated[ToIndex(child)].emplace_back(index);
+/// For every node those that depend on it directly, in the given order.
+CNodeDataPreprocessor::NodeIDLists_t CNodeDataPreprocessor::FindDependents(
+    const std::vector<NodeID_t>& order) const {
+    NodeIDLists_t dependents(GetNumNodes());
+    for (const NodeID_t nodeID : order) {
+        for (const NodeID_t child : *Node(nodeID).m_pInvalidatingChildren) {
+            dependents[ToIndex(child)].push_back(nodeID);
         }
     }
-    return invalidated;
+    return dependents;
 }
 
-/// Who depends on a node: those that do directly, and who depends on these.
-/// Answers whether the set has grown.
-bool CNodeDataPreprocessor::GatherDependencies(CNodeData& node,
-                                               const std::vector<NodeID_t>& invalidated,
+/// Fills the circle with the nodes that depend on the node and on which it
+/// depends, itself among them: in dependency order those that lead to it and are
+/// not in a circle yet. Leaves it empty for a node that is in one.
+void CNodeDataPreprocessor::FindCircle(NodeID_t nodeID, const NodeIDLists_t& dependents,
+                                       std::vector<bool>& isInCircle,
+                                       std::vector<NodeID_t>& circle) {
+    circle.clear();
+    const auto enter = [&](NodeID_t member) {
+        if (!isInCircle[ToIndex(member)]) {
+            isInCircle[ToIndex(member)] = true;
+            circle.push_back(member);
+        }
+    };
+    enter(nodeID);
+    for (size_t position = 0; position < circle.size(); ++position) {
+        for (const NodeID_t dependent : dependents[ToIndex(circle[position])]) {
+            enter(dependent);
+        }
+    }
+}
+
+/// Who depends on the nodes of a circle: each other, those that do directly, and
+/// who depends on these. Those that stand nearest come first, as their sets hold
+/// most of the others with all that depends on them.
+void CNodeDataPreprocessor::GatherDependencies(const std::vector<NodeID_t>& circle,
+                                               const NodeIDLists_t& dependents,
                                                CNodeIDUnion& scratch) {
     scratch.Clear();
-    for (const NodeID_t nodeID : invalidated) {
-        scratch.Add(nodeID);
-        scratch.Add(*Node(nodeID).m_pAllDependingNodes);
+    for (const NodeID_t member : circle) {
+        scratch.Add(member);
     }
-    scratch.Remove(node.GetNodeID());
-    if (scratch.Count() == node.m_pAllDependingNodes->size()) {
-        return false;
+    for (const NodeID_t member : circle) {
+        const std::vector<NodeID_t>& direct = dependents[ToIndex(member)];
+        m_Budget.SpendSteps(1 + direct.size());
+        for (auto nodeID = direct.rbegin(); nodeID != direct.rend(); ++nodeID) {
+            if (!scratch.Has(*nodeID)) {
+                const CNodeIDSet& further = *Node(*nodeID).m_pAllDependingNodes;
+                m_Budget.SpendSteps(further.size());
+                scratch.Add(*nodeID);
+                scratch.Add(further);
+            }
+        }
     }
-    scratch.Store(*node.m_pAllDependingNodes);
-    return true;
+    for (const NodeID_t member : circle) {
+        m_Budget.SpendProperties(scratch.Count() - 1);
+        scratch.Store(*Node(member).m_pAllDependingNodes, member);
+    }
 }
 
-/// Links without cycles are done with in one round, thanks to the order. Cycles
-/// take more, until no set grows any further.
+/// The order has every node before those that it depends on, so each circle
+/// finds the sets of all that lead to it complete.
 void CNodeDataPreprocessor::PropagateDependencies() {
     const std::vector<NodeID_t> order = DependencyOrder();
-    const NodeIDLists_t invalidated = FindInvalidated();
+    const NodeIDLists_t dependents = FindDependents(order);
     CNodeIDUnion scratch(GetNumNodes());
-    std::vector<bool> isStale(GetNumNodes(), true);
-    for (bool hasNews = true; hasNews;) {
-        hasNews = false;
-        for (const NodeID_t nodeID : order) {
-            const size_t index = ToIndex(nodeID);
-            if (!isStale[index]) {
-                continue;
-            }
-            isStale[index] = false;
-            if (GatherDependencies(Node(nodeID), invalidated[index], scratch)) {
-                hasNews = true;
-                for (const NodeID_t child : *Node(nodeID).m_pInvalidatingChildren) {
-                    isStale[ToIndex(child)] = true;
-                }
-            }
+    std::vector<bool> isInCircle(GetNumNodes());
+    std::vector<NodeID_t> circle;
+    for (const NodeID_t nodeID : order) {
+        FindCircle(nodeID, dependents, isInCircle, circle);
+        if (!circle.empty()) {
+            GatherDependencies(circle, dependents, scratch);
         }
     }
     for (size_t index = 0; index < GetNumNodes(); ++index) {
@@ -136,9 +159,12 @@ struct CNodeDataPreprocessor::TerminalWalk {
             scratch.Add(node.GetNodeID());
         } else {
             for (const NodeID_t child : *node.m_pWritingChildren) {
-                scratch.Add(*map.GetNodeData(child)->m_pAllTerminalNodes);
+                const CNodeIDSet& terminals = *map.GetNodeData(child)->m_pAllTerminalNodes;
+                budget.SpendSteps(1 + terminals.size());
+                scratch.Add(terminals);
             }
         }
+        budget.SpendProperties(scratch.Count());
         scratch.Store(*node.m_pAllTerminalNodes);
     }
     [[noreturn]] static void OnCycle(const WalkPath_t&, const CNodeData& node) {
@@ -150,11 +176,12 @@ struct CNodeDataPreprocessor::TerminalWalk {
     }
 
     const CNodeDataMap& map;
+    CPreprocessingBudget& budget;
     CNodeIDUnion scratch;
 };
 
 void CNodeDataPreprocessor::PropagateTerminals() {
-    WalkAllLinks(m_Map, TerminalWalk{m_Map, CNodeIDUnion(GetNumNodes())});
+    WalkAllLinks(m_Map, TerminalWalk{m_Map, m_Budget, CNodeIDUnion(GetNumNodes())});
     for (size_t index = 0; index < GetNumNodes(); ++index) {
         const CNodeIDSet& terminals = *Node(index).m_pAllTerminalNodes;
         AppendLinks(Node(index), CPropertyID::pTerminal_ID, terminals.begin(), terminals.end());

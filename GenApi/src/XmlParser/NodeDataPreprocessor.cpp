@@ -21,6 +21,9 @@ void CNodeDataMapFactory::PreProcessNodeDataMap(CNodeDataMap* pNodeDataMap) {
 
 void CNodeDataPreprocessor::Run() {
     CheckDanglingNodes();
+    for (size_t index = 0; index < GetNumNodes(); ++index) {
+        Node(index).EndGivenProperties();
+    }
     MirrorSelected();
     BuildChildLists();
     PropagateDependencies();
@@ -104,20 +107,25 @@ void CNodeDataPreprocessor::ReleaseChildLists() {
     }
 }
 
-/// Follows the categories. A node is walked again for each category that lists
-/// it, and is marked each time.
+namespace {
+
+/// The next feature of a category; the invalid identifier at the end.
+NodeID_t NextFeature(const CNodeData& node, size_t& cursor) {
+    return NextProperty(node, cursor,
+                        [](CPropertyID id) { return id == CPropertyID::pFeature_ID; });
+}
+
+}  // namespace
+
+/// Collects the categories and their features, each behind what it lists.
 struct CNodeDataPreprocessor::FeatureWalk {
     explicit FeatureWalk(const CNodeDataMap& map) : states(map.GetNumNodeIDs()) {}
 
     uint8_t& State(const CNodeData& node) { return states[ToIndex(node.GetNodeID())]; }
     static NodeID_t NextLink(const CNodeData& node, size_t& cursor) {
-        return NextProperty(node, cursor,
-                            [](CPropertyID id) { return id == CPropertyID::pFeature_ID; });
+        return NextFeature(node, cursor);
     }
-    void OnDone(CNodeData& node) {
-        node.AddProperty(CPropertyID::IsFeature_ID, CProperty::EYesNo_ID, FeatureYes);
-        State(node) = Untouched;
-    }
+    void OnDone(const CNodeData& node) { order.push_back(node.GetNodeID()); }
     /// Only descriptions whose read links were not checked get here; they would
     /// never end otherwise.
     [[noreturn]] static void OnCycle(const WalkPath_t& path, const CNodeData& node) {
@@ -125,14 +133,33 @@ struct CNodeDataPreprocessor::FeatureWalk {
     }
 
     std::vector<uint8_t> states;
+    std::vector<NodeID_t> order;
 };
 
+/// Marks each node once for every way that leads to it from the root. The ways
+/// are counted and not walked: there may be very many.
 void CNodeDataPreprocessor::MarkFeatures() {
     const NodeID_t root = m_Map.FindNodeID("Root");
-    if (root.IsValid() && Node(root).GetNodeType() == CNodeData::Category_ID) {
-        WalkPath_t path;
-        FeatureWalk walk(m_Map);
-        WalkLinks(m_Map, Node(root), path, walk);
+    if (!root.IsValid() || Node(root).GetNodeType() != CNodeData::Category_ID) {
+        return;
+    }
+    WalkPath_t path;
+    FeatureWalk walk(m_Map);
+    WalkLinks(m_Map, Node(root), path, walk);
+    std::vector<size_t> numWays(GetNumNodes());
+    numWays[ToIndex(root)] = 1;
+    for (auto nodeID = walk.order.rbegin(); nodeID != walk.order.rend(); ++nodeID) {
+        CNodeData& node = Node(*nodeID);
+        const size_t count = numWays[ToIndex(*nodeID)];
+        m_Budget.SpendProperties(count);
+        size_t cursor = 0;
+        for (NodeID_t feature = NextFeature(node, cursor); feature.IsValid();
+             feature = NextFeature(node, cursor)) {
+            numWays[ToIndex(feature)] += count;
+        }
+        for (size_t way = 0; way < count; ++way) {
+            node.AddProperty(CPropertyID::IsFeature_ID, CProperty::EYesNo_ID, FeatureYes);
+        }
     }
 }
 

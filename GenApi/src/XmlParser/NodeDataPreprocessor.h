@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "NodeMapData/NodeDataMap.h"
+#include "PreprocessingBudget.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -19,12 +20,15 @@ public:
     ~CNodeDataPreprocessor() { ReleaseChildLists(); }
 
     void Run();
+    /// What has been spent so far.
+    const CPreprocessingBudget& GetBudget() const { return m_Budget; }
 
 private:
     struct OrderWalk;
     struct TerminalWalk;
     struct PropertyCycleWalk;
     struct ReadingCycleWalk;
+    struct Selection;
     struct SelectionWalk;
     struct FeatureWalk;
     /// One list of nodes per node.
@@ -44,8 +48,10 @@ private:
 
     static void BuildChildLists(CNodeData& node);
     std::vector<NodeID_t> DependencyOrder() const;
-    NodeIDLists_t FindInvalidated() const;
-    bool GatherDependencies(CNodeData& node, const std::vector<NodeID_t>& invalidated,
+    NodeIDLists_t FindDependents(const std::vector<NodeID_t>& order) const;
+    static void FindCircle(NodeID_t nodeID, const NodeIDLists_t& dependents,
+                           std::vector<bool>& isInCircle, std::vector<NodeID_t>& circle);
+    void GatherDependencies(const std::vector<NodeID_t>& circle, const NodeIDLists_t& dependents,
                             CNodeIDUnion& scratch);
     /// Appends one link per target of the range.
     template <typename Iterator>
@@ -58,10 +64,8 @@ private:
     }
 
     NodeIDLists_t FindReaders() const;
-    NodeIDLists_t FindSelected() const;
-    void CheckSelectionEnds(CNodeData& selector, const NodeIDLists_t& readers,
-                            const NodeIDLists_t& selected);
-    void WidenSelection(CNodeData& selector, const NodeIDLists_t& readers, NodeIDLists_t& selected);
+    void CheckSelectionEnds(Selection& selection);
+    void WidenSelection(Selection& selection);
     bool IsReadCycleTolerated() const;
 
     static size_t ToIndex(NodeID_t nodeID) { return static_cast<size_t>(nodeID.ToIndex()); }
@@ -70,6 +74,7 @@ private:
     CNodeData& Node(size_t index) const { return Node(NodeID_t(index)); }
 
     CNodeDataMap& m_Map;
+    CPreprocessingBudget m_Budget;
 };
 
 }  // namespace GenApi_3_0_ORVANE
