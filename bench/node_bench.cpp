@@ -23,6 +23,8 @@ using namespace GenApi_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
 
 constexpr size_t kCalls = 20000;
 constexpr int kFeatures = 500;
+constexpr int kManyRegisters = 10000;
+constexpr int kRegisterBytes = 4;
 
 /// A device that takes next to no time.
 class Memory : public IPort {
@@ -36,12 +38,12 @@ public:
     }
 
 private:
-    uint8_t m_Bytes[4096] = {};
+    uint8_t m_Bytes[kRegisterBytes * (kManyRegisters + 16)] = {};
 };
 
-std::string Register(const std::string& name, const std::string& caching) {
-    return "<IntReg Name=\"" + name +
-           "\"><Address>16</Address><Length>4</Length><AccessMode>RW</AccessMode>"
+std::string Register(const std::string& name, const std::string& caching, int address = 16) {
+    return "<IntReg Name=\"" + name + "\"><Address>" + std::to_string(address) +
+           "</Address><Length>4</Length><AccessMode>RW</AccessMode>"
            "<pPort>Device</pPort><Cachable>" +
            caching + "</Cachable><Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>";
 }
@@ -52,11 +54,24 @@ std::string Feature(const std::string& name, const std::string& caching) {
            "Reg</pValue><Min>0</Min><Max>1000000</Max></Integer>" + Register(name + "Reg", caching);
 }
 
-std::string Description() {
+std::string Features() {
     std::string body = Feature("Cached", "WriteThrough") + Feature("Cold", "NoCache");
     for (int i = 0; i < kFeatures; ++i) {
         body += Feature("F" + std::to_string(i), "WriteThrough");
     }
+    return body;
+}
+
+/// The port of such a camera keeps a range of bytes for each of its registers.
+std::string ManyRegisters(int count) {
+    std::string body = Register("Uncached", "NoCache", 0);
+    for (int i = 0; i < count; ++i) {
+        body += Register("R" + std::to_string(i), "WriteThrough", kRegisterBytes * (i + 1));
+    }
+    return body;
+}
+
+std::string Description(const std::string& body) {
     return R"(<RegisterDescription ModelName="M" VendorName="V" ToolTip="T" )"
            R"(StandardNameSpace="GEV" SchemaMajorVersion="1" SchemaMinorVersion="1" )"
            R"(SchemaSubMinorVersion="0" MajorVersion="1" MinorVersion="0" SubMinorVersion="0" )"
@@ -72,9 +87,11 @@ struct Destroyer {
 
 class Camera {
 public:
-    Camera() : m_Map(CNodeMapFactory(Description().c_str()).CreateNodeMap()) {
+    explicit Camera(const std::string& body)
+        : m_Map(CNodeMapFactory(Description(body).c_str()).CreateNodeMap()) {
         m_Map->Connect(&m_Memory);
     }
+    IPort& Port() { return dynamic_cast<IPort&>(*m_Map->GetNode("Device")); }
     IInteger& Integer(const char* name) { return dynamic_cast<IInteger&>(*m_Map->GetNode(name)); }
     node_vector Nodes() {
         node_vector nodes;
@@ -113,6 +130,33 @@ void MeasureAccess(Camera& camera) {
     Print("write through a reference, cold", write(cold), lock);
     Print("write through a reference, cold, no verification",
           Nanoseconds(kCalls, [&] { cold.SetValue(++value & 0xFFFF, false); }), lock);
+    MeasureWritesBeside(1, lock);
+    MeasureWritesBeside(kManyRegisters, lock);
+}
+
+/// Each write makes old what others have of its bytes: how long it takes to find
+/// them depends little on how much is kept.
+void MeasureWritesBeside(int count, double lock) {
+    Camera camera(ManyRegisters(count));
+    const node_vector nodes = camera.Nodes();
+    for (INode* const node : nodes) {
+        if (auto* const integer = dynamic_cast<IInteger*>(node)) {
+            Keep(integer->GetValue());
+        }
+    }
+    const std::string beside = ", " + std::to_string(count) + " ranges kept";
+    const auto print = [&](const char* what, double nanoseconds) {
+        Print((what + beside).c_str(), nanoseconds, lock);
+    };
+    int64_t value = 0;
+    for (const char* const name : {"R0", "Uncached"}) {
+        IInteger& integer = camera.Integer(name);
+        print(*name == 'R' ? "write of a register" : "write of an uncached register",
+              Nanoseconds(kCalls, [&] { integer.SetValue(++value & 0xFFFF); }));
+    }
+    IPort& port = camera.Port();
+    print("write through the port",
+          Nanoseconds(kCalls, [&] { port.Write(&++value, 0, kRegisterBytes); }));
 }
 
 /// The variables in a place that the compiler can't see through.
@@ -188,7 +232,7 @@ private:
 
 void MeasureAll() {
     const IdleThread idle;
-    Camera camera;
+    Camera camera(Features());
     MeasureAccess(camera);
     MeasureFormula<MathParser, double>(
         "double", [](const Variables<double>& v) { return (v.a + v.b * v.c - 2) / (v.b + 1); });

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "GenApi/NodeMapRef.h"
-#include "GenApi/impl/Port.h"
 #include "TLClassFeature/FeaturePersistance.h"
 #include "support/XmlNodeMap.h"
 
@@ -54,10 +53,6 @@ public:
         m_Port.PutBytes(0, std::vector<uint8_t>(kMemory));
         m_Port.ForgetAccesses();
         m_Nodes._InvalidateNodes();
-        // What a port keeps of a device outlasts that.
-        dynamic_cast<GenApi_3_0_ORVANE::CPortImplIntern&>(*m_Nodes._GetNode("Device"))
-            .GetValueCache()
-            .InvalidateAll();
     }
 
 private:

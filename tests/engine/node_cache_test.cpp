@@ -97,6 +97,74 @@ TEST(CachingMode, IsTheNodesOwnWithoutChildren) {
     EXPECT_TRUE(nodes.Get("Node").IsCachable());
 }
 
+namespace {
+
+/// The mode of a node over registers that are all cached but one.
+ECachingMode ModeWithUncached(const std::string& uncached, const std::string& body) {
+    std::string registers;
+    int address = 0;
+    for (const char* const name : {"Value", "Index", "Max", "Length"}) {
+        registers += RegXml{.name = name,
+                            .address = address += 8,
+                            .caching = name == uncached ? "NoCache" : "WriteThrough"}();
+    }
+    return XmlNodeMap(registers + body).Get("Node").GetCachingMode();
+}
+
+}  // namespace
+
+TEST(CachingMode, TakesInTheIndexThatSelectsASource) {
+    const std::string node =
+        IntegerXml("Node", "",
+                   "<pIndex>Index</pIndex><ValueIndexed Index=\"0\">7</ValueIndexed>"
+                   "<pValueDefault>Value</pValueDefault>");
+    EXPECT_EQ(ModeWithUncached("", node), WriteThrough);
+    EXPECT_EQ(ModeWithUncached("Index", node), NoCache);
+    EXPECT_EQ(ModeWithUncached("Value", node), NoCache);
+}
+
+TEST(CachingMode, TakesInTheLengthOfARegister) {
+    const std::string node =
+        "<StringReg Name=\"Node\"><Address>0x40</Address><pLength>Length</pLength>"
+        "<AccessMode>RW</AccessMode><pPort>Device</pPort></StringReg>";
+    EXPECT_EQ(ModeWithUncached("", node), WriteThrough);
+    EXPECT_EQ(ModeWithUncached("Length", node), NoCache);
+}
+
+TEST(CachingMode, TakesInTheLimitsThatAFormulaReads) {
+    const auto limited = [](const std::string& variable) {
+        return IntegerXml("Limited", "", Element("pValue", "Value") + Element("pMax", "Max")) +
+               IntegerXml("Above", "", Element("pValue", "Limited")) +
+               "<IntConverter Name=\"Converter\"><FormulaTo>FROM</FormulaTo>"
+               "<FormulaFrom>TO</FormulaFrom><pValue>Above</pValue></IntConverter>"
+               "<IntSwissKnife Name=\"Node\"><pVariable Name=\"" +
+               variable + "</pVariable><Formula>1</Formula></IntSwissKnife>";
+    };
+    for (const char* const variable : {"A.Max\">Limited", "A.Min\">Above", "A.Inc\">Converter"}) {
+        EXPECT_EQ(ModeWithUncached("", limited(variable)), WriteThrough) << variable;
+        EXPECT_EQ(ModeWithUncached("Max", limited(variable)), NoCache) << variable;
+    }
+    EXPECT_EQ(ModeWithUncached("Max", limited("A\">Limited")), WriteThrough);
+}
+
+TEST(CachingMode, TakesInTheAccessModeThatAFormulaReads) {
+    const std::string node =
+        IntegerXml("Limited", Element("pIsAvailable", "Max"), Element("pValue", "Value")) +
+        "<IntSwissKnife Name=\"Node\"><pVariable Name=\"A.AccessMode\">"
+        "Limited</pVariable><Formula>A.AccessMode</Formula></IntSwissKnife>";
+    EXPECT_EQ(ModeWithUncached("", node), WriteThrough);
+    EXPECT_EQ(ModeWithUncached("Max", node), NoCache);
+}
+
+TEST(CachingMode, OfAConverterTakesInItsFormulas) {
+    const std::string node =
+        "<IntConverter Name=\"Node\"><pVariable Name=\"V\">Max</pVariable>"
+        "<FormulaTo>FROM-V</FormulaTo><FormulaFrom>TO+V</FormulaFrom><pValue>Value</pValue>"
+        "</IntConverter>";
+    EXPECT_EQ(ModeWithUncached("", node), WriteThrough);
+    EXPECT_EQ(ModeWithUncached("Max", node), NoCache);
+}
+
 TEST(CachingMode, OfNodesThatWriteEachOtherIsFound) {
     NodesByHand nodes;
     CInteger& one = nodes.Add("One");

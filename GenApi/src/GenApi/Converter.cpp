@@ -12,10 +12,12 @@ void CConverterBase<Types>::SetProperty(const CProperty& property) {
             m_Value = static_cast<IBase*>(LinkChild(property, ReadRole | WriteRole | ValueRole));
             break;
         case CPropertyID::pSwissKnifeTo_ID:
-            m_pConvertTo = dynamic_cast<CSwissKnifeBase<Types>*>(LinkChild(property, ReadRole));
+            m_pConvertTo =
+                dynamic_cast<CSwissKnifeBase<Types>*>(LinkChild(property, ReadRole | WriteRole));
             break;
         case CPropertyID::pSwissKnifeFrom_ID:
-            m_pConvertFrom = dynamic_cast<CSwissKnifeBase<Types>*>(LinkChild(property, ReadRole));
+            m_pConvertFrom =
+                dynamic_cast<CSwissKnifeBase<Types>*>(LinkChild(property, ReadRole | WriteRole));
             break;
         case CPropertyID::pVariable_ID:
             // The inner knives read it; for the converter it is a node to watch.

@@ -51,11 +51,11 @@ void CDcamAccessCtrlRegImpl::CheckLength() {
 
 /// Neither the question nor the answer enters the port's cache: the next
 /// question may be answered differently.
-void CDcamAccessCtrlRegImpl::InternalGet(uint8_t* buffer, int64_t length, bool verify,
+void CDcamAccessCtrlRegImpl::InternalGet(uint8_t* buffer, int64_t length, bool /*verify*/,
                                          bool ignoreCache) {
     CheckLength();
     CheckAccess(buffer, length, "InternalGet");
-    UpdateAddress(verify, ignoreCache);
+    UpdateAddress(ignoreCache);
     const Bytes question = QuestionOf(m_FeatureID, m_Timeout);
     m_pPort->Write(question.data(), m_Address, question.size());
     const EAccessMode mode = InternalGetAccessMode();

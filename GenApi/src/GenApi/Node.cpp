@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 #include <string>
+#include <unordered_set>
+#include <utility>
 
 #include "GenApi/NodeCallback.h"
 #include "GenApi/impl/NestingScope.h"
@@ -78,6 +80,10 @@ void CNodeImpl::PostSetValue(CallbackList& callbacks) {
         terminal->CollectCallbacksToFire(callbacks, true);
         terminal->SetInvalid(simAll);
     }
+    // Without terminal nodes none has come by to use these up.
+    m_KeepCache = false;
+    m_WasWritten = false;
+    GetCallState().EndWrites();
     SortCallbacks(callbacks);
 }
 
@@ -88,17 +94,70 @@ void CNodeImpl::SetInvalid(ESetInvalidMode mode) {
     }
     GCLOGINFO(m_pCacheLog, "%s",
               mode == simAll ? "SetInvalid( simAll )" : "SetInvalid( simOnlyMe )");
-    if (!m_KeepCache) {
-        m_AccessModeCache = _UndefinedAccesMode;
-        m_ValueCacheValid = false;
-        m_ListOfValidValuesCacheValid = false;
+    const bool isOwnWrite = std::exchange(m_WasWritten, false) && !GetCallState().HasWriteFailed();
+    const bool keepsCaches = std::exchange(m_KeepCache, false) && !GetCallState().HasWriteFailed();
+    if (!keepsCaches) {
+        InvalidateCaches();
     }
-    m_KeepCache = false;
+    if (!isOwnWrite) {
+        ForgetBeneath();
+    }
     if (mode == simAll) {
-        for (INodePrivate* const dependent : m_DependingNodes) {
-            dependent->SetInvalid(simOnlyMe);
+        InvalidateDependents();
+    }
+}
+
+void CNodeImpl::InvalidateCaches() {
+    m_AccessModeCache = _UndefinedAccesMode;
+    m_ValueCacheValid = false;
+    m_ListOfValidValuesCacheValid = false;
+}
+
+void CNodeImpl::InvalidateDependents() {
+    for (INodePrivate* const dependent : m_DependingNodes) {
+        dependent->SetInvalid(simOnlyMe);
+    }
+}
+
+void CNodeImpl::ForgetBeneath() {
+    if (!m_Invalidators.empty()) {
+        InvalidateSources();
+    }
+}
+
+void CNodeImpl::InvalidateSources() {
+    CInvalidationQueue& queue = GetCallState().GetInvalidations();
+    if (!queue.IsNew(m_LastInvalidation)) {
+        return;
+    }
+    for (INodePrivate* const source : GetSources()) {
+        queue.AddNode(*source);
+    }
+    queue.Run();
+}
+
+const CNodeImpl::NodeList& CNodeImpl::GetSources() {
+    if (m_Sources) {
+        return *m_Sources;
+    }
+    m_Sources.emplace();
+    std::unordered_set<INodePrivate*> found{this};
+    NodeList open{this};
+    while (!open.empty()) {
+        auto& node = dynamic_cast<CNodeImpl&>(*open.back());
+        open.pop_back();
+        if (node.IsRegister()) {
+            if (&node != this) {
+                m_Sources->push_back(&node);
+            }
+            continue;
+        }
+        for (const NodeList* const children : {&node.m_ValueChildren, &node.m_WritingChildren}) {
+            std::copy_if(children->begin(), children->end(), std::back_inserter(open),
+                         [&found](INodePrivate* child) { return found.insert(child).second; });
         }
     }
+    return *m_Sources;
 }
 
 void CNodeImpl::CollectCallbacksToFire(CallbackList& list, bool allDependents) {
@@ -129,6 +188,7 @@ bool CNodeImpl::Poll(int64_t elapsedTime) {
         return false;
     }
     SetInvalid(simAll);
+    InvalidateSources();
     return true;
 }
 
@@ -150,6 +210,14 @@ ECachingMode CNodeImpl::InternalGetCachingMode() {
     GCLOGDEBUG(m_pCacheLog, "GetCachingMode = '%s'",
                ECachingModeClass::ToString(m_CachingModeCache));
     return m_CachingModeCache;
+}
+
+ECachingMode CNodeImpl::InternalGetLimitsCachingMode() {
+    if (m_LimitsCachingModeCache == _UndefinedCachingMode) {
+        const NestingScope nesting(*this);
+        m_LimitsCachingModeCache = ComputeLimitsCachingMode();
+    }
+    return m_LimitsCachingModeCache;
 }
 
 ECachingMode CNodeImpl::ComputeCachingMode() {

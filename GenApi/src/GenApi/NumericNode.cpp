@@ -147,11 +147,36 @@ void CNumericNodeImpl<Types>::SetInvalid(ESetInvalidMode mode) {
 }
 
 template <class Types>
-auto CNumericNodeImpl<Types>::GetSource(bool verify, bool ignoreCache) const -> const PolyRef_t& {
+ECachingMode CNumericNodeImpl<Types>::ComputeCachingMode() {
+    const ECachingMode mode = CNodeImpl::ComputeCachingMode();
+    return IsIndexed() ? Combine(mode, m_Index.GetCachingMode()) : mode;
+}
+
+/// The node's own limits, and those of its sources for what it lacks.
+template <class Types>
+ECachingMode CNumericNodeImpl<Types>::ComputeLimitsCachingMode() {
+    ECachingMode mode = InternalGetCachingMode();
+    bool isComplete = true;
+    for (const PolyRef_t* const limit : {&m_Min, &m_Max, &m_Inc}) {
+        isComplete = isComplete && limit->IsInitialized();
+        if (limit->IsPointer()) {
+            mode = Combine(mode, limit->GetCachingMode());
+        }
+    }
+    if (!isComplete) {
+        for (INodePrivate* const source : m_WritingChildren) {
+            mode = Combine(mode, source->InternalGetLimitsCachingMode());
+        }
+    }
+    return mode;
+}
+
+template <class Types>
+auto CNumericNodeImpl<Types>::GetSource(bool ignoreCache) const -> const PolyRef_t& {
     if (!IsIndexed()) {
         return m_Sources.front();
     }
-    const auto found = m_Indexed.find(m_Index.GetValue(verify, ignoreCache));
+    const auto found = m_Indexed.find(m_Index.GetValue(false, ignoreCache));
     return found == m_Indexed.end() ? m_Default : found->second;
 }
 
@@ -217,7 +242,7 @@ void CNumericNodeImpl<Types>::InternalSetValue(Value_t value, bool verify) {
 
 template <class Types>
 auto CNumericNodeImpl<Types>::InternalGetValue(bool verify, bool ignoreCache) -> Value_t {
-    return GetSource(verify, ignoreCache).GetValue(verify, ignoreCache);
+    return GetSource(ignoreCache).GetValue(verify, ignoreCache);
 }
 
 template <class Types>

@@ -44,14 +44,6 @@ void CPortImplIntern::SetProperty(const CProperty& property) {
     }
 }
 
-void CPortImplIntern::SetInvalid(ESetInvalidMode mode) {
-    CNodeImpl::SetInvalid(mode);
-    const bool isDevice = !IsChunkPort() && m_EventID.empty();
-    if (m_pValueCache && !isDevice) {
-        m_pValueCache->InvalidateAll();
-    }
-}
-
 EAccessMode CPortImplIntern::InternalGetAccessMode() {
     return CachedAccessMode([this] {
         const EAccessMode mode = ComputeAccessMode(nullptr);
@@ -77,14 +69,45 @@ void CPortImplIntern::Read(void* buffer, int64_t address, int64_t length) {
     }
 }
 
+void CPortImplIntern::Forget(CValueCache::Entry& entry) {
+    CInvalidationQueue& queue = GetCallState().GetInvalidations();
+    m_ValueCache.Forget(entry, queue);
+    queue.Run();
+}
+
+void CPortImplIntern::ForgetRange(int64_t address, int64_t length) {
+    CInvalidationQueue& queue = GetCallState().GetInvalidations();
+    m_ValueCache.ForgetRange(address, length, queue);
+    queue.Run();
+}
+
+// Bytes are forgotten before they are written: a write that fails may have changed
+// some of them.
+
 void CPortImplIntern::Write(const void* buffer, int64_t address, int64_t length) {
     const AutoLock lock(GetLock());
+    RequireWritable(buffer);
+    ForgetRange(address, length);
+    WriteToDevice(buffer, address, length);
+}
+
+void CPortImplIntern::WriteEntry(CValueCache::Entry& entry, const uint8_t* bytes, int64_t length) {
+    const AutoLock lock(GetLock());
+    RequireWritable(bytes);
+    Forget(entry);
+    WriteToDevice(bytes, entry.GetAddress(), length);
+}
+
+void CPortImplIntern::RequireWritable(const void* buffer) {
     if (m_pPort == nullptr) {
         ACCESS_EXCEPTION_NODE("CPortImplIntern::Write : port not set");
     }
     if (buffer == nullptr) {
         LOGICAL_ERROR_EXCEPTION_NODE("CPortImplIntern::Write : pBuffer must not be NULL");
     }
+}
+
+void CPortImplIntern::WriteToDevice(const void* buffer, int64_t address, int64_t length) {
     if (CLog::IsEnabled(m_pPortLog, LogDebug)) {
         CLog::Log(m_pPortLog, LogDebug, "Write( 0x%016lX, %ld, 0x%s )",
                   static_cast<unsigned long>(address), length, UpperHex(buffer, length).c_str());
@@ -117,6 +140,20 @@ void CPortImplIntern::StartRecording(IPortWriteList* list) {
     m_pRecordedList = list;
 }
 
+/// Takes the writes of a list to forget what they change.
+class CPortImplIntern::Forgetting : public IPort {
+public:
+    explicit Forgetting(CPortImplIntern& port) : m_Port(port) {}
+    EAccessMode GetAccessMode() override { return WO; }
+    void Read(void* /*buffer*/, int64_t /*address*/, int64_t /*length*/) override {}
+    void Write(const void* /*buffer*/, int64_t address, int64_t length) override {
+        m_Port.ForgetRange(address, length);
+    }
+
+private:
+    CPortImplIntern& m_Port;
+};
+
 void CPortImplIntern::Replay(IPortWriteList* list, bool invalidate) {
     if (list == nullptr) {
         return;
@@ -126,6 +163,8 @@ void CPortImplIntern::Replay(IPortWriteList* list, bool invalidate) {
         if (m_pPort == nullptr) {
             ACCESS_EXCEPTION_NODE("CPortImplIntern::Replay : port not set");
         }
+        Forgetting forgetting(*this);
+        list->Replay(&forgetting);
         if (auto* const replay = dynamic_cast<IPortReplay*>(m_pPort)) {
             replay->Replay(list, true);
         } else {
@@ -135,13 +174,6 @@ void CPortImplIntern::Replay(IPortWriteList* list, bool invalidate) {
     if (invalidate) {
         InvalidateNode();
     }
-}
-
-CValueCache& CPortImplIntern::GetValueCache() {
-    if (!m_pValueCache) {
-        m_pValueCache = std::make_unique<CValueCache>();
-    }
-    return *m_pValueCache;
 }
 
 }  // namespace GenApi_3_0_ORVANE

@@ -1,6 +1,7 @@
 #include "GenApi/impl/Register.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "GenApi/impl/Value2String.h"
 #include "RegisterBytes.h"
@@ -54,9 +55,9 @@ void CRegisterImpl::AddIndex(const CProperty& property) {
     entry.index = static_cast<IBase*>(LinkChild(property, ReadRole));
     const CProperty* const offset = property.GetAttribute();
     if (offset == nullptr) {
-        // Without an offset the index counts registers.
-        entry.offset = int64_t{0};
-    } else if (offset->GetPropertyID() == CPropertyID::pOffset_ID) {
+        return;  // the index counts registers
+    }
+    if (offset->GetPropertyID() == CPropertyID::pOffset_ID) {
         entry.offset = static_cast<IBase*>(LinkChild(*offset, ReadRole));
     } else {
         entry.offset = offset->Integer();
@@ -78,23 +79,26 @@ ECachingMode CRegisterImpl::ComputeCachingMode() {
         mode = Combine(mode, address.GetCachingMode());
     }
     for (const IndexedOffset& entry : m_Indices) {
-        mode = Combine(mode, Combine(entry.index.GetCachingMode(), entry.offset.GetCachingMode()));
+        mode = Combine(mode, entry.index.GetCachingMode());
+        if (entry.offset.IsInitialized()) {
+            mode = Combine(mode, entry.offset.GetCachingMode());
+        }
     }
-    return mode;
+    return m_Length.IsPointer() ? Combine(mode, m_Length.GetCachingMode()) : mode;
 }
 
-int64_t CRegisterImpl::SumAddress(bool verify, bool ignoreCache) {
+int64_t CRegisterImpl::SumAddress(bool ignoreCache) {
     // Addresses are bits: a sum beyond 64 of them wraps as a device's does.
     const auto bits = [](int64_t number) { return static_cast<uint64_t>(number); };
     uint64_t sum = 0;
     for (const CIntegerPolyRef& part : m_Addresses) {
-        sum += bits(part.GetValue(verify, ignoreCache));
+        sum += bits(part.GetValue(false, ignoreCache));
     }
     for (const IndexedOffset& entry : m_Indices) {
-        const int64_t offset = entry.offset.IsConstant() && entry.offset.GetValue() == 0
-                                   ? InternalGetLength()
-                                   : entry.offset.GetValue(verify, ignoreCache);
-        sum += bits(entry.index.GetValue(verify, ignoreCache)) * bits(offset);
+        const int64_t offset = entry.offset.IsInitialized()
+                                   ? entry.offset.GetValue(false, ignoreCache)
+                                   : InternalGetLength();
+        sum += bits(entry.index.GetValue(false, ignoreCache)) * bits(offset);
     }
     if (static_cast<int64_t>(sum) < 0 && m_pPort->IsChunkPort()) {
         int64_t base = 0;
@@ -104,13 +108,17 @@ int64_t CRegisterImpl::SumAddress(bool verify, bool ignoreCache) {
     return static_cast<int64_t>(sum);
 }
 
-void CRegisterImpl::UpdateAddress(bool verify, bool ignoreCache) {
+// A verified access is one of the register itself, not of those that tell where it
+// lies: their values come from the cache even then.
+void CRegisterImpl::UpdateAddress(bool ignoreCache) {
     const int64_t oldAddress = m_Address;
     m_Address = 0;
     try {
-        m_Address = SumAddress(verify, ignoreCache);
+        m_Address = SumAddress(ignoreCache);
         if (m_IsAddressKnown && m_Address != oldAddress && InternalGetCachingMode() != NoCache) {
-            m_pPort->GetValueCache().InvalidateValue(m_Address);
+            // What is known there is from before the move.
+            FindEntry(InternalGetLength());
+            m_pPort->Forget(*m_pEntry);
         }
         m_IsAddressKnown = true;
     } catch (...) {
@@ -120,8 +128,50 @@ void CRegisterImpl::UpdateAddress(bool verify, bool ignoreCache) {
 }
 
 int64_t CRegisterImpl::InternalGetAddress() {
-    UpdateAddress(false, false);
+    UpdateAddress(false);
     return m_Address;
+}
+
+void CRegisterImpl::FindEntry(int64_t length) {
+    if (m_pEntry == nullptr || !m_pEntry->IsAt(m_Address, length)) {
+        LeaveEntry();
+        m_pEntry = &m_pPort->GetValueCache().GetEntry(m_Address, length);
+    }
+}
+
+CValueCache::Entry& CRegisterImpl::UseEntry(int64_t length) {
+    FindEntry(length);
+    if (!m_IsEntryUser) {
+        m_pEntry->AddUser(*this);
+        m_IsEntryUser = true;
+    }
+    return *m_pEntry;
+}
+
+void CRegisterImpl::LeaveEntry() {
+    if (std::exchange(m_IsEntryUser, false)) {
+        m_pEntry->RemoveUser(*this);
+    }
+}
+
+void CRegisterImpl::ForgetBytes() {
+    GCLOGINFO(m_pCacheLog, "SetInvalid( simAll )");
+    m_IsEntryUser = false;
+    // A write of this register that is still under way was before this one.
+    m_WasWritten = false;
+    m_KeepCache = false;
+    InvalidateCaches();
+    InvalidateDependents();
+}
+
+void CRegisterImpl::ForgetBeneath() {
+    if (m_pEntry != nullptr) {
+        LeaveEntry();
+        m_pPort->Forget(*m_pEntry);
+    } else if (m_UncachedLength > 0) {
+        // It keeps nothing itself, but others may of the same bytes.
+        m_pPort->ForgetRange(m_Address, m_UncachedLength);
+    }
 }
 
 int64_t CRegisterImpl::CheckAccess(const void* buffer, int64_t length, const char* operation) {
@@ -145,33 +195,47 @@ int64_t CRegisterImpl::CheckAccess(const void* buffer, int64_t length, const cha
 
 void CRegisterImpl::InternalGet(uint8_t* buffer, int64_t length, bool verify, bool ignoreCache) {
     const int64_t registerLength = CheckAccess(buffer, length, "InternalGet");
-    UpdateAddress(verify, ignoreCache);
-    CValueCache& cache = m_pPort->GetValueCache();
+    UpdateAddress(ignoreCache);
     const ECachingMode mode = InternalGetCachingMode();
     OV_ASSERT((mode == NoCache || mode == WriteThrough || mode == WriteAround) &&
               "Unexpected Caching Mode");
-    if (!ignoreCache && mode != NoCache &&
-        cache.TryGetValue(m_Address, registerLength, length, buffer)) {
+    if (mode == NoCache) {
+        m_UncachedLength = registerLength;
+        m_pPort->Read(buffer, m_Address, length);
+        return;
+    }
+    CValueCache::Entry& entry = UseEntry(registerLength);
+    if (!verify && !ignoreCache && entry.IsValid()) {
+        entry.Load(buffer, length);
         return;
     }
     m_pPort->Read(buffer, m_Address, length);
-    if (mode != NoCache && length == registerLength) {
-        cache.SetValue(m_Address, length, buffer);
+    if (length == registerLength) {
+        if (entry.DiffersFrom(buffer)) {
+            // What others made of the old bytes is as old.
+            m_pPort->Forget(entry);
+        }
+        UseEntry(registerLength).Store(buffer);
     }
 }
 
-void CRegisterImpl::InternalSet(const uint8_t* buffer, int64_t length, bool verify) {
+void CRegisterImpl::InternalSet(const uint8_t* buffer, int64_t length, bool /*verify*/) {
     // All that can fail comes before the write: once the device has changed,
     // nothing may keep the cache from learning of it.
     const int64_t registerLength = CheckAccess(buffer, length, "InternalSet");
-    UpdateAddress(verify, false);
-    CValueCache& cache = m_pPort->GetValueCache();
+    UpdateAddress(false);
     const ECachingMode mode = InternalGetCachingMode();
-    m_pPort->Write(buffer, m_Address, length);
-    if (length != registerLength || mode == WriteAround) {
-        cache.InvalidateValue(m_Address);
-    } else if (mode == WriteThrough) {
-        cache.SetValue(m_Address, length, buffer);
+    if (mode == NoCache) {
+        m_UncachedLength = registerLength;
+        m_pPort->Write(buffer, m_Address, length);
+        return;
+    }
+    CValueCache::Entry& entry = UseEntry(registerLength);
+    // What this node makes of the bytes is up to the frame of its write.
+    LeaveEntry();
+    m_pPort->WriteEntry(entry, buffer, length);
+    if (mode == WriteThrough && length == registerLength) {
+        UseEntry(registerLength).Store(buffer);
     }
 }
 

@@ -125,9 +125,26 @@ template <class Types>
 ECachingMode CSwissKnifeBase<Types>::ComputeCachingMode() {
     ECachingMode mode = CNodeImpl::ComputeCachingMode();
     for (const Variable& variable : m_Variables) {
-        mode = Combine(mode, variable.source.GetCachingMode());
+        mode = Combine(mode, CachingModeOf(variable));
     }
     return mode;
+}
+
+template <class Types>
+ECachingMode CSwissKnifeBase<Types>::CachingModeOf(const Variable& variable) {
+    switch (variable.aspect) {
+        case Aspect::Min:
+        case Aspect::Max:
+        case Aspect::Inc:
+            return variable.node->InternalGetLimitsCachingMode();
+        case Aspect::AccessMode:
+            if (variable.node->InternalIsAccessModeCacheable() == No) {
+                return NoCache;
+            }
+            [[fallthrough]];
+        default:
+            return variable.source.GetCachingMode();
+    }
 }
 
 /// Old descriptions may have formulas that lead back to themselves. Where only a

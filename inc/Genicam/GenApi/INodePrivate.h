@@ -41,6 +41,9 @@ struct INodePrivate : virtual public INode {
     virtual ENameSpace InternalGetNameSpace() = 0;
     virtual EVisibility InternalGetVisibility() = 0;
     virtual ECachingMode InternalGetCachingMode() = 0;
+    /// The stricter of the node's caching mode and those of all that tell its
+    /// limits.
+    virtual ECachingMode InternalGetLimitsCachingMode() = 0;
     virtual int64_t InternalGetPollingTime() = 0;
     /// RuntimeException when the device's error node tells of one.
     virtual void InternalCheckError() = 0;

@@ -2,6 +2,7 @@
 /// What the nodes of a map share while a client is in a call.
 
 #include "GenApi/INodeMapPrivate.h"
+#include "GenApi/impl/InvalidationQueue.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -52,6 +53,15 @@ public:
             LeaveEntryPoint();
         }
     }
+    /// A write that failed, or whose device reports an error, may have left
+    /// anything in the registers on its way: until the outermost write ends, none
+    /// of them is spared.
+    void NoteFailedWrite() { m_HasWriteFailed = true; }
+    bool HasWriteFailed() const { return m_HasWriteFailed; }
+    void EndWrites() { m_HasWriteFailed = false; }
+
+    CInvalidationQueue& GetInvalidations() { return m_Invalidations; }
+
     /// "Node.Method()" of the outermost call; empty when there is none.
     gcstring GetEntryPoint() const;
 
@@ -66,6 +76,8 @@ private:
     uint32_t m_EntryDepth = 0;
     uint32_t m_NestedCalls = 0;
     bool m_EntryIgnoreCache = false;
+    bool m_HasWriteFailed = false;
+    CInvalidationQueue m_Invalidations;
 };
 
 }  // namespace GenApi_3_0_ORVANE

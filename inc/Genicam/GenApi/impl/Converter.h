@@ -19,6 +19,10 @@ public:
     }
 
 protected:
+    /// The knives turn the limits of the source into those of this node.
+    ECachingMode ComputeLimitsCachingMode() override {
+        return Combine(InternalGetCachingMode(), m_Value.GetNode()->InternalGetLimitsCachingMode());
+    }
     Value_t InternalGetValue(bool verify, bool ignoreCache);
     void InternalSetValue(Value_t value, bool verify);
     Value_t InternalGetMin() { return LimitAt(Increasing); }

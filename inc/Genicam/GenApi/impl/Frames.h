@@ -40,7 +40,9 @@ void RunWrite(CNodeImpl& node, EMethod method, const Check& check, const Write& 
         node.PreSetValue();
         try {
             write();
+            node.NoteOwnWrite();
         } catch (...) {
+            node.GetCallState().NoteFailedWrite();
             node.PostSetValue(callbacks);
             throw;
         }

@@ -2,6 +2,7 @@
 /// What every node of the graph is made of.
 
 #include <bitset>
+#include <optional>
 #include <vector>
 
 #include "Base/Log.h"
@@ -52,6 +53,7 @@ public:
         return Combine(m_Visibility, m_ImposedVisibility);
     }
     ECachingMode InternalGetCachingMode() override;
+    ECachingMode InternalGetLimitsCachingMode() override;
     int64_t InternalGetPollingTime() override { return m_PollingTime; }
     EYesNo InternalIsAccessModeCacheable() override;
     void InternalCheckError() override;
@@ -84,11 +86,29 @@ public:
     EAccessMode GetImposedAccessMode() const { return m_ImposedAccessMode; }
     /// Marks the begin of a write that goes on to other nodes.
     void PreSetValue();
+    /// Marks that it succeeded: the invalidation that it brings about spares what
+    /// it has just left in the caches.
+    void NoteOwnWrite() { m_WasWritten = true; }
     /// Marks its end. The outermost write invalidates the terminal nodes and
     /// gathers the callbacks of all that depend on them.
     void PostSetValue(CallbackList& callbacks);
+    /// Sets invalid what the value comes from, down to the registers, so that the
+    /// next read is one of the device.
+    void InvalidateSources();
 
 protected:
+    /// InvalidateNode for what a client imposes on the node: nothing has changed
+    /// at the device.
+    virtual void InvalidateImposed() = 0;
+    /// Drops what is cached below the node's own value, when anything but a write
+    /// of this node sets it invalid. A node that names invalidators is as old as
+    /// its sources are.
+    virtual void ForgetBeneath();
+    /// Where values come from the device: whoever looks for the sources of a value
+    /// need not look further.
+    virtual bool IsRegister() const { return false; }
+    void InvalidateCaches();
+    void InvalidateDependents();
     /// @param value  the node whose value this one shows, or null
     EAccessMode InternalGetAccessMode(IBase* value);
     /// The access mode's cache, asked and filled around a computation of the
@@ -114,6 +134,8 @@ protected:
     /// The node's caching mode with that of all that its value passes through.
     /// Classes with further sources of their value add those.
     virtual ECachingMode ComputeCachingMode();
+    /// Classes whose limits other nodes tell add those.
+    virtual ECachingMode ComputeLimitsCachingMode() { return InternalGetCachingMode(); }
     /// The text of a node without a value; classes with one know better.
     virtual gcstring InternalToString(bool verify, bool ignoreCache);
     virtual void InternalFromString(const gcstring& value, bool verify);
@@ -168,11 +190,13 @@ protected:
     NodeList m_ValueChildren;
 
     ECachingMode m_CachingModeCache = _UndefinedCachingMode;
+    ECachingMode m_LimitsCachingModeCache = _UndefinedCachingMode;
     EAccessMode m_AccessModeCache = _UndefinedAccesMode;
     bool m_ValueCacheValid = false;
     bool m_ListOfValidValuesCacheValid = false;
     EYesNo m_AccessModeCacheability = _UndefinedYesNo;
     bool m_KeepCache = false;
+    bool m_WasWritten = false;
 
     void* m_pAccessLog = nullptr;
     void* m_pValueLog = nullptr;
@@ -197,6 +221,7 @@ private:
     INodePrivate& FindLinked(const CProperty& property);
     void SetLinkProperty(const CProperty& property);
     NodeList GetLinked(CPropertyID id) const;
+    const NodeList& GetSources();
 
     INodeMapPrivate* m_pNodeMap = nullptr;
     CCallState* m_pCallState = nullptr;
@@ -205,6 +230,9 @@ private:
     std::bitset<CPropertyID::_Undefined_ID> m_HeldProperties;
     std::vector<CKeptProperty> m_KeptProperties;
     int64_t m_ElapsedTime = 0;
+    /// The registers that the value comes from, once they were looked for.
+    std::optional<NodeList> m_Sources;
+    uint64_t m_LastInvalidation = 0;
     CallbackList m_Callbacks;
 };
 

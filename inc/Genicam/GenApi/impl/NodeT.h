@@ -20,15 +20,7 @@ public:
         return Locked([&] { return this->InternalGetVisibility(); });
     }
     void InvalidateNode() override {
-        CallbackList callbacks;
-        {
-            const AutoLock lock(Base::GetLock());
-            Base::SetInvalid(simAll);
-            Base::CollectCallbacksToFire(callbacks, true);
-            SortCallbacks(callbacks);
-            FireCallbacks(callbacks, cbPostInsideLock);
-        }
-        FireCallbacks(callbacks, cbPostOutsideLock);
+        InvalidateAndFire([&] { Base::InvalidateSources(); });
     }
     bool IsCachable() override {
         return Locked([&] { return this->InternalGetCachingMode() != NoCache; });
@@ -82,11 +74,11 @@ public:
     }
     void ImposeAccessMode(EAccessMode mode) override {
         Locked([&] { Base::m_ImposedAccessMode = mode; });
-        InvalidateNode();
+        InvalidateImposed();
     }
     void ImposeVisibility(EVisibility visibility) override {
         Locked([&] { Base::m_ImposedVisibility = visibility; });
-        InvalidateNode();
+        InvalidateImposed();
     }
     INode* GetAlias() override {
         return Locked([&] { return Base::m_pAlias; });
@@ -128,7 +120,25 @@ public:
         return Locked([&] { return std::exchange(Base::m_pUserData, data); });
     }
 
+protected:
+    void InvalidateImposed() override {
+        InvalidateAndFire([] {});
+    }
+
 private:
+    template <class Further>
+    void InvalidateAndFire(const Further& invalidateFurther) {
+        CallbackList callbacks;
+        {
+            const AutoLock lock(Base::GetLock());
+            Base::SetInvalid(simAll);
+            invalidateFurther();
+            Base::CollectCallbacksToFire(callbacks, true);
+            SortCallbacks(callbacks);
+            FireCallbacks(callbacks, cbPostInsideLock);
+        }
+        FireCallbacks(callbacks, cbPostOutsideLock);
+    }
     template <class Action>
     auto Locked(const Action& action) {
         const AutoLock lock(Base::GetLock());

@@ -27,6 +27,9 @@ public:
     }
 
 protected:
+    ECachingMode ComputeCachingMode() override;
+    ECachingMode ComputeLimitsCachingMode() override;
+
     using Value_t = typename Types::Value;
     using List_t = typename Types::List;
     using PolyRef_t = typename Types::PolyRef;
@@ -41,8 +44,9 @@ protected:
     ERepresentation InternalGetRepresentation();
     gcstring InternalGetUnit();
 
-    /// The source that reads come from.
-    const PolyRef_t& GetSource(bool verify = false, bool ignoreCache = false) const;
+    /// The source that reads come from. The index is no part of the value: it comes
+    /// from the cache even when the value is verified.
+    const PolyRef_t& GetSource(bool ignoreCache = false) const;
 
 private:
     static constexpr unsigned SourceRoles = ReadRole | WriteRole | ValueRole;

@@ -132,7 +132,7 @@ private:
             const AutoLock lock(Base::GetLock());
             limit = value;
         }
-        this->InvalidateNode();
+        this->InvalidateImposed();
     }
 
     void RefreshValidValues() {

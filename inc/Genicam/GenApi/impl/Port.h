@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-
 #include "GenApi/IPort.h"
 #include "GenApi/impl/BaseT.h"
 #include "GenApi/impl/NodeT.h"
@@ -16,9 +14,6 @@ class CPortImplIntern : public CNodeImpl,
                         virtual public IPortRecorder {
 public:
     void SetProperty(const CProperty& property) override;
-    /// What frames and events brought is forgotten with them; what a device told
-    /// outlasts this, as only registers know when it changes.
-    void SetInvalid(ESetInvalidMode mode) override;
     EInterfaceType InternalGetPrincipalInterfaceType() override { return intfIPort; }
     using CNodeImpl::InternalGetAccessMode;
     EAccessMode InternalGetAccessMode() override;
@@ -33,15 +28,31 @@ public:
     void StopRecording() override { StartRecording(nullptr); }
     void Replay(IPortWriteList* list, bool invalidate) override;
 
-    /// The bytes known of this port; made at the first call.
-    CValueCache& GetValueCache();
+    /// Writes what registers hold at the entry, or the first bytes of it.
+    void WriteEntry(CValueCache::Entry& entry, const uint8_t* bytes, int64_t length);
+    /// The entry and all that share bytes with it are to be read anew, and what
+    /// was made of them is invalid.
+    void Forget(CValueCache::Entry& entry);
+    void ForgetRange(int64_t address, int64_t length);
+
+    /// The bytes known of this port.
+    CValueCache& GetValueCache() { return m_ValueCache; }
     bool IsChunkPort() const { return m_ChunkID.IsInitialized(); }
 
+protected:
+    /// All bytes.
+    void ForgetBeneath() override { m_ValueCache.InvalidateAll(); }
+
 private:
+    class Forgetting;
+
+    void RequireWritable(const void* buffer);
+    void WriteToDevice(const void* buffer, int64_t address, int64_t length);
+
     IPort* m_pPort = nullptr;
     IPortWriteList* m_pRecordedList = nullptr;
     CStringPolyRef m_ChunkID;
-    std::unique_ptr<CValueCache> m_pValueCache;
+    CValueCache m_ValueCache;
     EYesNo m_SwapEndianess = No;
     EYesNo m_CacheChunkData = No;
 };

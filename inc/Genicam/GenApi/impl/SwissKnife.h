@@ -73,6 +73,7 @@ private:
     void ReadVariables(bool verify, bool ignoreCache);
     Value_t ReadVariable(const Variable& variable, bool verify, bool ignoreCache);
     Value_t ReadEntry(const Variable& variable);
+    static ECachingMode CachingModeOf(const Variable& variable);
     bool ReadsUpperCase();
     [[noreturn]] void ThrowFailedEvaluation(const char* text);
 
