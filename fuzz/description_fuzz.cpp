@@ -28,10 +28,8 @@ void Run(const Input& input) {
     CNodeDataMap map;
     try {
         Parse(input, map);
-        if (!HasSelectors(map)) {
-            CNodeDataMapFactory::PreProcessNodeDataMap(&map);
-            CheckThatDataReturn(map);
-        }
+        CNodeDataMapFactory::PreProcessNodeDataMap(&map);
+        CheckThatDataReturn(map);
     } catch (const GenICam_3_0_ORVANE::GenericException&) {  // NOLINT(bugprone-empty-catch)
     }
 }

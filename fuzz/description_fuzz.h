@@ -1,5 +1,5 @@
 #pragma once
-/// Descriptions made of what a fuzzer gives, and which of them may be used.
+/// Descriptions made of what a fuzzer gives.
 
 #include <cstdint>
 #include <string>
@@ -32,24 +32,6 @@ struct Input {
 inline void Parse(const Input& input, CNodeDataMap& map) {
     CNodeDataMapFactory::ParseXmlBuffer(&map, ContentType_Xml, input.document.data(),
                                         input.document.size(), input.suppressStrings);
-}
-
-template <class Predicate>
-bool HasNode(const CNodeDataMap& map, const Predicate& predicate) {
-    for (size_t i = 0; i < map.GetNumNodeIDs(); ++i) {
-        const CNodeData* const node = map.GetNodeData(NodeID_t(i));
-        if (node != nullptr && predicate(*node)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-/// A selector that reads what it selects ends the process.
-inline bool HasSelectors(const CNodeDataMap& map) {
-    return HasNode(map, [](const CNodeData& node) {
-        return node.FindProperty(CPropertyID::pSelected_ID) != nullptr;
-    });
 }
 
 }  // namespace DescriptionFuzz

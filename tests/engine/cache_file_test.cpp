@@ -1,12 +1,10 @@
 // The bytes of a cache file, and what becomes of those that others have changed.
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 
 #include "NodeMapData/CacheFile.h"
 #include "cache_support.h"
+#include "support/EveryUse.h"
 
 namespace EngineTest {
 
@@ -91,38 +89,6 @@ std::string CorruptText(const CacheFolder& folder) {
 
 std::string ForeignText(const CacheFolder& folder) {
     return "Failed to read cache file '" + folder.File() + "'.";
-}
-
-/// How a process ends that loads the one description from what the folder holds.
-enum class End { Loads, Throws, Asserts, Crashes };
-
-void LoadBothWays() {
-    CNodeMapFactory(kSmall, CacheUsage_ForceRead).Preprocess();
-    const MapOwner map(CNodeMapFactory(kSmall, CacheUsage_ForceRead).CreateNodeMap());
-    map->GetNumNodes();
-}
-
-End LoadInProcess() {
-    const pid_t child = fork();
-    if (child == 0) {
-        fclose(stderr);  // a thousand assertion texts help no one
-        try {
-            LoadBothWays();
-        } catch (const GenericException&) {
-            _exit(1);
-        } catch (...) {
-            _exit(2);
-        }
-        _exit(0);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    if (WIFSIGNALED(status)) {
-        return WTERMSIG(status) == SIGABRT ? End::Asserts : End::Crashes;
-    }
-    return WEXITSTATUS(status) == 0   ? End::Loads
-           : WEXITSTATUS(status) == 1 ? End::Throws
-                                      : End::Crashes;
 }
 
 }  // namespace
@@ -260,32 +226,141 @@ TEST(CacheFile, IsReportedWithAnyByteChanged) {
     }
 }
 
-TEST(CacheFile, NeverCrashesAReaderWithAnyByteChangedAndNoChecksum) {
+namespace {
+
+/// A node of each kind, with the properties that have a form of their own.
+const gcstring kManifold = Description(
+    "<Category Name=\"Root\"><pFeature>A</pFeature><pFeature>E</pFeature></Category>" +
+    IntegerXml("A", "<pIsLocked>B</pIsLocked>", "<Value>1</Value><pSelected>R</pSelected>") +
+    IntegerXml("X", "",
+               "<pIndex>A</pIndex><pValueIndexed Index=\"1\">R</pValueIndexed>"
+               "<ValueDefault>2</ValueDefault>") +
+    "<Boolean Name=\"B\"><Value>0</Value></Boolean>"
+    "<Float Name=\"F\"><Value>1.5</Value></Float>"
+    "<String Name=\"S\"><Value>text</Value></String>"
+    "<Enumeration Name=\"E\"><EnumEntry Name=\"One\"><Value>1</Value></EnumEntry>"
+    "<Value>1</Value></Enumeration>"
+    "<Command Name=\"D\"><pValue>R</pValue><CommandValue>1</CommandValue></Command>"
+    "<Converter Name=\"C\"><pVariable Name=\"V\">A</pVariable><FormulaTo>FROM*V</FormulaTo>"
+    "<FormulaFrom>TO/V</FormulaFrom><pValue>R</pValue></Converter>"
+    "<MaskedIntReg Name=\"M\"><Address>8</Address><pIndex pOffset=\"X\">A</pIndex>"
+    "<Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort><LSB>1</LSB><MSB>3</MSB>"
+    "<Endianess>LittleEndian</Endianess></MaskedIntReg>"
+    "<FloatReg Name=\"G\"><Address>16</Address><Length>8</Length><AccessMode>RW</AccessMode>"
+    "<pPort>Device</pPort></FloatReg>"
+    "<Port Name=\"P\"><ChunkID>0A</ChunkID></Port>" +
+    RegXml{.name = "R"}());
+
+}  // namespace
+
+TEST(CacheFile, NeverEndsTheProcessWithAnyByteChangedAndNoChecksum) {
     const CacheFolder folder;
-    Store(kSmall);
+    Store(kManifold);
     folder.ForgetChecksum();
     const std::string bytes = BytesOf(folder.File());
-    for (size_t position = 0; position < bytes.size(); ++position) {
-        std::string changed = bytes;
-        changed[position] = static_cast<char>(changed[position] ^ 0xFF);
-        folder.Put(changed);
-        EXPECT_NE(LoadInProcess(), End::Crashes) << position;
+    TestPort port(64);
+    for (size_t position = kNumStrings; position < bytes.size(); ++position) {
+        for (const int bits : {0x01, 0x06, 0xFF}) {
+            std::string changed = bytes;
+            changed[position] = static_cast<char>(changed[position] ^ bits);
+            folder.Put(changed);
+            AttemptEach([&] { CNodeMapFactory(kManifold, CacheUsage_ForceRead).Preprocess(); },
+                        [&] {
+                            const MapOwner map(
+                                CNodeMapFactory(kManifold, CacheUsage_ForceRead).CreateNodeMap());
+                            map->Connect(&port);
+                            UseEverything(*map.operator->());
+                        });
+        }
     }
 }
 
-TEST(CacheFile, IsCorruptBeyondItsLimits) {
+namespace {
+
+/// Both ways of loading refuse the file.
+std::vector<std::string> FailuresOf(const CacheFolder& folder, const std::string& bytes) {
+    folder.Put(bytes);
+    return {LoadFailure(), DescriptionOf<RuntimeException>(
+                               [] { CNodeMapFactory(kSmall, CacheUsage_ForceRead).Preprocess(); })};
+}
+
+/// The bytes with one part in place of another of the same length.
+std::string Replaced(std::string bytes, const std::string& from, const std::string& to) {
+    EXPECT_EQ(from.size(), to.size());
+    const size_t place = bytes.find(from);
+    EXPECT_NE(place, std::string::npos);
+    return bytes.replace(place, to.size(), to);
+}
+
+}  // namespace
+
+TEST(CacheFile, HoldsNoMoreThanIdentifiersReach) {
     const CacheFolder folder;
     Store(kSmall);
     folder.ForgetChecksum();
     const std::string bytes = BytesOf(folder.File());
-    std::string changed = bytes;
-    changed[kNumStrings + 2] = 1;
-    folder.Put(changed);
-    EXPECT_EQ(LoadFailure(), CorruptText(folder));
-    changed = bytes;
-    changed[ParsedFile(bytes).stringsEnd + 2] = 1;
-    folder.Put(changed);
-    EXPECT_EQ(LoadFailure(), CorruptText(folder));
+    for (const size_t count : {kNumStrings, ParsedFile(bytes).stringsEnd}) {
+        std::string changed = bytes;
+        changed[count + 2] = 1;
+        EXPECT_THAT(FailuresOf(folder, changed), testing::Each(CorruptText(folder)));
+    }
+}
+
+TEST(CacheFile, IsCorruptWhereNodesShareAName) {
+    const CacheFolder folder;
+    Store(kSmall);
+    folder.ForgetChecksum();
+    const std::string bytes = BytesOf(folder.File());
+    const std::string a("\0A", 3);
+    EXPECT_THAT(FailuresOf(folder, Replaced(bytes, a, std::string("\0R", 3))),
+                testing::Each(CorruptText(folder)));
+    EXPECT_THAT(FailuresOf(folder, Replaced(bytes, "_RegisterDescription", "_RegisterDescriptioN")),
+                testing::Each(CorruptText(folder)));
+}
+
+TEST(CacheFile, IsCorruptWhereANodeHasAPropertyOfOthers) {
+    const CacheFolder folder;
+    Store(kSmall);
+    folder.ForgetChecksum();
+    const std::string bytes = BytesOf(folder.File());
+    const auto head = [](CPropertyID::EProperty_ID_t id, CProperty::EDataType_t type) {
+        return std::string{static_cast<char>(id), static_cast<char>(type), '\0'};
+    };
+    const auto length = head(CPropertyID::Length_ID, CProperty::Integer_ID);
+    for (const auto& other : {head(CPropertyID::OnValue_ID, CProperty::Integer_ID),
+                              head(CPropertyID::Length_ID, CProperty::Float_ID),
+                              head(CPropertyID::Name_ID, CProperty::Integer_ID)}) {
+        EXPECT_THAT(FailuresOf(folder, Replaced(bytes, length, other)),
+                    testing::Each(CorruptText(folder)));
+    }
+    const auto access = head(CPropertyID::AccessMode_ID, CProperty::EAccessMode_ID);
+    EXPECT_THAT(
+        FailuresOf(folder, Replaced(bytes, access,
+                                    head(CPropertyID::AccessMode_ID, CProperty::ECachingMode_ID))),
+        testing::Each(CorruptText(folder)));
+}
+
+TEST(CacheFile, OfAConverterWhoseKnifeIsAnotherNodeFailsThatConverter) {
+    const CacheFolder folder;
+    Store(kManifold);
+    folder.ForgetChecksum();
+    const ParsedFile file(BytesOf(folder.File()));
+    const auto knife = std::find_if(
+        file.properties.begin(), file.properties.end(),
+        [](const auto& property) { return property.id == CPropertyID::pSwissKnifeTo_ID; });
+    ASSERT_NE(knife, file.properties.end());
+    const auto link = [](uint64_t node) {
+        return std::string{CPropertyID::pSwissKnifeTo_ID, CProperty::Node_ID, '\0',
+                           static_cast<char>(node), '\0'};
+    };
+    folder.Put(Replaced(BytesOf(folder.File()), link(knife->value), link(knife->node)));
+    TestPort port;
+    const MapOwner map(CNodeMapFactory(kManifold, CacheUsage_ForceRead).CreateNodeMap());
+    map->Connect(&port);
+    EXPECT_EQ(DescriptionOf<RuntimeException>(
+                  [&] { dynamic_cast<IValue&>(*map->GetNode("C")).ToString(); }),
+              "The 'pSwissKnifeTo' of a converter is no formula of its kind.");
+    EXPECT_EQ(map.ValueOf("A"), 1);
 }
 
 TEST(CacheFile, GivesNoNodeOfATypeThatThereIsNot) {

@@ -31,6 +31,52 @@ TEST_F(ChunkAdapter, ServesThePortsThatNameAChunk) {
     EXPECT_EQ(PortsOf(adapter), 2);
 }
 
+TEST(ChunkAdapterOfPorts, ServesTheOthersWhereOneHasNoIdentifierThatIsAny) {
+    const EngineLog log;
+    XmlNodeMap nodes(ChunkPortXml("Odd", "123") + ChunkPortXml("Told", "01") +
+                     "<Port Name=\"Device2\"><pChunkID>Text</pChunkID></Port>"
+                     "<StringReg Name=\"Text\"><Address>0</Address><Length>4</Length>"
+                     "<AccessMode>RW</AccessMode><pPort>Device</pPort></StringReg>" +
+                     ChunkRegXml("Reg", "Told"));
+    nodes.Port().PutBytes(0, {'1', '2', '3', 0});
+    Bytes buffer = CountUp(8);
+    CChunkAdapterGeneric adapter(&nodes.Map());
+    const SingleChunkData_t chunk{1, 0, 4};
+    AttachStatistics_t statistics{};
+    adapter.AttachBuffer(buffer.data(), &chunk, 1, &statistics);
+    EXPECT_EQ(statistics.NumChunkPorts, 1);
+    EXPECT_EQ(nodes.Get("Told").GetAccessMode(), RW);
+    for (const std::string name : {"Odd", "Device2"}) {
+        EXPECT_EQ(nodes.Get(name.c_str()).GetAccessMode(), NA);
+        EXPECT_THAT(
+            log.Lines("GenApi.Device.Misc." + name),
+            testing::ElementsAre(EngineLog::Line{
+                LogWarning, "Node '" + name +
+                                "' is passed by : ChunkID.length() % 2 == 0 && \"a hex string must "
+                                "consist of an even number of chars\""}));
+    }
+}
+
+TEST(ChunkAdapterOfPorts, GivesAllPortsTheNewBufferWhenOneHasLostItsCopy) {
+    XmlNodeMap nodes(ChunkPortXml("First", "01", "Yes") + ChunkPortXml("Second", "01") +
+                     ChunkRegXml("Reg", "First"));
+    Bytes buffer = CountUp(8);
+    CChunkAdapterGeneric adapter(&nodes.Map());
+    const SingleChunkData_t chunk{1, 0, 4};
+    adapter.AttachBuffer(buffer.data(), &chunk, 1);
+    adapter.ClearCaches();
+    EXPECT_NE(nodes.Get<IInteger>("Reg").GetValue(), 0x77777777);
+    Bytes other(8, 0x77);
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { adapter.UpdateBuffer(other.data()); }),
+              "m_pChunkData && \"if the cache is valid there must be data\"");
+    for (const char* const name : {"First", "Second"}) {
+        uint8_t byte = 0;
+        nodes.Get<IPort>(name).Read(&byte, 0, 1);
+        EXPECT_EQ(byte, 0x77) << name;
+    }
+    EXPECT_EQ(nodes.Get<IInteger>("Reg").GetValue(), 0x77777777);
+}
+
 TEST_F(ChunkAdapter, LeavesThePortOfTheDeviceAlone) {
     const CChunkAdapterGeneric adapter(&m_Nodes.Map());
     uint8_t byte = 0;

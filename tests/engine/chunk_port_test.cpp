@@ -51,7 +51,6 @@ protected:
 };
 
 using ChunkPortDeathTest = ChunkPort;
-using CopyingChunkPortDeathTest = CopyingChunkPort;
 
 TEST_F(ChunkPort, ReadsWithinTheChunk) {
     Attach();
@@ -272,12 +271,14 @@ TEST_F(ChunkPortDeathTest, InsistsOnAPortThatIsANode) {
     EXPECT_DEATH(m_Port.AttachPort(nullptr), testing::HasSubstr("its not a port???"));
 }
 
-TEST_F(CopyingChunkPortDeathTest, InsistsOnACopyWhenItFollowsABuffer) {
+TEST_F(CopyingChunkPort, TellsOfAFreedCopyWhenItFollowsABuffer) {
     Attach();
     m_Port.ClearCache();
-    EXPECT_DEATH(
-        m_Port.UpdateBuffer(m_Buffer.data()),
-        testing::HasSubstr("m_pChunkData && \"if the cache is valid there must be data\""));
+    Bytes other = m_Buffer;
+    other[2] = 0x77;
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { m_Port.UpdateBuffer(other.data()); }),
+              "m_pChunkData && \"if the cache is valid there must be data\"");
+    EXPECT_EQ(Read(0, 1), Bytes{0x77});
 }
 
 struct Identifier {
@@ -317,11 +318,14 @@ INSTANTIATE_TEST_SUITE_P(
         Identifier{
             "011234567890ABCDEF", {1, 0x12, 0x34, 0x56, 0x78, 0x90, 0xAB, 0xCD, 0xEF}, true}));
 
-TEST(ChunkIdentifierDeathTest, HasAnEvenNumberOfDigits) {
+TEST(ChunkIdentifierText, HasAnEvenNumberOfDigits) {
     XmlNodeMap nodes(ChunkPortXml("Port", "123"));
-    EXPECT_DEATH(CChunkPort port(&nodes.Get<IPort>("Port")),
-                 testing::HasSubstr("ChunkID.length() % 2 == 0 && "
-                                    "\"a hex string must consist of an even number of chars\""));
+    nodes->Connect(&nodes.Port(), "Port");
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { CChunkPort port(&nodes.Get<IPort>("Port")); }),
+              "ChunkID.length() % 2 == 0 && "
+              "\"a hex string must consist of an even number of chars\"");
+    // The node keeps the port that it has.
+    EXPECT_EQ(nodes.Get("Port").GetAccessMode(), RW);
 }
 
 TEST(ChunkIdentifierOfANode, IsTakenFromThere) {

@@ -213,8 +213,12 @@ TEST(Converter, HasTheIncrementOfItsSourceWhenItIsLinear) {
     EXPECT_EQ(IncrementOf({.from = "TO*-2", .slope = "Decreasing", .isLinear = "Yes"}), 8.0);
     EXPECT_EQ(IncrementOf({.from = "TO*2", .isLinear = "Yes"}), 8.0);
     EXPECT_EQ(IncrementOf({.from = "TO*-2", .slope = "Automatic", .isLinear = "Yes"}), 8.0);
-    // The formula is taken as it stands, with its offset.
-    EXPECT_EQ(IncrementOf({.from = "TO*2+10", .slope = "Increasing", .isLinear = "Yes"}), 18.0);
+}
+
+TEST(Converter, HasAnIncrementThatAnOffsetDoesNotChange) {
+    EXPECT_EQ(IncrementOf({.from = "TO*2+10", .slope = "Increasing", .isLinear = "Yes"}), 8.0);
+    EXPECT_EQ(IncrementOf({.from = "10-TO*2", .slope = "Decreasing", .isLinear = "Yes"}), 8.0);
+    EXPECT_EQ(IncrementOf({.from = "10-TO*2", .isLinear = "Yes"}), 8.0);
 }
 
 TEST(Converter, HasNoIncrementOtherwise) {
@@ -302,15 +306,16 @@ TEST(Converter, RunsItsCallbacksWhenTheSourceIsWritten) {
 
 // Failures.
 
-TEST(Converter, FailsToLoadWithAFormulaThatDoesNotParse) {
-    EXPECT_EQ(DescriptionOf<LogicalErrorException>(
-                  [] { XmlNodeMap(ConverterXml{.to = "TO*2"}.Float() + RawXml()); }),
+TEST(Converter, RaisesWhyAFormulaDoesNotParseWhenItIsUsed) {
+    XmlNodeMap floats(ConverterXml{.to = "TO*2"}.Float() + RawXml());
+    EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { floats.Get<IFloat>("Conv").SetValue(1); }),
               "Conv_ConvertTo : Failed to parse formula 'TO*2' : error message is "
               "'# TO - Unknown function/variable!'");
-    EXPECT_EQ(DescriptionOf<LogicalErrorException>(
-                  [] { XmlNodeMap(ConverterXml{.from = "FROM*2"}.Integer() + RawXml()); }),
-              "Conv_ConvertFrom : Failed to parse formula 'FROM*2' : error message is "
-              "'# FROM - Unknown function/variable!'");
+    XmlNodeMap integers(ConverterXml{.from = "FROM*2"}.Integer() + RawXml());
+    EXPECT_EQ(
+        DescriptionOf<LogicalErrorException>([&] { integers.Get<IInteger>("Conv").GetValue(); }),
+        "Conv_ConvertFrom : Failed to parse formula 'FROM*2' : error message is "
+        "'# FROM - Unknown function/variable!'");
 }
 
 TEST(Converter, TellsWhichFormulaCannotBeEvaluated) {

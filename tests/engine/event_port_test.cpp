@@ -283,12 +283,12 @@ INSTANTIATE_TEST_SUITE_P(
                                0x0123456789ABCDEF,
                                false}));
 
-TEST(EventIdentifierText, OfAnOddLengthEndsTheProcess) {
+TEST(EventIdentifierText, HasAnEvenNumberOfDigits) {
     EventCamera camera({"9C4"});
     INode* const node = &camera.Map().Get("E9C4");
-    EXPECT_DEATH(CEventPort port(node),
-                 "EventID.length\\(\\) % 2 == 0 && *\"a hex string must be composed of an even "
-                 "number of characters\"");
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { CEventPort port(node); }),
+              "EventID.length() % 2 == 0 && \"a hex string must be composed of an even number of "
+              "characters\"");
 }
 
 }  // namespace EngineTest

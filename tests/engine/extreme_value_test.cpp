@@ -392,39 +392,57 @@ TEST(GigabyteLength, IsAskedOfThePort) {
     EXPECT_EQ(port.last, (TestPort::Access{true, 0, kGigabyte}));
 }
 
-TEST(FloatLengthDeathTest, OfNeitherKindIsABug) {
-    testing::GTEST_FLAG(death_test_style) = "threadsafe";
-    XmlNodeMap nodes(RegisterXml("FloatReg", "F", "<Address>0</Address><pLength>L</pLength>") +
-                     IntegerXml("L", "", "<Value>9</Value>"));
-    EXPECT_DEATH(nodes.Get<IFloat>("F").GetValue(), "Length <= 8");
+TEST(FloatLength, OfNeitherKindFailsTheRead) {
+    for (const auto& [length, text] :
+         {std::pair("9", "Length <= 8"), std::pair("3", "Length == kDoubleLength"),
+          std::pair("0", "Length == kDoubleLength"), std::pair("-1", "Length == kDoubleLength")}) {
+        XmlNodeMap nodes(RegisterXml("FloatReg", "F", "<Address>0</Address><pLength>L</pLength>") +
+                         IntegerXml("L", "", Element("Value", length)));
+        EXPECT_EQ(DescriptionOf<RuntimeException>([&] { nodes.Get<IFloat>("F").GetValue(); }),
+                  text);
+        EXPECT_EQ(nodes.Port().GetReads(), 0U);
+    }
 }
 
 // Bits.
 
-using ExtremeBitDeathTest = testing::TestWithParam<const char*>;
+namespace {
 
-/// A number that only looks like that of a bit when cut must not become one.
-TEST_P(ExtremeBitDeathTest, IsABug) {
-    testing::GTEST_FLAG(death_test_style) = "threadsafe";
-    const std::string bit = GetParam();
-    EXPECT_DEATH(
-        XmlNodeMap(RegisterXml("MaskedIntReg", "M",
-                               "<Address>0</Address>"
-                               "<Length>4</Length>",
-                               Element("LSB", bit) + "<MSB>3</MSB>"
-                                                     "<Endianess>LittleEndian</Endianess>")),
-        "m_LSB < 64");
-    EXPECT_DEATH(XmlNodeMap(RegisterXml(
-                     "MaskedIntReg", "M",
-                     "<Address>0</Address>"
-                     "<Length>4</Length>",
-                     "<LSB>0</LSB>" + Element("MSB", bit) + "<Endianess>LittleEndian</Endianess>")),
-                 "m_MSB < 64");
+std::string BitsXml(const std::string& lsb, const std::string& msb) {
+    return RegisterXml(
+        "MaskedIntReg", "M", "<Address>0</Address><Length>8</Length>",
+        Element("LSB", lsb) + Element("MSB", msb) + "<Endianess>LittleEndian</Endianess>");
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, ExtremeBitDeathTest,
+/// What the use of a field of these bits raises; empty where it can be used.
+std::string FailureOfBits(const std::string& lsb, const std::string& msb) {
+    XmlNodeMap nodes(BitsXml(lsb, msb) + IntegerXml("Other"));
+    EXPECT_EQ(nodes.Get<IInteger>("Other").GetValue(), 1);
+    auto& node = nodes.Get<IInteger>("M");
+    const auto failure = DescriptionOf<RuntimeException>([&] { node.GetValue(); });
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { node.SetValue(1, false); }), failure);
+    EXPECT_EQ(node.GetAccessMode(), failure.empty() ? RW : NA);
+    return failure;
+}
+
+using ExtremeBit = testing::TestWithParam<const char*>;
+
+}  // namespace
+
+/// A number that only looks like that of a bit when cut must not become one.
+TEST_P(ExtremeBit, IsRaisedWhenTheFieldIsUsed) {
+    EXPECT_EQ(FailureOfBits(GetParam(), "3"), "m_LSB < 64");
+    EXPECT_EQ(FailureOfBits("0", GetParam()), "m_MSB < 64");
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, ExtremeBit,
                          testing::Values("64", "4294967296", "9223372036854775807",
                                          "0xFFFFFFFFFFFFFFFF"));
+
+TEST(Bits, AreNeverAllOfTheNumber) {
+    EXPECT_EQ(FailureOfBits("0", "63"), "m_MSB - m_LSB + 1 < sizeof(int64_t) * 8");
+    EXPECT_EQ(FailureOfBits("1", "63"), "");
+}
 
 // Texts.
 

@@ -52,6 +52,17 @@ TEST(Subtree, CanBeTakenFromASubtree) {
               "Cannot preprocess, the camera description file data has already been released.");
 }
 
+TEST(Subtree, IsRefusedWhereALinkNeedsANodeThatIsNotInIt) {
+    CNodeMapFactory factory(Description(
+        "<IntReg Name=\"Reg\"><pIndex pOffset=\"Offset\">Index</pIndex><Length>4</Length>"
+        "<AccessMode>RW</AccessMode><pPort>Device</pPort></IntReg>" +
+        IntegerXml("Index") + IntegerXml("Offset")));
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { factory.ExtractSubtree("Reg", false); }),
+              "TargetNodeID != NodeID_t()");
+    // The description itself is as it was.
+    EXPECT_EQ(MapOwner(factory.CreateNodeMap())->GetNumNodes(), 4U);
+}
+
 TEST(Subtree, NeedsADescriptionAndANodeInIt) {
     CNodeMapFactory nothing;
     EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { nothing.ExtractSubtree("A", false); }),
@@ -136,6 +147,17 @@ TEST_F(StyleSheet, TellsWhenTheToolFails) {
     EXPECT_EQ(DescriptionOf<RuntimeException>([&] { Apply(Description("A", 1), m_Sheet); }),
               "There was an error when running xsltproc or xsltproc cannot be found. (code = "
               "256)");
+}
+
+TEST_F(StyleSheet, TellsWhenThereIsNoPlaceForItsFiles) {
+    CNodeMapFactory factory(Grouped());
+    const auto failure = [&](const char* folder) {
+        const EnvironmentScope place("TMPDIR", folder);
+        return DescriptionOf<RuntimeException>([&] { factory.ApplyStyleSheet(m_Sheet.c_str()); });
+    };
+    EXPECT_THAT(failure("/proc"), testing::StartsWith("Could not create a folder '/proc/"));
+    EXPECT_THAT(failure("/proc/version"),
+                testing::StartsWith("There is no folder for temporary files ("));
 }
 
 TEST_F(StyleSheet, TellsWhenTheToolWroteNothing) {

@@ -121,6 +121,39 @@ TEST_F(PlainDevice, YieldsOneEntryForAFeatureWithoutSelectors) {
     EXPECT_THAT(EntriesOf(m_Bag), ElementsAre("Offset=7"));
 }
 
+TEST(BagOfADevice, PassesByFeaturesAtFault) {
+    const EngineLog log;
+    Device device(
+        RootXml({"Offset", "Formula", "Length", "Over"}) +
+        RegXml{.name = "Offset", .address = kOffset, .common = kStreamable}() +
+        NodeXml("IntSwissKnife", "Formula", kStreamable + "<Formula>(1</Formula>") +
+        NodeXml("FloatReg", "Length",
+                kStreamable +
+                    "<Address>0</Address><pLength>Three</pLength><AccessMode>RW</AccessMode>"
+                    "<pPort>Device</pPort>") +
+        NodeXml("Float", "Over", kStreamable + "<pValue>Length</pValue>") +
+        IntegerXml("Three", "", "<Value>3</Value>"));
+    CFeatureBag bag;
+    EXPECT_EQ(bag.StoreToBag(device.Map()), 1);
+    EXPECT_THAT(EntriesOf(bag), ElementsAre("Offset=0"));
+    const auto warnings = [&](const std::string& name) {
+        std::vector<std::string> texts;
+        for (const EngineLog::Line& line : log.Lines("GenApi.Device.Misc." + name)) {
+            if (line.level == LogWarning) {
+                texts.push_back(line.text);
+            }
+        }
+        return texts;
+    };
+    EXPECT_THAT(warnings("Formula"),
+                ElementsAre("Node 'Formula' is passed by : Formula : Failed to parse formula '(1' "
+                            ": error message is '#Brackets do not match!'"));
+    EXPECT_THAT(warnings("Length"),
+                ElementsAre("Node 'Length' is passed by : Length == kDoubleLength"));
+    EXPECT_THAT(warnings("Over"),
+                ElementsAre("Node 'Over' is passed by : Length == kDoubleLength"));
+}
+
 TEST_F(PlainDevice, TellsInTheBagWhatItIs) {
     m_Bag.StoreToBag(m_Device.Map());
     EXPECT_EQ(m_Bag.GetInfo(),

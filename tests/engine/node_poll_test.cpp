@@ -27,6 +27,30 @@ protected:
 
 }  // namespace
 
+TEST(PollingSweep, GoesOnWhereOneNodeCannotBeAskedWhetherItIsBlocked) {
+    const EngineLog log;
+    const std::string block = "<pBlockPolling>Block</pBlockPolling>";
+    XmlNodeMap nodes(RegXml{.name = "First",
+                            .address = 0,
+                            .common = block,
+                            .polling = Element("PollingTime", "100")}() +
+                     Polled("Second", 4, 100)() +
+                     RegXml{.name = "Block", .address = 8, .caching = "NoCache"}());
+    NotingCallback::Calls calls;
+    NotingCallback::On(nodes.Get("First"), calls);
+    NotingCallback::On(nodes.Get("Second"), calls);
+    nodes.Port().FailAccess(1);
+    nodes->Poll(100);
+    EXPECT_THAT(calls, testing::ElementsAre("Second inside", "Second outside"));
+    const auto texts = log.Texts("GenApi.Device.Misc.First");
+    EXPECT_THAT(texts, testing::Contains(testing::AllOf(
+                           testing::StartsWith("Poll : reading 'pBlockPolling' failed : "),
+                           testing::HasSubstr("Access failed"))));
+    calls.clear();
+    nodes->Poll(100);
+    EXPECT_EQ(calls.size(), 4U);
+}
+
 TEST_F(Polling, FiresWhenTheTimeIsOver) {
     NotingCallback::On(m_Nodes.Get("Node"), m_Calls);
     EXPECT_FALSE(Fires(60));

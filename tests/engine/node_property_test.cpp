@@ -233,11 +233,24 @@ TEST(Selector, KnowsWhatItSelects) {
     EXPECT_EQ(list[0]->GetNode(), &nodes.Get("Selector"));
 }
 
-TEST(Link, ToTheRootElementIsRefused) {
-    EXPECT_EQ(DescriptionOf<RuntimeException>([] {
-                  XmlNodeMap nodes(IntegerXml("Node", Element("pAlias", "_RegisterDescription")));
-              }),
-              "Node 'Node' : the link 'pAlias' leads to no node");
+TEST(Link, ToTheRootElementIsRaisedWhenTheNodeIsUsed) {
+    XmlNodeMap nodes(IntegerXml("Node", Element("pAlias", "_RegisterDescription")) +
+                     IntegerXml("Other"));
+    const auto failure = [&](const auto& use) {
+        return DescriptionOf<RuntimeException>([&] { use(nodes.Get<IInteger>("Node")); });
+    };
+    const std::string text = "Node 'Node' : the link 'pAlias' leads to no node";
+    EXPECT_EQ(failure([](IInteger& node) { node.GetValue(); }), text);
+    EXPECT_EQ(failure([](IInteger& node) { node.SetValue(1); }), text);
+    EXPECT_EQ(failure([](IInteger& node) { node.SetValue(1, false); }), text);
+    EXPECT_EQ(failure([](IInteger& node) { node.ToString(); }), text);
+    EXPECT_EQ(failure([](IInteger& node) { node.FromString("1", false); }), text);
+    EXPECT_EQ(failure([](IInteger& node) { node.GetMin(); }), text);
+    EXPECT_EQ(failure([](IInteger& node) { node.GetInc(); }), text);
+    EXPECT_EQ(failure([](IInteger& node) { node.GetIncMode(); }), text);
+    EXPECT_EQ(failure([](IInteger& node) { node.GetListOfValidValues(); }), text);
+    EXPECT_EQ(nodes.Get("Node").GetAccessMode(), NA);
+    EXPECT_EQ(nodes.Get<IInteger>("Other").GetValue(), 1);
 }
 
 TEST(Property, ThatNoNodeKnowsIsABug) {

@@ -289,10 +289,13 @@ TEST_F(ErrorFlag, OfZeroIsNoFailure) {
     EXPECT_EQ(m_Node.GetValue(true), 5);
 }
 
-TEST_F(ErrorFlag, OfANumberWithoutAnEntryIsABug) {
-    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+TEST_F(ErrorFlag, OfANumberWithoutAnEntryFailsLikeAnyOther) {
     SetError(4);
-    EXPECT_DEATH(m_Node.GetValue(true), "ptrEnumEntry.IsValid\\(\\)");
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { m_Node.GetValue(true); }),
+              "ptrEnumEntry.IsValid()");
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { m_Node.SetValue(5); }),
+              "ptrEnumEntry.IsValid()");
+    EXPECT_EQ(m_Node.GetValue(), 5);
 }
 
 }  // namespace EngineTest

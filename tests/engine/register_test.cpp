@@ -359,6 +359,36 @@ TEST(Port, WithoutImplementationIsNotThereYetWithAChunk) {
     EXPECT_EQ(map.Map().GetNode("Device")->GetAccessMode(), RW);
 }
 
+TEST(Port, WithAnEmptyIdentifierIsNoChunkPort) {
+    XmlNodeMap map(
+        "<Port Name=\"Empty\"><pChunkID>None</pChunkID></Port>"
+        "<Port Name=\"Told\"><pChunkID>Some</pChunkID></Port>"
+        "<String Name=\"None\"><Value></Value></String>"
+        "<String Name=\"Some\"><Value>1F</Value></String>");
+    EXPECT_EQ(map.Get("Empty").GetAccessMode(), NI);
+    EXPECT_EQ(map.Get("Told").GetAccessMode(), NA);
+    CNodeDataMap data;
+    CNodeMap byHand("Device");
+    byHand.SetNumNodes(1);
+    auto* const port = new CPort;
+    byHand.RegisterNode(port, CNodeData::Port_ID, NodeID_t(0));
+    port->SetProperty(CProperty(&data, CPropertyID::ChunkID_ID, std::string_view()));
+    byHand.FinalConstruct();
+    EXPECT_FALSE(port->IsChunkPort());
+    EXPECT_EQ(port->GetAccessMode(), NI);
+}
+
+TEST(Port, WithAnEmptyIdentifierHasAddressesOfADevice) {
+    XmlNodeMap map(
+        "<Port Name=\"Device\"><pChunkID>None</pChunkID></Port>"
+        "<String Name=\"None\"><Value></Value></String>"
+        "<IntReg Name=\"Reg\"><pAddress>Where</pAddress><Length>4</Length>"
+        "<AccessMode>RW</AccessMode><pPort>Device</pPort></IntReg>"
+        "<Integer Name=\"Where\"><Value>-4</Value></Integer>");
+    EXPECT_EQ(map.Get<IRegister>("Reg").GetAddress(), -4);
+    EXPECT_EQ(map.Port().GetReads(), 0U);
+}
+
 }  // namespace
 
 }  // namespace EngineTest

@@ -2,6 +2,7 @@
 
 #include "GenApi/Pointer.h"
 #include "GenApi/SelectorSet.h"
+#include "GenApi/impl/Float.h"
 #include "bag_support.h"
 
 namespace EngineTest {
@@ -265,10 +266,66 @@ TEST(SelectorSet, BearsAChainOfSelectorsThatNoStackWould) {
     EXPECT_EQ(list.size(), static_cast<size_t>(kCount));
 }
 
-TEST(SelectorSetDeathTest, RefusesSelectorsThatAreNeitherIntegerNorEnumeration) {
+TEST(SelectorSet, StepsABooleanThroughItsTwoValues) {
     Device device(RootXml({"Gain"}) + SelectedXml("Gain", 0x100, {}) +
-                  NodeXml("Boolean", "Flag", "<Value>1</Value>" + Selects({"Gain"})));
-    EXPECT_DEATH(CSelectorSet(&device.Get("Gain")), "false && \"unsupported selector interface\"");
+                  RegXml{.name = "FlagReg", .address = 0}() +
+                  NodeXml("Boolean", "Flag", "<pValue>FlagReg</pValue>" + Selects({"Gain"})));
+    device.Port().Put<int32_t>(0, 1);
+    CSelectorSet set(&device.Get("Gain"));
+    set.Restore();
+    EXPECT_EQ(device.Port().GetAccesses().size(), 0U);
+    EXPECT_TRUE(set.SetFirst());
+    EXPECT_EQ(set.ToString(), "[Flag=false]");
+    EXPECT_EQ(device.Port().Peek<int32_t>(0), 0);
+    EXPECT_TRUE(set.SetNext());
+    EXPECT_EQ(set.ToString(), "[Flag=true]");
+    EXPECT_EQ(device.Port().Peek<int32_t>(0), 1);
+    EXPECT_FALSE(set.SetNext());
+    EXPECT_EQ(set.ToString(), "[Flag=false]");
+    set.Restore();
+    EXPECT_EQ(device.Port().Peek<int32_t>(0), 1);
+    EXPECT_THAT(NamesOf(set), ElementsAre("Flag"));
+}
+
+TEST(SelectorSet, ChecksTheAccessToABooleanAtEachRound) {
+    Device device(RootXml({"Gain"}) + SelectedXml("Gain", 0x100, {}) +
+                  RegXml{.name = "FlagReg", .address = 0}() +
+                  NodeXml("Boolean", "Flag", "<pValue>FlagReg</pValue>" + Selects({"Gain"})));
+    CSelectorSet set(&device.Get("Gain"));
+    device.Get("Flag").ImposeAccessMode(RO);
+    EXPECT_EQ(DescriptionOf<AccessException>([&] { set.SetFirst(); }),
+              "Selector 'Flag' is not writable");
+    device.Get("Flag").ImposeAccessMode(WO);
+    EXPECT_EQ(DescriptionOf<AccessException>([&] { set.SetFirst(); }),
+              "Selector 'Flag' is not readable");
+}
+
+TEST(SelectorSet, PassesBySelectorsOfOtherKinds) {
+    const EngineLog log;
+    NodesByHand nodes;
+    CInteger& gain = nodes.AddValue("Gain");
+    auto& selector = nodes.Add<CFloat>("Selector");
+    nodes.Set(selector, CPropertyID::Value_ID, 1.5);
+    nodes.Link(gain, CPropertyID::pSelecting_ID, selector);
+    nodes.Complete();
+    selector.ImposeAccessMode(RW);
+    const CSelectorSet set(&gain);
+    EXPECT_TRUE(set.IsEmpty());
+    EXPECT_THAT(log.Lines("GenApi.Device.Misc.Selector"),
+                ElementsAre(EngineLog::Line{
+                    LogWarning, "Node 'Selector' is passed by : unsupported selector interface"}));
+}
+
+TEST(SelectorSet, PassesBySelectorsAtFault) {
+    const EngineLog log;
+    XmlNodeMap nodes(IntegerXml("Bad", "", "<Value>0</Value>" + Selects({"Gain", "Bad"})) +
+                     RegXml{.name = "Gain", .address = 0}());
+    const CSelectorSet set(&nodes.Get("Gain"));
+    EXPECT_TRUE(set.IsEmpty());
+    EXPECT_THAT(log.Lines("GenApi.Device.Misc.Bad"),
+                ElementsAre(EngineLog::Line{
+                    LogWarning,
+                    "Node 'Bad' is passed by : ERROR : pSelected cycle detected : Bad -> Bad"}));
 }
 
 TEST(Pointer, HoldsANodeByItsInterface) {

@@ -196,17 +196,69 @@ TEST(SwissKnife, RefusesEntriesThatTheEnumerationDoesNotHave) {
 
 // Failures.
 
-TEST(SwissKnife, FailsToLoadWithAFormulaThatDoesNotParse) {
+TEST(SwissKnife, RaisesWhyItsFormulaDoesNotParseWhenItIsUsed) {
     const KnifeXml knife{.formula = "A+(B", .variables = {{"A", "A"}}};
+    XmlNodeMap nodes(knife.Float() + IntegerXml("A"));
+    const std::string text =
+        "Knife : Failed to parse formula 'A+(B' : error message is '#Brackets do not match!'";
+    auto& node = nodes.Get<IFloat>("Knife");
+    EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { node.GetValue(); }), text);
+    EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { node.GetValue(true, true); }), text);
+    EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { node.ToString(); }), text);
+    EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { node.GetMin(); }), text);
+    EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { node.GetMax(); }), text);
+    EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { node.SetValue(1, false); }), text);
+    EXPECT_EQ(nodes.Get<IInteger>("A").GetValue(), 1);
+    gcstring_vector errors;
+    EXPECT_FALSE(nodes->ParseSwissKnifes(&errors));
+    ASSERT_EQ(errors.size(), 1U);
+    EXPECT_THAT(errors[0].c_str(),
+                testing::StartsWith("Error while parsing equation for node 'Knife': " + text));
+}
+
+TEST(IntSwissKnife, LoadsWithAFunctionThatItsLanguageDoesNotHave) {
+    const KnifeXml knife{.formula = "ABS(MAXIMUM - INDEX-1)",
+                         .variables = {{"MAXIMUM", "A"}, {"INDEX", "A"}}};
+    XmlNodeMap nodes(knife.Integer() + IntegerXml("A"));
     EXPECT_EQ(
-        DescriptionOf<LogicalErrorException>([&] { XmlNodeMap(knife.Float() + IntegerXml("A")); }),
-        "Knife : Failed to parse formula 'A+(B' : error message is "
-        "'#Brackets do not match!'");
-    const KnifeXml unknown{.formula = "A+B", .variables = {{"A", "A"}}};
-    EXPECT_EQ(DescriptionOf<LogicalErrorException>(
-                  [&] { XmlNodeMap(unknown.Integer() + IntegerXml("A")); }),
-              "Knife : Failed to parse formula 'A+B' : error message is "
-              "'# B - Unknown function/variable!'");
+        DescriptionOf<LogicalErrorException>([&] { nodes.Get<IInteger>("Knife").GetValue(); }),
+        "Knife : Failed to parse formula 'ABS(MAXIMUM - INDEX-1)' : error message is "
+        "'# ABS - Unknown function/variable!'");
+}
+
+TEST(SwissKnife, ThatDoesNotParseMakesThoseUnavailableWhoseAccessModeNeedsIt) {
+    const std::string knife = KnifeXml{.formula = "(1"}.Integer();
+    for (const char* const link : {"pIsAvailable", "pIsImplemented", "pIsLocked"}) {
+        XmlNodeMap nodes(knife + IntegerXml("A", Element(link, "Knife")));
+        EXPECT_EQ(nodes.Get("A").GetAccessMode(), NA) << link;
+        EXPECT_EQ(nodes.Get("Knife").GetAccessMode(), NA);
+        EXPECT_EQ(nodes.Get("Device").GetAccessMode(), RW);
+        EXPECT_EQ(DescriptionOf<AccessException>([&] { nodes.Get<IInteger>("A").GetValue(); }),
+                  "Node is not readable.");
+    }
+}
+
+TEST(SwissKnife, ThatDoesNotParseIsNotImplementedWhereItSaysSo) {
+    XmlNodeMap nodes(
+        KnifeXml{.formula = "(1", .common = Element("pIsImplemented", "No")}.Integer() +
+        IntegerXml("No", "", "<Value>0</Value>"));
+    EXPECT_EQ(nodes.Get("Knife").GetAccessMode(), NI);
+}
+
+TEST(SwissKnife, ThatDoesNotParseFailsItsConverter) {
+    for (const bool isFrom : {true, false}) {
+        XmlNodeMap nodes(std::string("<Converter Name=\"Conv\"><FormulaTo>") +
+                         (isFrom ? "FROM" : "FROM*(2") + "</FormulaTo><FormulaFrom>" +
+                         (isFrom ? "TO*(2" : "TO") +
+                         "</FormulaFrom><pValue>A</pValue></Converter>" + IntegerXml("A"));
+        const std::string text = std::string("Conv_Convert") + (isFrom ? "From" : "To") +
+                                 " : Failed to parse formula '" + (isFrom ? "TO*(2" : "FROM*(2") +
+                                 "' : error message is '#Brackets do not match!'";
+        auto& node = nodes.Get<IFloat>("Conv");
+        EXPECT_EQ(node.GetAccessMode(), NA);
+        EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { node.GetValue(); }), text);
+        EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { node.SetValue(1); }), text);
+    }
 }
 
 TEST(SwissKnife, IsCheckedAgainByItsMap) {
@@ -219,6 +271,28 @@ TEST(SwissKnife, IsCheckedAgainByItsMap) {
     EXPECT_EQ(errors.size(), 0U);
     EXPECT_EQ(nodes.Get<IFloat>("Knife").GetValue(), 10);
     EXPECT_EQ(nodes.Get<IInteger>("Int").GetValue(), 15);
+}
+
+namespace {
+
+/// Notes whether another thread could have changed it while it was checked.
+class WatchedKnife : public CSwissKnife {
+public:
+    void CheckExpressions() override { wasFree = IsFreeForOthers(GetLock()); }
+
+    bool wasFree = true;
+};
+
+}  // namespace
+
+TEST(SwissKnife, IsCheckedWithTheLockOfItsMap) {
+    NodesByHand nodes;
+    auto& knife = nodes.Add<WatchedKnife>("Knife");
+    nodes.Set(knife, CPropertyID::Formula_ID, std::string_view("1"));
+    nodes.Complete();
+    knife.wasFree = true;
+    EXPECT_TRUE(nodes.Map().ParseSwissKnifes(nullptr));
+    EXPECT_FALSE(knife.wasFree);
 }
 
 TEST(SwissKnife, TellsWhyItsFormulaCannotBeEvaluated) {
@@ -468,7 +542,7 @@ TEST(SwissKnife, ReadsNamesByCase) {
                         IntegerXml("B", "", Element("Value", "70"))),
               75);
     const KnifeXml wrong{.formula = "RAW", .variables = {{"Raw", "A"}}};
-    EXPECT_THROW(XmlNodeMap(wrong.Float() + IntegerXml("A")), LogicalErrorException);
+    EXPECT_THROW(FloatOf(wrong.Float() + IntegerXml("A")), LogicalErrorException);
 }
 
 TEST(SwissKnife, ReadsNamesOfTheOldestSchemaWithoutRegardToCase) {

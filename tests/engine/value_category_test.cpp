@@ -64,6 +64,15 @@ TEST_F(CategoryValue, IsInvisibleWhenEmpty) {
     EXPECT_EQ(VisibilityOf("Root"), Invisible);
 }
 
+TEST_F(CategoryValue, IsInvisibleWhenEmptyWhateverItsAliasShows) {
+    AddCategory("Inner", {"A"});
+    AddFeature("A", Beginner);
+    AddCategory("Empty", {}).AddProperty(ID::pAlias_ID, m_Data.GetNodeID("Inner", true));
+    Build();
+    EXPECT_EQ(VisibilityOf("Inner"), Beginner);
+    EXPECT_EQ(VisibilityOf("Empty"), Invisible);
+}
+
 TEST_F(CategoryValue, DoesNotAskItsDescriptionForItsVisibility) {
     AddCategory("Root", {"A"}).AddProperty(ID::Visibility_ID, CProperty::EVisibility_ID, Beginner);
     AddFeature("A", Guru);

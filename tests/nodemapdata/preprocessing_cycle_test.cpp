@@ -97,8 +97,9 @@ INSTANTIATE_TEST_SUITE_P(MinorVersions, PreprocessingFeatureCycle, testing::Valu
 TEST_F(PreprocessingCycle, ReportsASelectionBeforeAReadCycle) {
     Add(CNodeData::Integer_ID, "A", {{ID::pMin_ID, "B"}});
     Add(CNodeData::Integer_ID, "B", {{ID::pMin_ID, "A"}});
-    Add(CNodeData::Integer_ID, "S", {{ID::pSelected_ID, "S"}});
-    EXPECT_EQ(FailureOfRun(), "ERROR : pSelected cycle detected : S -> S");
+    Add(CNodeData::Integer_ID, "S", {{ID::pSelected_ID, "T"}});
+    Add(CNodeData::Integer_ID, "T", {{ID::pSelected_ID, "S"}});
+    EXPECT_EQ(FailureOfRun(), "ERROR : pSelected cycle detected : S -> T -> S");
 }
 
 // Nodes assert in their destructor that the scratch lists are gone.

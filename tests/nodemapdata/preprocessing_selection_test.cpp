@@ -7,7 +7,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 class PreprocessingSelection : public Preprocessing {};
-using PreprocessingSelectionDeathTest = PreprocessingSelection;
 
 TEST_F(PreprocessingSelection, TellsTheSelectedNodeWhoSelectsIt) {
     Add(CNodeData::Integer_ID, "S1", {{ID::pSelected_ID, "Gain"}});
@@ -110,16 +109,23 @@ TEST_F(PreprocessingSelection, NamesOnlyTheNodesOnTheCycle) {
     EXPECT_EQ(FailureOfRun(), "ERROR : pSelected cycle detected : X -> Y -> Z -> X");
 }
 
-TEST_F(PreprocessingSelection, RefusesANodeThatSelectsItself) {
+TEST_F(PreprocessingSelection, MarksANodeThatSelectsItself) {
     Add(CNodeData::Integer_ID, "A", {{ID::pSelected_ID, "A"}});
-    EXPECT_EQ(FailureOfRun(), "ERROR : pSelected cycle detected : A -> A");
+    Run();
+    EXPECT_THAT(Of("A", ID::pSelected_ID), ElementsAre("A"));
     EXPECT_THAT(Of("A", ID::pSelecting_ID), ElementsAre("A"));
 }
 
-TEST_F(PreprocessingSelectionDeathTest, AssertsThatASelectorDoesNotReadWhatItSelects) {
-    Add(CNodeData::Integer_ID, "Selector", {{ID::pSelected_ID, "Gain"}, {ID::pMin_ID, "Gain"}});
+TEST_F(PreprocessingSelection, MarksASelectorThatReadsWhatItSelectsLikeOneThatSelectsItself) {
+    Add(CNodeData::Integer_ID, "Selector",
+        {{ID::pSelected_ID, "Gain"}, {ID::pMin_ID, "Sum"}, {ID::pMax_ID, "Gain"}});
+    Add(CNodeData::IntSwissKnife_ID, "Sum", {{ID::pVariable_ID, "Gain"}});
     Add(CNodeData::Integer_ID, "Gain");
-    EXPECT_DEATH(Run(), testing::HasSubstr("false"));
+    Run();
+    EXPECT_THAT(Of("Selector", ID::pSelected_ID), ElementsAre("Gain", "Sum"));
+    EXPECT_THAT(Of("Selector", ID::pSelecting_ID), ElementsAre("Selector"));
+    EXPECT_THAT(Of("Gain", ID::pSelecting_ID), ElementsAre("Selector"));
+    EXPECT_THAT(Of("Sum", ID::pSelecting_ID), ElementsAre("Selector"));
 }
 
 class PreprocessingEndlessSelection : public Preprocessing,

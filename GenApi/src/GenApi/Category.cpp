@@ -11,6 +11,9 @@ void CCategoryImpl::SetProperty(const CProperty& property) {
             // A node without a value, a port for example, has nothing to show.
             if (auto* const feature = dynamic_cast<IValue*>(LinkChild(property, ReadRole))) {
                 m_Features.push_back(feature);
+                if (auto* const inner = dynamic_cast<CCategoryImpl*>(feature)) {
+                    inner->m_Outer.push_back(this);
+                }
             }
             break;
         case CPropertyID::Visibility_ID:
@@ -66,17 +69,7 @@ void CCategoryImpl::SetInvisibleIfHigher(EVisibility visibility) {
 }
 
 void CCategoryImpl::TellParents() {
-    std::vector<CCategoryImpl*> told;
-    AppendOuter(told);
-    PassUp(std::move(told), m_Visibility);
-}
-
-void CCategoryImpl::AppendOuter(std::vector<CCategoryImpl*>& categories) const {
-    for (INodePrivate* const parent : m_Parents) {
-        if (auto* const category = dynamic_cast<CCategoryImpl*>(parent)) {
-            categories.push_back(category);
-        }
-    }
+    PassUp(m_Outer, m_Visibility);
 }
 
 /// Goes on from each category that the visibility lowers.
@@ -86,7 +79,7 @@ void CCategoryImpl::PassUp(std::vector<CCategoryImpl*> told, EVisibility visibil
         told.pop_back();
         if (category->m_Visibility > visibility) {
             category->m_Visibility = visibility;
-            category->AppendOuter(told);
+            told.insert(told.end(), category->m_Outer.begin(), category->m_Outer.end());
         }
     }
 }

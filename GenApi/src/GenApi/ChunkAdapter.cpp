@@ -4,6 +4,8 @@
 
 #include "Base/GCException.h"
 #include "Base/OvAssert.h"
+#include "EachInTurn.h"
+#include "FaultyNodes.h"
 #include "GenApi/ChunkPort.h"
 #include "GenApi/INodeMap.h"
 
@@ -27,7 +29,9 @@ void CChunkAdapter::AttachNodeMap(INodeMap* map) {
     for (INode* const node : nodes) {
         auto* const chunk = dynamic_cast<IChunkPort*>(node);
         if (chunk != nullptr && !chunk->GetChunkID().empty()) {
-            ports.push_back(std::make_unique<CChunkPort>(dynamic_cast<IPort*>(node)));
+            VisitUnlessFaulty(*node, [&] {
+                ports.push_back(std::make_unique<CChunkPort>(dynamic_cast<IPort*>(node)));
+            });
         }
     }
     m_ppChunkPorts.swap(ports);
@@ -44,10 +48,10 @@ void CChunkAdapter::UpdateBuffer(uint8_t* buffer) {
     if (buffer == nullptr) {
         RUNTIME_EXCEPTION("Invalid buffer passed to chunk parser!");
     }
-    for (const auto& port : m_ppChunkPorts) {
+    ForEachInTurn(m_ppChunkPorts.begin(), m_ppChunkPorts.end(), [buffer](const auto& port) {
         port->UpdateBuffer(buffer);
         port->InvalidateNode();
-    }
+    });
 }
 
 void CChunkAdapter::DetachBuffer() {

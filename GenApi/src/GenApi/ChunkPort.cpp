@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
-#include <string_view>
+#include <utility>
 
 #include "Base/GCException.h"
 #include "Base/OvAssert.h"
-#include "GenApi/INodeMap.h"
+#include "GenApi/impl/NodeExceptions.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -17,6 +17,14 @@ namespace {
 
 constexpr int64_t kPlaceAddress = 0x7FFFFFFFFFFFFFFF;
 constexpr int64_t kLengthAddress = 0x7FFFFFFFFFFFFFF0;
+
+CPortID IdentifierOf(IChunkPort& port, INode& node) {
+    const gcstring ChunkID = port.GetChunkID();
+    return {
+        {ChunkID.c_str(), ChunkID.length()},
+        node,
+        "ChunkID.length() % 2 == 0 && \"a hex string must consist of an even number of chars\""};
+}
 
 }  // namespace
 
@@ -35,11 +43,12 @@ void CChunkPort::AttachPort(IPort* port) {
     DetachPort();
     m_ptrPort = CPointer<INode>(port);
     OV_ASSERT(m_ptrPort.IsValid() && "its not a port???");
+    // Not ours yet: what follows may fail.
+    const CPointer<INode> node = std::exchange(m_ptrPort, {});
     const CPointer<IChunkPort> chunkPort(port);
-    const gcstring ChunkID = chunkPort->GetChunkID();
-    OV_ASSERT(ChunkID.length() % 2 == 0 && "a hex string must consist of an even number of chars");
-    m_ChunkID = CPortID(std::string_view(ChunkID.c_str(), ChunkID.length()));
+    m_ChunkID = IdentifierOf(*chunkPort, *node);
     m_CacheData = chunkPort->CacheChunkData() == Yes;
+    m_ptrPort = node;
     // From here on the node reads from here, and gives itself to SetPortImpl.
     CPointer<IPortConstruct>(port)->SetPortImpl(this);
 }
@@ -112,7 +121,11 @@ void CChunkPort::UpdateBuffer(uint8_t* base) {
     }
     m_pBaseAddress = base;
     if (m_CacheData) {
-        OV_ASSERT(m_pChunkData && "if the cache is valid there must be data");
+        if (!m_pChunkData) {
+            // The new buffer is bound all the same: the old one may be gone.
+            InvalidateNode();
+            RUNTIME_EXCEPTION("m_pChunkData && \"if the cache is valid there must be data\"");
+        }
         FillCopy();
     }
 }

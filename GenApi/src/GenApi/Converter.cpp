@@ -12,12 +12,10 @@ void CConverterBase<Types>::SetProperty(const CProperty& property) {
             m_Value = static_cast<IBase*>(LinkChild(property, ReadRole | WriteRole | ValueRole));
             break;
         case CPropertyID::pSwissKnifeTo_ID:
-            m_pConvertTo =
-                dynamic_cast<CSwissKnifeBase<Types>*>(LinkChild(property, ReadRole | WriteRole));
+            m_pConvertTo = LinkKnife(property);
             break;
         case CPropertyID::pSwissKnifeFrom_ID:
-            m_pConvertFrom =
-                dynamic_cast<CSwissKnifeBase<Types>*>(LinkChild(property, ReadRole | WriteRole));
+            m_pConvertFrom = LinkKnife(property);
             break;
         case CPropertyID::pVariable_ID:
             // The inner knives read it; for the converter it is a node to watch.
@@ -36,6 +34,35 @@ void CConverterBase<Types>::SetProperty(const CProperty& property) {
             CNodeImpl::SetProperty(property);
             break;
     }
+}
+
+/// A description may give another node the name of an inner knife.
+template <class Types>
+CSwissKnifeBase<Types>* CConverterBase<Types>::LinkKnife(const CProperty& property) {
+    auto* const knife =
+        dynamic_cast<CSwissKnifeBase<Types>*>(LinkChild(property, ReadRole | WriteRole));
+    if (knife == nullptr) {
+        throw NodeFault("The '" + property.GetPropertyID().ToString() +
+                        "' of a converter is no formula of its kind.");
+    }
+    return knife;
+}
+
+template <class Types>
+void CConverterBase<Types>::FinalConstruct() {
+    CNodeImpl::FinalConstruct();
+    if (m_pConvertTo == nullptr || m_pConvertFrom == nullptr) {
+        throw NodeFault("A converter lacks one of its formulas.");
+    }
+}
+
+template <class Types>
+const NodeFault* CConverterBase<Types>::FindFault() const {
+    if (const NodeFault* const fault = CNodeImpl::FindFault()) {
+        return fault;
+    }
+    const NodeFault* const fault = m_pConvertFrom->FindFault();
+    return fault != nullptr ? fault : m_pConvertTo->FindFault();
 }
 
 template <class Types>
@@ -73,8 +100,8 @@ template <class Types>
 typename CConverterBase<Types>::Value_t CConverterBase<Types>::InternalGetInc() {
     OV_ASSERT(m_Slope != Varying && "the guard in FloatT failed");
     OV_ASSERT(m_IsLinear == Yes && "the guard in FloatT failed");
-    const Value_t inc = FromSource(m_Value.GetInc());
-    return GetSlope() == Decreasing ? -inc : inc;
+    // Anywhere on a straight line will do; around zero floats are at their best.
+    return Types::Distance(FromSource(m_Value.GetInc()), FromSource(0));
 }
 
 template <class Types>

@@ -8,7 +8,7 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
-constexpr size_t kLength = 8;
+constexpr int64_t kLength = 8;
 constexpr uint32_t kTimeoutMask = 0xFFF;
 constexpr unsigned kHalf = 16;
 
@@ -39,13 +39,10 @@ void CDcamAccessCtrlRegImpl::SetProperty(const CProperty& property) {
     }
 }
 
-/// A wrong length is a mistake in the description, unless another node tells it:
-/// then a device may be at fault, which never ends the process.
+/// The length may be told by another node, so it's checked at each read.
 void CDcamAccessCtrlRegImpl::CheckLength() {
-    const int64_t length = m_Length.GetValue();
-    OV_ASSERT(m_Length.IsPointer() || m_Length.GetValue() == 8);
-    if (length != kLength) {
-        RUNTIME_EXCEPTION_NODE("m_Length.GetValue() == 8");
+    if (m_Length.GetValue() != kLength) {
+        RUNTIME_FAULT_NODE("m_Length.GetValue() == 8");
     }
 }
 
@@ -69,11 +66,11 @@ void CDcamAccessCtrlRegImpl::InternalGet(uint8_t* buffer, int64_t length, bool /
 
 void CDcamAccessCtrlRegImpl::InternalSet(const uint8_t* /*buffer*/, int64_t /*length*/,
                                          bool /*verify*/) {
-    OV_ASSERT(false && "CDcamAccessCtrlRegImpl::InternalSet must not be called");
+    LOGICAL_ERROR_EXCEPTION_NODE("CDcamAccessCtrlRegImpl::InternalSet must not be called");
 }
 
 void CDcamAccessCtrlRegImpl::InternalSetValue(int64_t /*value*/, bool /*verify*/) {
-    OV_ASSERT(false && "CDcamAccessCtrlRegImpl::InternalSetValue must not be called");
+    LOGICAL_ERROR_EXCEPTION_NODE("CDcamAccessCtrlRegImpl::InternalSetValue must not be called");
 }
 
 int64_t CDcamAccessCtrlRegImpl::InternalGetValue(bool verify, bool ignoreCache) {

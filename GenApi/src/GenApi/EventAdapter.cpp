@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Base/OvAssert.h"
+#include "FaultyNodes.h"
 #include "GenApi/EventPort.h"
 #include "GenApi/INodeMap.h"
 
@@ -26,7 +27,7 @@ void CEventAdapter::AttachNodeMap(INodeMap* map) {
     std::vector<std::unique_ptr<CEventPort>> ports;
     for (INode* const node : nodes) {
         if (!node->GetEventID().empty()) {
-            ports.push_back(std::make_unique<CEventPort>(node));
+            VisitUnlessFaulty(*node, [&] { ports.push_back(std::make_unique<CEventPort>(node)); });
         }
     }
     m_EventPorts.swap(ports);

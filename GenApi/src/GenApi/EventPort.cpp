@@ -1,11 +1,11 @@
 #include "GenApi/EventPort.h"
 
 #include <algorithm>
-#include <string_view>
+#include <utility>
 
 #include "Base/GCException.h"
 #include "Base/OvAssert.h"
-#include "GenApi/INodeMap.h"
+#include "GenApi/impl/NodeExceptions.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -13,6 +13,14 @@ using GenICam_3_0_ORVANE::AutoLock;
 using GenICam_3_0_ORVANE::CLock;
 
 namespace {
+
+CPortID IdentifierOf(INode& node) {
+    const gcstring EventID = node.GetEventID();
+    return {{EventID.c_str(), EventID.length()},
+            node,
+            "EventID.length() % 2 == 0 && \"a hex string must be composed of an "
+            "even number of characters\""};
+}
 
 [[noreturn]] void RefuseAccess(const char* way, int64_t address, EAccessMode mode) {
     RUNTIME_EXCEPTION("Can't %s Register %016lX. Access mode is %s", way,
@@ -38,10 +46,10 @@ void CEventPort::AttachNode(INode* node) {
     DetachNode();
     m_ptrNode = CPointer<INode>(node);
     OV_ASSERT(m_ptrNode.IsValid() && "every port is a node");
-    const gcstring EventID = m_ptrNode->GetEventID();
-    OV_ASSERT(EventID.length() % 2 == 0 &&
-              "a hex string must be composed of an even number of characters");
-    m_EventID = CPortID(std::string_view(EventID.c_str(), EventID.length()));
+    // Not ours yet: what follows may fail.
+    const CPointer<INode> own = std::exchange(m_ptrNode, {});
+    m_EventID = IdentifierOf(*own);
+    m_ptrNode = own;
     // From here on the node reads from here, and gives itself to SetPortImpl.
     const CPointer<IPortConstruct> port(m_ptrNode);
     if (port.IsValid()) {

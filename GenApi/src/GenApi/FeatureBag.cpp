@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "Base/OvAssert.h"
+#include "FaultyNodes.h"
 #include "FeaturePersistence.h"
 #include "GenApi/Pointer.h"
 #include "GenApi/SelectorSet.h"
@@ -127,7 +127,7 @@ int64_t CFeatureBag::StoreToBagInternal(INodeMap& nodeMap, int64_t maxEntries,
         }
         const CPointer<IValue> feature(node);
         if (feature.IsValid() && IsWanted(*node, filter)) {
-            PersistCombinations(*feature, script);
+            VisitUnlessFaulty(*node, [&] { PersistCombinations(*feature, script); });
         }
     }
     return script.GetCount();

@@ -51,14 +51,18 @@ void CFltRegImpl::SetProperty(const CProperty& property) {
 
 double CFltRegImpl::InternalGetValue(bool verify, bool ignoreCache) {
     const int64_t Length = InternalGetLength();
-    OV_ASSERT(Length <= 8);
+    if (Length > kDoubleLength) {
+        RUNTIME_FAULT_NODE("Length <= 8");
+    }
     if (Length == kSingleLength) {
         BytesOf<float> bytes{};
         InternalGet(bytes.data(), Length, verify, ignoreCache);
         SwapToMachine(bytes, m_Endianess);
         return std::bit_cast<float>(bytes);
     }
-    OV_ASSERT(Length == kDoubleLength);
+    if (Length != kDoubleLength) {
+        RUNTIME_FAULT_NODE("Length == kDoubleLength");
+    }
     BytesOf<double> bytes{};
     InternalGet(bytes.data(), Length, verify, ignoreCache);
     SwapToMachine(bytes, m_Endianess);

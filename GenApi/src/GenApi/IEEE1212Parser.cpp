@@ -135,7 +135,8 @@ void CConfRomKeyImpl::SetProperty(const CProperty& property) {
 }
 
 void CConfRomKeyImpl::FinalConstruct() {
-    if (m_pParser == nullptr) {
+    // Without a fault it is a node of another kind.
+    if (m_pParser == nullptr && FindFault() == nullptr) {
         RUNTIME_EXCEPTION_NODE("The 'p1212Parser' of a key is no parser.");
     }
     CNodeImpl::FinalConstruct();

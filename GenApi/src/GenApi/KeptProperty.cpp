@@ -32,8 +32,13 @@ CProperty CKeptProperty::MakeValue(INodeDataMap& nodeDataMap) const {
         case CProperty::String_ID:
             return {&nodeDataMap, m_ID,
                     std::string_view(*std::get<std::unique_ptr<std::string>>(m_Value))};
-        case CProperty::Node_ID:
-            return CNodeImpl::MakeLink(nodeDataMap, m_ID, *std::get<INodePrivate*>(m_Value));
+        case CProperty::Node_ID: {
+            INodePrivate* const target = std::get<INodePrivate*>(m_Value);
+            // Only the root element has a name and no node.
+            return target != nullptr
+                       ? CNodeImpl::MakeLink(nodeDataMap, m_ID, *target)
+                       : CProperty(&nodeDataMap, m_ID, nodeDataMap.GetNodeID(kRootNodeName, true));
+        }
         case CProperty::Float_ID:
             return {&nodeDataMap, m_ID, std::get<double>(m_Value)};
         case CProperty::Integer_ID:

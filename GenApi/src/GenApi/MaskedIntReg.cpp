@@ -39,15 +39,20 @@ void CMaskedIntRegImpl::FinalConstruct() {
 }
 
 void CMaskedIntRegImpl::CheckBits() {
-    OV_ASSERT(!m_Length.IsPointer() &&
-              "MaskedIntReg cannot deal with pLength because the MSB/LSB counting depends on the "
-              "length");
-    OV_ASSERT(m_LSB != GC_UINT32_MAX);
-    OV_ASSERT(m_MSB != GC_UINT32_MAX);
-    OV_ASSERT(m_LSB < 64);
-    OV_ASSERT(m_MSB < 64);
+    const auto require = [](bool condition, const char* text) {
+        if (!condition) {
+            throw NodeFault(text);
+        }
+    };
+    require(!m_Length.IsPointer(),
+            "!m_Length.IsPointer() && \"MaskedIntReg cannot deal with pLength because the MSB/LSB "
+            "counting depends on the length\"");
+    require(m_LSB != GC_UINT32_MAX, "m_LSB != GC_UINT32_MAX");
+    require(m_MSB != GC_UINT32_MAX, "m_MSB != GC_UINT32_MAX");
+    require(m_LSB < 64, "m_LSB < 64");
+    require(m_MSB < 64, "m_MSB < 64");
     CheckBitOrder(static_cast<uint32_t>(8 * CheckedLength()));
-    OV_ASSERT(m_MSB - m_LSB + 1 < sizeof(int64_t) * 8);
+    require(m_MSB - m_LSB + 1 < sizeof(int64_t) * 8, "m_MSB - m_LSB + 1 < sizeof(int64_t) * 8");
 }
 
 void CMaskedIntRegImpl::CheckBitOrder(uint32_t bits) {

@@ -66,6 +66,23 @@ void CNodeImpl::CreateLoggers() {
     m_pMiscLog = logger(".Misc.");
 }
 
+void CNodeImpl::RaiseFault(const NodeFault& fault) {
+    if (fault.GetKind() == NodeFault::Kind::LogicalError) {
+        LOGICAL_ERROR_FAULT_NODE("%s", fault.GetText());
+    }
+    RUNTIME_FAULT_NODE("%s", fault.GetText());
+}
+
+void CNodeImpl::RaiseAnyFault() {
+    if (const NodeFault* const fault = FindFault()) {
+        RaiseFault(*fault);
+    }
+}
+
+void CNodeImpl::LogPassedBy(const char* reason) {
+    GCLOGWARN(m_pMiscLog, "Node '%s' is passed by : %s", m_Name.c_str(), reason);
+}
+
 void CNodeImpl::PreSetValue() {
     GetCallState().GetBathometer().Increment();
 }
@@ -184,11 +201,24 @@ bool CNodeImpl::Poll(int64_t elapsedTime) {
     GCLOGDEBUG(m_pMiscLog, "Poll : m_ElapsedTime = %ld, m_PollingTime = %ld, ElapsedTime = %ld",
                m_ElapsedTime, m_PollingTime, elapsedTime);
     m_ElapsedTime = 0;
-    if (m_BlockPolling.IsReadable() && m_BlockPolling.GetValue()) {
+    if (IsPollingBlocked()) {
         return false;
     }
     SetInvalid(simAll);
     InvalidateSources();
+    return true;
+}
+
+/// The other nodes of a sweep have to be polled, whatever becomes of one read: a
+/// node of which nobody knows whether it may be polled waits for its next turn.
+bool CNodeImpl::IsPollingBlocked() {
+    try {
+        return m_BlockPolling.IsReadable() && m_BlockPolling.GetValue();
+    } catch (const GenICam_3_0_ORVANE::GenericException& failure) {
+        GCLOGERROR(m_pMiscLog, "Poll : reading 'pBlockPolling' failed : %s", failure.what());
+    } catch (...) {
+        GCLOGERROR(m_pMiscLog, "Poll : reading 'pBlockPolling' failed");
+    }
     return true;
 }
 
@@ -202,7 +232,9 @@ ECachingMode CNodeImpl::InternalGetCachingMode() {
     // Known before the children are asked, so that a cycle of them ends.
     m_CachingModeCache = m_CachingMode;
     try {
-        m_CachingModeCache = ComputeCachingMode();
+        if (m_pFault == nullptr) {
+            m_CachingModeCache = ComputeCachingMode();
+        }
     } catch (...) {
         m_CachingModeCache = _UndefinedCachingMode;
         throw;
@@ -237,7 +269,10 @@ void CNodeImpl::InternalCheckError() {
         return;
     }
     auto* const ptrEnumEntry = dynamic_cast<INode*>(m_pError->GetCurrentEntry());
-    OV_ASSERT(ptrEnumEntry != nullptr && "ptrEnumEntry.IsValid()");
+    if (ptrEnumEntry == nullptr) {
+        // The device reports a failure that the description has no words for.
+        RUNTIME_EXCEPTION_NODE("ptrEnumEntry.IsValid()");
+    }
     RUNTIME_EXCEPTION_NODE("%s : %s", ptrEnumEntry->GetDisplayName().c_str(),
                            ptrEnumEntry->GetToolTip().c_str());
 }

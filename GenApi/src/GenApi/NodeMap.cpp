@@ -20,6 +20,13 @@ constexpr uint16_t kGenApiMajor = 3;
 constexpr uint16_t kGenApiMinor = 0;
 constexpr uint16_t kGenApiSubMinor = 2;
 
+/// What preprocessing marks those nodes with that links lead to. Where a link leads
+/// to the root element by its name that is the map, which has no use for it.
+bool IsMarkOfLinks(CPropertyID id) {
+    return id == CPropertyID::pDependent_ID || id == CPropertyID::pTerminal_ID ||
+           id == CPropertyID::pSelecting_ID || id == CPropertyID::IsFeature_ID;
+}
+
 }  // namespace
 
 string2node_t::string2node_t() : m_Spaces(9) {}
@@ -187,6 +194,7 @@ void CNodeMap::Poll(int64_t elapsedTime) {
 }
 
 bool CNodeMap::ParseSwissKnifes(gcstring_vector* errorList) {
+    const AutoLock lock(GetLock());
     bool allParse = true;
     for (INodePrivate* const node : Names().GetAll()) {
         auto* const formula = dynamic_cast<IFormulaNode*>(node);
@@ -260,6 +268,9 @@ bool CNodeMap::WithField(Self& self, CPropertyID id, const Use& use) {
 }
 
 void CNodeMap::SetProperty(const CProperty& property) {
+    if (IsMarkOfLinks(property.GetPropertyID())) {
+        return;
+    }
     const auto take = [&property](auto& field) {
         TakeProperty(property, field);
         return true;

@@ -1,5 +1,6 @@
 #include "NodeMapFactoryNodes.h"
 
+#include "Base/GCException.h"
 #include "DirectNodeDataMap.h"
 #include "NodeCreation.h"
 #include "NodeMapData/CacheFile.h"
@@ -37,7 +38,8 @@ void FinalConstruct(CNodeMap& map, size_t numNodes) {
 
 /// Stores what a node or a map tells of itself under its name.
 template <class Teller>
-void Describe(Teller& teller, CNodeData::ENodeType_t type, const char* name, CNodeDataMap& data) {
+void Describe(Teller& teller, CNodeData::ENodeType_t type, std::string_view name,
+              CNodeDataMap& data) {
     auto node = std::make_unique<CNodeData>(type, &data);
     node->SetName(name);
     for (uint32_t number = 0; number < CPropertyID::_Undefined_ID; ++number) {
@@ -56,7 +58,7 @@ std::unique_ptr<CNodeMap> BuildNodeMap(const CNodeDataMap& data, const gcstring&
     const size_t numNodes = data.GetNumNodeIDs();
     auto map = NewMap(deviceName, lock, numNodes);
     const CNodeData* const itNodeData = data.GetNodeData(NodeID_t(0));
-    OV_ASSERT(itNodeData->GetName() == "_RegisterDescription");
+    OV_ASSERT(itNodeData->GetName() == kRootNodeName);
     for (const CProperty& property : itNodeData->GetProperties()) {
         map->SetProperty(property);
     }
@@ -81,16 +83,23 @@ std::unique_ptr<CNodeMap> CreateNodeMapDirectFromCache(CCacheReader& reader,
         Register(*map, tables.types[i], NodeID_t(i));
     }
     DirectNodeDataMap texts(std::move(tables.strings), counts.nodes);
-    ReadCacheProperties(reader, counts, &texts,
-                        [&](const CProperty& property) { map->SetProperty(property); });
-    ForEachNode(*map, counts.nodes, [&](INodePrivate& node, NodeID_t id) {
-        ReadCacheProperties(reader, counts, &texts, [&](const CProperty& property) {
-            if (property.GetPropertyID() == CPropertyID::Name_ID) {
-                texts.SetNodeName(id, property.StringID());
+    const auto read = [&](auto& taker, NodeID_t id) {
+        const CNodeData::ENodeType_t type = tables.types[static_cast<size_t>(id.ToIndex())];
+        ReadCacheProperties(reader, counts, type, &texts, [&](const CProperty& property) {
+            if (property.GetPropertyID() == CPropertyID::Name_ID &&
+                !texts.SetNodeName(id, property.StringID())) {
+                reader.Fail(CCacheReader::State::Corrupt);
             }
-            node.SetProperty(property);
+            taker.SetProperty(property);
         });
-    });
+    };
+    if (reader.IsGood()) {
+        read(*map, NodeID_t(0));
+        ForEachNode(*map, counts.nodes, read);
+    }
+    if (reader.IsGood() && !texts.AreNamesComplete()) {
+        reader.Fail(CCacheReader::State::Corrupt);
+    }
     if (!reader.IsGood()) {
         return nullptr;
     }
@@ -100,17 +109,19 @@ std::unique_ptr<CNodeMap> CreateNodeMapDirectFromCache(CCacheReader& reader,
 
 void DescribeNodeMap(INodeMap* nodeMap, CNodeDataMap& data) {
     auto* const pNodeMapPrivate = dynamic_cast<INodeMapPrivate*>(nodeMap);
-    OV_ASSERT(pNodeMapPrivate);
+    if (pNodeMapPrivate == nullptr) {
+        INVALID_ARGUMENT_EXCEPTION("pNodeMapPrivate");
+    }
     const AutoLock lock(pNodeMapPrivate->GetLock());
     node_vector nodes;
     pNodeMapPrivate->GetNodes(nodes);
     // The names come first, in the order of their identifiers: links may point
     // forward.
-    data.GetNodeID("_RegisterDescription", true);
+    data.GetNodeID(kRootNodeName, true);
     for (INode* const node : nodes) {
         data.GetNodeID(node->GetName().c_str(), true);
     }
-    Describe(*pNodeMapPrivate, CNodeData::RegisterDescription_ID, "_RegisterDescription", data);
+    Describe(*pNodeMapPrivate, CNodeData::RegisterDescription_ID, kRootNodeName, data);
     for (INode* const node : nodes) {
         auto& teller = dynamic_cast<INodePrivate&>(*node);
         const NodeID_t NodeID = teller.GetNodeID();

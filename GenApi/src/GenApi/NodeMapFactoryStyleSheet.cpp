@@ -10,7 +10,6 @@
 #include <sstream>
 
 #include "Base/GCException.h"
-#include "Base/OvAssert.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -22,9 +21,11 @@ namespace fs = std::filesystem;
 /// the scope.
 class TemporaryFolder {
 public:
-    TemporaryFolder() : m_Path(fs::temp_directory_path() / "ov_stylesheet_XXXXXX") {
-        const char* const pRes = mkdtemp(m_Path.data());
-        OV_ASSERT(pRes);
+    TemporaryFolder() : m_Path(Parent() + "/ov_stylesheet_XXXXXX") {
+        if (mkdtemp(m_Path.data()) == nullptr) {
+            RUNTIME_EXCEPTION("Could not create a folder '%s' (%s)", m_Path.c_str(),
+                              std::strerror(errno));
+        }
     }
     ~TemporaryFolder() {
         std::error_code ignored;  // a file that is left there does no harm
@@ -36,6 +37,16 @@ public:
     std::string File(const char* name) const { return m_Path + "/" + name; }
 
 private:
+    static std::string Parent() {
+        std::error_code failure;
+        std::string path = fs::temp_directory_path(failure);
+        if (failure) {
+            RUNTIME_EXCEPTION("There is no folder for temporary files (%s)",
+                              failure.message().c_str());
+        }
+        return path;
+    }
+
     std::string m_Path;
 };
 

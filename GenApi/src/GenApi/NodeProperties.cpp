@@ -82,9 +82,9 @@ bool CNodeImpl::WithField(Self& self, CPropertyID id, const Use& use) {
 INodePrivate& CNodeImpl::FindLinked(const CProperty& property) {
     INodePrivate* const target = GetMap().GetNodeByID(property.NodeID());
     if (target == nullptr) {
-        // A link to the root element, for example.
-        RUNTIME_EXCEPTION_NODE("Node '%s' : the link '%s' leads to no node", m_Name.c_str(),
-                               property.GetPropertyID().ToString().c_str());
+        // The root element has a name, too.
+        throw NodeFault(std::string("Node '") + m_Name.c_str() + "' : the link '" +
+                        property.GetPropertyID().ToString() + "' leads to no node");
     }
     return *target;
 }
@@ -109,12 +109,19 @@ CProperty CNodeImpl::MakeLink(INodeDataMap& nodeDataMap, CPropertyID id, INodePr
     return {&nodeDataMap, id, nodeDataMap.GetNodeID(target.InternalGetName().c_str(), true)};
 }
 
+/// A node that would have to be set before it can be set is of no use to a walk
+/// over the values of its selectors.
+void CNodeImpl::AppendFeature(value_vector& features, const CProperty& property) {
+    if (property.NodeID() == m_NodeID) {
+        const std::string name = m_Name.c_str();
+        throw NodeFault("ERROR : pSelected cycle detected : " + name + " -> " + name);
+    }
+    if (auto* const value = dynamic_cast<IValue*>(LinkChild(property, NoRole))) {
+        features.push_back(value);
+    }
+}
+
 void CNodeImpl::SetLinkProperty(const CProperty& property) {
-    const auto appendFeature = [&](value_vector& features) {
-        if (auto* const value = dynamic_cast<IValue*>(LinkChild(property, NoRole))) {
-            features.push_back(value);
-        }
-    };
     switch (property.GetPropertyID()) {
         case CPropertyID::pIsAvailable_ID:
             m_IsAvailable = LinkChild(property, ReadRole);
@@ -138,9 +145,9 @@ void CNodeImpl::SetLinkProperty(const CProperty& property) {
             m_pCastAlias = LinkChild(property, NoRole);
             return;
         case CPropertyID::pSelected_ID:
-            return appendFeature(m_SelectedFeatures);
+            return AppendFeature(m_SelectedFeatures, property);
         case CPropertyID::pSelecting_ID:
-            return appendFeature(m_SelectingFeatures);
+            return AppendFeature(m_SelectingFeatures, property);
         case CPropertyID::pInvalidator_ID:
             m_Invalidators.push_back(LinkChild(property, NoRole));
             return;

@@ -50,7 +50,7 @@ EAccessMode CPortImplIntern::InternalGetAccessMode() {
         if (m_pPort != nullptr) {
             return Combine(m_pPort->GetAccessMode(), mode);
         }
-        return mode != NI && IsChunkPort() ? NA : NI;
+        return mode != NI && HasChunkID() ? NA : NI;
     });
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "Base/GCException.h"
+#include "GenApi/impl/NodeExceptions.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -27,7 +27,12 @@ bool AppendHexBytes(std::string_view text, std::vector<uint8_t>& bytes) {
     return text.empty();
 }
 
-CPortID::CPortID(std::string_view text) {
+CPortID::CPortID(std::string_view text, INode& node, const char* evenRule) {
+    if (text.size() % 2 != 0) {
+        throw ExceptionReporterNode<NodeFaultException<GenICam_3_0_ORVANE::RuntimeException>>(
+            dynamic_cast<INodePrivate&>(node), __FILE__, __LINE__, "RuntimeException")
+            .Report("%s", evenRule);
+    }
     if (!AppendHexBytes(text, m_Bytes)) {
         RUNTIME_EXCEPTION("Invalid ID of a port: %.*s", static_cast<int>(text.size()), text.data());
     }

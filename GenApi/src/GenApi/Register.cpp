@@ -65,8 +65,10 @@ void CRegisterImpl::AddIndex(const CProperty& property) {
 }
 
 void CRegisterImpl::FinalConstruct() {
-    OV_ASSERT(m_pPort != NULL);  // NOLINT(modernize-use-nullptr): the text is known
     CNodeImpl::FinalConstruct();
+    if (m_pPort == nullptr) {
+        throw NodeFault("m_pPort != NULL");
+    }
 }
 
 EAccessMode CRegisterImpl::InternalGetAccessMode() {
@@ -100,7 +102,7 @@ int64_t CRegisterImpl::SumAddress(bool ignoreCache) {
                                    : InternalGetLength();
         sum += bits(entry.index.GetValue(false, ignoreCache)) * bits(offset);
     }
-    if (static_cast<int64_t>(sum) < 0 && m_pPort->IsChunkPort()) {
+    if (static_cast<int64_t>(sum) < 0 && m_pPort->HasChunkID()) {
         int64_t base = 0;
         m_pPort->Read(&base, kChunkEndAddress, sizeof(base));
         sum += bits(base);

@@ -43,6 +43,10 @@ gcstring SelectorText(IEnumeration& selector) {
     return selector.ToString();
 }
 
+gcstring SelectorText(IBoolean& selector) {
+    return selector.ToString();
+}
+
 bool CIntSelectorDigit::SetFirst() {
     IInteger& selector = *m_ptrIntSelector;
     RequireReadable(selector);
@@ -83,6 +87,43 @@ gcstring CIntSelectorDigit::ToString() {
 
 void CIntSelectorDigit::GetSelectorList(value_vector& list, bool incremental) {
     ListSelector(*m_ptrIntSelector, list, incremental);
+}
+
+bool CBoolSelectorDigit::SetFirst() {
+    IBoolean& selector = *m_ptrBoolSelector;
+    RequireReadable(selector);
+    if (!m_OriginalValue) {
+        m_OriginalValue = selector.GetValue();
+    }
+    RequireWritable(selector);
+    m_CurrentValue = false;
+    selector.SetValue(m_CurrentValue, true);
+    return true;
+}
+
+bool CBoolSelectorDigit::SetNext(bool tick) {
+    if (m_CurrentValue) {
+        return false;
+    }
+    if (tick) {
+        m_ptrBoolSelector->SetValue(true, true);
+        m_CurrentValue = true;
+    }
+    return true;
+}
+
+void CBoolSelectorDigit::Restore() {
+    if (m_OriginalValue) {
+        m_ptrBoolSelector->SetValue(*m_OriginalValue, false);
+    }
+}
+
+gcstring CBoolSelectorDigit::ToString() {
+    return NameAndValue(*m_ptrBoolSelector);
+}
+
+void CBoolSelectorDigit::GetSelectorList(value_vector& list, bool incremental) {
+    ListSelector(*m_ptrBoolSelector, list, incremental);
 }
 
 CEnumSelectorDigit::CEnumSelectorDigit(const Pointer& selector) : m_ptrEnumSelector(selector) {

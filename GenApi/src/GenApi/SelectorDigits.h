@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "GenApi/IBoolean.h"
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IInteger.h"
 #include "GenApi/Pointer.h"
@@ -13,6 +14,7 @@ namespace GenApi_3_0_ORVANE {
 /// How the value of a selector is named: "3", "Default".
 gcstring SelectorText(IInteger& selector);
 gcstring SelectorText(IEnumeration& selector);
+gcstring SelectorText(IBoolean& selector);
 
 /// An integer from its minimum to its maximum in steps of its increment.
 class CIntSelectorDigit : public ISelectorDigit {
@@ -32,6 +34,25 @@ private:
     int64_t m_OriginalValue = 0;
     int64_t m_CurrentValue = 0;
     bool m_IsFirstUse = true;
+};
+
+/// A truth value: false, then true.
+class CBoolSelectorDigit : public ISelectorDigit {
+public:
+    using Pointer = CPointer<IBoolean, IBase>;
+
+    explicit CBoolSelectorDigit(const Pointer& selector) : m_ptrBoolSelector(selector) {}
+
+    bool SetFirst() override;
+    bool SetNext(bool tick = true) override;
+    void Restore() override;
+    gcstring ToString() override;
+    void GetSelectorList(value_vector& list, bool incremental = false) override;
+
+private:
+    Pointer m_ptrBoolSelector;
+    std::optional<bool> m_OriginalValue;
+    bool m_CurrentValue = false;
 };
 
 /// An enumeration through the entries that are available at the time of each

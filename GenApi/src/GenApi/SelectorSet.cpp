@@ -1,28 +1,35 @@
 #include "GenApi/SelectorSet.h"
 
 #include <algorithm>
-#include <exception>
 #include <unordered_set>
 #include <utility>
 
-#include "Base/OvAssert.h"
+#include "EachInTurn.h"
+#include "FaultyNodes.h"
 #include "GenApi/INode.h"
 #include "GenApi/ISelector.h"
+#include "GenApi/impl/Node.h"
 #include "SelectorDigits.h"
 
 namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+template <class Digit>
+std::unique_ptr<ISelectorDigit> TryDigit(INode* selector) {
+    const typename Digit::Pointer face(selector);
+    return face.IsValid() ? std::make_unique<Digit>(face) : nullptr;
+}
+
+/// Null for a node of another kind, of which nobody knows what values it has.
 std::unique_ptr<ISelectorDigit> MakeDigit(INode* selector) {
-    if (const CIntSelectorDigit::Pointer integer(selector); integer.IsValid()) {
-        return std::make_unique<CIntSelectorDigit>(integer);
+    for (const auto& make : {TryDigit<CIntSelectorDigit>, TryDigit<CEnumSelectorDigit>,
+                             TryDigit<CBoolSelectorDigit>}) {
+        if (std::unique_ptr<ISelectorDigit> digit = make(selector)) {
+            return digit;
+        }
     }
-    const CEnumSelectorDigit::Pointer enumeration(selector);
-    if (!enumeration.IsValid()) {
-        OV_ASSERT(false && "unsupported selector interface");
-    }
-    return std::make_unique<CEnumSelectorDigit>(enumeration);
+    return nullptr;
 }
 
 /// What selects a node: the last by name first, to be taken from the back.
@@ -59,7 +66,11 @@ void CSelectorSet::Create(IBase* base) {
     std::vector<INode*> list;
     ExploreSelector(base, list);
     for (INode* const selector : list) {
-        m_Digits.push_back(MakeDigit(selector));
+        if (std::unique_ptr<ISelectorDigit> digit = MakeDigit(selector)) {
+            m_Digits.push_back(std::move(digit));
+        } else {
+            dynamic_cast<CNodeImpl&>(*selector).LogPassedBy("unsupported selector interface");
+        }
     }
 }
 
@@ -75,7 +86,10 @@ void CSelectorSet::ExploreSelector(IBase* base, std::vector<INode*>& list) {
         }
         INode* const selector = path.back().back();
         path.back().pop_back();
-        if (listed.count(selector) == 0 && selector->GetAccessMode() == RW) {
+        if (listed.count(selector) != 0 || IsPassedBy(*selector)) {
+            continue;
+        }
+        if (selector->GetAccessMode() == RW) {
             listed.insert(selector);
             list.push_back(selector);
             path.push_back(SelectingNodes(selector));
@@ -109,17 +123,7 @@ bool CSelectorSet::SetNext(bool tick) {
 
 /// A selector that fails keeps no other from going back.
 void CSelectorSet::Restore() {
-    std::exception_ptr failure;
-    for (auto digit = m_Digits.rbegin(); digit != m_Digits.rend(); ++digit) {
-        try {
-            (*digit)->Restore();
-        } catch (...) {
-            failure = failure ? failure : std::current_exception();
-        }
-    }
-    if (failure) {
-        std::rethrow_exception(failure);
-    }
+    ForEachInTurn(m_Digits.rbegin(), m_Digits.rend(), [](const auto& digit) { digit->Restore(); });
 }
 
 gcstring CSelectorSet::ToString() {

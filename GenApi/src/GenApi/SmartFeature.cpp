@@ -57,7 +57,9 @@ void CSmartFeatureImpl::InternalSetValue(int64_t /*value*/, bool /*verify*/) {
 }
 
 int64_t CSmartFeatureImpl::InternalGetValue(bool verify, bool /*ignoreCache*/) {
-    OV_ASSERT(m_Length.GetValue() == 24);
+    if (m_Length.GetValue() != kLength) {
+        RUNTIME_FAULT_NODE("m_Length.GetValue() == 24");
+    }
     const auto question = BytesOf(m_FeatureID);
     InternalSet(question.data(), question.size(), verify);
     std::array<uint8_t, kLength> answer{};

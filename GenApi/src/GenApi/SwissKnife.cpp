@@ -1,6 +1,7 @@
 #include "GenApi/impl/SwissKnife.h"
 
 #include <string_view>
+#include <utility>
 
 #include "GenApi/IEnumeration.h"
 
@@ -90,7 +91,10 @@ void CSwissKnifeBase<Types>::AddVariable(const CProperty& property) {
 template <class Types>
 void CSwissKnifeBase<Types>::FinalConstruct() {
     CNodeImpl::FinalConstruct();
-    CheckExpressions();
+    std::string failure = CompileFormula();
+    if (!failure.empty()) {
+        throw NodeFault(std::move(failure), NodeFault::Kind::LogicalError);
+    }
 }
 
 template <class Types>
@@ -102,6 +106,14 @@ bool CSwissKnifeBase<Types>::ReadsUpperCase() {
 
 template <class Types>
 void CSwissKnifeBase<Types>::CheckExpressions() {
+    const std::string failure = CompileFormula();
+    if (!failure.empty()) {
+        LOGICAL_ERROR_EXCEPTION_NODE("%s", failure.c_str());
+    }
+}
+
+template <class Types>
+std::string CSwissKnifeBase<Types>::CompileFormula() {
     m_Parser.ClearVariables();
     for (const Variable& variable : m_Variables) {
         m_Parser.AddVariable(variable.name);
@@ -110,10 +122,11 @@ void CSwissKnifeBase<Types>::CheckExpressions() {
         m_Parser.AddVariable(kInputNames[m_InputDirection]);
     }
     const char* const error = m_Parser.Compile(m_Formula.c_str(), ReadsUpperCase());
-    if (error != nullptr) {
-        LOGICAL_ERROR_EXCEPTION_NODE("%s : Failed to parse formula '%s' : error message is '%s'",
-                                     m_Name.c_str(), m_Formula.c_str(), error);
+    if (error == nullptr) {
+        return {};
     }
+    return std::string(m_Name.c_str()) + " : Failed to parse formula '" + m_Formula.c_str() +
+           "' : error message is '" + error + "'";
 }
 
 template <class Types>
@@ -179,6 +192,7 @@ template <class Types>
 typename CSwissKnifeBase<Types>::Value_t CSwissKnifeBase<Types>::GetValueWithInput(
     Value_t input, bool verify, bool ignoreCache) {
     const AutoLock lock(GetLock());
+    RequireSound();
     ReadVariables(verify, ignoreCache);
     if (m_InputDirection != idNone) {
         m_Parser.GetVariableSlot(m_Variables.size()) = input;

@@ -1,5 +1,6 @@
 #include "NodeMapData/CacheFile.h"
 
+#include <algorithm>
 #include <array>
 
 #include "NodeMapData/NodeDataMap.h"
@@ -150,7 +151,7 @@ void CNodeData::ToFile(CCacheWriter& writer) const {
 }
 
 void CNodeData::FromFile(CCacheReader& reader, const CCacheCounts& counts) {
-    ReadCacheProperties(reader, counts, m_pNodeDataMap,
+    ReadCacheProperties(reader, counts, m_NodeType, m_pNodeDataMap,
                         [this](CProperty&& property) { AddProperty(std::move(property)); });
     ShrinkToFit();
 }
@@ -190,16 +191,24 @@ void CNodeDataMap::FromFile(CCacheReader& reader) {
 /// The names of the nodes are nowhere in the file but among their properties.
 void CNodeDataMap::NameNodesFromFile(CCacheReader& reader) {
     for (const auto& pNodeData : *m_pNodeID2NodeData) {
-        const CProperty* const pName = pNodeData->FindProperty(CPropertyID::Name_ID);
-        if (pName == nullptr || pName->GetDataType() != CProperty::String_ID) {
+        const auto& properties = pNodeData->GetProperties();
+        const auto isName = [](const CProperty& property) {
+            return property.GetPropertyID() == CPropertyID::Name_ID;
+        };
+        const auto found = std::find_if(properties.begin(), properties.end(), isName);
+        const bool isNamedOnce =
+            found != properties.end() && std::none_of(found + 1, properties.end(), isName);
+        if (!isNamedOnce) {
             reader.Fail(CCacheReader::State::Corrupt);
             return;
         }
-        const std::string& name = GetString(pName->StringID());
-        m_pNodeID2NodeName->push_back(name);
-        if (!m_pNodeName2NodeID->emplace(name, pNodeData->GetNodeID()).second) {
+        m_pNodeID2NodeName->push_back(found->String());
+        if (!m_pNodeName2NodeID->emplace(found->String(), pNodeData->GetNodeID()).second) {
             reader.Fail(CCacheReader::State::Corrupt);
         }
+    }
+    if (m_pNodeID2NodeName->front() != kRootNodeName) {
+        reader.Fail(CCacheReader::State::Corrupt);
     }
 }
 

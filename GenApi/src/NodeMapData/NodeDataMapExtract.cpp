@@ -50,8 +50,24 @@ private:
     std::vector<std::pair<const CNodeData*, NodeID_t>> m_Pairs;
 };
 
+/// The target of an attribute isn't collected for its own sake, and a link without
+/// it would mean something else.
+void RequireTargetsOfAttributes(const CNodeData& node, const CNodeDataMap& target) {
+    for (const CProperty& property : node.GetProperties()) {
+        const CProperty* const attribute = property.GetAttribute();
+        if (attribute == nullptr || attribute->GetDataType() != CProperty::Node_ID) {
+            continue;
+        }
+        const std::string& name = node.GetNodeDataMap()->GetNodeName(attribute->NodeID());
+        if (!target.FindNodeID(name).IsValid()) {
+            RUNTIME_EXCEPTION("TargetNodeID != NodeID_t()");
+        }
+    }
+}
+
 void CopyNodes(const NodeIDTranslator& translator, CNodeDataMap& target, bool keepIsFeature) {
     for (const auto& [pNodeData, nodeID] : translator.Pairs()) {
+        RequireTargetsOfAttributes(*pNodeData, target);
         auto pCopy = std::make_unique<CNodeData>(*pNodeData, nodeID, &target, true);
         if (!keepIsFeature) {
             pCopy->RemoveProperties(CPropertyID::IsFeature_ID);
@@ -74,7 +90,7 @@ void CNodeDataMap::ExtractIndependentSubtree(CNodeDataMap& toExtractTree, std::s
         INVALID_ARGUMENT_EXCEPTION("Only category nodes can be renamed to \"Root\"");
     }
 
-    std::set<NodeID_t> nodes{FindNodeID("_RegisterDescription")};
+    std::set<NodeID_t> nodes{FindNodeID(kRootNodeName)};
     CollectSubtree(*this, start, nodes);
     const NodeIDTranslator translator(*this, nodes, toExtractTree);
     const bool hasRoot = toExtractTree.FindNodeID(rootName).IsValid();

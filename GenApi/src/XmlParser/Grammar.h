@@ -94,6 +94,7 @@ public:
     /// The number of an element's name; kNoElement for an unknown one.
     ElementNumber NumberOf(std::string_view name) const;
     const CElementGrammar& GetRoot() const { return *m_Root; }
+    const std::vector<CElementGrammar>& GetAll() const { return m_Grammars; }
 
 private:
     CGrammar();

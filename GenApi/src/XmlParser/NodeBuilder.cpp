@@ -34,7 +34,7 @@ OpenNode CNodeBuilder::OpenElement(const ElementType& type, const OpenNode* pare
     }
     open.node = std::make_unique<CNodeData>(type.nodeType, &m_Map);
     if (type.nodeType == CNodeData::RegisterDescription_ID) {
-        open.node->SetName("_RegisterDescription");
+        open.node->SetName(kRootNodeName);
     }
     if (type.isContext) {
         m_Map.SetContextNode(open.node.get());

@@ -1,6 +1,5 @@
 // Widens what a selector selects to the nodes that read what it selects.
 
-#include "Base/OvAssert.h"
 #include "LinkCycle.h"
 #include "LinkWalk.h"
 #include "NodeDataPreprocessor.h"
@@ -128,6 +127,9 @@ void CNodeDataPreprocessor::CheckSelectionEnds(Selection& selection) {
 /// Walks the selected nodes, those added on the way too. A repeat is looked for
 /// in the list of the other node, so a reader that is reached along two ways is
 /// entered twice. That stays: a new result would not match the caches in use.
+///
+/// A selector that reads what it selects is told that it selects itself, which is
+/// all that a live node needs to refuse its use.
 void CNodeDataPreprocessor::WidenSelection(Selection& selection) {
     const NodeID_t nodeID = selection.selector;
     const std::vector<NodeID_t>& mine = selection.selected[ToIndex(nodeID)];
@@ -137,12 +139,12 @@ void CNodeDataPreprocessor::WidenSelection(Selection& selection) {
         for (const NodeID_t reader : readers) {
             if (!selection.selecting.Has(reader)) {
                 if (reader == nodeID) {
-                    OV_ASSERT(false);
+                    selection.selecting.Add(nodeID);
                 }
                 m_Budget.SpendProperties(1);
                 Node(reader).AddProperty(CPropertyID::pSelecting_ID, nodeID);
             }
-            if (!selection.selectingIt.Has(reader)) {
+            if (reader != nodeID && !selection.selectingIt.Has(reader)) {
                 m_Budget.SpendProperties(1);
                 selection.Select(nodeID, reader);
                 Node(nodeID).AddProperty(CPropertyID::pSelected_ID, reader);

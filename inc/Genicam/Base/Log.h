@@ -94,6 +94,7 @@ private:
             ::GenICam_3_0_ORVANE::CLog::function((logger), (level), __VA_ARGS__); \
         }                                                                         \
     } while (false)
+#define GCLOGERROR(logger, ...) GCLOG_AT(Log, logger, ::GenICam_3_0_ORVANE::LogError, __VA_ARGS__)
 #define GCLOGWARN(logger, ...) GCLOG_AT(Log, logger, ::GenICam_3_0_ORVANE::LogWarning, __VA_ARGS__)
 #define GCLOGINFO(logger, ...) GCLOG_AT(Log, logger, ::GenICam_3_0_ORVANE::LogInfo, __VA_ARGS__)
 #define GCLOGDEBUG(logger, ...) GCLOG_AT(Log, logger, ::GenICam_3_0_ORVANE::LogDebug, __VA_ARGS__)

@@ -28,8 +28,8 @@ public:
     CChunkPort& operator=(const CChunkPort&) = delete;
 
     /// Takes the place of the node's transport and learns the identifier. A port
-    /// that is no node ends the process, and so does an identifier with an odd
-    /// number of digits.
+    /// that is no node ends the process. RuntimeException for an identifier that is
+    /// no hexadecimal number of whole bytes, which leaves the node as it was.
     void AttachPort(IPort* port);
     void DetachPort();
 
@@ -50,7 +50,9 @@ public:
     /// Lets the buffer go. With a private copy the chunk stays readable.
     void DetachChunk();
     /// The chunk lies at the same place of another buffer now. Without a chunk
-    /// nothing happens: the old place says nothing of the new buffer.
+    /// nothing happens: the old place says nothing of the new buffer. When the
+    /// private copy was freed it is a RuntimeException, and the chunk is read from
+    /// the new buffer.
     void UpdateBuffer(uint8_t* base);
     /// Frees the private copy; what is bound is read from the buffer again.
     void ClearCache();

@@ -28,8 +28,9 @@ public:
     CEventPort(const CEventPort&) = delete;
     CEventPort& operator=(const CEventPort&) = delete;
 
-    /// Takes the place of the node's transport and learns the identifier. No node,
-    /// or an identifier with an odd number of digits, ends the process.
+    /// Takes the place of the node's transport and learns the identifier. No node
+    /// ends the process. RuntimeException for an identifier that is no hexadecimal
+    /// number of whole bytes, which leaves the node as it was.
     void AttachNode(INode* node);
     /// Leaves the node without a transport and forgets the event. What a callback
     /// of the node raises goes on to the caller; the node is detached then.

@@ -28,18 +28,28 @@ struct CCacheTables {
 /// Reads what comes before the property lists. Incomplete when the reader has failed afterwards.
 CCacheTables ReadCacheTables(CCacheReader& reader);
 
-/// Reads the property list of one node and hands each property on, of which
-/// every identifier is one that the tables have.
+/// Whether a node of the type can have the property: of this identifier, with a
+/// value of this type and with such an attribute, or without.
+bool IsPropertyOf(CNodeData::ENodeType_t node, const CProperty& property);
+
+/// Reads the property list of one node and hands each property on: one that such a
+/// node can have, of which every identifier is one that the tables have.
 /// @param pNodeDataMap  resolves the identifiers
 template <class Take>
 void ReadCacheProperties(CCacheReader& reader, const CCacheCounts& counts,
-                         INodeDataMap* pNodeDataMap, const Take& take) {
+                         CNodeData::ENodeType_t node, INodeDataMap* pNodeDataMap,
+                         const Take& take) {
     const auto count = reader.Number<4>();
     for (uint64_t i = 0; i < count && reader.IsGood(); ++i) {
         CProperty property = CProperty::FromFile(reader, counts, pNodeDataMap);
-        if (reader.IsGood()) {
-            take(std::move(property));
+        if (!reader.IsGood()) {
+            return;
         }
+        if (!IsPropertyOf(node, property)) {
+            reader.Fail(CCacheReader::State::Corrupt);
+            return;
+        }
+        take(std::move(property));
     }
 }
 

@@ -7,6 +7,9 @@
 
 namespace GenApi_3_0_ORVANE {
 
+/// The name of the root element, which stands for the map itself and is no node.
+inline constexpr std::string_view kRootNodeName = "_RegisterDescription";
+
 /// Resolves the node and text identifiers that properties hold. Owners hold it
 /// by its real type, so it is not deleted through this interface. One thread at
 /// a time.

@@ -20,16 +20,19 @@ protected:
 
     void RequireReadable() {
         if (!IsReadable(this->GetAccessModeInside())) {
+            Base::RaiseAnyFault();
             ACCESS_EXCEPTION_NODE("Node is not readable.");
         }
     }
     void RequireWritable() {
         if (!IsWritable(this->GetAccessModeInside())) {
+            Base::RaiseAnyFault();
             ACCESS_EXCEPTION_NODE("Node is not writable.");
         }
     }
     void RequireAvailable() {
         if (!IsAvailable(this->GetAccessModeInside())) {
+            Base::RaiseAnyFault();
             ACCESS_EXCEPTION_NODE("Node is not available.");
         }
     }

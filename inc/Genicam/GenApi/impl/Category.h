@@ -27,10 +27,12 @@ private:
     EAccessMode ComputeMode() const;
     void Construct();
     void TellParents();
-    void AppendOuter(std::vector<CCategoryImpl*>& categories) const;
     static void PassUp(std::vector<CCategoryImpl*> told, EVisibility visibility);
 
     value_vector m_Features;
+    /// The categories that list this one. Others may be parents for other reasons,
+    /// and what they show doesn't depend on this one.
+    std::vector<CCategoryImpl*> m_Outer;
     bool m_IsConstructed = false;
 };
 

@@ -69,6 +69,7 @@ private:
     /// @param callbacks  gets what is to be called once all has succeeded
     bool AskDevice(bool verify, CallbackList& callbacks) {
         const EntryMethodFinalizer entry(*this, meIsDone);
+        Base::RequireSound();
         if (!IsImplemented(this->GetAccessModeInside())) {
             ACCESS_EXCEPTION_NODE("Node is not implemented.");
         }

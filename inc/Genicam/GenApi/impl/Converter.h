@@ -13,6 +13,9 @@ public:
     using Value_t = typename Types::Value;
 
     void SetProperty(const CProperty& property) override;
+    void FinalConstruct() override;
+    /// The formulas are a part of the converter.
+    const NodeFault* FindFault() const override;
     using CNodeImpl::InternalGetAccessMode;
     EAccessMode InternalGetAccessMode() override {
         return CNodeImpl::InternalGetAccessMode(m_Value.GetNode());
@@ -35,6 +38,7 @@ protected:
     int64_t InternalGetDisplayPrecision() const;
 
 private:
+    CSwissKnifeBase<Types>* LinkKnife(const CProperty& property);
     ESlope GetSlope();
     /// The limit that is the source's minimum under that slope.
     Value_t LimitAt(ESlope slopeOfMin);

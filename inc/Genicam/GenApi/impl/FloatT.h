@@ -41,6 +41,7 @@ public:
     bool HasInc() override {
         const AutoLock lock(Base::GetLock());
         const NestingScope nesting(*this);
+        Base::RequireSound();
         CLogIndent indent;
         GCLOGINFOPUSH(indent, Base::m_pRangeLog, "HasInc...");
         bool hasInc = false;

@@ -26,9 +26,9 @@ auto RunQuestion(CNodeImpl& node, const Ask& ask) {
 }
 
 /// Runs `check`, then `write` as a counted write, then `finish`, with the map's
-/// lock held and the entry point set. The outermost write invalidates what
-/// depends on it and runs the callbacks, some with the lock and some after it.
-/// A failing write is counted out all the same, and runs no callback.
+/// lock held and the entry point set, for a node that is sound. The outermost write invalidates
+/// what depends on it and runs the callbacks, some with the lock and some after it. A failing write
+/// is counted out all the same, and runs no callback.
 template <class Check, class Write, class Finish>
 void RunWrite(CNodeImpl& node, EMethod method, const Check& check, const Write& write,
               const Finish& finish) {
@@ -36,6 +36,7 @@ void RunWrite(CNodeImpl& node, EMethod method, const Check& check, const Write& 
     {
         const AutoLock lock(node.GetLock());
         const EntryMethodFinalizer entry(node, method);
+        node.RequireSound();
         check();
         node.PreSetValue();
         try {

@@ -2,6 +2,7 @@
 /// What every node of the graph is made of.
 
 #include <bitset>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "GenApi/impl/CallState.h"
 #include "GenApi/impl/KeptProperty.h"
 #include "GenApi/impl/NodeExceptions.h"
+#include "GenApi/impl/NodeFault.h"
 #include "GenApi/impl/PolyReference.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -84,6 +86,21 @@ public:
         return mode;
     }
     EAccessMode GetImposedAccessMode() const { return m_ImposedAccessMode; }
+    /// What keeps the node from being used, be it its own fault or that of a node
+    /// that is a part of it; null for a sound one. It never changes once the
+    /// description is loaded.
+    virtual const NodeFault* FindFault() const { return m_pFault.get(); }
+    /// Raises the node's own fault, if it has one.
+    void RequireSound() {
+        if (m_pFault != nullptr) [[unlikely]] {
+            RaiseFault(*m_pFault);
+        }
+    }
+    /// Raises what FindFault finds: for those whom the access mode turns away, and
+    /// who want to know why.
+    void RaiseAnyFault();
+    /// Tells the log that a walk over many nodes passes this one by.
+    void LogPassedBy(const char* reason);
     /// Marks the begin of a write that goes on to other nodes.
     void PreSetValue();
     /// Marks that it succeeded: the invalidation that it brings about spares what
@@ -147,8 +164,12 @@ protected:
         WriteRole = 2,  ///< written when this node is written
         ValueRole = 4   ///< its value is part of this node's value
     };
-    /// The node that a link property names, entered as a child of this one.
-    /// RuntimeException when there is no live node behind the name.
+    /// Runs a step of taking the description, and keeps the fault that it throws.
+    /// The first one stands.
+    template <class Step>
+    void KeepFaultOf(const Step& step);
+    /// The node that a link property names, entered as a child of this one. A fault
+    /// when there is no live node behind the name.
     INodePrivate* LinkChild(const CProperty& property, unsigned roles);
 
     gcstring m_Name;
@@ -212,6 +233,7 @@ private:
     static EAccessMode LowerByChildren(EAccessMode mode, const NodeList& readingChildren);
     EAccessMode LowerByReferences(EAccessMode mode) const;
     void CreateLoggers();
+    bool IsPollingBlocked();
     /// The field that keeps a property that is no link: calls `use` with it.
     template <class Self, class Use>
     static bool WithField(Self& self, CPropertyID id, const Use& use);
@@ -220,6 +242,8 @@ private:
                                                   const gcstring* name = nullptr);
     INodePrivate& FindLinked(const CProperty& property);
     void SetLinkProperty(const CProperty& property);
+    void AppendFeature(value_vector& features, const CProperty& property);
+    [[noreturn]] void RaiseFault(const NodeFault& fault);
     NodeList GetLinked(CPropertyID id) const;
     const NodeList& GetSources();
 
@@ -234,7 +258,19 @@ private:
     std::optional<NodeList> m_Sources;
     uint64_t m_LastInvalidation = 0;
     CallbackList m_Callbacks;
+    std::unique_ptr<const NodeFault> m_pFault;
 };
+
+template <class Step>
+void CNodeImpl::KeepFaultOf(const Step& step) {
+    try {
+        step();
+    } catch (NodeFault& fault) {
+        if (m_pFault == nullptr) {
+            m_pFault = std::make_unique<const NodeFault>(std::move(fault));
+        }
+    }
+}
 
 template <class Compute>
 EAccessMode CNodeImpl::CachedAccessMode(const Compute& compute) {
@@ -250,7 +286,8 @@ EAccessMode CNodeImpl::CachedAccessMode(const Compute& compute) {
     }
     m_AccessModeCache = _CycleDetectAccesMode;
     try {
-        const EAccessMode mode = compute();
+        // What a faulty node would be computed from may be missing.
+        const EAccessMode mode = m_pFault == nullptr ? compute() : LowerByReferences(NA);
         m_AccessModeCache = InternalIsAccessModeCacheable() == Yes ? mode : _UndefinedAccesMode;
         return mode;
     } catch (...) {

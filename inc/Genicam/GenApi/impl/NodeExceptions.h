@@ -43,16 +43,35 @@ private:
     const char* m_ExceptionType;
 };
 
+/// What failures have in common that the description is to blame for, or a value
+/// that no node can work with, and not the way to the device: they come again
+/// whenever the node is used, so walks over many nodes pass it by.
+class NodeFaultMark {
+public:
+    virtual ~NodeFaultMark() = default;
+};
+
+/// An exception of type T with that mark.
+template <class T>
+class NodeFaultException : public T, public NodeFaultMark {
+public:
+    using T::T;
+};
+
 }  // namespace GenApi_3_0_ORVANE
 
 // Used inside a node's members like a function: ACCESS_EXCEPTION_NODE("Node is not writable");
-#define OV_THROW_NODE(type)                                                                       \
-    throw ::GenApi_3_0_ORVANE::ExceptionReporterNode<::GenICam_3_0_ORVANE::type>(*this, __FILE__, \
-                                                                                 __LINE__, #type) \
+#define OV_THROW_NODE_AS(exception, type)                                                         \
+    throw ::GenApi_3_0_ORVANE::ExceptionReporterNode<exception>(*this, __FILE__, __LINE__, #type) \
         .Report
+#define OV_THROW_NODE(type) OV_THROW_NODE_AS(::GenICam_3_0_ORVANE::type, type)
 #define GENERIC_EXCEPTION_NODE OV_THROW_NODE(GenericException)
 #define INVALID_ARGUMENT_EXCEPTION_NODE OV_THROW_NODE(InvalidArgumentException)
 #define OUT_OF_RANGE_EXCEPTION_NODE OV_THROW_NODE(OutOfRangeException)
 #define RUNTIME_EXCEPTION_NODE OV_THROW_NODE(RuntimeException)
 #define LOGICAL_ERROR_EXCEPTION_NODE OV_THROW_NODE(LogicalErrorException)
 #define ACCESS_EXCEPTION_NODE OV_THROW_NODE(AccessException)
+#define OV_THROW_NODE_FAULT(type) \
+    OV_THROW_NODE_AS(::GenApi_3_0_ORVANE::NodeFaultException<::GenICam_3_0_ORVANE::type>, type)
+#define RUNTIME_FAULT_NODE OV_THROW_NODE_FAULT(RuntimeException)
+#define LOGICAL_ERROR_FAULT_NODE OV_THROW_NODE_FAULT(LogicalErrorException)

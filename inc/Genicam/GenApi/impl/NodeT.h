@@ -100,8 +100,11 @@ public:
     }
 
     void SetProperty(const CProperty& property) override {
-        Base::SetProperty(property);
+        Base::KeepFaultOf([&] { Base::SetProperty(property); });
         Base::NoteProperty(property);
+    }
+    void FinalConstruct() override {
+        Base::KeepFaultOf([&] { Base::FinalConstruct(); });
     }
 
     bool IsSelector() override {

@@ -104,6 +104,7 @@ protected:
     /// What is read of the range, between its log lines.
     template <class Read>
     Value_t LoggedLimit(const char* begin, const char* end, const Read& read) {
+        Base::RequireSound();
         CLogIndent indent;
         GCLOGINFOPUSH(indent, Base::m_pRangeLog, "%s", begin);
         const Value_t value = read();
@@ -136,6 +137,7 @@ private:
     }
 
     void RefreshValidValues() {
+        Base::RequireSound();
         if constexpr (requires { this->InternalGetListOfValidValues(); }) {
             if (!Base::m_ListOfValidValuesCacheValid) {
                 m_CurrentValidValueSet = this->InternalGetListOfValidValues();

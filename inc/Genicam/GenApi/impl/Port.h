@@ -37,7 +37,15 @@ public:
 
     /// The bytes known of this port.
     CValueCache& GetValueCache() { return m_ValueCache; }
-    bool IsChunkPort() const { return m_ChunkID.IsInitialized(); }
+    /// Whether the description makes this the port of a chunk, be it that another
+    /// node tells which.
+    bool IsChunkPort() const {
+        return m_ChunkID.IsPointer() || (m_ChunkID.IsConstant() && !m_ChunkID.GetValue().empty());
+    }
+    /// The same, where that node is asked: it may tell of no chunk.
+    bool HasChunkID() const {
+        return IsChunkPort() && !(m_ChunkID.IsReadable() && m_ChunkID.GetValue().empty());
+    }
 
 protected:
     /// All bytes.

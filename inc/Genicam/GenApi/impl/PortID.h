@@ -8,6 +8,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
+struct INode;
+
 /// Appends the bytes of a text of hexadecimal digits, two for each byte.
 /// @return false for a text of an odd length or with other characters
 bool AppendHexBytes(std::string_view text, std::vector<uint8_t>& bytes);
@@ -17,8 +19,10 @@ bool AppendHexBytes(std::string_view text, std::vector<uint8_t>& bytes);
 class CPortID {
 public:
     CPortID() = default;
-    /// RuntimeException for a text that AppendHexBytes refuses.
-    explicit CPortID(std::string_view text);
+    /// RuntimeException for a text that AppendHexBytes refuses. An odd number of
+    /// digits is the fault of the node.
+    /// @param evenRule  what is told of it
+    CPortID(std::string_view text, INode& node, const char* evenRule);
 
     /// As a device sends it, most significant byte first.
     bool Matches(const uint8_t* bytes, size_t length) const;

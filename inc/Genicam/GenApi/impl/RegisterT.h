@@ -35,6 +35,7 @@ public:
             CLogIndent indent;
             GCLOGINFOPUSH(indent, Base::m_pValueLog, "Get...");
             if (!IsReadable(this->GetAccessModeInside())) {
+                Base::RaiseAnyFault();
                 ACCESS_EXCEPTION_NODE("Node is not readable.");
             }
             Base::InternalGet(buffer, length, verify, ignoreCache);
@@ -48,11 +49,13 @@ public:
 
     int64_t GetLength() override {
         const AutoLock lock(Base::GetLock());
+        Base::RequireSound();
         return Base::InternalGetLength();
     }
 
     int64_t GetAddress() override {
         const AutoLock lock(Base::GetLock());
+        Base::RequireSound();
         return Base::InternalGetAddress();
     }
 

@@ -40,6 +40,7 @@ public:
     int64_t GetMaxLength() override {
         const AutoLock lock(Base::GetLock());
         const NestingScope nesting(*this);
+        Base::RequireSound();
         CLogIndent indent;
         GCLOGINFOPUSH(indent, Base::m_pValueLog, "GetMaxLength...");
         const int64_t length = this->InternalGetMaxLength();

@@ -1,6 +1,7 @@
 #pragma once
 /// Nodes whose value is a formula over other nodes.
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -33,6 +34,7 @@ public:
     using Value_t = typename Types::Value;
 
     void SetProperty(const CProperty& property) override;
+    /// A formula that doesn't compile is a fault of this node alone.
     void FinalConstruct() override;
     void CheckExpressions() override;
     using CNodeImpl::InternalGetAccessMode;
@@ -70,6 +72,8 @@ private:
     class EvaluationScope;
 
     void AddVariable(const CProperty& property);
+    /// Gives the text of a failure; empty where all is well.
+    std::string CompileFormula();
     void ReadVariables(bool verify, bool ignoreCache);
     Value_t ReadVariable(const Variable& variable, bool verify, bool ignoreCache);
     Value_t ReadEntry(const Variable& variable);
@@ -96,6 +100,7 @@ struct SwissKnifeTypes {
         "SwissKnife : %s SetValue failed. SwissKnife is read only";
     static constexpr const char* kNoEnumeration = "Variable does not point to enumeration %s";
     static double FromNumericValue(double value) { return value; }
+    static double Distance(double a, double b) { return std::abs(a - b); }
 };
 
 struct IntSwissKnifeTypes {
@@ -109,6 +114,11 @@ struct IntSwissKnifeTypes {
     static constexpr const char* kNoEnumeration = "Variable '%s' does not point to enumeration";
     static int64_t FromNumericValue(double value) {
         return RoundToInt64(std::trunc(value), "IntSwissKnife");
+    }
+    /// Wraps as formulas do.
+    static int64_t Distance(int64_t a, int64_t b) {
+        const auto [low, high] = std::minmax(a, b);
+        return static_cast<int64_t>(static_cast<uint64_t>(high) - static_cast<uint64_t>(low));
     }
 };
 

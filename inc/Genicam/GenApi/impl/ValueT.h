@@ -15,6 +15,7 @@ public:
             CLogIndent indent;
             GCLOGINFOPUSH(indent, Base::m_pValueLog, "ToString...");
             if (!IsReadable(this->GetAccessModeInside())) {
+                Base::RaiseAnyFault();
                 ACCESS_EXCEPTION_NODE("Node is not readable");
             }
             gcstring value = this->InternalToString(verify, ignoreCache);
@@ -32,6 +33,7 @@ public:
             *this, meFromString,
             [&] {
                 if (verify && !IsWritable(this->GetAccessModeInside())) {
+                    Base::RaiseAnyFault();
                     ACCESS_EXCEPTION_NODE("Node is not writable");
                 }
                 GCLOGINFOPUSH(indent, Base::m_pValueLog, "FromString = '%s' ", value.c_str());
