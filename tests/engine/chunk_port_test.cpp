@@ -1,5 +1,6 @@
 // One port node and the chunk that it reads from.
 
+#include "GenApi/impl/Port.h"
 #include "chunk_support.h"
 
 namespace EngineTest {
@@ -317,6 +318,15 @@ INSTANTIATE_TEST_SUITE_P(
         Identifier{"011234567890ABCDEF", {0x12, 0x34, 0x56, 0x78, 0x90, 0xAB, 0xCD, 0xEF}, false},
         Identifier{
             "011234567890ABCDEF", {1, 0x12, 0x34, 0x56, 0x78, 0x90, 0xAB, 0xCD, 0xEF}, true}));
+
+TEST(ChunkIdentifierText, ThatIsEmptyMakesNoChunkPort) {
+    NodesByHand nodes;
+    auto& port = nodes.Add<CPort>("Port");
+    nodes.Set(port, CPropertyID::ChunkID_ID, std::string_view());
+    nodes.Complete();
+    EXPECT_FALSE(port.IsChunkPort());
+    EXPECT_EQ(port.GetAccessMode(), NI);
+}
 
 TEST(ChunkIdentifierText, HasAnEvenNumberOfDigits) {
     XmlNodeMap nodes(ChunkPortXml("Port", "123"));

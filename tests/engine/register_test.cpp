@@ -367,15 +367,6 @@ TEST(Port, WithAnEmptyIdentifierIsNoChunkPort) {
         "<String Name=\"Some\"><Value>1F</Value></String>");
     EXPECT_EQ(map.Get("Empty").GetAccessMode(), NI);
     EXPECT_EQ(map.Get("Told").GetAccessMode(), NA);
-    CNodeDataMap data;
-    CNodeMap byHand("Device");
-    byHand.SetNumNodes(1);
-    auto* const port = new CPort;
-    byHand.RegisterNode(port, CNodeData::Port_ID, NodeID_t(0));
-    port->SetProperty(CProperty(&data, CPropertyID::ChunkID_ID, std::string_view()));
-    byHand.FinalConstruct();
-    EXPECT_FALSE(port->IsChunkPort());
-    EXPECT_EQ(port->GetAccessMode(), NI);
 }
 
 TEST(Port, WithAnEmptyIdentifierHasAddressesOfADevice) {
