@@ -133,7 +133,7 @@ TEST_F(CacheFault, LeavesTheLockFreeWhateverFails) {
 TEST_F(CacheFault, AFullDiskMeansNotCached) {
     // Room for nothing, for a part of the checksum, for the checksum and a part
     // of the file.
-    for (const rlim_t room : {0, 8, 16, 100}) {
+    for (const rlim_t room : {0UL, 8UL, 16UL, 100UL}) {
         EXPECT_EQ(StatusOf([room] {
                       std::signal(SIGXFSZ, SIG_IGN);
                       const rlimit limit{.rlim_cur = room, .rlim_max = room};

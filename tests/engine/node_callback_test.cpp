@@ -109,7 +109,7 @@ TEST_F(Callbacks, AreNotCalledOnceAnotherOneTookThemAway) {
     // Whichever of the two is called first, the other one isn't called at all.
     std::vector<CallbackHandleType> handles(2);
     int calls = 0;
-    for (const size_t mine : {0, 1}) {
+    for (const size_t mine : {0UL, 1UL}) {
         handles[mine] = AddActing(m_Node, [&, mine](ECallbackType type) {
             ++calls;
             if (type == cbPostInsideLock) {

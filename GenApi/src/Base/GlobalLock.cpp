@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <optional>
 #include <thread>
 
 #include "Base/GCException.h"
@@ -62,25 +61,21 @@ public:
 
     /// True also without a file: there is the semaphore alone then.
     bool TryLock() {
-        m_IsLocked = m_IsLocked || (m_File.IsOpen() && flock(m_File.Get(), LOCK_EX | LOCK_NB) == 0);
+        if (!m_IsLocked && m_File.IsOpen() && flock(m_File.Get(), LOCK_EX | LOCK_NB) == 0) {
+            m_IsLocked = true;
+            m_Since = Clock::now();
+        }
         return m_IsLocked || !m_File.IsOpen();
     }
     /// Whether a holder of the semaphore must have died, or know of no file: for
     /// so long has the file been ours without it.
-    bool IsLockedForLong() {
-        if (!m_IsLocked) {
-            return false;
-        }
-        const auto now = Clock::now();
-        m_Since = m_Since.value_or(now);
-        return now - *m_Since >= kGrace;
-    }
+    bool IsLockedForLong() const { return m_IsLocked && Clock::now() - m_Since >= kGrace; }
     int Release() { return m_File.Release(); }
 
 private:
     COpenFile m_File;
     bool m_IsLocked = false;
-    std::optional<Clock::time_point> m_Since;
+    Clock::time_point m_Since;
 };
 
 uint64_t Hash(const gcstring& name) {
