@@ -45,7 +45,7 @@ private:
     std::atomic<bool> m_initialised{false};
     const CFeatureTable m_featureTable;
     CDeviceInfoFactory m_deviceInfoFactory;
-    OVTLClass::CLock m_apiLock;
+    OVTLClass::CLock m_apiLock{OVTLClass::LockRank::Api};
 };
 
 /// The first two steps of an exported function: the instance, initialised.

@@ -5,6 +5,7 @@
 #include <mutex>
 
 #include "OvIDef.h"
+#include "TLClassLoadTL/OvLock.h"
 
 /// A record is free or delivered. Records move between the two queues without
 /// being made anew: lending a frame takes no memory. The lock of the free ones is always taken
@@ -35,9 +36,9 @@ private:
     void ReturnAt(Queue::iterator frame);
     void FreeLocked();
 
-    std::mutex m_freeMutex;
+    OVTLClass::CLock m_freeMutex{OVTLClass::LockRank::FreeFrames};
     Queue m_free;
-    std::mutex m_deliveredMutex;
+    OVTLClass::CLock m_deliveredMutex{OVTLClass::LockRank::LentFrames};
     Queue m_delivered;
     /// On loan when the pool was freed, the last ones first. They are kept for a
     /// while, so that no frame is lent at the address of one that somebody still

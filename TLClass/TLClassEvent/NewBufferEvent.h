@@ -58,7 +58,7 @@ private:
     std::atomic<void*> m_stream{nullptr};
     std::atomic<void*> m_event{nullptr};
     std::atomic<bool> m_registered{false};
-    CLock m_initInfoLock;
+    CLock m_initInfoLock{LockRank::Information};
     CBufferInitInfo m_initInfo;
     std::atomic<GenApi_3_0_ORVANE::CChunkAdapterGeneric*> m_chunkAdapter{nullptr};
     /// Where the attached chunks lie.
@@ -101,7 +101,7 @@ private:
 
     std::unique_ptr<INewBufferCallback> m_callback;
     std::atomic<bool> m_hasCallback{false};
-    CLock m_callbackLock;
+    CLock m_callbackLock{LockRank::CaptureCallback};
     CVxEvent m_stopEvent;
     bool m_started = false;
     CNativeNewBufferEvent m_native;

@@ -3,13 +3,19 @@
 
 #include <pthread.h>
 
+#include "Base/LockRank.h"
+
 namespace OVTLClass {
+
+using OvBase::LockRank;
 
 /// A recursive POSIX mutex. A failing call raises std::runtime_error: a lock
 /// that doesn't hold must never pass unnoticed.
 class CLock {
 public:
-    CLock();
+    CLock() : CLock(LockRank::None) {}
+    /// @param camera  that the lock belongs to; null for none
+    explicit CLock(LockRank rank, const void* camera = nullptr);
     ~CLock();
     CLock(const CLock&) = delete;
     CLock& operator=(const CLock&) = delete;
@@ -19,8 +25,18 @@ public:
     /// Whether the lock was taken; false when another thread has it.
     bool TryLock();
 
+    // By the names that the guards and conditions of the standard know. Whoever
+    // waits for a condition holds the lock once.
+    // NOLINTBEGIN(readability-identifier-naming)
+    void lock() { Lock(); }
+    void unlock() { Unlock(); }
+    bool try_lock() { return TryLock(); }
+    // NOLINTEND(readability-identifier-naming)
+
 private:
     pthread_mutex_t m_mutex;
+    const LockRank m_rank;
+    const void* const m_camera;
 };
 
 /// Holds a CLock for the life of a scope.

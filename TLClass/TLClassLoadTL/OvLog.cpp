@@ -26,7 +26,7 @@ struct CloseFile {
 std::atomic<COvLog*> COvLog::ms_ObjOvLog{nullptr};
 
 COvLog& COvLog::GetInstance() {
-    static CLock createLock;
+    static CLock createLock(LockRank::LogInstance);
     // The log lives to the very end of the process: destructors of other
     // static objects may still write to it.
     if (ms_ObjOvLog.load() == nullptr) {

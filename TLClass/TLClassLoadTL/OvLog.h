@@ -62,7 +62,7 @@ private:
     int32_t m_outputType = File;
     std::list<std::string> m_pending;
     size_t m_pendingBytes = 0;
-    CLock m_lock;
+    CLock m_lock{LockRank::Log};
 };
 
 /// Logs a message with its place, as "file(line):'function':message". Without memory

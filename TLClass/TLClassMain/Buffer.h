@@ -9,6 +9,7 @@
 
 #include "TLClassInfo/InfoRecords.h"
 #include "TLClassLoadTL/GenTLLib.h"
+#include "TLClassLoadTL/OvLock.h"
 #include "TLClassMain/Agency.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -63,7 +64,7 @@ private:
     /// Null while not announced. A stop takes it away while another thread may
     /// still fetch a frame.
     std::atomic<void*> m_handle{nullptr};
-    std::mutex m_queueMutex;
+    CLock m_queueMutex{LockRank::BufferQueue};
     bool m_isWithdrawn = false;
     std::unique_ptr<uint8_t[]> m_memory;
     /// In the memory, which is larger by what the alignment may cost.

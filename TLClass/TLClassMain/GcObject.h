@@ -61,7 +61,7 @@ private:
     std::shared_ptr<const CGenTLLib> m_lib;
     CXMLAnalyzer m_xml;
     std::unique_ptr<IFeatureControl> m_featureControl;
-    CLock m_childLock;
+    CLock m_childLock{LockRank::Children};
     std::vector<std::shared_ptr<CGcObject>> m_children;
 };
 

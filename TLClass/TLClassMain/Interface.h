@@ -88,14 +88,14 @@ private:
     std::shared_ptr<ITL> m_tl;
     void* m_tlHandle;
     void* m_handle = nullptr;
-    CLock m_infoLock;
+    CLock m_infoLock{LockRank::Information};
     IF_INFO m_info;
     COMMON_INTERFACE_INFO m_commonInfo;
     bool m_open = false;
-    CLock m_updateLock;
+    CLock m_updateLock{LockRank::InterfaceUpdate};
     DeviceList m_lostOpen;
-    CLock m_lostLock;
-    CLock m_deviceListLock;
+    CLock m_lostLock{LockRank::LostDevices};
+    CLock m_deviceListLock{LockRank::DeviceList};
 };
 
 /// An adapter that GigE Vision cameras are found on.
@@ -127,10 +127,10 @@ protected:
 private:
     std::shared_ptr<IDevice> __SearchDeviceByIP(int64_t ip, const std::string& id);
 
-    CLock m_gevInfoLock;
+    CLock m_gevInfoLock{LockRank::Information};
     GEV_IF_INFO m_gevInfo;
     std::vector<GEV_DEV_INFO> m_gevDeviceInfos;
-    CLock m_createLock;
+    CLock m_createLock{LockRank::CreateByAddress};
 };
 
 }  // namespace OVTLClass

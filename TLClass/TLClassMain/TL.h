@@ -71,9 +71,9 @@ private:
     TL_INFO m_info;
     void* m_handle = nullptr;
     bool m_open = false;
-    CLock m_updateLock;
+    CLock m_updateLock{LockRank::SystemUpdate};
     InterfaceList m_lost;
-    CLock m_lostLock;
+    CLock m_lostLock{LockRank::LostInterfaces};
 };
 
 /// The system module of a GigE Vision producer.

@@ -13,7 +13,7 @@
 namespace OVTLClass {
 
 CTLManager* CTLManager::ms_objTLManager = nullptr;
-CLock CTLManager::ms_objGetInstanceLock;
+CLock CTLManager::ms_objGetInstanceLock(LockRank::ProducersInstance);
 
 /// Undoes what of a row of producers came up.
 class CTLManager::CInitAgency : public CAgency {

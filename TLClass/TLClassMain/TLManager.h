@@ -61,7 +61,7 @@ private:
 
     std::vector<Entry> m_entries;
     bool m_initialised = false;
-    CLock m_lock;
+    CLock m_lock{LockRank::Producers};
 };
 
 }  // namespace OVTLClass

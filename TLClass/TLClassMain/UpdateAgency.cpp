@@ -29,8 +29,8 @@ void SetListMode(IInterface& target, const char* mode) {
 
 }  // namespace
 
-CLock CGenericUpdateAgency::ms_objGenericUpdateLock;
-CLock CGevUpdateAgency::ms_objGevUpdateLock;
+CLock CGenericUpdateAgency::ms_objGenericUpdateLock(LockRank::GenericUpdate);
+CLock CGevUpdateAgency::ms_objGevUpdateLock(LockRank::GevUpdate);
 
 void CGenericUpdateAgency::DoUpdate(unsigned timeout, unsigned interval, bool& changed) {
     const CAutoLock lock(ms_objGenericUpdateLock);

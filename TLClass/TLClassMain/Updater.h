@@ -33,9 +33,9 @@ protected:
     void _SetListChangedFlag(bool changed);
 
 private:
-    CLock m_timeoutLock;
+    CLock m_timeoutLock{LockRank::Updater};
     unsigned m_timeout = 0;
-    CLock m_changedLock;
+    CLock m_changedLock{LockRank::Updater};
     bool m_changed = false;
 };
 

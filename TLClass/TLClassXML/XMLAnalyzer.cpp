@@ -10,7 +10,7 @@ namespace OVTLClass {
 using GenApi_3_0_ORVANE::CNodeMapRef;
 using GenApi_3_0_ORVANE::gcstring;
 
-CLock CXMLAnalyzer::ms_objGenApiLoadXMLLock;
+CLock CXMLAnalyzer::ms_objGenApiLoadXMLLock(LockRank::LoadDescription);
 
 CXMLAnalyzer::CXMLAnalyzer(const CGenTLLib& lib) : m_lib(lib) {}
 
@@ -30,6 +30,7 @@ void CXMLAnalyzer::LoadXMLFromPortHandle(void* port) {
     } catch (const std::exception& error) {
         OV_RAISE(CUnexpectedError, error.what());
     }
+    m_nodeMap->GetMap()->GetLock().SetRank(LockRank::NodeMap);
     if (!m_nodeMap->_Connect(m_port.get(), __ReadPortName(port).c_str())) {
         OV_RAISE(CUnexpectedError, "CNodeMapRef::_connect failed");
     }

@@ -43,7 +43,7 @@ Folder& CLProtocolFolder() {
 }
 
 CLock& FolderLock() {
-    static CLock lock;
+    static CLock lock(OvBase::LockRank::Folders);
     return lock;
 }
 

@@ -7,7 +7,7 @@
 
 namespace GenICam_3_0_ORVANE {
 
-CLock::CLock() : m_Mutex() {
+CLock::CLock(OvBase::LockRank rank) : m_Mutex(), m_Rank(rank) {
     pthread_mutexattr_t attributes;
     pthread_mutexattr_init(&attributes);
     pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
@@ -20,10 +20,12 @@ CLock::~CLock() {
 }
 
 void CLock::LockMutex() {
+    OvBase::CheckLockOrder(this, m_Rank, nullptr);
     if (const int error = pthread_mutex_lock(&m_Mutex)) {
         RUNTIME_EXCEPTION("CLock::Lock() failed: %d (%s)", error, std::strerror(error));
     }
     m_Owner.store(pthread_self(), std::memory_order_relaxed);
+    OvBase::NoteLocked(this, m_Rank);
 }
 
 bool CLock::TryLock() {
@@ -37,6 +39,7 @@ bool CLock::TryLock() {
     }
     if (error == 0) {
         m_Owner.store(pthread_self(), std::memory_order_relaxed);
+        OvBase::NoteLocked(this, m_Rank);
     }
     return error == 0;
 }
@@ -48,6 +51,7 @@ void CLock::UnlockMutex() {
     if (const int error = pthread_mutex_unlock(&m_Mutex)) {
         RUNTIME_EXCEPTION("Mutex::unlock() failed: %d (%s)", error, std::strerror(error));
     }
+    OvBase::NoteUnlocked(this);
 }
 
 }  // namespace GenICam_3_0_ORVANE

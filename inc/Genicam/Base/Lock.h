@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "Base/Export.h"
+#include "Base/LockRank.h"
 
 namespace GenICam_3_0_ORVANE {
 
@@ -16,7 +17,8 @@ namespace GenICam_3_0_ORVANE {
 /// So the owner's further calls are counted here and don't reach the mutex.
 class OV_ENGINE_API CLock {
 public:
-    CLock();
+    CLock() : CLock(OvBase::LockRank::None) {}
+    explicit CLock(OvBase::LockRank rank);
     ~CLock();
     CLock(const CLock&) = delete;
     CLock& operator=(const CLock&) = delete;
@@ -37,6 +39,8 @@ public:
     }
     /// Whether the lock was taken; false when another thread has it.
     bool TryLock();
+    /// To be called before a second thread knows the lock.
+    void SetRank(OvBase::LockRank rank) { m_Rank = rank; }
 
 private:
     /// Only the owner finds itself here, whatever others store meanwhile.
@@ -49,6 +53,7 @@ private:
     std::atomic<pthread_t> m_Owner{};
     /// How often the owner took it beyond the first time.
     uint64_t m_Again = 0;
+    OvBase::LockRank m_Rank;
 };
 
 /// Holds a lock for the life of a scope.
