@@ -4,9 +4,9 @@
 
 #include "Acquisition.h"
 #include "Base/GCException.h"
+#include "CallbackCheck.h"
 #include "TLClassFeature/IFeatureControl.h"
 #include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/VxThread.h"
 #include "TLClassMain/Agency.h"
 #include "TLClassMain/DataStream.h"
 #include "TLClassMain/Device.h"
@@ -17,6 +17,10 @@ namespace {
 
 constexpr int kStartAttempts = 3;
 constexpr const char* kParamsLocked = "TLParamsLocked";
+/// A stop waits for the first, and start and stop use features, for whose lock the
+/// thread of the others would be waited for.
+constexpr std::initializer_list<CallbackKind> kRefused = {
+    CallbackKind::Capture, CallbackKind::Event, CallbackKind::Feature};
 constexpr const char* kReadOnly = "Can't start acquisition on read-only mode";
 
 /// The camera's transport parameters, locked for an acquisition. Also unlocked when
@@ -148,6 +152,7 @@ private:
 
 void StartAcquisition(COvDeviceInfo& info) {
     IDevice& device = *info.GetDevice();
+    CheckNotInCallback(device, "start capture", kRefused);
     if (device.DoGetDeviceAccessMode() == OV_ACCESS_READONLY) {
         OV_RAISE(CInvalidAccessError, kReadOnly);
     }
@@ -163,9 +168,7 @@ void StartAcquisition(COvDeviceInfo& info) {
 void StopAcquisition(COvDeviceInfo& info) {
     IDevice& device = *info.GetDevice();
     const std::shared_ptr<IDataStream> stream = info.GetStream();
-    if (CVxThread::PthreadSelf() == stream->DoGetAcquisitionThreadID()) {
-        OV_RAISE(CInvalidCallError, "Can't stop capture in capture callback");
-    }
+    CheckNotInCallback(device, "stop capture", kRefused);
     if (device.DoGetDeviceAccessMode() == OV_ACCESS_READONLY) {
         OV_RAISE(CInvalidAccessError, kReadOnly);
     }

@@ -83,10 +83,12 @@ OV_STATUS OVGetAcqusitionBufferNumber(OV_DEV_HANDLE hDevice, uint64_t* pBufferNu
 
 OV_STATUS OVRegisterCaptureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
                                     OVCaptureCallback callBackFun) try {
-    const auto stream = EnterAcquisition(hDevice, OV_HERE).GetStream();
+    const COvDeviceInfo& info = EnterAcquisition(hDevice, OV_HERE);
+    const auto stream = info.GetStream();
     OV_CHECK_POINTER(reinterpret_cast<const void*>(callBackFun));
     CheckStopped(*stream, "Can't register capture callback after start capture");
-    stream->DoRegisterCaptureCallback(COvNewBufferCallback(pUserParam, callBackFun));
+    stream->DoRegisterCaptureCallback(
+        COvNewBufferCallback(*info.GetDevice(), pUserParam, callBackFun));
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();

@@ -5,9 +5,9 @@
 #include "FeatureAccess.h"
 #include "OVIError.h"
 #include "OvIAPI.h"
+#include "TLClassEvent/CallbackScope.h"
 #include "TLClassFeature/FeatureCallbackHandle.h"
 #include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/VxThread.h"
 #include "TLClassMain/Device.h"
 
 using namespace OVTLClass;
@@ -20,9 +20,9 @@ COvDeviceInfo& EnterEvents(OV_DEV_HANDLE hDevice, const OvPlace& place) {
     return VerifyDeviceHandle(hDevice, place);
 }
 
-/// Raises with the message on that thread.
-void CheckNotOnThread(pthread_t thread, const char* message) {
-    if (CVxThread::PthreadSelf() == thread) {
+/// Raises with the message in such a callback of the camera.
+void CheckNotInside(CallbackKind kind, const IDevice& camera, const char* message) {
+    if (CCallbackScope::IsInside(kind, &camera)) {
         OV_RAISE(CInvalidCallError, message);
     }
 }
@@ -52,7 +52,7 @@ OV_STATUS OVRegisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice, void* pUserPara
     IDevice& device = *EnterEvents(hDevice, OV_HERE).GetDevice();
     OV_CHECK_POINTER(reinterpret_cast<const void*>(callBackFun));
     OV_CHECK_POINTER(pHCallBack);
-    CheckNotOnThread(device.DoGetOfflineThreadID(), "Can't register offline callback in callback");
+    CheckNotInside(CallbackKind::Offline, device, "Can't register offline callback in callback");
     *pHCallBack =
         device.DoRegisterDeviceOfflineCallback(COvDeviceOfflineCallback(pUserParam, callBackFun));
     return OV_STATUS_SUCCESS;
@@ -65,8 +65,7 @@ OV_STATUS OVUnregisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice,
     IDevice& device = *EnterEvents(hDevice, OV_HERE).GetDevice();
     VerifyCallbackHandle<COvDeviceOfflineCallback, IEventCallback>(pHCallBack,
                                                                    "Invalid event callback handle");
-    CheckNotOnThread(device.DoGetOfflineThreadID(),
-                     "Can't unregister offline callback in callback");
+    CheckNotInside(CallbackKind::Offline, device, "Can't unregister offline callback in callback");
     device.DoUnregisterDeviceOfflineCallback(pHCallBack);
     return OV_STATUS_SUCCESS;
 } catch (...) {
@@ -80,14 +79,15 @@ OV_STATUS OVRegisterFeatureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
     const char* const name = CDeviceManager::GetInstance().GetFeatureName(featureID);
     OV_CHECK_POINTER(reinterpret_cast<const void*>(callBackFun));
     OV_CHECK_POINTER(pHCallBack);
-    CheckNotOnThread(info.GetDevice()->DoGetEventThreadID(),
-                     "Can't register feature event callback in callback");
+    IDevice& device = *info.GetDevice();
+    CheckNotInside(CallbackKind::Event, device,
+                   "Can't register feature event callback in callback");
     CFeatureControl& control = GetFeatureControl(info, featureID);
     if (control.CheckEventNode(name)) {
-        info.GetDevice()->DoActiveRemoteDeviceEventThread();
+        device.DoActiveRemoteDeviceEventThread();
     }
     *pHCallBack = control.DoRegisterFeatureCallback(
-        name, COvFeatureCallback(pUserParam, callBackFun, featureID));
+        name, COvFeatureCallback(device, pUserParam, callBackFun, featureID));
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -98,8 +98,8 @@ OV_STATUS OVUnregisterFeatureCallback(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featu
     const COvDeviceInfo& info = EnterEvents(hDevice, OV_HERE);
     const auto& handle = VerifyFeatureCallbackHandle(pHCallBack);
     const char* const name = CDeviceManager::GetInstance().GetFeatureName(featureID);
-    CheckNotOnThread(info.GetDevice()->DoGetEventThreadID(),
-                     "Can't unregister feature event callback in callback");
+    CheckNotInside(CallbackKind::Event, *info.GetDevice(),
+                   "Can't unregister feature event callback in callback");
     CFeatureControl& control = GetFeatureControl(info, featureID);
     if (!control.CheckExist(name, &handle)) {
         OV_RAISE(CInvalidParameterError, "Invalid Feature ID");

@@ -5,6 +5,7 @@
 #include "DeviceManager.h"
 #include "OVIError.h"
 #include "OvIAPI.h"
+#include "TLClassEvent/CallbackScope.h"
 #include "TLClassLoadTL/OvString.h"
 #include "TLClassMain/TLManager.h"
 
@@ -26,6 +27,10 @@ OV_STATUS OVInitLib(void) try {
         return OV_STATUS_SUCCESS;
     }
     const CAutoLock lock(manager.GetApiLock());
+    if (manager.IsInitialised()) {
+        // By another thread, whose call this one waited for.
+        return OV_STATUS_SUCCESS;
+    }
     ITLManager::GetInstance()->DoInit(COvString::SplitString(kProducers, ";"));
     manager.SetInitialised(true);
     return OV_STATUS_SUCCESS;
@@ -39,12 +44,15 @@ OV_STATUS OVCloseLib(void) try {
         return OV_STATUS_SUCCESS;
     }
     CDeviceInfoFactory& factory = manager.GetDeviceInfoFactory();
-    if (factory.IsInCallback()) {
+    if (CCallbackScope::IsInsideAny()) {
         // Raises. Another thread that closes the library holds the API lock while it
         // waits for the end of this callback, which therefore must not wait for it.
         factory.CloseAllDevice();
     }
     const CAutoLock lock(manager.GetApiLock());
+    if (!manager.IsInitialised()) {
+        return OV_STATUS_SUCCESS;
+    }
     factory.CloseAllDevice();
     factory.DeleteKnownList();
     COVIError::GetInstance().Reset();

@@ -63,7 +63,6 @@ public:
 
     void SetOpenedByIp() { m_openedByIp = true; }
 
-    OVTLClass::CLock& GetDeviceLock() const { return m_deviceLock; }
     CFramePool& GetFramePool() { return m_framePool; }
     CFetchGate& GetFetchGate() { return m_fetchGate; }
     /// Held for the whole of a start or a stop.
@@ -86,9 +85,8 @@ private:
     std::string m_userId;
     OV_DEVICE_CLASS m_deviceClass = OV_DEVICE_CLASS_UNKNOWN;
     OV_ACCESS_STATUS m_accessStatus = OV_ACCESS_STATUS_UNKNOWN;
-    mutable OVTLClass::CLock m_deviceLock;
-    mutable OVTLClass::CLock m_userIdLock;
-    mutable OVTLClass::CLock m_streamLock;
+    mutable OVTLClass::CLock m_userIdLock{OVTLClass::LockRank::UserId};
+    mutable OVTLClass::CLock m_streamLock{OVTLClass::LockRank::HandleStream};
     mutable std::shared_ptr<OVTLClass::IDataStream> m_stream;
     CFramePool m_framePool;
     CFetchGate m_fetchGate;

@@ -49,9 +49,6 @@ public:
     /// calling thread runs a callback. Closed are also, at the end, the cameras
     /// that other threads were closing.
     void CloseAllDevice();
-    /// Whether the calling thread runs a callback of an open camera, so that
-    /// CloseAllDevice will raise.
-    bool IsInCallback();
     void DeleteKnownList();
     /// Searches all networks for a GigE Vision camera, listed or not, and leaves
     /// the known list as it is.
@@ -97,12 +94,14 @@ private:
     /// still run, and the close waits for these, so it holds no lock of this class.
     HandleList m_closing;
     std::condition_variable_any m_closed;
-    std::vector<std::string> m_opening;
-    OVTLClass::CLock m_knownLock;
+    std::vector<int64_t> m_opening;
+    /// An address is none of these any more.
+    std::condition_variable_any m_opened;
+    OVTLClass::CLock m_knownLock{OVTLClass::LockRank::KnownDevices};
     /// Of both lists of handles.
-    OVTLClass::CLock m_openLock;
-    OVTLClass::CLock m_openingLock;
-    OVTLClass::CLock m_updateLock;
+    OVTLClass::CLock m_openLock{OVTLClass::LockRank::Handles};
+    OVTLClass::CLock m_openingLock{OVTLClass::LockRank::OpeningAddresses};
+    OVTLClass::CLock m_updateLock{OVTLClass::LockRank::Search};
     /// A search that an opening starts reads it without the API lock.
     std::atomic<OvSearchMode> m_searchMode{OvSearchMode::WholeNetwork};
 };

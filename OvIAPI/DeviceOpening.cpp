@@ -7,7 +7,6 @@
 #include "Ipcalc.h"
 #include "TLClassLoadTL/OvException.h"
 #include "TLClassLoadTL/OvString.h"
-#include "TLClassLoadTL/VxThread.h"
 #include "TLClassMain/Agency.h"
 #include "TLClassMain/DataStream.h"
 #include "TLClassMain/Device.h"
@@ -41,10 +40,7 @@ std::string KeyOf(const COvDeviceInfo& info, OV_OPEN_MODE mode) {
 class CDeviceInfoFactory::COpenDeviceAgency : public CAgency {
 public:
     COpenDeviceAgency(IDevice& device, OV_ACCESS_MODE accessMode) {
-        if (device.DoIsDeviceOpen()) {
-            OV_RAISE(CInvalidAccessError, kAlreadyOpen);
-        }
-        device.DoOpenDevice(accessMode);
+        device.DoOpenClosedDevice(accessMode);
         Arm([&device] { device.DoCloseDevice(); });
     }
 };
@@ -62,19 +58,22 @@ public:
     }
 };
 
-/// Keeps an address among those that are being opened.
+/// Keeps an address among those that are being opened. Waits for another thread
+/// that opens it.
 class CDeviceInfoFactory::COpeningAgency : public CAgency {
 public:
-    COpeningAgency(std::vector<std::string>& opening, CLock& lock, const std::string& ip) {
-        const CAutoLock held(lock);
-        while (std::find(opening.begin(), opening.end(), ip) != opening.end()) {
-            CVxThread::VxSleep(1);
-        }
-        opening.push_back(ip);
-        Arm([&opening, &lock, &ip] {
-            const CAutoLock removing(lock);
-            opening.erase(std::find(opening.begin(), opening.end(), ip));
+    COpeningAgency(CDeviceInfoFactory& factory, int64_t address) {
+        const CAutoLock held(factory.m_openingLock);
+        std::vector<int64_t>& opening = factory.m_opening;
+        factory.m_opened.wait(factory.m_openingLock, [&] {
+            return std::find(opening.begin(), opening.end(), address) == opening.end();
         });
+        Arm([&factory, address] {
+            const CAutoLock removing(factory.m_openingLock);
+            std::erase(factory.m_opening, address);
+            factory.m_opened.notify_all();
+        });
+        opening.push_back(address);
     }
 };
 
@@ -135,7 +134,6 @@ CDeviceInfoFactory::Known CDeviceInfoFactory::__FindByKeyWithUpdate(OV_OPEN_MODE
 
 OV_DEV_HANDLE CDeviceInfoFactory::__OpenKnownDevice(const COvDeviceInfo& known,
                                                     OV_ACCESS_MODE accessMode) {
-    const CAutoLock deviceLock(known.GetDeviceLock());
     COpenDeviceAgency device(*known.GetDevice(), accessMode);
     COpenDataStreamAgency stream(*known.GetDevice());
     OV_DEV_HANDLE const handle = __AddHandle(known.Clone());
@@ -153,7 +151,7 @@ OV_DEV_HANDLE CDeviceInfoFactory::__AddHandle(std::unique_ptr<COvDeviceInfo> inf
 
 OV_DEV_HANDLE CDeviceInfoFactory::__OpenDeviceByIP(const std::string& ip,
                                                    OV_ACCESS_MODE accessMode) {
-    const COpeningAgency opening(m_opening, m_openingLock, ip);
+    const COpeningAgency opening(*this, Cipcalc().StringToInt(ip));
     __CheckNotOpenByIP(ip);
     auto info = std::make_unique<COvDeviceInfo>();
     info->SetDevice(__OpenOnAnyInterface(ip, accessMode));
@@ -197,15 +195,22 @@ std::shared_ptr<IDevice> CDeviceInfoFactory::__OpenOnAnyInterface(const std::str
 
 std::shared_ptr<IDevice> CDeviceInfoFactory::__OpenOnInterface(CGevInterface& owner,
                                                                int64_t address,
-                                                               OV_ACCESS_MODE accessMode) try {
-    std::shared_ptr<IDevice> device = owner.DoCreateDeviceByIPAddress(address);
-    COpenDeviceAgency opened(*device, accessMode);
-    COpenDataStreamAgency streamOpened(*device);
-    streamOpened.Commit();
-    opened.Commit();
-    return device;
-} catch (const std::exception& error) {
-    // The camera may hang on the next adapter.
-    OV_LOG(error.what());
-    return nullptr;
+                                                               OV_ACCESS_MODE accessMode) {
+    std::shared_ptr<IDevice> device;
+    try {
+        device = owner.DoCreateDeviceByIPAddress(address);
+        COpenDeviceAgency opened(*device, accessMode);
+        COpenDataStreamAgency streamOpened(*device);
+        streamOpened.Commit();
+        opened.Commit();
+        return device;
+    } catch (const std::exception& error) {
+        if (device && device->DoIsDeviceOpen()) {
+            // It is found, and another thread has it.
+            throw;
+        }
+        // The camera may hang on the next adapter.
+        OV_LOG(error.what());
+        return nullptr;
+    }
 }

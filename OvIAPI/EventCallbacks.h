@@ -4,6 +4,10 @@
 #include "OvIDef.h"
 #include "TLClassEvent/EventCallback.h"
 
+namespace OVTLClass {
+class IDevice;
+}
+
 class COvDeviceOfflineCallback : public OVTLClass::IDeviceOfflineCallback {
 public:
     COvDeviceOfflineCallback(void* userParam, OVDeviceOfflineCallback function)
@@ -18,10 +22,13 @@ private:
     OVDeviceOfflineCallback m_function;
 };
 
+/// Knows the camera, which outlives it, to tell the calls that the callback makes
+/// whose it is.
 class COvFeatureCallback : public OVTLClass::IFeatureCallback {
 public:
-    COvFeatureCallback(void* userParam, OVFeatureCallback function, OV_FEATURE_ID featureID)
-        : m_userParam(userParam), m_function(function), m_featureID(featureID) {}
+    COvFeatureCallback(OVTLClass::IDevice& camera, void* userParam, OVFeatureCallback function,
+                       OV_FEATURE_ID featureID)
+        : m_camera(camera), m_userParam(userParam), m_function(function), m_featureID(featureID) {}
 
     /// Tells the identifier that was registered, whatever node changed. Nothing
     /// for a null function.
@@ -29,6 +36,7 @@ public:
     OVTLClass::IFeatureCallback* Clone() const override;
 
 private:
+    OVTLClass::IDevice& m_camera;
     void* m_userParam;
     OVFeatureCallback m_function;
     OV_FEATURE_ID m_featureID;

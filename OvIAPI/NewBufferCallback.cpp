@@ -3,9 +3,10 @@
 #include <memory>
 
 #include "FrameRecord.h"
+#include "TLClassEvent/CallbackScope.h"
 
 OVTLClass::INewBufferCallback* COvNewBufferCallback::Clone() const {
-    return std::make_unique<COvNewBufferCallback>(m_userParam, m_function).release();
+    return std::make_unique<COvNewBufferCallback>(m_camera, m_userParam, m_function).release();
 }
 
 void COvNewBufferCallback::operator()(const OVTLClass::BUFFER_INFO& info) {
@@ -17,5 +18,6 @@ void COvNewBufferCallback::operator()(const OVTLClass::BUFFER_INFO& info) {
     param.status = FrameStatus(info);
     param.pImgBuf = info.base.value;
     FillFrameValues(param, info);
+    const OVTLClass::CCallbackScope scope(OVTLClass::CallbackKind::Capture, &m_camera);
     m_function(&param);
 }

@@ -40,7 +40,8 @@ extern "C" {
 OV_API const char* OVGetLibVersion(void);
 
 /** Loads the producers that stand beside the library and opens them.
- *  Success when that is done already; calls aren't counted. Fails with
+ *  Success when that is done already, or when another thread is doing it, after a
+ *  wait for its end; calls aren't counted. Fails with
  *  OV_STATUS_NOT_FOUND_TL when there is no producer. When one producer fails,
  *  all are taken down again, and the next call starts afresh. */
 OV_API OV_STATUS OVInitLib(void);
@@ -274,12 +275,13 @@ OV_API OV_STATUS OVGetImage(OV_DEV_HANDLE hDevice, OV_FRAME_DATA* pFrameData, ui
 OV_API OV_STATUS OVFlushQueue(OV_DEV_HANDLE hDevice);
 
 /** Starts the acquisition. The camera's transport parameters are locked from
- *  here to OVStreamOff(). */
+ *  here to OVStreamOff(). Not from a capture or a feature callback of the camera:
+ *  OV_STATUS_INVALID_CALL. */
 OV_API OV_STATUS OVStreamOn(OV_DEV_HANDLE hDevice);
 /** Stops the acquisition; frames on loan are void afterwards. The host's side is
  *  stopped even when the camera doesn't answer; its failure is then the result.
  *  A fetch that waits on another thread ends with the producer's -1012.
- *  Not from the capture callback: OV_STATUS_INVALID_CALL. */
+ *  Not from a capture or a feature callback of the camera: OV_STATUS_INVALID_CALL. */
 OV_API OV_STATUS OVStreamOff(OV_DEV_HANDLE hDevice);
 
 /** Waits for a frame and lends it.
@@ -309,19 +311,19 @@ OV_API OV_STATUS OVQAllBufs(OV_DEV_HANDLE hDevice);
  * events and one for its loss; those that a write causes come on the writer's.
  * While a feature callback runs, feature calls of other threads on that camera
  * wait, and a close waits for all callbacks. A callback that waits for such a
- * thread waits for ever: by a list update while that thread closes the library,
- * or by OVStreamOff() while it starts or closes the stream.
+ * thread waits for ever: by a list update while that thread closes the library.
  */
 /** @{ */
 
-/** Has callBackFun called once when the camera is gone. Not from the offline
- *  callback: OV_STATUS_INVALID_CALL.
+/** Has callBackFun called once when the camera is gone; at once when an earlier
+ *  registered one was told so. Not from the offline callback:
+ *  OV_STATUS_INVALID_CALL.
  *  @param pHCallBack  takes the handle for unregistering */
 OV_API OV_STATUS OVRegisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
                                                  OVDeviceOfflineCallback callBackFun,
                                                  OV_EVENT_CALLBACK_HANDLE* pHCallBack);
-/** Takes an offline callback away; waits for a running one. Not from the
- *  offline callback: OV_STATUS_INVALID_CALL. */
+/** Takes an offline callback away; waits for a running one, except in other
+ *  callbacks. Not from the offline callback: OV_STATUS_INVALID_CALL. */
 OV_API OV_STATUS OVUnregisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice,
                                                    OV_EVENT_CALLBACK_HANDLE pHCallBack);
 /** Has callBackFun called when the feature may have changed; for a feature of

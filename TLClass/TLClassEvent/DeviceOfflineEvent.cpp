@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "TLClassEvent/CallbackScope.h"
 #include "TLClassEvent/EndWait.h"
-#include "TLClassEvent/RegisterEventAgency.h"
 #include "TLClassLoadTL/OvException.h"
 #include "TLClassLoadTL/OvLog.h"
 
@@ -14,6 +14,9 @@ namespace {
 constexpr int kOfflinePriority = 95;
 
 }  // namespace
+
+CDeviceOfflineEvent::CDeviceOfflineEvent(const CGenTLLib& lib, const void* camera)
+    : m_camera(camera), m_lock(LockRank::OfflineCallbacks, camera), m_native(lib) {}
 
 CDeviceOfflineEvent::~CDeviceOfflineEvent() {
     StopGetDeviceOfflineEventThread();
@@ -33,17 +36,20 @@ void CDeviceOfflineEvent::UnregisterDeviceOfflineEvent() {
 }
 
 void CDeviceOfflineEvent::StartGetDeviceOfflineEventThread() {
-    if (m_started || !m_native.IsRegistered()) {
+    if (!m_native.IsRegistered() || !__BeginWork()) {
         return;
     }
+    // One that ended its work before is about to end.
+    m_thread.Destory();
     if (!m_thread.Run(this, &__OnThreadGetDeviceOfflineEvent, kOfflinePriority)) {
+        __EndWork();
         OV_RAISE(CUnexpectedError, "Failed to start __OnThreadGetDeviceOfflineEvent");
     }
-    m_started = true;
 }
 
 void CDeviceOfflineEvent::StopGetDeviceOfflineEventThread() {
-    if (!m_started) {
+    if (!__IsWorking()) {
+        OV_RUN_LOGGED([this] { m_thread.Destory(); });
         return;
     }
     // The wait has no end of its own. Whatever else ends it has to do where the
@@ -55,37 +61,65 @@ void CDeviceOfflineEvent::StopGetDeviceOfflineEventThread() {
         OV_RUN_LOGGED([this] { m_native.UnRegisterDeviceOfflineEvent(); });
         return false;
     });
-    m_started = false;
 }
 
 void* CDeviceOfflineEvent::RegisterDeviceOfflineCallback(const IDeviceOfflineCallback& callback) {
-    const CAutoLock lock(m_callbackLock);
-    m_callbacks.emplace_back(callback.Clone());
-    return static_cast<IEventCallback*>(m_callbacks.back().get());
+    const auto entry = std::make_shared<Registered>();
+    entry->callback.reset(callback.Clone());
+    const CAutoLock lock(m_lock);
+    m_callbacks.push_back(entry);
+    return static_cast<IEventCallback*>(entry->callback.get());
 }
 
 void CDeviceOfflineEvent::UnRegisterDeviceOfflineCallback(void* handle) {
-    const CAutoLock lock(m_callbackLock);
-    std::erase_if(m_callbacks, [handle](const auto& callback) {
-        return static_cast<IEventCallback*>(callback.get()) == handle;
-    });
+    const CAutoLock lock(m_lock);
+    std::erase_if(m_callbacks,
+                  [handle](const Entry& entry) { return entry->GetHandle() == handle; });
+    if (!CCallbackScope::IsInsideAny()) {
+        m_returned.wait(m_lock, [&] { return m_running == nullptr || m_running != handle; });
+    }
 }
 
 void CDeviceOfflineEvent::UnRegisterAllDeviceOfflineCallback() {
     OV_RUN_LOGGED([this] {
-        const CAutoLock lock(m_callbackLock);
+        const CAutoLock lock(m_lock);
         m_callbacks.clear();
+        m_returned.wait(m_lock, [this] { return m_running == nullptr; });
     });
 }
 
 bool CDeviceOfflineEvent::IsDeviceOffineLine() {
-    const CAutoLock lock(m_offlineLock);
+    const CAutoLock lock(m_lock);
     return m_offline;
 }
 
-void CDeviceOfflineEvent::__SetDeviceOfflineStatus(bool offline) {
-    const CAutoLock lock(m_offlineLock);
-    m_offline = offline;
+void CDeviceOfflineEvent::Clear() {
+    const CAutoLock lock(m_lock);
+    m_offline = false;
+}
+
+std::vector<CDeviceOfflineEvent::Entry>::iterator CDeviceOfflineEvent::__FindUncalled() {
+    return std::find_if(m_callbacks.begin(), m_callbacks.end(),
+                        [](const Entry& entry) { return !entry->isCalled; });
+}
+
+bool CDeviceOfflineEvent::__BeginWork() {
+    const CAutoLock lock(m_lock);
+    if (m_working || (m_offline && __FindUncalled() == m_callbacks.end())) {
+        return false;
+    }
+    m_working = true;
+    return true;
+}
+
+void CDeviceOfflineEvent::__EndWork() {
+    const CAutoLock lock(m_lock);
+    m_working = false;
+}
+
+bool CDeviceOfflineEvent::__IsWorking() {
+    const CAutoLock lock(m_lock);
+    return m_working;
 }
 
 void* CDeviceOfflineEvent::__OnThreadGetDeviceOfflineEvent(void* self) {
@@ -93,22 +127,54 @@ void* CDeviceOfflineEvent::__OnThreadGetDeviceOfflineEvent(void* self) {
         OV_LOG("Invalid parameter");
         return nullptr;
     }
-    OV_RUN_LOGGED([self] { static_cast<CDeviceOfflineEvent*>(self)->__WaitForOffline(); });
+    OV_RUN_LOGGED([self] { static_cast<CDeviceOfflineEvent*>(self)->__RunThread(); });
     return nullptr;
 }
 
-void CDeviceOfflineEvent::__WaitForOffline() {
-    if (m_native.GetOfflineEvent() == 0) {
-        __SetDeviceOfflineStatus(true);
+void CDeviceOfflineEvent::__RunThread() {
+    if (__WaitForOffline()) {
         __CallAll();
+    } else {
+        __EndWork();
     }
 }
 
 void CDeviceOfflineEvent::__CallAll() {
-    const CAutoLock lock(m_callbackLock);
-    for (const auto& callback : m_callbacks) {
-        OV_RUN_LOGGED([&callback] { (*callback)(); });
+    while (const Entry next = __TakeNext()) {
+        OV_RUN_LOGGED([&] {
+            const CCallbackScope scope(CallbackKind::Offline, m_camera);
+            (*next->callback)();
+        });
+        __EndCall();
     }
+}
+
+bool CDeviceOfflineEvent::__WaitForOffline() {
+    if (IsDeviceOffineLine()) {
+        return true;
+    }
+    const bool isGone = m_native.GetOfflineEvent() == 0;
+    const CAutoLock lock(m_lock);
+    m_offline = isGone;
+    return isGone;
+}
+
+CDeviceOfflineEvent::Entry CDeviceOfflineEvent::__TakeNext() {
+    const CAutoLock lock(m_lock);
+    const auto next = __FindUncalled();
+    if (next == m_callbacks.end()) {
+        m_working = false;
+        return nullptr;
+    }
+    (*next)->isCalled = true;
+    m_running = (*next)->GetHandle();
+    return *next;
+}
+
+void CDeviceOfflineEvent::__EndCall() {
+    const CAutoLock lock(m_lock);
+    m_running = nullptr;
+    m_returned.notify_all();
 }
 
 }  // namespace OVTLClass

@@ -1,6 +1,7 @@
 #pragma once
 /// How the application hears that a camera is gone.
 
+#include <condition_variable>
 #include <memory>
 #include <vector>
 
@@ -40,12 +41,12 @@ private:
 
 /// Adds the callbacks, and the thread that waits for the signal.
 ///
-/// The thread holds the lock of the callbacks while it calls them, so taking one
-/// away waits for a running one. It runs once: whoever is told that the camera
-/// is gone has to close it.
+/// The thread calls every callback once, holding no lock, and ends when it has called
+/// all. A callback that is registered later has it started again: whoever is told that
+/// the camera is gone has to close it.
 class CDeviceOfflineEvent : public CUnCopyable {
 public:
-    explicit CDeviceOfflineEvent(const CGenTLLib& lib) : m_native(lib) {}
+    CDeviceOfflineEvent(const CGenTLLib& lib, const void* camera);
     ~CDeviceOfflineEvent();
 
     /// Nothing while it is registered.
@@ -53,8 +54,8 @@ public:
     bool RegisterDeviceOfflineEvent(void* deviceHandle);
     void UnregisterDeviceOfflineEvent();
 
-    /// Nothing without the event, and nothing when it was started before, be the
-    /// thread still there or not.
+    /// Nothing without the event, while the thread works, and when it has nothing
+    /// more to do. One caller at a time.
     void StartGetDeviceOfflineEventThread();
     /// Ends the thread. What goes wrong is logged.
     void StopGetDeviceOfflineEventThread();
@@ -62,14 +63,16 @@ public:
     /// Keeps a clone, whose address as an IEventCallback is the handle. Callbacks
     /// are called in the order of their registration.
     void* RegisterDeviceOfflineCallback(const IDeviceOfflineCallback& callback);
-    /// Nothing for an unknown handle.
+    /// Nothing for an unknown handle. Waits for a running callback, except in any
+    /// callback: that one may wait for this thread.
     void UnRegisterDeviceOfflineCallback(void* handle);
+    /// Waits for a running callback.
     void UnRegisterAllDeviceOfflineCallback();
 
     /// Whether the signal came. Never waits for a callback.
     bool IsDeviceOffineLine();
     /// The device counts as present again.
-    void Clear() { __SetDeviceOfflineStatus(false); }
+    void Clear();
     /// 0 unless the thread runs: an ended thread's identity may be given anew.
     pthread_t GetOfflineThreadID() const {
         return m_thread.IsRunning() ? m_thread.GetCurrentObjThreadID() : 0;
@@ -77,16 +80,39 @@ public:
     CNativeDeviceOfflineEvent& GetNativeDeviceOfflineEvent() { return m_native; }
 
 private:
-    static void* __OnThreadGetDeviceOfflineEvent(void* self);
-    void __WaitForOffline();
-    void __CallAll();
-    void __SetDeviceOfflineStatus(bool offline);
+    struct Registered {
+        std::unique_ptr<IDeviceOfflineCallback> callback;
+        bool isCalled = false;
 
-    std::vector<std::unique_ptr<IDeviceOfflineCallback>> m_callbacks;
-    CLock m_callbackLock;
+        const void* GetHandle() const { return static_cast<const IEventCallback*>(callback.get()); }
+    };
+    using Entry = std::shared_ptr<Registered>;
+
+    static void* __OnThreadGetDeviceOfflineEvent(void* self);
+    void __RunThread();
+    /// Whether the camera is gone; ends with the signal, or without it.
+    bool __WaitForOffline();
+    void __CallAll();
+    /// The next callback to call. Null when there is none, and the thread has ended
+    /// its work then.
+    Entry __TakeNext();
+    void __EndCall();
+    std::vector<Entry>::iterator __FindUncalled();
+    /// Whether the thread has something to do; it counts as working from here.
+    bool __BeginWork();
+    void __EndWork();
+    bool __IsWorking();
+
+    const void* m_camera;
+    CLock m_lock;
+    std::vector<Entry> m_callbacks;
+    /// The handle of the callback that runs.
+    const void* m_running = nullptr;
+    std::condition_variable_any m_returned;
     bool m_offline = false;
-    CLock m_offlineLock;
-    bool m_started = false;
+    /// Waiting for the signal or calling. A registration either finds it so, and the
+    /// thread sees the callback, or starts the thread again.
+    bool m_working = false;
     CNativeDeviceOfflineEvent m_native;
     CVxThread m_thread;
 };

@@ -35,19 +35,18 @@ private:
     std::unique_ptr<IFeatureCallback> m_callback;
 };
 
-/// One registered feature callback: the engine's handle, what the node calls, the
-/// feature.
+/// One registered feature callback: the feature and the engine's handle.
 class CFeatureControl::CFeatureCallbackHandle : public IFeatureControl::IFeatureCallbackHandle {
 public:
-    CFeatureCallbackHandle(GenApi_3_0_ORVANE::CallbackHandleType engineHandle, std::string name)
-        : m_engineHandle(engineHandle), m_name(std::move(name)) {}
+    explicit CFeatureCallbackHandle(std::string name) : m_name(std::move(name)) {}
 
+    void SetEngineHandle(GenApi_3_0_ORVANE::CallbackHandleType handle) { m_engineHandle = handle; }
     GenApi_3_0_ORVANE::CallbackHandleType GetEngineHandle() const { return m_engineHandle; }
     const std::string& GetName() const { return m_name; }
 
 private:
-    GenApi_3_0_ORVANE::CallbackHandleType m_engineHandle;
     std::string m_name;
+    GenApi_3_0_ORVANE::CallbackHandleType m_engineHandle{};
 };
 
 }  // namespace OVTLClass

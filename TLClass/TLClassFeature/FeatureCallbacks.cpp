@@ -45,41 +45,59 @@ CFeatureControl::~CFeatureControl() {
 IFeatureControl::IFeatureCallbackHandle* CFeatureControl::DoRegisterFeatureCallback(
     const std::string& name, const IFeatureCallback& callback) {
     std::unique_ptr<IFeatureCallback> clone(callback.Clone());
-    const CallbackHandleType engineHandle = OV_ENGINE_REGISTER(
-        CFeatureNodeCallback::Register(&__GetGenAPINode(name), std::move(clone)));
-    CRollback registered([engineHandle] { Deregister(engineHandle); });
-    m_callbacks.push_back(std::make_unique<CFeatureCallbackHandle>(engineHandle, name));
-    registered.Commit();
-    return m_callbacks.back().get();
+    // The handle's memory is taken before the node knows the callback.
+    HandleList added;
+    added.push_back(std::make_unique<CFeatureCallbackHandle>(name));
+    CFeatureCallbackHandle& handle = *added.back();
+    handle.SetEngineHandle(OV_ENGINE_REGISTER(
+        CFeatureNodeCallback::Register(&__GetGenAPINode(name), std::move(clone))));
+    __Keep(added);
+    return &handle;
 }
 
-bool CFeatureControl::__Deregister(const CFeatureCallbackHandle& handle) {
-    bool done = false;
-    OV_RUN_LOGGED([&] {
-        Deregister(handle.GetEngineHandle());
-        done = true;
+void CFeatureControl::__Keep(HandleList& handles) {
+    const CAutoLock lock(m_callbacksLock);
+    m_callbacks.splice(m_callbacks.end(), handles);
+}
+
+template <class Wanted>
+void CFeatureControl::__Deregister(const Wanted& isWanted) {
+    HandleList taken;
+    {
+        const CAutoLock lock(m_callbacksLock);
+        for (auto next = m_callbacks.begin(); next != m_callbacks.end();) {
+            const auto handle = next++;
+            if (isWanted(handle->get())) {
+                taken.splice(taken.end(), m_callbacks, handle);
+            }
+        }
+    }
+    // The engine's lock is taken here, which a thread may hold that registers in a
+    // callback. What the engine doesn't give back it may still call, so that stays.
+    taken.remove_if([](const auto& handle) {
+        bool done = false;
+        OV_RUN_LOGGED([&] {
+            Deregister(handle->GetEngineHandle());
+            done = true;
+        });
+        return done;
     });
-    return done;
+    __Keep(taken);
 }
 
 void CFeatureControl::DoUnregisterFeatureCallback(intptr_t handle) {
-    const auto found =
-        std::find_if(m_callbacks.begin(), m_callbacks.end(), [handle](const auto& callback) {
-            return reinterpret_cast<intptr_t>(
-                       static_cast<IFeatureCallbackHandle*>(callback.get())) == handle;
-        });
-    if (found != m_callbacks.end() && __Deregister(**found)) {
-        m_callbacks.erase(found);
-    }
+    __Deregister([handle](const IFeatureCallbackHandle* registered) {
+        return reinterpret_cast<intptr_t>(registered) == handle;
+    });
 }
 
 void CFeatureControl::DoUnregisterAllFeatureCallback() {
-    // The engine may still call what it didn't give back, so that stays.
-    std::erase_if(m_callbacks, [this](const auto& callback) { return __Deregister(*callback); });
+    __Deregister([](const IFeatureCallbackHandle* /*registered*/) { return true; });
 }
 
 bool CFeatureControl::CheckExist(const std::string& name,
                                  const IFeatureCallbackHandle* handle) const {
+    const CAutoLock lock(m_callbacksLock);
     return std::any_of(m_callbacks.begin(), m_callbacks.end(), [&](const auto& callback) {
         return callback.get() == handle && callback->GetName() == name;
     });

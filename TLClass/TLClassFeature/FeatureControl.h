@@ -1,11 +1,13 @@
 #pragma once
 
+#include <list>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "GenApi/NodeMapRef.h"
 #include "TLClassFeature/IFeatureControl.h"
+#include "TLClassLoadTL/OvLock.h"
 
 namespace OVTLClass {
 
@@ -58,10 +60,15 @@ private:
     GenApi_3_0_ORVANE::INode& __GetGenAPINode(const std::string& name) const;
     template <class T>
     T& __GetNodeHandle(const std::string& name) const;
-    bool __Deregister(const CFeatureCallbackHandle& handle);
+    using HandleList = std::list<std::unique_ptr<CFeatureCallbackHandle>>;
+
+    void __Keep(HandleList& handles);
+    template <class Wanted>
+    void __Deregister(const Wanted& isWanted);
 
     GenApi_3_0_ORVANE::CNodeMapRef* m_nodeMap;
-    std::vector<std::unique_ptr<CFeatureCallbackHandle>> m_callbacks;
+    mutable CLock m_callbacksLock{LockRank::FeatureCallbacks};
+    HandleList m_callbacks;
 };
 
 }  // namespace OVTLClass

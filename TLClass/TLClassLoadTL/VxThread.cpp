@@ -13,6 +13,9 @@ bool CVxThread::Run(void* argument, Function function, int /*priority*/) {
     Destory();
     m_function = function;
     m_argument = argument;
+    // By now the system may have given the ended thread's identity to another,
+    // which this object must not take for its own.
+    m_threadId = 0;
     m_ended = false;
     if (pthread_create(&m_handle, nullptr, &__OnThreadCallback, this) != 0) {
         m_ended = true;

@@ -11,6 +11,12 @@
 
 namespace OVTLClass {
 
+namespace {
+
+constexpr const char* kAlreadyOpen = "The device has already been opened";
+
+}  // namespace
+
 /// An open device module of a producer.
 class CDevice::CIFOpenDeviceAgency : public CAgency {
 public:
@@ -42,8 +48,10 @@ CDevice::CDevice(std::shared_ptr<const CGenTLLib> lib, std::shared_ptr<IInterfac
       m_interface(std::move(owner)),
       m_interfaceHandle(interfaceHandle),
       m_remoteXml(GetLib()),
-      m_offlineEvent(GetLib()),
-      m_remoteEvent(GetLib()) {
+      m_offlineEventLock(LockRank::OfflineChannel, static_cast<IDevice*>(this)),
+      m_offlineEvent(GetLib(), static_cast<IDevice*>(this)),
+      m_remoteEvent(GetLib()),
+      m_deviceLock(LockRank::Device, static_cast<IDevice*>(this)) {
     CDevice::DoUpdateDeviceInformation(info);
 }
 
@@ -51,12 +59,27 @@ CDevice::~CDevice() = default;
 
 void CDevice::DoOpenDevice(int32_t accessMode) {
     const CAutoLock lock(m_deviceLock);
-    if (m_open) {
-        if (accessMode != m_accessMode) {
-            OV_RAISE(CInvalidAccessError, "The device has already been opened");
-        }
-        return;
+    if (!m_open) {
+        __Open(accessMode);
+    } else if (accessMode != m_accessMode) {
+        OV_RAISE(CInvalidAccessError, kAlreadyOpen);
     }
+}
+
+void CDevice::DoOpenClosedDevice(int32_t accessMode) {
+    const auto checkClosed = [this] {
+        if (m_open) {
+            OV_RAISE(CInvalidAccessError, kAlreadyOpen);
+        }
+    };
+    // In a callback of this camera, for which a close would wait, it takes no lock.
+    checkClosed();
+    const CAutoLock lock(m_deviceLock);
+    checkClosed();
+    __Open(accessMode);
+}
+
+void CDevice::__Open(int32_t accessMode) {
     CIFOpenDeviceAgency opened(GetLib(), m_interfaceHandle, DoGetDeviceInfo().id.value, accessMode);
     CXMLLoadAgency localLoaded(GetAnalyzer(), opened.GetHandle());
     auto localControl = std::make_unique<CFeatureControl>(GetNodeMapRef());

@@ -26,6 +26,9 @@ public:
     /// closed. Success when it is open with the same access mode.
     /// @param accessMode  of the GenTL standard: 2 read-only, 3 control, 4 exclusive
     virtual void DoOpenDevice(int32_t accessMode) = 0;
+    /// As above for a closed camera; CInvalidAccessError for one that is open. Of
+    /// several threads one opens it, and so knows that it is its own.
+    virtual void DoOpenClosedDevice(int32_t accessMode) = 0;
     /// Stops and closes all that hangs on the camera. Nothing when it is closed.
     virtual void DoCloseDevice() = 0;
     virtual bool DoIsDeviceOpen() = 0;
@@ -45,7 +48,8 @@ public:
     /// producer can't tell. The result is its handle, until the close: the clone
     /// as an IEventCallback.
     virtual void* DoRegisterDeviceOfflineCallback(const IDeviceOfflineCallback& callback) = 0;
-    /// Waits for a running callback. Nothing for an unknown handle.
+    /// Waits for a running callback, except in any callback: that one may wait for
+    /// the calling thread. Nothing for an unknown handle.
     virtual void DoUnregisterDeviceOfflineCallback(void* handle) = 0;
     /// Whether the producer reported the open camera gone; it does so only after
     /// a callback was registered.
@@ -82,6 +86,7 @@ public:
     ~CDevice() override;
 
     void DoOpenDevice(int32_t accessMode) override;
+    void DoOpenClosedDevice(int32_t accessMode) override;
     void DoCloseDevice() override;
     bool DoIsDeviceOpen() override { return m_open; }
     DEV_INFO DoGetDeviceInfo() override;
@@ -119,6 +124,7 @@ private:
     class CUpdateDSListAgency;
     class CRegisterDeviceOfflineEventAgency;
 
+    void __Open(int32_t accessMode);
     void* __GetRemotePort(void* deviceHandle) const;
     void __UpdateDSList(void* deviceHandle);
     void __ResetDSList();
@@ -127,17 +133,15 @@ private:
     void* m_interfaceHandle;
     void* m_handle = nullptr;
     void* m_remoteHandle = nullptr;
-    CLock m_infoLock;
+    CLock m_infoLock{LockRank::Information};
     DEV_INFO m_info;
     COMMON_DEVICE_INFO m_commonInfo;
     std::atomic<bool> m_open{false};
     int32_t m_accessMode = 1;
     CXMLAnalyzer m_remoteXml;
     std::unique_ptr<IFeatureControl> m_remoteFeatureControl;
-    // Held while a channel of events is started. One for each: an offline callback,
-    // with whose lock held the first registers others, may start the second.
+    /// Held while the channel is started.
     CLock m_offlineEventLock;
-    CLock m_remoteEventLock;
     CDeviceOfflineEvent m_offlineEvent;
     /// Ends before the map that it delivers to.
     CRemoteDeviceEvent m_remoteEvent;
@@ -154,7 +158,7 @@ public:
     void DoUpdateDeviceInformation(const DEV_INFO& info) override;
 
 private:
-    CLock m_gevInfoLock;
+    CLock m_gevInfoLock{LockRank::Information};
     GEV_DEV_INFO m_gevInfo;
 };
 

@@ -21,8 +21,11 @@ public:
 void* CDevice::DoRegisterDeviceOfflineCallback(const IDeviceOfflineCallback& callback) {
     const CAutoLock lock(m_offlineEventLock);
     CRegisterDeviceOfflineEventAgency registered(m_offlineEvent, m_handle);
-    m_offlineEvent.StartGetDeviceOfflineEventThread();
+    // Kept before the thread starts, which calls what it finds and ends.
     void* const handle = m_offlineEvent.RegisterDeviceOfflineCallback(callback);
+    CRollback kept([this, handle] { m_offlineEvent.UnRegisterDeviceOfflineCallback(handle); });
+    m_offlineEvent.StartGetDeviceOfflineEventThread();
+    kept.Commit();
     registered.Commit();
     return handle;
 }
@@ -32,8 +35,11 @@ void CDevice::DoUnregisterDeviceOfflineCallback(void* handle) {
 }
 
 void CDevice::DoActiveRemoteDeviceEventThread() {
-    const CAutoLock lock(m_remoteEventLock);
-    m_remoteEvent.StartGetRemoteDeviceEventThread(m_handle, *m_remoteXml.GetNodeMapRef());
+    GenApi_3_0_ORVANE::CNodeMapRef& map = *m_remoteXml.GetNodeMapRef();
+    // One start at a time. The start takes this lock anyway, and a feature callback
+    // holds it: under another lock the two would wait for one another.
+    const GenICam_3_0_ORVANE::AutoLock lock(map.GetMap()->GetLock());
+    m_remoteEvent.StartGetRemoteDeviceEventThread(m_handle, map);
 }
 
 }  // namespace OVTLClass

@@ -47,6 +47,26 @@ TEST_F(DeviceLockTest, ASecondOpeningWaitsForTheFirst) {
     EXPECT_EQ(producer.CallCount("IFOpenDevice"), 1U);
 }
 
+TEST_F(DeviceLockTest, OneOfTwoOpensAClosedDevice) {
+    producer.BlockCall("IFOpenDevice");
+    const auto open = [this] { device->DoOpenClosedDevice(3); };
+    auto first = std::async(std::launch::async, open);
+    auto second = std::async(std::launch::async, open);
+    EXPECT_EQ(producer.WaitForCalls("IFOpenDevice", 1, kPatience), 0);
+    producer.ReleaseCall("IFOpenDevice");
+    int opened = 0;
+    for (auto* const opening : {&first, &second}) {
+        try {
+            opening->get();
+            ++opened;
+        } catch (const CInvalidAccessError& error) {
+            EXPECT_EQ(std::string(error.GetDescription()), "The device has already been opened");
+        }
+    }
+    EXPECT_EQ(opened, 1);
+    EXPECT_EQ(producer.CallCount("IFOpenDevice"), 1U);
+}
+
 TEST_F(DeviceLockTest, ACloseWaitsForTheOpening) {
     auto opening = OpenUpTo("DevGetPort");
     auto closing = std::async(std::launch::async, [this] { device->DoCloseDevice(); });

@@ -3,6 +3,7 @@
 #include <future>
 
 #include "EventTest.h"
+#include "TLClassEvent/CallbackScope.h"
 #include "TLClassEvent/DeviceOfflineEvent.h"
 #include "TLClassMain/BufferInitInfo.h"
 #include "ThreadShortage.h"
@@ -112,17 +113,79 @@ TEST_F(DeviceOffline, AnUnregisteredCallbackIsNotCalled) {
     AwaitCalled(1);
 }
 
-TEST_F(DeviceOffline, TheThreadHasEndedAfterTheSignalAndARegistrationStartsNoOther) {
+TEST_F(DeviceOffline, ACallbackThatIsRegisteredAfterTheLossIsCalledOnTheThreadStartedAgain) {
     RegisterOfflineCounter();
     Lose();
     AwaitThreadEnd();
-    producer.ReturnDevice(0, 0);
+    std::atomic<pthread_t> thread{0};
+    std::promise<void> release;
+    RegisterOffline([&] {
+        thread = device->DoGetOfflineThreadID() == CVxThread::PthreadSelf() ? 1 : 0;
+        ++called;
+        release.get_future().wait();
+    });
+    AwaitCalled(2);
+    EXPECT_EQ(thread, 1U);
     RegisterOfflineCounter();
-    Lose();
-    EXPECT_EQ(device->DoGetOfflineThreadID(), 0U);
-    EXPECT_EQ(producer.CallCount("EventGetData"), 1U);
-    EXPECT_EQ(called, 1U);
+    release.set_value();
+    AwaitCalled(3);
+    AwaitThreadEnd();
+    EXPECT_EQ(called, 3U) << "each is called once";
+    EXPECT_EQ(producer.CallCount("EventGetData"), 1U) << "the loss is known";
     EXPECT_TRUE(IsOffline());
+}
+
+/// Is copied after the signal came, by a registration that is under way.
+class LateCallback : public OfflineCallback {
+public:
+    LateCallback(std::function<void()> whenCopied, std::function<void()> function)
+        : OfflineCallback(std::move(function)), m_whenCopied(std::move(whenCopied)) {}
+    IDeviceOfflineCallback* Clone() const override {
+        m_whenCopied();
+        return OfflineCallback::Clone();
+    }
+
+private:
+    std::function<void()> m_whenCopied;
+};
+
+TEST_F(DeviceOffline, ASignalDuringARegistrationIsNotLost) {
+    RegisterOfflineCounter();
+    const LateCallback late(
+        [this] {
+            Lose();
+            AwaitThreadEnd();
+        },
+        [this] { ++called; });
+    device->DoRegisterDeviceOfflineCallback(late);
+    AwaitCalled(2);
+}
+
+TEST_F(DeviceOffline, ACallbackMayTakeItselfAway) {
+    std::atomic<void*> handle{nullptr};
+    handle = RegisterOffline([&] {
+        Await([&] { return handle != nullptr; });
+        device->DoUnregisterDeviceOfflineCallback(handle);
+        ++called;
+    });
+    Lose();
+    AwaitCalled(1);
+    AwaitThreadEnd();
+}
+
+TEST_F(DeviceOffline, UnregisteringInAnotherCallbackWaitsForNone) {
+    std::promise<void> release;
+    void* const handle = RegisterOffline([&] {
+        ++called;
+        release.get_future().wait();
+    });
+    Lose();
+    AwaitCalled(1);
+    {
+        const CCallbackScope capture(CallbackKind::Capture, device.get());
+        device->DoUnregisterDeviceOfflineCallback(handle);
+    }
+    release.set_value();
 }
 
 TEST_F(DeviceOffline, CloseAndOpenWatchAnew) {
@@ -211,6 +274,15 @@ TEST_F(DeviceOffline, ARegistrationWithoutACopyLeavesEarlierOnes) {
     EXPECT_THROW(device->DoRegisterDeviceOfflineCallback(UniqueCallback()), std::runtime_error);
     Lose();
     AwaitCalled(1);
+}
+
+TEST_F(DeviceOffline, ARegistrationAfterAFailingWaitWaitsAnew) {
+    producer.FailCall("EventGetData", 1, GenTL::GC_ERR_IO);
+    RegisterOfflineCounter();
+    AwaitThreadEnd();
+    RegisterOfflineCounter();
+    Lose();
+    AwaitCalled(2);
 }
 
 TEST_F(DeviceOffline, AFailingWaitIsLoggedAndEndsTheThread) {

@@ -98,6 +98,32 @@ TEST(Thread, AnEndedThreadDoesNotRunBeforeItIsJoined) {
     release.SetEvent();
 }
 
+TEST(Thread, HasNoIdentityWhileTheNextStarts) {
+    // The system gives an ended thread's identity to the next that anybody makes.
+    constexpr int kRounds = 2000;
+    CVxThread thread;
+    pthread_t identity = 0;
+    for (int round = 0; round < kRounds; ++round) {
+        ASSERT_TRUE(thread.Run(&identity, &StoreOwnIdentity, 0));
+        thread.Destory();
+        std::atomic<bool> isStarted{false};
+        std::atomic<bool> looksLikeIt{false};
+        std::thread other([&] {
+            while (!isStarted) {
+                const bool runs = thread.IsRunning();
+                if (runs && thread.GetCurrentObjThreadID() == CVxThread::PthreadSelf()) {
+                    looksLikeIt = true;
+                }
+            }
+        });
+        ASSERT_TRUE(thread.Run(&identity, &StoreOwnIdentity, 0));
+        isStarted = true;
+        other.join();
+        thread.Destory();
+        ASSERT_FALSE(looksLikeIt) << "round " << round;
+    }
+}
+
 TEST(Lock, IsRecursiveAndKeepsOtherThreadsOut) {
     CLock lock;
     lock.Lock();

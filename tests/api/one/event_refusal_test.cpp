@@ -5,72 +5,77 @@
 
 #include "event_test.h"
 
-// An opening looks for the ports of chunks with the stream's lock held, and takes the
-// engine's for it; a feature callback, which runs with that one held, may stop the
-// stream. Before the camera is open it has no callbacks, so the two never meet.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer looks for that name
-extern "C" const char* __tsan_default_suppressions();
-// NOLINTNEXTLINE(bugprone-reserved-identifier)
-extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions() {
-    return "deadlock:OVTLClass::CDataStream::DoOpenDataStream\n";
-}
-
 namespace {
 
 struct Call {
     const char* name;
     OV_STATUS (*run)(OV_DEV_HANDLE camera, void* offlineHandle, void* featureHandle);
-    /// The text on the capture, the event and the offline thread; null where the
-    /// call is allowed.
-    const char* refusals[3];
+    /// The text on the capture, the event and the offline thread and in a feature
+    /// callback; null where the call is allowed.
+    const char* refusals[4];
 };
 
 const Call kCalls[] = {
     {"CloseDevice",
      [](OV_DEV_HANDLE camera, void*, void*) { return OVCloseDevice(camera); },
      {"Can't close device in capture callback", "Can't close device in event callback",
-      "Can't close device in offline callback"}},
+      "Can't close device in offline callback", "Can't close device in feature callback"}},
     {"CloseLib",
      [](OV_DEV_HANDLE, void*, void*) { return OVCloseLib(); },
      {"Can't close lib in capture callback", "Can't close lib in event callback",
-      "Can't close lib in offline callback"}},
+      "Can't close lib in offline callback", "Can't close lib in feature callback"}},
+    {"StreamOn",
+     [](OV_DEV_HANDLE camera, void*, void*) { return OVStreamOn(camera); },
+     {"Can't start capture in capture callback", "Can't start capture in event callback", nullptr,
+      "Can't start capture in feature callback"}},
+    {"AcquisitionStart",
+     [](OV_DEV_HANDLE camera, void*, void*) {
+         return OVSendCommand(camera, OV_FEATURE_AcquisitionStart);
+     },
+     {"Can't start capture in capture callback", "Can't start capture in event callback", nullptr,
+      "Can't start capture in feature callback"}},
     {"StreamOff",
      [](OV_DEV_HANDLE camera, void*, void*) { return OVStreamOff(camera); },
-     {"Can't stop capture in capture callback", nullptr, nullptr}},
+     {"Can't stop capture in capture callback", "Can't stop capture in event callback", nullptr,
+      "Can't stop capture in feature callback"}},
     {"AcquisitionStop",
      [](OV_DEV_HANDLE camera, void*, void*) {
          return OVSendCommand(camera, OV_FEATURE_AcquisitionStop);
      },
-     {"Can't stop capture in capture callback", nullptr, nullptr}},
+     {"Can't stop capture in capture callback", "Can't stop capture in event callback", nullptr,
+      "Can't stop capture in feature callback"}},
     {"RegisterFeatureCallback",
      [](OV_DEV_HANDLE camera, void*, void*) {
          OV_FEATURE_CALLBACK_HANDLE handle = nullptr;
          return OVRegisterFeatureCallback(
              camera, nullptr, [](OV_FEATURE_ID, void*) {}, OV_FEATURE_Height, &handle);
      },
-     {nullptr, "Can't register feature event callback in callback", nullptr}},
+     {nullptr, "Can't register feature event callback in callback", nullptr, nullptr}},
     {"UnregisterFeatureCallback",
      [](OV_DEV_HANDLE camera, void*, void* handle) {
          return OVUnregisterFeatureCallback(camera, OV_FEATURE_Width, handle);
      },
-     {nullptr, "Can't unregister feature event callback in callback", nullptr}},
+     {nullptr, "Can't unregister feature event callback in callback", nullptr, nullptr}},
     {"RegisterDeviceOfflineCallback",
      [](OV_DEV_HANDLE camera, void*, void*) {
          OV_EVENT_CALLBACK_HANDLE handle = nullptr;
          return OVRegisterDeviceOfflineCallback(
              camera, nullptr, [](void*) {}, &handle);
      },
-     {nullptr, nullptr, "Can't register offline callback in callback"}},
+     {nullptr, nullptr, "Can't register offline callback in callback", nullptr}},
     {"UnregisterDeviceOfflineCallback",
      [](OV_DEV_HANDLE camera, void* handle, void*) {
          return OVUnregisterDeviceOfflineCallback(camera, handle);
      },
-     {nullptr, nullptr, "Can't unregister offline callback in callback"}},
+     {nullptr, nullptr, "Can't unregister offline callback in callback", nullptr}},
 };
 
 constexpr CallbackThread kThreads[] = {CallbackThread::Capture, CallbackThread::Event,
-                                       CallbackThread::Offline};
-constexpr const char* kThreadNames[] = {"Capture", "Event", "Offline"};
+                                       CallbackThread::Offline, CallbackThread::Feature};
+constexpr const char* kThreadNames[] = {"Capture", "Event", "Offline", "Feature"};
+/// Those whose thread goes on when the camera has been closed: a write that is still
+/// under way doesn't.
+constexpr size_t kOwnThreads = 3;
 
 class CallbackRefusal : public EventApiTest,
                         public testing::WithParamInterface<std::tuple<size_t, size_t>> {
@@ -80,7 +85,7 @@ protected:
     /// What a call that isn't refused comes to.
     static bool NeedsTheCamera() {
         const std::string name = GetCall().name;
-        return name == "StreamOff" || name == "AcquisitionStop";
+        return name.starts_with("Stream") || name.starts_with("Acquisition");
     }
 };
 
@@ -199,7 +204,7 @@ TEST_P(RefusalDuringAClose, WaitsForNothing) {
 
 INSTANTIATE_TEST_SUITE_P(All, RefusalDuringAClose,
                          testing::Combine(testing::Range<size_t>(0, std::size(kClosings)),
-                                          testing::Range<size_t>(0, std::size(kThreads))),
+                                          testing::Range<size_t>(0, kOwnThreads)),
                          [](const auto& test) {
                              return std::string("Of") + kClosings[std::get<0>(test.param)].name +
                                     "On" + kThreadNames[std::get<1>(test.param)];
@@ -229,7 +234,7 @@ TEST_P(CloseOfAnotherDuringAClose, IsDoneOnTheCallbacksThread) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Threads, CloseOfAnotherDuringAClose,
-                         testing::Range<size_t>(0, std::size(kThreads)),
+                         testing::Range<size_t>(0, kOwnThreads),
                          [](const auto& test) { return std::string(kThreadNames[test.param]); });
 
 TEST_F(EventApiTest, TheLibraryWaitsForACameraThatAnotherThreadCloses) {
@@ -246,6 +251,62 @@ TEST_F(EventApiTest, TheLibraryWaitsForACameraThatAnotherThreadCloses) {
     EXPECT_EQ(closedCamera, OV_STATUS_SUCCESS);
     EXPECT_EQ(closedLibrary, OV_STATUS_SUCCESS);
     EXPECT_EQ(producer.OpenCount("Library"), 0);
+}
+
+TEST_F(EventApiTest, AFeatureCallbackWaitsForNoOfflineCallback) {
+    struct Waiting {
+        OV_DEV_HANDLE camera;
+        std::promise<void> begun;
+        OV_STATUS read = OV_STATUS_ERROR;
+
+        static void OnLoss(void* user) {
+            auto* const self = static_cast<Waiting*>(user);
+            self->begun.set_value();
+            int64_t width = 0;
+            // Waits for the feature callback.
+            self->read = OVGetInt(self->camera, kPlain, &width);
+        }
+    };
+    Waiting waiting{camera, {}};
+    OV_EVENT_CALLBACK_HANDLE offline = nullptr;
+    ASSERT_OV_OK(OVRegisterDeviceOfflineCallback(camera, &waiting, &Waiting::OnLoss, &offline));
+    const LastError error = RunOn(CallbackThread::Feature, [&] {
+        producer.LoseDevice(0, 0);
+        waiting.begun.get_future().wait();
+        RegisterOffline();
+        return OVUnregisterDeviceOfflineCallback(camera, offline);
+    });
+    EXPECT_EQ(error.status, OV_STATUS_SUCCESS) << error.text;
+    EXPECT_OV_OK(OVCloseDevice(camera));
+    EXPECT_NE(waiting.read, OV_STATUS_ERROR);
+}
+
+TEST_F(EventApiTest, AFeatureCallbackMayTakeItselfAway) {
+    OV_FEATURE_CALLBACK_HANDLE handle = nullptr;
+    Inside inside([&] { return OVUnregisterFeatureCallback(camera, kPlain, handle); });
+    ASSERT_OV_OK(OVRegisterFeatureCallback(camera, &inside, &Inside::OnChange, kPlain, &handle));
+    EXPECT_OV_OK(OVSetInt(camera, kPlain, 32));
+    inside.ran = false;
+    EXPECT_OV_OK(OVSetInt(camera, kPlain, 16));
+    EXPECT_FALSE(inside.ran) << "it is gone";
+    EXPECT_EQ(inside.done.get_future().get().status, OV_STATUS_SUCCESS);
+}
+
+TEST_F(EventApiTest, ACallbackInAnotherCamerasCallbackIsOneOfBoth) {
+    producer.SetInterfaceCount(2);
+    ASSERT_EQ(Update(), 2U);
+    OV_DEV_HANDLE const other = Open(2);
+    LastError ofOther;
+    Inside inside([&] {
+        const OV_STATUS status = OVCloseDevice(other);
+        ofOther = LastError::Get();
+        return status == OV_STATUS_INVALID_CALL ? OVCloseDevice(camera) : status;
+    });
+    OV_FEATURE_CALLBACK_HANDLE handle = nullptr;
+    ASSERT_OV_OK(OVRegisterFeatureCallback(other, &inside, &Inside::OnChange, kPlain, &handle));
+    RunOn(CallbackThread::Capture, [&] { return OVSetInt(other, kPlain, 32); });
+    EXPECT_EQ(ofOther.message, "Can't close device in feature callback");
+    EXPECT_EQ(inside.done.get_future().get().message, "Can't close device in capture callback");
 }
 
 TEST_F(EventApiTest, TheOfflineCallbackMayStartTheOtherChannelBesideARegistration) {

@@ -7,7 +7,8 @@
 
 #include "support/ApiTest.h"
 
-enum class CallbackThread { Capture, Event, Offline };
+/// `Feature` is the calling thread, with a feature callback of its own write.
+enum class CallbackThread { Capture, Event, Offline, Feature };
 
 class EventApiTest : public OpenCameraTest {
 protected:
@@ -78,6 +79,11 @@ protected:
                 EXPECT_OV_OK(
                     OVRegisterDeviceOfflineCallback(camera, inside, &Inside::OnLoss, &handle));
                 producer.LoseDevice(0, 0);
+                break;
+            case CallbackThread::Feature:
+                EXPECT_OV_OK(
+                    OVRegisterFeatureCallback(camera, inside, &Inside::OnChange, kPlain, &handle));
+                EXPECT_OV_OK(OVSetInt(camera, kPlain, 32));
         }
         return inside->done.get_future().get();
     }

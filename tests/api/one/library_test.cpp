@@ -1,5 +1,6 @@
 // Start, end and last error.
 
+#include <atomic>
 #include <thread>
 
 #include "support/ApiTest.h"
@@ -56,6 +57,38 @@ TEST_F(LibraryTest, InitAndCloseAreNotCounted) {
     EXPECT_OV_OK(OVCloseLib());
     EXPECT_EQ(producer.OpenCount("Library"), 0);
     EXPECT_OV_OK(OVCloseLib());
+}
+
+/// What a call on a thread of its own comes to, while the first one is held.
+class LibraryBesideTest : public LibraryTest {
+protected:
+    void RunBoth(const char* held, OV_STATUS (*call)()) {
+        producer.BlockCall(held);
+        std::atomic<OV_STATUS> first{OV_STATUS_ERROR};
+        std::atomic<OV_STATUS> second{OV_STATUS_ERROR};
+        const uint64_t before = producer.CallCount(held);
+        std::thread firstThread([&] { first = call(); });
+        ASSERT_EQ(producer.WaitForCalls(held, before + 1, 60000), 0);
+        std::thread secondThread([&] { second = call(); });
+        EXPECT_EQ(producer.WaitForCalls(held, before + 2, 20), -1) << "it waits";
+        producer.ReleaseCall(held);
+        firstThread.join();
+        secondThread.join();
+        EXPECT_EQ(first, OV_STATUS_SUCCESS);
+        EXPECT_EQ(second, OV_STATUS_SUCCESS);
+        EXPECT_EQ(producer.CallCount(held), before + 1);
+    }
+};
+
+TEST_F(LibraryBesideTest, ASecondInitWaitsAndSucceeds) {
+    RunBoth("GCInitLib", &OVInitLib);
+    EXPECT_EQ(producer.OpenCount("Library"), 1);
+}
+
+TEST_F(LibraryBesideTest, ASecondCloseWaitsAndSucceeds) {
+    Init();
+    RunBoth("GCCloseLib", &OVCloseLib);
+    EXPECT_EQ(producer.OpenCount("Library"), 0);
 }
 
 TEST_F(LibraryTest, CloseWithoutInitIsFine) {

@@ -1,0 +1,34 @@
+#pragma once
+/// Where a thread stands: in which callbacks of which cameras.
+
+#include "Base/LockRank.h"
+#include "TLClassMain/Agency.h"
+
+namespace OVTLClass {
+
+/// A feature callback on the thread of the camera's own events is one of `Event`.
+enum class CallbackKind { Capture, Event, Offline, Feature };
+
+/// Lives on the stack of the thread that runs a callback, while it runs.
+///
+/// What may not be called in a callback is told by this and not by the identities
+/// of threads: a write runs feature callbacks on whatever thread writes.
+class CCallbackScope : public CUnCopyable {
+public:
+    CCallbackScope(CallbackKind kind, const void* camera);
+    ~CCallbackScope();
+
+    /// Whether the calling thread runs such a callback of that camera, directly or
+    /// in what another callback called.
+    static bool IsInside(CallbackKind kind, const void* camera);
+    /// Whether it runs any callback of any camera.
+    static bool IsInsideAny();
+
+private:
+    const CCallbackScope* m_outer;
+    CallbackKind m_kind;
+    const void* m_camera;
+    OvBase::CApplicationCall m_call;
+};
+
+}  // namespace OVTLClass
