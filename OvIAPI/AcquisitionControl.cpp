@@ -157,6 +157,7 @@ void StartAcquisition(COvDeviceInfo& info) {
         OV_RAISE(CInvalidAccessError, kReadOnly);
     }
     const std::shared_ptr<IDataStream> stream = info.GetStream();
+    info.GetPolling().PollBeforeCall(OV_FEATURE_LEVEL_REMOTE_DEVICE);
     const CAutoLock lock(info.GetAcquisitionLock());
     const IFeatureControl& remote = *device.DoGetRemoteDeviceFeatureControl();
     CRemoteDeviceTLParamsLockedAgency locked(remote);

@@ -52,6 +52,7 @@ OV_STATUS OVExportConfigFile(OV_DEV_HANDLE hDevice, const char* pszFilePath) try
     OV_CHECK_POINTER(pszFilePath);
     CheckStopped(info, "Can't export config file after start capture");
     CheckPath(pszFilePath);
+    info.GetPolling().PollBeforeCall(OV_FEATURE_LEVEL_REMOTE_DEVICE);
     std::ostringstream text;
     CAllFeaturePersistance::ExportAllFeaturesToStream(info.GetDevice(), text);
     WriteFile(pszFilePath, text.str());
@@ -68,6 +69,7 @@ OV_STATUS OVImportConfigFile(OV_DEV_HANDLE hDevice, const char* pszFilePath, boo
     CheckPath(pszFilePath);
     std::ifstream file(pszFilePath, std::ios::binary);
     CheckOpened(file.is_open());
+    info.GetPolling().PollBeforeCall(OV_FEATURE_LEVEL_REMOTE_DEVICE);
     const std::vector<std::string> errors =
         CAllFeaturePersistance::ImportAllFeaturesFromStream(info.GetDevice(), file, bVerify);
     if (!errors.empty()) {

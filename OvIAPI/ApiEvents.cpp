@@ -86,8 +86,11 @@ OV_STATUS OVRegisterFeatureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
     if (control.CheckEventNode(name)) {
         device.DoActiveRemoteDeviceEventThread();
     }
+    CListenerAgency listening(
+        CDeviceManager::GetInstance().GetDeviceInfoFactory().GetPollingThread(), info.GetPolling());
     *pHCallBack = control.DoRegisterFeatureCallback(
         name, COvFeatureCallback(device, pUserParam, callBackFun, featureID));
+    listening.Commit();
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -105,6 +108,8 @@ OV_STATUS OVUnregisterFeatureCallback(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featu
         OV_RAISE(CInvalidParameterError, "Invalid Feature ID");
     }
     control.DoUnregisterFeatureCallback(reinterpret_cast<intptr_t>(&handle));
+    CDeviceManager::GetInstance().GetDeviceInfoFactory().GetPollingThread().RemoveListener(
+        info.GetPolling());
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();

@@ -71,6 +71,7 @@ COvDeviceInfo* CDeviceInfoFactory::__BeginClosingLast() {
 
 void CDeviceInfoFactory::__Close(COvDeviceInfo& info) {
     const CRollback ended([this, &info] { __EndClosing(info); });
+    m_polling.Detach(info.GetPolling());
     Close(info);
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "CameraPolling.h"
 #include "FetchGate.h"
 #include "FramePool.h"
 #include "OvIDef.h"
@@ -67,6 +68,7 @@ public:
     CFetchGate& GetFetchGate() { return m_fetchGate; }
     /// Held for the whole of a start or a stop.
     OVTLClass::CLock& GetAcquisitionLock() { return m_acquisitionLock; }
+    CCameraPolling& GetPolling() const { return m_polling; }
 
     std::string vendorName;
     std::string modelName;
@@ -91,4 +93,5 @@ private:
     CFramePool m_framePool;
     CFetchGate m_fetchGate;
     OVTLClass::CLock m_acquisitionLock;
+    mutable CCameraPolling m_polling;
 };

@@ -9,6 +9,7 @@
 
 #include "DeviceInfo.h"
 #include "OvIDef.h"
+#include "PollingThread.h"
 #include "TLClassLoadTL/OvLock.h"
 
 namespace OVTLClass {
@@ -50,6 +51,7 @@ public:
     /// that other threads were closing.
     void CloseAllDevice();
     void DeleteKnownList();
+    CPollingThread& GetPollingThread() { return m_polling; }
     /// Searches all networks for a GigE Vision camera, listed or not, and leaves
     /// the known list as it is.
     /// @param mac  as text in the form of the list, capitals
@@ -88,6 +90,8 @@ private:
 
     using HandleList = std::vector<std::unique_ptr<COvDeviceInfo>>;
 
+    /// Never destroyed: a program that ends with cameras open waits for no thread.
+    CPollingThread& m_polling = *std::make_unique<CPollingThread>().release();
     KnownList m_known;
     HandleList m_open;
     /// Taken off the open list by a thread that closes them. Their callbacks may

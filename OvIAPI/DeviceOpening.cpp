@@ -143,6 +143,7 @@ OV_DEV_HANDLE CDeviceInfoFactory::__OpenKnownDevice(const COvDeviceInfo& known,
 }
 
 OV_DEV_HANDLE CDeviceInfoFactory::__AddHandle(std::unique_ptr<COvDeviceInfo> info) {
+    info->GetPolling().Begin(*info->GetDevice(), *info->GetStream()->GetNodeMapRef());
     const CAutoLock lock(m_openLock);
     m_open.push_back(std::move(info));
     // A handle is the address of the base, which is what it is cast back to.

@@ -47,11 +47,12 @@ void CheckFeatureType(OV_FEATURE_ID featureID, OV_FEATURE_TYPE type) {
 }
 
 CFeatureControl& GetFeatureControl(const COvDeviceInfo& info, OV_FEATURE_ID featureID) {
-    auto* const control =
-        dynamic_cast<CFeatureControl*>(ControlOfLevel(info, featureID & OV_FEATURE_LEVEL_MASK));
+    const OV_FEATURE_LEVEL level = featureID & OV_FEATURE_LEVEL_MASK;
+    auto* const control = dynamic_cast<CFeatureControl*>(ControlOfLevel(info, level));
     if (control == nullptr) {
         OV_RAISE(CUnexpectedError, "dynamic_cast OVTLClass::CFeatureControl failed");
     }
+    info.GetPolling().PollBeforeCall(level);
     return *control;
 }
 

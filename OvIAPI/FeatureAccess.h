@@ -11,7 +11,8 @@ class CFeatureControl;
 /// Raises "FeatureID type error" for an identifier of another type.
 void CheckFeatureType(OV_FEATURE_ID featureID, OV_FEATURE_TYPE type);
 
-/// The control of the module that the identifier's level names.
+/// The control of the module that the identifier's level names, which knows the time
+/// then.
 OVTLClass::CFeatureControl& GetFeatureControl(const COvDeviceInfo& info, OV_FEATURE_ID featureID);
 
 /// The checks that every typed feature call begins with, in their order:

@@ -312,6 +312,11 @@ OV_API OV_STATUS OVQAllBufs(OV_DEV_HANDLE hDevice);
  * While a feature callback runs, feature calls of other threads on that camera
  * wait, and a close waits for all callbacks. A callback that waits for such a
  * thread waits for ever: by a list update while that thread closes the library.
+ *
+ * Features with a polling time change by themselves. While feature callbacks are
+ * registered on a camera that has such features, a thread drops their values when
+ * the time is over, and runs the callbacks; to them applies what is said of those of
+ * the camera's events. Otherwise the next call on a feature reads the new value.
  */
 /** @{ */
 

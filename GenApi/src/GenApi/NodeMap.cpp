@@ -193,6 +193,15 @@ void CNodeMap::Poll(int64_t elapsedTime) {
     FireCallbacks(callbacks, cbPostOutsideLock);
 }
 
+int64_t CNodeMap::GetShortestPollingTime() {
+    int64_t shortest = -1;
+    for (INodePrivate* const node : m_PollingList) {
+        const int64_t time = node->InternalGetPollingTime();
+        shortest = shortest < 0 ? time : std::min(shortest, time);
+    }
+    return shortest;
+}
+
 bool CNodeMap::ParseSwissKnifes(gcstring_vector* errorList) {
     const AutoLock lock(GetLock());
     bool allParse = true;

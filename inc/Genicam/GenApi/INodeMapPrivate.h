@@ -46,6 +46,8 @@ struct INodeMapPrivate : public INodeMap {
     virtual bool IsDeviceLoggingEnabled() = 0;
     /// The same lock, counters and entry point, for the nodes' short way to them.
     virtual CCallState& GetCallState() = 0;
+    /// In milliseconds; -1 when no node is polled.
+    virtual int64_t GetShortestPollingTime() = 0;
 };
 
 }  // namespace GenApi_3_0_ORVANE

@@ -79,6 +79,7 @@ public:
     bool IsLoggingEnabled() override { return m_IsLoggingEnabled; }
     bool IsDeviceLoggingEnabled() override { return m_IsDeviceLoggingEnabled; }
     CCallState& GetCallState() override { return m_CallState; }
+    int64_t GetShortestPollingTime() override;
 
     gcstring GetModelName() override { return m_ModelName; }
     gcstring GetVendorName() override { return m_VendorName; }
