@@ -60,9 +60,10 @@ TEST_F(OpeningRoundsTest, OneOfTwoThreadsHasTheCameraWithAListUpdateInBetween) {
 TEST_F(OpeningRoundsTest, OneOfTwoThreadsHasTheCameraByIndexOrAddress) {
     constexpr const char* kAddress = "192.168.77.1";
     gev.SetDeviceNumber(0, 0, "IP", 0xC0A84D01);
-    gev.LoseDevice(1, 1);
+    // A list that changed is read anew, with the address.
+    gev.LoseDevice(0, 1);
     ASSERT_EQ(Update(), kCameras - 1);
-    gev.ReturnDevice(1, 1);
+    gev.ReturnDevice(0, 1);
     ASSERT_EQ(Update(), kCameras);
     Run([&](unsigned round) {
         const Opening byIndex = ByIndex(IndexOf("Gev" + IdOf(0, 0)));
