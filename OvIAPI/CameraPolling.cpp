@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "GenApi/INodeMapPrivate.h"
 #include "GenApi/NodeMapRef.h"
 #include "TLClassEvent/CallbackScope.h"
 #include "TLClassMain/Agency.h"

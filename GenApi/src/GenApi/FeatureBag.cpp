@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "Base/OvAssert.h"
 #include "FaultyNodes.h"
 #include "FeaturePersistence.h"
 #include "GenApi/Pointer.h"

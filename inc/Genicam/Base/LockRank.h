@@ -53,7 +53,6 @@ enum class LockRank : uint8_t {
     Updater,
     ProducersInstance,
     UserId,
-    ValueCache,
     Folders,
     LogInstance,
     Log,
