@@ -92,6 +92,6 @@ private:
     mutable std::shared_ptr<OVTLClass::IDataStream> m_stream;
     CFramePool m_framePool;
     CFetchGate m_fetchGate;
-    OVTLClass::CLock m_acquisitionLock;
+    OVTLClass::CLock m_acquisitionLock{OVTLClass::LockRank::Acquisition};
     mutable CCameraPolling m_polling;
 };

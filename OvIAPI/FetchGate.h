@@ -27,6 +27,7 @@ public:
     [[nodiscard]] bool WaitUntilEmpty();
 
 private:
+    /// Of no rank: nothing else is taken while it is held.
     std::mutex m_mutex;
     std::condition_variable m_empty;
     bool m_isOpen = false;

@@ -61,8 +61,7 @@ CDataStream::CDataStream(std::shared_ptr<const CGenTLLib> lib, std::shared_ptr<I
       m_bufferNumber(kDefaultBufferNumber),
       m_chunkAdapter(std::make_unique<GenApi_3_0_ORVANE::CChunkAdapterGeneric>()),
       m_newBufferEvent(GetLib()),
-      m_streamLock(LockRank::Stream, m_device.get()),
-      m_buffersMutex(LockRank::StreamBuffers, m_device.get()) {}
+      m_streamLock(LockRank::Stream, m_device.get()) {}
 
 CDataStream::~CDataStream() = default;
 

@@ -27,6 +27,7 @@ enum class LockRank : uint8_t {
     KnownDevices,
 
     // One camera.
+    Acquisition,
     Device,
     Stream,
     DeviceList,
@@ -40,7 +41,6 @@ enum class LockRank : uint8_t {
     FeatureCallbacks,
     PollingThread,
     Polling,
-    StreamBuffers,
     FreeFrames,
     LentFrames,
     BufferQueue,
