@@ -40,12 +40,33 @@ void CConverterBase<Types>::SetProperty(const CProperty& property) {
 template <class Types>
 CSwissKnifeBase<Types>* CConverterBase<Types>::LinkKnife(const CProperty& property) {
     auto* const knife =
-        dynamic_cast<CSwissKnifeBase<Types>*>(LinkChild(property, ReadRole | WriteRole));
+        dynamic_cast<CSwissKnifeBase<Types>*>(LinkChild(property, ReadRole | ValueRole));
     if (knife == nullptr) {
         throw NodeFault("The '" + property.GetPropertyID().ToString() +
                         "' of a converter is no formula of its kind.");
     }
     return knife;
+}
+
+/// The formulas stand between the node and its source in either direction, so that
+/// what they read decides like a node that is written.
+template <class Types>
+ECachingMode CConverterBase<Types>::ComputeCachingMode() {
+    ECachingMode mode = CNodeImpl::ComputeCachingMode();
+    for (CSwissKnifeBase<Types>* const knife : {m_pConvertTo, m_pConvertFrom}) {
+        if (knife != nullptr) {
+            mode = Combine(mode, knife->InternalGetCachingMode());
+        }
+    }
+    return mode;
+}
+
+/// The knives turn the limits of the source into those of this node.
+template <class Types>
+ECachingMode CConverterBase<Types>::ComputeLimitsCachingMode() {
+    const ECachingMode mode = InternalGetCachingMode();
+    return m_Value.IsPointer() ? Combine(mode, m_Value.GetNode()->InternalGetLimitsCachingMode())
+                               : mode;
 }
 
 template <class Types>

@@ -22,10 +22,8 @@ public:
     }
 
 protected:
-    /// The knives turn the limits of the source into those of this node.
-    ECachingMode ComputeLimitsCachingMode() override {
-        return Combine(InternalGetCachingMode(), m_Value.GetNode()->InternalGetLimitsCachingMode());
-    }
+    ECachingMode ComputeCachingMode() override;
+    ECachingMode ComputeLimitsCachingMode() override;
     Value_t InternalGetValue(bool verify, bool ignoreCache);
     void InternalSetValue(Value_t value, bool verify);
     Value_t InternalGetMin() { return LimitAt(Increasing); }
