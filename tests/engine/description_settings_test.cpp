@@ -1,0 +1,295 @@
+// Whole descriptions over made-up memory: selectors move, and what is streamable
+// is saved and restored.
+
+#include <algorithm>
+#include <iostream>
+#include <optional>
+
+#include "GenApi/IBoolean.h"
+#include "GenApi/IEnumeration.h"
+#include "GenApi/IFloat.h"
+#include "GenApi/IRegister.h"
+#include "GenApi/ISelector.h"
+#include "GenApi/IString.h"
+#include "GenApi/SelectorSet.h"
+#include "bag_support.h"
+#include "steered_camera.h"
+#include "support/Descriptions.h"
+
+namespace EngineTest {
+
+namespace {
+
+constexpr size_t kMostValues = 16;
+
+bool Says(INode& node, const char* property, const char* text) {
+    gcstring value;
+    gcstring attribute;
+    return node.GetProperty(property, value, attribute) && value == text;
+}
+
+/// Why no state of a camera ever lets a client write the node; empty where
+/// nothing of the description is against it.
+std::string WhyReadOnly(INode& node) {
+    if (Says(node, "ImposedAccessMode", "RO")) {
+        return "read only by the description";
+    }
+    if (Says(node, "AccessMode", "RO")) {
+        return "a register that is read only";
+    }
+    if (dynamic_cast<IRegister*>(&node) != nullptr) {
+        return "";
+    }
+    node_vector terminals;
+    node.GetChildren(terminals, TerminalNodes);
+    if (terminals.size() == 0) {
+        return "computed";
+    }
+    node_vector written;
+    node.GetChildren(written, WritingChildren);
+    for (INode* const child : written) {
+        const std::string why = WhyReadOnly(*child);
+        if (!why.empty()) {
+            return why + " (" + child->GetName().c_str() + ")";
+        }
+    }
+    return "";
+}
+
+std::string WhyFixed(INode& node) {
+    if (auto* const choice = dynamic_cast<IEnumeration*>(&node)) {
+        node_vector entries;
+        choice->GetEntries(entries);
+        if (entries.size() < 2) {
+            return "a single entry";
+        }
+    }
+    return WhyReadOnly(node);
+}
+
+/// Prints why nodes are left out, and how many weren't.
+class Account {
+public:
+    Account(const fs::path& file, const char* what) : m_Name(file.stem()), m_What(what) {}
+    ~Account() {
+        std::cout << m_Name << ": " << m_Done << " of " << m_Done + m_Excluded << " " << m_What
+                  << "\n";
+    }
+    Account(const Account&) = delete;
+    Account& operator=(const Account&) = delete;
+
+    void Exclude(INode& node, const std::string& why) {
+        ++m_Excluded;
+        std::cout << "  " << node.GetName() << ": " << why << "\n";
+    }
+    void Done() { ++m_Done; }
+
+private:
+    std::string m_Name;
+    const char* m_What;
+    size_t m_Done = 0;
+    size_t m_Excluded = 0;
+};
+
+bool IsNumber(IValue& value) {
+    return dynamic_cast<IInteger*>(&value) != nullptr || dynamic_cast<IFloat*>(&value) != nullptr ||
+           dynamic_cast<IEnumeration*>(&value) != nullptr ||
+           dynamic_cast<IBoolean*>(&value) != nullptr;
+}
+
+/// As far as two; of texts and bytes there are enough.
+size_t CountOfValues(IValue& value) {
+    return IsNumber(value) ? std::min<size_t>(NumbersFor(value, 2).size(), 2) : 2;
+}
+
+class SettingsOfDescriptions : public testing::TestWithParam<fs::path> {
+protected:
+    /// Makes a node writable, and so many of the values that it may have available.
+    bool SteerToWrite(INode& node, IValue& value, int64_t values, bool withFeatures = true) {
+        constexpr int64_t kPerMode = 10;
+        return m_Camera.Steer(
+            node,
+            [&] {
+                const EAccessMode mode = node.GetAccessMode();
+                return mode * kPerMode +
+                       (IsAvailable(mode) ? static_cast<int64_t>(CountOfValues(value)) : 0);
+            },
+            RW * kPerMode + values, withFeatures);
+    }
+    void ExpectRestored(INode& node, IValue& feature);
+    void MakeAllValid(INode& node, IValue& feature);
+
+    SteeredCamera m_Camera{GetParam()};
+};
+
+void ExpectMoves(INode& node, IValue& selector) try {
+    for (const int64_t number : NumbersFor(selector, kMostValues)) {
+        SetNumber(selector, number, true);
+        node.InvalidateNode();
+        EXPECT_EQ(NumberOf(selector), number) << node.GetName();
+    }
+} catch (const GenericException& failure) {
+    ADD_FAILURE() << node.GetName() << ": " << failure.what();
+}
+
+/// Calls `action` for each combination of the selectors of a feature.
+template <class Action>
+void ForEachCombinationOf(INode& feature, const Action& action) {
+    CSelectorSet selectors(&feature);
+    for (bool isSet = selectors.SetFirst(); isSet; isSet = selectors.SetNext()) {
+        action();
+    }
+    selectors.Restore();
+}
+
+/// Keeps the walks short, as those through a look-up table aren't.
+void LimitSelectors(INode& feature) {
+    value_vector selectors;
+    CSelectorSet(&feature).GetSelectorList(selectors);
+    for (IValue* const selector : selectors) {
+        SteeredCamera::MakeValid(*selector);
+        const std::vector<int64_t> numbers = NumbersFor(*selector, kMostValues);
+        auto* const integer = dynamic_cast<IInteger*>(selector);
+        if (integer != nullptr && !numbers.empty()) {
+            SetNumber(*selector, numbers.front(), true);
+            integer->ImposeMax(numbers.back());
+        }
+    }
+}
+
+/// What a feature is changed to.
+struct Target {
+    int64_t number = 0;
+    gcstring text;
+};
+
+/// Another value than the present one, if there is any.
+std::optional<Target> OtherValue(IValue& feature) {
+    if (!IsNumber(feature)) {
+        gcstring text = feature.ToString();
+        const bool isBytes = dynamic_cast<IString*>(&feature) == nullptr;
+        constexpr size_t kFirstDigit = 2;
+        if (isBytes) {
+            std::string bytes = text.c_str();
+            bytes[kFirstDigit] = bytes[kFirstDigit] == '1' ? '2' : '1';
+            return Target{0, bytes.c_str()};
+        }
+        return Target{0, text == "a" ? "b" : "a"};
+    }
+    const int64_t now = NumberOf(feature);
+    for (const int64_t number : NumbersFor(feature, 2)) {
+        if (number != now) {
+            return Target{number, {}};
+        }
+    }
+    return std::nullopt;
+}
+
+void ChangeTo(IValue& feature, const Target& target) {
+    if (!IsNumber(feature)) {
+        feature.FromString(target.text);
+        return;
+    }
+    const std::vector<int64_t> numbers = NumbersFor(feature, kMostValues);
+    if (std::find(numbers.begin(), numbers.end(), target.number) != numbers.end()) {
+        SetNumber(feature, target.number, true);
+    }
+}
+
+std::vector<std::string> Stored(INode& node, CFeatureBag& bag) {
+    gcstring_vector filter;
+    filter.push_back(node.GetName());
+    bag.StoreToBag(node.GetNodeMap(), -1, &filter);
+    return EntriesOf(bag);
+}
+
+/// Gives a feature values that a camera may have for all of its selectors.
+void SettingsOfDescriptions::MakeAllValid(INode& node, IValue& feature) {
+    ForEachCombinationOf(node, [&] {
+        if (node.GetAccessMode() == RW) {
+            m_Camera.SetLimits(node);
+            EXPECT_TRUE(SteerToWrite(node, feature, 1, false)) << node.GetName();
+            SteeredCamera::MakeValid(feature);
+        }
+    });
+}
+
+/// Saves a feature, changes it in all combinations of its selectors, restores it.
+void SettingsOfDescriptions::ExpectRestored(INode& node, IValue& feature) try {
+    MakeAllValid(node, feature);
+    CFeatureBag bag;
+    const std::vector<std::string> saved = Stored(node, bag);
+    EXPECT_FALSE(saved.empty()) << node.GetName();
+    std::optional<Target> target;
+    ForEachCombinationOf(node, [&] {
+        if (node.GetAccessMode() == RW) {
+            target = target ? target : OtherValue(feature);
+            if (target) {
+                ChangeTo(feature, *target);
+            }
+        }
+    });
+    CFeatureBag bagOfChanged;
+    EXPECT_EQ(Stored(node, bagOfChanged) != saved, target.has_value()) << node.GetName();
+    gcstring_vector errors;
+    EXPECT_TRUE(bag.LoadFromBag(node.GetNodeMap(), true, &errors))
+        << node.GetName() << " " << (errors.size() != 0 ? errors[0] : "");
+    CFeatureBag bagOfRestored;
+    EXPECT_EQ(Stored(node, bagOfRestored), saved) << node.GetName();
+} catch (const GenericException& failure) {
+    ADD_FAILURE() << node.GetName() << ": " << failure.what();
+}
+
+}  // namespace
+
+TEST_P(SettingsOfDescriptions, MoveEverySelectorThatHasSeveralValues) {
+    Account account(GetParam(), "selectors moved");
+    for (INode* const node : m_Camera.Nodes()) {
+        auto* const selector = dynamic_cast<IValue*>(node);
+        if (selector == nullptr || !dynamic_cast<ISelector&>(*node).IsSelector()) {
+            continue;
+        }
+        const std::string why = WhyFixed(*node);
+        if (!why.empty()) {
+            account.Exclude(*node, why);
+            continue;
+        }
+        m_Camera.SetLimits(*node);
+        if (SteerToWrite(*node, *selector, 2)) {
+            ExpectMoves(*node, *selector);
+            account.Done();
+        } else {
+            ADD_FAILURE() << node->GetName() << " is not to be moved";
+        }
+    }
+}
+
+TEST_P(SettingsOfDescriptions, SaveAndRestoreEveryStreamableFeature) {
+    Account account(GetParam(), "streamable features saved and restored");
+    for (INode* const node : m_Camera.Nodes()) {
+        auto* const feature = dynamic_cast<IValue*>(node);
+        if (feature == nullptr || !node->IsStreamable() || !node->IsFeature()) {
+            continue;
+        }
+        const std::string why = WhyReadOnly(*node);
+        if (!why.empty()) {
+            account.Exclude(*node, why);
+            continue;
+        }
+        LimitSelectors(*node);
+        m_Camera.SetLimits(*node);
+        if (SteerToWrite(*node, *feature, 2) || SteerToWrite(*node, *feature, 1)) {
+            LimitSelectors(*node);
+            ExpectRestored(*node, *feature);
+            account.Done();
+        } else {
+            ADD_FAILURE() << node->GetName() << " is not to be written";
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, SettingsOfDescriptions,
+                         testing::ValuesIn(Descriptions(OV_SOURCE_FOLDER)),
+                         [](const auto& file) { return TestNameOf(file.param); });
+
+}  // namespace EngineTest
