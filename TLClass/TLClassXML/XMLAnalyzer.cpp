@@ -1,8 +1,11 @@
 #include "TLClassXML/XMLAnalyzer.h"
 
+#include <exception>
+
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 #include "TLClassLoadTL/GenTLText.h"
 #include "TLClassLoadTL/OvException.h"
+#include "TLClassLoadTL/OvLog.h"
 #include "TLClassXML/XMLLoader.h"
 
 namespace OVTLClass {
@@ -19,7 +22,29 @@ CXMLAnalyzer::~CXMLAnalyzer() {
 }
 
 void CXMLAnalyzer::LoadXMLFromPortHandle(void* port) {
-    m_xml = CXMLLoader(m_lib, port).LoadXML();
+    const CXMLLoader loader(m_lib, port);
+    const uint32_t count = loader.GetUrlCount();
+    std::exception_ptr firstFailure;
+    for (uint32_t index = 0; index < count; ++index) {
+        try {
+            LoadXMLFromPortHandle(loader, index, port);
+            return;
+        } catch (const CDeviceOfflineError&) {
+            throw;
+        } catch (const std::exception& error) {
+            if (!firstFailure) {
+                firstFailure = std::current_exception();
+            }
+            if (count > 1) {
+                OV_LOG(error.what());
+            }
+        }
+    }
+    std::rethrow_exception(firstFailure);
+}
+
+void CXMLAnalyzer::LoadXMLFromPortHandle(const CXMLLoader& loader, uint32_t index, void* port) {
+    m_xml = loader.LoadXML(index);
     // The old nodes point at the old port and go before it.
     m_nodeMap.reset();
     m_port = std::make_unique<CPort>(m_lib, port);

@@ -11,6 +11,8 @@
 
 namespace OVTLClass {
 
+class CXMLLoader;
+
 /// Empty or loaded; may be loaded again.
 class CXMLAnalyzer {
 public:
@@ -20,7 +22,9 @@ public:
     CXMLAnalyzer& operator=(const CXMLAnalyzer&) = delete;
 
     /// Fetches the description of a port's module, makes its nodes and connects
-    /// them to the port.
+    /// them to the port. Of several places that the module names, the first one
+    /// with a description that can be used counts; where none has one, raises
+    /// the failure of the first.
     void LoadXMLFromPortHandle(void* port);
     void UnloadXML();
 
@@ -29,6 +33,8 @@ public:
     GenApi_3_0_ORVANE::CNodeMapRef* GetNodeMapRef() const { return m_nodeMap.get(); }
 
 private:
+    /// The same for one of the places.
+    void LoadXMLFromPortHandle(const CXMLLoader& loader, uint32_t index, void* port);
     void __TryExceptionLoadXmlFromString();
     void __RetrieveXmlFromString();
     [[noreturn]] static void __ThrowExceptionFromTryExcept();

@@ -17,10 +17,33 @@ namespace {
 /// producer, and must not take the machine's memory.
 constexpr uint64_t kMaxDescriptionSize = 256ULL * 1024 * 1024;
 
+/// A producer that names more places than that is not asked for all of them.
+constexpr uint32_t kMostUrls = 16;
+
+/// Whether the producer is of the first version of the standard, which knows
+/// one call for all URLs.
+bool IsNotOffered(int32_t status) {
+    constexpr int32_t kEntryPointMissing = -1;
+    return status == kEntryPointMissing || status == GenTL::GC_ERR_NOT_IMPLEMENTED;
+}
+
 }  // namespace
 
-std::string CXMLLoader::LoadXML() const {
-    const XML_URL_INFO info = AnalyzeXmlUrl(__ReadUrl());
+uint32_t CXMLLoader::GetUrlCount() const {
+    uint32_t count = 0;
+    const int32_t status = m_lib.GCGetNumPortURLs(m_port, &count);
+    if (IsNotOffered(status)) {
+        return 1;
+    }
+    OV_VERIFY(status, m_lib);
+    if (count == 0) {
+        OV_RAISE(CUnexpectedError, "UrlNum <= 0");
+    }
+    return std::min(count, kMostUrls);
+}
+
+std::string CXMLLoader::LoadXML(uint32_t index) const {
+    const XML_URL_INFO info = AnalyzeXmlUrl(__ReadUrl(index));
     switch (info.location) {
         case XmlLocation::File:
             return __ReadXMLFromFile(info.file);
@@ -31,19 +54,27 @@ std::string CXMLLoader::LoadXML() const {
     }
 }
 
-std::string CXMLLoader::__ReadUrl() const {
-    uint32_t count = 0;
-    OV_VERIFY(m_lib.GCGetNumPortURLs(m_port, &count), m_lib);
-    if (count == 0) {
-        OV_RAISE(CUnexpectedError, "UrlNum <= 0");
-    }
-    const auto firstUrl = [this](char* text, size_t* size) {
+std::string CXMLLoader::__ReadUrl(uint32_t index) const {
+    const auto oneUrl = [this, index](char* text, size_t* size) {
         int32_t type = GenTL::INFO_DATATYPE_STRING;
-        return m_lib.GCGetPortURLInfo(m_port, 0, GenTL::URL_INFO_URL, &type, text, size);
+        return m_lib.GCGetPortURLInfo(m_port, index, GenTL::URL_INFO_URL, &type, text, size);
     };
     std::string url;
-    OV_VERIFY(ReadGenTLText(firstUrl, url), m_lib);
+    const int32_t status = ReadGenTLText(oneUrl, url);
+    if (IsNotOffered(status)) {
+        return __ReadOldUrl();
+    }
+    OV_VERIFY(status, m_lib);
     return url;
+}
+
+std::string CXMLLoader::__ReadOldUrl() const {
+    const auto urls = [this](char* text, size_t* size) {
+        return m_lib.GCGetPortURL(m_port, text, size);
+    };
+    std::string first;
+    OV_VERIFY(ReadGenTLText(urls, first), m_lib);
+    return first;
 }
 
 std::string CXMLLoader::__ReadXMLFromRemoteDevice(const URL_LOCAL_INFO& info) const {

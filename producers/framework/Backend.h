@@ -144,7 +144,8 @@ public:
         static_cast<void>(function);
         static_cast<void>(command);
     }
-    /// Changes the size that a query with a null buffer reports.
+    /// Changes the size that a query with a null buffer reports, and the number of
+    /// bytes that an access to a port says it moved.
     virtual std::size_t TellSize(Function function, std::size_t size) {
         static_cast<void>(function);
         return size;

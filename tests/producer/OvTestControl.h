@@ -118,7 +118,7 @@
        `data` brings the own one back. */                                                          \
     X(int, SetDescription,                                                                         \
       (const char* module, const char* fileName, const void* data, std::size_t size))              \
-    /* Another URL of index 0, as it stands. "" leaves no URL at all, null brings the own one      \
+    /* Other URLs, a line each, as they stand. "" leaves no URL at all, null brings the own one    \
        back. */                                                                                    \
     X(int, SetUrl, (const char* module, const char* url))                                          \
                                                                                                    \

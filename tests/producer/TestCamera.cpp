@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <sstream>
 
 #include "framework/Event.h"
 
@@ -51,9 +52,8 @@ void DescriptionOverride::ApplyUrl(OvProducer::Port& port) const {
         return;
     }
     port.ForgetUrls();
-    if (!url->empty()) {
-        OvProducer::DescriptionUrl entry;
-        entry.url = *url;
+    std::istringstream lines(*url);
+    for (OvProducer::DescriptionUrl entry; std::getline(lines, entry.url);) {
         port.AddUrl(entry);
     }
 }

@@ -52,7 +52,7 @@ struct ZipEntry {
         };
         add(0x04034B50, 4);
         add(20, 2);  // version
-        add(0, 2);   // flags
+        add(flags, 2);
         add(method, 2);
         add(0, 4);  // time and date
         add(0, 4);  // checksum
@@ -63,15 +63,43 @@ struct ZipEntry {
         bytes.insert(bytes.end(), name.begin(), name.end());
         bytes.insert(bytes.end(), extra.begin(), extra.end());
         bytes.insert(bytes.end(), data.begin(), data.end());
+        bytes.insert(bytes.end(), descriptor.begin(), descriptor.end());
         return bytes;
     }
 
+    /// Moves sizes and checksum of the content into a record after the data.
+    void MoveSizesBehind(const std::string& content, bool hasMagic) {
+        const auto add = [this](uint64_t number) {
+            for (int i = 0; i < 4; ++i) {
+                descriptor.push_back(static_cast<unsigned char>(number >> (8 * i)));
+            }
+        };
+        if (hasMagic) {
+            add(0x08074B50);
+        }
+        const Bytes bytes = ToBytes(content);
+        add(crc32(crc32(0, nullptr, 0), bytes.data(), static_cast<uInt>(bytes.size())));
+        add(packedSize);
+        add(size);
+        flags |= 8;
+        packedSize = 0;
+        size = 0;
+    }
+    /// Stores the content as it is.
+    void Store(const std::string& content) {
+        method = 0;
+        data = ToBytes(content);
+        packedSize = size;
+    }
+
+    uint16_t flags = 0;
     uint16_t method = 8;
     uint32_t packedSize = 0;
     uint32_t size;
     std::string name = "description.xml";
     std::string extra;
     Bytes data;
+    Bytes descriptor;
 };
 
 }  // namespace OVTLClass

@@ -83,7 +83,9 @@ TEST(ProducerLibrary, AnswersMinusOneForEachCallThatIsMissing) {
 TEST(ProducerLibrary, WithoutTheExtensionsLoadsAndLacksOnlyThem) {
     const LogCapture log;
     const CGenTLLib lib(Staged("Plain.cti"));
-    EXPECT_THAT(log.Lines(), ElementsAre("Failed to get ProcAddress GCReadPortStacked", "",
+    EXPECT_THAT(log.Lines(), ElementsAre("Failed to get ProcAddress GCGetNumPortURLs", "",
+                                         "Failed to get ProcAddress GCGetPortURLInfo", "",
+                                         "Failed to get ProcAddress GCReadPortStacked", "",
                                          "Failed to get ProcAddress GCWritePortStacked", "",
                                          "Failed to get ProcAddress DSGetBufferChunkData", "",
                                          "Failed to get ProcAddress IFIpConfiguration", "",

@@ -94,6 +94,63 @@ TEST_F(Analyzer, AsksForThePortsNameAfterMakingTheNodes) {
                                        "GCReadPort", "GCGetPortInfo", "GCGetPortInfo"));
 }
 
+TEST_F(Analyzer, TakesTheNextUrlWhereOneCannotBeUsed) {
+    for (const char* const unusable : {"http://www.example.com/Name.xml", "File:///NONE/SUCH.XML?",
+                                       "Local:Name.txt;10000;10", "Local:Name.xml;7FFF0000;10",
+                                       "Local:Name.xml;10000;10000001", "Local:Name.xml;10000;3"}) {
+        SetFile("Description.xml", SmallDescription(5));
+        char size[20];
+        std::snprintf(size, sizeof size, "%zx", SmallDescription(5).size());
+        SetUrl(std::string(unusable) + "\nLocal:Description.xml;10000;" + size);
+        Load();
+        EXPECT_EQ(Number(), 5) << unusable;
+    }
+}
+
+TEST_F(Analyzer, RaisesTheFailureOfTheFirstUrlWhereNoneCanBeUsed) {
+    SetUrl("Local:First.txt;1;2\nLocal:Second.txt;1;2\nhttp://third");
+    EXPECT_UNEXPECTED(-1, "XML format error: Local:First.txt;1;2", Load());
+    EXPECT_EQ(analyzer.GetNodeMapRef(), nullptr);
+}
+
+TEST_F(Analyzer, AsksForSixteenUrlsAtTheMost) {
+    std::string urls;
+    for (int i = 0; i < 100; ++i) {
+        urls += "http://www.example.com/Name.xml\n";
+    }
+    SetUrl(urls);
+    Open();
+    producer.ClearLog();
+    EXPECT_THROW(analyzer.LoadXMLFromPortHandle(port), CUnexpectedError);
+    EXPECT_EQ(producer.CallCount("GCGetPortURLInfo"), 2U * 16U);
+}
+
+TEST_F(Analyzer, AsksALostDeviceForNoOtherUrl) {
+    SetUrl("Local:First.xml;10000;2\nLocal:Second.xml;10000;2");
+    Open();
+    producer.FailCall("GCReadPort", 1, GenTL::GC_ERR_CUSTOM_ID);
+    EXPECT_RAISES(CDeviceOfflineError, "Planned failure of GCReadPort",
+                  analyzer.LoadXMLFromPortHandle(port));
+    EXPECT_EQ(producer.CallCount("GCReadPort"), 1U);
+}
+
+/// What the first version of the standard lacks.
+class OldAnalyzer : public Analyzer, public ::testing::WithParamInterface<int32_t> {};
+
+TEST_P(OldAnalyzer, TakesTheFirstOfTheUrlsThatOneCallTells) {
+    SetFile("Description.xml", SmallDescription(5));
+    Open();
+    producer.FailCall("GCGetNumPortURLs", 1, GetParam());
+    producer.FailCall("GCGetPortURLInfo", 1, GetParam());
+    producer.ClearLog();
+    analyzer.LoadXMLFromPortHandle(port);
+    EXPECT_EQ(Number(), 5);
+    EXPECT_EQ(producer.CallCount("GCGetPortURL"), 2U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Status, OldAnalyzer,
+                         ::testing::Values(-1, int32_t{GenTL::GC_ERR_NOT_IMPLEMENTED}));
+
 class NoDescription : public Analyzer, public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(NoDescription, FailsToParse) {
@@ -195,6 +252,15 @@ TEST_F(PortOfAModule, RaisesWhatTheProducerRefuses) {
     int64_t back = 0;
     EXPECT_RAISES(CDeviceOfflineError, "Planned failure of GCReadPort",
                   writer.Read(&back, 0x708, sizeof back));
+}
+
+TEST_F(PortOfAModule, RaisesWhereAProducerMovesFewerBytesThanAskedFor) {
+    CPort port1(lib, Open());
+    int64_t number = 0;
+    producer.LieAboutSize("GCReadPort", -3);
+    EXPECT_UNEXPECTED(-1, "Port returned 5 of 8 bytes", port1.Read(&number, 0x708, sizeof number));
+    producer.LieAboutSize("GCWritePort", -8);
+    EXPECT_UNEXPECTED(-1, "Port returned 0 of 8 bytes", port1.Write(&number, 0x708, sizeof number));
 }
 
 }  // namespace

@@ -12,7 +12,11 @@ namespace fs = std::filesystem;
 
 class Loader : public SystemPortTest {
 protected:
-    std::string Load() { return CXMLLoader(lib, Open()).LoadXML(); }
+    std::string Load() {
+        const CXMLLoader loader(lib, Open());
+        EXPECT_EQ(loader.GetUrlCount(), 1U);
+        return loader.LoadXML();
+    }
     std::string LoadFrom(const std::string& url) {
         SetUrl(url);
         return Load();
@@ -88,7 +92,9 @@ TEST_F(Loader, RaisesWithTheUrlAsItArrived) {
 TEST_F(Loader, AsksForTheUrlInTwoCalls) {
     Open();
     producer.ClearLog();
-    CXMLLoader(lib, port).LoadXML();
+    const CXMLLoader loader(lib, port);
+    loader.GetUrlCount();
+    loader.LoadXML();
     EXPECT_THAT(producer.Log(), ::testing::ElementsAre("GCGetNumPortURLs", "GCGetPortURLInfo",
                                                        "GCGetPortURLInfo", "GCReadPort"));
 }

@@ -66,6 +66,42 @@ TEST(Zip, GivesTheDeclaredSizeWhenTheEntryIsShorter) {
     EXPECT_EQ(Unpacked(entry.Build()), std::string("text\0\0", 6));
 }
 
+TEST(Zip, UnpacksAnEntryThatIsStored) {
+    for (const std::string& text : {std::string(), std::string("a\0b", 3), LongText()}) {
+        ZipEntry entry(text);
+        entry.Store(text);
+        EXPECT_EQ(Unpacked(entry.Build()), text);
+    }
+}
+
+TEST(Zip, UnpacksAnEntryWhoseSizesFollowItsData) {
+    for (const std::string& text :
+         {std::string("text"), LongText(), std::string(3000000, 'x'), std::string("a\0b", 3)}) {
+        for (const bool hasMagic : {false, true}) {
+            ZipEntry entry(text);
+            entry.MoveSizesBehind(text, hasMagic);
+            Bytes archive = entry.Build();
+            EXPECT_EQ(Unpacked(archive), text);
+            archive.resize(archive.size() + 100);
+            EXPECT_EQ(Unpacked(archive), text);
+        }
+    }
+}
+
+TEST(Zip, UnpacksAStoredEntryWhoseSizesFollowItsData) {
+    for (const std::string& text : {std::string(), std::string("PK\7\10 text"), LongText()}) {
+        for (const bool hasMagic : {false, true}) {
+            ZipEntry entry(text);
+            entry.Store(text);
+            entry.MoveSizesBehind(text, hasMagic);
+            const Bytes second = ZipEntry("second").Build();
+            Bytes archive = entry.Build();
+            archive.insert(archive.end(), second.begin(), second.end());
+            EXPECT_EQ(Unpacked(archive), text);
+        }
+    }
+}
+
 struct Damage {
     const char* name;
     void (*apply)(ZipEntry& entry);
@@ -88,11 +124,28 @@ INSTANTIATE_TEST_SUITE_P(
                    entry.size = 0;
                }},
         Damage{"FewerBytesDeclaredThanComeOut", [](ZipEntry& entry) { --entry.size; }},
-        Damage{"AnEntryStoredUnpacked",
+        Damage{"AnEntryPackedInAnotherWay", [](ZipEntry& entry) { entry.method = 12; }},
+        Damage{"MoreStoredBytesThanThereAre",
                [](ZipEntry& entry) {
-                   entry.method = 0;
-                   entry.data = ToBytes(LongText());
-                   entry.packedSize = entry.size;
+                   entry.Store(LongText());
+                   entry.data.pop_back();
+               }},
+        Damage{"TwoSizesOfStoredData",
+               [](ZipEntry& entry) {
+                   entry.Store(LongText());
+                   --entry.size;
+               }},
+        Damage{"StoredDataThatNoRecordEnds",
+               [](ZipEntry& entry) {
+                   entry.Store(LongText());
+                   entry.MoveSizesBehind(LongText(), true);
+                   entry.descriptor.pop_back();
+               }},
+        Damage{"PackedDataThatHasNoEnd",
+               [](ZipEntry& entry) {
+                   entry.MoveSizesBehind(LongText(), true);
+                   entry.data.resize(entry.data.size() / 2);
+                   entry.descriptor.clear();
                }},
         Damage{"ACutInItsData", [](ZipEntry& entry) { entry.data.resize(entry.data.size() / 2); }},
         Damage{"ACutThatItsHeaderTells",

@@ -29,6 +29,7 @@ OV_PRODUCER_EXPORT GCReadPort(GenTL::PORT_HANDLE hPort, std::uint64_t iAddress, 
         RequirePointer(pBuffer, "The buffer");
         RequirePointer(piSize, "The size");
         object.GetPort().Read(iAddress, {static_cast<std::byte*>(pBuffer), *piSize});
+        *piSize = Observer().TellSize(Function::GCReadPort, *piSize);
     });
 }
 
@@ -38,6 +39,7 @@ OV_PRODUCER_EXPORT GCWritePort(GenTL::PORT_HANDLE hPort, std::uint64_t iAddress,
         RequirePointer(pBuffer, "The buffer");
         RequirePointer(piSize, "The size");
         object.GetPort().Write(iAddress, {static_cast<const std::byte*>(pBuffer), *piSize});
+        *piSize = Observer().TellSize(Function::GCWritePort, *piSize);
     });
 }
 
