@@ -70,7 +70,8 @@ bool InflateToTheEnd(const unsigned char* data, size_t size, Bytes& out) {
     constexpr size_t kFirstGuess = 4;
     out.assign(std::min(size * kFirstGuess + 1, kMostUnpacked), 0);
     z_stream stream{};
-    if (inflateInit2(&stream, kRawDeflate) != Z_OK) {
+    // Between two calls the output of the first is the window of the second.
+    if (inflateInit2(&stream, -MAX_WBITS) != Z_OK) {
         return false;
     }
     const InflateEnd end{stream};
