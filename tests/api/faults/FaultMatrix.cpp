@@ -187,7 +187,9 @@ void FaultMatrix::Run(const FaultPlan& plan) {
         for (unsigned i = 0; i < step.count; ++i) {
             ++nth[step.call];
             for (const int32_t code : kFaultCodes) {
-                RunOne(plan, {step, nth[step.call], code, false, false, OutcomeOf(step, code)});
+                if (IsFault(step.call, code)) {
+                    RunOne(plan, {step, nth[step.call], code, false, false, OutcomeOf(step, code)});
+                }
             }
             constexpr int32_t kAnyCode = -1010;
             RunOne(plan, {step, nth[step.call], kAnyCode, false, true,
@@ -207,8 +209,10 @@ void FaultMatrix::RunPersistent(const FaultPlan& plan) {
     }
     for (const std::string& call : calls) {
         for (const int32_t code : kFaultCodes) {
-            const Step step = FirstNoticed(plan.steps, call, code);
-            RunOne(plan, {step, 0, code, false, false, OutcomeOf(step, code, true)});
+            if (IsFault(call, code)) {
+                const Step step = FirstNoticed(plan.steps, call, code);
+                RunOne(plan, {step, 0, code, false, false, OutcomeOf(step, code, true)});
+            }
         }
     }
 }

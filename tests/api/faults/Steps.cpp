@@ -71,6 +71,11 @@ Steps DescriptionSteps(Fate fate, const std::string& why) {
     };
 }
 
+bool IsFault(const std::string& call, int32_t code) {
+    const bool isLacking = code == kEntryPointMissing || code == kNotImplemented;
+    return !isLacking || (call != "GCGetNumPortURLs" && call != "GCGetPortURLInfo");
+}
+
 Outcome OutcomeOf(const Step& step, int32_t code, bool persistent, bool mute) {
     switch (step.fate) {
         case Fate::Raised:
