@@ -183,6 +183,12 @@ void StopAcquisition(COvDeviceInfo& info) {
     failure.RaiseIfAny();
 }
 
+static void SendStop(COvDeviceInfo& info) noexcept {
+    OV_RUN_LOGGED([&info] {
+        info.GetDevice()->DoGetRemoteDeviceFeatureControl()->DoSendCommand("AcquisitionStop");
+    });
+}
+
 void EndAcquisition(COvDeviceInfo& info) noexcept {
     OV_RUN_LOGGED([&info] {
         const std::shared_ptr<IDataStream> stream = info.GetStream();
@@ -191,9 +197,7 @@ void EndAcquisition(COvDeviceInfo& info) noexcept {
         if (!stream->DoIsDataStreamAcquisiton()) {
             return;
         }
-        OV_RUN_LOGGED([&info] {
-            info.GetDevice()->DoGetRemoteDeviceFeatureControl()->DoSendCommand("AcquisitionStop");
-        });
+        SendStop(info);
         StopStream(info, *stream);
     });
 }

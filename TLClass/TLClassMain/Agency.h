@@ -57,6 +57,8 @@ protected:
     /// place: if there were no memory for it, the step would stay done.
     template <class Undo>
     void Arm(Undo undo) noexcept {
+        // Both sides are the same for some undos.
+        // NOLINTNEXTLINE(misc-redundant-expression)
         static_assert(sizeof(Undo) <= kRoom && alignof(Undo) <= alignof(void*));
         static_assert(std::is_nothrow_move_constructible_v<Undo>);
         Commit();

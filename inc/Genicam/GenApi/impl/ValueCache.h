@@ -66,6 +66,8 @@ private:
         unsigned lengthClass = 0;
         uint64_t first = 0;
         int64_t length = 0;
+        // The linter takes the comparison that this makes for one with a pointer.
+        // NOLINTNEXTLINE(modernize-use-nullptr)
         auto operator<=>(const Key&) const = default;
     };
 
