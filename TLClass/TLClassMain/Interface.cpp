@@ -82,11 +82,11 @@ void CInterface::DoCloseInterface() {
     // A lost device that nobody closed would hold this interface, and itself
     // be held by it, for ever.
     _ForEachChild<IDevice>([](IDevice& device) { device.DoCloseDevice(); });
-    OV_RUN_LOGGED([this] {
-        for (const auto& device : DoGetLostOpenDeviceList()) {
-            OV_RUN_LOGGED([&device] { device->DoCloseDevice(); });
-        }
-    });
+    DeviceList lost;
+    OV_RUN_LOGGED([&] { lost = DoGetLostOpenDeviceList(); });
+    for (const auto& device : lost) {
+        OV_RUN_LOGGED([&device] { device->DoCloseDevice(); });
+    }
     _ClearChildrenList();
     __SetLostOpenDevices({});
     OV_RUN_LOGGED([this] { __DoResetInterfaceSpecialInformation(); });
