@@ -50,8 +50,8 @@ TEST_F(VirtualLossTest, IsToldWhileFramesFlowAndTheCameraComesBack) {
     ear.frames.WaitFor(3);
     DropOff(50);
     ear.AwaitLoss();
-    int64_t size = 0;
-    EXPECT_EQ(OVGetInt(camera, OV_FEATURE_PayloadSize, &size), OV_STATUS_OFFLINE);
+    int64_t ticks = 0;  // never from a cache
+    EXPECT_EQ(OVGetInt(camera, OV_FEATURE_TimestampLatchValue, &ticks), OV_STATUS_OFFLINE);
     EXPECT_OV_OK(OVCloseDevice(camera));
     EXPECT_EQ(ear.losses, 1U);
     AwaitReturn();

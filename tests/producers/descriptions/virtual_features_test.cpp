@@ -40,6 +40,11 @@ protected:
         return symbolics;
     }
 
+    /// As the camera's own: the description hears nothing of it.
+    void StartBehindTheCaches() { camera.WriteRegister(kAcquisitionStart, std::uint32_t{1}); }
+
+    static constexpr std::uint64_t kFlips = 0x348;
+    static constexpr std::uint64_t kAcquisitionStart = 0x408;
     GenTLApi api{OV_TEST_VIRTUAL_PRODUCER};
     OpenCamera camera{api};
     std::optional<LiveDescription> live;
@@ -186,6 +191,98 @@ TEST_F(VirtualFeatures, TemperatureHasAUnit) {
     const double sensor = Float("DeviceTemperature").GetValue();
     Enum("DeviceTemperatureSelector").FromString("Mainboard");
     EXPECT_LT(Float("DeviceTemperature").GetValue(), sensor);
+}
+
+TEST_F(VirtualFeatures, SelectorThatTheDescriptionHoldsIsNotTheCameras) {
+    Open(0);
+    const LiveDescription other(api, camera.port);
+    Enum("DeviceTemperatureSelector").FromString("Mainboard");
+    EXPECT_EQ(Enum("DeviceTemperatureSelector").ToString(), "Mainboard");
+    EXPECT_EQ(other.As<GenApi::IEnumeration>("DeviceTemperatureSelector").ToString(), "Sensor");
+    live->Map().InvalidateNodes();
+    EXPECT_EQ(Enum("DeviceTemperatureSelector").ToString(), "Mainboard");
+}
+
+TEST_F(VirtualFeatures, TemperatureIsPolled) {
+    Open(0);
+    const double atRest = Float("DeviceTemperature").GetValue();
+    StartBehindTheCaches();
+    EXPECT_DOUBLE_EQ(Float("DeviceTemperature").GetValue(), atRest);
+    live->Map().Poll(999);
+    EXPECT_DOUBLE_EQ(Float("DeviceTemperature").GetValue(), atRest);
+    live->Map().Poll(1);
+    EXPECT_GT(Float("DeviceTemperature").GetValue(), atRest);
+}
+
+TEST_F(VirtualFeatures, StatusOfATriggerIsThereInTriggerMode) {
+    Open(0);
+    auto& status = live->As<GenApi::IBoolean>("AcquisitionStatus");
+    EXPECT_EQ(status.GetAccessMode(), GenApi::RO);
+    EXPECT_FALSE(status.GetValue());
+    Enum("AcquisitionStatusSelector").FromString("FrameTriggerWait");
+    EXPECT_EQ(status.GetAccessMode(), GenApi::NA);
+    Enum("TriggerMode").FromString("On");
+    EXPECT_EQ(status.GetAccessMode(), GenApi::RO);
+    StartBehindTheCaches();
+    EXPECT_TRUE(status.GetValue());
+    Enum("AcquisitionStatusSelector").FromString("AcquisitionActive");
+    Enum("TriggerMode").FromString("Off");
+    EXPECT_TRUE(status.GetValue());
+}
+
+TEST_F(VirtualFeatures, MirrorsOfOneRegisterLeaveEachOtherAlone) {
+    Open(0);
+    auto& x = live->As<GenApi::IBoolean>("ReverseX");
+    auto& y = live->As<GenApi::IBoolean>("ReverseY");
+    EXPECT_FALSE(x.GetValue());
+    y.SetValue(true);
+    x.SetValue(true);
+    EXPECT_TRUE(y.GetValue());
+    y.SetValue(false);
+    EXPECT_TRUE(x.GetValue());
+    x.SetValue(false);
+    EXPECT_FALSE(y.GetValue());
+    EXPECT_EQ(camera.ReadRegister<std::uint32_t>(kFlips), 0U);
+}
+
+TEST_F(VirtualFeatures, PayloadSizeComesFromTheCacheUntilTheFrameChanges) {
+    Open(0);
+    auto& size = Integer("PayloadSize");
+    EXPECT_EQ(size.GetValue(), 2448 * 2048);
+    EXPECT_TRUE(live->As<GenApi::IValue>("PayloadSize").IsValueCacheValid());
+    Integer("Width").SetValue(1224);
+    EXPECT_EQ(size.GetValue(), 1224 * 2048);
+    Integer("BinningVertical").SetValue(2);
+    EXPECT_EQ(size.GetValue(), 1224 * 1024);
+    Enum("PixelFormat").FromString("BayerRG10p");
+    EXPECT_EQ(size.GetValue(), 1224 * 1024 / 4 * 5);
+    live->As<GenApi::IBoolean>("ChunkModeActive").SetValue(true);
+    EXPECT_GT(size.GetValue(), 1224 * 1024 / 4 * 5);
+    Execute("DeviceReset");
+    EXPECT_EQ(size.GetValue(), 2448 * 2048);
+}
+
+TEST_F(VirtualFeatures, SettingsThatCannotBeCombinedAreReadAnew) {
+    Open(0);
+    Execute("DeviceRegistersStreamingStart");
+    Integer("Width").SetValue(640);
+    Integer("OffsetX").SetValue(1800);
+    Integer("BinningHorizontal").SetValue(2);
+    EXPECT_ANY_THROW(Execute("DeviceRegistersStreamingEnd"));
+    EXPECT_EQ(Integer("Width").GetValue(), 2448);
+    EXPECT_EQ(Integer("OffsetX").GetValue(), 0);
+    EXPECT_EQ(Integer("BinningHorizontal").GetValue(), 1);
+    EXPECT_EQ(Integer("PayloadSize").GetValue(), 2448 * 2048);
+}
+
+TEST_F(VirtualFeatures, ResetSelectsTheFirstAgain) {
+    Open(0);
+    Enum("UserSetSelector").FromString("UserSet1");
+    Integer("LUTIndex").SetValue(7);
+    Execute("DeviceReset");
+    EXPECT_EQ(Enum("UserSetSelector").ToString(), "Default");
+    EXPECT_EQ(Integer("LUTIndex").GetValue(), 0);
+    EXPECT_EQ(Integer("LUTValue").GetValue(), 0);
 }
 
 TEST_F(VirtualFeatures, SettingsThatComeInWholeStepsTellTheStep) {
