@@ -9,6 +9,7 @@
 #include "OvIAPI.h"
 #include "TLClassFeature/FeatureControl.h"
 #include "TLClassLoadTL/OvException.h"
+#include "TLClassMain/Device.h"
 
 using namespace OVTLClass;
 
@@ -59,6 +60,7 @@ OV_STATUS OVSetString(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, const char
     feature.Control().DoSetString(feature.Name(), pszContent);
     if (featureID == OV_FEATURE_DeviceUserID) {
         feature.Info().SetUserId(pszContent);
+        feature.Info().GetDevice()->DoSetUserId(pszContent);
         CDeviceManager::GetInstance().GetDeviceInfoFactory().SetKnownUserId(feature.Info().deviceId,
                                                                             pszContent);
     }

@@ -37,9 +37,11 @@ void ReadAddresses(COvDeviceInfo& entry, IDevice& device, IInterface& owner) {
     entry.adapterDescription = owner.DoGetCommonInterfaceInfo().description.value;
 }
 
+/// Cameras without an address are different ones.
 bool HasMac(const OvDeviceInfoList& list, int64_t mac) {
-    return std::any_of(list.begin(), list.end(),
-                       [mac](const auto& entry) { return entry->deviceAddresses.mac == mac; });
+    return mac != 0 && std::any_of(list.begin(), list.end(), [mac](const auto& entry) {
+               return entry->deviceAddresses.mac == mac;
+           });
 }
 
 OvDeviceInfoList ReadGevDevices(ITL& tl, const std::string& tlId) {
@@ -57,7 +59,7 @@ OvDeviceInfoList ReadGevDevices(ITL& tl, const std::string& tlId) {
             }
         }
     }
-    std::sort(list.begin(), list.end(), [](const auto& left, const auto& right) {
+    std::stable_sort(list.begin(), list.end(), [](const auto& left, const auto& right) {
         return static_cast<uint64_t>(left->deviceAddresses.mac) <
                static_cast<uint64_t>(right->deviceAddresses.mac);
     });
@@ -68,7 +70,11 @@ OvDeviceInfoList ReadGenericDevices(ITL& tl, const std::string& tlId) {
     OvDeviceInfoList list;
     for (const auto& owner : tl.DoGetInterfaceList()) {
         for (const auto& device : owner->DoGetDeviceList()) {
-            list.push_back(ReadDevice(device, tlId));
+            auto entry = ReadDevice(device, tlId);
+            if (entry->GetDeviceClass() == OV_DEVICE_CLASS_GEV) {
+                ReadAddresses(*entry, *device, *owner);
+            }
+            list.push_back(std::move(entry));
         }
     }
     return list;

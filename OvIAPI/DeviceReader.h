@@ -13,6 +13,7 @@ class ITL;
 using OvDeviceInfoList = std::vector<std::shared_ptr<COvDeviceInfo>>;
 
 /// The cameras of one producer. For GigE Vision one entry for each MAC address,
-/// sorted by it, with addresses, and none for a device that an application made
-/// by opening an address; for every other transport in the producer's order.
+/// sorted by it, and none for a device that an application made by opening an
+/// address; for every other transport in the producer's order. Those that speak
+/// GigE Vision have addresses.
 OvDeviceInfoList ReadDevicesOf(OVTLClass::ITL& tl);

@@ -117,6 +117,10 @@ int64_t CFeatureControl::DoGetInt(const std::string& name) const {
     return OV_ENGINE_GET(__GetNodeHandle<IInteger>(name).GetValue(false, false));
 }
 
+int64_t CFeatureControl::DoReadInt(const std::string& name) const {
+    return OV_ENGINE_GET(__GetNodeHandle<IInteger>(name).GetValue(false, true));
+}
+
 void CFeatureControl::DoSetInt(const std::string& name, int64_t value) const {
     OV_ENGINE_SET(__GetNodeHandle<IInteger>(name).SetValue(value, true));
 }
@@ -181,6 +185,10 @@ int64_t CFeatureControl::DoGetMaxStringLength(const std::string& name) const {
 
 std::string CFeatureControl::DoGetString(const std::string& name) const {
     return OV_ENGINE_GET(ToStd(__GetNodeHandle<IString>(name).GetValue(false, false)));
+}
+
+std::string CFeatureControl::DoReadString(const std::string& name) const {
+    return OV_ENGINE_GET(ToStd(__GetNodeHandle<IString>(name).GetValue(false, true)));
 }
 
 void CFeatureControl::DoSetString(const std::string& name, const std::string& value) const {

@@ -26,6 +26,7 @@ public:
     bool DoIsWritable(const std::string& name) const override;
     FEATURE_INT_RANGE DoGetIntRange(const std::string& name) const override;
     int64_t DoGetInt(const std::string& name) const override;
+    int64_t DoReadInt(const std::string& name) const override;
     void DoSetInt(const std::string& name, int64_t value) const override;
     FEATURE_FLOAT_RANGE DoGetFloatRange(const std::string& name) const override;
     double DoGetFloat(const std::string& name) const override;
@@ -40,6 +41,7 @@ public:
     void DoSetBool(const std::string& name, bool value) const override;
     int64_t DoGetMaxStringLength(const std::string& name) const override;
     std::string DoGetString(const std::string& name) const override;
+    std::string DoReadString(const std::string& name) const override;
     void DoSetString(const std::string& name, const std::string& value) const override;
     size_t DoGetBufferLength(const std::string& name) const override;
     void DoGetBuffer(const std::string& name, size_t size, uint8_t* buffer) const override;

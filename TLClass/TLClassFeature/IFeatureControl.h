@@ -59,6 +59,8 @@ public:
     virtual bool DoIsWritable(const std::string& name) const = 0;
     virtual FEATURE_INT_RANGE DoGetIntRange(const std::string& name) const = 0;
     virtual int64_t DoGetInt(const std::string& name) const = 0;
+    /// As above, past the caches.
+    virtual int64_t DoReadInt(const std::string& name) const = 0;
     virtual void DoSetInt(const std::string& name, int64_t value) const = 0;
     virtual FEATURE_FLOAT_RANGE DoGetFloatRange(const std::string& name) const = 0;
     virtual double DoGetFloat(const std::string& name) const = 0;
@@ -77,6 +79,8 @@ public:
     /// Without a terminating zero.
     virtual int64_t DoGetMaxStringLength(const std::string& name) const = 0;
     virtual std::string DoGetString(const std::string& name) const = 0;
+    /// As above, past the caches.
+    virtual std::string DoReadString(const std::string& name) const = 0;
     virtual void DoSetString(const std::string& name, const std::string& value) const = 0;
     virtual size_t DoGetBufferLength(const std::string& name) const = 0;
     /// Reads the whole feature into `buffer` of `size` bytes.

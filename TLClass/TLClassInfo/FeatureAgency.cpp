@@ -7,13 +7,12 @@ namespace OVTLClass {
 namespace {
 
 /// Reads index by index up to the first failure.
-template <class Record, class Count, class Read>
-std::vector<Record> ReadAll(const Count& count, const Read& read) {
+template <class Record, class Read>
+std::vector<Record> ReadAll(size_t count, const Read& read) {
     std::vector<Record> all;
     OV_RUN_LOGGED([&] {
-        const int64_t number = count();
-        for (int64_t index = 0; index < number; ++index) {
-            all.push_back(read(index));
+        for (size_t index = 0; index < count; ++index) {
+            all.push_back(read(static_cast<int64_t>(index)));
         }
     });
     return all;
@@ -22,19 +21,17 @@ std::vector<Record> ReadAll(const Count& count, const Read& read) {
 }  // namespace
 
 std::vector<GEV_IF_INFO> CGevFeatureAgency::GetAllInterfaceFeatureByTL(
-    const IFeatureControl& control) {
+    const IFeatureControl& control, size_t count) {
     const CGevTLFeature reader(control);
     return ReadAll<GEV_IF_INFO>(
-        [&] { return reader.GetInterfaceCount(); },
-        [&](int64_t index) { return reader.GetGevInterfaceInfoByIndex(index); });
+        count, [&](int64_t index) { return reader.GetGevInterfaceInfoByIndex(index); });
 }
 
 std::vector<GEV_DEV_INFO> CGevFeatureAgency::GetAllDeviceFeatureByInterface(
-    const IFeatureControl& control) {
+    const IFeatureControl& control, size_t count) {
     const CGevInterfaceFeature reader(control);
     return ReadAll<GEV_DEV_INFO>(
-        [&] { return reader.GetDeviceCount(); },
-        [&](int64_t index) { return reader.GetGevDeviceInfoByIndex(index); });
+        count, [&](int64_t index) { return reader.GetGevDeviceInfoByIndex(index); });
 }
 
 GEV_TL_INFO CGevFeatureAgency::GetTLFeatureBySelf(const IFeatureControl& control) {
@@ -50,11 +47,10 @@ GEV_DEV_INFO CGevFeatureAgency::GetDeviceFeatureBySelf(const IFeatureControl& co
 }
 
 std::vector<COMMON_DEVICE_INFO> CCommonFeatureAgency::GetAllDeviceFeatureByInterface(
-    const IFeatureControl& control) {
+    const IFeatureControl& control, size_t count) {
     const CCommonInterfaceFeature reader(control);
     return ReadAll<COMMON_DEVICE_INFO>(
-        [&] { return reader.GetDeviceCount(); },
-        [&](int64_t index) { return reader.GetCommonDeviceInfoByIndex(index); });
+        count, [&](int64_t index) { return reader.GetCommonDeviceInfoByIndex(index); });
 }
 
 COMMON_INTERFACE_INFO CCommonFeatureAgency::GetInterfaceFeatureBySelf(

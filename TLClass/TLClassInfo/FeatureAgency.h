@@ -1,6 +1,7 @@
 #pragma once
 /// Front doors to what a module's own features tell.
 
+#include <cstddef>
 #include <vector>
 
 #include "TLClassFeature/IFeatureControl.h"
@@ -8,12 +9,15 @@
 
 namespace OVTLClass {
 
-/// What only GigE Vision modules have. The "All" forms give what they gathered
-/// before a failure.
+/// What only GigE Vision modules have. The "All" forms read as many records as the
+/// producer counts children: a selector may bound its values by an old count. They
+/// return what they gathered before a failure.
 class CGevFeatureAgency {
 public:
-    static std::vector<GEV_IF_INFO> GetAllInterfaceFeatureByTL(const IFeatureControl& control);
-    static std::vector<GEV_DEV_INFO> GetAllDeviceFeatureByInterface(const IFeatureControl& control);
+    static std::vector<GEV_IF_INFO> GetAllInterfaceFeatureByTL(const IFeatureControl& control,
+                                                               size_t count);
+    static std::vector<GEV_DEV_INFO> GetAllDeviceFeatureByInterface(const IFeatureControl& control,
+                                                                    size_t count);
     static GEV_TL_INFO GetTLFeatureBySelf(const IFeatureControl& control);
     static GEV_IF_INFO GetInterfaceFeatureBySelf(const IFeatureControl& control);
     static GEV_DEV_INFO GetDeviceFeatureBySelf(const IFeatureControl& control);
@@ -23,7 +27,7 @@ public:
 class CCommonFeatureAgency {
 public:
     static std::vector<COMMON_DEVICE_INFO> GetAllDeviceFeatureByInterface(
-        const IFeatureControl& control);
+        const IFeatureControl& control, size_t count);
     static COMMON_INTERFACE_INFO GetInterfaceFeatureBySelf(const IFeatureControl& control);
     static COMMON_DEVICE_INFO GetDeviceFeatureBySelf(const IFeatureControl& control);
 };

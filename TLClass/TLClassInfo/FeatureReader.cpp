@@ -1,8 +1,8 @@
 #include "TLClassInfo/FeatureReader.h"
 
-#include <limits>
-
 #include "Base/GCException.h"
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassLoadTL/OvLog.h"
 
 namespace OVTLClass {
 
@@ -25,16 +25,26 @@ bool Succeeds(const Read& read) {
 }
 
 void ReadInt(const IFeatureControl& control, const char* name, InfoInt64& info) {
-    info.valid = Succeeds([&] { info.value = control.DoGetInt(name); });
+    info.valid = Succeeds([&] { info.value = control.DoReadInt(name); });
 }
 
 void ReadString(const IFeatureControl& control, const char* name, InfoString& info) {
-    info.valid = Succeeds([&] { info.value = control.DoGetString(name); });
+    info.valid = Succeeds([&] { info.value = control.DoReadString(name); });
 }
 
-int64_t CountOf(const IFeatureControl& control, const char* selector) {
-    const int64_t last = control.DoGetIntRange(selector).max;
-    return last < std::numeric_limits<int64_t>::max() ? last + 1 : last;
+/// Whether the selector takes the index. A description may bound its selector
+/// wrongly or lack it; the module is listed all the same.
+bool Selects(const IFeatureControl& control, const char* selector, int64_t index) {
+    if (!control.DoIsImplemented(selector)) {
+        return false;
+    }
+    try {
+        control.DoSetInt(selector, index);
+        return true;
+    } catch (const COutOfRangeError& error) {
+        OV_LOG(error.what());
+        return false;
+    }
 }
 
 struct AddressNames {
@@ -72,10 +82,6 @@ COMMON_DEVICE_INFO ReadCommonDevice(const IFeatureControl& control) {
 
 }  // namespace
 
-int64_t CGevTLFeature::GetInterfaceCount() const {
-    return CountOf(m_control, kInterfaceSelector);
-}
-
 GEV_TL_INFO CGevTLFeature::GetGevTLInfo() const {
     GEV_TL_INFO info;
     ReadInt(m_control, "GevVersionMajor", info.versionMajor);
@@ -84,12 +90,10 @@ GEV_TL_INFO CGevTLFeature::GetGevTLInfo() const {
 }
 
 GEV_IF_INFO CGevTLFeature::GetGevInterfaceInfoByIndex(int64_t index) const {
-    m_control.DoSetInt(kInterfaceSelector, index);
+    if (!Selects(m_control, kInterfaceSelector, index)) {
+        return {};
+    }
     return ReadAddresses<GEV_IF_INFO>(m_control, kInterfaceInSystem);
-}
-
-int64_t CGevInterfaceFeature::GetDeviceCount() const {
-    return CountOf(m_control, kDeviceSelector);
 }
 
 GEV_IF_INFO CGevInterfaceFeature::GetGevInterfaceInfo() const {
@@ -97,16 +101,14 @@ GEV_IF_INFO CGevInterfaceFeature::GetGevInterfaceInfo() const {
 }
 
 GEV_DEV_INFO CGevInterfaceFeature::GetGevDeviceInfoByIndex(int64_t index) const {
-    m_control.DoSetInt(kDeviceSelector, index);
+    if (!Selects(m_control, kDeviceSelector, index)) {
+        return {};
+    }
     return ReadAddresses<GEV_DEV_INFO>(m_control, kDevice);
 }
 
 GEV_DEV_INFO CGevDeviceFeature::GetGevDeviceInfo() const {
     return ReadAddresses<GEV_DEV_INFO>(m_control, kDevice);
-}
-
-int64_t CCommonInterfaceFeature::GetDeviceCount() const {
-    return CountOf(m_control, kDeviceSelector);
 }
 
 COMMON_INTERFACE_INFO CCommonInterfaceFeature::GetCommonInterfaceInfo() const {
@@ -116,7 +118,9 @@ COMMON_INTERFACE_INFO CCommonInterfaceFeature::GetCommonInterfaceInfo() const {
 }
 
 COMMON_DEVICE_INFO CCommonInterfaceFeature::GetCommonDeviceInfoByIndex(int64_t index) const {
-    m_control.DoSetInt(kDeviceSelector, index);
+    if (!Selects(m_control, kDeviceSelector, index)) {
+        return {};
+    }
     return ReadCommonDevice(m_control);
 }
 

@@ -2,7 +2,9 @@
 /// Reads records from the features of a module's own description.
 ///
 /// A producer may lack any feature: each value is read inside its own guard,
-/// and one that fails is left invalid.
+/// and one that fails is left invalid. Values are read past the caches, because
+/// cameras change them without a word to the module. An index that the selector
+/// doesn't take leaves the whole record invalid.
 
 #include <cstdint>
 #include <vector>
@@ -16,7 +18,6 @@ namespace OVTLClass {
 class CGevTLFeature {
 public:
     explicit CGevTLFeature(const IFeatureControl& control) : m_control(control) {}
-    int64_t GetInterfaceCount() const;
     GEV_TL_INFO GetGevTLInfo() const;
     GEV_IF_INFO GetGevInterfaceInfoByIndex(int64_t index) const;
 
@@ -28,7 +29,6 @@ private:
 class CGevInterfaceFeature {
 public:
     explicit CGevInterfaceFeature(const IFeatureControl& control) : m_control(control) {}
-    int64_t GetDeviceCount() const;
     GEV_IF_INFO GetGevInterfaceInfo() const;
     GEV_DEV_INFO GetGevDeviceInfoByIndex(int64_t index) const;
 
@@ -50,7 +50,6 @@ private:
 class CCommonInterfaceFeature {
 public:
     explicit CCommonInterfaceFeature(const IFeatureControl& control) : m_control(control) {}
-    int64_t GetDeviceCount() const;
     COMMON_INTERFACE_INFO GetCommonInterfaceInfo() const;
     COMMON_DEVICE_INFO GetCommonDeviceInfoByIndex(int64_t index) const;
 

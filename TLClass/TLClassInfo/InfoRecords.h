@@ -14,6 +14,14 @@ template <class T>
 struct InfoValue {
     T value{};
     bool valid = false;
+
+    /// Takes a newer value. One that the producer didn't give this time leaves
+    /// what is known.
+    void Renew(const InfoValue& newer) {
+        if (newer.valid) {
+            *this = newer;
+        }
+    }
 };
 
 using InfoString = InfoValue<std::string>;
@@ -66,6 +74,13 @@ struct GEV_ADDRESS_INFO : SPECIAL_INFO {
     InfoInt64 ipAddress;
     InfoInt64 subnetMask;
     InfoInt64 gateway;
+
+    void Renew(const GEV_ADDRESS_INFO& newer) {
+        macAddress.Renew(newer.macAddress);
+        ipAddress.Renew(newer.ipAddress);
+        subnetMask.Renew(newer.subnetMask);
+        gateway.Renew(newer.gateway);
+    }
 };
 
 struct GEV_IF_INFO : GEV_ADDRESS_INFO {};

@@ -161,12 +161,29 @@ COMMON_DEVICE_INFO CDevice::DoGetCommonDeviceInfo() {
 
 void CDevice::DoUpdateDeviceInformation(const DEV_INFO& info) {
     const CAutoLock lock(m_infoLock);
-    m_info = info;
-    m_info.pCommonInfo = nullptr;
-    m_info.pSpecialInfo = nullptr;
+    m_info.id = info.id;
+    m_info.vendor.Renew(info.vendor);
+    m_info.model.Renew(info.model);
+    m_info.tlType.Renew(info.tlType);
+    m_info.displayName.Renew(info.displayName);
+    m_info.accessStatus.Renew(info.accessStatus);
     if (info.pCommonInfo != nullptr) {
-        m_commonInfo = *info.pCommonInfo;
+        __RenewCommonInformation(*info.pCommonInfo);
     }
+}
+
+void CDevice::__RenewCommonInformation(const COMMON_DEVICE_INFO& newer) {
+    m_commonInfo.serialNumber.Renew(newer.serialNumber);
+    m_commonInfo.version.Renew(newer.version);
+    if (!m_toldUserId.valid || newer.userId.value != m_toldUserId.value) {
+        m_commonInfo.userId.Renew(newer.userId);
+    }
+    m_toldUserId.Renew(newer.userId);
+}
+
+void CDevice::DoSetUserId(const std::string& userId) {
+    const CAutoLock lock(m_infoLock);
+    m_commonInfo.userId = {userId, true};
 }
 
 CDevice::DataStreamList CDevice::DoGetDataStreamList() {
@@ -215,7 +232,7 @@ void CGevDevice::DoUpdateDeviceInformation(const DEV_INFO& info) {
     CDevice::DoUpdateDeviceInformation(info);
     if (const auto* const gevInfo = dynamic_cast<const GEV_DEV_INFO*>(info.pSpecialInfo)) {
         const CAutoLock lock(m_gevInfoLock);
-        m_gevInfo = *gevInfo;
+        m_gevInfo.Renew(*gevInfo);
     }
 }
 

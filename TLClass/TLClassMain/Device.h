@@ -74,7 +74,11 @@ public:
     virtual void DoForceIp(const std::string& ip, const std::string& mask,
                            const std::string& gateway) = 0;
     virtual void DoResetDevice(int32_t mode) = 0;
+    /// Takes what a search told of the camera; facts that it didn't tell stay.
     virtual void DoUpdateDeviceInformation(const DEV_INFO& info) = 0;
+    /// Takes a name that was written to the camera. It stays until a search tells
+    /// another than before: producers may know the old one for long.
+    virtual void DoSetUserId(const std::string& userId) = 0;
     virtual GenApi_3_0_ORVANE::CNodeMapRef* DoGetDeviceNodeMapRef() = 0;
     virtual CNativeDeviceOfflineEvent& DOGetCNativeDeviceOfflineEvent() = 0;
 };
@@ -114,6 +118,7 @@ public:
                    const std::string& gateway) override;
     void DoResetDevice(int32_t mode) override;
     void DoUpdateDeviceInformation(const DEV_INFO& info) override;
+    void DoSetUserId(const std::string& userId) override;
     GenApi_3_0_ORVANE::CNodeMapRef* DoGetDeviceNodeMapRef() override { return GetNodeMapRef(); }
     CNativeDeviceOfflineEvent& DOGetCNativeDeviceOfflineEvent() override {
         return m_offlineEvent.GetNativeDeviceOfflineEvent();
@@ -124,6 +129,7 @@ private:
     class CUpdateDSListAgency;
     class CRegisterDeviceOfflineEventAgency;
 
+    void __RenewCommonInformation(const COMMON_DEVICE_INFO& newer);
     void __Open(int32_t accessMode);
     void* __GetRemotePort(void* deviceHandle) const;
     void __UpdateDSList(void* deviceHandle);
@@ -136,6 +142,8 @@ private:
     CLock m_infoLock{LockRank::Information};
     DEV_INFO m_info;
     COMMON_DEVICE_INFO m_commonInfo;
+    /// By the last search.
+    InfoString m_toldUserId;
     std::atomic<bool> m_open{false};
     int32_t m_accessMode = 1;
     CXMLAnalyzer m_remoteXml;

@@ -28,7 +28,8 @@ void CGevInterface::DoUpdateInterfaceInformation(const IF_INFO& info) {
     CInterface::DoUpdateInterfaceInformation(info);
     if (const auto* const gevInfo = dynamic_cast<const GEV_IF_INFO*>(info.pSpecialInfo)) {
         const CAutoLock lock(m_gevInfoLock);
-        m_gevInfo = *gevInfo;
+        // Systems needn't know the addresses that the interface itself told.
+        m_gevInfo.Renew(*gevInfo);
     }
 }
 
@@ -48,8 +49,10 @@ void CGevInterface::__DoResetInterfaceSpecialInformation() {
     m_gevInfo = {};
 }
 
-void CGevInterface::__DoAcquireAllDeviceSpecialInformation(const IFeatureControl& control) {
-    std::vector<GEV_DEV_INFO> infos = CGevFeatureAgency::GetAllDeviceFeatureByInterface(control);
+void CGevInterface::__DoAcquireAllDeviceSpecialInformation(const IFeatureControl& control,
+                                                           size_t count) {
+    std::vector<GEV_DEV_INFO> infos =
+        CGevFeatureAgency::GetAllDeviceFeatureByInterface(control, count);
     m_gevDeviceInfos.swap(infos);
 }
 

@@ -117,7 +117,8 @@ void CInterface::__DoAcquireInterfaceSpecialInformation(const IFeatureControl& /
 
 void CInterface::__DoResetInterfaceSpecialInformation() {}
 
-void CInterface::__DoAcquireAllDeviceSpecialInformation(const IFeatureControl& /*control*/) {}
+void CInterface::__DoAcquireAllDeviceSpecialInformation(const IFeatureControl& /*control*/,
+                                                        size_t /*count*/) {}
 
 void CInterface::__DoResetAllDeviceSpecialInformation() {}
 

@@ -17,8 +17,9 @@ public:
     using DeviceList = std::vector<std::shared_ptr<IDevice>>;
     using CGcObject::CGcObject;
 
-    /// Has the producer search for cameras and renews the children. What goes
-    /// wrong is logged and leaves the list as it was.
+    /// Has the producer search for cameras and renews the children, or only what is
+    /// known of them when they are the same. What goes wrong is logged and leaves the
+    /// list as it was; the next update renews it.
     /// @param timeout  for the producer, in milliseconds
     /// @param changed  whether the list is another now
     virtual void DoUpdateDeviceList(unsigned timeout, bool& changed) = 0;
@@ -37,7 +38,8 @@ protected:
     // What only one transport knows of the interface and of its devices.
     virtual void __DoAcquireInterfaceSpecialInformation(const IFeatureControl& control) = 0;
     virtual void __DoResetInterfaceSpecialInformation() = 0;
-    virtual void __DoAcquireAllDeviceSpecialInformation(const IFeatureControl& control) = 0;
+    virtual void __DoAcquireAllDeviceSpecialInformation(const IFeatureControl& control,
+                                                        size_t count) = 0;
     virtual void __DoResetAllDeviceSpecialInformation() = 0;
     virtual std::vector<SPECIAL_INFO*> __DoGetAllDeviceSpecialInformation(size_t count) = 0;
 };
@@ -68,7 +70,8 @@ public:
 protected:
     void __DoAcquireInterfaceSpecialInformation(const IFeatureControl& control) override;
     void __DoResetInterfaceSpecialInformation() override;
-    void __DoAcquireAllDeviceSpecialInformation(const IFeatureControl& control) override;
+    void __DoAcquireAllDeviceSpecialInformation(const IFeatureControl& control,
+                                                size_t count) override;
     void __DoResetAllDeviceSpecialInformation() override;
     std::vector<SPECIAL_INFO*> __DoGetAllDeviceSpecialInformation(size_t count) override;
 
@@ -81,7 +84,12 @@ private:
     class CResetDeviceInformationAgency;
 
     void __DropClosedLostDevices();
+    /// Calls `act` with what the producer tells of its devices now.
+    template <class Act>
+    void __WithDeviceRecords(const Act& act);
     void __RenewDeviceList();
+    void __RefreshDevices();
+    void __TakeDeviceList(std::vector<DEV_INFO>& records);
     DeviceList __CompareDeviceList(std::vector<DEV_INFO>& records, const DeviceList& known);
     void __SetLostOpenDevices(DeviceList lost);
 
@@ -93,6 +101,8 @@ private:
     COMMON_INTERFACE_INFO m_commonInfo;
     bool m_open = false;
     CLock m_updateLock{LockRank::InterfaceUpdate};
+    /// The producer reported a change that the list doesn't show yet.
+    bool m_listIsStale = false;
     DeviceList m_lostOpen;
     CLock m_lostLock{LockRank::LostDevices};
     CLock m_deviceListLock{LockRank::DeviceList};
@@ -120,7 +130,8 @@ public:
 protected:
     void __DoAcquireInterfaceSpecialInformation(const IFeatureControl& control) override;
     void __DoResetInterfaceSpecialInformation() override;
-    void __DoAcquireAllDeviceSpecialInformation(const IFeatureControl& control) override;
+    void __DoAcquireAllDeviceSpecialInformation(const IFeatureControl& control,
+                                                size_t count) override;
     void __DoResetAllDeviceSpecialInformation() override;
     std::vector<SPECIAL_INFO*> __DoGetAllDeviceSpecialInformation(size_t count) override;
 

@@ -1,5 +1,8 @@
 #include "TLClassMain/ParallelUpdater.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "TLClassMain/Interface.h"
 #include "TLClassMain/TL.h"
 #include "TLClassMain/Updater.h"
@@ -26,8 +29,14 @@ void CGevParallelUpdater::DoUpdateInterfaceList(unsigned timeout, bool& changed)
 }
 
 void CGevParallelUpdater::DoUpdateDeviceList(unsigned timeout, unsigned interval, bool& changed) {
-    CStaticParalledUpdater::UpdateDeviceList(__FilterInterfaceForUpdate(DoGetAllInterfaceList()),
-                                             timeout, interval, changed);
+    const InterfacePointerList all = DoGetAllInterfaceList();
+    CStaticParalledUpdater::UpdateDeviceList(__FilterInterfaceForUpdate(all), timeout, interval,
+                                             changed);
+    // Apart from the adapters: a bus that is listed at once would stop their search.
+    bool othersChanged = false;
+    CStaticParalledUpdater::UpdateDeviceList(__FilterOtherInterface(all), timeout, interval,
+                                             othersChanged);
+    changed = changed || othersChanged;
 }
 
 InterfacePointerList CGevParallelUpdater::DoGetAllInterfaceList() {
@@ -49,6 +58,16 @@ InterfacePointerList CGevParallelUpdater::__FilterInterfaceForUpdate(
         }
         list.push_back(candidate);
     }
+    return list;
+}
+
+InterfacePointerList CGevParallelUpdater::__FilterOtherInterface(
+    const InterfacePointerList& interfaces) {
+    InterfacePointerList list;
+    std::copy_if(interfaces.begin(), interfaces.end(), std::back_inserter(list),
+                 [](const auto& candidate) {
+                     return std::dynamic_pointer_cast<CGevInterface>(candidate) == nullptr;
+                 });
     return list;
 }
 

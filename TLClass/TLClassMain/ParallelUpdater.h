@@ -29,7 +29,8 @@ private:
 };
 
 /// An adapter without an address can't be searched: its list is refreshed in
-/// place, without a thread.
+/// place, without a thread. Interfaces of other types are searched after the
+/// adapters: they may have cameras as well.
 class CGevParallelUpdater : public IParallelUpdater {
 public:
     explicit CGevParallelUpdater(const GevTLList& tls);
@@ -40,6 +41,7 @@ public:
 
 private:
     static InterfacePointerList __FilterInterfaceForUpdate(const InterfacePointerList& interfaces);
+    static InterfacePointerList __FilterOtherInterface(const InterfacePointerList& interfaces);
 
     TLList m_tls;
 };

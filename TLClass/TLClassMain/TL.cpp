@@ -82,7 +82,8 @@ std::vector<SPECIAL_INFO*> CTL::__DoGetAllInterfaceSpecialInformation(size_t cou
 
 void CTL::__DoResetTLSpecialInformation() {}
 
-void CTL::__DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& /*control*/) {}
+void CTL::__DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& /*control*/,
+                                                    size_t /*count*/) {}
 
 void CTL::__DoResetAllInterfaceSpecialInformation() {}
 
@@ -103,8 +104,9 @@ void CGevTL::__DoResetTLSpecialInformation() {
     m_gevInfo = {};
 }
 
-void CGevTL::__DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& control) {
-    m_gevInterfaceInfos = CGevFeatureAgency::GetAllInterfaceFeatureByTL(control);
+void CGevTL::__DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& control,
+                                                       size_t count) {
+    m_gevInterfaceInfos = CGevFeatureAgency::GetAllInterfaceFeatureByTL(control, count);
 }
 
 void CGevTL::__DoResetAllInterfaceSpecialInformation() {

@@ -16,7 +16,9 @@ class ITL : public CGcObject {
 public:
     using CGcObject::CGcObject;
 
-    /// Has the producer look for interfaces and renews the children.
+    /// Has the producer look for interfaces and renews the children, or only what
+    /// changes about them while they are the same. What goes wrong is logged and
+    /// leaves the list as it was; the next update renews it.
     /// @param timeout  for the producer, in milliseconds
     /// @param changed  whether the list is another now
     virtual void DoUpdateInterfaceList(unsigned timeout, bool& changed) = 0;
@@ -50,17 +52,25 @@ protected:
     virtual void __DoAcquireTLSpecialInformation(const IFeatureControl& control);
     virtual std::vector<SPECIAL_INFO*> __DoGetAllInterfaceSpecialInformation(size_t count);
     virtual void __DoResetTLSpecialInformation();
-    virtual void __DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& control);
+    virtual void __DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& control,
+                                                           size_t count);
     virtual void __DoResetAllInterfaceSpecialInformation();
     /// The interfaces of the records, in their order: known ones are kept and
     /// refreshed, the others made.
     virtual InterfaceList __CompareInterfaceList(const std::vector<IF_INFO>& records,
                                                  const InterfaceList& known);
+    /// Whether interfaces have facts that change while the list stays.
+    virtual bool __DoInterfacesChange() const { return false; }
 
 private:
     class CTLOpenAgency;
     class CResetInterfaceInformationAgency;
 
+    /// Calls `act` with what the producer tells of its interfaces now.
+    template <class Act>
+    void __WithInterfaceRecords(const Act& act);
+    void __RenewInterfaceList();
+    void __RefreshInterfaces();
     void __LendSpecialInformation(std::vector<IF_INFO>& records);
     void __TakeInterfaceList(const std::vector<IF_INFO>& records);
     static InterfaceList __FindLostInterface(const InterfaceList& known,
@@ -72,6 +82,8 @@ private:
     void* m_handle = nullptr;
     bool m_open = false;
     CLock m_updateLock{LockRank::SystemUpdate};
+    /// The producer reported a change that the list doesn't show yet.
+    bool m_listIsStale = false;
     InterfaceList m_lost;
     CLock m_lostLock{LockRank::LostInterfaces};
 };
@@ -88,8 +100,11 @@ protected:
     void __DoAcquireTLSpecialInformation(const IFeatureControl& control) override;
     std::vector<SPECIAL_INFO*> __DoGetAllInterfaceSpecialInformation(size_t count) override;
     void __DoResetTLSpecialInformation() override;
-    void __DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& control) override;
+    void __DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& control,
+                                                   size_t count) override;
     void __DoResetAllInterfaceSpecialInformation() override;
+    /// An adapter may get another address.
+    bool __DoInterfacesChange() const override { return true; }
 
 private:
     std::vector<GEV_IF_INFO> m_gevInterfaceInfos;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Base/GCException.h"
+#include "GenApi/NodeMapRef.h"
 #include "TLClassInfo/InformationAgency.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 #include "TLClassLoadTL/OvException.h"
@@ -13,12 +14,23 @@
 
 namespace OVTLClass {
 
+namespace {
+
+template <class Interfaces>
+auto FindById(const Interfaces& interfaces, const IF_INFO& record) {
+    return std::find_if(interfaces.begin(), interfaces.end(), [&record](const auto& candidate) {
+        return candidate->DoGetInterfaceInfo().id.value == record.id.value;
+    });
+}
+
+}  // namespace
+
 /// Holds the special information of all interfaces for the length of one update.
 class CTL::CResetInterfaceInformationAgency : public CAgency {
 public:
-    explicit CResetInterfaceInformationAgency(CTL& tl) {
+    CResetInterfaceInformationAgency(CTL& tl, size_t count) {
         Arm([&tl] { tl.__DoResetAllInterfaceSpecialInformation(); });
-        tl.__DoAcquireAllInterfaceSpecialInformation(*tl.GetFeatureControl());
+        tl.__DoAcquireAllInterfaceSpecialInformation(*tl.GetFeatureControl(), count);
     }
 };
 
@@ -31,16 +43,49 @@ void CTL::DoUpdateInterfaceList(unsigned timeout, bool& changed) {
     GenTL::bool8_t producerChanged = 0;
     const int32_t status = GetLib().TLUpdateInterfaceList(m_handle, &producerChanged, timeout);
     OV_LOG_IF_FAILED(status, GetLib());
-    if (status != 0 || producerChanged == 0) {
+    if (status != 0) {
+        return;
+    }
+    m_listIsStale = m_listIsStale || producerChanged != 0;
+    if (!m_listIsStale) {
+        OV_RUN_LOGGED([this] { __RefreshInterfaces(); });
         return;
     }
     OV_RUN_LOGGED([this, &changed] {
-        std::vector<IF_INFO> records =
-            COvInformationAgency::GetAllInterfaceInformationOfTL(GetLib(), m_handle);
-        const CResetInterfaceInformationAgency acquired(*this);
-        __LendSpecialInformation(records);
-        __TakeInterfaceList(records);
+        __RenewInterfaceList();
+        m_listIsStale = false;
         changed = true;
+    });
+}
+
+template <class Act>
+void CTL::__WithInterfaceRecords(const Act& act) {
+    std::vector<IF_INFO> records =
+        COvInformationAgency::GetAllInterfaceInformationOfTL(GetLib(), m_handle);
+    const CResetInterfaceInformationAgency acquired(*this, records.size());
+    __LendSpecialInformation(records);
+    act(records);
+}
+
+void CTL::__RenewInterfaceList() {
+    // What the module's features tell may be cached from before the change.
+    GetNodeMapRef()->_InvalidateNodes();
+    __WithInterfaceRecords(
+        [this](const std::vector<IF_INFO>& records) { __TakeInterfaceList(records); });
+}
+
+void CTL::__RefreshInterfaces() {
+    if (!__DoInterfacesChange()) {
+        return;
+    }
+    __WithInterfaceRecords([this](const std::vector<IF_INFO>& records) {
+        const InterfaceList known = _GetGcObjectList<CInterface>();
+        for (const IF_INFO& record : records) {
+            const auto found = FindById(known, record);
+            if (found != known.end()) {
+                (*found)->DoUpdateInterfaceInformation(record);
+            }
+        }
     });
 }
 
@@ -76,10 +121,7 @@ CTL::InterfaceList CTL::__CompareInterfaceList(const std::vector<IF_INFO>& recor
     InterfaceList list;
     list.reserve(records.size());
     for (const IF_INFO& record : records) {
-        const auto found =
-            std::find_if(known.begin(), known.end(), [&record](const auto& candidate) {
-                return candidate->DoGetInterfaceInfo().id.value == record.id.value;
-            });
+        const auto found = FindById(known, record);
         if (found != known.end()) {
             (*found)->DoUpdateInterfaceInformation(record);
             list.push_back(*found);

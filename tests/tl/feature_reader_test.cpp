@@ -32,21 +32,60 @@ std::string Selected(const std::string& name, const std::string& selector, int64
            "</pVariable><Formula>INDEX + " + std::to_string(first) + "</Formula></IntSwissKnife>";
 }
 
-TEST(FeatureReader, CountsOneMoreThanTheSelectorsMaximum) {
-    for (const int64_t max : {0, 1, 4}) {
-        FeatureNodes nodes(Selector("DeviceSelector", max) + Selector("InterfaceSelector", max));
-        EXPECT_EQ(CCommonInterfaceFeature(nodes.Control()).GetDeviceCount(), max + 1);
-        EXPECT_EQ(CGevInterfaceFeature(nodes.Control()).GetDeviceCount(), max + 1);
-        EXPECT_EQ(CGevTLFeature(nodes.Control()).GetInterfaceCount(), max + 1);
+TEST(FeatureReader, ReadsAsManyRecordsAsTheProducerCounts) {
+    const std::string unbounded =
+        "<Integer Name=\"DeviceSelector\"><Value>0</Value></Integer>"
+        "<Integer Name=\"InterfaceSelector\"><Value>0</Value></Integer>";
+    for (const std::string& selectors :
+         {unbounded, Selector("DeviceSelector", 9) + Selector("InterfaceSelector", 9)}) {
+        FeatureNodes nodes(selectors);
+        for (const size_t count : {0U, 1U, 3U}) {
+            EXPECT_EQ(
+                CCommonFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control(), count).size(),
+                count);
+            EXPECT_EQ(
+                CGevFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control(), count).size(),
+                count);
+            EXPECT_EQ(CGevFeatureAgency::GetAllInterfaceFeatureByTL(nodes.Control(), count).size(),
+                      count);
+        }
     }
 }
 
-TEST(FeatureReader, RaisesForACountWithoutASelector) {
-    FeatureNodes nodes("");
-    EXPECT_RAISES(CNotImplementedError, "The feature \"DeviceSelector\" is not implemented",
-                  CCommonInterfaceFeature(nodes.Control()).GetDeviceCount());
-    EXPECT_RAISES(CNotImplementedError, "The feature \"InterfaceSelector\" is not implemented",
-                  CGevTLFeature(nodes.Control()).GetInterfaceCount());
+TEST(FeatureReader, LeavesTheRecordBlankOfAnIndexThatTheSelectorRefuses) {
+    FeatureNodes nodes(Selector("DeviceSelector", 0) + Text("DeviceUserID", "Of the first"));
+    const LogCapture log;
+    const auto all = CCommonFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control(), 2);
+    ASSERT_EQ(all.size(), 2U);
+    EXPECT_EQ(all[0].userId.value, "Of the first");
+    EXPECT_FALSE(all[1].userId.valid);
+    EXPECT_EQ(all[1].userId.value, "");
+    EXPECT_THAT(log.Lines(),
+                ::testing::ElementsAre(::testing::HasSubstr(":'Selects':{DoSetInt:line[")));
+}
+
+TEST(FeatureReader, LeavesRecordsBlankWithoutASelector) {
+    FeatureNodes nodes(Text("DeviceUserID", "Of whom?"));
+    const auto all = CCommonFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control(), 1);
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_FALSE(all[0].userId.valid);
+    EXPECT_EQ(CGevFeatureAgency::GetAllInterfaceFeatureByTL(nodes.Control(), 2).size(), 2U);
+    EXPECT_EQ(CGevFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control(), 2).size(), 2U);
+}
+
+TEST(FeatureReader, ReadsPastTheCaches) {
+    FeatureNodes nodes(
+        "<StringReg Name=\"DeviceUserID\"><Address>0</Address><Length>4</Length>"
+        "<AccessMode>RO</AccessMode><pPort>Device</pPort></StringReg>"
+        "<Integer Name=\"GevDeviceIPAddress\"><pValue>IpReg</pValue></Integer>"
+        "<IntReg Name=\"IpReg\"><Address>4</Address><Length>4</Length><AccessMode>RO</AccessMode>"
+        "<pPort>Device</pPort><Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>");
+    nodes.Port().PutBytes(0, {'O', 'l', 'd', 0, 1, 0, 0, 0});
+    CCommonFeatureAgency::GetDeviceFeatureBySelf(nodes.Control());
+    CGevFeatureAgency::GetDeviceFeatureBySelf(nodes.Control());
+    nodes.Port().PutBytes(0, {'N', 'e', 'w', 0, 2, 0, 0, 0});
+    EXPECT_EQ(CCommonFeatureAgency::GetDeviceFeatureBySelf(nodes.Control()).userId.value, "New");
+    EXPECT_EQ(CGevFeatureAgency::GetDeviceFeatureBySelf(nodes.Control()).ipAddress.value, 2);
 }
 
 TEST(FeatureReader, LeavesAMissingFeatureInvalidAndGoesOn) {
@@ -113,7 +152,7 @@ TEST(FeatureReader, SelectsEachInterfaceOfASystemInTurn) {
                        Selected("GevInterfaceDefaultIPAddress", selector, 20) +
                        Selected("GevInterfaceDefaultSubnetMask", selector, 30) +
                        Selected("GevInterfaceDefaultGateway", selector, 40));
-    const auto all = CGevFeatureAgency::GetAllInterfaceFeatureByTL(nodes.Control());
+    const auto all = CGevFeatureAgency::GetAllInterfaceFeatureByTL(nodes.Control(), 3);
     ASSERT_EQ(all.size(), 3U);
     ExpectAddresses(all[0], 10, 20, 30, 40);
     ExpectAddresses(all[2], 12, 22, 32, 42);
@@ -126,24 +165,16 @@ TEST(FeatureReader, SelectsEachDeviceOfAnInterfaceInTurn) {
                        Selected("GevDeviceIPAddress", selector, 20) +
                        Selected("GevDeviceSubnetMask", selector, 30) +
                        Selected("GevDeviceGateway", selector, 40));
-    const auto all = CGevFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control());
+    const auto all = CGevFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control(), 2);
     ASSERT_EQ(all.size(), 2U);
     ExpectAddresses(all[1], 11, 21, 31, 41);
-    EXPECT_EQ(CCommonFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control()).size(), 2U);
-}
-
-TEST(FeatureReader, GivesNothingForAListWithoutASelector) {
-    FeatureNodes nodes("");
-    EXPECT_TRUE(CGevFeatureAgency::GetAllInterfaceFeatureByTL(nodes.Control()).empty());
-    EXPECT_TRUE(CGevFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control()).empty());
-    EXPECT_TRUE(CCommonFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control()).empty());
 }
 
 TEST(FeatureReader, GivesWhatItGatheredBeforeASelectionFailed) {
     FeatureNodes nodes(Selector("DeviceSelector", 3));
     const LogCapture log;
     nodes.Port().FailAccess(3);
-    EXPECT_EQ(CCommonFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control()).size(), 2U);
+    EXPECT_EQ(CCommonFeatureAgency::GetAllDeviceFeatureByInterface(nodes.Control(), 4).size(), 2U);
     EXPECT_THAT(log.Lines(), ::testing::Contains(::testing::HasSubstr("Access failed")));
 }
 

@@ -18,24 +18,117 @@ protected:
     explicit OddListTest(const char* fileName = "KwTL.cti") : InterfaceListTest(fileName) {}
 };
 
-TEST_F(OddListTest, ASelectorUpToZeroCountsOneDevice) {
-    // Producers whose selector can't be empty lose their last device late.
+/// What bounds the selector of an interface.
+struct Bound {
+    const char* name;
+    const char* text;
+};
+
+class SelectorBound : public OddListTest, public ::testing::WithParamInterface<Bound> {};
+
+TEST_P(SelectorBound, SaysNothingOfTheNumberOfDevices) {
     const std::string text = EngineTest::XmlNodeMap::Describe(
-        R"(<Integer Name="DeviceSelector"><pValue>SelectorReg</pValue><Min>0</Min><Max>0</Max>
-           </Integer><IntReg Name="SelectorReg"><Address>0x240</Address><Length>8</Length>
-           <AccessMode>RW</AccessMode><pPort>InterfacePort</pPort><Sign>Signed</Sign>
+        std::string(R"(<Integer Name="DeviceSelector"><pValue>SelectorReg</pValue><Min>0</Min>)") +
+        GetParam().text +
+        R"(</Integer><IntReg Name="SelectorReg"><Address>0x208</Address><Length>8</Length>
+           <AccessMode>RW</AccessMode><pPort>InterfacePort</pPort><Cachable>NoCache</Cachable>
+           <Sign>Signed</Sign><Endianess>LittleEndian</Endianess></IntReg>
+           <IntReg Name="CachedMax"><Address>0x210</Address><Length>8</Length>
+           <AccessMode>RO</AccessMode><pPort>InterfacePort</pPort><Sign>Signed</Sign>
            <Endianess>LittleEndian</Endianess></IntReg><Port Name="InterfacePort"/>)");
     producer.SetDescription("Interface", "Interface.xml", text.data(), text.size());
     owner = InitInterface();
     EXPECT_TRUE(Update());
-    const auto before = owner->DoGetDeviceList();
-    ASSERT_EQ(before.size(), 1U);
-    const LogCapture log;
+    EXPECT_THAT(Present(), ElementsAre("TestCamera0_0"));
+    producer.SetDeviceCount(0, 3);
+    EXPECT_TRUE(Update());
+    EXPECT_THAT(Present(), ElementsAre("TestCamera0_0", "TestCamera0_1", "TestCamera0_2"));
+    producer.SetDeviceCount(0, 1);
+    EXPECT_TRUE(Update());
+    EXPECT_THAT(Present(), ElementsAre("TestCamera0_0"));
     producer.SetDeviceCount(0, 0);
+    EXPECT_TRUE(Update());
+    EXPECT_THAT(Present(), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(That, SelectorBound,
+                         ::testing::Values(Bound{"IsCached", "<pMax>CachedMax</pMax>"},
+                                           Bound{"IsZero", "<Max>0</Max>"},
+                                           Bound{"IsHuge", "<Max>0x7FFFFFFFFFFFFFFF</Max>"},
+                                           Bound{"IsMissing", ""}),
+                         [](const auto& that) { return std::string(that.param.name); });
+
+TEST_F(OddListTest, CachedFeaturesAreReadAnewOnceTheListChanged) {
+    const std::string text = EngineTest::XmlNodeMap::Describe(
+        R"(<Integer Name="DeviceSelector"><pValue>SelectorReg</pValue><Min>0</Min>
+           <pMax>CachedMax</pMax></Integer>
+           <IntReg Name="SelectorReg"><Address>0x208</Address><Length>8</Length>
+           <AccessMode>RW</AccessMode><pPort>InterfacePort</pPort><Cachable>NoCache</Cachable>
+           <Sign>Signed</Sign><Endianess>LittleEndian</Endianess></IntReg>
+           <IntReg Name="CachedMax"><Address>0x210</Address><Length>8</Length>
+           <AccessMode>RO</AccessMode><pPort>InterfacePort</pPort><Sign>Signed</Sign>
+           <Endianess>LittleEndian</Endianess></IntReg>
+           <StringReg Name="DeviceUserID"><Address>0x480</Address><Length>128</Length>
+           <AccessMode>RO</AccessMode><pPort>InterfacePort</pPort></StringReg>
+           <Port Name="InterfacePort"/>)");
+    producer.SetDescription("Interface", "Interface.xml", text.data(), text.size());
+    owner = InitInterface();
+    Update();
+    EXPECT_EQ(owner->GetFeatureControl()->DoGetIntRange("DeviceSelector").max, 0);
+    producer.SetDeviceCount(0, 2);
+    EXPECT_TRUE(Update());
+    EXPECT_EQ(owner->GetFeatureControl()->DoGetIntRange("DeviceSelector").max, 1);
+    EXPECT_EQ(owner->DoGetDeviceList().at(0)->DoGetCommonDeviceInfo().userId.value, "User0_0");
+    EXPECT_EQ(owner->DoGetDeviceList().at(1)->DoGetCommonDeviceInfo().userId.value, "User0_1");
+    producer.SetDeviceText(0, 1, "UserID", "Renamed");
     EXPECT_FALSE(Update());
-    EXPECT_EQ(owner->DoGetDeviceList(), before);
-    EXPECT_THAT(log.Lines(), Contains(HasSubstr("The two device information vectors have "
-                                                "different size")));
+    EXPECT_EQ(owner->DoGetDeviceList().at(1)->DoGetCommonDeviceInfo().userId.value, "Renamed");
+}
+
+TEST_F(OddListTest, AnInterfaceOfAnotherTypeListsGigEVisionAndUsb3VisionDevices) {
+    std::string body = R"(<Integer Name="DeviceSelector"><pValue>SelectorReg</pValue><Min>0</Min>
+                          </Integer><Port Name="InterfacePort"/>)";
+    constexpr struct {
+        const char* name;
+        const char* address;
+    } registers[] = {{"SelectorReg", "0x208"},
+                     {"GevDeviceMACAddress", "0x220"},
+                     {"GevDeviceIPAddress", "0x228"}};
+    for (const auto& reg : registers) {
+        body += std::string("<IntReg Name=\"") + reg.name + "\"><Address>" + reg.address +
+                "</Address><Length>8</Length><AccessMode>RW</AccessMode>"
+                "<pPort>InterfacePort</pPort><Sign>Signed</Sign>"
+                "<Endianess>LittleEndian</Endianess></IntReg>";
+    }
+    const std::string text = EngineTest::XmlNodeMap::Describe(body);
+    producer.SetDescription("Interface", "Interface.xml", text.data(), text.size());
+    producer.SetDeviceCount(0, 3);
+    producer.SetDeviceText(0, 1, "TLType", "GEV");
+    producer.SetDeviceText(0, 2, "TLType", "U3V");
+    owner = InitInterface();
+    EXPECT_TRUE(Update());
+    EXPECT_THAT(Present(), ElementsAre("TestCamera0_0", "TestCamera0_1", "TestCamera0_2"));
+    const auto devices = owner->DoGetDeviceList();
+    EXPECT_EQ(std::dynamic_pointer_cast<CGevDevice>(devices[0]), nullptr);
+    EXPECT_EQ(std::dynamic_pointer_cast<CGevDevice>(devices[2]), nullptr);
+    const auto gev = std::dynamic_pointer_cast<CGevDevice>(devices[1]);
+    ASSERT_NE(gev, nullptr);
+    EXPECT_EQ(gev->GetGevDeviceInfo().macAddress.value, 0x00AABBCC0065);
+    EXPECT_EQ(gev->DoGetDeviceInfo().pSpecialInfo, nullptr);
+    producer.SetDeviceNumber(0, 1, "IP", 0x0A000005);
+    EXPECT_FALSE(Update());
+    EXPECT_EQ(gev->GetGevDeviceInfo().ipAddress.value, 0x0A000005);
+}
+
+TEST_F(OddListTest, AGigEVisionDeviceWithoutAddressesIsListedAllTheSame) {
+    const std::string text = EngineTest::XmlNodeMap::Describe("<Port Name=\"InterfacePort\"/>");
+    producer.SetDescription("Interface", "Interface.xml", text.data(), text.size());
+    producer.SetDeviceText(0, 0, "TLType", "GEV");
+    owner = InitInterface();
+    EXPECT_TRUE(Update());
+    const auto gev = std::dynamic_pointer_cast<CGevDevice>(First());
+    ASSERT_NE(gev, nullptr);
+    EXPECT_FALSE(gev->GetGevDeviceInfo().macAddress.valid);
 }
 
 TEST_F(OddListTest, AFailedUpdateKeepsTheLostDevicesToo) {

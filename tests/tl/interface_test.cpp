@@ -121,9 +121,55 @@ TEST_F(InterfaceTest, LendsItsRecordsForTheUpdateOnly) {
 
 TEST_F(InterfaceTest, KeepsItsListWhenTheProducerSaysSo) {
     Update();
-    producer.ClearLog();
+    const auto before = owner->DoGetDeviceList();
     EXPECT_FALSE(Update());
-    EXPECT_THAT(producer.Log(), ElementsAre("IFUpdateDeviceList"));
+    EXPECT_EQ(owner->DoGetDeviceList(), before);
+}
+
+TEST_F(InterfaceTest, RefreshesWhatItKnowsOfItsDevicesWhenTheListStays) {
+    Update();
+    producer.SetDeviceText(0, 0, "UserID", "Renamed");
+    producer.SetDeviceText(0, 0, "DisplayName", "New name");
+    producer.SetDeviceNumber(0, 0, "AccessStatus", 3);
+    EXPECT_FALSE(Update());
+    EXPECT_EQ(First()->DoGetCommonDeviceInfo().userId.value, "Renamed");
+    EXPECT_EQ(First()->DoGetDeviceInfo().displayName.value, "New name");
+    EXPECT_EQ(First()->DoGetDeviceInfo().accessStatus.value, 3);
+}
+
+TEST_F(InterfaceTest, KeepsWhatTheProducerDoesNotTellAnyMore) {
+    Update();
+    producer.FailCall("IFGetDeviceInfo", 0, GenTL::GC_ERR_NOT_AVAILABLE);
+    EXPECT_FALSE(Update());
+    const DEV_INFO info = First()->DoGetDeviceInfo();
+    EXPECT_EQ(info.vendor.value, "oviapi");
+    EXPECT_EQ(info.model.value, "TestCamera");
+    EXPECT_EQ(info.accessStatus.value, 1);
+    EXPECT_TRUE(info.tlType.valid);
+}
+
+TEST_F(InterfaceTest, KeepsAWrittenUserIdUntilTheProducerTellsAnotherThanBefore) {
+    Update();
+    const auto userId = [this] { return First()->DoGetCommonDeviceInfo().userId.value; };
+    First()->DoSetUserId("Written");
+    producer.SetDeviceCount(0, 2);
+    EXPECT_TRUE(Update());
+    EXPECT_EQ(userId(), "Written");
+    EXPECT_FALSE(Update());
+    EXPECT_EQ(userId(), "Written");
+    producer.SetDeviceText(0, 0, "UserID", "Written elsewhere");
+    EXPECT_FALSE(Update());
+    EXPECT_EQ(userId(), "Written elsewhere");
+}
+
+TEST_F(InterfaceTest, RepeatsARenewalThatFailed) {
+    Update();
+    producer.SetDeviceCount(0, 2);
+    producer.FailCall("IFGetNumDevices", 1, GenTL::GC_ERR_IO);
+    EXPECT_FALSE(Update());
+    EXPECT_TRUE(Update());
+    EXPECT_THAT(Present(), ElementsAre("TestCamera0_0", "TestCamera0_1"));
+    EXPECT_FALSE(Update());
 }
 
 struct Refusal {
@@ -259,6 +305,18 @@ TEST_F(GevInterfaceTest, TakesNewAddressesOfADeviceThatStays) {
     producer.SetDeviceCount(0, 2);
     Update();
     EXPECT_EQ(device->GetGevDeviceInfo().ipAddress.value, 0x0A000005);
+}
+
+TEST_F(GevInterfaceTest, RefreshesTheAddressesOfItsDevicesWhenTheListStays) {
+    Update();
+    const auto device = std::dynamic_pointer_cast<CGevDevice>(First());
+    producer.SetDeviceNumber(0, 0, "IP", 0x0A000005);
+    producer.SetDeviceNumber(0, 0, "Mask", 0xFF000000);
+    producer.SetDeviceNumber(0, 0, "Gateway", 0x0A000001);
+    EXPECT_FALSE(Update());
+    EXPECT_EQ(device->GetGevDeviceInfo().ipAddress.value, 0x0A000005);
+    EXPECT_EQ(device->GetGevDeviceInfo().subnetMask.value, 0xFF000000);
+    EXPECT_EQ(device->GetGevDeviceInfo().gateway.value, 0x0A000001);
 }
 
 TEST_F(GevInterfaceTest, FindsAListedDeviceByItsAddress) {

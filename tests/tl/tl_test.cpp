@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "TransportTest.h"
+#include "support/XmlNodeMap.h"
 
 namespace OVTLClass {
 namespace {
@@ -276,6 +277,71 @@ TEST_F(GevInterfaceList, TakesNewAddressesOfAnInterfaceThatStays) {
     EXPECT_TRUE(Update());
     EXPECT_EQ(gev->GetGevInterfaceInfo().ipAddress.value, 0x0A000001);
 }
+
+TEST_F(GevInterfaceList, RefreshesAddressesWhenTheListStays) {
+    Update();
+    const auto gev = std::dynamic_pointer_cast<CGevInterface>(tl->DoGetInterfaceList().at(0));
+    producer.SetInterfaceNumber(0, "IP", 0x0A000001);
+    EXPECT_FALSE(Update());
+    EXPECT_EQ(gev->GetGevInterfaceInfo().ipAddress.value, 0x0A000001);
+    EXPECT_THAT(Gev().GetAllGevInterfaceInfo(), IsEmpty());
+}
+
+TEST_F(GevInterfaceList, RepeatsARenewalThatFailed) {
+    Update();
+    producer.SetInterfaceCount(2);
+    producer.FailCall("TLGetNumInterfaces", 1, GenTL::GC_ERR_IO);
+    EXPECT_FALSE(Update());
+    EXPECT_TRUE(Update());
+    EXPECT_EQ(tl->DoGetInterfaceList().size(), 2U);
+    EXPECT_FALSE(Update());
+}
+
+/// A system whose description bounds its selector, or knows no addresses.
+class OddSystemList : public GevInterfaceList, public ::testing::WithParamInterface<const char*> {
+protected:
+    void SetUp() override {
+        const std::string text = EngineTest::XmlNodeMap::Describe(
+            std::string(GetParam()) +
+            R"(<IntReg Name="SelectorReg"><Address>0x708</Address><Length>8</Length>
+               <AccessMode>RW</AccessMode><pPort>TLPort</pPort><Cachable>NoCache</Cachable>
+               <Sign>Signed</Sign><Endianess>LittleEndian</Endianess></IntReg>
+               <IntReg Name="CachedMax"><Address>0x710</Address><Length>8</Length>
+               <AccessMode>RO</AccessMode><pPort>TLPort</pPort><Sign>Signed</Sign>
+               <Endianess>LittleEndian</Endianess></IntReg><Port Name="TLPort"/>)");
+        producer.SetDescription("System", "System.xml", text.data(), text.size());
+        GevInterfaceList::SetUp();
+    }
+};
+
+TEST_P(OddSystemList, CountsInterfacesByTheProducer) {
+    EXPECT_TRUE(Update());
+    producer.SetInterfaceCount(3);
+    EXPECT_TRUE(Update());
+    EXPECT_THAT(Present(), ElementsAre("TestInterface0", "TestInterface1", "TestInterface2"));
+    producer.SetInterfaceCount(0);
+    EXPECT_TRUE(Update());
+    EXPECT_THAT(Present(), IsEmpty());
+}
+
+TEST_P(OddSystemList, KeepsTheAddressesThatInterfacesTellThemselves) {
+    Update();
+    producer.SetInterfaceCount(2);
+    Update();
+    Update();
+    const auto gev = std::dynamic_pointer_cast<CGevInterface>(tl->DoGetInterfaceList().at(0));
+    ASSERT_NE(gev, nullptr);
+    EXPECT_EQ(gev->GetGevInterfaceInfo().ipAddress.value, 0xC0A80A01);
+}
+
+#define OV_TEST_SELECTOR(bound)                                                          \
+    "<Integer Name=\"InterfaceSelector\"><pValue>SelectorReg</pValue><Min>0</Min>" bound \
+    "</Integer>"
+INSTANTIATE_TEST_SUITE_P(Of, OddSystemList,
+                         ::testing::Values(OV_TEST_SELECTOR("<pMax>CachedMax</pMax>"),
+                                           OV_TEST_SELECTOR("<Max>0</Max>"), OV_TEST_SELECTOR(""),
+                                           ""));
+#undef OV_TEST_SELECTOR
 
 TEST_F(GevInterfaceList, StaysAsItIsWhenAddressesAreMissing) {
     Update();

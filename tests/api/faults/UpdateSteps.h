@@ -12,3 +12,9 @@ Steps SearchModeSteps(bool isGev);
 
 /// The interface's part, when its list changed to `count` cameras.
 Steps DeviceListSteps(bool isGev, unsigned count);
+
+/// The system module's part when its list stays.
+Steps QuietInterfaceListSteps(bool isGev);
+
+/// A whole update of lists that stay, with one interface and `count` cameras.
+Steps QuietUpdateSteps(bool isGev, unsigned count);

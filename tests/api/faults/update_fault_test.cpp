@@ -63,8 +63,7 @@ TEST_P(UpdateFaultTest, TheFirstUpdateOfAllSucceedsWithWhatIsLeft) {
 
 TEST_P(UpdateFaultTest, AnUpdateWithAnotherCameraKeepsTheOldListOnAFault) {
     const Steps steps =
-        Steps{{"TLUpdateInterfaceList", 1, Fate::Swallowed, "nothing changed there"}} +
-        SearchModeSteps(IsGev()) + DeviceListSteps(IsGev(), 2);
+        QuietInterfaceListSteps(IsGev()) + SearchModeSteps(IsGev()) + DeviceListSteps(IsGev(), 2);
     RunUpdate(
         steps, &OVUpdateAllDeviceList,
         [this] {
@@ -76,12 +75,8 @@ TEST_P(UpdateFaultTest, AnUpdateWithAnotherCameraKeepsTheOldListOnAFault) {
 }
 
 TEST_P(UpdateFaultTest, AQuietUpdateKeepsTheListOnAFault) {
-    const Steps steps =
-        Steps{{"TLUpdateInterfaceList", 1, Fate::Swallowed, "nothing changed there"}} +
-        SearchModeSteps(IsGev()) +
-        Steps{{"IFUpdateDeviceList", 1, Fate::Swallowed, "nothing changed there"}};
     RunUpdate(
-        steps, &OVUpdateDeviceList,
+        QuietUpdateSteps(IsGev(), 1), &OVUpdateDeviceList,
         [this] {
             Init();
             ASSERT_EQ(Update(), 1U);

@@ -88,7 +88,10 @@ TEST_F(FeatureAccessTest, ANewUserIdStandsInTheHandleAndInTheList) {
 TEST_F(FeatureAccessTest, ANewUserIdOfACameraOpenedByAddressStandsInItsHandleOnly) {
     const std::string listed = ListedUserId();
     const OV_OPEN_PARAM param{"192.168.7.7", OV_OPEN_IP, OV_ACCESS_EXCLUSIVE};
-    producer.SetDeviceNumber(0, 0, "IP", 0xC0A80707);
+    // Searches of the adapters' own subnets don't find it.
+    producer.SetDeviceCount(0, 2);
+    producer.SetDeviceNumber(0, 1, "IP", 0xC0A80707);
+    producer.SetForeign(0, 1, 1);
     OV_DEV_HANDLE handle = nullptr;
     ASSERT_OV_OK(OVOpenDevice(&param, &handle));
     ASSERT_OV_OK(OVSetString(handle, OV_FEATURE_DeviceUserID, "new"));

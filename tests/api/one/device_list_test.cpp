@@ -3,6 +3,7 @@
 #include <future>
 
 #include "support/ApiTest.h"
+#include "support/FeatureCalls.h"
 
 namespace {
 
@@ -11,6 +12,13 @@ protected:
     void SetUp() override { Init(); }
 
     uint64_t Searches() const { return producer.CallCount("IFUpdateDeviceList"); }
+    /// Of the first camera of the list as it stands.
+    static OV_DEVICE_BASE_INFO Record() {
+        OV_DEVICE_BASE_INFO records[4] = {};
+        size_t size = sizeof(records);
+        EXPECT_OV_OK(OVGetAllDeviceBaseInfo(records, &size));
+        return records[0];
+    }
     static size_t Size() {
         size_t size = 1;
         EXPECT_OV_OK(OVGetAllDeviceBaseInfo(nullptr, &size));
@@ -89,6 +97,41 @@ TEST_F(KnownListTest, StaysAsItIsUntilTheNextSearch) {
     EXPECT_EQ(Update(), 0U);
     producer.ReturnDevice(0, 0);
     EXPECT_EQ(Update(), 1U);
+}
+
+TEST_F(KnownListTest, ShowsANewNameAndAccessThoughTheListIsTheSame) {
+    Update();
+    producer.SetDeviceText(0, 0, "UserID", "Renamed");
+    producer.SetDeviceNumber(0, 0, "AccessStatus", 3);
+    EXPECT_STREQ(Record().szUserID, "User0_0") << "until the next update";
+    Update();
+    EXPECT_STREQ(Record().szUserID, "Renamed");
+    EXPECT_EQ(Record().accessStatus, OV_ACCESS_STATUS_NOACCESS);
+    OV_DEV_HANDLE handle = nullptr;
+    const OV_OPEN_PARAM param{"Renamed", OV_OPEN_USERID, OV_ACCESS_CONTROL};
+    EXPECT_OV_OK(OVOpenDevice(&param, &handle));
+}
+
+TEST_F(KnownListTest, KeepsAWrittenNameWhileTheProducerToldTheOldOne) {
+    // The interface's features lag behind the camera.
+    constexpr const char* kLagging =
+        R"(<Integer Name="DeviceSelector"><Value>0</Value></Integer>
+           <String Name="DeviceUserID"><Value>Old</Value></String>
+           <Port Name="InterfacePort"/>)";
+    const std::string text = DescribeCamera(kLagging);
+    OVCloseLib();
+    producer.SetDescription("Interface", "Interface.xml", text.data(), text.size());
+    Init();
+    Update();
+    EXPECT_STREQ(Record().szUserID, "Old");
+    OV_DEV_HANDLE const handle = Open();
+    EXPECT_OV_OK(OVSetString(handle, OV_FEATURE_DeviceUserID, "New"));
+    EXPECT_STREQ(Record().szUserID, "New");
+    Update();
+    EXPECT_STREQ(Record().szUserID, "New");
+    producer.SetDeviceCount(0, 2);
+    Update();
+    EXPECT_STREQ(Record().szUserID, "New");
 }
 
 TEST_F(KnownListTest, LosesAndRegainsTheCamerasOfAnInterface) {

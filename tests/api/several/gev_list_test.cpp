@@ -2,6 +2,7 @@
 // a camera is listed with, and its addresses.
 
 #include <algorithm>
+#include <future>
 
 #include "support/SeveralProducersTest.h"
 
@@ -80,6 +81,76 @@ TEST_F(GevListTest, ACameraIsListedWithTheFirstAdapterThatSeesIt) {
     gev.LoseInterface(1);
     EXPECT_EQ(Ids(List()), IdList{"TestCamera1_0"});
     EXPECT_STREQ(Addresses(1).szNICDescription, "Adapter 2");
+}
+
+TEST_F(GevListTest, AnInterfaceOfAnotherTypeListsItsCameras) {
+    gev.SetInterfaceCount(2);
+    gev.SetInterfaceText(1, "TLType", "Custom");
+    gev.SetDeviceCount(1, 3);
+    gev.SetDeviceText(1, 0, "TLType", "U3V");
+    gev.SetDeviceText(1, 1, "TLType", "U3V");
+    gev.SetDeviceText(1, 2, "TLType", "GEV");
+    Init();
+    const auto records = List();
+    ASSERT_EQ(Ids(records),
+              (IdList{"TestCamera1_0", "TestCamera1_1", "TestCamera1_2", "TestCamera0_0"}))
+        << "cameras without an address are different ones";
+    EXPECT_EQ(records[0].deviceClass, OV_DEVICE_CLASS_U3V);
+    EXPECT_EQ(records[1].deviceClass, OV_DEVICE_CLASS_U3V);
+    EXPECT_EQ(records[2].deviceClass, OV_DEVICE_CLASS_GEV);
+    EXPECT_EQ(gev.SearchTimeout(1), 1000);
+    EXPECT_STREQ(Addresses(3).szNICDescription, "Adapter 1");
+    OV_DEV_HANDLE handle = nullptr;
+    EXPECT_OV_OK(OVOpenDeviceByIndex(1, &handle));
+    EXPECT_OV_OK(OVCloseDevice(handle));
+    gev.SetDeviceCount(1, 0);
+    EXPECT_EQ(Ids(List()), IdList{"TestCamera0_0"});
+}
+
+TEST_F(GevListTest, InterfacesOfOtherTypesAreSearchedAfterTheAdapters) {
+    gev.SetInterfaceCount(3);
+    gev.SetInterfaceText(0, "TLType", "U3V");
+    gev.HoldSearch(0, 1);
+    gev.HoldSearch(2, 1);
+    Init();
+    auto searching = std::async(std::launch::async, [] { return List().size(); });
+    ASSERT_EQ(gev.WaitForCalls("IFUpdateDeviceList", 3, 60000), 0);
+    EXPECT_EQ(gev.StopUpdateCount(2), 1) << "by the other adapter";
+    gev.HoldSearch(0, 0);
+    EXPECT_EQ(searching.get(), 3U);
+    EXPECT_EQ(gev.StopUpdateCount(0), 0);
+}
+
+TEST_F(GevListTest, AGigEVisionCameraOfAProducerOfAnotherTypeHasItsAddresses) {
+    gev.SetDeviceCount(0, 0);
+    custom.SetInterfaceText(0, "TLType", "GEV");
+    custom.SetDeviceCount(0, 1);
+    custom.SetDeviceText(0, 0, "TLType", "GEV");
+    Init();
+    ASSERT_EQ(Ids(List()), IdList{"TestCamera0_0"});
+    EXPECT_STREQ(Addresses(1).szIP, "192.168.10.100");
+    EXPECT_STREQ(Addresses(1).szNICIP, "192.168.10.1");
+}
+
+TEST_F(GevListTest, ShowsNewAddressesThoughTheListIsTheSame) {
+    Init();
+    List();
+    constexpr struct {
+        const char* key;
+        int64_t number;
+    } numbers[] = {
+        {"MAC", 0x0A0B0C0D0E0F}, {"IP", 0x0A000005}, {"Mask", 0xFF000000}, {"Gateway", 0x0A000001}};
+    for (const auto& number : numbers) {
+        gev.SetDeviceNumber(0, 0, number.key, number.number);
+    }
+    gev.SetInterfaceNumber(0, "IP", 0x0A000002);
+    EXPECT_STREQ(Addresses(1).szIP, "192.168.10.100") << "until the next update";
+    List();
+    EXPECT_STREQ(Addresses(1).szMAC, "0A-0B-0C-0D-0E-0F");
+    EXPECT_STREQ(Addresses(1).szIP, "10.0.0.5");
+    EXPECT_STREQ(Addresses(1).szSubnetMask, "255.0.0.0");
+    EXPECT_STREQ(Addresses(1).szGateway, "10.0.0.1");
+    EXPECT_STREQ(Addresses(1).szNICIP, "10.0.0.2");
 }
 
 TEST_F(GevListTest, OnlyCamerasOfOneProducerAreTheSameByTheirAddress) {
