@@ -20,10 +20,11 @@ inline std::vector<std::filesystem::path> DescriptionsIn(const std::filesystem::
     return files;
 }
 
-/// Those of the folder of OV_TEST_DESCRIPTIONS; none when it isn't set.
+/// Those of the folder of OV_TEST_DESCRIPTIONS; none when it isn't set or empty.
 inline std::vector<std::filesystem::path> FilesOfDescriptionFolder() {
     const char* const folder = std::getenv("OV_TEST_DESCRIPTIONS");
-    return folder == nullptr ? std::vector<std::filesystem::path>{} : DescriptionsIn(folder);
+    return folder == nullptr || *folder == '\0' ? std::vector<std::filesystem::path>{}
+                                                : DescriptionsIn(folder);
 }
 
 /// A text as a part of the name of a test.

@@ -10,9 +10,9 @@ namespace EngineTest {
 /// @param sources  the top folder of the sources
 inline std::vector<std::filesystem::path> Descriptions(const std::filesystem::path& sources) {
     std::vector<std::filesystem::path> files = FilesOfDescriptionFolder();
-    for (const char* const folder : {"producers/virtual/descriptions",
-                                     "producers/framework/descriptions",
-                                     "tests/producer/descriptions"}) {
+    for (const char* const folder :
+         {"producers/virtual/descriptions", "producers/framework/descriptions",
+          "tests/producer/descriptions"}) {
         const auto found = DescriptionsIn(sources / folder);
         files.insert(files.end(), found.begin(), found.end());
     }
