@@ -6,7 +6,7 @@
 #include "OVIError.h"
 #include "OvIAPI.h"
 #include "TLClassEvent/CallbackScope.h"
-#include "TLClassFeature/FeatureCallbackHandle.h"
+#include "TLClassFeature/FeatureControl.h"
 #include "TLClassLoadTL/OvException.h"
 #include "TLClassMain/Device.h"
 
@@ -25,23 +25,6 @@ void CheckNotInside(CallbackKind kind, const IDevice& camera, const char* messag
     if (CCallbackScope::IsInside(kind, &camera)) {
         OV_RAISE(CInvalidCallError, message);
     }
-}
-
-/// The callback of that class behind a handle; raises with the message for a
-/// handle of any other kind.
-template <class Callback, class Base>
-Callback& VerifyCallbackHandle(void* handle, const char* message) {
-    auto* const callback = dynamic_cast<Callback*>(static_cast<Base*>(handle));
-    if (callback == nullptr) {
-        OV_RAISE(CInvalidHandleError, message);
-    }
-    return *callback;
-}
-
-IFeatureControl::IFeatureCallbackHandle& VerifyFeatureCallbackHandle(void* handle) {
-    return VerifyCallbackHandle<CFeatureControl::CFeatureCallbackHandle,
-                                IFeatureControl::IFeatureCallbackHandle>(
-        handle, "Invalid feature callback handle");
 }
 
 }  // namespace
@@ -63,8 +46,10 @@ OV_STATUS OVRegisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice, void* pUserPara
 OV_STATUS OVUnregisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice,
                                             OV_EVENT_CALLBACK_HANDLE pHCallBack) try {
     IDevice& device = *EnterEvents(hDevice, OV_HERE).GetDevice();
-    VerifyCallbackHandle<COvDeviceOfflineCallback, IEventCallback>(pHCallBack,
-                                                                   "Invalid event callback handle");
+    // What stood behind a handle may be gone, so it is compared alone.
+    if (!device.DoHasDeviceOfflineCallback(pHCallBack)) {
+        OV_RAISE(CInvalidHandleError, "Invalid event callback handle");
+    }
     CheckNotInside(CallbackKind::Offline, device, "Can't unregister offline callback in callback");
     device.DoUnregisterDeviceOfflineCallback(pHCallBack);
     return OV_STATUS_SUCCESS;
@@ -99,15 +84,17 @@ OV_STATUS OVRegisterFeatureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
 OV_STATUS OVUnregisterFeatureCallback(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
                                       OV_FEATURE_CALLBACK_HANDLE pHCallBack) try {
     const COvDeviceInfo& info = EnterEvents(hDevice, OV_HERE);
-    const auto& handle = VerifyFeatureCallbackHandle(pHCallBack);
+    if (!HasFeatureCallback(info, pHCallBack)) {
+        OV_RAISE(CInvalidHandleError, "Invalid feature callback handle");
+    }
     const char* const name = CDeviceManager::GetInstance().GetFeatureName(featureID);
     CheckNotInside(CallbackKind::Event, *info.GetDevice(),
                    "Can't unregister feature event callback in callback");
     CFeatureControl& control = GetFeatureControl(info, featureID);
-    if (!control.CheckExist(name, &handle)) {
+    if (!control.CheckExist(name, pHCallBack)) {
         OV_RAISE(CInvalidParameterError, "Invalid Feature ID");
     }
-    control.DoUnregisterFeatureCallback(reinterpret_cast<intptr_t>(&handle));
+    control.DoUnregisterFeatureCallback(reinterpret_cast<intptr_t>(pHCallBack));
     CDeviceManager::GetInstance().GetDeviceInfoFactory().GetPollingThread().RemoveListener(
         info.GetPolling());
     return OV_STATUS_SUCCESS;

@@ -1,5 +1,8 @@
 #include "FeatureAccess.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "TLClassFeature/FeatureControl.h"
 #include "TLClassLoadTL/OvException.h"
 #include "TLClassMain/DataStream.h"
@@ -54,6 +57,16 @@ CFeatureControl& GetFeatureControl(const COvDeviceInfo& info, OV_FEATURE_ID feat
     }
     info.GetPolling().PollBeforeCall(level);
     return *control;
+}
+
+bool HasFeatureCallback(const COvDeviceInfo& info, const void* handle) {
+    constexpr OV_FEATURE_LEVEL kLevels[] = {OV_FEATURE_LEVEL_REMOTE_DEVICE, OV_FEATURE_LEVEL_TL,
+                                            OV_FEATURE_LEVEL_INTERFACE,
+                                            OV_FEATURE_LEVEL_LOCAL_DEVICE, OV_FEATURE_LEVEL_STREAM};
+    return std::any_of(std::begin(kLevels), std::end(kLevels), [&](OV_FEATURE_LEVEL level) {
+        const auto* const control = dynamic_cast<CFeatureControl*>(ControlOfLevel(info, level));
+        return control != nullptr && control->CheckExist(handle);
+    });
 }
 
 CFeatureAccess::CFeatureAccess(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, OV_FEATURE_TYPE type,

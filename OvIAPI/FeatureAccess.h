@@ -15,6 +15,9 @@ void CheckFeatureType(OV_FEATURE_ID featureID, OV_FEATURE_TYPE type);
 /// then.
 OVTLClass::CFeatureControl& GetFeatureControl(const COvDeviceInfo& info, OV_FEATURE_ID featureID);
 
+/// Whether a module of the camera has that callback registered.
+bool HasFeatureCallback(const COvDeviceInfo& info, const void* handle);
+
 /// The checks that every typed feature call begins with, in their order:
 /// initialised, handle, type, name. The control is looked for later, since the
 /// pointers of the caller are tested in between.

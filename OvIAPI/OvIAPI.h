@@ -328,7 +328,9 @@ OV_API OV_STATUS OVRegisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice, void* pU
                                                  OVDeviceOfflineCallback callBackFun,
                                                  OV_EVENT_CALLBACK_HANDLE* pHCallBack);
 /** Takes an offline callback away; waits for a running one, except in other
- *  callbacks. Not from the offline callback: OV_STATUS_INVALID_CALL. */
+ *  callbacks. Not from the offline callback: OV_STATUS_INVALID_CALL.
+ *  @return OV_STATUS_INVALID_HANDLE for a callback that isn't registered (any more)
+ *          on this camera */
 OV_API OV_STATUS OVUnregisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice,
                                                    OV_EVENT_CALLBACK_HANDLE pHCallBack);
 /** Has callBackFun called when the feature may have changed; for a feature of
@@ -339,7 +341,9 @@ OV_API OV_STATUS OVRegisterFeatureCallback(OV_DEV_HANDLE hDevice, void* pUserPar
                                            OVFeatureCallback callBackFun, OV_FEATURE_ID featureID,
                                            OV_FEATURE_CALLBACK_HANDLE* pHCallBack);
 /** Takes a feature callback away. Not from a feature callback of the camera's
- *  events: OV_STATUS_INVALID_CALL. */
+ *  events: OV_STATUS_INVALID_CALL.
+ *  @return OV_STATUS_INVALID_HANDLE for a callback that isn't registered (any more)
+ *          on this camera, OV_STATUS_INVALID_PARAMETER for that of another feature */
 OV_API OV_STATUS OVUnregisterFeatureCallback(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
                                              OV_FEATURE_CALLBACK_HANDLE pHCallBack);
 /** Drops the waiting events; OV_STATUS_INVALID_CALL before an event feature has a callback. */

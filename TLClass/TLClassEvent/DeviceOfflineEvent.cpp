@@ -71,6 +71,12 @@ void* CDeviceOfflineEvent::RegisterDeviceOfflineCallback(const IDeviceOfflineCal
     return static_cast<IEventCallback*>(entry->callback.get());
 }
 
+bool CDeviceOfflineEvent::HasDeviceOfflineCallback(const void* handle) {
+    const CAutoLock lock(m_lock);
+    return std::any_of(m_callbacks.begin(), m_callbacks.end(),
+                       [handle](const Entry& entry) { return entry->GetHandle() == handle; });
+}
+
 void CDeviceOfflineEvent::UnRegisterDeviceOfflineCallback(void* handle) {
     const CAutoLock lock(m_lock);
     std::erase_if(m_callbacks,

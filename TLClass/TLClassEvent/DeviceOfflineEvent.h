@@ -63,6 +63,8 @@ public:
     /// Keeps a clone, whose address as an IEventCallback is the handle. Callbacks
     /// are called in the order of their registration.
     void* RegisterDeviceOfflineCallback(const IDeviceOfflineCallback& callback);
+    /// What stood behind a handle may be gone: it isn't looked at.
+    bool HasDeviceOfflineCallback(const void* handle);
     /// Nothing for an unknown handle. Waits for a running callback, except in any
     /// callback: that one may wait for this thread.
     void UnRegisterDeviceOfflineCallback(void* handle);

@@ -34,6 +34,10 @@ bool IsEventNode(INode* node, std::set<const INode*>& visited) {
     return false;
 }
 
+bool IsHandle(const IFeatureControl::IFeatureCallbackHandle* callback, const void* handle) {
+    return static_cast<const void*>(callback) == handle;
+}
+
 }  // namespace
 
 CFeatureControl::CFeatureControl(CNodeMapRef* nodeMap) : m_nodeMap(nodeMap) {}
@@ -95,12 +99,17 @@ void CFeatureControl::DoUnregisterAllFeatureCallback() {
     __Deregister([](const IFeatureCallbackHandle* /*registered*/) { return true; });
 }
 
-bool CFeatureControl::CheckExist(const std::string& name,
-                                 const IFeatureCallbackHandle* handle) const {
+bool CFeatureControl::CheckExist(const std::string& name, const void* handle) const {
     const CAutoLock lock(m_callbacksLock);
     return std::any_of(m_callbacks.begin(), m_callbacks.end(), [&](const auto& callback) {
-        return callback.get() == handle && callback->GetName() == name;
+        return IsHandle(callback.get(), handle) && callback->GetName() == name;
     });
+}
+
+bool CFeatureControl::CheckExist(const void* handle) const {
+    const CAutoLock lock(m_callbacksLock);
+    return std::any_of(m_callbacks.begin(), m_callbacks.end(),
+                       [handle](const auto& callback) { return IsHandle(callback.get(), handle); });
 }
 
 bool CFeatureControl::CheckEventNode(const std::string& name) const {

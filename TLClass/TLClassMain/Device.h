@@ -51,6 +51,8 @@ public:
     /// Waits for a running callback, except in any callback: that one may wait for
     /// the calling thread. Nothing for an unknown handle.
     virtual void DoUnregisterDeviceOfflineCallback(void* handle) = 0;
+    /// Whether a callback of that handle is registered.
+    virtual bool DoHasDeviceOfflineCallback(const void* handle) = 0;
     /// Whether the producer reported the open camera gone; it does so only after
     /// a callback was registered.
     virtual bool DoIsDeviceOffineLine() = 0;
@@ -103,6 +105,9 @@ public:
     int32_t DoGetDeviceAccessMode() override { return m_accessMode; }
     void* DoRegisterDeviceOfflineCallback(const IDeviceOfflineCallback& callback) override;
     void DoUnregisterDeviceOfflineCallback(void* handle) override;
+    bool DoHasDeviceOfflineCallback(const void* handle) override {
+        return m_offlineEvent.HasDeviceOfflineCallback(handle);
+    }
     bool DoIsDeviceOffineLine() override { return m_offlineEvent.IsDeviceOffineLine(); }
     uint32_t DoGetEventNumInQueue() override { return m_remoteEvent.GetEventNumInQueue(); }
     void DoFlushRemoteDeviceEvent() override { m_remoteEvent.FlushRemoteDeviceEvent(); }

@@ -171,6 +171,37 @@ TEST_F(EventCallbackTest, AHandleOfAnotherKindIsRefused) {
                   "Invalid event callback handle");
 }
 
+TEST_F(EventCallbackTest, AHandleThatIsNoneAnyMoreIsRefused) {
+    OV_EVENT_CALLBACK_HANDLE const offline = RegisterOffline();
+    OV_FEATURE_CALLBACK_HANDLE const feature = RegisterFeature(kPlain);
+    EXPECT_OV_OK(OVUnregisterFeatureCallback(camera, kPlain, feature));
+    ExpectFailure(OVUnregisterFeatureCallback(camera, kPlain, feature), OV_STATUS_INVALID_HANDLE,
+                  "Invalid feature callback handle");
+    EXPECT_OV_OK(OVUnregisterDeviceOfflineCallback(camera, offline));
+    ExpectFailure(OVUnregisterDeviceOfflineCallback(camera, offline), OV_STATUS_INVALID_HANDLE,
+                  "Invalid event callback handle");
+}
+
+TEST_F(EventCallbackTest, AHandleOfBeforeACloseIsRefused) {
+    OV_EVENT_CALLBACK_HANDLE const offline = RegisterOffline();
+    OV_FEATURE_CALLBACK_HANDLE const feature = RegisterFeature(OV_FEATURE_StreamLostFrameCount);
+    EXPECT_OV_OK(OVCloseDevice(camera));
+    camera = Open();
+    ExpectFailure(OVUnregisterFeatureCallback(camera, OV_FEATURE_StreamLostFrameCount, feature),
+                  OV_STATUS_INVALID_HANDLE, "Invalid feature callback handle");
+    ExpectFailure(OVUnregisterDeviceOfflineCallback(camera, offline), OV_STATUS_INVALID_HANDLE,
+                  "Invalid event callback handle");
+}
+
+TEST_F(EventCallbackTest, AHandleIsNeverLookedBehind) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): an address that no memory has
+    void* const nowhere = reinterpret_cast<void*>(intptr_t{16});
+    ExpectFailure(OVUnregisterFeatureCallback(camera, kPlain, nowhere), OV_STATUS_INVALID_HANDLE,
+                  "Invalid feature callback handle");
+    ExpectFailure(OVUnregisterDeviceOfflineCallback(camera, nowhere), OV_STATUS_INVALID_HANDLE,
+                  "Invalid event callback handle");
+}
+
 TEST_F(EventCallbackTest, AFeatureThatTheCameraLacksIsRefused) {
     OV_FEATURE_CALLBACK_HANDLE handle = nullptr;
     ExpectFailure(
