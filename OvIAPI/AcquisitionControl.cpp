@@ -129,18 +129,18 @@ public:
         }
     }
 
-    void RaiseIfAny() const {
+    void RaiseIfAny(const OvPlace& place) const {
         if (!m_failure) {
             return;
         }
         try {
             std::rethrow_exception(m_failure);
         } catch (const CDeviceOfflineError& error) {
-            OV_RAISE(CDeviceOfflineError, error.what());
+            OV_RAISE_AT(CDeviceOfflineError, place, error.what());
         } catch (const std::exception& error) {
-            OV_RAISE_STATUS(OV_STATUS_ERROR, error.what());
+            OV_RAISE_AT(CUnexpectedError, place, error.what());
         } catch (const GenICam_3_0_ORVANE::GenericException& error) {
-            OV_RAISE_STATUS(OV_STATUS_ERROR, error.GetDescription());
+            OV_RAISE_AT(CUnexpectedError, place, error.GetDescription());
         }
     }
 
@@ -150,11 +150,11 @@ private:
 
 }  // namespace
 
-void StartAcquisition(COvDeviceInfo& info) {
+void StartAcquisition(COvDeviceInfo& info, const OvPlace& place) {
     IDevice& device = *info.GetDevice();
-    CheckNotInCallback(device, "start capture", kRefused);
+    CheckNotInCallback(device, "start capture", kRefused, place);
     if (device.DoGetDeviceAccessMode() == OV_ACCESS_READONLY) {
-        OV_RAISE(CInvalidAccessError, kReadOnly);
+        OV_RAISE_AT(CInvalidAccessError, place, kReadOnly);
     }
     const std::shared_ptr<IDataStream> stream = info.GetStream();
     info.GetPolling().PollBeforeCall(OV_FEATURE_LEVEL_REMOTE_DEVICE);
@@ -166,12 +166,12 @@ void StartAcquisition(COvDeviceInfo& info) {
     info.GetFetchGate().Open();
 }
 
-void StopAcquisition(COvDeviceInfo& info) {
+void StopAcquisition(COvDeviceInfo& info, const OvPlace& place) {
     IDevice& device = *info.GetDevice();
     const std::shared_ptr<IDataStream> stream = info.GetStream();
-    CheckNotInCallback(device, "stop capture", kRefused);
+    CheckNotInCallback(device, "stop capture", kRefused, place);
     if (device.DoGetDeviceAccessMode() == OV_ACCESS_READONLY) {
-        OV_RAISE(CInvalidAccessError, kReadOnly);
+        OV_RAISE_AT(CInvalidAccessError, place, kReadOnly);
     }
     const CAutoLock lock(info.GetAcquisitionLock());
     CloseFetches(info, *stream);
@@ -180,7 +180,7 @@ void StopAcquisition(COvDeviceInfo& info) {
     failure.Run([&remote] { remote.DoSendCommand("AcquisitionStop"); });
     StopStream(info, *stream);
     failure.Run([&remote] { remote.DoSetInt(kParamsLocked, 0); });
-    failure.RaiseIfAny();
+    failure.RaiseIfAny(place);
 }
 
 static void SendStop(COvDeviceInfo& info) noexcept {

@@ -42,7 +42,7 @@ void CopyFrame(COvDeviceInfo& info, OV_FRAME_DATA& frame, uint32_t timeout) {
     memory.QueueBuffer();
 }
 
-OV_FRAME_BUFFER* LendFrame(COvDeviceInfo& info, uint32_t timeout) {
+OV_FRAME_BUFFER* LendFrame(COvDeviceInfo& info, uint32_t timeout, const OvPlace& place) {
     CFetchedFrame fetched(*info.GetStream(), timeout);
     OV_FRAME_BUFFER record{};
     FillFrame(record, fetched.GetInfo());
@@ -50,20 +50,20 @@ OV_FRAME_BUFFER* LendFrame(COvDeviceInfo& info, uint32_t timeout) {
     record.nBufID = reinterpret_cast<uint64_t>(fetched.GetBuffer());
     OV_FRAME_BUFFER* const frame = info.GetFramePool().Take(record);
     if (frame == nullptr) {
-        OV_RAISE(CUnexpectedError, "DQFrameBuffer failed");
+        OV_RAISE_AT(CUnexpectedError, place, "DQFrameBuffer failed");
     }
     fetched.Commit();
     return frame;
 }
 
 uint32_t LendAllFrames(COvDeviceInfo& info, OV_FRAME_BUFFER** frames, uint32_t size,
-                       uint32_t timeout) {
+                       uint32_t timeout, const OvPlace& place) {
     const std::shared_ptr<IDataStream> stream = info.GetStream();
     const size_t announced = stream->DoGetAnnounceBufferListSize();
     if (size < announced) {
-        OV_RAISE(CNeedMoreBufferError,
-                 COvString::MsgComposer("Size of OV_FRAME_DATA* array should be at least %d",
-                                        static_cast<int>(announced)));
+        OV_RAISE_AT(CNeedMoreBufferError, place,
+                    COvString::MsgComposer("Size of OV_FRAME_DATA* array should be at least %d",
+                                           static_cast<int>(announced)));
     }
     // A producer that tells of more frames than there are must not write past
     // the caller's array.
@@ -78,7 +78,7 @@ uint32_t LendAllFrames(COvDeviceInfo& info, OV_FRAME_BUFFER** frames, uint32_t s
     });
     while (count < waiting) {
         try {
-            frames[count] = LendFrame(info, timeout);
+            frames[count] = LendFrame(info, timeout, place);
             ++count;
         } catch (const CTimeoutError&) {
             if (count == 0) {

@@ -16,27 +16,28 @@ using namespace OVTLClass;
 namespace {
 
 /// Raises unless frames are the application's to fetch and to return, and flow.
-void CheckFrameCall(IDataStream& stream, bool isStarted, const char* call) {
+void CheckFrameCall(IDataStream& stream, bool isStarted, const char* call, const OvPlace& place) {
     if (stream.DoIsRegisterCaptureCallback()) {
-        OV_RAISE(CInvalidCallError,
-                 COvString::MsgComposer("Can't call %s after register capture callback", call));
+        OV_RAISE_AT(CInvalidCallError, place,
+                    COvString::MsgComposer("Can't call %s after register capture callback", call));
     }
     if (!isStarted) {
-        OV_RAISE(CInvalidCallError,
-                 COvString::MsgComposer("Can't call %s before start capture", call));
+        OV_RAISE_AT(CInvalidCallError, place,
+                    COvString::MsgComposer("Can't call %s before start capture", call));
     }
 }
 
 /// For a call that returns frames.
-void CheckReturn(IDataStream& stream, const char* call) {
-    CheckFrameCall(stream, stream.DoIsDataStreamAcquisiton(), call);
+void CheckReturn(IDataStream& stream, const char* call, const OvPlace& place) {
+    CheckFrameCall(stream, stream.DoIsDataStreamAcquisiton(), call, place);
 }
 
 /// A call that fetches frames, inside the camera's gate. Raises in the wrong state.
 class CFetchCall {
 public:
-    CFetchCall(COvDeviceInfo& info, const char* call) : m_fetch(info.GetFetchGate()) {
-        CheckFrameCall(*info.GetStream(), m_fetch.IsInside(), call);
+    CFetchCall(COvDeviceInfo& info, const char* call, const OvPlace& place)
+        : m_fetch(info.GetFetchGate()) {
+        CheckFrameCall(*info.GetStream(), m_fetch.IsInside(), call, place);
     }
 
 private:
@@ -44,9 +45,9 @@ private:
 };
 
 /// Raises with the message while the stream acquires.
-void CheckStopped(IDataStream& stream, const char* message) {
+void CheckStopped(IDataStream& stream, const char* message, const OvPlace& place) {
     if (stream.DoIsDataStreamAcquisiton()) {
-        OV_RAISE(CInvalidCallError, message);
+        OV_RAISE_AT(CInvalidCallError, place, message);
     }
 }
 
@@ -63,7 +64,7 @@ OV_STATUS OVSetAcqusitionBufferNumber(OV_DEV_HANDLE hDevice, uint64_t nBufferNum
     if (nBufferNum == 0) {
         OV_RAISE(CInvalidParameterError, "The input parameter invalid");
     }
-    CheckStopped(*stream, "Can't set acqusition buffer number  when acqusition");
+    CheckStopped(*stream, "Can't set acqusition buffer number  when acqusition", OV_HERE);
     stream->SetAcqusitionBufferNumber(nBufferNum);
     return OV_STATUS_SUCCESS;
 } catch (...) {
@@ -86,7 +87,7 @@ OV_STATUS OVRegisterCaptureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
     const COvDeviceInfo& info = EnterAcquisition(hDevice, OV_HERE);
     const auto stream = info.GetStream();
     OV_CHECK_POINTER(reinterpret_cast<const void*>(callBackFun));
-    CheckStopped(*stream, "Can't register capture callback after start capture");
+    CheckStopped(*stream, "Can't register capture callback after start capture", OV_HERE);
     stream->DoRegisterCaptureCallback(
         COvNewBufferCallback(*info.GetDevice(), pUserParam, callBackFun));
     return OV_STATUS_SUCCESS;
@@ -96,7 +97,7 @@ OV_STATUS OVRegisterCaptureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
 
 OV_STATUS OVUnregisterCaptureCallback(OV_DEV_HANDLE hDevice) try {
     const auto stream = EnterAcquisition(hDevice, OV_HERE).GetStream();
-    CheckStopped(*stream, "Can't unregister capture callback after start capture");
+    CheckStopped(*stream, "Can't unregister capture callback after start capture", OV_HERE);
     stream->DoUnregisterCaptureCallback();
     return OV_STATUS_SUCCESS;
 } catch (...) {
@@ -107,7 +108,7 @@ OV_STATUS OVGetImage(OV_DEV_HANDLE hDevice, OV_FRAME_DATA* pFrameData, uint32_t 
     COvDeviceInfo& info = EnterAcquisition(hDevice, OV_HERE);
     OV_CHECK_POINTER(pFrameData);
     OV_CHECK_POINTER(pFrameData->pImgBuf);
-    const CFetchCall call(info, "GetImage");
+    const CFetchCall call(info, "GetImage", OV_HERE);
     CopyFrame(info, *pFrameData, nTimeout);
     return OV_STATUS_SUCCESS;
 } catch (...) {
@@ -127,14 +128,14 @@ OV_STATUS OVFlushQueue(OV_DEV_HANDLE hDevice) try {
 }
 
 OV_STATUS OVStreamOn(OV_DEV_HANDLE hDevice) try {
-    StartAcquisition(EnterAcquisition(hDevice, OV_HERE));
+    StartAcquisition(EnterAcquisition(hDevice, OV_HERE), OV_HERE);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
 }
 
 OV_STATUS OVStreamOff(OV_DEV_HANDLE hDevice) try {
-    StopAcquisition(EnterAcquisition(hDevice, OV_HERE));
+    StopAcquisition(EnterAcquisition(hDevice, OV_HERE), OV_HERE);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -145,8 +146,8 @@ OV_STATUS OVDQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBuffer, uint32
     OV_CHECK_POINTER(ppFrameBuffer);
     *ppFrameBuffer = nullptr;
     COvDeviceInfo& info = VerifyDeviceHandle(hDevice, OV_HERE);
-    const CFetchCall call(info, "DQBuf");
-    *ppFrameBuffer = LendFrame(info, nTimeOut);
+    const CFetchCall call(info, "DQBuf", OV_HERE);
+    *ppFrameBuffer = LendFrame(info, nTimeOut, OV_HERE);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -154,8 +155,10 @@ OV_STATUS OVDQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBuffer, uint32
 
 OV_STATUS OVQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER* pFrameBuffer) try {
     COvDeviceInfo& info = EnterAcquisition(hDevice, OV_HERE);
-    CheckReturn(*info.GetStream(), "QBuf");
-    info.GetFramePool().Return(pFrameBuffer);
+    CheckReturn(*info.GetStream(), "QBuf", OV_HERE);
+    if (!info.GetFramePool().Return(pFrameBuffer)) {
+        OV_RAISE(CInvalidParameterError, "Invalid OV_FRAME_BUFFER* parameter");
+    }
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -170,8 +173,9 @@ OV_STATUS OVDQAllBufs(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBufferArra
     OV_CHECK_POINTER(pnFrameCount);
     *pnFrameCount = 0;
     COvDeviceInfo& info = VerifyDeviceHandle(hDevice, OV_HERE);
-    const CFetchCall call(info, "DQAllBufs");
-    *pnFrameCount = LendAllFrames(info, ppFrameBufferArray, nFrameBufferArraySize, nTimeOut);
+    const CFetchCall call(info, "DQAllBufs", OV_HERE);
+    *pnFrameCount =
+        LendAllFrames(info, ppFrameBufferArray, nFrameBufferArraySize, nTimeOut, OV_HERE);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -179,7 +183,7 @@ OV_STATUS OVDQAllBufs(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBufferArra
 
 OV_STATUS OVQAllBufs(OV_DEV_HANDLE hDevice) try {
     COvDeviceInfo& info = EnterAcquisition(hDevice, OV_HERE);
-    CheckReturn(*info.GetStream(), "QAllBufs");
+    CheckReturn(*info.GetStream(), "QAllBufs", OV_HERE);
     info.GetFramePool().ReturnAll();
     return OV_STATUS_SUCCESS;
 } catch (...) {

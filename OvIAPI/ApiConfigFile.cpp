@@ -15,32 +15,32 @@ using namespace OVTLClass;
 
 namespace {
 
-void CheckStopped(const COvDeviceInfo& info, const char* message) {
+void CheckStopped(const COvDeviceInfo& info, const char* message, const OvPlace& place) {
     if (info.GetStream()->DoIsDataStreamAcquisiton()) {
-        OV_RAISE(CInvalidCallError, message);
+        OV_RAISE_AT(CInvalidCallError, place, message);
     }
 }
 
-void CheckPath(const char* path) {
+void CheckPath(const char* path, const OvPlace& place) {
     if (*path == '\0') {
-        OV_RAISE(CUnexpectedError, "Failed to resolve file name");
+        OV_RAISE_AT(CUnexpectedError, place, "Failed to resolve file name");
     }
 }
 
-void CheckOpened(bool isOpen) {
+void CheckOpened(bool isOpen, const OvPlace& place) {
     if (!isOpen) {
-        OV_RAISE(CUnexpectedError, "Can't open config file");
+        OV_RAISE_AT(CUnexpectedError, place, "Can't open config file");
     }
 }
 
 /// What was there is lost from here on; so the text has to be whole before.
-void WriteFile(const char* path, const std::string& text) {
+void WriteFile(const char* path, const std::string& text, const OvPlace& place) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    CheckOpened(file.is_open());
+    CheckOpened(file.is_open(), place);
     file << text;
     file.close();
     if (!file) {
-        OV_RAISE(CUnexpectedError, "Can't write config file");
+        OV_RAISE_AT(CUnexpectedError, place, "Can't write config file");
     }
 }
 
@@ -50,12 +50,12 @@ OV_STATUS OVExportConfigFile(OV_DEV_HANDLE hDevice, const char* pszFilePath) try
     EnterApi();
     const COvDeviceInfo& info = VerifyDeviceHandle(hDevice, OV_HERE);
     OV_CHECK_POINTER(pszFilePath);
-    CheckStopped(info, "Can't export config file after start capture");
-    CheckPath(pszFilePath);
+    CheckStopped(info, "Can't export config file after start capture", OV_HERE);
+    CheckPath(pszFilePath, OV_HERE);
     info.GetPolling().PollBeforeCall(OV_FEATURE_LEVEL_REMOTE_DEVICE);
     std::ostringstream text;
     CAllFeaturePersistance::ExportAllFeaturesToStream(info.GetDevice(), text);
-    WriteFile(pszFilePath, text.str());
+    WriteFile(pszFilePath, text.str(), OV_HERE);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -65,10 +65,10 @@ OV_STATUS OVImportConfigFile(OV_DEV_HANDLE hDevice, const char* pszFilePath, boo
     EnterApi();
     const COvDeviceInfo& info = VerifyDeviceHandle(hDevice, OV_HERE);
     OV_CHECK_POINTER(pszFilePath);
-    CheckStopped(info, "Can't import config file after start capture");
-    CheckPath(pszFilePath);
+    CheckStopped(info, "Can't import config file after start capture", OV_HERE);
+    CheckPath(pszFilePath, OV_HERE);
     std::ifstream file(pszFilePath, std::ios::binary);
-    CheckOpened(file.is_open());
+    CheckOpened(file.is_open(), OV_HERE);
     info.GetPolling().PollBeforeCall(OV_FEATURE_LEVEL_REMOTE_DEVICE);
     const std::vector<std::string> errors =
         CAllFeaturePersistance::ImportAllFeaturesFromStream(info.GetDevice(), file, bVerify);

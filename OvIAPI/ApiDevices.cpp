@@ -41,7 +41,7 @@ OV_STATUS OVUpdateAllDeviceList(uint32_t* pnDeviceNum, uint32_t nTimeOut) try {
 OV_STATUS OVGetAllDeviceBaseInfo(OV_DEVICE_BASE_INFO* pDeviceInfo, size_t* pSize) try {
     CDeviceManager& manager = EnterApi();
     OV_CHECK_POINTER(pSize);
-    manager.GetDeviceInfoFactory().GetAllDeviceBaseInfo(pDeviceInfo, pSize);
+    manager.GetDeviceInfoFactory().GetAllDeviceBaseInfo(pDeviceInfo, pSize, OV_HERE);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -50,7 +50,7 @@ OV_STATUS OVGetAllDeviceBaseInfo(OV_DEVICE_BASE_INFO* pDeviceInfo, size_t* pSize
 OV_STATUS OVGetDeviceIPInfo(uint32_t nIndex, OV_DEVICE_IP_INFO* pstDeviceIPInfo) try {
     CDeviceManager& manager = EnterApi();
     OV_CHECK_POINTER(pstDeviceIPInfo);
-    manager.GetDeviceInfoFactory().GetDeviceIPInfo(nIndex, *pstDeviceIPInfo);
+    manager.GetDeviceInfoFactory().GetDeviceIPInfo(nIndex, *pstDeviceIPInfo, OV_HERE);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -59,7 +59,8 @@ OV_STATUS OVGetDeviceIPInfo(uint32_t nIndex, OV_DEVICE_IP_INFO* pstDeviceIPInfo)
 OV_STATUS OVOpenDeviceByIndex(uint32_t nDeviceIndex, OV_DEV_HANDLE* phDevice) try {
     CDeviceManager& manager = EnterApi();
     OV_CHECK_POINTER(phDevice);
-    *phDevice = manager.GetDeviceInfoFactory().OpenDeviceByIndex(nDeviceIndex, OV_ACCESS_EXCLUSIVE);
+    *phDevice = manager.GetDeviceInfoFactory().OpenDeviceByIndex(nDeviceIndex, OV_ACCESS_EXCLUSIVE,
+                                                                 OV_HERE);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -80,7 +81,7 @@ OV_STATUS OVOpenDevice(const OV_OPEN_PARAM* pOpenParam, OV_DEV_HANDLE* phDevice)
         pOpenParam->accessMode > OV_ACCESS_EXCLUSIVE) {
         OV_RAISE(CInvalidParameterError, "Error Access Mode");
     }
-    *phDevice = manager.GetDeviceInfoFactory().OpenDevice(*pOpenParam);
+    *phDevice = manager.GetDeviceInfoFactory().OpenDevice(*pOpenParam, OV_HERE);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -88,7 +89,7 @@ OV_STATUS OVOpenDevice(const OV_OPEN_PARAM* pOpenParam, OV_DEV_HANDLE* phDevice)
 
 OV_STATUS OVCloseDevice(OV_DEV_HANDLE hDevice) try {
     CDeviceManager& manager = EnterApi();
-    manager.GetDeviceInfoFactory().CloseDevice(VerifyDeviceHandle(hDevice, OV_HERE));
+    manager.GetDeviceInfoFactory().CloseDevice(VerifyDeviceHandle(hDevice, OV_HERE), OV_HERE);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();

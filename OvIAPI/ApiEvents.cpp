@@ -21,9 +21,24 @@ COvDeviceInfo& EnterEvents(OV_DEV_HANDLE hDevice, const OvPlace& place) {
 }
 
 /// Raises with the message in such a callback of the camera.
-void CheckNotInside(CallbackKind kind, const IDevice& camera, const char* message) {
+void CheckNotInside(CallbackKind kind, const IDevice& camera, const char* message,
+                    const OvPlace& place) {
     if (CCallbackScope::IsInside(kind, &camera)) {
-        OV_RAISE(CInvalidCallError, message);
+        OV_RAISE_AT(CInvalidCallError, place, message);
+    }
+}
+
+/// Raises with the message for a handle that isn't registered. What stood behind it
+/// may be gone, so it is compared alone. In a callback that refuses the call anyway
+/// only null is told: a close on another thread may have taken the handle away.
+template <class IsRegistered>
+void VerifyCallbackHandle(const void* handle, CallbackKind refused, const IDevice& camera,
+                          const IsRegistered& isRegistered, const char* message,
+                          const OvPlace& place) {
+    const bool isValid =
+        handle != nullptr && (CCallbackScope::IsInside(refused, &camera) || isRegistered(handle));
+    if (!isValid) {
+        OV_RAISE_AT(CInvalidHandleError, place, message);
     }
 }
 
@@ -35,7 +50,8 @@ OV_STATUS OVRegisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice, void* pUserPara
     IDevice& device = *EnterEvents(hDevice, OV_HERE).GetDevice();
     OV_CHECK_POINTER(reinterpret_cast<const void*>(callBackFun));
     OV_CHECK_POINTER(pHCallBack);
-    CheckNotInside(CallbackKind::Offline, device, "Can't register offline callback in callback");
+    CheckNotInside(CallbackKind::Offline, device, "Can't register offline callback in callback",
+                   OV_HERE);
     *pHCallBack =
         device.DoRegisterDeviceOfflineCallback(COvDeviceOfflineCallback(pUserParam, callBackFun));
     return OV_STATUS_SUCCESS;
@@ -46,11 +62,12 @@ OV_STATUS OVRegisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice, void* pUserPara
 OV_STATUS OVUnregisterDeviceOfflineCallback(OV_DEV_HANDLE hDevice,
                                             OV_EVENT_CALLBACK_HANDLE pHCallBack) try {
     IDevice& device = *EnterEvents(hDevice, OV_HERE).GetDevice();
-    // What stood behind a handle may be gone, so it is compared alone.
-    if (!device.DoHasDeviceOfflineCallback(pHCallBack)) {
-        OV_RAISE(CInvalidHandleError, "Invalid event callback handle");
-    }
-    CheckNotInside(CallbackKind::Offline, device, "Can't unregister offline callback in callback");
+    VerifyCallbackHandle(
+        pHCallBack, CallbackKind::Offline, device,
+        [&device](const void* handle) { return device.DoHasDeviceOfflineCallback(handle); },
+        "Invalid event callback handle", OV_HERE);
+    CheckNotInside(CallbackKind::Offline, device, "Can't unregister offline callback in callback",
+                   OV_HERE);
     device.DoUnregisterDeviceOfflineCallback(pHCallBack);
     return OV_STATUS_SUCCESS;
 } catch (...) {
@@ -65,8 +82,8 @@ OV_STATUS OVRegisterFeatureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
     OV_CHECK_POINTER(reinterpret_cast<const void*>(callBackFun));
     OV_CHECK_POINTER(pHCallBack);
     IDevice& device = *info.GetDevice();
-    CheckNotInside(CallbackKind::Event, device,
-                   "Can't register feature event callback in callback");
+    CheckNotInside(CallbackKind::Event, device, "Can't register feature event callback in callback",
+                   OV_HERE);
     CFeatureControl& control = GetFeatureControl(info, featureID);
     if (control.CheckEventNode(name)) {
         device.DoActiveRemoteDeviceEventThread();
@@ -84,12 +101,13 @@ OV_STATUS OVRegisterFeatureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
 OV_STATUS OVUnregisterFeatureCallback(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
                                       OV_FEATURE_CALLBACK_HANDLE pHCallBack) try {
     const COvDeviceInfo& info = EnterEvents(hDevice, OV_HERE);
-    if (!HasFeatureCallback(info, pHCallBack)) {
-        OV_RAISE(CInvalidHandleError, "Invalid feature callback handle");
-    }
+    VerifyCallbackHandle(
+        pHCallBack, CallbackKind::Event, *info.GetDevice(),
+        [&info](const void* handle) { return HasFeatureCallback(info, handle); },
+        "Invalid feature callback handle", OV_HERE);
     const char* const name = CDeviceManager::GetInstance().GetFeatureName(featureID);
     CheckNotInside(CallbackKind::Event, *info.GetDevice(),
-                   "Can't unregister feature event callback in callback");
+                   "Can't unregister feature event callback in callback", OV_HERE);
     CFeatureControl& control = GetFeatureControl(info, featureID);
     if (!control.CheckExist(name, pHCallBack)) {
         OV_RAISE(CInvalidParameterError, "Invalid Feature ID");

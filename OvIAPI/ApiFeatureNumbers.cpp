@@ -154,9 +154,9 @@ OV_STATUS OVSetBool(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, bool bValue)
 OV_STATUS OVSendCommand(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID) try {
     const CFeatureAccess feature(hDevice, featureID, OV_FEATURE_TYPE_COMMAND, OV_HERE);
     if (featureID == OV_FEATURE_AcquisitionStart) {
-        StartAcquisition(feature.Info());
+        StartAcquisition(feature.Info(), OV_HERE);
     } else if (featureID == OV_FEATURE_AcquisitionStop) {
-        StopAcquisition(feature.Info());
+        StopAcquisition(feature.Info(), OV_HERE);
     } else {
         feature.Control().DoSendCommand(feature.Name());
     }

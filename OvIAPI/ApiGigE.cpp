@@ -18,8 +18,8 @@ bool IsPersistent(OV_IP_CONFIGURE_MODE mode) {
     return (mode & kPersistentBit) != 0;
 }
 
-std::shared_ptr<IDevice> Find(const char* mac) {
-    return CDeviceManager::GetInstance().GetDeviceInfoFactory().FindInWholeNetwork(mac);
+std::shared_ptr<IDevice> Find(const char* mac, const OvPlace& place) {
+    return CDeviceManager::GetInstance().GetDeviceInfoFactory().FindInWholeNetwork(mac, place);
 }
 
 }  // namespace
@@ -42,7 +42,7 @@ OV_STATUS OVGigEIpConfiguration(const char* pszDeviceMacAddress,
     } else {
         pszIPAddress = pszSubnetMask = pszDefaultGateway = "";
     }
-    Find(pszDeviceMacAddress)
+    Find(pszDeviceMacAddress, OV_HERE)
         ->DoIpConfiguration(emIpConfigFlag, pszIPAddress, pszSubnetMask, pszDefaultGateway, userId);
     return OV_STATUS_SUCCESS;
 } catch (...) {
@@ -57,7 +57,7 @@ OV_STATUS OVGigEForceIp(const char* pszDeviceMacAddress, const char* pszIPAddres
     OV_CHECK_POINTER(pszSubnetMask);
     OV_CHECK_POINTER(pszDefaultGateway);
     // Whether the addresses make sense is the producer's to say.
-    Find(pszDeviceMacAddress)->DoForceIp(pszIPAddress, pszSubnetMask, pszDefaultGateway);
+    Find(pszDeviceMacAddress, OV_HERE)->DoForceIp(pszIPAddress, pszSubnetMask, pszDefaultGateway);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -69,7 +69,7 @@ OV_STATUS OVGigEResetDevice(const char* pszDeviceMacAddress, OV_RESET_MODE emRes
     if (emResetMode != OV_RESET_MODE_1 && emResetMode != OV_RESET_MODE_2) {
         OV_RAISE(CInvalidParameterError, "Invalid Param");
     }
-    Find(pszDeviceMacAddress)->DoResetDevice(emResetMode);
+    Find(pszDeviceMacAddress, OV_HERE)->DoResetDevice(emResetMode);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();

@@ -35,10 +35,10 @@ CFeatureControl& ControlOf(const COvDeviceInfo& info) {
 }
 
 /// Reading and writing begin the word in their own ways.
-void CheckImplemented(const IFeatureControl& control, const char* refusal) {
+void CheckImplemented(const IFeatureControl& control, const char* refusal, const OvPlace& place) {
     for (const char* const name : kNames) {
         if (!control.DoIsImplemented(name)) {
-            OV_RAISE(CNotImplementedError, std::string(refusal) + name);
+            OV_RAISE_AT(CNotImplementedError, place, std::string(refusal) + name);
         }
     }
 }
@@ -57,7 +57,7 @@ size_t SizeOf(const std::string& text) {
 }
 
 /// Nothing is written into a text unless all of them fit.
-void GiveTexts(const Texts& texts, const TextTargets& targets) {
+void GiveTexts(const Texts& texts, const TextTargets& targets, const OvPlace& place) {
     for (size_t i = 0; i < kFeatures; ++i) {
         if (targets[i].text == nullptr) {
             *targets[i].size = SizeOf(texts[i]);
@@ -65,8 +65,8 @@ void GiveTexts(const Texts& texts, const TextTargets& targets) {
     }
     for (size_t i = 0; i < kFeatures; ++i) {
         if (SizeOf(texts[i]) > *targets[i].size) {
-            OV_RAISE(CNeedMoreBufferError,
-                     std::string("Need more buffer to get device persistent ") + kWords[i]);
+            OV_RAISE_AT(CNeedMoreBufferError, place,
+                        std::string("Need more buffer to get device persistent ") + kWords[i]);
         }
     }
     for (size_t i = 0; i < kFeatures; ++i) {
@@ -77,16 +77,16 @@ void GiveTexts(const Texts& texts, const TextTargets& targets) {
     }
 }
 
-void CheckAddresses(const char* ip, const char* mask, const char* gateway) {
+void CheckAddresses(const char* ip, const char* mask, const char* gateway, const OvPlace& place) {
     const Cipcalc calculator;
     if (!calculator.IsValidIP(ip)) {
-        OV_RAISE(CInvalidParameterError, "Invalid IP");
+        OV_RAISE_AT(CInvalidParameterError, place, "Invalid IP");
     }
     if (!calculator.IsValidIP(gateway)) {
-        OV_RAISE(CInvalidParameterError, "Invalid GateWay");
+        OV_RAISE_AT(CInvalidParameterError, place, "Invalid GateWay");
     }
     if (!calculator.IsValidMask(mask)) {
-        OV_RAISE(CInvalidParameterError, "Invalid SubNetMask");
+        OV_RAISE_AT(CInvalidParameterError, place, "Invalid SubNetMask");
     }
 }
 
@@ -102,10 +102,12 @@ OV_STATUS OVGetDevicePersistentIpAddress(OV_DEV_HANDLE hDevice, char* pszIP, siz
     OV_CHECK_POINTER(pnSubnetMaskLength);
     OV_CHECK_POINTER(pnDefaultGatewayLength);
     const CFeatureControl& control = ControlOf(info);
-    CheckImplemented(control, "Not implemented ");
-    GiveTexts(ReadTexts(control), {{{pszIP, pnIPLength},
-                                    {pszSubnetMask, pnSubnetMaskLength},
-                                    {pszDefaultGateway, pnDefaultGatewayLength}}});
+    CheckImplemented(control, "Not implemented ", OV_HERE);
+    GiveTexts(ReadTexts(control),
+              {{{pszIP, pnIPLength},
+                {pszSubnetMask, pnSubnetMaskLength},
+                {pszDefaultGateway, pnDefaultGatewayLength}}},
+              OV_HERE);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -120,8 +122,8 @@ OV_STATUS OVSetDevicePersistentIpAddress(OV_DEV_HANDLE hDevice, const char* pszI
     OV_CHECK_POINTER(pszSubnetMask);
     OV_CHECK_POINTER(pszDefaultGateway);
     const CFeatureControl& control = ControlOf(info);
-    CheckImplemented(control, "Not Implemented ");
-    CheckAddresses(pszIP, pszSubnetMask, pszDefaultGateway);
+    CheckImplemented(control, "Not Implemented ", OV_HERE);
+    CheckAddresses(pszIP, pszSubnetMask, pszDefaultGateway, OV_HERE);
     const std::array<const char*, kFeatures> texts = {pszIP, pszSubnetMask, pszDefaultGateway};
     for (size_t i = 0; i < kFeatures; ++i) {
         control.DoSetInt(kNames[i], Cipcalc().StringToInt(texts[i]));

@@ -36,17 +36,18 @@ void CDeviceInfoFactory::__UpdateDeviceInWholeNetwork(KnownList& list) {
     }
 }
 
-std::shared_ptr<IDevice> CDeviceInfoFactory::FindInWholeNetwork(const std::string& mac) {
+std::shared_ptr<IDevice> CDeviceInfoFactory::FindInWholeNetwork(const std::string& mac,
+                                                                const OvPlace& place) {
     KnownList list;
     __UpdateDeviceInWholeNetwork(list);
     const auto found = std::find_if(list.begin(), list.end(), [&mac](const Known& known) {
         return known->deviceAddresses.macText == mac;
     });
     if (found == list.end()) {
-        OV_RAISE(CNotFoundDeviceError, "Not Found Device");
+        OV_RAISE_AT(CNotFoundDeviceError, place, "Not Found Device");
     }
     if ((*found)->GetDevice() == nullptr) {
-        OV_RAISE(CUnexpectedError, "Unexpected Error");
+        OV_RAISE_AT(CUnexpectedError, place, "Unexpected Error");
     }
     return (*found)->GetDevice();
 }

@@ -47,13 +47,13 @@ OV_STATUS OVCloseLib(void) try {
     if (CCallbackScope::IsInsideAny()) {
         // Raises. Another thread that closes the library holds the API lock while it
         // waits for the end of this callback, which therefore must not wait for it.
-        factory.CloseAllDevice();
+        factory.CloseAllDevice(OV_HERE);
     }
     const CAutoLock lock(manager.GetApiLock());
     if (!manager.IsInitialised()) {
         return OV_STATUS_SUCCESS;
     }
-    factory.CloseAllDevice();
+    factory.CloseAllDevice(OV_HERE);
     factory.DeleteKnownList();
     COVIError::GetInstance().Reset();
     ITLManager::GetInstance()->DoUninit();

@@ -23,11 +23,11 @@ const char* NameOf(CallbackKind kind) {
 }  // namespace
 
 void CheckNotInCallback(const IDevice& camera, const char* what,
-                        std::initializer_list<CallbackKind> kinds) {
+                        std::initializer_list<CallbackKind> kinds, const OvPlace& place) {
     for (const CallbackKind kind : kinds) {
         if (CCallbackScope::IsInside(kind, &camera)) {
-            OV_RAISE(CInvalidCallError,
-                     COvString::MsgComposer("Can't %s in %s callback", what, NameOf(kind)));
+            OV_RAISE_AT(CInvalidCallError, place,
+                        COvString::MsgComposer("Can't %s in %s callback", what, NameOf(kind)));
         }
     }
 }

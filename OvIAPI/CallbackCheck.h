@@ -3,6 +3,7 @@
 
 #include <initializer_list>
 
+#include "Place.h"
 #include "TLClassEvent/CallbackScope.h"
 
 namespace OVTLClass {
@@ -12,4 +13,4 @@ class IDevice;
 /// Raises "Can't <what> in <kind> callback" when the calling thread runs one of
 /// those callbacks of the camera; the first that fits counts.
 void CheckNotInCallback(const OVTLClass::IDevice& camera, const char* what,
-                        std::initializer_list<OVTLClass::CallbackKind> kinds);
+                        std::initializer_list<OVTLClass::CallbackKind> kinds, const OvPlace& place);

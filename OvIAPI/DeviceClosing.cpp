@@ -29,15 +29,15 @@ void Close(COvDeviceInfo& info) {
 
 }  // namespace
 
-void CDeviceInfoFactory::CloseDevice(const COvDeviceInfo& info) {
-    CheckNotInCallback(*info.GetDevice(), "close device", kRefused);
+void CDeviceInfoFactory::CloseDevice(const COvDeviceInfo& info, const OvPlace& place) {
+    CheckNotInCallback(*info.GetDevice(), "close device", kRefused, place);
     if (COvDeviceInfo* const handle = __BeginClosing(info)) {
         __Close(*handle);
     }
 }
 
-void CDeviceInfoFactory::CloseAllDevice() {
-    while (COvDeviceInfo* const last = __BeginClosingLast()) {
+void CDeviceInfoFactory::CloseAllDevice(const OvPlace& place) {
+    while (COvDeviceInfo* const last = __BeginClosingLast(place)) {
         __Close(*last);
     }
 }
@@ -56,16 +56,16 @@ COvDeviceInfo* CDeviceInfoFactory::__BeginClosing(const COvDeviceInfo& info) {
     return m_closing.back().get();
 }
 
-COvDeviceInfo* CDeviceInfoFactory::__BeginClosingLast() {
+COvDeviceInfo* CDeviceInfoFactory::__BeginClosingLast(const OvPlace& place) {
     const CAutoLock lock(m_openLock);
     for (const auto& closing : m_closing) {
-        CheckNotInCallback(*closing->GetDevice(), "close lib", kRefused);
+        CheckNotInCallback(*closing->GetDevice(), "close lib", kRefused, place);
     }
     if (m_open.empty()) {
         m_closed.wait(m_openLock, [this] { return m_closing.empty(); });
         return nullptr;
     }
-    CheckNotInCallback(*m_open.back()->GetDevice(), "close lib", kRefused);
+    CheckNotInCallback(*m_open.back()->GetDevice(), "close lib", kRefused, place);
     return __BeginClosing(*m_open.back());
 }
 

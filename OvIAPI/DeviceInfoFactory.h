@@ -9,6 +9,7 @@
 
 #include "DeviceInfo.h"
 #include "OvIDef.h"
+#include "Place.h"
 #include "PollingThread.h"
 #include "TLClassLoadTL/OvLock.h"
 
@@ -35,27 +36,30 @@ public:
     /// @param timeout  for each producer, in milliseconds
     virtual void UpdateDeviceList(uint32_t* count, unsigned timeout);
     /// Opens a camera by its place in the known list, from 1.
-    virtual OV_DEV_HANDLE OpenDeviceByIndex(uint32_t index, OV_ACCESS_MODE accessMode);
+    virtual OV_DEV_HANDLE OpenDeviceByIndex(uint32_t index, OV_ACCESS_MODE accessMode,
+                                            const OvPlace& place);
 
     /// For this search and the automatic ones after it.
     void SetSearchMode(OvSearchMode mode) { m_searchMode = mode; }
 
-    void GetAllDeviceBaseInfo(OV_DEVICE_BASE_INFO* records, size_t* size);
-    void GetDeviceIPInfo(uint32_t index, OV_DEVICE_IP_INFO& record);
-    OV_DEV_HANDLE OpenDevice(const OV_OPEN_PARAM& param);
+    // The place is that of the exported function.
+    void GetAllDeviceBaseInfo(OV_DEVICE_BASE_INFO* records, size_t* size, const OvPlace& place);
+    void GetDeviceIPInfo(uint32_t index, OV_DEVICE_IP_INFO& record, const OvPlace& place);
+    OV_DEV_HANDLE OpenDevice(const OV_OPEN_PARAM& param, const OvPlace& place);
     /// Raises on a thread that runs one of the camera's callbacks, before any lock
     /// is taken that is held for long.
-    void CloseDevice(const COvDeviceInfo& info);
+    void CloseDevice(const COvDeviceInfo& info, const OvPlace& place);
     /// From the last opened to the first. Raises at the first camera of which the
     /// calling thread runs a callback. Closed are also, at the end, the cameras
     /// that other threads were closing.
-    void CloseAllDevice();
+    void CloseAllDevice(const OvPlace& place);
     void DeleteKnownList();
     CPollingThread& GetPollingThread() { return m_polling; }
     /// Searches all networks for a GigE Vision camera, listed or not, and leaves
     /// the known list as it is.
     /// @param mac  as text in the form of the list, capitals
-    std::shared_ptr<OVTLClass::IDevice> FindInWholeNetwork(const std::string& mac);
+    std::shared_ptr<OVTLClass::IDevice> FindInWholeNetwork(const std::string& mac,
+                                                           const OvPlace& place);
     /// Gives the first known camera of that device ID a new user ID.
     void SetKnownUserId(const std::string& deviceId, const std::string& userId);
 
@@ -71,20 +75,24 @@ private:
     Known __FindByIndex(uint32_t index);
     Known __FindByKey(OV_OPEN_MODE mode, const std::string& key);
     Known __FindByKeyWithUpdate(OV_OPEN_MODE mode, const std::string& key);
-    OV_DEV_HANDLE __OpenKnownDevice(const COvDeviceInfo& known, OV_ACCESS_MODE accessMode);
-    OV_DEV_HANDLE __OpenDeviceByIP(const std::string& ip, OV_ACCESS_MODE accessMode);
+    OV_DEV_HANDLE __OpenKnownDevice(const COvDeviceInfo& known, OV_ACCESS_MODE accessMode,
+                                    const OvPlace& place);
+    OV_DEV_HANDLE __OpenDeviceByIP(const std::string& ip, OV_ACCESS_MODE accessMode,
+                                   const OvPlace& place);
     std::shared_ptr<OVTLClass::IDevice> __OpenOnAnyInterface(const std::string& ip,
-                                                             OV_ACCESS_MODE accessMode);
+                                                             OV_ACCESS_MODE accessMode,
+                                                             const OvPlace& place);
     /// The camera of that address when it could be opened there, else null.
     static std::shared_ptr<OVTLClass::IDevice> __OpenOnInterface(OVTLClass::CGevInterface& owner,
                                                                  int64_t address,
-                                                                 OV_ACCESS_MODE accessMode);
-    void __CheckNotOpenByIP(const std::string& ip);
+                                                                 OV_ACCESS_MODE accessMode,
+                                                                 const OvPlace& place);
+    void __CheckNotOpenByIP(const std::string& ip, const OvPlace& place);
     OV_DEV_HANDLE __AddHandle(std::unique_ptr<COvDeviceInfo> info);
     // These two move a handle to those that are being closed and give it; null when
     // there is none, and no other thread closes it any more.
     COvDeviceInfo* __BeginClosing(const COvDeviceInfo& info);
-    COvDeviceInfo* __BeginClosingLast();
+    COvDeviceInfo* __BeginClosingLast(const OvPlace& place);
     void __Close(COvDeviceInfo& info);
     void __EndClosing(const COvDeviceInfo& info);
 

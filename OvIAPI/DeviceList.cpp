@@ -121,7 +121,8 @@ bool CDeviceInfoFactory::__IsKnownListEmpty() {
     return m_known.empty();
 }
 
-void CDeviceInfoFactory::GetAllDeviceBaseInfo(OV_DEVICE_BASE_INFO* records, size_t* size) {
+void CDeviceInfoFactory::GetAllDeviceBaseInfo(OV_DEVICE_BASE_INFO* records, size_t* size,
+                                              const OvPlace& place) {
     if (__IsKnownListEmpty()) {
         __TryUpdate();
     }
@@ -130,7 +131,7 @@ void CDeviceInfoFactory::GetAllDeviceBaseInfo(OV_DEVICE_BASE_INFO* records, size
     if (records != nullptr) {
         if (needed > *size) {
             *size = 0;
-            OV_RAISE(CNeedMoreBufferError, "Need more buffer for all device info");
+            OV_RAISE_AT(CNeedMoreBufferError, place, "Need more buffer for all device info");
         }
         for (size_t i = 0; i < m_known.size(); ++i) {
             Fill(records[i], *m_known[i]);
@@ -139,14 +140,15 @@ void CDeviceInfoFactory::GetAllDeviceBaseInfo(OV_DEVICE_BASE_INFO* records, size
     *size = needed;
 }
 
-void CDeviceInfoFactory::GetDeviceIPInfo(uint32_t index, OV_DEVICE_IP_INFO& record) {
+void CDeviceInfoFactory::GetDeviceIPInfo(uint32_t index, OV_DEVICE_IP_INFO& record,
+                                         const OvPlace& place) {
     const CAutoLock lock(m_knownLock);
     if (index == 0 || index > m_known.size()) {
-        OV_RAISE(COutOfRangeError, "Index out of range");
+        OV_RAISE_AT(COutOfRangeError, place, "Index out of range");
     }
     const COvDeviceInfo& info = *m_known[index - 1];
     if (info.GetDeviceClass() != OV_DEVICE_CLASS_GEV) {
-        OV_RAISE(CInvalidParameterError, "The device is not GEV");
+        OV_RAISE_AT(CInvalidParameterError, place, "The device is not GEV");
     }
     Fill(record, info);
 }

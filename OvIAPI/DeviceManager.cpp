@@ -32,14 +32,14 @@ CDeviceManager& EnterApi() {
 
 void CheckPointer(const void* pointer, const OvPlace& place) {
     if (pointer == nullptr) {
-        throw CInvalidParameterError("NULL Pointer", place.file, place.line, place.function);
+        OV_RAISE_AT(CInvalidParameterError, place, "NULL Pointer");
     }
 }
 
 COvDeviceInfo& VerifyDeviceHandle(OV_DEV_HANDLE hDevice, const OvPlace& place) {
     auto* const info = dynamic_cast<COvDeviceInfo*>(static_cast<IOvDeviceInfo*>(hDevice));
     if (info == nullptr || !info->GetDevice()->DoIsDeviceOpen()) {
-        throw CInvalidHandleError("Invalid device handle", place.file, place.line, place.function);
+        OV_RAISE_AT(CInvalidHandleError, place, "Invalid device handle");
     }
     return *info;
 }

@@ -6,19 +6,8 @@
 #include "DeviceInfo.h"
 #include "DeviceInfoFactory.h"
 #include "FeatureTable.h"
+#include "Place.h"
 #include "TLClassLoadTL/OvLock.h"
-
-/// Where an exported function stands, for the failures that its checks raise.
-struct OvPlace {
-    const char* file;
-    int line;
-    const char* function;
-};
-
-#define OV_HERE                      \
-    OvPlace {                        \
-        __FILE__, __LINE__, __func__ \
-    }
 
 /// One per process. Its destruction closes nothing.
 class CDeviceManager {

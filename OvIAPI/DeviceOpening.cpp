@@ -48,10 +48,10 @@ public:
 /// An open first stream.
 class CDeviceInfoFactory::COpenDataStreamAgency : public CAgency {
 public:
-    explicit COpenDataStreamAgency(IDevice& device) {
+    COpenDataStreamAgency(IDevice& device, const OvPlace& place) {
         const auto streams = device.DoGetDataStreamList();
         if (streams.empty()) {
-            OV_RAISE(CUnexpectedError, "DataStream's number is 0");
+            OV_RAISE_AT(CUnexpectedError, place, "DataStream's number is 0");
         }
         streams.front()->DoOpenDataStream();
         Arm([stream = streams.front()] { stream->DoCloseDataStream(); });
@@ -77,9 +77,10 @@ public:
     }
 };
 
-OV_DEV_HANDLE CDeviceInfoFactory::OpenDeviceByIndex(uint32_t index, OV_ACCESS_MODE accessMode) {
+OV_DEV_HANDLE CDeviceInfoFactory::OpenDeviceByIndex(uint32_t index, OV_ACCESS_MODE accessMode,
+                                                    const OvPlace& place) {
     if (index == 0) {
-        OV_RAISE(COutOfRangeError, "Index should not be 0");
+        OV_RAISE_AT(COutOfRangeError, place, "Index should not be 0");
     }
     Known known = __FindByIndex(index);
     if (!known) {
@@ -87,27 +88,27 @@ OV_DEV_HANDLE CDeviceInfoFactory::OpenDeviceByIndex(uint32_t index, OV_ACCESS_MO
         known = __FindByIndex(index);
     }
     if (!known) {
-        OV_RAISE(COutOfRangeError, "Index out of range");
+        OV_RAISE_AT(COutOfRangeError, place, "Index out of range");
     }
-    return __OpenKnownDevice(*known, accessMode);
+    return __OpenKnownDevice(*known, accessMode, place);
 }
 
-OV_DEV_HANDLE CDeviceInfoFactory::OpenDevice(const OV_OPEN_PARAM& param) {
+OV_DEV_HANDLE CDeviceInfoFactory::OpenDevice(const OV_OPEN_PARAM& param, const OvPlace& place) {
     const std::string key = param.pszContent;
     if (param.openMode == OV_OPEN_INDEX) {
         const auto index = static_cast<uint32_t>(std::strtol(key.c_str(), nullptr, 10));
-        return OpenDeviceByIndex(index, param.accessMode);
+        return OpenDeviceByIndex(index, param.accessMode, place);
     }
     if (param.openMode == OV_OPEN_IP && !Cipcalc().IsValidIP(key)) {
-        OV_RAISE(CInvalidParameterError, "IP string is wrong format");
+        OV_RAISE_AT(CInvalidParameterError, place, "IP string is wrong format");
     }
     if (const Known known = __FindByKeyWithUpdate(param.openMode, key)) {
-        return __OpenKnownDevice(*known, param.accessMode);
+        return __OpenKnownDevice(*known, param.accessMode, place);
     }
     if (param.openMode != OV_OPEN_IP) {
-        OV_RAISE(CNotFoundDeviceError, "Not found device");
+        OV_RAISE_AT(CNotFoundDeviceError, place, "Not found device");
     }
-    return __OpenDeviceByIP(key, param.accessMode);
+    return __OpenDeviceByIP(key, param.accessMode, place);
 }
 
 CDeviceInfoFactory::Known CDeviceInfoFactory::__FindByIndex(uint32_t index) {
@@ -133,9 +134,10 @@ CDeviceInfoFactory::Known CDeviceInfoFactory::__FindByKeyWithUpdate(OV_OPEN_MODE
 }
 
 OV_DEV_HANDLE CDeviceInfoFactory::__OpenKnownDevice(const COvDeviceInfo& known,
-                                                    OV_ACCESS_MODE accessMode) {
+                                                    OV_ACCESS_MODE accessMode,
+                                                    const OvPlace& place) {
     COpenDeviceAgency device(*known.GetDevice(), accessMode);
-    COpenDataStreamAgency stream(*known.GetDevice());
+    COpenDataStreamAgency stream(*known.GetDevice(), place);
     OV_DEV_HANDLE const handle = __AddHandle(known.Clone());
     stream.Commit();
     device.Commit();
@@ -150,17 +152,17 @@ OV_DEV_HANDLE CDeviceInfoFactory::__AddHandle(std::unique_ptr<COvDeviceInfo> inf
     return static_cast<IOvDeviceInfo*>(m_open.back().get());
 }
 
-OV_DEV_HANDLE CDeviceInfoFactory::__OpenDeviceByIP(const std::string& ip,
-                                                   OV_ACCESS_MODE accessMode) {
+OV_DEV_HANDLE CDeviceInfoFactory::__OpenDeviceByIP(const std::string& ip, OV_ACCESS_MODE accessMode,
+                                                   const OvPlace& place) {
     const COpeningAgency opening(*this, Cipcalc().StringToInt(ip));
-    __CheckNotOpenByIP(ip);
+    __CheckNotOpenByIP(ip, place);
     auto info = std::make_unique<COvDeviceInfo>();
-    info->SetDevice(__OpenOnAnyInterface(ip, accessMode));
+    info->SetDevice(__OpenOnAnyInterface(ip, accessMode, place));
     info->SetOpenedByIp();
     return __AddHandle(std::move(info));
 }
 
-void CDeviceInfoFactory::__CheckNotOpenByIP(const std::string& ip) {
+void CDeviceInfoFactory::__CheckNotOpenByIP(const std::string& ip, const OvPlace& place) {
     const std::string id = CGevInterface::IdOfAddress(Cipcalc().StringToInt(ip));
     const CAutoLock lock(m_openLock);
     const auto isOpenAt = [&](const auto& info) {
@@ -172,12 +174,13 @@ void CDeviceInfoFactory::__CheckNotOpenByIP(const std::string& ip) {
     };
     if (std::any_of(m_open.begin(), m_open.end(), isOpenAt) ||
         std::any_of(m_closing.begin(), m_closing.end(), isOpenAt)) {
-        OV_RAISE(CInvalidAccessError, kAlreadyOpen);
+        OV_RAISE_AT(CInvalidAccessError, place, kAlreadyOpen);
     }
 }
 
 std::shared_ptr<IDevice> CDeviceInfoFactory::__OpenOnAnyInterface(const std::string& ip,
-                                                                  OV_ACCESS_MODE accessMode) {
+                                                                  OV_ACCESS_MODE accessMode,
+                                                                  const OvPlace& place) {
     const int64_t address = Cipcalc().StringToInt(ip);
     for (const auto& tl : ITLManager::GetInstance()->DoGetTLList()) {
         if (tl->DoGetTLInfo().tlType.value != "GEV") {
@@ -185,23 +188,25 @@ std::shared_ptr<IDevice> CDeviceInfoFactory::__OpenOnAnyInterface(const std::str
         }
         for (const auto& candidate : tl->DoGetInterfaceList()) {
             const auto owner = std::dynamic_pointer_cast<CGevInterface>(candidate);
-            if (auto device = owner ? __OpenOnInterface(*owner, address, accessMode) : nullptr) {
+            if (auto device =
+                    owner ? __OpenOnInterface(*owner, address, accessMode, place) : nullptr) {
                 return device;
             }
         }
     }
-    OV_RAISE(CNotFoundDeviceError,
-             COvString::MsgComposer("Can't open device by IP: %s", ip.c_str()));
+    OV_RAISE_AT(CNotFoundDeviceError, place,
+                COvString::MsgComposer("Can't open device by IP: %s", ip.c_str()));
 }
 
 std::shared_ptr<IDevice> CDeviceInfoFactory::__OpenOnInterface(CGevInterface& owner,
                                                                int64_t address,
-                                                               OV_ACCESS_MODE accessMode) {
+                                                               OV_ACCESS_MODE accessMode,
+                                                               const OvPlace& place) {
     std::shared_ptr<IDevice> device;
     try {
         device = owner.DoCreateDeviceByIPAddress(address);
         COpenDeviceAgency opened(*device, accessMode);
-        COpenDataStreamAgency streamOpened(*device);
+        COpenDataStreamAgency streamOpened(*device, place);
         streamOpened.Commit();
         opened.Commit();
         return device;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "TLClassLoadTL/OvException.h"
 #include "TLClassMain/Buffer.h"
 
 using namespace OVTLClass;
@@ -39,15 +38,16 @@ OV_FRAME_BUFFER* CFramePool::Take(const OV_FRAME_BUFFER& content) {
     return &m_delivered.back();
 }
 
-void CFramePool::Return(OV_FRAME_BUFFER* frame) {
+bool CFramePool::Return(OV_FRAME_BUFFER* frame) {
     const std::scoped_lock freeLock(m_freeMutex);
     const std::scoped_lock deliveredLock(m_deliveredMutex);
     const auto found = std::find_if(m_delivered.begin(), m_delivered.end(),
                                     [frame](const auto& record) { return &record == frame; });
     if (found == m_delivered.end()) {
-        OV_RAISE(CInvalidParameterError, "Invalid OV_FRAME_BUFFER* parameter");
+        return false;
     }
     ReturnAt(found);
+    return true;
 }
 
 void CFramePool::ReturnAll() {

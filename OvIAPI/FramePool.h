@@ -23,9 +23,8 @@ public:
     /// A free record, now delivered, with that content; null when none is free.
     /// It is filled here, under the locks: a stop on another thread takes it.
     OV_FRAME_BUFFER* Take(const OV_FRAME_BUFFER& content);
-    /// Gives a delivered record and its buffer back. Raises for any other
-    /// pointer.
-    void Return(OV_FRAME_BUFFER* frame);
+    /// Gives a delivered record and its buffer back. False for any other pointer.
+    bool Return(OV_FRAME_BUFFER* frame);
     void ReturnAll();
     /// Gives all delivered buffers back; no record is left.
     void Free();

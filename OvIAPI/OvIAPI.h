@@ -86,7 +86,8 @@ OV_API OV_STATUS OVGetAllDeviceBaseInfo(OV_DEVICE_BASE_INFO* pDeviceInfo, size_t
  *          for a camera of another kind */
 OV_API OV_STATUS OVGetDeviceIPInfo(uint32_t nIndex, OV_DEVICE_IP_INFO* pstDeviceIPInfo);
 
-/** Opens a camera of the list exclusively, with its first stream.
+/** Opens a camera of the list exclusively, with its first stream. A place beyond
+ *  the list is searched for first (200 ms).
  *  @param nDeviceIndex  place in the list, from 1
  *  @param phDevice      takes the handle
  *  @return OV_STATUS_OUT_OF_RANGE for no such place, OV_STATUS_INVALID_ACCESS
@@ -95,7 +96,10 @@ OV_API OV_STATUS OVOpenDeviceByIndex(uint32_t nDeviceIndex, OV_DEV_HANDLE* phDev
 
 /** Opens the camera that a key names, with its first stream. A camera that is
  *  not in the list is searched for (200 ms); by address it is tried directly.
- *  @return OV_STATUS_NOT_FOUND_DEVICE when no camera has the key,
+ *  @return OV_STATUS_INVALID_PARAMETER for an empty key, a mode that doesn't exist,
+ *          or an address that isn't dotted numbers from 0 to 254, the first not 0;
+ *          OV_STATUS_NOT_FOUND_DEVICE when no camera has the key,
+ *          OV_STATUS_OUT_OF_RANGE when the list has no such place;
  *          OV_STATUS_INVALID_ACCESS for one that is open already or held elsewhere */
 OV_API OV_STATUS OVOpenDevice(const OV_OPEN_PARAM* pOpenParam, OV_DEV_HANDLE* phDevice);
 
@@ -251,23 +255,27 @@ OV_API OV_STATUS OVSendCommand(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID);
 
 /** How many buffers the next start uses; until it is set 5, or what the producer
  *  needs when that is more. Only while stopped.
- *  @return OV_STATUS_OUT_OF_RANGE when the producer needs more */
+ *  @return OV_STATUS_INVALID_PARAMETER for 0, OV_STATUS_INVALID_CALL while started,
+ *          OV_STATUS_OUT_OF_RANGE when the producer needs more */
 OV_API OV_STATUS OVSetAcqusitionBufferNumber(OV_DEV_HANDLE hDevice, uint64_t nBufferNum);
 /** How many buffers the next start uses. */
 OV_API OV_STATUS OVGetAcqusitionBufferNumber(OV_DEV_HANDLE hDevice, uint64_t* pBufferNum);
 
 /** Has every frame of later starts handed to callBackFun. Replaces an earlier
- *  callback. Only while stopped.
- *  @param pUserParam  passed on with each frame; may be null */
+ *  callback.
+ *  @param pUserParam  passed on with each frame; may be null
+ *  @return OV_STATUS_INVALID_CALL while started */
 OV_API OV_STATUS OVRegisterCaptureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
                                            OVCaptureCallback callBackFun);
-/** Takes the capture callback away; success when there is none. Only while
- *  stopped. */
+/** Takes the capture callback away; success when there is none.
+ *  @return OV_STATUS_INVALID_CALL while started */
 OV_API OV_STATUS OVUnregisterCaptureCallback(OV_DEV_HANDLE hDevice);
 
 /** Waits for a frame and copies it.
  *  @param pFrameData  its pImgBuf must hold "PayloadSize" bytes; nothing checks it
- *  @param nTimeout    in milliseconds; OV_STATUS_TIMEOUT when nothing came */
+ *  @param nTimeout    in milliseconds
+ *  @return OV_STATUS_TIMEOUT when nothing came, which is also so while all frames are
+ *          on loan: the producer has no buffer for another */
 OV_API OV_STATUS OVGetImage(OV_DEV_HANDLE hDevice, OV_FRAME_DATA* pFrameData, uint32_t nTimeout);
 
 /** Gives the frames that wait by now back to the producer, unseen. Frames on loan
@@ -276,18 +284,25 @@ OV_API OV_STATUS OVFlushQueue(OV_DEV_HANDLE hDevice);
 
 /** Starts the acquisition. The camera's transport parameters are locked from
  *  here to OVStreamOff(). Not from a capture or a feature callback of the camera:
- *  OV_STATUS_INVALID_CALL. */
+ *  OV_STATUS_INVALID_CALL.
+ *  @return OV_STATUS_INVALID_ACCESS for a camera that was opened for reading */
 OV_API OV_STATUS OVStreamOn(OV_DEV_HANDLE hDevice);
 /** Stops the acquisition; frames on loan are void afterwards. The host's side is
  *  stopped even when the camera doesn't answer; its failure is then the result.
  *  A fetch that waits on another thread ends with the producer's -1012.
- *  Not from a capture or a feature callback of the camera: OV_STATUS_INVALID_CALL. */
+ *  Not from a capture or a feature callback of the camera: OV_STATUS_INVALID_CALL.
+ *  @return OV_STATUS_INVALID_ACCESS for a camera that was opened for reading,
+ *          OV_STATUS_OFFLINE for one that is gone, OV_STATUS_ERROR for every other
+ *          failure of the camera */
 OV_API OV_STATUS OVStreamOff(OV_DEV_HANDLE hDevice);
 
 /** Waits for a frame and lends it.
  *  @param ppFrameBuffer  cleared first, takes the frame
- *  @param nTimeOut       in milliseconds; OV_STATUS_TIMEOUT when nothing came
- *  @return OV_STATUS_ERROR when all frames are on loan already */
+ *  @param nTimeOut       in milliseconds
+ *  @return OV_STATUS_TIMEOUT when nothing came, which is also so while all frames are
+ *          on loan: the producer has no buffer for another; OV_STATUS_ERROR when the
+ *          producer has more buffers than the last start made, and all of those are
+ *          on loan */
 OV_API OV_STATUS OVDQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBuffer, uint32_t nTimeOut);
 /** Gives a frame on loan back.
  *  @return OV_STATUS_INVALID_PARAMETER for a pointer that isn't on loan */
@@ -296,8 +311,9 @@ OV_API OV_STATUS OVQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER* pFrameBuffer);
  *  @param ppFrameBufferArray     cleared first, takes the frames
  *  @param nFrameBufferArraySize  its length, at least the number of buffers
  *  @param pnFrameCount           set to 0 first, takes the number of frames
- *  @param nTimeOut               for each frame, in milliseconds;
- *                                OV_STATUS_TIMEOUT when not even one came */
+ *  @param nTimeOut               for each frame, in milliseconds
+ *  @return OV_STATUS_NEED_MORE_BUFFER for an array that is too short; others as
+ *          OVDQBuf(). No frame is lent after a failure */
 OV_API OV_STATUS OVDQAllBufs(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBufferArray,
                              uint32_t nFrameBufferArraySize, uint32_t* pnFrameCount,
                              uint32_t nTimeOut);
@@ -356,7 +372,8 @@ OV_API OV_STATUS OVGetEventNumInQueue(OV_DEV_HANDLE hDevice, uint32_t* pnEventNu
  *
  * The first three work on a camera that need not be open: it is searched for in
  * all networks by its MAC address, "AA-BB-CC-DD-EE-FF" in capitals.
- * OV_STATUS_NOT_FOUND_DEVICE when it doesn't answer.
+ * OV_STATUS_NOT_FOUND_DEVICE when it doesn't answer. OV_STATUS_ERROR when its
+ * producer lacks the call, which is none of the GenTL standard's.
  */
 /** @{ */
 
@@ -364,25 +381,38 @@ OV_API OV_STATUS OVGetEventNumInQueue(OV_DEV_HANDLE hDevice, uint32_t* pnEventNu
  *  @param emIpConfigFlag  see OV_IP_CONFIGURE_MODE
  *  @param pszIPAddress    with the next two: needed for the persistent modes,
  *                         ignored for the others
- *  @param pszUserID       new user ID; null counts as empty */
+ *  @param pszUserID       new user ID; null counts as empty
+ *  @return OV_STATUS_INVALID_PARAMETER for another mode, and for a null address in a
+ *          persistent one. Whether addresses make sense is the producer's to say */
 OV_API OV_STATUS OVGigEIpConfiguration(const char* pszDeviceMacAddress,
                                        OV_IP_CONFIGURE_MODE emIpConfigFlag,
                                        const char* pszIPAddress, const char* pszSubnetMask,
                                        const char* pszDefaultGateway, const char* pszUserID);
-/** Gives the camera an address until its next start. */
+/** Gives the camera an address until its next start. Whether the addresses make
+ *  sense is the producer's to say. */
 OV_API OV_STATUS OVGigEForceIp(const char* pszDeviceMacAddress, const char* pszIPAddress,
                                const char* pszSubnetMask, const char* pszDefaultGateway);
-/** Resets the camera. */
+/** Resets the camera.
+ *  @return OV_STATUS_INVALID_PARAMETER for a mode that doesn't exist */
 OV_API OV_STATUS OVGigEResetDevice(const char* pszDeviceMacAddress, OV_RESET_MODE emResetMode);
 
 /** The persistent address of an open camera, as dotted texts. Each text may be
- *  null to ask for its size alone. */
+ *  null to ask for its size alone.
+ *  @return OV_STATUS_NOT_IMPLEMENTED when the camera lacks one of the three features,
+ *          OV_STATUS_NEED_MORE_BUFFER when a text doesn't fit: no text is written
+ *          then, but the sizes of null texts are */
 OV_API OV_STATUS OVGetDevicePersistentIpAddress(OV_DEV_HANDLE hDevice, char* pszIP,
                                                 size_t* pnIPLength, char* pszSubnetMask,
                                                 size_t* pnSubnetMaskLength, char* pszDefaultGateway,
                                                 size_t* pnDefaultGatewayLength);
 /** Sets the persistent address of an open camera. A failure in the middle
- *  leaves the earlier ones of address, mask, gateway written. */
+ *  leaves the earlier ones of address, mask, gateway written.
+ *  @param pszIP              dotted numbers from 0 to 254, the first not 0
+ *  @param pszSubnetMask      dotted numbers from 0 to 255, the first not 0, and not all
+ *                            255; whether its ones are in a row isn't looked at
+ *  @param pszDefaultGateway  as pszIP: a camera can't be told to have none
+ *  @return OV_STATUS_INVALID_PARAMETER for texts of another form,
+ *          OV_STATUS_NOT_IMPLEMENTED when the camera lacks one of the three features */
 OV_API OV_STATUS OVSetDevicePersistentIpAddress(OV_DEV_HANDLE hDevice, const char* pszIP,
                                                 const char* pszSubnetMask,
                                                 const char* pszDefaultGateway);
@@ -391,18 +421,25 @@ OV_API OV_STATUS OVSetDevicePersistentIpAddress(OV_DEV_HANDLE hDevice, const cha
 /** @name Configuration files and raw port access */
 /** @{ */
 
-/** Writes the camera's settings to a file, replacing it. Only while stopped. */
+/** Writes the camera's settings to a file, replacing it. The file is opened once
+ *  all settings are read.
+ *  @return OV_STATUS_INVALID_CALL while started, OV_STATUS_ERROR for an empty path and
+ *          for a file that can't be written */
 OV_API OV_STATUS OVExportConfigFile(OV_DEV_HANDLE hDevice, const char* pszFilePath);
-/** Restores settings from a file. Only while stopped. What took effect stays,
- *  also when others failed; the text of the failure names those.
- *  @param bVerify  read every value back and compare */
+/** Restores settings from a file. What took effect stays, also when others failed;
+ *  the text of the failure names those.
+ *  @param bVerify  read every value back and compare
+ *  @return OV_STATUS_INVALID_CALL while started, OV_STATUS_ERROR for an empty path, a
+ *          file that can't be read, and settings that failed */
 OV_API OV_STATUS OVImportConfigFile(OV_DEV_HANDLE hDevice, const char* pszFilePath, bool bVerify);
-/** Reads the camera's registers, past all features and their caches.
+/** Reads the camera's registers, past all features and their caches. After a
+ *  failure, memory and size are as the producer left them.
  *  @param piSize  bytes wanted in, bytes read out */
 OV_API OV_STATUS OVReadRemoteDevicePort(OV_DEV_HANDLE hDevice, uint64_t ui64Address, void* pBuffer,
                                         size_t* piSize);
 /** Writes the camera's registers. Features may show old values until they are
- *  read anew: their caches don't hear of it.
+ *  read anew: their caches don't hear of it. After a failure the size is as the
+ *  producer left it.
  *  @param piSize  bytes to write in, bytes written out */
 OV_API OV_STATUS OVWriteRemoteDevicePort(OV_DEV_HANDLE hDevice, uint64_t ui64Address,
                                          const void* pBuffer, size_t* piSize);

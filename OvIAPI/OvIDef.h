@@ -113,7 +113,8 @@ enum { OV_RESET_MODE_1 = 1, OV_RESET_MODE_2 = 2 };
  *  bits 23 to 0. The enumerators OV_FEATURE_... are all that there are. */
 typedef uint32_t OV_FEATURE_ID;
 
-/** Type of a feature, the top four bits of its identifier. */
+/** Type of a feature, the top four bits of its identifier. The highest of them is 0
+ *  in every type, and so not in the mask; an identifier that has it is of no type. */
 typedef uint32_t OV_FEATURE_TYPE;
 enum {
     OV_FEATURE_TYPE_INT = 0x10000000,
@@ -213,7 +214,7 @@ enum {
 };
 
 /** A frame copied by OVGetImage(). A value that the producer didn't give has
- *  all bits set. */
+ *  all bits set. Reserved fields stay as the caller gave them. */
 typedef struct OV_FRAME_DATA {
     OV_FRAME_STATUS nStatus;
     void* pImgBuf;  /**< given by the caller, of at least "PayloadSize" bytes */

@@ -206,6 +206,15 @@ TEST_F(FrameCopyTest, HasTheWholePayloadThoughLessIsFilled) {
     EXPECT_EQ(DifferenceOf(0, data.nStatus, data), "");
 }
 
+TEST_F(FrameCopyTest, LeavesReservedFieldsAsTheyWere) {
+    OpenAs("GEV");
+    data.reserved[0] = 0x1234;
+    data.reserved[1] = -1;
+    FrameBy(Way::Copy);
+    EXPECT_EQ(data.reserved[0], 0x1234);
+    EXPECT_EQ(data.reserved[1], -1);
+}
+
 TEST_F(FrameCopyTest, EndsWithThePayloadThoughBuffersAreLarger) {
     producer.SetStreamNumber(0, 0, "Alignment", 4096);
     OpenAs("GEV");
