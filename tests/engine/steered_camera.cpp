@@ -57,6 +57,12 @@ void SetKnob(const Knob& knob, int64_t setting) {
     Succeeds([&] { SetNumber(*knob.node, setting, false); });
 }
 
+void SetAll(const std::vector<Knob>& knobs, int64_t setting) {
+    for (const Knob& knob : knobs) {
+        SetKnob(knob, setting);
+    }
+}
+
 int64_t SettingOf(const Knob& knob) {
     return ResultOr<int64_t>(0, [&] { return NumberOf(*knob.node); });
 }
@@ -141,7 +147,8 @@ std::vector<Knob> KnobsOf(INode& node, const std::vector<INode*>& sources, bool 
 }
 
 /// Sets one knob after the other to what scores best.
-int64_t Climb(const std::vector<Knob>& knobs, const std::function<int64_t()>& score, int64_t goal) {
+int64_t ClimbOnce(const std::vector<Knob>& knobs, const std::function<int64_t()>& score,
+                  int64_t goal) {
     int64_t best = score();
     for (const Knob& knob : knobs) {
         if (best >= goal) {
@@ -163,6 +170,17 @@ int64_t Climb(const std::vector<Knob>& knobs, const std::function<int64_t()>& sc
     return best;
 }
 
+/// What one knob does may depend on another that is set behind it.
+int64_t Climb(const std::vector<Knob>& knobs, const std::function<int64_t()>& score, int64_t goal) {
+    int64_t before = score();
+    int64_t best = ClimbOnce(knobs, score, goal);
+    while (best < goal && best > before) {
+        before = best;
+        best = ClimbOnce(knobs, score, goal);
+    }
+    return best;
+}
+
 }  // namespace
 
 void PlainMemory::Read(void* buffer, int64_t address, int64_t length) {
@@ -175,6 +193,9 @@ void PlainMemory::Read(void* buffer, int64_t address, int64_t length) {
 
 void PlainMemory::Write(const void* buffer, int64_t address, int64_t length) {
     RequireSane(length);
+    if (m_DoneAtOnce.count(address) != 0) {
+        return;
+    }
     for (int64_t i = 0; i < length; ++i) {
         m_Bytes[static_cast<uint64_t>(address) + static_cast<uint64_t>(i)] =
             static_cast<const uint8_t*>(buffer)[i];
@@ -185,6 +206,23 @@ SteeredCamera::SteeredCamera(const fs::path& file)
     : m_Map(CNodeMapFactory(ContentType_Xml, gcstring(file.c_str()), CacheUsage_Ignore)
                 .CreateNodeMap("Device", false)) {
     ConnectAllPorts(Map(), m_Memory);
+    for (const char* const name :
+         {"DeviceFeaturePersistenceStart", "DeviceFeaturePersistenceEnd",
+          "DeviceRegistersStreamingStart", "DeviceRegistersStreamingEnd"}) {
+        if (INode* const command = Map().GetNode(name)) {
+            FinishAtOnce(*command);
+        }
+    }
+}
+
+void SteeredCamera::FinishAtOnce(INode& command) {
+    node_vector written;
+    command.GetChildren(written, WritingChildren);
+    for (INode* const child : written) {
+        if (auto* const target = dynamic_cast<IRegister*>(child)) {
+            m_Memory.FinishAtOnce(target->GetAddress());
+        }
+    }
 }
 
 std::vector<INode*> SteeredCamera::Nodes() {
@@ -220,9 +258,9 @@ bool SteeredCamera::Steer(INode& node, const Score& score, int64_t goal, bool wi
     // Where several conditions have to hold at once, none of them scores alone.
     for (const int64_t common : {1, -1}) {
         restore();
-        for (const Knob& knob : knobs) {
-            SetKnob(knob, common);
-        }
+        // Twice, as registers move to where others say.
+        SetAll(knobs, common);
+        SetAll(knobs, common);
         if (Climb(knobs, scoreNow, goal) >= goal) {
             return true;
         }

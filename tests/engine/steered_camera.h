@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "factory_support.h"
@@ -19,8 +20,12 @@ public:
     void Read(void* buffer, int64_t address, int64_t length) override;
     void Write(const void* buffer, int64_t address, int64_t length) override;
 
+    /// What is written to this address is a command, which is done at once.
+    void FinishAtOnce(int64_t address) { m_DoneAtOnce.insert(address); }
+
 private:
     std::unordered_map<uint64_t, uint8_t> m_Bytes;
+    std::unordered_set<int64_t> m_DoneAtOnce;
 };
 
 class SteeredCamera {
@@ -45,6 +50,9 @@ public:
     static void MakeValid(IValue& node);
 
 private:
+    /// Loading settings waits for these.
+    void FinishAtOnce(INode& command);
+
     PlainMemory m_Memory;
     MapOwner m_Map;
 };
