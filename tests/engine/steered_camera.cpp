@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <cctype>
+#include <cstdlib>
 #include <iterator>
-#include <regex>
 #include <set>
 
 #include "FeatureDump.h"
@@ -55,17 +56,28 @@ std::vector<int64_t> SettingsOf(const Knob& knob) {
     });
 }
 
+bool IsOfWord(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+}
+
+/// Numbers that are words of their own, not parts of names.
+void AddNumbersIn(const gcstring& formula, std::set<int64_t>& numbers) {
+    const char* const end = formula.c_str() + formula.length();
+    for (const char* at = formula.c_str(); at != end;) {
+        const char* const word = std::find_if(at, end, IsOfWord);
+        at = std::find_if_not(word, end, IsOfWord);
+        if (word != end && std::isdigit(static_cast<unsigned char>(*word)) != 0) {
+            numbers.insert(static_cast<int64_t>(std::strtoull(word, nullptr, 0)));
+        }
+    }
+}
+
 void AddNumbersOf(INode& node, std::set<int64_t>& numbers) {
-    static const std::regex kNumber("\\b(0[xX][0-9A-Fa-f]{1,15}|[0-9]{1,9})\\b");
     for (const char* const property : {"Formula", "FormulaFrom"}) {
         gcstring formula;
         gcstring attribute;
-        if (!node.GetProperty(property, formula, attribute)) {
-            continue;
-        }
-        const std::string text = formula.c_str();
-        for (std::sregex_iterator it(text.begin(), text.end(), kNumber), end; it != end; ++it) {
-            numbers.insert(static_cast<int64_t>(std::stoull(it->str(), nullptr, 0)));
+        if (node.GetProperty(property, formula, attribute)) {
+            AddNumbersIn(formula, numbers);
         }
     }
 }
