@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "Base/GCException.h"
@@ -15,29 +14,9 @@
 #include "GenApi/INode.h"
 #include "GenApi/INodeMap.h"
 #include "GenApi/Pointer.h"
+#include "support/WithoutCaching.h"
 
 namespace EngineTest {
-
-/// The description with each register read and written as it is asked for.
-inline std::string WithoutCaching(const std::string& description) {
-    static constexpr std::string_view kBegin = "<Cachable>";
-    static constexpr std::string_view kEnd = "</Cachable>";
-    static constexpr std::string_view kPort = "</pPort>";
-    std::string result;
-    size_t place = 0;
-    while (place < description.size()) {
-        const std::string_view rest = std::string_view(description).substr(place);
-        if (rest.starts_with(kBegin)) {
-            place += rest.find(kEnd) + kEnd.size();
-        } else if (rest.starts_with(kPort)) {
-            result.append(kPort).append("<Cachable>NoCache</Cachable>");
-            place += kPort.size();
-        } else {
-            result += description[place++];
-        }
-    }
-    return result;
-}
 
 /// What a call returns, or the text of its failure.
 template <class Call>

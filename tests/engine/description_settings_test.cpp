@@ -12,57 +12,13 @@
 #include "bag_support.h"
 #include "steered_camera.h"
 #include "support/Descriptions.h"
+#include "support/WhyReadOnly.h"
 
 namespace EngineTest {
 
 namespace {
 
 constexpr size_t kMostValues = 16;
-
-bool Says(INode& node, const char* property, const char* text) {
-    gcstring value;
-    gcstring attribute;
-    return node.GetProperty(property, value, attribute) && value == text;
-}
-
-/// Why no state of a camera ever lets a client write the node; empty where
-/// nothing of the description is against it.
-std::string WhyReadOnly(INode& node) {
-    if (Says(node, "ImposedAccessMode", "RO")) {
-        return "read only by the description";
-    }
-    if (Says(node, "AccessMode", "RO")) {
-        return "a register that is read only";
-    }
-    if (dynamic_cast<IRegister*>(&node) != nullptr) {
-        return "";
-    }
-    node_vector terminals;
-    node.GetChildren(terminals, TerminalNodes);
-    if (terminals.empty()) {
-        return "computed";
-    }
-    node_vector written;
-    node.GetChildren(written, WritingChildren);
-    for (INode* const child : written) {
-        const std::string why = WhyReadOnly(*child);
-        if (!why.empty()) {
-            return why + " (" + child->GetName().c_str() + ")";
-        }
-    }
-    return "";
-}
-
-std::string WhyFixed(INode& node) {
-    if (auto* const choice = dynamic_cast<IEnumeration*>(&node)) {
-        node_vector entries;
-        choice->GetEntries(entries);
-        if (entries.size() < 2) {
-            return "a single entry";
-        }
-    }
-    return WhyReadOnly(node);
-}
 
 /// Prints why nodes are left out, and how many weren't.
 class Account {

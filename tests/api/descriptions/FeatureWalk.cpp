@@ -54,13 +54,6 @@ struct ToTextVisitor {
 
 }  // namespace
 
-bool Feature::IsTooLong() const {
-    constexpr size_t most = 1 << 20;
-    size_t length = 0;
-    return Type() == OV_FEATURE_TYPE_BUFFER &&
-           OVGetBufferLength(m_camera, Id(), &length) == OV_STATUS_SUCCESS && length > most;
-}
-
 Answer<bool> Feature::IsImplemented() const {
     return Ask<bool>([&](bool& is) { return OVIsImplemented(m_camera, Id(), &is); });
 }

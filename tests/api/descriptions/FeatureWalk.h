@@ -30,9 +30,6 @@ public:
     OV_FEATURE_TYPE Type() const { return m_row.id & OV_FEATURE_TYPE_MASK; }
     bool IsCommand() const { return Type() == OV_FEATURE_TYPE_COMMAND; }
 
-    /// Whether made-up lengths make it longer than any camera's.
-    bool IsTooLong() const;
-
     Answer<bool> IsImplemented() const;
     Answer<bool> IsReadable() const;
     Answer<bool> IsWritable() const;

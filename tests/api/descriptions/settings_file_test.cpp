@@ -2,6 +2,10 @@
 /// Settings of whatever a description says, saved and restored.
 #include <unistd.h>
 
+#include <algorithm>
+#include <fstream>
+#include <map>
+#include <optional>
 #include <sstream>
 
 #include "FileCameraTest.h"
@@ -50,82 +54,85 @@ std::vector<std::string> LinesOf(const std::string& text) {
     return lines;
 }
 
-/// Those that the notes of a failed import are about.
-std::set<std::string> NodesOf(const std::string& text) {
-    constexpr std::string_view begin = "Error while ";
-    std::set<std::string> names;
-    for (size_t at = text.find(begin); at != std::string::npos; at = text.find(begin, at + 1)) {
-        const size_t first = text.find('\'', at) + 1;
-        names.insert(text.substr(first, text.find('\'', first) - first));
-    }
-    return names;
-}
+class SettingsFile {
+public:
+    SettingsFile() = default;
+    SettingsFile(const SettingsFile&) = delete;
+    SettingsFile& operator=(const SettingsFile&) = delete;
+    ~SettingsFile() { std::filesystem::remove(m_path); }
 
-class FileCameraSettings : public FileCameraTest {
-protected:
-    void TearDown() override { std::filesystem::remove(m_path); }
+    const char* Path() const { return m_path.c_str(); }
 
-    std::string Export() {
-        EXPECT_OV_OK(OVExportConfigFile(camera, m_path.c_str()));
-        return ContentOf(m_path);
-    }
-    /// Of the features that can be written and that the file has.
-    unsigned ChangeAll(const std::string& settings) {
-        unsigned changed = 0;
-        for (const Feature& feature : FeaturesOf(OV_FEATURE_LEVEL_REMOTE_DEVICE)) {
-            const bool isSaved =
-                settings.find("\n" + std::string(feature.Name()) + "\t") != std::string::npos;
-            if (isSaved && feature.IsWritable().value && !feature.IsTooLong()) {
-                const auto other = AnotherValue(feature);
-                changed += other && feature.Write(*other).IsGood() ? 1 : 0;
-            }
-        }
-        return changed;
-    }
-    /// What isn't taken is a feature for which there is no value.
-    void Import(const std::string& settings) {
-        std::ofstream(m_path, std::ios::binary) << settings;
-        if (OVImportConfigFile(camera, m_path.c_str(), true) == OV_STATUS_SUCCESS) {
-            return;
-        }
-        const std::string text = LastError::Get().text;
-        const std::set<std::string> refused = NodesOf(text);
-        EXPECT_FALSE(refused.empty()) << text;
-        for (const std::string& name : refused) {
-            EXPECT_TRUE(illegal.contains(name)) << name << ": " << text;
-            Tell("isn't restored: " + name + ", whose limits leave it no value");
-        }
-    }
-
+private:
     const std::string m_path = (std::filesystem::temp_directory_path() /
                                 ("ov-settings-" + std::to_string(getpid()) + ".txt"))
                                    .string();
 };
 
-TEST_P(FileCameraSettings, AreAllRestoredFromTheirFile) {
-    const std::string failure = ReferenceMap(camera, Description()).FailureOfSaving();
-    if (!failure.empty()) {
-        EXPECT_NE(OVExportConfigFile(camera, m_path.c_str()), OV_STATUS_SUCCESS);
-        EXPECT_EQ(LastError::Get().message, failure);
-        std::printf("%-44s can't be saved: %s\n", GetParam().c_str(), failure.c_str());
-        return;
-    }
-    const std::string before = Export();
-    const unsigned changed = ChangeAll(before);
-    Import(before);
-    const std::vector<std::string> expected = LinesOf(before);
-    const std::vector<std::string> found = LinesOf(Export());
-    ASSERT_EQ(found.size(), expected.size());
-    size_t restored = 0;
-    for (size_t i = 0; i < expected.size(); ++i) {
-        const bool isIllegal = illegal.contains(expected[i].substr(0, expected[i].find('\t')));
-        restored += found[i] == expected[i] ? 1 : 0;
-        EXPECT_TRUE(found[i] == expected[i] || isIllegal) << found[i] << " for " << expected[i];
-    }
-    std::printf("%-44s lines %4zu, features changed %3u, lines restored %4zu\n", GetParam().c_str(),
-                expected.size(), changed, restored);
+std::string Exported(OV_DEV_HANDLE camera) {
+    const SettingsFile file;
+    EXPECT_OV_OK(OVExportConfigFile(camera, file.Path()));
+    return ContentOf(file.Path());
 }
 
-OV_FOR_EACH_FILE_CAMERA(FileCameraSettings);
+void Import(OV_DEV_HANDLE camera, const std::string& settings) {
+    const SettingsFile file;
+    std::ofstream(file.Path(), std::ios::binary) << settings;
+    EXPECT_OV_OK(OVImportConfigFile(camera, file.Path(), true));
+}
+
+bool IsIn(const std::string& settings, const char* name) {
+    return settings.find("\n" + std::string(name) + "\t") != std::string::npos;
+}
+
+/// Gives those that can be written and that the file has another value.
+unsigned ChangeAll(const std::vector<Feature>& features, const std::string& settings) {
+    unsigned changed = 0;
+    for (const Feature& feature : features) {
+        if (IsIn(settings, feature.Name()) && feature.IsWritable().value) {
+            const auto other = AnotherValue(feature);
+            changed += other && feature.Write(*other).IsGood() ? 1 : 0;
+        }
+    }
+    return changed;
+}
+
+/// Cameras whose features can't all be given values at once: what is saved first
+/// hides or spoils another one. With the failure of saving them.
+const std::map<std::string, std::string> kUnsaved = {
+    {"Basler-acA640-300gm", "Enumeration value 'Bit0' is not available."},
+    {"Basler-scA640-70gm",
+     "Feature 'LineSource' : cannot convert value '4294967295', the value is invalid."},
+    {"Euresys_Coaxlink_TLInterface", "Node is not readable"}};
+
+size_t CountDiffering(const std::vector<std::string>& some, const std::vector<std::string>& other) {
+    size_t count = 0;
+    for (size_t i = 0; i < some.size() && i < other.size(); ++i) {
+        count += some[i] != other[i] ? 1 : 0;
+    }
+    return count;
+}
+
+TEST_P(FileCamera, RestoresAllSettingsFromTheirFile) {
+    if (const auto unsaved = kUnsaved.find(GetParam()); unsaved != kUnsaved.end()) {
+        const SettingsFile file;
+        ExpectFailure(OVExportConfigFile(camera, file.Path()), OV_STATUS_ERROR, unsaved->second);
+        std::printf("%-30s isn't saved: %s\n", GetParam().c_str(), unsaved->second.c_str());
+        return;
+    }
+    const std::string before = Exported(camera);
+    const std::vector<std::string> expected = LinesOf(before);
+    const unsigned changed = ChangeAll(Features(), before);
+    const size_t differing = CountDiffering(LinesOf(Exported(camera)), expected);
+    EXPECT_EQ(differing == 0, changed == 0);
+    Import(camera, before);
+    const std::vector<std::string> found = LinesOf(Exported(camera));
+    ASSERT_EQ(found.size(), expected.size());
+    for (size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(found[i], expected[i]);
+    }
+    std::printf("%-30s lines %4zu, features changed %3u, lines changed and restored %3zu\n",
+                GetParam().c_str(), expected.size(), changed, differing);
+}
 
 }  // namespace

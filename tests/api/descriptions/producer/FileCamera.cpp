@@ -1,29 +1,41 @@
 #include "FileCamera.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <string_view>
+
+#include "framework/Failure.h"
 
 namespace OvTest {
 namespace {
 
 constexpr std::size_t kEdge = 8;
 constexpr std::uint64_t kMono8 = 0x01080001;
-/// Above all registers of all cameras.
-constexpr std::uint64_t kDescriptionAddress = 0x7000000000000000;
+constexpr std::uint64_t kDescriptionAddress = kSwitchOnAddress + 0x1000;
+
+/// What the memory refuses is a failure of the port.
+template <class Access>
+void Guarded(const Access& access) {
+    try {
+        access();
+    } catch (const std::length_error& refusal) {
+        throw OvProducer::Failure(GenTL::GC_ERR_INVALID_ADDRESS, refusal.what());
+    }
+}
 
 class AllMemory : public OvProducer::RegisterRange {
 public:
-    explicit AllMemory(std::shared_ptr<MadeUpMemory> memory) : m_memory(std::move(memory)) {}
-    std::size_t Length() const override { return kDescriptionAddress; }
+    explicit AllMemory(MadeUpMemory& memory) : m_memory(memory) {}
+    std::size_t Length() const override { return kSwitchOnAddress; }
     void Read(std::size_t offset, std::span<std::byte> out) const override {
-        m_memory->Read(offset, out);
+        Guarded([&] { m_memory.Read(offset, out); });
     }
     void Write(std::size_t offset, std::span<const std::byte> in) override {
-        m_memory->Write(offset, in);
+        Guarded([&] { m_memory.Write(offset, in); });
     }
 
 private:
-    std::shared_ptr<MadeUpMemory> m_memory;
+    MadeUpMemory& m_memory;
 };
 
 /// The camera's own port: descriptions of other modules name theirs as they like.
@@ -38,12 +50,6 @@ std::string PortNameIn(const std::string& description) {
     }
     const std::size_t name = first + begin.size();
     return description.substr(name, description.find('"', name) - name);
-}
-
-std::shared_ptr<MadeUpMemory> MemoryOf(const std::string& description, Fill fill) {
-    auto memory = std::make_shared<MadeUpMemory>(fill);
-    WriteTexts(*memory, description);
-    return memory;
 }
 
 }  // namespace
@@ -71,10 +77,8 @@ OvProducer::FrameInfo FileStream::ReadFrame(std::span<std::byte> memory, const s
     return info;
 }
 
-FileCamera::FileCamera(std::string name, std::string description, Fill fill)
-    : m_name(std::move(name)),
-      m_description(std::move(description)),
-      m_memory(MemoryOf(m_description, fill)) {}
+FileCamera::FileCamera(std::string name, std::string description)
+    : m_name(std::move(name)), m_description(std::move(description)) {}
 
 OvProducer::DeviceFacts FileCamera::Facts() {
     OvProducer::DeviceFacts facts;
@@ -92,6 +96,7 @@ OvProducer::DeviceFacts FileCamera::Facts() {
 
 void FileCamera::Open(GenTL::DEVICE_ACCESS_FLAGS, std::weak_ptr<OvProducer::EventSink>) {
     m_status = GenTL::DEVICE_ACCESS_STATUS_OPEN_READWRITE;
+    m_memory.Restore(m_switchedOn);
 }
 
 bool FileCamera::OffersEvent(GenTL::EVENT_TYPE type) {
@@ -103,6 +108,7 @@ std::unique_ptr<OvProducer::Port> FileCamera::MakeRemotePort() {
         OvProducer::PortFacts{m_name, "oviapi", m_name, GenTL::TLTYPE_CUSTOM, "Device", "1.0.0",
                               PortNameIn(m_description)});
     port->Registers().Add(0, std::make_unique<AllMemory>(m_memory));
+    port->Registers().AddCommand(kSwitchOnAddress, [this] { m_switchedOn = m_memory.Written(); });
     OvProducer::Description description;
     description.name = m_name;
     description.xml = m_description;

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "MadeUpMemory.h"
+#include "SwitchOnAddress.h"
 #include "framework/Backend.h"
 
 namespace OvTest {
@@ -30,10 +31,12 @@ private:
     std::uint64_t m_frame = 0;
 };
 
+/// Each opening finds the memory as it was when the register at kSwitchOnAddress was
+/// last written.
 class FileCamera : public OvProducer::DeviceBackend {
 public:
     /// @param name  of the camera, which is also its ID
-    FileCamera(std::string name, std::string description, Fill fill);
+    FileCamera(std::string name, std::string description);
 
     OvProducer::DeviceFacts Facts() override;
     void Open(GenTL::DEVICE_ACCESS_FLAGS flags, std::weak_ptr<OvProducer::EventSink> sink) override;
@@ -48,7 +51,8 @@ public:
 private:
     const std::string m_name;
     const std::string m_description;
-    const std::shared_ptr<MadeUpMemory> m_memory;
+    MadeUpMemory m_memory;
+    MadeUpMemory::Bytes m_switchedOn;
     const std::shared_ptr<FileStream> m_stream = std::make_shared<FileStream>();
     std::atomic<GenTL::DEVICE_ACCESS_STATUS> m_status = GenTL::DEVICE_ACCESS_STATUS_READWRITE;
 };

@@ -1,10 +1,8 @@
 /// @file
 /// The producer of cameras that are description files: the one that is built in,
-/// and those of the folder that OV_TEST_DESCRIPTIONS may name. Each file is a camera
-/// for each fill of its memory, named "File-Fill".
+/// and those of the folder that OV_TEST_DESCRIPTIONS may name.
 #include <fstream>
 #include <iterator>
-#include <utility>
 
 #include "FileCamera.h"
 #include "support/DescriptionFolder.h"
@@ -24,9 +22,9 @@ std::string ContentOf(const std::filesystem::path& file) {
 class FileInterface : public OvProducer::InterfaceBackend {
 public:
     FileInterface() {
-        AddAll("BuiltIn", std::string(OvProducer::kSmallCameraDescription));
+        Add("BuiltIn", std::string(OvProducer::kSmallCameraDescription));
         for (const auto& file : FilesOfDescriptionFolder()) {
-            AddAll(file.stem(), ContentOf(file));
+            Add(file.stem(), ContentOf(file));
         }
     }
 
@@ -47,13 +45,8 @@ public:
     }
 
 private:
-    void AddAll(const std::string& name, const std::string& description) {
-        constexpr std::pair<Fill, const char*> kFills[] = {
-            {Fill::Small, "Small"}, {Fill::Ones, "Ones"}, {Fill::Noise, "Noise"}};
-        for (const auto& [fill, fillName] : kFills) {
-            m_devices.push_back(
-                std::make_shared<FileCamera>(name + "-" + fillName, description, fill));
-        }
+    void Add(const std::string& name, const std::string& description) {
+        m_devices.push_back(std::make_shared<FileCamera>(name, description));
     }
 
     std::vector<std::shared_ptr<OvProducer::DeviceBackend>> m_devices;
