@@ -22,15 +22,21 @@ void RequireWritable(IValue& selector) {
 }
 
 template <class Selector>
-gcstring NameAndValue(Selector& selector) {
-    return selector.GetNode()->GetName() + "=" + SelectorText(selector);
+auto ValueOf(Selector& selector) {
+    return selector.GetValue();
 }
 
-void ListSelector(IValue& selector, value_vector& list, bool incremental) {
-    if (!incremental) {
-        list.clear();
-    }
-    list.push_back(&selector);
+int64_t ValueOf(IEnumeration& selector) {
+    return selector.GetIntValue();
+}
+
+template <class Selector, class Value>
+void SetUnchecked(Selector& selector, Value value) {
+    selector.SetValue(value, false);
+}
+
+void SetUnchecked(IEnumeration& selector, int64_t value) {
+    selector.SetIntValue(value, false);
 }
 
 }  // namespace
@@ -47,21 +53,48 @@ gcstring SelectorText(IBoolean& selector) {
     return selector.ToString();
 }
 
-bool CIntSelectorDigit::SetFirst() {
-    IInteger& selector = *m_ptrIntSelector;
-    RequireReadable(selector);
-    if (m_IsFirstUse) {
-        m_OriginalValue = selector.GetValue();
-        m_IsFirstUse = false;
+template <class Selector, class Value>
+void CSelectorDigit<Selector, Value>::Begin() {
+    RequireReadable(GetSelector());
+    if (!m_OriginalValue) {
+        m_OriginalValue = ValueOf(GetSelector());
     }
-    RequireWritable(selector);
-    m_CurrentValue = selector.GetMin();
-    selector.SetValue(m_CurrentValue, true);
+    RequireWritable(GetSelector());
+}
+
+template <class Selector, class Value>
+void CSelectorDigit<Selector, Value>::Restore() {
+    if (m_OriginalValue) {
+        SetUnchecked(GetSelector(), *m_OriginalValue);
+    }
+}
+
+template <class Selector, class Value>
+gcstring CSelectorDigit<Selector, Value>::ToString() {
+    return GetSelector().GetNode()->GetName() + "=" + SelectorText(GetSelector());
+}
+
+template <class Selector, class Value>
+void CSelectorDigit<Selector, Value>::GetSelectorList(value_vector& list, bool incremental) {
+    if (!incremental) {
+        list.clear();
+    }
+    list.push_back(&GetSelector());
+}
+
+template class CSelectorDigit<IInteger, int64_t>;
+template class CSelectorDigit<IBoolean, bool>;
+template class CSelectorDigit<IEnumeration, int64_t>;
+
+bool CIntSelectorDigit::SetFirst() {
+    Begin();
+    m_CurrentValue = GetSelector().GetMin();
+    GetSelector().SetValue(m_CurrentValue, true);
     return true;
 }
 
 bool CIntSelectorDigit::SetNext(bool tick) {
-    IInteger& selector = *m_ptrIntSelector;
+    IInteger& selector = GetSelector();
     int64_t next = 0;
     const bool isTooLarge = __builtin_add_overflow(m_CurrentValue, selector.GetInc(), &next);
     if (isTooLarge || next > selector.GetMax()) {
@@ -74,30 +107,10 @@ bool CIntSelectorDigit::SetNext(bool tick) {
     return true;
 }
 
-/// Without checks: what a device held, it may get back.
-void CIntSelectorDigit::Restore() {
-    if (!m_IsFirstUse) {
-        m_ptrIntSelector->SetValue(m_OriginalValue, false);
-    }
-}
-
-gcstring CIntSelectorDigit::ToString() {
-    return NameAndValue(*m_ptrIntSelector);
-}
-
-void CIntSelectorDigit::GetSelectorList(value_vector& list, bool incremental) {
-    ListSelector(*m_ptrIntSelector, list, incremental);
-}
-
 bool CBoolSelectorDigit::SetFirst() {
-    IBoolean& selector = *m_ptrBoolSelector;
-    RequireReadable(selector);
-    if (!m_OriginalValue) {
-        m_OriginalValue = selector.GetValue();
-    }
-    RequireWritable(selector);
+    Begin();
     m_CurrentValue = false;
-    selector.SetValue(m_CurrentValue, true);
+    GetSelector().SetValue(m_CurrentValue, true);
     return true;
 }
 
@@ -106,37 +119,18 @@ bool CBoolSelectorDigit::SetNext(bool tick) {
         return false;
     }
     if (tick) {
-        m_ptrBoolSelector->SetValue(true, true);
+        GetSelector().SetValue(true, true);
         m_CurrentValue = true;
     }
     return true;
 }
 
-void CBoolSelectorDigit::Restore() {
-    if (m_OriginalValue) {
-        m_ptrBoolSelector->SetValue(*m_OriginalValue, false);
-    }
-}
-
-gcstring CBoolSelectorDigit::ToString() {
-    return NameAndValue(*m_ptrBoolSelector);
-}
-
-void CBoolSelectorDigit::GetSelectorList(value_vector& list, bool incremental) {
-    ListSelector(*m_ptrBoolSelector, list, incremental);
-}
-
-CEnumSelectorDigit::CEnumSelectorDigit(const Pointer& selector) : m_ptrEnumSelector(selector) {
-    m_ptrEnumSelector->GetEntries(m_Entries);
+CEnumSelectorDigit::CEnumSelectorDigit(const Pointer& selector) : CSelectorDigit(selector) {
+    GetSelector().GetEntries(m_Entries);
 }
 
 bool CEnumSelectorDigit::SetFirst() {
-    IEnumeration& selector = *m_ptrEnumSelector;
-    RequireReadable(selector);
-    if (!m_OriginalValue) {
-        m_OriginalValue = selector.GetIntValue();
-    }
-    RequireWritable(selector);
+    Begin();
     return GoToEntryFrom(0, true);
 }
 
@@ -152,26 +146,12 @@ bool CEnumSelectorDigit::GoToEntryFrom(size_t position, bool tick) {
             continue;
         }
         if (tick) {
-            m_ptrEnumSelector->SetIntValue(entry->GetValue());
+            GetSelector().SetIntValue(entry->GetValue());
             m_Position = position;
         }
         return true;
     }
     return false;
-}
-
-void CEnumSelectorDigit::Restore() {
-    if (m_OriginalValue) {
-        m_ptrEnumSelector->SetIntValue(*m_OriginalValue, false);
-    }
-}
-
-gcstring CEnumSelectorDigit::ToString() {
-    return NameAndValue(*m_ptrEnumSelector);
-}
-
-void CEnumSelectorDigit::GetSelectorList(value_vector& list, bool incremental) {
-    ListSelector(*m_ptrEnumSelector, list, incremental);
 }
 
 }  // namespace GenApi_3_0_ORVANE

@@ -16,64 +16,67 @@ gcstring SelectorText(IInteger& selector);
 gcstring SelectorText(IEnumeration& selector);
 gcstring SelectorText(IBoolean& selector);
 
-/// An integer from its minimum to its maximum in steps of its increment.
-class CIntSelectorDigit : public ISelectorDigit {
+/// What all wheels do alike: note the value that the selector had, give it back, and
+/// name the present one.
+template <class Selector, class Value>
+class CSelectorDigit : public ISelectorDigit {
 public:
-    using Pointer = CPointer<IInteger, IBase>;
+    using Pointer = CPointer<Selector, IBase>;
 
-    explicit CIntSelectorDigit(const Pointer& selector) : m_ptrIntSelector(selector) {}
+    explicit CSelectorDigit(const Pointer& selector) : m_ptrSelector(selector) {}
 
-    bool SetFirst() override;
-    bool SetNext(bool tick = true) override;
+    /// Without checks: what a device held, it may get back.
     void Restore() override;
     gcstring ToString() override;
     void GetSelectorList(value_vector& list, bool incremental = false) override;
 
+protected:
+    Selector& GetSelector() { return *m_ptrSelector; }
+    /// Notes the value on the first call.
+    /// @throws AccessException for a selector that can't be read or written now
+    void Begin();
+
 private:
-    Pointer m_ptrIntSelector;
-    int64_t m_OriginalValue = 0;
+    Pointer m_ptrSelector;
+    std::optional<Value> m_OriginalValue;
+};
+
+/// An integer from its minimum to its maximum in steps of its increment.
+class CIntSelectorDigit : public CSelectorDigit<IInteger, int64_t> {
+public:
+    using CSelectorDigit::CSelectorDigit;
+
+    bool SetFirst() override;
+    bool SetNext(bool tick = true) override;
+
+private:
     int64_t m_CurrentValue = 0;
-    bool m_IsFirstUse = true;
 };
 
 /// A truth value: false, then true.
-class CBoolSelectorDigit : public ISelectorDigit {
+class CBoolSelectorDigit : public CSelectorDigit<IBoolean, bool> {
 public:
-    using Pointer = CPointer<IBoolean, IBase>;
-
-    explicit CBoolSelectorDigit(const Pointer& selector) : m_ptrBoolSelector(selector) {}
+    using CSelectorDigit::CSelectorDigit;
 
     bool SetFirst() override;
     bool SetNext(bool tick = true) override;
-    void Restore() override;
-    gcstring ToString() override;
-    void GetSelectorList(value_vector& list, bool incremental = false) override;
 
 private:
-    Pointer m_ptrBoolSelector;
-    std::optional<bool> m_OriginalValue;
     bool m_CurrentValue = false;
 };
 
 /// An enumeration through the entries that are available at the time of each
 /// step: other selectors may decide about that.
-class CEnumSelectorDigit : public ISelectorDigit {
+class CEnumSelectorDigit : public CSelectorDigit<IEnumeration, int64_t> {
 public:
-    using Pointer = CPointer<IEnumeration, IBase>;
-
     explicit CEnumSelectorDigit(const Pointer& selector);
 
     bool SetFirst() override;
     bool SetNext(bool tick = true) override;
-    void Restore() override;
-    gcstring ToString() override;
-    void GetSelectorList(value_vector& list, bool incremental = false) override;
 
 private:
     bool GoToEntryFrom(size_t position, bool tick);
 
-    Pointer m_ptrEnumSelector;
-    std::optional<int64_t> m_OriginalValue;
     node_vector m_Entries;
     size_t m_Position = 0;
 };

@@ -10,28 +10,27 @@ namespace GenApi_3_0_ORVANE {
 class CPreprocessingBudget {
 public:
     void SpendProperties(size_t count) {
-        m_NumProperties += count;
-        if (m_NumProperties > kMaxDerivedProperties) {
-            RUNTIME_EXCEPTION(
-                "Error in XML stream : the nodes are linked too closely, preprocessing would add "
-                "more than %zu properties",
-                kMaxDerivedProperties);
-        }
+        Spend(m_NumProperties, count, kMaxDerivedProperties, "add", "properties");
     }
     void SpendSteps(size_t count) {
-        m_NumSteps += count;
-        if (m_NumSteps > kMaxPreprocessingSteps) {
-            RUNTIME_EXCEPTION(
-                "Error in XML stream : the nodes are linked too closely, preprocessing would take "
-                "more than %zu steps",
-                kMaxPreprocessingSteps);
-        }
+        Spend(m_NumSteps, count, kMaxPreprocessingSteps, "take", "steps");
     }
 
     size_t GetNumProperties() const { return m_NumProperties; }
     size_t GetNumSteps() const { return m_NumSteps; }
 
 private:
+    static void Spend(size_t& spent, size_t count, size_t limit, const char* verb,
+                      const char* what) {
+        spent += count;
+        if (spent > limit) {
+            RUNTIME_EXCEPTION(
+                "Error in XML stream : the nodes are linked too closely, preprocessing would %s "
+                "more than %zu %s",
+                verb, limit, what);
+        }
+    }
+
     size_t m_NumProperties = 0;
     size_t m_NumSteps = 0;
 };
