@@ -5,9 +5,9 @@
 #include <iostream>
 #include <thread>
 
-#include "FailingMemory.h"
 #include "support/AcquisitionTest.h"
 #include "support/Ear.h"
+#include "support/FailingMemory.h"
 
 namespace {
 

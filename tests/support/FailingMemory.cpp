@@ -75,7 +75,9 @@ bool IsRefused() {
 
 // NOLINTBEGIN(cppcoreguidelines-no-malloc): what the operators are made of.
 void* Allocate(size_t size) {
-    void* const memory = IsRefused() ? nullptr : std::malloc(size == 0 ? 1 : size);
+    // A sanitizer ends a program that asks for more than there can be.
+    constexpr size_t kMost = size_t{1} << 40;
+    void* const memory = IsRefused() || size > kMost ? nullptr : std::malloc(size == 0 ? 1 : size);
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
