@@ -179,7 +179,10 @@ void StopAcquisition(COvDeviceInfo& info, const OvPlace& place) {
     CFirstFailure failure;
     failure.Run([&remote] { remote.DoSendCommand("AcquisitionStop"); });
     StopStream(info, *stream);
-    failure.Run([&remote] { remote.DoSetInt(kParamsLocked, 0); });
+    // A camera may do without the lock: its stop doesn't fail for that.
+    if (remote.DoExist(kParamsLocked)) {
+        failure.Run([&remote] { remote.DoSetInt(kParamsLocked, 0); });
+    }
     failure.RaiseIfAny(place);
 }
 
