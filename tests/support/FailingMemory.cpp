@@ -74,10 +74,14 @@ bool IsRefused() {
 }
 
 // NOLINTBEGIN(cppcoreguidelines-no-malloc): what the operators are made of.
-void* Allocate(size_t size) {
+void* AllocateOrNot(size_t size) {
     // A sanitizer ends a program that asks for more than there can be.
     constexpr size_t kMost = size_t{1} << 40;
-    void* const memory = IsRefused() || size > kMost ? nullptr : std::malloc(size == 0 ? 1 : size);
+    return IsRefused() || size > kMost ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+
+void* Allocate(size_t size) {
+    void* const memory = AllocateOrNot(size);
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
@@ -110,6 +114,14 @@ void* operator new(size_t size) {
 
 void* operator new[](size_t size) {
     return Allocate(size);
+}
+
+void* operator new(size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    return AllocateOrNot(size);
+}
+
+void* operator new[](size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    return AllocateOrNot(size);
 }
 
 void operator delete(void* memory) noexcept {

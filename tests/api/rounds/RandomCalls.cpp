@@ -34,7 +34,6 @@ void OnFeature(OV_FEATURE_ID /*featureID*/, void* handle) {
     EXPECT_EQ(OVStreamOn(handle), OV_STATUS_INVALID_CALL);
     EXPECT_EQ(OVStreamOff(handle), OV_STATUS_INVALID_CALL);
     EXPECT_EQ(OVCloseDevice(handle), OV_STATUS_INVALID_CALL);
-    EXPECT_EQ(OVCloseLib(), OV_STATUS_INVALID_CALL);
 }
 
 void OnLoss(void* handle) {
