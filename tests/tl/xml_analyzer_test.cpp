@@ -261,7 +261,8 @@ TEST_F(PortOfAModule, RaisesWhereAProducerMovesFewerBytesThanAskedFor) {
     producer.LieAboutSize("GCReadPort", -3);
     EXPECT_UNEXPECTED(-1, "Port returned 5 of 8 bytes", access.Read(&number, 0x708, sizeof number));
     producer.LieAboutSize("GCWritePort", -8);
-    EXPECT_UNEXPECTED(-1, "Port returned 0 of 8 bytes", access.Write(&number, 0x708, sizeof number));
+    EXPECT_UNEXPECTED(-1, "Port returned 0 of 8 bytes",
+                      access.Write(&number, 0x708, sizeof number));
 }
 
 }  // namespace
