@@ -148,6 +148,13 @@ private:
     std::exception_ptr m_failure;
 };
 
+/// A function of its own, so that the log names no lambda within another.
+void SendStop(COvDeviceInfo& info) noexcept {
+    OV_RUN_LOGGED([&info] {
+        info.GetDevice()->DoGetRemoteDeviceFeatureControl()->DoSendCommand("AcquisitionStop");
+    });
+}
+
 }  // namespace
 
 void StartAcquisition(COvDeviceInfo& info, const OvPlace& place) {
@@ -179,17 +186,13 @@ void StopAcquisition(COvDeviceInfo& info, const OvPlace& place) {
     CFirstFailure failure;
     failure.Run([&remote] { remote.DoSendCommand("AcquisitionStop"); });
     StopStream(info, *stream);
-    // A camera may do without the lock: its stop doesn't fail for that.
-    if (remote.DoExist(kParamsLocked)) {
-        failure.Run([&remote] { remote.DoSetInt(kParamsLocked, 0); });
-    }
-    failure.RaiseIfAny(place);
-}
-
-static void SendStop(COvDeviceInfo& info) noexcept {
-    OV_RUN_LOGGED([&info] {
-        info.GetDevice()->DoGetRemoteDeviceFeatureControl()->DoSendCommand("AcquisitionStop");
+    failure.Run([&remote] {
+        // A camera may do without the lock: its stop doesn't fail for that.
+        if (remote.DoExist(kParamsLocked)) {
+            remote.DoSetInt(kParamsLocked, 0);
+        }
     });
+    failure.RaiseIfAny(place);
 }
 
 void EndAcquisition(COvDeviceInfo& info) noexcept {

@@ -7,6 +7,9 @@
 namespace {
 
 constexpr uint32_t kTimeOut = 3;
+/// Memory of the test camera that no feature uses.
+constexpr uint64_t kFreeAddress = 0xF000;
+constexpr size_t kBytes = 8;
 
 constexpr OV_FEATURE_ID kIntegers[] = {OV_FEATURE_Width, OV_FEATURE_Height, OV_FEATURE_OffsetX,
                                        OV_FEATURE_PayloadSize, OV_FEATURE_WidthMax};
@@ -167,14 +170,30 @@ void RandomCaller::Open(SharedCamera& camera) {
         }
         OV_DEV_HANDLE handle = nullptr;
         const OV_OPEN_PARAM bySerial = {records[i].szSN, OV_OPEN_SN, OV_ACCESS_CONTROL};
-        if (OV_NOTE(OVOpenDevice, &bySerial, &handle) == OV_STATUS_SUCCESS) {
+        const OV_STATUS status = Draw(2) == 0 ? OV_NOTE(OVOpenDevice, &bySerial, &handle)
+                                              : OV_NOTE(OVOpenDeviceByIndex, i + 1, &handle);
+        if (status != OV_STATUS_SUCCESS) {
+            continue;
+        }
+        if (IsSerial(handle, records[i].szSN)) {
             camera.Keep(handle);
+        } else {
+            OV_NOTE(OVCloseDevice, handle);
         }
     }
 }
 
+/// Whether the camera is the one that was meant; one that is lost by now doesn't tell.
+bool RandomCaller::IsSerial(OV_DEV_HANDLE handle, const std::string& serial) {
+    std::array<char, 64> text{};
+    size_t size = text.size();
+    return OV_NOTE(OVGetString, handle, OV_FEATURE_DeviceSerialNumber, text.data(), &size) ==
+               OV_STATUS_SUCCESS &&
+           serial == text.data();
+}
+
 void RandomCaller::Close(SharedCamera& camera) {
-    OV_NOTE(camera.Close);
+    Note("OVCloseDevice", camera.Close());
 }
 
 void RandomCaller::ReadList(SharedCamera& /*camera*/) {
@@ -217,6 +236,8 @@ void RandomCaller::ReadTexts(SharedCamera& camera) {
         OV_NOTE(OVGetBufferLength, handle, OV_FEATURE_LUTValueAll, &size);
         size = m_image.size();
         OV_NOTE(OVGetBuffer, handle, OV_FEATURE_LUTValueAll, m_image.data(), &size);
+        size = kBytes;
+        OV_NOTE(OVReadRemoteDevicePort, handle, kFreeAddress, m_image.data(), &size);
     });
 }
 
@@ -238,6 +259,8 @@ void RandomCaller::Write(SharedCamera& camera) {
         OV_NOTE(OVSetBool, handle, DrawFrom(kBooleans), Draw(2) != 0);
         OV_NOTE(OVSetString, handle, OV_FEATURE_DeviceUserID, Draw(2) == 0 ? "left" : "right");
         OV_NOTE(OVSetBuffer, handle, OV_FEATURE_LUTValueAll, m_image.data(), 4);
+        size_t size = kBytes;
+        OV_NOTE(OVWriteRemoteDevicePort, handle, kFreeAddress, m_image.data(), &size);
     });
 }
 

@@ -61,6 +61,7 @@ private:
     static const std::vector<Step>& Steps();
 
     void Open(SharedCamera& camera);
+    bool IsSerial(OV_DEV_HANDLE handle, const std::string& serial);
     void Close(SharedCamera& camera);
     void ReadList(SharedCamera& camera);
     void ReadNumbers(SharedCamera& camera);
