@@ -10,7 +10,6 @@ constexpr size_t kMaxDigits = 3;
 constexpr int kMaxNumbers = 4;
 constexpr int kHostLimit = 254;
 constexpr int kMaskLimit = 255;
-constexpr unsigned kAddressBits = 32;
 
 bool IsDigit(char character) {
     return character >= '0' && character <= '9';
@@ -62,7 +61,7 @@ int HexDigit(char character) {
 
 uint32_t Cipcalc::StringToInt(const std::string& text) const {
     uint32_t address = 0;
-    unsigned shift = kAddressBits;
+    unsigned shift = unsigned{kAddressBits};
     for (size_t begin = 0; begin < text.size();) {
         const size_t point = text.find('.', begin);
         const size_t end = point == std::string::npos ? text.size() : point;
@@ -72,7 +71,7 @@ uint32_t Cipcalc::StringToInt(const std::string& text) const {
         shift -= 8;
         const auto number = static_cast<uint32_t>(
             std::strtol(text.substr(begin, end - begin).c_str(), nullptr, 10));
-        address += number << (shift % kAddressBits);
+        address += number << (shift % unsigned{kAddressBits});
         begin = end + 1;
     }
     return address;

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+inline constexpr int kAddressBits = 32;
+
 class Cipcalc {
 public:
     /// The four numbers of an address, first one first.

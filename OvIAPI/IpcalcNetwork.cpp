@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr int kAddressBits = 32;
 constexpr uint32_t kAllOnes = 0xFFFFFFFFU;
 constexpr int kMaxOnes = 30;
 

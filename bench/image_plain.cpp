@@ -64,7 +64,7 @@ void Pass(std::vector<uint8_t>& kept, uint8_t* image, int width, int height, int
     }
 }
 
-void ReduceNoise(const uint8_t* /*src*/, uint8_t* dst, int width, int height) {
+void ReduceNoisePlainly(const uint8_t* /*src*/, uint8_t* dst, int width, int height) {
     std::vector<uint8_t> kept(static_cast<size_t>(width) * static_cast<size_t>(height) *
                               kPixelBytes);
     Pass(kept, dst, width, height, 1);
@@ -74,7 +74,7 @@ void ReduceNoise(const uint8_t* /*src*/, uint8_t* dst, int width, int height) {
 }  // namespace
 
 std::vector<Rival> PlainRivals() {
-    return {{"scalar form", Kind::NoiseReduction, ReduceNoise, true, 8}};
+    return {{"scalar form", Kind::NoiseReduction, ReduceNoisePlainly, true, 8}};
 }
 
 }  // namespace ImageBench

@@ -108,6 +108,31 @@ void Print(const char* what, double nanoseconds, double reference) {
     std::printf("%-56s %9.1f ns %8.2f\n", what, nanoseconds, nanoseconds / reference);
 }
 
+/// Each write makes old what others have of its bytes: how long it takes to find
+/// them depends little on how much is kept.
+void MeasureWritesBeside(int count, double lock) {
+    Camera camera(ManyRegisters(count));
+    const node_vector nodes = camera.Nodes();
+    for (INode* const node : nodes) {
+        if (auto* const integer = dynamic_cast<IInteger*>(node)) {
+            Keep(integer->GetValue());
+        }
+    }
+    const std::string beside = ", " + std::to_string(count) + " ranges kept";
+    const auto print = [&](const char* what, double nanoseconds) {
+        Print((what + beside).c_str(), nanoseconds, lock);
+    };
+    int64_t value = 0;
+    for (const char* const name : {"R0", "Uncached"}) {
+        IInteger& integer = camera.Integer(name);
+        print(*name == 'R' ? "write of a register" : "write of an uncached register",
+              Nanoseconds(kCalls, [&] { integer.SetValue(++value & 0xFFFF); }));
+    }
+    IPort& port = camera.Port();
+    print("write through the port",
+          Nanoseconds(kCalls, [&] { port.Write(&++value, 0, kRegisterBytes); }));
+}
+
 void MeasureAccess(Camera& camera) {
     std::recursive_mutex mutex;
     const double lock = Nanoseconds(kCalls, [&] {
@@ -132,31 +157,6 @@ void MeasureAccess(Camera& camera) {
           Nanoseconds(kCalls, [&] { cold.SetValue(++value & 0xFFFF, false); }), lock);
     MeasureWritesBeside(1, lock);
     MeasureWritesBeside(kManyRegisters, lock);
-}
-
-/// Each write makes old what others have of its bytes: how long it takes to find
-/// them depends little on how much is kept.
-void MeasureWritesBeside(int count, double lock) {
-    Camera camera(ManyRegisters(count));
-    const node_vector nodes = camera.Nodes();
-    for (INode* const node : nodes) {
-        if (auto* const integer = dynamic_cast<IInteger*>(node)) {
-            Keep(integer->GetValue());
-        }
-    }
-    const std::string beside = ", " + std::to_string(count) + " ranges kept";
-    const auto print = [&](const char* what, double nanoseconds) {
-        Print((what + beside).c_str(), nanoseconds, lock);
-    };
-    int64_t value = 0;
-    for (const char* const name : {"R0", "Uncached"}) {
-        IInteger& integer = camera.Integer(name);
-        print(*name == 'R' ? "write of a register" : "write of an uncached register",
-              Nanoseconds(kCalls, [&] { integer.SetValue(++value & 0xFFFF); }));
-    }
-    IPort& port = camera.Port();
-    print("write through the port",
-          Nanoseconds(kCalls, [&] { port.Write(&++value, 0, kRegisterBytes); }));
 }
 
 /// The variables in a place that the compiler can't see through.

@@ -9,6 +9,7 @@ function(ov_embed_file target file symbol)
     DEPENDS ${input} ${script}
     COMMENT "Embedding ${file}")
   target_sources(${target} PRIVATE ${output})
+  set_source_files_properties(${output} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
 # The names of the functions of the standard.

@@ -8,7 +8,7 @@ InfoValue TextField(const DeviceFacts& facts) {
     return InfoValue::Text(facts.*field);
 }
 
-constexpr InfoRow<DeviceFacts> kRows[] = {
+constexpr InfoRow<DeviceFacts> kDeviceRows[] = {
     {GenTL::DEVICE_INFO_ID, TextField<&DeviceFacts::id>},
     {GenTL::DEVICE_INFO_VENDOR, TextField<&DeviceFacts::vendor>},
     {GenTL::DEVICE_INFO_MODEL, TextField<&DeviceFacts::model>},
@@ -31,7 +31,7 @@ PortFacts PortFactsOf(const DeviceFacts& facts) {
 }  // namespace
 
 InfoValue DeviceInfo(const DeviceFacts& facts, GenTL::DEVICE_INFO_CMD command) {
-    return AnswerFrom(kRows, command, facts);
+    return AnswerFrom(kDeviceRows, command, facts);
 }
 
 std::shared_ptr<Device> Device::Open(Session& session, std::weak_ptr<Interface> parent,

@@ -3,7 +3,7 @@
 namespace OvProducer {
 namespace {
 
-constexpr InfoRow<InterfaceFacts> kRows[] = {
+constexpr InfoRow<InterfaceFacts> kInterfaceRows[] = {
     {GenTL::INTERFACE_INFO_ID, [](const auto& facts) { return InfoValue::Text(facts.id); }},
     {GenTL::INTERFACE_INFO_DISPLAYNAME,
      [](const auto& facts) { return InfoValue::Text(facts.displayName); }},
@@ -21,7 +21,7 @@ constexpr std::uint64_t kFeatureUpdateTimeout = 200;
 }  // namespace
 
 InfoValue InterfaceInfo(const InterfaceFacts& facts, GenTL::INTERFACE_INFO_CMD command) {
-    return AnswerFrom(kRows, command, facts);
+    return AnswerFrom(kInterfaceRows, command, facts);
 }
 
 Interface::Interface(Session& session, std::weak_ptr<System> parent,

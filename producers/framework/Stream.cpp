@@ -7,7 +7,7 @@ namespace {
 
 using Row = InfoRow<Stream::Snapshot>;
 
-constexpr Row kRows[] = {
+constexpr Row kStreamRows[] = {
     {GenTL::STREAM_INFO_ID, [](const auto& s) { return InfoValue::Text(s.facts.id); }},
     {GenTL::STREAM_INFO_NUM_DELIVERED,
      [](const auto& s) { return InfoValue::Uint64(s.counters.delivered); }},
@@ -151,7 +151,7 @@ void Stream::Stop(GenTL::ACQ_STOP_FLAGS flags) {
 }
 
 InfoValue Stream::Info(GenTL::STREAM_INFO_CMD command) const {
-    return AnswerFrom(kRows, command, Current());
+    return AnswerFrom(kStreamRows, command, Current());
 }
 
 Stream::Snapshot Stream::Current() const {

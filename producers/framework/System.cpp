@@ -12,7 +12,7 @@ std::string FileNameOf(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-constexpr InfoRow<ProducerFacts> kRows[] = {
+constexpr InfoRow<ProducerFacts> kSystemRows[] = {
     {GenTL::TL_INFO_ID, [](const auto& facts) { return InfoValue::Text(facts.id); }},
     {GenTL::TL_INFO_VENDOR, [](const auto& facts) { return InfoValue::Text(facts.vendor); }},
     {GenTL::TL_INFO_MODEL, [](const auto& facts) { return InfoValue::Text(facts.model); }},
@@ -38,7 +38,7 @@ constexpr std::uint64_t kFeatureUpdateTimeout = 200;
 }  // namespace
 
 InfoValue ProducerInfo(const ProducerFacts& facts, GenTL::TL_INFO_CMD command) {
-    return AnswerFrom(kRows, command, facts);
+    return AnswerFrom(kSystemRows, command, facts);
 }
 
 std::string ProducerPath() {

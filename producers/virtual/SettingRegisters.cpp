@@ -6,45 +6,45 @@
 namespace OvVirtual {
 namespace {
 
-using S = CameraSettings;
+using Settings = CameraSettings;
 
 constexpr std::int64_t kPatterns = static_cast<std::int64_t>(TestPattern::Count);
 
 constexpr SettingRegister kSettings[] = {
-    {0x0310, {&S::width, 16, kFullWidth, 4, true}},
-    {0x0314, {&S::height, 16, kFullHeight, 2, true}},
-    {0x0318, {&S::offsetX, 0, kFullWidth, 4, false}},
-    {0x031C, {&S::offsetY, 0, kFullHeight, 2, false}},
-    {0x0328, {&S::binningModeX, 0, 1, 1, false}},
-    {0x032C, {&S::binningModeY, 0, 1, 1, false}},
-    {0x0330, {&S::reverseX, 0, 1, 1, false}},
-    {0x0334, {&S::reverseY, 0, 1, 1, false}},
-    {0x0338, {&S::pixelFormat, 0, 0xFFFFFFFF, 1, true}},
-    {0x033C, {&S::testPattern, 0, kPatterns - 1, 1, false}},
-    {0x0400, {&S::acquisitionMode, 0, 2, 1, true}},
-    {0x0404, {&S::frameCount, 1, 65535, 1, true}},
-    {0x0410, {&S::frameRateMode, 0, 1, 1, false}},
-    {0x0414, {&S::frameRate, 100, 1000000, 1, false}},
-    {0x0420, {&S::triggerMode, 0, 1, 1, false}},
-    {0x0424, {&S::triggerSource, 0, 1, 1, false}},
-    {0x0428, {&S::triggerActivation, 0, 1, 1, false}},
-    {0x0430, {&S::exposure, 40, 2000000, 1, false}},
-    {0x0500, {&S::gain, 0, 240, 1, false}},
-    {0x0504, {&S::blackLevel, 0, 16320, 1, false}},
-    {0x0514, {&S::gammaEnable, 0, 1, 1, false}},
-    {0x0518, {&S::gamma, 10, 400, 1, false}},
-    {0x0600, {&S::lutEnable, 0, 1, 1, false}},
-    {0x0808, {&S::chunkMode, 0, 1, 1, true}},
+    {0x0310, {&Settings::width, 16, kFullWidth, 4, true}},
+    {0x0314, {&Settings::height, 16, kFullHeight, 2, true}},
+    {0x0318, {&Settings::offsetX, 0, kFullWidth, 4, false}},
+    {0x031C, {&Settings::offsetY, 0, kFullHeight, 2, false}},
+    {0x0328, {&Settings::binningModeX, 0, 1, 1, false}},
+    {0x032C, {&Settings::binningModeY, 0, 1, 1, false}},
+    {0x0330, {&Settings::reverseX, 0, 1, 1, false}},
+    {0x0334, {&Settings::reverseY, 0, 1, 1, false}},
+    {0x0338, {&Settings::pixelFormat, 0, 0xFFFFFFFF, 1, true}},
+    {0x033C, {&Settings::testPattern, 0, kPatterns - 1, 1, false}},
+    {0x0400, {&Settings::acquisitionMode, 0, 2, 1, true}},
+    {0x0404, {&Settings::frameCount, 1, 65535, 1, true}},
+    {0x0410, {&Settings::frameRateMode, 0, 1, 1, false}},
+    {0x0414, {&Settings::frameRate, 100, 1000000, 1, false}},
+    {0x0420, {&Settings::triggerMode, 0, 1, 1, false}},
+    {0x0424, {&Settings::triggerSource, 0, 1, 1, false}},
+    {0x0428, {&Settings::triggerActivation, 0, 1, 1, false}},
+    {0x0430, {&Settings::exposure, 40, 2000000, 1, false}},
+    {0x0500, {&Settings::gain, 0, 240, 1, false}},
+    {0x0504, {&Settings::blackLevel, 0, 16320, 1, false}},
+    {0x0514, {&Settings::gammaEnable, 0, 1, 1, false}},
+    {0x0518, {&Settings::gamma, 10, 400, 1, false}},
+    {0x0600, {&Settings::lutEnable, 0, 1, 1, false}},
+    {0x0808, {&Settings::chunkMode, 0, 1, 1, true}},
     // Odd numbers: the image is in every frame.
-    {0x0814, {&S::chunksEnabled, 1, (1 << kChunks) - 1, 2, true}},
-    {0x0A08, {&S::eventsEnabled, 0, (1 << kCameraEvents) - 1, 1, false}},
-    {0x0A24, {&S::dropOffTime, 0, 3600000, 1, false}},
-    {0x0A28, {&S::dropOffFrames, 0, 1000000, 1, false}},
+    {0x0814, {&Settings::chunksEnabled, 1, (1 << kChunks) - 1, 2, true}},
+    {0x0A08, {&Settings::eventsEnabled, 0, (1 << kCameraEvents) - 1, 1, false}},
+    {0x0A24, {&Settings::dropOffTime, 0, 3600000, 1, false}},
+    {0x0A28, {&Settings::dropOffFrames, 0, 1000000, 1, false}},
 };
 
 constexpr SettingRegister kBinning[] = {
-    {0x0320, {&S::binningX, 1, 4, 1, true}},
-    {0x0324, {&S::binningY, 1, 4, 1, true}},
+    {0x0320, {&Settings::binningX, 1, 4, 1, true}},
+    {0x0324, {&Settings::binningY, 1, 4, 1, true}},
 };
 
 }  // namespace

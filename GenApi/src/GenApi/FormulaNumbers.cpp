@@ -8,6 +8,7 @@
 #include <string>
 
 #include "Base/PlainLocale.h"
+#include "FormulaTokens.h"
 #include "GenApi/impl/MathParser.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -17,7 +18,6 @@ namespace {
 constexpr const char* kInfinity = "#Infinity somewhere!";
 constexpr const char* kTooBig = "#Value too big for operation!";
 constexpr const char* kInternal = "#Internal error!";
-constexpr const char* kSyntax = "#Syntax error!";
 constexpr std::string_view kDigits = "0123456789";
 /// Divisors below this magnitude count as zero.
 constexpr double kSmallestDivisor = 0x1p-52;

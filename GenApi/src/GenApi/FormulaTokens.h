@@ -8,6 +8,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
+inline constexpr const char* kSyntax = "#Syntax error!";
+
 enum class FormulaToken : uint8_t { Error, End, Number, Operator, Name, Text };
 
 /// One token, and where its text stands.

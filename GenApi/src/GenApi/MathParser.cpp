@@ -13,7 +13,6 @@ namespace GenApi_3_0_ORVANE {
 namespace {
 
 constexpr const char* kBrackets = "#Brackets do not match!";
-constexpr const char* kSyntax = "#Syntax error!";
 constexpr const char* kInvalid = "#Invalid formula";
 constexpr const char* kExtraOperation = "#Extra operation!";
 constexpr const char* kLogical = "#Logical expression error!";

@@ -1,5 +1,4 @@
-// The dotted-address calculator. The library hides it, so that this program has
-// one of its own.
+// The dotted-address calculator.
 
 #include <gtest/gtest.h>
 
