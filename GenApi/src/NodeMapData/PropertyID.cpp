@@ -7,7 +7,7 @@ namespace GenApi_3_0_ORVANE {
 namespace {
 
 /// Indexed by number; null in the gaps.
-constexpr auto names = [] {
+constexpr auto kNames = [] {
     std::array<const char*, CPropertyID::_Undefined_ID> table{};
 #define OV_PROPERTY_NAME(name, number) table[number] = #name;
     OV_PROPERTY_IDS(OV_PROPERTY_NAME)
@@ -19,7 +19,7 @@ constexpr auto names = [] {
 
 std::string CPropertyID::ToString() const {
     if (HasName()) {
-        return names[m_ID];
+        return kNames[m_ID];
     }
     return "Invalid PropertyID " + std::to_string(m_ID);
 }
