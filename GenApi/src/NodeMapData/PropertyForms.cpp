@@ -24,9 +24,13 @@ public:
     }
 
     bool Allows(N::ENodeType_t node, const CProperty& property) const {
+        const uint32_t dataType = 1U << property.GetDataType();
+        if (property.GetAttribute() == nullptr) {
+            return (m_PlainDataTypes[node][property.GetPropertyID()] & dataType) != 0;
+        }
         const Form& form = m_Forms[node][property.GetPropertyID()];
-        return ((form.dataTypes >> property.GetDataType()) & 1U) != 0 &&
-               FitsAttribute(form.attributes, property.GetAttribute());
+        return (form.dataTypes & dataType) != 0 &&
+               HasAttribute(form.attributes, *property.GetAttribute());
     }
 
 private:
@@ -101,21 +105,30 @@ private:
         Form& form = m_Forms[node][property];
         form.dataTypes |= 1U << dataType;
         form.attributes = attributes;
+        m_PlainDataTypes[node][property] = NeedsAttribute(attributes) ? 0 : form.dataTypes;
     }
 
-    static bool FitsAttribute(Attributes kind, const CProperty* attribute) {
+    static bool NeedsAttribute(Attributes kind) {
         const auto rows = AttributesOf(kind);
-        if (attribute == nullptr) {
-            return std::none_of(rows.begin(), rows.end(),
-                                [](const AttributeRow& row) { return row.isRequired; });
-        }
-        return std::any_of(rows.begin(), rows.end(), [attribute](const AttributeRow& row) {
-            return attribute->GetPropertyID() == row.property &&
-                   attribute->GetDataType() == row.dataType;
+        return std::any_of(rows.begin(), rows.end(),
+                           [](const AttributeRow& row) { return row.isRequired; });
+    }
+
+    static bool HasAttribute(Attributes kind, const CProperty& attribute) {
+        const auto rows = AttributesOf(kind);
+        return std::any_of(rows.begin(), rows.end(), [&attribute](const AttributeRow& row) {
+            return attribute.GetPropertyID() == row.property &&
+                   attribute.GetDataType() == row.dataType;
         });
     }
 
-    std::array<std::array<Form, P::_Undefined_ID>, N::_NotImpl_ID> m_Forms{};
+    template <class Value>
+    using Table = std::array<std::array<Value, P::_Undefined_ID>, N::_NotImpl_ID>;
+
+    Table<Form> m_Forms{};
+    /// The data types of properties without an attribute, which nearly all are: a table of
+    /// its own stays in the processor's caches.
+    Table<uint32_t> m_PlainDataTypes{};
 };
 
 }  // namespace
