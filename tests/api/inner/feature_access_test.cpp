@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "DeviceManager.h"
-#include "FeatureAccess.h"
 #include "OvTestControl.h"
 #include "TLClassFeature/FeatureControl.h"
 #include "TLClassMain/Device.h"
+#include "api/DeviceManager.h"
+#include "api/FeatureAccess.h"
 #include "support/ApiTest.h"
 #include "tl/TransportTest.h"
 

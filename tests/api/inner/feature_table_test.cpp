@@ -11,7 +11,7 @@
 #include <sstream>
 #include <vector>
 
-#include "FeatureTable.h"
+#include "api/FeatureTable.h"
 #include "support/FeatureRows.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "FetchGate.h"
+#include "camera/FetchGate.h"
 
 namespace {
 

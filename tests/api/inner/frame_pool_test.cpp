@@ -4,7 +4,7 @@
 
 #include <set>
 
-#include "FramePool.h"
+#include "camera/FramePool.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The dotted-address calculator.
 
-#include <gtest/gtest.h>
+#include "gige/Ipcalc.h"
 
-#include "Ipcalc.h"
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "OVIError.h"
+#include "errors/OVIError.h"
 #include "support/FailingMemory.h"
 
 namespace {

@@ -1,0 +1,81 @@
+// The frame: version, start, end, last error.
+
+#include <cstring>
+
+#include "OvIAPI.h"
+#include "TLClassEvent/CallbackScope.h"
+#include "TLClassLoadTL/OvString.h"
+#include "TLClassMain/TLManager.h"
+#include "api/DeviceManager.h"
+#include "errors/OVIError.h"
+
+using namespace OVTLClass;
+
+namespace {
+
+constexpr const char* kProducers = "OvGVTL.cti;OvU3VTL.cti;KwTL.cti";
+
+}  // namespace
+
+const char* OVGetLibVersion(void) {
+    return "1.0.2106.9081";
+}
+
+OV_STATUS OVInitLib(void) try {
+    CDeviceManager& manager = CDeviceManager::GetInstance();
+    if (manager.IsInitialised()) {
+        return OV_STATUS_SUCCESS;
+    }
+    const CAutoLock lock(manager.GetApiLock());
+    if (manager.IsInitialised()) {
+        // By another thread, whose call this one waited for.
+        return OV_STATUS_SUCCESS;
+    }
+    ITLManager::GetInstance()->DoInit(COvString::SplitString(kProducers, ";"));
+    manager.SetInitialised(true);
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVCloseLib(void) try {
+    CDeviceManager& manager = CDeviceManager::GetInstance();
+    if (!manager.IsInitialised()) {
+        return OV_STATUS_SUCCESS;
+    }
+    CDeviceInfoFactory& factory = manager.GetDeviceInfoFactory();
+    if (CCallbackScope::IsInsideAny()) {
+        // Raises. Another thread that closes the library holds the API lock while it
+        // waits for the end of this callback, which therefore must not wait for it.
+        factory.CloseAllDevice(OV_HERE);
+    }
+    const CAutoLock lock(manager.GetApiLock());
+    if (!manager.IsInitialised()) {
+        return OV_STATUS_SUCCESS;
+    }
+    factory.CloseAllDevice(OV_HERE);
+    factory.GetKnownCameras().Clear();
+    COVIError::GetInstance().Reset();
+    ITLManager::GetInstance()->DoUninit();
+    manager.SetInitialised(false);
+    return OV_STATUS_SUCCESS;
+} catch (...) {
+    return CaughtStatus();
+}
+
+OV_STATUS OVGetLastError(int32_t* pErrorCode, char* pszErrText, size_t* pSize) {
+    if (pSize == nullptr) {
+        return OV_STATUS_INVALID_PARAMETER;
+    }
+    const COVIError& error = COVIError::GetInstance();
+    const size_t needed = error.GetText().size() + 1;
+    const bool fits = pszErrText == nullptr || *pSize >= needed;
+    if (pszErrText != nullptr && fits) {
+        std::memcpy(pszErrText, error.GetText().data(), needed);
+    }
+    *pSize = fits ? needed : 0;
+    if (pErrorCode != nullptr) {
+        *pErrorCode = error.GetStatus();
+    }
+    return fits ? OV_STATUS_SUCCESS : OV_STATUS_NEED_MORE_BUFFER;
+}

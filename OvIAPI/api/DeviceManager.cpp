@@ -1,0 +1,50 @@
+#include "api/DeviceManager.h"
+
+#include "TLClassLoadTL/OvException.h"
+#include "TLClassMain/Device.h"
+
+using namespace OVTLClass;
+
+CDeviceManager& CDeviceManager::GetInstance() {
+    static CDeviceManager manager;
+    return manager;
+}
+
+void CDeviceManager::CheckInit() const {
+    if (!m_initialised) {
+        OV_RAISE(CNotInitApiError, "Not init API");
+    }
+}
+
+const char* CDeviceManager::GetFeatureName(OV_FEATURE_ID featureID) const {
+    const char* const name = m_featureTable.Find(featureID);
+    if (name == nullptr) {
+        OV_RAISE(CInvalidParameterError, "Invalid feature ID");
+    }
+    return name;
+}
+
+CDeviceManager& EnterApi() {
+    CDeviceManager& manager = CDeviceManager::GetInstance();
+    manager.CheckInit();
+    return manager;
+}
+
+void CheckPointer(const void* pointer, const OvPlace& place) {
+    if (pointer == nullptr) {
+        OV_RAISE_AT(CInvalidParameterError, place, "NULL Pointer");
+    }
+}
+
+COvDeviceInfo& VerifyDeviceHandle(OV_DEV_HANDLE hDevice, const OvPlace& place) {
+    auto* const info = dynamic_cast<COvDeviceInfo*>(static_cast<IOvDeviceInfo*>(hDevice));
+    if (info == nullptr || !info->GetDevice()->DoIsDeviceOpen()) {
+        OV_RAISE_AT(CInvalidHandleError, place, "Invalid device handle");
+    }
+    return *info;
+}
+
+COvDeviceInfo& EnterCamera(OV_DEV_HANDLE hDevice, const OvPlace& place) {
+    EnterApi();
+    return VerifyDeviceHandle(hDevice, place);
+}

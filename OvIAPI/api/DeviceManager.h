@@ -1,0 +1,52 @@
+#pragma once
+/// The state of the library, and the checks that every exported function makes.
+
+#include <atomic>
+
+#include "TLClassLoadTL/OvLock.h"
+#include "api/FeatureTable.h"
+#include "camera/DeviceInfo.h"
+#include "devices/DeviceInfoFactory.h"
+#include "errors/Place.h"
+
+/// One per process. Its destruction closes nothing.
+class CDeviceManager {
+public:
+    static CDeviceManager& GetInstance();
+    CDeviceManager(const CDeviceManager&) = delete;
+    CDeviceManager& operator=(const CDeviceManager&) = delete;
+
+    /// Raises "Not init API" before OVInitLib.
+    void CheckInit() const;
+    bool IsInitialised() const { return m_initialised; }
+    void SetInitialised(bool initialised) { m_initialised = initialised; }
+
+    /// Raises "Invalid feature ID" for an identifier of no feature.
+    const char* GetFeatureName(OV_FEATURE_ID featureID) const;
+
+    CDeviceInfoFactory& GetDeviceInfoFactory() { return m_deviceInfoFactory; }
+    /// Held for the whole of the functions that change what is loaded or listed.
+    OVTLClass::CLock& GetApiLock() { return m_apiLock; }
+
+private:
+    CDeviceManager() = default;
+
+    std::atomic<bool> m_initialised{false};
+    const CFeatureTable m_featureTable;
+    CDeviceInfoFactory m_deviceInfoFactory;
+    OVTLClass::CLock m_apiLock{OVTLClass::LockRank::Api};
+};
+
+/// The first step of an exported function: the instance, initialised.
+CDeviceManager& EnterApi();
+
+/// Raises "NULL Pointer" for a null pointer.
+void CheckPointer(const void* pointer, const OvPlace& place);
+
+/// The open camera of a handle; raises "Invalid device handle" for every other.
+COvDeviceInfo& VerifyDeviceHandle(OV_DEV_HANDLE hDevice, const OvPlace& place);
+
+/// Both: how an exported function of an open camera begins.
+COvDeviceInfo& EnterCamera(OV_DEV_HANDLE hDevice, const OvPlace& place);
+
+#define OV_CHECK_POINTER(pointer) CheckPointer((pointer), OV_HERE)

@@ -1,0 +1,74 @@
+#include "camera/CameraPolling.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "GenApi/INodeMapPrivate.h"
+#include "GenApi/NodeMapRef.h"
+#include "TLClassEvent/CallbackScope.h"
+#include "TLClassMain/Agency.h"
+#include "TLClassMain/Device.h"
+
+using namespace OVTLClass;
+
+namespace {
+
+int64_t Now() {
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+int64_t ShorterPeriod(int64_t left, int64_t right) {
+    return left < 0 || right < 0 ? std::max(left, right) : std::min(left, right);
+}
+
+}  // namespace
+
+void CPolledMap::Begin(GenApi_3_0_ORVANE::CNodeMapRef& map) {
+    using GenApi_3_0_ORVANE::INodeMapPrivate;
+    m_map = &map;
+    m_period = dynamic_cast<INodeMapPrivate&>(*map.GetMap()).GetShortestPollingTime();
+    m_last = Now();
+}
+
+void CPolledMap::Poll() {
+    if (m_period < 0) {
+        return;
+    }
+    const int64_t now = Now();
+    int64_t last = m_last;
+    // Of several threads one hands over what has passed.
+    if (now > last && m_last.compare_exchange_strong(last, now)) {
+        OV_RUN_LOGGED([&] { m_map->_Poll(now - last); });
+    }
+}
+
+void CCameraPolling::Begin(IDevice& camera, GenApi_3_0_ORVANE::CNodeMapRef& stream) {
+    m_camera = &camera;
+    m_remote.Begin(*camera.DoGetRemoteDeviceNodeMapRef());
+    m_local.Begin(*camera.DoGetDeviceNodeMapRef());
+    m_stream.Begin(stream);
+    m_period = ShorterPeriod(m_remote.GetPeriod(),
+                             ShorterPeriod(m_local.GetPeriod(), m_stream.GetPeriod()));
+}
+
+void CCameraPolling::Poll() {
+    // What its callbacks may not do is what callbacks of the camera's events may not.
+    const CCallbackScope scope(CallbackKind::Event, m_camera);
+    for (CPolledMap* const map : {&m_remote, &m_local, &m_stream}) {
+        map->Poll();
+    }
+}
+
+void CCameraPolling::PollBeforeCall(OV_FEATURE_LEVEL level) {
+    if (m_period < 0 || m_isWatched) {
+        return;
+    }
+    if (level == OV_FEATURE_LEVEL_REMOTE_DEVICE) {
+        m_remote.Poll();
+    } else if (level == OV_FEATURE_LEVEL_LOCAL_DEVICE) {
+        m_local.Poll();
+    } else if (level == OV_FEATURE_LEVEL_STREAM) {
+        m_stream.Poll();
+    }
+}

@@ -1,0 +1,97 @@
+#pragma once
+/// One camera as the flat interface knows it; what a handle points at.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "OvIDef.h"
+#include "TLClassInfo/InfoRecords.h"
+#include "TLClassLoadTL/OvLock.h"
+#include "camera/CameraPolling.h"
+#include "camera/FetchGate.h"
+#include "camera/FramePool.h"
+
+namespace OVTLClass {
+class IDevice;
+class IDataStream;
+}  // namespace OVTLClass
+
+class IOvDeviceInfo {
+public:
+    virtual ~IOvDeviceInfo() = default;
+};
+
+/// The four addresses of a camera or an adapter, as numbers with the first part
+/// in the top byte of 32 (MAC: of 48) bits, and as text.
+struct OvAddresses {
+    int64_t mac = 0;
+    int64_t ip = 0;
+    int64_t subnetMask = 0;
+    int64_t gateway = 0;
+    std::string macText;
+    std::string ipText;
+    std::string subnetMaskText;
+    std::string gatewayText;
+
+    void Set(const OVTLClass::GEV_ADDRESS_INFO& info);
+};
+
+class COvDeviceInfo : public IOvDeviceInfo {
+public:
+    COvDeviceInfo() = default;
+    ~COvDeviceInfo() override = default;
+    COvDeviceInfo& operator=(const COvDeviceInfo&) = delete;
+
+    /// Decides the class from the transport of the camera and the ID of its
+    /// producer.
+    virtual void SetDeviceClass(const std::string& tlType, const std::string& tlId);
+    /// A copy with locks and a frame pool of its own.
+    virtual std::unique_ptr<COvDeviceInfo> Clone() const;
+
+    void SetDevice(std::shared_ptr<OVTLClass::IDevice> device) { m_device = std::move(device); }
+    const std::shared_ptr<OVTLClass::IDevice>& GetDevice() const { return m_device; }
+    /// The first stream; the only one that is ever opened. It is looked up once:
+    /// calls that fetch frames take no memory.
+    std::shared_ptr<OVTLClass::IDataStream> GetStream() const;
+
+    void SetAccessStatus(int32_t producerStatus);
+    OV_ACCESS_STATUS GetAccessStatus() const { return m_accessStatus; }
+    OV_DEVICE_CLASS GetDeviceClass() const { return m_deviceClass; }
+
+    void SetUserId(const std::string& userId);
+    std::string GetUserId() const;
+
+    void SetOpenedByIp() { m_openedByIp = true; }
+
+    CFramePool& GetFramePool() { return m_framePool; }
+    CFetchGate& GetFetchGate() { return m_fetchGate; }
+    /// Held for the whole of a start or a stop.
+    OVTLClass::CLock& GetAcquisitionLock() { return m_acquisitionLock; }
+    CCameraPolling& GetPolling() const { return m_polling; }
+
+    std::string vendorName;
+    std::string modelName;
+    std::string serialNumber;
+    std::string displayName;
+    std::string deviceId;
+    OvAddresses deviceAddresses;
+    OvAddresses adapterAddresses;
+    std::string adapterDescription;
+
+private:
+    COvDeviceInfo(const COvDeviceInfo& other);
+
+    std::shared_ptr<OVTLClass::IDevice> m_device;
+    bool m_openedByIp = false;
+    std::string m_userId;
+    OV_DEVICE_CLASS m_deviceClass = OV_DEVICE_CLASS_UNKNOWN;
+    OV_ACCESS_STATUS m_accessStatus = OV_ACCESS_STATUS_UNKNOWN;
+    mutable OVTLClass::CLock m_userIdLock{OVTLClass::LockRank::UserId};
+    mutable OVTLClass::CLock m_streamLock{OVTLClass::LockRank::HandleStream};
+    mutable std::shared_ptr<OVTLClass::IDataStream> m_stream;
+    CFramePool m_framePool;
+    CFetchGate m_fetchGate;
+    OVTLClass::CLock m_acquisitionLock{OVTLClass::LockRank::Acquisition};
+    mutable CCameraPolling m_polling;
+};

@@ -1,0 +1,40 @@
+#include "camera/FetchGate.h"
+
+#include <chrono>
+
+namespace {
+
+/// A fetch that is about to wait may miss the wake-up, so this must be short.
+constexpr std::chrono::milliseconds kMoment(1);
+
+}  // namespace
+
+void CFetchGate::Open() noexcept {
+    const std::scoped_lock lock(m_mutex);
+    m_isOpen = true;
+}
+
+bool CFetchGate::Close() noexcept {
+    const std::scoped_lock lock(m_mutex);
+    m_isOpen = false;
+    return m_inside == 0;
+}
+
+bool CFetchGate::TryEnter() noexcept {
+    const std::scoped_lock lock(m_mutex);
+    m_inside += m_isOpen ? 1 : 0;
+    return m_isOpen;
+}
+
+void CFetchGate::Leave() noexcept {
+    // Whoever waits may destroy the gate as soon as the lock is free.
+    const std::scoped_lock lock(m_mutex);
+    if (--m_inside == 0 && !m_isOpen) {
+        m_empty.notify_all();
+    }
+}
+
+bool CFetchGate::WaitUntilEmpty() {
+    std::unique_lock lock(m_mutex);
+    return m_empty.wait_for(lock, kMoment, [this] { return m_inside == 0; });
+}

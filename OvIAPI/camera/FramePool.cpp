@@ -1,0 +1,82 @@
+#include "camera/FramePool.h"
+
+#include <algorithm>
+
+#include "TLClassMain/Buffer.h"
+
+using namespace OVTLClass;
+
+namespace {
+
+constexpr size_t kRetired = 1024;
+
+/// The buffer of a frame goes back to the producer.
+void QueueBufferOf(const OV_FRAME_BUFFER& frame) {
+    if (frame.nBufID != 0) {
+        reinterpret_cast<CBuffer*>(frame.nBufID)->QueueBuffer();
+    }
+}
+
+}  // namespace
+
+void CFramePool::Make(size_t count) {
+    Queue fresh(count);
+    const std::scoped_lock freeLock(m_freeMutex);
+    const std::scoped_lock deliveredLock(m_deliveredMutex);
+    FreeLocked();
+    m_free.swap(fresh);
+}
+
+OV_FRAME_BUFFER* CFramePool::Take(const OV_FRAME_BUFFER& content) {
+    const std::scoped_lock freeLock(m_freeMutex);
+    const std::scoped_lock deliveredLock(m_deliveredMutex);
+    if (m_free.empty()) {
+        return nullptr;
+    }
+    m_delivered.splice(m_delivered.end(), m_free, m_free.begin());
+    m_delivered.back() = content;
+    return &m_delivered.back();
+}
+
+bool CFramePool::Return(OV_FRAME_BUFFER* frame) {
+    const std::scoped_lock freeLock(m_freeMutex);
+    const std::scoped_lock deliveredLock(m_deliveredMutex);
+    const auto found = std::find_if(m_delivered.begin(), m_delivered.end(),
+                                    [frame](const auto& record) { return &record == frame; });
+    if (found == m_delivered.end()) {
+        return false;
+    }
+    ReturnAt(found);
+    return true;
+}
+
+void CFramePool::ReturnAll() {
+    const std::scoped_lock freeLock(m_freeMutex);
+    const std::scoped_lock deliveredLock(m_deliveredMutex);
+    while (!m_delivered.empty()) {
+        ReturnAt(m_delivered.begin());
+    }
+}
+
+// NOLINTNEXTLINE(performance-unnecessary-value-param): an iterator is a pointer
+void CFramePool::ReturnAt(Queue::iterator frame) {
+    QueueBufferOf(*frame);
+    m_free.splice(m_free.end(), m_delivered, frame);
+}
+
+void CFramePool::Free() {
+    const std::scoped_lock freeLock(m_freeMutex);
+    const std::scoped_lock deliveredLock(m_deliveredMutex);
+    FreeLocked();
+}
+
+void CFramePool::FreeLocked() {
+    m_free.clear();
+    for (const auto& frame : m_delivered) {
+        OV_RUN_LOGGED([&frame] { QueueBufferOf(frame); });
+    }
+    m_retired.splice(m_retired.begin(), m_delivered);
+    if (m_retired.size() > kRetired) {
+        m_retired.resize(kRetired);
+    }
+}

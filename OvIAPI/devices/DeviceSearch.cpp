@@ -1,0 +1,58 @@
+#include "devices/DeviceSearch.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "TLClassMain/TLManager.h"
+#include "TLClassMain/UpdateAgency.h"
+
+using namespace OVTLClass;
+
+namespace {
+
+constexpr unsigned kWholeNetworkTimeout = 200;
+constexpr unsigned kWholeNetworkInterval = 1;
+
+bool IsGev(const std::shared_ptr<ITL>& tl) {
+    return std::dynamic_pointer_cast<CGevTL>(tl) != nullptr;
+}
+
+void UpdateAll(const TLList& tls, OvSearchMode mode, unsigned timeout) {
+    TLList others;
+    std::remove_copy_if(tls.begin(), tls.end(), std::back_inserter(others), &IsGev);
+    bool changed = false;
+    CGevUpdateAgency gev(CTLQuery::QueryGevTLFromTLArray(tls));
+    if (mode == OvSearchMode::LocalNetwork) {
+        gev.DoUpdateInLocalNetwork(timeout, 0, changed);
+    } else {
+        gev.DoUpdateInWholeNetwork(timeout, kWholeNetworkInterval, changed);
+    }
+    CGenericUpdateAgency(others).DoUpdate(timeout, 0, changed);
+}
+
+template <class List>
+OvDeviceInfoList ReadDevicesOfAll(const List& tls) {
+    OvDeviceInfoList list;
+    for (const auto& tl : tls) {
+        const OvDeviceInfoList devices = ReadDevicesOf(*tl);
+        list.insert(list.end(), devices.begin(), devices.end());
+    }
+    return list;
+}
+
+}  // namespace
+
+OvDeviceInfoList CDeviceSearch::Run(unsigned timeout) {
+    const CAutoLock lock(m_lock);
+    const TLList tls = ITLManager::GetInstance()->DoGetTLList();
+    UpdateAll(tls, m_mode, timeout);
+    return ReadDevicesOfAll(tls);
+}
+
+OvDeviceInfoList SearchWholeNetwork() {
+    const GevTLList tls = CTLQuery::QueryGevTLFromTLArray(ITLManager::GetInstance()->DoGetTLList());
+    bool changed = false;
+    CGevUpdateAgency(tls).DoUpdateInWholeNetwork(kWholeNetworkTimeout, kWholeNetworkInterval,
+                                                 changed);
+    return ReadDevicesOfAll(tls);
+}

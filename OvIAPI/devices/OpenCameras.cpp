@@ -1,0 +1,78 @@
+#include "devices/OpenCameras.h"
+
+#include <algorithm>
+
+#include "TLClassMain/Device.h"
+#include "TLClassMain/Interface.h"
+#include "errors/CallbackCheck.h"
+#include "gige/Ipcalc.h"
+
+using namespace OVTLClass;
+
+void CheckMayClose(const COvDeviceInfo& camera, const char* what, const OvPlace& place) {
+    CheckNotInCallback(
+        *camera.GetDevice(), what,
+        {CallbackKind::Capture, CallbackKind::Event, CallbackKind::Offline, CallbackKind::Feature},
+        place);
+}
+
+COpenCameras::List::iterator COpenCameras::__Find(List& list, const COvDeviceInfo& camera) {
+    return std::find_if(list.begin(), list.end(),
+                        [&camera](const auto& entry) { return entry.get() == &camera; });
+}
+
+OV_DEV_HANDLE COpenCameras::Add(std::unique_ptr<COvDeviceInfo> camera) {
+    const CAutoLock lock(m_lock);
+    m_open.push_back(std::move(camera));
+    // A handle is the address of the base, which is what it is cast back to.
+    return static_cast<IOvDeviceInfo*>(m_open.back().get());
+}
+
+bool COpenCameras::IsOpenAt(const std::string& ip) const {
+    const std::string id = CGevInterface::IdOfAddress(Cipcalc().StringToInt(ip));
+    const auto isOpenAt = [&](const auto& camera) {
+        // A camera that was opened by its address has no address text of its own, but
+        // the ID that it was made with.
+        const bool isAt = camera->deviceAddresses.ipText == ip ||
+                          camera->GetDevice()->DoGetDeviceInfo().id.value == id;
+        return isAt && camera->GetDevice()->DoIsDeviceOpen();
+    };
+    const CAutoLock lock(m_lock);
+    return std::any_of(m_open.begin(), m_open.end(), isOpenAt) ||
+           std::any_of(m_closing.begin(), m_closing.end(), isOpenAt);
+}
+
+COvDeviceInfo* COpenCameras::BeginClosing(const COvDeviceInfo& camera) {
+    const CAutoLock lock(m_lock);
+    const auto opened = __Find(m_open, camera);
+    if (opened != m_open.end()) {
+        return __MoveToClosing(opened);
+    }
+    m_closed.wait(m_lock, [&] { return __Find(m_closing, camera) == m_closing.end(); });
+    return nullptr;
+}
+
+COvDeviceInfo* COpenCameras::BeginClosingLast(const OvPlace& place) {
+    const CAutoLock lock(m_lock);
+    for (const auto& closing : m_closing) {
+        CheckMayClose(*closing, "close lib", place);
+    }
+    if (m_open.empty()) {
+        m_closed.wait(m_lock, [this] { return m_closing.empty(); });
+        return nullptr;
+    }
+    CheckMayClose(*m_open.back(), "close lib", place);
+    return __MoveToClosing(m_open.end() - 1);
+}
+
+COvDeviceInfo* COpenCameras::__MoveToClosing(List::iterator opened) {
+    m_closing.push_back(std::move(*opened));
+    m_open.erase(opened);
+    return m_closing.back().get();
+}
+
+void COpenCameras::EndClosing(const COvDeviceInfo& camera) {
+    const CAutoLock lock(m_lock);
+    m_closing.erase(__Find(m_closing, camera));
+    m_closed.notify_all();
+}

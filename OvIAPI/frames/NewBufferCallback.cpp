@@ -1,0 +1,23 @@
+#include "frames/NewBufferCallback.h"
+
+#include <memory>
+
+#include "TLClassEvent/CallbackScope.h"
+#include "frames/FrameRecord.h"
+
+OVTLClass::INewBufferCallback* COvNewBufferCallback::Clone() const {
+    return std::make_unique<COvNewBufferCallback>(m_camera, m_userParam, m_function).release();
+}
+
+void COvNewBufferCallback::operator()(const OVTLClass::BUFFER_INFO& info) {
+    if (m_function == nullptr) {
+        return;
+    }
+    OV_FRAME_CALLBACK_PARAM param{};
+    param.pUserParam = m_userParam;
+    param.status = FrameStatus(info);
+    param.pImgBuf = info.base.value;
+    FillFrameValues(param, info);
+    const OVTLClass::CCallbackScope scope(OVTLClass::CallbackKind::Capture, &m_camera);
+    m_function(&param);
+}
