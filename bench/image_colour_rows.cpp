@@ -2,9 +2,9 @@
 
 #include <array>
 
-#include "Noise.h"
 #include "QyImageProc.h"
 #include "colour_record.h"
+#include "filter/Noise.h"
 #include "image_row.h"
 
 namespace ImageBench {

@@ -4,10 +4,10 @@
 #include <array>
 #include <limits>
 
-#include "Curve.h"
 #include "QyImageProc.h"
-#include "ToneCurve.h"
 #include "refusals.h"
+#include "tone/Curve.h"
+#include "tone/ToneCurve.h"
 #include "tone_reference.h"
 
 namespace {

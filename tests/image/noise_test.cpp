@@ -1,6 +1,6 @@
 // The noise reduction.
 
-#include "Noise.h"
+#include "filter/Noise.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // The library's adjustments of images against the plain ones, byte for byte.
 
 #include "QyImageProc.h"
-#include "Sharpen.h"
 #include "bytes.h"
+#include "filter/Sharpen.h"
 #include "tone_reference.h"
 
 namespace {

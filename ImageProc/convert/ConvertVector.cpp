@@ -1,0 +1,195 @@
+// The loops over whole vectors, compiled once for each instruction set.
+
+#include "convert/ConvertVector.h"
+
+#include <algorithm>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "convert/ConvertVector.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace QyConvert {
+namespace HWY_NAMESPACE {
+
+constexpr int kMask12 = 0xFFF;
+constexpr int kMask10 = 0x3FF;
+constexpr int kMostByte = 255;
+
+inline Word LoadWord(const uint8_t* bytes) {
+    return Word(bytes[0] | bytes[1] << 8);
+}
+
+#if HWY_TARGET == HWY_SCALAR
+
+size_t Unpack12InVectors(const uint8_t* /*src*/, Word* /*dst*/, size_t /*pairs*/) {
+    return 0;
+}
+
+size_t Unpack10InVectors(const uint8_t* /*src*/, Word* /*dst*/, size_t /*samples*/) {
+    return 0;
+}
+
+size_t ReduceInVectors(const Word* /*src*/, uint8_t* /*dst*/, size_t /*samples*/, int /*shift*/) {
+    return 0;
+}
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Bytes = hn::ScalableTag<uint8_t>;
+using Words = hn::Repartition<uint16_t, Bytes>;
+using Quads = hn::Repartition<uint32_t, Bytes>;
+
+constexpr size_t kBlockBytes = 16;
+constexpr size_t kMostBytes = HWY_MAX_BYTES;
+
+/// The bytes at `src`, with four quads of them, from `first(block)` on, in each
+/// block of 16 bytes.
+template <class Indices>
+HWY_INLINE hn::Vec<Bytes> LoadBlocks(const uint8_t* src, const Indices& indices) {
+    const Bytes d;
+    return hn::BitCast(d, hn::TableLookupLanes(hn::BitCast(Quads(), hn::LoadU(d, src)), indices));
+}
+
+template <class First>
+HWY_INLINE auto BlockIndices(const First& first) {
+    alignas(kMostBytes) int32_t quads[kMostBytes / sizeof(int32_t)];
+    for (size_t lane = 0; lane < hn::Lanes(Quads()); ++lane) {
+        quads[lane] = static_cast<int32_t>(first(lane / 4) + lane % 4);
+    }
+    return hn::SetTableIndices(Quads(), quads);
+}
+
+HWY_INLINE hn::Vec<Words> Gather(hn::Vec<Bytes> blocks, hn::Vec<Bytes> places) {
+    return hn::BitCast(Words(), hn::TableLookupBytes(blocks, places));
+}
+
+HWY_INLINE void StoreWords(hn::Vec<Words> words, Word* dst) {
+    hn::StoreU(hn::BitCast(Bytes(), words), Bytes(),
+               static_cast<uint8_t*>(static_cast<void*>(dst)));
+}
+
+/// As many pairs as vectors can take that read nothing beyond the source.
+size_t Unpack12InVectors(const uint8_t* src, Word* dst, size_t pairs) {
+    const size_t lanes = hn::Lanes(Bytes());
+    alignas(kBlockBytes) static constexpr uint8_t kPlaces[kBlockBytes] = {
+        0, 1, 1, 2, 3, 4, 4, 5, 6, 7, 7, 8, 9, 10, 10, 11};
+    const auto places = hn::LoadDup128(Bytes(), kPlaces);
+    const auto blocks = BlockIndices([](size_t block) { return block * 3; });
+    const auto mask = hn::Set(Words(), kMask12);
+    const size_t step = lanes / 4;
+    size_t pair = 0;
+    for (; pair * 3 + lanes <= pairs * 3; pair += step) {
+        const auto words = Gather(LoadBlocks(src + pair * 3, blocks), places);
+        StoreWords(hn::OddEven(hn::ShiftRight<4>(words), hn::And(words, mask)), dst + pair * 2);
+    }
+    return pair;
+}
+
+/// Where a vector finds its 10-bit samples: the two bytes of each within its
+/// block, and the power of two that brings it to the top of their 16 bits.
+struct Places10 {
+    alignas(kMostBytes) uint8_t bytes[kMostBytes];
+    alignas(kMostBytes) uint16_t factors[kMostBytes / sizeof(uint16_t)];
+
+    explicit Places10(size_t lanes) {
+        constexpr size_t kBlockWords = kBlockBytes / 2;
+        for (size_t lane = 0; lane < lanes; ++lane) {
+            const size_t first = lane / kBlockWords * kBlockWords / 3;
+            const size_t place = (lane / 3 - first) * 4 + lane % 3;
+            bytes[lane * 2] = static_cast<uint8_t>(place);
+            bytes[lane * 2 + 1] = static_cast<uint8_t>(place + 1);
+            factors[lane] = static_cast<uint16_t>(64U >> (2 * (lane % 3)));
+        }
+    }
+};
+
+/// A vector holds a sample or two beyond its last whole group of three; the
+/// next one overwrites them.
+size_t Unpack10InVectors(const uint8_t* src, Word* dst, size_t samples) {
+    const size_t lanes = hn::Lanes(Words());
+    const Places10 tables(lanes);
+    const auto places = hn::Load(Bytes(), tables.bytes);
+    const auto factors = hn::Load(Words(), tables.factors);
+    const auto blocks = BlockIndices([](size_t block) { return block * (kBlockBytes / 2) / 3; });
+    const size_t quads = (samples + 2) / 3;
+    const size_t step = lanes / 3;
+    size_t quad = 0;
+    for (; quad + hn::Lanes(Quads()) <= quads && quad * 3 + lanes <= samples; quad += step) {
+        const auto words = Gather(LoadBlocks(src + quad * 4, blocks), places);
+        StoreWords(hn::ShiftRight<6>(hn::Mul(words, factors)), dst + quad * 3);
+    }
+    return quad * 3;
+}
+
+size_t ReduceInVectors(const Word* src, uint8_t* dst, size_t samples, int shift) {
+    const Bytes d;
+    const auto most = hn::Set(Words(), kMostByte);
+    const auto reduce = [&](const Word* from) HWY_ATTR {
+        const auto bytes =
+            hn::LoadU(d, static_cast<const uint8_t*>(static_cast<const void*>(from)));
+        return hn::BitCast(d,
+                           hn::Min(hn::ShiftRightSame(hn::BitCast(Words(), bytes), shift), most));
+    };
+    const size_t half = hn::Lanes(Words());
+    size_t i = 0;
+    for (; i + 2 * half <= samples; i += 2 * half) {
+        const auto lower = reduce(src + i);
+        const auto upper = reduce(src + i + half);
+        hn::StoreU(hn::ConcatEven(d, upper, lower), d, dst + i);
+    }
+    return i;
+}
+
+#endif
+
+void Unpack12Loop(const uint8_t* src, Word* dst, size_t pairs) {
+    for (size_t pair = Unpack12InVectors(src, dst, pairs); pair < pairs; ++pair) {
+        const uint8_t* const bytes = src + pair * 3;
+        dst[pair * 2] = Word(LoadWord(bytes) & kMask12);
+        dst[pair * 2 + 1] = Word(LoadWord(bytes + 1) >> 4);
+    }
+}
+
+void Unpack10Loop(const uint8_t* src, Word* dst, size_t samples) {
+    for (size_t i = Unpack10InVectors(src, dst, samples); i < samples; ++i) {
+        const size_t within = i % 3;
+        const Word two = LoadWord(src + i / 3 * 4 + within);
+        dst[i] = Word(two >> (2 * within) & kMask10);
+    }
+}
+
+void ReduceLoop(const Word* src, uint8_t* dst, size_t samples, int shift) {
+    for (size_t i = ReduceInVectors(src, dst, samples, shift); i < samples; ++i) {
+        dst[i] = static_cast<uint8_t>(std::min(src[i] >> shift, kMostByte));
+    }
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace QyConvert
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace QyConvert {
+
+HWY_EXPORT(Unpack12Loop);
+HWY_EXPORT(Unpack10Loop);
+HWY_EXPORT(ReduceLoop);
+
+void Unpack12(const uint8_t* src, Word* dst, size_t pairs) {
+    HWY_DYNAMIC_DISPATCH(Unpack12Loop)(src, dst, pairs);
+}
+
+void Unpack10(const uint8_t* src, Word* dst, size_t samples) {
+    HWY_DYNAMIC_DISPATCH(Unpack10Loop)(src, dst, samples);
+}
+
+void Reduce(const Word* src, uint8_t* dst, size_t samples, int shift) {
+    HWY_DYNAMIC_DISPATCH(ReduceLoop)(src, dst, samples, shift);
+}
+
+}  // namespace QyConvert
+#endif

@@ -1,0 +1,83 @@
+// Pixels in whole vectors. Included once for each instruction set, within
+// foreach_target.
+
+#if defined(QY_BLOCKS_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef QY_BLOCKS_INL_H
+#undef QY_BLOCKS_INL_H
+#else
+#define QY_BLOCKS_INL_H
+#endif
+
+#include <hwy/highway.h>
+
+#include <cstring>
+
+#include "support/Threes-inl.h"
+
+#if HWY_TARGET != HWY_SCALAR
+
+HWY_BEFORE_NAMESPACE();
+namespace QyBlocks {
+namespace HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Bytes = hn::ScalableTag<uint8_t>;
+using Shorts = hn::Repartition<int16_t, Bytes>;
+using Words = hn::Repartition<uint16_t, Bytes>;
+
+/// Two vectors of wider lanes: the bytes at even and at odd places.
+template <class D>
+struct Split {
+    hn::Vec<D> even;
+    hn::Vec<D> odd;
+};
+
+template <class D>
+HWY_INLINE Split<D> SplitBytes(D d, hn::Vec<Bytes> bytes) {
+    const auto pairs = hn::BitCast(Words(), bytes);
+    return {hn::BitCast(d, hn::And(pairs, hn::Set(Words(), 0xFF))),
+            hn::BitCast(d, hn::ShiftRight<8>(pairs))};
+}
+
+/// Gives `at(in, out, first pixel)` whole vectors of pixels. Those left over are
+/// taken to a place of their own and back, so that neither memory is left and a
+/// pixel is read before it is written, in place too.
+template <int Width, class At>
+HWY_INLINE void ForEachBlock(const uint8_t* src, uint8_t* dst, size_t pixels, const At& at) {
+    const size_t lanes = hn::Lanes(Bytes());
+    size_t x = 0;
+    for (; x + lanes <= pixels; x += lanes) {
+        at(src + x * Width, dst + x * Width, x);
+    }
+    if (x < pixels) {
+        uint8_t rest[HWY_MAX_BYTES * Width] = {};
+        const size_t size = (pixels - x) * Width;
+        std::memcpy(rest, src + x * Width, size);
+        at(rest, rest, x);
+        std::memcpy(dst + x * Width, rest, size);
+    }
+}
+
+/// The same for pixels that are only read: `at(in, first pixel)`.
+template <int Width, class At>
+HWY_INLINE void ForEachBlock(const uint8_t* src, size_t pixels, const At& at) {
+    const size_t lanes = hn::Lanes(Bytes());
+    size_t x = 0;
+    for (; x + lanes <= pixels; x += lanes) {
+        at(src + x * Width, x);
+    }
+    if (x < pixels) {
+        uint8_t rest[HWY_MAX_BYTES * Width] = {};
+        std::memcpy(rest, src + x * Width, (pixels - x) * Width);
+        at(rest, x);
+    }
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace QyBlocks
+HWY_AFTER_NAMESPACE();
+
+#endif
+
+#endif
