@@ -4,20 +4,10 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 
-#include "Chunks.h"
-#include "ConfigFile.h"
-#include "Convert.h"
-#include "Error.h"
-#include "Events.h"
-#include "FeatureCommands.h"
-#include "Grab.h"
-#include "Info.h"
-#include "Ip.h"
-#include "List.h"
-#include "PipelineOptions.h"
-#include "RawPort.h"
-#include "Session.h"
-#include "Stream.h"
+#include "camera/Session.h"
+#include "commands/Commands.h"
+#include "pipeline/PipelineOptions.h"
+#include "support/Error.h"
 
 namespace {
 

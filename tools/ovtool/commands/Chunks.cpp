@@ -1,0 +1,228 @@
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "Base/GCException.h"
+#include "GenApi/ChunkAdapterGEV.h"
+#include "GenApi/ChunkAdapterU3V.h"
+#include "GenApi/IBoolean.h"
+#include "GenApi/IFloat.h"
+#include "GenApi/IInteger.h"
+#include "GenApi/INodeMap.h"
+#include "GenApi/NodeMapFactory.h"
+#include "camera/GenTLProducer.h"
+#include "camera/Session.h"
+#include "commands/Commands.h"
+#include "support/Error.h"
+#include "support/Json.h"
+#include "support/Text.h"
+
+namespace {
+
+namespace Engine = GenApi_3_0_ORVANE;
+
+/// Which camera it is, as the library has it.
+struct Listed {
+    std::string deviceId;
+    OV_DEVICE_CLASS deviceClass;
+};
+
+Listed Look(const CameraChoice& choice) {
+    const Library library;
+    const auto cameras = Library::FindCameras(kSearchTimeout);
+    const OV_DEVICE_BASE_INFO& camera = cameras[IndexOf(choice, cameras) - 1];
+    return {FieldText(camera.szDeviceID), camera.deviceClass};
+}
+
+// A camera's own description, which the library keeps to itself.
+
+/// The file as the camera has it.
+struct CameraDescription {
+    std::vector<char> bytes;
+    bool zipped = false;
+};
+
+bool EndsWith(const std::string& text, const std::string& end) {
+    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+CameraDescription ReadFrom(const GenTLProducer& producer, GenTL::PORT_HANDLE port) {
+    const auto ask = [&](GenTL::URL_INFO_CMD command) {
+        return [&producer, port, command](auto* type, void* buffer, size_t* size) {
+            return producer.GCGetPortURLInfo(port, 0, command, type, buffer, size);
+        };
+    };
+    const Json name = producer.Text(ask(GenTL::URL_INFO_FILENAME));
+    const Json address = producer.Number(ask(GenTL::URL_INFO_FILE_REGISTER_ADDRESS));
+    const Json length = producer.Number(ask(GenTL::URL_INFO_FILE_SIZE));
+    if (name.is_null() || address.is_null() || length.is_null()) {
+        throw ToolError("the camera keeps its description elsewhere");
+    }
+    CameraDescription description;
+    description.zipped = EndsWith(name.get<std::string>(), ".zip");
+    description.bytes.resize(length.get<size_t>());
+    size_t size = description.bytes.size();
+    producer.Require(
+        producer.GCReadPort(port, address.get<uint64_t>(), description.bytes.data(), &size),
+        "GCReadPort");
+    return description;
+}
+
+/// Reads the description from the camera by its producer, while the library is
+/// closed. Raises when the camera isn't there, when another program holds it and
+/// when its description lies elsewhere.
+/// @param deviceId  as in the device list, maybe cut
+/// @param timeout   for each search, in milliseconds
+CameraDescription FetchDescription(const std::string& deviceId, uint32_t timeout) {
+    std::optional<CameraDescription> description;
+    VisitCamera(deviceId, timeout,
+                [&](const GenTLProducer& producer, GenTL::IF_HANDLE iface, const std::string& id) {
+                    producer.WithDevice(iface, id, [&](GenTL::PORT_HANDLE port) {
+                        description = ReadFrom(producer, port);
+                    });
+                });
+    if (!description) {
+        throw ToolError("the camera vanished while it was looked at");
+    }
+    return *std::move(description);
+}
+
+/// The features that frames bring: nodes of their own, without a way to the
+/// camera, so that what can be read comes from the frame.
+class FrameFeatures {
+public:
+    explicit FrameFeatures(const Listed& camera) : m_map(Load(camera)) {
+        if (camera.deviceClass == OV_DEVICE_CLASS_U3V) {
+            m_adapter = std::make_unique<Engine::CChunkAdapterU3V>(m_map.get());
+        } else {
+            m_adapter = std::make_unique<Engine::CChunkAdapterGEV>(m_map.get());
+        }
+        Engine::node_vector nodes;
+        m_map->GetNodes(nodes);
+        for (Engine::INode* const node : nodes) {
+            auto* const value = dynamic_cast<Engine::IValue*>(node);
+            if (value != nullptr && node->IsFeature() && !IsReadable(*node)) {
+                m_features.push_back({node, value});
+            }
+        }
+    }
+
+    /// The features of a frame by name.
+    Json Read(const OV_FRAME_BUFFER& frame) {
+        m_adapter->AttachBuffer(static_cast<uint8_t*>(frame.pImgBuf), frame.nImgSize);
+        Json values = Json::object();
+        for (const auto& [node, value] : m_features) {
+            if (IsReadable(*node)) {
+                values[node->GetName().c_str()] = ToJson(*value);
+            }
+        }
+        m_adapter->DetachBuffer();
+        return values;
+    }
+
+private:
+    struct Feature {
+        Engine::INode* node;
+        Engine::IValue* value;
+    };
+    struct Destroyer {
+        void operator()(Engine::INodeMap* map) const {
+            dynamic_cast<Engine::IDestroy&>(*map).Destroy();
+        }
+    };
+    using Map = std::unique_ptr<Engine::INodeMap, Destroyer>;
+
+    static Map Load(const Listed& camera) {
+        const CameraDescription file = FetchDescription(camera.deviceId, kSearchTimeout);
+        const auto form = file.zipped ? Engine::ContentType_ZippedXml : Engine::ContentType_Xml;
+        return Map(
+            Engine::CNodeMapFactory(form, file.bytes.data(), file.bytes.size()).CreateNodeMap());
+    }
+    static bool IsReadable(Engine::INode& node) { return Engine::IsReadable(node.GetAccessMode()); }
+    static Json ToJson(Engine::IValue& value) {
+        if (auto* const integer = dynamic_cast<Engine::IInteger*>(&value)) {
+            return integer->GetValue();
+        }
+        if (auto* const number = dynamic_cast<Engine::IFloat*>(&value)) {
+            return number->GetValue();
+        }
+        if (auto* const boolean = dynamic_cast<Engine::IBoolean*>(&value)) {
+            return boolean->GetValue();
+        }
+        return value.ToString().c_str();
+    }
+
+    Map m_map;
+    std::unique_ptr<Engine::CChunkAdapter> m_adapter;
+    std::vector<Feature> m_features;
+};
+
+/// The camera's chunk mode, on for the life of the object.
+class ChunkMode {
+public:
+    explicit ChunkMode(OV_DEV_HANDLE camera) : m_camera(camera) {
+        Check(OVGetBool(camera, OV_FEATURE_ChunkModeActive, &m_before), "read ChunkModeActive");
+        if (!m_before) {
+            Check(OVSetBool(camera, OV_FEATURE_ChunkModeActive, true), "set ChunkModeActive");
+        }
+    }
+    ~ChunkMode() {
+        if (!m_before) {
+            OVSetBool(m_camera, OV_FEATURE_ChunkModeActive, false);
+        }
+    }
+    ChunkMode(const ChunkMode&) = delete;
+    ChunkMode& operator=(const ChunkMode&) = delete;
+
+private:
+    OV_DEV_HANDLE m_camera;
+    bool m_before = false;
+};
+
+Json ReadFrame(OV_DEV_HANDLE camera, FrameFeatures& features, uint32_t timeout) {
+    OV_FRAME_BUFFER* frame = nullptr;
+    Check(OVDQBuf(camera, &frame, timeout), "get a frame");
+    Json document = {{"id", frame->nFrameID}, {"chunks", features.Read(*frame)}};
+    Check(OVQBuf(camera, frame), "give a frame back");
+    return document;
+}
+
+void Print(const Json& frame) {
+    std::printf("frame %s\n", frame["id"].dump().c_str());
+    for (const auto& [name, value] : frame["chunks"].items()) {
+        std::printf("  %s = %s\n", name.c_str(),
+                    value.is_string() ? value.get<std::string>().c_str() : value.dump().c_str());
+    }
+}
+
+void TakeFrames(const CameraChoice& choice, const ChunkOptions& options, bool json) {
+    FrameFeatures features(Look(choice));
+    const Camera camera(choice);
+    const ChunkMode mode(camera.Handle());
+    const Acquisition acquisition(camera.Handle());
+    Json frames = Json::array();
+    for (uint32_t number = 0; number < options.count; ++number) {
+        Json frame = ReadFrame(camera.Handle(), features, options.timeout);
+        if (json) {
+            frames.push_back(std::move(frame));
+        } else {
+            Print(frame);
+        }
+    }
+    if (json) {
+        PrintJson({{"frames", frames}});
+    }
+}
+
+}  // namespace
+
+void PrintChunks(const CameraChoice& choice, const ChunkOptions& options, bool json) {
+    try {
+        TakeFrames(choice, options, json);
+    } catch (const GenICam_3_0_ORVANE::GenericException& error) {
+        throw ToolError(std::string("can't read chunks: ") + error.GetDescription());
+    }
+}
