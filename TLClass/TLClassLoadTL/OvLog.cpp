@@ -8,12 +8,16 @@
 #include <ctime>
 #include <memory>
 
+#include "Base/UserLog.h"
 #include "TLClassLoadTL/OvString.h"
 
 namespace OVTLClass {
 
 namespace {
 
+/// Of the log that a user switches on. Lines have no level of their own: nearly all tell
+/// of a failure that was passed over.
+constexpr const char* kCategory = "Transport";
 constexpr size_t kFlushAboveBytes = 1023;
 constexpr size_t kPendingLines = 10000;
 
@@ -43,6 +47,7 @@ COvLog::~COvLog() {
 }
 
 void COvLog::WriteLog(const std::string& text) {
+    OvBase::CUserLog::GetInstance().Write(kCategory, GenICam_3_0_ORVANE::LogWarning, text);
     const CAutoLock lock(m_lock);
     if (m_outputType == Nowhere) {
         return;

@@ -1,9 +1,10 @@
 #pragma once
 /// The log of the transport model.
 ///
-/// Lines collect in memory until a file path is set: the library has no
-/// configuration file, and a host that wants the log sets the path. Only the last
-/// 10,000 of them are kept, as a producer may fail a thousand times a second.
+/// Lines collect in memory until a file path is set, which only a program within the
+/// library can do, as a test. Only the last 10,000 of them are kept, as a producer may
+/// fail a thousand times a second. A user sees the lines as those of the category
+/// "Transport" (Base/UserLog.h).
 
 #include <atomic>
 #include <cstddef>

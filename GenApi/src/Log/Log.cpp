@@ -18,7 +18,8 @@ constexpr const char* kIndent = "  ";
 std::atomic<const CLogBackend*> s_Backend{nullptr};
 std::once_flag s_Searched;
 
-/// The backend in use. The first call looks for the system's library.
+/// The backend in use. The first call looks for the system's library, then for a log
+/// that the user has switched on.
 const CLogBackend* Backend() {
     std::call_once(s_Searched, [] {
         if (s_Backend.load() == nullptr) {
@@ -26,6 +27,8 @@ const CLogBackend* Backend() {
         }
         if (const CLogBackend* const backend = s_Backend.load()) {
             ConfigureLogLibrary(*backend);
+        } else {
+            s_Backend = FindUserLog();
         }
     });
     return s_Backend.load();

@@ -10,6 +10,9 @@ namespace GenICam_3_0_ORVANE {
 /// system's loader. Null when there is none.
 const CLogBackend* FindLogLibrary();
 
+/// The log that `OV_LOG` switches on, in the place of a library; null when it is off.
+const CLogBackend* FindUserLog();
+
 /// Feeds the library the configuration that the user set, else the default
 /// file, else nothing.
 void ConfigureLogLibrary(const CLogBackend& backend);

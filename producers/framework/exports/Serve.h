@@ -8,8 +8,10 @@
 #include <new>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 
+#include "Base/UserLog.h"
 #include "framework/Backend.h"
 #include "framework/Failure.h"
 #include "framework/Functions.h"
@@ -24,6 +26,25 @@ OV_GENTL_FUNCTIONS(OV_PRODUCER_DECLARE)
 
 namespace OvProducer {
 
+/// Logs a call for a user who has switched that on (Base/UserLog.h).
+inline void LogCall(Function function, int level, std::string_view outcome) noexcept {
+    OvBase::CUserLog& log = OvBase::CUserLog::GetInstance();
+    if (log.IsOn()) {
+        log.Write("Producer", level, NameOf(function), outcome);
+    }
+}
+
+/// Keeps a failure of the function for `GCGetLastError`. Returns its code.
+inline GenTL::GC_ERROR Refuse(Function function, GenTL::GC_ERROR code, const char* text) noexcept {
+    StoreLastError(code, text);
+    // A wait that ends without an event is no failure.
+    LogCall(function,
+            code == GenTL::GC_ERR_TIMEOUT ? GenICam_3_0_ORVANE::LogDebug
+                                          : GenICam_3_0_ORVANE::LogWarning,
+            text);
+    return code;
+}
+
 /// Runs `body` as the function's work.
 template <typename Body>
 GenTL::GC_ERROR Serve(Function function, Body&& body) noexcept {
@@ -31,16 +52,14 @@ GenTL::GC_ERROR Serve(Function function, Body&& body) noexcept {
         Observer().Enter(function);
         std::forward<Body>(body)();
         Observer().Leave(function);
+        LogCall(function, GenICam_3_0_ORVANE::LogDebug, "done");
         return GenTL::GC_ERR_SUCCESS;
     } catch (const Failure& failure) {
-        StoreLastError(failure.Code(), failure.what());
-        return failure.Code();
+        return Refuse(function, failure.Code(), failure.what());
     } catch (const std::bad_alloc&) {
-        StoreLastError(GenTL::GC_ERR_OUT_OF_MEMORY, "Out of memory");
-        return GenTL::GC_ERR_OUT_OF_MEMORY;
+        return Refuse(function, GenTL::GC_ERR_OUT_OF_MEMORY, "Out of memory");
     } catch (const std::exception& error) {
-        StoreLastError(GenTL::GC_ERR_ERROR, error.what());
-        return GenTL::GC_ERR_ERROR;
+        return Refuse(function, GenTL::GC_ERR_ERROR, error.what());
     }
 }
 

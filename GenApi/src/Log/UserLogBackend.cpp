@@ -1,0 +1,69 @@
+// The log that a user switches on in the place of the logging library.
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+
+#include "Base/UserLog.h"
+#include "LogLibrary.h"
+
+namespace GenICam_3_0_ORVANE {
+
+namespace {
+
+/// The engine's loggers: a category each, with the level that is written of it.
+struct Loggers {
+    using Logger = std::pair<const std::string, int>;
+
+    std::mutex mutex;
+    std::map<std::string, int> all;
+
+    static Loggers& GetInstance() {
+        static auto* const loggers = std::make_unique<Loggers>().release();
+        return *loggers;
+    }
+
+    void* Find(const char* name) {
+        const int level = OvBase::CUserLog::GetInstance().GetLevel(name);
+        if (level == 0) {
+            return nullptr;
+        }
+        const std::scoped_lock lock(mutex);
+        return &*all.emplace(name, level).first;
+    }
+};
+
+thread_local std::string t_Indent;
+
+void WriteIndented(void* logger, int level, const char* line) {
+    OvBase::CUserLog::GetInstance().Write(static_cast<const Loggers::Logger*>(logger)->first, level,
+                                          t_Indent + line);
+}
+
+}  // namespace
+
+const CLogBackend* FindUserLog() {
+    static const CLogBackend backend = {
+        // The engine asks for those above a category first: below them may be one that
+        // is wanted.
+        [](const char*) { return true; },
+        [](const char* name) { return Loggers::GetInstance().Find(name); },
+        [](void* logger, int level) {
+            return level <= static_cast<const Loggers::Logger*>(logger)->second;
+        },
+        WriteIndented,
+        [](const char* indent) { t_Indent += indent; },
+        [] {
+            constexpr size_t kIndentLength = 2;
+            t_Indent.resize(t_Indent.size() - std::min(t_Indent.size(), kIndentLength));
+        },
+        [](int) {},
+        [](const char*) {},
+        [](const char*) {}};
+    return OvBase::CUserLog::GetInstance().IsOn() ? &backend : nullptr;
+}
+
+}  // namespace GenICam_3_0_ORVANE
