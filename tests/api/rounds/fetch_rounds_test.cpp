@@ -34,14 +34,17 @@ OV_STATUS LendOne(OV_DEV_HANDLE camera) {
     return status;
 }
 
+/// Two threads that want all frames may each have some of them and wait for those of
+/// the other: none waits for long, and then gives back what it has.
 OV_STATUS LendAll(OV_DEV_HANDLE camera) {
+    constexpr uint32_t kNotLong = 50;
     OV_FRAME_BUFFER* frames[8] = {};
     uint32_t count = 0;
-    const OV_STATUS status = OVDQAllBufs(camera, frames, 8, &count, kForEver);
+    const OV_STATUS status = OVDQAllBufs(camera, frames, 8, &count, kNotLong);
     for (uint32_t i = 0; i < count; ++i) {
         OVQBuf(camera, frames[i]);
     }
-    return status;
+    return status == OV_STATUS_TIMEOUT ? OV_STATUS_SUCCESS : status;
 }
 
 OV_STATUS FlushAndLendOne(OV_DEV_HANDLE camera) {
