@@ -38,6 +38,9 @@ struct Listener {
     std::thread::id thread;
     std::promise<LastError> done;
 
+    /// It is called until the camera is closed.
+    ~Listener() { OVCloseLib(); }
+
     static void OnChange(OV_FEATURE_ID /*feature*/, void* user) {
         auto* const self = static_cast<Listener*>(user);
         if (self->count == 0) {
@@ -56,8 +59,6 @@ struct Listener {
 
 class PollingTest : public OpenCameraTest {
 protected:
-    ~PollingTest() override { OVCloseLib(); }  // before the listeners go
-
     void SetUp() override {}
     void OpenWith(const std::string& width) {
         const std::string description =
