@@ -5,7 +5,7 @@
 
 namespace OvProducer {
 
-void Acquisition::Start(std::uint64_t frames) {
+void Acquisition::Start(uint64_t frames) {
     const std::lock_guard lock(m_control);
     if (m_grabbing) {
         throw Failure(GenTL::GC_ERR_RESOURCE_IN_USE, "The acquisition runs already");
@@ -39,9 +39,8 @@ void Acquisition::Halt(bool kill) {
     }
 }
 
-void Acquisition::Run(const std::stop_token& stop, const std::stop_token& abort,
-                      std::uint64_t frames) {
-    std::uint64_t carried = 0;
+void Acquisition::Run(const std::stop_token& stop, const std::stop_token& abort, uint64_t frames) {
+    uint64_t carried = 0;
     while (!stop.stop_requested() && carried != frames) {
         carried += CarryFrame(stop, abort) ? 1 : 0;
     }
@@ -66,7 +65,7 @@ bool Acquisition::CarryFrame(const std::stop_token& stop, const std::stop_token&
 }
 
 FrameInfo Acquisition::Fill(Buffer& buffer, const std::stop_token& abort) {
-    const std::size_t needed = m_source.FrameSize();
+    const size_t needed = m_source.FrameSize();
     if (needed <= buffer.size) {
         return m_source.ReadFrame(buffer.Memory(), abort);
     }

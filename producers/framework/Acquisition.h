@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// The engine of a stream: a thread that carries frames from their source into
 /// the stream's buffers.
-#ifndef OV_PRODUCER_ACQUISITION_H
-#define OV_PRODUCER_ACQUISITION_H
 
 #include <atomic>
 #include <cstddef>
@@ -26,7 +24,7 @@ public:
     /// Waits until a frame is due. False only when stopped.
     virtual bool WaitFrame(const std::stop_token& stop) = 0;
     /// Bytes of the frame that is due.
-    virtual std::size_t FrameSize() = 0;
+    virtual size_t FrameSize() = 0;
     /// Whether a frame waits for a buffer; otherwise it is lost without one.
     virtual bool WaitsForBuffer() = 0;
     /// Writes the frame that is due; `memory` holds at least `FrameSize` bytes.
@@ -44,7 +42,7 @@ public:
     ~Acquisition() { Halt(true); }
 
     /// Runs until `frames` frames were delivered or `Stop`. -1004 when it runs.
-    void Start(std::uint64_t frames);
+    void Start(uint64_t frames);
     /// Returns when the engine stands still: after the frame in progress, or at
     /// once with `kill`, where that frame comes out incomplete. -1004 when it
     /// was not started.
@@ -55,7 +53,7 @@ public:
     bool IsGrabbing() const { return m_grabbing; }
 
 private:
-    void Run(const std::stop_token& stop, const std::stop_token& abort, std::uint64_t frames);
+    void Run(const std::stop_token& stop, const std::stop_token& abort, uint64_t frames);
     bool CarryFrame(const std::stop_token& stop, const std::stop_token& abort);
     FrameInfo Fill(Buffer& buffer, const std::stop_token& abort);
 
@@ -69,5 +67,3 @@ private:
 };
 
 }  // namespace OvProducer
-
-#endif

@@ -1,4 +1,4 @@
-/// @file
+#pragma once
 /// What a producer implements: its interfaces, devices and streams. The
 /// framework makes GenTL modules of them and serves the flat functions.
 ///
@@ -6,8 +6,6 @@
 /// `GCCloseLib`, whether their modules are open or not. Their operations may be
 /// called from any thread unless said otherwise, and report failures by
 /// `Failure`.
-#ifndef OV_PRODUCER_BACKEND_H
-#define OV_PRODUCER_BACKEND_H
 
 #include <memory>
 #include <span>
@@ -32,10 +30,10 @@ struct ProducerFacts {
 
 /// An address as GigE Vision modules show it; all 0 elsewhere.
 struct NetworkAddress {
-    std::int64_t mac = 0;
-    std::int64_t ip = 0;  ///< host order, first number in the top byte
-    std::int64_t mask = 0;
-    std::int64_t gateway = 0;
+    int64_t mac = 0;
+    int64_t ip = 0;  ///< host order, first number in the top byte
+    int64_t mask = 0;
+    int64_t gateway = 0;
 };
 
 struct InterfaceFacts {
@@ -55,7 +53,7 @@ struct DeviceFacts {
     std::string userId;
     std::string serialNumber;
     std::string version;
-    std::uint64_t timestampFrequency = 0;  ///< ticks per second
+    uint64_t timestampFrequency = 0;  ///< ticks per second
     GenTL::DEVICE_ACCESS_STATUS accessStatus = GenTL::DEVICE_ACCESS_STATUS_READWRITE;
     NetworkAddress address;
 };
@@ -63,11 +61,11 @@ struct DeviceFacts {
 struct StreamFacts {
     std::string id;
     std::string tlType;
-    std::size_t announceMinimum = 1;  ///< least buffers for a start
-    std::size_t alignment = 1;        ///< of buffer memory, bytes
-    std::size_t chunksMax = 0;        ///< most chunks in a buffer
+    size_t announceMinimum = 1;       ///< least buffers for a start
+    size_t alignment = 1;             ///< of buffer memory, bytes
+    size_t chunksMax = 0;             ///< most chunks in a buffer
     bool definesPayloadSize = false;  ///< this module, not the camera, sets the size
-    std::size_t payloadSize = 0;      ///< bytes, when it defines it
+    size_t payloadSize = 0;           ///< bytes, when it defines it
 };
 
 /// The modules whose descriptions the framework serves.
@@ -110,12 +108,12 @@ public:
     virtual ~InterfaceBackend() = default;
     virtual InterfaceFacts Facts() = 0;
     /// The devices that answer now. May take up to `timeout` milliseconds.
-    virtual std::vector<std::shared_ptr<DeviceBackend>> Discover(std::uint64_t timeout) = 0;
+    virtual std::vector<std::shared_ptr<DeviceBackend>> Discover(uint64_t timeout) = 0;
     /// A device that is not in the list but can be reached by this ID, or null.
     virtual std::shared_ptr<DeviceBackend> Reach(const std::string& id) = 0;
     /// How far a search reaches: 0 the adapter's subnets, 1 the whole network.
     /// Only GigE Vision interfaces offer the choice.
-    virtual void SetSearchMode(std::int64_t mode) { static_cast<void>(mode); }
+    virtual void SetSearchMode(int64_t mode) { static_cast<void>(mode); }
     /// Ends a `Discover` that runs.
     virtual void StopDiscover() {}
 };
@@ -124,7 +122,7 @@ class ProducerBackend {
 public:
     virtual ~ProducerBackend() = default;
     virtual ProducerFacts Facts() = 0;
-    virtual std::vector<std::shared_ptr<InterfaceBackend>> Discover(std::uint64_t timeout) = 0;
+    virtual std::vector<std::shared_ptr<InterfaceBackend>> Discover(uint64_t timeout) = 0;
     /// Puts a module's description and its URL into its port, which has the
     /// module's registers already. The default is the framework's own files.
     virtual void Describe(ModuleKind kind, Port& port);
@@ -140,13 +138,13 @@ public:
     /// After the call succeeded; a `Failure` from here becomes its result.
     virtual void Leave(Function function) { static_cast<void>(function); }
     /// Before a command is answered; the flags of a stop are one.
-    virtual void Ask(Function function, std::int32_t command) {
+    virtual void Ask(Function function, int32_t command) {
         static_cast<void>(function);
         static_cast<void>(command);
     }
     /// Changes the size that a query with a null buffer reports, and the number of
     /// bytes that an access to a port says it moved.
-    virtual std::size_t TellSize(Function function, std::size_t size) {
+    virtual size_t TellSize(Function function, size_t size) {
         static_cast<void>(function);
         return size;
     }
@@ -160,5 +158,3 @@ CallObserver& Observer();
 ///@}
 
 }  // namespace OvProducer
-
-#endif

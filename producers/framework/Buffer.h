@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// An announced buffer and what is known of the frame in it.
-#ifndef OV_PRODUCER_BUFFER_H
-#define OV_PRODUCER_BUFFER_H
 
 #include <cstddef>
 #include <cstdint>
@@ -18,7 +16,7 @@ namespace OvProducer {
 /// Guarded by the queues' lock, but for what the card tells.
 struct Buffer : Object {
     std::byte* base = nullptr;
-    std::size_t size = 0;
+    size_t size = 0;
     void* userPointer = nullptr;
     std::vector<std::byte> ownMemory;  ///< empty when the consumer gave the memory
     /// State, frame, and all that the information calls tell.
@@ -31,5 +29,3 @@ struct Buffer : Object {
 };
 
 }  // namespace OvProducer
-
-#endif

@@ -48,11 +48,11 @@ private:
 // Handles count up, so that those of one stream's buffers fall on places of
 // their own. A card that loses its place to a later one is still found in the
 // stream's list.
-constexpr std::size_t kPlaces = 1024;
+constexpr size_t kPlaces = 1024;
 std::array<std::atomic<const BufferCard*>, kPlaces> g_places{};
 
 std::atomic<const BufferCard*>& PlaceOf(const void* handle) {
-    return g_places[reinterpret_cast<std::uintptr_t>(handle) / HandleTable::kStep % kPlaces];
+    return g_places[reinterpret_cast<uintptr_t>(handle) / HandleTable::kStep % kPlaces];
 }
 
 }  // namespace
@@ -66,7 +66,7 @@ const BufferCard* BufferCard::Find(const void* handle) {
     return PlaceOf(handle);
 }
 
-void BufferCard::SetBuffer(std::byte* base, std::size_t size, void* userPointer,
+void BufferCard::SetBuffer(std::byte* base, size_t size, void* userPointer,
                            const std::string& tlType) {
     Hide();
     SetState(BufferState::Idle);

@@ -1,10 +1,8 @@
-/// @file
+#pragma once
 /// What is told of an announced buffer, for readers without a lock.
 ///
 /// A consumer asks some twenty questions about each frame. Every one of them
 /// would take the lock that the engine needs to carry the next frame.
-#ifndef OV_PRODUCER_BUFFER_CARD_H
-#define OV_PRODUCER_BUFFER_CARD_H
 
 #include <atomic>
 #include <cstddef>
@@ -37,19 +35,19 @@ public:
     static const BufferCard* Find(const void* handle);
 
     /// Puts the buffer's own facts on the card. No frame is shown.
-    void SetBuffer(std::byte* base, std::size_t size, void* userPointer, const std::string& tlType);
+    void SetBuffer(std::byte* base, size_t size, void* userPointer, const std::string& tlType);
     /// Lets `Find` find the card.
     void Publish(const void* stream, const void* handle);
 
     void Show(const FrameInfo& frame);
-    void Hide() { Set(m_showing, std::uint64_t{0}); }
+    void Hide() { Set(m_showing, uint64_t{0}); }
     bool HasFrame() const { return m_showing != 0; }
 
     void SetState(BufferState state) { Set(m_state, state); }
     BufferState State() const { return m_state; }
     void SetNewData(bool isNew) { Set(m_newData, isNew); }
     bool NewData() const { return m_newData; }
-    std::uint64_t FrameId() const { return m_frame.frameId; }
+    uint64_t FrameId() const { return m_frame.frameId; }
 
     /// Whether it is the card of that buffer and shows a frame now.
     bool ShowsFrameOf(const void* stream, const void* handle) const {
@@ -71,22 +69,22 @@ private:
 
     /// The numbers of a `FrameInfo`.
     struct Frame {
-        Cell<std::size_t> width;
-        Cell<std::size_t> height;
-        Cell<std::size_t> offsetX;
-        Cell<std::size_t> offsetY;
-        Cell<std::size_t> paddingX;
-        Cell<std::size_t> paddingY;
-        Cell<std::size_t> deliveredHeight;
-        Cell<std::size_t> sizeFilled;
-        Cell<std::size_t> imageOffset;
-        Cell<std::uint64_t> pixelFormat;
-        Cell<std::uint64_t> frameId;
-        Cell<std::uint64_t> timestamp;
-        Cell<std::uint64_t> timestampNs;
-        Cell<std::size_t> payloadType;
-        Cell<std::size_t> chunkPayloadSize;
-        Cell<std::uint64_t> chunkLayoutId;
+        Cell<size_t> width;
+        Cell<size_t> height;
+        Cell<size_t> offsetX;
+        Cell<size_t> offsetY;
+        Cell<size_t> paddingX;
+        Cell<size_t> paddingY;
+        Cell<size_t> deliveredHeight;
+        Cell<size_t> sizeFilled;
+        Cell<size_t> imageOffset;
+        Cell<uint64_t> pixelFormat;
+        Cell<uint64_t> frameId;
+        Cell<uint64_t> timestamp;
+        Cell<uint64_t> timestampNs;
+        Cell<size_t> payloadType;
+        Cell<size_t> chunkPayloadSize;
+        Cell<uint64_t> chunkLayoutId;
         Cell<bool> imagePresent;
         Cell<bool> incomplete;
         Cell<bool> largerThanBuffer;
@@ -100,12 +98,12 @@ private:
         cell.store(value, std::memory_order_release);
     }
 
-    Cell<std::uint64_t> m_showing{0};  ///< 0 while no frame is shown
-    std::uint64_t m_showings = 0;      ///< the writer's
+    Cell<uint64_t> m_showing{0};  ///< 0 while no frame is shown
+    uint64_t m_showings = 0;      ///< the writer's
     Cell<const void*> m_stream{nullptr};
     Cell<const void*> m_handle{nullptr};
     Cell<const void*> m_base{nullptr};
-    Cell<std::size_t> m_size{0};
+    Cell<size_t> m_size{0};
     Cell<const void*> m_userPointer{nullptr};
     Cell<const std::string*> m_tlType{nullptr};
     Cell<BufferState> m_state{BufferState::Idle};
@@ -114,5 +112,3 @@ private:
 };
 
 }  // namespace OvProducer
-
-#endif

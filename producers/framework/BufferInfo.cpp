@@ -10,12 +10,12 @@ struct BufferCard::Rows {
         return card.m_frame;
     }
 
-    template <Cell<std::size_t> Frame::*field>
+    template <Cell<size_t> Frame::*field>
     static InfoValue FrameSize(const BufferCard& card) {
         return InfoValue::Size(FrameOf(card).*field);
     }
 
-    template <Cell<std::uint64_t> Frame::*field>
+    template <Cell<uint64_t> Frame::*field>
     static InfoValue FrameNumber(const BufferCard& card) {
         return InfoValue::Uint64(FrameOf(card).*field);
     }
@@ -86,7 +86,7 @@ InfoValue BufferCard::Answer(GenTL::BUFFER_INFO_CMD command) const {
 
 std::optional<InfoValue> BufferCard::TryAnswer(const void* stream, const void* handle,
                                                GenTL::BUFFER_INFO_CMD command) const {
-    const std::uint64_t showing = m_showing;
+    const uint64_t showing = m_showing;
     if (!ShowsFrameOf(stream, handle)) {
         return std::nullopt;
     }

@@ -46,10 +46,10 @@ public:
     }
 
 protected:
-    std::size_t EntrySizeMax() const override { return sizeof(GenTL::S_EVENT_NEW_BUFFER); }
-    std::size_t InfoSizeMax() const override { return sizeof(void*); }
-    std::size_t Pending() const override { return m_queues->entries.size(); }
-    std::size_t FrontSize() const override { return EntrySizeMax(); }
+    size_t EntrySizeMax() const override { return sizeof(GenTL::S_EVENT_NEW_BUFFER); }
+    size_t InfoSizeMax() const override { return sizeof(void*); }
+    size_t Pending() const override { return m_queues->entries.size(); }
+    size_t FrontSize() const override { return EntrySizeMax(); }
 
     void TakeFront(void* buffer) override {
         const std::shared_ptr<Buffer> front = m_queues->entries.Pop();
@@ -72,8 +72,7 @@ private:
     std::shared_ptr<Queues> m_queues;
 };
 
-std::shared_ptr<Buffer> BufferPool::MakeBuffer(void* memory, std::size_t size,
-                                               void* userPointer) const {
+std::shared_ptr<Buffer> BufferPool::MakeBuffer(void* memory, size_t size, void* userPointer) const {
     if (size == 0) {
         throw Failure(GenTL::GC_ERR_INVALID_PARAMETER, "A buffer of no bytes can't be announced");
     }
@@ -183,7 +182,7 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
     Wake();
 }
 
-std::shared_ptr<Buffer> BufferPool::At(std::size_t index) const {
+std::shared_ptr<Buffer> BufferPool::At(size_t index) const {
     const std::lock_guard lock(m_queues->mutex);
     if (index >= m_announced.size()) {
         throw Failure(GenTL::GC_ERR_INVALID_INDEX, "No buffer has that index");

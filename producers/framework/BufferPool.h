@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// The buffers of one stream and the queues that they go through: idle, input
 /// pool, being filled, output queue, and idle again once delivered.
-#ifndef OV_PRODUCER_BUFFER_POOL_H
-#define OV_PRODUCER_BUFFER_POOL_H
 
 #include <condition_variable>
 #include <memory>
@@ -17,7 +15,7 @@
 namespace OvProducer {
 
 /// What happens when frames come faster than they are fetched.
-enum class BufferHandling : std::int64_t {
+enum class BufferHandling : int64_t {
     OldestFirst = 0,           ///< without an input buffer the new frame is lost
     OldestFirstOverwrite = 1,  ///< it takes the place of the oldest unfetched one
     NewestOnly = 2             ///< only the newest frame waits in the output queue
@@ -25,13 +23,13 @@ enum class BufferHandling : std::int64_t {
 
 /// Counters of a stream; the first four since the acquisition's start.
 struct StreamCounters {
-    std::uint64_t delivered = 0;
-    std::uint64_t lost = 0;
-    std::uint64_t started = 0;
-    std::uint64_t incomplete = 0;
-    std::size_t announced = 0;
-    std::size_t input = 0;
-    std::size_t output = 0;
+    uint64_t delivered = 0;
+    uint64_t lost = 0;
+    uint64_t started = 0;
+    uint64_t incomplete = 0;
+    size_t announced = 0;
+    size_t input = 0;
+    size_t output = 0;
 };
 
 class BufferPool {
@@ -43,7 +41,7 @@ public:
 
     /// A buffer over the consumer's memory, or for a null `memory` with memory
     /// of its own. It is not announced yet, so that it can get its handle first.
-    std::shared_ptr<Buffer> MakeBuffer(void* memory, std::size_t size, void* userPointer) const;
+    std::shared_ptr<Buffer> MakeBuffer(void* memory, size_t size, void* userPointer) const;
     /// -1004 when the memory is announced already. `stream` is the handle of the
     /// stream that the buffers belong to.
     void Announce(const std::shared_ptr<Buffer>& buffer, const void* stream);
@@ -56,7 +54,7 @@ public:
     InfoValue Info(const void* handle, GenTL::BUFFER_INFO_CMD command) const;
     std::vector<GenTL::S_SINGLE_CHUNK_DATA> Chunks(const void* handle) const;
     void Flush(GenTL::ACQ_QUEUE_TYPE operation);
-    std::shared_ptr<Buffer> At(std::size_t index) const;
+    std::shared_ptr<Buffer> At(size_t index) const;
 
     StreamCounters Counters() const;
     BufferHandling Handling() const;
@@ -108,5 +106,3 @@ private:
 };
 
 }  // namespace OvProducer
-
-#endif

@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// A queue of buffers that takes no memory once it has held them all.
-#ifndef OV_PRODUCER_BUFFER_QUEUE_H
-#define OV_PRODUCER_BUFFER_QUEUE_H
 
 #include <algorithm>
 #include <memory>
@@ -16,7 +14,7 @@ namespace OvProducer {
 class BufferQueue {
 public:
     bool empty() const { return size() == 0; }
-    std::size_t size() const { return m_items.size() - m_first; }
+    size_t size() const { return m_items.size() - m_first; }
 
     void Push(const std::shared_ptr<Buffer>& buffer) {
         if (m_items.size() == m_items.capacity() && m_first > size()) {
@@ -60,13 +58,11 @@ private:
     using Items = std::vector<std::shared_ptr<Buffer>>;
 
     Items::const_iterator First() const {
-        return m_items.begin() + static_cast<std::ptrdiff_t>(m_first);
+        return m_items.begin() + static_cast<ptrdiff_t>(m_first);
     }
 
     Items m_items;
-    std::size_t m_first = 0;
+    size_t m_first = 0;
 };
 
 }  // namespace OvProducer
-
-#endif

@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// The children of a module: the list of the last update, and those that are
 /// open. The two differ once an open child has left the list.
-#ifndef OV_PRODUCER_CHILD_LIST_H
-#define OV_PRODUCER_CHILD_LIST_H
 
 #include <algorithm>
 #include <cstdint>
@@ -29,17 +27,17 @@ public:
         const std::lock_guard lock(m_mutex);
         const bool changed = IdsOf(m_listed) != after;
         m_listed = std::move(found);
-        m_selected = std::clamp<std::int64_t>(m_selected, 0, std::max<std::int64_t>(Last(), 0));
+        m_selected = std::clamp<int64_t>(m_selected, 0, std::max<int64_t>(Last(), 0));
         return changed;
     }
 
-    std::size_t Count() const {
+    size_t Count() const {
         const std::lock_guard lock(m_mutex);
         return m_listed.size();
     }
 
     /// -1017 beyond the end.
-    std::shared_ptr<Backend> At(std::size_t index) const {
+    std::shared_ptr<Backend> At(size_t index) const {
         const std::lock_guard lock(m_mutex);
         if (index >= m_listed.size()) {
             throw Failure(GenTL::GC_ERR_INVALID_INDEX,
@@ -91,17 +89,17 @@ public:
     // The list as a description's selector sees it.
 
     /// -1 when the list is empty, so that a reader counts right.
-    std::int64_t LastIndex() const {
+    int64_t LastIndex() const {
         const std::lock_guard lock(m_mutex);
         return Last();
     }
 
-    std::int64_t Selected() const {
+    int64_t Selected() const {
         const std::lock_guard lock(m_mutex);
         return m_selected;
     }
 
-    void Select(std::int64_t index) {
+    void Select(int64_t index) {
         const std::lock_guard lock(m_mutex);
         if (index < 0 || index > Last()) {
             throw Failure(GenTL::GC_ERR_INVALID_VALUE, "The selector is out of range");
@@ -109,9 +107,7 @@ public:
         m_selected = index;
     }
 
-    std::shared_ptr<Backend> SelectedBackend() const {
-        return At(static_cast<std::size_t>(Selected()));
-    }
+    std::shared_ptr<Backend> SelectedBackend() const { return At(static_cast<size_t>(Selected())); }
 
 private:
     static std::set<std::string> IdsOf(const Backends& backends) {
@@ -122,14 +118,12 @@ private:
         return ids;
     }
 
-    std::int64_t Last() const { return static_cast<std::int64_t>(m_listed.size()) - 1; }
+    int64_t Last() const { return static_cast<int64_t>(m_listed.size()) - 1; }
 
     mutable std::mutex m_mutex;
     Backends m_listed;
     std::map<std::string, std::shared_ptr<Child>> m_open;
-    std::int64_t m_selected = 0;
+    int64_t m_selected = 0;
 };
 
 }  // namespace OvProducer
-
-#endif

@@ -14,7 +14,7 @@ extern const std::string_view kStreamDescription;
 namespace {
 
 // Behind all registers of a module.
-constexpr std::uint64_t kDescriptionAddress = 0x10000;
+constexpr uint64_t kDescriptionAddress = 0x10000;
 
 Description DescriptionOf(ModuleKind kind) {
     switch (kind) {

@@ -105,7 +105,7 @@ void Device::AddRegisters() {
         &DeviceFacts::id,           &DeviceFacts::vendor, &DeviceFacts::model,
         &DeviceFacts::serialNumber, &DeviceFacts::userId, &DeviceFacts::version,
         &DeviceFacts::displayName};
-    std::uint64_t address = 0x0000;
+    uint64_t address = 0x0000;
     for (const auto field : texts) {
         registers.AddText(address, 128, [this, field] { return m_backend->Facts().*field; });
         address += 128;
@@ -114,23 +114,22 @@ void Device::AddRegisters() {
     registers.AddInteger(0x0380, 8, type);
     AddAddressRegisters(registers, 0x0390, [this] { return m_backend->Facts().address; });
     registers.AddInteger(0x03B0, 8, [this] { return m_backend->Facts().accessStatus; });
-    registers.AddInteger(0x03B8, 8, [this] {
-        return static_cast<std::int64_t>(m_backend->Facts().timestampFrequency);
-    });
+    registers.AddInteger(
+        0x03B8, 8, [this] { return static_cast<int64_t>(m_backend->Facts().timestampFrequency); });
 }
 
 void Device::AddSettingRegisters() {
     RegisterSpace& registers = GetOwnPort().Registers();
     registers.AddInteger(
         0x03C0, 8, [this] { return m_streams.Selected(); },
-        [this](std::int64_t index) { m_streams.Select(index); });
+        [this](int64_t index) { m_streams.Select(index); });
     registers.AddInteger(0x03C8, 8, [this] { return m_streams.LastIndex(); });
     registers.AddInteger(
         0x03D0, 8, [this] { return m_commandTimeout.load(); },
-        [this](std::int64_t value) { m_commandTimeout = value; });
+        [this](int64_t value) { m_commandTimeout = value; });
     registers.AddInteger(
         0x03D8, 8, [this] { return m_commandRetries.load(); },
-        [this](std::int64_t value) { m_commandRetries = value; });
+        [this](int64_t value) { m_commandRetries = value; });
     registers.AddText(0x0400, 128, [this] { return m_streams.SelectedBackend()->Facts().id; });
 }
 

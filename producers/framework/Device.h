@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// The device module: the local side of a camera, and the port of the camera
 /// itself.
-#ifndef OV_PRODUCER_DEVICE_H
-#define OV_PRODUCER_DEVICE_H
 
 #include <atomic>
 #include <memory>
@@ -61,13 +59,11 @@ private:
     const std::shared_ptr<DeviceBackend> m_backend;
     std::shared_ptr<RemoteDevice> m_remote;
     ChildList<StreamBackend, Stream> m_streams;
-    std::atomic<std::int64_t> m_commandTimeout = 1000;  // milliseconds
-    std::atomic<std::int64_t> m_commandRetries = 3;
+    std::atomic<int64_t> m_commandTimeout = 1000;  // milliseconds
+    std::atomic<int64_t> m_commandRetries = 3;
 };
 
 /// Answers a device query from its facts alone, open or not.
 InfoValue DeviceInfo(const DeviceFacts& facts, GenTL::DEVICE_INFO_CMD command);
 
 }  // namespace OvProducer
-
-#endif

@@ -9,14 +9,14 @@ namespace OvProducer {
 namespace {
 
 // A year: far beyond any real wait, and far from the end of the clock's range.
-constexpr std::uint64_t kLongestWaitMs = 365ULL * 24 * 3600 * 1000;
+constexpr uint64_t kLongestWaitMs = 365ULL * 24 * 3600 * 1000;
 
 struct EventFacts {
     GenTL::EVENT_TYPE type;
-    std::size_t pending;
-    std::uint64_t fired;
-    std::size_t entrySizeMax;
-    std::size_t infoSizeMax;
+    size_t pending;
+    uint64_t fired;
+    size_t entrySizeMax;
+    size_t infoSizeMax;
 };
 
 constexpr InfoRow<EventFacts> kEventRows[] = {
@@ -41,7 +41,7 @@ T ReadNumber(std::span<const std::byte> entry) {
 InfoValue TextOf(std::span<const std::byte> entry) {
     const char* first = reinterpret_cast<const char*>(entry.data());
     const char* end = std::find(first, first + entry.size(), '\0');
-    return InfoValue::Text({first, static_cast<std::size_t>(end - first)});
+    return InfoValue::Text({first, static_cast<size_t>(end - first)});
 }
 
 [[noreturn]] void ThrowNoSuchPart() {
@@ -49,7 +49,7 @@ InfoValue TextOf(std::span<const std::byte> entry) {
 }
 
 InfoValue MessageInfo(std::span<const std::byte> entry, GenTL::EVENT_DATA_INFO_CMD command) {
-    const auto id = ReadNumber<std::uint64_t>(entry);
+    const auto id = ReadNumber<uint64_t>(entry);
     switch (command) {
         case GenTL::EVENT_DATA_ID: {
             char text[20];
@@ -67,7 +67,7 @@ InfoValue MessageInfo(std::span<const std::byte> entry, GenTL::EVENT_DATA_INFO_C
 
 }  // namespace
 
-void Event::GetData(void* buffer, std::size_t* size, std::uint64_t timeout) {
+void Event::GetData(void* buffer, size_t* size, uint64_t timeout) {
     RequirePointer(size, "The size");
     const auto deadline = std::chrono::steady_clock::now() +
                           std::chrono::milliseconds(std::min(timeout, kLongestWaitMs));
@@ -85,7 +85,7 @@ void Event::GetData(void* buffer, std::size_t* size, std::uint64_t timeout) {
         m_kills -= m_closed ? 0 : 1;
         throw Failure(GenTL::GC_ERR_ABORT, "The wait for an event was aborted");
     }
-    const std::size_t needed = FrontSize();
+    const size_t needed = FrontSize();
     if (buffer != nullptr && *size < needed) {
         throw Failure(GenTL::GC_ERR_BUFFER_TOO_SMALL, "The event needs a larger buffer");
     }
@@ -153,7 +153,7 @@ InfoValue QueuedEvent::DataInfo(std::span<const std::byte> entry,
             }
             ThrowNoSuchPart();
         case GenTL::EVENT_ERROR: {
-            const auto code = ReadNumber<std::int32_t>(entry);
+            const auto code = ReadNumber<int32_t>(entry);
             if (command == GenTL::EVENT_DATA_ID) {
                 return InfoValue::Int32(code);
             }
@@ -167,7 +167,7 @@ InfoValue QueuedEvent::DataInfo(std::span<const std::byte> entry,
     }
 }
 
-std::vector<std::byte> MakeMessageEntry(std::uint64_t id, std::span<const std::byte> payload) {
+std::vector<std::byte> MakeMessageEntry(uint64_t id, std::span<const std::byte> payload) {
     if (payload.size() > QueuedEvent::kPayloadMax) {
         throw Failure(GenTL::GC_ERR_INVALID_PARAMETER, "The event payload is too long");
     }

@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// Event queues: what `GCRegisterEvent` makes. One event object belongs to one
 /// module and one event type; any number of threads may wait for its entries.
-#ifndef OV_PRODUCER_EVENT_H
-#define OV_PRODUCER_EVENT_H
 
 #include <condition_variable>
 #include <cstddef>
@@ -34,7 +32,7 @@ public:
     /// is then thrown away. Ends with -1011 after `timeout` milliseconds, with
     /// -1012 by `Kill` or `Close`; with -1016 the entry stays. No lock is held
     /// while it waits.
-    void GetData(void* buffer, std::size_t* size, std::uint64_t timeout);
+    void GetData(void* buffer, size_t* size, uint64_t timeout);
 
     /// Ends one wait: one that runs, or else the next. A kill goes before data.
     void Kill();
@@ -51,12 +49,12 @@ public:
 
 protected:
     /// Largest entry, and largest part of an entry, in bytes.
-    virtual std::size_t EntrySizeMax() const = 0;
-    virtual std::size_t InfoSizeMax() const = 0;
+    virtual size_t EntrySizeMax() const = 0;
+    virtual size_t InfoSizeMax() const = 0;
 
     // The following run with the lock held.
-    virtual std::size_t Pending() const = 0;
-    virtual std::size_t FrontSize() const = 0;
+    virtual size_t Pending() const = 0;
+    virtual size_t FrontSize() const = 0;
     /// Takes the oldest entry; a null buffer drops it.
     virtual void TakeFront(void* buffer) = 0;
     virtual void DropAll() = 0;
@@ -76,8 +74,8 @@ private:
     std::mutex& m_mutex;
     std::condition_variable m_wake;
     Lookout m_lookout;
-    std::uint64_t m_fired = 0;
-    std::size_t m_kills = 0;
+    uint64_t m_fired = 0;
+    size_t m_kills = 0;
     bool m_closed = false;
 };
 
@@ -99,14 +97,14 @@ public:
     InfoValue DataInfo(std::span<const std::byte> entry,
                        GenTL::EVENT_DATA_INFO_CMD command) const override;
 
-    static constexpr std::size_t kPayloadMax = 1024;
-    static constexpr std::size_t kQueueMax = 1024;
+    static constexpr size_t kPayloadMax = 1024;
+    static constexpr size_t kQueueMax = 1024;
 
 protected:
-    std::size_t EntrySizeMax() const override { return sizeof(std::uint64_t) + kPayloadMax; }
-    std::size_t InfoSizeMax() const override { return kPayloadMax; }
-    std::size_t Pending() const override { return m_entries.size(); }
-    std::size_t FrontSize() const override { return m_entries.front().size(); }
+    size_t EntrySizeMax() const override { return sizeof(uint64_t) + kPayloadMax; }
+    size_t InfoSizeMax() const override { return kPayloadMax; }
+    size_t Pending() const override { return m_entries.size(); }
+    size_t FrontSize() const override { return m_entries.front().size(); }
     void TakeFront(void* buffer) override;
     void DropAll() override { m_entries.clear(); }
 
@@ -116,12 +114,10 @@ private:
 };
 
 /// Entry of a remote-device or module event. Longer payloads are refused.
-std::vector<std::byte> MakeMessageEntry(std::uint64_t id, std::span<const std::byte> payload);
+std::vector<std::byte> MakeMessageEntry(uint64_t id, std::span<const std::byte> payload);
 /// Entry of an event that names a feature.
 std::vector<std::byte> MakeFeatureEntry(std::string_view feature);
 /// Entry of the error event.
 std::vector<std::byte> MakeErrorEntry(GenTL::GC_ERROR code, std::string_view text);
 
 }  // namespace OvProducer
-
-#endif

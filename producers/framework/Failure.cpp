@@ -26,7 +26,7 @@ void RequirePointer(const void* pointer, std::string_view what) {
 
 void StoreLastError(GenTL::GC_ERROR code, std::string_view text) noexcept {
     t_record.code = code;
-    const std::size_t length = std::min(text.size(), t_record.text.size() - 1);
+    const size_t length = std::min(text.size(), t_record.text.size() - 1);
     std::memcpy(t_record.text.data(), text.data(), length);
     t_record.text[length] = '\0';
 }

@@ -1,9 +1,7 @@
-/// @file
+#pragma once
 /// How a producer reports that a call failed: an exception that carries the
 /// GenTL code up to the exported function, and the record of the last failure
 /// that each thread keeps for `GCGetLastError`.
-#ifndef OV_PRODUCER_FAILURE_H
-#define OV_PRODUCER_FAILURE_H
 
 #include <stdexcept>
 #include <string>
@@ -41,5 +39,3 @@ void StoreLastError(GenTL::GC_ERROR code, std::string_view text) noexcept;
 LastError ReadLastError() noexcept;
 
 }  // namespace OvProducer
-
-#endif

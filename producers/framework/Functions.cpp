@@ -14,7 +14,7 @@ constexpr std::array<std::string_view, kFunctionCount> kNames = {
 }  // namespace
 
 std::string_view NameOf(Function function) {
-    return kNames[static_cast<std::size_t>(function)];
+    return kNames[static_cast<size_t>(function)];
 }
 
 Function FunctionNamed(std::string_view name) {

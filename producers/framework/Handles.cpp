@@ -9,7 +9,7 @@ namespace {
 // Process-wide, so that a handle from before `GCCloseLib` stays stale after the
 // next `GCInitLib`.
 void* NextHandle() {
-    static std::atomic<std::uintptr_t> next{0x10000};
+    static std::atomic<uintptr_t> next{0x10000};
     return reinterpret_cast<void*>(next.fetch_add(HandleTable::kStep));
 }
 

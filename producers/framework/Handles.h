@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// Handles of a producer. A handle is a number that is never given twice, so
 /// that a stale one is told from a live one for sure and is never followed.
-#ifndef OV_PRODUCER_HANDLES_H
-#define OV_PRODUCER_HANDLES_H
 
 #include <cstdint>
 #include <memory>
@@ -35,7 +33,7 @@ private:
 class HandleTable {
 public:
     /// Between a handle and the next one.
-    static constexpr std::uintptr_t kStep = 16;
+    static constexpr uintptr_t kStep = 16;
 
     /// Gives the object its handle; done before other threads know the object.
     void* Add(const std::shared_ptr<Object>& object);
@@ -72,5 +70,3 @@ private:
 };
 
 }  // namespace OvProducer
-
-#endif

@@ -25,7 +25,7 @@ InfoValue InfoValue::Bytes(std::span<const std::byte> bytes) {
     return {GenTL::INFO_DATATYPE_BUFFER, std::move(copy)};
 }
 
-void InfoValue::CopyOut(GenTL::INFO_DATATYPE* type, void* buffer, std::size_t* size) const {
+void InfoValue::CopyOut(GenTL::INFO_DATATYPE* type, void* buffer, size_t* size) const {
     RequirePointer(size, "The size");
     if (buffer != nullptr) {
         if (*size < m_bytes.size()) {

@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// Answers of the information calls: a typed value that knows the two-call
 /// protocol, and tables that map a command to the member that answers it.
-#ifndef OV_PRODUCER_INFO_VALUE_H
-#define OV_PRODUCER_INFO_VALUE_H
 
 #include <cstddef>
 #include <cstdint>
@@ -23,10 +21,10 @@ public:
     /// Texts of a string list: a NUL behind each and one more at the end.
     static InfoValue TextList(std::span<const std::string> texts);
     static InfoValue Bytes(std::span<const std::byte> bytes);
-    static InfoValue Int32(std::int32_t value) { return Raw(GenTL::INFO_DATATYPE_INT32, value); }
-    static InfoValue Uint32(std::uint32_t value) { return Raw(GenTL::INFO_DATATYPE_UINT32, value); }
-    static InfoValue Uint64(std::uint64_t value) { return Raw(GenTL::INFO_DATATYPE_UINT64, value); }
-    static InfoValue Size(std::size_t value) { return Raw(GenTL::INFO_DATATYPE_SIZET, value); }
+    static InfoValue Int32(int32_t value) { return Raw(GenTL::INFO_DATATYPE_INT32, value); }
+    static InfoValue Uint32(uint32_t value) { return Raw(GenTL::INFO_DATATYPE_UINT32, value); }
+    static InfoValue Uint64(uint64_t value) { return Raw(GenTL::INFO_DATATYPE_UINT64, value); }
+    static InfoValue Size(size_t value) { return Raw(GenTL::INFO_DATATYPE_SIZET, value); }
     static InfoValue Pointer(const void* value) { return Raw(GenTL::INFO_DATATYPE_PTR, value); }
     static InfoValue Bool(bool value) {
         return Raw(GenTL::INFO_DATATYPE_BOOL8, static_cast<GenTL::bool8_t>(value));
@@ -37,7 +35,7 @@ public:
 
     /// The two-call protocol: a null `buffer` asks for the size, otherwise the
     /// value is copied. `type` may be null.
-    void CopyOut(GenTL::INFO_DATATYPE* type, void* buffer, std::size_t* size) const;
+    void CopyOut(GenTL::INFO_DATATYPE* type, void* buffer, size_t* size) const;
 
 private:
     InfoValue(GenTL::INFO_DATATYPE type, std::string bytes)
@@ -60,15 +58,14 @@ private:
 /// One row of a command table over `Object`.
 template <typename Object>
 struct InfoRow {
-    std::int32_t command;
+    int32_t command;
     InfoValue (*answer)(const Object&);
 };
 
 /// The answer of the row with that command; a command that no row holds isn't
 /// offered by this producer.
-template <typename Object, std::size_t count>
-InfoValue AnswerFrom(const InfoRow<Object> (&rows)[count], std::int32_t command,
-                     const Object& object) {
+template <typename Object, size_t count>
+InfoValue AnswerFrom(const InfoRow<Object> (&rows)[count], int32_t command, const Object& object) {
     for (const InfoRow<Object>& row : rows) {
         if (row.command == command) {
             return row.answer(object);
@@ -79,5 +76,3 @@ InfoValue AnswerFrom(const InfoRow<Object> (&rows)[count], std::int32_t command,
 }
 
 }  // namespace OvProducer
-
-#endif

@@ -16,7 +16,7 @@ PortFacts PortFactsOf(const Session& session, const InterfaceFacts& facts) {
 }
 
 // Time for a list update that was asked for through a feature, in milliseconds.
-constexpr std::uint64_t kFeatureUpdateTimeout = 200;
+constexpr uint64_t kFeatureUpdateTimeout = 200;
 
 }  // namespace
 
@@ -52,7 +52,7 @@ InfoValue Interface::Info(GenTL::INTERFACE_INFO_CMD command) const {
     return InterfaceInfo(m_backend->Facts(), command);
 }
 
-bool Interface::UpdateDevices(std::uint64_t timeout) {
+bool Interface::UpdateDevices(uint64_t timeout) {
     return m_devices.Update(m_backend->Discover(timeout));
 }
 
@@ -87,7 +87,7 @@ void Interface::AddRegisters() {
     RegisterSpace& registers = GetOwnPort().Registers();
     constexpr std::string InterfaceFacts::*texts[] = {
         &InterfaceFacts::id, &InterfaceFacts::displayName, &InterfaceFacts::description};
-    std::uint64_t address = 0x0000;
+    uint64_t address = 0x0000;
     for (const auto field : texts) {
         registers.AddText(address, 128, [this, field] { return m_backend->Facts().*field; });
         address += 128;
@@ -101,14 +101,14 @@ void Interface::AddDeviceListRegisters() {
     registers.AddCommand(0x0200, [this] { UpdateDevices(kFeatureUpdateTimeout); });
     registers.AddInteger(
         0x0208, 8, [this] { return m_devices.Selected(); },
-        [this](std::int64_t index) { m_devices.Select(index); });
+        [this](int64_t index) { m_devices.Select(index); });
     registers.AddInteger(0x0210, 8, [this] { return m_devices.LastIndex(); });
     const auto selected = [this] { return m_devices.SelectedBackend()->Facts(); };
     registers.AddInteger(0x0218, 8, [selected] { return selected().accessStatus; });
     AddAddressRegisters(registers, 0x0220, [selected] { return selected().address; });
     registers.AddInteger(
         0x0240, 8, [this] { return m_searchMode.load(); },
-        [this](std::int64_t mode) {
+        [this](int64_t mode) {
             m_searchMode = mode;
             m_backend->SetSearchMode(mode);
         });
@@ -117,7 +117,7 @@ void Interface::AddDeviceListRegisters() {
     constexpr std::string DeviceFacts::*texts[] = {&DeviceFacts::id,     &DeviceFacts::vendor,
                                                    &DeviceFacts::model,  &DeviceFacts::serialNumber,
                                                    &DeviceFacts::userId, &DeviceFacts::version};
-    std::uint64_t address = 0x0280;
+    uint64_t address = 0x0280;
     for (const auto field : texts) {
         registers.AddText(address, 128, [selected, field] { return selected().*field; });
         address += 128;

@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// The interface module: what a producer calls one adapter, and the devices on
 /// it.
-#ifndef OV_PRODUCER_INTERFACE_H
-#define OV_PRODUCER_INTERFACE_H
 
 #include <atomic>
 #include <memory>
@@ -25,7 +23,7 @@ public:
 
     InfoValue Info(GenTL::INTERFACE_INFO_CMD command) const;
     /// Whether the set of device IDs changed.
-    bool UpdateDevices(std::uint64_t timeout);
+    bool UpdateDevices(uint64_t timeout);
     ChildList<DeviceBackend, Device>& Devices() { return m_devices; }
     /// -1007 when there is no such device.
     std::shared_ptr<DeviceBackend> DeviceNamed(const std::string& id) const;
@@ -47,12 +45,10 @@ private:
     const std::weak_ptr<System> m_parent;
     const std::shared_ptr<InterfaceBackend> m_backend;
     ChildList<DeviceBackend, Device> m_devices;
-    std::atomic<std::int64_t> m_searchMode = 0;
+    std::atomic<int64_t> m_searchMode = 0;
 };
 
 /// Answers an interface query from its facts alone, open or not.
 InfoValue InterfaceInfo(const InterfaceFacts& facts, GenTL::INTERFACE_INFO_CMD command);
 
 }  // namespace OvProducer
-
-#endif

@@ -16,8 +16,8 @@ void Pause() {
 /// Who signals holds the lock for a moment more: to sleep for that is what the
 /// look should spare.
 void LockSoon(std::unique_lock<std::mutex>& lock) {
-    constexpr int tries = 50;
-    for (int i = 0; i < tries; ++i) {
+    constexpr int kTries = 50;
+    for (int i = 0; i < kTries; ++i) {
         if (lock.try_lock()) {
             return;
         }

@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// A short look for what a thread is about to sleep for.
-#ifndef OV_PRODUCER_LOOKOUT_H
-#define OV_PRODUCER_LOOKOUT_H
 
 #include <atomic>
 #include <chrono>
@@ -43,5 +41,3 @@ private:
 };
 
 }  // namespace OvProducer
-
-#endif

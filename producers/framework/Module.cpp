@@ -61,8 +61,8 @@ void Module::Retire() {
     }
 }
 
-std::int64_t TlTypeNumber(const std::string& tlType) {
-    constexpr std::pair<const char*, std::int64_t> numbers[] = {
+int64_t TlTypeNumber(const std::string& tlType) {
+    constexpr std::pair<const char*, int64_t> numbers[] = {
         {GenTL::TLTYPE_MIXED, 0}, {GenTL::TLTYPE_CUSTOM, 1}, {GenTL::TLTYPE_GEV, 2},
         {GenTL::TLTYPE_U3V, 3},   {GenTL::TLTYPE_CL, 4},     {GenTL::TLTYPE_CLHS, 5},
         {GenTL::TLTYPE_CXP, 6},
@@ -75,10 +75,10 @@ std::int64_t TlTypeNumber(const std::string& tlType) {
     return 1;
 }
 
-void AddAddressRegisters(RegisterSpace& registers, std::uint64_t address,
+void AddAddressRegisters(RegisterSpace& registers, uint64_t address,
                          const std::function<NetworkAddress()>& read) {
-    constexpr std::int64_t NetworkAddress::*fields[] = {
-        &NetworkAddress::mac, &NetworkAddress::ip, &NetworkAddress::mask, &NetworkAddress::gateway};
+    constexpr int64_t NetworkAddress::*fields[] = {&NetworkAddress::mac, &NetworkAddress::ip,
+                                                   &NetworkAddress::mask, &NetworkAddress::gateway};
     for (const auto field : fields) {
         registers.AddInteger(address, 8, [read, field] { return read().*field; });
         address += 8;

@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// What all modules have in common: a port, and events.
-#ifndef OV_PRODUCER_MODULE_H
-#define OV_PRODUCER_MODULE_H
 
 #include <map>
 #include <memory>
@@ -63,12 +61,10 @@ private:
 };
 
 /// The type's number in the module descriptions.
-std::int64_t TlTypeNumber(const std::string& tlType);
+int64_t TlTypeNumber(const std::string& tlType);
 
 /// The four address registers of a GigE Vision module, eight bytes each.
-void AddAddressRegisters(RegisterSpace& registers, std::uint64_t address,
+void AddAddressRegisters(RegisterSpace& registers, uint64_t address,
                          const std::function<NetworkAddress()>& read);
 
 }  // namespace OvProducer
-
-#endif

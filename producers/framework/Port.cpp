@@ -12,7 +12,7 @@ std::vector<std::byte> BytesOf(std::string_view text) {
     return {first, first + text.size()};
 }
 
-std::string LocalUrl(const std::string& file, std::uint64_t address, std::uint64_t size) {
+std::string LocalUrl(const std::string& file, uint64_t address, uint64_t size) {
     char place[64];
     std::snprintf(place, sizeof place, ";%llX;%llX?SchemaVersion=1.1.0",
                   static_cast<unsigned long long>(address), static_cast<unsigned long long>(size));
@@ -32,7 +32,7 @@ GenTL::URL_SCHEME_ID SchemeOf(const std::string& url) {
     }
 }
 
-InfoValue OnlyLocal(const DescriptionUrl& url, std::uint64_t value) {
+InfoValue OnlyLocal(const DescriptionUrl& url, uint64_t value) {
     if (SchemeOf(url.url) != GenTL::URL_SCHEME_LOCAL) {
         ThrowNotAvailable();
     }
@@ -66,7 +66,7 @@ constexpr InfoRow<PortFacts> kPortRows[] = {
     {GenTL::PORT_INFO_PORTNAME, TextField<&PortFacts::name>},
 };
 
-template <std::int32_t DescriptionUrl::*field>
+template <int32_t DescriptionUrl::*field>
 InfoValue NumberField(const DescriptionUrl& url) {
     return InfoValue::Int32(url.*field);
 }
@@ -91,7 +91,7 @@ constexpr InfoRow<DescriptionUrl> kUrlRows[] = {
 
 }  // namespace
 
-void Port::AddDescription(const Description& description, std::uint64_t address) {
+void Port::AddDescription(const Description& description, uint64_t address) {
     const std::string xmlName = description.name + ".xml";
     if (description.zipped) {
         AddFile(description.name + ".zip", MakeZip(xmlName, description.xml), address);
@@ -103,8 +103,7 @@ void Port::AddDescription(const Description& description, std::uint64_t address)
     m_urls.back().subminor = description.subminor;
 }
 
-void Port::AddFile(const std::string& fileName, std::vector<std::byte> content,
-                   std::uint64_t address) {
+void Port::AddFile(const std::string& fileName, std::vector<std::byte> content, uint64_t address) {
     DescriptionUrl url;
     url.fileName = fileName;
     url.address = address;
@@ -114,14 +113,14 @@ void Port::AddFile(const std::string& fileName, std::vector<std::byte> content,
     AddUrl(std::move(url));
 }
 
-void Port::Read(std::uint64_t address, std::span<std::byte> out) const {
+void Port::Read(uint64_t address, std::span<std::byte> out) const {
     if (m_gate) {
         m_gate();
     }
     m_registers.Read(address, out);
 }
 
-void Port::Write(std::uint64_t address, std::span<const std::byte> in) const {
+void Port::Write(uint64_t address, std::span<const std::byte> in) const {
     if (m_gate) {
         m_gate();
     }
@@ -131,7 +130,7 @@ void Port::Write(std::uint64_t address, std::span<const std::byte> in) const {
     m_registers.Write(address, in);
 }
 
-const DescriptionUrl& Port::UrlAt(std::size_t index) const {
+const DescriptionUrl& Port::UrlAt(size_t index) const {
     if (index >= m_urls.size()) {
         throw Failure(GenTL::GC_ERR_INVALID_INDEX,
                       "The port has no URL of index " + std::to_string(index));
@@ -143,7 +142,7 @@ InfoValue Port::Info(GenTL::PORT_INFO_CMD command) const {
     return AnswerFrom(kPortRows, command, m_facts);
 }
 
-InfoValue Port::UrlInfo(std::size_t index, GenTL::URL_INFO_CMD command) const {
+InfoValue Port::UrlInfo(size_t index, GenTL::URL_INFO_CMD command) const {
     return AnswerFrom(kUrlRows, command, UrlAt(index));
 }
 

@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// A module's port: its registers, the descriptions that lie among them, and
 /// the facts that the port calls ask for.
-#ifndef OV_PRODUCER_PORT_H
-#define OV_PRODUCER_PORT_H
 
 #include <cstdint>
 #include <functional>
@@ -32,20 +30,20 @@ struct Description {
     std::string name;  ///< file name without extension
     std::string xml;
     bool zipped = false;
-    std::int32_t major = 1;  ///< version of the file
-    std::int32_t minor = 0;
-    std::int32_t subminor = 0;
+    int32_t major = 1;  ///< version of the file
+    int32_t minor = 0;
+    int32_t subminor = 0;
 };
 
 /// One place where a description can be had, as the URL calls tell it.
 struct DescriptionUrl {
     std::string url;
     std::string fileName;
-    std::int32_t major = 1;
-    std::int32_t minor = 0;
-    std::int32_t subminor = 0;
-    std::uint64_t address = 0;
-    std::uint64_t size = 0;
+    int32_t major = 1;
+    int32_t minor = 0;
+    int32_t subminor = 0;
+    uint64_t address = 0;
+    uint64_t size = 0;
 };
 
 /// Built once by its module, then used from any thread.
@@ -57,10 +55,9 @@ public:
 
     /// Puts the file into the registers at `address`, zipped if it says so, and
     /// adds its URL behind those that are there.
-    void AddDescription(const Description& description, std::uint64_t address);
+    void AddDescription(const Description& description, uint64_t address);
     /// As above, with the file as it is to lie in the registers.
-    void AddFile(const std::string& fileName, std::vector<std::byte> content,
-                 std::uint64_t address);
+    void AddFile(const std::string& fileName, std::vector<std::byte> content, uint64_t address);
     /// Adds a URL whose file lies elsewhere.
     void AddUrl(DescriptionUrl url) { m_urls.push_back(std::move(url)); }
     /// Files stay in the registers, but nothing tells of them.
@@ -71,16 +68,16 @@ public:
     /// Called before every access; may throw, as for a device that is gone.
     void SetGate(std::function<void()> gate) { m_gate = std::move(gate); }
 
-    void Read(std::uint64_t address, std::span<std::byte> out) const;
-    void Write(std::uint64_t address, std::span<const std::byte> in) const;
+    void Read(uint64_t address, std::span<std::byte> out) const;
+    void Write(uint64_t address, std::span<const std::byte> in) const;
 
     const PortFacts& Facts() const { return m_facts; }
     const std::vector<DescriptionUrl>& Urls() const { return m_urls; }
     /// -1017 when there is no such URL.
-    const DescriptionUrl& UrlAt(std::size_t index) const;
+    const DescriptionUrl& UrlAt(size_t index) const;
 
     InfoValue Info(GenTL::PORT_INFO_CMD command) const;
-    InfoValue UrlInfo(std::size_t index, GenTL::URL_INFO_CMD command) const;
+    InfoValue UrlInfo(size_t index, GenTL::URL_INFO_CMD command) const;
 
 private:
     PortFacts m_facts;
@@ -90,5 +87,3 @@ private:
 };
 
 }  // namespace OvProducer
-
-#endif

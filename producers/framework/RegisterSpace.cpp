@@ -9,11 +9,11 @@
 namespace OvProducer {
 namespace {
 
-std::string AddressText(std::uint64_t address) {
-    constexpr char digits[] = "0123456789ABCDEF";
+std::string AddressText(uint64_t address) {
+    constexpr char kDigits[] = "0123456789ABCDEF";
     std::string text;
     do {
-        text.insert(text.begin(), digits[address % 16]);
+        text.insert(text.begin(), kDigits[address % 16]);
         address /= 16;
     } while (address != 0);
     return "0x" + text;
@@ -23,16 +23,16 @@ std::string AddressText(std::uint64_t address) {
 /// through a copy of it.
 class WholeValue : public RegisterRange {
 public:
-    explicit WholeValue(std::size_t length) : m_length(length) {}
+    explicit WholeValue(size_t length) : m_length(length) {}
 
-    std::size_t Length() const override { return m_length; }
+    size_t Length() const override { return m_length; }
 
-    void Read(std::size_t offset, std::span<std::byte> out) const override {
+    void Read(size_t offset, std::span<std::byte> out) const override {
         const std::vector<std::byte> whole = Fetch();
         std::memcpy(out.data(), whole.data() + offset, out.size());
     }
 
-    void Write(std::size_t offset, std::span<const std::byte> in) override {
+    void Write(size_t offset, std::span<const std::byte> in) override {
         if (!Writable()) {
             RegisterRange::Write(offset, in);
         }
@@ -48,33 +48,32 @@ protected:
     virtual void Store(const std::vector<std::byte>& whole) = 0;
 
 private:
-    std::size_t m_length;
+    size_t m_length;
 };
 
 class IntegerRange : public WholeValue {
 public:
-    IntegerRange(std::size_t length, RegisterSpace::ReadInteger read,
-                 RegisterSpace::WriteInteger write)
+    IntegerRange(size_t length, RegisterSpace::ReadInteger read, RegisterSpace::WriteInteger write)
         : WholeValue(length), m_read(std::move(read)), m_write(std::move(write)) {}
 
 protected:
     bool Writable() const override { return static_cast<bool>(m_write); }
 
     std::vector<std::byte> Fetch() const override {
-        const auto value = static_cast<std::uint64_t>(m_read());
+        const auto value = static_cast<uint64_t>(m_read());
         std::vector<std::byte> whole(Length());
-        for (std::size_t i = 0; i < whole.size(); ++i) {
+        for (size_t i = 0; i < whole.size(); ++i) {
             whole[i] = static_cast<std::byte>(value >> (8 * i));
         }
         return whole;
     }
 
     void Store(const std::vector<std::byte>& whole) override {
-        std::uint64_t value = 0;
-        for (std::size_t i = 0; i < whole.size(); ++i) {
-            value |= static_cast<std::uint64_t>(whole[i]) << (8 * i);
+        uint64_t value = 0;
+        for (size_t i = 0; i < whole.size(); ++i) {
+            value |= static_cast<uint64_t>(whole[i]) << (8 * i);
         }
-        m_write(static_cast<std::int64_t>(value));
+        m_write(static_cast<int64_t>(value));
     }
 
 private:
@@ -84,7 +83,7 @@ private:
 
 class TextRange : public WholeValue {
 public:
-    TextRange(std::size_t length, RegisterSpace::ReadText read, RegisterSpace::WriteText write)
+    TextRange(size_t length, RegisterSpace::ReadText read, RegisterSpace::WriteText write)
         : WholeValue(length), m_read(std::move(read)), m_write(std::move(write)) {}
 
 protected:
@@ -133,9 +132,9 @@ class ConstantRange : public RegisterRange {
 public:
     explicit ConstantRange(std::vector<std::byte> content) : m_content(std::move(content)) {}
 
-    std::size_t Length() const override { return m_content.size(); }
+    size_t Length() const override { return m_content.size(); }
 
-    void Read(std::size_t offset, std::span<std::byte> out) const override {
+    void Read(size_t offset, std::span<std::byte> out) const override {
         std::memcpy(out.data(), m_content.data() + offset, out.size());
     }
 
@@ -145,12 +144,12 @@ private:
 
 }  // namespace
 
-void RegisterRange::Write(std::size_t, std::span<const std::byte>) {
+void RegisterRange::Write(size_t, std::span<const std::byte>) {
     throw Failure(GenTL::GC_ERR_ACCESS_DENIED, "The register is read-only");
 }
 
-void RegisterSpace::Add(std::uint64_t address, std::unique_ptr<RegisterRange> range) {
-    const std::uint64_t end = address + range->Length();
+void RegisterSpace::Add(uint64_t address, std::unique_ptr<RegisterRange> range) {
+    const uint64_t end = address + range->Length();
     const auto next = m_ranges.lower_bound(address);
     const bool hitsNext = next != m_ranges.end() && next->first < end;
     const bool hitsPrevious = next != m_ranges.begin() &&
@@ -161,50 +160,48 @@ void RegisterSpace::Add(std::uint64_t address, std::unique_ptr<RegisterRange> ra
     m_ranges.emplace(address, std::move(range));
 }
 
-void RegisterSpace::AddInteger(std::uint64_t address, std::size_t length, ReadInteger read,
+void RegisterSpace::AddInteger(uint64_t address, size_t length, ReadInteger read,
                                WriteInteger write) {
     Add(address, std::make_unique<IntegerRange>(length, std::move(read), std::move(write)));
 }
 
-void RegisterSpace::AddText(std::uint64_t address, std::size_t length, ReadText read,
-                            WriteText write) {
+void RegisterSpace::AddText(uint64_t address, size_t length, ReadText read, WriteText write) {
     Add(address, std::make_unique<TextRange>(length, std::move(read), std::move(write)));
 }
 
-void RegisterSpace::AddCommand(std::uint64_t address, std::function<void()> action) {
+void RegisterSpace::AddCommand(uint64_t address, std::function<void()> action) {
     AddInteger(
         address, 4, [] { return 0; },
-        [run = std::move(action)](std::int64_t value) {
+        [run = std::move(action)](int64_t value) {
             if (value != 0) {
                 run();
             }
         });
 }
 
-void RegisterSpace::AddFloat(std::uint64_t address, std::function<float()> read) {
+void RegisterSpace::AddFloat(uint64_t address, std::function<float()> read) {
     Add(address, std::make_unique<FloatRange>(std::move(read)));
 }
 
-void RegisterSpace::AddConstant(std::uint64_t address, std::vector<std::byte> content) {
+void RegisterSpace::AddConstant(uint64_t address, std::vector<std::byte> content) {
     Add(address, std::make_unique<ConstantRange>(std::move(content)));
 }
 
-std::vector<RegisterSpace::Piece> RegisterSpace::Split(std::uint64_t address,
-                                                       std::size_t length) const {
+std::vector<RegisterSpace::Piece> RegisterSpace::Split(uint64_t address, size_t length) const {
     std::vector<Piece> pieces;
-    std::uint64_t at = address;
-    std::size_t left = length;
+    uint64_t at = address;
+    size_t left = length;
     while (left != 0) {
         auto found = m_ranges.upper_bound(at);
         const bool before = found != m_ranges.begin();
         if (before) {
             --found;
         }
-        const std::uint64_t offset = before ? at - found->first : 0;
+        const uint64_t offset = before ? at - found->first : 0;
         if (!before || offset >= found->second->Length()) {
             throw Failure(GenTL::GC_ERR_INVALID_ADDRESS, "No register at " + AddressText(at));
         }
-        const std::size_t here = std::min<std::size_t>(left, found->second->Length() - offset);
+        const size_t here = std::min<size_t>(left, found->second->Length() - offset);
         pieces.push_back({found->second.get(), offset, here});
         at += here;
         left -= here;
@@ -212,14 +209,14 @@ std::vector<RegisterSpace::Piece> RegisterSpace::Split(std::uint64_t address,
     return pieces;
 }
 
-void RegisterSpace::Read(std::uint64_t address, std::span<std::byte> out) const {
+void RegisterSpace::Read(uint64_t address, std::span<std::byte> out) const {
     for (const Piece& piece : Split(address, out.size())) {
         piece.range->Read(piece.offset, out.first(piece.length));
         out = out.subspan(piece.length);
     }
 }
 
-void RegisterSpace::Write(std::uint64_t address, std::span<const std::byte> in) const {
+void RegisterSpace::Write(uint64_t address, std::span<const std::byte> in) const {
     for (const Piece& piece : Split(address, in.size())) {
         piece.range->Write(piece.offset, in.first(piece.length));
         in = in.subspan(piece.length);

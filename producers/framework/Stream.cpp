@@ -87,7 +87,7 @@ auto Stream::OnBuffer(void* handle, const Use& use) const {
     }
 }
 
-void* Stream::Announce(void* memory, std::size_t size, void* userPointer) {
+void* Stream::Announce(void* memory, size_t size, void* userPointer) {
     const std::shared_ptr<Buffer> buffer = m_pool.MakeBuffer(memory, size, userPointer);
     // The handle comes first: once announced, another thread's flush may set
     // the buffer going, and an event may name it.
@@ -130,12 +130,12 @@ std::vector<GenTL::S_SINGLE_CHUNK_DATA> Stream::Chunks(void* buffer) const {
     return OnBuffer(buffer, [&] { return m_pool.Chunks(buffer); });
 }
 
-void Stream::Start(GenTL::ACQ_START_FLAGS flags, std::uint64_t frames) {
+void Stream::Start(GenTL::ACQ_START_FLAGS flags, uint64_t frames) {
     if (flags != GenTL::ACQ_START_FLAGS_DEFAULT) {
         throw Failure(GenTL::GC_ERR_INVALID_PARAMETER, "Unknown start flags");
     }
     m_backend->CheckUsable();
-    const std::size_t minimum = m_backend->Facts().announceMinimum;
+    const size_t minimum = m_backend->Facts().announceMinimum;
     if (m_pool.Counters().announced < minimum) {
         throw Failure(GenTL::GC_ERR_INVALID_BUFFER,
                       "At least " + std::to_string(minimum) + " buffers must be announced");
@@ -178,41 +178,41 @@ void Stream::AddRegisters() {
     registers.AddInteger(0x0080, 8, [this] { return TlTypeNumber(m_backend->Facts().tlType); });
     registers.AddInteger(
         0x0088, 8, [this] { return m_paramsLocked.load(); },
-        [this](std::int64_t value) { m_paramsLocked = value; });
+        [this](int64_t value) { m_paramsLocked = value; });
     registers.AddInteger(
-        0x0090, 8, [this] { return static_cast<std::int64_t>(m_pool.Handling()); },
-        [this](std::int64_t value) { SetHandling(value); });
+        0x0090, 8, [this] { return static_cast<int64_t>(m_pool.Handling()); },
+        [this](int64_t value) { SetHandling(value); });
     registers.AddInteger(0x0098, 8, [this] { return m_acquisition.IsGrabbing() ? 1 : 0; });
     AddCounterRegisters();
 }
 
 void Stream::AddCounterRegisters() {
-    using Reader = std::uint64_t (*)(const Snapshot&);
-    constexpr Reader readers[] = {
-        [](const Snapshot& s) -> std::uint64_t { return s.facts.announceMinimum; },
-        [](const Snapshot& s) -> std::uint64_t { return s.counters.announced; },
-        [](const Snapshot& s) -> std::uint64_t { return s.facts.chunksMax; },
-        [](const Snapshot& s) -> std::uint64_t { return s.facts.alignment; },
+    using Reader = uint64_t (*)(const Snapshot&);
+    constexpr Reader kReaders[] = {
+        [](const Snapshot& s) -> uint64_t { return s.facts.announceMinimum; },
+        [](const Snapshot& s) -> uint64_t { return s.counters.announced; },
+        [](const Snapshot& s) -> uint64_t { return s.facts.chunksMax; },
+        [](const Snapshot& s) -> uint64_t { return s.facts.alignment; },
         [](const Snapshot& s) { return s.counters.started; },
         [](const Snapshot& s) { return s.counters.delivered; },
         [](const Snapshot& s) { return s.counters.lost; },
         [](const Snapshot& s) { return s.counters.incomplete; },
-        [](const Snapshot& s) -> std::uint64_t { return s.counters.input; },
-        [](const Snapshot& s) -> std::uint64_t { return s.counters.output; },
+        [](const Snapshot& s) -> uint64_t { return s.counters.input; },
+        [](const Snapshot& s) -> uint64_t { return s.counters.output; },
     };
-    std::uint64_t address = 0x00A0;
-    for (const Reader read : readers) {
+    uint64_t address = 0x00A0;
+    for (const Reader read : kReaders) {
         GetOwnPort().Registers().AddInteger(
-            address, 8, [this, read] { return static_cast<std::int64_t>(read(Current())); });
+            address, 8, [this, read] { return static_cast<int64_t>(read(Current())); });
         address += 8;
     }
 }
 
-void Stream::SetHandling(std::int64_t value) {
+void Stream::SetHandling(int64_t value) {
     if (m_acquisition.IsGrabbing()) {
         throw Failure(GenTL::GC_ERR_ACCESS_DENIED, "The mode is locked while acquiring");
     }
-    if (value < 0 || value > static_cast<std::int64_t>(BufferHandling::NewestOnly)) {
+    if (value < 0 || value > static_cast<int64_t>(BufferHandling::NewestOnly)) {
         throw Failure(GenTL::GC_ERR_INVALID_VALUE, "Unknown buffer handling mode");
     }
     m_pool.SetHandling(static_cast<BufferHandling>(value));

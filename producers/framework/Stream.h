@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// The data stream module: buffers, the engine that fills them, and the
 /// new-buffer event.
-#ifndef OV_PRODUCER_STREAM_H
-#define OV_PRODUCER_STREAM_H
 
 #include <memory>
 #include <string>
@@ -24,15 +22,15 @@ public:
     /// Stops the engine, ends the events and takes all buffers back.
     void Close();
 
-    void* Announce(void* memory, std::size_t size, void* userPointer);
+    void* Announce(void* memory, size_t size, void* userPointer);
     void Revoke(void* buffer, void** memory, void** userPointer);
     void Queue(void* buffer);
     void Flush(GenTL::ACQ_QUEUE_TYPE operation);
-    void* BufferAt(std::size_t index) const { return m_pool.At(index)->Handle(); }
+    void* BufferAt(size_t index) const { return m_pool.At(index)->Handle(); }
     InfoValue BufferInfo(void* buffer, GenTL::BUFFER_INFO_CMD command) const;
     std::vector<GenTL::S_SINGLE_CHUNK_DATA> Chunks(void* buffer) const;
 
-    void Start(GenTL::ACQ_START_FLAGS flags, std::uint64_t frames);
+    void Start(GenTL::ACQ_START_FLAGS flags, uint64_t frames);
     void Stop(GenTL::ACQ_STOP_FLAGS flags);
 
     InfoValue Info(GenTL::STREAM_INFO_CMD command) const;
@@ -59,15 +57,13 @@ private:
     auto OnBuffer(void* handle, const Use& use) const;
     void AddRegisters();
     void AddCounterRegisters();
-    void SetHandling(std::int64_t value);
+    void SetHandling(int64_t value);
 
     const std::weak_ptr<Device> m_parent;
     const std::shared_ptr<StreamBackend> m_backend;
     BufferPool m_pool;
     Acquisition m_acquisition;
-    std::atomic<std::int64_t> m_paramsLocked = 0;
+    std::atomic<int64_t> m_paramsLocked = 0;
 };
 
 }  // namespace OvProducer
-
-#endif

@@ -33,7 +33,7 @@ PortFacts PortFactsOf(const ProducerFacts& facts) {
 }
 
 // Time for a list update that was asked for through a feature, in milliseconds.
-constexpr std::uint64_t kFeatureUpdateTimeout = 200;
+constexpr uint64_t kFeatureUpdateTimeout = 200;
 
 }  // namespace
 
@@ -64,7 +64,7 @@ void System::Close() {
     Retire();
 }
 
-bool System::UpdateInterfaces(std::uint64_t timeout) {
+bool System::UpdateInterfaces(uint64_t timeout) {
     return m_interfaces.Update(GetSession().producer->Discover(timeout));
 }
 
@@ -108,7 +108,7 @@ void System::AddInterfaceListRegisters() {
     registers.AddCommand(0x0700, [this] { UpdateInterfaces(kFeatureUpdateTimeout); });
     registers.AddInteger(
         0x0708, 8, [this] { return m_interfaces.Selected(); },
-        [this](std::int64_t index) { m_interfaces.Select(index); });
+        [this](int64_t index) { m_interfaces.Select(index); });
     registers.AddInteger(0x0710, 8, [this] { return m_interfaces.LastIndex(); });
     const auto selected = [this] { return m_interfaces.SelectedBackend()->Facts(); };
     registers.AddInteger(0x0718, 8, [selected] { return TlTypeNumber(selected().tlType); });

@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// The system module: the producer itself, and its interfaces.
-#ifndef OV_PRODUCER_SYSTEM_H
-#define OV_PRODUCER_SYSTEM_H
 
 #include <memory>
 
@@ -18,7 +16,7 @@ public:
     void Close();
 
     /// Whether the set of interface IDs changed.
-    bool UpdateInterfaces(std::uint64_t timeout);
+    bool UpdateInterfaces(uint64_t timeout);
     ChildList<InterfaceBackend, Interface>& Interfaces() { return m_interfaces; }
     /// -1007 when there is no such interface.
     std::shared_ptr<InterfaceBackend> InterfaceNamed(const std::string& id) const;
@@ -45,5 +43,3 @@ InfoValue ProducerInfo(const ProducerFacts& facts, GenTL::TL_INFO_CMD command);
 std::string ProducerPath();
 
 }  // namespace OvProducer
-
-#endif

@@ -11,24 +11,24 @@ namespace OvProducer {
 namespace {
 
 // 1980-01-01, the format's first day: an archive depends on its content alone.
-constexpr std::uint16_t kDate = (1 << 5) | 1;
-constexpr std::uint16_t kVersion = 20;
-constexpr std::uint16_t kDeflated = 8;
+constexpr uint16_t kDate = (1 << 5) | 1;
+constexpr uint16_t kVersion = 20;
+constexpr uint16_t kDeflated = 8;
 
 class Writer {
 public:
-    void U16(std::initializer_list<std::size_t> values) { Put(values, 2); }
-    void U32(std::initializer_list<std::size_t> values) { Put(values, 4); }
+    void U16(std::initializer_list<size_t> values) { Put(values, 2); }
+    void U32(std::initializer_list<size_t> values) { Put(values, 4); }
     void Bytes(std::string_view bytes) {
         const auto* first = reinterpret_cast<const std::byte*>(bytes.data());
         m_out.insert(m_out.end(), first, first + bytes.size());
     }
     std::vector<std::byte> Take() { return std::move(m_out); }
-    std::size_t Position() const { return m_out.size(); }
+    size_t Position() const { return m_out.size(); }
 
 private:
-    void Put(std::initializer_list<std::size_t> values, unsigned bytes) {
-        for (const std::size_t value : values) {
+    void Put(std::initializer_list<size_t> values, unsigned bytes) {
+        for (const size_t value : values) {
             for (unsigned i = 0; i < bytes; ++i) {
                 m_out.push_back(static_cast<std::byte>(value >> (8 * i)));
             }
@@ -63,8 +63,8 @@ std::string Deflate(std::string_view content) {
 
 std::vector<std::byte> MakeZip(std::string_view name, std::string_view content) {
     const std::string packed = Deflate(content);
-    const auto crc = static_cast<std::uint32_t>(crc32(
-        0, reinterpret_cast<const Bytef*>(content.data()), static_cast<uInt>(content.size())));
+    const auto crc = static_cast<uint32_t>(crc32(0, reinterpret_cast<const Bytef*>(content.data()),
+                                                 static_cast<uInt>(content.size())));
 
     Writer out;
     out.U32({0x04034B50});
@@ -74,14 +74,14 @@ std::vector<std::byte> MakeZip(std::string_view name, std::string_view content) 
     out.Bytes(name);
     out.Bytes(packed);
 
-    const std::size_t directory = out.Position();
+    const size_t directory = out.Position();
     out.U32({0x02014B50});
     out.U16({kVersion, kVersion, 0, kDeflated, 0, kDate});
     out.U32({crc, packed.size(), content.size()});
     out.U16({name.size(), 0, 0, 0, 0});
     out.U32({0, 0});
     out.Bytes(name);
-    const std::size_t directorySize = out.Position() - directory;
+    const size_t directorySize = out.Position() - directory;
 
     out.U32({0x06054B50});
     out.U16({0, 0, 1, 1});

@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// Packs a file into a zip archive of one entry, as cameras keep their
 /// descriptions.
-#ifndef OV_PRODUCER_ZIP_H
-#define OV_PRODUCER_ZIP_H
 
 #include <cstddef>
 #include <string_view>
@@ -15,5 +13,3 @@ namespace OvProducer {
 std::vector<std::byte> MakeZip(std::string_view name, std::string_view content);
 
 }  // namespace OvProducer
-
-#endif

@@ -9,11 +9,11 @@ namespace {
 
 // The landscape is looked at every second pixel and blended between: a fourth
 // of the work, and edges as soft as a lens makes them.
-constexpr std::size_t kCoarseColumns = kSensorWidth / 2 + 1;
+constexpr size_t kCoarseColumns = kSensorWidth / 2 + 1;
 
-void CoarseLine(std::size_t coarseY, std::vector<Color>& line) {
+void CoarseLine(size_t coarseY, std::vector<Color>& line) {
     line.resize(kCoarseColumns);
-    for (std::size_t i = 0; i < kCoarseColumns; ++i) {
+    for (size_t i = 0; i < kCoarseColumns; ++i) {
         line[i] = LandscapeAt(2 * i, 2 * coarseY);
     }
 }
@@ -22,17 +22,17 @@ Color Middle(const Color& a, const Color& b) {
     return {(a.r + b.r) / 2, (a.g + b.g) / 2, (a.b + b.b) / 2};
 }
 
-Color Blend(const std::vector<Color>& line, std::size_t x) {
+Color Blend(const std::vector<Color>& line, size_t x) {
     return (x & 1) == 0 ? line[x / 2] : Middle(line[x / 2], line[x / 2 + 1]);
 }
 
 }  // namespace
 
-float SignalOf(const Color& scene, bool color, std::size_t x, std::size_t y) {
+float SignalOf(const Color& scene, bool color, size_t x, size_t y) {
     if (!color) {
         return kWhiteSignal * (0.299F * scene.r + 0.587F * scene.g + 0.114F * scene.b);
     }
-    const std::size_t channel = FilterAt(x, y);
+    const size_t channel = FilterAt(x, y);
     return kWhiteSignal * static_cast<float>(kSensitivity[channel]) * scene[channel];
 }
 
@@ -42,27 +42,27 @@ Backdrop& Backdrop::Of(bool color) {
     return color ? colored : grey;
 }
 
-std::span<const std::uint16_t> Backdrop::Line(std::size_t y) {
-    const std::size_t band = y / kBandLines;
+std::span<const uint16_t> Backdrop::Line(size_t y) {
+    const size_t band = y / kBandLines;
     std::call_once(m_painted[band], [&] { PaintBand(band); });
     return std::span(m_pixels).subspan(y * kSensorWidth, kSensorWidth);
 }
 
-void Backdrop::PaintBand(std::size_t band) {
+void Backdrop::PaintBand(size_t band) {
     std::vector<Color> upper;
     std::vector<Color> lower;
-    const std::size_t first = band * kBandLines;
+    const size_t first = band * kBandLines;
     CoarseLine(first / 2, upper);
-    for (std::size_t y = first; y < first + kBandLines; ++y) {
+    for (size_t y = first; y < first + kBandLines; ++y) {
         const bool between = (y & 1) != 0;
         if (between) {
             CoarseLine(y / 2 + 1, lower);
         }
-        std::uint16_t* out = m_pixels.data() + y * kSensorWidth;
-        for (std::size_t x = 0; x < kSensorWidth; ++x) {
+        uint16_t* out = m_pixels.data() + y * kSensorWidth;
+        for (size_t x = 0; x < kSensorWidth; ++x) {
             const Color scene =
                 between ? Middle(Blend(upper, x), Blend(lower, x)) : Blend(upper, x);
-            out[x] = static_cast<std::uint16_t>(std::lround(SignalOf(scene, m_color, x, y)));
+            out[x] = static_cast<uint16_t>(std::lround(SignalOf(scene, m_color, x, y)));
         }
         if (between) {
             upper.swap(lower);

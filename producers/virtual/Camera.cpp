@@ -48,12 +48,12 @@ FrameSettings Camera::Shape() const {
     return FrameSettingsOf(m_state.settings, m_identity.color, m_identity.index);
 }
 
-std::size_t Camera::PayloadSize() const {
+size_t Camera::PayloadSize() const {
     const std::lock_guard lock(m_mutex);
     return OvVirtual::PayloadSize(m_state.settings, OvVirtual::FrameSize(Shape()));
 }
 
-void Camera::Set(const SettingRange& range, std::int64_t value) {
+void Camera::Set(const SettingRange& range, int64_t value) {
     if (value < range.min || value > range.max || (value - range.min) % range.step != 0) {
         throw Failure(GenTL::GC_ERR_INVALID_VALUE, "The value is out of the register's range");
     }
@@ -116,7 +116,7 @@ CameraSelectors Camera::Selectors() const {
     return m_state.selectors;
 }
 
-void Camera::Select(const SelectorRegister& selector, std::int64_t value) {
+void Camera::Select(const SelectorRegister& selector, int64_t value) {
     RequireRange(value, 0, selector.max);
     const std::lock_guard lock(m_mutex);
     m_state.selectors.*selector.field = value;
@@ -142,29 +142,29 @@ void Camera::SetParamsLocked(bool locked) {
     m_paramsLocked = locked;
 }
 
-std::int64_t Camera::UserSetDefault() const {
+int64_t Camera::UserSetDefault() const {
     const std::lock_guard lock(m_mutex);
     return m_state.userSetDefault;
 }
 
-void Camera::SetUserSetDefault(std::int64_t set) {
+void Camera::SetUserSetDefault(int64_t set) {
     const std::lock_guard lock(m_mutex);
     m_state.userSetDefault = set;
 }
 
-void Camera::LoadUserSet(std::int64_t set) {
+void Camera::LoadUserSet(int64_t set) {
     Change(true, [&](CameraSettings& settings) {
-        settings = m_state.userSets[static_cast<std::size_t>(set)];
+        settings = m_state.userSets[static_cast<size_t>(set)];
     });
 }
 
-void Camera::SaveUserSet(std::int64_t set) {
+void Camera::SaveUserSet(int64_t set) {
     if (set == 0) {
         throw Failure(GenTL::GC_ERR_ACCESS_DENIED, "The factory's set can't be overwritten");
     }
     const std::lock_guard lock(m_mutex);
     FinishLoading();
-    m_state.userSets[static_cast<std::size_t>(set)] = m_state.settings;
+    m_state.userSets[static_cast<size_t>(set)] = m_state.settings;
 }
 
 void Camera::Reset() {
@@ -173,7 +173,7 @@ void Camera::Reset() {
     m_acquiring = false;
     m_paramsLocked = false;
     m_beforeLoading.reset();
-    m_state.settings = m_state.userSets[static_cast<std::size_t>(m_state.userSetDefault)];
+    m_state.settings = m_state.userSets[static_cast<size_t>(m_state.userSetDefault)];
     m_state.selectors = {};
     m_epoch = Clock::now();
 }
@@ -211,7 +211,7 @@ void Camera::Start() {
                 m_framesLeft = 1;
                 break;
             case AcquisitionMode::MultiFrame:
-                m_framesLeft = static_cast<std::uint64_t>(m_state.settings.frameCount);
+                m_framesLeft = static_cast<uint64_t>(m_state.settings.frameCount);
                 break;
             default:
                 m_framesLeft.reset();
@@ -251,7 +251,7 @@ void Camera::TriggerSoftware() {
 bool Camera::TakesSoftwareTriggers() const {
     const CameraSettings& settings = m_state.settings;
     return m_acquiring && settings.triggerMode != 0 &&
-           settings.triggerSource == static_cast<std::int64_t>(TriggerSource::Software);
+           settings.triggerSource == static_cast<int64_t>(TriggerSource::Software);
 }
 
 bool Camera::WaitsForTrigger() const {
@@ -259,13 +259,13 @@ bool Camera::WaitsForTrigger() const {
     return m_acquiring && m_state.settings.triggerMode != 0 && m_triggers == 0;
 }
 
-std::int64_t Camera::Ticks() const {
+int64_t Camera::Ticks() const {
     const std::lock_guard lock(m_mutex);
-    return static_cast<std::int64_t>(TicksNow());
+    return static_cast<int64_t>(TicksNow());
 }
 
-std::uint64_t Camera::TicksNow() const {
-    return static_cast<std::uint64_t>(std::chrono::nanoseconds(Clock::now() - m_epoch).count());
+uint64_t Camera::TicksNow() const {
+    return static_cast<uint64_t>(std::chrono::nanoseconds(Clock::now() - m_epoch).count());
 }
 
 void Camera::ResetTicks() {
@@ -281,7 +281,7 @@ Camera::Clock::duration Camera::FramePeriod() const {
     return Seconds(std::max(FrameTime(m_state.settings), m_shortestPeriod));
 }
 
-void Camera::Send(CameraEvent event, std::uint64_t frame) {
+void Camera::Send(CameraEvent event, uint64_t frame) {
     if ((m_state.settings.eventsEnabled & BitOf(event)) != 0) {
         m_link.Send(event, frame, TicksNow());
     }
@@ -299,7 +299,7 @@ void Camera::Leave() {
 }
 
 void Camera::LeaveIfDue() {
-    const auto frames = static_cast<std::uint64_t>(m_state.settings.dropOffFrames);
+    const auto frames = static_cast<uint64_t>(m_state.settings.dropOffFrames);
     if (m_acquiring && frames != 0 && m_frame >= frames) {
         Leave();
     }
@@ -321,7 +321,7 @@ bool Camera::WaitFrame(const std::stop_token& stop) {
     return false;
 }
 
-std::size_t Camera::FrameSize() {
+size_t Camera::FrameSize() {
     // The frame keeps the shape that it is announced with, also when the camera
     // is stopped and set up anew before it is read.
     const std::lock_guard lock(m_mutex);
@@ -333,7 +333,7 @@ std::size_t Camera::FrameSize() {
     return m_nextSize;
 }
 
-std::uint64_t Camera::TakeFrameNumber() {
+uint64_t Camera::TakeFrameNumber() {
     // A renderer that falls behind slows the camera down; it doesn't hurry
     // after the frames that it missed.
     m_due = std::max(m_due + FramePeriod(), Clock::now());
@@ -372,7 +372,7 @@ void Camera::DropFrame() {
     Send(CameraEvent::BlockDiscard, TakeFrameNumber());
 }
 
-OvProducer::FrameInfo Camera::Describe(const FrameSettings& settings, std::uint64_t frame) const {
+OvProducer::FrameInfo Camera::Describe(const FrameSettings& settings, uint64_t frame) const {
     OvProducer::FrameInfo info;
     info.width = settings.width;
     info.height = settings.height;
@@ -380,7 +380,7 @@ OvProducer::FrameInfo Camera::Describe(const FrameSettings& settings, std::uint6
     info.offsetY = settings.offsetY;
     info.deliveredHeight = settings.height;
     info.sizeFilled = OvVirtual::FrameSize(settings);
-    info.pixelFormat = static_cast<std::uint64_t>(settings.format);
+    info.pixelFormat = static_cast<uint64_t>(settings.format);
     info.frameId = frame;
     info.timestamp = TicksNow();
     info.timestampNs = info.timestamp;

@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// A virtual camera: its settings, its acquisition, and the clock that makes its
 /// frames due.
-#ifndef OV_VIRTUAL_CAMERA_H
-#define OV_VIRTUAL_CAMERA_H
 
 #include <chrono>
 #include <condition_variable>
@@ -43,9 +41,9 @@ public:
 
     CameraSettings Settings() const;
     /// Bytes of a frame as the camera is set up now.
-    std::size_t PayloadSize() const;
+    size_t PayloadSize() const;
     /// -1019 when the value is out of the range, -1005 when it is locked.
-    void Set(const SettingRange& range, std::int64_t value);
+    void Set(const SettingRange& range, int64_t value);
     /// Changes settings by `change` as one step; nothing changes when it fails.
     void Change(bool shapesFrame, const std::function<void(CameraSettings&)>& change);
     /// Until the end settings are taken one by one, whatever they amount to
@@ -58,19 +56,19 @@ public:
 
     CameraSelectors Selectors() const;
     /// -1019 when the value is out of the range.
-    void Select(const SelectorRegister& selector, std::int64_t value);
+    void Select(const SelectorRegister& selector, int64_t value);
 
     std::string UserId() const;
     void SetUserId(const std::string& userId);
     bool ParamsLocked() const;
     void SetParamsLocked(bool locked);
 
-    static constexpr std::size_t kUserSets = CameraState::kUserSets;
-    std::int64_t UserSetDefault() const;
-    void SetUserSetDefault(std::int64_t set);
-    void LoadUserSet(std::int64_t set);
+    static constexpr size_t kUserSets = CameraState::kUserSets;
+    int64_t UserSetDefault() const;
+    void SetUserSetDefault(int64_t set);
+    void LoadUserSet(int64_t set);
     /// -1005 for the factory's set.
-    void SaveUserSet(std::int64_t set);
+    void SaveUserSet(int64_t set);
     /// As switched off and on: the default set, no acquisition, time 0, no open
     /// file.
     void Reset();
@@ -100,14 +98,14 @@ public:
 
     // Time. Ticks are nanoseconds.
 
-    static constexpr std::int64_t kTicksPerSecond = 1000000000;
-    std::int64_t Ticks() const;
+    static constexpr int64_t kTicksPerSecond = 1000000000;
+    int64_t Ticks() const;
     void ResetTicks();
 
     // The frames.
 
     bool WaitFrame(const std::stop_token& stop) override;
-    std::size_t FrameSize() override;
+    size_t FrameSize() override;
     bool WaitsForBuffer() override { return m_unpaced; }
     OvProducer::FrameInfo ReadFrame(std::span<std::byte> memory,
                                     const std::stop_token& abort) override;
@@ -118,15 +116,15 @@ private:
     bool FrameIsPlanned() const;
     bool TakesSoftwareTriggers() const;
     Clock::duration FramePeriod() const;
-    std::uint64_t TicksNow() const;
-    void Send(CameraEvent event, std::uint64_t frame);
+    uint64_t TicksNow() const;
+    void Send(CameraEvent event, uint64_t frame);
     void Leave();
     void LeaveIfDue();
-    std::uint64_t TakeFrameNumber();
+    uint64_t TakeFrameNumber();
     void RequireUnlocked(bool shapesFrame) const;
     void FinishLoading();
     FrameSettings Shape() const;
-    OvProducer::FrameInfo Describe(const FrameSettings& settings, std::uint64_t frame) const;
+    OvProducer::FrameInfo Describe(const FrameSettings& settings, uint64_t frame) const;
     void AppendTo(OvProducer::FrameInfo& info, std::span<std::byte> memory) const;
 
     const CameraIdentity m_identity;
@@ -141,23 +139,21 @@ private:
     std::optional<CameraSettings> m_beforeLoading;  ///< empty unless settings are loaded
     bool m_paramsLocked = false;
     bool m_acquiring = false;
-    std::optional<std::uint64_t> m_framesLeft;  ///< empty without a limit
-    std::uint64_t m_triggers = 0;
-    std::uint64_t m_frame = 0;
+    std::optional<uint64_t> m_framesLeft;  ///< empty without a limit
+    uint64_t m_triggers = 0;
+    uint64_t m_frame = 0;
     Clock::time_point m_due;
     Clock::time_point m_epoch = Clock::now();
 
     // Of the source's thread.
     // The frame that is due.
     FrameSettings m_next;
-    std::optional<std::int64_t> m_nextChunks;  ///< a bit for each; empty without chunk mode
-    std::uint32_t m_nextLines = 0;
-    std::size_t m_nextSize = 0;  ///< bytes, chunks included
+    std::optional<int64_t> m_nextChunks;  ///< a bit for each; empty without chunk mode
+    uint32_t m_nextLines = 0;
+    size_t m_nextSize = 0;  ///< bytes, chunks included
     FrameRenderer m_renderer;
 
     CameraFiles m_files;
 };
 
 }  // namespace OvVirtual
-
-#endif

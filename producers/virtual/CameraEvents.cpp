@@ -4,7 +4,7 @@
 
 namespace OvVirtual {
 
-EventItem MakeEventItem(CameraEvent event, std::uint64_t frame, std::uint64_t ticks) {
+EventItem MakeEventItem(CameraEvent event, uint64_t frame, uint64_t ticks) {
     EventItem item{};
     const std::span<std::byte> bytes(item);
     PutBigEndian(bytes.subspan(0, 2), item.size());

@@ -1,4 +1,4 @@
-/// @file
+#pragma once
 /// The messages that a camera sends on its own, in the layout of GigE Vision's
 /// event items. Numbers have their high byte first.
 ///
@@ -10,8 +10,6 @@
 /// | 6 | 2 | block: the frame's low 16 bits |
 /// | 8 | 8 | time, ticks of the camera |
 /// | 16 | 8 | frame |
-#ifndef OV_VIRTUAL_CAMERA_EVENTS_H
-#define OV_VIRTUAL_CAMERA_EVENTS_H
 
 #include <array>
 #include <cstddef>
@@ -19,25 +17,23 @@
 
 namespace OvVirtual {
 
-enum class CameraEvent : std::int64_t {
+enum class CameraEvent : int64_t {
     ExposureEnd = 0,        ///< a frame was exposed
     FrameStartOvertrigger,  ///< a trigger came while a frame was exposed, and was missed
     BlockDiscard,           ///< a frame was discarded, for no buffer was free
     Count
 };
 
-constexpr auto kCameraEvents = static_cast<std::int64_t>(CameraEvent::Count);
+constexpr auto kCameraEvents = static_cast<int64_t>(CameraEvent::Count);
 
 /// As the ports of the description name it.
-constexpr std::uint64_t EventId(CameraEvent event) {
-    constexpr std::uint64_t kFirst = 0x9001;
-    return kFirst + static_cast<std::uint64_t>(event);
+constexpr uint64_t EventId(CameraEvent event) {
+    constexpr uint64_t kFirst = 0x9001;
+    return kFirst + static_cast<uint64_t>(event);
 }
 
 using EventItem = std::array<std::byte, 24>;
 
-EventItem MakeEventItem(CameraEvent event, std::uint64_t frame, std::uint64_t ticks);
+EventItem MakeEventItem(CameraEvent event, uint64_t frame, uint64_t ticks);
 
 }  // namespace OvVirtual
-
-#endif

@@ -12,8 +12,8 @@ FileOutcome OutcomeOf(bool success) {
     return success ? FileOutcome{} : kFailure;
 }
 
-FileOutcome Moved(std::size_t count) {
-    return {FileStatus::Success, static_cast<std::int64_t>(count)};
+FileOutcome Moved(size_t count) {
+    return {FileStatus::Success, static_cast<int64_t>(count)};
 }
 
 bool MakesSense(const FileRequest& request) {
@@ -22,13 +22,13 @@ bool MakesSense(const FileRequest& request) {
 
 /// Bytes of a transfer at `offset` of something that ends at `end`: no more
 /// than are asked for, than are left and than the buffer holds.
-std::size_t Count(const FileRequest& request, std::size_t offset, std::size_t end) {
+size_t Count(const FileRequest& request, size_t offset, size_t end) {
     return std::min(
-        {static_cast<std::size_t>(request.length), end - offset, CameraFiles::kBufferLength});
+        {static_cast<size_t>(request.length), end - offset, CameraFiles::kBufferLength});
 }
 
 template <typename Buffer>
-auto Part(Buffer& buffer, std::size_t offset, std::size_t length) {
+auto Part(Buffer& buffer, size_t offset, size_t length) {
     if (offset > buffer.size() || length > buffer.size() - offset) {
         throw std::out_of_range("The access leaves the buffer");
     }
@@ -74,11 +74,11 @@ CameraFiles::CameraFiles(std::string_view factoryCalibration) {
 }
 
 CameraFiles::File& CameraFiles::At(FileName file) {
-    return m_files.at(static_cast<std::size_t>(file));
+    return m_files.at(static_cast<size_t>(file));
 }
 
 const CameraFiles::File& CameraFiles::At(FileName file) const {
-    return m_files.at(static_cast<std::size_t>(file));
+    return m_files.at(static_cast<size_t>(file));
 }
 
 void CameraFiles::Execute(const FileRequest& request) {
@@ -110,8 +110,8 @@ FileOutcome CameraFiles::Read(const File& file, const FileRequest& request) {
         return kFailure;
     }
     const Content& content = *file.content;
-    const std::size_t offset = std::min(static_cast<std::size_t>(request.offset), content.size());
-    const std::size_t count = Count(request, offset, content.size());
+    const size_t offset = std::min(static_cast<size_t>(request.offset), content.size());
+    const size_t count = Count(request, offset, content.size());
     std::ranges::copy(std::span(content).subspan(offset, count), m_buffer.begin());
     return Moved(count);
 }
@@ -124,11 +124,11 @@ FileOutcome CameraFiles::Write(File& file, const FileRequest& request) const {
     if (request.length == 0) {
         return Moved(0);
     }
-    const auto offset = static_cast<std::size_t>(request.offset);
+    const auto offset = static_cast<size_t>(request.offset);
     if (offset >= kUserFileMax) {
         return kFailure;
     }
-    const std::size_t count = Count(request, offset, kUserFileMax);
+    const size_t count = Count(request, offset, kUserFileMax);
     Content& content = *file.content;
     content.resize(std::max(content.size(), offset + count));
     std::ranges::copy(std::span(m_buffer).first(count), std::span(content).subspan(offset).begin());
@@ -140,18 +140,18 @@ FileOutcome CameraFiles::Outcome() const {
     return m_outcome;
 }
 
-std::size_t CameraFiles::Size(FileName file) const {
+size_t CameraFiles::Size(FileName file) const {
     const std::lock_guard lock(m_mutex);
     const std::optional<Content>& content = At(file).content;
     return content ? content->size() : 0;
 }
 
-void CameraFiles::ReadBuffer(std::size_t offset, std::span<std::byte> out) const {
+void CameraFiles::ReadBuffer(size_t offset, std::span<std::byte> out) const {
     const std::lock_guard lock(m_mutex);
     std::ranges::copy(Part(m_buffer, offset, out.size()), out.begin());
 }
 
-void CameraFiles::WriteBuffer(std::size_t offset, std::span<const std::byte> in) {
+void CameraFiles::WriteBuffer(size_t offset, std::span<const std::byte> in) {
     const std::lock_guard lock(m_mutex);
     std::ranges::copy(in, Part(m_buffer, offset, in.size()).begin());
 }

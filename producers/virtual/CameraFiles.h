@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// The files inside a virtual camera, and the operations on them.
-#ifndef OV_VIRTUAL_CAMERA_FILES_H
-#define OV_VIRTUAL_CAMERA_FILES_H
 
 #include <array>
 #include <cstddef>
@@ -15,22 +13,22 @@
 namespace OvVirtual {
 
 // Values as the registers hold them.
-enum class FileName : std::int64_t { UserFile, FactoryCalibration, Count };
-enum class FileOperation : std::int64_t { Open, Close, Read, Write, Delete, Count };
-enum class FileOpenMode : std::int64_t { Read, Write, ReadWrite, Count };
-enum class FileStatus : std::int64_t { Success, Failure };
+enum class FileName : int64_t { UserFile, FactoryCalibration, Count };
+enum class FileOperation : int64_t { Open, Close, Read, Write, Delete, Count };
+enum class FileOpenMode : int64_t { Read, Write, ReadWrite, Count };
+enum class FileStatus : int64_t { Success, Failure };
 
 struct FileRequest {
     FileName file = FileName::UserFile;
     FileOperation operation = FileOperation::Open;
     FileOpenMode mode = FileOpenMode::Read;  ///< of an opening
-    std::int64_t offset = 0;                 ///< in the file, of a transfer, in bytes
-    std::int64_t length = 0;                 ///< of a transfer, in bytes
+    int64_t offset = 0;                      ///< in the file, of a transfer, in bytes
+    int64_t length = 0;                      ///< of a transfer, in bytes
 };
 
 struct FileOutcome {
     FileStatus status = FileStatus::Success;
-    std::int64_t count = 0;  ///< bytes that were moved
+    int64_t count = 0;  ///< bytes that were moved
 };
 
 /// The files of one camera: the user's, which is there when it was written, and
@@ -42,8 +40,8 @@ class CameraFiles {
 public:
     using Content = std::vector<std::byte>;
 
-    static constexpr std::size_t kBufferLength = 4096;
-    static constexpr std::size_t kUserFileMax = 65536;
+    static constexpr size_t kBufferLength = 4096;
+    static constexpr size_t kUserFileMax = 65536;
 
     explicit CameraFiles(std::string_view factoryCalibration);
 
@@ -57,11 +55,11 @@ public:
     void Execute(const FileRequest& request);
     FileOutcome Outcome() const;
     /// In bytes; 0 for a file that isn't there.
-    std::size_t Size(FileName file) const;
+    size_t Size(FileName file) const;
 
     /// The buffer in part; what lies outside of it is a std::out_of_range.
-    void ReadBuffer(std::size_t offset, std::span<std::byte> out) const;
-    void WriteBuffer(std::size_t offset, std::span<const std::byte> in);
+    void ReadBuffer(size_t offset, std::span<std::byte> out) const;
+    void WriteBuffer(size_t offset, std::span<const std::byte> in);
 
     /// As after power-on: nothing is open, the buffer is blank. Files stay.
     void Reset();
@@ -86,11 +84,9 @@ private:
     FileOutcome Write(File& file, const FileRequest& request) const;
 
     mutable std::mutex m_mutex;
-    std::array<File, static_cast<std::size_t>(FileName::Count)> m_files;
+    std::array<File, static_cast<size_t>(FileName::Count)> m_files;
     std::array<std::byte, kBufferLength> m_buffer{};
     FileOutcome m_outcome;
 };
 
 }  // namespace OvVirtual
-
-#endif

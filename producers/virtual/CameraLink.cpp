@@ -53,7 +53,7 @@ void CameraLink::DropOff(std::chrono::milliseconds time) {
     }
 }
 
-void CameraLink::Send(CameraEvent event, std::uint64_t frame, std::uint64_t ticks) {
+void CameraLink::Send(CameraEvent event, uint64_t frame, uint64_t ticks) {
     std::shared_ptr<OvProducer::EventSink> host;
     {
         const std::lock_guard lock(m_mutex);

@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// The line between a camera and its host: who listens to the camera, and
 /// whether the camera is on the bus at all.
-#ifndef OV_VIRTUAL_CAMERA_LINK_H
-#define OV_VIRTUAL_CAMERA_LINK_H
 
 #include <chrono>
 #include <memory>
@@ -33,7 +31,7 @@ public:
     void DropOff(std::chrono::milliseconds time);
 
     /// Nobody hears it unless the camera is open and the host has registered.
-    void Send(CameraEvent event, std::uint64_t frame, std::uint64_t ticks);
+    void Send(CameraEvent event, uint64_t frame, uint64_t ticks);
 
 private:
     mutable std::mutex m_mutex;
@@ -43,5 +41,3 @@ private:
 };
 
 }  // namespace OvVirtual
-
-#endif

@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// Where a virtual camera keeps its state from one process to the next, as a
 /// real camera does as long as it has power.
-#ifndef OV_VIRTUAL_CAMERA_MEMORY_H
-#define OV_VIRTUAL_CAMERA_MEMORY_H
 
 #include <filesystem>
 
@@ -27,5 +25,3 @@ private:
 };
 
 }  // namespace OvVirtual
-
-#endif

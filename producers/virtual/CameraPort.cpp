@@ -18,26 +18,26 @@ namespace {
 
 using OvProducer::RegisterSpace;
 
-constexpr std::uint64_t kDescriptionAddress = 0x100000;
+constexpr uint64_t kDescriptionAddress = 0x100000;
 
 // Where it is measured, as the selector counts.
-constexpr std::int64_t kSensor = 0;
-constexpr std::int64_t kMainboard = 1;
+constexpr int64_t kSensor = 0;
+constexpr int64_t kMainboard = 1;
 
 /// A sensor that works gets warmer; the mainboard lies behind it.
-float Temperature(const Camera& camera, std::int64_t place) {
+float Temperature(const Camera& camera, int64_t place) {
     const float sensor = camera.IsAcquiring() ? 46.5F : 41.0F;
     return place == kMainboard ? sensor - 5.25F : sensor;
 }
 
-std::int64_t Bool(bool value) {
+int64_t Bool(bool value) {
     return value ? 1 : 0;
 }
 
-std::shared_ptr<const LookUpTable> WithEntry(const LookUpTable& table, std::int64_t index,
-                                             std::int64_t value) {
+std::shared_ptr<const LookUpTable> WithEntry(const LookUpTable& table, int64_t index,
+                                             int64_t value) {
     auto copy = std::make_shared<LookUpTable>(table);
-    (*copy)[static_cast<std::size_t>(index)] = static_cast<std::uint16_t>(value);
+    (*copy)[static_cast<size_t>(index)] = static_cast<uint16_t>(value);
     return copy;
 }
 
@@ -46,19 +46,19 @@ class LutRange : public OvProducer::RegisterRange {
 public:
     explicit LutRange(std::shared_ptr<Camera> camera) : m_camera(std::move(camera)) {}
 
-    std::size_t Length() const override { return sizeof(LookUpTable); }
+    size_t Length() const override { return sizeof(LookUpTable); }
 
-    void Read(std::size_t offset, std::span<std::byte> out) const override {
+    void Read(size_t offset, std::span<std::byte> out) const override {
         const auto table = m_camera->Settings().lut;
         std::memcpy(out.data(), reinterpret_cast<const std::byte*>(table->data()) + offset,
                     out.size());
     }
 
-    void Write(std::size_t offset, std::span<const std::byte> in) override {
+    void Write(size_t offset, std::span<const std::byte> in) override {
         m_camera->Change(false, [&](CameraSettings& settings) {
             auto table = std::make_shared<LookUpTable>(*settings.lut);
             std::memcpy(reinterpret_cast<std::byte*>(table->data()) + offset, in.data(), in.size());
-            for (const std::uint16_t level : *table) {
+            for (const uint16_t level : *table) {
                 RequireRange(level, 0, kTopLevel);
             }
             settings.lut = std::move(table);
@@ -94,17 +94,17 @@ public:
     }
 
 private:
-    using Read = std::function<std::int64_t()>;
-    using Write = std::function<void(std::int64_t)>;
+    using Read = std::function<int64_t()>;
+    using Write = std::function<void(int64_t)>;
 
-    void Number(std::uint64_t address, Read read, Write write = {}) {
+    void Number(uint64_t address, Read read, Write write = {}) {
         m_registers.AddInteger(address, 4, std::move(read), std::move(write));
     }
 
     /// The bit that a selector chooses of a setting with a bit for each entry.
     /// @param fixed  bits that can't be switched off
-    void SelectedBit(std::uint64_t address, SelectorField which,
-                     std::int64_t CameraSettings::*field, bool shapesFrame, std::int64_t fixed);
+    void SelectedBit(uint64_t address, SelectorField which, int64_t CameraSettings::*field,
+                     bool shapesFrame, int64_t fixed);
 
     void AddIdentity(const OvProducer::PortFacts& facts);
     void AddTime();
@@ -130,7 +130,7 @@ private:
 void Builder::AddIdentity(const OvProducer::PortFacts& facts) {
     const std::string texts[] = {facts.vendor, facts.model, facts.version, "1.2.0",
                                  m_camera->Identity().serialNumber};
-    std::uint64_t address = 0x0000;
+    uint64_t address = 0x0000;
     for (const std::string& text : texts) {
         m_registers.AddText(address, 64, [text] { return text; });
         address += 64;
@@ -147,7 +147,7 @@ void Builder::AddIdentity(const OvProducer::PortFacts& facts) {
 }
 
 void Builder::AddTime() {
-    const auto latched = std::make_shared<std::atomic<std::int64_t>>(0);
+    const auto latched = std::make_shared<std::atomic<int64_t>>(0);
     const auto latch = [c = m_camera, latched] { *latched = c->Ticks(); };
     m_registers.AddCommand(0x0210, latch);
     m_registers.AddCommand(0x0214, [c = m_camera] { c->ResetTicks(); });
@@ -163,7 +163,7 @@ void Builder::AddSelectors() {
     for (const SelectorRegister& entry : SelectorRegisters()) {
         Number(
             entry.address, [c = m_camera, field = entry.field] { return c->Selectors().*field; },
-            [c = m_camera, entry](std::int64_t value) { c->Select(entry, value); });
+            [c = m_camera, entry](int64_t value) { c->Select(entry, value); });
     }
 }
 
@@ -172,7 +172,7 @@ void Builder::AddSettings() {
         Number(
             entry.address,
             [c = m_camera, field = entry.range.field] { return c->Settings().*field; },
-            [c = m_camera, range = entry.range](std::int64_t value) { c->Set(range, value); });
+            [c = m_camera, range = entry.range](int64_t value) { c->Set(range, value); });
     }
     for (const SettingRegister& entry : BinningRegisters()) {
         AddBinning(entry);
@@ -188,7 +188,7 @@ void Builder::AddFlips() {
             const CameraSettings settings = c->Settings();
             return settings.reverseX | settings.reverseY << 1;
         },
-        [c = m_camera](std::int64_t value) {
+        [c = m_camera](int64_t value) {
             RequireRange(value, 0, 3);
             c->Change(false, [&](CameraSettings& settings) {
                 settings.reverseX = value & 1;
@@ -207,7 +207,7 @@ void Builder::AddBinning(const SettingRegister& entry) {
     const SettingRange range = entry.range;
     Number(
         entry.address, [c = m_camera, range] { return c->Settings().*range.field; },
-        [c = m_camera, range](std::int64_t value) {
+        [c = m_camera, range](int64_t value) {
             RequireRange(value, range.min, range.max);
             const bool isLoading = c->IsLoading();
             c->Change(true, [&](CameraSettings& settings) {
@@ -224,13 +224,12 @@ void Builder::AddImageFacts() {
     Number(0x0300, [] { return kFullWidth; });
     Number(0x0304, [] { return kFullHeight; });
     Number(0x0308, [c = m_camera] {
-        const std::int64_t whole = kFullWidth / c->Settings().binningX;
+        const int64_t whole = kFullWidth / c->Settings().binningX;
         return whole - whole % 4;
     });
     Number(0x030C, [c = m_camera] { return kFullHeight / c->Settings().binningY; });
     Number(0x0340, [c = m_camera] {
-        return static_cast<std::int64_t>(
-            BitsOf(static_cast<PixelFormat>(c->Settings().pixelFormat)));
+        return static_cast<int64_t>(BitsOf(static_cast<PixelFormat>(c->Settings().pixelFormat)));
     });
     Number(0x0344, [c = m_camera] {
         return Bool(IsBayer(static_cast<PixelFormat>(c->Settings().pixelFormat)));
@@ -253,14 +252,12 @@ void Builder::AddAcquisition() {
 }
 
 void Builder::AddAnalog() {
-    const auto selected = [c = m_camera] {
-        return static_cast<std::size_t>(c->Selectors().balance);
-    };
+    const auto selected = [c = m_camera] { return static_cast<size_t>(c->Selectors().balance); };
     Number(
         0x050C, [c = m_camera, selected] { return c->Settings().balance[selected()]; },
-        [c = m_camera, selected](std::int64_t value) {
+        [c = m_camera, selected](int64_t value) {
             RequireRange(value, 0, 65535);
-            const std::size_t channel = selected();
+            const size_t channel = selected();
             c->Change(false, [&](CameraSettings& settings) { settings.balance[channel] = value; });
         });
     // White is known here without looking at a frame.
@@ -276,12 +273,11 @@ void Builder::AddLut() {
         0x0608,
         [c = m_camera] {
             const auto table = c->Settings().lut;
-            return static_cast<std::int64_t>(
-                (*table)[static_cast<std::size_t>(c->Selectors().lutIndex)]);
+            return static_cast<int64_t>((*table)[static_cast<size_t>(c->Selectors().lutIndex)]);
         },
-        [c = m_camera](std::int64_t value) {
+        [c = m_camera](int64_t value) {
             RequireRange(value, 0, kTopLevel);
-            const std::int64_t index = c->Selectors().lutIndex;
+            const int64_t index = c->Selectors().lutIndex;
             c->Change(false, [&](CameraSettings& settings) {
                 settings.lut = WithEntry(*settings.lut, index, value);
             });
@@ -290,22 +286,22 @@ void Builder::AddLut() {
 }
 
 void Builder::AddUserSets() {
-    constexpr std::int64_t last = Camera::kUserSets - 1;
+    constexpr int64_t kLast = Camera::kUserSets - 1;
     m_registers.AddCommand(0x0704, [c = m_camera] { c->LoadUserSet(c->Selectors().userSet); });
     m_registers.AddCommand(0x0708, [c = m_camera] { c->SaveUserSet(c->Selectors().userSet); });
     Number(
         0x070C, [c = m_camera] { return c->UserSetDefault(); },
-        [c = m_camera](std::int64_t value) {
-            RequireRange(value, 0, last);
+        [c = m_camera](int64_t value) {
+            RequireRange(value, 0, kLast);
             c->SetUserSetDefault(value);
         });
 }
 
 void Builder::AddTransport() {
-    Number(0x0800, [c = m_camera] { return static_cast<std::int64_t>(c->PayloadSize()); });
+    Number(0x0800, [c = m_camera] { return static_cast<int64_t>(c->PayloadSize()); });
     Number(
         0x0804, [c = m_camera] { return Bool(c->ParamsLocked()); },
-        [c = m_camera](std::int64_t value) {
+        [c = m_camera](int64_t value) {
             RequireRange(value, 0, 1);
             c->SetParamsLocked(value != 0);
         });
@@ -324,14 +320,13 @@ void Builder::AddDropOff() {
     m_registers.AddCommand(0x0A20, [c = m_camera] { c->DropOff(); });
 }
 
-void Builder::SelectedBit(std::uint64_t address, SelectorField which,
-                          std::int64_t CameraSettings::*field, bool shapesFrame,
-                          std::int64_t fixed) {
+void Builder::SelectedBit(uint64_t address, SelectorField which, int64_t CameraSettings::*field,
+                          bool shapesFrame, int64_t fixed) {
     Number(
         address,
         [c = m_camera, which, field] { return c->Settings().*field >> c->Selectors().*which & 1; },
-        [c = m_camera, which, field, shapesFrame, fixed](std::int64_t value) {
-            const std::int64_t bit = c->Selectors().*which;
+        [c = m_camera, which, field, shapesFrame, fixed](int64_t value) {
+            const int64_t bit = c->Selectors().*which;
             RequireRange(value, fixed >> bit & 1, 1);
             c->Change(shapesFrame, [&](CameraSettings& settings) {
                 settings.*field &= ~BitOf(bit);

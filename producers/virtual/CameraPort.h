@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// The registers of a virtual camera, as descriptions/VirtualCamera.xml maps
 /// them.
-#ifndef OV_VIRTUAL_CAMERA_PORT_H
-#define OV_VIRTUAL_CAMERA_PORT_H
 
 #include <memory>
 
@@ -16,5 +14,3 @@ std::unique_ptr<OvProducer::Port> MakeCameraPort(const std::shared_ptr<Camera>& 
                                                  const OvProducer::PortFacts& facts);
 
 }  // namespace OvVirtual
-
-#endif

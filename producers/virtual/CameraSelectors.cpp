@@ -11,7 +11,7 @@ namespace {
 using Selectors = CameraSelectors;
 
 template <class Choices>
-constexpr std::int64_t kLast = static_cast<std::int64_t>(Choices::Count) - 1;
+constexpr int64_t kLast = static_cast<int64_t>(Choices::Count) - 1;
 
 constexpr SelectorRegister kSelectors[] = {
     {0x0200, &Selectors::temperature, 1},

@@ -13,23 +13,23 @@ constexpr double kFrameOverhead = 100e-6;
 
 std::shared_ptr<const LookUpTable> StraightTable() {
     auto table = std::make_shared<LookUpTable>();
-    for (std::size_t i = 0; i < table->size(); ++i) {
-        (*table)[i] = static_cast<std::uint16_t>(i);
+    for (size_t i = 0; i < table->size(); ++i) {
+        (*table)[i] = static_cast<uint16_t>(i);
     }
     return table;
 }
 
 /// Largest multiple of `step` that is not above `value`.
-std::int64_t RoundDown(std::int64_t value, std::int64_t step) {
+int64_t RoundDown(int64_t value, int64_t step) {
     return value - value % step;
 }
 
-void Fit(std::int64_t& size, std::int64_t& offset, std::int64_t before, std::int64_t now,
-         std::int64_t sensor, std::int64_t step, std::int64_t least) {
-    const std::int64_t whole = RoundDown(sensor / now, step);
+void Fit(int64_t& size, int64_t& offset, int64_t before, int64_t now, int64_t sensor, int64_t step,
+         int64_t least) {
+    const int64_t whole = RoundDown(sensor / now, step);
     offset = RoundDown(offset * before / now, step);
     size = std::clamp(RoundDown(size * before / now, step), least, whole);
-    offset = std::clamp<std::int64_t>(offset, 0, whole - size);
+    offset = std::clamp<int64_t>(offset, 0, whole - size);
 }
 
 }  // namespace
@@ -37,8 +37,8 @@ void Fit(std::int64_t& size, std::int64_t& offset, std::int64_t before, std::int
 CameraSettings FactorySettings(bool color) {
     CameraSettings settings;
     if (color) {
-        settings.pixelFormat = static_cast<std::int64_t>(PixelFormat::BayerRG8);
-        for (std::size_t channel = 0; channel < 3; ++channel) {
+        settings.pixelFormat = static_cast<int64_t>(PixelFormat::BayerRG8);
+        for (size_t channel = 0; channel < 3; ++channel) {
             settings.balance[channel] = std::lround(kBalanceOne / kSensitivity[channel]);
         }
     }
@@ -50,12 +50,12 @@ FrameSettings FrameSettingsOf(const CameraSettings& settings, bool color, unsign
     FrameSettings frame;
     frame.camera = camera;
     frame.color = color;
-    frame.width = static_cast<std::size_t>(settings.width);
-    frame.height = static_cast<std::size_t>(settings.height);
-    frame.offsetX = static_cast<std::size_t>(settings.offsetX);
-    frame.offsetY = static_cast<std::size_t>(settings.offsetY);
-    frame.binningX = static_cast<std::size_t>(settings.binningX);
-    frame.binningY = static_cast<std::size_t>(settings.binningY);
+    frame.width = static_cast<size_t>(settings.width);
+    frame.height = static_cast<size_t>(settings.height);
+    frame.offsetX = static_cast<size_t>(settings.offsetX);
+    frame.offsetY = static_cast<size_t>(settings.offsetY);
+    frame.binningX = static_cast<size_t>(settings.binningX);
+    frame.binningY = static_cast<size_t>(settings.binningY);
     frame.sumX = settings.binningModeX == 0;
     frame.sumY = settings.binningModeY == 0;
     frame.reverseX = settings.reverseX != 0;
@@ -64,7 +64,7 @@ FrameSettings FrameSettingsOf(const CameraSettings& settings, bool color, unsign
     frame.exposure = static_cast<double>(settings.exposure) / kExposureTicksPerMicrosecond;
     frame.gain = static_cast<double>(settings.gain) / kGainStepsPerDecibel;
     frame.blackLevel = static_cast<double>(settings.blackLevel) / kBlackLevelStepsPerLevel;
-    for (std::size_t channel = 0; color && channel < 3; ++channel) {
+    for (size_t channel = 0; color && channel < 3; ++channel) {
         frame.balance[channel] = static_cast<double>(settings.balance[channel]) / kBalanceOne;
     }
     frame.gamma = settings.gammaEnable != 0 ? static_cast<double>(settings.gamma) / kGammaOne : 1.0;

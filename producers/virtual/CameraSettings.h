@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// The settings of a virtual camera, as its registers hold them.
-#ifndef OV_VIRTUAL_CAMERA_SETTINGS_H
-#define OV_VIRTUAL_CAMERA_SETTINGS_H
 
 #include <array>
 #include <cstdint>
@@ -11,12 +9,12 @@
 
 namespace OvVirtual {
 
-enum class AcquisitionMode : std::int64_t { Continuous = 0, SingleFrame = 1, MultiFrame = 2 };
-enum class TriggerSource : std::int64_t { Software = 0, Line0 = 1 };
+enum class AcquisitionMode : int64_t { Continuous = 0, SingleFrame = 1, MultiFrame = 2 };
+enum class TriggerSource : int64_t { Software = 0, Line0 = 1 };
 
 // The whole sensor, as the registers count it.
-constexpr auto kFullWidth = static_cast<std::int64_t>(kSensorWidth);
-constexpr auto kFullHeight = static_cast<std::int64_t>(kSensorHeight);
+constexpr auto kFullWidth = static_cast<int64_t>(kSensorWidth);
+constexpr auto kFullHeight = static_cast<int64_t>(kSensorHeight);
 
 // Units of the registers.
 constexpr double kExposureTicksPerMicrosecond = 2;
@@ -28,43 +26,43 @@ constexpr double kFrameRateStepsPerHertz = 1000;
 
 /// Where a setting of many switches has that of a chunk or an event.
 template <class Entry>
-constexpr std::int64_t BitOf(Entry entry) {
-    return std::int64_t{1} << static_cast<std::int64_t>(entry);
+constexpr int64_t BitOf(Entry entry) {
+    return int64_t{1} << static_cast<int64_t>(entry);
 }
 
 /// What a user set stores. Every field is a register's value.
 struct CameraSettings {
-    std::int64_t width = kSensorWidth;
-    std::int64_t height = kSensorHeight;
-    std::int64_t offsetX = 0;
-    std::int64_t offsetY = 0;
-    std::int64_t binningX = 1;
-    std::int64_t binningY = 1;
-    std::int64_t binningModeX = 1;  ///< 0 sum, 1 average
-    std::int64_t binningModeY = 1;
-    std::int64_t reverseX = 0;
-    std::int64_t reverseY = 0;
-    std::int64_t pixelFormat = static_cast<std::int64_t>(PixelFormat::Mono8);
-    std::int64_t testPattern = 0;
-    std::int64_t acquisitionMode = 0;
-    std::int64_t frameCount = 1;     ///< of a multi-frame acquisition
-    std::int64_t frameRateMode = 1;  ///< 0 as fast as it goes, 1 at the frame rate
-    std::int64_t frameRate = 30000;  ///< thousandths of a frame per second
-    std::int64_t triggerMode = 0;    ///< 0 off, 1 on
-    std::int64_t triggerSource = 0;
-    std::int64_t triggerActivation = 0;  ///< 0 rising, 1 falling edge
-    std::int64_t exposure = 20000;       ///< half microseconds
-    std::int64_t gain = 0;               ///< tenths of a decibel
-    std::int64_t blackLevel = 0;         ///< sixteenths of a level
-    std::array<std::int64_t, 3> balance = {4096, 4096, 4096};
-    std::int64_t gammaEnable = 0;
-    std::int64_t gamma = 100;  ///< hundredths
-    std::int64_t lutEnable = 0;
-    std::int64_t chunkMode = 0;              ///< 1: data follow the image
-    std::int64_t chunksEnabled = 63;         ///< the bits of chunks (see Chunks.h)
-    std::int64_t eventsEnabled = 0;          ///< the bits of events (see CameraEvents.h)
-    std::int64_t dropOffTime = 1000;         ///< off the bus, milliseconds
-    std::int64_t dropOffFrames = 0;          ///< frames before the camera drops off; 0: it stays
+    int64_t width = kSensorWidth;
+    int64_t height = kSensorHeight;
+    int64_t offsetX = 0;
+    int64_t offsetY = 0;
+    int64_t binningX = 1;
+    int64_t binningY = 1;
+    int64_t binningModeX = 1;  ///< 0 sum, 1 average
+    int64_t binningModeY = 1;
+    int64_t reverseX = 0;
+    int64_t reverseY = 0;
+    int64_t pixelFormat = static_cast<int64_t>(PixelFormat::Mono8);
+    int64_t testPattern = 0;
+    int64_t acquisitionMode = 0;
+    int64_t frameCount = 1;     ///< of a multi-frame acquisition
+    int64_t frameRateMode = 1;  ///< 0 as fast as it goes, 1 at the frame rate
+    int64_t frameRate = 30000;  ///< thousandths of a frame per second
+    int64_t triggerMode = 0;    ///< 0 off, 1 on
+    int64_t triggerSource = 0;
+    int64_t triggerActivation = 0;  ///< 0 rising, 1 falling edge
+    int64_t exposure = 20000;       ///< half microseconds
+    int64_t gain = 0;               ///< tenths of a decibel
+    int64_t blackLevel = 0;         ///< sixteenths of a level
+    std::array<int64_t, 3> balance = {4096, 4096, 4096};
+    int64_t gammaEnable = 0;
+    int64_t gamma = 100;  ///< hundredths
+    int64_t lutEnable = 0;
+    int64_t chunkMode = 0;                   ///< 1: data follow the image
+    int64_t chunksEnabled = 63;              ///< the bits of chunks (see Chunks.h)
+    int64_t eventsEnabled = 0;               ///< the bits of events (see CameraEvents.h)
+    int64_t dropOffTime = 1000;              ///< off the bus, milliseconds
+    int64_t dropOffFrames = 0;               ///< frames before the camera drops off; 0: it stays
     std::shared_ptr<const LookUpTable> lut;  ///< never null in a camera
 };
 
@@ -76,10 +74,10 @@ FrameSettings FrameSettingsOf(const CameraSettings& settings, bool color, unsign
 
 /// A field with the values that it takes; `step` counts from `min`.
 struct SettingRange {
-    std::int64_t CameraSettings::*field;
-    std::int64_t min;
-    std::int64_t max;
-    std::int64_t step;
+    int64_t CameraSettings::*field;
+    int64_t min;
+    int64_t max;
+    int64_t step;
     bool shapesFrame;  ///< fixed while frames flow
 };
 
@@ -101,5 +99,3 @@ double ShortestFrameTime(const CameraSettings& settings);
 double FrameTime(const CameraSettings& settings);
 
 }  // namespace OvVirtual
-
-#endif

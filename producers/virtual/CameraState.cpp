@@ -14,8 +14,8 @@ namespace {
 constexpr const char* kFormat = "oviapi-virtual-camera-5";
 /// Tells a whole text from one whose last number is cut off.
 constexpr const char* kEnd = "end";
-constexpr std::int64_t kBalanceMax = 65535;
-constexpr std::size_t kUserIdMax = 64;
+constexpr int64_t kBalanceMax = 65535;
+constexpr size_t kUserIdMax = 64;
 
 template <typename Do>
 void ForEachRegister(const Do& run) {
@@ -31,10 +31,10 @@ void Write(std::ostream& out, const CameraSettings& settings) {
     ForEachRegister([&](const SettingRegister& entry) {
         out << entry.address << ' ' << settings.*entry.range.field << '\n';
     });
-    for (const std::int64_t factor : settings.balance) {
+    for (const int64_t factor : settings.balance) {
         out << factor << ' ';
     }
-    for (const std::uint16_t level : *settings.lut) {
+    for (const uint16_t level : *settings.lut) {
         out << level << ' ';
     }
     out << '\n';
@@ -47,8 +47,8 @@ void Write(std::ostream& out, const CameraSelectors& selectors) {
 }
 
 /// Reads a number; one out of the range fails the stream.
-std::int64_t ReadNumber(std::istream& in, std::int64_t min, std::int64_t max) {
-    std::int64_t value = 0;
+int64_t ReadNumber(std::istream& in, int64_t min, int64_t max) {
+    int64_t value = 0;
     in >> value;
     if (value < min || value > max) {
         in.setstate(std::ios::failbit);
@@ -57,8 +57,8 @@ std::int64_t ReadNumber(std::istream& in, std::int64_t min, std::int64_t max) {
     return value;
 }
 
-void ReadAddress(std::istream& in, std::uint64_t address) {
-    ReadNumber(in, static_cast<std::int64_t>(address), static_cast<std::int64_t>(address));
+void ReadAddress(std::istream& in, uint64_t address) {
+    ReadNumber(in, static_cast<int64_t>(address), static_cast<int64_t>(address));
 }
 
 void Read(std::istream& in, CameraSelectors& selectors) {
@@ -71,7 +71,7 @@ void Read(std::istream& in, CameraSelectors& selectors) {
 void ReadRegister(std::istream& in, const SettingRegister& entry, CameraSettings& settings) {
     const SettingRange& range = entry.range;
     ReadAddress(in, entry.address);
-    const std::int64_t value = ReadNumber(in, range.min, range.max);
+    const int64_t value = ReadNumber(in, range.min, range.max);
     if ((value - range.min) % range.step != 0) {
         in.setstate(std::ios::failbit);
     }
@@ -80,12 +80,12 @@ void ReadRegister(std::istream& in, const SettingRegister& entry, CameraSettings
 
 void Read(std::istream& in, bool color, CameraSettings& settings) {
     ForEachRegister([&](const SettingRegister& entry) { ReadRegister(in, entry, settings); });
-    for (std::int64_t& factor : settings.balance) {
+    for (int64_t& factor : settings.balance) {
         factor = ReadNumber(in, 0, kBalanceMax);
     }
     auto table = std::make_shared<LookUpTable>();
-    for (std::uint16_t& level : *table) {
-        level = static_cast<std::uint16_t>(ReadNumber(in, 0, kTopLevel));
+    for (uint16_t& level : *table) {
+        level = static_cast<uint16_t>(ReadNumber(in, 0, kTopLevel));
     }
     settings.lut = std::move(table);
     try {
@@ -120,11 +120,11 @@ std::byte ReadByte(std::istream& in) {
 }
 
 void Read(std::istream& in, std::optional<CameraFiles::Content>& file) {
-    const std::int64_t length = ReadNumber(in, -1, CameraFiles::kUserFileMax);
+    const int64_t length = ReadNumber(in, -1, CameraFiles::kUserFileMax);
     if (length < 0) {
         return;
     }
-    file.emplace(static_cast<std::size_t>(length));
+    file.emplace(static_cast<size_t>(length));
     std::ranges::generate(*file, [&] { return ReadByte(in); });
 }
 
@@ -143,7 +143,7 @@ std::string ToText(const CameraState& state) {
     out << kFormat << ' ' << std::quoted(state.userId) << ' ' << state.userSetDefault << '\n';
     Write(out, state.selectors);
     Write(out, state.settings);
-    for (std::size_t set = 1; set < CameraState::kUserSets; ++set) {
+    for (size_t set = 1; set < CameraState::kUserSets; ++set) {
         Write(out, state.userSets[set]);
     }
     Write(out, state.userFile);
@@ -160,7 +160,7 @@ std::optional<CameraState> StateFromText(const std::string& text, bool color) {
     state.userSetDefault = ReadNumber(in, 0, CameraState::kUserSets - 1);
     Read(in, state.selectors);
     Read(in, color, state.settings);
-    for (std::size_t set = 1; set < CameraState::kUserSets; ++set) {
+    for (size_t set = 1; set < CameraState::kUserSets; ++set) {
         Read(in, color, state.userSets[set]);
     }
     Read(in, state.userFile);

@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// What a camera keeps while nobody has it open, and its form as text.
-#ifndef OV_VIRTUAL_CAMERA_STATE_H
-#define OV_VIRTUAL_CAMERA_STATE_H
 
 #include <array>
 #include <cstdint>
@@ -16,12 +14,12 @@ namespace OvVirtual {
 
 struct CameraState {
     /// Sets: 0 the factory's, 1 and 2 the user's.
-    static constexpr std::size_t kUserSets = 3;
+    static constexpr size_t kUserSets = 3;
 
     CameraSettings settings;
     std::array<CameraSettings, kUserSets> userSets;
     CameraSelectors selectors;
-    std::int64_t userSetDefault = 0;
+    int64_t userSetDefault = 0;
     std::string userId;
     std::optional<CameraFiles::Content> userFile;  ///< empty when it isn't there
 };
@@ -39,5 +37,3 @@ std::string ToText(const CameraState& state);
 std::optional<CameraState> StateFromText(const std::string& text, bool color);
 
 }  // namespace OvVirtual
-
-#endif

@@ -9,28 +9,28 @@ namespace OvVirtual {
 namespace {
 
 /// Identifier and length.
-constexpr std::size_t kTrailerSize = 8;
+constexpr size_t kTrailerSize = 8;
 /// The layout counts in words.
-constexpr std::size_t kWord = 4;
+constexpr size_t kWord = 4;
 
 struct ValueChunk {
     Chunk chunk;
-    std::size_t length;
-    std::uint64_t (*bits)(const ChunkValues& values);
+    size_t length;
+    uint64_t (*bits)(const ChunkValues& values);
 };
 
 constexpr ValueChunk kValueChunks[] = {
     {Chunk::FrameId, 8, [](const ChunkValues& values) { return values.frameId; }},
     {Chunk::Timestamp, 8, [](const ChunkValues& values) { return values.timestamp; }},
     {Chunk::ExposureTime, 8,
-     [](const ChunkValues& values) { return std::bit_cast<std::uint64_t>(values.exposure); }},
+     [](const ChunkValues& values) { return std::bit_cast<uint64_t>(values.exposure); }},
     {Chunk::Gain, 8,
-     [](const ChunkValues& values) { return std::bit_cast<std::uint64_t>(values.gain); }},
+     [](const ChunkValues& values) { return std::bit_cast<uint64_t>(values.gain); }},
     {Chunk::LineStatusAll, 4,
-     [](const ChunkValues& values) { return std::uint64_t{values.lineStatus}; }},
+     [](const ChunkValues& values) { return uint64_t{values.lineStatus}; }},
 };
 
-std::size_t WholeWords(std::size_t size) {
+size_t WholeWords(size_t size) {
     return (size + kWord - 1) / kWord * kWord;
 }
 
@@ -39,23 +39,23 @@ class ChunkWriter {
 public:
     explicit ChunkWriter(std::span<std::byte> memory) : m_memory(memory) {}
 
-    void Number(std::uint64_t value, std::size_t length) {
+    void Number(uint64_t value, size_t length) {
         PutBigEndian(m_memory.subspan(m_position, length), value);
         m_position += length;
     }
     /// What lies between the last chunk and here becomes a chunk.
     void Close(Chunk chunk) {
-        const std::size_t length = m_position - m_begin;
-        m_chunks.push_back({ChunkId(chunk), static_cast<std::int64_t>(m_begin), length});
+        const size_t length = m_position - m_begin;
+        m_chunks.push_back({ChunkId(chunk), static_cast<int64_t>(m_begin), length});
         Number(ChunkId(chunk), kTrailerSize / 2);
         Number(length, kTrailerSize / 2);
         m_begin = m_position;
     }
     /// The image, which is there already, is filled up to whole words.
-    void CloseImage(std::size_t size) {
-        const std::size_t end = WholeWords(size);
-        std::fill(m_memory.begin() + static_cast<std::ptrdiff_t>(size),
-                  m_memory.begin() + static_cast<std::ptrdiff_t>(end), std::byte{0});
+    void CloseImage(size_t size) {
+        const size_t end = WholeWords(size);
+        std::fill(m_memory.begin() + static_cast<ptrdiff_t>(size),
+                  m_memory.begin() + static_cast<ptrdiff_t>(end), std::byte{0});
         m_position = end;
         Close(Chunk::Image);
     }
@@ -63,22 +63,22 @@ public:
 
 private:
     std::span<std::byte> m_memory;
-    std::size_t m_begin = 0;
-    std::size_t m_position = 0;
+    size_t m_begin = 0;
+    size_t m_position = 0;
     std::vector<GenTL::S_SINGLE_CHUNK_DATA> m_chunks;
 };
 
 }  // namespace
 
-std::uint32_t LineStatus(const CameraSettings& settings) {
+uint32_t LineStatus(const CameraSettings& settings) {
     return settings.triggerActivation == 0 ? 0 : 1;
 }
 
-std::size_t PayloadSize(const CameraSettings& settings, std::size_t imageSize) {
+size_t PayloadSize(const CameraSettings& settings, size_t imageSize) {
     if (settings.chunkMode == 0) {
         return imageSize;
     }
-    std::size_t size = WholeWords(imageSize) + kTrailerSize;
+    size_t size = WholeWords(imageSize) + kTrailerSize;
     for (const ValueChunk& entry : kValueChunks) {
         if ((settings.chunksEnabled & BitOf(entry.chunk)) != 0) {
             size += entry.length + kTrailerSize;
@@ -87,9 +87,8 @@ std::size_t PayloadSize(const CameraSettings& settings, std::size_t imageSize) {
     return size;
 }
 
-std::vector<GenTL::S_SINGLE_CHUNK_DATA> AppendChunks(std::span<std::byte> memory,
-                                                     std::size_t imageSize, std::int64_t enabled,
-                                                     const ChunkValues& values) {
+std::vector<GenTL::S_SINGLE_CHUNK_DATA> AppendChunks(std::span<std::byte> memory, size_t imageSize,
+                                                     int64_t enabled, const ChunkValues& values) {
     ChunkWriter writer(memory);
     writer.CloseImage(imageSize);
     for (const ValueChunk& entry : kValueChunks) {

@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// What the environment says of the virtual cameras; README.md lists it.
-#ifndef OV_VIRTUAL_ENVIRONMENT_H
-#define OV_VIRTUAL_ENVIRONMENT_H
 
 #include <filesystem>
 #include <optional>
@@ -21,5 +19,3 @@ struct Environment {
 Environment ReadEnvironment();
 
 }  // namespace OvVirtual
-
-#endif

@@ -18,7 +18,7 @@ std::string FactoryCalibration(const CameraIdentity& identity) {
         constexpr const char* colors[] = {"Red", "Green", "Blue"};
         const CameraSettings factory = FactorySettings(true);
         out << std::fixed << std::setprecision(4);
-        for (std::size_t i = 0; i < factory.balance.size(); ++i) {
+        for (size_t i = 0; i < factory.balance.size(); ++i) {
             const double ratio = static_cast<double>(factory.balance[i]) / kBalanceOne;
             out << "Sensitivity" << colors[i] << '=' << kSensitivity[i] << "\nBalance" << colors[i]
                 << '=' << ratio << '\n';

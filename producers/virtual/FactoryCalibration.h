@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// What the factory measured of a virtual camera.
-#ifndef OV_VIRTUAL_FACTORY_CALIBRATION_H
-#define OV_VIRTUAL_FACTORY_CALIBRATION_H
 
 #include <string>
 
@@ -14,5 +12,3 @@ struct CameraIdentity;
 std::string FactoryCalibration(const CameraIdentity& identity);
 
 }  // namespace OvVirtual
-
-#endif

@@ -10,18 +10,18 @@ namespace {
 
 using OvProducer::RegisterSpace;
 
-constexpr std::uint64_t kMode = 0x0908;
-constexpr std::uint64_t kExecute = 0x090C;
-constexpr std::uint64_t kStatus = 0x091C;
-constexpr std::uint64_t kResult = 0x0920;
-constexpr std::uint64_t kSize = 0x0924;
-constexpr std::uint64_t kBuffer = 0x4000;
+constexpr uint64_t kMode = 0x0908;
+constexpr uint64_t kExecute = 0x090C;
+constexpr uint64_t kStatus = 0x091C;
+constexpr uint64_t kResult = 0x0920;
+constexpr uint64_t kSize = 0x0924;
+constexpr uint64_t kBuffer = 0x4000;
 
 /// What the next operation does.
 struct FileParameters {
-    std::atomic<std::int64_t> mode = 0;
-    std::atomic<std::int64_t> offset = 0;
-    std::atomic<std::int64_t> length = CameraFiles::kBufferLength;
+    std::atomic<int64_t> mode = 0;
+    std::atomic<int64_t> offset = 0;
+    std::atomic<int64_t> length = CameraFiles::kBufferLength;
 
     FileRequest Request(const CameraSelectors& selectors) const {
         return {static_cast<FileName>(selectors.file),
@@ -32,9 +32,9 @@ struct FileParameters {
 
 /// These take every number: the operation tells whether it makes sense.
 struct Amount {
-    std::uint64_t address;
-    std::atomic<std::int64_t> FileParameters::*field;
-    std::size_t length;
+    uint64_t address;
+    std::atomic<int64_t> FileParameters::*field;
+    size_t length;
 };
 
 constexpr Amount kAmounts[] = {
@@ -46,13 +46,13 @@ class FileBuffer : public OvProducer::RegisterRange {
 public:
     explicit FileBuffer(std::shared_ptr<Camera> camera) : m_camera(std::move(camera)) {}
 
-    std::size_t Length() const override { return CameraFiles::kBufferLength; }
+    size_t Length() const override { return CameraFiles::kBufferLength; }
 
-    void Read(std::size_t offset, std::span<std::byte> out) const override {
+    void Read(size_t offset, std::span<std::byte> out) const override {
         m_camera->Files().ReadBuffer(offset, out);
     }
 
-    void Write(std::size_t offset, std::span<const std::byte> in) override {
+    void Write(size_t offset, std::span<const std::byte> in) override {
         m_camera->Files().WriteBuffer(offset, in);
     }
 
@@ -63,15 +63,15 @@ private:
 void AddParameters(RegisterSpace& registers, const std::shared_ptr<FileParameters>& parameters) {
     registers.AddInteger(
         kMode, 4, [p = parameters] { return p->mode.load(); },
-        [p = parameters](std::int64_t value) {
-            RequireRange(value, 0, static_cast<std::int64_t>(FileOpenMode::Count) - 1);
+        [p = parameters](int64_t value) {
+            RequireRange(value, 0, static_cast<int64_t>(FileOpenMode::Count) - 1);
             p->mode = value;
         });
     for (const Amount& amount : kAmounts) {
         registers.AddInteger(
             amount.address, amount.length,
             [p = parameters, field = amount.field] { return ((*p).*field).load(); },
-            [p = parameters, field = amount.field](std::int64_t value) { (*p).*field = value; });
+            [p = parameters, field = amount.field](int64_t value) { (*p).*field = value; });
     }
 }
 
@@ -83,13 +83,12 @@ void AddFileRegisters(RegisterSpace& registers, const std::shared_ptr<Camera>& c
     registers.AddCommand(kExecute, [camera, parameters] {
         camera->Files().Execute(parameters->Request(camera->Selectors()));
     });
-    registers.AddInteger(kStatus, 4, [camera] {
-        return static_cast<std::int64_t>(camera->Files().Outcome().status);
-    });
+    registers.AddInteger(
+        kStatus, 4, [camera] { return static_cast<int64_t>(camera->Files().Outcome().status); });
     registers.AddInteger(kResult, 4, [camera] { return camera->Files().Outcome().count; });
     registers.AddInteger(kSize, 4, [camera] {
         const auto file = static_cast<FileName>(camera->Selectors().file);
-        return static_cast<std::int64_t>(camera->Files().Size(file));
+        return static_cast<int64_t>(camera->Files().Size(file));
     });
     registers.Add(kBuffer, std::make_unique<FileBuffer>(camera));
 }

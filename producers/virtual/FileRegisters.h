@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// The registers that reach the files of a virtual camera.
-#ifndef OV_VIRTUAL_FILE_REGISTERS_H
-#define OV_VIRTUAL_FILE_REGISTERS_H
 
 #include <memory>
 
@@ -15,5 +13,3 @@ namespace OvVirtual {
 void AddFileRegisters(OvProducer::RegisterSpace& registers, const std::shared_ptr<Camera>& camera);
 
 }  // namespace OvVirtual
-
-#endif

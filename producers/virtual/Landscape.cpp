@@ -72,8 +72,8 @@ void Meadow(float u, float v, Color& color) {
     const float grass = Rough(u * 210, v * 90, 3);
     color = Mix({0.42F, 0.60F, 0.20F}, {0.24F, 0.46F, 0.12F}, depth);
     color = Scale(color, 0.70F + 0.6F * grass);
-    const auto cellX = static_cast<std::int32_t>(u * 160);
-    const auto cellY = static_cast<std::int32_t>(v * 134);
+    const auto cellX = static_cast<int32_t>(u * 160);
+    const auto cellY = static_cast<int32_t>(v * 134);
     const bool flower = depth > 0.35F && Scatter(cellX, cellY) > 0.965F;
     const float du = u * 160 - static_cast<float>(cellX) - 0.5F;
     const float dv = v * 134 - static_cast<float>(cellY) - 0.5F;
@@ -146,7 +146,7 @@ void Tree(float u, float v, Color& color) {
 
 /// Four rows of six colours, as photographers use them to judge a picture:
 /// natural colours, mixed ones, primaries, and greys.
-constexpr std::uint8_t kChart[24][3] = {
+constexpr uint8_t kChart[24][3] = {
     {115, 82, 68},   {194, 150, 130}, {98, 122, 157}, {87, 108, 67},   {133, 128, 177},
     {103, 189, 170}, {214, 126, 44},  {80, 91, 166},  {193, 90, 99},   {94, 60, 108},
     {157, 188, 64},  {224, 163, 46},  {56, 61, 150},  {70, 148, 73},   {175, 54, 60},
@@ -168,8 +168,7 @@ void Chart(float u, float v, Color& color) {
     const bool patch = Within(column, 0, 6) && Within(row, 0, 4) &&
                        std::fmod(column, 1.0F) < 0.90F && std::fmod(row, 1.0F) < 0.90F;
     if (patch) {
-        const auto& rgb =
-            kChart[static_cast<std::size_t>(row) * 6 + static_cast<std::size_t>(column)];
+        const auto& rgb = kChart[static_cast<size_t>(row) * 6 + static_cast<size_t>(column)];
         color = {static_cast<float>(rgb[0]) / 255, static_cast<float>(rgb[1]) / 255,
                  static_cast<float>(rgb[2]) / 255};
     }
@@ -177,7 +176,7 @@ void Chart(float u, float v, Color& color) {
 
 }  // namespace
 
-Color LandscapeAt(std::size_t x, std::size_t y) {
+Color LandscapeAt(size_t x, size_t y) {
     const float u = (static_cast<float>(x) + 0.5F) / static_cast<float>(kSensorWidth);
     const float v = (static_cast<float>(y) + 0.5F) / static_cast<float>(kSensorHeight);
     Color color;

@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// Smooth random functions, the same in every run: the roughness of hills,
 /// clouds, and grass.
-#ifndef OV_VIRTUAL_NOISE_H
-#define OV_VIRTUAL_NOISE_H
 
 #include <cmath>
 #include <cstdint>
@@ -10,9 +8,8 @@
 namespace OvVirtual {
 
 /// 0 to 1, unrelated for neighbouring arguments.
-inline float Scatter(std::int32_t x, std::int32_t y) {
-    auto h =
-        static_cast<std::uint32_t>(x) * 0x9E3779B1U ^ static_cast<std::uint32_t>(y) * 0x85EBCA77U;
+inline float Scatter(int32_t x, int32_t y) {
+    auto h = static_cast<uint32_t>(x) * 0x9E3779B1U ^ static_cast<uint32_t>(y) * 0x85EBCA77U;
     h ^= h >> 15;
     h *= 0x2C1B3C6DU;
     h ^= h >> 12;
@@ -31,8 +28,8 @@ inline float Step(float low, float high, float value) {
 inline float Noise(float x, float y) {
     const float fx = std::floor(x);
     const float fy = std::floor(y);
-    const auto ix = static_cast<std::int32_t>(fx);
-    const auto iy = static_cast<std::int32_t>(fy);
+    const auto ix = static_cast<int32_t>(fx);
+    const auto iy = static_cast<int32_t>(fy);
     const float tx = Step(0, 1, x - fx);
     const float ty = Step(0, 1, y - fy);
     const float upper = Scatter(ix, iy) * (1 - tx) + Scatter(ix + 1, iy) * tx;
@@ -54,5 +51,3 @@ inline float Rough(float x, float y, int octaves) {
 }
 
 }  // namespace OvVirtual
-
-#endif

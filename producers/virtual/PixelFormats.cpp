@@ -44,7 +44,7 @@ std::byte Byte(unsigned value) {
 }
 
 /// Two little-endian bytes a pixel; `shift` to the left, or right if negative.
-void PutWide(std::span<const std::uint16_t> levels, int shift, std::byte* out) {
+void PutWide(std::span<const uint16_t> levels, int shift, std::byte* out) {
     for (const unsigned level : levels) {
         const unsigned value = shift >= 0 ? level << shift : level >> -shift;
         *out++ = Byte(value);
@@ -55,24 +55,24 @@ void PutWide(std::span<const std::uint16_t> levels, int shift, std::byte* out) {
 /// Three bytes for two pixels, the upper eight bits of each outside and the
 /// rest of both between them.
 template <unsigned bits>
-void PutPacked(std::span<const std::uint16_t> levels, std::byte* out) {
-    constexpr unsigned rest = bits - 8;
-    constexpr unsigned mask = (1U << rest) - 1;
-    for (std::size_t i = 0; i < levels.size(); i += 2) {
+void PutPacked(std::span<const uint16_t> levels, std::byte* out) {
+    constexpr unsigned kRest = bits - 8;
+    constexpr unsigned kMask = (1U << kRest) - 1;
+    for (size_t i = 0; i < levels.size(); i += 2) {
         const unsigned first = levels[i] >> (12 - bits);
         const unsigned second = levels[i + 1] >> (12 - bits);
-        *out++ = Byte(first >> rest);
-        *out++ = Byte((second & mask) << 4 | (first & mask));
-        *out++ = Byte(second >> rest);
+        *out++ = Byte(first >> kRest);
+        *out++ = Byte((second & kMask) << 4 | (first & kMask));
+        *out++ = Byte(second >> kRest);
     }
 }
 
 /// Pixels follow each other bit by bit, the lowest bit first.
 template <unsigned bits>
-void PutDense(std::span<const std::uint16_t> levels, std::byte* out) {
-    std::uint64_t pending = 0;
+void PutDense(std::span<const uint16_t> levels, std::byte* out) {
+    uint64_t pending = 0;
     unsigned count = 0;
-    for (const std::uint64_t level : levels) {
+    for (const uint64_t level : levels) {
         pending |= (level >> (12 - bits)) << count;
         for (count += bits; count >= 8; count -= 8) {
             *out++ = static_cast<std::byte>(pending);
@@ -93,7 +93,7 @@ bool Offers(bool color, PixelFormat format) {
     return facts != nullptr && (facts->bayer == color || format == PixelFormat::Mono8);
 }
 
-void PackRow(PixelFormat format, std::span<const std::uint16_t> levels, std::byte* out) {
+void PackRow(PixelFormat format, std::span<const uint16_t> levels, std::byte* out) {
     switch (FactsOf(format)->layout) {
         case Layout::Bits8:
             for (const unsigned level : levels) {

@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// The check of a number that a register takes.
-#ifndef OV_VIRTUAL_REQUIRE_RANGE_H
-#define OV_VIRTUAL_REQUIRE_RANGE_H
 
 #include <cstdint>
 
@@ -10,7 +8,7 @@
 namespace OvVirtual {
 
 /// -1019 unless the value lies in the range.
-inline void RequireRange(std::int64_t value, std::int64_t min, std::int64_t max) {
+inline void RequireRange(int64_t value, int64_t min, int64_t max) {
     if (value < min || value > max) {
         throw OvProducer::Failure(GenTL::GC_ERR_INVALID_VALUE,
                                   "The value is out of the register's range");
@@ -18,5 +16,3 @@ inline void RequireRange(std::int64_t value, std::int64_t min, std::int64_t max)
 }
 
 }  // namespace OvVirtual
-
-#endif

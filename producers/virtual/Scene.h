@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// Makes the frames of the virtual cameras. A frame depends on its settings and
 /// its number alone, so that whoever knows both can say what must be in it.
-#ifndef OV_VIRTUAL_SCENE_H
-#define OV_VIRTUAL_SCENE_H
 
 #include <array>
 #include <cstddef>
@@ -18,10 +16,10 @@
 namespace OvVirtual {
 
 /// Signals are 12 bits wide up to the packing into the pixel format.
-constexpr std::size_t kLevels = 4096;
-constexpr std::uint16_t kTopLevel = 4095;
+constexpr size_t kLevels = 4096;
+constexpr uint16_t kTopLevel = 4095;
 
-enum class TestPattern : std::int64_t {
+enum class TestPattern : int64_t {
     Off = 0,
     Black,
     White,
@@ -35,19 +33,19 @@ enum class TestPattern : std::int64_t {
     Count
 };
 
-using LookUpTable = std::array<std::uint16_t, kLevels>;
+using LookUpTable = std::array<uint16_t, kLevels>;
 
 /// All that shapes a frame. Sizes and offsets are in pixels of the image, that
 /// is after binning; widths are multiples of 4, heights and offsets of 2.
 struct FrameSettings {
     unsigned camera = 0;  ///< shifts what moves, so that two cameras differ
     bool color = true;    ///< the sensor has a colour filter, red and green first
-    std::size_t width = kSensorWidth;
-    std::size_t height = kSensorHeight;
-    std::size_t offsetX = 0;
-    std::size_t offsetY = 0;
-    std::size_t binningX = 1;  ///< 1, 2 or 4
-    std::size_t binningY = 1;
+    size_t width = kSensorWidth;
+    size_t height = kSensorHeight;
+    size_t offsetX = 0;
+    size_t offsetY = 0;
+    size_t binningX = 1;  ///< 1, 2 or 4
+    size_t binningY = 1;
     bool sumX = false;  ///< binned pixels are added, not averaged
     bool sumY = false;
     bool reverseX = false;
@@ -69,42 +67,40 @@ struct FrameSettings {
 constexpr std::array<double, 3> kSensitivity = {0.625, 1.0, 0.78125};
 
 /// Bytes of a frame.
-std::size_t FrameSize(const FrameSettings& settings);
+size_t FrameSize(const FrameSettings& settings);
 
 /// Renders frames; keeps tables and rows between frames. For one thread.
 class FrameRenderer {
 public:
     /// Writes the frame to `out`, which holds at least `FrameSize` bytes. False
     /// when it was broken off.
-    bool Render(const FrameSettings& settings, std::uint64_t frame, std::span<std::byte> out,
+    bool Render(const FrameSettings& settings, uint64_t frame, std::span<std::byte> out,
                 const std::stop_token& abort = {});
 
 private:
-    using Row = std::vector<std::uint16_t>;
+    using Row = std::vector<uint16_t>;
 
     void Prepare(const FrameSettings& settings);
-    void SignalRow(std::size_t y, Row& row);
-    void ExpandSensorRow(std::size_t y);
-    void ToneRow(std::size_t y, Row& row) const;
-    void PatternRow(std::size_t y, std::uint64_t frame, Row& row) const;
-    void FinishedRow(std::size_t y, std::uint64_t frame, Row& row);
+    void SignalRow(size_t y, Row& row);
+    void ExpandSensorRow(size_t y);
+    void ToneRow(size_t y, Row& row) const;
+    void PatternRow(size_t y, uint64_t frame, Row& row) const;
+    void FinishedRow(size_t y, uint64_t frame, Row& row);
     /// Each pixel is the mean of the quad that begins at it: one red, two green
     /// and one blue neighbour. The last line and column look back instead. Rows
     /// must come in their order.
-    void GreyRow(std::size_t y, std::uint64_t frame, Row& row);
+    void GreyRow(size_t y, uint64_t frame, Row& row);
 
     FrameSettings m_settings;
     bool m_prepared = false;
-    std::uint64_t m_moment = 0;
-    std::vector<std::size_t> m_columns;  ///< first sensor column of each image column
+    uint64_t m_moment = 0;
+    std::vector<size_t> m_columns;  ///< first sensor column of each image column
     std::array<LookUpTable, 3> m_tone{};
     Row m_sensorRow;
-    std::vector<std::uint32_t> m_sums;
+    std::vector<uint32_t> m_sums;
     Row m_row;
     Row m_current;  ///< of a grey image: this row and the next, still in colours
     Row m_next;
 };
 
 }  // namespace OvVirtual
-
-#endif

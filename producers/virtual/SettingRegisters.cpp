@@ -8,7 +8,7 @@ namespace {
 
 using Settings = CameraSettings;
 
-constexpr std::int64_t kPatterns = static_cast<std::int64_t>(TestPattern::Count);
+constexpr int64_t kPatterns = static_cast<int64_t>(TestPattern::Count);
 
 constexpr SettingRegister kSettings[] = {
     {0x0310, {&Settings::width, 16, kFullWidth, 4, true}},

@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// The registers that hold one setting each.
-#ifndef OV_VIRTUAL_SETTING_REGISTERS_H
-#define OV_VIRTUAL_SETTING_REGISTERS_H
 
 #include <cstdint>
 #include <span>
@@ -11,7 +9,7 @@
 namespace OvVirtual {
 
 struct SettingRegister {
-    std::uint64_t address;
+    uint64_t address;
     SettingRange range;
 };
 
@@ -22,5 +20,3 @@ std::span<const SettingRegister> SettingRegisters();
 std::span<const SettingRegister> BinningRegisters();
 
 }  // namespace OvVirtual
-
-#endif

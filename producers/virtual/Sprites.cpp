@@ -11,14 +11,14 @@ namespace {
 
 /// Fills a sprite by a function of the pixel that gives colour and cover.
 template <typename Paint>
-Sprite MakeSprite(std::size_t width, std::size_t height, Paint paint) {
+Sprite MakeSprite(size_t width, size_t height, Paint paint) {
     Sprite sprite;
     sprite.width = width;
     sprite.height = height;
     sprite.colors.resize(width * height);
     sprite.cover.resize(width * height);
-    for (std::size_t y = 0; y < height; ++y) {
-        for (std::size_t x = 0; x < width; ++x) {
+    for (size_t y = 0; y < height; ++y) {
+        for (size_t x = 0; x < width; ++x) {
             paint(static_cast<float>(x) + 0.5F, static_cast<float>(y) + 0.5F,
                   sprite.colors[y * width + x], sprite.cover[y * width + x]);
         }
@@ -48,10 +48,10 @@ void Box(float x, float y, float left, float top, float right, float bottom, con
 
 Sprite MakeBalloon() {
     return MakeSprite(220, 320, [](float x, float y, Color& color, float& cover) {
-        constexpr Color gores[] = {{0.85F, 0.12F, 0.12F},
-                                   {0.96F, 0.80F, 0.12F},
-                                   {0.14F, 0.30F, 0.75F},
-                                   {0.95F, 0.95F, 0.93F}};
+        constexpr Color kGores[] = {{0.85F, 0.12F, 0.12F},
+                                    {0.96F, 0.80F, 0.12F},
+                                    {0.14F, 0.30F, 0.75F},
+                                    {0.95F, 0.95F, 0.93F}};
         // The envelope: a sphere above, drawn together to the mouth below.
         const float narrow = y < 110 ? 1.0F : 1.0F - 0.72F * Step(110, 255, y);
         const float half = y < 110 ? std::sqrt(std::max(0.0F, 108.0F * 108 - (y - 110) * (y - 110)))
@@ -59,9 +59,9 @@ Sprite MakeBalloon() {
         const float side = (x - 110) / std::max(half, 1.0F);
         if (y < 250 && std::fabs(side) <= 1) {
             const float angle = std::asin(std::clamp(side, -1.0F, 1.0F)) / 3.1416F + 0.5F;
-            const auto gore = static_cast<std::size_t>(angle * 8) % 4;
+            const auto gore = static_cast<size_t>(angle * 8) % 4;
             const float light = 1.0F - 0.45F * Step(-0.9F, 1.0F, -side);
-            color = {gores[gore].r * light, gores[gore].g * light, gores[gore].b * light};
+            color = {kGores[gore].r * light, kGores[gore].g * light, kGores[gore].b * light};
             cover = Step(1.0F, 1.0F - 1.5F / std::max(half, 2.0F), std::fabs(side));
         }
         const float rope = 12 + (285 - y) * 0.55F;
@@ -76,17 +76,17 @@ Sprite MakeBalloon() {
 
 Sprite MakeCar() {
     return MakeSprite(320, 130, [](float x, float y, Color& color, float& cover) {
-        constexpr Color paint{0.95F, 0.72F, 0.08F};
-        constexpr Color glass{0.55F, 0.70F, 0.80F};
+        constexpr Color kPaint{0.95F, 0.72F, 0.08F};
+        constexpr Color kGlass{0.55F, 0.70F, 0.80F};
         // The cabin widens downwards; its windows leave the roof and pillars free.
         const float across = std::fabs(x - 150);
         const float half = 52 + (y - 8) * 0.85F;
         if (y >= 8 && y < 60 && across < half) {
             const bool window = y > 16 && across > 4 && across < half - 9;
-            color = window ? glass : paint;
+            color = window ? kGlass : kPaint;
             cover = 1;
         }
-        Box(x, y, 8, 58, 312, 104, paint, color, cover);
+        Box(x, y, 8, 58, 312, 104, kPaint, color, cover);
         Box(x, y, 8, 92, 312, 104, {0.75F, 0.55F, 0.05F}, color, cover);
         Box(x, y, 298, 64, 312, 76, {0.98F, 0.97F, 0.85F}, color, cover);
         Box(x, y, 8, 64, 18, 78, {0.75F, 0.08F, 0.08F}, color, cover);
@@ -98,17 +98,17 @@ Sprite MakeCar() {
     });
 }
 
-Place BalloonPlace(std::uint64_t moment) {
-    constexpr std::uint64_t way = kSensorWidth + 220;
-    const std::uint64_t at = (moment * 3 + 700) % way;
+Place BalloonPlace(uint64_t moment) {
+    constexpr uint64_t kWay = kSensorWidth + 220;
+    const uint64_t at = (moment * 3 + 700) % kWay;
     const double bob = std::sin(static_cast<double>(moment % 1000) * 6.283185307179586 / 250.0);
-    return {static_cast<std::int64_t>(at) - 220, 180 + static_cast<std::int64_t>(30.0 * bob)};
+    return {static_cast<int64_t>(at) - 220, 180 + static_cast<int64_t>(30.0 * bob)};
 }
 
-Place CarPlace(std::uint64_t moment) {
-    constexpr std::uint64_t way = kSensorWidth + 320;
-    const std::uint64_t at = (moment * 9 + 1400) % way;
-    return {static_cast<std::int64_t>(at) - 320, 1690};
+Place CarPlace(uint64_t moment) {
+    constexpr uint64_t kWay = kSensorWidth + 320;
+    const uint64_t at = (moment * 9 + 1400) % kWay;
+    return {static_cast<int64_t>(at) - 320, 1690};
 }
 
 }  // namespace OvVirtual

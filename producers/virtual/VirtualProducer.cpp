@@ -36,7 +36,7 @@ public:
         OvProducer::StreamFacts facts;
         facts.id = "Stream0";
         facts.tlType = GenTL::TLTYPE_CUSTOM;
-        facts.chunksMax = static_cast<std::size_t>(kChunks);
+        facts.chunksMax = static_cast<size_t>(kChunks);
         return facts;
     }
 
@@ -132,7 +132,7 @@ public:
         return facts;
     }
 
-    std::vector<std::shared_ptr<OvProducer::DeviceBackend>> Discover(std::uint64_t) override {
+    std::vector<std::shared_ptr<OvProducer::DeviceBackend>> Discover(uint64_t) override {
         std::vector<std::shared_ptr<OvProducer::DeviceBackend>> found;
         std::copy_if(m_devices.begin(), m_devices.end(), std::back_inserter(found),
                      [](const auto& device) { return device->IsOnBus(); });
@@ -154,7 +154,7 @@ public:
                 "Virtual cameras"};
     }
 
-    std::vector<std::shared_ptr<OvProducer::InterfaceBackend>> Discover(std::uint64_t) override {
+    std::vector<std::shared_ptr<OvProducer::InterfaceBackend>> Discover(uint64_t) override {
         return {m_interface};
     }
 

@@ -1,7 +1,5 @@
-/// @file
+#pragma once
 /// The producer as a whole: initialised or not, and its one system module.
-#ifndef OV_PRODUCER_LIBRARY_H
-#define OV_PRODUCER_LIBRARY_H
 
 #include <memory>
 #include <mutex>
@@ -40,5 +38,3 @@ private:
 };
 
 }  // namespace OvProducer
-
-#endif

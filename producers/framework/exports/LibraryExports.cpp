@@ -21,7 +21,7 @@ OV_PRODUCER_EXPORT GCGetInfo(GenTL::TL_INFO_CMD iInfoCmd, OV_GENTL_INFO_TAIL) {
     });
 }
 
-OV_PRODUCER_EXPORT GCGetLastError(GC_ERROR* piErrorCode, char* sErrorText, std::size_t* piSize) {
+OV_PRODUCER_EXPORT GCGetLastError(GC_ERROR* piErrorCode, char* sErrorText, size_t* piSize) {
     // A failure of this very call must not hide the one that is asked for.
     const LastError last = ReadLastError();
     const std::string text = last.text;
@@ -49,16 +49,16 @@ OV_PRODUCER_EXPORT GCUnregisterEvent(GenTL::EVENTSRC_HANDLE hEventSrc, GenTL::EV
                            [&](Module& module) { module.UnregisterEvent(iEventID); });
 }
 
-OV_PRODUCER_EXPORT EventGetData(GenTL::EVENT_HANDLE hEvent, void* pBuffer, std::size_t* piSize,
-                                std::uint64_t iTimeout) {
+OV_PRODUCER_EXPORT EventGetData(GenTL::EVENT_HANDLE hEvent, void* pBuffer, size_t* piSize,
+                                uint64_t iTimeout) {
     return ServeOn<Event>(Function::EventGetData, hEvent,
                           [&](Event& event) { event.GetData(pBuffer, piSize, iTimeout); });
 }
 
 OV_PRODUCER_EXPORT EventGetDataInfo(GenTL::EVENT_HANDLE hEvent, const void* pInBuffer,
-                                    std::size_t iInSize, GenTL::EVENT_DATA_INFO_CMD iInfoCmd,
+                                    size_t iInSize, GenTL::EVENT_DATA_INFO_CMD iInfoCmd,
                                     GenTL::INFO_DATATYPE* piType, void* pOutBuffer,
-                                    std::size_t* piOutSize) {
+                                    size_t* piOutSize) {
     return ServeInfo<Event>(Function::EventGetDataInfo, hEvent, iInfoCmd,
                             {piType, pOutBuffer, piOutSize}, [&](const Event& event) {
                                 RequirePointer(pInBuffer, "The event data");

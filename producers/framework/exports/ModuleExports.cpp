@@ -23,7 +23,7 @@ OV_PRODUCER_EXPORT TLGetInfo(GenTL::TL_HANDLE hTL, GenTL::TL_INFO_CMD iInfoCmd,
 }
 
 OV_PRODUCER_EXPORT TLUpdateInterfaceList(GenTL::TL_HANDLE hTL, GenTL::bool8_t* pbChanged,
-                                         std::uint64_t iTimeout) {
+                                         uint64_t iTimeout) {
     return ServeOn<System>(Function::TLUpdateInterfaceList, hTL, [&](System& system) {
         const bool changed = system.UpdateInterfaces(iTimeout);
         if (pbChanged != nullptr) {
@@ -32,13 +32,13 @@ OV_PRODUCER_EXPORT TLUpdateInterfaceList(GenTL::TL_HANDLE hTL, GenTL::bool8_t* p
     });
 }
 
-OV_PRODUCER_EXPORT TLGetNumInterfaces(GenTL::TL_HANDLE hTL, std::uint32_t* piNumIfaces) {
+OV_PRODUCER_EXPORT TLGetNumInterfaces(GenTL::TL_HANDLE hTL, uint32_t* piNumIfaces) {
     return ServeOn<System>(Function::TLGetNumInterfaces, hTL,
                            [&](System& system) { Put(piNumIfaces, system.Interfaces().Count()); });
 }
 
-OV_PRODUCER_EXPORT TLGetInterfaceID(GenTL::TL_HANDLE hTL, std::uint32_t iIndex, char* sIfaceID,
-                                    std::size_t* piSize) {
+OV_PRODUCER_EXPORT TLGetInterfaceID(GenTL::TL_HANDLE hTL, uint32_t iIndex, char* sIfaceID,
+                                    size_t* piSize) {
     return ServeText<System>(
         Function::TLGetInterfaceID, hTL, sIfaceID, piSize,
         [&](System& system) { return system.Interfaces().At(iIndex)->Facts().id; });
@@ -74,7 +74,7 @@ OV_PRODUCER_EXPORT IFGetInfo(GenTL::IF_HANDLE hIface, GenTL::INTERFACE_INFO_CMD 
 }
 
 OV_PRODUCER_EXPORT IFUpdateDeviceList(GenTL::IF_HANDLE hIface, GenTL::bool8_t* pbChanged,
-                                      std::uint64_t iTimeout) {
+                                      uint64_t iTimeout) {
     return ServeOn<Interface>(Function::IFUpdateDeviceList, hIface, [&](Interface& iface) {
         const bool changed = iface.UpdateDevices(iTimeout);
         if (pbChanged != nullptr) {
@@ -83,14 +83,14 @@ OV_PRODUCER_EXPORT IFUpdateDeviceList(GenTL::IF_HANDLE hIface, GenTL::bool8_t* p
     });
 }
 
-OV_PRODUCER_EXPORT IFGetNumDevices(GenTL::IF_HANDLE hIface, std::uint32_t* piNumDevices) {
+OV_PRODUCER_EXPORT IFGetNumDevices(GenTL::IF_HANDLE hIface, uint32_t* piNumDevices) {
     return ServeOn<Interface>(Function::IFGetNumDevices, hIface, [&](Interface& iface) {
         Put(piNumDevices, iface.Devices().Count());
     });
 }
 
-OV_PRODUCER_EXPORT IFGetDeviceID(GenTL::IF_HANDLE hIface, std::uint32_t iIndex, char* sDeviceID,
-                                 std::size_t* piSize) {
+OV_PRODUCER_EXPORT IFGetDeviceID(GenTL::IF_HANDLE hIface, uint32_t iIndex, char* sDeviceID,
+                                 size_t* piSize) {
     return ServeText<Interface>(
         Function::IFGetDeviceID, hIface, sDeviceID, piSize,
         [&](Interface& iface) { return iface.Devices().At(iIndex)->Facts().id; });
@@ -132,15 +132,14 @@ OV_PRODUCER_EXPORT DevGetPort(GenTL::DEV_HANDLE hDevice, GenTL::PORT_HANDLE* phR
     });
 }
 
-OV_PRODUCER_EXPORT DevGetNumDataStreams(GenTL::DEV_HANDLE hDevice,
-                                        std::uint32_t* piNumDataStreams) {
+OV_PRODUCER_EXPORT DevGetNumDataStreams(GenTL::DEV_HANDLE hDevice, uint32_t* piNumDataStreams) {
     return ServeOn<Device>(Function::DevGetNumDataStreams, hDevice, [&](Device& device) {
         Put(piNumDataStreams, device.Streams().Count());
     });
 }
 
-OV_PRODUCER_EXPORT DevGetDataStreamID(GenTL::DEV_HANDLE hDevice, std::uint32_t iIndex,
-                                      char* sDataStreamID, std::size_t* piSize) {
+OV_PRODUCER_EXPORT DevGetDataStreamID(GenTL::DEV_HANDLE hDevice, uint32_t iIndex,
+                                      char* sDataStreamID, size_t* piSize) {
     return ServeText<Device>(
         Function::DevGetDataStreamID, hDevice, sDataStreamID, piSize,
         [&](Device& device) { return device.Streams().At(iIndex)->Facts().id; });

@@ -9,12 +9,12 @@ namespace {
 /// Does the entries in order up to the first failure, which is the result;
 /// the count then tells how many were done.
 template <typename Access>
-void RunStack(GenTL::PORT_REGISTER_STACK_ENTRY* entries, std::size_t* count, Access access) {
+void RunStack(GenTL::PORT_REGISTER_STACK_ENTRY* entries, size_t* count, Access access) {
     RequirePointer(entries, "The entries");
     RequirePointer(count, "The entry count");
-    const std::size_t wanted = *count;
+    const size_t wanted = *count;
     *count = 0;
-    for (std::size_t i = 0; i < wanted; ++i) {
+    for (size_t i = 0; i < wanted; ++i) {
         RequirePointer(entries[i].pBuffer, "The buffer of an entry");
         access(entries[i]);
         *count = i + 1;
@@ -23,8 +23,8 @@ void RunStack(GenTL::PORT_REGISTER_STACK_ENTRY* entries, std::size_t* count, Acc
 
 }  // namespace
 
-OV_PRODUCER_EXPORT GCReadPort(GenTL::PORT_HANDLE hPort, std::uint64_t iAddress, void* pBuffer,
-                              std::size_t* piSize) {
+OV_PRODUCER_EXPORT GCReadPort(GenTL::PORT_HANDLE hPort, uint64_t iAddress, void* pBuffer,
+                              size_t* piSize) {
     return ServeOn<PortObject>(Function::GCReadPort, hPort, [&](const PortObject& object) {
         RequirePointer(pBuffer, "The buffer");
         RequirePointer(piSize, "The size");
@@ -33,8 +33,8 @@ OV_PRODUCER_EXPORT GCReadPort(GenTL::PORT_HANDLE hPort, std::uint64_t iAddress, 
     });
 }
 
-OV_PRODUCER_EXPORT GCWritePort(GenTL::PORT_HANDLE hPort, std::uint64_t iAddress,
-                               const void* pBuffer, std::size_t* piSize) {
+OV_PRODUCER_EXPORT GCWritePort(GenTL::PORT_HANDLE hPort, uint64_t iAddress, const void* pBuffer,
+                               size_t* piSize) {
     return ServeOn<PortObject>(Function::GCWritePort, hPort, [&](const PortObject& object) {
         RequirePointer(pBuffer, "The buffer");
         RequirePointer(piSize, "The size");
@@ -45,7 +45,7 @@ OV_PRODUCER_EXPORT GCWritePort(GenTL::PORT_HANDLE hPort, std::uint64_t iAddress,
 
 OV_PRODUCER_EXPORT GCReadPortStacked(GenTL::PORT_HANDLE hPort,
                                      GenTL::PORT_REGISTER_STACK_ENTRY* pEntries,
-                                     std::size_t* piNumEntries) {
+                                     size_t* piNumEntries) {
     return ServeOn<PortObject>(Function::GCReadPortStacked, hPort, [&](const PortObject& object) {
         RunStack(pEntries, piNumEntries, [&](const GenTL::PORT_REGISTER_STACK_ENTRY& entry) {
             object.GetPort().Read(entry.Address,
@@ -56,7 +56,7 @@ OV_PRODUCER_EXPORT GCReadPortStacked(GenTL::PORT_HANDLE hPort,
 
 OV_PRODUCER_EXPORT GCWritePortStacked(GenTL::PORT_HANDLE hPort,
                                       GenTL::PORT_REGISTER_STACK_ENTRY* pEntries,
-                                      std::size_t* piNumEntries) {
+                                      size_t* piNumEntries) {
     return ServeOn<PortObject>(Function::GCWritePortStacked, hPort, [&](const PortObject& object) {
         RunStack(pEntries, piNumEntries, [&](const GenTL::PORT_REGISTER_STACK_ENTRY& entry) {
             object.GetPort().Write(entry.Address,
@@ -65,7 +65,7 @@ OV_PRODUCER_EXPORT GCWritePortStacked(GenTL::PORT_HANDLE hPort,
     });
 }
 
-OV_PRODUCER_EXPORT GCGetPortURL(GenTL::PORT_HANDLE hPort, char* sURL, std::size_t* piSize) {
+OV_PRODUCER_EXPORT GCGetPortURL(GenTL::PORT_HANDLE hPort, char* sURL, size_t* piSize) {
     return ServeOn<PortObject>(Function::GCGetPortURL, hPort, [&](const PortObject& object) {
         std::vector<std::string> urls;
         for (const DescriptionUrl& url : object.GetPort().Urls()) {
@@ -75,13 +75,13 @@ OV_PRODUCER_EXPORT GCGetPortURL(GenTL::PORT_HANDLE hPort, char* sURL, std::size_
     });
 }
 
-OV_PRODUCER_EXPORT GCGetNumPortURLs(GenTL::PORT_HANDLE hPort, std::uint32_t* piNumURLs) {
+OV_PRODUCER_EXPORT GCGetNumPortURLs(GenTL::PORT_HANDLE hPort, uint32_t* piNumURLs) {
     return ServeOn<PortObject>(Function::GCGetNumPortURLs, hPort, [&](const PortObject& object) {
         Put(piNumURLs, object.GetPort().Urls().size());
     });
 }
 
-OV_PRODUCER_EXPORT GCGetPortURLInfo(GenTL::PORT_HANDLE hPort, std::uint32_t iURLIndex,
+OV_PRODUCER_EXPORT GCGetPortURLInfo(GenTL::PORT_HANDLE hPort, uint32_t iURLIndex,
                                     GenTL::URL_INFO_CMD iInfoCmd, OV_GENTL_INFO_TAIL) {
     return ServeInfo<PortObject>(
         Function::GCGetPortURLInfo, hPort, iInfoCmd, {piType, pBuffer, piSize},

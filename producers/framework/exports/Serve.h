@@ -1,8 +1,6 @@
-/// @file
+#pragma once
 /// The frame of every exported function: it runs the body, turns what the body
 /// throws into a code and keeps the text for `GCGetLastError`.
-#ifndef OV_PRODUCER_SERVE_H
-#define OV_PRODUCER_SERVE_H
 
 #include <cstddef>
 #include <new>
@@ -81,7 +79,7 @@ GenTL::GC_ERROR ServeOn(Function function, const void* handle, Body&& body) noex
 struct InfoTarget {
     GenTL::INFO_DATATYPE* type;
     void* buffer;
-    std::size_t* size;
+    size_t* size;
 };
 
 inline void Answer(Function function, const InfoValue& value, const InfoTarget& target) {
@@ -93,7 +91,7 @@ inline void Answer(Function function, const InfoValue& value, const InfoTarget& 
 
 /// Serves an information command on the object behind `handle`.
 template <typename T, typename Ask>
-GenTL::GC_ERROR ServeInfo(Function function, const void* handle, std::int32_t command,
+GenTL::GC_ERROR ServeInfo(Function function, const void* handle, int32_t command,
                           const InfoTarget& target, Ask&& ask) noexcept {
     return ServeOn<T>(function, handle, [&](T& object) {
         Observer().Ask(function, command);
@@ -103,7 +101,7 @@ GenTL::GC_ERROR ServeInfo(Function function, const void* handle, std::int32_t co
 
 /// Serves a text, as an ID.
 template <typename T, typename Ask>
-GenTL::GC_ERROR ServeText(Function function, const void* handle, char* text, std::size_t* size,
+GenTL::GC_ERROR ServeText(Function function, const void* handle, char* text, size_t* size,
                           Ask&& ask) noexcept {
     return ServeOn<T>(function, handle, [&](T& object) {
         Answer(function, InfoValue::Text(ask(object)), {nullptr, text, size});
@@ -124,5 +122,3 @@ inline std::string IdOf(const char* id) {
 }
 
 }  // namespace OvProducer
-
-#endif

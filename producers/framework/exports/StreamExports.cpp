@@ -6,7 +6,7 @@
 
 using namespace OvProducer;
 
-OV_PRODUCER_EXPORT DSAnnounceBuffer(GenTL::DS_HANDLE hDataStream, void* pBuffer, std::size_t iSize,
+OV_PRODUCER_EXPORT DSAnnounceBuffer(GenTL::DS_HANDLE hDataStream, void* pBuffer, size_t iSize,
                                     void* pPrivate, GenTL::BUFFER_HANDLE* phBuffer) {
     return ServeOn<Stream>(Function::DSAnnounceBuffer, hDataStream, [&](Stream& stream) {
         RequirePointer(pBuffer, "The buffer");
@@ -15,7 +15,7 @@ OV_PRODUCER_EXPORT DSAnnounceBuffer(GenTL::DS_HANDLE hDataStream, void* pBuffer,
     });
 }
 
-OV_PRODUCER_EXPORT DSAllocAndAnnounceBuffer(GenTL::DS_HANDLE hDataStream, std::size_t iBufferSize,
+OV_PRODUCER_EXPORT DSAllocAndAnnounceBuffer(GenTL::DS_HANDLE hDataStream, size_t iBufferSize,
                                             void* pPrivate, GenTL::BUFFER_HANDLE* phBuffer) {
     return ServeOn<Stream>(Function::DSAllocAndAnnounceBuffer, hDataStream, [&](Stream& stream) {
         RequirePointer(phBuffer, "The result pointer");
@@ -29,8 +29,7 @@ OV_PRODUCER_EXPORT DSFlushQueue(GenTL::DS_HANDLE hDataStream, GenTL::ACQ_QUEUE_T
 }
 
 OV_PRODUCER_EXPORT DSStartAcquisition(GenTL::DS_HANDLE hDataStream,
-                                      GenTL::ACQ_START_FLAGS iStartFlags,
-                                      std::uint64_t iNumToAcquire) {
+                                      GenTL::ACQ_START_FLAGS iStartFlags, uint64_t iNumToAcquire) {
     return ServeOn<Stream>(Function::DSStartAcquisition, hDataStream,
                            [&](Stream& stream) { stream.Start(iStartFlags, iNumToAcquire); });
 }
@@ -49,7 +48,7 @@ OV_PRODUCER_EXPORT DSGetInfo(GenTL::DS_HANDLE hDataStream, GenTL::STREAM_INFO_CM
                              [&](const Stream& stream) { return stream.Info(iInfoCmd); });
 }
 
-OV_PRODUCER_EXPORT DSGetBufferID(GenTL::DS_HANDLE hDataStream, std::uint32_t iIndex,
+OV_PRODUCER_EXPORT DSGetBufferID(GenTL::DS_HANDLE hDataStream, uint32_t iIndex,
                                  GenTL::BUFFER_HANDLE* phBuffer) {
     return ServeOn<Stream>(Function::DSGetBufferID, hDataStream,
                            [&](const Stream& stream) { Put(phBuffer, stream.BufferAt(iIndex)); });
@@ -96,8 +95,7 @@ OV_PRODUCER_EXPORT DSGetBufferInfo(GenTL::DS_HANDLE hDataStream, GenTL::BUFFER_H
 }
 
 OV_PRODUCER_EXPORT DSGetBufferChunkData(GenTL::DS_HANDLE hDataStream, GenTL::BUFFER_HANDLE hBuffer,
-                                        GenTL::SINGLE_CHUNK_DATA* pChunkData,
-                                        std::size_t* piNumChunks) {
+                                        GenTL::SINGLE_CHUNK_DATA* pChunkData, size_t* piNumChunks) {
     return ServeOn<Stream>(Function::DSGetBufferChunkData, hDataStream, [&](const Stream& stream) {
         RequirePointer(piNumChunks, "The chunk count");
         const auto chunks = stream.Chunks(hBuffer);

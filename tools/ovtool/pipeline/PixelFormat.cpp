@@ -8,43 +8,47 @@
 
 namespace {
 
+using Code = GenTL::PixelFormatCode;
+
+constexpr Code kNoCode{};
+
 constexpr std::array kFormats{
-    PixelFormat{0x01080001, "Mono8", QY_FILTER_NONE, 8},
-    PixelFormat{0x01100003, "Mono10", QY_FILTER_NONE, 10},
-    PixelFormat{0x00000000, "Mono10c3a32", QY_FILTER_NONE, 10, Packing::ThreeInWord},
-    PixelFormat{0x01100005, "Mono12", QY_FILTER_NONE, 12},
-    PixelFormat{0x010C0047, "Mono12p", QY_FILTER_NONE, 12, Packing::TwoInThree},
-    PixelFormat{0x01100007, "Mono16", QY_FILTER_NONE, 16},
-    PixelFormat{0x01080008, "BayerGR8", QY_BAYER_GR, 8},
-    PixelFormat{0x01080009, "BayerRG8", QY_BAYER_RG, 8},
-    PixelFormat{0x0108000A, "BayerGB8", QY_BAYER_GB, 8},
-    PixelFormat{0x0108000B, "BayerBG8", QY_BAYER_BG, 8},
-    PixelFormat{0x0110000C, "BayerGR10", QY_BAYER_GR, 10},
-    PixelFormat{0x0110000D, "BayerRG10", QY_BAYER_RG, 10},
-    PixelFormat{0x0110000E, "BayerGB10", QY_BAYER_GB, 10},
-    PixelFormat{0x0110000F, "BayerBG10", QY_BAYER_BG, 10},
-    PixelFormat{0x00000000, "BayerGR10c3a32", QY_BAYER_GR, 10, Packing::ThreeInWord},
-    PixelFormat{0x00000000, "BayerRG10c3a32", QY_BAYER_RG, 10, Packing::ThreeInWord},
-    PixelFormat{0x00000000, "BayerGB10c3a32", QY_BAYER_GB, 10, Packing::ThreeInWord},
-    PixelFormat{0x00000000, "BayerBG10c3a32", QY_BAYER_BG, 10, Packing::ThreeInWord},
-    PixelFormat{0x01100010, "BayerGR12", QY_BAYER_GR, 12},
-    PixelFormat{0x01100011, "BayerRG12", QY_BAYER_RG, 12},
-    PixelFormat{0x01100012, "BayerGB12", QY_BAYER_GB, 12},
-    PixelFormat{0x01100013, "BayerBG12", QY_BAYER_BG, 12},
-    PixelFormat{0x010C0057, "BayerGR12p", QY_BAYER_GR, 12, Packing::TwoInThree},
-    PixelFormat{0x010C0059, "BayerRG12p", QY_BAYER_RG, 12, Packing::TwoInThree},
-    PixelFormat{0x010C0055, "BayerGB12p", QY_BAYER_GB, 12, Packing::TwoInThree},
-    PixelFormat{0x010C0053, "BayerBG12p", QY_BAYER_BG, 12, Packing::TwoInThree},
-    PixelFormat{0x0110002E, "BayerGR16", QY_BAYER_GR, 16},
-    PixelFormat{0x0110002F, "BayerRG16", QY_BAYER_RG, 16},
-    PixelFormat{0x01100030, "BayerGB16", QY_BAYER_GB, 16},
-    PixelFormat{0x01100031, "BayerBG16", QY_BAYER_BG, 16},
-    PixelFormat{0x02180014, "RGB8", QY_FILTER_NONE, 8, Packing::None, 3},
-    PixelFormat{0x02180015, "BGR8", QY_FILTER_NONE, 8, Packing::None, 3, QY_ORDER_BGR},
-    PixelFormat{0x02200016, "RGBa8", QY_FILTER_NONE, 8, Packing::None, 4},
-    PixelFormat{0x02300018, "RGB10", QY_FILTER_NONE, 10, Packing::None, 3},
-    PixelFormat{0x0230001A, "RGB12", QY_FILTER_NONE, 12, Packing::None, 3},
-    PixelFormat{0x02300033, "RGB16", QY_FILTER_NONE, 16, Packing::None, 3},
+    PixelFormat{Code::Mono8, "Mono8", QY_FILTER_NONE, 8},
+    PixelFormat{Code::Mono10, "Mono10", QY_FILTER_NONE, 10},
+    PixelFormat{kNoCode, "Mono10c3a32", QY_FILTER_NONE, 10, Packing::ThreeInWord},
+    PixelFormat{Code::Mono12, "Mono12", QY_FILTER_NONE, 12},
+    PixelFormat{Code::Mono12p, "Mono12p", QY_FILTER_NONE, 12, Packing::TwoInThree},
+    PixelFormat{Code::Mono16, "Mono16", QY_FILTER_NONE, 16},
+    PixelFormat{Code::BayerGR8, "BayerGR8", QY_BAYER_GR, 8},
+    PixelFormat{Code::BayerRG8, "BayerRG8", QY_BAYER_RG, 8},
+    PixelFormat{Code::BayerGB8, "BayerGB8", QY_BAYER_GB, 8},
+    PixelFormat{Code::BayerBG8, "BayerBG8", QY_BAYER_BG, 8},
+    PixelFormat{Code::BayerGR10, "BayerGR10", QY_BAYER_GR, 10},
+    PixelFormat{Code::BayerRG10, "BayerRG10", QY_BAYER_RG, 10},
+    PixelFormat{Code::BayerGB10, "BayerGB10", QY_BAYER_GB, 10},
+    PixelFormat{Code::BayerBG10, "BayerBG10", QY_BAYER_BG, 10},
+    PixelFormat{kNoCode, "BayerGR10c3a32", QY_BAYER_GR, 10, Packing::ThreeInWord},
+    PixelFormat{kNoCode, "BayerRG10c3a32", QY_BAYER_RG, 10, Packing::ThreeInWord},
+    PixelFormat{kNoCode, "BayerGB10c3a32", QY_BAYER_GB, 10, Packing::ThreeInWord},
+    PixelFormat{kNoCode, "BayerBG10c3a32", QY_BAYER_BG, 10, Packing::ThreeInWord},
+    PixelFormat{Code::BayerGR12, "BayerGR12", QY_BAYER_GR, 12},
+    PixelFormat{Code::BayerRG12, "BayerRG12", QY_BAYER_RG, 12},
+    PixelFormat{Code::BayerGB12, "BayerGB12", QY_BAYER_GB, 12},
+    PixelFormat{Code::BayerBG12, "BayerBG12", QY_BAYER_BG, 12},
+    PixelFormat{Code::BayerGR12p, "BayerGR12p", QY_BAYER_GR, 12, Packing::TwoInThree},
+    PixelFormat{Code::BayerRG12p, "BayerRG12p", QY_BAYER_RG, 12, Packing::TwoInThree},
+    PixelFormat{Code::BayerGB12p, "BayerGB12p", QY_BAYER_GB, 12, Packing::TwoInThree},
+    PixelFormat{Code::BayerBG12p, "BayerBG12p", QY_BAYER_BG, 12, Packing::TwoInThree},
+    PixelFormat{Code::BayerGR16, "BayerGR16", QY_BAYER_GR, 16},
+    PixelFormat{Code::BayerRG16, "BayerRG16", QY_BAYER_RG, 16},
+    PixelFormat{Code::BayerGB16, "BayerGB16", QY_BAYER_GB, 16},
+    PixelFormat{Code::BayerBG16, "BayerBG16", QY_BAYER_BG, 16},
+    PixelFormat{Code::RGB8, "RGB8", QY_FILTER_NONE, 8, Packing::None, 3},
+    PixelFormat{Code::BGR8, "BGR8", QY_FILTER_NONE, 8, Packing::None, 3, QY_ORDER_BGR},
+    PixelFormat{Code::RGBa8, "RGBa8", QY_FILTER_NONE, 8, Packing::None, 4},
+    PixelFormat{Code::RGB10, "RGB10", QY_FILTER_NONE, 10, Packing::None, 3},
+    PixelFormat{Code::RGB12, "RGB12", QY_FILTER_NONE, 12, Packing::None, 3},
+    PixelFormat{Code::RGB16, "RGB16", QY_FILTER_NONE, 16, Packing::None, 3},
 };
 
 template <class Condition>
@@ -83,13 +87,11 @@ size_t PixelFormat::Bytes(size_t width, size_t height) const {
     }
 }
 
-std::span<const PixelFormat> PixelFormats() {
-    return kFormats;
-}
-
 const PixelFormat* FindPixelFormat(uint32_t code) {
-    return code == 0 ? nullptr
-                     : FindIf([code](const PixelFormat& format) { return format.code == code; });
+    const auto wanted = static_cast<Code>(code);
+    return wanted == kNoCode
+               ? nullptr
+               : FindIf([wanted](const PixelFormat& format) { return format.code == wanted; });
 }
 
 const PixelFormat& RequirePixelFormat(const std::string& nameOrCode) {

@@ -3,9 +3,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
 
+#include "GenTL/PixelFormatCode.h"
 #include "QyImageProc.h"
 
 /// How samples lie in memory.
@@ -18,7 +18,7 @@ enum class Packing {
 /// A form of a frame's bytes.
 struct PixelFormat {
     /// As cameras name it; 0 for forms that only files have.
-    uint32_t code;
+    GenTL::PixelFormatCode code;
     const char* name;
     /// The colours of one sample a pixel.
     QyColorFilter filter;
@@ -32,8 +32,6 @@ struct PixelFormat {
     /// Bytes of a frame of that size.
     size_t Bytes(size_t width, size_t height) const;
 };
-
-std::span<const PixelFormat> PixelFormats();
 
 /// Null when it is not known.
 const PixelFormat* FindPixelFormat(uint32_t code);
