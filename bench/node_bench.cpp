@@ -14,8 +14,8 @@
 #include "GenApi/INode.h"
 #include "GenApi/IPort.h"
 #include "GenApi/NodeMapFactory.h"
-#include "GenApi/impl/MathParser.h"
 #include "Measure.h"
+#include "formula/MathParserT.h"
 
 namespace {
 

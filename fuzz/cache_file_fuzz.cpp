@@ -2,8 +2,8 @@
 #include <string>
 
 #include "Base/OvAssert.h"
-#include "NodeMapData/CacheStream.h"
-#include "NodeMapData/NodeDataMap.h"
+#include "cache/CacheStream.h"
+#include "nodes/NodeDataMap.h"
 
 namespace CacheFuzz {
 

@@ -2,7 +2,7 @@
 
 #include "Base/GCException.h"
 #include "Base/OvAssert.h"
-#include "NodeMapData/CacheStream.h"
+#include "cache/CacheStream.h"
 
 namespace DescriptionFuzz {
 

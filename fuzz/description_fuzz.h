@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-#include "NodeMapData/NodeDataMap.h"
-#include "NodeMapData/NodeDataMapFactory.h"
+#include "nodes/NodeDataMap.h"
+#include "reader/NodeDataMapFactory.h"
 #include "support/XmlNodeMap.h"
 
 namespace DescriptionFuzz {

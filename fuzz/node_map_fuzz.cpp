@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "GenApi/IDestroy.h"
 #include "description_fuzz.h"
 #include "support/EveryUse.h"
 

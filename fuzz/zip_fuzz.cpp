@@ -5,9 +5,9 @@
 
 #include "Base/GCException.h"
 #include "Base/OvAssert.h"
-#include "NodeMapData/NodeDataMap.h"
-#include "NodeMapData/NodeDataMapFactory.h"
 #include "TLClassXML/Zip.h"
+#include "nodes/NodeDataMap.h"
+#include "reader/NodeDataMapFactory.h"
 #include "tl/ZipBytes.h"
 
 namespace ZipFuzz {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 
-#include "GenApi/INodeMapPrivate.h"
 #include "GenApi/NodeMapRef.h"
 #include "TLClassEvent/CallbackScope.h"
 #include "TLClassMain/Agency.h"
@@ -22,12 +21,22 @@ int64_t ShorterPeriod(int64_t left, int64_t right) {
     return left < 0 || right < 0 ? std::max(left, right) : std::min(left, right);
 }
 
+/// In milliseconds; -1 when no node is polled.
+int64_t ShortestPeriod(GenApi_3_0_ORVANE::INodeMap& map) {
+    GenApi_3_0_ORVANE::node_vector nodes;
+    map.GetNodes(nodes);
+    int64_t shortest = -1;
+    for (GenApi_3_0_ORVANE::INode* const node : nodes) {
+        shortest = ShorterPeriod(shortest, node->GetPollingTime());
+    }
+    return shortest;
+}
+
 }  // namespace
 
 void CPolledMap::Begin(GenApi_3_0_ORVANE::CNodeMapRef& map) {
-    using GenApi_3_0_ORVANE::INodeMapPrivate;
     m_map = &map;
-    m_period = dynamic_cast<INodeMapPrivate&>(*map.GetMap()).GetShortestPollingTime();
+    m_period = ShortestPeriod(*map.GetMap());
     m_last = Now();
 }
 

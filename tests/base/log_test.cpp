@@ -7,9 +7,9 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "../../GenApi/src/Log/LogLibrary.h"
 #include "Base/Environment.h"
 #include "Base/GCException.h"
+#include "LogLibrary.h"
 
 namespace BaseTest {
 namespace {

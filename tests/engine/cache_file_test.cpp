@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "NodeMapData/CacheFile.h"
+#include "GenApi/IDeviceInfo.h"
+#include "cache/CacheTables.h"
 #include "cache_support.h"
 #include "support/EveryUse.h"
 

@@ -6,10 +6,11 @@
 
 #include "GenApi/IBoolean.h"
 #include "GenApi/ICommand.h"
+#include "GenApi/IPortReplay.h"
 #include "GenApi/IRegister.h"
-#include "GenApi/impl/PortWriteList.h"
 #include "cache_compare.h"
 #include "node_graph.h"
+#include "ports/PortWriteList.h"
 
 namespace EngineTest {
 

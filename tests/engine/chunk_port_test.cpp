@@ -1,7 +1,7 @@
 // One port node and the chunk that it reads from.
 
-#include "GenApi/impl/Port.h"
 #include "chunk_support.h"
+#include "ports/PortImplIntern.h"
 
 namespace EngineTest {
 

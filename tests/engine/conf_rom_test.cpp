@@ -2,7 +2,7 @@
 
 #include "GenApi/IRegister.h"
 #include "GenApi/IString.h"
-#include "GenApi/impl/ConfRomReader.h"
+#include "confrom/ConfRomReader.h"
 #include "node_graph.h"
 
 namespace EngineTest {

@@ -9,10 +9,10 @@
 #include "GenApi/ICategory.h"
 #include "GenApi/IFloat.h"
 #include "GenApi/IString.h"
-#include "GenApi/impl/Float.h"
-#include "GenApi/impl/NestingScope.h"
-#include "GenApi/impl/StringNode.h"
+#include "core/NestingScope.h"
 #include "node_graph.h"
+#include "values/FloatImpl.h"
+#include "values/StringNodeImpl.h"
 
 namespace EngineTest {
 

@@ -9,10 +9,11 @@
 
 #include "FeatureDump.h"
 #include "GenApi/IPort.h"
+#include "GenApi/IPortReplay.h"
 #include "GenApi/IRegister.h"
-#include "GenApi/impl/PortWriteList.h"
 #include "cache_compare.h"
 #include "cache_support.h"
+#include "ports/PortWriteList.h"
 #include "support/Descriptions.h"
 
 namespace EngineTest {

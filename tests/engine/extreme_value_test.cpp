@@ -11,8 +11,8 @@
 #include "GenApi/IFloat.h"
 #include "GenApi/IRegister.h"
 #include "GenApi/IString.h"
-#include "GenApi/impl/PortWriteList.h"
 #include "node_graph.h"
+#include "ports/PortWriteList.h"
 
 namespace EngineTest {
 

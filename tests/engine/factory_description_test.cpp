@@ -1,6 +1,6 @@
 // The way of a description through the factory, up to live nodes.
 
-#include "../../GenApi/src/GenApi/NodeCreation.h"
+#include "factory/NodeCreation.h"
 #include "factory_support.h"
 
 namespace EngineTest {

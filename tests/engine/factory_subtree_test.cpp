@@ -1,5 +1,6 @@
 // Descriptions made of others: parts, transformed ones, those of live nodes.
 
+#include "GenApi/IDeviceInfo.h"
 #include "GenApi/IFloat.h"
 #include "factory_support.h"
 

@@ -9,8 +9,8 @@
 #include <sstream>
 #include <string>
 
-#include "GenApi/impl/FloatText.h"
-#include "GenApi/impl/Value2String.h"
+#include "text/FloatText.h"
+#include "text/Value2String.h"
 
 namespace ValueTest {
 

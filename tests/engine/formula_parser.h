@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-#include "GenApi/impl/MathParser.h"
+#include "formula/MathParserT.h"
 
 namespace FormulaTest {
 

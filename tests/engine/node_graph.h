@@ -13,12 +13,12 @@
 #include "Base/GCException.h"
 #include "GenApi/IInteger.h"
 #include "GenApi/NodeCallback.h"
-#include "GenApi/impl/Integer.h"
-#include "GenApi/impl/NodeMap.h"
-#include "NodeMapData/NodeDataMap.h"
+#include "map/NodeMap.h"
+#include "nodes/NodeDataMap.h"
 #include "support/EngineLog.h"
 #include "support/TestPort.h"
 #include "support/XmlNodeMap.h"
+#include "values/IntegerImpl.h"
 
 namespace EngineTest {
 

@@ -116,7 +116,7 @@ TEST_F(Tower, AFailureDeepDownNamesItsNodeAndTheOutermostCall) {
     EXPECT_EQ(failure.description, "CPortImplIntern::Write : port not set");
     EXPECT_THAT(failure.what,
                 testing::HasSubstr(" : AccessException thrown in node 'Device' while calling "
-                                   "'Outer.SetValue()' (file 'Port.cpp', line "));
+                                   "'Outer.SetValue()' (file 'PortImplIntern.cpp', line "));
 }
 
 TEST_F(Tower, TextsPassThroughTheSameFrames) {

@@ -1,5 +1,9 @@
 // The map of all nodes of a description.
 
+#include "GenApi/IDestroy.h"
+#include "GenApi/IDeviceInfo.h"
+#include "GenApi/Version.h"
+#include "formula/IFormulaNode.h"
 #include "node_graph.h"
 
 namespace EngineTest {

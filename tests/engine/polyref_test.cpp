@@ -6,7 +6,7 @@
 
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IFloat.h"
-#include "GenApi/impl/PolyReference.h"
+#include "core/PolyReference.h"
 #include "node_graph.h"
 
 namespace EngineTest {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "GenApi/IDestroy.h"
 #include "node_graph.h"
 
 namespace EngineTest {

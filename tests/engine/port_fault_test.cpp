@@ -10,9 +10,11 @@
 #include "GenApi/IEnumEntry.h"
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IFloat.h"
+#include "GenApi/IPortConstruct.h"
+#include "GenApi/IPortReplay.h"
 #include "GenApi/IRegister.h"
 #include "GenApi/IString.h"
-#include "GenApi/impl/PortWriteList.h"
+#include "ports/PortWriteList.h"
 
 namespace EngineTest {
 

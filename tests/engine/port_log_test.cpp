@@ -1,6 +1,7 @@
 // What ports write to the log: the very bytes of a camera's traffic.
 
 #include "GenApi/IPort.h"
+#include "GenApi/IPortConstruct.h"
 #include "GenApi/IRegister.h"
 #include "node_graph.h"
 

@@ -7,11 +7,13 @@
 #include "GenApi/ICommand.h"
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IFloat.h"
+#include "GenApi/IPortReplay.h"
+#include "GenApi/IPortWriteList.h"
 #include "GenApi/IRegister.h"
 #include "GenApi/IString.h"
-#include "GenApi/impl/PortWriteList.h"
-#include "GenApi/impl/ValueCache.h"
 #include "node_graph.h"
+#include "ports/PortWriteList.h"
+#include "ports/ValueCache.h"
 
 namespace EngineTest {
 

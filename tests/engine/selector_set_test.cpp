@@ -2,8 +2,8 @@
 
 #include "GenApi/Pointer.h"
 #include "GenApi/SelectorSet.h"
-#include "GenApi/impl/Float.h"
 #include "bag_support.h"
+#include "values/FloatImpl.h"
 
 namespace EngineTest {
 

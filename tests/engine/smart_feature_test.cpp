@@ -1,8 +1,8 @@
 // The registers that tell where an IEEE 1394 camera keeps its smart features.
 
 #include "GenApi/IRegister.h"
-#include "GenApi/impl/Value2String.h"
 #include "node_graph.h"
+#include "text/Value2String.h"
 
 namespace EngineTest {
 

@@ -4,7 +4,7 @@
 
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IFloat.h"
-#include "GenApi/impl/SwissKnife.h"
+#include "formula/SwissKnifeBase.h"
 #include "node_graph.h"
 
 namespace EngineTest {

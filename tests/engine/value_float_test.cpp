@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "GenApi/impl/FloatText.h"
+#include "text/FloatText.h"
 #include "value_graph.h"
 
 namespace ValueTest {

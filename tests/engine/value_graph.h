@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "../../GenApi/src/GenApi/NodeCreation.h"
 #include "Base/GCException.h"
 #include "GenApi/IBoolean.h"
 #include "GenApi/ICategory.h"
@@ -20,9 +19,10 @@
 #include "GenApi/IInteger.h"
 #include "GenApi/IString.h"
 #include "GenApi/NodeCallback.h"
-#include "GenApi/impl/NodeMap.h"
-#include "NodeMapData/NodeDataMap.h"
-#include "NodeMapData/NodeDataMapFactory.h"
+#include "factory/NodeCreation.h"
+#include "map/NodeMap.h"
+#include "nodes/NodeDataMap.h"
+#include "reader/NodeDataMapFactory.h"
 
 namespace ValueTest {
 

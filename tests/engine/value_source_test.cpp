@@ -2,8 +2,8 @@
 
 #include <limits>
 
-#include "GenApi/impl/Integer.h"
 #include "value_graph.h"
+#include "values/IntegerImpl.h"
 
 namespace ValueTest {
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "GenApi/impl/Value2String.h"
+#include "text/Value2String.h"
 #include "value_graph.h"
 
 namespace ValueTest {

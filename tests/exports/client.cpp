@@ -33,11 +33,17 @@
 #include "GenApi/FileProtocolAdapter.h"
 #include "GenApi/IBoolean.h"
 #include "GenApi/ICategory.h"
+#include "GenApi/IChunkPort.h"
 #include "GenApi/ICommand.h"
+#include "GenApi/IDeviceInfo.h"
 #include "GenApi/IEnumEntry.h"
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IFloat.h"
 #include "GenApi/IInteger.h"
+#include "GenApi/IPortConstruct.h"
+#include "GenApi/IPortRecorder.h"
+#include "GenApi/IPortReplay.h"
+#include "GenApi/IPortWriteList.h"
 #include "GenApi/IRegister.h"
 #include "GenApi/ISelector.h"
 #include "GenApi/IString.h"
@@ -47,6 +53,7 @@
 #include "GenApi/NodeMapRef.h"
 #include "GenApi/Pointer.h"
 #include "GenApi/SelectorSet.h"
+#include "GenApi/Version.h"
 
 namespace {
 

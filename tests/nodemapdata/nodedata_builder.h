@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "Base/GCException.h"
-#include "NodeMapData/NodeDataMap.h"
-#include "NodeMapData/NodeDataMapFactory.h"
+#include "nodes/NodeDataMap.h"
+#include "reader/NodeDataMapFactory.h"
 
 namespace NodeDataTest {
 

@@ -1,7 +1,7 @@
 // Descriptions that would take more work or memory than they are worth: what
 // preprocessing does grows with what it finds, or it refuses.
 
-#include "../../GenApi/src/XmlParser/NodeDataPreprocessor.h"
+#include "preprocessing/NodeDataPreprocessor.h"
 #include "preprocessing_fixture.h"
 
 namespace NodeDataTest {

@@ -1,5 +1,5 @@
-#include "NodeMapData/PropertyEnum.h"
 #include "nodedata_builder.h"
+#include "properties/PropertyEnum.h"
 
 namespace NodeDataTest {
 namespace {

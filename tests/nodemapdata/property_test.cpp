@@ -1,8 +1,8 @@
 #include <cmath>
 #include <limits>
 
-#include "NodeMapData/PropertyEnum.h"
 #include "nodedata_builder.h"
+#include "properties/PropertyEnum.h"
 
 namespace NodeDataTest {
 namespace {

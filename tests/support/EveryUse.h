@@ -9,6 +9,7 @@
 #include "GenApi/EventAdapterGeneric.h"
 #include "GenApi/IBoolean.h"
 #include "GenApi/ICategory.h"
+#include "GenApi/IChunkPort.h"
 #include "GenApi/ICommand.h"
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IFloat.h"

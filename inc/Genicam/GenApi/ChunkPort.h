@@ -4,10 +4,12 @@
 #include <memory>
 
 #include "Base/Lock.h"
+#include "GenApi/IChunkPort.h"
 #include "GenApi/INode.h"
 #include "GenApi/IPort.h"
+#include "GenApi/IPortConstruct.h"
 #include "GenApi/Pointer.h"
-#include "GenApi/impl/PortID.h"
+#include "GenApi/PortID.h"
 
 namespace GenApi_3_0_ORVANE {
 

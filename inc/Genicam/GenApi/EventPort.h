@@ -6,8 +6,9 @@
 #include "Base/Lock.h"
 #include "GenApi/INode.h"
 #include "GenApi/IPort.h"
+#include "GenApi/IPortConstruct.h"
 #include "GenApi/Pointer.h"
-#include "GenApi/impl/PortID.h"
+#include "GenApi/PortID.h"
 
 namespace GenApi_3_0_ORVANE {
 

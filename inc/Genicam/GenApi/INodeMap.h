@@ -30,30 +30,4 @@ struct OV_ENGINE_API INodeMap {
     virtual ~INodeMap() = default;
 };
 
-struct Version_t {
-    uint16_t Major = 0;
-    uint16_t Minor = 0;
-    uint16_t SubMinor = 0;
-};
-
-/// What a description tells of its device.
-struct OV_ENGINE_API IDeviceInfo {
-    virtual gcstring GetModelName() = 0;
-    virtual gcstring GetVendorName() = 0;
-    virtual gcstring GetToolTip() = 0;
-    virtual gcstring GetStandardNameSpace() = 0;
-    virtual void GetGenApiVersion(Version_t& version, uint16_t& build) = 0;
-    virtual void GetSchemaVersion(Version_t& version) = 0;
-    virtual void GetDeviceVersion(Version_t& version) = 0;
-    virtual gcstring GetProductGuid() = 0;
-    virtual gcstring GetProductVersionGuid() = 0;
-    virtual ~IDeviceInfo() = default;
-};
-
-struct OV_ENGINE_API IDestroy {
-    /// Ends the object by the means that made it.
-    virtual void Destroy() = 0;
-    virtual ~IDestroy() = default;
-};
-
 }  // namespace GenApi_3_0_ORVANE

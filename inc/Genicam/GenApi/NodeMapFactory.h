@@ -3,8 +3,9 @@
 
 #include <memory>
 
+#include "GenApi/IDestroy.h"
 #include "GenApi/INodeMap.h"
-#include "NodeMapData/NodeDataMapFactory.h"
+#include "NodeMapData/ContentType.h"
 #include "NodeMapData/NodeStatistics.h"
 
 namespace GenApi_3_0_ORVANE {

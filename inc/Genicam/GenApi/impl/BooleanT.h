@@ -2,7 +2,7 @@
 
 #include "GenApi/IBoolean.h"
 #include "GenApi/impl/CachedValueT.h"
-#include "GenApi/impl/Value2String.h"
+#include "text/Value2String.h"
 
 namespace GenApi_3_0_ORVANE {
 

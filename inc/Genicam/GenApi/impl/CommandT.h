@@ -4,7 +4,7 @@
 
 #include "GenApi/ICommand.h"
 #include "GenApi/impl/Frames.h"
-#include "GenApi/impl/Value2String.h"
+#include "text/Value2String.h"
 
 namespace GenApi_3_0_ORVANE {
 

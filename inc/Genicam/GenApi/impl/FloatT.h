@@ -1,9 +1,9 @@
 #pragma once
 
 #include "GenApi/IFloat.h"
-#include "GenApi/impl/FloatText.h"
 #include "GenApi/impl/NumericT.h"
-#include "GenApi/impl/Value2String.h"
+#include "text/FloatText.h"
+#include "text/Value2String.h"
 
 namespace GenApi_3_0_ORVANE {
 

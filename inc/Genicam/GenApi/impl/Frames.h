@@ -3,8 +3,8 @@
 /// depth counter, callbacks. They exist here once; typed templates fill in the
 /// middle.
 
-#include "GenApi/impl/EntryMethodFinalizer.h"
-#include "GenApi/impl/NestingScope.h"
+#include "core/EntryMethodFinalizer.h"
+#include "core/NestingScope.h"
 
 namespace GenApi_3_0_ORVANE {
 

@@ -2,7 +2,7 @@
 
 #include "GenApi/IInteger.h"
 #include "GenApi/impl/NumericT.h"
-#include "GenApi/impl/Value2String.h"
+#include "text/Value2String.h"
 
 namespace GenApi_3_0_ORVANE {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "GenApi/impl/Frames.h"
-#include "GenApi/impl/Value2String.h"
+#include "text/Value2String.h"
 
 namespace GenApi_3_0_ORVANE {
 

@@ -1,0 +1,65 @@
+#pragma once
+/// What stands in for a data map while live nodes are made from a cache file.
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "Base/OvAssert.h"
+#include "properties/INodeDataMap.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Gives nodes their texts, and the names that have been met so far.
+class DirectNodeDataMap final : public INodeDataMap {
+public:
+    DirectNodeDataMap(std::vector<std::string> strings, size_t numNodes)
+        : m_Strings(std::move(strings)), m_Names(numNodes) {}
+
+    /// Links in the file are identifiers already.
+    NodeID_t GetNodeID(std::string_view, bool) override {
+        OV_ASSERT(0);
+        return {};
+    }
+    const std::string& GetNodeName(NodeID_t NodeID) const override {
+        return GetString(m_Names.at(static_cast<size_t>(NodeID.ToIndex())));
+    }
+    StringID_t SetString(std::string_view text) override {
+        m_Strings.emplace_back(text);
+        return StringID_t(m_Strings.size() - 1);
+    }
+    const std::string& GetString(StringID_t StringID) const override {
+        OV_ASSERT(StringID.IsValid());
+        return m_Strings.at(static_cast<size_t>(StringID.ToIndex()));
+    }
+    /// @return false for a node that has a name already
+    bool SetNodeName(NodeID_t NodeID, StringID_t name) {
+        StringID_t& slot = m_Names.at(static_cast<size_t>(NodeID.ToIndex()));
+        const bool isFirst = !slot.IsValid();
+        slot = name;
+        return isFirst;
+    }
+    /// Whether each node has a name of its own, and the first that of the root
+    /// element.
+    bool AreNamesComplete() const {
+        std::unordered_set<std::string_view> names;
+        names.reserve(m_Names.size());
+        return GetNameOrNothing(m_Names.front()) == kRootNodeName &&
+               std::all_of(m_Names.begin(), m_Names.end(), [&](StringID_t name) {
+                   return name.IsValid() && names.insert(GetString(name)).second;
+               });
+    }
+
+private:
+    std::string_view GetNameOrNothing(StringID_t name) const {
+        return name.IsValid() ? std::string_view(GetString(name)) : std::string_view();
+    }
+
+    std::vector<std::string> m_Strings;
+    std::vector<StringID_t> m_Names;
+};
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,30 @@
+#include "GenApi/ChunkAdapterTrailer.h"
+
+#include "Base/GCException.h"
+#include "chunks/ChunkLayout.h"
+
+namespace GenApi_3_0_ORVANE {
+
+bool CChunkAdapterTrailer::CheckBufferLayout(const uint8_t* buffer, int64_t length) {
+    const auto ignore = [](const ChunkPlace& /*chunk*/, const uint8_t* /*identifier*/) {};
+    return WalkChunks(m_Layout, buffer, length, ignore);
+}
+
+void CChunkAdapterTrailer::AttachBuffer(uint8_t* buffer, int64_t length,
+                                        AttachStatistics_t* statistics) {
+    if (buffer == nullptr) {
+        RUNTIME_EXCEPTION("Invalid buffer attached to chunk %s!", m_Layout.name);
+    }
+    if (!CheckBufferLayout(buffer, length)) {
+        RUNTIME_EXCEPTION("Invalid layout of buffer attached to chunk %s!", m_Layout.name);
+    }
+    ChunkRound round(m_ppChunkPorts, m_MaxChunkCacheSize, buffer);
+    WalkChunks(m_Layout, buffer, length, [&](const ChunkPlace& chunk, const uint8_t* identifier) {
+        round.Offer(chunk, [this, identifier](const CChunkPort& port) {
+            return m_Layout.matches(port, identifier);
+        });
+    });
+    round.Finish(statistics);
+}
+
+}  // namespace GenApi_3_0_ORVANE

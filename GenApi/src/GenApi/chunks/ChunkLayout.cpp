@@ -1,0 +1,72 @@
+// The layouts that transports give their chunks.
+
+#include "chunks/ChunkLayout.h"
+
+#include "GenApi/ChunkAdapterDcam.h"
+#include "GenApi/ChunkAdapterGEV.h"
+#include "GenApi/ChunkAdapterU3V.h"
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+constexpr int64_t kGuidBytes = 16;
+
+bool MatchesBytes(const CChunkPort& port, const uint8_t* identifier) {
+    return port.CheckChunkID(identifier, 4);
+}
+
+bool MatchesNumber(const CChunkPort& port, const uint8_t* identifier) {
+    return port.CheckChunkID(ReadWord(identifier, std::endian::little));
+}
+
+bool MatchesGuid(const CChunkPort& port, const uint8_t* identifier) {
+    const int64_t length = port.GetChunkIDLength();
+    return length <= kGuidBytes && port.CheckChunkID(identifier, length);
+}
+
+constexpr ChunkLayout kGEV = {.trailer = 8,
+                              .shortestBuffer = 9,
+                              .identifier = 8,
+                              .lengthField = 4,
+                              .complementField = 0,
+                              .order = std::endian::big,
+                              .isLengthOfAll = false,
+                              .hasCRC = nullptr,
+                              .matches = MatchesBytes,
+                              .name = "parser"};
+
+constexpr ChunkLayout kU3V = {.trailer = 8,
+                              .shortestBuffer = 9,
+                              .identifier = 8,
+                              .lengthField = 4,
+                              .complementField = 0,
+                              .order = std::endian::little,
+                              .isLengthOfAll = false,
+                              .hasCRC = nullptr,
+                              .matches = MatchesNumber,
+                              .name = "parser"};
+
+constexpr ChunkLayout kDcam = {.trailer = 24,
+                               .shortestBuffer = 24,
+                               .identifier = 24,
+                               .lengthField = 8,
+                               .complementField = 4,
+                               .order = std::endian::little,
+                               .isLengthOfAll = true,
+                               .hasCRC = CChunkAdapterDcam::HasCRC,
+                               .matches = MatchesGuid,
+                               .name = "adapter"};
+
+}  // namespace
+
+CChunkAdapterGEV::CChunkAdapterGEV(INodeMap* map, int64_t maxChunkCacheSize)
+    : CChunkAdapterTrailer(kGEV, map, maxChunkCacheSize) {}
+
+CChunkAdapterU3V::CChunkAdapterU3V(INodeMap* map, int64_t maxChunkCacheSize)
+    : CChunkAdapterTrailer(kU3V, map, maxChunkCacheSize) {}
+
+CChunkAdapterDcam::CChunkAdapterDcam(INodeMap* map, int64_t maxChunkCacheSize)
+    : CChunkAdapterTrailer(kDcam, map, maxChunkCacheSize) {}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,51 @@
+#pragma once
+/// What nodes know of their map, beneath its lock.
+
+#include "Base/OvAssert.h"
+#include "GenApi/INodeMap.h"
+#include "core/INodePrivate.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Counts what is nested: writes, for example.
+class Counter {
+public:
+    void Increment() { ++m_value; }
+    void Decrement() {
+        OV_ASSERT(m_value > 0);
+        --m_value;
+    }
+    bool IsZero() const { return m_value == 0; }
+    int64_t Get() const { return m_value; }
+
+private:
+    int64_t m_value = 0;
+};
+
+class CCallState;
+
+/// What nodes know of their map.
+struct INodeMapPrivate : public INodeMap {
+    /// Takes the node over. Type 27 marks an empty slot.
+    virtual void RegisterNode(INodePrivate* node, CNodeData::ENodeType_t nodeType, NodeID_t id) = 0;
+    virtual void FinalConstruct() = 0;
+    virtual void SetNumNodes(size_t count) = 0;
+    virtual INodePrivate* GetNodeByID(NodeID_t id) = 0;
+    virtual void SetProperty(const CProperty& property) = 0;
+    /// Gives back what SetProperty took: appends it to the list. False when the
+    /// map holds no such property.
+    virtual bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
+                             CNodeData::PropertyVector_t& properties) = 0;
+    virtual Counter& GetBathometer() = 0;
+    /// Counted; only the outermost call is remembered.
+    virtual void SetEntryPoint(EMethod method, INodePrivate* node, bool ignoreCache) = 0;
+    virtual void ResetEntryPoint() = 0;
+    /// "Node.Method()" of the outermost call; empty when there is none.
+    virtual gcstring GetEntryPoint() = 0;
+    virtual bool IsLoggingEnabled() = 0;
+    virtual bool IsDeviceLoggingEnabled() = 0;
+    /// The same lock, counters and entry point, for the nodes' short way to them.
+    virtual CCallState& GetCallState() = 0;
+};
+
+}  // namespace GenApi_3_0_ORVANE

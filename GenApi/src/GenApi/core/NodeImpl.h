@@ -1,0 +1,299 @@
+#pragma once
+/// What every node of the graph is made of.
+
+#include <bitset>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "Base/Log.h"
+#include "core/CallState.h"
+#include "core/INodeMapPrivate.h"
+#include "core/INodePrivate.h"
+#include "core/KeptProperty.h"
+#include "core/NodeExceptions.h"
+#include "core/NodeFault.h"
+#include "core/PolyReference.h"
+
+namespace GenApi_3_0_ORVANE {
+
+using GenICam_3_0_ORVANE::CLogIndent;
+
+/// Base of every node class: common properties, access mode with its cache,
+/// dependency lists, callbacks. Nodes point to one another plainly; the map
+/// owns them all.
+///
+/// The Internal... operations want the map's lock held. The public ones are
+/// added by the templates around the concrete class.
+class CNodeImpl : virtual public INodePrivate, virtual public ISelector, virtual public IUserData {
+public:
+    using NodeList = std::vector<INodePrivate*>;
+
+    CNodeImpl();
+    ~CNodeImpl() override;
+    CNodeImpl(const CNodeImpl&) = delete;
+    CNodeImpl& operator=(const CNodeImpl&) = delete;
+
+    void Initialize(INodeMapPrivate* nodeMap, CNodeData::ENodeType_t type, NodeID_t id) override;
+    CNodeData::ENodeType_t GetNodeType() override { return m_NodeType; }
+    NodeID_t GetNodeID() override { return m_NodeID; }
+    void FinalConstruct() override;
+    void SetProperty(const CProperty& property) override;
+    using INodePrivate::GetProperty;
+    bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
+                     CNodeData::PropertyVector_t& properties) override;
+    void SetInvalid(ESetInvalidMode mode) override;
+    void CollectCallbacksToFire(CallbackList& list, bool allDependents) override;
+    bool IsTerminalNode() override;
+    const NodeList& GetAllTerminalNodes() override { return m_TerminalNodes; }
+    bool Poll(int64_t elapsedTime) override;
+    EAccessMode InternalGetAccessMode() override { return InternalGetAccessMode(nullptr); }
+    EInterfaceType InternalGetPrincipalInterfaceType() override { return intfIBase; }
+    const gcstring& InternalGetName() override { return m_Name; }
+    ENameSpace InternalGetNameSpace() override { return m_NameSpace; }
+    EVisibility InternalGetVisibility() override {
+        return Combine(m_Visibility, m_ImposedVisibility);
+    }
+    ECachingMode InternalGetCachingMode() override;
+    ECachingMode InternalGetLimitsCachingMode() override;
+    int64_t InternalGetPollingTime() override { return m_PollingTime; }
+    EYesNo InternalIsAccessModeCacheable() override;
+    void InternalCheckError() override;
+    bool InternalIsValueCacheValid() override { return m_ValueCacheValid; }
+    void AddParent(INodePrivate* parent) override { m_Parents.push_back(parent); }
+    void SetInvisibleIfHigher(EVisibility /*visibility*/) override {}
+
+    // For the templates and frames, with the lock held.
+    INodeMapPrivate& GetMap() const;
+    /// A link property that names the node.
+    static CProperty MakeLink(INodeDataMap& nodeDataMap, CPropertyID id, INodePrivate& target);
+
+    CCallState& GetCallState() const {
+        OV_ASSERT(m_pNodeMap != NULL);  // NOLINT(modernize-use-nullptr): known text
+        return *m_pCallState;
+    }
+    CLock& GetLock() const { return GetCallState().GetLock(); }
+    /// The access mode with what a client imposed on it. The cache holds the mode
+    /// before that.
+    EAccessMode GetAccessModeInside() {
+        if (m_AccessModeCache == _UndefinedAccesMode ||
+            m_AccessModeCache == _CycleDetectAccesMode) {
+            return FindAccessMode();
+        }
+        const EAccessMode mode = Combine(m_AccessModeCache, m_ImposedAccessMode);
+        GCLOGINFO(m_pAccessLog, "GetAccessMode = '%s' (from cache)",
+                  EAccessModeClass::ToString(mode));
+        return mode;
+    }
+    EAccessMode GetImposedAccessMode() const { return m_ImposedAccessMode; }
+    /// What keeps the node from being used, be it its own fault or that of a node
+    /// that is a part of it; null for a sound one. It never changes once the
+    /// description is loaded.
+    virtual const NodeFault* FindFault() const { return m_pFault.get(); }
+    /// Raises the node's own fault, if it has one.
+    void RequireSound() {
+        if (m_pFault != nullptr) [[unlikely]] {
+            RaiseFault(*m_pFault);
+        }
+    }
+    /// Raises what FindFault finds: for those whom the access mode turns away, and
+    /// who want to know why.
+    void RaiseAnyFault();
+    /// Tells the log that a walk over many nodes passes this one by.
+    void LogPassedBy(const char* reason);
+    /// Marks the begin of a write that goes on to other nodes.
+    void PreSetValue();
+    /// Marks that it succeeded: the invalidation that it brings about spares what
+    /// it has just left in the caches.
+    void NoteOwnWrite() { m_WasWritten = true; }
+    /// Marks its end. The outermost write invalidates the terminal nodes and
+    /// gathers the callbacks of all that depend on them.
+    void PostSetValue(CallbackList& callbacks);
+    /// Sets invalid what the value comes from, down to the registers, so that the
+    /// next read is one of the device.
+    void InvalidateSources();
+
+protected:
+    /// InvalidateNode for what a client imposes on the node: nothing has changed
+    /// at the device.
+    virtual void InvalidateImposed() = 0;
+    /// Drops what is cached below the node's own value, when anything but a write
+    /// of this node sets it invalid. A node that names invalidators is as old as
+    /// its sources are.
+    virtual void ForgetBeneath();
+    /// Where values come from the device: whoever looks for the sources of a value
+    /// need not look further.
+    virtual bool IsRegister() const { return false; }
+    void InvalidateCaches();
+    void InvalidateDependents();
+    /// @param value  the node whose value this one shows, or null
+    EAccessMode InternalGetAccessMode(IBase* value);
+    /// The access mode's cache, asked and filled around a computation of the
+    /// concrete class: `compute` runs only when nothing is known.
+    template <class Compute>
+    EAccessMode CachedAccessMode(const Compute& compute);
+    /// The same computation without the cache, as a part of such a `compute`.
+    EAccessMode ComputeAccessMode(IBase* value);
+    /// The same from the mode of the value, with those of the nodes that count.
+    EAccessMode ComputeAccessMode(EAccessMode mode, const NodeList& readingChildren) const;
+
+    gcstring InternalGetQualifiedName();
+    gcstring InternalGetDocuURL();
+    /// Keeps account of a property that the description gave this node.
+    void NoteProperty(const CProperty& property);
+    bool HoldsProperty(CPropertyID id) const { return m_HeldProperties.test(id); }
+    void InternalGetPropertyNames(gcstring_vector& names);
+    bool InternalGetProperty(const gcstring& name, gcstring& value, gcstring& attribute);
+    gcstring InternalGetDisplayName() const;
+    void InternalGetChildren(node_vector& list, ELinkType linkType) const;
+    CallbackHandleType InternalRegisterCallback(CNodeCallback* callback);
+    bool InternalDeregisterCallback(CallbackHandleType handle);
+    /// The node's caching mode with that of all that its value passes through.
+    /// Classes with further sources of their value add those.
+    virtual ECachingMode ComputeCachingMode();
+    /// Classes whose limits other nodes tell add those.
+    virtual ECachingMode ComputeLimitsCachingMode() { return InternalGetCachingMode(); }
+    /// The text of a node without a value; classes with one know better.
+    virtual gcstring InternalToString(bool verify, bool ignoreCache);
+    virtual void InternalFromString(const gcstring& value, bool verify);
+
+    /// How a child takes part in this node's value.
+    enum EChildRole : unsigned {
+        NoRole = 0,     ///< known, but neither read nor written
+        ReadRole = 1,   ///< read to compute this node
+        WriteRole = 2,  ///< written when this node is written
+        ValueRole = 4   ///< its value is part of this node's value
+    };
+    /// Runs a step of taking the description, and keeps the fault that it throws.
+    /// The first one stands.
+    template <class Step>
+    void KeepFaultOf(const Step& step);
+    /// The node that a link property names, entered as a child of this one. A fault
+    /// when there is no live node behind the name.
+    INodePrivate* LinkChild(const CProperty& property, unsigned roles);
+
+    gcstring m_Name;
+    gcstring m_Extension;
+    ENameSpace m_NameSpace = Custom;
+    gcstring m_DeviceName;
+    gcstring m_DisplayName;
+    gcstring m_ToolTip;
+    gcstring m_Description;
+    EVisibility m_Visibility = Beginner;
+    CBooleanPolyRef m_IsImplemented;
+    CBooleanPolyRef m_IsAvailable;
+    CBooleanPolyRef m_IsLocked;
+    CBooleanPolyRef m_BlockPolling;
+    IEnumeration* m_pError = nullptr;
+    INode* m_pAlias = nullptr;
+    INode* m_pCastAlias = nullptr;
+    ECachingMode m_CachingMode = WriteThrough;
+    value_vector m_SelectedFeatures;
+    value_vector m_SelectingFeatures;
+    gcstring m_EventID;
+    EYesNo m_Streamable = No;
+    EAccessMode m_ImposedAccessMode = RW;
+    EVisibility m_ImposedVisibility = Beginner;
+    int64_t m_PollingTime = -1;
+    node_vector m_Invalidators;
+    gcstring m_DocuURL;
+    EYesNo m_IsDeprecated = No;
+    EYesNo m_IsFeature = No;
+    EYesNo m_ExposeStatic = Yes;
+    UserData_t m_pUserData = nullptr;
+
+    NodeList m_Parents;
+    NodeList m_ReadingChildren;
+    NodeList m_WritingChildren;
+    NodeList m_AllChildren;
+    NodeList m_DependingNodes;
+    NodeList m_TerminalNodes;
+    NodeList m_ValueChildren;
+
+    ECachingMode m_CachingModeCache = _UndefinedCachingMode;
+    ECachingMode m_LimitsCachingModeCache = _UndefinedCachingMode;
+    EAccessMode m_AccessModeCache = _UndefinedAccesMode;
+    bool m_ValueCacheValid = false;
+    bool m_ListOfValidValuesCacheValid = false;
+    EYesNo m_AccessModeCacheability = _UndefinedYesNo;
+    bool m_KeepCache = false;
+    bool m_WasWritten = false;
+
+    void* m_pAccessLog = nullptr;
+    void* m_pValueLog = nullptr;
+    void* m_pRangeLog = nullptr;
+    void* m_pPortLog = nullptr;
+    void* m_pCacheLog = nullptr;
+    void* m_pPreProcLog = nullptr;
+    void* m_pMiscLog = nullptr;
+
+private:
+    EAccessMode FindAccessMode();
+    EYesNo ComputeAccessModeCacheability();
+    static EAccessMode LowerByChildren(EAccessMode mode, const NodeList& readingChildren);
+    EAccessMode LowerByReferences(EAccessMode mode) const;
+    void CreateLoggers();
+    bool IsPollingBlocked();
+    /// The field that keeps a property that is no link: calls `use` with it.
+    template <class Self, class Use>
+    static bool WithField(Self& self, CPropertyID id, const Use& use);
+    /// What the node holds of its description, or of one property of it.
+    CNodeData::PropertyVector_t GetHeldProperties(INodeDataMap& nodeDataMap,
+                                                  const gcstring* name = nullptr);
+    INodePrivate& FindLinked(const CProperty& property);
+    void SetLinkProperty(const CProperty& property);
+    void AppendFeature(value_vector& features, const CProperty& property);
+    [[noreturn]] void RaiseFault(const NodeFault& fault);
+    NodeList GetLinked(CPropertyID id) const;
+    const NodeList& GetSources();
+
+    INodeMapPrivate* m_pNodeMap = nullptr;
+    CCallState* m_pCallState = nullptr;
+    CNodeData::ENodeType_t m_NodeType = CNodeData::_NotImpl_ID;
+    NodeID_t m_NodeID;
+    std::bitset<CPropertyID::_Undefined_ID> m_HeldProperties;
+    std::vector<CKeptProperty> m_KeptProperties;
+    int64_t m_ElapsedTime = 0;
+    /// The registers that the value comes from, once they were looked for.
+    std::optional<NodeList> m_Sources;
+    uint64_t m_LastInvalidation = 0;
+    CallbackList m_Callbacks;
+    std::unique_ptr<const NodeFault> m_pFault;
+};
+
+template <class Step>
+void CNodeImpl::KeepFaultOf(const Step& step) {
+    try {
+        step();
+    } catch (NodeFault& fault) {
+        if (m_pFault == nullptr) {
+            m_pFault = std::make_unique<const NodeFault>(std::move(fault));
+        }
+    }
+}
+
+template <class Compute>
+EAccessMode CNodeImpl::CachedAccessMode(const Compute& compute) {
+    if (m_AccessModeCache == _CycleDetectAccesMode) {
+        // This node is being computed further up the stack.
+        m_AccessModeCache = RW;
+        GCLOGWARN(m_pAccessLog, "InternalGetAccessMode : ReadCycle detected at = '%s'",
+                  m_Name.c_str());
+        return RW;
+    }
+    if (m_AccessModeCache != _UndefinedAccesMode) {
+        return m_AccessModeCache;
+    }
+    m_AccessModeCache = _CycleDetectAccesMode;
+    try {
+        // What a faulty node would be computed from may be missing.
+        const EAccessMode mode = m_pFault == nullptr ? compute() : LowerByReferences(NA);
+        m_AccessModeCache = InternalIsAccessModeCacheable() == Yes ? mode : _UndefinedAccesMode;
+        return mode;
+    } catch (...) {
+        m_AccessModeCache = _UndefinedAccesMode;
+        throw;
+    }
+}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,63 @@
+#include "GenApi/EventAdapter.h"
+
+#include <utility>
+
+#include "Base/OvAssert.h"
+#include "GenApi/EventPort.h"
+#include "GenApi/INodeMap.h"
+#include "map/FaultyNodes.h"
+
+namespace GenApi_3_0_ORVANE {
+
+CEventAdapter::CEventAdapter() = default;
+
+CEventAdapter::CEventAdapter(INodeMap* map) {
+    if (map != nullptr) {
+        CEventAdapter::AttachNodeMap(map);
+    }
+}
+
+CEventAdapter::~CEventAdapter() = default;
+
+void CEventAdapter::AttachNodeMap(INodeMap* map) {
+    OV_ASSERT(map != nullptr);
+    node_vector nodes;
+    map->GetNodes(nodes);
+    DetachNodeMap();
+    std::vector<std::unique_ptr<CEventPort>> ports;
+    for (INode* const node : nodes) {
+        if (!node->GetEventID().empty()) {
+            VisitUnlessFaulty(*node, [&] { ports.push_back(std::make_unique<CEventPort>(node)); });
+        }
+    }
+    m_EventPorts.swap(ports);
+}
+
+void CEventAdapter::DetachNodeMap() {
+    const std::vector<std::unique_ptr<CEventPort>> ports = std::exchange(m_EventPorts, {});
+    for (const auto& port : ports) {
+        port->DetachNode();
+    }
+}
+
+template <class Matches>
+void CEventAdapter::AttachEventIf(const uint8_t* data, int64_t length, const Matches& matches) {
+    for (const auto& port : m_EventPorts) {
+        if (matches(*port)) {
+            port->AttachEvent(data, length);
+        }
+    }
+}
+
+void CEventAdapter::AttachEventToPorts(const uint8_t* data, int64_t length, uint64_t id) {
+    AttachEventIf(data, length, [id](const CEventPort& port) { return port.CheckEventID(id); });
+}
+
+void CEventAdapter::AttachEventToPorts(const uint8_t* data, int64_t length,
+                                       const std::vector<uint8_t>& id) {
+    AttachEventIf(data, length, [id](const CEventPort& port) {
+        return port.CheckEventID(id.data(), static_cast<int64_t>(id.size()));
+    });
+}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,30 @@
+#include "GenApi/EventAdapterGeneric.h"
+
+#include <string_view>
+
+#include "Base/GCException.h"
+#include "Base/OvAssert.h"
+#include "GenApi/PortID.h"
+
+namespace GenApi_3_0_ORVANE {
+
+CEventAdapterGeneric::CEventAdapterGeneric(INodeMap* map) : CEventAdapter(map) {}
+
+void CEventAdapterGeneric::DeliverMessage(const uint8_t* /*bytes*/, int64_t /*length*/) {
+    OV_ASSERT(!"The generic event adapter knows no layout");
+}
+
+void CEventAdapterGeneric::DeliverMessage(const uint8_t* bytes, int64_t length, uint64_t id) {
+    AttachEventToPorts(bytes, length, id);
+}
+
+void CEventAdapterGeneric::DeliverMessage(const uint8_t* bytes, int64_t length,
+                                          const gcstring& id) {
+    m_Identifier.clear();
+    if (id.empty() || !AppendHexBytes(std::string_view(id.c_str(), id.length()), m_Identifier)) {
+        RUNTIME_EXCEPTION("Invalid event ID delivered: %s", id.c_str());
+    }
+    AttachEventToPorts(bytes, length, m_Identifier);
+}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,229 @@
+#include "factory/NodeMapFactoryImpl.h"
+
+#include <algorithm>
+
+#include "Base/Environment.h"
+#include "Base/GCException.h"
+#include "cache/CacheFile.h"
+#include "factory/NodeMapFactoryNodes.h"
+#include "factory/NodeMapFactoryStyleSheet.h"
+#include "zip/ZipReader.h"
+
+namespace GenApi_3_0_ORVANE {
+
+gcstring CNodeMapFactory::CNodeMapFactoryImpl::Source::GetFileName() const {
+    gcstring name = fileName;
+    if (contentType == ContentType_ZippedXml) {
+        GenICam_3_0_ORVANE::ReplaceEnvironmentVariables(name);
+    }
+    return name;
+}
+
+std::string CNodeMapFactory::CNodeMapFactoryImpl::Source::Read() const {
+    if (!text.empty()) {
+        return text.c_str();
+    }
+    std::string description;
+    const bool isFile = !fileName.empty();
+    if (contentType == ContentType_ZippedXml) {
+        const auto result = isFile ? CZipReader::ReadFile(GetFileName().c_str(), description)
+                                   : CZipReader::ReadMemory(pData, size, description);
+        if (result != CZipReader::Result::Done) {
+            RUNTIME_EXCEPTION("Could not read from '%s'", fileName.c_str());
+        }
+        return description;
+    }
+    return isFile ? ReadTextFile(fileName.c_str())
+                  : std::string(static_cast<const char*>(pData), size);
+}
+
+CNodeMapFactory::CNodeMapFactoryImpl::CNodeMapFactoryImpl() : m_CacheFolder(FindCacheFolder()) {}
+
+CNodeMapFactory::CNodeMapFactoryImpl::CNodeMapFactoryImpl(Source source, ECacheUsage_t cacheUsage,
+                                                          bool suppressStrings)
+    : m_Source(std::move(source)),
+      m_CacheUsage(cacheUsage),
+      m_SuppressStrings(suppressStrings),
+      m_CacheFolder(FindCacheFolder()) {}
+
+auto CNodeMapFactory::CNodeMapFactoryImpl::FromNodeMap(INodeMap* nodeMap) -> Pointer {
+    auto factory = std::make_shared<CNodeMapFactoryImpl>();
+    DescribeNodeMap(nodeMap, factory->m_Map);
+    factory->m_isPreprocessed = true;
+    return factory;
+}
+
+void CNodeMapFactory::CNodeMapFactoryImpl::AddInjectionData(Pointer other) {
+    if (other->m_isPreprocessed) {
+        RUNTIME_EXCEPTION("Injected camera description file data must not be preprocessed.");
+    }
+    if (other->Holds(*this)) {
+        INVALID_ARGUMENT_EXCEPTION("A camera description can't be injected into itself.");
+    }
+    other->m_IsInjected = true;
+    m_Injected.push_back(std::move(other));
+}
+
+bool CNodeMapFactory::CNodeMapFactoryImpl::Holds(const CNodeMapFactoryImpl& other) const {
+    return this == &other ||
+           std::any_of(m_Injected.begin(), m_Injected.end(),
+                       [&](const Pointer& injected) { return injected->Holds(other); });
+}
+
+void CNodeMapFactory::CNodeMapFactoryImpl::RequireSource(const char* operation) const {
+    if (m_IsReleased) {
+        LOGICAL_ERROR_EXCEPTION(
+            "Cannot %s, the camera description file data has already been released.", operation);
+    }
+    if (!m_Source.IsGiven()) {
+        LOGICAL_ERROR_EXCEPTION(
+            "Cannot %s, no camera description file data has been provided to the node map "
+            "factory.",
+            operation);
+    }
+}
+
+/// Runs a step of the way to nodes; one that fails takes the steps before it
+/// along.
+template <class Step>
+void CNodeMapFactory::CNodeMapFactoryImpl::ClearOnFailure(const Step& step) {
+    try {
+        step();
+    } catch (...) {
+        m_Map.Clear();
+        m_isLoaded = false;
+        throw;
+    }
+}
+
+void CNodeMapFactory::CNodeMapFactoryImpl::LoadAndInject() {
+    if (m_isLoaded || m_isPreprocessed) {
+        return;
+    }
+    RequireSource("load and inject");
+    ClearOnFailure([this] {
+        Parse();
+        Inject();
+    });
+    m_isLoaded = true;
+}
+
+void CNodeMapFactory::CNodeMapFactoryImpl::Parse() {
+    const EContentType_t type = m_Source.contentType;
+    if (!m_Source.fileName.empty()) {
+        CNodeDataMapFactory::ParseXmlFile(&m_Map, type, m_Source.fileName.c_str(),
+                                          m_SuppressStrings);
+    } else if (!m_Source.text.empty()) {
+        CNodeDataMapFactory::ParseXmlString(&m_Map, m_Source.text.c_str(), m_SuppressStrings);
+    } else {
+        CNodeDataMapFactory::ParseXmlBuffer(&m_Map, type, m_Source.pData, m_Source.size,
+                                            m_SuppressStrings);
+    }
+}
+
+void CNodeMapFactory::CNodeMapFactoryImpl::Inject() {
+    for (const Pointer& other : m_Injected) {
+        other->LoadAndInject();
+        if (other->m_IsFromCache) {
+            RUNTIME_EXCEPTION("Injected camera description file data must not be preprocessed.");
+        }
+        other->m_Map.CheckConsistency();
+        m_Map.Inject(other->m_Map);
+    }
+}
+
+void CNodeMapFactory::CNodeMapFactoryImpl::Preprocess(LiveNodes* pLiveNodes) {
+    if (m_isPreprocessed) {
+        return;
+    }
+    RequireSource("preprocess");
+    RefuseForcedCache();
+    if (!UsesCache()) {
+        LoadAndInject();
+        PreprocessDescription();
+        return;
+    }
+    uint32_t hash = 0;
+    if (!m_isLoaded) {
+        hash = ComputeHash();
+        // What comes from the cache can't be merged: nothing tells what of it the
+        // description has given.
+        const bool isToBeMerged =
+            m_IsInjected && pLiveNodes == nullptr && m_CacheUsage != CacheUsage_ForceRead;
+        if (!isToBeMerged && CacheRead(hash, pLiveNodes)) {
+            return;
+        }
+    }
+    LoadAndInject();
+    ClearOnFailure([this] { m_Map.CheckConsistency(); });
+    PreprocessDescription();
+    CacheWrite(hash);
+}
+
+void CNodeMapFactory::CNodeMapFactoryImpl::PreprocessDescription() {
+    ClearOnFailure([this] { CNodeDataMapFactory::PreProcessNodeDataMap(&m_Map); });
+    m_isPreprocessed = true;
+}
+
+/// Without a folder a caller that insists on the cache is told so.
+void CNodeMapFactory::CNodeMapFactoryImpl::RefuseForcedCache() const {
+    if (!m_CacheFolder.empty()) {
+        return;
+    }
+    if (m_CacheUsage == CacheUsage_ForceRead) {
+        RUNTIME_EXCEPTION("Forced read from cache failed.");
+    }
+    if (m_CacheUsage == CacheUsage_ForceWrite) {
+        RUNTIME_EXCEPTION("Forced write to cache failed.");
+    }
+}
+
+void CNodeMapFactory::CNodeMapFactoryImpl::ReleaseSource() {
+    m_Source = Source();
+    m_Map.Clear();
+    m_isLoaded = false;
+    m_isPreprocessed = false;
+    m_IsReleased = true;
+    for (const Pointer& other : m_Injected) {
+        other->ReleaseSource();
+    }
+}
+
+auto CNodeMapFactory::CNodeMapFactoryImpl::ExtractIndependentSubtree(const gcstring& nodeName,
+                                                                     bool renameToRoot) -> Pointer {
+    if (!m_isPreprocessed && !m_IsReleased) {
+        RequireSource("extract subtree");
+    }
+    RefuseForcedCache();
+    auto subtree = std::make_shared<CNodeMapFactoryImpl>();
+    subtree->m_CacheUsage = CacheUsage_Automatic;
+    subtree->m_IsReleased = true;
+    uint32_t hash = 0;
+    if (UsesCache() && !m_IsReleased) {
+        hash = ComputeHash(nodeName.c_str() + std::string(renameToRoot ? " renamed to Root" : ""));
+        if (subtree->CacheRead(hash, nullptr)) {
+            return subtree;
+        }
+    }
+    Preprocess();
+    m_Map.ExtractIndependentSubtree(subtree->m_Map, nodeName.c_str(), renameToRoot);
+    subtree->m_isPreprocessed = true;
+    subtree->CacheWrite(hash);
+    return subtree;
+}
+
+auto CNodeMapFactory::CNodeMapFactoryImpl::ApplyStyleSheet(const gcstring& fileName) const
+    -> Pointer {
+    if (!m_Source.IsGiven()) {
+        LOGICAL_ERROR_EXCEPTION(
+            "Cannot apply stylesheet, no camera description file data has been provided to the "
+            "node map factory.");
+    }
+    CheckStyleSheet(fileName);
+    Source transformed;
+    transformed.text = Transform(m_Source.Read(), fileName.c_str()).c_str();
+    return std::make_shared<CNodeMapFactoryImpl>(std::move(transformed), m_CacheUsage,
+                                                 m_SuppressStrings);
+}
+
+}  // namespace GenApi_3_0_ORVANE

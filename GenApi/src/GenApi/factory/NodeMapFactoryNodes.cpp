@@ -1,0 +1,134 @@
+#include "factory/NodeMapFactoryNodes.h"
+
+#include "Base/GCException.h"
+#include "cache/CacheTables.h"
+#include "cache/DirectNodeDataMap.h"
+#include "factory/NodeCreation.h"
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+std::unique_ptr<CNodeMap> NewMap(const gcstring& deviceName, CLock* lock, size_t numNodes) {
+    auto map =
+        std::make_unique<CNodeMap>(deviceName.empty() ? gcstring("Device") : deviceName, lock);
+    map->SetNumNodes(numNodes);
+    return map;
+}
+
+/// Adds a node without properties: links may point forward.
+void Register(CNodeMap& map, CNodeData::ENodeType_t type, NodeID_t id) {
+    std::unique_ptr<INodePrivate> pNode = CreateNode(type);
+    OV_ASSERT(pNode);
+    map.RegisterNode(pNode.release(), type, id);
+}
+
+/// The first entry is the map's own.
+template <class Use>
+void ForEachNode(CNodeMap& map, size_t numNodes, const Use& use) {
+    for (size_t i = 1; i < numNodes; ++i) {
+        use(*map.GetNodeByID(NodeID_t(i)), NodeID_t(i));
+    }
+}
+
+void FinalConstruct(CNodeMap& map, size_t numNodes) {
+    ForEachNode(map, numNodes, [](INodePrivate& node, NodeID_t) { node.FinalConstruct(); });
+    map.FinalConstruct();
+}
+
+/// Stores what a node or a map tells of itself under its name.
+template <class Teller>
+void Describe(Teller& teller, CNodeData::ENodeType_t type, std::string_view name,
+              CNodeDataMap& data) {
+    auto node = std::make_unique<CNodeData>(type, &data);
+    node->SetName(name);
+    for (uint32_t number = 0; number < CPropertyID::_Undefined_ID; ++number) {
+        const CPropertyID id(static_cast<CPropertyID::EProperty_ID_t>(number));
+        if (id != CPropertyID::Name_ID) {
+            teller.GetProperty(data, id, node->GetProperties());
+        }
+    }
+    data.SetNodeData(std::move(node), false);
+}
+
+}  // namespace
+
+std::unique_ptr<CNodeMap> BuildNodeMap(const CNodeDataMap& data, const gcstring& deviceName,
+                                       CLock* lock) {
+    const size_t numNodes = data.GetNumNodeIDs();
+    auto map = NewMap(deviceName, lock, numNodes);
+    const CNodeData* const itNodeData = data.GetNodeData(NodeID_t(0));
+    OV_ASSERT(itNodeData->GetName() == kRootNodeName);
+    for (const CProperty& property : itNodeData->GetProperties()) {
+        map->SetProperty(property);
+    }
+    for (size_t i = 1; i < numNodes; ++i) {
+        Register(*map, data.GetNodeData(NodeID_t(i))->GetNodeType(), NodeID_t(i));
+    }
+    ForEachNode(*map, numNodes, [&](INodePrivate& node, NodeID_t id) {
+        for (const CProperty& property : data.GetNodeData(id)->GetProperties()) {
+            node.SetProperty(property);
+        }
+    });
+    FinalConstruct(*map, numNodes);
+    return map;
+}
+
+std::unique_ptr<CNodeMap> CreateNodeMapDirectFromCache(CCacheReader& reader,
+                                                       const gcstring& deviceName, CLock* lock) {
+    CCacheTables tables = ReadCacheTables(reader);
+    const CCacheCounts counts = tables.Count();
+    auto map = NewMap(deviceName, lock, counts.nodes);
+    for (size_t i = 1; i < counts.nodes; ++i) {
+        Register(*map, tables.types[i], NodeID_t(i));
+    }
+    DirectNodeDataMap texts(std::move(tables.strings), counts.nodes);
+    const auto read = [&](auto& taker, NodeID_t id) {
+        const CNodeData::ENodeType_t type = tables.types[static_cast<size_t>(id.ToIndex())];
+        ReadCacheProperties(reader, counts, type, &texts, [&](const CProperty& property) {
+            if (property.GetPropertyID() == CPropertyID::Name_ID &&
+                !texts.SetNodeName(id, property.StringID())) {
+                reader.Fail(CCacheReader::State::Corrupt);
+            }
+            taker.SetProperty(property);
+        });
+    };
+    if (reader.IsGood()) {
+        read(*map, NodeID_t(0));
+        ForEachNode(*map, counts.nodes, read);
+    }
+    if (reader.IsGood() && !texts.AreNamesComplete()) {
+        reader.Fail(CCacheReader::State::Corrupt);
+    }
+    if (!reader.IsGood()) {
+        return nullptr;
+    }
+    FinalConstruct(*map, counts.nodes);
+    return map;
+}
+
+void DescribeNodeMap(INodeMap* nodeMap, CNodeDataMap& data) {
+    auto* const pNodeMapPrivate = dynamic_cast<INodeMapPrivate*>(nodeMap);
+    if (pNodeMapPrivate == nullptr) {
+        INVALID_ARGUMENT_EXCEPTION("pNodeMapPrivate");
+    }
+    const AutoLock lock(pNodeMapPrivate->GetLock());
+    node_vector nodes;
+    pNodeMapPrivate->GetNodes(nodes);
+    // The names come first, in the order of their identifiers: links may point
+    // forward.
+    data.GetNodeID(kRootNodeName, true);
+    for (INode* const node : nodes) {
+        data.GetNodeID(node->GetName().c_str(), true);
+    }
+    Describe(*pNodeMapPrivate, CNodeData::RegisterDescription_ID, kRootNodeName, data);
+    for (INode* const node : nodes) {
+        auto& teller = dynamic_cast<INodePrivate&>(*node);
+        const NodeID_t NodeID = teller.GetNodeID();
+        Describe(teller, teller.GetNodeType(), teller.InternalGetName().c_str(), data);
+        const CNodeData* const pNodeData = data.GetLastNodeData();
+        OV_ASSERT(pNodeData->GetNodeID() == NodeID);
+    }
+}
+
+}  // namespace GenApi_3_0_ORVANE

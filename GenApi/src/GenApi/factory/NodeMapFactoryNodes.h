@@ -1,0 +1,25 @@
+#pragma once
+/// From data to live nodes, and back.
+
+#include <memory>
+
+#include "cache/CacheStream.h"
+#include "map/NodeMap.h"
+#include "nodes/NodeDataMap.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// Makes the live nodes of preprocessed data.
+/// @param lock  shared with other maps; null for a lock of the map's own
+std::unique_ptr<CNodeMap> BuildNodeMap(const CNodeDataMap& data, const gcstring& deviceName,
+                                       CLock* lock);
+
+/// The same from the bytes of a cache file, without a data map in between. Null
+/// when the reader has failed.
+std::unique_ptr<CNodeMap> CreateNodeMapDirectFromCache(CCacheReader& reader,
+                                                       const gcstring& deviceName, CLock* lock);
+
+/// Fills the empty data with what the live nodes tell of themselves.
+void DescribeNodeMap(INodeMap* nodeMap, CNodeDataMap& data);
+
+}  // namespace GenApi_3_0_ORVANE

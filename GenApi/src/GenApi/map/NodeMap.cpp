@@ -1,0 +1,298 @@
+#include "map/NodeMap.h"
+
+#include <cstring>
+
+#include "Base/GCException.h"
+#include "Base/Log.h"
+#include "GenApi/IPortConstruct.h"
+#include "GenApi/NodeCallback.h"
+#include "core/NodeImpl.h"
+#include "core/PropertyField.h"
+#include "formula/IFormulaNode.h"
+
+namespace GenApi_3_0_ORVANE {
+
+using GenICam_3_0_ORVANE::CLog;
+using GenICam_3_0_ORVANE::GenericException;
+
+namespace {
+
+constexpr uint16_t kGenApiMajor = 3;
+constexpr uint16_t kGenApiMinor = 0;
+constexpr uint16_t kGenApiSubMinor = 2;
+
+/// What preprocessing marks those nodes with that links lead to. Where a link leads
+/// to the root element by its name that is the map, which has no use for it.
+bool IsMarkOfLinks(CPropertyID id) {
+    return id == CPropertyID::pDependent_ID || id == CPropertyID::pTerminal_ID ||
+           id == CPropertyID::pSelecting_ID || id == CPropertyID::IsFeature_ID;
+}
+
+}  // namespace
+
+string2node_t::string2node_t() : m_Spaces(9) {}
+
+void string2node_t::Reserve(size_t count) {
+    m_Spaces.reserve(count);
+    m_All.reserve(count);
+}
+
+size_t string2node_t::Hash::operator()(std::string_view name) const {
+    constexpr uint32_t kPrime = 16777619;
+    uint32_t hash = kPrime;
+    for (const char character : name) {
+        hash = (hash ^ static_cast<unsigned char>(character)) * kPrime;
+    }
+    return hash;
+}
+
+void string2node_t::Insert(INodePrivate* node) {
+    const gcstring& name = node->InternalGetName();
+    Spaces& spaces = m_Spaces[{name.c_str(), name.size()}];
+    INodePrivate*& slot =
+        node->InternalGetNameSpace() == Standard ? spaces.standard : spaces.custom;
+    struct {
+        bool second;
+    } const ret{slot == nullptr};
+    OV_ASSERT(ret.second == true);
+    slot = node;
+    m_All.push_back(node);
+}
+
+INodePrivate* string2node_t::Find(std::string_view name, ENameSpace nameSpace) const {
+    const auto found = m_Spaces.find(name);
+    if (found == m_Spaces.end()) {
+        return nullptr;
+    }
+    return nameSpace == Standard ? found->second.standard : found->second.custom;
+}
+
+CNodeMap::CNodeMap(const gcstring& deviceName, CLock* lock)
+    : m_DeviceName(deviceName), m_CallState(lock == nullptr ? m_OwnLock : *lock) {
+    m_IsLoggingEnabled = CLog::Exist("GenApi");
+    m_IsDeviceLoggingEnabled = CLog::Exist(gcstring("GenApi.") + deviceName);
+    ListSupportedSchemaVersions(m_SupportedSchemaVersions);
+}
+
+CNodeMap::~CNodeMap() {
+    for (INodePrivate* const node : m_Node2NodeID) {
+        delete node;
+    }
+}
+
+void CNodeMap::ListSupportedSchemaVersions(gcstring_vector& list) {
+    list.clear();
+    list.push_back("1.0");
+    list.push_back("1.1");
+}
+
+void CNodeMap::Destroy() {
+    delete this;
+}
+
+void CNodeMap::RegisterNode(INodePrivate* node, CNodeData::ENodeType_t nodeType, NodeID_t id) {
+    OV_ASSERT(id.IsValid());
+    OV_ASSERT((size_t)id.ToIndex() < m_Node2NodeID.size());
+    INodePrivate*& slot = m_Node2NodeID[static_cast<size_t>(id.ToIndex())];
+    if (nodeType == CNodeData::RegisterDescription_ID) {
+        slot = nullptr;
+        return;
+    }
+    OV_ASSERT(node != nullptr);
+    OV_ASSERT(nodeType != CNodeData::_NotImpl_ID);
+    slot = node;
+    node->Initialize(this, nodeType, id);
+}
+
+INodePrivate* CNodeMap::GetNodeByID(NodeID_t NodeID) {
+    OV_ASSERT((size_t)NodeID.ToIndex() < m_Node2NodeID.size());
+    return m_Node2NodeID[static_cast<size_t>(NodeID.ToIndex())];
+}
+
+const string2node_t& CNodeMap::Names() const {
+    if (m_pNames == nullptr) {
+        LOGICAL_ERROR_EXCEPTION("Map not allocated");
+    }
+    return *m_pNames;
+}
+
+void CNodeMap::FinalConstruct() {
+    m_pNames = std::make_unique<string2node_t>();
+    m_pNames->Reserve(m_Node2NodeID.size());
+    for (INodePrivate* const node : m_Node2NodeID) {
+        if (node == nullptr) {
+            continue;
+        }
+        m_pNames->Insert(node);
+        if (node->InternalGetPollingTime() >= 0) {
+            m_PollingList.push_back(node);
+        }
+    }
+    if (m_IsDeviceLoggingEnabled) {
+        void* const logger =
+            CLog::GetLogger(gcstring("GenApi.") + m_DeviceName + ".Misc." + m_NodeName);
+        GCLOGINFO(logger, "Instantiated NodeMap: Vendor = %s, Model = %s", m_VendorName.c_str(),
+                  m_ModelName.c_str());
+    }
+}
+
+void CNodeMap::GetNodes(node_vector& nodes) {
+    const AutoLock lock(GetLock());
+    nodes.clear();
+    nodes.reserve(Names().GetAll().size());
+    for (INodePrivate* const node : Names().GetAll()) {
+        nodes.push_back(node);
+    }
+}
+
+INode* CNodeMap::GetNode(const gcstring& name) {
+    const std::string_view text(name.c_str(), name.size());
+    const size_t separator = text.find("::");
+    if (separator == std::string_view::npos) {
+        INodePrivate* const custom = Names().Find(text, Custom);
+        return custom != nullptr ? custom : Names().Find(text, Standard);
+    }
+    const std::string_view bare = text.substr(separator + 2);
+    if (text.find("Std::") != std::string_view::npos) {
+        return Names().Find(bare, Standard);
+    }
+    return text.find("Cust::") != std::string_view::npos ? Names().Find(bare, Custom) : nullptr;
+}
+
+bool CNodeMap::Connect(IPort* port, const gcstring& name) {
+    auto* const construct = dynamic_cast<IPortConstruct*>(GetNode(name));
+    if (construct == nullptr) {
+        return false;
+    }
+    construct->SetPortImpl(port);
+    return true;
+}
+
+void CNodeMap::InvalidateNodes() {
+    CallbackList callbacks;
+    {
+        const AutoLock lock(GetLock());
+        for (INodePrivate* const node : Names().GetAll()) {
+            node->SetInvalid(simOnlyMe);
+        }
+        for (INodePrivate* const node : Names().GetAll()) {
+            node->CollectCallbacksToFire(callbacks, false);
+        }
+        SortCallbacks(callbacks);
+        FireCallbacks(callbacks, cbPostInsideLock);
+    }
+    FireCallbacks(callbacks, cbPostOutsideLock);
+}
+
+void CNodeMap::Poll(int64_t elapsedTime) {
+    CallbackList callbacks;
+    {
+        const AutoLock lock(GetLock());
+        for (INodePrivate* const node : m_PollingList) {
+            if (node->Poll(elapsedTime)) {
+                node->CollectCallbacksToFire(callbacks, true);
+                node->SetInvalid(simAll);
+            }
+        }
+        SortCallbacks(callbacks);
+        FireCallbacks(callbacks, cbPostInsideLock);
+    }
+    FireCallbacks(callbacks, cbPostOutsideLock);
+}
+
+bool CNodeMap::ParseSwissKnifes(gcstring_vector* errorList) {
+    const AutoLock lock(GetLock());
+    bool allParse = true;
+    for (INodePrivate* const node : Names().GetAll()) {
+        auto* const formula = dynamic_cast<IFormulaNode*>(node);
+        if (formula == nullptr) {
+            continue;
+        }
+        try {
+            formula->CheckExpressions();
+        } catch (const GenericException& error) {
+            allParse = false;
+            if (errorList != nullptr) {
+                errorList->push_back(gcstring("Error while parsing equation for node '") +
+                                     node->InternalGetName() + "': " + error.what());
+            }
+        }
+    }
+    return allParse;
+}
+
+UserData_t CNodeMap::GetUserData() {
+    const AutoLock lock(GetLock());
+    return m_pUserData;
+}
+
+UserData_t CNodeMap::SetUserData(UserData_t data) {
+    const AutoLock lock(GetLock());
+    return std::exchange(m_pUserData, data);
+}
+
+gcstring CNodeMap::GetStandardNameSpace() {
+    return EStandardNameSpaceClass::ToString(m_StandardNameSpace);
+}
+
+void CNodeMap::GetGenApiVersion(Version_t& version, uint16_t& build) {
+    version = {kGenApiMajor, kGenApiMinor, kGenApiSubMinor};
+    build = 0;
+}
+
+template <class Self, class Use>
+bool CNodeMap::WithField(Self& self, CPropertyID id, const Use& use) {
+    switch (id) {
+        case CPropertyID::Name_ID:
+            return use(self.m_NodeName);
+        case CPropertyID::ModelName_ID:
+            return use(self.m_ModelName);
+        case CPropertyID::VendorName_ID:
+            return use(self.m_VendorName);
+        case CPropertyID::ToolTip_ID:
+            return use(self.m_ToolTip);
+        case CPropertyID::StandardNameSpace_ID:
+            return use(self.m_StandardNameSpace);
+        case CPropertyID::SchemaMajorVersion_ID:
+            return use(self.m_SchemaVersion.Major);
+        case CPropertyID::SchemaMinorVersion_ID:
+            return use(self.m_SchemaVersion.Minor);
+        case CPropertyID::SchemaSubMinorVersion_ID:
+            return use(self.m_SchemaVersion.SubMinor);
+        case CPropertyID::MajorVersion_ID:
+            return use(self.m_DeviceVersion.Major);
+        case CPropertyID::MinorVersion_ID:
+            return use(self.m_DeviceVersion.Minor);
+        case CPropertyID::SubMinorVersion_ID:
+            return use(self.m_DeviceVersion.SubMinor);
+        case CPropertyID::ProductGuid_ID:
+            return use(self.m_ProductGuid);
+        case CPropertyID::VersionGuid_ID:
+            return use(self.m_VersionGuid);
+        default:
+            return false;
+    }
+}
+
+void CNodeMap::SetProperty(const CProperty& property) {
+    if (IsMarkOfLinks(property.GetPropertyID())) {
+        return;
+    }
+    const auto take = [&property](auto& field) {
+        TakeProperty(property, field);
+        return true;
+    };
+    if (!WithField(*this, property.GetPropertyID(), take)) {
+        OV_ASSERT(!"CNodeMap::SetProperty: Unhandled property ID detected!");
+    }
+}
+
+bool CNodeMap::GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
+                           CNodeData::PropertyVector_t& properties) {
+    return WithField(std::as_const(*this), id, [&](const auto& field) {
+        properties.push_back(MakeProperty(nodeDataMap, id, field));
+        return true;
+    });
+}
+
+}  // namespace GenApi_3_0_ORVANE

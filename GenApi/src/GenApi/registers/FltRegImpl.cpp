@@ -1,0 +1,92 @@
+#include "registers/FltRegImpl.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+#include <limits>
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+template <class Number>
+using BytesOf = std::array<uint8_t, sizeof(Number)>;
+
+/// The bytes in the machine's order, or back.
+template <size_t Size>
+void SwapToMachine(std::array<uint8_t, Size>& bytes, EEndianess endianess) {
+    if ((endianess == BigEndian) == (std::endian::native == std::endian::little)) {
+        std::reverse(bytes.begin(), bytes.end());
+    }
+}
+
+constexpr int64_t kSingleLength = sizeof(float);
+constexpr int64_t kDoubleLength = sizeof(double);
+
+}  // namespace
+
+void CFltRegImpl::SetProperty(const CProperty& property) {
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Endianess_ID:
+            m_Endianess = property.EEndianess();
+            break;
+        case CPropertyID::Representation_ID:
+            m_Representation = property.ERepresentation();
+            break;
+        case CPropertyID::Unit_ID:
+            m_Unit = property.String().c_str();
+            break;
+        case CPropertyID::DisplayPrecision_ID:
+            m_DisplayPrecision = property.Integer();
+            break;
+        case CPropertyID::DisplayNotation_ID:
+            m_DisplayNotation = property.EDisplayNotation();
+            break;
+        default:
+            CRegisterImpl::SetProperty(property);
+            break;
+    }
+}
+
+double CFltRegImpl::InternalGetValue(bool verify, bool ignoreCache) {
+    const int64_t Length = InternalGetLength();
+    if (Length > kDoubleLength) {
+        RUNTIME_FAULT_NODE("Length <= 8");
+    }
+    if (Length == kSingleLength) {
+        BytesOf<float> bytes{};
+        InternalGet(bytes.data(), Length, verify, ignoreCache);
+        SwapToMachine(bytes, m_Endianess);
+        return std::bit_cast<float>(bytes);
+    }
+    if (Length != kDoubleLength) {
+        RUNTIME_FAULT_NODE("Length == kDoubleLength");
+    }
+    BytesOf<double> bytes{};
+    InternalGet(bytes.data(), Length, verify, ignoreCache);
+    SwapToMachine(bytes, m_Endianess);
+    return std::bit_cast<double>(bytes);
+}
+
+void CFltRegImpl::InternalSetValue(double value, bool verify) {
+    const int64_t length = InternalGetLength();
+    if (length == kSingleLength) {
+        auto bytes = std::bit_cast<BytesOf<float>>(static_cast<float>(value));
+        SwapToMachine(bytes, m_Endianess);
+        InternalSet(bytes.data(), length, verify);
+    } else if (length == kDoubleLength) {
+        auto bytes = std::bit_cast<BytesOf<double>>(value);
+        SwapToMachine(bytes, m_Endianess);
+        InternalSet(bytes.data(), length, verify);
+    } else {
+        RUNTIME_EXCEPTION_NODE("CFltRegImpl::InternalSetValue called with Length != 4 or 8");
+    }
+}
+
+double CFltRegImpl::InternalGetMax() {
+    return InternalGetLength() == kSingleLength ? std::numeric_limits<float>::max()
+                                                : std::numeric_limits<double>::max();
+}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,117 @@
+#include "registers/IntRegImpl.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <limits>
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+constexpr int64_t kMaxIntegerLength = 8;
+using Bytes = std::array<uint8_t, kMaxIntegerLength>;
+
+/// The register's bytes in the machine's order, or back.
+void SwapToMachine(Bytes& bytes, int64_t length, EEndianess endianess) {
+    const bool isForeign = (endianess == BigEndian) == (std::endian::native == std::endian::little);
+    if (isForeign) {
+        std::reverse(bytes.begin(), bytes.begin() + length);
+    }
+}
+
+}  // namespace
+
+void CIntRegImpl::SetProperty(const CProperty& property) {
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Sign_ID:
+            m_Sign = property.ESign();
+            break;
+        case CPropertyID::Endianess_ID:
+            m_Endianess = property.EEndianess();
+            break;
+        case CPropertyID::Representation_ID:
+            m_Representation = property.ERepresentation();
+            break;
+        case CPropertyID::Unit_ID:
+            m_Unit = property.String().c_str();
+            break;
+        default:
+            CRegisterImpl::SetProperty(property);
+            break;
+    }
+}
+
+int64_t CIntRegImpl::CheckedLength() {
+    const int64_t length = InternalGetLength();
+    if (length < 1) {
+        OUT_OF_RANGE_EXCEPTION_NODE("Value = %ld must be equal or greater than Min = %ld", length,
+                                    1L);
+    }
+    if (length > kMaxIntegerLength) {
+        OUT_OF_RANGE_EXCEPTION_NODE("Value = %ld must be equal or smaller than Max = %ld", length,
+                                    static_cast<long>(kMaxIntegerLength));
+    }
+    return length;
+}
+
+CIntRegImpl::Masks CIntRegImpl::MasksOf(unsigned bits, ESign sign) {
+    Masks masks;
+    masks.sign = uint64_t{1} << (bits - 1);
+    masks.extension = bits == 64 ? 0 : ~uint64_t{0} << bits;
+    if (sign == Signed) {
+        masks.min = static_cast<int64_t>(masks.sign | masks.extension);
+        masks.max = ~masks.min;
+    } else {
+        masks.min = 0;
+        masks.max = bits == 64 ? std::numeric_limits<int64_t>::max()
+                               : static_cast<int64_t>(~masks.extension);
+    }
+    return masks;
+}
+
+const CIntRegImpl::Masks& CIntRegImpl::GetMasks() {
+    if (!m_AreMasksKnown) {
+        m_Masks = MasksOf(static_cast<unsigned>(8 * CheckedLength()), m_Sign);
+        m_AreMasksKnown = true;
+    }
+    return m_Masks;
+}
+
+int64_t CIntRegImpl::SignExtended(uint64_t raw, const Masks& masks, ESign sign) {
+    return static_cast<int64_t>(sign == Signed && (raw & masks.sign) != 0 ? raw | masks.extension
+                                                                          : raw);
+}
+
+uint64_t CIntRegImpl::ReadRaw(bool verify, bool ignoreCache) {
+    Bytes bytes{};
+    const int64_t length = CheckedLength();
+    InternalGet(bytes.data(), length, verify, ignoreCache);
+    SwapToMachine(bytes, length, m_Endianess);
+    return std::bit_cast<uint64_t>(bytes);
+}
+
+void CIntRegImpl::WriteRaw(uint64_t raw, bool verify) {
+    auto bytes = std::bit_cast<Bytes>(raw);
+    const int64_t length = CheckedLength();
+    SwapToMachine(bytes, length, m_Endianess);
+    InternalSet(bytes.data(), length, verify);
+}
+
+int64_t CIntRegImpl::InternalGetValue(bool verify, bool ignoreCache) {
+    return SignExtended(ReadRaw(verify, ignoreCache), GetMasks(), m_Sign);
+}
+
+void CIntRegImpl::InternalSetValue(int64_t value, bool verify) {
+    WriteRaw(static_cast<uint64_t>(value), verify);
+}
+
+int64_t CIntRegImpl::InternalGetMin() {
+    return GetMasks().min;
+}
+
+int64_t CIntRegImpl::InternalGetMax() {
+    return GetMasks().max;
+}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,71 @@
+#include "registers/SmartFeatureImpl.h"
+
+#include <array>
+#include <bit>
+#include <cstring>
+
+#include "registers/BigEndian.h"
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+constexpr int64_t kAnswerLength = 24;
+constexpr size_t kAnswerQuadletBytes = 4;
+constexpr size_t kLowerPlace = 16;
+constexpr size_t kUpperPlace = 20;
+
+/// The GUID as it lies in memory, each of its quadlets turned.
+std::array<uint8_t, sizeof(GUID)> GuidBytes(const GUID& guid) {
+    static_assert(std::endian::native == std::endian::little);
+    std::array<uint8_t, sizeof(GUID)> bytes{};
+    for (size_t i = 0; i < bytes.size(); i += kAnswerQuadletBytes) {
+        uint32_t quadlet = 0;
+        std::memcpy(&quadlet, reinterpret_cast<const uint8_t*>(&guid) + i, sizeof quadlet);
+        PutBigEndian(quadlet, bytes.data() + i);
+    }
+    return bytes;
+}
+
+}  // namespace
+
+CSmartFeatureImpl::CSmartFeatureImpl() {
+    // The description doesn't tell the length: all such registers are alike.
+    m_Length = kAnswerLength;
+}
+
+void CSmartFeatureImpl::SetProperty(const CProperty& property) {
+    switch (property.GetPropertyID()) {
+        case CPropertyID::FeatureID_ID:
+            if (!String2Value(gcstring(property.String().c_str()), &m_FeatureID)) {
+                RUNTIME_EXCEPTION_NODE("Error while parsing XML file : %s is not a valid GUID",
+                                       property.String().c_str());
+            }
+            break;
+        default:
+            CRegisterImpl::SetProperty(property);
+    }
+}
+
+EAccessMode CSmartFeatureImpl::InternalGetAccessMode() {
+    return CNodeImpl::InternalGetAccessMode(m_pPort);
+}
+
+void CSmartFeatureImpl::InternalSetValue(int64_t /*value*/, bool /*verify*/) {
+    RUNTIME_EXCEPTION_NODE(
+        "CSmartFeatureImpl::InternalSetValue : a smart feature cannot be written");
+}
+
+int64_t CSmartFeatureImpl::InternalGetValue(bool verify, bool /*ignoreCache*/) {
+    if (m_Length.GetValue() != kAnswerLength) {
+        RUNTIME_FAULT_NODE("m_Length.GetValue() == 24");
+    }
+    const auto question = GuidBytes(m_FeatureID);
+    InternalSet(question.data(), question.size(), verify);
+    std::array<uint8_t, kAnswerLength> answer{};
+    InternalGet(answer.data(), answer.size(), verify, true);
+    const uint64_t upper = GetBigEndian(answer.data() + kUpperPlace);
+    return static_cast<int64_t>(upper << 32 | GetBigEndian(answer.data() + kLowerPlace));
+}
+
+}  // namespace GenApi_3_0_ORVANE

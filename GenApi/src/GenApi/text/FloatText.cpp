@@ -1,0 +1,85 @@
+#include "text/FloatText.h"
+
+#include <algorithm>
+#include <cfenv>
+#include <cmath>
+#include <limits>
+#include <locale>
+#include <sstream>
+
+#include "text/Value2String.h"
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+/// More digits than this are zeros for every double.
+constexpr int64_t kMostDigits = 1100;
+
+/// Has numbers rounded in one direction for the life of a scope.
+class RoundingScope {
+public:
+    explicit RoundingScope(int direction) : m_Before(std::fegetround()) {
+        std::fesetround(direction);
+    }
+    ~RoundingScope() { std::fesetround(m_Before); }
+    RoundingScope(const RoundingScope&) = delete;
+    RoundingScope& operator=(const RoundingScope&) = delete;
+
+private:
+    int m_Before;
+};
+
+gcstring PrintRounded(EDisplayNotation notation, int64_t precision, double value, int direction) {
+    std::ostringstream stream;
+    stream.imbue(std::locale::classic());
+    if (notation == fnFixed) {
+        stream.setf(std::ios::fixed, std::ios::floatfield);
+    } else if (notation == fnScientific) {
+        stream.setf(std::ios::scientific, std::ios::floatfield);
+    }
+    stream.precision(std::min(precision, kMostDigits));
+    // The library prints all digits that are asked for from the exact value, and
+    // rounds the last one as the processor would.
+    const RoundingScope rounding(direction);
+    stream << value;
+    return gcstring(stream.str().c_str());
+}
+
+/// The number that a text stands for; one that no double can hold is endless.
+double ReadBack(const gcstring& text, double printed) {
+    double number = 0;
+    return String2Value(text, &number)
+               ? number
+               : std::copysign(std::numeric_limits<double>::infinity(), printed);
+}
+
+}  // namespace
+
+gcstring CFloatText::Print(double value) const {
+    return PrintRounded(m_Notation, m_Precision, value, FE_TONEAREST);
+}
+
+gcstring CFloatText::PrintWithin(double value, double min, double max) const {
+    const auto isWithin = [&](double number) { return number >= min && number <= max; };
+    gcstring text = Print(value);
+    if (!isWithin(value)) {
+        return text;
+    }
+    for (int64_t precision = m_Precision; precision <= kMostDigits; ++precision) {
+        text = PrintRounded(m_Notation, precision, value, FE_TONEAREST);
+        const double number = ReadBack(text, value);
+        if (isWithin(number)) {
+            return text;
+        }
+        // Rounding crossed a limit: the text on the value's other side may do.
+        gcstring other =
+            PrintRounded(m_Notation, precision, value, number > max ? FE_DOWNWARD : FE_UPWARD);
+        if (isWithin(ReadBack(other, value))) {
+            return other;
+        }
+    }
+    return text;
+}
+
+}  // namespace GenApi_3_0_ORVANE

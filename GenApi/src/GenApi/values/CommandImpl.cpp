@@ -1,0 +1,73 @@
+#include "values/CommandImpl.h"
+
+namespace GenApi_3_0_ORVANE {
+
+void CCommandImpl::SetProperty(const CProperty& property) {
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Value_ID:
+            m_Value = property.Integer();
+            break;
+        case CPropertyID::pValue_ID:
+            m_Value = LinkChild(property, ReadRole | WriteRole | ValueRole);
+            break;
+        case CPropertyID::CommandValue_ID:
+            m_CommandValue = property.Integer();
+            break;
+        case CPropertyID::pCommandValue_ID:
+            m_CommandValue = LinkChild(property, ReadRole);
+            break;
+        default:
+            CNodeImpl::SetProperty(property);
+    }
+}
+
+void CCommandImpl::InternalExecute(bool verify) {
+    INodePrivate* const commandValueNode = m_CommandValue.GetNode();
+    if (commandValueNode != nullptr && !IsReadable(commandValueNode->GetAccessMode())) {
+        LOGICAL_ERROR_EXCEPTION_NODE("Unable to execute because '%s' is not readable",
+                                     commandValueNode->InternalGetName().c_str());
+    }
+    INodePrivate* const valueNode = m_Value.GetNode();
+    if (valueNode != nullptr && !IsWritable(valueNode->GetAccessMode())) {
+        LOGICAL_ERROR_EXCEPTION_NODE("Unable to execute because '%s' is not writable",
+                                     valueNode->InternalGetName().c_str());
+    }
+    SetOrHold(m_Value, m_CommandValue.GetValue(), verify);
+    // Without a way to look at it, nothing would ever tell that it is done.
+    m_State = m_Value.IsReadable() && IsReadable(GetAccessMode()) ? Busy : Done;
+}
+
+bool CCommandImpl::InternalIsDone(bool verify, bool& fireCallbacks) {
+    if (m_State != Busy) {
+        return true;
+    }
+    const bool canLook =
+        m_Value.IsReadable() && (m_CommandValue.IsConstant() || m_CommandValue.IsReadable());
+    if (canLook && m_Value.GetValue(false, true) == m_CommandValue.GetValue()) {
+        return false;
+    }
+    m_State = Done;
+    fireCallbacks = true;
+    SetInvalid(simAll);
+    if (verify) {
+        InternalCheckError();
+    }
+    return true;
+}
+
+gcstring CCommand::ToString(bool verify, bool ignoreCache) {
+    gcstring text;
+    CallbackList callbacks;
+    {
+        const AutoLock lock(GetLock());
+        // What an attempt that failed has left behind may be gone by now.
+        TakePending();
+        text = ValueT::ToString(verify, ignoreCache);
+        callbacks = TakePending();
+        FireCallbacks(callbacks, cbPostInsideLock);
+    }
+    FireCallbacks(callbacks, cbPostOutsideLock);
+    return text;
+}
+
+}  // namespace GenApi_3_0_ORVANE

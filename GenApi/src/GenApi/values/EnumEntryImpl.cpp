@@ -1,0 +1,38 @@
+#include "values/EnumEntryImpl.h"
+
+namespace GenApi_3_0_ORVANE {
+
+void CEnumEntryImpl::SetProperty(const CProperty& property) {
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Value_ID:
+            m_Value = property.Integer();
+            if (!m_HasNumericValue) {
+                m_NumericValue = static_cast<double>(m_Value);
+            }
+            break;
+        case CPropertyID::NumericValue_ID:
+            m_NumericValue = property.Float();
+            m_HasNumericValue = true;
+            break;
+        case CPropertyID::Symbolic_ID:
+            m_Symbolic = property.String().c_str();
+            break;
+        case CPropertyID::IsSelfClearing_ID:
+            m_IsSelfClearing = property.EYesNo();
+            break;
+        default:
+            CNodeImpl::SetProperty(property);
+    }
+}
+
+gcstring CEnumEntryImpl::InternalToString(bool /*verify*/, bool /*ignoreCache*/) {
+    return m_Symbolic;
+}
+
+void CEnumEntryImpl::InternalFromString(const gcstring& value, bool /*verify*/) {
+    LOGICAL_ERROR_EXCEPTION_NODE(
+        "EnumEntry %s can't set value from string  : %s. Use derived class!", m_Name.c_str(),
+        value.c_str());
+}
+
+}  // namespace GenApi_3_0_ORVANE

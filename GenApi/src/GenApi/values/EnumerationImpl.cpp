@@ -1,0 +1,114 @@
+#include "values/EnumerationImpl.h"
+
+#include "core/NodeExceptions.h"
+
+namespace GenApi_3_0_ORVANE {
+
+void CEnumerationImpl::SetProperty(const CProperty& property) {
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Value_ID:
+            m_Value = property.Integer();
+            break;
+        case CPropertyID::pValue_ID:
+            m_Value = LinkChild(property, ReadRole | WriteRole | ValueRole);
+            break;
+        case CPropertyID::pEnumEntry_ID:
+            m_Entries.push_back(LinkChild(property, NoRole));
+            break;
+        default:
+            CNodeImpl::SetProperty(property);
+    }
+}
+
+void CEnumerationImpl::FinalConstruct() {
+    CNodeImpl::FinalConstruct();
+    for (INode* const node : m_Entries) {
+        auto* const ptrEnumEntry = dynamic_cast<IEnumEntry*>(node);
+        // A description may give another node the name of an entry.
+        if (ptrEnumEntry == nullptr) {
+            RUNTIME_EXCEPTION_NODE("An entry of the enumeration is another kind of node.");
+        }
+        // Where two entries share a text or a number the first one stands.
+        m_BySymbolic.emplace(ptrEnumEntry->GetSymbolic(), ptrEnumEntry);
+        m_ByValue.emplace(ptrEnumEntry->GetValue(), ptrEnumEntry);
+    }
+}
+
+void CEnumerationImpl::InternalGetSymbolics(gcstring_vector& symbolics) {
+    symbolics.clear();
+    for (INode* const node : m_Entries) {
+        if (IsAvailable(node->GetAccessMode())) {
+            symbolics.push_back(dynamic_cast<IEnumEntry&>(*node).GetSymbolic());
+        }
+    }
+}
+
+IEnumEntry* CEnumerationImpl::InternalGetEntryByName(const gcstring& symbolic) const {
+    const auto found = m_BySymbolic.find(symbolic);
+    return found == m_BySymbolic.end() ? nullptr : found->second;
+}
+
+IEnumEntry* CEnumerationImpl::InternalGetEntry(int64_t value) const {
+    const auto found = m_ByValue.find(value);
+    return found == m_ByValue.end() ? nullptr : found->second;
+}
+
+IEnumEntry& CEnumerationImpl::RequireEntry(int64_t value) {
+    IEnumEntry* const entry = InternalGetEntry(value);
+    if (entry == nullptr) {
+        INVALID_ARGUMENT_EXCEPTION_NODE(
+            "Feature '%s' : cannot convert value '%ld', the value is invalid.", m_Name.c_str(),
+            value);
+    }
+    return *entry;
+}
+
+void CEnumerationImpl::LeaveSelfClearing(int64_t value) {
+    if (m_State == SelfClearing && value != m_SelfClearingValue) {
+        SetInvalid(simAll);
+        m_State = Normal;
+    }
+}
+
+int64_t CEnumerationImpl::InternalGetIntValue(bool verify, bool ignoreCache) {
+    const int64_t value = m_Value.GetValue(verify, ignoreCache || m_State == SelfClearing);
+    if (verify && !IsReadable(RequireEntry(value).GetAccessMode())) {
+        ACCESS_EXCEPTION_NODE("Failed to write enumeration value. Enum entry is not readable");
+    }
+    LeaveSelfClearing(value);
+    return value;
+}
+
+void CEnumerationImpl::InternalSetIntValue(int64_t value, bool verify) {
+    IEnumEntry& entry = RequireEntry(value);
+    if (verify && !IsAvailable(entry.GetAccessMode())) {
+        ACCESS_EXCEPTION_NODE("Failed to write enumeration value. Enum entry is not writable");
+    }
+    SetOrHold(m_Value, value, verify);
+    LeaveSelfClearing(value);
+    if (entry.IsSelfClearing()) {
+        m_SelfClearingValue = value;
+        m_State = SelfClearing;
+    }
+}
+
+gcstring CEnumerationImpl::InternalSymbolicOf(int64_t value) {
+    IEnumEntry& entry = RequireEntry(value);
+    gcstring symbolic = entry.GetSymbolic();
+    if (!IsAvailable(entry.GetAccessMode())) {
+        ACCESS_EXCEPTION_NODE("Enumeration value '%s' is not available.", symbolic.c_str());
+    }
+    return symbolic;
+}
+
+int64_t CEnumerationImpl::InternalValueOf(const gcstring& symbolic) {
+    IEnumEntry* const entry = InternalGetEntryByName(symbolic);
+    if (entry == nullptr) {
+        INVALID_ARGUMENT_EXCEPTION_NODE(
+            "Feature '%s' : cannot convert value '%s', the value is invalid.", m_Name.c_str(),
+            symbolic.c_str());
+    }
+    return entry->GetValue();
+}
+
+}  // namespace GenApi_3_0_ORVANE

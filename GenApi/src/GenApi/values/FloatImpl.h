@@ -1,0 +1,30 @@
+#pragma once
+
+#include "GenApi/impl/BaseT.h"
+#include "GenApi/impl/FloatT.h"
+#include "GenApi/impl/NodeT.h"
+#include "GenApi/impl/ValueT.h"
+#include "values/NumericNodeImpl.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// A float that other nodes or the description hold.
+class CFloatImpl : public CNumericNodeImpl<FloatNodeTypes> {
+public:
+    void SetProperty(const CProperty& property) override;
+
+protected:
+    EDisplayNotation InternalGetDisplayNotation();
+    int64_t InternalGetDisplayPrecision();
+
+private:
+    EDisplayNotation m_DisplayNotation = _UndefinedEDisplayNotation;
+    int64_t m_DisplayPrecision = -1;
+};
+
+class CFloat : public BaseT<ValueT<NodeT<FloatT<CFloatImpl>>>> {
+public:
+    using FloatT::operator=;
+};
+
+}  // namespace GenApi_3_0_ORVANE

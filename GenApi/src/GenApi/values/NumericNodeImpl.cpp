@@ -1,0 +1,316 @@
+#include "values/NumericNodeImpl.h"
+
+#include <algorithm>
+#include <limits>
+#include <unordered_map>
+
+#include "text/Value2String.h"
+
+namespace GenApi_3_0_ORVANE {
+
+bool IntegerNodeTypes::FromText(const gcstring& text, Value* value) {
+    return String2Value(text.c_str(), value, PureNumber);
+}
+
+bool FloatNodeTypes::FromText(const gcstring& text, Value* value) {
+    return String2Value(text, value);
+}
+
+template <class Types>
+void CNumericNodeImpl<Types>::SetProperty(const CProperty& property) {
+    if (SetSourceProperty(property) || SetLimitProperty(property)) {
+        return;
+    }
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Representation_ID:
+            m_Representation = property.ERepresentation();
+            break;
+        case CPropertyID::Unit_ID:
+            m_Unit = property.String().c_str();
+            break;
+        case CPropertyID::ValidValueSet_ID:
+            SetValidValues(property.String());
+            break;
+        default:
+            CNodeImpl::SetProperty(property);
+    }
+}
+
+/// What a property refers to: a node, or the value that it holds itself.
+template <class Types>
+auto CNumericNodeImpl<Types>::Referred(const CProperty& property, unsigned roles) -> PolyRef_t {
+    PolyRef_t reference;
+    if (property.GetPropertyID().IsLink()) {
+        reference = LinkChild(property, roles);
+    } else {
+        reference = Types::ValueOf(property);
+    }
+    return reference;
+}
+
+template <class Types>
+bool CNumericNodeImpl<Types>::SetSourceProperty(const CProperty& property) {
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Value_ID:
+        case CPropertyID::pValue_ID:
+            m_Sources.front() = Referred(property, SourceRoles);
+            return true;
+        case CPropertyID::pValueCopy_ID:
+            m_Sources.push_back(Referred(property, SourceRoles));
+            return true;
+        case CPropertyID::pIndex_ID:
+            m_Index = LinkChild(property, ReadRole);
+            return true;
+        case CPropertyID::ValueIndexed_ID:
+        case CPropertyID::pValueIndexed_ID:
+            OV_ASSERT(property.GetAttribute() != nullptr);
+            m_Indexed[property.GetAttribute()->Integer()] = Referred(property, SourceRoles);
+            return true;
+        case CPropertyID::ValueDefault_ID:
+        case CPropertyID::pValueDefault_ID:
+            m_Default = Referred(property, SourceRoles);
+            return true;
+        default:
+            return false;
+    }
+}
+
+template <class Types>
+bool CNumericNodeImpl<Types>::SetLimitProperty(const CProperty& property) {
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Min_ID:
+        case CPropertyID::pMin_ID:
+            m_Min = Referred(property, ReadRole);
+            return true;
+        case CPropertyID::Max_ID:
+        case CPropertyID::pMax_ID:
+            m_Max = Referred(property, ReadRole);
+            return true;
+        case CPropertyID::Inc_ID:
+        case CPropertyID::pInc_ID:
+            m_Inc = Referred(property, ReadRole);
+            return true;
+        default:
+            return false;
+    }
+}
+
+template <class Types>
+void CNumericNodeImpl<Types>::SetValidValues(std::string_view text) {
+    constexpr std::string_view kSeparators = "; \t\r\n";
+    m_ValidValues = List_t();
+    for (size_t begin = text.find_first_not_of(kSeparators); begin != std::string_view::npos;
+         begin = text.find_first_not_of(kSeparators, begin)) {
+        const size_t end = std::min(text.find_first_of(kSeparators, begin), text.size());
+        const gcstring token(text.data() + begin, end - begin);
+        Value_t value{};
+        if (!Types::FromText(token, &value)) {
+            INVALID_ARGUMENT_EXCEPTION_NODE("Node '%s' : cannot convert string '%s' to a value.",
+                                            m_Name.c_str(), token.c_str());
+        }
+        m_ValidValues.push_back(value);
+        begin = end;
+    }
+}
+
+/// A node may be linked as a source and in another role; one link of it is one of
+/// the reading children.
+template <class Types>
+void CNumericNodeImpl<Types>::FinalConstruct() {
+    CNodeImpl::FinalConstruct();
+    if (!IsIndexed()) {
+        return;
+    }
+    std::unordered_map<INodePrivate*, size_t> sources;
+    ++sources[m_Default.GetNode()];
+    for (const auto& [index, source] : m_Indexed) {
+        ++sources[source.GetNode()];
+    }
+    for (INodePrivate* const child : m_ReadingChildren) {
+        const auto source = sources.find(child);
+        if (source == sources.end() || source->second == 0) {
+            m_ReadBesideIndexed.push_back(child);
+        } else {
+            --source->second;
+        }
+    }
+}
+
+template <class Types>
+void CNumericNodeImpl<Types>::SetInvalid(ESetInvalidMode mode) {
+    CNodeImpl::SetInvalid(mode);
+    if (IsIndexed()) {
+        // A write may have been to the index: then another source is selected,
+        // with rights of its own, even where the value just written is kept.
+        m_AccessModeCache = _UndefinedAccesMode;
+    }
+}
+
+template <class Types>
+ECachingMode CNumericNodeImpl<Types>::ComputeCachingMode() {
+    const ECachingMode mode = CNodeImpl::ComputeCachingMode();
+    return IsIndexed() ? Combine(mode, m_Index.GetCachingMode()) : mode;
+}
+
+/// The node's own limits, and those of its sources for what it lacks.
+template <class Types>
+ECachingMode CNumericNodeImpl<Types>::ComputeLimitsCachingMode() {
+    ECachingMode mode = InternalGetCachingMode();
+    bool isComplete = true;
+    for (const PolyRef_t* const limit : {&m_Min, &m_Max, &m_Inc}) {
+        isComplete = isComplete && limit->IsInitialized();
+        if (limit->IsPointer()) {
+            mode = Combine(mode, limit->GetCachingMode());
+        }
+    }
+    if (!isComplete) {
+        for (INodePrivate* const source : m_WritingChildren) {
+            mode = Combine(mode, source->InternalGetLimitsCachingMode());
+        }
+    }
+    return mode;
+}
+
+template <class Types>
+auto CNumericNodeImpl<Types>::GetSource(bool ignoreCache) const -> const PolyRef_t& {
+    if (!IsIndexed()) {
+        return m_Sources.front();
+    }
+    const auto found = m_Indexed.find(m_Index.GetValue(false, ignoreCache));
+    return found == m_Indexed.end() ? m_Default : found->second;
+}
+
+template <class Types>
+EAccessMode CNumericNodeImpl<Types>::ComputeMode() {
+    if (IsIndexed()) {
+        return ComputeIndexedMode();
+    }
+    const EAccessMode mode = ComputeAccessMode(m_Sources.front().GetNode());
+    if (IsWritable(mode) && !DoAllSourcesFollow()) {
+        return mode == RW ? RO : NA;
+    }
+    return mode;
+}
+
+/// The sources that aren't selected have no say, so that one of them may well
+/// be missing in a camera.
+template <class Types>
+EAccessMode CNumericNodeImpl<Types>::ComputeIndexedMode() {
+    const EAccessMode indexMode = m_Index.GetNode()->GetAccessMode();
+    if (!IsReadable(indexMode)) {
+        return indexMode == NI ? NI : NA;
+    }
+    const PolyRef_t& source = GetSource();
+    if (!source.IsInitialized()) {
+        return NA;
+    }
+    const EAccessMode mode = source.IsConstant() ? RO : source.GetNode()->GetAccessMode();
+    return ComputeAccessMode(mode, m_ReadBesideIndexed);
+}
+
+/// Whether what the first source takes can be written to all copies as well. A
+/// copy without steps takes everything.
+template <class Types>
+bool CNumericNodeImpl<Types>::DoAllSourcesFollow() const {
+    const PolyRef_t& first = m_Sources.front();
+    return std::all_of(m_Sources.begin() + 1, m_Sources.end(), [&first](const PolyRef_t& copy) {
+        if (!IsWritable(copy.GetNode()->GetAccessMode())) {
+            return false;
+        }
+        return !copy.HasInc() || (Types::HasInc(first) && copy.GetInc() == first.GetInc());
+    });
+}
+
+template <class Types>
+void CNumericNodeImpl<Types>::InternalSetValue(Value_t value, bool verify) {
+    if (IsIndexed()) {
+        GetSource().SetValue(value, verify);
+        return;
+    }
+    PolyRef_t& first = m_Sources.front();
+    if (!first.IsConstant()) {
+        first.SetValue(value, verify);
+    }
+    for (auto copy = m_Sources.begin() + 1; copy != m_Sources.end(); ++copy) {
+        copy->SetValue(value, verify);
+    }
+    if (first.IsConstant()) {
+        // The last of all, so that it stays as it was where a copy fails.
+        first = value;
+    }
+}
+
+template <class Types>
+auto CNumericNodeImpl<Types>::InternalGetValue(bool verify, bool ignoreCache) -> Value_t {
+    return GetSource(ignoreCache).GetValue(verify, ignoreCache);
+}
+
+template <class Types>
+auto CNumericNodeImpl<Types>::InternalGetMin() -> Value_t {
+    if (m_Min.IsInitialized()) {
+        return m_Min.GetValue();
+    }
+    if (IsIndexed()) {
+        return GetSource().GetMin();
+    }
+    Value_t min = std::numeric_limits<Value_t>::lowest();
+    if (m_Sources.size() == 1) {
+        return std::max(min, m_Sources.front().GetMin());
+    }
+    for (const PolyRef_t& source : m_Sources) {
+        min = std::max(min, Types::MinBesideOthers(source));
+    }
+    return min;
+}
+
+template <class Types>
+auto CNumericNodeImpl<Types>::InternalGetMax() -> Value_t {
+    if (m_Max.IsInitialized()) {
+        return m_Max.GetValue();
+    }
+    if (IsIndexed()) {
+        return GetSource().GetMax();
+    }
+    Value_t max = std::numeric_limits<Value_t>::max();
+    if (m_Sources.size() == 1) {
+        return std::min(max, m_Sources.front().GetMax());
+    }
+    for (const PolyRef_t& source : m_Sources) {
+        max = std::min(max, Types::MaxBesideOthers(source));
+    }
+    return max;
+}
+
+template <class Types>
+bool CNumericNodeImpl<Types>::InternalHasInc() {
+    return m_Inc.IsInitialized() || Types::HasInc(GetSource());
+}
+
+template <class Types>
+auto CNumericNodeImpl<Types>::InternalGetInc() -> Value_t {
+    return m_Inc.IsInitialized() ? m_Inc.GetValue() : GetSource().GetInc();
+}
+
+template <class Types>
+auto CNumericNodeImpl<Types>::InternalGetListOfValidValues() -> List_t {
+    if (m_Min.IsInitialized() || m_Max.IsInitialized() || m_Inc.IsInitialized()) {
+        return {};
+    }
+    return m_ValidValues.size() != 0 ? m_ValidValues : GetSource().GetListOfValidValues(false);
+}
+
+template <class Types>
+ERepresentation CNumericNodeImpl<Types>::InternalGetRepresentation() {
+    return m_Representation != _UndefinedRepresentation ? m_Representation
+                                                        : GetSource().GetRepresentation();
+}
+
+template <class Types>
+gcstring CNumericNodeImpl<Types>::InternalGetUnit() {
+    return m_Unit.empty() ? GetSource().GetUnit() : m_Unit;
+}
+
+template class CNumericNodeImpl<IntegerNodeTypes>;
+template class CNumericNodeImpl<FloatNodeTypes>;
+
+}  // namespace GenApi_3_0_ORVANE

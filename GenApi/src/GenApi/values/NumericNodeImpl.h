@@ -1,0 +1,104 @@
+#pragma once
+
+#include <map>
+#include <string_view>
+#include <vector>
+
+#include "core/NodeImpl.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// What integer and float nodes have in common: a value that the node or others
+/// hold, with limits of its own where the description gives some.
+///
+/// The value stands in one source with any number of copies, or an index
+/// selects one source among several. A source that is no node is the value
+/// itself, which writes change; those that an index selects stay as described. Types names the
+/// `Value`, the `List` of values, the reference to a source, and how a property or a text gives a
+/// value. The Internal... operations want the map's lock held.
+template <class Types>
+class CNumericNodeImpl : public CNodeImpl {
+public:
+    void SetProperty(const CProperty& property) override;
+    void FinalConstruct() override;
+    void SetInvalid(ESetInvalidMode mode) override;
+    EAccessMode InternalGetAccessMode() override {
+        return CachedAccessMode([this] { return ComputeMode(); });
+    }
+
+protected:
+    ECachingMode ComputeCachingMode() override;
+    ECachingMode ComputeLimitsCachingMode() override;
+
+    using Value_t = typename Types::Value;
+    using List_t = typename Types::List;
+    using PolyRef_t = typename Types::PolyRef;
+
+    void InternalSetValue(Value_t value, bool verify);
+    Value_t InternalGetValue(bool verify, bool ignoreCache);
+    Value_t InternalGetMin();
+    Value_t InternalGetMax();
+    bool InternalHasInc();
+    Value_t InternalGetInc();
+    List_t InternalGetListOfValidValues();
+    ERepresentation InternalGetRepresentation();
+    gcstring InternalGetUnit();
+
+    /// The source that reads come from. The index is no part of the value: it comes
+    /// from the cache even when the value is verified.
+    const PolyRef_t& GetSource(bool ignoreCache = false) const;
+
+private:
+    static constexpr unsigned SourceRoles = ReadRole | WriteRole | ValueRole;
+
+    bool IsIndexed() const { return m_Index.IsInitialized(); }
+    bool SetSourceProperty(const CProperty& property);
+    bool SetLimitProperty(const CProperty& property);
+    void SetValidValues(std::string_view text);
+    PolyRef_t Referred(const CProperty& property, unsigned roles);
+    EAccessMode ComputeMode();
+    EAccessMode ComputeIndexedMode();
+    bool DoAllSourcesFollow() const;
+
+    /// The source and then its copies. There is always the first.
+    std::vector<PolyRef_t> m_Sources{1};
+    CIntegerPolyRef m_Index;
+    std::map<int64_t, PolyRef_t> m_Indexed;
+    PolyRef_t m_Default;
+    /// With an index, what is read beside the sources that it selects among.
+    NodeList m_ReadBesideIndexed;
+    PolyRef_t m_Min;
+    PolyRef_t m_Max;
+    PolyRef_t m_Inc;
+    ERepresentation m_Representation = _UndefinedRepresentation;
+    gcstring m_Unit;
+    List_t m_ValidValues;
+};
+
+struct IntegerNodeTypes {
+    using Value = int64_t;
+    using List = int64_autovector_t;
+    using PolyRef = CIntegerPolyRef;
+    static Value ValueOf(const CProperty& property) { return property.Integer(); }
+    static bool HasInc(const PolyRef& /*source*/) { return true; }
+    /// One of several sources may well reach further than integers do.
+    static Value MinBesideOthers(const PolyRef& source) { return source.GetReachableMin(); }
+    static Value MaxBesideOthers(const PolyRef& source) { return source.GetReachableMax(); }
+    static bool FromText(const gcstring& text, Value* value);
+};
+
+struct FloatNodeTypes {
+    using Value = double;
+    using List = double_autovector_t;
+    using PolyRef = CFloatPolyRef;
+    static Value ValueOf(const CProperty& property) { return property.Float(); }
+    static bool HasInc(const PolyRef& source) { return source.HasInc(); }
+    static Value MinBesideOthers(const PolyRef& source) { return source.GetMin(); }
+    static Value MaxBesideOthers(const PolyRef& source) { return source.GetMax(); }
+    static bool FromText(const gcstring& text, Value* value);
+};
+
+extern template class CNumericNodeImpl<IntegerNodeTypes>;
+extern template class CNumericNodeImpl<FloatNodeTypes>;
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,18 @@
+#include "values/StringNodeImpl.h"
+
+namespace GenApi_3_0_ORVANE {
+
+void CStringNodeImpl::SetProperty(const CProperty& property) {
+    switch (property.GetPropertyID()) {
+        case CPropertyID::Value_ID:
+            m_Value = gcstring(property.String().c_str());
+            break;
+        case CPropertyID::pValue_ID:
+            m_Value = LinkChild(property, ReadRole | WriteRole | ValueRole);
+            break;
+        default:
+            CNodeImpl::SetProperty(property);
+    }
+}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,155 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "nodes/NodeIDSet.h"
+#include "properties/NodeID.h"
+#include "properties/Property.h"
+#include "properties/ToStringStyle.h"
+
+namespace GenApi_3_0_ORVANE {
+
+class CNodeDataPreprocessor;
+class INodeDataMap;
+
+/// One node of a description: a type and a list of properties. Belongs to a
+/// node data map once stored there. One thread at a time.
+class CNodeData {
+public:
+    /// The numbers are written to the cache. The texts are those of Value2String.
+    enum ENodeType_t {
+        Node_ID = 0,
+        Category_ID = 1,
+        Integer_ID = 2,
+        Enumeration_ID = 3,
+        EnumEntry_ID = 4,
+        MaskedIntReg_ID = 5,
+        Register_ID = 6,
+        IntReg_ID = 7,
+        Float_ID = 8,
+        FloatReg_ID = 9,
+        SwissKnife_ID = 10,
+        IntSwissKnife_ID = 11,
+        IntKey_ID = 12,
+        TextDesc_ID = 13,
+        Port_ID = 14,
+        ConfRom_ID = 15,
+        AdvFeatureLock_ID = 16,
+        SmartFeature_ID = 17,
+        String_ID = 18,
+        StringReg_ID = 19,
+        Boolean_ID = 20,
+        Command_ID = 21,
+        Converter_ID = 22,
+        IntConverter_ID = 23,
+        StructReg_ID = 24,  ///< template of the parser, never stored in a map
+        RegisterDescription_ID = 27,
+        _NotImpl_ID = 28  ///< not a node
+    };
+
+    /// In the order in which they were added.
+    using PropertyVector_t = std::vector<CProperty>;
+
+    /// A nameless node. @p pNodeDataMap is not owned and outlives the node.
+    CNodeData(ENodeType_t nodeType, INodeDataMap* pNodeDataMap);
+    /// A node that has its name among the properties it will get.
+    CNodeData(ENodeType_t nodeType, NodeID_t nodeID, INodeDataMap* pNodeDataMap);
+    /// Copies a node into another map under the given identifier.
+    /// @param keepOnlyKnownTargets drops links to nodes that the target map does
+    ///        not know; without it all links must be known there, and what the
+    ///        preprocessing has added stays behind.
+    CNodeData(const CNodeData& source, NodeID_t nodeID, INodeDataMap* pTargetMap,
+              bool keepOnlyKnownTargets);
+    CNodeData(const CNodeData&) = delete;
+    CNodeData& operator=(const CNodeData&) = delete;
+    virtual ~CNodeData();
+
+    /// Invalid until the node has a name.
+    virtual NodeID_t GetNodeID() const { return m_NodeID; }
+    /// Enters the name in the map, takes its identifier and adds the property
+    /// Name.
+    virtual void SetName(std::string_view name);
+    /// The name in the map; the node must have one.
+    virtual const std::string& GetName() const;
+    /// Prints in the styles for nodes; any other is an assertion.
+    virtual std::string ToString(EToStringStyle_t style) const;
+
+    ENodeType_t GetNodeType() const { return m_NodeType; }
+    INodeDataMap* GetNodeDataMap() const { return m_pNodeDataMap; }
+    const PropertyVector_t& GetProperties() const { return *m_pPropertyVector; }
+    PropertyVector_t& GetProperties() { return *m_pPropertyVector; }
+
+    /// Appends a property, which must be initialised. The reference lives until
+    /// the list next changes.
+    CProperty& AddProperty(std::unique_ptr<CProperty> pProperty);
+    CProperty& AddProperty(CProperty property);
+    /// Appends a property of this node's map, made of what a constructor of
+    /// CProperty takes behind the map.
+    template <typename... Value>
+    CProperty& AddProperty(CPropertyID id, Value&&... value) {
+        return AddProperty(CProperty(m_pNodeDataMap, id, std::forward<Value>(value)...));
+    }
+    /// The first property with the identifier, or null; lives until the list
+    /// next changes.
+    const CProperty* FindProperty(CPropertyID id) const;
+    /// Deletes all properties with the identifier; the rest keep their order.
+    void RemoveProperties(CPropertyID id);
+    /// Writes the property list to a cache file.
+    void ToFile(CCacheWriter& writer) const;
+    /// Reads it back. Incomplete when the reader has failed afterwards.
+    void FromFile(CCacheReader& reader, const CCacheCounts& counts);
+    /// Gives back the memory that growing has reserved.
+    void ShrinkToFit() { m_pPropertyVector->shrink_to_fit(); }
+
+    /// -1 yields to, 1 replaces a node of the same name on injection; 0 when
+    /// the node does not say.
+    int64_t GetMergePriority() const;
+    /// Tells apart what the description has given so far and what is derived
+    /// from it from now on.
+    void EndGivenProperties() { m_NumGiven = m_pPropertyVector->size(); }
+
+    /// Answers whether this node tells nothing new beside @p other, a node of
+    /// the same name. Two nodes that cannot be compared pair by pair (another
+    /// type, identifier or number of properties, or no properties at all) count
+    /// as equal too.
+    bool operator==(const CNodeData& other) const;
+
+    /// The text of a node type, which is its XML element name. Asserts on the
+    /// numbers that are no nodes of a map.
+    static const char* Value2String(ENodeType_t nodeType);
+
+private:
+    friend class CNodeDataPreprocessor;
+
+    CProperty& Append(CProperty* pProperty);
+    std::string Dump() const;
+    std::string StartTag() const;
+
+    ENodeType_t m_NodeType;
+    NodeID_t m_NodeID;
+    std::unique_ptr<PropertyVector_t> m_pPropertyVector;
+    INodeDataMap* m_pNodeDataMap;
+    /// How many of the properties the description has given.
+    size_t m_NumGiven = SIZE_MAX;
+
+    // Scratch space of the preprocessing; null at all other times.
+    std::unique_ptr<std::vector<NodeID_t>> m_pParents;
+    std::unique_ptr<std::vector<NodeID_t>> m_pReadingChildren;
+    std::unique_ptr<std::vector<NodeID_t>> m_pWritingChildren;
+    std::unique_ptr<CNodeIDSet> m_pInvalidatingChildren;
+    std::unique_ptr<CNodeIDSet> m_pAllDependingNodes;
+    std::unique_ptr<CNodeIDSet> m_pAllTerminalNodes;
+
+    // Progress of the walks of the preprocessing: 0 untouched, 1 in progress,
+    // 2 done.
+    int32_t m_TerminalState = 0;
+    uint8_t m_ReadVisited = 0;
+    uint8_t m_SelectedVisited = 0;
+};
+
+}  // namespace GenApi_3_0_ORVANE

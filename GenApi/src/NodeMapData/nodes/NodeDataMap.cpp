@@ -1,0 +1,150 @@
+#include "nodes/NodeDataMap.h"
+
+#include <algorithm>
+#include <exception>
+#include <stdexcept>
+
+#include "Base/GCException.h"
+#include "Base/OvAssert.h"
+
+namespace GenApi_3_0_ORVANE {
+namespace {
+
+/// The node's own map tells its name, and that may be another implementation
+/// with failures of its own.
+[[noreturn]] void ThrowDuplicate(const CNodeData& node) {
+    try {
+        RUNTIME_EXCEPTION("Found a duplicate node'%s'.", node.GetName().c_str());
+    } catch (const std::out_of_range& e) {
+        RUNTIME_EXCEPTION("Inconsistent node map, index out of range: %s", e.what());
+    } catch (const std::exception& e) {
+        RUNTIME_EXCEPTION("Failed to SetNodeData: %s", e.what());
+    }
+}
+
+}  // namespace
+
+CNodeDataMap::CNodeDataMap()
+    : m_pNodeName2NodeID(std::make_unique<NodeNameMap_t>()),
+      m_pNodeID2NodeName(std::make_unique<std::vector<std::string>>()),
+      m_pNodeID2NodeData(std::make_unique<std::vector<std::unique_ptr<CNodeData>>>()),
+      m_pStringID2String(std::make_unique<std::vector<std::string>>()) {}
+
+CNodeDataMap::~CNodeDataMap() = default;
+
+NodeID_t CNodeDataMap::FindNodeID(std::string_view name) const {
+    const auto pos = m_pNodeName2NodeID->find(name);
+    return pos == m_pNodeName2NodeID->end() ? NodeID_t() : pos->second;
+}
+
+NodeID_t CNodeDataMap::GetNodeID(std::string_view name, bool create) {
+    const auto pos = m_pNodeName2NodeID->lower_bound(name);
+    if (pos != m_pNodeName2NodeID->end() && pos->first == name) {
+        return pos->second;
+    }
+    if (!create) {
+        return NodeID_t();
+    }
+    const NodeID_t nodeID(m_pNodeID2NodeName->size());
+    m_pNodeID2NodeName->emplace_back(name);
+    m_pNodeID2NodeData->emplace_back();
+    m_pNodeName2NodeID->emplace_hint(pos, name, nodeID);
+    return nodeID;
+}
+
+const std::string& CNodeDataMap::GetNodeName(NodeID_t NodeID) const {
+    OV_ASSERT(NodeID.IsValid());
+    OV_ASSERT((size_t)NodeID.ToIndex() < m_pNodeID2NodeName->size());
+    return (*m_pNodeID2NodeName)[static_cast<size_t>(NodeID.ToIndex())];
+}
+
+StringID_t CNodeDataMap::SetString(std::string_view text) {
+    const StringID_t stringID(m_pStringID2String->size());
+    m_pStringID2String->emplace_back(text);
+    return stringID;
+}
+
+const std::string& CNodeDataMap::GetString(StringID_t StringID) const {
+    OV_ASSERT(StringID.IsValid());
+    OV_ASSERT((size_t)StringID.ToIndex() < m_pStringID2String->size());
+    return (*m_pStringID2String)[static_cast<size_t>(StringID.ToIndex())];
+}
+
+CNodeData* CNodeDataMap::GetNodeData(NodeID_t NodeID) const {
+    OV_ASSERT(NodeID.IsValid());
+    OV_ASSERT((size_t)NodeID.ToIndex() < m_pNodeID2NodeData->size());
+    return (*m_pNodeID2NodeData)[static_cast<size_t>(NodeID.ToIndex())].get();
+}
+
+CNodeData* CNodeDataMap::GetLastNodeData() const {
+    return m_LastNodeID.IsValid() ? GetNodeData(m_LastNodeID) : nullptr;
+}
+
+void CNodeDataMap::SetNodeData(std::unique_ptr<CNodeData> pNodeData, bool replace) {
+    OV_ASSERT(pNodeData);
+    const NodeID_t nodeID = pNodeData->GetNodeID();
+    OV_ASSERT(nodeID.IsValid());
+    const auto nodeIdIndex = static_cast<size_t>(nodeID.ToIndex());
+    OV_ASSERT(nodeIdIndex < m_pNodeID2NodeData->size());
+    OV_ASSERT(nodeIdIndex < m_pNodeID2NodeName->size());
+    std::unique_ptr<CNodeData>& slot = (*m_pNodeID2NodeData)[nodeIdIndex];
+    if (replace) {
+        const std::unique_ptr<CNodeData> pOldNodeData = std::move(slot);
+        OV_ASSERT(pOldNodeData);
+    }
+    if (slot != nullptr) {
+        ThrowDuplicate(*pNodeData);
+    }
+    pNodeData->ShrinkToFit();
+    slot = std::move(pNodeData);
+    m_LastNodeID = nodeID;
+}
+
+void CNodeDataMap::SetContextNode(CNodeData* pContextNode) {
+    // NOLINTBEGIN(modernize-use-nullptr): the text is known from reports
+    OV_ASSERT((pContextNode == NULL && m_pContextNode != NULL) ||
+              (pContextNode != NULL && m_pContextNode == NULL));
+    // NOLINTEND(modernize-use-nullptr)
+    m_pContextNode = pContextNode;
+}
+
+void CNodeDataMap::Clear() noexcept {
+    OV_ASSERT(m_pContextNode == NULL);  // NOLINT(modernize-use-nullptr): known text
+    m_pNodeID2NodeData->clear();
+    m_pNodeID2NodeName->clear();
+    m_pNodeName2NodeID->clear();
+    m_pStringID2String->clear();
+    m_LastNodeID = NodeID_t();
+}
+
+NodeID_t CNodeDataMap::FindDanglingNode() const {
+    const auto& nodes = *m_pNodeID2NodeData;
+    const auto hole = std::find(nodes.begin(), nodes.end(), nullptr);
+    return hole == nodes.end() ? NodeID_t() : NodeID_t(static_cast<size_t>(hole - nodes.begin()));
+}
+
+void CNodeDataMap::CheckConsistency() const {
+    const NodeID_t dangling = FindDanglingNode();
+    if (dangling.IsValid()) {
+        RUNTIME_EXCEPTION("Fatal error : Dangling node reference '%s'",
+                          GetNodeName(dangling).c_str());
+    }
+}
+
+void CNodeDataMap::GetNodeStatistics(NodeStatistics_t& statistics) const {
+    statistics = {};
+    for (const auto& pNodeData : *m_pNodeID2NodeData) {
+        if (pNodeData == nullptr) {
+            continue;
+        }
+        const auto& properties = pNodeData->GetProperties();
+        ++statistics.NumNodes;
+        statistics.NumProperties += static_cast<uint32_t>(properties.size());
+        statistics.NumLinks += static_cast<uint32_t>(std::count_if(
+            properties.begin(), properties.end(),
+            [](const CProperty& property) { return property.GetPropertyID().IsLink(); }));
+    }
+    statistics.NumStrings = static_cast<uint32_t>(m_pStringID2String->size());
+}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <iosfwd>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "NodeMapData/NodeStatistics.h"
+#include "nodes/NodeData.h"
+#include "properties/INodeDataMap.h"
+#include "properties/NodeID.h"
+#include "properties/ToStringStyle.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// A whole camera description as data: the nodes, their names and all texts.
+/// Filled by the parser or from the cache, merged with injected maps,
+/// preprocessed once and then only read. One thread at a time.
+class CNodeDataMap : public INodeDataMap {
+public:
+    using NodeStatistics_t = GenApi_3_0_ORVANE::NodeStatistics_t;
+
+    CNodeDataMap();
+    CNodeDataMap(const CNodeDataMap&) = delete;
+    CNodeDataMap& operator=(const CNodeDataMap&) = delete;
+
+    NodeID_t GetNodeID(std::string_view name, bool create) override;
+    const std::string& GetNodeName(NodeID_t NodeID) const override;
+    StringID_t SetString(std::string_view text) override;
+    const std::string& GetString(StringID_t StringID) const override;
+    virtual ~CNodeDataMap();
+
+    /// The identifier of a name; invalid when the name is unknown.
+    NodeID_t FindNodeID(std::string_view name) const;
+    /// Number of identifiers given out, of nodes not yet seen too.
+    size_t GetNumNodeIDs() const { return m_pNodeID2NodeData->size(); }
+    size_t GetNumStrings() const { return m_pStringID2String->size(); }
+    /// The node behind a valid identifier; null while only its name is known.
+    CNodeData* GetNodeData(NodeID_t NodeID) const;
+    /// The node stored last, or null. Owned by the map.
+    CNodeData* GetLastNodeData() const;
+
+    /// Stores a named node of this map in its slot.
+    /// @param replace the slot holds a node, which is deleted; without it the
+    ///        slot must be free.
+    /// @throws RuntimeException when the name is taken by another node.
+    void SetNodeData(std::unique_ptr<CNodeData> pNodeData, bool replace);
+
+    /// The node whose XML element is open and names its children; null when
+    /// there is none. Not owned. Setting and clearing must alternate.
+    CNodeData* GetContextNode() const { return m_pContextNode; }
+    void SetContextNode(CNodeData* pContextNode);
+
+    /// Empties the map. There must be no context node.
+    void Clear() noexcept;
+
+    /// Merges the nodes of @p other into this map. @p other is consistent and
+    /// keeps its content.
+    /// @throws RuntimeException when both define a node and neither its type nor
+    ///         its merge priority tells how to merge them.
+    void Inject(const CNodeDataMap& other);
+
+    /// The first identifier that is referred to and has no node; invalid when
+    /// every reference is met.
+    NodeID_t FindDanglingNode() const;
+    /// @throws RuntimeException that names the first node that is referred to
+    ///         and not defined.
+    void CheckConsistency() const;
+
+    /// Copies the node @p name and all it needs into the empty map
+    /// @p toExtractTree.
+    /// @param renameToRoot the node is a category and is called "Root" there.
+    /// @throws InvalidArgumentException when the node is missing or cannot be
+    ///         renamed.
+    void ExtractIndependentSubtree(CNodeDataMap& toExtractTree, std::string_view name,
+                                   bool renameToRoot) const;
+
+    /// Writes the map, which is consistent and within kCacheFileMaxCount, in the
+    /// binary form of the cache. Equal maps give equal bytes.
+    void ToFile(CCacheWriter& writer) const;
+    /// Fills the empty map. Of no use when the reader has failed afterwards.
+    void FromFile(CCacheReader& reader);
+
+    void GetNodeStatistics(NodeStatistics_t& statistics) const;
+
+    /// Prints in the styles for maps; any other is an assertion.
+    static void Print(std::ostream& stream, const CNodeDataMap& map, EToStringStyle_t style);
+
+private:
+    using NodeNameMap_t = std::map<std::string, NodeID_t, std::less<>>;
+
+    void NameNodesFromFile(CCacheReader& reader);
+    static void RenameToRoot(CNodeDataMap& toExtractTree, std::string_view name);
+
+    std::unique_ptr<NodeNameMap_t> m_pNodeName2NodeID;
+    std::unique_ptr<std::vector<std::string>> m_pNodeID2NodeName;
+    std::unique_ptr<std::vector<std::unique_ptr<CNodeData>>> m_pNodeID2NodeData;
+    std::unique_ptr<std::vector<std::string>> m_pStringID2String;
+    CNodeData* m_pContextNode = nullptr;
+    NodeID_t m_LastNodeID;
+};
+
+}  // namespace GenApi_3_0_ORVANE

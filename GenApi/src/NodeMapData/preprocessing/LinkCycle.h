@@ -1,0 +1,28 @@
+#pragma once
+
+#include "preprocessing/LinkWalk.h"
+
+namespace GenApi_3_0_ORVANE {
+
+inline constexpr const char* selectedCycleText = "ERROR : pSelected cycle detected : ";
+inline constexpr const char* readCycleText = "ERROR : read cycle detected : ";
+
+/// Throws a RuntimeException with the text and the names on the path from the
+/// node on and back to it, as "A -> B -> A".
+[[noreturn]] void ThrowLinkCycle(const char* text, const WalkPath_t& path, const CNodeData& node);
+
+/// The target of the next property, at or behind the cursor, whose identifier
+/// the predicate accepts; the invalid identifier at the end.
+template <typename Predicate>
+NodeID_t NextProperty(const CNodeData& node, size_t& cursor, Predicate isFollowed) {
+    const CNodeData::PropertyVector_t& properties = node.GetProperties();
+    while (cursor < properties.size()) {
+        const CProperty& property = properties[cursor++];
+        if (isFollowed(property.GetPropertyID())) {
+            return property.NodeID();
+        }
+    }
+    return NodeID_t();
+}
+
+}  // namespace GenApi_3_0_ORVANE

@@ -1,0 +1,160 @@
+#include "preprocessing/NodeDataPreprocessor.h"
+
+#include "Base/GCException.h"
+#include "Base/OvAssert.h"
+#include "preprocessing/LinkCycle.h"
+#include "preprocessing/LinkWalk.h"
+
+namespace GenApi_3_0_ORVANE {
+namespace {
+
+/// The numbers of the enumeration that IsFeature holds.
+enum EFeature : int32_t { FeatureYes = 1 };
+
+}  // namespace
+
+void CNodeDataPreprocessor::Run() {
+    CheckDanglingNodes();
+    for (size_t index = 0; index < GetNumNodes(); ++index) {
+        Node(index).EndGivenProperties();
+    }
+    MirrorSelected();
+    BuildChildLists();
+    PropagateDependencies();
+    PropagateTerminals();
+    PreProcessSelecting();
+    DetectSelectedCycles();
+    DetectReadCycles();
+    MarkFeatures();
+    for (size_t index = 0; index < GetNumNodes(); ++index) {
+        Node(index).ShrinkToFit();
+    }
+}
+
+void CNodeDataPreprocessor::CheckDanglingNodes() const {
+    const NodeID_t dangling = m_Map.FindDanglingNode();
+    if (dangling.IsValid()) {
+        RUNTIME_EXCEPTION("Error in XML stream : dangling node reference '%s'",
+                          m_Map.GetNodeName(dangling).c_str());
+    }
+}
+
+void CNodeDataPreprocessor::MirrorSelected() {
+    for (size_t index = 0; index < GetNumNodes(); ++index) {
+        // A node may select itself, so its list may grow on the way.
+        const CNodeData::PropertyVector_t& properties = Node(index).GetProperties();
+        for (size_t position = 0; position < properties.size(); ++position) {
+            if (properties[position].GetPropertyID() == CPropertyID::pSelected_ID) {
+                Node(properties[position].NodeID())
+                    .AddProperty(CPropertyID::pSelecting_ID, NodeID_t(index));
+            }
+        }
+    }
+}
+
+void CNodeDataPreprocessor::BuildChildLists() {
+    for (size_t index = 0; index < GetNumNodes(); ++index) {
+        BuildChildLists(Node(index));
+    }
+}
+
+void CNodeDataPreprocessor::BuildChildLists(CNodeData& node) {
+    node.m_pParents = std::make_unique<std::vector<NodeID_t>>();
+    node.m_pReadingChildren = std::make_unique<std::vector<NodeID_t>>();
+    node.m_pWritingChildren = std::make_unique<std::vector<NodeID_t>>();
+    node.m_pAllDependingNodes = std::make_unique<CNodeIDSet>();
+    node.m_pAllTerminalNodes = std::make_unique<CNodeIDSet>();
+
+    std::vector<NodeID_t> invalidating;
+    const auto addReader = [&](const CProperty& property) {
+        if (property.GetPropertyID().IsInvalidatingLink()) {
+            invalidating.push_back(property.NodeID());
+        }
+        if (property.GetPropertyID().IsReadingLink()) {
+            node.m_pReadingChildren->push_back(property.NodeID());
+        }
+    };
+    for (const CProperty& property : node.GetProperties()) {
+        addReader(property);
+        if (property.GetPropertyID().IsWritingLink()) {
+            node.m_pWritingChildren->push_back(property.NodeID());
+        }
+        if (const CProperty* pAttribute = property.GetAttribute()) {
+            addReader(*pAttribute);
+        }
+    }
+    node.m_pInvalidatingChildren = std::make_unique<CNodeIDSet>(std::move(invalidating));
+}
+
+void CNodeDataPreprocessor::ReleaseChildLists() {
+    for (size_t index = 0; index < GetNumNodes(); ++index) {
+        CNodeData* const pNodeData = m_Map.GetNodeData(NodeID_t(index));
+        if (pNodeData == nullptr) {
+            continue;
+        }
+        pNodeData->m_pParents.reset();
+        pNodeData->m_pReadingChildren.reset();
+        pNodeData->m_pWritingChildren.reset();
+        pNodeData->m_pInvalidatingChildren.reset();
+        pNodeData->m_pAllDependingNodes.reset();
+        pNodeData->m_pAllTerminalNodes.reset();
+    }
+}
+
+namespace {
+
+/// The next feature of a category; the invalid identifier at the end.
+NodeID_t NextFeature(const CNodeData& node, size_t& cursor) {
+    return NextProperty(node, cursor,
+                        [](CPropertyID id) { return id == CPropertyID::pFeature_ID; });
+}
+
+}  // namespace
+
+/// Collects the categories and their features, each behind what it lists.
+struct CNodeDataPreprocessor::FeatureWalk {
+    explicit FeatureWalk(const CNodeDataMap& map) : states(map.GetNumNodeIDs()) {}
+
+    uint8_t& State(const CNodeData& node) { return states[ToIndex(node.GetNodeID())]; }
+    static NodeID_t NextLink(const CNodeData& node, size_t& cursor) {
+        return NextFeature(node, cursor);
+    }
+    void OnDone(const CNodeData& node) { order.push_back(node.GetNodeID()); }
+    /// Only descriptions whose read links were not checked get here; they would
+    /// never end otherwise.
+    [[noreturn]] static void OnCycle(const WalkPath_t& path, const CNodeData& node) {
+        ThrowLinkCycle(readCycleText, path, node);
+    }
+
+    std::vector<uint8_t> states;
+    std::vector<NodeID_t> order;
+};
+
+/// Marks each node once for every way that leads to it from the root. The ways
+/// are counted and not walked: there may be very many.
+void CNodeDataPreprocessor::MarkFeatures() {
+    const NodeID_t root = m_Map.FindNodeID("Root");
+    if (!root.IsValid() || Node(root).GetNodeType() != CNodeData::Category_ID) {
+        return;
+    }
+    WalkPath_t path;
+    FeatureWalk walk(m_Map);
+    WalkLinks(m_Map, Node(root), path, walk);
+    std::vector<size_t> numWays(GetNumNodes());
+    numWays[ToIndex(root)] = 1;
+    for (auto nodeID = walk.order.rbegin(); nodeID != walk.order.rend(); ++nodeID) {
+        CNodeData& node = Node(*nodeID);
+        const size_t count = numWays[ToIndex(*nodeID)];
+        m_Budget.SpendProperties(count);
+        size_t cursor = 0;
+        for (NodeID_t feature = NextFeature(node, cursor); feature.IsValid();
+             feature = NextFeature(node, cursor)) {
+            numWays[ToIndex(feature)] += count;
+        }
+        for (size_t way = 0; way < count; ++way) {
+            node.AddProperty(CPropertyID::IsFeature_ID, CProperty::EYesNo_ID, FeatureYes);
+        }
+    }
+}
+
+}  // namespace GenApi_3_0_ORVANE

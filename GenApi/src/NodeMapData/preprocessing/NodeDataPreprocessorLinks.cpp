@@ -1,0 +1,191 @@
+// What a node's links lead to through any chain: the nodes that depend on it,
+// and the nodes in which its value ends.
+
+#include "Base/GCException.h"
+#include "preprocessing/LinkWalk.h"
+#include "preprocessing/NodeDataPreprocessor.h"
+#include "preprocessing/NodeIDUnion.h"
+
+namespace GenApi_3_0_ORVANE {
+namespace {
+
+/// A node that touches the device or holds a value, so that a write to
+/// whatever leads to it ends there.
+bool IsTerminalNodeType(const CNodeData& node, bool hasWritingChildren) {
+    switch (node.GetNodeType()) {
+        case CNodeData::Node_ID:
+        case CNodeData::EnumEntry_ID:
+        case CNodeData::MaskedIntReg_ID:
+        case CNodeData::Register_ID:
+        case CNodeData::IntReg_ID:
+        case CNodeData::FloatReg_ID:
+        case CNodeData::AdvFeatureLock_ID:
+        case CNodeData::StringReg_ID:
+            return true;
+        case CNodeData::Integer_ID:
+        case CNodeData::Enumeration_ID:
+        case CNodeData::Float_ID:
+        case CNodeData::String_ID:
+        case CNodeData::Boolean_ID:
+        case CNodeData::Command_ID:
+        case CNodeData::Converter_ID:
+        case CNodeData::IntConverter_ID:
+            return !hasWritingChildren;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+/// Collects the nodes, each behind those that it depends on.
+struct CNodeDataPreprocessor::OrderWalk {
+    explicit OrderWalk(const CNodeDataMap& map) : states(map.GetNumNodeIDs()) {}
+
+    uint8_t& State(const CNodeData& node) { return states[ToIndex(node.GetNodeID())]; }
+    static NodeID_t NextLink(const CNodeData& node, size_t& cursor) {
+        const CNodeIDSet& children = *node.m_pInvalidatingChildren;
+        return cursor < children.size() ? children[cursor++] : NodeID_t();
+    }
+    void OnDone(const CNodeData& node) { order.push_back(node.GetNodeID()); }
+    /// Dependencies may be mutual.
+    static void OnCycle(const WalkPath_t&, const CNodeData&) {}
+
+    std::vector<uint8_t> states;
+    std::vector<NodeID_t> order;
+};
+
+/// Every node before those that it depends on, as far as cycles let.
+std::vector<NodeID_t> CNodeDataPreprocessor::DependencyOrder() const {
+    OrderWalk walk(m_Map);
+    WalkPath_t path;
+    for (size_t index = 0; index < GetNumNodes(); ++index) {
+        WalkLinks(m_Map, Node(index), path, walk);
+    }
+    return {walk.order.rbegin(), walk.order.rend()};
+}
+
+/// For every node those that depend on it directly, in the given order.
+CNodeDataPreprocessor::NodeIDLists_t CNodeDataPreprocessor::FindDependents(
+    const std::vector<NodeID_t>& order) const {
+    NodeIDLists_t dependents(GetNumNodes());
+    for (const NodeID_t nodeID : order) {
+        for (const NodeID_t child : *Node(nodeID).m_pInvalidatingChildren) {
+            dependents[ToIndex(child)].push_back(nodeID);
+        }
+    }
+    return dependents;
+}
+
+/// Fills the circle with the nodes that depend on the node and on which it
+/// depends, itself among them: in dependency order those that lead to it and are
+/// not in a circle yet. Leaves it empty for a node that is in one.
+void CNodeDataPreprocessor::FindCircle(NodeID_t nodeID, const NodeIDLists_t& dependents,
+                                       std::vector<bool>& isInCircle,
+                                       std::vector<NodeID_t>& circle) {
+    circle.clear();
+    const auto enter = [&](NodeID_t member) {
+        if (!isInCircle[ToIndex(member)]) {
+            isInCircle[ToIndex(member)] = true;
+            circle.push_back(member);
+        }
+    };
+    enter(nodeID);
+    for (size_t position = 0; position < circle.size(); ++position) {
+        for (const NodeID_t dependent : dependents[ToIndex(circle[position])]) {
+            enter(dependent);
+        }
+    }
+}
+
+/// Who depends on the nodes of a circle: each other, those that do directly, and
+/// who depends on these. Those that stand nearest come first, as their sets hold
+/// most of the others with all that depends on them.
+void CNodeDataPreprocessor::GatherDependencies(const std::vector<NodeID_t>& circle,
+                                               const NodeIDLists_t& dependents,
+                                               CNodeIDUnion& scratch) {
+    scratch.Clear();
+    for (const NodeID_t member : circle) {
+        scratch.Add(member);
+    }
+    for (const NodeID_t member : circle) {
+        const std::vector<NodeID_t>& direct = dependents[ToIndex(member)];
+        m_Budget.SpendSteps(1 + direct.size());
+        for (auto nodeID = direct.rbegin(); nodeID != direct.rend(); ++nodeID) {
+            if (!scratch.Has(*nodeID)) {
+                const CNodeIDSet& further = *Node(*nodeID).m_pAllDependingNodes;
+                m_Budget.SpendSteps(further.size());
+                scratch.Add(*nodeID);
+                scratch.Add(further);
+            }
+        }
+    }
+    for (const NodeID_t member : circle) {
+        m_Budget.SpendProperties(scratch.Count() - 1);
+        scratch.Store(*Node(member).m_pAllDependingNodes, member);
+    }
+}
+
+/// The order has every node before those that it depends on, so each circle
+/// finds the sets of all that lead to it complete.
+void CNodeDataPreprocessor::PropagateDependencies() {
+    const std::vector<NodeID_t> order = DependencyOrder();
+    const NodeIDLists_t dependents = FindDependents(order);
+    CNodeIDUnion scratch(GetNumNodes());
+    std::vector<bool> isInCircle(GetNumNodes());
+    std::vector<NodeID_t> circle;
+    for (const NodeID_t nodeID : order) {
+        FindCircle(nodeID, dependents, isInCircle, circle);
+        if (!circle.empty()) {
+            GatherDependencies(circle, dependents, scratch);
+        }
+    }
+    for (size_t index = 0; index < GetNumNodes(); ++index) {
+        const CNodeIDSet& depending = *Node(index).m_pAllDependingNodes;
+        AppendLinks(Node(index), CPropertyID::pDependent_ID, depending.rbegin(), depending.rend());
+    }
+}
+
+/// Inserts in each node the terminal nodes of the nodes that it writes to.
+struct CNodeDataPreprocessor::TerminalWalk {
+    static int32_t& State(CNodeData& node) { return node.m_TerminalState; }
+    static NodeID_t NextLink(const CNodeData& node, size_t& cursor) {
+        const std::vector<NodeID_t>& children = *node.m_pWritingChildren;
+        return !IsTerminal(node) && cursor < children.size() ? children[cursor++] : NodeID_t();
+    }
+    void OnDone(const CNodeData& node) {
+        scratch.Clear();
+        if (IsTerminal(node)) {
+            scratch.Add(node.GetNodeID());
+        } else {
+            for (const NodeID_t child : *node.m_pWritingChildren) {
+                const CNodeIDSet& terminals = *map.GetNodeData(child)->m_pAllTerminalNodes;
+                budget.SpendSteps(1 + terminals.size());
+                scratch.Add(terminals);
+            }
+        }
+        budget.SpendProperties(scratch.Count());
+        scratch.Store(*node.m_pAllTerminalNodes);
+    }
+    [[noreturn]] static void OnCycle(const WalkPath_t&, const CNodeData& node) {
+        RUNTIME_EXCEPTION("WARNING: PropagateTerminals cycle detected in node = '%s'\n",
+                          node.GetName().c_str());
+    }
+    static bool IsTerminal(const CNodeData& node) {
+        return IsTerminalNodeType(node, !node.m_pWritingChildren->empty());
+    }
+
+    const CNodeDataMap& map;
+    CPreprocessingBudget& budget;
+    CNodeIDUnion scratch;
+};
+
+void CNodeDataPreprocessor::PropagateTerminals() {
+    WalkAllLinks(m_Map, TerminalWalk{m_Map, m_Budget, CNodeIDUnion(GetNumNodes())});
+    for (size_t index = 0; index < GetNumNodes(); ++index) {
+        const CNodeIDSet& terminals = *Node(index).m_pAllTerminalNodes;
+        AppendLinks(Node(index), CPropertyID::pTerminal_ID, terminals.begin(), terminals.end());
+    }
+}
+
+}  // namespace GenApi_3_0_ORVANE

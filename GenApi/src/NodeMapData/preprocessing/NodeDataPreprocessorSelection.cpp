@@ -1,0 +1,174 @@
+// Widens what a selector selects to the nodes that read what it selects.
+
+#include "preprocessing/LinkCycle.h"
+#include "preprocessing/LinkWalk.h"
+#include "preprocessing/NodeDataPreprocessor.h"
+#include "preprocessing/NodeIDUnion.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// For every node the other nodes that read it directly, in ascending order.
+/// Categories do not count: they list nodes and take no value from them.
+CNodeDataPreprocessor::NodeIDLists_t CNodeDataPreprocessor::FindReaders() const {
+    NodeIDLists_t readers(GetNumNodes());
+    for (size_t index = 0; index < GetNumNodes(); ++index) {
+        const NodeID_t reader(index);
+        if (Node(reader).GetNodeType() == CNodeData::Category_ID) {
+            continue;
+        }
+        for (const NodeID_t child : *Node(reader).m_pReadingChildren) {
+            std::vector<NodeID_t>& list = readers[ToIndex(child)];
+            if (child != reader && (list.empty() || list.back() != reader)) {
+                list.push_back(reader);
+            }
+        }
+    }
+    return readers;
+}
+
+/// What the widening of one selector after the other has to know.
+struct CNodeDataPreprocessor::Selection {
+    Selection(size_t numNodes, NodeIDLists_t readersOfNodes)
+        : readers(std::move(readersOfNodes)),
+          selected(numNodes),
+          selectors(numNodes),
+          states(numNodes),
+          selecting(numNodes),
+          selectingIt(numNodes) {}
+
+    void Select(NodeID_t nodeID, NodeID_t target) {
+        selected[ToIndex(nodeID)].push_back(target);
+        selectors[ToIndex(target)].push_back(nodeID);
+    }
+    /// Prepares for the turn of the next selector.
+    void Begin(const CNodeData& node) {
+        selector = node.GetNodeID();
+        selecting.Clear();
+        selectingIt.Clear();
+        for (const CProperty& property : node.GetProperties()) {
+            if (property.GetPropertyID() == CPropertyID::pSelecting_ID) {
+                selecting.Add(property.NodeID());
+            }
+        }
+        for (const NodeID_t other : selectors[ToIndex(selector)]) {
+            selectingIt.Add(other);
+        }
+    }
+
+    const NodeIDLists_t readers;
+    /// For every node the targets of its pSelected properties, in list order,
+    /// and the nodes among whose targets it is.
+    NodeIDLists_t selected;
+    NodeIDLists_t selectors;
+    /// Of the walk; untouched between walks.
+    std::vector<uint8_t> states;
+    NodeID_t selector;
+    /// The nodes in the pSelecting properties of the selector, and those that
+    /// have it in their pSelected properties.
+    CNodeIDUnion selecting;
+    CNodeIDUnion selectingIt;
+};
+
+/// Names the nodes of a read cycle in the direction of reading.
+struct CNodeDataPreprocessor::ReadingCycleWalk {
+    static uint8_t& State(CNodeData& node) { return node.m_ReadVisited; }
+    static NodeID_t NextLink(const CNodeData& node, size_t& cursor) {
+        const std::vector<NodeID_t>& children = *node.m_pReadingChildren;
+        return cursor < children.size() ? children[cursor++] : NodeID_t();
+    }
+    static void OnDone(const CNodeData&) {}
+    [[noreturn]] static void OnCycle(const WalkPath_t& path, const CNodeData& node) {
+        ThrowLinkCycle(readCycleText, path, node);
+    }
+};
+
+/// Follows from a selected node the readers that its selection would draw in.
+struct CNodeDataPreprocessor::SelectionWalk {
+    uint8_t& State(const CNodeData& node) const {
+        return selection.states[ToIndex(node.GetNodeID())];
+    }
+    NodeID_t NextLink(const CNodeData& node, size_t& cursor) const {
+        const std::vector<NodeID_t>& list = selection.readers[ToIndex(node.GetNodeID())];
+        while (cursor < list.size()) {
+            const NodeID_t reader = list[cursor++];
+            budget.SpendSteps(1);
+            if (!selection.selectingIt.Has(reader)) {
+                return reader;
+            }
+        }
+        return NodeID_t();
+    }
+    void OnDone(const CNodeData& node) { walked.push_back(node.GetNodeID()); }
+    /// The walk goes against the direction of reading, so the way round is told
+    /// by a walk of its own, which meets this cycle or another one before it.
+    void OnCycle(const WalkPath_t&, const CNodeData&) const {
+        WalkAllLinks(map, ReadingCycleWalk());
+    }
+
+    const CNodeDataMap& map;
+    Selection& selection;
+    CPreprocessingBudget& budget;
+    std::vector<NodeID_t> walked = {};
+};
+
+/// Nodes that read each other would draw each other into the selection for
+/// ever, so they are found before the lists begin to grow.
+void CNodeDataPreprocessor::CheckSelectionEnds(Selection& selection) {
+    SelectionWalk walk{m_Map, selection, m_Budget};
+    WalkPath_t path;
+    for (const NodeID_t target : selection.selected[ToIndex(selection.selector)]) {
+        WalkLinks(m_Map, Node(target), path, walk);
+    }
+    for (const NodeID_t nodeID : walk.walked) {
+        selection.states[ToIndex(nodeID)] = Untouched;
+    }
+}
+
+/// Walks the selected nodes, those added on the way too. A repeat is looked for
+/// in the list of the other node, so a reader that is reached along two ways is
+/// entered twice. That stays: a new result would not match the caches in use.
+///
+/// A selector that reads what it selects is told that it selects itself, which is
+/// all that a live node needs to refuse its use.
+void CNodeDataPreprocessor::WidenSelection(Selection& selection) {
+    const NodeID_t nodeID = selection.selector;
+    const std::vector<NodeID_t>& mine = selection.selected[ToIndex(nodeID)];
+    for (size_t position = 0; position < mine.size(); ++position) {
+        const std::vector<NodeID_t>& readers = selection.readers[ToIndex(mine[position])];
+        m_Budget.SpendSteps(readers.size());
+        for (const NodeID_t reader : readers) {
+            if (!selection.selecting.Has(reader)) {
+                if (reader == nodeID) {
+                    selection.selecting.Add(nodeID);
+                }
+                m_Budget.SpendProperties(1);
+                Node(reader).AddProperty(CPropertyID::pSelecting_ID, nodeID);
+            }
+            if (reader != nodeID && !selection.selectingIt.Has(reader)) {
+                m_Budget.SpendProperties(1);
+                selection.Select(nodeID, reader);
+                Node(nodeID).AddProperty(CPropertyID::pSelected_ID, reader);
+            }
+        }
+    }
+}
+
+void CNodeDataPreprocessor::PreProcessSelecting() {
+    Selection selection(GetNumNodes(), FindReaders());
+    for (size_t index = 0; index < GetNumNodes(); ++index) {
+        for (const CProperty& property : Node(index).GetProperties()) {
+            if (property.GetPropertyID() == CPropertyID::pSelected_ID) {
+                selection.Select(NodeID_t(index), property.NodeID());
+            }
+        }
+    }
+    for (size_t index = 0; index < GetNumNodes(); ++index) {
+        if (!selection.selected[index].empty()) {
+            selection.Begin(Node(index));
+            CheckSelectionEnds(selection);
+            WidenSelection(selection);
+        }
+    }
+}
+
+}  // namespace GenApi_3_0_ORVANE

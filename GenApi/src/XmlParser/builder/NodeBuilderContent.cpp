@@ -1,0 +1,177 @@
+// From texts and attributes to properties and implied nodes.
+
+#include <string>
+
+#include "Base/Log.h"
+#include "builder/NodeBuilder.h"
+
+namespace GenApi_3_0_ORVANE {
+
+using GenICam_3_0_ORVANE::CLog;
+
+namespace {
+
+using P = CPropertyID;
+
+/// The numbers by which messages name two elements that have no property.
+constexpr uint32_t kBitNumber = 113;
+constexpr uint32_t kConstantNumber = 114;
+
+bool IsIntegerKind(CNodeData::ENodeType_t type) {
+    return type == CNodeData::IntSwissKnife_ID || type == CNodeData::IntConverter_ID;
+}
+
+CNodeData::ENodeType_t ImpliedType(const CNodeData& parent, Rule rule) {
+    if (IsIntegerKind(parent.GetNodeType())) {
+        return rule == Rule::Constant ? CNodeData::Integer_ID : CNodeData::IntSwissKnife_ID;
+    }
+    return rule == Rule::Constant ? CNodeData::Float_ID : CNodeData::SwissKnife_ID;
+}
+
+}  // namespace
+
+/// Real cameras have elements that are there and empty, where "No" is meant.
+std::string_view CNodeBuilder::Replacement(const CNodeData& node, const ElementRow& row,
+                                           std::string_view text) {
+    if (row.property != P::Streamable_ID || !Trimmed(text).empty()) {
+        return text;
+    }
+    if (CLog::Exist("GenApi")) {
+        GCLOGWARN(CLog::GetLogger("GenApi.XmlParser"),
+                  "Node '%s' : the empty element 'Streamable' counts as 'No'",
+                  node.GetNodeID().IsValid() ? node.GetName().c_str() : "");
+    }
+    return "No";
+}
+
+CProperty CNodeBuilder::MakeProperty(P::EProperty_ID_t id, CProperty::EDataType_t type,
+                                     std::string_view text) {
+    switch (type) {
+        case CProperty::String_ID:
+            return {&m_Map, id, text};
+        case CProperty::Node_ID:
+            return {&m_Map, id, m_Map.GetNodeID(text, true)};
+        case CProperty::Integer_ID:
+            return {&m_Map, id, IntegerOf(text, id)};
+        case CProperty::Float_ID:
+            return {&m_Map, id, RealOf(text)};
+        default:
+            return {&m_Map, id, type, ChoiceOf(type, text)};
+    }
+}
+
+CProperty CNodeBuilder::MakeProperty(const ElementRow& row, std::string_view text,
+                                     const TextAttribute& attribute) {
+    CProperty property = MakeProperty(row.property, row.dataType, text);
+    if (attribute.row != nullptr) {
+        const AttributeRow& kind = *attribute.row;
+        property.SetAttribute(std::make_unique<CProperty>(
+            MakeProperty(kind.property, kind.dataType, attribute.value)));
+    }
+    return property;
+}
+
+void CNodeBuilder::TakeAttribute(OpenNode& open, const AttributeRow& row, std::string_view value) {
+    if (open.node == nullptr) {
+        return;
+    }
+    const std::string_view text = Checked(row.facet, value);
+    if (row.property == P::Name_ID) {
+        SetName(open, text);
+        return;
+    }
+    const CProperty& property =
+        open.node->AddProperty(MakeProperty(row.property, row.dataType, text));
+    if (row.property == P::SchemaMajorVersion_ID) {
+        m_SchemaMajor = property.Integer();
+    } else if (row.property == P::SchemaMinorVersion_ID) {
+        m_SchemaMinor = property.Integer();
+    }
+}
+
+void CNodeBuilder::TakeText(OpenNode& open, const ElementRow& row, std::string_view rawText,
+                            const TextAttribute& attribute) {
+    CNodeData& node = *open.node;
+    const std::string_view text = Checked(row.facet, Replacement(node, row, rawText));
+    switch (row.rule) {
+        case Rule::ReadersText:
+            if (m_SuppressStrings) {
+                break;
+            }
+            [[fallthrough]];
+        case Rule::Value:
+        case Rule::Extension:
+            node.AddProperty(MakeProperty(row, text, attribute));
+            break;
+        case Rule::Bit:
+            node.AddProperty(P::LSB_ID, IntegerOf(text, kBitNumber));
+            node.AddProperty(P::MSB_ID, IntegerOf(text, kBitNumber));
+            break;
+        case Rule::Variable:
+            AddVariable(open, m_Map.GetNodeID(text, true), attribute.value);
+            break;
+        case Rule::Constant:
+        case Rule::Expression:
+            AddVariable(open, StoreImpliedNode(open, row, text, attribute.value), attribute.value);
+            break;
+        case Rule::FormulaTo:
+            node.AddProperty(row.property, text);
+            open.formulaTo->AddProperty(P::Formula_ID, text);
+            break;
+        case Rule::FormulaFrom:
+            node.AddProperty(row.property, text);
+            open.formulaFrom->AddProperty(P::Formula_ID, text);
+            break;
+        case Rule::Symbolic:
+            for (CProperty& property : node.GetProperties()) {
+                if (property.GetPropertyID() == P::Symbolic_ID) {
+                    property.SetStringID(m_Map.SetString(text));
+                }
+            }
+            break;
+        case Rule::Key:
+        case Rule::Node:
+            break;
+    }
+}
+
+void CNodeBuilder::AddVariable(OpenNode& open, NodeID_t target, std::string_view name) {
+    open.variables.push_back(open.node->GetProperties().size());
+    for (CNodeData* const node : {open.node.get(), open.formulaTo.get(), open.formulaFrom.get()}) {
+        if (node != nullptr) {
+            CProperty variable(&m_Map, P::pVariable_ID, target);
+            variable.SetAttribute(std::make_unique<CProperty>(&m_Map, P::Name_ID, name));
+            node->AddProperty(std::move(variable));
+        }
+    }
+}
+
+NodeID_t CNodeBuilder::StoreImpliedNode(const OpenNode& open, const ElementRow& row,
+                                        std::string_view text, std::string_view name) {
+    const CNodeData& parent = *open.node;
+    auto implied = std::make_unique<CNodeData>(ImpliedType(parent, row.rule), &m_Map);
+    implied->SetName("_" + parent.GetName() + "_" + std::string(name));
+    InheritMergePriority(*implied, open.mergePriority);
+    if (row.rule == Rule::Expression) {
+        CopyVariables(open, *implied);
+        implied->AddProperty(row.property, text);
+    } else if (row.dataType == CProperty::Integer_ID) {
+        implied->AddProperty(row.property, IntegerOf(text, kConstantNumber));
+    } else {
+        implied->AddProperty(row.property, RealOf(text));
+    }
+    const NodeID_t id = implied->GetNodeID();
+    Store(std::move(implied));
+    return id;
+}
+
+/// An expression speaks of what stands before it: variables, constants and
+/// other expressions.
+void CNodeBuilder::CopyVariables(const OpenNode& source, CNodeData& target) {
+    CountCopies(source.variables.size());
+    for (const size_t place : source.variables) {
+        target.AddProperty(CProperty(source.node->GetProperties()[place]));
+    }
+}
+
+}  // namespace GenApi_3_0_ORVANE

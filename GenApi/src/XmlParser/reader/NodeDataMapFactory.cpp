@@ -1,0 +1,118 @@
+#include "reader/NodeDataMapFactory.h"
+
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "Base/Environment.h"
+#include "Base/GCException.h"
+#include "Base/OvAssert.h"
+#include "nodes/NodeDataMap.h"
+#include "preprocessing/NodeDataPreprocessor.h"
+#include "reader/DescriptionReader.h"
+#include "zip/ZipReader.h"
+
+namespace GenApi_3_0_ORVANE {
+
+namespace {
+
+constexpr std::string_view kVersion11 = "http://www.genicam.org/GenApi/Version_1_1";
+constexpr std::string_view kVersion10 = "http://www.genicam.org/GenApi/Version_1_0";
+
+void ParseDocument(CNodeDataMap& map, std::string_view document, bool suppressStrings) {
+    auto error = CDescriptionReader(map, suppressStrings, kVersion11).Read(document);
+    if (error && error->code == SchemaError::UnexpectedElement) {
+        // The same grammar serves both versions of the schema.
+        map.Clear();
+        error = CDescriptionReader(map, suppressStrings, kVersion10).Read(document);
+    }
+    if (error) {
+        RUNTIME_EXCEPTION("Error while parsing XML stream at line %lu and column %lu : '%s'",
+                          error->line, error->column, error->text.c_str());
+    }
+}
+
+std::string UnzipFile(const std::string& fileName) {
+    GenICam_3_0_ORVANE::gcstring expanded(fileName.c_str());
+    GenICam_3_0_ORVANE::ReplaceEnvironmentVariables(expanded, false);
+    const char* const name = expanded.c_str();
+    std::string text;
+    switch (CZipReader::ReadFile(name, text)) {
+        case CZipReader::Result::NotOpened:
+            RUNTIME_EXCEPTION("File open failed in ParseXmlFile. Filename = '%s'", name);
+        case CZipReader::Result::NoEntry:
+            RUNTIME_EXCEPTION("File stat failed in ParseXmlFile. Filename = '%s'", name);
+        case CZipReader::Result::NotExtracted:
+            RUNTIME_EXCEPTION("File unzip failed in ParseXmlFile. Filename = '%s'", name);
+        case CZipReader::Result::Done:
+            break;
+    }
+    return text;
+}
+
+std::string UnzipMemory(const void* data, size_t size) {
+    std::string text;
+    switch (CZipReader::ReadMemory(data, size, text)) {
+        case CZipReader::Result::NotOpened:
+            RUNTIME_EXCEPTION("Invalid ZIP string in ParseXmlBuffer");
+        case CZipReader::Result::NoEntry:
+            RUNTIME_EXCEPTION("Zip stat failed in ParseXmlBuffer");
+        case CZipReader::Result::NotExtracted:
+            RUNTIME_EXCEPTION("Unzip failed in ParseXmlBuffer");
+        case CZipReader::Result::Done:
+            break;
+    }
+    return text;
+}
+
+std::string ReadFile(const std::string& fileName) {
+    std::ifstream file(fileName, std::ios::binary);
+    if (!file) {
+        RUNTIME_EXCEPTION("Failed to open xml file %s.", fileName.c_str());
+    }
+    std::ostringstream text;
+    text << file.rdbuf();
+    return std::move(text).str();
+}
+
+}  // namespace
+
+void CNodeDataMapFactory::ParseXmlFile(CNodeDataMap* pNodeDataMap, EContentType_t contentType,
+                                       const std::string& fileName, bool suppressStrings) {
+    switch (contentType) {
+        case ContentType_Xml:
+            ParseDocument(*pNodeDataMap, ReadFile(fileName), suppressStrings);
+            return;
+        case ContentType_ZippedXml:
+            ParseDocument(*pNodeDataMap, UnzipFile(fileName), suppressStrings);
+            return;
+    }
+    RUNTIME_EXCEPTION("ParseXmlBuffer not implemented.");
+}
+
+void CNodeDataMapFactory::ParseXmlBuffer(CNodeDataMap* pNodeDataMap, EContentType_t contentType,
+                                         const void* pData, size_t size, bool suppressStrings) {
+    switch (contentType) {
+        case ContentType_Xml:
+            ParseDocument(*pNodeDataMap, {static_cast<const char*>(pData), size}, suppressStrings);
+            return;
+        case ContentType_ZippedXml:
+            ParseDocument(*pNodeDataMap, UnzipMemory(pData, size), suppressStrings);
+            return;
+    }
+    RUNTIME_EXCEPTION("ParseXmlBuffer not implemented.");
+}
+
+void CNodeDataMapFactory::ParseXmlString(CNodeDataMap* pNodeDataMap, const char* pText,
+                                         bool suppressStrings) {
+    ParseDocument(*pNodeDataMap, pText, suppressStrings);
+}
+
+void CNodeDataMapFactory::PreProcessNodeDataMap(CNodeDataMap* pNodeDataMap) {
+    OV_ASSERT(pNodeDataMap);
+    CNodeDataPreprocessor(*pNodeDataMap).Run();
+}
+
+}  // namespace GenApi_3_0_ORVANE
