@@ -7,7 +7,7 @@
  *
  * Compiles as C11 and as C++17. All records have fixed offsets and sizes,
  * which the assertions at the end of this file hold. Reserved fields are zero
- * in what the library fills, unless a record says otherwise.
+ * in records that the library fills, unless a record says otherwise.
  */
 
 #include <stddef.h>
@@ -22,40 +22,38 @@
 extern "C" {
 #endif
 
-/** Result of every call. 0 is success, everything negative a failure; the text
- *  of the last failure of the calling thread comes from OVGetLastError(). A
- *  negative value that is not listed here is the code of the GenTL producer. */
+/** Result of every call: 0 for success, a negative value for a failure.
+ *  OVGetLastError() returns the text of the calling thread's last failure. A negative
+ *  value that isn't listed here is a code of the GenTL producer. */
 typedef int32_t OV_STATUS;
 
 enum {
     OV_STATUS_SUCCESS = 0,            /**< done */
-    OV_STATUS_ERROR = -1,             /**< a failure with no status of its own */
-    OV_STATUS_NOT_FOUND_TL = -2,      /**< no producer stands beside the library */
-    OV_STATUS_NOT_FOUND_DEVICE = -3,  /**< no camera answers to the key */
+    OV_STATUS_ERROR = -1,             /**< any other failure */
+    OV_STATUS_NOT_FOUND_TL = -2,      /**< there is no producer in the folder of the library */
+    OV_STATUS_NOT_FOUND_DEVICE = -3,  /**< no camera has the key */
     OV_STATUS_OFFLINE = -4,           /**< the camera is gone */
-    OV_STATUS_INVALID_PARAMETER = -5, /**< an argument is null or makes no sense */
+    OV_STATUS_INVALID_PARAMETER = -5, /**< an argument is null or invalid */
     OV_STATUS_INVALID_HANDLE = -6,    /**< not the handle of an open camera */
     OV_STATUS_INVALID_CALL = -7,      /**< not allowed in this state or from this thread */
-    OV_STATUS_INVALID_ACCESS = -8,    /**< not readable, not writable, or held by another */
+    OV_STATUS_INVALID_ACCESS = -8,    /**< not readable, not writable, or in use elsewhere */
     OV_STATUS_NEED_MORE_BUFFER = -9,  /**< the caller's memory is too small */
-    OV_STATUS_ERROR_TYPE = -10,       /**< the identifier is of another type */
+    OV_STATUS_ERROR_TYPE = -10,       /**< the identifier has another type */
     OV_STATUS_OUT_OF_RANGE = -11,     /**< the value is outside its limits */
-    OV_STATUS_NOT_IMPLEMENTED = -12,  /**< the camera or the library lacks it */
-    OV_STATUS_NOT_INIT_API = -13,     /**< OVInitLib() has not run */
-    OV_STATUS_TIMEOUT = -14           /**< nothing came within the time */
+    OV_STATUS_NOT_IMPLEMENTED = -12,  /**< the camera or the library doesn't have it */
+    OV_STATUS_NOT_INIT_API = -13,     /**< before OVInitLib() */
+    OV_STATUS_TIMEOUT = -14           /**< nothing arrived in time */
 };
 
-/** An open camera. Comes from OVOpenDevice() or OVOpenDeviceByIndex() and is
- *  valid until OVCloseDevice() or OVCloseLib(). Using it afterwards is an error
- *  of the application that the library can't always detect. */
+/** An open camera. OVOpenDevice() and OVOpenDeviceByIndex() return it, and it is valid
+ *  until OVCloseDevice() or OVCloseLib(). Using it afterwards is an error of the
+ *  application that the library can't always detect. */
 typedef void* OV_DEV_HANDLE;
 
-/** A registered event callback: valid until it is unregistered or the camera is
- *  closed. */
+/** A registered event callback: valid until it is removed or the camera is closed. */
 typedef void* OV_EVENT_CALLBACK_HANDLE;
 
-/** A registered feature callback: valid until it is unregistered or the camera
- *  is closed. */
+/** A registered feature callback: valid until it is removed or the camera is closed. */
 typedef void* OV_FEATURE_CALLBACK_HANDLE;
 
 /** How OV_OPEN_PARAM names a camera. */
@@ -64,7 +62,7 @@ enum {
     OV_OPEN_SN = 0,    /**< by serial number */
     OV_OPEN_IP = 1,    /**< by IP address, dotted */
     OV_OPEN_MAC = 2,   /**< by MAC address, "AA-BB-CC-DD-EE-FF" in capitals */
-    OV_OPEN_INDEX = 3, /**< by place in the device list, decimal, from 1 */
+    OV_OPEN_INDEX = 3, /**< by position in the device list, decimal, from 1 */
     OV_OPEN_USERID = 4 /**< by user ID */
 };
 
@@ -73,10 +71,10 @@ typedef int32_t OV_ACCESS_MODE;
 enum {
     OV_ACCESS_READONLY = 2, /**< read features */
     OV_ACCESS_CONTROL = 3,  /**< full control, others may still read */
-    OV_ACCESS_EXCLUSIVE = 4 /**< full control, nobody else gets in */
+    OV_ACCESS_EXCLUSIVE = 4 /**< full control, nobody else can open the camera */
 };
 
-/** Whether a listed camera can be opened, as its producer tells. */
+/** Whether a listed camera can be opened, according to its producer. */
 typedef int32_t OV_ACCESS_STATUS;
 enum {
     OV_ACCESS_STATUS_UNKNOWN = 0,
@@ -89,7 +87,7 @@ enum {
 typedef int32_t OV_DEVICE_CLASS;
 enum {
     OV_DEVICE_CLASS_UNKNOWN = 0,
-    OV_DEVICE_CLASS_CUSTOM = 1, /**< reached by a producer with a transport of its own */
+    OV_DEVICE_CLASS_CUSTOM = 1, /**< another transport */
     OV_DEVICE_CLASS_GEV = 2,    /**< GigE Vision */
     OV_DEVICE_CLASS_U3V = 3,    /**< USB3 Vision */
     OV_DEVICE_CLASS_SMART = 4   /**< smart camera */
@@ -105,16 +103,16 @@ enum {
     OV_IP_CONFIGURE_PERSISTENT_DHCP_LLA = 7
 };
 
-/** How OVGigEResetDevice() resets; what each does lies in the producer. */
+/** How OVGigEResetDevice() resets; the producer defines the modes. */
 typedef int32_t OV_RESET_MODE;
 enum { OV_RESET_MODE_1 = 1, OV_RESET_MODE_2 = 2 };
 
-/** Names a feature: type in bits 31 to 28, module in bits 27 to 24, number in
- *  bits 23 to 0. The enumerators OV_FEATURE_... are all that there are. */
+/** Identifies a feature: type in bits 31 to 28, module in bits 27 to 24, number in bits
+ *  23 to 0. The enumerators OV_FEATURE_... are all identifiers. */
 typedef uint32_t OV_FEATURE_ID;
 
 /** Type of a feature, the top four bits of its identifier. The highest of them is 0
- *  in every type, and so not in the mask; an identifier that has it is of no type. */
+ *  in every type, and so isn't in the mask; an identifier with that bit has no type. */
 typedef uint32_t OV_FEATURE_TYPE;
 enum {
     OV_FEATURE_TYPE_INT = 0x10000000,
@@ -127,13 +125,13 @@ enum {
     OV_FEATURE_TYPE_MASK = 0x70000000
 };
 
-/** Module on which a feature lives, bits 27 to 24 of its identifier. */
+/** Module that has a feature, bits 27 to 24 of its identifier. */
 typedef uint32_t OV_FEATURE_LEVEL;
 enum {
     OV_FEATURE_LEVEL_REMOTE_DEVICE = 0x00000000, /**< the camera itself */
     OV_FEATURE_LEVEL_TL = 0x01000000,            /**< the producer's system module */
     OV_FEATURE_LEVEL_INTERFACE = 0x02000000,     /**< the adapter */
-    OV_FEATURE_LEVEL_LOCAL_DEVICE = 0x03000000,  /**< the host's side of the camera */
+    OV_FEATURE_LEVEL_LOCAL_DEVICE = 0x03000000,  /**< the host's view of the camera */
     OV_FEATURE_LEVEL_STREAM = 0x04000000,        /**< the data stream */
     OV_FEATURE_LEVEL_MASK = 0x0F000000
 };
@@ -152,21 +150,21 @@ typedef struct OV_DEVICE_BASE_INFO {
     char szModelName[32];          /**< at most 31 characters */
     char szSN[32];                 /**< serial number, at most 31 characters */
     char szDisplayName[132];       /**< at most 128 characters */
-    char szDeviceID[68];           /**< the producer's own ID, at most 64 characters */
-    char szUserID[68];             /**< the user's name for it, at most 64 characters */
+    char szDeviceID[68];           /**< the producer's ID, at most 64 characters */
+    char szUserID[68];             /**< the name that a user gave it, at most 64 characters */
     OV_ACCESS_STATUS accessStatus; /**< at the time of the last update */
     OV_DEVICE_CLASS deviceClass;
     char reserved[300];
 } OV_DEVICE_BASE_INFO;
 
-/** Addresses of a GigE Vision camera and of the adapter that it was found on. */
+/** Addresses of a GigE Vision camera and of the adapter that found it. */
 typedef struct OV_DEVICE_IP_INFO {
     char szDeviceID[68]; /**< at most 64 characters */
     char szMAC[32];      /**< "AA-BB-CC-DD-EE-FF" */
-    char szIP[32];       /**< dotted, as the next two */
+    char szIP[32];       /**< dotted, like the next two */
     char szSubnetMask[32];
     char szGateway[32];
-    char szNICMAC[32]; /**< of the adapter, as the next three */
+    char szNICMAC[32]; /**< of the adapter, like the next three */
     char szNICIP[32];
     char szNICSubnetMask[32];
     char szNICGateway[32];
@@ -176,12 +174,12 @@ typedef struct OV_DEVICE_IP_INFO {
 
 /** Which camera OVOpenDevice() opens, and how. */
 typedef struct OV_OPEN_PARAM {
-    const char* pszContent; /**< the key that openMode asks for; not empty */
+    const char* pszContent; /**< the key, of the kind that openMode names; not empty */
     OV_OPEN_MODE openMode;
     OV_ACCESS_MODE accessMode;
 } OV_OPEN_PARAM;
 
-/** Limits of an integer feature. Reserved bytes stay as the caller gave them. */
+/** Limits of an integer feature. Reserved bytes aren't changed. */
 typedef struct OV_INT_RANGE {
     int64_t nMin;
     int64_t nMax;
@@ -189,7 +187,7 @@ typedef struct OV_INT_RANGE {
     int32_t reserved[8];
 } OV_INT_RANGE;
 
-/** Limits of a float feature. Reserved bytes stay as the caller gave them. */
+/** Limits of a float feature. Reserved bytes aren't changed. */
 typedef struct OV_FLOAT_RANGE {
     double dMin;
     double dMax;
@@ -199,7 +197,7 @@ typedef struct OV_FLOAT_RANGE {
     char reserved[31];
 } OV_FLOAT_RANGE;
 
-/** One entry of an enumeration. Reserved bytes stay as the caller gave them. */
+/** One entry of an enumeration. Reserved bytes aren't changed. */
 typedef struct OV_ENUM_DESCRIPTION {
     int64_t nValue;      /**< for OVSetEnum() */
     char szSymbolic[64]; /**< a name of 64 characters has no terminating zero */
@@ -210,67 +208,68 @@ typedef struct OV_ENUM_DESCRIPTION {
 typedef int32_t OV_FRAME_STATUS;
 enum {
     OV_FRAME_STATUS_SUCCESS = 0,    /**< complete */
-    OV_FRAME_STATUS_INCOMPLETE = -1 /**< data is missing, or the producer didn't say */
+    OV_FRAME_STATUS_INCOMPLETE = -1 /**< data is missing, or the producer doesn't know */
 };
 
-/** A frame copied by OVGetImage(). A value that the producer didn't give has
- *  all bits set. Reserved fields stay as the caller gave them. */
+/** A frame copied by OVGetImage(). All bits of a value are set if the producer doesn't
+ *  know it. Reserved fields aren't changed. */
 typedef struct OV_FRAME_DATA {
     OV_FRAME_STATUS nStatus;
-    void* pImgBuf;  /**< given by the caller, of at least "PayloadSize" bytes */
-    int32_t nWidth; /**< pixels, as the next */
+    void* pImgBuf;  /**< the caller's memory, at least "PayloadSize" bytes */
+    int32_t nWidth; /**< pixels, like the next */
     int32_t nHeight;
     int32_t nPixelFormat; /**< code of the pixel format naming convention */
     int32_t nImgSize;     /**< bytes that the camera sent */
     uint64_t nFrameID;
     uint64_t nTimestamp; /**< ticks of the camera's clock */
-    int32_t nOffsetX;    /**< pixels, as the next */
+    int32_t nOffsetX;    /**< pixels, like the next */
     int32_t nOffsetY;
     int32_t reserved[2];
 } OV_FRAME_DATA;
 
 /** A frame on loan from OVDQBuf() or OVDQAllBufs(). Owned by the library; valid
- *  until OVQBuf(), OVQAllBufs(), OVStreamOff() or the closing of the camera. A
- *  value that the producer didn't give has all bits set. */
+ *  until OVQBuf(), OVQAllBufs(), OVStreamOff() or the closing of the camera. All
+ *  bits of a value are set if the producer doesn't know it. */
 typedef struct OV_FRAME_BUFFER {
     OV_FRAME_STATUS nStatus;
-    void* pImgBuf;  /**< the frame; null when the producer gave no address */
-    int32_t nWidth; /**< pixels, as the next */
+    void* pImgBuf;  /**< the frame; null if the producer doesn't know its address */
+    int32_t nWidth; /**< pixels, like the next */
     int32_t nHeight;
     int32_t nPixelFormat; /**< code of the pixel format naming convention */
     int32_t nImgSize;     /**< bytes that the camera sent */
     uint64_t nFrameID;
     uint64_t nTimestamp; /**< ticks of the camera's clock */
-    uint64_t nBufID;     /**< the library's own; leave it alone */
-    int32_t nOffsetX;    /**< pixels, as the next */
+    uint64_t nBufID;     /**< for the library; don't change it */
+    int32_t nOffsetX;    /**< pixels, like the next */
     int32_t nOffsetY;
     char reserved[64];
 } OV_FRAME_BUFFER;
 
-/** A frame handed to a capture callback, valid until the callback returns.
- *  The size stands before the width here, unlike in the other two records. */
+/** A frame that is passed to a capture callback, valid until the callback returns. The
+ *  size comes before the width here, unlike in the other two records. */
 typedef struct OV_FRAME_CALLBACK_PARAM {
-    void* pUserParam; /**< given at registration */
+    void* pUserParam; /**< from the registration */
     OV_FRAME_STATUS status;
     const void* pImgBuf;
     int32_t nImgSize; /**< bytes that the camera sent */
-    int32_t nWidth;   /**< pixels, as the next */
+    int32_t nWidth;   /**< pixels, like the next */
     int32_t nHeight;
     int32_t nPixelFormat; /**< code of the pixel format naming convention */
     uint64_t nFrameID;
     uint64_t nTimestamp; /**< ticks of the camera's clock */
-    int32_t nOffsetX;    /**< pixels, as the next */
+    int32_t nOffsetX;    /**< pixels, like the next */
     int32_t nOffsetY;
 } OV_FRAME_CALLBACK_PARAM;
 
-/** Receives each frame, on the stream's own thread. The buffer goes back to the
- *  producer when it returns. */
+/** Receives each frame, on the capture thread of the stream. The library returns the
+ *  buffer to the producer after the function has returned. */
 typedef void (*OVCaptureCallback)(OV_FRAME_CALLBACK_PARAM* pFrameData);
 
-/** Hears that a camera is gone, once, on a thread of the library. */
+/** Is called once when a camera is gone, on a thread of the library. */
 typedef void (*OVDeviceOfflineCallback)(void* pUserParam);
 
-/** Hears that a feature may have changed, with the engine's lock held. */
+/** Is called when a feature may have changed, with the lock of the camera's features
+ *  held. */
 typedef void (*OVFeatureCallback)(OV_FEATURE_ID featureID, void* pUserParam);
 
 #ifdef __cplusplus

@@ -75,7 +75,8 @@ public:
     HWY_INLINE Surroundings(const Sample* centre, size_t width)
         : m_centre(centre), m_width(static_cast<ptrdiff_t>(width)) {}
 
-    /// What the green of the colour's samples lacks to these.
+    /// The colour's samples minus the green at their places, which is interpolated in the
+    /// direction that changes less.
     HWY_INLINE Vector LackOfGreen(Vector limit) const {
         const Vector c = Base::Even(At(0, 0));
         const Vector twice = hn::Add(c, c);

@@ -31,8 +31,8 @@ HWY_INLINE hn::Vec<D> LoadSamples(D d, const Sample* samples) {
     return hn::LoadU(d, static_cast<const hn::TFromD<D>*>(static_cast<const void*>(samples)));
 }
 
-/// Has a line, and what says where its page is, fetched while others are worked on.
-/// It may lie behind the image.
+/// Prefetches a line, and the page table entry of its page, while other lines are being
+/// processed. The address may be beyond the image.
 template <class T>
 HWY_INLINE void AskFor(const T* line) {
     hwy::Prefetch(line);

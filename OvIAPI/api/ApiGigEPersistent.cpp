@@ -34,7 +34,7 @@ CFeatureControl& ControlOf(const COvDeviceInfo& info) {
     return GetFeatureControl(info, OV_FEATURE_LEVEL_REMOTE_DEVICE);
 }
 
-/// Reading and writing begin the word in their own ways.
+/// @param refusal  the text before the feature's name: reading and writing have different ones
 void CheckImplemented(const IFeatureControl& control, const char* refusal, const OvPlace& place) {
     for (const char* const name : kNames) {
         if (!control.DoIsImplemented(name)) {

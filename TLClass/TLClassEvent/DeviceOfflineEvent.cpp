@@ -52,8 +52,8 @@ void CDeviceOfflineEvent::StopGetDeviceOfflineEventThread() {
         OV_RUN_LOGGED([this] { m_thread.Destory(); });
         return;
     }
-    // The wait has no end of its own. Whatever else ends it has to do where the
-    // kill is refused, or the close would hang.
+    // The thread waits without a time-out. If the producer refuses the kill, the end of
+    // the registration has to end the wait, or the close would block for ever.
     EndWaitingThread(m_thread, [this] {
         if (m_native.EventKill()) {
             return true;
