@@ -118,10 +118,15 @@ OV_DEV_HANDLE CDeviceInfoFactory::__OpenDeviceByIP(const std::string& ip, OV_ACC
     if (m_open.IsOpenAt(ip)) {
         OV_RAISE_AT(CInvalidAccessError, place, "The device has already been opened");
     }
+    const std::shared_ptr<IDevice> device = OpenOnAnyInterface(ip, accessMode, place);
+    // Without a handle nobody could close the camera.
+    CRollback close([&device] { device->DoCloseDevice(); });
     auto info = std::make_unique<COvDeviceInfo>();
-    info->SetDevice(OpenOnAnyInterface(ip, accessMode, place));
+    info->SetDevice(device);
     info->SetOpenedByIp();
-    return __AddHandle(std::move(info));
+    OV_DEV_HANDLE const handle = __AddHandle(std::move(info));
+    close.Commit();
+    return handle;
 }
 
 OV_DEV_HANDLE CDeviceInfoFactory::__AddHandle(std::unique_ptr<COvDeviceInfo> info) {
