@@ -10,7 +10,7 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 if(NOT CMAKE_BUILD_TYPE)
-  set(CMAKE_BUILD_TYPE Debug)
+  set(CMAKE_BUILD_TYPE Release)
 endif()
 
 find_program(OV_CCACHE ccache)
@@ -23,7 +23,8 @@ if(OV_CCACHE)
 endif()
 
 add_compile_options(-Wall -Wextra -Wshadow -Wconversion)
-# A newer compiler warns of more: whoever only builds the project is not stopped.
+# A newer compiler warns of more: whoever only builds the project isn't stopped. The
+# presets for work on it switch this on.
 option(OV_WARNINGS_AS_ERRORS "Stop at the first warning" OFF)
 if(OV_WARNINGS_AS_ERRORS)
   add_compile_options(-Werror)
@@ -45,6 +46,14 @@ if(OV_SANITIZE)
   add_link_options(-fsanitize=${OV_SANITIZE})
 endif()
 
+# ov_require_sources(<target> <folder> <source>...)
+# Stops where a folder has no sources: it was moved, or its name is misspelt.
+function(ov_require_sources target folder)
+  if(NOT ARGN)
+    message(FATAL_ERROR "${target}: no sources in ${folder}")
+  endif()
+endfunction()
+
 # ov_object_library(<target> DIRS <dir>... LINK <target>...)
 # One object target per layer, made of every source below the named folders.
 # INCLUDE names what the layer gives to those above it.
@@ -53,14 +62,9 @@ function(ov_object_library target)
   set(sources "")
   foreach(dir IN LISTS ARG_DIRS)
     file(GLOB found CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${dir}/*.cpp)
+    ov_require_sources(${target} ${CMAKE_CURRENT_SOURCE_DIR}/${dir} ${found})
     list(APPEND sources ${found})
   endforeach()
-  if(NOT sources)
-    add_library(${target} INTERFACE)
-    target_include_directories(${target} INTERFACE ${ARG_INCLUDE})
-    target_link_libraries(${target} INTERFACE ${ARG_LINK})
-    return()
-  endif()
   add_library(${target} OBJECT ${sources})
   target_include_directories(${target} PUBLIC ${ARG_INCLUDE})
   target_link_libraries(${target} PUBLIC ${ARG_LINK})
