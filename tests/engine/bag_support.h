@@ -10,6 +10,11 @@
 
 namespace EngineTest {
 
+// Where devices have the selectors "Bank" and "Channel", and a feature.
+inline constexpr int kBank = 0;
+inline constexpr int kChannel = 4;
+inline constexpr int kGain = 0x100;
+
 inline const std::string kStreamable = "<Streamable>Yes</Streamable>";
 
 inline std::string NodeXml(const std::string& tag, const std::string& name,

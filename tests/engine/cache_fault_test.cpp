@@ -18,9 +18,6 @@ namespace EngineTest {
 
 namespace {
 
-const gcstring kDescription = Description("A", 1);
-const char* const kForcedRead = "Forced read from cache failed.";
-const char* const kForcedWrite = "Forced write to cache failed.";
 constexpr uid_t kAnotherUser = 12345;
 
 std::string LoadFailure(ECacheUsage_t usage) {

@@ -78,7 +78,7 @@ private:
     size_t m_Position;
 };
 
-std::string LoadFailure(ECacheUsage_t usage = CacheUsage_Automatic) {
+std::string LoadFailureOfSmall(ECacheUsage_t usage = CacheUsage_Automatic) {
     return DescriptionOf<RuntimeException>(
         [&] { MapOwner(CNodeMapFactory(kSmall, usage).CreateNodeMap()); });
 }
@@ -190,11 +190,11 @@ TEST(CacheFile, IsReportedWhenCutOffAnywhereBehindItsVersions) {
     const std::string bytes = BytesOf(folder.File());
     const ParsedFile file(bytes);
     folder.Put(bytes.substr(0, file.stringsEnd));
-    EXPECT_EQ(LoadFailure(), CorruptText(folder));
+    EXPECT_EQ(LoadFailureOfSmall(), CorruptText(folder));
     folder.ForgetChecksum();
     for (size_t length = 0; length < bytes.size(); ++length) {
         folder.Put(bytes.substr(0, length));
-        EXPECT_EQ(LoadFailure(), CorruptText(folder)) << length;
+        EXPECT_EQ(LoadFailureOfSmall(), CorruptText(folder)) << length;
     }
 }
 
@@ -204,8 +204,8 @@ TEST(CacheFile, IsRefusedWithAnotherVersion) {
     std::string bytes = BytesOf(folder.File());
     bytes[kThirdVersion] = 3;
     folder.Put(bytes);
-    EXPECT_EQ(LoadFailure(), ForeignText(folder));
-    EXPECT_EQ(LoadFailure(CacheUsage_ForceRead), ForeignText(folder));
+    EXPECT_EQ(LoadFailureOfSmall(), ForeignText(folder));
+    EXPECT_EQ(LoadFailureOfSmall(CacheUsage_ForceRead), ForeignText(folder));
     CNodeMapFactory data(kSmall, CacheUsage_Automatic);
     EXPECT_EQ(DescriptionOf<RuntimeException>([&] { data.Preprocess(); }), ForeignText(folder));
     EXPECT_FALSE(data.IsPreprocessed());
@@ -222,7 +222,7 @@ TEST(CacheFile, IsReportedWithAnyByteChanged) {
             folder.Put(changed);
             const std::string expected =
                 position < kNumStrings ? ForeignText(folder) : CorruptText(folder);
-            EXPECT_EQ(LoadFailure(), expected) << position;
+            EXPECT_EQ(LoadFailureOfSmall(), expected) << position;
         }
     }
 }
@@ -281,8 +281,9 @@ namespace {
 /// Both ways of loading refuse the file.
 std::vector<std::string> FailuresOf(const CacheFolder& folder, const std::string& bytes) {
     folder.Put(bytes);
-    return {LoadFailure(), DescriptionOf<RuntimeException>(
-                               [] { CNodeMapFactory(kSmall, CacheUsage_ForceRead).Preprocess(); })};
+    return {LoadFailureOfSmall(), DescriptionOf<RuntimeException>([] {
+                CNodeMapFactory(kSmall, CacheUsage_ForceRead).Preprocess();
+            })};
 }
 
 /// The bytes with one part in place of another of the same length.

@@ -28,10 +28,6 @@ std::string Reg(const std::string& name, const std::string& address, int length,
            rest + "</" + type + ">";
 }
 
-std::string At(int address) {
-    return Element("Address", std::to_string(address));
-}
-
 std::string Bits(const std::string& name, int lsb, int msb, const std::string& caching,
                  const std::string& rest = "") {
     return Reg(name, At(0x10), 4, caching,

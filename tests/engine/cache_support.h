@@ -8,6 +8,10 @@
 
 namespace EngineTest {
 
+inline const gcstring kDescription = Description("A", 1);
+inline const char* const kForcedRead = "Forced read from cache failed.";
+inline const char* const kForcedWrite = "Forced write to cache failed.";
+
 inline std::string BytesOf(const std::string& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};

@@ -12,15 +12,10 @@ namespace EngineTest {
 
 namespace {
 
-const gcstring kDescription = Description("A", 1);
-
 /// A description that can be merged into another.
 gcstring Injectable(const std::string& name) {
     return Description(IntegerXml(name) + "<Port Name=\"Device\" MergePriority=\"-1\"/>");
 }
-
-const char* const kForcedRead = "Forced read from cache failed.";
-const char* const kForcedWrite = "Forced write to cache failed.";
 
 /// The name under which a factory keeps its description: one that is made where
 /// there is a folder.

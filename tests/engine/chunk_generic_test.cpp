@@ -6,7 +6,6 @@ namespace EngineTest {
 
 namespace {
 
-constexpr int64_t kMax = std::numeric_limits<int64_t>::max();
 constexpr char kBadData[] = "Invalid chunk data passed to chunk adapter!";
 
 class GenericChunks : public testing::Test {
@@ -91,8 +90,8 @@ TEST_F(GenericChunks, AreRefusedWhereNoBufferCanHoldThem) {
     for (const auto& [offset, length] : {std::pair<int64_t, int64_t>{-1, 4},
                                          {0, -1},
                                          {std::numeric_limits<int64_t>::min(), 1},
-                                         {1, kMax},
-                                         {kMax, 1}}) {
+                                         {1, kHighest},
+                                         {kHighest, 1}}) {
         EXPECT_EQ(FailureFor(SingleChunkData_t{1, offset, length}), kBadData);
         EXPECT_EQ(FailureFor(SingleChunkDataStr_t{"01", offset, length}), kBadData);
     }

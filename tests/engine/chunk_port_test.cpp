@@ -8,8 +8,7 @@ namespace EngineTest {
 namespace {
 
 constexpr int64_t kMin = std::numeric_limits<int64_t>::min();
-constexpr int64_t kMax = std::numeric_limits<int64_t>::max();
-constexpr int64_t kPlaceAddress = kMax;
+constexpr int64_t kPlaceAddress = kHighest;
 constexpr int64_t kLengthAddress = 0x7FFFFFFFFFFFFFF0;
 constexpr char kNotAttached[] = "The event port is not attached to a node";
 
@@ -88,8 +87,8 @@ TEST_F(ChunkPort, RefusesToReadOutsideTheChunk) {
     EXPECT_EQ(ReadFailure(-9, 1), "Range error reading(FFFFFFFFFFFFFFF7, 1)");
     EXPECT_EQ(ReadFailure(-4, 5), "Range error reading(FFFFFFFFFFFFFFFC, 5)");
     EXPECT_EQ(ReadFailure(kMin, 1), "Range error reading(8000000000000000, 1)");
-    EXPECT_EQ(ReadFailure(1, kMax), "Range error reading(1, 9223372036854775807)");
-    EXPECT_EQ(ReadFailure(kMax, 4), "Range error reading(7FFFFFFFFFFFFFFF, 4)");
+    EXPECT_EQ(ReadFailure(1, kHighest), "Range error reading(1, 9223372036854775807)");
+    EXPECT_EQ(ReadFailure(kHighest, 4), "Range error reading(7FFFFFFFFFFFFFFF, 4)");
     EXPECT_EQ(ReadFailure(0x1AB, 4), "Range error reading(1AB, 4)");
 }
 
@@ -282,13 +281,13 @@ TEST_F(CopyingChunkPort, TellsOfAFreedCopyWhenItFollowsABuffer) {
     EXPECT_EQ(Read(0, 1), Bytes{0x77});
 }
 
-struct Identifier {
+struct ComparedIdentifier {
     const char* digits;
     Bytes bytes;
     bool isSame;
 };
 
-class ChunkIdentifier : public testing::TestWithParam<Identifier> {};
+class ChunkIdentifier : public testing::TestWithParam<ComparedIdentifier> {};
 
 TEST_P(ChunkIdentifier, IsComparedWithoutLeadingZeros) {
     const auto& [digits, bytes, isSame] = GetParam();
@@ -307,16 +306,20 @@ TEST_P(ChunkIdentifier, IsComparedWithoutLeadingZeros) {
 INSTANTIATE_TEST_SUITE_P(
     Identifiers, ChunkIdentifier,
     testing::Values(
-        Identifier{"00000001", {0, 0, 0, 1}, true}, Identifier{"01", {0, 0, 0, 1}, true},
-        Identifier{"00000001", {1}, true}, Identifier{"00000001", {0, 0, 1, 0}, false},
-        Identifier{"0000", {0, 0, 0, 0}, true}, Identifier{"0000", {}, true},
-        Identifier{"01", {}, false}, Identifier{"0000", {0, 1}, false},
-        Identifier{"AbCdEf", {0, 0xAB, 0xCD, 0xEF}, true},
-        Identifier{"ABCD", {0xAB, 0xCD, 0}, false},
-        Identifier{"1234567890ABCDEF", {0x12, 0x34, 0x56, 0x78, 0x90, 0xAB, 0xCD, 0xEF}, true},
-        Identifier{"001234567890ABCDEF", {0x12, 0x34, 0x56, 0x78, 0x90, 0xAB, 0xCD, 0xEF}, true},
-        Identifier{"011234567890ABCDEF", {0x12, 0x34, 0x56, 0x78, 0x90, 0xAB, 0xCD, 0xEF}, false},
-        Identifier{
+        ComparedIdentifier{"00000001", {0, 0, 0, 1}, true},
+        ComparedIdentifier{"01", {0, 0, 0, 1}, true}, ComparedIdentifier{"00000001", {1}, true},
+        ComparedIdentifier{"00000001", {0, 0, 1, 0}, false},
+        ComparedIdentifier{"0000", {0, 0, 0, 0}, true}, ComparedIdentifier{"0000", {}, true},
+        ComparedIdentifier{"01", {}, false}, ComparedIdentifier{"0000", {0, 1}, false},
+        ComparedIdentifier{"AbCdEf", {0, 0xAB, 0xCD, 0xEF}, true},
+        ComparedIdentifier{"ABCD", {0xAB, 0xCD, 0}, false},
+        ComparedIdentifier{
+            "1234567890ABCDEF", {0x12, 0x34, 0x56, 0x78, 0x90, 0xAB, 0xCD, 0xEF}, true},
+        ComparedIdentifier{
+            "001234567890ABCDEF", {0x12, 0x34, 0x56, 0x78, 0x90, 0xAB, 0xCD, 0xEF}, true},
+        ComparedIdentifier{
+            "011234567890ABCDEF", {0x12, 0x34, 0x56, 0x78, 0x90, 0xAB, 0xCD, 0xEF}, false},
+        ComparedIdentifier{
             "011234567890ABCDEF", {1, 0x12, 0x34, 0x56, 0x78, 0x90, 0xAB, 0xCD, 0xEF}, true}));
 
 TEST(ChunkIdentifierText, ThatIsEmptyMakesNoChunkPort) {

@@ -24,10 +24,6 @@ constexpr int kVeryLong = 10000;
 constexpr int kLong = 2000;
 constexpr size_t kSmallStack = size_t{512} << 10;
 
-std::string Numbered(const std::string& name, int number) {
-    return name + std::to_string(number);
-}
-
 /// A function on a thread whose stack is small.
 void RunOnSmallStack(const std::function<void()>& action) {
     pthread_attr_t attributes;

@@ -35,7 +35,7 @@ private:
     INodeMapPrivate& m_Map;
 };
 
-std::string Description() {
+std::string ChainDescription() {
     const std::string available = Element("pIsAvailable", "Switch");
     const std::string limits = "<pMin>Min</pMin><pMax>Max</pMax>";
     return RegXml{.name = "Switch", .address = 0, .caching = "NoCache"}() +
@@ -107,7 +107,7 @@ const EntryCase kEntries[] = {
 class EntryChain : public testing::TestWithParam<EntryCase> {};
 
 TEST_P(EntryChain, IsKnownByTheOutermostCall) {
-    XmlNodeMap nodes(Description());
+    XmlNodeMap nodes(ChainDescription());
     EntryPort port(dynamic_cast<INodeMapPrivate&>(nodes.Map()));
     nodes->Connect(&port);
     port.Put(0, 1);

@@ -23,7 +23,7 @@ protected:
     CEventAdapter1394 m_Adapter{&m_Camera.Map().Map()};
 };
 
-struct Fault {
+struct CorruptedMessage {
     const char* name;
     Bytes message;
 };
@@ -73,7 +73,7 @@ TEST(Events1394Log, TellsRequestAndEvents) {
         testing::ElementsAre("Received request 9 with 2 events: \n", "Event 40000\n", "Event 1\n"));
 }
 
-class Fault1394 : public Events1394, public testing::WithParamInterface<Fault> {};
+class Fault1394 : public Events1394, public testing::WithParamInterface<CorruptedMessage> {};
 
 TEST_P(Fault1394, IsTold) {
     EXPECT_EQ(FaultOf(m_Adapter, GetParam().message), kCorrupted);
@@ -82,12 +82,13 @@ TEST_P(Fault1394, IsTold) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, Fault1394,
-    testing::Values(Fault{"NoMessage", {}}, Fault{"ThreeBytes", {0, 0, 0}},
-                    Fault{"CountWithoutEvents", Message(1, {})},
-                    Fault{"CountOf65535", Message(65535, Item(4, 1))},
-                    Fault{"HalfAHead", Message(1, {0, 0, 0})},
-                    Fault{"EventByOneTooLong", Message(1, Join({Big16(5), Big16(2), Filler(4)}))},
-                    Fault{"EventOf65535", Message(1, Join({Big16(65535), Big16(2), Filler(4)}))}),
+    testing::Values(
+        CorruptedMessage{"NoMessage", {}}, CorruptedMessage{"ThreeBytes", {0, 0, 0}},
+        CorruptedMessage{"CountWithoutEvents", Message(1, {})},
+        CorruptedMessage{"CountOf65535", Message(65535, Item(4, 1))},
+        CorruptedMessage{"HalfAHead", Message(1, {0, 0, 0})},
+        CorruptedMessage{"EventByOneTooLong", Message(1, Join({Big16(5), Big16(2), Filler(4)}))},
+        CorruptedMessage{"EventOf65535", Message(1, Join({Big16(65535), Big16(2), Filler(4)}))}),
     [](const auto& each) { return each.param.name; });
 
 }  // namespace EngineTest

@@ -13,7 +13,6 @@ constexpr uint8_t kExtended = 0x10;
 constexpr size_t kEvent = 0xC0;
 constexpr size_t kEventData = 0xC2;
 
-constexpr const char* kTooSmall = "Malformed message - too small";
 constexpr const char* kTooLarge = "Malformed message - too large";
 constexpr const char* kUnequal =
     "totalSize == curentPosition && \"the buffer must hold a number of equzally sized event "
@@ -45,12 +44,6 @@ struct Record {
     size_t command;
     uint8_t flags;
     size_t size;
-};
-
-struct Fault {
-    const char* name;
-    Bytes message;
-    std::string text;
 };
 
 }  // namespace
@@ -158,7 +151,7 @@ INSTANTIATE_TEST_SUITE_P(All, RecordGEV,
                                          Record{kEventData, kExtended, 28},
                                          Record{kEventData, 0xEF, 20}));
 
-class FaultGEV : public EventsGEV, public testing::WithParamInterface<Fault> {};
+class FaultGEV : public EventsGEV, public testing::WithParamInterface<EventFault> {};
 
 TEST_P(FaultGEV, IsTold) {
     EXPECT_EQ(FaultOf(m_Adapter, GetParam().message), GetParam().text);
@@ -167,25 +160,28 @@ TEST_P(FaultGEV, IsTold) {
 INSTANTIATE_TEST_SUITE_P(
     All, FaultGEV,
     testing::Values(
-        Fault{"NoMessage", {}, kTooSmall},
-        Fault{"SevenBytes", {0x42, 0, 0, 0xC0, 0, 0, 0}, kTooSmall},
-        Fault{"HeadAlone", Request(kEvent, 0, {}), kTooSmall},
-        Fault{"WrongMagic",
-              {0x43, 0, 0, 0xC0, 0, 0, 0, 0},
-              "Malformed message - wrong magic 43 (42 expected)"},
-        Fault{"UnknownCommand", Request(0xC1, 0, Item(16, 1, 16)),
-              "Malformed message - unknown tag c1"},
-        Fault{"MoreThanARequestMayHold", Request(kEvent, 0, Item(0, 1, 577)), kTooLarge},
-        Fault{"LengthOf65535", Lying(65535, Request(kEvent, 0, Item(16, 1, 16))), kTooLarge},
-        Fault{"LengthBeyondTheMessage", Lying(25, Request(kEvent, 0, Item(16, 1, 16))), kTooLarge},
-        Fault{"LengthThatCountsTheHead", Lying(24, Request(kEvent, 0, Item(16, 1, 16))), kTooLarge},
-        Fault{"LengthByOneTooLong", Lying(17, Request(kEvent, 0, Item(16, 1, 16))), kTooLarge},
-        Fault{"EventBelowTheLeast", Request(kEvent, 0, Item(15, 1, 16)), kUnequal},
-        Fault{"EventBeyondTheRequest", Request(kEvent, 0, Item(17, 1, 16)), kUnequal},
-        Fault{"EventOf65535", Request(kEvent, 0, Item(65535, 1, 16)), kUnequal},
-        Fault{"RestOfOneByte", Request(kEvent, 0, Join({Item(16, 1, 16), {0}})), kUnequal},
-        Fault{"RestOfFourBytes", Request(kEvent, 0, Item(0, 1, 20)), kUnequal},
-        Fault{"DataByOneTooShortForTheirSize", Request(kEventData, 0, Item(21, 1, 20)), kUnequal}),
+        EventFault{"NoMessage", {}, kTooSmall},
+        EventFault{"SevenBytes", {0x42, 0, 0, 0xC0, 0, 0, 0}, kTooSmall},
+        EventFault{"HeadAlone", Request(kEvent, 0, {}), kTooSmall},
+        EventFault{"WrongMagic",
+                   {0x43, 0, 0, 0xC0, 0, 0, 0, 0},
+                   "Malformed message - wrong magic 43 (42 expected)"},
+        EventFault{"UnknownCommand", Request(0xC1, 0, Item(16, 1, 16)),
+                   "Malformed message - unknown tag c1"},
+        EventFault{"MoreThanARequestMayHold", Request(kEvent, 0, Item(0, 1, 577)), kTooLarge},
+        EventFault{"LengthOf65535", Lying(65535, Request(kEvent, 0, Item(16, 1, 16))), kTooLarge},
+        EventFault{"LengthBeyondTheMessage", Lying(25, Request(kEvent, 0, Item(16, 1, 16))),
+                   kTooLarge},
+        EventFault{"LengthThatCountsTheHead", Lying(24, Request(kEvent, 0, Item(16, 1, 16))),
+                   kTooLarge},
+        EventFault{"LengthByOneTooLong", Lying(17, Request(kEvent, 0, Item(16, 1, 16))), kTooLarge},
+        EventFault{"EventBelowTheLeast", Request(kEvent, 0, Item(15, 1, 16)), kUnequal},
+        EventFault{"EventBeyondTheRequest", Request(kEvent, 0, Item(17, 1, 16)), kUnequal},
+        EventFault{"EventOf65535", Request(kEvent, 0, Item(65535, 1, 16)), kUnequal},
+        EventFault{"RestOfOneByte", Request(kEvent, 0, Join({Item(16, 1, 16), {0}})), kUnequal},
+        EventFault{"RestOfFourBytes", Request(kEvent, 0, Item(0, 1, 20)), kUnequal},
+        EventFault{"DataByOneTooShortForTheirSize", Request(kEventData, 0, Item(21, 1, 20)),
+                   kUnequal}),
     [](const auto& each) { return each.param.name; });
 
 }  // namespace EngineTest

@@ -27,16 +27,13 @@ protected:
 constexpr const char* kNoRead = "Can't read from Register 0000000000000010. Access mode is NA";
 constexpr const char* kNoWrite = "Can't write to Register 0000000000000010. Access mode is ";
 
-constexpr int64_t kLowest = std::numeric_limits<int64_t>::min();
-constexpr int64_t kHighest = std::numeric_limits<int64_t>::max();
-
 struct Range {
     int64_t address;
     int64_t length;
     const char* text;
 };
 
-struct Identifier {
+struct MessageIdentifier {
     const char* text;
     Bytes bytes;
     uint64_t number;
@@ -248,7 +245,7 @@ TEST_F(EventPort, GivesRangesUpToItsEnd) {
     EXPECT_EQ(ReadFault(m_Port, 8, 0), "");
 }
 
-class EventIdentifier : public testing::TestWithParam<Identifier> {
+class EventIdentifier : public testing::TestWithParam<MessageIdentifier> {
 protected:
     static bool Matches(const CEventPort& port, const Bytes& bytes) {
         return port.CheckEventID(bytes.data(), static_cast<int64_t>(bytes.size()));
@@ -270,18 +267,19 @@ TEST_P(EventIdentifier, IsThatOfTheMessageUpToLeadingZeros) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, EventIdentifier,
-    testing::Values(Identifier{"9C40", {0x9C, 0x40}, 0x9C40, true},
-                    Identifier{"9c40", {0x9C, 0x40}, 0x9C40, true},
-                    Identifier{"00009C40", {0x9C, 0x40}, 0x9C40, true},
-                    Identifier{"9C00", {0x9C, 0x00}, 0x9C00, true}, Identifier{"0000", {}, 0, true},
-                    Identifier{"0123456789ABCDEF",
-                               {0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF},
-                               0x0123456789ABCDEF,
-                               true},
-                    Identifier{"110123456789ABCDEF",
-                               {0x11, 0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF},
-                               0x0123456789ABCDEF,
-                               false}));
+    testing::Values(MessageIdentifier{"9C40", {0x9C, 0x40}, 0x9C40, true},
+                    MessageIdentifier{"9c40", {0x9C, 0x40}, 0x9C40, true},
+                    MessageIdentifier{"00009C40", {0x9C, 0x40}, 0x9C40, true},
+                    MessageIdentifier{"9C00", {0x9C, 0x00}, 0x9C00, true},
+                    MessageIdentifier{"0000", {}, 0, true},
+                    MessageIdentifier{"0123456789ABCDEF",
+                                      {0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF},
+                                      0x0123456789ABCDEF,
+                                      true},
+                    MessageIdentifier{"110123456789ABCDEF",
+                                      {0x11, 0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF},
+                                      0x0123456789ABCDEF,
+                                      false}));
 
 TEST(EventIdentifierText, HasAnEvenNumberOfDigits) {
     EventCamera camera({"9C4"});

@@ -35,6 +35,15 @@ inline Bytes Filler(size_t length, uint8_t first = 1) {
     return bytes;
 }
 
+inline constexpr const char* kTooSmall = "Malformed message - too small";
+
+/// A message that an adapter refuses, and the text of the refusal.
+struct EventFault {
+    const char* name;
+    Bytes message;
+    std::string text;
+};
+
 /// A port node "E<id>" for each identifier, and "Size<id>", which is the first two
 /// bytes of its event with the high byte first.
 class EventCamera {

@@ -8,7 +8,6 @@ namespace EngineTest {
 
 namespace {
 
-constexpr const char* kTooSmall = "Malformed message - too small";
 constexpr const char* kLarger = "Malformed message - reported length larger than message size";
 constexpr const char* kShorter =
     "Malformed message - reported length shorter than minimal event size";
@@ -39,12 +38,6 @@ Bytes With(Bytes message, size_t place, uint8_t value) {
     return message;
 }
 
-struct Fault {
-    const char* name;
-    Bytes message;
-    std::string text;
-};
-
 template <class Adapter>
 class Events : public testing::Test {
 protected:
@@ -58,19 +51,19 @@ using EventsU3V = Events<CEventAdapterU3V>;
 using EventsCL = Events<CEventAdapterCL>;
 
 template <class Adapter>
-class Faults : public Events<Adapter>, public testing::WithParamInterface<Fault> {
+class EventFaults : public Events<Adapter>, public testing::WithParamInterface<EventFault> {
 protected:
     void Check() {
         EXPECT_EQ(FaultOf(this->m_Adapter, GetParam().message), GetParam().text);
         EXPECT_EQ(this->m_Camera.Event("0002"), Bytes());
     }
-    using testing::WithParamInterface<Fault>::GetParam;
+    using testing::WithParamInterface<EventFault>::GetParam;
 };
 
-using FaultU3V = Faults<CEventAdapterU3V>;
-using FaultCL = Faults<CEventAdapterCL>;
+using FaultU3V = EventFaults<CEventAdapterU3V>;
+using FaultCL = EventFaults<CEventAdapterCL>;
 
-std::string NameOf(const testing::TestParamInfo<Fault>& each) {
+std::string NameOf(const testing::TestParamInfo<EventFault>& each) {
     return each.param.name;
 }
 
@@ -103,16 +96,16 @@ TEST_P(FaultU3V, IsTold) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, FaultU3V,
-    testing::Values(Fault{"NoMessage", {}, kTooSmall},
-                    Fault{"OneByteLess", MessageU3V(ItemU3V(2, 11)), kTooSmall},
-                    Fault{"WrongPrefix", With(MessageU3V(ItemU3V(2, 12)), 0, 0x54),
-                          "Malformed message - wrong prefix 45563354 (45563355 expected)"},
-                    Fault{"WrongCommand", With(MessageU3V(ItemU3V(2, 12)), 6, 0x01),
-                          "Malformed message - wrong command ID c01 (c00 expected)"},
-                    Fault{"LengthByOneTooLong", MessageU3V(ItemU3V(2, 12), 13), kLarger},
-                    Fault{"LengthOf65535", MessageU3V(ItemU3V(2, 12), 65535), kLarger},
-                    Fault{"LengthByOneTooShort", MessageU3V(ItemU3V(2, 12), 11), kShorter},
-                    Fault{"LengthOfZero", MessageU3V(ItemU3V(2, 12), 0), kShorter}),
+    testing::Values(EventFault{"NoMessage", {}, kTooSmall},
+                    EventFault{"OneByteLess", MessageU3V(ItemU3V(2, 11)), kTooSmall},
+                    EventFault{"WrongPrefix", With(MessageU3V(ItemU3V(2, 12)), 0, 0x54),
+                               "Malformed message - wrong prefix 45563354 (45563355 expected)"},
+                    EventFault{"WrongCommand", With(MessageU3V(ItemU3V(2, 12)), 6, 0x01),
+                               "Malformed message - wrong command ID c01 (c00 expected)"},
+                    EventFault{"LengthByOneTooLong", MessageU3V(ItemU3V(2, 12), 13), kLarger},
+                    EventFault{"LengthOf65535", MessageU3V(ItemU3V(2, 12), 65535), kLarger},
+                    EventFault{"LengthByOneTooShort", MessageU3V(ItemU3V(2, 12), 11), kShorter},
+                    EventFault{"LengthOfZero", MessageU3V(ItemU3V(2, 12), 0), kShorter}),
     NameOf);
 
 TEST_F(EventsCL, WithoutASizeAreOneEvent) {
@@ -154,20 +147,20 @@ TEST_P(FaultCL, IsTold) {
 INSTANTIATE_TEST_SUITE_P(
     All, FaultCL,
     testing::Values(
-        Fault{"NoMessage", {}, kTooSmall},
-        Fault{"OneByteLess", MessageCL(ItemCL(0, 2, 11)), kTooSmall},
-        Fault{"WrongPreamble", With(MessageCL(ItemCL(0, 2, 12)), 1, 0x02),
-              "Malformed message - wrong preamble 102 (100 expected)"},
-        Fault{"WrongCommand", With(MessageCL(ItemCL(0, 2, 12)), 11, 0x02),
-              "Malformed message - wrong command ID c02 (c00 expected)"},
-        Fault{"LengthByOneTooLong", MessageCL(ItemCL(0, 2, 12), 13), kLarger},
-        Fault{"LengthOf65535", MessageCL(ItemCL(0, 2, 12), 65535), kLarger},
-        Fault{"LengthByOneTooShort", MessageCL(ItemCL(0, 2, 12), 11), kShorter},
-        Fault{"LengthOfZero", MessageCL(ItemCL(0, 2, 12), 0), kShorter},
-        Fault{"EventBeyondTheMessage", MessageCL(ItemCL(13, 2, 12)), kLarger},
-        Fault{"EventOf65535", MessageCL(ItemCL(65535, 2, 12)), kLarger},
-        Fault{"EventWithoutRoomForItsIdentifier", MessageCL(ItemCL(3, 2, 12)), kShorter},
-        Fault{"RestOfThreeBytes", MessageCL(Join({ItemCL(12, 1, 12), {0, 3, 0}})), kShorter}),
+        EventFault{"NoMessage", {}, kTooSmall},
+        EventFault{"OneByteLess", MessageCL(ItemCL(0, 2, 11)), kTooSmall},
+        EventFault{"WrongPreamble", With(MessageCL(ItemCL(0, 2, 12)), 1, 0x02),
+                   "Malformed message - wrong preamble 102 (100 expected)"},
+        EventFault{"WrongCommand", With(MessageCL(ItemCL(0, 2, 12)), 11, 0x02),
+                   "Malformed message - wrong command ID c02 (c00 expected)"},
+        EventFault{"LengthByOneTooLong", MessageCL(ItemCL(0, 2, 12), 13), kLarger},
+        EventFault{"LengthOf65535", MessageCL(ItemCL(0, 2, 12), 65535), kLarger},
+        EventFault{"LengthByOneTooShort", MessageCL(ItemCL(0, 2, 12), 11), kShorter},
+        EventFault{"LengthOfZero", MessageCL(ItemCL(0, 2, 12), 0), kShorter},
+        EventFault{"EventBeyondTheMessage", MessageCL(ItemCL(13, 2, 12)), kLarger},
+        EventFault{"EventOf65535", MessageCL(ItemCL(65535, 2, 12)), kLarger},
+        EventFault{"EventWithoutRoomForItsIdentifier", MessageCL(ItemCL(3, 2, 12)), kShorter},
+        EventFault{"RestOfThreeBytes", MessageCL(Join({ItemCL(12, 1, 12), {0, 3, 0}})), kShorter}),
     NameOf);
 
 }  // namespace EngineTest

@@ -18,8 +18,6 @@ namespace EngineTest {
 
 namespace {
 
-constexpr int64_t kLowest = std::numeric_limits<int64_t>::min();
-constexpr int64_t kHighest = std::numeric_limits<int64_t>::max();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kTwoTo63 = 0x1p63;
 

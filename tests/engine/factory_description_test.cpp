@@ -8,12 +8,12 @@ namespace EngineTest {
 namespace {
 
 /// Every operation that needs a description, by what its failure begins with.
-struct Operation {
+struct FactoryCall {
     const char* name;
     const char* attempt;
     void (*run)(CNodeMapFactory& factory);
 };
-const Operation kOperations[] = {
+const FactoryCall kFactoryCalls[] = {
     {"LoadAndInject", "load and inject", [](auto& factory) { factory.LoadAndInject(); }},
     {"Preprocess", "preprocess", [](auto& factory) { factory.Preprocess(); }},
     {"CreateNodeMap", "preprocess", [](auto& factory) { factory.CreateNodeMap(); }},
@@ -25,7 +25,7 @@ const Operation kOperations[] = {
     {"ToXml", "preprocess", [](auto& factory) { factory.ToXml(); }},
 };
 
-class FactoryOperation : public testing::TestWithParam<Operation> {};
+class FactoryOperation : public testing::TestWithParam<FactoryCall> {};
 
 }  // namespace
 
@@ -53,7 +53,7 @@ TEST_P(FactoryOperation, FailsOnceTheDescriptionIsReleased) {
     EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { GetParam().run(used); }), text);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, FactoryOperation, testing::ValuesIn(kOperations),
+INSTANTIATE_TEST_SUITE_P(All, FactoryOperation, testing::ValuesIn(kFactoryCalls),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(NodeMapFactory, GoesThroughItsStatesInOrder) {

@@ -45,7 +45,7 @@ size_t ConnectAllPorts(INodeMap& map, IPort& port) {
     }));
 }
 
-bool IsNumber(INode* node) {
+bool IsNumberNode(INode* node) {
     return dynamic_cast<IInteger*>(node) != nullptr || dynamic_cast<IFloat*>(node) != nullptr ||
            dynamic_cast<IBoolean*>(node) != nullptr || dynamic_cast<IEnumeration*>(node) != nullptr;
 }
@@ -57,7 +57,7 @@ size_t ReadNumbers(INodeMap& map) {
     map.GetNodes(nodes);
     size_t values = 0;
     for (INode* const node : nodes) {
-        if (IsNumber(node)) {
+        if (IsNumberNode(node)) {
             try {
                 dynamic_cast<IValue&>(*node).ToString();
                 ++values;

@@ -15,13 +15,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-constexpr int kBank = 0;
-constexpr int kChannel = 4;
-constexpr int kGain = 0x100;
-constexpr int kOffset = 0x20;
+constexpr int kPlainOffset = 0x20;
 
 const std::string kRegisters =
-    RegXml{.name = "Offset", .address = kOffset, .common = kStreamable}() +
+    RegXml{.name = "Offset", .address = kPlainOffset, .common = kStreamable}() +
     RegXml{.name = "Status", .address = 0x24, .access = "RO", .common = kStreamable}() +
     RegXml{.name = "Volatile", .address = 0x28}() +
     RegXml{.name = "Hidden", .address = 0x2c, .common = kStreamable}();
@@ -30,7 +27,7 @@ const std::string kRegisters =
 /// aren't streamed.
 class PlainDevice : public testing::Test {
 protected:
-    PlainDevice() { m_Device.Port().Put<int32_t>(kOffset, 7); }
+    PlainDevice() { m_Device.Port().Put<int32_t>(kPlainOffset, 7); }
 
     Device m_Device{RootXml({"Offset", "Status", "Volatile"}) + kRegisters};
     CFeatureBag m_Bag;
@@ -125,7 +122,7 @@ TEST(BagOfADevice, PassesByFeaturesAtFault) {
     const EngineLog log;
     Device device(
         RootXml({"Offset", "Formula", "Length", "Over"}) +
-        RegXml{.name = "Offset", .address = kOffset, .common = kStreamable}() +
+        RegXml{.name = "Offset", .address = kPlainOffset, .common = kStreamable}() +
         NodeXml("IntSwissKnife", "Formula", kStreamable + "<Formula>(1</Formula>") +
         NodeXml("FloatReg", "Length",
                 kStreamable +
@@ -197,9 +194,20 @@ TEST(FeatureBag, TakesFeaturesOneByOneAsAScript) {
 }
 
 TEST(FeatureBag, EndsItselfWhereItWasMadeWithNew) {
-    auto* const bag = new CFeatureBag("Heap");
+    class Watched : public CFeatureBag {
+    public:
+        explicit Watched(bool& hasEnded) : m_HasEnded(hasEnded) {}
+        ~Watched() override { m_HasEnded = true; }
+
+    private:
+        bool& m_HasEnded;
+    };
+    bool hasEnded = false;
+    CFeatureBag* const bag = new Watched(hasEnded);
     bag->Append("A", "1");
+    EXPECT_FALSE(hasEnded);
     bag->Destroy();
+    EXPECT_TRUE(hasEnded);
 }
 
 TEST(FeatureBag, EqualsAnotherWithTheSameEntries) {
@@ -297,7 +305,7 @@ TEST_F(CommandedDevice, IsToldOfTheEndOfAStoreThatFails) {
     auto note = m_Device.Port().onRead;
     m_Device.Port().onRead = [&](int64_t address) {
         note(address);
-        if (address == kOffset) {
+        if (address == kPlainOffset) {
             RUNTIME_EXCEPTION("Lost");
         }
     };
@@ -366,7 +374,7 @@ TEST_F(PlainDevice, NotesFailuresInOrderAndLoadsTheRest) {
                                "convert string 'blue' to int. : InvalidArgumentException "
                                "thrown in node 'Volatile' while calling "
                                "'Volatile.FromString()' (file '")));
-    EXPECT_EQ(m_Device.Port().Peek<int32_t>(kOffset), 9);
+    EXPECT_EQ(m_Device.Port().Peek<int32_t>(kPlainOffset), 9);
 }
 
 TEST_F(PlainDevice, SaysThatTheLoadFailedWhenNoOneTakesTheNotes) {
@@ -465,7 +473,7 @@ protected:
                       .common = "<pError>Fault</pError>" + kStreamable}();
     }
 
-    Device m_Device{RootXml({"Offset", "Status"}) + Faulty("Offset", kOffset, "RW") +
+    Device m_Device{RootXml({"Offset", "Status"}) + Faulty("Offset", kPlainOffset, "RW") +
                     Faulty("Status", 0x24, "RO") +
                     RegXml{.name = "FaultReg", .address = 0, .caching = "NoCache"}() +
                     NodeXml("Enumeration", "Fault",
@@ -511,7 +519,7 @@ TEST_F(FaultyDevice, HasItsErrorsNotedInTheOrderOfThePasses) {
 TEST_F(FaultyDevice, TellsOfAnErrorWhileItIsReadBack) {
     m_Bag.Append("Offset", "1");
     m_Device.Port().onRead = [&](int64_t address) {
-        if (address == kOffset) {
+        if (address == kPlainOffset) {
             m_Device.Port().Put<int32_t>(0, 1);
         }
     };

@@ -14,8 +14,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-constexpr int kGain = 0x100;
-constexpr int kOffset = 0x104;
+constexpr int kVolatileOffset = 0x104;
 
 /// Where a device keeps the nodes of one kind of sets.
 struct SetAddresses {
@@ -50,7 +49,7 @@ std::string Volatile(const char* name, int address) {
 }
 
 const std::string kFeatures =
-    RootXml({"Gain", "Offset"}) + Volatile("Gain", kGain) + Volatile("Offset", kOffset);
+    RootXml({"Gain", "Offset"}) + Volatile("Gain", kGain) + Volatile("Offset", kVolatileOffset);
 const std::string kUserSets = EnumSelectorXml("UserSetSelector", kUser.selector,
                                               {{"Default"}, {"First"}, {"Second"}}, {}, true) +
                               CommandXml("UserSetLoad", kUser.load) +
@@ -73,7 +72,7 @@ public:
             m_Sets[kSequencer.selector][set] = {20 + set, 2};
         }
         Put(kGain, 5);
-        Put(kOffset, 6);
+        Put(kVolatileOffset, 6);
         Put(kUser.selector, 1);
         Put(kSequencer.selector, 2);
         m_Device.Port().onWrite = [this](int64_t address) { Act(address); };
@@ -88,7 +87,7 @@ public:
     INodeMap* Map() { return m_Device.Map(); }
     void Put(int address, int value) { m_Device.Port().Put<int32_t>(address, value); }
     int Peek(int address) { return m_Device.Port().Peek<int32_t>(address); }
-    Settings Current() { return {Peek(kGain), Peek(kOffset)}; }
+    Settings Current() { return {Peek(kGain), Peek(kVolatileOffset)}; }
     Settings UserSet(int set) { return m_Sets[kUser.selector][set]; }
     Settings SequencerSet(int set) { return m_Sets[kSequencer.selector][set]; }
     Device& Nodes() { return m_Device; }
@@ -108,7 +107,7 @@ private:
                 calls.push_back("load " + std::to_string(set));
                 const Settings& settings = m_Sets[at.selector][set];
                 Put(kGain, settings.gain);
-                Put(kOffset, settings.offset);
+                Put(kVolatileOffset, settings.offset);
             } else if (address == at.save) {
                 calls.push_back("save " + std::to_string(set));
                 m_Sets[at.selector][set] = Current();

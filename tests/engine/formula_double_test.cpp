@@ -20,7 +20,7 @@ TEST_P(DoubleFormula, ComesToItsValueOrFailure) {
     EXPECT_TRUE(IsSame(actual, GetParam().expected)) << TextOf<double>(actual);
 }
 
-const DoubleRow kNumbers[] = {
+const DoubleRow kDoubleNumbers[] = {
     {"7", 7.0},
     {"7.5", 7.5},
     {"7.", 7.0},
@@ -47,9 +47,9 @@ const DoubleRow kNumbers[] = {
     {" \t\r\n7 \t\r\n", 7.0},
     {"12345678901234567890", 12345678901234567890.0},
 };
-INSTANTIATE_TEST_SUITE_P(Numbers, DoubleFormula, testing::ValuesIn(kNumbers));
+INSTANTIATE_TEST_SUITE_P(Numbers, DoubleFormula, testing::ValuesIn(kDoubleNumbers));
 
-const DoubleRow kOperators[] = {
+const DoubleRow kDoubleOperators[] = {
     {"1+2*3", 7.0},
     {"1<<2+1", 5.0},
     {"1<<4", 16.0},
@@ -135,7 +135,7 @@ const DoubleRow kOperators[] = {
     {";", kSyntax},
     {"1~2", kSyntax},
 };
-INSTANTIATE_TEST_SUITE_P(Operators, DoubleFormula, testing::ValuesIn(kOperators));
+INSTANTIATE_TEST_SUITE_P(Operators, DoubleFormula, testing::ValuesIn(kDoubleOperators));
 
 const DoubleRow kFunctions[] = {
     {"ATAN(1)*4", 3.141592653589793},
@@ -198,7 +198,7 @@ const DoubleRow kFunctions[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Functions, DoubleFormula, testing::ValuesIn(kFunctions));
 
-const DoubleRow kStructure[] = {
+const DoubleRow kDoubleStructure[] = {
     {"X", 5.0},
     {"-X", -5.0},
     {"--X", 5.0},
@@ -271,7 +271,7 @@ const DoubleRow kStructure[] = {
     {"X::Y", kSyntax},
     {"X.Y:1", "compile: # X.Y - Unknown function/variable!"},
 };
-INSTANTIATE_TEST_SUITE_P(Structure, DoubleFormula, testing::ValuesIn(kStructure));
+INSTANTIATE_TEST_SUITE_P(Structure, DoubleFormula, testing::ValuesIn(kDoubleStructure));
 
 const DoubleRow kTexts[] = {
     {"ROUND('text')", -1.68376462823243e+308},

@@ -20,7 +20,7 @@ TEST_P(IntegerFormula, ComesToItsValueOrFailure) {
     EXPECT_TRUE(IsSame(actual, GetParam().expected)) << TextOf<int64_t>(actual);
 }
 
-const IntegerRow kNumbers[] = {
+const IntegerRow kIntegerNumbers[] = {
     {"7", 7},
     {"007", 7},
     {"0x1F", 31},
@@ -43,9 +43,9 @@ const IntegerRow kNumbers[] = {
     {".5", "compile: # .5 - Unknown function/variable!"},
     {"1 2", kSyntax},
 };
-INSTANTIATE_TEST_SUITE_P(Numbers, IntegerFormula, testing::ValuesIn(kNumbers));
+INSTANTIATE_TEST_SUITE_P(Numbers, IntegerFormula, testing::ValuesIn(kIntegerNumbers));
 
-const IntegerRow kOperators[] = {
+const IntegerRow kIntegerOperators[] = {
     {"1+2*3", 7},
     {"1<<2+1", 5},
     {"1<<4", 16},
@@ -115,9 +115,9 @@ const IntegerRow kOperators[] = {
     {"1;2", kSyntax},
     {"1~2", kSyntax},
 };
-INSTANTIATE_TEST_SUITE_P(Operators, IntegerFormula, testing::ValuesIn(kOperators));
+INSTANTIATE_TEST_SUITE_P(Operators, IntegerFormula, testing::ValuesIn(kIntegerOperators));
 
-const IntegerRow kStructure[] = {
+const IntegerRow kIntegerStructure[] = {
     {"SGN(7)", 1},
     {"SGN(0)", 0},
     {"SGN(-7)", -1},
@@ -154,6 +154,6 @@ const IntegerRow kStructure[] = {
     {"()", kSyntax},
     {"1#", kSyntax},
 };
-INSTANTIATE_TEST_SUITE_P(Structure, IntegerFormula, testing::ValuesIn(kStructure));
+INSTANTIATE_TEST_SUITE_P(Structure, IntegerFormula, testing::ValuesIn(kIntegerStructure));
 
 }  // namespace FormulaTest

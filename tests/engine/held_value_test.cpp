@@ -18,15 +18,16 @@ std::string HeldXml(const std::string& tag, const std::string& content) {
     return "<" + tag + " Name=\"Node\">" + content + "</" + tag + ">";
 }
 
-std::string EntryXml(const std::string& name, int value, const std::string& common = "") {
+std::string NumberedEntryXml(const std::string& name, int value, const std::string& common = "") {
     return "<EnumEntry Name=\"" + name + "\">" + common + Element("Value", std::to_string(value)) +
            "</EnumEntry>";
 }
 
 std::string ChoiceXml(const std::string& selected = "") {
-    return HeldXml("Enumeration", EntryXml("Off", 0) + EntryXml("On", 4) +
-                                      EntryXml("Gone", 5, "<pIsAvailable>No</pIsAvailable>") +
-                                      "<Value>0</Value>" + selected) +
+    return HeldXml("Enumeration",
+                   NumberedEntryXml("Off", 0) + NumberedEntryXml("On", 4) +
+                       NumberedEntryXml("Gone", 5, "<pIsAvailable>No</pIsAvailable>") +
+                       "<Value>0</Value>" + selected) +
            IntegerXml("No", "", "<Value>0</Value>");
 }
 

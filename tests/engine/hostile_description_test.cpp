@@ -39,7 +39,7 @@ std::string Lock(const std::string& length) {
                        "<AccessMode>RW</AccessMode><pPort>Device</pPort>");
 }
 
-std::string FloatOf(const std::string& length) {
+std::string FloatRegOf(const std::string& length) {
     return NodeXml("FloatReg", "Bad",
                    kStreamable + "<Address>0</Address>" + length +
                        "<AccessMode>RW</AccessMode><pPort>Device</pPort>") +
@@ -76,8 +76,8 @@ std::vector<Fault> Faults() {
         {"AHighBitBeyondTheNumber", Bits("0", "4294967295"), "", "Bad", "m_MSB < 64"},
         {"ALockOfAnotherLength", Lock("<Length>4</Length>")},
         {"ALockOfALengthThatAnotherNodeTells", Lock("<pLength>Good</pLength>")},
-        {"AFloatOfThreeBytes", FloatOf("<pLength>Three</pLength>")},
-        {"AFloatOfNineBytes", FloatOf("<pLength>Nine</pLength>")},
+        {"AFloatOfThreeBytes", FloatRegOf("<pLength>Three</pLength>")},
+        {"AFloatOfNineBytes", FloatRegOf("<pLength>Nine</pLength>")},
         {"ASelectorOfItself", IntegerXml("Bad", kStreamable, "<Value>0</Value>" + Selects({"Bad"})),
          "", "Bad", "ERROR : pSelected cycle detected : Bad -> Bad"},
         {"ASelectorThatReadsWhatItSelects",

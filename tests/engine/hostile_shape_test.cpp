@@ -7,10 +7,6 @@ namespace EngineTest {
 
 namespace {
 
-std::string Numbered(const std::string& name, int number) {
-    return name + std::to_string(number);
-}
-
 std::string CategoryXml(const std::string& name, const std::vector<std::string>& features) {
     std::string xml = "<Category Name=\"" + name + "\">";
     for (const std::string& feature : features) {

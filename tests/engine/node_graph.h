@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -25,6 +26,9 @@ namespace EngineTest {
 using namespace GenApi_3_0_ORVANE;   // NOLINT(google-build-using-namespace)
 using namespace GenICam_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
 
+inline constexpr int64_t kLowest = std::numeric_limits<int64_t>::min();
+inline constexpr int64_t kHighest = std::numeric_limits<int64_t>::max();
+
 /// A register of four bytes, in the machine's byte order.
 struct RegXml {
     std::string name;
@@ -43,13 +47,24 @@ struct RegXml {
     }
 };
 
+inline std::string IntReg(const std::string& name, int address,
+                          const std::string& caching = "WriteThrough") {
+    return RegXml{.name = name, .address = address, .caching = caching}();
+}
+
 /// An integer that holds a value, or shows another node when `value` is a link.
 inline std::string IntegerXml(const std::string& name, const std::string& common = "",
                               const std::string& value = "<Value>1</Value>") {
     return "<Integer Name=\"" + name + "\">" + common + value + "</Integer>";
 }
+inline std::string Numbered(const std::string& name, int number) {
+    return name + std::to_string(number);
+}
 inline std::string Element(const std::string& tag, const std::string& content) {
     return "<" + tag + ">" + content + "</" + tag + ">";
+}
+inline std::string At(int address) {
+    return Element("Address", std::to_string(address));
 }
 
 /// Nodes whose links are exactly those that a test gives them: nothing is

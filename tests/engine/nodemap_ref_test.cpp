@@ -11,7 +11,7 @@ namespace EngineTest {
 
 namespace {
 
-gcstring Description() {
+gcstring RefDescription() {
     return XmlNodeMap::Describe(
                RegXml{.name = "Reg", .address = 0, .polling = "<PollingTime>10</PollingTime>"}())
         .c_str();
@@ -36,7 +36,7 @@ private:
 class LoadedRef : public testing::Test {
 protected:
     LoadedRef() {
-        m_Ref._LoadXMLFromString(Description());
+        m_Ref._LoadXMLFromString(RefDescription());
         INode* const node = m_Ref._GetNode("Reg");
         node->RegisterCallback(new LifeSign(node, m_IsAlive));
     }
@@ -45,8 +45,8 @@ protected:
     CNodeMapRef m_Ref{"Camera"};
 };
 
-using Use = std::function<void(CNodeMapRef&)>;
-class EmptyRef : public testing::TestWithParam<std::pair<const char*, Use>> {};
+using RefUse = std::function<void(CNodeMapRef&)>;
+class EmptyRef : public testing::TestWithParam<std::pair<const char*, RefUse>> {};
 
 }  // namespace
 
@@ -59,27 +59,27 @@ TEST_P(EmptyRef, OffersNothing) {
 INSTANTIATE_TEST_SUITE_P(
     Of, EmptyRef,
     testing::Values(
-        std::pair<const char*, Use>{"GetDeviceName",
-                                    [](CNodeMapRef& ref) { ref._GetDeviceName(); }},
-        std::pair<const char*, Use>{"Poll", [](CNodeMapRef& ref) { ref._Poll(1); }},
-        std::pair<const char*, Use>{"GetNodes",
-                                    [](CNodeMapRef& ref) {
-                                        node_vector list;
-                                        ref._GetNodes(list);
-                                    }},
-        std::pair<const char*, Use>{"GetNode", [](CNodeMapRef& ref) { ref._GetNode("Reg"); }},
-        std::pair<const char*, Use>{"InvalidateNodes",
-                                    [](CNodeMapRef& ref) { ref._InvalidateNodes(); }},
-        std::pair<const char*, Use>{"Connect", [](CNodeMapRef& ref) { ref._Connect(nullptr); }},
-        std::pair<const char*, Use>{"ConnectByName",
-                                    [](CNodeMapRef& ref) { ref._Connect(nullptr, "Device"); }},
-        std::pair<const char*, Use>{"ParseSwissKnifes",
-                                    [](CNodeMapRef& ref) { ref._ParseSwissKnifes(); }},
-        std::pair<const char*, Use>{"GetSupportedSchemaVersions",
-                                    [](CNodeMapRef& ref) {
-                                        gcstring_vector list;
-                                        ref._GetSupportedSchemaVersions(list);
-                                    }}),
+        std::pair<const char*, RefUse>{"GetDeviceName",
+                                       [](CNodeMapRef& ref) { ref._GetDeviceName(); }},
+        std::pair<const char*, RefUse>{"Poll", [](CNodeMapRef& ref) { ref._Poll(1); }},
+        std::pair<const char*, RefUse>{"GetNodes",
+                                       [](CNodeMapRef& ref) {
+                                           node_vector list;
+                                           ref._GetNodes(list);
+                                       }},
+        std::pair<const char*, RefUse>{"GetNode", [](CNodeMapRef& ref) { ref._GetNode("Reg"); }},
+        std::pair<const char*, RefUse>{"InvalidateNodes",
+                                       [](CNodeMapRef& ref) { ref._InvalidateNodes(); }},
+        std::pair<const char*, RefUse>{"Connect", [](CNodeMapRef& ref) { ref._Connect(nullptr); }},
+        std::pair<const char*, RefUse>{"ConnectByName",
+                                       [](CNodeMapRef& ref) { ref._Connect(nullptr, "Device"); }},
+        std::pair<const char*, RefUse>{"ParseSwissKnifes",
+                                       [](CNodeMapRef& ref) { ref._ParseSwissKnifes(); }},
+        std::pair<const char*, RefUse>{"GetSupportedSchemaVersions",
+                                       [](CNodeMapRef& ref) {
+                                           gcstring_vector list;
+                                           ref._GetSupportedSchemaVersions(list);
+                                       }}),
     [](const auto& example) { return example.param.first; });
 
 TEST_F(LoadedRef, ForwardsToItsMap) {
@@ -102,8 +102,8 @@ TEST_F(LoadedRef, ConnectsPollsAndInvalidates) {
     EXPECT_TRUE(m_Ref._Connect(&port));
     EXPECT_FALSE(m_Ref._Connect(&port, "Reg"));
     auto& reg = dynamic_cast<IInteger&>(*m_Ref._GetNode("Reg"));
-    for (const auto& drop : {Use([](CNodeMapRef& ref) { ref._Poll(10); }),
-                             Use([](CNodeMapRef& ref) { ref._InvalidateNodes(); })}) {
+    for (const auto& drop : {RefUse([](CNodeMapRef& ref) { ref._Poll(10); }),
+                             RefUse([](CNodeMapRef& ref) { ref._InvalidateNodes(); })}) {
         reg.GetValue();
         EXPECT_TRUE(reg.IsValueCacheValid());
         drop(m_Ref);
@@ -112,7 +112,7 @@ TEST_F(LoadedRef, ConnectsPollsAndInvalidates) {
 }
 
 TEST_F(LoadedRef, RefusesASecondMap) {
-    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { m_Ref._LoadXMLFromString(Description()); }),
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { m_Ref._LoadXMLFromString(RefDescription()); }),
               "Node map already created");
     EXPECT_EQ(DescriptionOf<RuntimeException>([&] { m_Ref._LoadXMLFromFile("missing.xml"); }),
               "Node map already created");
@@ -129,7 +129,7 @@ TEST_F(LoadedRef, ReleasesOnce) {
 
 TEST_F(LoadedRef, ForgetsTheDeviceNameWithTheMap) {
     m_Ref.Release();
-    m_Ref._LoadXMLFromString(Description());
+    m_Ref._LoadXMLFromString(RefDescription());
     EXPECT_EQ(m_Ref._GetDeviceName(), "Device");
 }
 
@@ -157,7 +157,7 @@ TEST_F(LoadedRef, SurvivesAssignmentToItself) {
 
 TEST_F(LoadedRef, GivesItsMapUpForAnother) {
     CNodeMapRef other("Other");
-    other._LoadXMLFromString(Description());
+    other._LoadXMLFromString(RefDescription());
     m_Ref = other;
     EXPECT_FALSE(m_IsAlive);
     EXPECT_EQ(m_Ref._GetDeviceName(), "Other");
@@ -167,13 +167,13 @@ TEST(NodeMapRef, StaysEmptyWhenLoadingFails) {
     CNodeMapRef ref;
     EXPECT_THROW(ref._LoadXMLFromString("no description"), GenericException);
     EXPECT_EQ(ref.GetMap(), nullptr);
-    ref._LoadXMLFromString(Description());
+    ref._LoadXMLFromString(RefDescription());
     EXPECT_NE(ref.GetMap(), nullptr);
 }
 
 TEST(NodeMapRef, LoadsFromAFile) {
     const std::string path = testing::TempDir() + "nodemap_ref_test.xml";
-    std::ofstream(path) << Description().c_str();
+    std::ofstream(path) << RefDescription().c_str();
     CNodeMapRef ref;
     ref._LoadXMLFromFile(path.c_str());
     EXPECT_NE(ref._GetNode("Reg"), nullptr);

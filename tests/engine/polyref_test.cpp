@@ -13,9 +13,6 @@ namespace EngineTest {
 
 namespace {
 
-constexpr int64_t kLowest = std::numeric_limits<int64_t>::min();
-constexpr int64_t kHighest = std::numeric_limits<int64_t>::max();
-
 // Nothing to refer to.
 
 struct UnsetOperation {

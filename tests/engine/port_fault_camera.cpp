@@ -57,7 +57,7 @@ std::string Switches() {
               <pValue>ErrorReg</pValue></Enumeration>)";
 }
 
-std::string Registers() {
+std::string CameraRegisters() {
     return RegXml{.name = "Plain", .address = 0x40, .common = Rights()}() +
            RegXml{
                .name = "Around", .address = 0x44, .caching = "WriteAround", .common = Rights()}() +
@@ -157,7 +157,7 @@ std::string Computed() {
 
 CNodeMapFactory& Factory() {
     static CNodeMapFactory factory(
-        XmlNodeMap::Describe(Switches() + Registers() + Integers() + Computed()).c_str());
+        XmlNodeMap::Describe(Switches() + CameraRegisters() + Integers() + Computed()).c_str());
     return factory;
 }
 

@@ -64,7 +64,7 @@ constexpr Target kTargets[] = {
 };
 
 /// An operation of a node, with its result as text.
-struct Operation {
+struct NodeOperation {
     std::string name;
     std::function<bool(INode*)> applies;
     std::function<std::string(INode&, const Target&)> run;
@@ -124,10 +124,10 @@ public:
                 });
         }
     }
-    const std::vector<Operation>& List() const { return m_List; }
+    const std::vector<NodeOperation>& List() const { return m_List; }
 
 private:
-    std::vector<Operation> m_List;
+    std::vector<NodeOperation> m_List;
 };
 
 void AddNodeOperations(Operations& all) {
@@ -262,7 +262,7 @@ void AddAccessOperations(Operations& all) {
     });
 }
 
-const std::vector<Operation>& AllOperations() {
+const std::vector<NodeOperation>& AllOperations() {
     static const Operations kAll = [] {
         Operations all;
         AddNodeOperations(all);
@@ -288,7 +288,7 @@ void PrintTo(const Outcome& outcome, std::ostream* out) {
 }
 
 /// The result of an operation, or the failure that it ended in.
-std::string ResultOf(const Operation& operation, INode& node, const Target& target) {
+std::string ResultOf(const NodeOperation& operation, INode& node, const Target& target) {
     try {
         return operation.run(node, target);
     } catch (const GenericException& failure) {
@@ -308,7 +308,7 @@ using Case = std::tuple<Target, bool>;
 class PortFaultTest : public testing::TestWithParam<Case> {
 protected:
     /// Nothing fails.
-    Outcome Run(FaultCamera& camera, const Operation& operation) {
+    Outcome Run(FaultCamera& camera, const NodeOperation& operation) {
         camera.Port().Restart(0);
         Outcome outcome;
         outcome.result = ResultOf(operation, camera.Get(m_Target.name), m_Target);
@@ -317,7 +317,7 @@ protected:
         return outcome;
     }
 
-    void RunWithFault(const Operation& operation, size_t access, const Outcome& expected) {
+    void RunWithFault(const NodeOperation& operation, size_t access, const Outcome& expected) {
         FaultCamera camera(m_IsWarm);
         camera.Port().Restart(access);
         // A sweep goes on, whatever becomes of one read.
@@ -343,7 +343,7 @@ protected:
 
 TEST_P(PortFaultTest, PassesAndLeavesNoTrace) {
     size_t faults = 0;
-    for (const Operation& operation : AllOperations()) {
+    for (const NodeOperation& operation : AllOperations()) {
         FaultCamera camera(m_IsWarm);
         if (!operation.applies(&camera.Get(m_Target.name))) {
             continue;

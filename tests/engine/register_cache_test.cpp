@@ -61,10 +61,6 @@ std::string Invalidated(const std::string& name, int address, const std::string&
                   .rest = Element("pInvalidator", by)}();
 }
 
-std::string Reg(const std::string& name, int address, const std::string& caching = "WriteThrough") {
-    return RegXml{.name = name, .address = address, .caching = caching}();
-}
-
 // What sets a register invalid.
 
 struct Cause {
@@ -79,7 +75,7 @@ void PrintTo(const Cause& cause, std::ostream* out) {
 class Register : public testing::TestWithParam<Cause> {
 protected:
     XmlNodeMap m_Nodes{
-        Reg("Switch", 4) +
+        IntReg("Switch", 4) +
         AnyReg{.name = "Reg",
                .rest = Element("PollingTime", "10") + Element("pInvalidator", "Switch")}() +
         IntegerXml("Node", "", Element("pValue", "Reg"))};
@@ -132,7 +128,7 @@ INSTANTIATE_TEST_SUITE_P(Causes, Register, testing::ValuesIn(kCauses),
                          [](const auto& cause) { return std::string(cause.param.name); });
 
 TEST(RegisterBytes, AreReadOnceForAllRegistersOfOneRange) {
-    XmlNodeMap nodes(Reg("One", 0) + Reg("Other", 0) + Field("Bits", 0, 7));
+    XmlNodeMap nodes(IntReg("One", 0) + IntReg("Other", 0) + Field("Bits", 0, 7));
     for (const char* const name : {"One", "Other", "Bits"}) {
         nodes.Get<IInteger>(name).GetValue();
     }
@@ -151,7 +147,7 @@ TEST(RegisterBytes, AreKeptForEachLengthAtAnAddress) {
 
 TEST(RegisterBytes, AreThoseOfTheAddressThatWasUsedLast) {
     XmlNodeMap nodes(
-        Reg("Index", 0x40) +
+        IntReg("Index", 0x40) +
         AnyReg{.name = "Reg", .address = Element("Address", "0x100") + "<pIndex>Index</pIndex>"}());
     auto& index = nodes.Get<IInteger>("Index");
     auto& reg = nodes.Get<IInteger>("Reg");
@@ -171,7 +167,7 @@ TEST(RegisterBytes, AreThoseOfTheAddressThatWasUsedLast) {
 }
 
 TEST(RegisterBytes, AreForgottenWithThePort) {
-    XmlNodeMap nodes(Reg("Switch", 4) + Reg("Reg", 0) +
+    XmlNodeMap nodes(IntReg("Switch", 4) + IntReg("Reg", 0) +
                      "<Port Name=\"Device\"><pInvalidator>Switch</pInvalidator></Port>");
     auto& reg = nodes.Get<IInteger>("Reg");
     reg.GetValue();
@@ -181,7 +177,7 @@ TEST(RegisterBytes, AreForgottenWithThePort) {
 }
 
 TEST(RegisterBytes, AreThoseOfTheDeviceThatIsConnected) {
-    XmlNodeMap nodes(Reg("Reg", 0));
+    XmlNodeMap nodes(IntReg("Reg", 0));
     auto& reg = nodes.Get<IInteger>("Reg");
     reg.SetValue(5);
     TestPort other;
@@ -193,7 +189,8 @@ TEST(RegisterBytes, AreThoseOfTheDeviceThatIsConnected) {
 }
 
 TEST(RegisterBytes, OfAnInvalidatedRegisterTakeTheValuesOfAllThatShareThem) {
-    XmlNodeMap nodes(Reg("Switch", 4) + Invalidated("Named", 0, "Switch") + Reg("Unnamed", 0) +
+    XmlNodeMap nodes(IntReg("Switch", 4) + Invalidated("Named", 0, "Switch") +
+                     IntReg("Unnamed", 0) +
                      AnyReg{.type = "StringReg", .name = "Text", .length = 16}() +
                      IntegerXml("Node", "", Element("pValue", "Unnamed")));
     auto& node = nodes.Get<IInteger>("Node");
@@ -209,12 +206,13 @@ TEST(RegisterBytes, OfAnInvalidatedRegisterTakeTheValuesOfAllThatShareThem) {
 
 TEST(RegisterBytes, OfAFeatureThatNamesInvalidatorsAreOfAnyRegisterBelowIt) {
     XmlNodeMap nodes(
-        Reg("Switch", 4) + Reg("Reg", 0) + IntegerXml("Between", "", Element("pValue", "Reg")) +
+        IntReg("Switch", 4) + IntReg("Reg", 0) +
+        IntegerXml("Between", "", Element("pValue", "Reg")) +
         IntegerXml("Node", Element("pInvalidator", "Switch"), Element("pValue", "Between")) +
         "<IntSwissKnife Name=\"Knife\"><pInvalidator>Switch</pInvalidator>"
         "<pVariable Name=\"A\">Other</pVariable><Formula>A+1</Formula>"
         "</IntSwissKnife>" +
-        Reg("Other", 8));
+        IntReg("Other", 8));
     nodes.Get<IInteger>("Node").GetValue();
     nodes.Get<IInteger>("Knife").GetValue();
     nodes.Port().Put(0, 7);
@@ -225,7 +223,7 @@ TEST(RegisterBytes, OfAFeatureThatNamesInvalidatorsAreOfAnyRegisterBelowIt) {
 }
 
 TEST(RegisterBytes, BelowAFormulaAreForgottenWhenTheFormulaIsSetInvalid) {
-    XmlNodeMap nodes(Reg("Reg", 0) +
+    XmlNodeMap nodes(IntReg("Reg", 0) +
                      "<IntSwissKnife Name=\"Knife\"><pVariable Name=\"A\">Reg</pVariable>"
                      "<Formula>A+1</Formula></IntSwissKnife>");
     auto& knife = nodes.Get<IInteger>("Knife");
@@ -289,7 +287,7 @@ const Face kFaces[] = {
 
 class OwnWrite : public testing::TestWithParam<Face> {
 protected:
-    XmlNodeMap m_Nodes{Reg("Int", 0) + AnyReg{.type = "Register", .name = "Raw"}() +
+    XmlNodeMap m_Nodes{IntReg("Int", 0) + AnyReg{.type = "Register", .name = "Raw"}() +
                        Field("Bits", 0, 7) + AnyReg{.type = "FloatReg", .name = "Real"}() +
                        AnyReg{.type = "StringReg", .name = "Text"}() +
                        IntegerXml("Node", "", Element("pValue", "Int"))};
@@ -336,7 +334,7 @@ std::string ErrorXml() {
     return "<Enumeration Name=\"Error\"><EnumEntry Name=\"Fine\"><Value>0</Value></EnumEntry>"
            "<EnumEntry Name=\"Refused\"><Value>1</Value></EnumEntry><pValue>ErrorReg</pValue>"
            "</Enumeration>" +
-           Reg("ErrorReg", 0x20, "NoCache");
+           IntReg("ErrorReg", 0x20, "NoCache");
 }
 
 }  // namespace
@@ -361,7 +359,7 @@ TEST(WriteWithAnError, SparesNothing) {
 }
 
 TEST(WriteWithAnError, OfTheNodeAboveSparesNothing) {
-    XmlNodeMap nodes(ErrorXml() + Reg("Reg", 0) +
+    XmlNodeMap nodes(ErrorXml() + IntReg("Reg", 0) +
                      IntegerXml("Node", Element("pError", "Error"), Element("pValue", "Reg")));
     nodes.Port().Put(0x20, 1);
     auto& node = nodes.Get<IInteger>("Node");
@@ -377,7 +375,7 @@ TEST(WriteWithAnError, OfTheNodeAboveSparesNothing) {
 }
 
 TEST(OwnWriteOfOne, YieldsToTheInvalidationOfAnotherAtTheSameAddress) {
-    XmlNodeMap nodes(Reg("Reg", 0) + Invalidated("Twin", 0, "Reg"));
+    XmlNodeMap nodes(IntReg("Reg", 0) + Invalidated("Twin", 0, "Reg"));
     auto& reg = nodes.Get<IInteger>("Reg");
     auto& twin = nodes.Get<IInteger>("Twin");
     twin.GetValue();
@@ -434,12 +432,12 @@ const VerifiedRead kVerifiedReads[] = {
 class Verified : public testing::TestWithParam<VerifiedRead> {
 protected:
     XmlNodeMap m_Nodes{
-        Reg("Int", 0) + Field("Bits", 0, 7) + IntegerXml("Node", "", Element("pValue", "Int")) +
+        IntReg("Int", 0) + Field("Bits", 0, 7) + IntegerXml("Node", "", Element("pValue", "Int")) +
         IntegerXml("Above", "", Element("pValue", "Node")) +
         IntegerXml("Indexed", "",
                    "<pIndex>Index</pIndex><pValueIndexed Index=\"0\">Int</pValueIndexed>"
                    "<ValueDefault>0</ValueDefault>") +
-        Reg("Index", 0x40) +
+        IntReg("Index", 0x40) +
         "<IntSwissKnife Name=\"Knife\"><pVariable Name=\"A\">Int</pVariable>"
         "<Formula>A</Formula></IntSwissKnife>"
         "<IntConverter Name=\"Converter\"><FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom>"
@@ -469,8 +467,8 @@ INSTANTIATE_TEST_SUITE_P(Values, Verified, testing::ValuesIn(kVerifiedReads), []
 });
 
 TEST(VerifiedAccess, TakesAddressesIndexesAndLengthsFromTheCache) {
-    XmlNodeMap nodes(Reg("Base", 0x40) + Reg("Index", 0x44) + Reg("Step", 0x48) +
-                     Reg("Length", 0x4C) +
+    XmlNodeMap nodes(IntReg("Base", 0x40) + IntReg("Index", 0x44) + IntReg("Step", 0x48) +
+                     IntReg("Length", 0x4C) +
                      "<IntReg Name=\"Reg\"><pAddress>Base</pAddress>"
                      "<pIndex pOffset=\"Step\">Index</pIndex><pLength>Length</pLength>"
                      "<AccessMode>RW</AccessMode><pPort>Device</pPort></IntReg>");
@@ -493,7 +491,7 @@ TEST(VerifiedAccess, TakesTheOtherBitsOfAFieldFromTheCache) {
 }
 
 TEST(VerifiedAccess, ThatFindsOtherBytesMakesOldWhatWasMadeOfTheKnownOnes) {
-    XmlNodeMap nodes(Reg("One", 0) + Reg("Other", 0) +
+    XmlNodeMap nodes(IntReg("One", 0) + IntReg("Other", 0) +
                      IntegerXml("Node", "", Element("pValue", "Other")));
     auto& node = nodes.Get<IInteger>("Node");
     node.GetValue();
@@ -592,10 +590,10 @@ protected:
             .name = name, .address = Element("Address", "2"), .length = 2, .caching = caching}();
     }
 
-    XmlNodeMap m_Nodes{Reg("Int", 0) + Two("Uncached", "NoCache") + Two("Around", "WriteAround") +
-                       Two("Through", "WriteThrough") +
+    XmlNodeMap m_Nodes{IntReg("Int", 0) + Two("Uncached", "NoCache") +
+                       Two("Around", "WriteAround") + Two("Through", "WriteThrough") +
                        AnyReg{.type = "StringReg", .name = "Text", .length = 64}() +
-                       Reg("After", 4) + IntegerXml("Node", "", Element("pValue", "Int")) +
+                       IntReg("After", 4) + IntegerXml("Node", "", Element("pValue", "Int")) +
                        Invalidated("Invalidated", 0x80, "Int")};
     IInteger& m_Int = m_Nodes.Get<IInteger>("Int");
 };
@@ -658,10 +656,10 @@ TEST(BitField, KeepsWhatItWroteWhenItsNeighbourIsToldOfIt) {
 // on them: however many take turns, the stack bears it.
 TEST(Invalidation, PassesThroughALongRowOfRegisters) {
     constexpr int kRow = 4000;
-    std::string body = Reg("R0", 0);
+    std::string body = IntReg("R0", 0);
     for (int i = 0; i < kRow; ++i) {
         const std::string number = std::to_string(i);
-        body += Reg("S" + number, 8 * i) +
+        body += IntReg("S" + number, 8 * i) +
                 Invalidated("R" + std::to_string(i + 1), 8 * (i + 1), "S" + number);
     }
     XmlNodeMap nodes(body);

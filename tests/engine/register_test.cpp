@@ -1,19 +1,14 @@
 // Registers on a port: what is read and written, in which bytes and how often.
 
-#include <gtest/gtest.h>
-
 #include "GenApi/IFloat.h"
 #include "GenApi/IInteger.h"
 #include "GenApi/IRegister.h"
 #include "GenApi/IString.h"
-#include "support/XmlNodeMap.h"
+#include "node_graph.h"
 
 namespace EngineTest {
 
 namespace {
-
-using namespace GenApi_3_0_ORVANE;
-using namespace GenICam_3_0_ORVANE;
 
 using Bytes = std::vector<uint8_t>;
 using Accesses = std::vector<TestPort::Access>;
@@ -25,22 +20,8 @@ std::string Reg(const std::string& type, const std::string& name, const std::str
            "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>" + rest + "</" + type + ">";
 }
 
-std::string At(int address) {
-    return "<Address>" + std::to_string(address) + "</Address>";
-}
-
 std::string Number(const char* sign, const char* endianess) {
     return std::string("<Sign>") + sign + "</Sign><Endianess>" + endianess + "</Endianess>";
-}
-
-template <class Exception, class Action>
-std::string FailureOf(const Action& action) {
-    try {
-        action();
-    } catch (const Exception& failure) {
-        return failure.GetDescription();
-    }
-    return "";
 }
 
 // Integers.
@@ -127,7 +108,7 @@ INSTANTIATE_TEST_SUITE_P(All, IntegerRegister, testing::ValuesIn(kIntegers),
 
 TEST(IntegerRegisterLength, MustLieBetweenOneAndEight) {
     const auto failureWith = [](int length) {
-        return FailureOf<OutOfRangeException>([length] {
+        return DescriptionOf<OutOfRangeException>([length] {
             XmlNodeMap map("<Integer Name=\"N\"><Value>" + std::to_string(length) +
                            "</Value></Integer><IntReg Name=\"R\"><Address>0</Address>"
                            "<pLength>N</pLength><AccessMode>RW</AccessMode><pPort>Device</pPort>" +
@@ -212,7 +193,7 @@ TEST(MaskedRegister, RefusesFieldsThatDoNotFit) {
     };
     for (const BadField& field : fields) {
         EXPECT_EQ(
-            FailureOf<RuntimeException>([&] {
+            DescriptionOf<RuntimeException>([&] {
                 XmlNodeMap map(Masked("F", 2, field.lsb, field.msb, "Unsigned", field.endianess));
             }),
             field.text);
@@ -291,11 +272,11 @@ TEST_F(RawRegister, WrittenWholeIsKnown) {
 }
 
 TEST_F(RawRegister, RefusesBadArguments) {
-    EXPECT_EQ(FailureOf<LogicalErrorException>([&] { reg.Get(nullptr, 2); }),
+    EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { reg.Get(nullptr, 2); }),
               "CRegisterImpl::InternalGet : pBuffer must not be NULL");
-    EXPECT_EQ(FailureOf<LogicalErrorException>([&] { reg.Set(nullptr, 2); }),
+    EXPECT_EQ(DescriptionOf<LogicalErrorException>([&] { reg.Set(nullptr, 2); }),
               "CRegisterImpl::InternalSet : pBuffer must not be NULL");
-    EXPECT_EQ(FailureOf<OutOfRangeException>([&] { reg.Get(bytes, 3); }),
+    EXPECT_EQ(DescriptionOf<OutOfRangeException>([&] { reg.Get(bytes, 3); }),
               "CRegisterImpl::InternalGet : more data requested than hold by the register");
 }
 
@@ -305,7 +286,7 @@ TEST_F(RawRegister, HasItsBytesAsText) {
     EXPECT_EQ(std::string(value.ToString().c_str()).size(), 6U);
     value.FromString("0x0102");
     EXPECT_EQ(map.Port().PeekBytes(0, 2), (Bytes{1, 2}));
-    EXPECT_EQ(FailureOf<GenericException>([&] { value.FromString("no bytes"); }),
+    EXPECT_EQ(DescriptionOf<GenericException>([&] { value.FromString("no bytes"); }),
               "Node 'R' : cannot convert hex string");
 }
 
@@ -313,7 +294,7 @@ TEST_F(RawRegister, AFailedAccessPassesAndLeavesAllAsItWas) {
     reg.Get(bytes, 2);
     map.Port().FailAccess(1);
     bytes[0] = 7;
-    EXPECT_EQ(FailureOf<TimeoutException>([&] { reg.Set(bytes, 2); }), "Access failed");
+    EXPECT_EQ(DescriptionOf<TimeoutException>([&] { reg.Set(bytes, 2); }), "Access failed");
     map.Port().ForgetAccesses();
     reg.Get(bytes, 2);
     EXPECT_EQ(bytes[0], 0);
@@ -346,7 +327,7 @@ TEST(StringRegister, KeepsRoomForTheTerminator) {
     EXPECT_EQ(map.Port().PeekBytes(0, 4), (Bytes{'a', 'b', 'c', 0}));
     text.SetValue("a");
     EXPECT_EQ(map.Port().PeekBytes(0, 4), (Bytes{'a', 0, 0, 0}));
-    EXPECT_EQ(FailureOf<OutOfRangeException>([&] { text.SetValue("abcd"); }),
+    EXPECT_EQ(DescriptionOf<OutOfRangeException>([&] { text.SetValue("abcd"); }),
               "String exceeds maximum length. Max length is 4");
 }
 

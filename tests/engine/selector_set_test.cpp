@@ -12,8 +12,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int kBank = 0;
-constexpr int kChannel = 4;
 constexpr int kHasBlue = 8;
 
 const std::string kLimits = "<Min>0</Min><Max>2</Max>";
@@ -46,7 +44,7 @@ protected:
         return addresses;
     }
 
-    Device m_Device{RootXml({"Gain"}) + SelectedXml("Gain", 0x100, {{"Bank", 4}, {"Channel", 16}}) +
+    Device m_Device{RootXml({"Gain"}) + SelectedXml("Gain", kGain, {{"Bank", 4}, {"Channel", 16}}) +
                     RegXml{.name = "HasBlue", .address = kHasBlue, .caching = "NoCache"}() +
                     IntSelectorXml("Bank", kBank, kLimits, {"Gain"}) +
                     EnumSelectorXml("Channel", kChannel,
@@ -56,7 +54,7 @@ protected:
 
 /// An integer selector over the register at 0.
 std::string IntSelector(const std::string& limits) {
-    return RootXml({"Gain"}) + SelectedXml("Gain", 0x100, {}) +
+    return RootXml({"Gain"}) + SelectedXml("Gain", kGain, {}) +
            IntSelectorXml("Bank", kBank, limits, {"Gain"});
 }
 
@@ -180,18 +178,18 @@ INSTANTIATE_TEST_SUITE_P(Of, SelectorAccess, testing::Values("Bank", "Channel"),
                          [](const auto& test) { return std::string(test.param); });
 
 TEST(SelectorSet, HasNoFirstCombinationWithoutAnAvailableEntry) {
-    Device device(RootXml({"Gain"}) + SelectedXml("Gain", 0x100, {}) +
+    Device device(RootXml({"Gain"}) + SelectedXml("Gain", kGain, {}) +
                   RegXml{.name = "HasAny", .address = kHasBlue}() +
                   EnumSelectorXml("Channel", kChannel,
                                   {{"Red", "<pIsAvailable>HasAny</pIsAvailable>"}}, {"Gain"}));
     EXPECT_FALSE(CSelectorSet(&device.Get("Gain")).SetFirst());
 }
 
-struct Steps {
+struct SelectorSteps {
     const char* limits;
     std::vector<int64_t> values;
 };
-class IntegerSteps : public testing::TestWithParam<Steps> {};
+class IntegerSteps : public testing::TestWithParam<SelectorSteps> {};
 
 TEST_P(IntegerSteps, GoFromTheMinimumToTheMaximum) {
     Device device(IntSelector(GetParam().limits));
@@ -206,13 +204,14 @@ TEST_P(IntegerSteps, GoFromTheMinimumToTheMaximum) {
     EXPECT_EQ(device.Port().Peek<int32_t>(kBank), 4);
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, IntegerSteps,
-                         testing::Values(Steps{"<Min>-1</Min><Max>1</Max>", {-1, 0, 1}},
-                                         Steps{"<Min>0</Min><Max>8</Max><Inc>3</Inc>", {0, 3, 6}},
-                                         Steps{"<Min>5</Min><Max>5</Max>", {5}},
-                                         Steps{"<Min>2147483647</Min><Max>9223372036854775807</Max>"
-                                               "<Inc>9223372036854775807</Inc>",
-                                               {2147483647}}));
+INSTANTIATE_TEST_SUITE_P(
+    Of, IntegerSteps,
+    testing::Values(SelectorSteps{"<Min>-1</Min><Max>1</Max>", {-1, 0, 1}},
+                    SelectorSteps{"<Min>0</Min><Max>8</Max><Inc>3</Inc>", {0, 3, 6}},
+                    SelectorSteps{"<Min>5</Min><Max>5</Max>", {5}},
+                    SelectorSteps{"<Min>2147483647</Min><Max>9223372036854775807</Max>"
+                                  "<Inc>9223372036854775807</Inc>",
+                                  {2147483647}}));
 
 namespace {
 
@@ -223,14 +222,14 @@ std::string Steady(const char* name, std::initializer_list<const char*> selected
 }  // namespace
 
 TEST(SelectorSet, FollowsSelectorsOfSelectorsByName) {
-    Device device(RootXml({"Gain"}) + SelectedXml("Gain", 0x100, {}) + Steady("Z", {"Gain"}) +
+    Device device(RootXml({"Gain"}) + SelectedXml("Gain", kGain, {}) + Steady("Z", {"Gain"}) +
                   Steady("C", {"M"}) + Steady("M", {"Gain"}) + Steady("A", {"M"}));
     CSelectorSet set(&device.Get("Gain"));
     EXPECT_THAT(NamesOf(set), ElementsAre("M", "A", "C", "Z"));
 }
 
 TEST(SelectorSet, HoldsASelectorOnceThatSelectsAlongTwoWays) {
-    Device device(RootXml({"Gain"}) + SelectedXml("Gain", 0x100, {}) + Steady("B", {"Gain"}) +
+    Device device(RootXml({"Gain"}) + SelectedXml("Gain", kGain, {}) + Steady("B", {"Gain"}) +
                   Steady("A", {"B", "Gain"}));
     CSelectorSet set(&device.Get("Gain"));
     EXPECT_THAT(NamesOf(set), ElementsAre("A", "B"));
@@ -267,7 +266,7 @@ TEST(SelectorSet, BearsAChainOfSelectorsThatNoStackWould) {
 }
 
 TEST(SelectorSet, StepsABooleanThroughItsTwoValues) {
-    Device device(RootXml({"Gain"}) + SelectedXml("Gain", 0x100, {}) +
+    Device device(RootXml({"Gain"}) + SelectedXml("Gain", kGain, {}) +
                   RegXml{.name = "FlagReg", .address = 0}() +
                   NodeXml("Boolean", "Flag", "<pValue>FlagReg</pValue>" + Selects({"Gain"})));
     device.Port().Put<int32_t>(0, 1);
@@ -288,7 +287,7 @@ TEST(SelectorSet, StepsABooleanThroughItsTwoValues) {
 }
 
 TEST(SelectorSet, ChecksTheAccessToABooleanAtEachRound) {
-    Device device(RootXml({"Gain"}) + SelectedXml("Gain", 0x100, {}) +
+    Device device(RootXml({"Gain"}) + SelectedXml("Gain", kGain, {}) +
                   RegXml{.name = "FlagReg", .address = 0}() +
                   NodeXml("Boolean", "Flag", "<pValue>FlagReg</pValue>" + Selects({"Gain"})));
     CSelectorSet set(&device.Get("Gain"));

@@ -8,8 +8,8 @@ namespace EngineTest {
 
 namespace {
 
-constexpr const char* kGuid = "00112233-4455-6677-8899-AABBCCDDEEFF";
-constexpr int64_t kAddress = 0x100;
+constexpr const char* kSmartGuid = "00112233-4455-6677-8899-AABBCCDDEEFF";
+constexpr int64_t kSmartAddress = 0x100;
 
 std::string SmartFeatureXml(const std::string& guid) {
     return "<SmartFeature Name=\"Smart\"><FeatureID>" + guid +
@@ -19,39 +19,40 @@ std::string SmartFeatureXml(const std::string& guid) {
 }  // namespace
 
 TEST(SmartFeature, AsksByItsGuidAndGivesTheAnswersAddress) {
-    XmlNodeMap map(SmartFeatureXml(kGuid));
-    map.Port().PutBytes(kAddress + 16, {0x01, 0x02, 0x03, 0x04, 0x0A, 0x0B, 0x0C, 0x0D});
+    XmlNodeMap map(SmartFeatureXml(kSmartGuid));
+    map.Port().PutBytes(kSmartAddress + 16, {0x01, 0x02, 0x03, 0x04, 0x0A, 0x0B, 0x0C, 0x0D});
     EXPECT_EQ(map.Get<IInteger>("Smart").GetValue(), 0x0A0B0C0D01020304);
-    const std::vector<TestPort::Access> accesses{{true, kAddress, 16}, {false, kAddress, 24}};
+    const std::vector<TestPort::Access> accesses{{true, kSmartAddress, 16},
+                                                 {false, kSmartAddress, 24}};
     EXPECT_EQ(map.Port().GetAccesses(), accesses);
-    EXPECT_THAT(map.Port().PeekBytes(kAddress, 16),
+    EXPECT_THAT(map.Port().PeekBytes(kSmartAddress, 16),
                 testing::ElementsAre(0x00, 0x11, 0x22, 0x33,  // one number of four bytes
                                      0x66, 0x77, 0x44, 0x55,  // two of two, as one of four
                                      0xBB, 0xAA, 0x99, 0x88, 0xFF, 0xEE, 0xDD, 0xCC));
 }
 
 TEST(SmartFeature, IsAccessibleAsItsPortIs) {
-    XmlNodeMap map(SmartFeatureXml(kGuid));
+    XmlNodeMap map(SmartFeatureXml(kSmartGuid));
     EXPECT_EQ(map.Get("Smart").GetAccessMode(), RW);
     EXPECT_EQ(map.Get<IRegister>("Smart").GetLength(), 24);
-    XmlNodeMap closed(SmartFeatureXml(kGuid));
+    XmlNodeMap closed(SmartFeatureXml(kSmartGuid));
     closed.Port().SetAccessMode(NA);
     EXPECT_EQ(closed.Get("Smart").GetAccessMode(), NA);
 }
 
 TEST(SmartFeature, AsksTheCameraAnewWhenTheCacheMayNotAnswer) {
-    XmlNodeMap map(SmartFeatureXml(kGuid));
+    XmlNodeMap map(SmartFeatureXml(kSmartGuid));
     auto& smart = map.Get<IInteger>("Smart");
     smart.GetValue();
     smart.GetValue();
     EXPECT_EQ(map.Port().GetAccesses().size(), 2U);
-    map.Port().PutBytes(kAddress + 16, {0, 0, 0, 5, 0, 0, 0, 0});
+    map.Port().PutBytes(kSmartAddress + 16, {0, 0, 0, 5, 0, 0, 0, 0});
     EXPECT_EQ(smart.GetValue(false, true), 5);
     EXPECT_EQ(map.Port().GetAccesses().size(), 4U);
 }
 
 TEST(SmartFeature, IsAnIntegerWithoutLimits) {
-    XmlNodeMap map(SmartFeatureXml(kGuid));
+    XmlNodeMap map(SmartFeatureXml(kSmartGuid));
     auto& smart = map.Get<IInteger>("Smart");
     EXPECT_EQ(map.Get("Smart").GetPrincipalInterfaceType(), intfIInteger);
     EXPECT_EQ(smart.GetMin(), std::numeric_limits<int64_t>::min());
@@ -60,7 +61,7 @@ TEST(SmartFeature, IsAnIntegerWithoutLimits) {
 }
 
 TEST(SmartFeature, CannotBeWritten) {
-    XmlNodeMap map(SmartFeatureXml(kGuid));
+    XmlNodeMap map(SmartFeatureXml(kSmartGuid));
     auto& smart = map.Get<IInteger>("Smart");
     for (const bool verify : {true, false}) {
         EXPECT_EQ(DescriptionOf<RuntimeException>([&] { smart.SetValue(1, verify); }),
@@ -76,7 +77,7 @@ TEST(SmartFeature, NeedsAGuid) {
         EXPECT_EQ(DescriptionOf<RuntimeException>([&] { XmlNodeMap map(SmartFeatureXml(bad)); }),
                   "Error while parsing XML file : " + bad + " is not a valid GUID");
     }
-    EXPECT_NO_THROW(XmlNodeMap map(SmartFeatureXml("{" + std::string(kGuid) + "}")));
+    EXPECT_NO_THROW(XmlNodeMap map(SmartFeatureXml("{" + std::string(kSmartGuid) + "}")));
 }
 
 TEST(Guid, KeepsTheFormOfRegistries) {

@@ -33,10 +33,6 @@ struct KnifeXml {
     std::string Integer() const { return As("IntSwissKnife"); }
 };
 
-std::string Reg(const std::string& name, int address, const std::string& caching = "WriteThrough") {
-    return RegXml{.name = name, .address = address, .caching = caching}();
-}
-
 double FloatOf(const std::string& body, const char* name = "Knife") {
     return XmlNodeMap(body).Get<IFloat>(name).GetValue();
 }
@@ -50,7 +46,7 @@ TEST(SwissKnife, ComputesFromItsVariables) {
     XmlNodeMap nodes(
         KnifeXml{.formula = "RAW*GAIN+0.5", .variables = {{"RAW", "Reg"}, {"GAIN", "Gain"}}}
             .Float() +
-        Reg("Reg", 0) +
+        IntReg("Reg", 0) +
         "<FloatReg Name=\"Gain\"><Address>8</Address><Length>8</Length>"
         "<AccessMode>RW</AccessMode><pPort>Device</pPort>"
         "<Endianess>LittleEndian</Endianess></FloatReg>");
@@ -65,7 +61,7 @@ TEST(SwissKnife, ComputesFromItsVariables) {
 }
 
 TEST(IntSwissKnife, ComputesFromItsVariablesInIntegers) {
-    const std::string variables = Reg("Reg", 0) +
+    const std::string variables = IntReg("Reg", 0) +
                                   "<Float Name=\"Float\"><Value>2.5</Value></Float>" +
                                   "<Boolean Name=\"Flag\"><Value>1</Value></Boolean>";
     XmlNodeMap nodes(KnifeXml{.formula = "RAW/2+FLOAT*100+FLAG",
@@ -298,7 +294,7 @@ TEST(SwissKnife, IsCheckedWithTheLockOfItsMap) {
 TEST(SwissKnife, TellsWhyItsFormulaCannotBeEvaluated) {
     for (const bool isFloat : {true, false}) {
         const KnifeXml knife{.formula = "100/A", .variables = {{"A", "Reg"}}};
-        XmlNodeMap nodes((isFloat ? knife.Float() : knife.Integer()) + Reg("Reg", 0));
+        XmlNodeMap nodes((isFloat ? knife.Float() : knife.Integer()) + IntReg("Reg", 0));
         const auto read = [&] {
             return isFloat ? nodes.Get<IFloat>("Knife").GetValue()
                            : static_cast<double>(nodes.Get<IInteger>("Knife").GetValue());
@@ -314,7 +310,8 @@ TEST(SwissKnife, TellsWhyItsFormulaCannotBeEvaluated) {
 }
 
 TEST(SwissKnife, FailsWithAVariableThatCannotBeRead) {
-    XmlNodeMap nodes(KnifeXml{.formula = "A", .variables = {{"A", "Reg"}}}.Float() + Reg("Reg", 0));
+    XmlNodeMap nodes(KnifeXml{.formula = "A", .variables = {{"A", "Reg"}}}.Float() +
+                     IntReg("Reg", 0));
     nodes.Port().FailAccess(1);
     EXPECT_THROW(nodes.Get<IFloat>("Knife").GetValue(), TimeoutException);
     EXPECT_EQ(nodes.Get<IFloat>("Knife").GetValue(), 0.0);
@@ -386,7 +383,7 @@ TEST(SwissKnife, IsAsAccessibleAsItsVariables) {
 
 TEST(SwissKnife, HasConditionsOfItsOwn) {
     XmlNodeMap nodes(KnifeXml{.formula = "1", .common = Element("pIsAvailable", "Flag")}.Float() +
-                     Reg("Flag", 0));
+                     IntReg("Flag", 0));
     EXPECT_EQ(nodes.Get("Knife").GetAccessMode(), NA);
     EXPECT_EQ(DescriptionOf<AccessException>([&] { nodes.Get<IFloat>("Knife").GetValue(); }),
               "Node is not readable.");
@@ -403,7 +400,7 @@ namespace {
 ECachingMode ModeOver(const std::string& first, const std::string& second) {
     XmlNodeMap nodes(
         KnifeXml{.formula = "A+B", .variables = {{"A", "First"}, {"B", "Second"}}}.Integer() +
-        Reg("First", 0, first) + Reg("Second", 4, second));
+        IntReg("First", 0, first) + IntReg("Second", 4, second));
     return nodes.Get("Knife").GetCachingMode();
 }
 
@@ -421,7 +418,7 @@ TEST(SwissKnife, CachesAsItsVariablesDo) {
 TEST(SwissKnife, IsEvaluatedOnceUntilAVariableChanges) {
     XmlNodeMap nodes(
         KnifeXml{.formula = "A+B", .variables = {{"A", "First"}, {"B", "Second"}}}.Integer() +
-        Reg("First", 0) + Reg("Second", 4));
+        IntReg("First", 0) + IntReg("Second", 4));
     auto& knife = nodes.Get<IInteger>("Knife");
     nodes.Port().Put<int32_t>(0, 1);
     EXPECT_EQ(knife.GetValue(), 1);
@@ -436,7 +433,8 @@ TEST(SwissKnife, IsEvaluatedOnceUntilAVariableChanges) {
 }
 
 TEST(SwissKnife, PassesOnThatTheCacheIsToBeIgnored) {
-    XmlNodeMap nodes(KnifeXml{.formula = "A", .variables = {{"A", "Reg"}}}.Float() + Reg("Reg", 0));
+    XmlNodeMap nodes(KnifeXml{.formula = "A", .variables = {{"A", "Reg"}}}.Float() +
+                     IntReg("Reg", 0));
     auto& knife = nodes.Get<IFloat>("Knife");
     EXPECT_EQ(knife.GetValue(), 0.0);
     nodes.Port().Put<int32_t>(0, 7);
@@ -447,7 +445,8 @@ TEST(SwissKnife, PassesOnThatTheCacheIsToBeIgnored) {
 
 TEST(SwissKnife, PassesOnThatValuesAreToBeVerified) {
     XmlNodeMap nodes(KnifeXml{.formula = "A", .variables = {{"A", "Limited"}}}.Integer() +
-                     IntegerXml("Limited", "", "<pValue>Reg</pValue><Max>5</Max>") + Reg("Reg", 0));
+                     IntegerXml("Limited", "", "<pValue>Reg</pValue><Max>5</Max>") +
+                     IntReg("Reg", 0));
     nodes.Port().Put<int32_t>(0, 6);
     auto& knife = nodes.Get<IInteger>("Knife");
     EXPECT_EQ(knife.GetValue(), 6);
@@ -457,7 +456,7 @@ TEST(SwissKnife, PassesOnThatValuesAreToBeVerified) {
 
 TEST(SwissKnife, IsNotCachedOverWhatIsNot) {
     XmlNodeMap nodes(KnifeXml{.formula = "A*2", .variables = {{"A", "Reg"}}}.Integer() +
-                     Reg("Reg", 0, "NoCache"));
+                     IntReg("Reg", 0, "NoCache"));
     auto& knife = nodes.Get<IInteger>("Knife");
     EXPECT_EQ(knife.GetValue(), 0);
     nodes.Port().Put<int32_t>(0, 21);

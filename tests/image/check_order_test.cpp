@@ -5,7 +5,7 @@
 
 namespace {
 
-struct Call {
+struct InterpolationCall {
     alignas(2) uint8_t source[512] = {};
     GuardedBytes destination{1024, 0};
     const void* src = source;
@@ -20,80 +20,81 @@ struct Call {
     bool IsUntouched() const { return destination.IsUntouched(); }
 };
 
-using Refusals = std::vector<Refusal<Call>>;
+using InterpolationRefusals = std::vector<Refusal<InterpolationCall>>;
 
-const Refusals kOrder = {
-    {"order", [](Call& c) { c.order = 2; }, QY_NOT_SUPPORTED},
-    {"negative order", [](Call& c) { c.order = -1; }, QY_NOT_SUPPORTED},
+const InterpolationRefusals kOrder = {
+    {"order", [](InterpolationCall& c) { c.order = 2; }, QY_NOT_SUPPORTED},
+    {"negative order", [](InterpolationCall& c) { c.order = -1; }, QY_NOT_SUPPORTED},
 };
-const Refusal<Call> kSource = {"source", [](Call& c) { c.src = nullptr; }, QY_PARAMETER_INVALID};
-const Refusal<Call> kDestination = {"destination", [](Call& c) { c.dst = nullptr; },
-                                    QY_PARAMETER_INVALID};
-const Refusals kStride = {
+const Refusal<InterpolationCall> kSource = {"source", [](InterpolationCall& c) { c.src = nullptr; },
+                                            QY_PARAMETER_INVALID};
+const Refusal<InterpolationCall> kDestination = {
+    "destination", [](InterpolationCall& c) { c.dst = nullptr; }, QY_PARAMETER_INVALID};
+const InterpolationRefusals kStride = {
     kDestination,
-    {"no column", [](Call& c) { c.width = 0; }, QY_PARAMETER_INVALID},
-    {"no row", [](Call& c) { c.height = 0; }, QY_PARAMETER_INVALID},
-    {"one column", [](Call& c) { c.width = 1; }, QY_PARAMETER_INVALID},
-    {"one row", [](Call& c) { c.height = 1; }, QY_PARAMETER_INVALID},
-    {"stride", [](Call& c) { c.stride = 1; }, QY_PARAMETER_INVALID},
-    {"negative stride", [](Call& c) { c.stride = -8; }, QY_PARAMETER_INVALID},
+    {"no column", [](InterpolationCall& c) { c.width = 0; }, QY_PARAMETER_INVALID},
+    {"no row", [](InterpolationCall& c) { c.height = 0; }, QY_PARAMETER_INVALID},
+    {"one column", [](InterpolationCall& c) { c.width = 1; }, QY_PARAMETER_INVALID},
+    {"one row", [](InterpolationCall& c) { c.height = 1; }, QY_PARAMETER_INVALID},
+    {"stride", [](InterpolationCall& c) { c.stride = 1; }, QY_PARAMETER_INVALID},
+    {"negative stride", [](InterpolationCall& c) { c.stride = -8; }, QY_PARAMETER_INVALID},
     kSource,
 };
-const Refusals kMethod = {
-    {"method", [](Call& c) { c.method = 3; }, QY_NOT_SUPPORTED},
-    {"negative method", [](Call& c) { c.method = -1; }, QY_NOT_SUPPORTED},
+const InterpolationRefusals kMethod = {
+    {"method", [](InterpolationCall& c) { c.method = 3; }, QY_NOT_SUPPORTED},
+    {"negative method", [](InterpolationCall& c) { c.method = -1; }, QY_NOT_SUPPORTED},
 };
-const Refusals kSize = {
-    {"odd width", [](Call& c) { c.width = 7; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"odd height", [](Call& c) { c.height = 7; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"narrow", [](Call& c) { c.width = 2; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"low", [](Call& c) { c.height = 2; }, QY_PARAMETER_OUT_OF_BOUND},
+const InterpolationRefusals kSizes = {
+    {"odd width", [](InterpolationCall& c) { c.width = 7; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"odd height", [](InterpolationCall& c) { c.height = 7; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"narrow", [](InterpolationCall& c) { c.width = 2; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"low", [](InterpolationCall& c) { c.height = 2; }, QY_PARAMETER_OUT_OF_BOUND},
 };
-const Refusals kNothing = {
-    {"no width", [](Call& c) { c.width = 0; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"no height", [](Call& c) { c.height = 0; }, QY_PARAMETER_OUT_OF_BOUND},
+const InterpolationRefusals kNothing = {
+    {"no width", [](InterpolationCall& c) { c.width = 0; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"no height", [](InterpolationCall& c) { c.height = 0; }, QY_PARAMETER_OUT_OF_BOUND},
 };
 
-Refusals Join(const std::vector<Refusals>& parts) {
-    Refusals all;
-    for (const Refusals& part : parts) {
+InterpolationRefusals Join(const std::vector<InterpolationRefusals>& parts) {
+    InterpolationRefusals all;
+    for (const InterpolationRefusals& part : parts) {
         all.insert(all.end(), part.begin(), part.end());
     }
     return all;
 }
 
-const Refusals kDense = Join({{kSource, kDestination}, kMethod, kSize, kNothing});
+const InterpolationRefusals kDense = Join({{kSource, kDestination}, kMethod, kSizes, kNothing});
 
-struct Function {
+struct Interpolation {
     const char* name;
-    QY_STATUS (*run)(const Call& call);
-    Refusals refusals;
+    QY_STATUS (*run)(const InterpolationCall& call);
+    InterpolationRefusals refusals;
 };
 
-const Function kFunctions[] = {
+const Interpolation kInterpolations[] = {
     {"QyRaw8toRGB24",
-     [](const Call& c) {
+     [](const InterpolationCall& c) {
          return QyRaw8toRGB24(c.src, c.dst, c.width, c.height, c.method, c.filter, 0);
      },
      kDense},
     {"QyRaw8toRGB24Ex",
-     [](const Call& c) {
+     [](const InterpolationCall& c) {
          return QyRaw8toRGB24Ex(c.src, c.dst, c.width, c.height, c.method, c.filter, 0, c.order);
      },
      Join({kOrder, kDense})},
     {"QyRaw8toARGB32",
-     [](const Call& c) {
+     [](const InterpolationCall& c) {
          return QyRaw8toARGB32(c.src, c.dst, c.width, c.height, c.stride, c.method, c.filter, 0, 0);
      },
-     Join({kStride, kMethod, kSize})},
+     Join({kStride, kMethod, kSizes})},
     {"QyRaw16toRGB48",
-     [](const Call& c) {
+     [](const InterpolationCall& c) {
          return QyRaw16toRGB48(c.src, c.dst, c.width, c.height, 12, c.method, c.filter, 0);
      },
      kDense},
 };
 
-class CheckOrder : public testing::TestWithParam<Function> {};
+class CheckOrder : public testing::TestWithParam<Interpolation> {};
 
 TEST_P(CheckOrder, TheFirstOfTwoBadArgumentsDecides) {
     ExpectFirstRefusalDecides(GetParam().refusals, GetParam().run);
@@ -101,8 +102,8 @@ TEST_P(CheckOrder, TheFirstOfTwoBadArgumentsDecides) {
 
 TEST_P(CheckOrder, ALayoutThatIsUnknownOrAbsentSparesNoCheck) {
     for (const int filter : {-1, 0, 5}) {
-        for (const Refusal<Call>& refusal : GetParam().refusals) {
-            Call call;
+        for (const Refusal<InterpolationCall>& refusal : GetParam().refusals) {
+            InterpolationCall call;
             call.filter = filter;
             refusal.spoil(call);
             EXPECT_EQ(GetParam().run(call), refusal.status) << refusal.name << ", " << filter;
@@ -116,7 +117,7 @@ TEST_P(CheckOrder, TheEdgeDirectedMethodNeedsSixRowsAndColumns) {
         for (const auto& [width, height, status] : {std::tuple{4U, 6U, QY_PARAMETER_OUT_OF_BOUND},
                                                     {6U, 4U, QY_PARAMETER_OUT_OF_BOUND},
                                                     {6U, 6U, QY_OK}}) {
-            Call call;
+            InterpolationCall call;
             call.method = QY_RAW2RGB_ADAPTIVE;
             call.filter = filter;
             call.width = width;
@@ -127,7 +128,7 @@ TEST_P(CheckOrder, TheEdgeDirectedMethodNeedsSixRowsAndColumns) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, CheckOrder, testing::ValuesIn(kFunctions),
+INSTANTIATE_TEST_SUITE_P(All, CheckOrder, testing::ValuesIn(kInterpolations),
                          [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace

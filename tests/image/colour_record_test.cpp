@@ -116,7 +116,7 @@ TEST(Coefficients, ALockThatFailsIsASystemError) {
 }
 
 /// A call that succeeds.
-struct Call {
+struct CoefficientCall {
     TestRecord owner;
     GuardedBytes words{sizeof(Words), 0};
     const QyColorCorrectionRecord* record = &owner.record;
@@ -128,15 +128,17 @@ struct Call {
 };
 
 TEST(CoefficientChecks, ComeInOrder) {
-    const std::vector<Refusal<Call>> refusals = {
-        {"coefficients", [](Call& c) { c.coefficients = nullptr; }, QY_PARAMETER_INVALID},
-        {"size", [](Call& c) { c.size = 17; }, QY_PARAMETER_INVALID},
-        {"larger size", [](Call& c) { c.size = 19; }, QY_PARAMETER_INVALID},
-        {"saturation", [](Call& c) { c.saturation = 129; }, QY_PARAMETER_OUT_OF_BOUND},
-        {"negative saturation", [](Call& c) { c.saturation = -64; }, QY_PARAMETER_OUT_OF_BOUND},
-        {"record", [](Call& c) { c.record = nullptr; }, QY_PARAMETER_INVALID},
+    const std::vector<Refusal<CoefficientCall>> refusals = {
+        {"coefficients", [](CoefficientCall& c) { c.coefficients = nullptr; },
+         QY_PARAMETER_INVALID},
+        {"size", [](CoefficientCall& c) { c.size = 17; }, QY_PARAMETER_INVALID},
+        {"larger size", [](CoefficientCall& c) { c.size = 19; }, QY_PARAMETER_INVALID},
+        {"saturation", [](CoefficientCall& c) { c.saturation = 129; }, QY_PARAMETER_OUT_OF_BOUND},
+        {"negative saturation", [](CoefficientCall& c) { c.saturation = -64; },
+         QY_PARAMETER_OUT_OF_BOUND},
+        {"record", [](CoefficientCall& c) { c.record = nullptr; }, QY_PARAMETER_INVALID},
     };
-    ExpectFirstRefusalDecides(refusals, [](const Call& c) {
+    ExpectFirstRefusalDecides(refusals, [](const CoefficientCall& c) {
         const auto status =
             QyCalcCCParam(c.record, c.saturation, static_cast<uint16_t*>(c.coefficients), c.size);
         EXPECT_TRUE(c.words.IsGuardWhole());

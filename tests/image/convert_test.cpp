@@ -6,7 +6,7 @@
 
 namespace {
 
-struct Call {
+struct ConversionCall {
     std::vector<uint8_t> source = std::vector<uint8_t>(64);
     GuardedBytes destination{64, 0};
     const void* src = source.data();
@@ -18,50 +18,52 @@ struct Call {
     bool IsUntouched() const { return destination.IsUntouched(); }
 };
 
-using Refusals = std::vector<Refusal<Call>>;
+using ConversionRefusals = std::vector<Refusal<ConversionCall>>;
 
-const Refusals kFrame = {
-    {"source", [](Call& c) { c.src = nullptr; }, QY_PARAMETER_INVALID},
-    {"destination", [](Call& c) { c.dst = nullptr; }, QY_PARAMETER_INVALID},
-    {"no width", [](Call& c) { c.width = 0; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"no height", [](Call& c) { c.height = 0; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"negative width", [](Call& c) { c.width = -4; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"negative height", [](Call& c) { c.height = -2; }, QY_PARAMETER_OUT_OF_BOUND},
+const ConversionRefusals kFrame = {
+    {"source", [](ConversionCall& c) { c.src = nullptr; }, QY_PARAMETER_INVALID},
+    {"destination", [](ConversionCall& c) { c.dst = nullptr; }, QY_PARAMETER_INVALID},
+    {"no width", [](ConversionCall& c) { c.width = 0; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"no height", [](ConversionCall& c) { c.height = 0; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"negative width", [](ConversionCall& c) { c.width = -4; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"negative height", [](ConversionCall& c) { c.height = -2; }, QY_PARAMETER_OUT_OF_BOUND},
 };
 
-Refusals FrameAnd(const Refusals& more) {
-    Refusals all = kFrame;
+ConversionRefusals FrameAnd(const ConversionRefusals& more) {
+    ConversionRefusals all = kFrame;
     all.insert(all.end(), more.begin(), more.end());
     return all;
 }
 
 /// A source without a destination of its own. An argument that is null as well
 /// stays null.
-const Refusals kPacked =
-    FrameAnd({{"same memory", [](Call& c) { c.src = c.dst; }, QY_PARAMETER_INVALID}});
+const ConversionRefusals kPacked =
+    FrameAnd({{"same memory", [](ConversionCall& c) { c.src = c.dst; }, QY_PARAMETER_INVALID}});
 
-const Refusals kReduced =
-    FrameAnd({{"bits", [](Call& c) { c.validBit = 5; }, QY_PARAMETER_OUT_OF_BOUND},
-              {"negative bits", [](Call& c) { c.validBit = -1; }, QY_PARAMETER_OUT_OF_BOUND}});
+const ConversionRefusals kReduced = FrameAnd(
+    {{"bits", [](ConversionCall& c) { c.validBit = 5; }, QY_PARAMETER_OUT_OF_BOUND},
+     {"negative bits", [](ConversionCall& c) { c.validBit = -1; }, QY_PARAMETER_OUT_OF_BOUND}});
 
 TEST(ConvertRefusals, OfPacked12ComeInOrder) {
-    ExpectFirstRefusalDecides(
-        kPacked, [](Call& c) { return QyRaw12PackedToRaw16(c.src, c.dst, c.width, c.height); });
+    ExpectFirstRefusalDecides(kPacked, [](ConversionCall& c) {
+        return QyRaw12PackedToRaw16(c.src, c.dst, c.width, c.height);
+    });
 }
 
 TEST(ConvertRefusals, OfPacked10ComeInOrder) {
-    ExpectFirstRefusalDecides(
-        kPacked, [](Call& c) { return QyRaw10PackedToRaw16(c.src, c.dst, c.width, c.height); });
+    ExpectFirstRefusalDecides(kPacked, [](ConversionCall& c) {
+        return QyRaw10PackedToRaw16(c.src, c.dst, c.width, c.height);
+    });
 }
 
 TEST(ConvertRefusals, OfWordsComeInOrder) {
-    ExpectFirstRefusalDecides(kReduced, [](Call& c) {
+    ExpectFirstRefusalDecides(kReduced, [](ConversionCall& c) {
         return QyRaw16toRaw8(c.src, c.dst, c.width, c.height, c.validBit);
     });
 }
 
 TEST(ConvertRefusals, OfThreeWordsAPixelComeInOrder) {
-    ExpectFirstRefusalDecides(kReduced, [](Call& c) {
+    ExpectFirstRefusalDecides(kReduced, [](ConversionCall& c) {
         return QyRGB48toRGB24(c.src, c.dst, c.width, c.height, c.validBit);
     });
 }

@@ -88,8 +88,8 @@ TEST_P(Defects, WordsAboveTheBitsAreTakenAsTheyAre) {
 INSTANTIATE_TEST_SUITE_P(All, Defects, testing::Values(8, 9, 10, 12, 14, 15, 16));
 
 /// A call that succeeds and repairs a sample.
-struct Call {
-    Call() {
+struct DefectCall {
+    DefectCall() {
         for (size_t i = 0; i < frame.Size(); ++i) {
             frame.Data()[i] = kGuard;
         }
@@ -110,17 +110,17 @@ struct Call {
 };
 
 TEST(DefectChecks, ComeInOrder) {
-    const std::vector<Refusal<Call>> refusals = {
-        {"buffer", [](Call& c) { c.buffer = nullptr; }, QY_PARAMETER_INVALID},
-        {"four columns", [](Call& c) { c.width = 4; }, QY_PARAMETER_OUT_OF_BOUND},
-        {"four rows", [](Call& c) { c.height = 4; }, QY_PARAMETER_OUT_OF_BOUND},
-        {"negative width", [](Call& c) { c.width = -5; }, QY_PARAMETER_OUT_OF_BOUND},
-        {"negative height", [](Call& c) { c.height = -5; }, QY_PARAMETER_OUT_OF_BOUND},
-        {"seven bits", [](Call& c) { c.bits = 7; }, QY_PARAMETER_OUT_OF_BOUND},
-        {"seventeen bits", [](Call& c) { c.bits = 17; }, QY_PARAMETER_OUT_OF_BOUND},
-        {"negative bits", [](Call& c) { c.bits = -8; }, QY_PARAMETER_OUT_OF_BOUND},
+    const std::vector<Refusal<DefectCall>> refusals = {
+        {"buffer", [](DefectCall& c) { c.buffer = nullptr; }, QY_PARAMETER_INVALID},
+        {"four columns", [](DefectCall& c) { c.width = 4; }, QY_PARAMETER_OUT_OF_BOUND},
+        {"four rows", [](DefectCall& c) { c.height = 4; }, QY_PARAMETER_OUT_OF_BOUND},
+        {"negative width", [](DefectCall& c) { c.width = -5; }, QY_PARAMETER_OUT_OF_BOUND},
+        {"negative height", [](DefectCall& c) { c.height = -5; }, QY_PARAMETER_OUT_OF_BOUND},
+        {"seven bits", [](DefectCall& c) { c.bits = 7; }, QY_PARAMETER_OUT_OF_BOUND},
+        {"seventeen bits", [](DefectCall& c) { c.bits = 17; }, QY_PARAMETER_OUT_OF_BOUND},
+        {"negative bits", [](DefectCall& c) { c.bits = -8; }, QY_PARAMETER_OUT_OF_BOUND},
     };
-    ExpectFirstRefusalDecides(refusals, [](const Call& c) {
+    ExpectFirstRefusalDecides(refusals, [](const DefectCall& c) {
         return QyAutoRawDefectivePixelCorrect(c.buffer, c.width, c.height, c.bits);
     });
 }

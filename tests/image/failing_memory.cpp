@@ -11,7 +11,7 @@ namespace {
 thread_local size_t countdown = 0;
 thread_local bool hasFailed = false;
 thread_local size_t allocations = 0;
-thread_local size_t bytes = 0;
+thread_local size_t heapBytes = 0;
 thread_local size_t frees = 0;
 
 bool Fails() {
@@ -25,7 +25,7 @@ void* Counted(void* memory, size_t size) {
         throw std::bad_alloc();
     }
     ++allocations;
-    bytes += size;
+    heapBytes += size;
     return memory;
 }
 
@@ -50,14 +50,14 @@ bool FailingMemory::HasFailed() {
     return hasFailed;
 }
 
-MemoryUse::MemoryUse() : m_allocations(allocations), m_bytes(bytes), m_frees(frees) {}
+MemoryUse::MemoryUse() : m_allocations(allocations), m_bytes(heapBytes), m_frees(frees) {}
 
 size_t MemoryUse::Allocations() const {
     return allocations - m_allocations;
 }
 
 size_t MemoryUse::Bytes() const {
-    return bytes - m_bytes;
+    return heapBytes - m_bytes;
 }
 
 size_t MemoryUse::Left() const {

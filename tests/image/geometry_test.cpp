@@ -88,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(All, Geometry, testing::ValuesIn(kMoves),
                          [](const auto& test) { return std::string(test.param.name); });
 
 /// A call that succeeds.
-struct Call {
+struct MoveCall {
     uint8_t source[16] = {};
     GuardedBytes destination{16, 0};
     const void* src = source;
@@ -100,31 +100,33 @@ struct Call {
     bool IsUntouched() const { return destination.IsUntouched(); }
 };
 
-const std::vector<Refusal<Call>> kRefusals = {
-    {"source", [](Call& c) { c.src = nullptr; }, QY_PARAMETER_INVALID},
-    {"destination", [](Call& c) { c.dst = nullptr; }, QY_PARAMETER_INVALID},
-    {"no width", [](Call& c) { c.width = 0; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"no height", [](Call& c) { c.height = 0; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"negative width", [](Call& c) { c.width = -4; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"negative height", [](Call& c) { c.height = -4; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"in place", [](Call& c) { c.src != nullptr&& c.dst != nullptr ? c.src = c.dst : nullptr; },
+const std::vector<Refusal<MoveCall>> kMoveRefusals = {
+    {"source", [](MoveCall& c) { c.src = nullptr; }, QY_PARAMETER_INVALID},
+    {"destination", [](MoveCall& c) { c.dst = nullptr; }, QY_PARAMETER_INVALID},
+    {"no width", [](MoveCall& c) { c.width = 0; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"no height", [](MoveCall& c) { c.height = 0; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"negative width", [](MoveCall& c) { c.width = -4; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"negative height", [](MoveCall& c) { c.height = -4; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"in place", [](MoveCall& c) { c.src != nullptr&& c.dst != nullptr ? c.src = c.dst : nullptr; },
      QY_PARAMETER_INVALID},
 };
 
 TEST(GeometryChecks, ComeInOrderForMirrors) {
-    auto refusals = kRefusals;
-    refusals.push_back({"mode", [](Call& c) { c.mode = 2; }, QY_NOT_SUPPORTED});
-    refusals.push_back({"negative mode", [](Call& c) { c.mode = -1; }, QY_NOT_SUPPORTED});
-    ExpectFirstRefusalDecides(refusals, [](const Call& c) {
+    auto refusals = kMoveRefusals;
+    refusals.push_back({"mode", [](MoveCall& c) { c.mode = 2; }, QY_NOT_SUPPORTED});
+    refusals.push_back({"negative mode", [](MoveCall& c) { c.mode = -1; }, QY_NOT_SUPPORTED});
+    ExpectFirstRefusalDecides(refusals, [](const MoveCall& c) {
         return QyImageMirror(c.src, c.dst, c.width, c.height, c.mode);
     });
 }
 
 TEST(GeometryChecks, ComeInOrderForTurns) {
-    ExpectFirstRefusalDecides(
-        kRefusals, [](const Call& c) { return QyRotate90CW8B(c.src, c.dst, c.width, c.height); });
-    ExpectFirstRefusalDecides(
-        kRefusals, [](const Call& c) { return QyRotate90CCW8B(c.src, c.dst, c.width, c.height); });
+    ExpectFirstRefusalDecides(kMoveRefusals, [](const MoveCall& c) {
+        return QyRotate90CW8B(c.src, c.dst, c.width, c.height);
+    });
+    ExpectFirstRefusalDecides(kMoveRefusals, [](const MoveCall& c) {
+        return QyRotate90CCW8B(c.src, c.dst, c.width, c.height);
+    });
 }
 
 TEST(GeometryChecks, MirroringInPlaceIsRefusedEvenWhereItCouldWork) {

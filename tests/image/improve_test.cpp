@@ -44,14 +44,14 @@ ToneRecord MakeNoise(uint32_t kind, uint32_t most) {
 }
 
 /// One of the three functions.
-struct Function {
+struct ImprovementFunction {
     const char* name;
     size_t width;
     size_t red;
     QY_STATUS (*run)(const void* src, void* dst, int width, int height, const Improvement& how);
 };
 
-const Function kFunctions[] = {
+const ImprovementFunction kImprovementFunctions[] = {
     {"Rgb", 3, 0,
      [](const void* src, void* dst, int width, int height, const Improvement& how) {
          return QyImageImprovment(src, dst, width, height, how.record, how.contrast, how.gamma);
@@ -72,14 +72,14 @@ const Function kFunctions[] = {
      }},
 };
 
-/// Function, and which of record, contrast and gamma are given, by bits.
-class Improve : public testing::TestWithParam<std::tuple<Function, int>> {
+/// ImprovementFunction, and which of record, contrast and gamma are given, by bits.
+class Improve : public testing::TestWithParam<std::tuple<ImprovementFunction, int>> {
 protected:
     Improve() : m_contrast(MakeContrast(60)), m_gamma(MakeGamma(0.6)) {
         m_record.SetMatrix({25, -6, -3, -4, 22, -2, 1, -9, 24});
     }
 
-    const Function& TheFunction() const { return std::get<0>(GetParam()); }
+    const ImprovementFunction& TheFunction() const { return std::get<0>(GetParam()); }
     Improvement Make() const {
         Improvement how;
         const int given = std::get<1>(GetParam());
@@ -166,12 +166,11 @@ TEST_P(Improve, GentleTables) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Improve,
-                         testing::Combine(testing::ValuesIn(kFunctions), testing::Range(1, 8)),
-                         [](const auto& test) {
-                             return std::string(std::get<0>(test.param).name) +
-                                    std::to_string(std::get<1>(test.param));
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    All, Improve, testing::Combine(testing::ValuesIn(kImprovementFunctions), testing::Range(1, 8)),
+    [](const auto& test) {
+        return std::string(std::get<0>(test.param).name) + std::to_string(std::get<1>(test.param));
+    });
 
 TEST(ImproveOrder, SwapsTheRolesOfFirstAndLastByteAndLeavesTheMatrix) {
     TestRecord record;
@@ -245,7 +244,7 @@ TEST(ImproveLock, ThatFailsIsASystemErrorAndWritesNothing) {
     GuardedBytes out(16, 0);
     Improvement how;
     how.record = &record.record;
-    const auto codeOf = [&](const Function& function) {
+    const auto codeOf = [&](const ImprovementFunction& function) {
         try {
             function.run(image.data(), out.Data(), 2, 2, how);
             return 0;
@@ -254,12 +253,12 @@ TEST(ImproveLock, ThatFailsIsASystemErrorAndWritesNothing) {
         }
     };
     ASSERT_EQ(pthread_mutex_lock(record.Mutex()), 0);
-    for (const Function& function : kFunctions) {
+    for (const ImprovementFunction& function : kImprovementFunctions) {
         EXPECT_EQ(codeOf(function), EDEADLK) << function.name;
     }
     EXPECT_EQ(pthread_mutex_unlock(record.Mutex()), 0);
     record.record.lock = nullptr;
-    for (const Function& function : kFunctions) {
+    for (const ImprovementFunction& function : kImprovementFunctions) {
         EXPECT_EQ(codeOf(function), EINVAL) << function.name;
     }
     EXPECT_TRUE(out.IsUntouched());
@@ -271,7 +270,7 @@ TEST(ImproveLock, IsLeftFree) {
     std::vector<uint8_t> out(16);
     Improvement how;
     how.record = &record.record;
-    for (const Function& function : kFunctions) {
+    for (const ImprovementFunction& function : kImprovementFunctions) {
         EXPECT_EQ(function.run(image.data(), out.data(), 2, 2, how), QY_OK);
         EXPECT_EQ(pthread_mutex_lock(record.Mutex()), 0) << function.name;
         EXPECT_EQ(pthread_mutex_unlock(record.Mutex()), 0) << function.name;
@@ -284,13 +283,13 @@ TEST(ImproveLock, IsNotTakenByACallThatIsRefused) {
     const auto image = MakeBytes(16, Content::Random);
     Improvement how;
     how.record = &record.record;
-    for (const Function& function : kFunctions) {
+    for (const ImprovementFunction& function : kImprovementFunctions) {
         EXPECT_EQ(function.run(image.data(), nullptr, 2, 2, how), QY_PARAMETER_INVALID);
     }
 }
 
 /// A call that succeeds.
-struct Call {
+struct ImprovementCall {
     TestRecord owner;
     ToneRecord contrastRecord = MakeNoise(1, 4095);
     ToneRecord gammaRecord = MakeNoise(0, 4095);
@@ -306,40 +305,41 @@ struct Call {
     bool IsUntouched() const { return destination.IsUntouched(); }
 };
 
-void GiveGammaForContrast(Call& call) {
+void GiveGammaForContrast(ImprovementCall& call) {
     if (call.how.contrast != nullptr) {
         call.contrastRecord.back() = 0;
     }
 }
 
-const std::vector<Refusal<Call>> kRefusals = {
-    {"source", [](Call& c) { c.src = nullptr; }, QY_PARAMETER_INVALID},
-    {"destination", [](Call& c) { c.dst = nullptr; }, QY_PARAMETER_INVALID},
-    {"no width", [](Call& c) { c.width = 0; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"no height", [](Call& c) { c.height = 0; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"negative width", [](Call& c) { c.width = -4; }, QY_PARAMETER_OUT_OF_BOUND},
-    {"negative height", [](Call& c) { c.height = -4; }, QY_PARAMETER_OUT_OF_BOUND},
+const std::vector<Refusal<ImprovementCall>> kImprovementRefusals = {
+    {"source", [](ImprovementCall& c) { c.src = nullptr; }, QY_PARAMETER_INVALID},
+    {"destination", [](ImprovementCall& c) { c.dst = nullptr; }, QY_PARAMETER_INVALID},
+    {"no width", [](ImprovementCall& c) { c.width = 0; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"no height", [](ImprovementCall& c) { c.height = 0; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"negative width", [](ImprovementCall& c) { c.width = -4; }, QY_PARAMETER_OUT_OF_BOUND},
+    {"negative height", [](ImprovementCall& c) { c.height = -4; }, QY_PARAMETER_OUT_OF_BOUND},
     {"kind of the contrast", GiveGammaForContrast, QY_PARAMETER_INVALID},
-    {"kind of the gamma", [](Call& c) { c.gammaRecord.back() = 1; }, QY_PARAMETER_INVALID},
-    {"nothing to do", [](Call& c) { c.how = Improvement(); }, QY_PARAMETER_INVALID},
+    {"kind of the gamma", [](ImprovementCall& c) { c.gammaRecord.back() = 1; },
+     QY_PARAMETER_INVALID},
+    {"nothing to do", [](ImprovementCall& c) { c.how = Improvement(); }, QY_PARAMETER_INVALID},
 };
 
 TEST(ImproveChecks, ComeInOrder) {
-    for (const Function& function : kFunctions) {
+    for (const ImprovementFunction& function : kImprovementFunctions) {
         SCOPED_TRACE(function.name);
-        ExpectFirstRefusalDecides(kRefusals, [&](const Call& c) {
+        ExpectFirstRefusalDecides(kImprovementRefusals, [&](const ImprovementCall& c) {
             return function.run(c.src, c.dst, c.width, c.height, c.how);
         });
     }
 }
 
 TEST(ImproveChecks, AnUnknownOrderComesBeforeEverythingElse) {
-    std::vector<Refusal<Call>> refusals = {
-        {"order", [](Call& c) { c.order = 2; }, QY_NOT_SUPPORTED},
-        {"negative order", [](Call& c) { c.order = -1; }, QY_NOT_SUPPORTED},
+    std::vector<Refusal<ImprovementCall>> refusals = {
+        {"order", [](ImprovementCall& c) { c.order = 2; }, QY_NOT_SUPPORTED},
+        {"negative order", [](ImprovementCall& c) { c.order = -1; }, QY_NOT_SUPPORTED},
     };
-    refusals.insert(refusals.end(), kRefusals.begin(), kRefusals.end());
-    ExpectFirstRefusalDecides(refusals, [](const Call& c) {
+    refusals.insert(refusals.end(), kImprovementRefusals.begin(), kImprovementRefusals.end());
+    ExpectFirstRefusalDecides(refusals, [](const ImprovementCall& c) {
         return QyImageImprovmentEx(c.src, c.dst, c.width, c.height, c.how.record, c.how.contrast,
                                    c.how.gamma, c.order);
     });
@@ -348,7 +348,7 @@ TEST(ImproveChecks, AnUnknownOrderComesBeforeEverythingElse) {
 TEST(ImproveChecks, NothingToDoIsInvalidAndNoSuccess) {
     const std::vector<uint8_t> image(12);
     std::vector<uint8_t> out(12);
-    for (const Function& function : kFunctions) {
+    for (const ImprovementFunction& function : kImprovementFunctions) {
         EXPECT_EQ(function.run(image.data(), out.data(), 3, 1, {}), QY_PARAMETER_INVALID);
     }
 }
@@ -358,7 +358,7 @@ TEST(ImproveChecks, AGammaRecordIsNoContrast) {
     std::vector<uint8_t> out(12);
     const auto gamma = MakeGamma(1);
     const auto contrast = MakeContrast(0);
-    for (const Function& function : kFunctions) {
+    for (const ImprovementFunction& function : kImprovementFunctions) {
         Improvement how;
         how.contrast = gamma.data();
         EXPECT_EQ(function.run(image.data(), out.data(), 3, 1, how), QY_PARAMETER_INVALID);

@@ -13,25 +13,25 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-constexpr int kWidth = 64;
-constexpr int kHeight = 32;
-constexpr int kPixels = kWidth * kHeight;
+constexpr int kFrameWidth = 64;
+constexpr int kFrameHeight = 32;
+constexpr int kFramePixels = kFrameWidth * kFrameHeight;
 
 /// Memory that is larger than what any function reads or writes of a small frame.
-struct Call {
-    Bytes src = Bytes(size_t{kPixels} * 6, 9);
-    Bytes dst = Bytes(size_t{kPixels} * 6);
+struct WorkingMemory {
+    Bytes src = Bytes(size_t{kFramePixels} * 6, 9);
+    Bytes dst = Bytes(size_t{kFramePixels} * 6);
     std::vector<uint32_t> table = std::vector<uint32_t>(QY_TONE_RECORD_SIZE / sizeof(uint32_t));
     TestRecord record;
 };
 
-struct Function {
+struct MeasuredFunction {
     const char* name;
-    QY_STATUS (*run)(Call& call);
+    QY_STATUS (*run)(WorkingMemory& call);
 };
 
 template <int Method>
-QY_STATUS Process(Call& call) {
+QY_STATUS Process(WorkingMemory& call) {
     Bytes& lut = call.src;
     uint16_t coefficients[9] = {256, 256, 256, 256, 256, 256, 256, 256, 256};
     QyRawImgRecord record{};
@@ -42,87 +42,109 @@ QY_STATUS Process(Call& call) {
     record.CCParamSize = sizeof coefficients;
     record.Lut = lut.data();
     record.LutSize = 256;
-    return QyRaw8ImgProcess(call.src.data(), call.dst.data(), kWidth, kHeight, &record);
+    return QyRaw8ImgProcess(call.src.data(), call.dst.data(), kFrameWidth, kFrameHeight, &record);
 }
 
 template <int Method>
-QY_STATUS Interpolate(Call& c) {
-    QY_STATUS status = QyRaw8toRGB24(c.src.data(), c.dst.data(), kWidth, kHeight, Method, 1, 0);
+QY_STATUS Interpolate(WorkingMemory& c) {
+    QY_STATUS status =
+        QyRaw8toRGB24(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight, Method, 1, 0);
     const auto check = [&status](QY_STATUS next) { status = status == QY_OK ? next : status; };
-    check(QyRaw8toRGB24Ex(c.src.data(), c.dst.data(), kWidth, kHeight, Method, 2, 1, 1));
-    check(QyRaw8toARGB32(c.src.data(), c.dst.data(), kWidth, kHeight, kWidth, Method, 3, 0, 0));
-    check(QyRaw16toRGB48(c.src.data(), c.dst.data(), kWidth, kHeight, 12, Method, 4, 1));
+    check(QyRaw8toRGB24Ex(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight, Method, 2, 1, 1));
+    check(QyRaw8toARGB32(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight, kFrameWidth, Method,
+                         3, 0, 0));
+    check(QyRaw16toRGB48(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight, 12, Method, 4, 1));
     return status;
 }
 
-const Function kFrugal[] = {
+const MeasuredFunction kFrugal[] = {
     {"Unpack12",
-     [](Call& c) { return QyRaw12PackedToRaw16(c.src.data(), c.dst.data(), kWidth, kHeight); }},
+     [](WorkingMemory& c) {
+         return QyRaw12PackedToRaw16(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight);
+     }},
     {"Unpack10",
-     [](Call& c) { return QyRaw10PackedToRaw16(c.src.data(), c.dst.data(), kWidth, kHeight); }},
+     [](WorkingMemory& c) {
+         return QyRaw10PackedToRaw16(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight);
+     }},
     {"ReduceWords",
-     [](Call& c) { return QyRaw16toRaw8(c.src.data(), c.dst.data(), kWidth, kHeight, 2); }},
+     [](WorkingMemory& c) {
+         return QyRaw16toRaw8(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight, 2);
+     }},
     {"ReducePixels",
-     [](Call& c) { return QyRGB48toRGB24(c.src.data(), c.dst.data(), kWidth, kHeight, 2); }},
+     [](WorkingMemory& c) {
+         return QyRGB48toRGB24(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight, 2);
+     }},
     {"InterpolateTwoByTwo", Interpolate<QY_RAW2RGB_NEIGHBOUR>},
     {"InterpolateAlongEdges", Interpolate<QY_RAW2RGB_ADAPTIVE>},
     {"InterpolateThreeByThree", Interpolate<QY_RAW2RGB_NEIGHBOUR3>},
     {"GammaRecord",
-     [](Call& c) {
+     [](WorkingMemory& c) {
          int32_t size = QY_TONE_RECORD_SIZE;
          return QyGetGammatLut(c.table.data(), &size, 2);
      }},
-    {"Saturation", [](Call& c) { return QySaturation(c.src.data(), c.dst.data(), kPixels, 90); }},
+    {"Saturation",
+     [](WorkingMemory& c) { return QySaturation(c.src.data(), c.dst.data(), kFramePixels, 90); }},
     {"WhiteBalance",
-     [](Call& c) {
+     [](WorkingMemory& c) {
          double r[3] = {};
-         return QyGetWhiteBalanceRatio(c.src.data(), kWidth, kHeight, &r[0], &r[1], &r[2]);
+         return QyGetWhiteBalanceRatio(c.src.data(), kFrameWidth, kFrameHeight, &r[0], &r[1],
+                                       &r[2]);
      }},
     {"Coefficients",
-     [](Call& c) {
+     [](WorkingMemory& c) {
          uint16_t words[9] = {};
          return QyCalcCCParam(&c.record.record, 70, words, sizeof words);
      }},
     {"Improvement",
-     [](Call& c) {
-         return QyImageImprovment(c.src.data(), c.dst.data(), kWidth, kHeight, &c.record.record,
-                                  nullptr, c.table.data());
+     [](WorkingMemory& c) {
+         return QyImageImprovment(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight,
+                                  &c.record.record, nullptr, c.table.data());
      }},
     {"ImprovementByOrder",
-     [](Call& c) {
-         return QyImageImprovmentEx(c.src.data(), c.dst.data(), kWidth, kHeight, nullptr, nullptr,
-                                    c.table.data(), QY_ORDER_BGR);
+     [](WorkingMemory& c) {
+         return QyImageImprovmentEx(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight, nullptr,
+                                    nullptr, c.table.data(), QY_ORDER_BGR);
      }},
     {"ImprovementOfFourBytes",
-     [](Call& c) {
-         return QyARGBImageImprovment(c.src.data(), c.dst.data(), kWidth, kHeight, nullptr, nullptr,
-                                      c.table.data());
+     [](WorkingMemory& c) {
+         return QyARGBImageImprovment(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight,
+                                      nullptr, nullptr, c.table.data());
      }},
     {"RawFrameTwoByTwo", Process<QY_RAW2RGB_NEIGHBOUR>},
     {"RawFrameAlongEdges", Process<QY_RAW2RGB_ADAPTIVE>},
     {"RawFrameThreeByThree", Process<QY_RAW2RGB_NEIGHBOUR3>},
     {"MonochromeFrame",
-     [](Call& c) {
+     [](WorkingMemory& c) {
          QyMonoImgRecord record{};
          record.DefectivePixelCorrect = 1;
-         return QyMono8ImgProcess(c.src.data(), c.dst.data(), kWidth, kHeight, &record);
+         return QyMono8ImgProcess(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight, &record);
      }},
     {"MirrorHorizontally",
-     [](Call& c) { return QyImageMirror(c.src.data(), c.dst.data(), kWidth, kHeight, 0); }},
+     [](WorkingMemory& c) {
+         return QyImageMirror(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight, 0);
+     }},
     {"MirrorVertically",
-     [](Call& c) { return QyImageMirror(c.src.data(), c.dst.data(), kWidth, kHeight, 1); }},
+     [](WorkingMemory& c) {
+         return QyImageMirror(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight, 1);
+     }},
     {"TurnClockwise",
-     [](Call& c) { return QyRotate90CW8B(c.src.data(), c.dst.data(), kWidth, kHeight); }},
+     [](WorkingMemory& c) {
+         return QyRotate90CW8B(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight);
+     }},
     {"TurnCounterClockwise",
-     [](Call& c) { return QyRotate90CCW8B(c.src.data(), c.dst.data(), kWidth, kHeight); }},
+     [](WorkingMemory& c) {
+         return QyRotate90CCW8B(c.src.data(), c.dst.data(), kFrameWidth, kFrameHeight);
+     }},
     {"DefectRepair",
-     [](Call& c) { return QyAutoRawDefectivePixelCorrect(c.src.data(), kWidth, kHeight, 12); }},
+     [](WorkingMemory& c) {
+         return QyAutoRawDefectivePixelCorrect(c.src.data(), kFrameWidth, kFrameHeight, 12);
+     }},
 };
 
-class MemoryFrugal : public testing::TestWithParam<Function> {};
+class MemoryFrugal : public testing::TestWithParam<MeasuredFunction> {};
 
 TEST_P(MemoryFrugal, TakesNoMemoryOfItsOwn) {
-    Call call;
+    WorkingMemory call;
     const MemoryUse use;
     const QY_STATUS status = GetParam().run(call);
     const size_t used = use.Allocations();

@@ -12,13 +12,13 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-constexpr int kWidth = 24;
-constexpr int kHeight = 14;
-constexpr size_t kPixels = size_t{kWidth} * kHeight;
+constexpr int kImageWidth = 24;
+constexpr int kImageHeight = 14;
+constexpr size_t kImagePixels = size_t{kImageWidth} * kImageHeight;
 constexpr float kFactor = 2;
 
 Bytes Sharpened(const Bytes& image, int channels) {
-    return ToneReference::Sharpening(image, kWidth, kHeight, channels, kFactor).Run();
+    return ToneReference::Sharpening(image, kImageWidth, kImageHeight, channels, kFactor).Run();
 }
 
 /// Lets each allocation of a call fail in its turn, and gives what came of it;
@@ -27,7 +27,7 @@ template <class Run>
 std::vector<Bytes> WithEachFailure(const Run& run) {
     std::vector<Bytes> results;
     for (size_t before = 0;; ++before) {
-        Bytes out(kPixels * 3);
+        Bytes out(kImagePixels * 3);
         const MemoryUse use;
         {
             const FailingMemory failing(before);
@@ -42,18 +42,19 @@ std::vector<Bytes> WithEachFailure(const Run& run) {
 }
 
 TEST(ProcessMemory, AStageOfARawFrameWithoutMemoryIsLeftOut) {
-    Bytes source = MakeBytes(kPixels, Content::Random);
+    Bytes source = MakeBytes(kImagePixels, Content::Random);
     QyRawImgRecord record{};
     record.Filter = QY_BAYER_GR;
-    Bytes plain(kPixels * 3);
-    ASSERT_EQ(QyRaw8ImgProcess(source.data(), plain.data(), kWidth, kHeight, &record), QY_OK);
+    Bytes plain(kImagePixels * 3);
+    ASSERT_EQ(QyRaw8ImgProcess(source.data(), plain.data(), kImageWidth, kImageHeight, &record),
+              QY_OK);
     record.Denoise = 1;
     record.Sharpness = 1;
     record.SharpFactor = kFactor;
     const auto results = WithEachFailure([&](uint8_t* out) {
-        return QyRaw8ImgProcess(source.data(), out, kWidth, kHeight, &record);
+        return QyRaw8ImgProcess(source.data(), out, kImageWidth, kImageHeight, &record);
     });
-    const Bytes reduced = NoiseReference::Reduce(plain, kWidth, kHeight);
+    const Bytes reduced = NoiseReference::Reduce(plain, kImageWidth, kImageHeight);
     EXPECT_EQ(results.back(), Sharpened(reduced, 3));
     EXPECT_EQ(results.front(), Sharpened(plain, 3));
     ASSERT_GT(results.size(), 2U);
@@ -65,15 +66,15 @@ TEST(ProcessMemory, AStageOfARawFrameWithoutMemoryIsLeftOut) {
 }
 
 TEST(ProcessMemory, SharpeningOfAMonochromeFrameWithoutMemoryIsLeftOut) {
-    Bytes source = MakeBytes(kPixels, Content::Random);
+    Bytes source = MakeBytes(kImagePixels, Content::Random);
     QyMonoImgRecord record{};
     record.Sharpness = 1;
     record.SharpFactor = kFactor;
     auto results = WithEachFailure([&](uint8_t* out) {
-        return QyMono8ImgProcess(source.data(), out, kWidth, kHeight, &record);
+        return QyMono8ImgProcess(source.data(), out, kImageWidth, kImageHeight, &record);
     });
     for (Bytes& result : results) {
-        result.resize(kPixels);
+        result.resize(kImagePixels);
     }
     EXPECT_EQ(results.back(), Sharpened(source, 1));
     results.pop_back();

@@ -28,7 +28,7 @@ struct Memory {
     }
 };
 
-struct Function {
+struct LimitedFunction {
     std::string name;
     QY_STATUS (*call)(Memory& memory, uint32_t width, uint32_t height);
 };
@@ -42,7 +42,7 @@ int32_t StrideOf(uint32_t width) {
     return width > INT32_MAX ? INT32_MAX : Signed(width);
 }
 
-const std::vector<Function> kOneOrTwoBytes = {
+const std::vector<LimitedFunction> kOneOrTwoBytes = {
     {"QyRaw12PackedToRaw16",
      [](Memory& m, uint32_t w, uint32_t h) {
          return QyRaw12PackedToRaw16(m.src.data(), m.dst.data(), Signed(w), Signed(h));
@@ -79,7 +79,7 @@ const std::vector<Function> kOneOrTwoBytes = {
      }},
 };
 
-const std::vector<Function> kMoreBytes = {
+const std::vector<LimitedFunction> kMoreBytes = {
     {"QyRGB48toRGB24",
      [](Memory& m, uint32_t w, uint32_t h) {
          return QyRGB48toRGB24(m.src.data(), m.dst.data(), Signed(w), Signed(h), QY_BIT_0_7);
@@ -137,24 +137,24 @@ const std::vector<Function> kMoreBytes = {
      }},
 };
 
-std::vector<Function> All() {
-    std::vector<Function> all = kOneOrTwoBytes;
+std::vector<LimitedFunction> All() {
+    std::vector<LimitedFunction> all = kOneOrTwoBytes;
     all.insert(all.end(), kMoreBytes.begin(), kMoreBytes.end());
     return all;
 }
 
-void ExpectRefused(const Function& function, uint32_t width, uint32_t height) {
+void ExpectRefused(const LimitedFunction& function, uint32_t width, uint32_t height) {
     Memory memory;
     EXPECT_EQ(function.call(memory, width, height), QY_PARAMETER_OUT_OF_BOUND)
         << width << " x " << height;
     EXPECT_EQ(memory.dst, (std::array<uint8_t, 4096>{})) << width << " x " << height;
 }
 
-std::string NameOf(const testing::TestParamInfo<Function>& info) {
+std::string NameOf(const testing::TestParamInfo<LimitedFunction>& info) {
     return info.param.name;
 }
 
-class SizeOfEveryFunction : public testing::TestWithParam<Function> {};
+class SizeOfEveryFunction : public testing::TestWithParam<LimitedFunction> {};
 
 TEST_P(SizeOfEveryFunction, ServesASmallFrame) {
     Memory memory;
@@ -182,7 +182,7 @@ TEST_P(SizeOfEveryFunction, IsRefusedWhenTheWidthIsNegativeInTheCaller) {
 
 INSTANTIATE_TEST_SUITE_P(All, SizeOfEveryFunction, testing::ValuesIn(All()), NameOf);
 
-class SizeOfWidePixels : public testing::TestWithParam<Function> {};
+class SizeOfWidePixels : public testing::TestWithParam<LimitedFunction> {};
 
 TEST_P(SizeOfWidePixels, IsRefusedWhenNoMemoryHoldsTheBytes) {
     ExpectRefused(GetParam(), kLargestEven, kLargestEven);

@@ -9,23 +9,23 @@
 namespace {
 
 /// A function, and memory that is larger than what any of them writes.
-struct Function {
+struct ToneFunction {
     const char* name;
     QY_STATUS (*run)(const void* src, uint8_t* dst);
 };
 
-uint32_t* Words(uint8_t* bytes) {
+uint32_t* AsWords(uint8_t* bytes) {
     return static_cast<uint32_t*>(static_cast<void*>(bytes));
 }
 
-const Function kFunctions[] = {
+const ToneFunction kToneFunctions[] = {
     {"Brightness", [](const void* src, uint8_t* dst) { return QyBrightness(src, dst, 300, 10); }},
     {"Contrast", [](const void* src, uint8_t* dst) { return QyContrast(src, dst, 300, 10); }},
     {"Sharpening", [](const void* src, uint8_t* dst) { return QySharpen24B(src, dst, 10, 10, 1); }},
     {"ContrastRecord",
      [](const void* /*src*/, uint8_t* dst) {
          int32_t size = QY_TONE_RECORD_SIZE;
-         return QyGetContrastLut(10, Words(dst), &size);
+         return QyGetContrastLut(10, AsWords(dst), &size);
      }},
     {"CombinedTable",
      [](const void* /*src*/, uint8_t* dst) {
@@ -34,7 +34,7 @@ const Function kFunctions[] = {
      }},
 };
 
-class ToneMemory : public testing::TestWithParam<Function> {};
+class ToneMemory : public testing::TestWithParam<ToneFunction> {};
 
 TEST_P(ToneMemory, IsReportedAndNothingWritten) {
     const std::vector<uint8_t> source(300, 9);
@@ -57,7 +57,7 @@ TEST_P(ToneMemory, IsReportedAndNothingWritten) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, ToneMemory, testing::ValuesIn(kFunctions),
+INSTANTIATE_TEST_SUITE_P(All, ToneMemory, testing::ValuesIn(kToneFunctions),
                          [](const auto& test) { return std::string(test.param.name); });
 
 TEST(ToneMemorySize, OfARefusedRecordLeavesItsSize) {

@@ -125,7 +125,7 @@ TEST(WhiteBalance, ABorderOfTwoPixelsStaysOut) {
 }
 
 /// A call that succeeds.
-struct Call {
+struct BalanceCall {
     std::vector<uint8_t> image = Uniform(25, {9, 9, 9});
     Ratios ratios{-1, -1, -1};
     const void* src = image.data();
@@ -139,17 +139,17 @@ struct Call {
 };
 
 TEST(WhiteBalanceChecks, ComeInOrder) {
-    const std::vector<Refusal<Call>> refusals = {
-        {"source", [](Call& c) { c.src = nullptr; }, QY_PARAMETER_INVALID},
-        {"first ratio", [](Call& c) { c.ratio0 = nullptr; }, QY_PARAMETER_INVALID},
-        {"second ratio", [](Call& c) { c.ratio1 = nullptr; }, QY_PARAMETER_INVALID},
-        {"third ratio", [](Call& c) { c.ratio2 = nullptr; }, QY_PARAMETER_INVALID},
-        {"four columns", [](Call& c) { c.width = 4; }, QY_PARAMETER_OUT_OF_BOUND},
-        {"four rows", [](Call& c) { c.height = 4; }, QY_PARAMETER_OUT_OF_BOUND},
-        {"negative width", [](Call& c) { c.width = -5; }, QY_PARAMETER_OUT_OF_BOUND},
-        {"negative height", [](Call& c) { c.height = -5; }, QY_PARAMETER_OUT_OF_BOUND},
+    const std::vector<Refusal<BalanceCall>> refusals = {
+        {"source", [](BalanceCall& c) { c.src = nullptr; }, QY_PARAMETER_INVALID},
+        {"first ratio", [](BalanceCall& c) { c.ratio0 = nullptr; }, QY_PARAMETER_INVALID},
+        {"second ratio", [](BalanceCall& c) { c.ratio1 = nullptr; }, QY_PARAMETER_INVALID},
+        {"third ratio", [](BalanceCall& c) { c.ratio2 = nullptr; }, QY_PARAMETER_INVALID},
+        {"four columns", [](BalanceCall& c) { c.width = 4; }, QY_PARAMETER_OUT_OF_BOUND},
+        {"four rows", [](BalanceCall& c) { c.height = 4; }, QY_PARAMETER_OUT_OF_BOUND},
+        {"negative width", [](BalanceCall& c) { c.width = -5; }, QY_PARAMETER_OUT_OF_BOUND},
+        {"negative height", [](BalanceCall& c) { c.height = -5; }, QY_PARAMETER_OUT_OF_BOUND},
     };
-    ExpectFirstRefusalDecides(refusals, [](const Call& c) {
+    ExpectFirstRefusalDecides(refusals, [](const BalanceCall& c) {
         return QyGetWhiteBalanceRatio(c.src, c.width, c.height, c.ratio0, c.ratio1, c.ratio2);
     });
 }

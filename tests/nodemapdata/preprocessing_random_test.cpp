@@ -12,10 +12,10 @@ namespace NodeDataTest {
 namespace {
 
 /// A link by its number and target, or a mark with no target.
-using Entry = std::pair<uint32_t, int>;
+using LinkEntry = std::pair<uint32_t, int>;
 constexpr int kNoTarget = -1;
 
-bool IsBelow(const Entry& entry, uint32_t limit) {
+bool IsBelow(const LinkEntry& entry, uint32_t limit) {
     return entry.first < limit && entry.second != kNoTarget;
 }
 
@@ -24,7 +24,7 @@ bool IsBelow(const Entry& entry, uint32_t limit) {
 class PlainPreprocessing {
 public:
     PlainPreprocessing(std::vector<CNodeData::ENodeType_t> types,
-                       std::vector<std::vector<Entry>> lists)
+                       std::vector<std::vector<LinkEntry>> lists)
         : m_Types(std::move(types)), m_Lists(std::move(lists)), m_Dependents(m_Types.size()) {}
 
     void Run(int root) {
@@ -44,20 +44,20 @@ public:
         }
         Mark(root);
     }
-    const std::vector<Entry>& Of(int node) const { return m_Lists[ToSize(node)]; }
+    const std::vector<LinkEntry>& Of(int node) const { return m_Lists[ToSize(node)]; }
     /// Whether a selector reads what it selects.
     bool IsSelfReading() const { return m_IsSelfReading; }
 
 private:
     static size_t ToSize(int node) { return static_cast<size_t>(node); }
     int Count() const { return static_cast<int>(m_Types.size()); }
-    std::vector<Entry>& List(int node) { return m_Lists[ToSize(node)]; }
+    std::vector<LinkEntry>& List(int node) { return m_Lists[ToSize(node)]; }
 
     void AppendDependents() {
         for (bool hasGrown = true; hasGrown;) {
             hasGrown = false;
             for (int node = 0; node < Count(); ++node) {
-                for (const Entry& entry : m_Linked[ToSize(node)]) {
+                for (const LinkEntry& entry : m_Linked[ToSize(node)]) {
                     if (IsBelow(entry, 30)) {
                         std::set<int>& set = m_Dependents[ToSize(entry.second)];
                         const size_t size = set.size();
@@ -81,7 +81,7 @@ private:
     std::set<int> Terminals(int node) const {
         std::set<int> terminals;
         bool isWriting = false;
-        for (const Entry& entry : m_Linked[ToSize(node)]) {
+        for (const LinkEntry& entry : m_Linked[ToSize(node)]) {
             isWriting = isWriting || IsBelow(entry, 7);
         }
         switch (m_Types[ToSize(node)]) {
@@ -96,7 +96,7 @@ private:
             default:
                 break;
         }
-        for (const Entry& entry : m_Linked[ToSize(node)]) {
+        for (const LinkEntry& entry : m_Linked[ToSize(node)]) {
             if (IsBelow(entry, 7)) {
                 terminals.merge(Terminals(entry.second));
             }
@@ -112,12 +112,12 @@ private:
     }
 
     bool Has(int node, uint32_t id, int target) {
-        const std::vector<Entry>& list = List(node);
-        return std::find(list.begin(), list.end(), Entry(id, target)) != list.end();
+        const std::vector<LinkEntry>& list = List(node);
+        return std::find(list.begin(), list.end(), LinkEntry(id, target)) != list.end();
     }
     bool Reads(int node, int target) const {
-        const std::vector<Entry>& list = m_Linked[ToSize(node)];
-        return std::any_of(list.begin(), list.end(), [&](const Entry& entry) {
+        const std::vector<LinkEntry>& list = m_Linked[ToSize(node)];
+        return std::any_of(list.begin(), list.end(), [&](const LinkEntry& entry) {
             return IsBelow(entry, 26) && entry.second == target;
         });
     }
@@ -156,9 +156,9 @@ private:
     }
 
     std::vector<CNodeData::ENodeType_t> m_Types;
-    std::vector<std::vector<Entry>> m_Lists;
+    std::vector<std::vector<LinkEntry>> m_Lists;
     /// As they were before anything was derived from them.
-    std::vector<std::vector<Entry>> m_Linked;
+    std::vector<std::vector<LinkEntry>> m_Linked;
     std::vector<std::set<int>> m_Dependents;
     bool m_IsSelfReading = false;
 };
@@ -212,8 +212,8 @@ private:
     }
 
     /// All links and marks of each node, in list order.
-    std::vector<std::vector<Entry>> Lists() const {
-        std::vector<std::vector<Entry>> lists(m_Map.GetNumNodeIDs());
+    std::vector<std::vector<LinkEntry>> Lists() const {
+        std::vector<std::vector<LinkEntry>> lists(m_Map.GetNumNodeIDs());
         for (size_t i = 0; i < lists.size(); ++i) {
             for (const CProperty& property : m_Map.GetNodeData(NodeID_t(i))->GetProperties()) {
                 const CPropertyID id = property.GetPropertyID();

@@ -7,6 +7,10 @@
 /// For frames that come; a test that waits that long has failed.
 constexpr uint32_t kFrameTimeOut = 10000;
 
+/// How a frame reaches an application.
+enum class FrameWay { Callback, Copy, Loan };
+constexpr FrameWay kFrameWays[] = {FrameWay::Callback, FrameWay::Copy, FrameWay::Loan};
+
 inline void IgnoreFrame(OV_FRAME_CALLBACK_PARAM*) {}
 
 class AcquisitionTest : public OpenCameraTest {

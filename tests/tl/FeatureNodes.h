@@ -10,6 +10,15 @@
 
 namespace OVTLClass {
 
+/// A register of four bytes whose every use reaches the port.
+inline std::string UncachedRegXml(const std::string& name, int address,
+                                  const std::string& access = "RW") {
+    return "<IntReg Name=\"" + name + "\"><Address>" + std::to_string(address) +
+           "</Address><Length>4</Length><AccessMode>" + access +
+           "</AccessMode><pPort>Device</pPort><Cachable>NoCache</Cachable><Sign>Signed</Sign>"
+           "<Endianess>LittleEndian</Endianess></IntReg>";
+}
+
 template <class Port>
 class FeatureNodesOn {
 public:

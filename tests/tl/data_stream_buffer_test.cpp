@@ -138,7 +138,7 @@ protected:
 
 TEST_F(BufferChunks, AreAskedForOnceWhenThereAreNone) {
     EXPECT_TRUE(NextFrame().GetChunkData().empty());
-    EXPECT_EQ(producer.CallCount("DSGetBufferChunkData"), 1U);
+    EXPECT_EQ(producer.CallCount("DSGetBufferChunkData"), 1U) << "each frame pays for a call";
 }
 
 TEST_F(BufferChunks, AreToldInOrder) {
@@ -147,7 +147,8 @@ TEST_F(BufferChunks, AreToldInOrder) {
         Add(chunk);
     }
     EXPECT_TRUE(CNativeChunkDataCompare::AreEqual(NextFrame().GetChunkData(), chunks));
-    EXPECT_EQ(producer.CallCount("DSGetBufferChunkData"), 2U);
+    EXPECT_EQ(producer.CallCount("DSGetBufferChunkData"), 2U)
+        << "once for their number and once for all of them";
 }
 
 TEST_F(BufferChunks, RaiseWhatTheProducerRefuses) {

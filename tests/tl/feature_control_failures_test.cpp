@@ -11,18 +11,11 @@ namespace {
 
 namespace Engine = GenICam_3_0_ORVANE;
 
-std::string NoCacheReg(const std::string& name, int address) {
-    return "<IntReg Name=\"" + name + "\"><Address>" + std::to_string(address) +
-           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
-           "<Cachable>NoCache</Cachable><Sign>Signed</Sign><Endianess>LittleEndian</Endianess>"
-           "</IntReg>";
-}
-
 // Each feature asks "Gate" whether it is there, and its limits and entries ask
 // the camera, too: whatever is done to it reaches the port.
-const std::string kNodes =
-    NoCacheReg("Gate", 0) + NoCacheReg("Low", 4) + NoCacheReg("Raw", 8) + NoCacheReg("Choice", 12) +
-    NoCacheReg("Switch", 16) + NoCacheReg("Trigger", 20) +
+const std::string kGatedNodes =
+    UncachedRegXml("Gate", 0) + UncachedRegXml("Low", 4) + UncachedRegXml("Raw", 8) +
+    UncachedRegXml("Choice", 12) + UncachedRegXml("Switch", 16) + UncachedRegXml("Trigger", 20) +
     R"(<Integer Name="Width"><pIsImplemented>Gate</pIsImplemented><pValue>Raw</pValue>
          <pMin>Low</pMin><Max>100</Max></Integer>
        <Float Name="Gain"><pIsImplemented>Gate</pIsImplemented><pValue>Raw</pValue>
@@ -136,48 +129,49 @@ struct Operation {
     void (*run)(const CFeatureControl& control);
 };
 
-using Control = const CFeatureControl&;
+using ControlRef = const CFeatureControl&;
 
 const Operation kOperations[] = {
-    {"DoIsImplemented", "Width", false, [](Control c) { c.DoIsImplemented("Width"); }},
-    {"DoIsReadable", "Width", false, [](Control c) { c.DoIsReadable("Width"); }},
-    {"DoIsWritable", "Width", false, [](Control c) { c.DoIsWritable("Width"); }},
-    {"DoGetIntRange", "Width", false, [](Control c) { c.DoGetIntRange("Width"); }},
-    {"DoGetInt", "Width", false, [](Control c) { c.DoGetInt("Width"); }},
-    {"DoSetInt", "Width", true, [](Control c) { c.DoSetInt("Width", 4); }},
-    {"DoGetFloatRange", "Gain", false, [](Control c) { c.DoGetFloatRange("Gain"); }},
-    {"DoGetFloat", "Gain", false, [](Control c) { c.DoGetFloat("Gain"); }},
-    {"DoSetFloat", "Gain", true, [](Control c) { c.DoSetFloat("Gain", 4); }},
-    {"DoGetEnumEntryNums", "Mode", false, [](Control c) { c.DoGetEnumEntryNums("Mode"); }},
+    {"DoIsImplemented", "Width", false, [](ControlRef c) { c.DoIsImplemented("Width"); }},
+    {"DoIsReadable", "Width", false, [](ControlRef c) { c.DoIsReadable("Width"); }},
+    {"DoIsWritable", "Width", false, [](ControlRef c) { c.DoIsWritable("Width"); }},
+    {"DoGetIntRange", "Width", false, [](ControlRef c) { c.DoGetIntRange("Width"); }},
+    {"DoGetInt", "Width", false, [](ControlRef c) { c.DoGetInt("Width"); }},
+    {"DoSetInt", "Width", true, [](ControlRef c) { c.DoSetInt("Width", 4); }},
+    {"DoGetFloatRange", "Gain", false, [](ControlRef c) { c.DoGetFloatRange("Gain"); }},
+    {"DoGetFloat", "Gain", false, [](ControlRef c) { c.DoGetFloat("Gain"); }},
+    {"DoSetFloat", "Gain", true, [](ControlRef c) { c.DoSetFloat("Gain", 4); }},
+    {"DoGetEnumEntryNums", "Mode", false, [](ControlRef c) { c.DoGetEnumEntryNums("Mode"); }},
     {"DoGetEnumDescription", "Mode", false,
-     [](Control c) {
+     [](ControlRef c) {
          std::vector<FEATURE_ENUM_ENTRY_INFORMATION> entries;
          c.DoGetEnumDescription("Mode", entries);
      }},
-    {"DoGetEnum", "Mode", false, [](Control c) { c.DoGetEnum("Mode"); }},
-    {"DoSetEnum", "Mode", true, [](Control c) { c.DoSetEnum("Mode", 1); }},
-    {"DoGetEnumEntryValue", "Mode", false, [](Control c) { c.DoGetEnumEntryValue("Mode", "On"); }},
-    {"DoGetBool", "Active", false, [](Control c) { c.DoGetBool("Active"); }},
-    {"DoSetBool", "Active", true, [](Control c) { c.DoSetBool("Active", true); }},
-    {"DoGetMaxStringLength", "Name", false, [](Control c) { c.DoGetMaxStringLength("Name"); }},
-    {"DoGetString", "Name", false, [](Control c) { c.DoGetString("Name"); }},
-    {"DoSetString", "Name", true, [](Control c) { c.DoSetString("Name", "Left"); }},
-    {"DoGetBufferLength", "Table", false, [](Control c) { c.DoGetBufferLength("Table"); }},
+    {"DoGetEnum", "Mode", false, [](ControlRef c) { c.DoGetEnum("Mode"); }},
+    {"DoSetEnum", "Mode", true, [](ControlRef c) { c.DoSetEnum("Mode", 1); }},
+    {"DoGetEnumEntryValue", "Mode", false,
+     [](ControlRef c) { c.DoGetEnumEntryValue("Mode", "On"); }},
+    {"DoGetBool", "Active", false, [](ControlRef c) { c.DoGetBool("Active"); }},
+    {"DoSetBool", "Active", true, [](ControlRef c) { c.DoSetBool("Active", true); }},
+    {"DoGetMaxStringLength", "Name", false, [](ControlRef c) { c.DoGetMaxStringLength("Name"); }},
+    {"DoGetString", "Name", false, [](ControlRef c) { c.DoGetString("Name"); }},
+    {"DoSetString", "Name", true, [](ControlRef c) { c.DoSetString("Name", "Left"); }},
+    {"DoGetBufferLength", "Table", false, [](ControlRef c) { c.DoGetBufferLength("Table"); }},
     {"DoGetBuffer", "Table", false,
-     [](Control c) {
+     [](ControlRef c) {
          uint8_t bytes[16];
          c.DoGetBuffer("Table", sizeof bytes, bytes);
      }},
     {"DoSetBuffer", "Table", true,
-     [](Control c) {
+     [](ControlRef c) {
          const uint8_t bytes[16] = {};
          c.DoSetBuffer("Table", sizeof bytes, bytes);
      }},
-    {"DoSendCommand", "Run", true, [](Control c) { c.DoSendCommand("Run"); }},
+    {"DoSendCommand", "Run", true, [](ControlRef c) { c.DoSendCommand("Run"); }},
 };
 
 size_t AccessesOf(const Operation& operation) {
-    Nodes nodes(kNodes);
+    Nodes nodes(kGatedNodes);
     operation.run(nodes.Control());
     return nodes.GetPort().GetAccesses().size();
 }
@@ -209,7 +203,7 @@ TEST_P(ControlFailures, BecomeTheModelsOwnAtEveryAccessToTheCamera) {
     for (const Failure& failure : kFailures) {
         for (size_t access = 1; access <= accesses; ++access) {
             SCOPED_TRACE(failure.name + (" at access " + std::to_string(access)));
-            Nodes nodes(kNodes);
+            Nodes nodes(kGatedNodes);
             nodes.GetPort().RaiseAt(access, failure.raise);
             try {
                 GetParam().run(nodes.Control());
@@ -222,7 +216,7 @@ TEST_P(ControlFailures, BecomeTheModelsOwnAtEveryAccessToTheCamera) {
 }
 
 TEST_P(ControlFailures, LeaveTheFeatureAsItWas) {
-    Nodes nodes(kNodes);
+    Nodes nodes(kGatedNodes);
     nodes.GetPort().RaiseAt(1, RaiseTransport<CDeviceOfflineError>);
     EXPECT_RAISES(CDeviceOfflineError, "The cause", GetParam().run(nodes.Control()));
     EXPECT_NO_THROW(GetParam().run(nodes.Control()));
@@ -247,7 +241,7 @@ TEST_P(ControlFailures, AreNotImplementedWhereThereIsNoSuchFeature) {
 }
 
 TEST_P(ControlFailures, AreNotImplementedWhereTheCameraLacksIt) {
-    Nodes nodes(kNodes);
+    Nodes nodes(kGatedNodes);
     nodes.GetPort().Put<int32_t>(0, 0);
     if (StartsWith(GetParam().name, "DoIs")) {
         EXPECT_NO_THROW(GetParam().run(nodes.Control()));
@@ -301,7 +295,7 @@ TEST(ControlWithoutNodes, TakesARegistrationForUnexpected) {
 TEST(ControlClones, LiveAsLongAsTheirRegistration) {
     int callbacks = 0;
     {
-        Nodes nodes(kNodes);
+        Nodes nodes(kGatedNodes);
         CFeatureControl& control = nodes.Control();
         auto* const handle = control.DoRegisterFeatureCallback("Width", NoCallback(callbacks));
         control.DoRegisterFeatureCallback("Width", NoCallback(callbacks));

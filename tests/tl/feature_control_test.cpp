@@ -17,16 +17,10 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-std::string IntReg(const std::string& name, int address, const std::string& access = "RW") {
-    return "<IntReg Name=\"" + name + "\"><Address>" + std::to_string(address) +
-           "</Address><Length>4</Length><AccessMode>" + access +
-           "</AccessMode><pPort>Device</pPort><Cachable>NoCache</Cachable><Sign>Signed</Sign>"
-           "<Endianess>LittleEndian</Endianess></IntReg>";
-}
-
-const std::string kNodes =
-    IntReg("Raw", 0) + IntReg("ReadOnly", 4, "RO") + IntReg("WriteOnly", 8, "WO") +
-    IntReg("State", 12) + IntReg("EnumReg", 16) + IntReg("Switch", 20) + IntReg("Trigger", 24) +
+const std::string kControlNodes =
+    UncachedRegXml("Raw", 0) + UncachedRegXml("ReadOnly", 4, "RO") +
+    UncachedRegXml("WriteOnly", 8, "WO") + UncachedRegXml("State", 12) +
+    UncachedRegXml("EnumReg", 16) + UncachedRegXml("Switch", 20) + UncachedRegXml("Trigger", 24) +
     R"(<Integer Name="Width"><DisplayName>Width of the image</DisplayName><pValue>Raw</pValue>
          <Min>0</Min><Max>100</Max><Inc>4</Inc></Integer>
        <Integer Name="Absent"><pIsImplemented>State</pIsImplemented><Value>1</Value></Integer>
@@ -62,7 +56,7 @@ protected:
     void SetState(int32_t state) { nodes.Port().Put<int32_t>(12, state); }
     CFeatureControl& control() { return nodes.Control(); }
 
-    FeatureNodes nodes{kNodes};
+    FeatureNodes nodes{kControlNodes};
 };
 
 TEST_F(Control, TellsWhetherAFeatureExistsAndIsImplemented) {
@@ -368,8 +362,13 @@ TEST_F(ControlCallbacks, StayWhenAnUnknownHandleIsUnregistered) {
 
 TEST_F(ControlCallbacks, MayBeUnregisteredTwice) {
     const intptr_t handle = Register("Width");
+    Register("Gain");
+    const LogCapture log;
     control().DoUnregisterFeatureCallback(handle);
-    control().DoUnregisterFeatureCallback(handle);
+    EXPECT_NO_THROW(control().DoUnregisterFeatureCallback(handle));
+    EXPECT_THAT(log.Lines(), IsEmpty());
+    control().DoSetFloat("Gain", 1);
+    EXPECT_THAT(called, ElementsAre("Gain")) << "another's stays";
 }
 
 TEST_F(ControlCallbacks, GoAllAtOnce) {

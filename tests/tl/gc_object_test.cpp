@@ -10,7 +10,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class Module : public CGcObject {
+class PlainModule : public CGcObject {
 public:
     using CGcObject::_AddChild;
     using CGcObject::_ClearChildrenList;
@@ -27,10 +27,10 @@ public:
 
 class ModuleTest : public ::testing::Test {
 protected:
-    std::shared_ptr<Module> Make() { return std::make_shared<Module>(lib); }
+    std::shared_ptr<PlainModule> Make() { return std::make_shared<PlainModule>(lib); }
 
     std::shared_ptr<const CGenTLLib> lib = std::make_shared<const CGenTLLib>(Staged("Empty.cti"));
-    Module parent{lib};
+    PlainModule parent{lib};
 };
 
 TEST_F(ModuleTest, GivesItsChildrenInOrder) {
@@ -38,7 +38,7 @@ TEST_F(ModuleTest, GivesItsChildrenInOrder) {
     const auto second = Make();
     parent._AddChild(first);
     parent._AddChild(second);
-    EXPECT_THAT(parent._GetGcObjectList<Module>(), ElementsAre(first, second));
+    EXPECT_THAT(parent._GetGcObjectList<PlainModule>(), ElementsAre(first, second));
 }
 
 TEST_F(ModuleTest, LogsAndLeavesOutAChildOfAnotherType) {
@@ -46,7 +46,7 @@ TEST_F(ModuleTest, LogsAndLeavesOutAChildOfAnotherType) {
     const auto first = Make();
     parent._AddChild(std::make_shared<OtherModule>(lib));
     parent._AddChild(first);
-    EXPECT_THAT(parent._GetGcObjectList<Module>(), ElementsAre(first));
+    EXPECT_THAT(parent._GetGcObjectList<PlainModule>(), ElementsAre(first));
     EXPECT_THAT(log.Lines(),
                 ElementsAre(::testing::MatchesRegex(
                     ".*GcObject\\.h\\([0-9]+\\):'_GetGcObjectList':Invalid CGcObject type")));
@@ -70,7 +70,7 @@ TEST_F(ModuleTest, RemovesOneChild) {
     const auto second = Make();
     parent._UpdateChildrenList({first, second});
     parent._RemoveChild(first.get());
-    EXPECT_THAT(parent._GetGcObjectList<Module>(), ElementsAre(second));
+    EXPECT_THAT(parent._GetGcObjectList<PlainModule>(), ElementsAre(second));
 }
 
 TEST_F(ModuleTest, ReplacesTheWholeList) {
@@ -78,14 +78,14 @@ TEST_F(ModuleTest, ReplacesTheWholeList) {
     const auto second = Make();
     parent._UpdateChildrenList({first});
     parent._UpdateChildrenList({second});
-    EXPECT_THAT(parent._GetGcObjectList<Module>(), ElementsAre(second));
+    EXPECT_THAT(parent._GetGcObjectList<PlainModule>(), ElementsAre(second));
     parent._ClearChildrenList();
-    EXPECT_THAT(parent._GetGcObjectList<Module>(), IsEmpty());
+    EXPECT_THAT(parent._GetGcObjectList<PlainModule>(), IsEmpty());
 }
 
 TEST_F(ModuleTest, LetsGoOfItsChildren) {
     auto child = Make();
-    const std::weak_ptr<Module> watch = child;
+    const std::weak_ptr<PlainModule> watch = child;
     parent._AddChild(std::move(child));
     EXPECT_FALSE(watch.expired());
     parent._ClearChildrenList();

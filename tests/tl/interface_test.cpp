@@ -172,12 +172,13 @@ TEST_F(InterfaceTest, RepeatsARenewalThatFailed) {
     EXPECT_FALSE(Update());
 }
 
-struct Refusal {
+struct UpdateRefusal {
     const char* function;
     const char* logged;
 };
 
-class InterfaceUpdateFails : public InterfaceTest, public ::testing::WithParamInterface<Refusal> {};
+class InterfaceUpdateFails : public InterfaceTest,
+                             public ::testing::WithParamInterface<UpdateRefusal> {};
 
 TEST_P(InterfaceUpdateFails, AndKeepsTheList) {
     Update();
@@ -192,11 +193,11 @@ TEST_P(InterfaceUpdateFails, AndKeepsTheList) {
 
 INSTANTIATE_TEST_SUITE_P(
     At, InterfaceUpdateFails,
-    ::testing::Values(Refusal{"IFUpdateDeviceList",
-                              ":'DoUpdateDeviceList':Planned failure of IFUpdateDeviceList"},
-                      Refusal{"IFGetNumDevices", "{Planned failure of IFGetNumDevices}"},
-                      Refusal{"GCWritePort",
-                              "{The two device information vectors have different size}"}),
+    ::testing::Values(UpdateRefusal{"IFUpdateDeviceList",
+                                    ":'DoUpdateDeviceList':Planned failure of IFUpdateDeviceList"},
+                      UpdateRefusal{"IFGetNumDevices", "{Planned failure of IFGetNumDevices}"},
+                      UpdateRefusal{"GCWritePort",
+                                    "{The two device information vectors have different size}"}),
     [](const auto& at) { return std::string(at.param.function); });
 
 TEST_F(InterfaceTest, KeepsTheObjectOfADeviceThatStays) {

@@ -168,7 +168,7 @@ TEST_F(Delivery, EndsTheWaitOfItsThreadWithTheStop) {
     ASSERT_EQ(producer.WaitForCalls("EventGetData", 1, 60000), 0);
     Stop();
     EXPECT_GE(producer.SuccessCount("EventKill"), 1U);
-    EXPECT_EQ(producer.CallCount("EventGetData"), 1U);
+    EXPECT_EQ(producer.CallCount("EventGetData"), 1U) << "the thread waits no second time";
     EXPECT_THAT(log.Lines(), IsEmpty());
 }
 
@@ -281,7 +281,8 @@ TEST_F(Pulling, IsEndedByAnAbortThoughTheKillIsRefused) {
     EXPECT_TRUE(error.GetStatus() == GenTL::GC_ERR_ABORT ||
                 error.GetStatus() == GenTL::GC_ERR_INVALID_HANDLE)
         << error.GetStatus();
-    EXPECT_EQ(producer.CallCount("EventKill"), 1U);
+    EXPECT_EQ(producer.CallCount("EventKill"), 1U)
+        << "a kill without a wait would end the next one";
     EXPECT_EQ(producer.OpenCount("Event"), 0);
 }
 

@@ -122,7 +122,8 @@ TEST_F(Analyzer, AsksForSixteenUrlsAtTheMost) {
     Open();
     producer.ClearLog();
     EXPECT_THROW(analyzer.LoadXMLFromPortHandle(port), CUnexpectedError);
-    EXPECT_EQ(producer.CallCount("GCGetPortURLInfo"), 2U * 16U);
+    EXPECT_EQ(producer.CallCount("GCGetPortURLInfo"), 2U * 16U)
+        << "size and text of each of the first 16";
 }
 
 TEST_F(Analyzer, AsksALostDeviceForNoOtherUrl) {
@@ -131,7 +132,8 @@ TEST_F(Analyzer, AsksALostDeviceForNoOtherUrl) {
     producer.FailCall("GCReadPort", 1, GenTL::GC_ERR_CUSTOM_ID);
     EXPECT_RAISES(CDeviceOfflineError, "Planned failure of GCReadPort",
                   analyzer.LoadXMLFromPortHandle(port));
-    EXPECT_EQ(producer.CallCount("GCReadPort"), 1U);
+    EXPECT_EQ(producer.CallCount("GCReadPort"), 1U)
+        << "a lost device may take seconds to refuse each";
 }
 
 /// What the first version of the standard lacks.
@@ -145,7 +147,7 @@ TEST_P(OldAnalyzer, TakesTheFirstOfTheUrlsThatOneCallTells) {
     producer.ClearLog();
     analyzer.LoadXMLFromPortHandle(port);
     EXPECT_EQ(Number(), 5);
-    EXPECT_EQ(producer.CallCount("GCGetPortURL"), 2U);
+    EXPECT_EQ(producer.CallCount("GCGetPortURL"), 2U) << "once for the size and once for the text";
 }
 
 INSTANTIATE_TEST_SUITE_P(Status, OldAnalyzer,

@@ -112,12 +112,12 @@ TEST_F(Loader, RaisesTheProducersFailureBeyondTheRegisters) {
     EXPECT_EQ(raised.GetStatus(), GenTL::GC_ERR_INVALID_ADDRESS);
 }
 
-struct Refusal {
+struct LoaderRefusal {
     const char* function;
     unsigned nth;
 };
 
-class LoaderRefused : public Loader, public ::testing::WithParamInterface<Refusal> {};
+class LoaderRefused : public Loader, public ::testing::WithParamInterface<LoaderRefusal> {};
 
 TEST_P(LoaderRefused, RaisesTheProducersFailure) {
     producer.FailCall(GetParam().function, GetParam().nth, GenTL::GC_ERR_BUSY);
@@ -127,8 +127,8 @@ TEST_P(LoaderRefused, RaisesTheProducersFailure) {
 
 INSTANTIATE_TEST_SUITE_P(
     At, LoaderRefused,
-    ::testing::Values(Refusal{"GCGetNumPortURLs", 1}, Refusal{"GCGetPortURLInfo", 1},
-                      Refusal{"GCGetPortURLInfo", 2}, Refusal{"GCReadPort", 1}),
+    ::testing::Values(LoaderRefusal{"GCGetNumPortURLs", 1}, LoaderRefusal{"GCGetPortURLInfo", 1},
+                      LoaderRefusal{"GCGetPortURLInfo", 2}, LoaderRefusal{"GCReadPort", 1}),
     [](const auto& at) { return at.param.function + std::to_string(at.param.nth); });
 
 TEST_F(Loader, ReportsALostDeviceAsSuch) {

@@ -74,7 +74,7 @@ auto WithInterface(OV_FEATURE_TYPE type, const Call& call) {
 
 /// A value, or the text of the engine's failure.
 template <class T, class Call>
-Answer<T> Ask(Call call) {
+Answer<T> AskEngine(Call call) {
     Answer<T> answer;
     try {
         answer.value = call();
@@ -104,7 +104,7 @@ ReferenceMap::ReferenceMap(OV_DEV_HANDLE camera, CNodeMapFactory& factory)
 }
 
 Answer<EAccessMode> ReferenceMap::AccessMode(const Feature& feature) const {
-    return Ask<EAccessMode>([&] {
+    return AskEngine<EAccessMode>([&] {
         INode* const node = m_map->GetNode(feature.Name());
         return node == nullptr ? NI : node->GetAccessMode();
     });
@@ -119,7 +119,7 @@ bool ReferenceMap::HasTypeOf(const Feature& feature) const {
 
 Answer<FeatureValue> ReferenceMap::Read(const Feature& feature) const {
     INode* const node = m_map->GetNode(feature.Name());
-    return Ask<FeatureValue>([&] {
+    return AskEngine<FeatureValue>([&] {
         return WithInterface(feature.Type(), [&]<class T>(std::type_identity<T>) {
             return ValueOf(dynamic_cast<T&>(*node));
         });

@@ -18,7 +18,7 @@ struct Fault {
 };
 
 /// What a call works on, and the letters of what is wrong with it.
-struct Arguments {
+struct AcquisitionArguments {
     OV_DEV_HANDLE camera = nullptr;
     std::string faults;
     OV_FRAME_BUFFER* lent = nullptr;
@@ -30,68 +30,68 @@ struct Arguments {
 /// and Q second pointer, Z number 0 or array too small, B started, C callback
 /// registered, N not started, O camera opened for reading only, M fewer buffers than
 /// the producer needs, U a frame that isn't on loan.
-struct Call {
+struct AcquisitionCall {
     const char* name;
     const char* faults;
-    OV_STATUS (*run)(const Arguments& a);
+    OV_STATUS (*run)(const AcquisitionArguments& a);
 };
 
-const Call kCalls[] = {
+const AcquisitionCall kAcquisitionCalls[] = {
     {"SetAcqusitionBufferNumber", "LHZBM",
-     [](const Arguments& a) {
+     [](const AcquisitionArguments& a) {
          return OVSetAcqusitionBufferNumber(a.camera, a.Has('Z') ? 0 : kTooFew);
      }},
     {"GetAcqusitionBufferNumber", "LHZ",
-     [](const Arguments& a) {
+     [](const AcquisitionArguments& a) {
          uint64_t number = 0;
          return OVGetAcqusitionBufferNumber(a.camera, a.Has('Z') ? nullptr : &number);
      }},
     {"RegisterCaptureCallback", "LHPB",
-     [](const Arguments& a) {
+     [](const AcquisitionArguments& a) {
          return OVRegisterCaptureCallback(a.camera, nullptr, a.Has('P') ? nullptr : &IgnoreFrame);
      }},
     {"UnregisterCaptureCallback", "LHB",
-     [](const Arguments& a) { return OVUnregisterCaptureCallback(a.camera); }},
-    {"StreamOn", "LHO", [](const Arguments& a) { return OVStreamOn(a.camera); }},
-    {"StreamOff", "LHO", [](const Arguments& a) { return OVStreamOff(a.camera); }},
-    {"FlushQueue", "LH", [](const Arguments& a) { return OVFlushQueue(a.camera); }},
+     [](const AcquisitionArguments& a) { return OVUnregisterCaptureCallback(a.camera); }},
+    {"StreamOn", "LHO", [](const AcquisitionArguments& a) { return OVStreamOn(a.camera); }},
+    {"StreamOff", "LHO", [](const AcquisitionArguments& a) { return OVStreamOff(a.camera); }},
+    {"FlushQueue", "LH", [](const AcquisitionArguments& a) { return OVFlushQueue(a.camera); }},
     {"GetImage", "LHPQCN",
-     [](const Arguments& a) {
+     [](const AcquisitionArguments& a) {
          uint8_t pixels[kTestFrameSize] = {};
          OV_FRAME_DATA data{};
          data.pImgBuf = a.Has('Q') ? nullptr : pixels;
          return OVGetImage(a.camera, a.Has('P') ? nullptr : &data, kFrameTimeOut);
      }},
     {"DQBuf", "LPHCN",
-     [](const Arguments& a) {
+     [](const AcquisitionArguments& a) {
          OV_FRAME_BUFFER* frame = nullptr;
          return OVDQBuf(a.camera, a.Has('P') ? nullptr : &frame, kFrameTimeOut);
      }},
     {"QBuf", "LHCNU",
-     [](const Arguments& a) {
+     [](const AcquisitionArguments& a) {
          OV_FRAME_BUFFER stranger{};
          return OVQBuf(a.camera, a.Has('U') ? &stranger : a.lent);
      }},
     {"DQAllBufs", "LPQHCNZ",
-     [](const Arguments& a) {
+     [](const AcquisitionArguments& a) {
          OV_FRAME_BUFFER* frames[5] = {};
          uint32_t count = 0;
          return OVDQAllBufs(a.camera, a.Has('P') ? nullptr : frames, a.Has('Z') ? 4 : 5,
                             a.Has('Q') ? nullptr : &count, kFrameTimeOut);
      }},
-    {"QAllBufs", "LHCN", [](const Arguments& a) { return OVQAllBufs(a.camera); }},
+    {"QAllBufs", "LHCN", [](const AcquisitionArguments& a) { return OVQAllBufs(a.camera); }},
 };
 
 /// A call and the two things that are wrong with it; the same for one alone.
-struct Case {
-    const Call* call;
+struct AcquisitionFaults {
+    const AcquisitionCall* call;
     char first;
     char second;
 };
 
-std::vector<Case> Cases() {
-    std::vector<Case> cases;
-    for (const Call& call : kCalls) {
+std::vector<AcquisitionFaults> AllAcquisitionFaults() {
+    std::vector<AcquisitionFaults> cases;
+    for (const AcquisitionCall& call : kAcquisitionCalls) {
         const std::string faults = call.faults;
         for (size_t first = 0; first < faults.size(); ++first) {
             for (size_t second = first; second < faults.size(); ++second) {
@@ -105,8 +105,8 @@ std::vector<Case> Cases() {
 class AcquisitionChecksTest : public AcquisitionTest {
 protected:
     /// Brings camera and arguments into the state that has the faults.
-    Arguments Prepare(const Call& call, const std::string& faults) {
-        Arguments arguments{camera, faults};
+    AcquisitionArguments Prepare(const AcquisitionCall& call, const std::string& faults) {
+        AcquisitionArguments arguments{camera, faults};
         const bool hasState = std::string(call.faults).find('N') != std::string::npos;
         if (arguments.Has('C')) {
             RegisterCallback();
@@ -175,29 +175,31 @@ private:
     }
 };
 
-class AcquisitionChecks : public AcquisitionChecksTest, public testing::WithParamInterface<Case> {};
+class AcquisitionChecks : public AcquisitionChecksTest,
+                          public testing::WithParamInterface<AcquisitionFaults> {};
 
 TEST_P(AcquisitionChecks, TheFirstOfTwoFaultsDecides) {
-    const Call& call = *GetParam().call;
-    const Arguments arguments = Prepare(call, {GetParam().first, GetParam().second});
+    const AcquisitionCall& call = *GetParam().call;
+    const AcquisitionArguments arguments = Prepare(call, {GetParam().first, GetParam().second});
     const OV_STATUS status = call.run(arguments);
     const Fault expected = Describe(call.name, GetParam().first);
     ExpectFailure(status, expected.status, expected.message);
 }
 
-INSTANTIATE_TEST_SUITE_P(Pairs, AcquisitionChecks, testing::ValuesIn(Cases()),
+INSTANTIATE_TEST_SUITE_P(Pairs, AcquisitionChecks, testing::ValuesIn(AllAcquisitionFaults()),
                          [](const auto& test) {
                              return std::string(test.param.call->name) + test.param.first +
                                     test.param.second;
                          });
 
-class AcquisitionCalls : public AcquisitionChecksTest, public testing::WithParamInterface<Call> {};
+class AcquisitionCalls : public AcquisitionChecksTest,
+                         public testing::WithParamInterface<AcquisitionCall> {};
 
 TEST_P(AcquisitionCalls, PassWhenNothingIsWrong) {
     EXPECT_OV_OK(GetParam().run(Prepare(GetParam(), "")));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, AcquisitionCalls, testing::ValuesIn(kCalls),
+INSTANTIATE_TEST_SUITE_P(All, AcquisitionCalls, testing::ValuesIn(kAcquisitionCalls),
                          [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace

@@ -4,41 +4,17 @@
 #include <condition_variable>
 #include <mutex>
 
+#include "StartableCamera.h"
 #include "support/AcquisitionTest.h"
-#include "support/FeatureCalls.h"
 
 namespace {
 
-enum class Way { Callback, Copy, Loan };
-constexpr Way kWays[] = {Way::Callback, Way::Copy, Way::Loan};
-
-std::string Integer(const std::string& name, int64_t value) {
-    return "<Integer Name=\"" + name + "\"><Value>" + std::to_string(value) + "</Value></Integer>";
-}
-
-std::string Register(const std::string& name, const std::string& address, const std::string& port) {
-    return "<IntReg Name=\"" + name + "\"><Address>" + address +
-           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>" + port +
-           "</pPort><Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>";
-}
-
-std::string Command(const std::string& name) {
-    return "<Command Name=\"" + name +
-           "\"><pValue>Run</pValue><CommandValue>1</CommandValue></Command>";
-}
-
-/// A camera that has what a start reads, and "LUTIndex" in the chunk 0xA1.
+/// "LUTIndex" in the chunk 0xA1, beside a register of the camera itself.
 std::string ChunkCamera() {
-    return DescribeCamera(
-        Integer("Width", kTestFrameWidth) + Integer("Height", kTestFrameHeight) +
-        Integer("OffsetX", 0) + Integer("OffsetY", 0) +
-        Integer("PayloadSize", static_cast<int64_t>(kTestFrameSize)) + Command("AcquisitionStart") +
-        Command("AcquisitionStop") + Register("Run", "0x8000", "Device") +
-        Register("TLParamsLocked", "0x418", "Device") + Register("LUTIndex", "0", "Chunk") +
-        Register("LUTValue", "0x9000", "Device") +
-        "<Port Name=\"Chunk\"><ChunkID>A1</ChunkID></Port>" +
-        "<Enumeration Name=\"PixelFormat\"><EnumEntry Name=\"Mono8\"><Value>17301505</Value>"
-        "</EnumEntry><Value>17301505</Value></Enumeration>");
+    return DescribeStartable(DescribeRegister("TLParamsLocked", "0x418", "Device") +
+                             DescribeRegister("LUTIndex", "0", "Chunk") +
+                             DescribeRegister("LUTValue", "0x9000", "Device") +
+                             "<Port Name=\"Chunk\"><ChunkID>A1</ChunkID></Port>");
 }
 
 class ChunkFrameTest : public AcquisitionTest {
@@ -59,13 +35,13 @@ protected:
     }
 
     /// Takes the frame n, looks at it, and gives it back.
-    void ExpectFrame(Way way, uint64_t n) {
-        if (way == Way::Callback) {
+    void ExpectFrame(FrameWay way, uint64_t n) {
+        if (way == FrameWay::Callback) {
             producer.Trigger(0, 0, 1);
             std::unique_lock lock(mutex);
             called.wait(lock, [&] { return calls == n + 1; });
             EXPECT_EQ(difference, "");
-        } else if (way == Way::Copy) {
+        } else if (way == FrameWay::Copy) {
             producer.Trigger(0, 0, 1);
             data.pImgBuf = pixels;
             ASSERT_OV_OK(OVGetImage(camera, &data, kFrameTimeOut));
@@ -87,8 +63,8 @@ protected:
         ++test.calls;
         test.called.notify_all();
     }
-    void StartBy(Way way) {
-        if (way == Way::Callback) {
+    void StartBy(FrameWay way) {
+        if (way == FrameWay::Callback) {
             ASSERT_OV_OK(OVRegisterCaptureCallback(camera, this, &OnFrame));
         }
         Start();
@@ -114,7 +90,7 @@ struct Layout {
 };
 
 class ChunkLayouts : public ChunkFrameTest,
-                     public ::testing::WithParamInterface<std::tuple<Way, Layout>> {};
+                     public ::testing::WithParamInterface<std::tuple<FrameWay, Layout>> {};
 
 TEST_P(ChunkLayouts, LeaveFramesAndFeaturesAsTheyAre) {
     const auto& [way, layout] = GetParam();
@@ -130,14 +106,14 @@ TEST_P(ChunkLayouts, LeaveFramesAndFeaturesAsTheyAre) {
     ExpectUnreadable();
 }
 
-std::string NameOf(const ::testing::TestParamInfo<std::tuple<Way, Layout>>& test) {
+std::string NameOf(const ::testing::TestParamInfo<std::tuple<FrameWay, Layout>>& test) {
     constexpr const char* kNames[] = {"ByCallback", "ByCopy", "ByLoan"};
     return std::string(std::get<1>(test.param).name) +
            kNames[static_cast<size_t>(std::get<0>(test.param))];
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, ChunkLayouts,
-                         ::testing::Combine(::testing::ValuesIn(kWays),
+                         ::testing::Combine(::testing::ValuesIn(kFrameWays),
                                             ::testing::Values(Layout{"Sound", 5, 4},
                                                               Layout{"Empty", 5, 0},
                                                               Layout{"BeyondTheBuffer", 64 * 48, 1},
@@ -148,12 +124,12 @@ INSTANTIATE_TEST_SUITE_P(Of, ChunkLayouts,
 TEST_F(ChunkFrameTest, FeatureIsUnreadableInTheNextOpenCameraToo) {
     producer.AddChunk(0, 0, 0xA1, 5, 4);
     Start();
-    ExpectFrame(Way::Loan, 0);
+    ExpectFrame(FrameWay::Loan, 0);
     ASSERT_OV_OK(OVCloseDevice(camera));
     camera = Open();
     ExpectUnreadable();
     Start();
-    ExpectFrame(Way::Loan, 1);
+    ExpectFrame(FrameWay::Loan, 1);
 }
 
 }  // namespace

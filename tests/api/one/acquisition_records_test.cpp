@@ -32,10 +32,7 @@ Values ValuesOf(int32_t status, const Record& record) {
             record.nOffsetX, record.nOffsetY};
 }
 
-enum class Way { Callback, Copy, Loan };
-constexpr Way kWays[] = {Way::Callback, Way::Copy, Way::Loan};
-
-std::string NameOf(Way way) {
+std::string NameOf(FrameWay way) {
     constexpr const char* kNames[] = {"Callback", "Copy", "Loan"};
     return kNames[static_cast<size_t>(way)];
 }
@@ -52,13 +49,13 @@ protected:
         OpenCameraTest::SetUp();
     }
 
-    Values FrameBy(Way way) {
-        if (way == Way::Callback) {
+    Values FrameBy(FrameWay way) {
+        if (way == FrameWay::Callback) {
             return FrameByCallback();
         }
         Start();
         producer.Trigger(0, 0, 1);
-        if (way == Way::Loan) {
+        if (way == FrameWay::Loan) {
             const OV_FRAME_BUFFER* const frame = Borrow();
             return ValuesOf(frame->nStatus, *frame);
         }
@@ -96,7 +93,7 @@ private:
     }
 };
 
-class FrameRecord : public FrameRecordTest, public testing::WithParamInterface<Way> {};
+class FrameRecord : public FrameRecordTest, public testing::WithParamInterface<FrameWay> {};
 
 TEST_P(FrameRecord, TellsWhatTheProducerTells) {
     OpenAs("GEV");
@@ -150,7 +147,7 @@ TEST_P(FrameRecord, HasPixelsOfAnUnknownPlaceInACopyOnly) {
     std::memset(pixels, 0xA5, sizeof pixels);
     const Values values = FrameBy(GetParam());
     EXPECT_EQ(values.status, OV_FRAME_STATUS_SUCCESS);
-    if (GetParam() == Way::Copy) {
+    if (GetParam() == FrameWay::Copy) {
         EXPECT_EQ(values.pixels, pixels);
         EXPECT_EQ(pixels[0], 0);
         EXPECT_EQ(pixels[1], 1) << "as the camera draws them";
@@ -159,7 +156,7 @@ TEST_P(FrameRecord, HasPixelsOfAnUnknownPlaceInACopyOnly) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Ways, FrameRecord, testing::ValuesIn(kWays),
+INSTANTIATE_TEST_SUITE_P(Ways, FrameRecord, testing::ValuesIn(kFrameWays),
                          [](const auto& test) { return NameOf(test.param); });
 
 /// Whose word counts for the shape of a frame.
@@ -170,7 +167,7 @@ struct Shape {
 };
 
 class FrameShape : public FrameRecordTest,
-                   public testing::WithParamInterface<std::tuple<Way, Shape>> {};
+                   public testing::WithParamInterface<std::tuple<FrameWay, Shape>> {};
 
 TEST_P(FrameShape, IsOfTheCameraWhereTheProducerCannotKnow) {
     const auto& [way, shape] = GetParam();
@@ -188,7 +185,7 @@ TEST_P(FrameShape, IsOfTheCameraWhereTheProducerCannotKnow) {
 
 INSTANTIATE_TEST_SUITE_P(
     Streams, FrameShape,
-    testing::Combine(testing::ValuesIn(kWays),
+    testing::Combine(testing::ValuesIn(kFrameWays),
                      testing::Values(Shape{"GEV", false, false}, Shape{"GEV", true, true},
                                      Shape{"U3V", true, false}, Shape{"Custom", false, true})),
     [](const auto& test) {
@@ -201,7 +198,7 @@ class FrameCopyTest : public FrameRecordTest {};
 TEST_F(FrameCopyTest, HasTheWholePayloadThoughLessIsFilled) {
     OpenAs("GEV");
     producer.SetFrame(0, 0, "SizeFilled", 10);
-    EXPECT_EQ(FrameBy(Way::Copy).size, 10);
+    EXPECT_EQ(FrameBy(FrameWay::Copy).size, 10);
     data.nImgSize = static_cast<int32_t>(kTestFrameSize);
     EXPECT_EQ(DifferenceOf(0, data.nStatus, data), "");
 }
@@ -210,7 +207,7 @@ TEST_F(FrameCopyTest, LeavesReservedFieldsAsTheyWere) {
     OpenAs("GEV");
     data.reserved[0] = 0x1234;
     data.reserved[1] = -1;
-    FrameBy(Way::Copy);
+    FrameBy(FrameWay::Copy);
     EXPECT_EQ(data.reserved[0], 0x1234);
     EXPECT_EQ(data.reserved[1], -1);
 }

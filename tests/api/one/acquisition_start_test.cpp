@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "GenTL/GenTL.h"
+#include "StartableCamera.h"
 #include "support/AcquisitionTest.h"
 
 namespace {
@@ -188,44 +189,11 @@ TEST_F(StartTest, OfALostCameraIsTriedNoFurtherThanItsLock) {
     EXPECT_EQ(producer.CallCount("GCRegisterEvent"), 0U);
 }
 
-std::string Integer(const std::string& name, int64_t value) {
-    return "<Integer Name=\"" + name + "\"><Value>" + std::to_string(value) + "</Value></Integer>";
-}
-
-std::string Register(const std::string& name, const std::string& address) {
-    return "<IntReg Name=\"" + name + "\"><Address>" + address +
-           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
-           "<Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>";
-}
-
-std::string Command(const std::string& name) {
-    return "<Command Name=\"" + name +
-           "\"><pValue>Run</pValue><CommandValue>1</CommandValue></Command>";
-}
-
-/// A camera that has what a start reads, and `more`.
-std::string PlainCamera(const std::string& more) {
-    return R"(<RegisterDescription ModelName="M" VendorName="V" ToolTip="T" )"
-           R"(StandardNameSpace="None" )"
-           R"(SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0" )"
-           R"(MajorVersion="1" MinorVersion="0" SubMinorVersion="0" )"
-           R"(ProductGuid="11111111-2222-3333-4444-555555555555" )"
-           R"(VersionGuid="66666666-7777-8888-9999-AAAAAAAAAAAA" )"
-           R"(xmlns="http://www.genicam.org/GenApi/Version_1_1">)" +
-           Integer("Width", kTestFrameWidth) + Integer("Height", kTestFrameHeight) +
-           Integer("OffsetX", 0) + Integer("OffsetY", 0) +
-           Integer("PayloadSize", static_cast<int64_t>(kTestFrameSize)) +
-           Command("AcquisitionStart") + Command("AcquisitionStop") + Register("Run", "0x8000") +
-           R"(<Enumeration Name="PixelFormat"><EnumEntry Name="Mono8"><Value>17301505)"
-           R"(</Value></EnumEntry><Value>17301505</Value></Enumeration>)" +
-           more + R"(<Port Name="Device"/></RegisterDescription>)";
-}
-
 class PlainCameraTest : public StartTest {
 protected:
     void SetUp() override {}
     void Open(const std::string& more) {
-        const std::string text = PlainCamera(more);
+        const std::string text = DescribeStartable(more);
         producer.SetDescription("Remote", "Plain.xml", text.data(), text.size());
         OpenCameraTest::SetUp();
     }
@@ -240,7 +208,8 @@ TEST_F(PlainCameraTest, StartsAndStopsWithoutALock) {
 }
 
 TEST_F(PlainCameraTest, StartsWithAChunkModeThatCannotBeRead) {
-    Open(Register("TLParamsLocked", "0x418") + Integer("ChunkModeActive", 1));
+    Open(DescribeRegister("TLParamsLocked", "0x418", "Device") +
+         DescribeInteger("ChunkModeActive", 1));
     Start();
     BorrowNew(1);
     Stop();

@@ -334,14 +334,14 @@ struct FileCall {
 const FileCall kExport = {"Export", "LHPAEO"};
 const FileCall kImport = {"Import", "LHPAEOF"};
 
-struct Case {
+struct FileFaults {
     const FileCall* call;
     char first;
     char second;
 };
 
-std::vector<Case> Cases() {
-    std::vector<Case> cases;
+std::vector<FileFaults> AllFileFaults() {
+    std::vector<FileFaults> cases;
     for (const FileCall* const call : {&kExport, &kImport}) {
         const std::string faults = call->faults;
         for (size_t first = 0; first < faults.size(); ++first) {
@@ -353,7 +353,7 @@ std::vector<Case> Cases() {
     return cases;
 }
 
-class ConfigFileChecks : public AcquisitionTest, public testing::WithParamInterface<Case> {
+class ConfigFileChecks : public AcquisitionTest, public testing::WithParamInterface<FileFaults> {
 protected:
     bool Has(char fault) const { return GetParam().first == fault || GetParam().second == fault; }
     bool IsExport() const { return GetParam().call == &kExport; }
@@ -403,8 +403,10 @@ TEST_P(ConfigFileChecks, TheFirstOfTwoFaultsDecides) {
     ExpectFault(Run());
 }
 
-INSTANTIATE_TEST_SUITE_P(Pairs, ConfigFileChecks, testing::ValuesIn(Cases()), [](const auto& test) {
-    return std::string(test.param.call->name) + test.param.first + test.param.second;
-});
+INSTANTIATE_TEST_SUITE_P(Pairs, ConfigFileChecks, testing::ValuesIn(AllFileFaults()),
+                         [](const auto& test) {
+                             return std::string(test.param.call->name) + test.param.first +
+                                    test.param.second;
+                         });
 
 }  // namespace

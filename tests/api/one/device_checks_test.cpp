@@ -7,7 +7,7 @@
 namespace {
 
 /// What a call gets: everything right, unless a test spoils it.
-struct Arguments {
+struct DeviceArguments {
     bool hasRecord = true;
     bool hasHandle = true;
     bool hasKey = true;
@@ -21,58 +21,59 @@ struct Arguments {
 
 struct Check {
     const char* name;
-    void (*spoil)(Arguments&);
+    void (*spoil)(DeviceArguments&);
     OV_STATUS status;
     const char* message;
 };
 
-struct Call {
+struct DeviceCall {
     const char* name;
     /// The exported function, which the failure names.
     const char* function;
-    OV_STATUS (*run)(const Arguments&);
+    OV_STATUS (*run)(const DeviceArguments&);
     /// In the order in which the call makes them.
     std::vector<Check> checks;
 };
 
 OV_DEV_HANDLE lastHandle = nullptr;
 
-OV_STATUS Open(const Arguments& a) {
+OV_STATUS Open(const DeviceArguments& a) {
     const OV_OPEN_PARAM param{a.hasKey ? a.key : nullptr, a.mode, a.access};
     return OVOpenDevice(a.hasRecord ? &param : nullptr, a.hasHandle ? &lastHandle : nullptr);
 }
 
-OV_STATUS GetBaseInfo(const Arguments& a) {
+OV_STATUS GetBaseInfo(const DeviceArguments& a) {
     OV_DEVICE_BASE_INFO record;
     size_t size = a.size;
     return OVGetAllDeviceBaseInfo(&record, a.hasRecord ? &size : nullptr);
 }
 
-OV_STATUS GetIPInfo(const Arguments& a) {
+OV_STATUS GetIPInfo(const DeviceArguments& a) {
     OV_DEVICE_IP_INFO record;
     return OVGetDeviceIPInfo(a.index, a.hasRecord ? &record : nullptr);
 }
 
 template <OV_STATUS (*Update)(uint32_t*, uint32_t)>
-OV_STATUS UpdateList(const Arguments& a) {
+OV_STATUS UpdateList(const DeviceArguments& a) {
     uint32_t count = 0;
     return Update(a.hasRecord ? &count : nullptr, 0);
 }
 
-constexpr Check kNoRecord{"Record", [](Arguments& a) { a.hasRecord = false; },
+constexpr Check kNoRecord{"Record", [](DeviceArguments& a) { a.hasRecord = false; },
                           OV_STATUS_INVALID_PARAMETER, "NULL Pointer"};
-constexpr Check kNoHandle{"Handle", [](Arguments& a) { a.hasHandle = false; },
+constexpr Check kNoHandle{"Handle", [](DeviceArguments& a) { a.hasHandle = false; },
                           OV_STATUS_INVALID_PARAMETER, "NULL Pointer"};
 
 const std::vector<Check> kOpenChecks{
     kNoRecord,
-    {"NullKey", [](Arguments& a) { a.hasKey = false; }, OV_STATUS_INVALID_PARAMETER,
+    {"NullKey", [](DeviceArguments& a) { a.hasKey = false; }, OV_STATUS_INVALID_PARAMETER,
      "NULL Pointer"},
     kNoHandle,
-    {"EmptyKey", [](Arguments& a) { a.key = ""; }, OV_STATUS_INVALID_PARAMETER,
+    {"EmptyKey", [](DeviceArguments& a) { a.key = ""; }, OV_STATUS_INVALID_PARAMETER,
      "OV_OPEN_PARAM::pszContent's length is 0"},
-    {"Mode", [](Arguments& a) { a.mode = 5; }, OV_STATUS_INVALID_PARAMETER, "Error Open Mode"},
-    {"Access", [](Arguments& a) { a.access = 5; }, OV_STATUS_INVALID_PARAMETER,
+    {"Mode", [](DeviceArguments& a) { a.mode = 5; }, OV_STATUS_INVALID_PARAMETER,
+     "Error Open Mode"},
+    {"Access", [](DeviceArguments& a) { a.access = 5; }, OV_STATUS_INVALID_PARAMETER,
      "Error Access Mode"},
 };
 
@@ -83,55 +84,55 @@ std::vector<Check> OpenChecksThen(std::initializer_list<Check> more) {
     return checks;
 }
 
-const Call kCalls[] = {
+const DeviceCall kDeviceCalls[] = {
     {"UpdateLocal", "OVUpdateDeviceList", &UpdateList<OVUpdateDeviceList>, {kNoRecord}},
     {"UpdateAll", "OVUpdateAllDeviceList", &UpdateList<OVUpdateAllDeviceList>, {kNoRecord}},
     {"GetBaseInfo",
      "OVGetAllDeviceBaseInfo",
      &GetBaseInfo,
      {kNoRecord,
-      {"Size", [](Arguments& a) { --a.size; }, OV_STATUS_NEED_MORE_BUFFER,
+      {"Size", [](DeviceArguments& a) { --a.size; }, OV_STATUS_NEED_MORE_BUFFER,
        "Need more buffer for all device info"}}},
     {"GetAddresses",
      "OVGetDeviceIPInfo",
      &GetIPInfo,
      {kNoRecord,
-      {"IndexZero", [](Arguments& a) { a.index = 0; }, OV_STATUS_OUT_OF_RANGE,
+      {"IndexZero", [](DeviceArguments& a) { a.index = 0; }, OV_STATUS_OUT_OF_RANGE,
        "Index out of range"},
-      {"Class", [](Arguments&) {}, OV_STATUS_INVALID_PARAMETER, "The device is not GEV"}}},
+      {"Class", [](DeviceArguments&) {}, OV_STATUS_INVALID_PARAMETER, "The device is not GEV"}}},
     {"OpenByIndex",
      "OVOpenDeviceByIndex",
-     [](const Arguments& a) {
+     [](const DeviceArguments& a) {
          return OVOpenDeviceByIndex(a.index, a.hasHandle ? &lastHandle : nullptr);
      },
      {kNoHandle,
-      {"IndexZero", [](Arguments& a) { a.index = 0; }, OV_STATUS_OUT_OF_RANGE,
+      {"IndexZero", [](DeviceArguments& a) { a.index = 0; }, OV_STATUS_OUT_OF_RANGE,
        "Index should not be 0"}}},
     {"OpenBySerial", "OVOpenDevice", &Open,
-     OpenChecksThen({{"Serial", [](Arguments& a) { a.key = "nobody"; }, OV_STATUS_NOT_FOUND_DEVICE,
-                      "Not found device"}})},
+     OpenChecksThen({{"Serial", [](DeviceArguments& a) { a.key = "nobody"; },
+                      OV_STATUS_NOT_FOUND_DEVICE, "Not found device"}})},
     {"OpenByAddress", "OVOpenDevice", &Open,
      OpenChecksThen({{"Address",
-                      [](Arguments& a) {
+                      [](DeviceArguments& a) {
                           a.mode = OV_OPEN_IP;
                           a.key = "1.2.3.255";
                       },
                       OV_STATUS_INVALID_PARAMETER, "IP string is wrong format"}})},
     {"OpenByPlace", "OVOpenDevice", &Open,
      OpenChecksThen({{"Place",
-                      [](Arguments& a) {
+                      [](DeviceArguments& a) {
                           a.mode = OV_OPEN_INDEX;
                           a.key = "0";
                       },
                       OV_STATUS_OUT_OF_RANGE, "Index should not be 0"}})},
     {"Close",
      "OVCloseDevice",
-     [](const Arguments& a) { return OVCloseDevice(a.hasHandle ? lastHandle : nullptr); },
-     {{"Handle", [](Arguments& a) { a.hasHandle = false; }, OV_STATUS_INVALID_HANDLE,
+     [](const DeviceArguments& a) { return OVCloseDevice(a.hasHandle ? lastHandle : nullptr); },
+     {{"Handle", [](DeviceArguments& a) { a.hasHandle = false; }, OV_STATUS_INVALID_HANDLE,
        "Invalid device handle"}}},
 };
 
-class DeviceChecks : public ApiTest, public testing::WithParamInterface<Call> {
+class DeviceChecks : public ApiTest, public testing::WithParamInterface<DeviceCall> {
 protected:
     void SetUp() override { lastHandle = nullptr; }
 
@@ -146,7 +147,7 @@ protected:
         }
     }
     static OV_STATUS Run(const Check& first, const Check& second) {
-        Arguments arguments;
+        DeviceArguments arguments;
         second.spoil(arguments);
         first.spoil(arguments);
         return GetParam().run(arguments);
@@ -180,7 +181,7 @@ TEST_P(DeviceChecks, TheFailureNamesTheCall) {
         << LastError::Get().text;
 }
 
-INSTANTIATE_TEST_SUITE_P(All, DeviceChecks, testing::ValuesIn(kCalls),
+INSTANTIATE_TEST_SUITE_P(All, DeviceChecks, testing::ValuesIn(kDeviceCalls),
                          [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace

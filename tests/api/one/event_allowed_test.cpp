@@ -10,9 +10,9 @@
 
 namespace {
 
-constexpr uint64_t kFree = 0x3000;
+constexpr uint64_t kFreeRegister = 0x3000;
 
-struct Call {
+struct AllowedCall {
     const char* name;
     OV_STATUS (*run)(OV_DEV_HANDLE camera, const std::string& path);
     bool isOfSettings;
@@ -20,7 +20,7 @@ struct Call {
     bool needsTheCamera;
 };
 
-const Call kCalls[] = {
+const AllowedCall kAllowedCalls[] = {
     {"ExportConfigFile",
      [](OV_DEV_HANDLE camera, const std::string& path) {
          return OVExportConfigFile(camera, path.c_str());
@@ -35,14 +35,14 @@ const Call kCalls[] = {
      [](OV_DEV_HANDLE camera, const std::string&) {
          uint32_t value = 0;
          size_t size = sizeof value;
-         return OVReadRemoteDevicePort(camera, kFree, &value, &size);
+         return OVReadRemoteDevicePort(camera, kFreeRegister, &value, &size);
      },
      false, true},
     {"WriteRemoteDevicePort",
      [](OV_DEV_HANDLE camera, const std::string&) {
          const uint32_t value = 0;
          size_t size = sizeof value;
-         return OVWriteRemoteDevicePort(camera, kFree, &value, &size);
+         return OVWriteRemoteDevicePort(camera, kFreeRegister, &value, &size);
      },
      false, true},
     {"GetEventNumInQueue",
@@ -55,10 +55,6 @@ const Call kCalls[] = {
      false, false},
 };
 
-constexpr CallbackThread kThreads[] = {CallbackThread::Capture, CallbackThread::Event,
-                                       CallbackThread::Offline};
-constexpr const char* kThreadNames[] = {"Capture", "Event", "Offline"};
-
 class CallInACallback : public EventApiTest,
                         public testing::WithParamInterface<std::tuple<size_t, size_t>> {
 protected:
@@ -70,8 +66,8 @@ protected:
 };
 
 TEST_P(CallInACallback, IsLegalButForSettingsWhileAcquiring) {
-    const Call& call = kCalls[std::get<0>(GetParam())];
-    const CallbackThread thread = kThreads[std::get<1>(GetParam())];
+    const AllowedCall& call = kAllowedCalls[std::get<0>(GetParam())];
+    const CallbackThread thread = kCallbackThreads[std::get<1>(GetParam())];
     ASSERT_OV_OK(OVExportConfigFile(camera, path.c_str()));
     RegisterFeature(kEvent);
     const LastError error = RunOn(thread, [&] { return call.run(camera, path); });
@@ -85,11 +81,12 @@ TEST_P(CallInACallback, IsLegalButForSettingsWhileAcquiring) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CallInACallback,
-                         testing::Combine(testing::Range<size_t>(0, std::size(kCalls)),
-                                          testing::Range<size_t>(0, std::size(kThreads))),
+                         testing::Combine(testing::Range<size_t>(0, std::size(kAllowedCalls)),
+                                          testing::Range<size_t>(0, kOwnThreads)),
                          [](const auto& test) {
-                             return kCalls[std::get<0>(test.param)].name + std::string("On") +
-                                    kThreadNames[std::get<1>(test.param)];
+                             return kAllowedCalls[std::get<0>(test.param)].name +
+                                    std::string("On") +
+                                    kCallbackThreadNames[std::get<1>(test.param)];
                          });
 
 }  // namespace

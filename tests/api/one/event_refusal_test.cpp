@@ -7,7 +7,7 @@
 
 namespace {
 
-struct Call {
+struct RefusedCall {
     const char* name;
     OV_STATUS (*run)(OV_DEV_HANDLE camera, void* offlineHandle, void* featureHandle);
     /// The text on the capture, the event and the offline thread and in a feature
@@ -15,7 +15,7 @@ struct Call {
     const char* refusals[4];
 };
 
-const Call kCalls[] = {
+const RefusedCall kRefusedCalls[] = {
     {"CloseDevice",
      [](OV_DEV_HANDLE camera, void*, void*) { return OVCloseDevice(camera); },
      {"Can't close device in capture callback", "Can't close device in event callback",
@@ -70,17 +70,10 @@ const Call kCalls[] = {
      {nullptr, nullptr, "Can't unregister offline callback in callback", nullptr}},
 };
 
-constexpr CallbackThread kThreads[] = {CallbackThread::Capture, CallbackThread::Event,
-                                       CallbackThread::Offline, CallbackThread::Feature};
-constexpr const char* kThreadNames[] = {"Capture", "Event", "Offline", "Feature"};
-/// Those whose thread goes on when the camera has been closed: a write that is still
-/// under way doesn't.
-constexpr size_t kOwnThreads = 3;
-
 class CallbackRefusal : public EventApiTest,
                         public testing::WithParamInterface<std::tuple<size_t, size_t>> {
 protected:
-    static const Call& GetCall() { return kCalls[std::get<0>(GetParam())]; }
+    static const RefusedCall& GetCall() { return kRefusedCalls[std::get<0>(GetParam())]; }
     static size_t GetThread() { return std::get<1>(GetParam()); }
     /// What a call that isn't refused comes to.
     static bool NeedsTheCamera() {
@@ -92,13 +85,13 @@ protected:
 TEST_P(CallbackRefusal, DependsOnTheThread) {
     void* const offline = RegisterOffline();
     void* const feature = RegisterFeature(OV_FEATURE_Width);
-    const LastError error =
-        RunOn(kThreads[GetThread()], [&] { return GetCall().run(camera, offline, feature); });
+    const LastError error = RunOn(kCallbackThreads[GetThread()],
+                                  [&] { return GetCall().run(camera, offline, feature); });
     if (const char* const refusal = GetCall().refusals[GetThread()]) {
         EXPECT_EQ(error.status, OV_STATUS_INVALID_CALL);
         EXPECT_EQ(error.message, refusal);
     } else {
-        const bool isLost = kThreads[GetThread()] == CallbackThread::Offline;
+        const bool isLost = kCallbackThreads[GetThread()] == CallbackThread::Offline;
         EXPECT_EQ(error.status, isLost && NeedsTheCamera() ? OV_STATUS_OFFLINE : OV_STATUS_SUCCESS)
             << error.text;
     }
@@ -107,17 +100,18 @@ TEST_P(CallbackRefusal, DependsOnTheThread) {
 TEST_P(CallbackRefusal, EndsWithTheCallback) {
     void* const offline = RegisterOffline();
     void* const feature = RegisterFeature(OV_FEATURE_Width);
-    RunOn(kThreads[GetThread()], [] { return OV_STATUS_SUCCESS; });
+    RunOn(kCallbackThreads[GetThread()], [] { return OV_STATUS_SUCCESS; });
     EXPECT_NE(GetCall().run(camera, offline, feature), OV_STATUS_INVALID_CALL)
         << LastError::Get().text;
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CallbackRefusal,
-                         testing::Combine(testing::Range<size_t>(0, std::size(kCalls)),
-                                          testing::Range<size_t>(0, std::size(kThreads))),
+                         testing::Combine(testing::Range<size_t>(0, std::size(kRefusedCalls)),
+                                          testing::Range<size_t>(0, std::size(kCallbackThreads))),
                          [](const auto& test) {
-                             return kCalls[std::get<0>(test.param)].name + std::string("On") +
-                                    kThreadNames[std::get<1>(test.param)];
+                             return kRefusedCalls[std::get<0>(test.param)].name +
+                                    std::string("On") +
+                                    kCallbackThreadNames[std::get<1>(test.param)];
                          });
 
 class CallbackOfAnother : public EventApiTest, public testing::WithParamInterface<size_t> {};
@@ -126,7 +120,8 @@ TEST_P(CallbackOfAnother, MayCloseACamera) {
     producer.SetInterfaceCount(2);
     ASSERT_EQ(Update(), 2U);
     OV_DEV_HANDLE const other = Open(2);
-    const LastError error = RunOn(kThreads[GetParam()], [other] { return OVCloseDevice(other); });
+    const LastError error =
+        RunOn(kCallbackThreads[GetParam()], [other] { return OVCloseDevice(other); });
     EXPECT_EQ(error.status, OV_STATUS_SUCCESS) << error.text;
     EXPECT_EQ(producer.OpenCount("Device"), 1);
 }
@@ -135,14 +130,17 @@ TEST_P(CallbackOfAnother, IsRefusedTheLibraryOnceItsOwnCameraIsReached) {
     producer.SetInterfaceCount(2);
     ASSERT_EQ(Update(), 2U);
     Open(2);
-    const LastError error = RunOn(kThreads[GetParam()], [] { return OVCloseLib(); });
-    EXPECT_EQ(error.message, kCalls[1].refusals[GetParam()]);
+    const LastError error = RunOn(kCallbackThreads[GetParam()], [] { return OVCloseLib(); });
+    EXPECT_EQ(error.message, kRefusedCalls[1].refusals[GetParam()]);
     EXPECT_EQ(producer.OpenCount("Device"), 1) << "the one opened last is closed";
     EXPECT_OV_OK(OVCloseLib());
 }
 
-INSTANTIATE_TEST_SUITE_P(Threads, CallbackOfAnother, testing::Range<size_t>(0, std::size(kThreads)),
-                         [](const auto& test) { return std::string(kThreadNames[test.param]); });
+INSTANTIATE_TEST_SUITE_P(Threads, CallbackOfAnother,
+                         testing::Range<size_t>(0, std::size(kCallbackThreads)),
+                         [](const auto& test) {
+                             return std::string(kCallbackThreadNames[test.param]);
+                         });
 
 // A close waits for the callbacks of its cameras; so a call that they are refused
 // may not wait for the close.
@@ -175,7 +173,7 @@ protected:
 
     /// A stream is stopped before it is closed, and the stop waits for its thread.
     const char* BeginOfTheClose() const {
-        const bool stops = kThreads[GetThread()] == CallbackThread::Capture;
+        const bool stops = kCallbackThreads[GetThread()] == CallbackThread::Capture;
         return stops && GetClosing().begin == std::string("DSClose") ? "GCWritePort"
                                                                      : GetClosing().begin;
     }
@@ -186,11 +184,11 @@ TEST_P(RefusalDuringAClose, WaitsForNothing) {
     void* const feature = RegisterFeature(OV_FEATURE_Width);
     std::thread other;
     OV_STATUS closed = OV_STATUS_ERROR;
-    RunOn(kThreads[GetThread()], [&] {
+    RunOn(kCallbackThreads[GetThread()], [&] {
         const uint64_t before = producer.CallCount(BeginOfTheClose());
         other = std::thread([&] { closed = GetClosing().run(camera); });
         EXPECT_EQ(producer.WaitForCalls(BeginOfTheClose(), before + 1, 60000), 0);
-        for (const Call& call : kCalls) {
+        for (const RefusedCall& call : kRefusedCalls) {
             if (const char* const refusal = call.refusals[GetThread()]) {
                 SCOPED_TRACE(call.name);
                 ExpectFailure(call.run(camera, offline, feature), OV_STATUS_INVALID_CALL, refusal);
@@ -207,7 +205,7 @@ INSTANTIATE_TEST_SUITE_P(All, RefusalDuringAClose,
                                           testing::Range<size_t>(0, kOwnThreads)),
                          [](const auto& test) {
                              return std::string("Of") + kClosings[std::get<0>(test.param)].name +
-                                    "On" + kThreadNames[std::get<1>(test.param)];
+                                    "On" + kCallbackThreadNames[std::get<1>(test.param)];
                          });
 
 class CloseOfAnotherDuringAClose : public EventApiTest,
@@ -217,11 +215,11 @@ TEST_P(CloseOfAnotherDuringAClose, IsDoneOnTheCallbacksThread) {
     producer.SetInterfaceCount(2);
     ASSERT_EQ(Update(), 2U);
     OV_DEV_HANDLE const second = Open(2);
-    const bool stops = kThreads[GetParam()] == CallbackThread::Capture;
+    const bool stops = kCallbackThreads[GetParam()] == CallbackThread::Capture;
     const char* const begin = stops ? "GCWritePort" : "DSClose";
     std::thread other;
     OV_STATUS closed = OV_STATUS_ERROR;
-    const LastError error = RunOn(kThreads[GetParam()], [&] {
+    const LastError error = RunOn(kCallbackThreads[GetParam()], [&] {
         const uint64_t before = producer.CallCount(begin);
         other = std::thread([&] { closed = OVCloseDevice(camera); });
         EXPECT_EQ(producer.WaitForCalls(begin, before + 1, 60000), 0);
@@ -234,8 +232,9 @@ TEST_P(CloseOfAnotherDuringAClose, IsDoneOnTheCallbacksThread) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Threads, CloseOfAnotherDuringAClose,
-                         testing::Range<size_t>(0, kOwnThreads),
-                         [](const auto& test) { return std::string(kThreadNames[test.param]); });
+                         testing::Range<size_t>(0, kOwnThreads), [](const auto& test) {
+                             return std::string(kCallbackThreadNames[test.param]);
+                         });
 
 TEST_F(EventApiTest, TheLibraryWaitsForACameraThatAnotherThreadCloses) {
     producer.BlockCall("DevClose");

@@ -9,6 +9,12 @@
 
 /// `Feature` is the calling thread, with a feature callback of its own write.
 enum class CallbackThread { Capture, Event, Offline, Feature };
+constexpr CallbackThread kCallbackThreads[] = {CallbackThread::Capture, CallbackThread::Event,
+                                               CallbackThread::Offline, CallbackThread::Feature};
+constexpr const char* kCallbackThreadNames[] = {"Capture", "Event", "Offline", "Feature"};
+/// Those, which come first, whose thread goes on after the camera has been closed: a
+/// write that is still under way doesn't.
+constexpr size_t kOwnThreads = 3;
 
 class EventApiTest : public OpenCameraTest {
 protected:

@@ -104,7 +104,8 @@ TEST_F(GigETest, ALowerCaseMacIsNotFound) {
     Init();
     ExpectFailure(OVGigEResetDevice("00-aa-bb-cc-00-64", 1), OV_STATUS_NOT_FOUND_DEVICE,
                   "Not Found Device");
-    EXPECT_EQ(producer.CallCount("IFUpdateDeviceList"), 1U);
+    EXPECT_EQ(producer.CallCount("IFUpdateDeviceList"), 1U)
+        << "it was searched for before it was given up";
 }
 
 TEST_F(GigETest, OnlyCamerasOfGigEVisionAreSearchedFor) {
@@ -176,7 +177,7 @@ TEST_F(GigETest, CallsOnSeveralThreadsAllReachTheProducer) {
 
 // Check orders.
 
-struct Arguments {
+struct ConfigurationArguments {
     const char* mac = kMac;
     int32_t mode = 1;
     const char* ip = "10.0.0.5";
@@ -184,47 +185,47 @@ struct Arguments {
     const char* gateway = "10.0.0.1";
 };
 
-struct Call {
+struct ConfigurationCall {
     const char* name;
     /// I initialised, M address of the camera, O mode, A address, K mask,
     /// G gateway, F camera found, P the producer.
     const char* order;
-    OV_STATUS (*run)(const Arguments& a);
+    OV_STATUS (*run)(const ConfigurationArguments& a);
     const char* beneath;
     int32_t mode;
     int32_t badMode;
     const char* modeMessage;
 };
 
-const Call kCalls[] = {
+const ConfigurationCall kConfigurationCalls[] = {
     {"OVGigEIpConfiguration", "IMOAKGFP",
-     [](const Arguments& a) {
+     [](const ConfigurationArguments& a) {
          return OVGigEIpConfiguration(a.mac, a.mode, a.ip, a.mask, a.gateway, "id");
      },
      "IFIpConfiguration", 5, 3, "Ip configure mode is undefined"},
     {"OVGigEIpConfigurationWithoutAddress", "IMOFP",
-     [](const Arguments& a) {
+     [](const ConfigurationArguments& a) {
          return OVGigEIpConfiguration(a.mac, a.mode, nullptr, nullptr, nullptr, nullptr);
      },
      "IFIpConfiguration", 6, 8, "Ip configure mode is undefined"},
     {"OVGigEForceIp", "IMAKGFP",
-     [](const Arguments& a) { return OVGigEForceIp(a.mac, a.ip, a.mask, a.gateway); }, "IFForceIp",
-     0, 0, ""},
+     [](const ConfigurationArguments& a) { return OVGigEForceIp(a.mac, a.ip, a.mask, a.gateway); },
+     "IFForceIp", 0, 0, ""},
     {"OVGigEResetDevice", "IMOFP",
-     [](const Arguments& a) { return OVGigEResetDevice(a.mac, a.mode); }, "IFResetDevice", 1, 3,
-     "Invalid Param"},
+     [](const ConfigurationArguments& a) { return OVGigEResetDevice(a.mac, a.mode); },
+     "IFResetDevice", 1, 3, "Invalid Param"},
 };
 
-class GigEChecks : public CheckOrderTest<Call, Arguments> {
+class GigEChecks : public CheckOrderTest<ConfigurationCall, ConfigurationArguments> {
 protected:
-    Arguments Right() override {
+    ConfigurationArguments Right() override {
         StartAnew();
-        Arguments arguments;
+        ConfigurationArguments arguments;
         arguments.mode = GetParam().mode;
         return arguments;
     }
 
-    void Spoil(Arguments& arguments, char check) override {
+    void Spoil(ConfigurationArguments& arguments, char check) override {
         switch (check) {
             case 'I':
                 OVCloseLib();
@@ -279,7 +280,7 @@ TEST_P(GigEChecks, TheFirstOfTwoBadArgumentsDecides) {
     ExpectTheFirstOfTwoDecides();
 }
 
-INSTANTIATE_TEST_SUITE_P(All, GigEChecks, testing::ValuesIn(kCalls),
+INSTANTIATE_TEST_SUITE_P(All, GigEChecks, testing::ValuesIn(kConfigurationCalls),
                          [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace

@@ -197,23 +197,23 @@ TEST_F(PersistentTest, ALostCameraIsToldByBoth) {
 
 // Check orders.
 
-struct Arguments {
+struct PersistentArguments {
     OV_DEV_HANDLE camera = nullptr;
     /// Texts to write; when reading, null takes a size away.
     std::array<const char*, kFeatures> texts{"10.1.2.3", "255.0.0.0", "10.0.0.1"};
     bool isRoomTooSmall[kFeatures] = {};
 };
 
-struct Call {
+struct PersistentCall {
     const char* name;
     /// I initialised, H handle; A, K, G pointers of address, mask, gateway;
     /// 1, 2, 3 features; a, k, g address, mask, gateway.
     const char* order;
-    OV_STATUS (*run)(const Arguments& a);
+    OV_STATUS (*run)(const PersistentArguments& a);
     const char* refusal;
 };
 
-OV_STATUS Read(const Arguments& a) {
+OV_STATUS Read(const PersistentArguments& a) {
     Texts texts;
     std::array<size_t*, kFeatures> sizes{};
     for (size_t i = 0; i < kFeatures; ++i) {
@@ -225,25 +225,26 @@ OV_STATUS Read(const Arguments& a) {
                                           sizes[2]);
 }
 
-const Call kCalls[] = {
+const PersistentCall kPersistentCalls[] = {
     {"OVGetDevicePersistentIpAddress", "IHAKG123akg", &Read, "Not implemented "},
     {"OVSetDevicePersistentIpAddress", "IHAKG123agk",
-     [](const Arguments& a) {
+     [](const PersistentArguments& a) {
          return OVSetDevicePersistentIpAddress(a.camera, a.texts[0], a.texts[1], a.texts[2]);
      },
      "Not Implemented "},
 };
 
-class PersistentChecks : public CheckOrderTest<Call, Arguments, PersistentTest> {
+class PersistentChecks
+    : public CheckOrderTest<PersistentCall, PersistentArguments, PersistentTest> {
 protected:
-    Arguments Right() override {
+    PersistentArguments Right() override {
         Prepare();
-        Arguments arguments;
+        PersistentArguments arguments;
         arguments.camera = camera;
         return arguments;
     }
 
-    void Spoil(Arguments& arguments, char check) override {
+    void Spoil(PersistentArguments& arguments, char check) override {
         const size_t feature = FeatureOf(check);
         switch (check) {
             case 'I':
@@ -314,7 +315,7 @@ TEST_P(PersistentChecks, TheFirstOfTwoBadArgumentsDecides) {
     ExpectTheFirstOfTwoDecides();
 }
 
-INSTANTIATE_TEST_SUITE_P(All, PersistentChecks, testing::ValuesIn(kCalls),
+INSTANTIATE_TEST_SUITE_P(All, PersistentChecks, testing::ValuesIn(kPersistentCalls),
                          [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace

@@ -11,17 +11,17 @@ OV_STATUS CallWithNothing(OV_STATUS (*call)(Arguments...)) {
     return call(Arguments{}...);
 }
 
-struct Call {
+struct CallOfNothing {
     const char* name;
     OV_STATUS (*run)();
 };
 
 #define OV_CALL(function)                                      \
-    Call {                                                     \
+    CallOfNothing {                                            \
 #function, [] { return CallWithNothing(&(function)); } \
     }
 
-const Call kCalls[] = {
+const CallOfNothing kCallsOfNothing[] = {
     OV_CALL(OVUpdateDeviceList),
     OV_CALL(OVUpdateAllDeviceList),
     OV_CALL(OVGetAllDeviceBaseInfo),
@@ -82,7 +82,7 @@ const Call kCalls[] = {
     OV_CALL(OVWriteRemoteDevicePort),
 };
 
-class NotInitialised : public ApiTest, public testing::WithParamInterface<Call> {
+class NotInitialised : public ApiTest, public testing::WithParamInterface<CallOfNothing> {
 protected:
     static void ExpectRefused() {
         ExpectFailure(GetParam().run(), OV_STATUS_NOT_INIT_API, "Not init API");
@@ -107,7 +107,7 @@ TEST_P(NotInitialised, IsAnsweredOtherwiseBetweenThem) {
     EXPECT_NE(GetParam().run(), OV_STATUS_NOT_INIT_API);
 }
 
-INSTANTIATE_TEST_SUITE_P(Call, NotInitialised, testing::ValuesIn(kCalls),
+INSTANTIATE_TEST_SUITE_P(Call, NotInitialised, testing::ValuesIn(kCallsOfNothing),
                          [](const auto& of) { return std::string(of.param.name); });
 
 }  // namespace

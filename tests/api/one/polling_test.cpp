@@ -166,13 +166,13 @@ TEST_F(PollingTest, AListenerMayGoInACallbackOfAWrite) {
     EXPECT_EQ(OwnThreads(), 0U);
 }
 
-struct Refused {
+struct RefusedPoll {
     const char* name;
     OV_STATUS (*call)(OV_DEV_HANDLE camera);
     const char* message;
 };
 
-constexpr Refused kRefused[] = {
+constexpr RefusedPoll kRefusedPolls[] = {
     {"CloseDevice", &OVCloseDevice, "Can't close device in event callback"},
     {"CloseLib", [](OV_DEV_HANDLE) { return OVCloseLib(); }, "Can't close lib in event callback"},
     {"StreamOn", &OVStreamOn, "Can't start capture in event callback"},
@@ -189,7 +189,7 @@ constexpr Refused kRefused[] = {
 class PollingRefusal : public PollingTest, public testing::WithParamInterface<size_t> {};
 
 TEST_P(PollingRefusal, IsThatOfAnEventCallback) {
-    const Refused& refused = kRefused[GetParam()];
+    const RefusedPoll& refused = kRefusedPolls[GetParam()];
     OpenWith(Polled());
     Listener listener;
     listener.call = [&] { return refused.call(camera); };
@@ -199,7 +199,9 @@ TEST_P(PollingRefusal, IsThatOfAnEventCallback) {
     EXPECT_EQ(error.message, refused.message);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, PollingRefusal, testing::Range<size_t>(0, std::size(kRefused)),
-                         [](const auto& test) { return std::string(kRefused[test.param].name); });
+INSTANTIATE_TEST_SUITE_P(All, PollingRefusal, testing::Range<size_t>(0, std::size(kRefusedPolls)),
+                         [](const auto& test) {
+                             return std::string(kRefusedPolls[test.param].name);
+                         });
 
 }  // namespace

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr uint64_t kFree = 0x4000;
+constexpr uint64_t kFreeMemory = 0x4000;
 constexpr uint64_t kMemoryEnd = 0x10000;
 constexpr size_t kMebibyte = 1 << 20;
 
@@ -21,11 +21,11 @@ std::vector<uint8_t> Counted(size_t size) {
 
 TEST_F(RawPortTest, ReadsWhatTheCameraHas) {
     const std::vector<uint8_t> bytes = Counted(300);
-    producer.WriteMemory(0, 0, kFree, bytes.data(), bytes.size());
+    producer.WriteMemory(0, 0, kFreeMemory, bytes.data(), bytes.size());
     for (const size_t size : {1U, 2U, 3U, 4U, 8U, 299U, 300U}) {
         std::vector<uint8_t> read(301, 0xEE);
         size_t moved = size;
-        ASSERT_OV_OK(OVReadRemoteDevicePort(camera, kFree, read.data(), &moved));
+        ASSERT_OV_OK(OVReadRemoteDevicePort(camera, kFreeMemory, read.data(), &moved));
         EXPECT_EQ(moved, size);
         EXPECT_TRUE(
             std::equal(read.begin(), read.begin() + static_cast<ptrdiff_t>(size), bytes.begin()));
@@ -37,20 +37,20 @@ TEST_F(RawPortTest, WritesWhatTheCameraGets) {
     for (const size_t size : {1U, 2U, 3U, 4U, 8U, 299U, 300U}) {
         const std::vector<uint8_t> bytes = Counted(size);
         size_t moved = size;
-        ASSERT_OV_OK(OVWriteRemoteDevicePort(camera, kFree, bytes.data(), &moved));
+        ASSERT_OV_OK(OVWriteRemoteDevicePort(camera, kFreeMemory, bytes.data(), &moved));
         EXPECT_EQ(moved, size);
         std::vector<uint8_t> written(size);
-        producer.ReadMemory(0, 0, kFree, written.data(), size);
+        producer.ReadMemory(0, 0, kFreeMemory, written.data(), size);
         EXPECT_EQ(written, bytes);
     }
 }
 
 TEST_F(RawPortTest, TheWholeMemoryGoesInOneCall) {
-    const std::vector<uint8_t> bytes = Counted(kMemoryEnd - kFree);
+    const std::vector<uint8_t> bytes = Counted(kMemoryEnd - kFreeMemory);
     size_t size = bytes.size();
-    ASSERT_OV_OK(OVWriteRemoteDevicePort(camera, kFree, bytes.data(), &size));
+    ASSERT_OV_OK(OVWriteRemoteDevicePort(camera, kFreeMemory, bytes.data(), &size));
     std::vector<uint8_t> read(bytes.size());
-    ASSERT_OV_OK(OVReadRemoteDevicePort(camera, kFree, read.data(), &size));
+    ASSERT_OV_OK(OVReadRemoteDevicePort(camera, kFreeMemory, read.data(), &size));
     EXPECT_EQ(size, bytes.size());
     EXPECT_EQ(read, bytes);
 }
@@ -60,10 +60,10 @@ TEST_F(RawPortTest, NoBytesAreTheProducersBusiness) {
     const uint64_t writes = producer.CallCount("GCWritePort");
     uint8_t byte = 0xEE;
     size_t size = 0;
-    EXPECT_OV_OK(OVReadRemoteDevicePort(camera, kFree, &byte, &size));
+    EXPECT_OV_OK(OVReadRemoteDevicePort(camera, kFreeMemory, &byte, &size));
     EXPECT_EQ(size, 0U);
     EXPECT_EQ(byte, 0xEE);
-    EXPECT_OV_OK(OVWriteRemoteDevicePort(camera, kFree, &byte, &size));
+    EXPECT_OV_OK(OVWriteRemoteDevicePort(camera, kFreeMemory, &byte, &size));
     EXPECT_EQ(size, 0U);
     EXPECT_EQ(producer.CallCount("GCReadPort"), reads + 1);
     EXPECT_EQ(producer.CallCount("GCWritePort"), writes + 1);
@@ -73,8 +73,8 @@ TEST_F(RawPortTest, EachCallReachesTheProducerOnce) {
     producer.ClearLog();
     uint32_t value = 0;
     size_t size = sizeof value;
-    EXPECT_OV_OK(OVReadRemoteDevicePort(camera, kFree, &value, &size));
-    EXPECT_OV_OK(OVWriteRemoteDevicePort(camera, kFree, &value, &size));
+    EXPECT_OV_OK(OVReadRemoteDevicePort(camera, kFreeMemory, &value, &size));
+    EXPECT_OV_OK(OVWriteRemoteDevicePort(camera, kFreeMemory, &value, &size));
     EXPECT_EQ(producer.Log(), (std::vector<std::string>{"GCReadPort", "GCWritePort"}));
 }
 
@@ -107,8 +107,8 @@ TEST_F(RawPortTest, WorksWhileFramesFlow) {
     ASSERT_OV_OK(OVStreamOn(camera));
     uint32_t value = 0x12345678;
     size_t size = sizeof value;
-    EXPECT_OV_OK(OVWriteRemoteDevicePort(camera, kFree, &value, &size));
-    EXPECT_OV_OK(OVReadRemoteDevicePort(camera, kFree, &value, &size));
+    EXPECT_OV_OK(OVWriteRemoteDevicePort(camera, kFreeMemory, &value, &size));
+    EXPECT_OV_OK(OVReadRemoteDevicePort(camera, kFreeMemory, &value, &size));
     EXPECT_EQ(value, 0x12345678U);
     ASSERT_OV_OK(OVStreamOff(camera));
 }
@@ -125,14 +125,14 @@ struct PortCall {
 
 constexpr const char* kFaults = "LHBSD";
 
-const PortCall kCalls[] = {
+const PortCall kPortCalls[] = {
     {"Read", "OVReadRemoteDevicePort", "GCReadPort",
      [](OV_DEV_HANDLE camera, void* buffer, size_t* size) {
-         return OVReadRemoteDevicePort(camera, kFree, buffer, size);
+         return OVReadRemoteDevicePort(camera, kFreeMemory, buffer, size);
      }},
     {"Write", "OVWriteRemoteDevicePort", "GCWritePort",
      [](OV_DEV_HANDLE camera, void* buffer, size_t* size) {
-         return OVWriteRemoteDevicePort(camera, kFree, buffer, size);
+         return OVWriteRemoteDevicePort(camera, kFreeMemory, buffer, size);
      }},
 };
 
@@ -216,7 +216,7 @@ TEST_P(RawPortCalls, CodesWithAMeaningOfTheirOwnHaveItsStatus) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, RawPortCalls, testing::ValuesIn(kCalls),
+INSTANTIATE_TEST_SUITE_P(All, RawPortCalls, testing::ValuesIn(kPortCalls),
                          [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace

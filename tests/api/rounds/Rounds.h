@@ -10,6 +10,9 @@
 #include "support/ApiTest.h"
 #include "support/FrameCounter.h"
 
+/// A feature that comes with events.
+constexpr OV_FEATURE_ID kEvent = OV_FEATURE_EventExposureEndFrameID;
+
 /// Every call of one function of a producer waits at its entry, from the making
 /// of this object to `Release` or its end.
 class HeldCall {

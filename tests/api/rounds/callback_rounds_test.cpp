@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr OV_FEATURE_ID kEvent = OV_FEATURE_EventExposureEndFrameID;
 constexpr OV_FEATURE_ID kPlain = OV_FEATURE_Width;
 
 class CallbackRoundsTest : public RoundsTest {

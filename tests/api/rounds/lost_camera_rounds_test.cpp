@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr OV_FEATURE_ID kEvent = OV_FEATURE_EventExposureEndFrameID;
-
 class LostCameraRoundsTest : public RoundsTest {
 protected:
     TestProducer& ProducerOf(unsigned round) { return round % 2 == 0 ? gev : custom; }

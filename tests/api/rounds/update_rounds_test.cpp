@@ -69,15 +69,15 @@ TEST_F(UpdateRoundsTest, AnInterfaceVanishesDuringAnUpdate) {
     });
 }
 
-constexpr const char* kOpenCalls[] = {"IFOpenDevice", "DevGetPort", "DevGetNumDataStreams",
-                                      "DevOpenDataStream", "GCGetPortURLInfo"};
+constexpr const char* kCallsOfAnOpening[] = {"IFOpenDevice", "DevGetPort", "DevGetNumDataStreams",
+                                             "DevOpenDataStream", "GCGetPortURLInfo"};
 
 TEST_F(UpdateRoundsTest, AnUpdateRunsDuringAnOpening) {
     Run([&](unsigned round) {
         TestProducer& producer = ProducerOf(round);
         const uint32_t index = IndexOf(IdAt(round, 0, 0));
         OV_DEV_HANDLE camera = nullptr;
-        HeldCall held(producer, kOpenCalls[round / 2 % std::size(kOpenCalls)]);
+        HeldCall held(producer, kCallsOfAnOpening[round / 2 % std::size(kCallsOfAnOpening)]);
         Beside opening([&] { return OVOpenDeviceByIndex(index, &camera); });
         held.WaitFor(1);
         producer.LoseDevice(0, 1);
@@ -101,15 +101,15 @@ TEST_F(UpdateRoundsTest, TheCameraThatIsBeingOpenedVanishesFromTheList) {
         TestProducer& producer = ProducerOf(round);
         const uint32_t index = IndexOf(IdAt(round, 0, 0));
         OV_DEV_HANDLE camera = nullptr;
-        HeldCall held(producer, kOpenCalls[round / 2 % std::size(kOpenCalls)]);
+        HeldCall held(producer, kCallsOfAnOpening[round / 2 % std::size(kCallsOfAnOpening)]);
         Beside opening([&] { return OVOpenDeviceByIndex(index, &camera); });
         held.WaitFor(1);
         producer.LoseDevice(0, 0);
         Beside update(&UpdateAll);
         // Now and then the update is through before the opening goes on; it can't
         // be while the opening makes the list of streams.
-        if (round / 2 % 2 == 0 &&
-            kOpenCalls[round / 2 % std::size(kOpenCalls)] != std::string("DevGetNumDataStreams")) {
+        if (round / 2 % 2 == 0 && kCallsOfAnOpening[round / 2 % std::size(kCallsOfAnOpening)] !=
+                                      std::string("DevGetNumDataStreams")) {
             update.Join();
         }
         held.Release();

@@ -100,9 +100,18 @@ TEST(EventAdapter, LeavesPortsOfTheDeviceAlone) {
 }
 
 TEST(EventAdapter, DeliversToNobodyWithoutAMap) {
-    CEventAdapterGeneric adapter;
-    Deliver(adapter, {1}, uint64_t{1});
-    adapter.DetachNodeMap();
+    NotingCallback::Calls calls;
+    EventCamera camera({"9C40"});
+    CEventAdapterGeneric detached(&camera.Map().Map());
+    detached.DetachNodeMap();
+    NotingCallback::On(camera.Map().Get("Size9C40"), calls);
+    EXPECT_NO_THROW(Deliver(detached, {1}, uint64_t{0x9C40}));
+    EXPECT_EQ(calls, NotingCallback::Calls());
+    EXPECT_EQ(camera.Map().Get("E9C40").GetAccessMode(), NI);
+
+    CEventAdapterGeneric neverAttached;
+    EXPECT_NO_THROW(Deliver(neverAttached, {1}, uint64_t{1}));
+    EXPECT_NO_THROW(neverAttached.DetachNodeMap());
 }
 
 TEST(EventAdapter, LeavesAMapForTheNext) {
