@@ -24,6 +24,11 @@ void RequirePointer(const void* pointer, std::string_view what) {
     }
 }
 
+OvBase::CUserLog& ProducerLog() {
+    static OvBase::CUserLog log = OvBase::CUserLog::FromEnvironment();
+    return log;
+}
+
 void StoreLastError(GenTL::GC_ERROR code, std::string_view text) noexcept {
     t_record.code = code;
     const size_t length = std::min(text.size(), t_record.text.size() - 1);

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "Base/UserLog.h"
 #include "GenTL/GenTL.h"
 
 namespace OvProducer {
@@ -25,6 +26,9 @@ private:
 
 /// Throws -1009 with "`what` must not be null" for a null pointer.
 void RequirePointer(const void* pointer, std::string_view what);
+
+/// The log that a user switches on, which goes when the producer is unloaded.
+OvBase::CUserLog& ProducerLog();
 
 /// The calling thread's last failure.
 struct LastError {

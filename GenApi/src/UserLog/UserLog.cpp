@@ -108,6 +108,10 @@ CUserLog& CUserLog::GetInstance() {
     return *log;
 }
 
+CUserLog CUserLog::FromEnvironment() {
+    return CUserLog(Variable("OV_LOG"), Variable("OV_LOG_FILE"));
+}
+
 CUserLog::CUserLog(std::string_view wanted, const std::string& fileName) : m_File(STDERR_FILENO) {
     if (wanted.empty()) {
         return;

@@ -22,9 +22,11 @@ namespace OvBase {
 /// a line costs the look at an empty list.
 class CUserLog {
 public:
-    /// The log that the environment asks for, read at the first call. A producer
-    /// has one of its own. It lives to the end of the process.
+    /// The log of the library, as the environment asks for it at the first call. It lives
+    /// to the end of the process: threads may write to it until then.
     static CUserLog& GetInstance();
+    /// A log as the environment asks for it, for a module that may be unloaded.
+    static CUserLog FromEnvironment();
 
     /// @param wanted    as in `OV_LOG`
     /// @param fileName  empty for standard error

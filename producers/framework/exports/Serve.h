@@ -9,7 +9,6 @@
 #include <string_view>
 #include <utility>
 
-#include "Base/UserLog.h"
 #include "framework/Backend.h"
 #include "framework/Failure.h"
 #include "framework/Functions.h"
@@ -26,7 +25,7 @@ namespace OvProducer {
 
 /// Logs a call for a user who has switched that on (Base/UserLog.h).
 inline void LogCall(Function function, int level, std::string_view outcome) noexcept {
-    OvBase::CUserLog& log = OvBase::CUserLog::GetInstance();
+    OvBase::CUserLog& log = ProducerLog();
     if (log.IsOn()) {
         log.Write("Producer", level, NameOf(function), outcome);
     }
