@@ -4,6 +4,8 @@
 #include <array>
 #include <cstring>
 
+#include "Base/UserLog.h"
+
 namespace OvProducer {
 namespace {
 

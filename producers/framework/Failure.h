@@ -7,8 +7,11 @@
 #include <string>
 #include <string_view>
 
-#include "Base/UserLog.h"
 #include "GenTL/GenTL.h"
+
+namespace OvBase {
+class CUserLog;
+}
 
 namespace OvProducer {
 

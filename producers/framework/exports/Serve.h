@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Base/UserLog.h"
 #include "framework/Backend.h"
 #include "framework/Failure.h"
 #include "framework/Functions.h"
