@@ -1,10 +1,10 @@
 #include "registers/FltRegImpl.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
-#include <cstring>
 #include <limits>
+
+#include "registers/ByteOrder.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -12,14 +12,6 @@ namespace {
 
 template <class Number>
 using BytesOf = std::array<uint8_t, sizeof(Number)>;
-
-/// The bytes in the machine's order, or back.
-template <size_t Size>
-void SwapToMachine(std::array<uint8_t, Size>& bytes, EEndianess endianess) {
-    if ((endianess == BigEndian) == (std::endian::native == std::endian::little)) {
-        std::reverse(bytes.begin(), bytes.end());
-    }
-}
 
 constexpr int64_t kSingleLength = sizeof(float);
 constexpr int64_t kDoubleLength = sizeof(double);

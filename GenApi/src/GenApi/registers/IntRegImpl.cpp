@@ -1,9 +1,10 @@
 #include "registers/IntRegImpl.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <limits>
+
+#include "registers/ByteOrder.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -11,14 +12,6 @@ namespace {
 
 constexpr int64_t kMaxIntegerLength = 8;
 using Bytes = std::array<uint8_t, kMaxIntegerLength>;
-
-/// The register's bytes in the machine's order, or back.
-void SwapToMachine(Bytes& bytes, int64_t length, EEndianess endianess) {
-    const bool isForeign = (endianess == BigEndian) == (std::endian::native == std::endian::little);
-    if (isForeign) {
-        std::reverse(bytes.begin(), bytes.begin() + length);
-    }
-}
 
 }  // namespace
 
@@ -87,14 +80,14 @@ uint64_t CIntRegImpl::ReadRaw(bool verify, bool ignoreCache) {
     Bytes bytes{};
     const int64_t length = CheckedLength();
     InternalGet(bytes.data(), length, verify, ignoreCache);
-    SwapToMachine(bytes, length, m_Endianess);
+    SwapToMachine({bytes.data(), static_cast<size_t>(length)}, m_Endianess);
     return std::bit_cast<uint64_t>(bytes);
 }
 
 void CIntRegImpl::WriteRaw(uint64_t raw, bool verify) {
     auto bytes = std::bit_cast<Bytes>(raw);
     const int64_t length = CheckedLength();
-    SwapToMachine(bytes, length, m_Endianess);
+    SwapToMachine({bytes.data(), static_cast<size_t>(length)}, m_Endianess);
     InternalSet(bytes.data(), length, verify);
 }
 
