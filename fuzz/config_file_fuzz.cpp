@@ -2,7 +2,7 @@
 #include <typeinfo>
 
 #include "Base/OvAssert.h"
-#include "TLClassLoadTL/OvException.h"
+#include "TLClassSupport/OvException.h"
 #include "settings_fuzz.h"
 
 namespace SettingsFuzz {

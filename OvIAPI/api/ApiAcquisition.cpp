@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "OvIAPI.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvString.h"
-#include "TLClassMain/DataStream.h"
+#include "TLClassModule/IDataStream.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvString.h"
 #include "api/DeviceManager.h"
 #include "errors/OVIError.h"
 #include "frames/Acquisition.h"

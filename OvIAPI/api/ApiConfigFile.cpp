@@ -5,8 +5,8 @@
 #include <sstream>
 
 #include "OvIAPI.h"
-#include "TLClassFeature/FeaturePersistance.h"
-#include "TLClassLoadTL/OvException.h"
+#include "TLClassDevice/AllFeaturePersistance.h"
+#include "TLClassSupport/OvException.h"
 #include "api/DeviceManager.h"
 #include "errors/OVIError.h"
 #include "frames/Acquisition.h"

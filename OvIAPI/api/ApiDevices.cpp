@@ -1,7 +1,7 @@
 // The device list, and opening.
 
 #include "OvIAPI.h"
-#include "TLClassLoadTL/OvException.h"
+#include "TLClassSupport/OvException.h"
 #include "api/DeviceManager.h"
 #include "errors/OVIError.h"
 

@@ -5,7 +5,7 @@
 
 #include "OvIAPI.h"
 #include "TLClassFeature/FeatureControl.h"
-#include "TLClassLoadTL/OvException.h"
+#include "TLClassSupport/OvException.h"
 #include "api/FeatureAccess.h"
 #include "errors/OVIError.h"
 #include "frames/Acquisition.h"

@@ -6,8 +6,8 @@
 
 #include "OvIAPI.h"
 #include "TLClassFeature/FeatureControl.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassMain/Device.h"
+#include "TLClassModule/IDevice.h"
+#include "TLClassSupport/OvException.h"
 #include "api/FeatureAccess.h"
 #include "errors/OVIError.h"
 

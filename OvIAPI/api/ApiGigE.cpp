@@ -3,8 +3,8 @@
 // another.
 
 #include "OvIAPI.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassMain/Device.h"
+#include "TLClassModule/IDevice.h"
+#include "TLClassSupport/OvException.h"
 #include "api/DeviceManager.h"
 #include "errors/OVIError.h"
 

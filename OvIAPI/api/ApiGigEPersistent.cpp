@@ -5,8 +5,8 @@
 
 #include "OvIAPI.h"
 #include "TLClassFeature/FeatureControl.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvString.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvString.h"
 #include "api/FeatureAccess.h"
 #include "errors/OVIError.h"
 #include "gige/Ipcalc.h"

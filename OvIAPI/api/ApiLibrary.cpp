@@ -4,8 +4,8 @@
 
 #include "OvIAPI.h"
 #include "TLClassEvent/CallbackScope.h"
-#include "TLClassLoadTL/OvString.h"
-#include "TLClassMain/TLManager.h"
+#include "TLClassMain/ITLManager.h"
+#include "TLClassSupport/OvString.h"
 #include "api/DeviceManager.h"
 #include "errors/OVIError.h"
 

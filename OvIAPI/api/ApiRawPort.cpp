@@ -2,7 +2,7 @@
 
 #include "OvIAPI.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
-#include "TLClassMain/Device.h"
+#include "TLClassModule/IDevice.h"
 #include "api/DeviceManager.h"
 #include "errors/OVIError.h"
 

@@ -1,7 +1,7 @@
 #include "api/DeviceManager.h"
 
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassMain/Device.h"
+#include "TLClassModule/IDevice.h"
+#include "TLClassSupport/OvException.h"
 
 using namespace OVTLClass;
 

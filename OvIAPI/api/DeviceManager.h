@@ -3,7 +3,7 @@
 
 #include <atomic>
 
-#include "TLClassLoadTL/OvLock.h"
+#include "TLClassSupport/OvLock.h"
 #include "api/FeatureTable.h"
 #include "camera/DeviceInfo.h"
 #include "devices/DeviceInfoFactory.h"

@@ -4,11 +4,11 @@
 #include <iterator>
 
 #include "TLClassFeature/FeatureControl.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassMain/DataStream.h"
-#include "TLClassMain/Device.h"
-#include "TLClassMain/Interface.h"
-#include "TLClassMain/TL.h"
+#include "TLClassModule/IDataStream.h"
+#include "TLClassModule/IDevice.h"
+#include "TLClassModule/IInterface.h"
+#include "TLClassModule/ITL.h"
+#include "TLClassSupport/OvException.h"
 
 using namespace OVTLClass;
 

@@ -5,8 +5,8 @@
 
 #include "GenApi/NodeMapRef.h"
 #include "TLClassEvent/CallbackScope.h"
-#include "TLClassMain/Agency.h"
-#include "TLClassMain/Device.h"
+#include "TLClassModule/IDevice.h"
+#include "TLClassSupport/Agency.h"
 
 using namespace OVTLClass;
 

@@ -1,9 +1,9 @@
 #include "camera/DeviceInfo.h"
 
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvString.h"
-#include "TLClassMain/DataStream.h"
-#include "TLClassMain/Device.h"
+#include "TLClassModule/IDataStream.h"
+#include "TLClassModule/IDevice.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvString.h"
 
 using namespace OVTLClass;
 

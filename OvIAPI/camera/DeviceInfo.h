@@ -7,7 +7,7 @@
 
 #include "OvIDef.h"
 #include "TLClassInfo/InfoRecords.h"
-#include "TLClassLoadTL/OvLock.h"
+#include "TLClassSupport/OvLock.h"
 #include "camera/CameraPolling.h"
 #include "camera/FetchGate.h"
 #include "camera/FramePool.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "TLClassMain/Buffer.h"
+#include "TLClassBuffer/Buffer.h"
 
 using namespace OVTLClass;
 

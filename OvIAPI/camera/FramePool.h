@@ -5,7 +5,7 @@
 #include <mutex>
 
 #include "OvIDef.h"
-#include "TLClassLoadTL/OvLock.h"
+#include "TLClassSupport/OvLock.h"
 
 /// A record is free or delivered. Records move between the two queues without
 /// being made anew: lending a frame takes no memory. The lock of the free ones is always taken

@@ -4,10 +4,10 @@
 #include <cstdlib>
 
 #include "Base/GCException.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassMain/Agency.h"
-#include "TLClassMain/DataStream.h"
-#include "TLClassMain/Device.h"
+#include "TLClassModule/IDataStream.h"
+#include "TLClassModule/IDevice.h"
+#include "TLClassSupport/Agency.h"
+#include "TLClassSupport/OvException.h"
 #include "devices/DeviceOpening.h"
 #include "frames/Acquisition.h"
 #include "gige/Ipcalc.h"

@@ -1,12 +1,12 @@
 #include "devices/DeviceOpening.h"
 
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvString.h"
-#include "TLClassMain/DataStream.h"
-#include "TLClassMain/Device.h"
-#include "TLClassMain/Interface.h"
-#include "TLClassMain/TL.h"
-#include "TLClassMain/TLManager.h"
+#include "TLClassMain/ITLManager.h"
+#include "TLClassModule/IDataStream.h"
+#include "TLClassModule/IDevice.h"
+#include "TLClassModule/IInterface.h"
+#include "TLClassModule/ITL.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvString.h"
 #include "gige/Ipcalc.h"
 
 using namespace OVTLClass;
@@ -14,11 +14,14 @@ using namespace OVTLClass;
 namespace {
 
 /// The camera of that address when it could be opened there, else null.
-std::shared_ptr<IDevice> OpenOnInterface(CGevInterface& owner, int64_t address,
+std::shared_ptr<IDevice> OpenOnInterface(IInterface& owner, int64_t address,
                                          OV_ACCESS_MODE accessMode, const OvPlace& place) {
     std::shared_ptr<IDevice> device;
     try {
         device = owner.DoCreateDeviceByIPAddress(address);
+        if (!device) {
+            return nullptr;
+        }
         COpenDeviceAgency opened(*device, accessMode);
         COpenDataStreamAgency streamOpened(*device, place);
         streamOpened.Commit();
@@ -58,10 +61,8 @@ std::shared_ptr<IDevice> OpenOnAnyInterface(const std::string& ip, OV_ACCESS_MOD
         if (tl->DoGetTLInfo().tlType.value != "GEV") {
             continue;
         }
-        for (const auto& candidate : tl->DoGetInterfaceList()) {
-            const auto owner = std::dynamic_pointer_cast<CGevInterface>(candidate);
-            if (auto device =
-                    owner ? OpenOnInterface(*owner, address, accessMode, place) : nullptr) {
+        for (const auto& owner : tl->DoGetInterfaceList()) {
+            if (auto device = OpenOnInterface(*owner, address, accessMode, place)) {
                 return device;
             }
         }

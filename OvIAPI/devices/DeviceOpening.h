@@ -5,7 +5,7 @@
 #include <string>
 
 #include "OvIDef.h"
-#include "TLClassMain/Agency.h"
+#include "TLClassSupport/Agency.h"
 #include "errors/Place.h"
 
 namespace OVTLClass {

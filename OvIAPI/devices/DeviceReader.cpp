@@ -2,9 +2,10 @@
 
 #include <algorithm>
 
-#include "TLClassMain/Device.h"
-#include "TLClassMain/Interface.h"
-#include "TLClassMain/TL.h"
+#include "TLClassModule/DeviceAddress.h"
+#include "TLClassModule/IDevice.h"
+#include "TLClassModule/IInterface.h"
+#include "TLClassModule/ITL.h"
 
 using namespace OVTLClass;
 
@@ -28,11 +29,11 @@ std::shared_ptr<COvDeviceInfo> ReadDevice(const std::shared_ptr<IDevice>& device
 }
 
 void ReadAddresses(COvDeviceInfo& entry, IDevice& device, IInterface& owner) {
-    if (auto* const gevDevice = dynamic_cast<CGevDevice*>(&device)) {
-        entry.deviceAddresses.Set(gevDevice->GetGevDeviceInfo());
+    if (const auto addresses = device.DoGetGevDeviceInfo()) {
+        entry.deviceAddresses.Set(*addresses);
     }
-    if (auto* const gevInterface = dynamic_cast<CGevInterface*>(&owner)) {
-        entry.adapterAddresses.Set(gevInterface->GetGevInterfaceInfo());
+    if (const auto addresses = owner.DoGetGevInterfaceInfo()) {
+        entry.adapterAddresses.Set(*addresses);
     }
     entry.adapterDescription = owner.DoGetCommonInterfaceInfo().description.value;
 }
@@ -48,7 +49,7 @@ OvDeviceInfoList ReadGevDevices(ITL& tl, const std::string& tlId) {
     OvDeviceInfoList list;
     for (const auto& owner : tl.DoGetInterfaceList()) {
         for (const auto& device : owner->DoGetDeviceList()) {
-            if (CGevInterface::IsMadeForAddress(*device)) {
+            if (IsMadeForAddress(*device)) {
                 continue;
             }
             auto entry = ReadDevice(device, tlId);

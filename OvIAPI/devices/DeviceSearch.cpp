@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "TLClassMain/TLManager.h"
-#include "TLClassMain/UpdateAgency.h"
+#include "TLClassMain/ITLManager.h"
+#include "TLClassUpdate/UpdateAgency.h"
 
 using namespace OVTLClass;
 
@@ -13,13 +13,9 @@ namespace {
 constexpr unsigned kWholeNetworkTimeout = 200;
 constexpr unsigned kWholeNetworkInterval = 1;
 
-bool IsGev(const std::shared_ptr<ITL>& tl) {
-    return std::dynamic_pointer_cast<CGevTL>(tl) != nullptr;
-}
-
 void UpdateAll(const TLList& tls, OvSearchMode mode, unsigned timeout) {
     TLList others;
-    std::remove_copy_if(tls.begin(), tls.end(), std::back_inserter(others), &IsGev);
+    std::remove_copy_if(tls.begin(), tls.end(), std::back_inserter(others), &CTLQuery::IsGevTL);
     bool changed = false;
     CGevUpdateAgency gev(CTLQuery::QueryGevTLFromTLArray(tls));
     if (mode == OvSearchMode::LocalNetwork) {
@@ -30,8 +26,7 @@ void UpdateAll(const TLList& tls, OvSearchMode mode, unsigned timeout) {
     CGenericUpdateAgency(others).DoUpdate(timeout, 0, changed);
 }
 
-template <class List>
-OvDeviceInfoList ReadDevicesOfAll(const List& tls) {
+OvDeviceInfoList ReadDevicesOfAll(const TLList& tls) {
     OvDeviceInfoList list;
     for (const auto& tl : tls) {
         const OvDeviceInfoList devices = ReadDevicesOf(*tl);
@@ -50,9 +45,11 @@ OvDeviceInfoList CDeviceSearch::Run(unsigned timeout) {
 }
 
 OvDeviceInfoList SearchWholeNetwork() {
-    const GevTLList tls = CTLQuery::QueryGevTLFromTLArray(ITLManager::GetInstance()->DoGetTLList());
+    const TLList tls = ITLManager::GetInstance()->DoGetTLList();
     bool changed = false;
-    CGevUpdateAgency(tls).DoUpdateInWholeNetwork(kWholeNetworkTimeout, kWholeNetworkInterval,
-                                                 changed);
-    return ReadDevicesOfAll(tls);
+    CGevUpdateAgency(CTLQuery::QueryGevTLFromTLArray(tls))
+        .DoUpdateInWholeNetwork(kWholeNetworkTimeout, kWholeNetworkInterval, changed);
+    TLList gev;
+    std::copy_if(tls.begin(), tls.end(), std::back_inserter(gev), &CTLQuery::IsGevTL);
+    return ReadDevicesOfAll(gev);
 }

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <mutex>
 
-#include "TLClassLoadTL/OvLock.h"
+#include "TLClassSupport/OvLock.h"
 #include "devices/DeviceReader.h"
 
 /// How far a search goes.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "TLClassLoadTL/OvException.h"
+#include "TLClassSupport/OvException.h"
 #include "devices/CameraRecords.h"
 
 using namespace OVTLClass;

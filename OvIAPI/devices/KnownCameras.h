@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "OvIDef.h"
-#include "TLClassLoadTL/OvLock.h"
+#include "TLClassSupport/OvLock.h"
 #include "camera/DeviceInfo.h"
 #include "errors/Place.h"
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "TLClassMain/Device.h"
-#include "TLClassMain/Interface.h"
+#include "TLClassModule/DeviceAddress.h"
+#include "TLClassModule/IDevice.h"
 #include "errors/CallbackCheck.h"
 #include "gige/Ipcalc.h"
 
@@ -29,7 +29,7 @@ OV_DEV_HANDLE COpenCameras::Add(std::unique_ptr<COvDeviceInfo> camera) {
 }
 
 bool COpenCameras::IsOpenAt(const std::string& ip) const {
-    const std::string id = CGevInterface::IdOfAddress(Cipcalc().StringToInt(ip));
+    const std::string id = IdOfAddress(Cipcalc().StringToInt(ip));
     const auto isOpenAt = [&](const auto& camera) {
         // A camera that was opened by its address has no address text of its own, but
         // the ID that it was made with.

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "TLClassLoadTL/OvLock.h"
+#include "TLClassSupport/OvLock.h"
 
 /// One thread at a time opens what is at an address.
 class COpeningAddresses {

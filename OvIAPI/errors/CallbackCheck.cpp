@@ -1,7 +1,7 @@
 #include "errors/CallbackCheck.h"
 
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvString.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvString.h"
 
 using namespace OVTLClass;
 

@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "TLClassLoadTL/OvException.h"
+#include "TLClassSupport/OvException.h"
 
 COVIError& COVIError::GetInstance() noexcept {
     static thread_local COVIError error;

@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "TLClassEvent/CallbackScope.h"
-#include "TLClassLoadTL/VxThread.h"
-#include "TLClassMain/Device.h"
+#include "TLClassModule/IDevice.h"
+#include "TLClassSupport/VxThread.h"
 
 using namespace OVTLClass;
 

@@ -2,7 +2,7 @@
 /// The bridges from a camera's events to an application's callbacks.
 
 #include "OvIDef.h"
-#include "TLClassEvent/EventCallback.h"
+#include "TLClassSupport/EventCallback.h"
 
 namespace OVTLClass {
 class IDevice;

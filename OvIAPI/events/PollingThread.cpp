@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "TLClassEvent/CallbackScope.h"
-#include "TLClassLoadTL/OvException.h"
+#include "TLClassSupport/OvException.h"
 
 using namespace OVTLClass;
 

@@ -5,9 +5,9 @@
 #include <condition_variable>
 #include <vector>
 
-#include "TLClassLoadTL/OvLock.h"
-#include "TLClassLoadTL/VxThread.h"
-#include "TLClassMain/Agency.h"
+#include "TLClassSupport/Agency.h"
+#include "TLClassSupport/OvLock.h"
+#include "TLClassSupport/VxThread.h"
 #include "camera/CameraPolling.h"
 
 /// One thread for all cameras, as long as one of them has listeners and polled

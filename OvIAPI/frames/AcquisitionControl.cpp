@@ -3,11 +3,13 @@
 #include <exception>
 
 #include "Base/GCException.h"
+#include "TLClassBuffer/BufferInitInfo.h"
+#include "TLClassEvent/NativeNewBufferEvent.h"
 #include "TLClassFeature/IFeatureControl.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassMain/Agency.h"
-#include "TLClassMain/DataStream.h"
-#include "TLClassMain/Device.h"
+#include "TLClassModule/IDataStream.h"
+#include "TLClassModule/IDevice.h"
+#include "TLClassSupport/Agency.h"
+#include "TLClassSupport/OvException.h"
 #include "errors/CallbackCheck.h"
 #include "frames/Acquisition.h"
 

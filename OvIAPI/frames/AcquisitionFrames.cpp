@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvString.h"
-#include "TLClassMain/Buffer.h"
-#include "TLClassMain/DataStream.h"
+#include "TLClassBuffer/Buffer.h"
+#include "TLClassModule/IDataStream.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvString.h"
 #include "frames/Acquisition.h"
 #include "frames/FrameRecord.h"
 

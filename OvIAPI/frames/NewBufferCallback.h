@@ -2,7 +2,7 @@
 /// The bridge from the stream's frames to an application's capture callback.
 
 #include "OvIDef.h"
-#include "TLClassEvent/EventCallback.h"
+#include "TLClassSupport/EventCallback.h"
 
 namespace OVTLClass {
 class IDevice;

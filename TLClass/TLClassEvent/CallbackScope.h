@@ -2,7 +2,7 @@
 /// Where a thread stands: in which callbacks of which cameras.
 
 #include "Base/LockRank.h"
-#include "TLClassMain/Agency.h"
+#include "TLClassSupport/UnCopyable.h"
 
 namespace OVTLClass {
 

@@ -4,8 +4,8 @@
 
 #include "TLClassEvent/CallbackScope.h"
 #include "TLClassEvent/EndWait.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvLog.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvLog.h"
 
 namespace OVTLClass {
 

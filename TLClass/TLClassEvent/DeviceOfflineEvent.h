@@ -5,39 +5,12 @@
 #include <memory>
 #include <vector>
 
-#include "TLClassEvent/EventCallback.h"
-#include "TLClassLoadTL/GenTLLib.h"
-#include "TLClassLoadTL/OvLock.h"
-#include "TLClassLoadTL/VxThread.h"
-#include "TLClassMain/Agency.h"
+#include "TLClassEvent/NativeDeviceOfflineEvent.h"
+#include "TLClassSupport/EventCallback.h"
+#include "TLClassSupport/OvLock.h"
+#include "TLClassSupport/VxThread.h"
 
 namespace OVTLClass {
-
-class CGCRegisterEventAgency;
-
-/// The GenTL event that a producer signals once its device is gone.
-class CNativeDeviceOfflineEvent : public CUnCopyable {
-public:
-    explicit CNativeDeviceOfflineEvent(const CGenTLLib& lib);
-    ~CNativeDeviceOfflineEvent();
-
-    /// A producer without that event is no failure: it is logged, and the event
-    /// stays unregistered.
-    void RegisterDeviceOfflineEvent(void* deviceHandle);
-    void UnRegisterDeviceOfflineEvent();
-    /// Waits for the signal, without end.
-    /// @return the producer's status: 0 for the signal
-    int32_t GetOfflineEvent() const;
-    /// Ends the wait. False, and a line in the log, when the producer refuses.
-    bool EventKill() const;
-    bool IsRegistered() const { return m_registration != nullptr; }
-
-private:
-    const CGenTLLib& m_lib;
-    /// Read by the waiting thread, which is started after it was stored.
-    void* m_event = nullptr;
-    std::unique_ptr<CGCRegisterEventAgency> m_registration;
-};
 
 /// Adds the callbacks, and the thread that waits for the signal.
 ///

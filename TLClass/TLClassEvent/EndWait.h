@@ -1,8 +1,8 @@
 #pragma once
 /// The end of a thread that waits for an event.
 
-#include "TLClassLoadTL/VxThread.h"
-#include "TLClassMain/Agency.h"
+#include "TLClassSupport/RunLogged.h"
+#include "TLClassSupport/VxThread.h"
 
 namespace OVTLClass {
 

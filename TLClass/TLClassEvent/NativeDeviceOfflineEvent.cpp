@@ -1,4 +1,5 @@
-#include "TLClassEvent/DeviceOfflineEvent.h"
+#include "TLClassEvent/NativeDeviceOfflineEvent.h"
+
 #include "TLClassEvent/RegisterEventAgency.h"
 
 namespace OVTLClass {

@@ -1,10 +1,11 @@
+#include "TLClassEvent/NativeNewBufferEvent.h"
+
 #include <utility>
 
 #include "GenApi/ChunkAdapterGeneric.h"
-#include "TLClassEvent/NewBufferEvent.h"
+#include "TLClassBuffer/Buffer.h"
 #include "TLClassEvent/RegisterEventAgency.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassMain/Buffer.h"
+#include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {
 

@@ -1,8 +1,8 @@
 #include "TLClassEvent/NewBufferEvent.h"
 
+#include "TLClassBuffer/Buffer.h"
 #include "TLClassEvent/EndWait.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassMain/Buffer.h"
+#include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {
 

@@ -5,9 +5,9 @@
 
 #include "Base/GCException.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvLog.h"
-#include "TLClassMain/Agency.h"
+#include "TLClassSupport/Agency.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvLog.h"
 
 namespace OVTLClass {
 

@@ -2,8 +2,8 @@
 
 #include "TLClassEvent/EndWait.h"
 #include "TLClassEvent/RegisterEventAgency.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvLog.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvLog.h"
 
 namespace OVTLClass {
 

@@ -9,10 +9,10 @@
 #include "GenApi/EventAdapterGeneric.h"
 #include "GenApi/NodeMapRef.h"
 #include "TLClassLoadTL/GenTLLib.h"
-#include "TLClassLoadTL/OvLock.h"
-#include "TLClassLoadTL/VxEvent.h"
-#include "TLClassLoadTL/VxThread.h"
-#include "TLClassMain/Agency.h"
+#include "TLClassSupport/OvLock.h"
+#include "TLClassSupport/UnCopyable.h"
+#include "TLClassSupport/VxEvent.h"
+#include "TLClassSupport/VxThread.h"
 
 namespace OVTLClass {
 

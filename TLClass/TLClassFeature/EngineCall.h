@@ -4,7 +4,7 @@
 #include <type_traits>
 
 #include "Base/GCException.h"
-#include "TLClassLoadTL/OvException.h"
+#include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {
 

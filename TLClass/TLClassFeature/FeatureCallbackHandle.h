@@ -4,8 +4,8 @@
 #include <string>
 
 #include "GenApi/NodeCallback.h"
-#include "TLClassEvent/EventCallback.h"
 #include "TLClassFeature/FeatureControl.h"
+#include "TLClassSupport/EventCallback.h"
 
 namespace OVTLClass {
 

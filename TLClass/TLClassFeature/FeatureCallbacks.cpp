@@ -5,8 +5,8 @@
 
 #include "TLClassFeature/EngineCall.h"
 #include "TLClassFeature/FeatureCallbackHandle.h"
-#include "TLClassLoadTL/OvLog.h"
-#include "TLClassMain/Agency.h"
+#include "TLClassSupport/OvLog.h"
+#include "TLClassSupport/RunLogged.h"
 
 namespace OVTLClass {
 

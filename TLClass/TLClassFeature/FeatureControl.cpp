@@ -9,7 +9,7 @@
 #include "GenApi/IString.h"
 #include "TLClassFeature/EngineCall.h"
 #include "TLClassFeature/FeatureCallbackHandle.h"
-#include "TLClassLoadTL/OvString.h"
+#include "TLClassSupport/OvString.h"
 
 namespace OVTLClass {
 

@@ -7,7 +7,7 @@
 
 #include "GenApi/NodeMapRef.h"
 #include "TLClassFeature/IFeatureControl.h"
-#include "TLClassLoadTL/OvLock.h"
+#include "TLClassSupport/OvLock.h"
 
 namespace OVTLClass {
 

@@ -7,8 +7,8 @@
 #include "GenApi/FeatureBagStream.h"
 #include "GenApi/NodeMapRef.h"
 #include "GenApi/Pointer.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvString.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvString.h"
 
 using GenApi_3_0_ORVANE::CFeatureBag;
 using GenICam_3_0_ORVANE::gcstring_vector;

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <iosfwd>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,8 +12,6 @@ class CNodeMapRef;
 }
 
 namespace OVTLClass {
-
-class IDevice;
 
 /// Writes and reads that text. The node maps stay the caller's and have to
 /// outlive the object.
@@ -52,18 +49,6 @@ private:
 
     /// Remote device, local device, stream: the order of the parts.
     std::array<CNodeMapRef*, 3> m_nodeMaps;
-};
-
-/// The same for a camera with all that belongs to it.
-class CAllFeaturePersistance {
-public:
-    /// std::runtime_error for no device, and for one that isn't open with its
-    /// first stream.
-    static void ExportAllFeaturesToStream(const std::shared_ptr<IDevice>& device,
-                                          std::ostream& target);
-    /// As above, with what CFeaturePersistance::ImportFeaturesFromStream tells.
-    static std::vector<std::string> ImportAllFeaturesFromStream(
-        const std::shared_ptr<IDevice>& device, std::istream& source, bool verify);
 };
 
 }  // namespace OVTLClass

@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "TLClassFeature/FeaturePersistance.h"
-#include "TLClassLoadTL/OvString.h"
+#include "TLClassSupport/OvString.h"
 
 namespace OVTLClass {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "TLClassMain/Agency.h"
+#include "TLClassSupport/UnCopyable.h"
 
 namespace OVTLClass {
 
@@ -59,8 +59,6 @@ public:
     virtual bool DoIsWritable(const std::string& name) const = 0;
     virtual FEATURE_INT_RANGE DoGetIntRange(const std::string& name) const = 0;
     virtual int64_t DoGetInt(const std::string& name) const = 0;
-    /// As above, past the caches.
-    virtual int64_t DoReadInt(const std::string& name) const = 0;
     virtual void DoSetInt(const std::string& name, int64_t value) const = 0;
     virtual FEATURE_FLOAT_RANGE DoGetFloatRange(const std::string& name) const = 0;
     virtual double DoGetFloat(const std::string& name) const = 0;
@@ -79,8 +77,6 @@ public:
     /// Without a terminating zero.
     virtual int64_t DoGetMaxStringLength(const std::string& name) const = 0;
     virtual std::string DoGetString(const std::string& name) const = 0;
-    /// As above, past the caches.
-    virtual std::string DoReadString(const std::string& name) const = 0;
     virtual void DoSetString(const std::string& name, const std::string& value) const = 0;
     virtual size_t DoGetBufferLength(const std::string& name) const = 0;
     /// Reads the whole feature into `buffer` of `size` bytes.
@@ -93,6 +89,9 @@ public:
     /// Nothing for an unknown handle. The handle is an address as a number.
     virtual void DoUnregisterFeatureCallback(intptr_t handle) = 0;
     virtual void DoUnregisterAllFeatureCallback() = 0;
+    // As DoGetInt and DoGetString, past the caches.
+    virtual int64_t DoReadInt(const std::string& name) const = 0;
+    virtual std::string DoReadString(const std::string& name) const = 0;
 };
 
 }  // namespace OVTLClass

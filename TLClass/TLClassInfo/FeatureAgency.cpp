@@ -1,6 +1,7 @@
 #include "TLClassInfo/FeatureAgency.h"
 
 #include "TLClassInfo/FeatureReader.h"
+#include "TLClassSupport/RunLogged.h"
 
 namespace OVTLClass {
 

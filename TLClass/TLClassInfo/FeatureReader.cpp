@@ -1,8 +1,8 @@
 #include "TLClassInfo/FeatureReader.h"
 
 #include "Base/GCException.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvLog.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvLog.h"
 
 namespace OVTLClass {
 

@@ -7,7 +7,7 @@
 #include <climits>
 #include <cstdlib>
 
-#include "TLClassLoadTL/OvException.h"
+#include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {
 

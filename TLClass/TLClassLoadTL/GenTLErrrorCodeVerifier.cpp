@@ -2,8 +2,8 @@
 
 #include "Base/GCException.h"
 #include "TLClassLoadTL/GenTLText.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvLog.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvLog.h"
 
 namespace OVTLClass {
 

@@ -1,8 +1,8 @@
 #include "TLClassLoadTL/GenTLLib.h"
 
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvLog.h"
-#include "TLClassLoadTL/OvString.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvLog.h"
+#include "TLClassSupport/OvString.h"
 
 namespace OVTLClass {
 

@@ -2,8 +2,8 @@
 
 #include <dlfcn.h>
 
-#include "TLClassLoadTL/OvLog.h"
-#include "TLClassLoadTL/OvString.h"
+#include "TLClassSupport/OvLog.h"
+#include "TLClassSupport/OvString.h"
 
 namespace OVTLClass {
 

@@ -1,10 +1,15 @@
 #include "TLClassMain/Query.h"
 
-#include "TLClassMain/Device.h"
-#include "TLClassMain/Interface.h"
-#include "TLClassMain/TLManager.h"
+#include "TLClassMain/GevTL.h"
+#include "TLClassMain/ITLManager.h"
+#include "TLClassModule/IDevice.h"
+#include "TLClassModule/IInterface.h"
 
 namespace OVTLClass {
+
+bool CTLQuery::IsGevTL(const std::shared_ptr<ITL>& tl) {
+    return std::dynamic_pointer_cast<CGevTL>(tl) != nullptr;
+}
 
 TLList CTLQuery::QueryAllTL() {
     return ITLManager::GetInstance()->DoGetTLList();

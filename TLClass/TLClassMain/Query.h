@@ -18,6 +18,7 @@ using DevicePointerList = std::vector<std::shared_ptr<IDevice>>;
 
 class CTLQuery {
 public:
+    static bool IsGevTL(const std::shared_ptr<ITL>& tl);
     static TLList QueryAllTL();
     static GevTLList QueryAllGevTL();
     /// The entries that speak GigE Vision.

@@ -1,9 +1,8 @@
 #include "TLClassMain/TL.h"
 
 #include "TLClassFeature/FeatureControl.h"
-#include "TLClassInfo/FeatureAgency.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
-#include "TLClassMain/Interface.h"
+#include "TLClassModule/IInterface.h"
 #include "TLClassXML/XMLLoadAgency.h"
 
 namespace OVTLClass {
@@ -47,7 +46,7 @@ void CTL::DoCloseTL() {
     if (!m_open) {
         return;
     }
-    _ForEachChild<CInterface>([](CInterface& child) { child.DoCloseInterface(); });
+    _ForEachChild<IInterface>([](IInterface& child) { child.DoCloseInterface(); });
     _ClearChildrenList();
     __CloseLostInterfaces();
     SetFeatureControl(nullptr);
@@ -65,13 +64,13 @@ void CTL::__CloseLostInterfaces() {
     m_lost.clear();
 }
 
-std::vector<std::shared_ptr<IInterface>> CTL::DoGetInterfaceList() {
+CTL::InterfaceList CTL::DoGetInterfaceList() {
     return _GetGcObjectList<IInterface>();
 }
 
-std::vector<std::shared_ptr<IInterface>> CTL::DoGetLostInterfaceList() {
+CTL::InterfaceList CTL::DoGetLostInterfaceList() {
     const CAutoLock lock(m_lostLock);
-    return {m_lost.begin(), m_lost.end()};
+    return m_lost;
 }
 
 void CTL::__DoAcquireTLSpecialInformation(const IFeatureControl& /*control*/) {}
@@ -86,31 +85,5 @@ void CTL::__DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& /*con
                                                     size_t /*count*/) {}
 
 void CTL::__DoResetAllInterfaceSpecialInformation() {}
-
-void CGevTL::__DoAcquireTLSpecialInformation(const IFeatureControl& control) {
-    m_gevInfo = CGevFeatureAgency::GetTLFeatureBySelf(control);
-}
-
-std::vector<SPECIAL_INFO*> CGevTL::__DoGetAllInterfaceSpecialInformation(size_t /*count*/) {
-    std::vector<SPECIAL_INFO*> pointers;
-    pointers.reserve(m_gevInterfaceInfos.size());
-    for (GEV_IF_INFO& info : m_gevInterfaceInfos) {
-        pointers.push_back(&info);
-    }
-    return pointers;
-}
-
-void CGevTL::__DoResetTLSpecialInformation() {
-    m_gevInfo = {};
-}
-
-void CGevTL::__DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& control,
-                                                       size_t count) {
-    m_gevInterfaceInfos = CGevFeatureAgency::GetAllInterfaceFeatureByTL(control, count);
-}
-
-void CGevTL::__DoResetAllInterfaceSpecialInformation() {
-    m_gevInterfaceInfos.clear();
-}
 
 }  // namespace OVTLClass

@@ -5,43 +5,23 @@
 #include <vector>
 
 #include "TLClassInfo/InfoRecords.h"
-#include "TLClassMain/GcObject.h"
+#include "TLClassModule/ITL.h"
 
 namespace OVTLClass {
 
 class IInterface;
-class CInterface;
-
-class ITL : public CGcObject {
-public:
-    using CGcObject::CGcObject;
-
-    /// Has the producer look for interfaces and renews the children, or only what
-    /// changes about them while they are the same. What goes wrong is logged and
-    /// leaves the list as it was; the next update renews it.
-    /// @param timeout  for the producer, in milliseconds
-    /// @param changed  whether the list is another now
-    virtual void DoUpdateInterfaceList(unsigned timeout, bool& changed) = 0;
-    virtual TL_INFO DoGetTLInfo() = 0;
-    virtual std::vector<std::shared_ptr<IInterface>> DoGetInterfaceList() = 0;
-    /// Interfaces that the producer no longer lists.
-    virtual std::vector<std::shared_ptr<IInterface>> DoGetLostInterfaceList() = 0;
-    virtual void DoOpenTL() = 0;
-    virtual void DoCloseTL() = 0;
-    virtual bool DoIsTLOpen() = 0;
-};
 
 class CTL : public ITL {
 public:
-    using InterfaceList = std::vector<std::shared_ptr<CInterface>>;
+    using InterfaceList = std::vector<std::shared_ptr<IInterface>>;
 
     CTL(std::shared_ptr<const CGenTLLib> lib, TL_INFO info);
     ~CTL() override;
 
     void DoUpdateInterfaceList(unsigned timeout, bool& changed) override;
     TL_INFO DoGetTLInfo() override { return m_info; }
-    std::vector<std::shared_ptr<IInterface>> DoGetInterfaceList() override;
-    std::vector<std::shared_ptr<IInterface>> DoGetLostInterfaceList() override;
+    InterfaceList DoGetInterfaceList() override;
+    InterfaceList DoGetLostInterfaceList() override;
     void DoOpenTL() override;
     void DoCloseTL() override;
     bool DoIsTLOpen() override { return m_open; }
@@ -86,29 +66,6 @@ private:
     bool m_listIsStale = false;
     InterfaceList m_lost;
     CLock m_lostLock{LockRank::LostInterfaces};
-};
-
-/// The system module of a GigE Vision producer.
-class CGevTL : public CTL {
-public:
-    using CTL::CTL;
-
-    GEV_TL_INFO GetGevTLInfo() const { return m_gevInfo; }
-    std::vector<GEV_IF_INFO> GetAllGevInterfaceInfo() const { return m_gevInterfaceInfos; }
-
-protected:
-    void __DoAcquireTLSpecialInformation(const IFeatureControl& control) override;
-    std::vector<SPECIAL_INFO*> __DoGetAllInterfaceSpecialInformation(size_t count) override;
-    void __DoResetTLSpecialInformation() override;
-    void __DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& control,
-                                                   size_t count) override;
-    void __DoResetAllInterfaceSpecialInformation() override;
-    /// An adapter may get another address.
-    bool __DoInterfacesChange() const override { return true; }
-
-private:
-    std::vector<GEV_IF_INFO> m_gevInterfaceInfos;
-    GEV_TL_INFO m_gevInfo;
 };
 
 }  // namespace OVTLClass

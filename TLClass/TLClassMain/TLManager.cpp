@@ -7,8 +7,8 @@
 #include "TLClassInfo/InformationAgency.h"
 #include "TLClassLoadTL/CtiRetrival.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassMain/GcFactory.h"
+#include "TLClassMain/TLFactory.h"
+#include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {
 

@@ -6,30 +6,10 @@
 #include <utility>
 #include <vector>
 
+#include "TLClassMain/ITLManager.h"
 #include "TLClassMain/TL.h"
 
 namespace OVTLClass {
-
-/// Loads producers and takes them down. One per process.
-class ITLManager {
-public:
-    virtual ~ITLManager() = default;
-    ITLManager(const ITLManager&) = delete;
-    ITLManager& operator=(const ITLManager&) = delete;
-
-    /// Loads and opens those of the named files that stand beside the library.
-    /// All of them or none: one that fails undoes the others.
-    virtual void DoInit(const std::vector<std::string>& names) = 0;
-    /// Closes and unloads all, from first to last. Nothing when not initialised.
-    virtual void DoUninit() = 0;
-    /// The open system modules, in the order of the names.
-    virtual std::vector<std::shared_ptr<ITL>> DoGetTLList() = 0;
-
-    static ITLManager* GetInstance();
-
-protected:
-    ITLManager() = default;
-};
 
 class CTLManager : public ITLManager {
 public:

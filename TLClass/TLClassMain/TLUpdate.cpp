@@ -5,12 +5,12 @@
 #include "Base/GCException.h"
 #include "GenApi/NodeMapRef.h"
 #include "TLClassInfo/InformationAgency.h"
+#include "TLClassInterface/InterfaceFactory.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassMain/GcFactory.h"
-#include "TLClassMain/Interface.h"
 #include "TLClassMain/TL.h"
 #include "TLClassMain/TLManager.h"
+#include "TLClassModule/IInterface.h"
+#include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {
 
@@ -79,7 +79,7 @@ void CTL::__RefreshInterfaces() {
         return;
     }
     __WithInterfaceRecords([this](const std::vector<IF_INFO>& records) {
-        const InterfaceList known = _GetGcObjectList<CInterface>();
+        const InterfaceList known = _GetGcObjectList<IInterface>();
         for (const IF_INFO& record : records) {
             const auto found = FindById(known, record);
             if (found != known.end()) {
@@ -101,7 +101,7 @@ void CTL::__LendSpecialInformation(std::vector<IF_INFO>& records) {
 }
 
 void CTL::__TakeInterfaceList(const std::vector<IF_INFO>& records) {
-    InterfaceList known = _GetGcObjectList<CInterface>();
+    InterfaceList known = _GetGcObjectList<IInterface>();
     {
         const CAutoLock lock(m_lostLock);
         known.insert(known.end(), m_lost.begin(), m_lost.end());
@@ -145,7 +145,7 @@ CTL::InterfaceList CTL::__FindLostInterface(const InterfaceList& known,
 }
 
 void CTL::__OpenAllInterface(InterfaceList& list) {
-    const auto failsToOpen = [](const std::shared_ptr<CInterface>& candidate) {
+    const auto failsToOpen = [](const std::shared_ptr<IInterface>& candidate) {
         bool opened = false;
         OV_RUN_LOGGED([&] {
             candidate->DoOpenInterface();

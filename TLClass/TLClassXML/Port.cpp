@@ -1,8 +1,8 @@
 #include "TLClassXML/Port.h"
 
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvString.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvString.h"
 
 namespace OVTLClass {
 

@@ -4,8 +4,8 @@
 
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 #include "TLClassLoadTL/GenTLText.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvLog.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvLog.h"
 #include "TLClassXML/XMLLoader.h"
 
 namespace OVTLClass {

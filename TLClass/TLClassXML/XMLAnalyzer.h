@@ -6,7 +6,7 @@
 
 #include "GenApi/NodeMapRef.h"
 #include "TLClassLoadTL/GenTLLib.h"
-#include "TLClassLoadTL/OvLock.h"
+#include "TLClassSupport/OvLock.h"
 #include "TLClassXML/Port.h"
 
 namespace OVTLClass {

@@ -1,7 +1,7 @@
 #pragma once
 /// A loaded description that is unloaded again when a construction fails.
 
-#include "TLClassMain/Agency.h"
+#include "TLClassSupport/Agency.h"
 #include "TLClassXML/XMLAnalyzer.h"
 
 namespace OVTLClass {

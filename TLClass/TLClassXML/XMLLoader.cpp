@@ -6,7 +6,7 @@
 
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 #include "TLClassLoadTL/GenTLText.h"
-#include "TLClassLoadTL/OvException.h"
+#include "TLClassSupport/OvException.h"
 #include "TLClassXML/Zip.h"
 
 namespace OVTLClass {

@@ -3,8 +3,8 @@
 #include <cctype>
 #include <cstdlib>
 
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvString.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvString.h"
 
 namespace OVTLClass {
 

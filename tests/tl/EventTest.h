@@ -6,9 +6,9 @@
 #include <functional>
 #include <thread>
 
-#include "TLClassEvent/EventCallback.h"
-#include "TLClassMain/DataStream.h"
-#include "TLClassMain/Device.h"
+#include "TLClassDevice/Device.h"
+#include "TLClassStream/DataStream.h"
+#include "TLClassSupport/EventCallback.h"
 #include "TransportTest.h"
 
 namespace OVTLClass {

@@ -1,7 +1,10 @@
 #pragma once
 /// An interface of a test producer, and what its lists hold.
 
-#include "TLClassMain/Device.h"
+#include "TLClassDevice/Device.h"
+#include "TLClassDevice/GevDevice.h"
+#include "TLClassInterface/GevInterface.h"
+#include "TLClassModule/DeviceAddress.h"
 #include "TransportTest.h"
 
 namespace OVTLClass {

@@ -1,9 +1,9 @@
 #pragma once
 /// The first stream of an open camera.
 
-#include "TLClassMain/BufferInitInfo.h"
-#include "TLClassMain/DataStream.h"
-#include "TLClassMain/Device.h"
+#include "TLClassBuffer/BufferInitInfo.h"
+#include "TLClassDevice/Device.h"
+#include "TLClassStream/DataStream.h"
 #include "TransportTest.h"
 #include "support/XmlNodeMap.h"
 

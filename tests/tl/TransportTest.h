@@ -14,11 +14,12 @@
 #include <vector>
 
 #include "OvTestControl.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvLog.h"
-#include "TLClassMain/Interface.h"
+#include "TLClassInterface/Interface.h"
+#include "TLClassMain/GevTL.h"
 #include "TLClassMain/TL.h"
 #include "TLClassMain/TLManager.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvLog.h"
 
 namespace OVTLClass {
 

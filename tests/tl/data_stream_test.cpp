@@ -7,7 +7,7 @@
 
 #include "StreamTest.h"
 #include "TLClassFeature/IFeatureControl.h"
-#include "TLClassMain/DataStream.h"
+#include "TLClassStream/DataStream.h"
 
 namespace OVTLClass {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <future>
 
-#include "TLClassMain/DataStream.h"
-#include "TLClassMain/Device.h"
+#include "TLClassDevice/Device.h"
+#include "TLClassStream/DataStream.h"
 #include "TransportTest.h"
 
 namespace OVTLClass {

@@ -3,9 +3,9 @@
 #include <future>
 
 #include "EventTest.h"
+#include "TLClassBuffer/BufferInitInfo.h"
 #include "TLClassEvent/CallbackScope.h"
 #include "TLClassEvent/DeviceOfflineEvent.h"
-#include "TLClassMain/BufferInitInfo.h"
 #include "ThreadShortage.h"
 
 namespace OVTLClass {

@@ -1,14 +1,14 @@
 // A device: its two sides, opening step by step, and closing whatever runs.
 
-#include "TLClassMain/Device.h"
+#include "TLClassDevice/Device.h"
 
 #include <algorithm>
 #include <map>
 
+#include "TLClassBuffer/BufferInitInfo.h"
+#include "TLClassDevice/DeviceFactory.h"
 #include "TLClassFeature/IFeatureControl.h"
-#include "TLClassMain/BufferInitInfo.h"
-#include "TLClassMain/DataStream.h"
-#include "TLClassMain/GcFactory.h"
+#include "TLClassStream/DataStream.h"
 #include "TransportTest.h"
 
 namespace OVTLClass {
@@ -261,7 +261,7 @@ TEST_F(PlainDeviceTest, OpensLikeAnyOther) {
 /// The choice of a device's class.
 class DeviceFactory : public ::testing::Test {
 protected:
-    std::unique_ptr<CDevice> Create() {
+    std::unique_ptr<IDevice> Create() {
         return CDeviceFactory::CreateDevice(lib, nullptr, nullptr, info);
     }
 
@@ -278,7 +278,7 @@ TEST_F(DeviceFactory, MakesAGigEVisionDeviceWithItsAddresses) {
     info.pCommonInfo = &common;
     info.pSpecialInfo = &gevDevice;
     const auto device = Create();
-    EXPECT_EQ(dynamic_cast<CGevDevice&>(*device).GetGevDeviceInfo().ipAddress.value, 5);
+    EXPECT_EQ(device->DoGetGevDeviceInfo()->ipAddress.value, 5);
     EXPECT_EQ(info.pCommonInfo, nullptr);
     EXPECT_EQ(info.pSpecialInfo, nullptr);
 }

@@ -3,7 +3,7 @@
 #include <typeindex>
 
 #include "FeatureNodes.h"
-#include "TLClassEvent/EventCallback.h"
+#include "TLClassSupport/EventCallback.h"
 #include "TransportTest.h"
 
 namespace OVTLClass {

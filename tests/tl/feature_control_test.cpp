@@ -7,8 +7,8 @@
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IFloat.h"
 #include "GenApi/IInteger.h"
-#include "TLClassEvent/EventCallback.h"
 #include "TLClassFeature/FeatureControl.h"
+#include "TLClassSupport/EventCallback.h"
 #include "TransportTest.h"
 
 namespace OVTLClass {

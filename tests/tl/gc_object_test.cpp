@@ -1,7 +1,8 @@
 // Children of a module, and the guards that undo steps.
 
 #include "Base/GCException.h"
-#include "TLClassMain/GcObject.h"
+#include "TLClassModule/GcObject.h"
+#include "TLClassSupport/Agency.h"
 #include "TransportTest.h"
 
 namespace OVTLClass {

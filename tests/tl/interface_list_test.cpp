@@ -113,11 +113,11 @@ TEST_F(OddListTest, AnInterfaceOfAnotherTypeListsGigEVisionAndUsb3VisionDevices)
     EXPECT_EQ(std::dynamic_pointer_cast<CGevDevice>(devices[2]), nullptr);
     const auto gev = std::dynamic_pointer_cast<CGevDevice>(devices[1]);
     ASSERT_NE(gev, nullptr);
-    EXPECT_EQ(gev->GetGevDeviceInfo().macAddress.value, 0x00AABBCC0065);
+    EXPECT_EQ(gev->DoGetGevDeviceInfo()->macAddress.value, 0x00AABBCC0065);
     EXPECT_EQ(gev->DoGetDeviceInfo().pSpecialInfo, nullptr);
     producer.SetDeviceNumber(0, 1, "IP", 0x0A000005);
     EXPECT_FALSE(Update());
-    EXPECT_EQ(gev->GetGevDeviceInfo().ipAddress.value, 0x0A000005);
+    EXPECT_EQ(gev->DoGetGevDeviceInfo()->ipAddress.value, 0x0A000005);
 }
 
 TEST_F(OddListTest, AGigEVisionDeviceWithoutAddressesIsListedAllTheSame) {
@@ -128,7 +128,7 @@ TEST_F(OddListTest, AGigEVisionDeviceWithoutAddressesIsListedAllTheSame) {
     EXPECT_TRUE(Update());
     const auto gev = std::dynamic_pointer_cast<CGevDevice>(First());
     ASSERT_NE(gev, nullptr);
-    EXPECT_FALSE(gev->GetGevDeviceInfo().macAddress.valid);
+    EXPECT_FALSE(gev->DoGetGevDeviceInfo()->macAddress.valid);
 }
 
 TEST_F(OddListTest, AFailedUpdateKeepsTheLostDevicesToo) {
@@ -216,9 +216,9 @@ TEST_F(AddressDeviceTest, AreTheSameObjectForTheSameAddress) {
 }
 
 TEST_F(AddressDeviceTest, AreToldByTheirId) {
-    EXPECT_EQ(CGevInterface::IdOfAddress(kForeign), "IP::10.0.0.5");
-    EXPECT_TRUE(CGevInterface::IsMadeForAddress(*Gev().DoCreateDeviceByIPAddress(kForeign)));
-    EXPECT_FALSE(CGevInterface::IsMadeForAddress(*Gev().DoCreateDeviceByIPAddress(kListed)));
+    EXPECT_EQ(IdOfAddress(kForeign), "IP::10.0.0.5");
+    EXPECT_TRUE(IsMadeForAddress(*Gev().DoCreateDeviceByIPAddress(kForeign)));
+    EXPECT_FALSE(IsMadeForAddress(*Gev().DoCreateDeviceByIPAddress(kListed)));
 }
 
 TEST_F(AddressDeviceTest, AreBlankButForTheirIdAndTransport) {
@@ -227,7 +227,7 @@ TEST_F(AddressDeviceTest, AreBlankButForTheirIdAndTransport) {
     EXPECT_EQ(info.vendor.value + info.model.value + info.displayName.value, "");
     EXPECT_FALSE(info.accessStatus.valid);
     EXPECT_FALSE(made->DoGetCommonDeviceInfo().serialNumber.valid);
-    EXPECT_FALSE(dynamic_cast<CGevDevice&>(*made).GetGevDeviceInfo().ipAddress.valid);
+    EXPECT_FALSE(made->DoGetGevDeviceInfo()->ipAddress.valid);
 }
 
 TEST_F(AddressDeviceTest, StayWhileTheListStays) {
@@ -274,12 +274,12 @@ TEST_F(AddressDeviceTest, AnInterfaceTakesAddressesThatBelongToItOnly) {
     IF_INFO info = owner->DoGetInterfaceInfo();
     info.pSpecialInfo = &addresses;
     owner->DoUpdateInterfaceInformation(info);
-    EXPECT_EQ(Gev().GetGevInterfaceInfo().ipAddress.value, 7);
+    EXPECT_EQ(Gev().DoGetGevInterfaceInfo()->ipAddress.value, 7);
     EXPECT_EQ(owner->DoGetInterfaceInfo().pSpecialInfo, nullptr);
     GEV_DEV_INFO foreign;
     info.pSpecialInfo = &foreign;
     owner->DoUpdateInterfaceInformation(info);
-    EXPECT_EQ(Gev().GetGevInterfaceInfo().ipAddress.value, 7);
+    EXPECT_EQ(Gev().DoGetGevInterfaceInfo()->ipAddress.value, 7);
 }
 
 TEST_F(AddressDeviceTest, ADeviceTakesAddressesThatBelongToItOnly) {
@@ -289,12 +289,12 @@ TEST_F(AddressDeviceTest, ADeviceTakesAddressesThatBelongToItOnly) {
     GEV_IF_INFO foreign;
     info.pSpecialInfo = &foreign;
     device->DoUpdateDeviceInformation(info);
-    EXPECT_EQ(device->GetGevDeviceInfo().ipAddress.value, kListed);
+    EXPECT_EQ(device->DoGetGevDeviceInfo()->ipAddress.value, kListed);
     GEV_DEV_INFO addresses;
     addresses.ipAddress = {kForeign, true};
     info.pSpecialInfo = &addresses;
     device->DoUpdateDeviceInformation(info);
-    EXPECT_EQ(device->GetGevDeviceInfo().ipAddress.value, kForeign);
+    EXPECT_EQ(device->DoGetGevDeviceInfo()->ipAddress.value, kForeign);
     EXPECT_EQ(device->DoGetDeviceInfo().pSpecialInfo, nullptr);
 }
 

@@ -269,7 +269,10 @@ TEST_F(InterfaceTest, KeepsTheOrderOfLostDevices) {
 TEST_F(InterfaceTest, IsPlainForAnyTransportButGigEVision) {
     Update();
     EXPECT_TRUE(IsExactly<CInterface>(owner));
+    EXPECT_EQ(owner->DoGetGevInterfaceInfo(), std::nullopt);
+    EXPECT_EQ(owner->DoCreateDeviceByIPAddress(0x0A000005), nullptr);
     EXPECT_TRUE(IsExactly<CDevice>(First()));
+    EXPECT_EQ(First()->DoGetGevDeviceInfo(), std::nullopt);
 }
 
 /// An interface for GigE Vision.
@@ -282,21 +285,21 @@ protected:
 };
 
 TEST_F(GevInterfaceTest, KnowsItsOwnAddressesWhileOpen) {
-    const GEV_IF_INFO info = Gev().GetGevInterfaceInfo();
+    const GEV_IF_INFO info = Gev().DoGetGevInterfaceInfo().value();
     EXPECT_EQ(info.ipAddress.value, 0xC0A80A01);
     EXPECT_EQ(info.subnetMask.value, 0xFFFFFF00);
     EXPECT_EQ(info.gateway.value, 0xC0A80AFE);
     EXPECT_TRUE(info.macAddress.valid);
     owner->DoCloseInterface();
-    EXPECT_FALSE(Gev().GetGevInterfaceInfo().ipAddress.valid);
+    EXPECT_FALSE(Gev().DoGetGevInterfaceInfo()->ipAddress.valid);
 }
 
 TEST_F(GevInterfaceTest, ListsDevicesWithAddresses) {
     Update();
     const auto device = std::dynamic_pointer_cast<CGevDevice>(First());
     ASSERT_NE(device, nullptr);
-    EXPECT_EQ(device->GetGevDeviceInfo().ipAddress.value, kListed);
-    EXPECT_EQ(device->GetGevDeviceInfo().macAddress.value, 0x00AABBCC0064);
+    EXPECT_EQ(device->DoGetGevDeviceInfo()->ipAddress.value, kListed);
+    EXPECT_EQ(device->DoGetGevDeviceInfo()->macAddress.value, 0x00AABBCC0064);
 }
 
 TEST_F(GevInterfaceTest, TakesNewAddressesOfADeviceThatStays) {
@@ -305,7 +308,7 @@ TEST_F(GevInterfaceTest, TakesNewAddressesOfADeviceThatStays) {
     producer.SetDeviceNumber(0, 0, "IP", 0x0A000005);
     producer.SetDeviceCount(0, 2);
     Update();
-    EXPECT_EQ(device->GetGevDeviceInfo().ipAddress.value, 0x0A000005);
+    EXPECT_EQ(device->DoGetGevDeviceInfo()->ipAddress.value, 0x0A000005);
 }
 
 TEST_F(GevInterfaceTest, RefreshesTheAddressesOfItsDevicesWhenTheListStays) {
@@ -315,9 +318,9 @@ TEST_F(GevInterfaceTest, RefreshesTheAddressesOfItsDevicesWhenTheListStays) {
     producer.SetDeviceNumber(0, 0, "Mask", 0xFF000000);
     producer.SetDeviceNumber(0, 0, "Gateway", 0x0A000001);
     EXPECT_FALSE(Update());
-    EXPECT_EQ(device->GetGevDeviceInfo().ipAddress.value, 0x0A000005);
-    EXPECT_EQ(device->GetGevDeviceInfo().subnetMask.value, 0xFF000000);
-    EXPECT_EQ(device->GetGevDeviceInfo().gateway.value, 0x0A000001);
+    EXPECT_EQ(device->DoGetGevDeviceInfo()->ipAddress.value, 0x0A000005);
+    EXPECT_EQ(device->DoGetGevDeviceInfo()->subnetMask.value, 0xFF000000);
+    EXPECT_EQ(device->DoGetGevDeviceInfo()->gateway.value, 0x0A000001);
 }
 
 TEST_F(GevInterfaceTest, FindsAListedDeviceByItsAddress) {

@@ -3,7 +3,7 @@
 #include <sstream>
 
 #include "StreamTest.h"
-#include "TLClassFeature/FeaturePersistance.h"
+#include "TLClassDevice/AllFeaturePersistance.h"
 
 namespace OVTLClass {
 

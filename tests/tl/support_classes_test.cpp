@@ -9,12 +9,12 @@
 #include <sstream>
 #include <thread>
 
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvLock.h"
-#include "TLClassLoadTL/OvLog.h"
-#include "TLClassLoadTL/OvString.h"
-#include "TLClassLoadTL/VxEvent.h"
-#include "TLClassLoadTL/VxThread.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvLock.h"
+#include "TLClassSupport/OvLog.h"
+#include "TLClassSupport/OvString.h"
+#include "TLClassSupport/VxEvent.h"
+#include "TLClassSupport/VxThread.h"
 
 namespace OVTLClass {
 namespace {

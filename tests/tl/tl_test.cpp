@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "TLClassInterface/GevInterface.h"
 #include "TransportTest.h"
 #include "support/XmlNodeMap.h"
 
@@ -259,8 +260,8 @@ TEST_F(GevInterfaceList, HoldsInterfacesWithAddresses) {
     Update();
     const auto gev = std::dynamic_pointer_cast<CGevInterface>(tl->DoGetInterfaceList().at(0));
     ASSERT_NE(gev, nullptr);
-    EXPECT_EQ(gev->GetGevInterfaceInfo().ipAddress.value, 0xC0A80A01);
-    EXPECT_EQ(gev->GetGevInterfaceInfo().macAddress.value, 0x001122330001);
+    EXPECT_EQ(gev->DoGetGevInterfaceInfo()->ipAddress.value, 0xC0A80A01);
+    EXPECT_EQ(gev->DoGetGevInterfaceInfo()->macAddress.value, 0x001122330001);
 }
 
 TEST_F(GevInterfaceList, KeepsNoAddressesOnceTheUpdateIsOver) {
@@ -275,7 +276,7 @@ TEST_F(GevInterfaceList, TakesNewAddressesOfAnInterfaceThatStays) {
     producer.SetInterfaceNumber(0, "IP", 0x0A000001);
     producer.SetInterfaceCount(2);
     EXPECT_TRUE(Update());
-    EXPECT_EQ(gev->GetGevInterfaceInfo().ipAddress.value, 0x0A000001);
+    EXPECT_EQ(gev->DoGetGevInterfaceInfo()->ipAddress.value, 0x0A000001);
 }
 
 TEST_F(GevInterfaceList, RefreshesAddressesWhenTheListStays) {
@@ -283,7 +284,7 @@ TEST_F(GevInterfaceList, RefreshesAddressesWhenTheListStays) {
     const auto gev = std::dynamic_pointer_cast<CGevInterface>(tl->DoGetInterfaceList().at(0));
     producer.SetInterfaceNumber(0, "IP", 0x0A000001);
     EXPECT_FALSE(Update());
-    EXPECT_EQ(gev->GetGevInterfaceInfo().ipAddress.value, 0x0A000001);
+    EXPECT_EQ(gev->DoGetGevInterfaceInfo()->ipAddress.value, 0x0A000001);
     EXPECT_THAT(Gev().GetAllGevInterfaceInfo(), IsEmpty());
 }
 
@@ -331,7 +332,7 @@ TEST_P(OddSystemList, KeepsTheAddressesThatInterfacesTellThemselves) {
     Update();
     const auto gev = std::dynamic_pointer_cast<CGevInterface>(tl->DoGetInterfaceList().at(0));
     ASSERT_NE(gev, nullptr);
-    EXPECT_EQ(gev->GetGevInterfaceInfo().ipAddress.value, 0xC0A80A01);
+    EXPECT_EQ(gev->DoGetGevInterfaceInfo()->ipAddress.value, 0xC0A80A01);
 }
 
 #define OV_TEST_SELECTOR(bound)                                                          \

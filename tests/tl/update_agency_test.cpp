@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "TLClassMain/Device.h"
-#include "TLClassMain/UpdateAgency.h"
+#include "TLClassDevice/Device.h"
+#include "TLClassUpdate/UpdateAgency.h"
 #include "TransportTest.h"
 #include "support/XmlNodeMap.h"
 

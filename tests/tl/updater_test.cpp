@@ -1,6 +1,6 @@
 // List updates on threads of their own.
 
-#include "TLClassMain/Updater.h"
+#include "TLClassUpdate/Updater.h"
 
 #include <unistd.h>
 
@@ -8,7 +8,7 @@
 #include <mutex>
 #include <thread>
 
-#include "TLClassMain/Device.h"
+#include "TLClassDevice/Device.h"
 #include "TransportTest.h"
 
 namespace {

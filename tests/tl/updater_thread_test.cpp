@@ -2,7 +2,7 @@
 
 #include <pthread.h>
 
-#include "TLClassMain/Updater.h"
+#include "TLClassUpdate/Updater.h"
 #include "TransportTest.h"
 
 namespace OVTLClass {

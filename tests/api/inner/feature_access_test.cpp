@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "OvTestControl.h"
+#include "TLClassDevice/Device.h"
 #include "TLClassFeature/FeatureControl.h"
-#include "TLClassMain/Device.h"
 #include "api/DeviceManager.h"
 #include "api/FeatureAccess.h"
 #include "support/ApiTest.h"

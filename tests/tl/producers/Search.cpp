@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "TLClassLoadTL/CtiRetrival.h"
-#include "TLClassLoadTL/OvException.h"
-#include "TLClassLoadTL/OvString.h"
+#include "TLClassSupport/OvException.h"
+#include "TLClassSupport/OvString.h"
 
 /// Puts the paths found, or the text of the failure, each ended by ";" into
 /// `text`. 0, -2 when nothing was found, -1 for every other failure.
