@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "TLClassBuffer/Buffer.h"
+#include "TLClassSupport/RunLogged.h"
 
 using namespace OVTLClass;
 

@@ -5,6 +5,7 @@
 
 #include "TLClassBuffer/Buffer.h"
 #include "TLClassModule/IDataStream.h"
+#include "TLClassSupport/Agency.h"
 #include "TLClassSupport/OvException.h"
 #include "TLClassSupport/OvString.h"
 #include "frames/Acquisition.h"

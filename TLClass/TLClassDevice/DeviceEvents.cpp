@@ -1,6 +1,7 @@
 // The two channels of events that hang on an open camera.
 
 #include "TLClassDevice/Device.h"
+#include "TLClassSupport/Agency.h"
 
 namespace OVTLClass {
 

@@ -10,6 +10,7 @@
 #include "TLClassInterface/Interface.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 #include "TLClassModule/IDevice.h"
+#include "TLClassSupport/Agency.h"
 #include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {

@@ -8,6 +8,7 @@
 #include "TLClassLoadTL/CtiRetrival.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 #include "TLClassMain/TLFactory.h"
+#include "TLClassSupport/Agency.h"
 #include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {

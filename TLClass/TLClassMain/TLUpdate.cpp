@@ -10,6 +10,7 @@
 #include "TLClassMain/TL.h"
 #include "TLClassMain/TLManager.h"
 #include "TLClassModule/IInterface.h"
+#include "TLClassSupport/Agency.h"
 #include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {

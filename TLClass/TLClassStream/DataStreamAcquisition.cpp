@@ -9,6 +9,7 @@
 #include "TLClassInfo/InformationAgency.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 #include "TLClassStream/DataStream.h"
+#include "TLClassSupport/Agency.h"
 #include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {
