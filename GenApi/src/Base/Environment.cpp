@@ -1,3 +1,5 @@
+// Environment variables, folders and file names.
+
 #include "Base/Environment.h"
 
 #include <dlfcn.h>
@@ -36,6 +38,7 @@ void ReplaceAll(std::string& text, std::string_view from, std::string_view to) {
 
 }  // namespace
 
+/// An empty value counts: it is how a script switches something off.
 bool DoesEnvironmentVariableExist(const gcstring& name) {
     return std::getenv(name.c_str()) != nullptr;
 }
@@ -57,6 +60,7 @@ gcstring GetValueOfEnvironmentVariable(const gcstring& name) {
     return value;
 }
 
+/// A macro without its end stays as it is.
 void ReplaceEnvironmentVariables(gcstring& text, bool replaceBlanks) {
     std::string result(View(text));
     size_t begin = result.find("$(");
@@ -76,6 +80,8 @@ void ReplaceEnvironmentVariables(gcstring& text, bool replaceBlanks) {
     text = ToText(result);
 }
 
+/// The real path, because whoever asks looks for files beside the module, not beside a link to
+/// it.
 gcstring GetModulePathFromFunction(void* function) {
     Dl_info info{};
     if (dladdr(function, &info) == 0 || info.dli_fname == nullptr) {
@@ -85,6 +91,8 @@ gcstring GetModulePathFromFunction(void* function) {
     return realpath(info.dli_fname, path.data()) == nullptr ? "" : path.data();
 }
 
+/// The order is that of the system's pattern search, which sorts. The text of the failure is
+/// known from reports.
 void GetFiles(const gcstring& pattern, gcstring_vector& files, bool onlyDirectories) {
     gcstring expanded = pattern;
     ReplaceEnvironmentVariables(expanded);
@@ -107,6 +115,7 @@ void GetFiles(const gcstring& pattern, gcstring_vector& files, bool onlyDirector
     }
 }
 
+/// Runs of delimiters count as one, so there are no empty pieces.
 void Tokenize(const gcstring& text, gcstring_vector& tokens, const gcstring& delimiters) {
     const std::string_view all = View(text);
     for (size_t begin = all.find_first_not_of(View(delimiters)); begin != std::string_view::npos;) {

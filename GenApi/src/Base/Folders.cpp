@@ -1,4 +1,4 @@
-// The folders that a host may set, with the environment behind them.
+// The folders that a program may set, and the environment variables that apply where it doesn't.
 
 #include <string>
 
@@ -10,13 +10,15 @@ namespace GenICam_3_0_ORVANE {
 
 namespace {
 
-/// One folder or file that a host may set.
+/// What a program has set, the variable for when it has set nothing, and the failure's text for
+/// when neither is there.
 struct Folder {
     const char* variable;
     const char* message;
     gcstring value;
 };
 
+/// Made at the first use, since other modules may ask while the library is still being loaded.
 Folder& CacheFolder() {
     static Folder folder{"GENICAM_CACHE_V3_0",
                          "GenICam cache folder not set. Call SetGenICamCacheFolder(path) or set "
@@ -42,6 +44,7 @@ Folder& CLProtocolFolder() {
     return folder;
 }
 
+/// One lock for all: they are set once at the start of a program.
 CLock& FolderLock() {
     static CLock lock(OvBase::LockRank::Folders);
     return lock;
@@ -52,6 +55,7 @@ void Set(Folder& folder, const gcstring& value) {
     folder.value = value;
 }
 
+/// The variable is read each time: a program may change its own environment.
 gcstring Get(const Folder& folder) {
     {
         const AutoLock lock(FolderLock());

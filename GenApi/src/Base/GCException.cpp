@@ -1,3 +1,6 @@
+// The exceptions of the engine and their texts. A text is put together when the exception is
+// made: later the node that it names may be gone.
+
 #include "Base/GCException.h"
 
 #include <cstdio>
@@ -11,6 +14,7 @@ namespace GenICam_3_0_ORVANE {
 
 namespace {
 
+/// The folders of a build machine mean nothing to a user.
 std::string FileNameOf(std::string_view path) {
     const size_t separator = path.find_last_of("/\\");
     return std::string(separator == std::string_view::npos ? path : path.substr(separator + 1));
@@ -56,6 +60,7 @@ const char* GenericException::what() const noexcept {
     return m_What.c_str();
 }
 
+/// Parts that are empty leave out their words, too.
 void GenericException::AssembleMessage() {
     std::string message = m_Description.c_str();
     if (!m_ExceptionType.empty()) {
@@ -72,6 +77,8 @@ void GenericException::AssembleMessage() {
     m_What.assign(message.c_str(), message.size());
 }
 
+/// The exception takes memory itself. If there is none for it, making its texts would come back
+/// here for ever; the mark of the thread turns that into a plain std::bad_alloc.
 void ThrowBadAlloc(const char* file, unsigned line) {
     // The exception takes memory itself. Where there is none for it, its texts would
     // come back here for ever.
@@ -88,6 +95,7 @@ void ThrowBadAlloc(const char* file, unsigned line) {
     }
 }
 
+/// Numbers in descriptions of failures are the same for every user, whatever the locale.
 void FormatDescription(DescriptionBuffer& buffer, const char* format, va_list arguments) {
     buffer.fill('\0');
     const CPlainLocale plain;

@@ -1,3 +1,6 @@
+// The engine's own text. All that changes it goes through Mutate, which keeps the copy of the
+// character pointer true and turns a failed allocation into the engine's exception.
+
 #include "Base/GCString.h"
 
 #include <stdexcept>
@@ -8,6 +11,7 @@ namespace GenICam_3_0_ORVANE {
 
 namespace {
 
+/// Callers pass null for the empty text.
 const char* NotNull(const char* text) {
     return text == nullptr ? "" : text;
 }
@@ -24,6 +28,7 @@ auto Allocating(const Make& make) {
 
 }  // namespace
 
+/// A text that is too long for any memory is a failed allocation, too.
 template <class Change>
 gcstring& gcstring::Mutate(const Change& change) {
     try {
@@ -131,6 +136,7 @@ size_t gcstring::max_size() const {
     return m_Text.max_size();
 }
 
+/// std::out_of_range passes through: programs rely on it.
 gcstring gcstring::substr(size_t offset, size_t count) const {
     const std::string piece = Allocating([&] { return m_Text.substr(offset, count); });
     return {piece.data(), piece.size()};
@@ -144,6 +150,7 @@ size_t gcstring::find_first_not_of(const gcstring& characters, size_t offset) co
     return m_Text.find_first_not_of(characters.m_Text, offset);
 }
 
+/// Short texts are inside the object, so both pointers change even where no memory does.
 void gcstring::swap(gcstring& other) {
     m_Text.swap(other.m_Text);
     m_pText = m_Text.c_str();

@@ -1,3 +1,6 @@
+// A lock between processes: a named semaphore, with a locked file beside it that tells whether
+// the holder is alive. Processes that know of the semaphore alone can still take part.
+
 #include "Base/GlobalLock.h"
 
 #include <fcntl.h>
@@ -19,17 +22,19 @@ namespace GenICam_3_0_ORVANE {
 
 namespace {
 
+/// The lock serves processes of all users.
 constexpr mode_t kMode = 0777;
 constexpr mode_t kLockFileMode = 0444;
+/// As much of the lock's name as there is room for, so that people can tell the semaphores apart.
 constexpr size_t kNameBytes = 11;
 
 using Clock = std::chrono::steady_clock;
 
-/// How long a semaphore may be taken by somebody without the file before he
-/// counts as dead. Processes that know of no such file hold it for less.
+/// How long a semaphore may be taken by somebody without the file before that process counts as
+/// dead. Processes that know of no such file hold it for less.
 constexpr std::chrono::seconds kGrace(1);
 
-/// Opens the semaphore for all users, whatever the process lets its files be.
+/// Opens the semaphore for all users, whatever rights the process gives to its files.
 sem_t* Open(const gcstring& hashedName) {
     const mode_t mask = umask(0);
     sem_t* const semaphore = sem_open(hashedName.c_str(), O_CREAT, kMode, 1);
@@ -37,7 +42,8 @@ sem_t* Open(const gcstring& hashedName) {
     return semaphore;
 }
 
-/// Opens the file beside the semaphore; all users may lock it, and none write it.
+/// Opens the file beside the semaphore. All users may lock it and none may write it. In memory
+/// rather than in a folder, so that it is gone after a restart, as the semaphore is.
 int OpenLockFile(const gcstring& hashedName) {
     const gcstring name = hashedName + ".lock";
     // Where the file is another user's, the system may refuse what could make it.
@@ -54,7 +60,7 @@ int OpenLockFile(const gcstring& hashedName) {
     return file;
 }
 
-/// One attempt after the other to lock that file.
+/// Tries to lock that file, once for each attempt of the caller.
 class CLockFile {
 public:
     explicit CLockFile(const gcstring& hashedName) : m_File(OpenLockFile(hashedName)) {}
@@ -78,6 +84,8 @@ private:
     Clock::time_point m_Since;
 };
 
+/// A hash that other processes compute as well: it never changes, and its use of the sign of
+/// characters is part of it.
 uint64_t Hash(const gcstring& name) {
     uint64_t hash = 5381;
     for (size_t i = 0; i < name.size(); ++i) {
@@ -91,6 +99,7 @@ uint64_t Hash(const gcstring& name) {
 
 }  // namespace
 
+/// Length and hash tell long names apart that begin alike.
 gcstring CGlobalLock::HashSemName(const gcstring& name) {
     std::array<char, 64> text{};
     std::snprintf(text.data(), text.size(), "/%02x%016llx",
@@ -114,6 +123,8 @@ CGlobalLock::~CGlobalLock() noexcept(false) {
     }
 }
 
+/// By trying again and again: the file's lock and the semaphore can't both be waited for, and a
+/// semaphore alone can't tell that its holder has died.
 bool CGlobalLock::Lock(unsigned timeoutMilliseconds) {
     const auto begin = Clock::now();
     const std::chrono::milliseconds limit(timeoutMilliseconds);
@@ -131,6 +142,8 @@ bool CGlobalLock::Lock(unsigned timeoutMilliseconds) {
     return true;
 }
 
+/// The semaphore is given back before the file, so that no other process finds the file free and
+/// the semaphore taken, and thinks that somebody has died.
 void CGlobalLock::Unlock() {
     COpenFile file(std::exchange(m_LockFile, COpenFile::kNone));
     if (sem_post(m_pSemaphore) != 0) {

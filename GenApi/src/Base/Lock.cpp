@@ -1,3 +1,6 @@
+// The engine's lock. The mutex is reached only by the first call of a thread; see the header for
+// its further calls.
+
 #include "Base/Lock.h"
 
 #include <cerrno>
@@ -7,6 +10,8 @@
 
 namespace GenICam_3_0_ORVANE {
 
+/// The mutex is of the kind that refuses to be unlocked by another thread, rather than going on
+/// in an undefined state.
 CLock::CLock(OvBase::LockRank rank) : m_Mutex(), m_Rank(rank) {
     pthread_mutexattr_t attributes;
     pthread_mutexattr_init(&attributes);
@@ -19,6 +24,7 @@ CLock::~CLock() {
     pthread_mutex_destroy(&m_Mutex);
 }
 
+/// The order is checked before the wait: afterwards it would be too late to report a deadlock.
 void CLock::LockMutex() {
     OvBase::CheckLockOrder(this, m_Rank, nullptr);
     if (const int error = pthread_mutex_lock(&m_Mutex)) {
@@ -28,6 +34,7 @@ void CLock::LockMutex() {
     OvBase::NoteLocked(this, m_Rank);
 }
 
+/// The order isn't checked: whoever doesn't wait can't be part of a deadlock.
 bool CLock::TryLock() {
     if (IsMine()) {
         ++m_Again;
@@ -44,6 +51,7 @@ bool CLock::TryLock() {
     return error == 0;
 }
 
+/// The owner is cleared first. Afterwards another thread may have stored itself there already.
 void CLock::UnlockMutex() {
     if (IsMine()) {
         m_Owner.store({}, std::memory_order_relaxed);

@@ -1,3 +1,6 @@
+// Checks of the order of locks, in debug builds only. Each thread keeps the locks that it holds
+// in a list of its own, so that the check needs no lock itself.
+
 #include "Base/LockRank.h"
 
 #ifndef NDEBUG
@@ -16,7 +19,7 @@ struct Held {
     unsigned times;
 };
 
-/// The locks of one thread, in the order in which it took them. A fixed row: what
+/// The locks of one thread, in the order in which it took them. An array of fixed size: what
 /// watches the locks takes no memory, and outlives whatever a thread destroys.
 struct HeldLocks {
     static constexpr unsigned kMax = 64;
@@ -36,6 +39,9 @@ thread_local const CApplicationCall* t_call = nullptr;
 
 }  // namespace
 
+/// A lock that the thread holds can be taken again at any time. Inside a callback of an
+/// application for a camera, locks that were taken before the callback don't count for anything
+/// but that camera's own.
 void CheckLockOrder(const void* lock, LockRank rank, const void* camera) {
     if (rank == LockRank::None || t_held.Find(lock) != t_held.end()) {
         return;
@@ -51,6 +57,7 @@ void CheckLockOrder(const void* lock, LockRank rank, const void* camera) {
     OV_ASSERT(isRising && "A lock is taken under one that comes after it");
 }
 
+/// Recursive locks are in the list once, with a count.
 void NoteLocked(const void* lock, LockRank rank) {
     if (rank == LockRank::None) {
         return;

@@ -1,3 +1,5 @@
+// Escapes in URLs.
+
 #include <charconv>
 #include <string>
 #include <string_view>
@@ -8,13 +10,14 @@ namespace GenICam_3_0_ORVANE {
 
 namespace {
 
+/// Bytes above 127 are negative here and are escaped.
 bool PassesUnescaped(char character) {
     constexpr std::string_view kEscaped = "?#[]@!$&'()*+,;=";
     return static_cast<signed char>(character) > 32 &&
            kEscaped.find(character) == std::string_view::npos;
 }
 
-/// The byte that "%" and two hexadecimal digits give; false for anything else.
+/// The byte that "%" and two hexadecimal digits stand for; false for anything else.
 bool DecodeEscape(std::string_view text, unsigned char& byte) {
     constexpr size_t kEscapeLength = 3;
     if (text.size() < kEscapeLength || text[0] != '%') {
@@ -26,6 +29,7 @@ bool DecodeEscape(std::string_view text, unsigned char& byte) {
 
 }  // namespace
 
+/// A URL has no "\", and paths that come from other systems have.
 gcstring UrlEncode(const gcstring& text) {
     static constexpr char kDigits[] = "0123456789abcdef";
     std::string encoded;
@@ -43,6 +47,8 @@ gcstring UrlEncode(const gcstring& text) {
     return {encoded.data(), encoded.size()};
 }
 
+/// What isn't an escape stays as it is: descriptions of real cameras have a lone "%" in their
+/// URLs.
 gcstring UrlDecode(const gcstring& text) {
     std::string decoded;
     for (std::string_view rest(text.c_str(), text.size()); !rest.empty();) {

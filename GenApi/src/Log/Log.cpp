@@ -1,3 +1,6 @@
+// The engine's way to a logging library. The library is looked for once, at the first question;
+// without one all loggers are null, and a line costs a test for that.
+
 #include "Base/Log.h"
 
 #include <atomic>
@@ -15,6 +18,7 @@ namespace {
 
 constexpr const char* kIndent = "  ";
 
+/// Set by tests and programs at any time, hence atomic.
 std::atomic<const CLogBackend*> s_Backend{nullptr};
 std::once_flag s_Searched;
 
@@ -36,6 +40,7 @@ const CLogBackend* Backend() {
 
 }  // namespace
 
+/// A library that is set before the first question is configured like one that was found.
 void CLog::SetBackend(const CLogBackend* backend) {
     s_Backend = backend;
 }
@@ -61,11 +66,13 @@ void CLog::ConfigureFromString(const char* text) {
     }
 }
 
+/// Without the search: whoever has a logger has been through it.
 bool CLog::IsEnabledInBackend(void* logger, int level) {
     const CLogBackend* const backend = s_Backend.load();
     return backend != nullptr && backend->IsEnabled(logger, level);
 }
 
+/// Measured first, then formatted: values of registers may make a line of any length.
 void CLog::WriteFormatted(void* logger, int level, const char* format, va_list arguments) {
     const CLogBackend* const backend = s_Backend.load();
     if (backend == nullptr || !IsEnabled(logger, level)) {
@@ -90,6 +97,7 @@ void CLog::Log(void* logger, int level, const char* format, ...) {
     va_end(arguments);
 }
 
+/// The line itself isn't indented.
 void CLog::LogPush(void* logger, int level, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);

@@ -1,3 +1,7 @@
+// The logging library of the system, if there is one, and its configuration. Everything that goes
+// wrong here leaves a library with a plain configuration: a log must never keep a program from
+// running.
+
 #include "LogLibrary.h"
 
 #include <dlfcn.h>
@@ -21,6 +25,7 @@ constexpr const char* kResetPattern = "=>%p %x: %c : %m%n";
 constexpr const char* kDefaultFile = "/log/config/DefaultLogging.properties";
 constexpr const char* kLoggerName = "GenApi.Logging";
 
+/// With the separator at its end; empty if the system doesn't say.
 std::string ExecutableFolder() {
     std::array<char, PATH_MAX> path{};
     const std::string link = "/proc/" + std::to_string(getpid()) + "/exe";
@@ -29,6 +34,7 @@ std::string ExecutableFolder() {
     return file.substr(0, file.rfind('/') + 1);
 }
 
+/// About the configuration itself, in a category of its own.
 void Say(const CLogBackend& backend, int level, const std::string& line) {
     void* const logger = backend.GetLogger(kLoggerName);
     if (logger != nullptr && backend.IsEnabled(logger, level)) {
@@ -40,7 +46,7 @@ void ResetToDefault(const CLogBackend& backend) {
     backend.Reset(kResetPattern);
 }
 
-/// The file that the user named; empty when nobody named one.
+/// The file that the user named; empty if nobody named one.
 gcstring UserFile() {
     try {
         gcstring file = GetGenICamLogConfig();
@@ -67,6 +73,7 @@ gcstring DefaultFile() {
     return folder + kDefaultFile;
 }
 
+/// The user's file, else the default file, else a console.
 void Configure(const CLogBackend& backend) {
     const gcstring userFile = UserFile();
     if (!userFile.empty() && ConfigureLogLibraryFromFile(backend, userFile)) {
@@ -87,6 +94,7 @@ void Configure(const CLogBackend& backend) {
 
 }  // namespace
 
+/// Line by line, so that the last line is ended, too.
 bool ConfigureLogLibraryFromFile(const CLogBackend& backend, const gcstring& fileName) {
     std::ifstream file(fileName.c_str());
     if (!file) {
@@ -103,6 +111,7 @@ bool ConfigureLogLibraryFromFile(const CLogBackend& backend, const gcstring& fil
     return true;
 }
 
+/// The library stays loaded: loggers are used until the end of the process.
 const CLogBackend* FindLogLibrary() {
     void* library = dlopen((ExecutableFolder() + kLibraryName).c_str(), RTLD_LAZY);
     if (library == nullptr) {

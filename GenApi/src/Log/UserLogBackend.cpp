@@ -1,4 +1,4 @@
-// The log that a user switches on in the place of the logging library.
+// The log that a user switches on takes the place of the logging library for the engine's lines.
 
 #include <algorithm>
 #include <map>
@@ -14,7 +14,8 @@ namespace GenICam_3_0_ORVANE {
 
 namespace {
 
-/// The engine's loggers: a category each, with the level that is written of it.
+/// The engine's loggers: a category each, with the level up to which it is written. They are
+/// never freed, as threads may write until the end of the process.
 struct Loggers {
     using Logger = std::pair<const std::string, int>;
 
@@ -36,6 +37,7 @@ struct Loggers {
     }
 };
 
+/// Calls are nested by thread.
 thread_local std::string t_Indent;
 
 void WriteIndented(void* logger, int level, const char* line) {

@@ -1,3 +1,6 @@
+// The log that a user switches on by an environment variable. A library of its own, because
+// producers write to it as well.
+
 #include "Base/UserLog.h"
 
 #include <fcntl.h>
@@ -37,13 +40,14 @@ constexpr std::array<Level, 4> kLevels{{
     {"debug", LogDebug},
 }};
 
+/// None for a word that isn't a level.
 std::optional<int> NumberOf(std::string_view name) {
     const auto found = std::find_if(kLevels.begin(), kLevels.end(),
                                     [name](const Level& level) { return level.name == name; });
     return found == kLevels.end() ? std::nullopt : std::optional(found->number);
 }
 
-/// The name of the lowest level that is as high.
+/// The name of the first level that includes lines of this number.
 std::string_view NameOf(int number) {
     const auto found = std::find_if(kLevels.begin(), kLevels.end(), [number](const Level& level) {
         return level.number >= number;
@@ -51,7 +55,7 @@ std::string_view NameOf(int number) {
     return found == kLevels.end() ? kLevels.back().name : found->name;
 }
 
-/// Calls `use` with each piece between two separators.
+/// Calls `use` with each piece between two separators, also with empty ones.
 template <class Use>
 void ForEachPiece(std::string_view text, char separator, const Use& use) {
     for (size_t begin = 0; begin <= text.size();) {
@@ -61,6 +65,7 @@ void ForEachPiece(std::string_view text, char separator, const Use& use) {
     }
 }
 
+/// No parts for "all": then every category has them.
 std::vector<std::string> PartsOf(std::string_view category) {
     std::vector<std::string> parts;
     if (category != kAll) {
@@ -69,7 +74,7 @@ std::vector<std::string> PartsOf(std::string_view category) {
     return parts;
 }
 
-/// Whether a category has these parts, in this order, with others in between or not.
+/// Whether a category has these parts in this order; other parts may be in between.
 bool HasParts(std::string_view category, const std::vector<std::string>& parts) {
     auto next = parts.begin();
     ForEachPiece(category, '.', [&](std::string_view part) {
@@ -80,6 +85,7 @@ bool HasParts(std::string_view category, const std::vector<std::string>& parts) 
     return next == parts.end();
 }
 
+/// Local time, which is what the user's other logs have.
 std::string TimeNow() {
     timeval now{};
     gettimeofday(&now, nullptr);
@@ -112,6 +118,7 @@ CUserLog CUserLog::FromEnvironment() {
     return CUserLog(Variable("OV_LOG"), Variable("OV_LOG_FILE"));
 }
 
+/// A file that can't be opened is reported on standard error, and the lines go there, too.
 CUserLog::CUserLog(std::string_view wanted, const std::string& fileName) : m_File(STDERR_FILENO) {
     if (wanted.empty()) {
         return;
@@ -134,6 +141,8 @@ CUserLog::~CUserLog() {
     }
 }
 
+/// A wrong entry is reported once, at the start, and ignored: the rest of the list may be what
+/// the user needs.
 void CUserLog::Want(std::string_view entry) {
     const size_t colon = entry.find(':');
     const auto level =
@@ -147,6 +156,7 @@ void CUserLog::Want(std::string_view entry) {
     m_Wanted.push_back({PartsOf(entry.substr(0, colon)), *level});
 }
 
+/// The highest of all entries that fit, whatever their order.
 int CUserLog::GetLevel(std::string_view category) const {
     int level = 0;
     for (const Wanted& wanted : m_Wanted) {
@@ -157,6 +167,7 @@ int CUserLog::GetLevel(std::string_view category) const {
     return level;
 }
 
+/// Never throws: a line of a log must not change what the program does.
 void CUserLog::Write(std::string_view category, int level, std::string_view subject,
                      std::string_view line) noexcept {
     try {
@@ -171,6 +182,8 @@ void CUserLog::Write(std::string_view category, int level, std::string_view subj
     }
 }
 
+/// One write of the system for the whole line, so that lines of several threads and processes
+/// don't mix.
 void CUserLog::WriteLine(std::string_view category, int level, std::string_view line) {
     // Some lines of the transport model end with a line break of their own.
     line = line.substr(0, line.find_last_not_of('\n') + 1);

@@ -1,5 +1,5 @@
 #pragma once
-/// Environment, folders and file names.
+/// Environment variables, folders and file names.
 
 #include "Base/Export.h"
 #include "Base/GCString.h"
@@ -7,44 +7,55 @@
 
 namespace GenICam_3_0_ORVANE {
 
+/// Whether the variable is set, even to an empty text.
 OV_ENGINE_API bool DoesEnvironmentVariableExist(const gcstring& name);
-/// False, with `value` left alone, when the variable isn't set.
+/// Looks up a variable.
+/// @return false, with `value` unchanged, if it isn't set
 OV_ENGINE_API bool GetValueOfEnvironmentVariable(const gcstring& name, gcstring& value);
-/// RuntimeException when the variable isn't set.
+/// Returns the value of a variable.
+/// @throws RuntimeException if it isn't set
 OV_ENGINE_API gcstring GetValueOfEnvironmentVariable(const gcstring& name);
 
-/// Puts values in the place of all "$(NAME)". RuntimeException for a variable
-/// that isn't set.
-/// @param replaceBlanks  also turns each blank into "%20"
+/// Replaces each "$(NAME)" by the value of the variable.
+/// @param replaceBlanks  also replaces each blank by "%20"
+/// @throws RuntimeException for a variable that isn't set
 OV_ENGINE_API void ReplaceEnvironmentVariables(gcstring& text, bool replaceBlanks = false);
 
-/// The real path of the file that holds a function; empty on any failure.
+/// Returns the real path of the program or library that a function is in; empty if that can't be
+/// found out.
 OV_ENGINE_API gcstring GetModulePathFromFunction(void* function);
 
-/// The names, without folders, of the files that match a pattern, in which
-/// "$(NAME)" stands for a variable. RuntimeException when reading fails.
+/// Appends the names, without folders, of the files that match a pattern.
+/// @param pattern          may hold "*", "?" and "$(NAME)" for a variable
+/// @param onlyDirectories  leaves out everything else where the system can tell
+/// @throws RuntimeException if reading fails
 OV_ENGINE_API void GetFiles(const gcstring& pattern, gcstring_vector& files,
                             bool onlyDirectories = false);
 
-/// The pieces between runs of delimiters.
+/// Appends the pieces of the text between runs of delimiters.
 OV_ENGINE_API void Tokenize(const gcstring& text, gcstring_vector& tokens,
                             const gcstring& delimiters = " ");
 
-/// Folder of the node-map cache. The getters give what was set, else the
-/// variable GENICAM_CACHE_V3_0 (GENICAM_LOG_CONFIG_V3_0, GENICAM_CLPROTOCOL)
-/// less one trailing separator; RuntimeException without either.
+/// Sets the folder of the cache of descriptions. The getters here return what was set, else the
+/// value of the environment variable without a trailing separator.
 OV_ENGINE_API void SetGenICamCacheFolder(const gcstring& folder);
+/// Returns that folder; the variable is GENICAM_CACHE_V3_0.
+/// @throws RuntimeException if neither is set
 OV_ENGINE_API gcstring GetGenICamCacheFolder();
-/// File with the logging configuration.
+/// Sets the file with the configuration of the logging library.
 OV_ENGINE_API void SetGenICamLogConfig(const gcstring& file);
+/// Returns that file; the variable is GENICAM_LOG_CONFIG_V3_0.
+/// @throws RuntimeException if neither is set
 OV_ENGINE_API gcstring GetGenICamLogConfig();
-/// Folder of the Camera Link protocol libraries.
+/// Sets the folder of the Camera Link protocol libraries.
 OV_ENGINE_API void SetGenICamCLProtocolFolder(const gcstring& folder);
+/// Returns that folder; the variable is GENICAM_CLPROTOCOL.
+/// @throws RuntimeException if neither is set
 OV_ENGINE_API gcstring GetGenICamCLProtocolFolder();
 
-/// Turns "\\" to "/" and escapes what a URL can't hold.
+/// Replaces each "\" by "/" and escapes the characters that a URL can't hold.
 OV_ENGINE_API gcstring UrlEncode(const gcstring& text);
-/// Takes escapes back; what is no escape stays.
+/// Replaces escapes by the bytes that they stand for. What isn't an escape stays.
 OV_ENGINE_API gcstring UrlDecode(const gcstring& text);
 
 }  // namespace GenICam_3_0_ORVANE

@@ -1,3 +1,3 @@
 #pragma once
-/// Marks what liboviapi.so shows to its users; everything else is hidden.
+/// Marks what liboviapi.so exports to its users; everything else is hidden.
 #define OV_ENGINE_API __attribute__((visibility("default")))

@@ -1,9 +1,9 @@
 #pragma once
-/// The failures of the node engine.
+/// The exceptions of the node engine.
 ///
-/// Code raises them with the macros at the end of this file, which capture the
-/// place; code of a node uses those of the node layer, which add the node and
-/// the call that led to it.
+/// Code throws them with the macros at the end of this file, which add the place in the source;
+/// code of a node uses those of core/NodeExceptions.h, which add the node and the call that led
+/// to it.
 
 #include <array>
 #include <cstdarg>
@@ -13,20 +13,25 @@
 
 namespace GenICam_3_0_ORVANE {
 
-/// Root of the family. Not derived from any standard exception.
+/// Base of the family. It isn't derived from a standard exception.
 class OV_ENGINE_API GenericException {
 public:
+    /// Makes an exception whose text has the cause and the place in the source.
     GenericException(const char* description, const char* sourceFileName, unsigned sourceLine);
+    /// The same with the type of the exception, by the name that users know.
     GenericException(const char* description, const char* sourceFileName, unsigned sourceLine,
                      const char* exceptionType);
+    /// The same with the node and the client's call that led to it. Empty texts are left out.
     GenericException(const char* description, const char* sourceFileName, unsigned sourceLine,
                      const char* entryPoint, const char* nodeName, const char* exceptionType);
 
-    /// The cause alone.
+    /// Returns the cause alone. The texts live as long as the exception.
     virtual const char* GetDescription() const noexcept;
+    /// Returns the source file, with its folders.
     virtual const char* GetSourceFileName() const noexcept;
+    /// Returns the line in the source file.
     virtual unsigned GetSourceLine() const noexcept;
-    /// The cause with exception type, node, call and place.
+    /// Returns the cause with exception type, node, call and place in the source.
     virtual const char* what() const noexcept;
     virtual ~GenericException();
 
@@ -63,23 +68,27 @@ OV_ENGINE_EXCEPTION_CLASS(DynamicCastException);
 
 #undef OV_ENGINE_EXCEPTION_CLASS
 
-/// Raises BadAllocException with an empty description.
+/// Throws BadAllocException with an empty description, or std::bad_alloc if there is no memory
+/// even for that.
 [[noreturn]] OV_ENGINE_API void ThrowBadAlloc(const char* file, unsigned line);
 
-/// The buffer in which descriptions are formatted; what doesn't fit is cut.
+/// Room for a description. What doesn't fit is cut off.
 using DescriptionBuffer = std::array<char, 256>;
+/// Formats a description as printf does, with a decimal point in every locale.
 OV_ENGINE_API void FormatDescription(DescriptionBuffer& buffer, const char* format,
                                      va_list arguments);
 
-/// Makes an exception of type T from a format, with the place of the failure.
+/// Makes an exception of type T with a formatted description and the place in the source.
 template <class T>
 class ExceptionReporter {
 public:
+    /// @param exceptionType  the name of T
     ExceptionReporter(const char* sourceFileName, unsigned sourceLine, const char* exceptionType)
         : m_SourceFileName(sourceFileName),
           m_SourceLine(sourceLine),
           m_ExceptionType(exceptionType) {}
 
+    /// Returns the exception, for the caller to throw.
     [[gnu::format(printf, 2, 3)]] T Report(const char* format, ...) const {
         DescriptionBuffer description;
         va_list arguments;

@@ -9,13 +9,16 @@
 
 namespace GenICam_3_0_ORVANE {
 
-/// A value. Its layout, a mirror of the character pointer before the text
-/// itself, and its table of virtual operations are the same for every user,
-/// whatever standard library that user was built with. A null character
-/// pointer counts as the empty text; an allocation that fails raises
-/// BadAllocException.
+/// A text with the operations of std::string under the same names.
+///
+/// Users may be built with another standard library than the engine. So the layout (a copy of the
+/// character pointer before the text itself) and the table of virtual operations never change. A
+/// null character pointer counts as the empty text.
+/// @throws BadAllocException  from every operation, if an allocation fails
 class OV_ENGINE_API gcstring {
 public:
+    /// @name As in std::string
+    /// @{
     static constexpr size_t npos = static_cast<size_t>(-1);
     static size_t _npos() { return npos; }
 
@@ -44,8 +47,7 @@ public:
     virtual size_t size() const;
     virtual void resize(size_t count);
     virtual size_t max_size() const;
-    /// Throws std::out_of_range ("basic_string::substr") for an offset beyond
-    /// the length.
+    /// @throws std::out_of_range ("basic_string::substr") for an offset beyond the length
     virtual gcstring substr(size_t offset = 0, size_t count = npos) const;
     virtual size_t find_first_of(const gcstring& characters, size_t offset = 0) const;
     virtual size_t find_first_not_of(const gcstring& characters, size_t offset = 0) const;
@@ -63,10 +65,14 @@ public:
     bool operator>(const gcstring& text) const { return m_Text > text.m_Text; }
     operator const char*() const { return m_pText; }  // NOLINT(google-explicit-constructor)
 
+    /// @}
+    /// @name Memory comes from the engine, whoever asks for it
+    /// @{
     static void* operator new(size_t size);
     static void operator delete(void* memory);
     static void* operator new(size_t /*size*/, void* place) { return place; }
     static void operator delete(void* /*memory*/, void* /*place*/) {}
+    /// @}
 
 private:
     template <class Change>

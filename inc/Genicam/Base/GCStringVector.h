@@ -14,16 +14,19 @@
 
 namespace GenICam_3_0_ORVANE {
 
-/// A vector behind an opaque pointer with iterators of its own, so that no
-/// standard container crosses the boundary. at() raises OutOfRangeException; an
-/// allocation that fails raises BadAllocException.
+/// A vector behind a pointer, with the operations of std::vector under the same names. It has
+/// iterators of its own, so that no standard container crosses the boundary.
+/// @throws BadAllocException  from whatever makes it grow, if an allocation fails
 template <class T>
 class opaque_vector {
 public:
     class const_iterator;
 
+    /// Visits the elements in order. Any change of the vector ends its use.
     class iterator {
     public:
+        /// @name As in an iterator of std::vector
+        /// @{
         explicit iterator(T* element = nullptr) : m_pElement(element) {}
         T& operator*() const { return *m_pElement; }
         T* operator->() const { return m_pElement; }
@@ -40,14 +43,18 @@ public:
         ptrdiff_t operator-(const iterator& other) const { return m_pElement - other.m_pElement; }
         bool operator==(const iterator& other) const { return m_pElement == other.m_pElement; }
         bool operator!=(const iterator& other) const { return m_pElement != other.m_pElement; }
+        /// @}
 
     private:
         friend class const_iterator;
         T* m_pElement;
     };
 
+    /// The same for elements that can't be changed.
     class const_iterator {
     public:
+        /// @name As in an iterator of std::vector
+        /// @{
         explicit const_iterator(const T* element = nullptr) : m_pElement(element) {}
         // NOLINTNEXTLINE(google-explicit-constructor): as for standard iterators
         const_iterator(const iterator& other) : m_pElement(other.m_pElement) {}
@@ -74,11 +81,14 @@ public:
         bool operator!=(const const_iterator& other) const {
             return m_pElement != other.m_pElement;
         }
+        /// @}
 
     private:
         const T* m_pElement;
     };
 
+    /// @name As in std::vector
+    /// @{
     opaque_vector() : m_pElements(std::make_unique<std::vector<T>>()) {}
     opaque_vector(size_t count, const T& element) : opaque_vector() { assign(count, element); }
     opaque_vector(const opaque_vector& other) : opaque_vector() { assign(other); }
@@ -93,7 +103,9 @@ public:
         m_pElements->erase(m_pElements->begin() + index);
         return begin() + index;
     }
+    /// @throws OutOfRangeException beyond the last element
     virtual T& at(size_t index) { return const_cast<T&>(std::as_const(*this).at(index)); }
+    /// @throws OutOfRangeException beyond the last element
     virtual const T& at(size_t index) const {
         if (index >= size()) {
             OUT_OF_RANGE_EXCEPTION("Index %zu is out of range", index);
@@ -127,6 +139,7 @@ public:
     virtual void reserve(size_t count) {
         Allocating([&] { m_pElements->reserve(count); });
     }
+    /// Whether an element is equal to this one. The time grows with the length.
     virtual bool contains(const T& element) const {
         for (const T& candidate : *m_pElements) {
             if (candidate == element) {
@@ -138,16 +151,20 @@ public:
     virtual void assign(const opaque_vector& other) {
         Allocating([&] { *m_pElements = *other.m_pElements; });
     }
+    /// Removes the element at a position, which isn't checked.
     virtual void erase(size_t index) {
         m_pElements->erase(m_pElements->begin() + static_cast<ptrdiff_t>(index));
     }
+    /// Inserts before a position, which isn't checked.
     virtual void insert(size_t index, const T& element) {
         Allocating([&] {
             m_pElements->insert(m_pElements->begin() + static_cast<ptrdiff_t>(index), element);
         });
     }
 
+    /// The same as at.
     T& operator[](size_t index) { return at(index); }
+    /// The same as at.
     const T& operator[](size_t index) const { return at(index); }
     opaque_vector& operator=(const opaque_vector& other) {
         if (this != &other) {
@@ -155,6 +172,7 @@ public:
         }
         return *this;
     }
+    /// @}
 
 private:
     template <class Change>

@@ -11,30 +11,34 @@
 namespace GenICam_3_0_ORVANE {
 
 /// A lock that all processes of the machine share by its name. Not recursive.
-/// The semaphore behind it is never removed, so that a process which opens it
-/// late still meets the others.
 ///
-/// A semaphore stays taken when its holder dies. So a holder also has a file
-/// locked, which the kernel gives back then: who gets that file and for a second
-/// finds the semaphore taken all the same takes it over.
+/// It is a named semaphore, which is never removed: a process that opens it late still meets the
+/// others. A semaphore stays taken when its holder dies. So a holder also keeps a file locked,
+/// which the kernel unlocks then. Whoever gets that file, and for a second finds the semaphore
+/// still taken, takes it over.
 class OV_ENGINE_API CGlobalLock {
 public:
-    /// RuntimeException when the system refuses the name.
+    /// Opens the lock, or makes it.
+    /// @throws RuntimeException if the system refuses the name
     explicit CGlobalLock(const gcstring& name);
-    /// RuntimeException when the semaphore can't be closed. The lock must not be
-    /// held.
+    /// Closes the lock, which must not be held.
+    /// @throws RuntimeException if the semaphore can't be closed
     ~CGlobalLock() noexcept(false);
     CGlobalLock(const CGlobalLock&) = delete;
     CGlobalLock& operator=(const CGlobalLock&) = delete;
 
-    /// Whether the lock was taken in time. A time-out of 0 tries once, and takes
-    /// nothing over.
+    /// Waits for the lock.
+    /// @param timeoutMilliseconds  0 tries once, and takes nothing over from a dead holder
+    /// @return whether it was taken in time
     bool Lock(unsigned timeoutMilliseconds);
+    /// Tries once.
     bool TryLock() { return Lock(0); }
-    /// RuntimeException when the system refuses.
+    /// Gives the lock back.
+    /// @throws RuntimeException if the system refuses
     void Unlock();
 
-    /// The name of the semaphore of a lock: of one length and with no two alike.
+    /// Returns the name of the semaphore for a lock's name: short enough for the system, and a
+    /// different one for each name as far as a hash can tell.
     static gcstring HashSemName(const gcstring& name);
 
 private:

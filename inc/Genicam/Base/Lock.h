@@ -11,18 +11,21 @@
 
 namespace GenICam_3_0_ORVANE {
 
-/// A recursive lock within the process. A failing call raises RuntimeException.
+/// A recursive lock within the process. Failures of the system are RuntimeExceptions.
 ///
-/// One call of a client makes dozens of nodes take the lock of their map again.
-/// So the owner's further calls are counted here and don't reach the mutex.
+/// One call of a client makes dozens of nodes take the lock of their map again. So the owner's
+/// further calls are counted here and don't reach the mutex.
 class OV_ENGINE_API CLock {
 public:
+    /// Makes a lock without a rank, whose order isn't checked.
     CLock() : CLock(OvBase::LockRank::None) {}
+    /// Makes a lock that debug builds check against others.
     explicit CLock(OvBase::LockRank rank);
     ~CLock();
     CLock(const CLock&) = delete;
     CLock& operator=(const CLock&) = delete;
 
+    /// Waits until no other thread holds the lock, and takes it.
     void Lock() {
         if (IsMine()) {
             ++m_Again;
@@ -30,6 +33,7 @@ public:
             LockMutex();
         }
     }
+    /// Gives back one of the owner's calls of Lock or TryLock.
     void Unlock() {
         if (IsMine() && m_Again != 0) {
             --m_Again;
@@ -37,13 +41,15 @@ public:
             UnlockMutex();
         }
     }
-    /// Whether the lock was taken; false when another thread has it.
+    /// Takes the lock without waiting.
+    /// @return false if another thread holds it
     bool TryLock();
-    /// To be called before a second thread knows the lock.
+    /// Sets the rank. Call it before a second thread knows the lock.
     void SetRank(OvBase::LockRank rank) { m_Rank = rank; }
 
 private:
-    /// Only the owner finds itself here, whatever others store meanwhile.
+    /// Without the mutex: only the owner can find itself here, whatever other threads store
+    /// meanwhile.
     bool IsMine() const { return m_Owner.load(std::memory_order_relaxed) == pthread_self(); }
     void LockMutex();
     void UnlockMutex();
@@ -59,6 +65,7 @@ private:
 /// Holds a lock for the life of a scope.
 class AutoLock {
 public:
+    /// Takes the lock.
     explicit AutoLock(CLock& lock) : m_Lock(lock) { m_Lock.Lock(); }
     ~AutoLock() { m_Lock.Unlock(); }
     AutoLock(const AutoLock&) = delete;

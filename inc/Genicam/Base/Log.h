@@ -1,62 +1,67 @@
 #pragma once
-/// The engine's way to a logging library that need not be there.
+/// The engine's way to a logging library, which may be missing.
 
 #include <cstdarg>
 
 namespace GenICam_3_0_ORVANE {
 
-/// What a logging library offers, as the shim calls it. A library of the name
-/// that the shim looks for exports a table of this form under "Wrapper".
+/// What a logging library offers to the engine. A library of the name that the engine looks for
+/// exports a table of this form as "Wrapper".
 struct CLogBackend {
     /// Whether a category has a logger of its own.
     bool (*Exist)(const char* name);
-    /// The logger of a category; may be null.
+    /// Returns the logger of a category, or null.
     void* (*GetLogger)(const char* name);
+    /// Whether the logger writes lines of that level.
     bool (*IsEnabled)(void* logger, int level);
+    /// Writes a line.
     void (*Write)(void* logger, int level, const char* line);
+    /// Indents the lines that follow, by a text.
     void (*PushContext)(const char* indent);
+    /// Takes the last indent back.
     void (*PopContext)();
     /// Sets the level of the root logger.
     void (*SetRootLevel)(int level);
-    /// Puts the root logger back to a console with that layout.
+    /// Has the root logger write to a console, with that layout.
     void (*Reset)(const char* pattern);
-    /// Takes a configuration in property-file form.
+    /// Reads a configuration in property-file form.
     void (*Configure)(const char* text);
 };
 
-/// Log levels.
+/// The levels of lines; a lower number is more important.
 enum ELogLevel { LogError = 300, LogWarning = 400, LogInfo = 600, LogDebug = 700 };
 
-/// Silent, at the cost of one test, while there is no logging library.
+/// Writes to the logging library. Without one, a line costs one test.
 class CLog {
 public:
-    /// Whether a category's logger exists.
+    /// Whether the logger of a category exists.
     static bool Exist(const char* name);
-    /// A category's handle; may be null.
+    /// Returns the handle of a category; may be null.
     static void* GetLogger(const char* name);
     /// Whether a line of that level would be written anywhere.
     static bool IsEnabled(void* logger, int level) {
         return logger != nullptr && IsEnabledInBackend(logger, level);
     }
+    /// Writes a line, formatted as printf does.
     [[gnu::format(printf, 3, 4)]] static void Log(void* logger, int level, const char* format, ...);
-    /// Writes the line, then indents what follows.
+    /// Writes the line, then indents those that follow.
     [[gnu::format(printf, 3, 4)]] static void LogPush(void* logger, int level, const char* format,
                                                       ...);
     /// Writes the line, then takes the indent back.
     [[gnu::format(printf, 3, 4)]] static void LogPop(void* logger, int level, const char* format,
                                                      ...);
 
-    /// Takes the indent back without a line, as a call that fails does.
+    /// Takes the indent back without a line, for a call that fails.
     static void PopIndent();
 
-    /// Feeds the file's lines to the library; false when it can't be opened, or
-    /// when there is no library.
+    /// Passes the lines of a file to the library.
+    /// @return false if the file can't be opened or there is no library
     static bool ConfigureFromFile(const char* fileName);
-    /// Feeds a configuration in property-file form to the library, if there is one.
+    /// Passes a configuration in property-file form to the library, if there is one.
     static void ConfigureFromString(const char* text);
 
-    /// Puts a logging library behind the shim in place of the one that the
-    /// system has; null takes it away. Handles given before are void.
+    /// Uses another logging library than the system's; null uses none. Handles from before are
+    /// void.
     static void SetBackend(const CLogBackend* backend);
 
 private:
@@ -64,8 +69,8 @@ private:
     static void WriteFormatted(void* logger, int level, const char* format, va_list arguments);
 };
 
-/// Holds the indent between the two lines of a call. A call that fails never
-/// comes to its second line; its indent goes with the scope.
+/// Holds the indent between the two lines of a call. A call that fails never reaches its second
+/// line; the scope then takes the indent back.
 class CLogIndent {
 public:
     CLogIndent() = default;
@@ -77,8 +82,11 @@ public:
     CLogIndent(const CLogIndent&) = delete;
     CLogIndent& operator=(const CLogIndent&) = delete;
 
+    /// The first line was written, and with it the indent.
     void Open() { m_IsOpen = true; }
+    /// The second line was written, which took the indent back.
     void Close() { m_IsOpen = false; }
+    /// Whether there is an indent to take back.
     bool IsOpen() const { return m_IsOpen; }
 
 private:

@@ -1,7 +1,7 @@
 #pragma once
-/// The assertion of the whole library. It stays on in every build: a broken
-/// internal condition must end the process where it was found, with its text,
-/// and not live on as wrong data in a machine that a camera steers.
+/// The assertion of the whole library. It stays on in every build: a broken internal condition
+/// must end the process where it was found, with its text, rather than go on as wrong data in a
+/// machine that a camera steers.
 
 #include <cstdio>
 #include <cstdlib>

@@ -4,7 +4,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Chunks of GigE Vision: big endian length behind an identifier of four bytes.
+/// Chunks of GigE Vision: each ends with an identifier of four bytes and its big-endian length.
 class OV_ENGINE_API CChunkAdapterGEV : public CChunkAdapterTrailer {
 public:
     /// As for CChunkAdapter.

@@ -7,41 +7,48 @@ namespace GenApi_3_0_ORVANE {
 
 using GenICam_3_0_ORVANE::gcstring;
 
-/// A chunk as a caller knows it. Offset and length in bytes.
+/// A chunk that the caller has found, by the number that identifies it.
 struct SingleChunkData_t {
+    /// The identifier.
     uint64_t ChunkID;
+    /// Where the chunk begins in the buffer, in bytes.
     int64_t ChunkOffset;
+    /// The length of the chunk, in bytes.
     int64_t ChunkLength;
 };
 
-/// The same with an identifier of hexadecimal digits, of any width.
+/// The same with an identifier that may be longer than a number.
 struct SingleChunkDataStr_t {
+    /// The identifier: 2 to 256 hexadecimal digits, an even number of them.
     gcstring ChunkID;
+    /// Where the chunk begins in the buffer, in bytes.
     int64_t ChunkOffset;
+    /// The length of the chunk, in bytes.
     int64_t ChunkLength;
 };
 
-/// Chunks that the caller names: whoever filled the buffer knows them best.
+/// Chunks that the caller has found, for transports whose layout the engine doesn't know.
 class OV_ENGINE_API CChunkAdapterGeneric : public CChunkAdapter {
 public:
     /// As for CChunkAdapter.
     explicit CChunkAdapterGeneric(INodeMap* map = nullptr, int64_t maxChunkCacheSize = -1);
 
-    /// There is no layout to go by: a call ends the process.
+    /// Not for this adapter, which knows no layout: a call ends the process.
     bool CheckBufferLayout(const uint8_t* buffer, int64_t length) override;
+    /// Not for this adapter either.
     void AttachBuffer(uint8_t* buffer, int64_t length,
                       AttachStatistics_t* statistics = nullptr) override;
 
-    /// Binds the chunks of the list. That they lie within the buffer, whose length
-    /// is not known here, is the caller's to check. RuntimeException without a
-    /// buffer or a list and for an entry that can be no chunk of any buffer;
-    /// nothing changes then.
+    /// Binds the listed chunks. The caller has checked that they are within the buffer, whose
+    /// length isn't known here.
     /// @param chunks      `count` entries, read during the call only
     /// @param statistics  may be null
+    /// @throws RuntimeException for a null buffer or list, and for an entry that can't be a chunk
+    ///         of any buffer; nothing changes then
     void AttachBuffer(uint8_t* buffer, const SingleChunkData_t* chunks, int64_t count,
                       AttachStatistics_t* statistics = nullptr);
-    /// @param chunks  identifiers of 2 to 256 digits, an even number of them;
-    ///                RuntimeException for others
+    /// The same with identifiers as text.
+    /// @throws RuntimeException also for an identifier that isn't a valid one
     void AttachBuffer(uint8_t* buffer, const SingleChunkDataStr_t* chunks, int64_t count,
                       AttachStatistics_t* statistics = nullptr);
 

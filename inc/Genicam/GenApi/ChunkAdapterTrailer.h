@@ -1,5 +1,5 @@
 #pragma once
-/// What the transports have in common that describe a chunk behind its data.
+/// What those transports have in common whose chunks are described after their data.
 
 #include "GenApi/ChunkAdapter.h"
 
@@ -7,16 +7,18 @@ namespace GenApi_3_0_ORVANE {
 
 struct ChunkLayout;
 
-/// Walks a buffer from its end to its start by the description of a layout.
+/// Walks a buffer from its end to its start, as the layout of the transport says.
 class OV_ENGINE_API CChunkAdapterTrailer : public CChunkAdapter {
 public:
-    /// False for what may be chunks but for a chunk without data at the start:
-    /// eight bytes of GigE Vision or USB3 Vision are no buffer.
+    /// Returns false also for a buffer whose first chunk has no data: eight bytes alone can't be
+    /// told from other data.
     bool CheckBufferLayout(const uint8_t* buffer, int64_t length) override;
+    /// As for CChunkAdapter.
     void AttachBuffer(uint8_t* buffer, int64_t length,
                       AttachStatistics_t* statistics = nullptr) override;
 
 protected:
+    /// @param layout  must outlive the adapter
     CChunkAdapterTrailer(const ChunkLayout& layout, INodeMap* map, int64_t maxChunkCacheSize)
         : CChunkAdapter(map, maxChunkCacheSize), m_Layout(layout) {}
 

@@ -4,7 +4,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Chunks of USB3 Vision: the layout of GigE Vision with little-endian numbers.
+/// Chunks of USB3 Vision: laid out as those of GigE Vision, with little-endian numbers.
 class OV_ENGINE_API CChunkAdapterU3V : public CChunkAdapterTrailer {
 public:
     /// As for CChunkAdapter.

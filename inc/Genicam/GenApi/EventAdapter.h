@@ -1,5 +1,5 @@
 #pragma once
-/// Makes the messages that a device sends by itself readable by features.
+/// Makes the messages that a device sends on its own readable by features.
 
 #include <cstdint>
 #include <memory>
@@ -13,48 +13,47 @@ class CEventPort;
 struct EventLayout;
 struct INodeMap;
 
-/// Finds the events in a message and hands each to the nodes that declare its
-/// identifier.
+/// Finds the events in a message and hands each to the nodes that declare its identifier.
 ///
-/// A client delivers message after message, from one thread at a time; features
-/// may be read meanwhile. The callbacks of the features run within the delivery,
-/// and what they raise ends it. The map must outlive the adapter or be detached
-/// before it goes.
+/// One thread at a time delivers messages, one after the other; other threads may read features
+/// meanwhile. The callbacks of the features run during the delivery, and an exception from one of
+/// them ends it. The map must outlive the adapter, or be detached before it ends.
 class OV_ENGINE_API CEventAdapter {
 public:
     virtual ~CEventAdapter();
     CEventAdapter(const CEventAdapter&) = delete;
     CEventAdapter& operator=(const CEventAdapter&) = delete;
 
-    /// Takes the place of the transport at all port nodes that declare an event.
-    /// An earlier map is detached.
+    /// Takes the place of the transport at all port nodes that declare an event. A map that was
+    /// attached before is detached.
     /// @param map  never null
     virtual void AttachNodeMap(INodeMap* map);
-    /// Hands over the events of one message. RuntimeException for a message that
-    /// isn't well formed; events before the fault have been handed over then.
-    /// @param bytes   as they came, read during the call only; never null with a
-    ///                length above 0
+    /// Hands over the events of one message.
+    /// @param bytes   the message as it was received, read during the call only; never null with
+    ///         a length above 0
     /// @param length  in bytes
+    /// @throws RuntimeException for a message that isn't well formed; the events before the fault
+    ///         are handed over
     virtual void DeliverMessage(const uint8_t* bytes, int64_t length) = 0;
 
-    /// The port nodes are left without a transport. What their callbacks raise
-    /// goes on to the caller; the whole map is detached then.
+    /// Leaves the port nodes without a transport. An exception from a callback passes on to the
+    /// caller, with the whole map detached.
     void DetachNodeMap();
 
 protected:
+    /// Makes an adapter without a map.
     CEventAdapter();
-    /// @param map  may be null
+    /// @param map  attached at once; may be null
     explicit CEventAdapter(INodeMap* map);
 
-    /// Hands over all events of a message that its layout tells how to take apart.
+    /// Hands over all events of a message of the given layout.
     void DeliverEvents(const EventLayout& layout, const uint8_t* bytes, int64_t length);
     /// Hands an event to every port that waits for the identifier.
     template <class Bytes>
     void AttachItemToPorts(const Bytes& item, uint32_t id) {
         AttachEventToPorts(item.data(), static_cast<int64_t>(item.size()), uint64_t{id});
     }
-    /// The same for an event of which nothing was checked; null and a negative
-    /// length are the ports' to refuse.
+    /// The same for an event that wasn't checked: the ports refuse null and a negative length.
     void AttachEventToPorts(const uint8_t* data, int64_t length, uint64_t id);
     /// @param id  as a device sends it, most significant byte first
     void AttachEventToPorts(const uint8_t* data, int64_t length, const std::vector<uint8_t>& id);

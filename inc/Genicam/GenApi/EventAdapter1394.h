@@ -4,25 +4,28 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// The start of a message of an IEEE 1394 camera, as it lies on the bus: numbers
-/// with their high byte first. The events follow it.
+/// The start of a message of an IEEE 1394 camera, as it is on the bus: big-endian numbers. The
+/// events follow it.
 struct EventData1394 {
+    /// How many events follow.
     uint8_t NumEvents[2];
+    /// The number of the request, for the log only.
     uint8_t Request[2];
 };
 
-/// Events of IEEE 1394 cameras: a counted list of them. A feature sees an event
-/// from its length on, which leaves out itself and the identifier.
+/// Events of IEEE 1394 cameras: a list with a count. The data that features read begins with the
+/// event's length, which counts neither itself nor the identifier.
 class OV_ENGINE_API CEventAdapter1394 : public CEventAdapter {
 public:
     /// @param map  attached at once; may be null
     explicit CEventAdapter1394(INodeMap* map = nullptr);
     ~CEventAdapter1394() override;
 
-    /// Writes to the log of the map's device from then on.
+    /// As for CEventAdapter. Later messages are also written to the log of the map's device.
     void AttachNodeMap(INodeMap* map) override;
+    /// As for CEventAdapter.
     void DeliverMessage(const uint8_t* bytes, int64_t length) override;
-    /// The same for a message that the caller knows by its form.
+    /// The same for a message of known form.
     /// @param length  of the whole message, in bytes
     void DeliverEventMessage(const EventData1394& message, int64_t length);
 

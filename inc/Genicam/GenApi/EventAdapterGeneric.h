@@ -7,20 +7,22 @@ namespace GenApi_3_0_ORVANE {
 
 using GenICam_3_0_ORVANE::gcstring;
 
-/// Events that the caller took out of their message: who received them knows the
-/// identifier best. A feature sees the bytes as they were delivered.
+/// Events that the caller has found in a message, for transports whose layout the engine doesn't
+/// know. Features read the bytes as they were delivered.
 class OV_ENGINE_API CEventAdapterGeneric : public CEventAdapter {
 public:
     /// @param map  attached at once; may be null
     explicit CEventAdapterGeneric(INodeMap* map = nullptr);
 
-    /// There is no layout to go by: a call ends the process.
+    /// Not for this adapter, which knows no layout: a call ends the process.
     void DeliverMessage(const uint8_t* bytes, int64_t length) override;
-    /// Hands over one event. LogicalErrorException, if any node waits for it, for
-    /// a negative length and for a length without bytes.
+    /// Hands over one event.
+    /// @throws LogicalErrorException, if any node waits for the event, for a negative length and
+    ///         for a length without bytes
     void DeliverMessage(const uint8_t* bytes, int64_t length, uint64_t id);
-    /// @param id  hexadecimal digits, an even number of them; RuntimeException for
-    ///            other texts
+    /// The same with an identifier as text.
+    /// @param id  hexadecimal digits, an even number of them
+    /// @throws RuntimeException for another text
     void DeliverMessage(const uint8_t* bytes, int64_t length, const gcstring& id);
 
 private:

@@ -4,9 +4,9 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// What a factory has made and its user ends, a node map for example.
+/// An object that a factory made and its user ends, such as a node map.
 struct OV_ENGINE_API IDestroy {
-    /// Ends the object by the means that made it.
+    /// Destroys the object. Nobody may use it, or anything that it owns, any more.
     virtual void Destroy() = 0;
     virtual ~IDestroy() = default;
 };

@@ -1,5 +1,5 @@
 #pragma once
-/// Lists of nodes and of values as they cross the library's boundary.
+/// Lists of nodes and of values that may cross the library's boundary.
 
 #include "GenApi/Types.h"
 
@@ -8,9 +8,9 @@ namespace GenApi_3_0_ORVANE {
 struct INode;
 struct IValue;
 
-/// Borrowed nodes: the map owns them.
+/// Pointers to nodes, which their map owns.
 using node_vector = GenICam_3_0_ORVANE::opaque_vector<INode*>;
-/// Borrowed values: the map owns them.
+/// Pointers to nodes with values, which their map owns.
 using value_vector = GenICam_3_0_ORVANE::opaque_vector<IValue*>;
 
 }  // namespace GenApi_3_0_ORVANE

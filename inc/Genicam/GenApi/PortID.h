@@ -10,25 +10,27 @@ namespace GenApi_3_0_ORVANE {
 
 struct INode;
 
-/// Appends the bytes of a text of hexadecimal digits, two for each byte.
-/// @return false for a text of an odd length or with other characters
+/// Appends the bytes that a text of hexadecimal digits stands for, two digits for each.
+/// @return false for an odd number of digits and for other characters
 bool AppendHexBytes(std::string_view text, std::vector<uint8_t>& bytes);
 
-/// An identifier, which leading zeros don't change: descriptions write it as long
-/// as they like, and devices send it in the width of their transport.
+/// An identifier of a chunk or an event. Leading zeros don't matter: descriptions write as many
+/// as they like, and devices send the identifier in the width of their transport.
 class CPortID {
 public:
     CPortID() = default;
-    /// RuntimeException for a text that AppendHexBytes refuses. An odd number of
-    /// digits is the fault of the node.
-    /// @param evenRule  what is told of it
+    /// @param text      hexadecimal digits
+    /// @param node      whose fault an odd number of digits is
+    /// @param evenRule  the text of that failure
+    /// @throws RuntimeException for a text that AppendHexBytes refuses
     CPortID(std::string_view text, INode& node, const char* evenRule);
 
-    /// As a device sends it, most significant byte first.
+    /// Whether these bytes are the identifier.
+    /// @param bytes  most significant first
     bool Matches(const uint8_t* bytes, size_t length) const;
-    /// An identifier of more than 64 bits matches no number.
+    /// Whether this number is the identifier; false for an identifier of more than 64 bits.
     bool Matches(uint64_t number) const { return m_IsNumber && m_Number == number; }
-    /// In bytes, without leading zeros.
+    /// Returns the length in bytes, without leading zeros.
     size_t GetLength() const { return m_Bytes.size(); }
 
 private:

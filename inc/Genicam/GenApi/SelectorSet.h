@@ -9,51 +9,53 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// A selector, or several of them, stepped through all values like the wheel of
-/// an odometer. The steps write to the device; a failure is an exception of the
-/// engine's family.
+/// A selector, or several of them, that steps through its values like a wheel of an odometer. The
+/// steps write to the device; failures are exceptions of the engine's family.
 struct OV_ENGINE_API ISelectorDigit {
-    /// Remembers the value at the first use and goes to the first one. False
-    /// when there is none.
+    /// Goes to the first value. The first call remembers the value from before.
+    /// @return false if there is no value to go to
     virtual bool SetFirst() = 0;
-    /// Goes to the next value. False behind the last one, where the selector
-    /// stays.
-    /// @param tick  false for a look that writes nothing
+    /// Goes to the next value.
+    /// @param tick  false only asks whether there is one, and writes nothing
+    /// @return false if there is none; the selector stays at the last one
     virtual bool SetNext(bool tick = true) = 0;
-    /// Writes what was remembered; nothing before the first use.
+    /// Writes back the value that the first SetFirst remembered. Nothing happens before that
+    /// call.
     virtual void Restore() = 0;
-    /// For people to read: "Selector=Value".
+    /// Returns "Selector=Value", for people to read.
     virtual gcstring ToString() = 0;
-    /// The selectors, which their map owns.
+    /// Returns the selectors, which their map owns.
     /// @param incremental  appends to the list instead of replacing it
     virtual void GetSelectorList(value_vector& list, bool incremental = false) = 0;
     virtual ~ISelectorDigit() = default;
 };
 
-/// All selectors of a feature and theirs in turn, as far as they can be read
-/// and written. The first digit runs fastest.
+/// All selectors of a feature and the selectors of those, as far as they can be read and written.
+/// The first digit changes fastest.
 ///
-/// Not for use by several threads at the same time; traffic of others on the
-/// same selectors disturbs the walk.
+/// One thread at a time uses a set. Other threads that change the same selectors spoil the walk.
 class OV_ENGINE_API CSelectorSet : public ISelectorDigit {
 public:
-    /// Explores the selectors of a feature. A set of something that nothing
-    /// selects, null for example, is empty.
+    /// Finds the selectors of a feature.
+    /// @param base  a feature; the set is empty for null, and for what nothing selects
     explicit CSelectorSet(IBase* base);
     ~CSelectorSet() override;
 
-    /// False when a selector has no value to go to; the others have gone to
-    /// theirs. An empty set has one combination.
+    /// Goes to the first combination. An empty set has one combination.
+    /// @return false if a selector has no value to go to; the others are at theirs
     bool SetFirst() override;
-    /// False when all combinations were seen; the selectors are at their first
-    /// values then. Without a tick always false.
+    /// Goes to the next combination.
+    /// @return false if all were visited; the selectors are at their first values then. Always
+    ///         false without a tick
     bool SetNext(bool tick = true) override;
-    /// From the last digit to the first, all of them, whichever fails; the
-    /// first failure is told then.
+    /// Restores all selectors, from the last digit to the first, whichever fails.
+    /// @throws the first failure
     void Restore() override;
-    /// "[A=1;B=Off]".
+    /// Returns "[A=1;B=Off]", for people to read.
     gcstring ToString() override;
+    /// As for ISelectorDigit.
     void GetSelectorList(value_vector& list, bool incremental = false) override;
+    /// Whether nothing selects the feature.
     bool IsEmpty() const { return m_Digits.empty(); }
 
 private:

@@ -4,7 +4,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// A version of a schema, a device or this engine.
+/// A version of a schema, a description or this engine: three numbers, the most significant one
+/// first.
 struct Version_t {
     uint16_t Major = 0;
     uint16_t Minor = 0;

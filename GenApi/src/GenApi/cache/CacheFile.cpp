@@ -1,3 +1,7 @@
+// Files of preprocessed descriptions in a folder that processes share. A file has its name from
+// the hash of what it was made of, is locked between processes while it is used, and has a
+// checksum beside it, because its content is trusted without the checks that a description gets.
+
 #include "cache/CacheFile.h"
 
 #include <xxhash.h>
@@ -25,11 +29,14 @@ constexpr const char* kFolderVariable = "GENICAM_CACHE_V3_0";
 constexpr const char* kLockPrefix = "GenICam_XML_";
 constexpr const char* kExtension = ".bin";
 constexpr const char* kChecksumExtension = ".sum";
+/// "0x", sixteen digits and ".bin".
 constexpr size_t kNameLength = 22;
 constexpr unsigned kNoLimit = std::numeric_limits<unsigned>::max();
+/// Long enough for any reader or writer that is alive.
 constexpr unsigned kClearTimeoutMilliseconds = 7000;
 
-/// The bytes of a number in their order in memory, two digits each.
+/// The bytes of a number in their order in memory, two digits each. Names and checksums are known
+/// in this form.
 std::string HexOfMemory(uint64_t number) {
     static_assert(std::endian::native == std::endian::little);
     std::string text;
@@ -42,6 +49,7 @@ std::string HexOfMemory(uint64_t number) {
     return text;
 }
 
+/// The hash has 32 bits; the rest of the digits are zeros.
 std::string FileName(uint32_t hash) {
     return "0x" + HexOfMemory(hash) + kExtension;
 }
@@ -50,11 +58,12 @@ std::string Checksum(const std::string& bytes) {
     return HexOfMemory(XXH64(bytes.data(), bytes.size(), 0));
 }
 
+/// Other files in the folder are none of ours to delete.
 bool IsCacheFileName(const std::string& name) {
     return name.size() == kNameLength && name.starts_with("0x") && name.ends_with(kExtension);
 }
 
-/// Deletes a file unless another process is at it for too long.
+/// Deletes a file, unless another process keeps it for too long.
 void ClearFile(const CTrustedFolder& folder, const std::string& name) {
     const std::string stem = name.substr(0, name.size() - std::string_view(kExtension).size());
     CGlobalLock lock(gcstring(kLockPrefix) + stem.c_str());
@@ -67,6 +76,7 @@ void ClearFile(const CTrustedFolder& folder, const std::string& name) {
 
 }  // namespace
 
+/// Waits as long as it takes: others hold the lock only while they read or write the file.
 CCacheFile::CCacheFile(const gcstring& folder, uint32_t hash)
     : m_FileName(FileName(hash)),
       m_Name(std::string(folder.c_str()) + "/" + m_FileName),
@@ -78,6 +88,7 @@ CCacheFile::CCacheFile(const gcstring& folder, uint32_t hash)
     }
 }
 
+/// The whole file at once, so that the lock is held no longer than the reading takes.
 std::optional<std::string> CCacheFile::Read() const {
     std::string bytes;
     switch (m_Folder.Read(m_FileName, bytes)) {
@@ -93,6 +104,7 @@ std::optional<std::string> CCacheFile::Read() const {
     return bytes;
 }
 
+/// A missing checksum is no failure: the file may come from a program that writes none.
 auto CCacheFile::Check(const std::string& bytes) const -> EChecksum {
     std::string checksum;
     switch (m_Folder.Read(m_FileName + kChecksumExtension, checksum)) {
@@ -114,6 +126,7 @@ bool CCacheFile::Write(const std::string& bytes) const {
            m_Folder.Write(m_FileName, bytes);
 }
 
+/// Whoever doesn't name a folder doesn't want a cache, and must not get an exception for it.
 gcstring FindCacheFolder() {
     try {
         return GenICam_3_0_ORVANE::GetGenICamCacheFolder();
@@ -122,6 +135,8 @@ gcstring FindCacheFolder() {
     }
 }
 
+/// A folder that only this program has set isn't cleared without the variable, which says that
+/// there is a cache that processes share.
 bool ClearCacheFolder() {
     if (!GenICam_3_0_ORVANE::DoesEnvironmentVariableExist(kFolderVariable)) {
         return false;

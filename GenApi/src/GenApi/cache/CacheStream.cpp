@@ -1,3 +1,6 @@
+// The bytes of a cache file on their way out and in. Numbers are written byte by byte from the
+// low end, so that the machine doesn't matter.
+
 #include "cache/CacheStream.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -6,6 +9,8 @@ namespace {
 
 using namespace std::string_view_literals;
 
+/// Three version numbers of two bytes, then the text that names the form. Its two zeros are part
+/// of it.
 constexpr auto kHeader = "\3\0\0\0\2\0D{CE5EC8AE-C875-498E-8E7B-48F78F219876}\0"sv;
 static_assert(kHeader.size() == 46);
 
@@ -15,12 +20,14 @@ std::string_view GetCacheFileHeader() {
     return kHeader;
 }
 
+/// As many bytes as the form has for this number.
 void CCacheWriter::Number(uint64_t number, size_t bytes) {
     for (size_t i = 0; i < bytes; ++i) {
         m_Bytes.push_back(static_cast<char>(number >> (8 * i)));
     }
 }
 
+/// Returned without a copy: the bytes of the file outlive the reader.
 std::string_view CCacheReader::Text() {
     const size_t length = m_Rest.find('\0');
     if (length == std::string_view::npos) {
@@ -41,6 +48,8 @@ void CCacheReader::Header() {
     }
 }
 
+/// The first failure is the cause, and all later ones follow from it. Without a rest, every later
+/// read ends at once.
 void CCacheReader::Fail(State state) {
     if (IsGood()) {
         m_State = state;

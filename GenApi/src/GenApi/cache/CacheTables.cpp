@@ -1,3 +1,10 @@
+// What is in a cache file, part by part, and the operations of the data classes that write and
+// read it. Identifiers have two bytes, which bounds what fits into a file.
+//
+// A file may have been damaged, or written by somebody else. So a reader accepts only identifiers
+// that the tables have, and only properties that a node of the type can have: live nodes rely on
+// both.
+
 #include "cache/CacheTables.h"
 
 #include <algorithm>
@@ -14,10 +21,11 @@ constexpr size_t kTypeBytes = 2;
 constexpr size_t kNodeIDBytes = 4;
 constexpr size_t kCountBytes = 4;
 
-/// No description nests attributes deeper than 1.
+/// No description nests attributes deeper than one level. Without a bound, a wrong file could
+/// make the reader call itself until the stack ends.
 constexpr int kMaxAttributeDepth = 8;
 
-/// Bytes of a value by its data type, unnamed types too.
+/// Bytes of a value by its data type, also for the numbers that no type has.
 constexpr std::array<uint8_t, 21> kValueBytes{1, 2, 2, 2, 2, 4, 4, 4, 4, 4, 4,
                                               4, 4, 4, 4, 4, 4, 4, 8, 8, 8};
 
@@ -26,7 +34,7 @@ size_t ValueBytes(uint64_t dataType) {
     return kValueBytes[dataType];
 }
 
-/// A count, none beyond what identifiers of two bytes can number.
+/// Also keeps a wrong file from reserving more memory than a right one could.
 size_t ReadCount(CCacheReader& reader) {
     const auto count = reader.Number<kCountBytes>();
     if (count > kCacheFileMaxCount) {
@@ -36,8 +44,8 @@ size_t ReadCount(CCacheReader& reader) {
     return count;
 }
 
-/// The reader takes two bytes more of a value without type than the writer
-/// gives. No property has such a value, and older readers do the same.
+/// Reads two bytes more of a value without a type than the writer writes. No property has such a
+/// value, and older readers do the same.
 uint64_t ReadValue(CCacheReader& reader, uint64_t dataType) {
     switch (ValueBytes(dataType)) {
         case 1: {
@@ -54,7 +62,7 @@ uint64_t ReadValue(CCacheReader& reader, uint64_t dataType) {
     }
 }
 
-/// Whether the value is one that a property of this type can have in this file.
+/// Whether a property of this type in this file can have the value.
 bool IsMeaningful(CProperty::EDataType_t type, uint64_t value, const CCacheCounts& counts) {
     switch (type) {
         case CProperty::String_ID:
@@ -69,18 +77,21 @@ bool IsMeaningful(CProperty::EDataType_t type, uint64_t value, const CCacheCount
     }
 }
 
-/// The value as the property keeps it: enumerators may be negative.
+/// The value as a property keeps it. Enumerators may be negative.
 int64_t Widened(CProperty::EDataType_t type, uint64_t value) {
     return CProperty::IsEnumeration(type) ? static_cast<int32_t>(value)
                                           : static_cast<int64_t>(value);
 }
 
+/// The root element comes first and nowhere else.
 bool IsNodeType(uint64_t type, bool isFirst) {
     return isFirst ? type == CNodeData::RegisterDescription_ID : type <= CNodeData::IntConverter_ID;
 }
 
 }  // namespace
 
+/// The identifiers of the nodes are in the file for the reader's benefit, and have to be those
+/// that their order gives them anyway.
 CCacheTables ReadCacheTables(CCacheReader& reader) {
     CCacheTables tables;
     reader.Header();
@@ -106,6 +117,7 @@ CCacheTables ReadCacheTables(CCacheReader& reader) {
     return tables;
 }
 
+/// The order of the fields is the form of the file.
 void CProperty::ToFile(CCacheWriter& writer) const {
     writer.Number(static_cast<uint32_t>(m_PropertyID), 1);
     writer.Number(m_DataType, 1);
@@ -116,6 +128,8 @@ void CProperty::ToFile(CCacheWriter& writer) const {
     }
 }
 
+/// Everything is read before anything is judged, so that the state of the reader tells whether
+/// the file ended too soon.
 CProperty CProperty::FromFile(CCacheReader& reader, const CCacheCounts& counts,
                               INodeDataMap* pNodeDataMap, int depth) {
     CProperty property(pNodeDataMap);
@@ -150,12 +164,15 @@ void CNodeData::ToFile(CCacheWriter& writer) const {
     }
 }
 
+/// The list is as long as it will ever be.
 void CNodeData::FromFile(CCacheReader& reader, const CCacheCounts& counts) {
     ReadCacheProperties(reader, counts, m_NodeType, m_pNodeDataMap,
                         [this](CProperty&& property) { AddProperty(std::move(property)); });
     ShrinkToFit();
 }
 
+/// Types and identifiers of all nodes come before the first property: a reader that makes live
+/// nodes at once needs all of them before it meets the first link.
 void CNodeDataMap::ToFile(CCacheWriter& writer) const {
     writer.Raw(GetCacheFileHeader());
     writer.Number(m_pStringID2String->size(), kCountBytes);
@@ -172,6 +189,7 @@ void CNodeDataMap::ToFile(CCacheWriter& writer) const {
     }
 }
 
+/// For clients that want data rather than live nodes.
 void CNodeDataMap::FromFile(CCacheReader& reader) {
     CCacheTables tables = ReadCacheTables(reader);
     const CCacheCounts counts = tables.Count();
@@ -188,7 +206,8 @@ void CNodeDataMap::FromFile(CCacheReader& reader) {
     }
 }
 
-/// The names of the nodes are nowhere in the file but among their properties.
+/// The names of nodes are nowhere in the file but among their properties. Each must be there
+/// once, and no two may be equal, since links go by name when maps are merged.
 void CNodeDataMap::NameNodesFromFile(CCacheReader& reader) {
     for (const auto& pNodeData : *m_pNodeID2NodeData) {
         const auto& properties = pNodeData->GetProperties();

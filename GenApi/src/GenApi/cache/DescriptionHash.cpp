@@ -1,3 +1,6 @@
+// The hash that names the cache file of a description. It only tells descriptions apart; the
+// folder's owner vouches for the files.
+
 #include "cache/DescriptionHash.h"
 
 #include <xxhash.h>
@@ -15,12 +18,15 @@ namespace {
 
 using namespace std::string_view_literals;
 
+/// The seed and the family are part of the hash, so that no other program's files are taken for
+/// ours.
 constexpr unsigned kSeed = 42;
 constexpr size_t kBlockBytes = 4096;
 constexpr auto kFamily = "ORVANE\0"sv;
 
 }  // namespace
 
+/// A new form of the file gets new names with the new header, so that old files are left alone.
 CDescriptionHash::CDescriptionHash() : m_pState(XXH32_createState()) {
     if (m_pState == nullptr) {
         throw std::bad_alloc();
@@ -38,6 +44,7 @@ void CDescriptionHash::Feed(std::string_view bytes) {
     XXH32_update(m_pState, bytes.data(), bytes.size());
 }
 
+/// Block by block, so that a file of any size needs little memory.
 void CDescriptionHash::FeedFile(const char* fileName) {
     std::ifstream file(fileName, std::ios::binary);
     if (!file.is_open()) {

@@ -1,7 +1,7 @@
-#include "cache/PropertyForms.h"
+// Which properties a node of a type can have, and in which form. The parser can't make others,
+// and live nodes rely on that; what comes from a cache file has to be held against it.
 
-// Which properties nodes of a type can have, and of which form: what a node may
-// rely on wherever its data comes from.
+#include "cache/PropertyForms.h"
 
 #include <algorithm>
 #include <array>
@@ -15,8 +15,8 @@ using P = CPropertyID;
 using D = CProperty;
 using N = CNodeData;
 
-/// The forms of all properties by type of node. The grammar tells what the parser
-/// makes; what it and the preprocessing add is entered by hand.
+/// The forms of all properties by type of node. The grammar says what the parser makes of a
+/// description; what the parser and the preprocessing add of their own is entered by hand.
 class PropertyForms {
 public:
     static const PropertyForms& GetInstance() {

@@ -1,3 +1,6 @@
+// Files that nobody else can have put where they are. The folder is opened once and all files are
+// reached from there, so that nobody can exchange the folder between two steps.
+
 #include "cache/TrustedFolder.h"
 
 #include <dirent.h>
@@ -16,10 +19,11 @@ using GenICam_3_0_ORVANE::COpenFile;
 
 namespace {
 
+/// Others may read descriptions; only their owner may change them.
 constexpr mode_t kFileMode = 0644;
 constexpr const char* kTemporaryExtension = ".tmp";
 
-/// Repeats a system call that a signal has interrupted.
+/// Repeats a system call that a signal interrupts: programs with timers get many.
 template <class Call>
 auto Uninterrupted(const Call& call) {
     auto result = call();
@@ -29,12 +33,14 @@ auto Uninterrupted(const Call& call) {
     return result;
 }
 
+/// The administrator may prepare a cache for all users.
 bool IsTrusted(const struct stat& status) {
     constexpr uid_t kAdministrator = 0;
     return status.st_uid == geteuid() || status.st_uid == kAdministrator;
 }
 
-/// Opens a folder for its names alone: none but those in it are needed.
+/// Opens a folder for its names alone: none but those in it are needed, and a folder that can't
+/// be listed will do.
 int OpenFolder(const std::string& path) {
     COpenFile folder(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     struct stat status {};
@@ -42,6 +48,7 @@ int OpenFolder(const std::string& path) {
     return isUsable ? folder.Release() : COpenFile::kNone;
 }
 
+/// Until the end rather than by the size that the system tells, which is that of a moment.
 bool ReadAll(int file, std::string& bytes) {
     std::array<char, 65536> block{};
     for (;;) {
@@ -53,6 +60,7 @@ bool ReadAll(int file, std::string& bytes) {
     }
 }
 
+/// A disk may take a part only.
 bool WriteAll(int file, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t count =
@@ -65,8 +73,8 @@ bool WriteAll(int file, std::string_view bytes) {
     return true;
 }
 
-/// Makes a file of its own: never one that lies there already, and never what a
-/// link of that name leads to.
+/// Makes a file of its own: never one that is there already, and never what a link of that name
+/// leads to.
 bool WriteNew(int folder, const std::string& name, const std::string& bytes) {
     COpenFile file(openat(folder, name.c_str(),
                           O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kFileMode));
@@ -77,6 +85,8 @@ bool WriteNew(int folder, const std::string& name, const std::string& bytes) {
 
 CTrustedFolder::CTrustedFolder(const std::string& path) : m_Folder(OpenFolder(path)) {}
 
+/// What isn't trusted is treated as missing, so that the description is read from its source
+/// instead. What is trusted and can't be read is reported, as somebody should mend it.
 auto CTrustedFolder::Read(const std::string& name, std::string& bytes) const -> EReading {
     if (!m_Folder.IsOpen()) {
         return EReading::Missing;
@@ -98,6 +108,8 @@ auto CTrustedFolder::Read(const std::string& name, std::string& bytes) const -> 
                                                                  : EReading::NotRead;
 }
 
+/// First under a temporary name, then renamed, which replaces a file in one step: a reader never
+/// meets half of one.
 bool CTrustedFolder::Write(const std::string& name, const std::string& bytes) const {
     if (!m_Folder.IsOpen()) {
         return false;
@@ -112,12 +124,15 @@ bool CTrustedFolder::Write(const std::string& name, const std::string& bytes) co
     return false;
 }
 
+/// A file that can't be removed stays; nobody is worse off than before.
 void CTrustedFolder::Remove(const std::string& name) const {
     if (m_Folder.IsOpen()) {
         unlinkat(m_Folder.Get(), name.c_str(), 0);
     }
 }
 
+/// The folder was opened for its names alone, so listing needs it opened again. The list owns
+/// that one.
 bool CTrustedFolder::List(std::vector<std::string>& names) const {
     if (!m_Folder.IsOpen()) {
         return true;

@@ -1,3 +1,6 @@
+// Binds the chunks of frames to port nodes. What the transports' layouts have to do with it is in
+// ChunkAdapterTrailer.cpp and ChunkLayout.h.
+
 #include "GenApi/ChunkAdapter.h"
 
 #include <utility>
@@ -21,6 +24,8 @@ CChunkAdapter::CChunkAdapter(INodeMap* map, int64_t maxChunkCacheSize)
 
 CChunkAdapter::~CChunkAdapter() = default;
 
+/// The new ports are complete before the adapter has any of them: a failure leaves an adapter
+/// without a map, and never one with half of it.
 void CChunkAdapter::AttachNodeMap(INodeMap* map) {
     OV_ASSERT(map != nullptr);
     node_vector nodes;
@@ -30,6 +35,8 @@ void CChunkAdapter::AttachNodeMap(INodeMap* map) {
     for (INode* const node : nodes) {
         auto* const chunk = dynamic_cast<IChunkPort*>(node);
         if (chunk != nullptr && !chunk->GetChunkID().empty()) {
+            // A wrong identifier is a fault of its node alone; the chunks of all others stay
+            // readable.
             VisitUnlessFaulty(*node, [&] {
                 ports.push_back(std::make_unique<CChunkPort>(dynamic_cast<IPort*>(node)));
             });
@@ -38,6 +45,8 @@ void CChunkAdapter::AttachNodeMap(INodeMap* map) {
     m_ppChunkPorts.swap(ports);
 }
 
+/// Moved out first, so that a callback that throws leaves no port behind in the adapter: the
+/// remaining ones detach when the list ends.
 void CChunkAdapter::DetachNodeMap() {
     const std::vector<std::unique_ptr<CChunkPort>> ports = std::exchange(m_ppChunkPorts, {});
     for (const auto& port : ports) {
@@ -45,6 +54,8 @@ void CChunkAdapter::DetachNodeMap() {
     }
 }
 
+/// All ports are updated, whichever fails: the old buffer may be gone, and none of them may go on
+/// reading from it.
 void CChunkAdapter::UpdateBuffer(uint8_t* buffer) {
     if (buffer == nullptr) {
         RUNTIME_EXCEPTION("Invalid buffer passed to chunk parser!");
@@ -61,6 +72,7 @@ void CChunkAdapter::DetachBuffer() {
     }
 }
 
+/// Memory that one long chunk has claimed is kept for the next until this is called.
 void CChunkAdapter::ClearCaches() {
     for (const auto& port : m_ppChunkPorts) {
         port->ClearCache();

@@ -1,3 +1,6 @@
+// The CRC that may follow the chunks of cameras on an IEEE 1394 bus. Their layout is in
+// ChunkLayout.cpp.
+
 #include "GenApi/ChunkAdapterDcam.h"
 
 #include <array>
@@ -9,8 +12,10 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// One empty chunk of 24 bytes, then the CRC.
 constexpr int64_t kShortestWithCrc = 28;
 
+/// A table for whole bytes, computed by the compiler: frames have millions of bytes.
 constexpr std::array<uint16_t, 256> MakeCrcTable() {
     constexpr unsigned kPolynomial = 0x1021;
     std::array<uint16_t, 256> table{};
@@ -35,12 +40,15 @@ void RequireBuffer(const uint8_t* buffer, int64_t length) {
     }
 }
 
+/// The places of this format count from the end of the buffer.
 uint32_t WordBefore(const uint8_t* end, int64_t distance) {
     return ReadWord(end - distance, std::endian::little);
 }
 
 }  // namespace
 
+/// No flag says whether there is a CRC. What tells are the last words: a chunk ends with its
+/// length and the inverted length, which with a CRC are one word further from the end.
 bool CChunkAdapterDcam::HasCRC(const uint8_t* buffer, int64_t length) {
     RequireBuffer(buffer, length);
     if (length < kShortestWithCrc) {
@@ -50,6 +58,7 @@ bool CChunkAdapterDcam::HasCRC(const uint8_t* buffer, int64_t length) {
     return WordBefore(end, 12) == ~WordBefore(end, 8);
 }
 
+/// The most significant bit first, without reflection.
 uint16_t CChunkAdapterDcam::CRC16(const uint8_t* bytes, int64_t length) {
     unsigned crc = 0;
     for (int64_t i = 0; i < length; ++i) {
@@ -58,12 +67,14 @@ uint16_t CChunkAdapterDcam::CRC16(const uint8_t* bytes, int64_t length) {
     return static_cast<uint16_t>(crc);
 }
 
+/// The CRC covers all bytes before it.
 bool CChunkAdapterDcam::CheckBuffer(const uint8_t* buffer, int64_t length) {
     RequireBuffer(buffer, length);
     return length >= kCrcBytes &&
            WordBefore(buffer + length, kCrcBytes) == CRC16(buffer, length - kCrcBytes);
 }
 
+/// A buffer without a CRC is neither right nor wrong.
 bool CChunkAdapterDcam::CheckCRC(const uint8_t* buffer, int64_t length) {
     if (!HasCRC(buffer, length)) {
         RUNTIME_EXCEPTION("The buffer does not have a CRC!");

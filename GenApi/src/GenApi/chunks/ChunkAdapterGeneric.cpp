@@ -1,3 +1,6 @@
+// Chunks that the caller has found: no layout is looked at, and only what can't be a chunk of any
+// buffer is refused.
+
 #include "GenApi/ChunkAdapterGeneric.h"
 
 #include <limits>
@@ -12,8 +15,10 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// Longer than any transport's identifier; a longer text is something else by mistake.
 constexpr size_t kMaxIdentifierText = 256;
 
+/// Every number may identify a chunk.
 void CheckIdentifier(const SingleChunkData_t& /*chunk*/) {}
 
 void CheckIdentifier(const SingleChunkDataStr_t& chunk) {
@@ -44,10 +49,12 @@ bool Matches(const CChunkPort& port, const std::vector<uint8_t>& identifier) {
     return port.CheckChunkID(identifier.data(), static_cast<int64_t>(identifier.size()));
 }
 
+/// Made for all entries before the first is bound, so that a wrong list changes nothing.
 template <class Chunk>
 void CheckChunk(const Chunk& chunk) {
     CheckIdentifier(chunk);
     IdentifierOf(chunk);
+    // The sum must not overflow: ports compute with it.
     const bool isPlace =
         chunk.ChunkOffset >= 0 && chunk.ChunkLength >= 0 &&
         chunk.ChunkLength <= std::numeric_limits<int64_t>::max() - chunk.ChunkOffset;
@@ -61,6 +68,8 @@ void CheckChunk(const Chunk& chunk) {
 CChunkAdapterGeneric::CChunkAdapterGeneric(INodeMap* map, int64_t maxChunkCacheSize)
     : CChunkAdapter(map, maxChunkCacheSize) {}
 
+/// Only a programmer can mix up the adapters, and would otherwise get an answer that is wrong for
+/// every buffer.
 bool CChunkAdapterGeneric::CheckBufferLayout(const uint8_t* /*buffer*/, int64_t /*length*/) {
     OV_ASSERT(false && "the generic chunk adapter knows no layout");
     return false;

@@ -1,3 +1,6 @@
+// The way through a buffer whose chunks are described after their data. It is the same for all
+// transports; their differences are rows of a table (ChunkLayout.cpp).
+
 #include "GenApi/ChunkAdapterTrailer.h"
 
 #include "Base/GCException.h"
@@ -10,6 +13,8 @@ bool CChunkAdapterTrailer::CheckBufferLayout(const uint8_t* buffer, int64_t leng
     return WalkChunks(m_Layout, buffer, length, ignore);
 }
 
+/// Walks twice: the last chunk met decides whether the buffer is one, and nothing may be bound
+/// before that is known. The walk reads a few bytes for each chunk only.
 void CChunkAdapterTrailer::AttachBuffer(uint8_t* buffer, int64_t length,
                                         AttachStatistics_t* statistics) {
     if (buffer == nullptr) {

@@ -1,4 +1,4 @@
-// The layouts that transports give their chunks.
+// The layouts of the transports, and the adapters that consist of nothing else.
 
 #include "chunks/ChunkLayout.h"
 
@@ -10,16 +10,20 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// An identifier is one GUID at most.
 constexpr int64_t kGuidBytes = 16;
 
+/// As bytes: the descriptions of these cameras write the identifier as the device sends it.
 bool MatchesBytes(const CChunkPort& port, const uint8_t* identifier) {
     return port.CheckChunkID(identifier, 4);
 }
 
+/// As a number, because the device sends the low byte first.
 bool MatchesNumber(const CChunkPort& port, const uint8_t* identifier) {
     return port.CheckChunkID(ReadWord(identifier, std::endian::little));
 }
 
+/// Descriptions may name only the first bytes of the GUID.
 bool MatchesGuid(const CChunkPort& port, const uint8_t* identifier) {
     const int64_t length = port.GetChunkIDLength();
     return length <= kGuidBytes && port.CheckChunkID(identifier, length);

@@ -1,3 +1,6 @@
+// Connects a port node to its chunk. The chunk is read from the frame's buffer, or from a private
+// copy that outlives the buffer.
+
 #include "GenApi/ChunkPort.h"
 
 #include <algorithm>
@@ -15,9 +18,11 @@ using GenICam_3_0_ORVANE::CLock;
 
 namespace {
 
+/// Addresses that no chunk is long enough to have: reads from them are about the chunk itself.
 constexpr int64_t kPlaceAddress = 0x7FFFFFFFFFFFFFFF;
 constexpr int64_t kLengthAddress = 0x7FFFFFFFFFFFFFF0;
 
+/// The text of the failure is the broken condition, as users know it.
 CPortID IdentifierOf(IChunkPort& port, INode& node) {
     const gcstring ChunkID = port.GetChunkID();
     return {
@@ -35,6 +40,7 @@ CChunkPort::~CChunkPort() {
     }
 }
 
+/// The map's lock, so that features which are read during an update see one buffer or the other.
 CLock& CChunkPort::GetLock() const {
     return m_ptrPort->GetNodeMap()->GetLock();
 }
@@ -53,6 +59,8 @@ void CChunkPort::AttachPort(IPort* port) {
     CPointer<IPortConstruct>(port)->SetPortImpl(this);
 }
 
+/// The node is free of this port before it is told so: SetPortImpl runs callbacks, which may look
+/// here.
 void CChunkPort::DetachPort() {
     if (!m_ptrPort.IsValid()) {
         return;
@@ -80,6 +88,8 @@ bool CChunkPort::CheckChunkID(const uint8_t* bytes, int64_t length) const {
     return m_ChunkID.Matches(bytes, static_cast<size_t>(length));
 }
 
+/// The memory of the private copy is kept and only grows, so that a stream of frames allocates
+/// nothing. The description and the adapter's limit both have to want the copy.
 void CChunkPort::AttachChunk(uint8_t* base, int64_t offset, int64_t length, bool cache) {
     OV_ASSERT(base != nullptr);
     OV_ASSERT(length > 0);
@@ -99,10 +109,13 @@ void CChunkPort::AttachChunk(uint8_t* base, int64_t offset, int64_t length, bool
     InvalidateNode();
 }
 
+/// Made at once, with the buffer at hand: when somebody reads, the buffer may be the device's
+/// again.
 void CChunkPort::FillCopy() {
     std::copy_n(m_pBaseAddress + m_ChunkOffset, m_Length, m_pChunkData.get());
 }
 
+/// With a private copy, offset and length stay those of the copy's chunk.
 void CChunkPort::DetachChunk() {
     const AutoLock lock(GetLock());
     m_pBaseAddress = nullptr;
@@ -113,6 +126,7 @@ void CChunkPort::DetachChunk() {
     InvalidateNode();
 }
 
+/// For clients that copy a frame and want the features to follow the copy.
 void CChunkPort::UpdateBuffer(uint8_t* base) {
     OV_ASSERT(base != nullptr);
     const AutoLock lock(GetLock());
@@ -130,6 +144,7 @@ void CChunkPort::UpdateBuffer(uint8_t* base) {
     }
 }
 
+/// Whether a copy is in use isn't changed: the next buffer makes a new one.
 void CChunkPort::ClearCache() {
     const AutoLock lock(GetLock());
     m_pChunkData.reset();
@@ -140,6 +155,7 @@ void CChunkPort::InvalidateNode() {
     m_ptrPort->InvalidateNode();
 }
 
+/// Chunks can be written because clients may want to correct them in the buffer.
 EAccessMode CChunkPort::GetAccessMode() {
     return GetData() != nullptr ? RW : NA;
 }
@@ -152,6 +168,8 @@ uint8_t* CChunkPort::GetData() const {
     return m_pBaseAddress == nullptr ? nullptr : m_pBaseAddress + m_ChunkOffset;
 }
 
+/// Negative addresses count from the end. The comparisons avoid sums, which could overflow: a
+/// description decides about both numbers.
 uint8_t* CChunkPort::Find(int64_t address, int64_t length) const {
     const int64_t start = address < 0 ? address + m_Length : address;
     const bool isWithin =
@@ -160,6 +178,7 @@ uint8_t* CChunkPort::Find(int64_t address, int64_t length) const {
     return isWithin && data != nullptr ? data + start : nullptr;
 }
 
+/// The text is known from reports, though it names the wrong port.
 void CChunkPort::RequirePort() const {
     if (!m_ptrPort.IsValid()) {
         RUNTIME_EXCEPTION("The event port is not attached to a node");

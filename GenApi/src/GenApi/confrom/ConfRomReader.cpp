@@ -1,3 +1,7 @@
+// Reads the Configuration ROM of a camera on an IEEE 1394 bus: directories of entries, each with
+// a key of 8 bits and a value of 24. The image comes from a device, so every place in it is
+// checked before it is read, and no directory is searched twice.
+
 #include "confrom/ConfRomReader.h"
 
 #include <algorithm>
@@ -10,30 +14,39 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// The unit of the whole format: words of four bytes, big-endian.
 constexpr size_t kQuadletBytes = 4;
 constexpr uint32_t kBusName = 0x31333934;  ///< "1394"
+/// The bus information has at least its name, its options and the identifier.
 constexpr uint32_t kLeastInfoQuadlets = 4;
+/// The identifier is two quadlets from here.
 constexpr size_t kIdentifierPlace = 3;
 
+/// The keys that lead to what is looked for. The two highest bits of a key are its type.
 constexpr uint32_t kUnitSpecifierKey = 0x12;
 constexpr uint32_t kTextLeafKey = 0x81;
 constexpr uint32_t kTextDirectoryKey = 0xC1;
 constexpr uint32_t kUnitDirectoryKey = 0xD1;
 constexpr uint32_t kDependentDirectoryKey = 0xD4;
 
-/// The two top bits of a key.
+/// What the value of an entry is: the value itself, an address, or where a leaf or a directory
+/// is.
 enum class KeyType { Immediate, Offset, Leaf, Directory };
 
 KeyType TypeOf(uint32_t key) {
     return static_cast<KeyType>(key >> 6);
 }
 
+/// Leaves and directories begin with their length here, and a CRC in the lower half. The CRC
+/// isn't checked: a wrong place in the image is refused when it is read.
 uint32_t UpperHalf(uint32_t quadlet) {
     return quadlet >> 16;
 }
 
 }  // namespace
 
+/// By differences rather than sums, which could overflow. The text has addresses in memory, as
+/// known from reports.
 void ConfRomReader::CheckAddressRange(Place place, size_t quadlets) const {
     const size_t all = m_Image.size() / kQuadletBytes;
     if (place > all || quadlets > all - place) {
@@ -49,6 +62,7 @@ uint32_t ConfRomReader::Quadlet(Place place) const {
     return GetBigEndian(m_Image.data() + place * kQuadletBytes);
 }
 
+/// What identifies a camera wherever it is plugged in.
 uint64_t ConfRomReader::UnitIdentifier() const {
     if (Quadlet(0) >> 24 < kLeastInfoQuadlets) {
         RUNTIME_EXCEPTION("DirLenQuad >= 4");
@@ -59,10 +73,12 @@ uint64_t ConfRomReader::UnitIdentifier() const {
     return uint64_t{Quadlet(kIdentifierPlace)} << 32 | Quadlet(kIdentifierPlace + 1);
 }
 
+/// It follows the bus information, whose length is in the first quadlet.
 ConfRomReader::Place ConfRomReader::RootDirectory() const {
     return 1 + (Quadlet(0) >> 24);
 }
 
+/// Checked as a whole, so that a directory which is cut off has no entries rather than some.
 std::vector<ConfRomReader::Entry> ConfRomReader::Directory(Place place) const {
     const uint32_t DirLenQuad = UpperHalf(Quadlet(place));
     CheckAddressRange(place + 1, DirLenQuad);
@@ -74,6 +90,7 @@ std::vector<ConfRomReader::Entry> ConfRomReader::Directory(Place place) const {
     return entries;
 }
 
+/// The root describes the device as a whole, and wins over its units.
 void ConfRomReader::Find(uint32_t key, uint32_t unitSpecifier, ConfRomEntries& entries) const {
     const Place root = RootDirectory();
     if (!ParseRootDirectory(root, key, entries)) {
@@ -85,6 +102,8 @@ bool ConfRomReader::ParseRootDirectory(Place root, uint32_t key, ConfRomEntries&
     return ParseDirectory(root, key, entries);
 }
 
+/// Entries may lead to the same directory many times, which a hostile image can use to make the
+/// search take for ever. So each directory is searched once.
 bool ConfRomReader::LocateUnitDirectory(Place root, uint32_t key, uint32_t unitSpecifier,
                                         ConfRomEntries& entries) const {
     std::set<Place> searchedUnits;
@@ -99,12 +118,15 @@ bool ConfRomReader::LocateUnitDirectory(Place root, uint32_t key, uint32_t unitS
     return false;
 }
 
+/// A device may have units of several kinds, for example a camera and a storage.
 bool ConfRomReader::IsUnitOf(Place directory, uint32_t unitSpecifier) const {
     ConfRomEntries entries;
     return ParseDirectory(directory, kUnitSpecifierKey, entries) &&
            entries.integers.at(kUnitSpecifierKey) == unitSpecifier;
 }
 
+/// Units keep some of their entries in a directory below. There is no further level, whatever the
+/// image says.
 bool ConfRomReader::ParseUnitDirectory(Place directory, uint32_t key, std::set<Place>& searched,
                                        ConfRomEntries& entries) const {
     if (ParseDirectory(directory, key, entries)) {
@@ -124,6 +146,7 @@ bool ConfRomReader::ParseUnitDependentDirectory(Place directory, uint32_t key,
     return ParseDirectory(directory, key, entries);
 }
 
+/// The first entry with the key counts.
 bool ConfRomReader::ParseDirectory(Place directory, uint32_t key, ConfRomEntries& entries) const {
     const std::vector<Entry> all = Directory(directory);
     const auto found =
@@ -135,7 +158,8 @@ bool ConfRomReader::ParseDirectory(Place directory, uint32_t key, ConfRomEntries
     return true;
 }
 
-/// @param next  the entry behind, which may describe this one; may be null
+/// A number may be followed by an entry that describes it as text; both are kept under the key.
+/// @param next  the entry after it; may be null
 void ConfRomReader::TakeEntry(const Entry& entry, const Entry* next,
                               ConfRomEntries& entries) const {
     switch (TypeOf(entry.key)) {
@@ -154,6 +178,8 @@ void ConfRomReader::TakeEntry(const Entry& entry, const Entry* next,
     }
 }
 
+/// A text may be given in several languages, or in several forms. The first that can be read is
+/// taken.
 void ConfRomReader::TakeDescriptorOf(uint32_t key, const Entry& descriptor,
                                      ConfRomEntries& entries) const {
     if (descriptor.key == kTextLeafKey) {
@@ -168,7 +194,8 @@ void ConfRomReader::TakeDescriptorOf(uint32_t key, const Entry& descriptor,
     }
 }
 
-/// A leaf that is no plain text in the language of all units is passed over.
+/// A leaf that isn't plain text in the language of all units is passed over: two zero quadlets
+/// mark that.
 bool ConfRomReader::ParseDescriptor(Place leaf, uint32_t key, ConfRomEntries& entries) const {
     constexpr uint32_t kSpecifierQuadlets = 2;
     const uint32_t length = UpperHalf(Quadlet(leaf));

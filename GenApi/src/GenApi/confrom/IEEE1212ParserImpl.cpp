@@ -1,3 +1,7 @@
+// The Configuration ROM as a node, and what the nodes share that show its entries. The ROM is
+// parsed when a key is first asked for, and what was found is kept until another unit is in the
+// same place of the bus.
+
 #include "confrom/IEEE1212ParserImpl.h"
 
 #include <array>
@@ -9,6 +13,7 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// Keys are known by their hexadecimal form.
 std::string KeyText(uint32_t key) {
     std::array<char, 16> text{};
     std::snprintf(text.data(), text.size(), "0x%x", key);
@@ -25,6 +30,9 @@ void CIEEE1212ParserImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// Invalidation usually means that some register of the same port was written; the ROM of a unit
+/// never changes. So the entries stay if the unit is still the same, which a read of a few bytes
+/// tells.
 void CIEEE1212ParserImpl::SetInvalid(ESetInvalidMode mode) {
     CRegisterImpl::SetInvalid(mode);
     if (m_Entries.IsEmpty()) {
@@ -38,8 +46,8 @@ void CIEEE1212ParserImpl::SetInvalid(ESetInvalidMode mode) {
     m_AccessModeCache = _UndefinedAccesMode;
 }
 
-/// A ROM that can't be read now may be another one: what it gives is found out
-/// at the next read, which reports the failure.
+/// A ROM that can't be read now may be another one. What is in it is found out at the next read,
+/// which reports the failure.
 bool CIEEE1212ParserImpl::IsSameUnit() {
     try {
         std::array<uint8_t, ConfRomReader::kHeadBytes> head{};
@@ -50,7 +58,8 @@ bool CIEEE1212ParserImpl::IsSameUnit() {
     }
 }
 
-/// Memory for the whole ROM, whose length a description may claim to be anything.
+/// Memory for the whole ROM, whose length may be anything that a description claims. The text is
+/// known from reports.
 RegisterBytes CIEEE1212ParserImpl::AllocateImage(int64_t length) {
     try {
         return {*this, length};
@@ -59,6 +68,8 @@ RegisterBytes CIEEE1212ParserImpl::AllocateImage(int64_t length) {
     }
 }
 
+/// Adds the entries of one key to those that are known. Parsing everything at once would fail for
+/// ROMs whose other parts are wrong.
 void CIEEE1212ParserImpl::ParseConfRom(uint32_t key) {
     const int64_t length = InternalGetLength();
     RegisterBytes image = AllocateImage(length);
@@ -79,6 +90,8 @@ void CIEEE1212ParserImpl::ParseConfRom(uint32_t key) {
     }
 }
 
+/// A key that was found as a number may be asked for as a text, or the other way round: then it
+/// isn't parsed again, and isn't found.
 template <class Values>
 auto CIEEE1212ParserImpl::Find(const Values& values, uint32_t key) {
     if (!m_Entries.Holds(key)) {
@@ -99,6 +112,7 @@ gcstring CIEEE1212ParserImpl::GetText(uint32_t key) {
     return Find(m_Entries.texts, key).c_str();
 }
 
+/// Only what has been found so far, for people who debug a description.
 gcstring CIEEE1212ParserImpl::InternalToString(bool /*verify*/, bool /*ignoreCache*/) {
     std::string text = "CIEEE1212Parser: -";
     for (const auto& [key, value] : m_Entries.integers) {
@@ -134,6 +148,7 @@ void CConfRomKeyImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// Without a fault of its own, the link leads to a node of another kind.
 void CConfRomKeyImpl::FinalConstruct() {
     // Without a fault it is a node of another kind.
     if (m_pParser == nullptr && FindFault() == nullptr) {
@@ -142,6 +157,7 @@ void CConfRomKeyImpl::FinalConstruct() {
     CNodeImpl::FinalConstruct();
 }
 
+/// A key can be read whenever the ROM can.
 EAccessMode CConfRomKeyImpl::InternalGetAccessMode() {
     return CNodeImpl::InternalGetAccessMode(m_pParser);
 }

@@ -1,3 +1,6 @@
+// What the nodes of a map share while a client is in a call: the bounds on its depth and breadth,
+// and the text that failures name it by.
+
 #include "core/CallState.h"
 
 #include "core/NodeExceptions.h"
@@ -10,6 +13,7 @@ namespace {
 
 using Reporter = ExceptionReporterNode<RuntimeException>;
 
+/// The last two operations of the enumeration have no text of their own and count as undefined.
 const char* MethodText(EMethod method) {
     static constexpr const char* kTexts[] = {
         "_UndefinedMethod", "GetAccessMode", "ToString",    "FromString", "GetValue",
@@ -21,6 +25,8 @@ const char* MethodText(EMethod method) {
 
 }  // namespace
 
+/// Both are out of line, so that the checks in every step of every call stay small. They
+/// construct the exception without the node's macros, which would need a member of the node.
 void ThrowNestedTooDeep(INodePrivate& node) {
     throw Reporter(node, __FILE__, __LINE__, "RuntimeException")
         .Report("Node '%s' : the chain of nodes that leads here is longer than %u",
@@ -33,6 +39,9 @@ void ThrowTooManyCalls(INodePrivate& node) {
                 node.InternalGetName().c_str(), kMaxNestedCalls);
 }
 
+/// A read past the caches may have found other values than those which depending nodes were
+/// computed from. They are set invalid here, at the end of the whole call: within it, several
+/// reads have to see one state.
 void CCallState::LeaveEntryPoint() {
     if (m_EntryIgnoreCache) {
         for (INodePrivate* const terminal : m_pEntryNode->GetAllTerminalNodes()) {

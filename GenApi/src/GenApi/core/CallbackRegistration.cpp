@@ -1,3 +1,7 @@
+// Callbacks that may be removed while other threads run them. One number holds both how many
+// calls are under way and whether the callback was removed, so that exactly one thread finds that
+// it has to destroy it, without a lock and without waiting.
+
 #include "core/CallbackRegistration.h"
 
 #include <algorithm>
@@ -7,6 +11,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
+/// Counts a call in, unless the callback was removed before. The loop is needed because another
+/// thread may change the count between the look and the exchange.
 class CCallbackRegistration::Call {
 public:
     explicit Call(CCallbackRegistration& registration) : m_Registration(registration) {
@@ -39,6 +45,7 @@ void CCallbackRegistration::Run(ECallbackType type) {
     }
 }
 
+/// Never waits: a callback may remove itself, and would wait for its own end.
 void CCallbackRegistration::TakeAway() {
     if (m_State.fetch_or(kTakenAway, std::memory_order_acq_rel) == 0) {
         m_Callback.Destroy();
@@ -62,6 +69,7 @@ void SortCallbacks(CallbackList& callbacks) {
     callbacks.erase(std::unique(callbacks.begin(), callbacks.end()), callbacks.end());
 }
 
+/// A callback that throws ends the round. The exception goes to whoever caused the change.
 void FireCallbacks(const CallbackList& callbacks, ECallbackType type) {
     for (const auto& callback : callbacks) {
         callback->Run(type);

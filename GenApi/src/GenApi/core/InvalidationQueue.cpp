@@ -1,3 +1,7 @@
+// Runs invalidations one after the other. Setting a register invalid may make others invalid that
+// share its bytes, and so on; as calls within calls, a long row of them would overflow the stack
+// of a client's thread.
+
 #include "core/InvalidationQueue.h"
 
 #include "core/INodePrivate.h"
@@ -6,6 +10,8 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// From the back, because that is the cheap end of a vector: the order among entries of one kind
+/// doesn't matter.
 template <class Element>
 Element* TakeLast(std::vector<Element*>& list) {
     Element* const last = list.back();
@@ -15,7 +21,8 @@ Element* TakeLast(std::vector<Element*>& list) {
 
 }  // namespace
 
-/// A failure ends the run, and nothing of it is left to the next.
+/// Whatever ends a run, an exception too, leaves the queue empty: the next one must not go on
+/// with nodes of a call that failed.
 class CInvalidationQueue::Running {
 public:
     explicit Running(CInvalidationQueue& queue) : m_Queue(queue) { m_Queue.m_IsRunning = true; }
@@ -32,6 +39,7 @@ private:
     CInvalidationQueue& m_Queue;
 };
 
+/// Comparing numbers of runs needs no clearing of marks on all nodes after each run.
 bool CInvalidationQueue::IsNew(uint64_t& mark) {
     // A mark of 0 has never been in a run.
     const uint64_t run = m_NumRuns + 1;
@@ -40,12 +48,16 @@ bool CInvalidationQueue::IsNew(uint64_t& mark) {
     return isNew;
 }
 
+/// Whoever is called from within a run adds to the queue and returns; the loop out here does the
+/// work.
 void CInvalidationQueue::Run() {
     if (m_IsRunning || (m_Users.empty() && m_Nodes.empty())) {
         return;
     }
     const Running running(*this);
     while (!m_Users.empty() || !m_Nodes.empty()) {
+        // Users come first, so that what is set invalid next finds no value left that was made of
+        // forgotten bytes.
         if (m_Users.empty()) {
             TakeLast(m_Nodes)->SetInvalid(simAll);
         } else {

@@ -1,5 +1,6 @@
-// Where a node is documented: a text with macros that tell the reader's
-// program, system and camera apart.
+// Where a node is documented: a text of the description with macros, which stand for the reader's
+// program, system and camera or for the values of other nodes. A maker's web page can so show
+// what fits exactly this camera.
 
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -18,7 +19,7 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
-/// A value may hold a macro that leads back to it; this ends such a text.
+/// The value of a macro may hold a macro that leads back to it. This ends such a text.
 constexpr int kMaxReplacements = 1000;
 
 std::string Joined(const Version_t& version) {
@@ -45,7 +46,7 @@ std::string DeviceVersion(IDeviceInfo& info) {
     return Joined(version);
 }
 
-/// The file name of the running program; empty when the system doesn't tell.
+/// The file name of the running program; empty if the system doesn't say.
 std::string Application() {
     std::array<char, 4096> path;
     const std::string link = "/proc/" + std::to_string(getpid()) + "/exe";
@@ -90,7 +91,8 @@ constexpr SystemMacro kSystemMacros[] = {
     {"Sys::Language", [](IDeviceInfo&) { return Language(); }},
 };
 
-/// The value of another node as text.
+/// The value of another node as text. A node that is missing or can't be read must not keep the
+/// reader from the rest of the page's address.
 std::string ValueOf(INode* node) {
     auto* const value = dynamic_cast<IValue*>(node);
     if (value == nullptr || !IsReadable(value->GetAccessMode())) {
@@ -113,6 +115,8 @@ std::string Replacement(std::string_view name, INodePrivate& node, INodeMap& map
 
 }  // namespace
 
+/// A replacement is searched for macros again, as its text may come from a node whose value holds
+/// some.
 gcstring CNodeImpl::InternalGetDocuURL() {
     std::string text = m_DocuURL.c_str();
     for (int i = 0; i < kMaxReplacements; ++i) {

@@ -1,4 +1,6 @@
-// How a node takes its description, and gives it back.
+// How a node takes its description, property by property, and returns it. Properties that all
+// nodes have are kept in fields and lists of their own; those of the concrete classes are also
+// kept as they came, so that one place can return them.
 
 #include <string>
 
@@ -10,6 +12,7 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// The links that every node class may have. All others are the concrete classes' own.
 bool IsCommonLink(CPropertyID id) {
     switch (id) {
         case CPropertyID::pIsAvailable_ID:
@@ -30,6 +33,7 @@ bool IsCommonLink(CPropertyID id) {
     }
 }
 
+/// Texts of a description never hold tabs, so a reader can take the list apart again.
 void AppendEntry(gcstring& list, const std::string& entry) {
     if (!list.empty()) {
         list += '\t';
@@ -39,6 +43,8 @@ void AppendEntry(gcstring& list, const std::string& entry) {
 
 }  // namespace
 
+/// The one table of fields, for taking, returning and counting properties alike. Each use passes
+/// what it wants done with the field, whatever its type.
 template <class Self, class Use>
 bool CNodeImpl::WithField(Self& self, CPropertyID id, const Use& use) {
     switch (id) {
@@ -79,6 +85,8 @@ bool CNodeImpl::WithField(Self& self, CPropertyID id, const Use& use) {
     }
 }
 
+/// All nodes exist, though without properties, before the first link is taken: links may point
+/// forward.
 INodePrivate& CNodeImpl::FindLinked(const CProperty& property) {
     INodePrivate* const target = GetMap().GetNodeByID(property.NodeID());
     if (target == nullptr) {
@@ -89,6 +97,8 @@ INodePrivate& CNodeImpl::FindLinked(const CProperty& property) {
     return *target;
 }
 
+/// The roles decide what the child means for this node's access mode, caching and value; the
+/// parent is entered for clients who look at the graph.
 INodePrivate* CNodeImpl::LinkChild(const CProperty& property, unsigned roles) {
     INodePrivate* const child = &FindLinked(property);
     m_AllChildren.push_back(child);
@@ -109,8 +119,8 @@ CProperty CNodeImpl::MakeLink(INodeDataMap& nodeDataMap, CPropertyID id, INodePr
     return {&nodeDataMap, id, nodeDataMap.GetNodeID(target.InternalGetName().c_str(), true)};
 }
 
-/// A node that would have to be set before it can be set is of no use to a walk
-/// over the values of its selectors.
+/// A node that selects itself is refused: it would have to be set before it can be set, which no
+/// walk over the values of selectors can do.
 void CNodeImpl::AppendFeature(value_vector& features, const CProperty& property) {
     if (property.NodeID() == m_NodeID) {
         const std::string name = m_Name.c_str();
@@ -217,6 +227,8 @@ CNodeImpl::NodeList CNodeImpl::GetLinked(CPropertyID id) const {
     return linked;
 }
 
+/// Two properties are known and not kept: one mattered while descriptions were merged, the other
+/// is only for readers of the XML.
 void CNodeImpl::SetProperty(const CProperty& property) {
     const CPropertyID id = property.GetPropertyID();
     if (id.IsLink()) {
@@ -233,6 +245,8 @@ void CNodeImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// Fields may have changed since the description was taken; kept properties may not. So a
+/// property that has a field is returned from it, unless it was kept as well.
 bool CNodeImpl::GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
                             CNodeData::PropertyVector_t& properties) {
     if (!HoldsProperty(id)) {
@@ -256,8 +270,7 @@ bool CNodeImpl::GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
            });
 }
 
-/// The properties of all nodes are kept in fields and lists of their own; those
-/// of the concrete classes as they came.
+/// Runs after the concrete class has taken the property, whatever it did with it.
 void CNodeImpl::NoteProperty(const CProperty& property) {
     const CPropertyID id = property.GetPropertyID();
     if (id == CPropertyID::MergePriority_ID || id == CPropertyID::Comment_ID) {
@@ -265,12 +278,15 @@ void CNodeImpl::NoteProperty(const CProperty& property) {
     }
     m_HeldProperties.set(id);
     const bool hasField = WithField(*this, id, [](const auto&) { return true; });
-    // Categories change their visibility afterwards.
+    // Categories change their visibility afterwards, to that of their features; what the
+    // description said is kept beside the field.
     if (id == CPropertyID::Visibility_ID || (!IsCommonLink(id) && !hasField)) {
         m_KeptProperties.emplace_back(property, GetMap());
     }
 }
 
+/// In the order of the identifiers, so that equal nodes return equal lists however their
+/// descriptions order them.
 CNodeData::PropertyVector_t CNodeImpl::GetHeldProperties(INodeDataMap& nodeDataMap,
                                                          const gcstring* name) {
     CNodeData::PropertyVector_t properties;
@@ -283,6 +299,7 @@ CNodeData::PropertyVector_t CNodeImpl::GetHeldProperties(INodeDataMap& nodeDataM
     return properties;
 }
 
+/// The scratch map resolves the texts and names of the properties, and is gone with them.
 void CNodeImpl::InternalGetPropertyNames(gcstring_vector& names) {
     CNodeDataMap scratch;
     names.clear();

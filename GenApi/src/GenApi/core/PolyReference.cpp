@@ -1,3 +1,7 @@
+// References to a value that is either written in the description or held by another node,
+// whatever its interface. Each operation is one visit with a row for each kind of source. The
+// texts of failures name the operation, as clients know them from logs.
+
 #include "core/PolyReference.h"
 
 #include <cmath>
@@ -13,14 +17,14 @@ namespace {
 
 using Limits = std::numeric_limits<int64_t>;
 
-/// The lower bound is a number that integers have, the upper is the first that
-/// they have not.
+/// The lower bound is a number that int64_t has; the upper one is the first that it doesn't have,
+/// and both are exact as doubles.
 bool IsInInt64(double value) {
     constexpr double kBound = 9223372036854775808.0;
     return value >= -kBound && value < kBound;
 }
 
-/// The integer next to a limit.
+/// The integer that is nearest to a limit of floats, which may lie outside the range of integers.
 int64_t Reachable(double limit, const char* operation) {
     if (IsInInt64(limit)) {
         return RoundToInt64(limit, operation);
@@ -28,7 +32,7 @@ int64_t Reachable(double limit, const char* operation) {
     return limit < 0 ? Limits::min() : Limits::max();
 }
 
-/// Rows of answers by tag, as one callable.
+/// Joins lambdas into one callable with an overload for each kind of source.
 template <class... Rows>
 struct By : Rows... {
     using Rows::operator()...;
@@ -40,6 +44,8 @@ By(Rows...) -> By<Rows...>;
     RUNTIME_EXCEPTION("%s: uninitialized pointer", operation);
 }
 
+/// An enumeration takes the place of a number by the numeric value of its entry, which need not
+/// be the number that the device uses for it.
 double NumericValueOf(IEnumeration& enumeration, bool verify, bool ignoreCache) {
     IEnumEntry* const entry = enumeration.GetCurrentEntry(verify, ignoreCache);
     if (entry == nullptr) {
@@ -48,7 +54,9 @@ double NumericValueOf(IEnumeration& enumeration, bool verify, bool ignoreCache) 
     return entry->GetNumericValue();
 }
 
-/// Chooses the entry that can be chosen now and whose number is nearest.
+/// Chooses, of the entries that can be chosen now, the one with the nearest numeric value. A
+/// computed value seldom hits one exactly. Of two that are equally near, the first in the
+/// description is taken.
 void SetNearest(IEnumeration& enumeration, double value, bool verify) {
     node_vector nodes;
     enumeration.GetEntries(nodes);
@@ -71,6 +79,7 @@ void SetNearest(IEnumeration& enumeration, double value, bool verify) {
     enumeration.SetIntValue(nearest->GetValue(), verify);
 }
 
+/// Constants never change, so what holds one may be cached in any way.
 template <class Interface>
 ECachingMode CachingModeOf(Interface* source) {
     return source->GetNode()->GetCachingMode();
@@ -149,6 +158,8 @@ int64_t CIntegerPolyRef::GetMax() const {
         m_Source);
 }
 
+/// With several sources, each may narrow the limits of the others; one whose limits are beyond
+/// all integers narrows nothing, and must not fail the rest.
 int64_t CIntegerPolyRef::GetReachableMin() const {
     IFloat* const* const source = std::get_if<IFloat*>(&m_Source);
     return source == nullptr ? GetMin()

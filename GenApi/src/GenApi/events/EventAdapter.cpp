@@ -1,3 +1,5 @@
+// Hands the events of a device's messages to the nodes that declare them.
+
 #include "GenApi/EventAdapter.h"
 
 #include <utility>
@@ -19,6 +21,8 @@ CEventAdapter::CEventAdapter(INodeMap* map) {
 
 CEventAdapter::~CEventAdapter() = default;
 
+/// Any node may declare an event, also one that isn't a port: its callbacks are all that it gets
+/// of the event.
 void CEventAdapter::AttachNodeMap(INodeMap* map) {
     OV_ASSERT(map != nullptr);
     node_vector nodes;
@@ -33,6 +37,7 @@ void CEventAdapter::AttachNodeMap(INodeMap* map) {
     m_EventPorts.swap(ports);
 }
 
+/// Moved out first, so that a callback that throws leaves no port behind in the adapter.
 void CEventAdapter::DetachNodeMap() {
     const std::vector<std::unique_ptr<CEventPort>> ports = std::exchange(m_EventPorts, {});
     for (const auto& port : ports) {
@@ -40,6 +45,7 @@ void CEventAdapter::DetachNodeMap() {
     }
 }
 
+/// Several nodes may declare one event, for its parts for example.
 template <class Matches>
 void CEventAdapter::AttachEventIf(const uint8_t* data, int64_t length, const Matches& matches) {
     for (const auto& port : m_EventPorts) {

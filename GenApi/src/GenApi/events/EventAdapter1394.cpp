@@ -1,3 +1,5 @@
+// Events of cameras on an IEEE 1394 bus: a message says how many events it has.
+
 #include "GenApi/EventAdapter1394.h"
 
 #include "Base/Log.h"
@@ -11,6 +13,7 @@ using GenICam_3_0_ORVANE::CLog;
 static_assert(sizeof(EventData1394) == 4 && alignof(EventData1394) == 1,
               "a message may lie anywhere");
 
+/// Behind a pointer, since clients derive from the adapter and its size must not change.
 struct CEventAdapter1394::EventAdapter1394Impl {
     void* m_pLog = nullptr;
 };
@@ -30,11 +33,13 @@ void CEventAdapter1394::AttachNodeMap(INodeMap* map) {
                                       ".Misc." + "CEventAdapter1394");
 }
 
+/// The structure has neither padding nor alignment, so it can be laid over any bytes.
 void CEventAdapter1394::DeliverMessage(const uint8_t* bytes, int64_t length) {
     const auto message = CheckEventHead(kEventLayout1394, bytes, length);
     DeliverEventMessage(*reinterpret_cast<const EventData1394*>(message.data()), length);
 }
 
+/// The count decides, not the length: bytes after the last event are allowed.
 void CEventAdapter1394::DeliverEventMessage(const EventData1394& message, int64_t length) {
     const EventLayout& layout = kEventLayout1394;
     const auto bytes = CheckEventHead(layout, reinterpret_cast<const uint8_t*>(&message), length);

@@ -1,3 +1,6 @@
+// Events of GigE Vision. A request may leave out the sizes of its events, which then follow from
+// the kind of the request: with or without data, with short or extended identifiers.
+
 #include "GenApi/EventAdapterGEV.h"
 
 #include <algorithm>
@@ -10,8 +13,11 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// What a packet of the control channel holds.
 constexpr size_t kLongestRequest = 576;
+/// A flag in the second byte of the message.
 constexpr uint8_t kExtendedID = 0x10;
+/// The two commands that carry events, the second one with data.
 constexpr uint32_t kEventCommand = 0xC0;
 constexpr uint32_t kEventDataCommand = 0xC2;
 
@@ -22,6 +28,7 @@ struct EventRecord {
     size_t size;
 };
 
+/// The head of each request is 8 bytes; the sizes here are those of the event after it.
 constexpr EventRecord GVCP_EVENT_REQUEST = {kEventCommand, false, 16};
 constexpr EventRecord GVCP_EVENT_REQUEST_EXTENDED_ID = {kEventCommand, true, 24};
 constexpr EventRecord GVCP_EVENTDATA_REQUEST = {kEventDataCommand, false, 20};
@@ -29,6 +36,7 @@ constexpr EventRecord GVCP_EVENTDATA_REQUEST_EXTENDED_ID = {kEventDataCommand, t
 constexpr std::array kRecords = {GVCP_EVENT_REQUEST, GVCP_EVENT_REQUEST_EXTENDED_ID,
                                  GVCP_EVENTDATA_REQUEST, GVCP_EVENTDATA_REQUEST_EXTENDED_ID};
 
+/// Any other command isn't an event, and this adapter isn't its receiver.
 const EventRecord& RecordOf(uint32_t command, bool isExtended) {
     const auto* const record =
         std::find_if(kRecords.begin(), kRecords.end(), [&](const EventRecord& each) {
@@ -68,6 +76,8 @@ void CEventAdapterGEV::DeliverMessage(const uint8_t* bytes, int64_t length) {
     }
 }
 
+/// Features read an event from its size on. Where the device left the size out, they get a copy
+/// with the size filled in.
 void CEventAdapterGEV::DeliverEventItem(const EventItem& item) {
     if (item.hasSize) {
         AttachItemToPorts(item.bytes, item.id);

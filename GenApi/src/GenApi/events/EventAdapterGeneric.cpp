@@ -1,3 +1,5 @@
+// Events that the caller has found in a message of its own transport.
+
 #include "GenApi/EventAdapterGeneric.h"
 
 #include <string_view>
@@ -10,6 +12,7 @@ namespace GenApi_3_0_ORVANE {
 
 CEventAdapterGeneric::CEventAdapterGeneric(INodeMap* map) : CEventAdapter(map) {}
 
+/// Only a programmer can mix up the adapters.
 void CEventAdapterGeneric::DeliverMessage(const uint8_t* /*bytes*/, int64_t /*length*/) {
     OV_ASSERT(!"The generic event adapter knows no layout");
 }
@@ -18,6 +21,7 @@ void CEventAdapterGeneric::DeliverMessage(const uint8_t* bytes, int64_t length, 
     AttachEventToPorts(bytes, length, id);
 }
 
+/// The bytes of the identifier are kept in a member, whose memory the next event uses again.
 void CEventAdapterGeneric::DeliverMessage(const uint8_t* bytes, int64_t length,
                                           const gcstring& id) {
     m_Identifier.clear();

@@ -1,4 +1,5 @@
-// The transports whose messages differ in their layouts alone.
+// The transports whose messages differ by their layouts alone: the walk over the events is here,
+// once for all of them.
 
 #include "GenApi/EventAdapterCL.h"
 #include "GenApi/EventAdapterU3V.h"
@@ -6,6 +7,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
+/// The head of the message is checked before the first event is handed over; each event is
+/// checked when its turn comes. So events before a fault are delivered.
 void CEventAdapter::DeliverEvents(const EventLayout& layout, const uint8_t* bytes, int64_t length) {
     EventItems items(layout, FindEvents(layout, bytes, length));
     while (!items.IsAtEnd()) {

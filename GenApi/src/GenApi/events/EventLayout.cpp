@@ -1,3 +1,6 @@
+// The layouts of event messages as tables, and the walk through the events of a message. The
+// bytes come from a device: whatever they say, nothing beyond the message is read.
+
 #include "events/EventLayout.h"
 
 #include "Base/GCException.h"
@@ -7,19 +10,24 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// An event begins with its size and its identifier, two bytes each.
 constexpr size_t kItemHead = 4;
 constexpr const char* kTooSmall = "Malformed message - too small";
 constexpr const char* kTooLong = "Malformed message - reported length larger than message size";
 constexpr const char* kTooShort =
     "Malformed message - reported length shorter than minimal event size";
 constexpr const char* kCorrupted = "Corrupted event data";
+/// The text is the broken condition, as users know it, with its spelling.
 constexpr const char* kUnequalItems =
     "totalSize == curentPosition && \"the buffer must hold a number of equzally sized event "
     "items\"";
 
+/// The key that begins each packet of the control channel.
 constexpr EventSignature kSignatureGEV[] = {{0, 1, 0x42, "magic"}};
+/// "U3VE" in the order of the bytes, then the number of the event command.
 constexpr EventSignature kSignaturesU3V[] = {{0, 4, 0x45563355, "prefix"},
                                              {6, 2, 0x0C00, "command ID"}};
+/// The preamble, then the number of the event command.
 constexpr EventSignature kSignaturesCL[] = {{0, 2, 0x0100, "preamble"},
                                             {10, 2, 0x0C00, "command ID"}};
 
@@ -65,6 +73,7 @@ constinit const EventLayout kEventLayout1394 = {
     .events = 4,
     .items = {EventSizing::Own, kItemHead, kItemHead, kCorrupted, kCorrupted}};
 
+/// Byte by byte, since a message may be at any address.
 uint32_t ReadEventNumber(const uint8_t* bytes, size_t size, std::endian order) {
     uint32_t number = 0;
     for (size_t i = 0; i < size; ++i) {
@@ -73,6 +82,7 @@ uint32_t ReadEventNumber(const uint8_t* bytes, size_t size, std::endian order) {
     return number;
 }
 
+/// The length is checked first: everything after it reads bytes.
 std::span<const uint8_t> CheckEventHead(const EventLayout& layout, const uint8_t* bytes,
                                         int64_t length) {
     if (length < static_cast<int64_t>(layout.shortest)) {
@@ -90,6 +100,8 @@ std::span<const uint8_t> CheckEventHead(const EventLayout& layout, const uint8_t
     return {bytes, static_cast<size_t>(length)};
 }
 
+/// What the message says about its length must fit both into what was received and around one
+/// event. A message may be longer than it says: transports fill their packets up.
 std::span<const uint8_t> FindEvents(const EventLayout& layout, const uint8_t* bytes,
                                     int64_t length) {
     const std::span<const uint8_t> message = CheckEventHead(layout, bytes, length);
@@ -103,6 +115,8 @@ std::span<const uint8_t> FindEvents(const EventLayout& layout, const uint8_t* by
     return message.subspan(layout.events, told);
 }
 
+/// An event without a size is the rest of the message, or as long as the one before, depending on
+/// the transport.
 size_t EventItems::SizeOf(size_t field) const {
     switch (m_Layout.items.sizing) {
         case EventSizing::Rest:
@@ -117,6 +131,8 @@ size_t EventItems::SizeOf(size_t field) const {
     return field + m_Layout.items.uncounted;
 }
 
+/// Every size is held against the rest of the message before it is used, and each event takes
+/// some bytes, so the walk ends.
 EventItem EventItems::Next() {
     const EventItemLayout& items = m_Layout.items;
     if (m_Rest.size() < kItemHead) {

@@ -1,3 +1,6 @@
+// Connects a port node to its event. The event is copied: the message is gone when its features
+// are read.
+
 #include "GenApi/EventPort.h"
 
 #include <algorithm>
@@ -14,6 +17,7 @@ using GenICam_3_0_ORVANE::CLock;
 
 namespace {
 
+/// The text of the failure is the broken condition, as users know it.
 CPortID IdentifierOf(INode& node) {
     const gcstring EventID = node.GetEventID();
     return {{EventID.c_str(), EventID.length()},
@@ -22,6 +26,7 @@ CPortID IdentifierOf(INode& node) {
             "even number of characters\""};
 }
 
+/// One text for both ways of access.
 [[noreturn]] void RefuseAccess(const char* way, int64_t address, EAccessMode mode) {
     RUNTIME_EXCEPTION("Can't %s Register %016lX. Access mode is %s", way,
                       static_cast<unsigned long>(address), EAccessModeClass::ToString(mode));
@@ -57,6 +62,8 @@ void CEventPort::AttachNode(INode* node) {
     }
 }
 
+/// The node is free of this port before it is told so: SetPortImpl runs callbacks, which may look
+/// here.
 void CEventPort::DetachNode() {
     if (!m_ptrNode.IsValid()) {
         return;
@@ -72,6 +79,7 @@ void CEventPort::DetachNode() {
     }
 }
 
+/// The node passes itself while it takes this port as its transport.
 void CEventPort::SetPortImpl(IPort* port) {
     m_ptrNode = CPointer<INode>(port);
     OV_ASSERT(m_ptrNode.IsValid() && "every port is a node");
@@ -86,6 +94,7 @@ bool CEventPort::CheckEventID(const uint8_t* bytes, int64_t length) const {
     return m_EventID.Matches(bytes, static_cast<size_t>(length));
 }
 
+/// Checked before the node is looked at, so that a wrong call fails with and without one.
 void CEventPort::AttachEvent(const uint8_t* data, int64_t length) {
     if (length < 0) {
         LOGICAL_ERROR_EXCEPTION("Negative 'Length' is not allowed here");
@@ -100,9 +109,13 @@ void CEventPort::AttachEvent(const uint8_t* data, int64_t length) {
     }
 }
 
+/// The lock is given back before the node is set invalid, so that callbacks which may take other
+/// locks run without it.
 void CEventPort::Keep(const uint8_t* data, int64_t length) {
     const AutoLock lock(GetLock());
     if (m_EventDataAlloc < length) {
+        // The old event goes first: if there is no memory for the new one, nobody reads an event
+        // that is outdated.
         DropEvent();
         m_pEventData = std::make_unique_for_overwrite<uint8_t[]>(static_cast<size_t>(length));
         m_EventDataAlloc = length;
@@ -111,6 +124,7 @@ void CEventPort::Keep(const uint8_t* data, int64_t length) {
     std::copy_n(data, length, m_pEventData.get());
 }
 
+/// A node that had no event hasn't changed.
 void CEventPort::DetachEvent() {
     if (!m_ptrNode.IsValid()) {
         return;
@@ -137,6 +151,7 @@ void CEventPort::InvalidateNode() {
     m_ptrNode->InvalidateNode();
 }
 
+/// An event without data has nothing to read; it only ran the callbacks.
 EAccessMode CEventPort::GetAccessMode() {
     return m_EventDataLength > 0 ? RO : NA;
 }
@@ -150,6 +165,7 @@ void CEventPort::Read(void* buffer, int64_t address, int64_t length) {
     CopyOut(buffer, address, length);
 }
 
+/// The comparisons avoid sums, which could overflow: a description decides about both numbers.
 void CEventPort::CopyOut(void* buffer, int64_t address, int64_t length) {
     const EAccessMode mode = GetAccessMode();
     if (mode != RO) {

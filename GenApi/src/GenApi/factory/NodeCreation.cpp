@@ -1,3 +1,5 @@
+// The one place that knows all node classes. Everything else goes by the number of the type.
+
 #include "factory/NodeCreation.h"
 
 #include <array>
@@ -39,7 +41,7 @@ struct Row {
     Maker make;
 };
 
-/// The node classes by type.
+/// The node classes by type. The structure is missing: the parser has made fields of it.
 constexpr std::array kRows{
     Row{CNodeData::Node_ID, &Make<CValueNode>},
     Row{CNodeData::Category_ID, &Make<CCategory>},
@@ -69,6 +71,7 @@ constexpr std::array kRows{
 
 }  // namespace
 
+/// By a search: the table is short, and making a node takes much longer than finding its row.
 std::unique_ptr<INodePrivate> CreateNode(CNodeData::ENodeType_t type) {
     for (const Row& row : kRows) {
         if (row.type == type) {

@@ -1,3 +1,6 @@
+// The client's handle to a description. Every handle passes on to the one object that the copies
+// share; only the order of the steps to a node map is here.
+
 #include "GenApi/NodeMapFactory.h"
 
 #include <sstream>
@@ -11,6 +14,7 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// Both styles are those for whole maps.
 gcstring Print(const CNodeDataMap& map, int style) {
     std::ostringstream text;
     CNodeDataMap::Print(text, map, static_cast<EToStringStyle_t>(style));
@@ -77,6 +81,8 @@ INodeMap* CNodeMapFactory::CreateNodeMap(CLock& lock, const gcstring& deviceName
     return CreateNodeMapWith(&lock, deviceName, releaseDescription);
 }
 
+/// If the cache has the description, the live nodes are made straight from the file: data in
+/// between would only be thrown away.
 INodeMap* CNodeMapFactory::CreateNodeMapWith(CLock* lock, const gcstring& deviceName,
                                              bool releaseDescription) {
     CNodeMapFactoryImpl::LiveNodes nodes{.deviceName = deviceName, .lock = lock};
@@ -90,6 +96,8 @@ INodeMap* CNodeMapFactory::CreateNodeMapWith(CLock* lock, const gcstring& device
     return nodes.map.release();
 }
 
+/// Devices without a description have a map as well, so that no client has to ask whether there
+/// is one.
 INodeMap* CNodeMapFactory::CreateEmptyNodeMap() {
     auto map = std::make_unique<CNodeMap>("Device", nullptr);
     map->FinalConstruct();

@@ -1,3 +1,7 @@
+// One description on its way from its source to preprocessed data. Each step leaves either its
+// whole result or nothing: after a failure the next attempt begins at the start, and fails in the
+// same way.
+
 #include "factory/NodeMapFactoryImpl.h"
 
 #include <algorithm>
@@ -11,6 +15,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
+/// Only names of zipped files have ever been allowed to hold variables.
 gcstring CNodeMapFactory::CNodeMapFactoryImpl::Source::GetFileName() const {
     gcstring name = fileName;
     if (contentType == ContentType_ZippedXml) {
@@ -19,6 +24,7 @@ gcstring CNodeMapFactory::CNodeMapFactoryImpl::Source::GetFileName() const {
     return name;
 }
 
+/// For style sheets, which need the whole text.
 std::string CNodeMapFactory::CNodeMapFactoryImpl::Source::Read() const {
     if (!text.empty()) {
         return text.c_str();
@@ -46,6 +52,7 @@ CNodeMapFactory::CNodeMapFactoryImpl::CNodeMapFactoryImpl(Source source, ECacheU
       m_SuppressStrings(suppressStrings),
       m_CacheFolder(FindCacheFolder()) {}
 
+/// The nodes of a map have everything that preprocessing would add.
 auto CNodeMapFactory::CNodeMapFactoryImpl::FromNodeMap(INodeMap* nodeMap) -> Pointer {
     auto factory = std::make_shared<CNodeMapFactoryImpl>();
     DescribeNodeMap(nodeMap, factory->m_Map);
@@ -53,6 +60,7 @@ auto CNodeMapFactory::CNodeMapFactoryImpl::FromNodeMap(INodeMap* nodeMap) -> Poi
     return factory;
 }
 
+/// A circle of injections would never end, so it is refused when it would be closed.
 void CNodeMapFactory::CNodeMapFactoryImpl::AddInjectionData(Pointer other) {
     if (other->m_isPreprocessed) {
         RUNTIME_EXCEPTION("Injected camera description file data must not be preprocessed.");
@@ -64,12 +72,14 @@ void CNodeMapFactory::CNodeMapFactoryImpl::AddInjectionData(Pointer other) {
     m_Injected.push_back(std::move(other));
 }
 
+/// Injected descriptions may have others injected into them.
 bool CNodeMapFactory::CNodeMapFactoryImpl::Holds(const CNodeMapFactoryImpl& other) const {
     return this == &other ||
            std::any_of(m_Injected.begin(), m_Injected.end(),
                        [&](const Pointer& injected) { return injected->Holds(other); });
 }
 
+/// The two texts tell a client that has released its description from one that never had any.
 void CNodeMapFactory::CNodeMapFactoryImpl::RequireSource(const char* operation) const {
     if (m_IsReleased) {
         LOGICAL_ERROR_EXCEPTION(
@@ -83,8 +93,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::RequireSource(const char* operation) 
     }
 }
 
-/// Runs a step of the way to nodes; one that fails takes the steps before it
-/// along.
+/// Runs a step. One that fails undoes the steps before it, whose result alone is of no use.
 template <class Step>
 void CNodeMapFactory::CNodeMapFactoryImpl::ClearOnFailure(const Step& step) {
     try {
@@ -108,6 +117,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::LoadAndInject() {
     m_isLoaded = true;
 }
 
+/// At most one of the three sources is there.
 void CNodeMapFactory::CNodeMapFactoryImpl::Parse() {
     const EContentType_t type = m_Source.contentType;
     if (!m_Source.fileName.empty()) {
@@ -121,6 +131,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Parse() {
     }
 }
 
+/// In the order in which clients added them: a later one may refer to nodes of an earlier one.
+/// What comes preprocessed from the cache can't be merged.
 void CNodeMapFactory::CNodeMapFactoryImpl::Inject() {
     for (const Pointer& other : m_Injected) {
         other->LoadAndInject();
@@ -132,6 +144,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Inject() {
     }
 }
 
+/// The hash needs the raw source, so a description that was loaded before has none, and isn't
+/// cached.
 void CNodeMapFactory::CNodeMapFactoryImpl::Preprocess(LiveNodes* pLiveNodes) {
     if (m_isPreprocessed) {
         return;
@@ -154,6 +168,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Preprocess(LiveNodes* pLiveNodes) {
             return;
         }
     }
+    // Nothing is written to the cache that isn't consistent: whoever reads it doesn't check
+    // again.
     LoadAndInject();
     ClearOnFailure([this] { m_Map.CheckConsistency(); });
     PreprocessDescription();
@@ -165,7 +181,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::PreprocessDescription() {
     m_isPreprocessed = true;
 }
 
-/// Without a folder a caller that insists on the cache is told so.
+/// A caller that insists on the cache learns that there is none.
 void CNodeMapFactory::CNodeMapFactoryImpl::RefuseForcedCache() const {
     if (!m_CacheFolder.empty()) {
         return;
@@ -178,6 +194,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::RefuseForcedCache() const {
     }
 }
 
+/// Injected descriptions have no other use than this one.
 void CNodeMapFactory::CNodeMapFactoryImpl::ReleaseSource() {
     m_Source = Source();
     m_Map.Clear();
@@ -189,6 +206,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::ReleaseSource() {
     }
 }
 
+/// Subtrees have cache files of their own: the name of the node is part of the hash.
 auto CNodeMapFactory::CNodeMapFactoryImpl::ExtractIndependentSubtree(const gcstring& nodeName,
                                                                      bool renameToRoot) -> Pointer {
     if (!m_isPreprocessed && !m_IsReleased) {
@@ -212,6 +230,7 @@ auto CNodeMapFactory::CNodeMapFactoryImpl::ExtractIndependentSubtree(const gcstr
     return subtree;
 }
 
+/// Makes a new description, which knows nothing of the one it came from.
 auto CNodeMapFactory::CNodeMapFactoryImpl::ApplyStyleSheet(const gcstring& fileName) const
     -> Pointer {
     if (!m_Source.IsGiven()) {

@@ -1,4 +1,6 @@
-// How a description meets the cache: its hash, and the file under that hash.
+// How a description meets the cache: its hash, and the file that the hash names. The hash covers
+// everything that the result depends on: the source, the injected sources in their order and
+// depth, whether texts were left out, and which subtree was extracted.
 
 #include <optional>
 #include <string>
@@ -18,7 +20,7 @@ bool FitsCacheFile(const CNodeDataMap& map) {
     return map.GetNumNodeIDs() <= kCacheFileMaxCount && map.GetNumStrings() <= kCacheFileMaxCount;
 }
 
-/// What makes more of a hash than the description itself does.
+/// What tells results of one source apart. The texts are part of existing file names.
 std::string Circumstances(const std::string& subtreeName, int level, bool suppressStrings) {
     std::string text;
     if (!subtreeName.empty()) {
@@ -33,8 +35,8 @@ std::string Circumstances(const std::string& subtreeName, int level, bool suppre
     return text;
 }
 
-/// The bytes of the file of a description; none where there is no file, or none
-/// that could be checked. The lock between processes ends with the reading.
+/// The bytes of the file of a description; none if there is no file, or none that could be
+/// checked. The lock between processes ends with the reading.
 struct CachedBytes {
     CachedBytes(const gcstring& folder, uint32_t hash) {
         const CCacheFile file(folder, hash);
@@ -52,7 +54,8 @@ struct CachedBytes {
     bool isIntact = false;
 };
 
-/// A reader that has failed where the bytes are not those that were written.
+/// Returns a reader that has failed already if the bytes aren't those that were written. A file
+/// of another form isn't held against its checksum: that it is foreign says more.
 CCacheReader MakeReader(const CachedBytes& file) {
     CCacheReader header(*file.bytes);
     header.Header();
@@ -63,6 +66,8 @@ CCacheReader MakeReader(const CachedBytes& file) {
     return reader;
 }
 
+/// A file that is damaged is reported rather than replaced: somebody else may use it, and
+/// something must have damaged it.
 void RequireGood(const CCacheReader& reader, const std::string& name) {
     switch (reader.GetState()) {
         case CCacheReader::State::Good:
@@ -84,6 +89,8 @@ uint32_t CNodeMapFactory::CNodeMapFactoryImpl::ComputeHash(const std::string& su
     return hash.Digest();
 }
 
+/// Begin and end of each level are fed, too, so that no two nestings of the same sources give one
+/// hash.
 void CNodeMapFactory::CNodeMapFactoryImpl::FeedHash(CDescriptionHash& hash,
                                                     const std::string& subtreeName,
                                                     int level) const {
@@ -106,6 +113,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::FeedHash(CDescriptionHash& hash,
     }
 }
 
+/// @return false if the description has to be read from its source
 bool CNodeMapFactory::CNodeMapFactoryImpl::CacheRead(uint32_t hash, LiveNodes* pLiveNodes) {
     if (UsesCache() && hash != 0) {
         const CachedBytes file(m_CacheFolder, hash);
@@ -123,6 +131,7 @@ bool CNodeMapFactory::CNodeMapFactoryImpl::CacheRead(uint32_t hash, LiveNodes* p
     return false;
 }
 
+/// Makes either live nodes or data of the file, as the caller wants, never both.
 void CNodeMapFactory::CNodeMapFactoryImpl::TakeFromCache(CCacheReader& reader,
                                                          LiveNodes* pLiveNodes) {
     if (pLiveNodes != nullptr) {
@@ -140,6 +149,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::TakeFromCache(CCacheReader& reader,
     m_IsFromCache = true;
 }
 
+/// A cache that can't be written costs time at the next start and nothing else, unless the caller
+/// insists on it.
 void CNodeMapFactory::CNodeMapFactoryImpl::CacheWrite(uint32_t hash) const {
     if (UsesCache() && !TryCacheWrite(hash) && m_CacheUsage == CacheUsage_ForceWrite) {
         RUNTIME_EXCEPTION("Forced write to cache failed.");

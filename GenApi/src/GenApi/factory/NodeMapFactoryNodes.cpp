@@ -1,3 +1,7 @@
+// From data to live nodes, and back. All nodes exist before the first gets its properties, since
+// links may point forward; all have their properties before the first is told that it is
+// complete.
+
 #include "factory/NodeMapFactoryNodes.h"
 
 #include "Base/GCException.h"
@@ -9,6 +13,7 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// Log categories have the device's name as a part, which must not be empty.
 std::unique_ptr<CNodeMap> NewMap(const gcstring& deviceName, CLock* lock, size_t numNodes) {
     auto map =
         std::make_unique<CNodeMap>(deviceName.empty() ? gcstring("Device") : deviceName, lock);
@@ -16,7 +21,7 @@ std::unique_ptr<CNodeMap> NewMap(const gcstring& deviceName, CLock* lock, size_t
     return map;
 }
 
-/// Adds a node without properties: links may point forward.
+/// Adds a node without properties. The map takes it over, whatever comes after.
 void Register(CNodeMap& map, CNodeData::ENodeType_t type, NodeID_t id) {
     std::unique_ptr<INodePrivate> pNode = CreateNode(type);
     OV_ASSERT(pNode);
@@ -31,12 +36,15 @@ void ForEachNode(CNodeMap& map, size_t numNodes, const Use& use) {
     }
 }
 
+/// In the order of identifiers, and the map last: it enters the nodes by the names that they then
+/// have.
 void FinalConstruct(CNodeMap& map, size_t numNodes) {
     ForEachNode(map, numNodes, [](INodePrivate& node, NodeID_t) { node.FinalConstruct(); });
     map.FinalConstruct();
 }
 
-/// Stores what a node or a map tells of itself under its name.
+/// Stores what a node, or the map, returns about itself under its name. The name comes first, as
+/// in a description that was parsed.
 template <class Teller>
 void Describe(Teller& teller, CNodeData::ENodeType_t type, std::string_view name,
               CNodeDataMap& data) {
@@ -53,6 +61,8 @@ void Describe(Teller& teller, CNodeData::ENodeType_t type, std::string_view name
 
 }  // namespace
 
+/// A node that finds a fault in its properties keeps it and goes on, so one wrong node doesn't
+/// end the loop.
 std::unique_ptr<CNodeMap> BuildNodeMap(const CNodeDataMap& data, const gcstring& deviceName,
                                        CLock* lock) {
     const size_t numNodes = data.GetNumNodeIDs();
@@ -74,6 +84,8 @@ std::unique_ptr<CNodeMap> BuildNodeMap(const CNodeDataMap& data, const gcstring&
     return map;
 }
 
+/// Reads properties and hands them to the nodes at once. A reader that fails leaves a map that
+/// nobody sees.
 std::unique_ptr<CNodeMap> CreateNodeMapDirectFromCache(CCacheReader& reader,
                                                        const gcstring& deviceName, CLock* lock) {
     CCacheTables tables = ReadCacheTables(reader);
@@ -107,6 +119,7 @@ std::unique_ptr<CNodeMap> CreateNodeMapDirectFromCache(CCacheReader& reader,
     return map;
 }
 
+/// With the lock held for all of it, so that the result is one state of the map.
 void DescribeNodeMap(INodeMap* nodeMap, CNodeDataMap& data) {
     auto* const pNodeMapPrivate = dynamic_cast<INodeMapPrivate*>(nodeMap);
     if (pNodeMapPrivate == nullptr) {

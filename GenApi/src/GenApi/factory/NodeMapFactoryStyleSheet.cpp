@@ -1,3 +1,6 @@
+// Changes descriptions by a style sheet. The work is done by a command-line tool: the library
+// would otherwise depend on an XSLT library for what hardly any program uses.
+
 #include "factory/NodeMapFactoryStyleSheet.h"
 
 #include <unistd.h>
@@ -17,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A folder for files of this process alone, gone with all in it at the end of
+/// A folder for files of this process alone, which is removed with everything in it at the end of
 /// the scope.
 class TemporaryFolder {
 public:
@@ -50,6 +53,7 @@ private:
     std::string m_Path;
 };
 
+/// Flushed here, while a full disk can still be reported.
 void WriteTextFile(const std::string& fileName, const std::string& text) {
     std::ofstream file(fileName, std::ios::binary);
     if (!file) {
@@ -63,6 +67,7 @@ void WriteTextFile(const std::string& fileName, const std::string& text) {
 
 }  // namespace
 
+/// In one piece: descriptions are a few megabytes at most.
 std::string ReadTextFile(const std::string& fileName) {
     std::ifstream file(fileName, std::ios::binary);
     std::ostringstream text;
@@ -75,12 +80,14 @@ std::string ReadTextFile(const std::string& fileName) {
     return std::move(text).str();
 }
 
+/// Before the description is read, because that may take long.
 void CheckStyleSheet(const GenICam_3_0_ORVANE::gcstring& fileName) {
     if (fileName.empty() || access(fileName.c_str(), R_OK) != 0) {
         LOGICAL_ERROR_EXCEPTION("Invalid StyleSheetFileName passed.");
     }
 }
 
+/// The tool's first run only finds out whether it is there, so that the failure can say so.
 std::string Transform(const std::string& description, const std::string& styleSheet) {
     // NOLINTBEGIN(cert-env33-c): the tool is an external one
     if (std::system("xsltproc --version") < 0) {

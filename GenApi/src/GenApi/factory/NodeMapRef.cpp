@@ -1,3 +1,6 @@
+// The counted handle to a node map. The count is a block of its own, which all handles to one map
+// point to.
+
 #include "GenApi/NodeMapRef.h"
 
 #include <memory>
@@ -21,6 +24,7 @@ CNodeMapRefT<LoaderParams>::CNodeMapRefT(const CNodeMapRefT& other)
     }
 }
 
+/// By way of a copy, so that assigning a handle's own map to it releases nothing too early.
 template <class LoaderParams>
 CNodeMapRefT<LoaderParams>& CNodeMapRefT<LoaderParams>::operator=(const CNodeMapRefT& other) {
     if (this != &other) {
@@ -37,6 +41,8 @@ CNodeMapRefT<LoaderParams>::~CNodeMapRefT() {
     Release();
 }
 
+/// The handle is empty before the map is destroyed: what the map's end calls may look at the
+/// handle.
 template <class LoaderParams>
 void CNodeMapRefT<LoaderParams>::Release() {
     INodeMap* const nodeMap = std::exchange(m_pNodeMap, nullptr);
@@ -61,6 +67,7 @@ void CNodeMapRefT<LoaderParams>::RefuseSecondMap() const {
     }
 }
 
+/// The count is made first: if there is no memory for it, there is no map to lose.
 template <class LoaderParams>
 void CNodeMapRefT<LoaderParams>::Attach(CNodeMapFactory factory) {
     auto refCount = std::make_unique<std::atomic<long>>(1);
@@ -80,6 +87,7 @@ void CNodeMapRefT<LoaderParams>::_LoadXMLFromFile(const gcstring& fileName) {
     Attach(CNodeMapFactory(ContentType_Xml, fileName));
 }
 
+/// The text is that of a feature that is used without its map.
 template <class LoaderParams>
 INodeMap& CNodeMapRefT<LoaderParams>::MapOrThrow() const {
     if (m_pNodeMap == nullptr) {

@@ -1,3 +1,7 @@
+// Named files in a device. Each operation is a row of the same steps: select the file and the
+// operation, set offset and length, execute, wait, and look at status and result. Bytes go
+// through a buffer register, piece by piece.
+
 #include "GenApi/FileProtocolAdapter.h"
 
 #include <algorithm>
@@ -23,6 +27,7 @@ using GenICam_3_0_ORVANE::GenericException;
 namespace {
 
 constexpr char kLogCategory[] = "FileStream";
+/// The names of the device's operations and of their outcome.
 constexpr char kOpen[] = "Open";
 constexpr char kClose[] = "Close";
 constexpr char kRead[] = "Read";
@@ -30,6 +35,8 @@ constexpr char kWrite[] = "Write";
 constexpr char kDelete[] = "Delete";
 constexpr char kSuccess[] = "Success";
 
+/// A pause between two questions whether an operation is done. Devices take far longer for each
+/// question.
 constexpr std::chrono::microseconds kPollInterval(2);
 
 const char* DirectionOf(std::ios_base::openmode mode) {
@@ -41,6 +48,7 @@ int64_t RoundUpToWord(int64_t length) {
     return (length + 3) & ~int64_t{3};
 }
 
+/// A null buffer is fine for no bytes.
 void RequireBuffer(const char* buffer, int64_t length) {
     if (buffer == nullptr && length > 0) {
         INVALID_ARGUMENT_EXCEPTION("Buffer pointer is NULL");
@@ -96,6 +104,8 @@ private:
     CPointer<IInteger> m_ptrResult;
 };
 
+/// Looks up all nodes even after one is missing, so that the log names every one that a device
+/// lacks.
 bool FileProtocolAdapter::FileAccess::Attach(INodeMap& map) {
     m_pNodeMap = &map;
     m_pLog = nullptr;
@@ -132,6 +142,8 @@ void FileProtocolAdapter::FileAccess::Execute() const {
     WaitUntilFileOperationExecuteDone(true);
 }
 
+/// There is no time-out: deleting a large file may take a device minutes, and only the device
+/// knows whether it is still at it.
 void FileProtocolAdapter::FileAccess::WaitUntilFileOperationExecuteDone(bool verify) const {
     while (!m_ptrExecute->IsDone(verify)) {
         std::this_thread::sleep_for(kPollInterval);
@@ -148,13 +160,14 @@ bool FileProtocolAdapter::FileAccess::Run(const char* operation, const char* nam
     return IsSuccess();
 }
 
+/// The device may allow less in one step than its buffer has.
 int64_t FileProtocolAdapter::FileAccess::ChunkLength(int64_t remaining,
                                                      int64_t bufferLength) const {
     return std::min({remaining, bufferLength, m_ptrLength->GetMax()});
 }
 
-/// The number of bytes that the device has moved. It never counts more than were
-/// asked for: the rest would lie outside the caller's memory.
+/// The number of bytes that the device has moved. Never more than were asked for: the rest would
+/// be outside the caller's memory.
 int64_t FileProtocolAdapter::FileAccess::ExecuteChunk(int64_t offset, int64_t chunk) const {
     m_ptrOffset->SetValue(offset, true);
     m_ptrLength->SetValue(chunk, true);
@@ -166,8 +179,8 @@ int64_t FileProtocolAdapter::FileAccess::ExecuteChunk(int64_t offset, int64_t ch
     return std::min(result, chunk);
 }
 
-/// Goes through `length` bytes piece by piece. `movePiece` takes a piece's position
-/// and length, adds to the position what came over, and tells whether to go on.
+/// Goes through `length` bytes piece by piece. `movePiece` takes the position and length of a
+/// piece, adds to the position what was moved, and returns whether to continue.
 template <class MovePiece>
 int64_t FileProtocolAdapter::FileAccess::MovePieces(int64_t length,
                                                     const MovePiece& movePiece) const {
@@ -182,6 +195,8 @@ int64_t FileProtocolAdapter::FileAccess::MovePieces(int64_t length,
     return position;
 }
 
+/// A step that moves nothing ends the file; a device that fails may have moved some bytes, which
+/// don't count.
 int64_t FileProtocolAdapter::FileAccess::Read(uint8_t* buffer, int64_t offset,
                                               int64_t length) const {
     return MovePieces(length, [&](int64_t& position, int64_t chunk) {
@@ -197,6 +212,7 @@ int64_t FileProtocolAdapter::FileAccess::Read(uint8_t* buffer, int64_t offset,
     });
 }
 
+/// What the device doesn't take of a piece without failing is offered again with the next one.
 int64_t FileProtocolAdapter::FileAccess::Write(const uint8_t* buffer, int64_t offset,
                                                int64_t length) const {
     return MovePieces(length, [&](int64_t& position, int64_t chunk) {
@@ -206,7 +222,7 @@ int64_t FileProtocolAdapter::FileAccess::Write(const uint8_t* buffer, int64_t of
     });
 }
 
-/// The last word may go beyond the caller's data, so it is made up here.
+/// The last word may go beyond the caller's data, so it is completed here with zeros.
 void FileProtocolAdapter::FileAccess::FillBuffer(const uint8_t* source, int64_t chunk) const {
     const int64_t rounded = std::min(RoundUpToWord(chunk), GetBufferLength());
     if (rounded == chunk) {
@@ -218,7 +234,8 @@ void FileProtocolAdapter::FileAccess::FillBuffer(const uint8_t* source, int64_t 
     m_ptrBuffer->Set(words.data(), rounded);
 }
 
-/// Nodes fail with the engine's exceptions, transports with standard ones.
+/// Failures are logged here because a client that copies a file sees only that it came out short.
+/// Nodes throw the engine's exceptions, transports standard ones.
 template <class Transfer>
 int64_t FileProtocolAdapter::FileAccess::Move(const char* operation, const char* name,
                                               const Transfer& transfer) const {
@@ -287,6 +304,7 @@ int64_t FileProtocolAdapter::write(const char* buffer, int64_t offset, int64_t l
     });
 }
 
+/// The operation is selected first, as the size of the buffer may depend on it.
 int64_t FileProtocolAdapter::getBufSize(const char* name, std::ios_base::openmode mode) {
     if (!m_pAccess->IsAttached()) {
         return 0;

@@ -1,7 +1,11 @@
+// Nodes that show another node's value through a pair of formulas, one for each direction. Nobody
+// checks that one is the inverse of the other.
+
 #include "formula/ConverterBase.h"
 
 namespace GenApi_3_0_ORVANE {
 
+/// The two formulas are nodes of their own, which the parser makes and links here.
 template <class Types>
 void CConverterBase<Types>::SetProperty(const CProperty& property) {
     if (m_Display.Set(property)) {
@@ -36,7 +40,7 @@ void CConverterBase<Types>::SetProperty(const CProperty& property) {
     }
 }
 
-/// A description may give another node the name of an inner knife.
+/// A description may give a node of its own the name that the parser's would have.
 template <class Types>
 CSwissKnifeBase<Types>* CConverterBase<Types>::LinkKnife(const CProperty& property) {
     auto* const knife =
@@ -48,8 +52,8 @@ CSwissKnifeBase<Types>* CConverterBase<Types>::LinkKnife(const CProperty& proper
     return knife;
 }
 
-/// The formulas stand between the node and its source in either direction, so that
-/// what they read decides like a node that is written.
+/// The formulas are between the node and its source in either direction. So what they read
+/// decides like a node that is written along.
 template <class Types>
 ECachingMode CConverterBase<Types>::ComputeCachingMode() {
     ECachingMode mode = CNodeImpl::ComputeCachingMode();
@@ -61,7 +65,7 @@ ECachingMode CConverterBase<Types>::ComputeCachingMode() {
     return mode;
 }
 
-/// The knives turn the limits of the source into those of this node.
+/// The formulas turn the limits of the source into those of this node.
 template <class Types>
 ECachingMode CConverterBase<Types>::ComputeLimitsCachingMode() {
     const ECachingMode mode = InternalGetCachingMode();
@@ -69,6 +73,7 @@ ECachingMode CConverterBase<Types>::ComputeLimitsCachingMode() {
                                : mode;
 }
 
+/// A description that comes from a cache file isn't checked against the grammar again.
 template <class Types>
 void CConverterBase<Types>::FinalConstruct() {
     CNodeImpl::FinalConstruct();
@@ -77,6 +82,7 @@ void CConverterBase<Types>::FinalConstruct() {
     }
 }
 
+/// A converter can't be used without its formulas, so their faults are its own, with their texts.
 template <class Types>
 const NodeFault* CConverterBase<Types>::FindFault() const {
     if (const NodeFault* const fault = CNodeImpl::FindFault()) {
@@ -86,6 +92,7 @@ const NodeFault* CConverterBase<Types>::FindFault() const {
     return fault != nullptr ? fault : m_pConvertTo->FindFault();
 }
 
+/// The result isn't checked against the limits here: the frame does so for a verified read.
 template <class Types>
 typename CConverterBase<Types>::Value_t CConverterBase<Types>::InternalGetValue(bool verify,
                                                                                 bool ignoreCache) {
@@ -93,11 +100,15 @@ typename CConverterBase<Types>::Value_t CConverterBase<Types>::InternalGetValue(
     return m_pConvertFrom->GetValueWithInput(source, verify, ignoreCache);
 }
 
+/// The formula's variables are read from their caches: the verification is about the value that
+/// is written.
 template <class Types>
 void CConverterBase<Types>::InternalSetValue(Value_t value, bool verify) {
     m_Value.SetValue(m_pConvertTo->GetValueWithInput(value, false, false), verify);
 }
 
+/// The description may leave it to the engine to find out. That is done once: a camera's curve
+/// doesn't turn around, while its limits may well change.
 template <class Types>
 ESlope CConverterBase<Types>::GetSlope() {
     if (m_Slope == Automatic) {
@@ -108,6 +119,8 @@ ESlope CConverterBase<Types>::GetSlope() {
     return m_Slope;
 }
 
+/// With a falling slope the source's maximum is this node's minimum. Where the curve goes up and
+/// down, neither end of the source is a limit.
 template <class Types>
 typename CConverterBase<Types>::Value_t CConverterBase<Types>::LimitAt(ESlope slopeOfMin) {
     const ESlope slope = GetSlope();
@@ -117,11 +130,12 @@ typename CConverterBase<Types>::Value_t CConverterBase<Types>::LimitAt(ESlope sl
     return FromSource(slope == slopeOfMin ? m_Value.GetMin() : m_Value.GetMax());
 }
 
+/// How far one step of the source moves the result. Anywhere on a straight line will do; around
+/// zero floats are most exact.
 template <class Types>
 typename CConverterBase<Types>::Value_t CConverterBase<Types>::InternalGetInc() {
     OV_ASSERT(m_Slope != Varying && "the guard in FloatT failed");
     OV_ASSERT(m_IsLinear == Yes && "the guard in FloatT failed");
-    // Anywhere on a straight line will do; around zero floats are at their best.
     return Types::Distance(FromSource(m_Value.GetInc()), FromSource(0));
 }
 
@@ -136,6 +150,7 @@ gcstring CConverterBase<Types>::InternalGetUnit() const {
     return m_Display.unit.empty() ? m_Value.GetUnit() : m_Display.unit;
 }
 
+/// What the description leaves open comes from the source; integers have no notation.
 template <class Types>
 EDisplayNotation CConverterBase<Types>::InternalGetDisplayNotation() const {
     if (m_Display.notation != _UndefinedEDisplayNotation) {

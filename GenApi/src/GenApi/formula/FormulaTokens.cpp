@@ -1,3 +1,6 @@
+// Takes a formula's text apart. What each byte may begin is one look-up; the operators are a
+// table in the order of their enumeration, so that a row's number is the operator.
+
 #include "formula/FormulaTokens.h"
 
 #include <array>
@@ -10,13 +13,14 @@ namespace {
 /// from their extensions.
 enum class ByteClass : uint8_t { Invalid, Letter, Digit, Blank, Operator, Quote, End };
 
+/// An operator and how tightly it binds.
 struct OperatorRow {
     std::string_view text;
     int priority;
 };
 
-// In the order of FormulaOp: texts of two characters come before those of one.
-// The bit operators bind tighter than multiplication: the language has it so.
+/// In the order of FormulaOp: texts of two characters come before those of one, which begin like
+/// them. The bit operators bind tighter than multiplication, as descriptions rely on.
 constexpr std::array<OperatorRow, 29> kOperators{{
     {"<<", 5},  {">>", 5},  {"**", 5}, {"<>", 2}, {">=", 2}, {"<=", 2}, {"&&", 2}, {"||", 2},
     {"/*", -2}, {":=", -2}, {"(", -1}, {"+", 3},  {"-", 3},  {"*", 4},  {"/", 4},  {"%", 4},
@@ -24,6 +28,7 @@ constexpr std::array<OperatorRow, 29> kOperators{{
     {"?", 1},   {":", 2},   {")", 6},  {",", 6},  {";", -2},
 }};
 
+/// Characters above 127 are negative where char has a sign.
 constexpr size_t IndexOf(char character) {
     return static_cast<unsigned char>(character);
 }
@@ -67,6 +72,8 @@ int PriorityOf(FormulaOp op) {
     return kOperators[static_cast<size_t>(op)].priority;
 }
 
+/// Checked before the formula is compiled, because brackets have a text of their own and the
+/// compiler could only report a wrong syntax.
 bool DoBracketsMatch(std::string_view formula) {
     int open = 0;
     for (const char character : formula) {
@@ -79,6 +86,7 @@ bool DoBracketsMatch(std::string_view formula) {
     return open == 0;
 }
 
+/// A zero byte ends the formula, as the end of the text does.
 FormulaPiece FormulaTokens::Next() {
     while (!m_Rest.empty() && ClassOf(m_Rest.front()) == ByteClass::Blank) {
         m_Rest.remove_prefix(1);
@@ -102,6 +110,8 @@ FormulaPiece FormulaTokens::Next() {
     }
 }
 
+/// Two operators in a row, as in "-(-3)", look like one of two characters at first; only texts of
+/// the table are.
 FormulaPiece FormulaTokens::NextOperator() {
     size_t row = kSingleOperators[IndexOf(m_Rest.front())];
     if (m_Rest.size() > 1 && ClassOf(m_Rest[1]) == ByteClass::Operator) {
@@ -117,6 +127,7 @@ FormulaPiece FormulaTokens::NextOperator() {
     return {FormulaToken::Operator, static_cast<FormulaOp>(row), text};
 }
 
+/// A point belongs to the name: it separates the name from its extension, as in "GAIN.Max".
 FormulaPiece FormulaTokens::NextName() {
     size_t length = 1;
     while (length < m_Rest.size() && (ClassOf(m_Rest[length]) == ByteClass::Letter ||
@@ -128,6 +139,7 @@ FormulaPiece FormulaTokens::NextName() {
     return {FormulaToken::Name, {}, name};
 }
 
+/// A quote that isn't closed is a wrong formula, not a text to its end.
 FormulaPiece FormulaTokens::NextText() {
     const size_t end = m_Rest.find('\'', 1);
     if (end == std::string_view::npos) {

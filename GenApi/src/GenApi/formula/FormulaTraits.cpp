@@ -1,4 +1,6 @@
-// What the operators and functions of formulas do to numbers.
+// What the operators and functions of formulas do to numbers. Both kinds of numbers behave as
+// descriptions have come to rely on: overflows wrap, infinities are failures only where a divisor
+// is zero, and no result depends on the user's locale.
 
 #include <algorithm>
 #include <charconv>
@@ -19,14 +21,17 @@ constexpr const char* kInfinity = "#Infinity somewhere!";
 constexpr const char* kTooBig = "#Value too big for operation!";
 constexpr const char* kInternal = "#Internal error!";
 constexpr std::string_view kDecimalDigits = "0123456789";
-/// Divisors below this magnitude count as zero.
+/// Divisors below this magnitude count as zero: a sum of floats that should be zero seldom is.
 constexpr double kSmallestDivisor = 0x1p-52;
 
+/// In small letters only. "0X" begins a hexadecimal fraction of floats, and a zero followed by a
+/// name of integers.
 bool IsHex(std::string_view text) {
     return text.starts_with("0x");
 }
 
-/// Reads the hexadecimal number at the begin of a text; gives its length.
+/// Reads the hexadecimal number at the beginning of a text.
+/// @return its length
 size_t ParseHex(std::string_view text, uint64_t& number) {
     constexpr size_t kPrefix = 2;
     const char* const begin = text.data() + kPrefix;
@@ -41,7 +46,8 @@ size_t ParseHex(std::string_view text, uint64_t& number) {
     return static_cast<size_t>(end - text.data());
 }
 
-/// An operand of a bit operation of the doubles.
+/// The bit operations of floats work on 32 bits: descriptions mask register values with them.
+/// What doesn't fit is refused rather than cut.
 bool ToInt32(double value, int32_t& number) {
     if (!(value >= -2147483648.0 && value <= 2147483647.0)) {
         return false;
@@ -50,6 +56,7 @@ bool ToInt32(double value, int32_t& number) {
     return true;
 }
 
+/// Shift distances wrap at 32 as processors do it, which C++ leaves undefined.
 int32_t ApplyBits(FormulaOp op, int32_t left, int32_t right) {
     constexpr uint32_t kShiftMask = 31;
     const auto bits = static_cast<uint32_t>(left);
@@ -68,21 +75,22 @@ int32_t ApplyBits(FormulaOp op, int32_t left, int32_t right) {
     }
 }
 
-/// What has no place in 64 bits becomes the lowest number, so that "2**63" has
-/// the bits of "1<<63".
+/// What doesn't fit into 64 bits becomes the lowest number, so that "2**63" has the bits of
+/// "1<<63".
 int64_t TruncateToInt64(long double value) {
     constexpr long double kBound = 9223372036854775808.0L;
     const bool fits = value >= -kBound && value < kBound;
     return fits ? static_cast<int64_t>(value) : std::numeric_limits<int64_t>::min();
 }
 
-/// What the C library makes of a number that is too large or too near to zero,
-/// with a point whatever the user's locale says.
+/// The number that the C library makes of one that is too large or too near to zero for the fast
+/// conversion: infinity, or the nearest that a double has.
 double ReadExtreme(std::string_view number) {
     return strtod_l(std::string(number).c_str(), nullptr, GenICam_3_0_ORVANE::CPlainLocale::Get());
 }
 
-/// Comparisons and logic, alike for both kinds of numbers.
+/// Comparisons and logic, which are alike for both kinds of numbers. A truth is 1, for use in
+/// further calculations.
 template <class Value>
 bool ApplyTest(FormulaOp op, Value left, Value right, Value& result) {
     bool truth = false;
@@ -118,12 +126,16 @@ bool ApplyTest(FormulaOp op, Value left, Value right, Value& result) {
     return true;
 }
 
+/// Operators that the compiler accepts as text and no number knows. The texts differ because
+/// users know them from logs.
 const char* RefuseOperator(FormulaOp op) {
     return op == FormulaOp::Dollar || op == FormulaOp::Semicolon ? kSyntax : kInternal;
 }
 
 }  // namespace
 
+/// Much faster than the C library, and independent of the locale: descriptions have thousands of
+/// formulas.
 size_t DoubleFormulaTraits::ParseNumber(std::string_view text, double& number) {
     if (IsHex(text)) {
         uint64_t bits = 0;
@@ -149,6 +161,7 @@ size_t DoubleFormulaTraits::ParseNumber(std::string_view text, double& number) {
     return length;
 }
 
+/// Results that overflow are infinities, which no limit admits.
 const char* DoubleFormulaTraits::Apply(FormulaOp op, double left, double right, double& result) {
     if (ApplyTest(op, left, right, result)) {
         return nullptr;
@@ -181,6 +194,7 @@ const char* DoubleFormulaTraits::Apply(FormulaOp op, double left, double right, 
     }
 }
 
+/// Like the other bit operations, on 32 bits.
 const char* DoubleFormulaTraits::Complement(double operand, double& result) {
     int32_t bits = 0;
     if (!ToInt32(operand, bits)) {
@@ -190,8 +204,11 @@ const char* DoubleFormulaTraits::Complement(double operand, double& result) {
     return nullptr;
 }
 
+/// Step by step: a power of ten that is computed at once differs in its last digits.
 double RoundAt(double value, double place) {
     const double step = place < 0 ? 0.1 : 10.0;
+    // Beyond this the value is zero or infinity anyway, and a formula must not keep the lock for
+    // as long as it likes.
     const int steps = static_cast<int>(std::fmin(std::fabs(place), 1000.0));
     for (int i = 0; i < steps; ++i) {
         value *= step;
@@ -203,6 +220,7 @@ double RoundAt(double value, double place) {
     return value;
 }
 
+/// Outside of its domain a function returns NaN, which every comparison with a limit refuses.
 double DoubleFormulaTraits::Call(FormulaFunction function, double operand) {
     switch (function) {
         case FormulaFunction::Atan:
@@ -245,6 +263,8 @@ double DoubleFormulaTraits::Call(FormulaFunction function, double operand) {
     return operand;
 }
 
+/// A number that is too large becomes the largest. It ends where the digits end; a name right
+/// after it is a wrong syntax.
 size_t Int64FormulaTraits::ParseNumber(std::string_view text, int64_t& number) {
     if (IsHex(text)) {
         uint64_t bits = 0;
@@ -267,11 +287,11 @@ size_t Int64FormulaTraits::ParseNumber(std::string_view text, int64_t& number) {
     return static_cast<size_t>(end - text.data());
 }
 
+/// Unsigned throughout, so that an overflow wraps rather than being undefined.
 const char* Int64FormulaTraits::Apply(FormulaOp op, int64_t left, int64_t right, int64_t& result) {
     if (ApplyTest(op, left, right, result)) {
         return nullptr;
     }
-    // Unsigned, so that an overflow wraps as the language's numbers do.
     constexpr uint64_t kShiftMask = 63;
     const auto a = static_cast<uint64_t>(left);
     const auto b = static_cast<uint64_t>(right);
@@ -281,6 +301,8 @@ const char* Int64FormulaTraits::Apply(FormulaOp op, int64_t left, int64_t right,
             if (right == 0) {
                 return kInfinity;
             }
+            // The lowest number divided by -1 has no result in 64 bits; processors stop the
+            // program there.
             if (right == -1) {
                 result = op == FormulaOp::Divide ? static_cast<int64_t>(0 - a) : 0;
             } else {
@@ -316,6 +338,7 @@ const char* Int64FormulaTraits::Complement(int64_t operand, int64_t& result) {
     return nullptr;
 }
 
+/// Integers know only the sign and the negation.
 int64_t Int64FormulaTraits::Call(FormulaFunction function, int64_t operand) {
     if (function == FormulaFunction::Sgn) {
         return operand > 0 ? 1 : (operand < 0 ? -1 : 0);

@@ -1,3 +1,6 @@
+// Nodes whose value is a formula over other nodes. The formula is compiled once, when the map is
+// made; each read fetches the variables and runs the program.
+
 #include "formula/SwissKnifeBase.h"
 
 #include <string_view>
@@ -11,12 +14,14 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
-/// By direction: a formula that gives the node's value reads the source.
+/// By direction. A converter's formula "from" the device turns the value of its source, which it
+/// calls TO, into the converter's own; the other one turns FROM into the source's.
 constexpr const char* kInputNames[] = {"TO", "FROM"};
 constexpr std::string_view kEntry = "Entry.";
 
 }  // namespace
 
+/// For formulas and converters alike.
 bool DisplayProperties::Set(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::Representation_ID:
@@ -36,6 +41,7 @@ bool DisplayProperties::Set(const CProperty& property) {
     }
 }
 
+/// What shows the value is the same for all kinds of formulas, so it is taken first.
 template <class Types>
 void CSwissKnifeBase<Types>::SetProperty(const CProperty& property) {
     if (m_Display.Set(property)) {
@@ -57,6 +63,8 @@ void CSwissKnifeBase<Types>::SetProperty(const CProperty& property) {
     }
 }
 
+/// The part of a variable's name after the first point selects what of the node is meant. It
+/// stays part of the name in the formula, so that "X" and "X.Max" are two variables.
 template <class Types>
 void CSwissKnifeBase<Types>::AddVariable(const CProperty& property) {
     static constexpr std::pair<std::string_view, Aspect> kAspects[] = {
@@ -78,6 +86,8 @@ void CSwissKnifeBase<Types>::AddVariable(const CProperty& property) {
         return;
     }
     variable.extension = variable.name.substr(point + 1);
+    // An unknown extension is a fault only once the formula is evaluated: real descriptions have
+    // formulas that nothing uses.
     variable.aspect = Aspect::Invalid;
     if (std::string_view(variable.extension).starts_with(kEntry)) {
         variable.aspect = Aspect::Entry;
@@ -90,6 +100,8 @@ void CSwissKnifeBase<Types>::AddVariable(const CProperty& property) {
     }
 }
 
+/// A formula that doesn't compile is a fault of this node alone. The type of the failure is known
+/// from reports.
 template <class Types>
 void CSwissKnifeBase<Types>::FinalConstruct() {
     CNodeImpl::FinalConstruct();
@@ -99,6 +111,7 @@ void CSwissKnifeBase<Types>::FinalConstruct() {
     }
 }
 
+/// Descriptions of the first schema version mix upper and lower case in the names of variables.
 template <class Types>
 bool CSwissKnifeBase<Types>::ReadsUpperCase() {
     Version_t version;
@@ -106,6 +119,7 @@ bool CSwissKnifeBase<Types>::ReadsUpperCase() {
     return version.Major == 1 && version.Minor == 0;
 }
 
+/// Compiles again, for a client that wants all failures in one list.
 template <class Types>
 void CSwissKnifeBase<Types>::CheckExpressions() {
     const std::string failure = CompileFormula();
@@ -114,6 +128,8 @@ void CSwissKnifeBase<Types>::CheckExpressions() {
     }
 }
 
+/// Variables get their slots in the order of their list, the free input the one after them.
+/// @return the text of a failure; empty if there is none
 template <class Types>
 std::string CSwissKnifeBase<Types>::CompileFormula() {
     m_Parser.ClearVariables();
@@ -131,11 +147,13 @@ std::string CSwissKnifeBase<Types>::CompileFormula() {
            "' : error message is '" + error + "'";
 }
 
+/// There is no way back from a result to the variables.
 template <class Types>
 EAccessMode CSwissKnifeBase<Types>::InternalGetAccessMode() {
     return CachedAccessMode([this] { return Combine(ComputeAccessMode(nullptr), RO); });
 }
 
+/// The result may be kept as long as all variables may.
 template <class Types>
 ECachingMode CSwissKnifeBase<Types>::ComputeCachingMode() {
     ECachingMode mode = CNodeImpl::ComputeCachingMode();
@@ -145,6 +163,8 @@ ECachingMode CSwissKnifeBase<Types>::ComputeCachingMode() {
     return mode;
 }
 
+/// A variable may stand for something else of a node than its value, which other registers may
+/// tell.
 template <class Types>
 ECachingMode CSwissKnifeBase<Types>::CachingModeOf(const Variable& variable) {
     switch (variable.aspect) {
@@ -162,8 +182,8 @@ ECachingMode CSwissKnifeBase<Types>::CachingModeOf(const Variable& variable) {
     }
 }
 
-/// Old descriptions may have formulas that lead back to themselves. Where only a
-/// variable's access mode does so that ends by itself, elsewhere never.
+/// Old descriptions may have formulas that lead back to themselves. Where only a variable's
+/// access mode does so, that ends by itself after a few rounds; elsewhere it never ends.
 template <class Types>
 class CSwissKnifeBase<Types>::EvaluationScope {
 public:
@@ -182,6 +202,8 @@ private:
     int& m_Evaluations;
 };
 
+/// All of them, also those that the taken branch of a formula doesn't use: a variable that can't
+/// be read is a failure that must not depend on the values of others.
 template <class Types>
 void CSwissKnifeBase<Types>::ReadVariables(bool verify, bool ignoreCache) {
     const EvaluationScope scope(*this);
@@ -190,6 +212,8 @@ void CSwissKnifeBase<Types>::ReadVariables(bool verify, bool ignoreCache) {
     }
 }
 
+/// Converters call this directly, without the frames of a read: the converter's own frame is
+/// around it, and the result of one input is no value to keep.
 template <class Types>
 typename CSwissKnifeBase<Types>::Value_t CSwissKnifeBase<Types>::GetValueWithInput(
     Value_t input, bool verify, bool ignoreCache) {
@@ -206,12 +230,14 @@ typename CSwissKnifeBase<Types>::Value_t CSwissKnifeBase<Types>::GetValueWithInp
     return result;
 }
 
+/// The parser only says what went wrong; users need to know in which formula.
 template <class Types>
 void CSwissKnifeBase<Types>::ThrowFailedEvaluation(const char* text) {
     LOGICAL_ERROR_EXCEPTION_NODE("%s : Failed to evaluate formula '%s' : error message is '%s'",
                                  m_Name.c_str(), m_Formula.c_str(), text);
 }
 
+/// Access modes and visibilities are used in formulas by their numbers.
 template <class Types>
 typename CSwissKnifeBase<Types>::Value_t CSwissKnifeBase<Types>::ReadVariable(
     const Variable& variable, bool verify, bool ignoreCache) {
@@ -238,6 +264,8 @@ typename CSwissKnifeBase<Types>::Value_t CSwissKnifeBase<Types>::ReadVariable(
     RUNTIME_EXCEPTION_NODE("Invalid Extension %s", variable.extension.c_str());
 }
 
+/// The number of an entry that need not be chosen: formulas compare the enumeration's value with
+/// it.
 template <class Types>
 typename CSwissKnifeBase<Types>::Value_t CSwissKnifeBase<Types>::ReadEntry(
     const Variable& variable) {
@@ -259,6 +287,8 @@ void CSwissKnifeBase<Types>::InternalSetValue(Value_t /*value*/, bool /*verify*/
     LOGICAL_ERROR_EXCEPTION_NODE(Types::kReadOnly, m_Name.c_str());
 }
 
+/// What the description leaves open has a plain default: variables may be displayed in any number
+/// of ways.
 template <class Types>
 ERepresentation CSwissKnifeBase<Types>::InternalGetRepresentation() const {
     return m_Display.representation == _UndefinedRepresentation ? PureNumber

@@ -1,3 +1,6 @@
+// The live nodes of one description: look-up by name and by identifier, invalidation and polling
+// of all, and what the root element says about the device.
+
 #include "map/NodeMap.h"
 
 #include <cstring>
@@ -21,8 +24,8 @@ constexpr uint16_t kGenApiMajor = 3;
 constexpr uint16_t kGenApiMinor = 0;
 constexpr uint16_t kGenApiSubMinor = 2;
 
-/// What preprocessing marks those nodes with that links lead to. Where a link leads
-/// to the root element by its name that is the map, which has no use for it.
+/// What preprocessing marks the targets of links with. A link may lead to the root element by its
+/// name; that is the map itself, which has no use for such marks.
 bool IsMarkOfLinks(CPropertyID id) {
     return id == CPropertyID::pDependent_ID || id == CPropertyID::pTerminal_ID ||
            id == CPropertyID::pSelecting_ID || id == CPropertyID::IsFeature_ID;
@@ -32,12 +35,14 @@ bool IsMarkOfLinks(CPropertyID id) {
 
 string2node_t::string2node_t() : m_Spaces(9) {}
 
+/// Growing step by step would hash all names of a large description several times.
 void string2node_t::Reserve(size_t count) {
     m_Spaces.reserve(count);
     m_All.reserve(count);
 }
 
 size_t string2node_t::Hash::operator()(std::string_view name) const {
+    // Names differ in their last letters ("Line0", "Line1"), which this mixes well.
     constexpr uint32_t kPrime = 16777619;
     uint32_t hash = kPrime;
     for (const char character : name) {
@@ -46,11 +51,14 @@ size_t string2node_t::Hash::operator()(std::string_view name) const {
     return hash;
 }
 
+/// The keys are views of the nodes' own names, so that a look-up needs no copy and the table no
+/// second set of texts.
 void string2node_t::Insert(INodePrivate* node) {
     const gcstring& name = node->InternalGetName();
     Spaces& spaces = m_Spaces[{name.c_str(), name.size()}];
     INodePrivate*& slot =
         node->InternalGetNameSpace() == Standard ? spaces.standard : spaces.custom;
+    // Only for the text of the assertion, which is known from reports.
     struct {
         bool second;
     } const ret{slot == nullptr};
@@ -67,6 +75,7 @@ INodePrivate* string2node_t::Find(std::string_view name, ENameSpace nameSpace) c
     return nameSpace == Standard ? found->second.standard : found->second.custom;
 }
 
+/// Asking for the logging library once keeps thousands of nodes from doing so.
 CNodeMap::CNodeMap(const gcstring& deviceName, CLock* lock)
     : m_DeviceName(deviceName), m_CallState(lock == nullptr ? m_OwnLock : *lock) {
     m_IsLoggingEnabled = CLog::Exist("GenApi");
@@ -74,6 +83,8 @@ CNodeMap::CNodeMap(const gcstring& deviceName, CLock* lock)
     ListSupportedSchemaVersions(m_SupportedSchemaVersions);
 }
 
+/// Node by node and without the lock: whoever ends a map vouches that no other thread uses it any
+/// more.
 CNodeMap::~CNodeMap() {
     for (INodePrivate* const node : m_Node2NodeID) {
         delete node;
@@ -86,10 +97,12 @@ void CNodeMap::ListSupportedSchemaVersions(gcstring_vector& list) {
     list.push_back("1.1");
 }
 
+/// Part of the interface, because only the library knows how a map was allocated.
 void CNodeMap::Destroy() {
     delete this;
 }
 
+/// The root element has an identifier, as links may name it, but no node: its slot stays empty.
 void CNodeMap::RegisterNode(INodePrivate* node, CNodeData::ENodeType_t nodeType, NodeID_t id) {
     OV_ASSERT(id.IsValid());
     OV_ASSERT((size_t)id.ToIndex() < m_Node2NodeID.size());
@@ -104,11 +117,14 @@ void CNodeMap::RegisterNode(INodePrivate* node, CNodeData::ENodeType_t nodeType,
     node->Initialize(this, nodeType, id);
 }
 
+/// Links were resolved to identifiers when the description was read, so that making the nodes
+/// needs no look-up by name.
 INodePrivate* CNodeMap::GetNodeByID(NodeID_t NodeID) {
     OV_ASSERT((size_t)NodeID.ToIndex() < m_Node2NodeID.size());
     return m_Node2NodeID[static_cast<size_t>(NodeID.ToIndex())];
 }
 
+/// Until all nodes have their properties they have no names either.
 const string2node_t& CNodeMap::Names() const {
     if (m_pNames == nullptr) {
         LOGICAL_ERROR_EXCEPTION("Map not allocated");
@@ -116,6 +132,8 @@ const string2node_t& CNodeMap::Names() const {
     return *m_pNames;
 }
 
+/// Runs after the nodes' own FinalConstruct. Nodes without a polling time aren't even looked at
+/// by later sweeps.
 void CNodeMap::FinalConstruct() {
     m_pNames = std::make_unique<string2node_t>();
     m_pNames->Reserve(m_Node2NodeID.size());
@@ -145,6 +163,8 @@ void CNodeMap::GetNodes(node_vector& nodes) {
     }
 }
 
+/// Without the lock: names and the table are constant once the map is made, and this is the most
+/// frequent call of a client.
 INode* CNodeMap::GetNode(const gcstring& name) {
     const std::string_view text(name.c_str(), name.size());
     const size_t separator = text.find("::");
@@ -159,6 +179,8 @@ INode* CNodeMap::GetNode(const gcstring& name) {
     return text.find("Cust::") != std::string_view::npos ? Names().Find(bare, Custom) : nullptr;
 }
 
+/// A chunk or event adapter uses the same way into the node, so that whichever came last is in
+/// charge.
 bool CNodeMap::Connect(IPort* port, const gcstring& name) {
     auto* const construct = dynamic_cast<IPortConstruct*>(GetNode(name));
     if (construct == nullptr) {
@@ -168,6 +190,8 @@ bool CNodeMap::Connect(IPort* port, const gcstring& name) {
     return true;
 }
 
+/// All nodes become invalid before the first callback runs, so that none of them reads a value
+/// from before.
 void CNodeMap::InvalidateNodes() {
     CallbackList callbacks;
     {
@@ -184,6 +208,8 @@ void CNodeMap::InvalidateNodes() {
     FireCallbacks(callbacks, cbPostOutsideLock);
 }
 
+/// One sweep with the lock held: a client's thread can't change the registers between the nodes
+/// that are due at the same time.
 void CNodeMap::Poll(int64_t elapsedTime) {
     CallbackList callbacks;
     {
@@ -200,6 +226,8 @@ void CNodeMap::Poll(int64_t elapsedTime) {
     FireCallbacks(callbacks, cbPostOutsideLock);
 }
 
+/// Compiles anew rather than looking at the nodes' faults, so that a client gets the text for
+/// each formula, also for one that it never used.
 bool CNodeMap::ParseSwissKnifes(gcstring_vector* errorList) {
     const AutoLock lock(GetLock());
     bool allParse = true;
@@ -235,11 +263,13 @@ gcstring CNodeMap::GetStandardNameSpace() {
     return EStandardNameSpaceClass::ToString(m_StandardNameSpace);
 }
 
+/// The build number isn't counted.
 void CNodeMap::GetGenApiVersion(Version_t& version, uint16_t& build) {
     version = {kGenApiMajor, kGenApiMinor, kGenApiSubMinor};
     build = 0;
 }
 
+/// The one table of the map's properties, for taking and for returning them.
 template <class Self, class Use>
 bool CNodeMap::WithField(Self& self, CPropertyID id, const Use& use) {
     switch (id) {
@@ -274,6 +304,8 @@ bool CNodeMap::WithField(Self& self, CPropertyID id, const Use& use) {
     }
 }
 
+/// The grammar admits no other attributes of the root element, so an unknown one is a mistake of
+/// this library.
 void CNodeMap::SetProperty(const CProperty& property) {
     if (IsMarkOfLinks(property.GetPropertyID())) {
         return;

@@ -15,16 +15,18 @@ namespace GenApi_3_0_ORVANE {
 /// Finds nodes by name, in both name spaces.
 class string2node_t {
 public:
+    /// Makes a table without nodes.
     string2node_t();
 
-    /// Makes room for as many nodes.
+    /// Makes room for that many nodes.
     void Reserve(size_t count);
 
-    /// A second node of one name and space is an assertion. The node keeps its
-    /// name and outlives this.
+    /// Enters a node, which keeps its name and outlives the table. A second node of one name and
+    /// space is an assertion.
     void Insert(INodePrivate* node);
-    /// Null when there is none in that space.
+    /// Returns the node of that name and space; null if there is none.
     INodePrivate* Find(std::string_view name, ENameSpace nameSpace) const;
+    /// Returns the nodes in the order in which they were entered.
     const std::vector<INodePrivate*>& GetAll() const { return m_All; }
 
 private:
@@ -41,20 +43,24 @@ private:
     std::vector<INodePrivate*> m_All;
 };
 
-/// Owns the nodes of one description, their one lock, the counter of nested
-/// writes and the entry point of the call that a client is in.
+/// Owns the nodes of one description, their one lock, the counter of nested writes and the entry
+/// point of the call that a client is in.
 class CNodeMap : public virtual INodeMapPrivate,
                  public IDeviceInfo,
                  public IDestroy,
                  public IUserData {
 public:
-    /// @param lock  shared with other maps; null for a lock of its own
+    /// Makes a map without nodes.
+    /// @param deviceName  part of the names of log categories
+    /// @param lock        shared with other maps, and outlives them; null for a lock of its own
     explicit CNodeMap(const gcstring& deviceName, CLock* lock = nullptr);
-    /// Ends the nodes.
+    /// Destroys the nodes.
     ~CNodeMap() override;
     CNodeMap(const CNodeMap&) = delete;
     CNodeMap& operator=(const CNodeMap&) = delete;
 
+    /// @name INodeMap
+    /// @{
     void GetNodes(node_vector& nodes) override;
     INode* GetNode(const gcstring& name) override;
     void InvalidateNodes() override;
@@ -65,7 +71,10 @@ public:
     CLock& GetLock() override { return m_CallState.GetLock(); }
     uint64_t GetNumNodes() override { return Names().GetAll().size(); }
     bool ParseSwissKnifes(gcstring_vector* errorList) override;
+    /// @}
 
+    /// @name INodeMapPrivate, for the factory and the nodes
+    /// @{
     void RegisterNode(INodePrivate* node, CNodeData::ENodeType_t nodeType, NodeID_t id) override;
     void FinalConstruct() override;
     void SetNumNodes(size_t count) override { m_Node2NodeID.resize(count, nullptr); }
@@ -82,7 +91,10 @@ public:
     bool IsLoggingEnabled() override { return m_IsLoggingEnabled; }
     bool IsDeviceLoggingEnabled() override { return m_IsDeviceLoggingEnabled; }
     CCallState& GetCallState() override { return m_CallState; }
+    /// @}
 
+    /// @name IDeviceInfo
+    /// @{
     gcstring GetModelName() override { return m_ModelName; }
     gcstring GetVendorName() override { return m_VendorName; }
     gcstring GetToolTip() override { return m_ToolTip; }
@@ -92,21 +104,26 @@ public:
     void GetDeviceVersion(Version_t& version) override { version = m_DeviceVersion; }
     gcstring GetProductGuid() override { return m_ProductGuid; }
     gcstring GetProductVersionGuid() override { return m_VersionGuid; }
+    /// @}
 
-    /// The versions of the schema that a description may follow.
+    /// Replaces the list with the versions of the schema that a description may follow.
     void GetSupportedSchemaVersions(gcstring_vector& list) { list = m_SupportedSchemaVersions; }
-    /// The same for whoever has no map yet.
+    /// The same without a map.
     static void ListSupportedSchemaVersions(gcstring_vector& list);
 
+    /// Deletes the map.
     void Destroy() override;
+    /// @name IUserData
+    /// @{
     UserData_t GetUserData() override;
     UserData_t SetUserData(UserData_t data) override;
+    /// @}
 
 private:
-    /// The field that keeps a property: calls `use` with it.
+    /// Calls `use` with the field that keeps a property; false if there is none.
     template <class Self, class Use>
     static bool WithField(Self& self, CPropertyID id, const Use& use);
-    /// LogicalErrorException before FinalConstruct.
+    /// @throws LogicalErrorException before FinalConstruct
     const string2node_t& Names() const;
 
     gcstring m_ModelName;

@@ -1,3 +1,5 @@
+// The identifiers of chunks and events, as descriptions write them and devices send them.
+
 #include "GenApi/PortID.h"
 
 #include <algorithm>
@@ -15,6 +17,7 @@ bool IsZero(uint8_t byte) {
 
 }  // namespace
 
+/// Not through a number: identifiers may have any length.
 bool AppendHexBytes(std::string_view text, std::vector<uint8_t>& bytes) {
     for (; text.size() >= 2; text.remove_prefix(2)) {
         uint8_t byte = 0;
@@ -27,6 +30,8 @@ bool AppendHexBytes(std::string_view text, std::vector<uint8_t>& bytes) {
     return text.empty();
 }
 
+/// An odd number of digits is a fault of the one node, which all others outlive. Other characters
+/// are refused as any wrong text.
 CPortID::CPortID(std::string_view text, INode& node, const char* evenRule) {
     if (text.size() % 2 != 0) {
         throw ExceptionReporterNode<NodeFaultException<GenICam_3_0_ORVANE::RuntimeException>>(
@@ -37,6 +42,7 @@ CPortID::CPortID(std::string_view text, INode& node, const char* evenRule) {
         RUNTIME_EXCEPTION("Invalid ID of a port: %.*s", static_cast<int>(text.size()), text.data());
     }
     m_Bytes.erase(m_Bytes.begin(), std::find_if_not(m_Bytes.begin(), m_Bytes.end(), IsZero));
+    // Transports that send numbers would otherwise have to convert one for each comparison.
     m_IsNumber = m_Bytes.size() <= sizeof(m_Number);
     if (m_IsNumber) {
         for (const uint8_t byte : m_Bytes) {
@@ -45,6 +51,7 @@ CPortID::CPortID(std::string_view text, INode& node, const char* evenRule) {
     }
 }
 
+/// The device's leading zeros are skipped here, those of the description when it was read.
 bool CPortID::Matches(const uint8_t* bytes, size_t length) const {
     const uint8_t* const end = bytes + length;
     const uint8_t* const first = std::find_if_not(bytes, end, IsZero);

@@ -1,3 +1,6 @@
+// The node through which registers reach a client's transport. It is also where bytes are
+// forgotten: each write passes here, whichever node or client made it, and so does each replay.
+
 #include "ports/PortImplIntern.h"
 
 #include <string>
@@ -11,6 +14,7 @@ using GenICam_3_0_ORVANE::LogDebug;
 
 namespace {
 
+/// A frame-sized register would otherwise fill the log with one line.
 constexpr size_t kMaxLoggedText = 256;
 
 std::string UpperHex(const void* buffer, int64_t length) {
@@ -46,6 +50,8 @@ void CPortImplIntern::SetProperty(const CProperty& property) {
     }
 }
 
+/// Without a transport, the registers of a device don't exist for anybody. Those of a chunk do:
+/// they wait for a frame that has it.
 EAccessMode CPortImplIntern::InternalGetAccessMode() {
     return CachedAccessMode([this] {
         const EAccessMode mode = ComputeAccessMode(nullptr);
@@ -56,6 +62,8 @@ EAccessMode CPortImplIntern::InternalGetAccessMode() {
     });
 }
 
+/// The lock is the map's, and recursive: registers hold it already, while a client may call a
+/// port directly.
 void CPortImplIntern::Read(void* buffer, int64_t address, int64_t length) {
     const AutoLock lock(GetLock());
     if (m_pPort == nullptr) {
@@ -65,12 +73,15 @@ void CPortImplIntern::Read(void* buffer, int64_t address, int64_t length) {
         LOGICAL_ERROR_EXCEPTION_NODE("CPortImplIntern::Read : pBuffer must not be NULL");
     }
     m_pPort->Read(buffer, address, length);
+    // The text of the bytes is made only for a log that wants it: this is the innermost step of
+    // every access.
     if (CLog::IsEnabled(m_pPortLog, LogDebug)) {
         CLog::Log(m_pPortLog, LogDebug, "Read( 0x%016lX, %ld ) = 0x%s )",
                   static_cast<unsigned long>(address), length, UpperHex(buffer, length).c_str());
     }
 }
 
+/// The users are told by way of the queue, after the cache is consistent again.
 void CPortImplIntern::Forget(CValueCache::Entry& entry) {
     CInvalidationQueue& queue = GetCallState().GetInvalidations();
     m_ValueCache.Forget(entry, queue);
@@ -83,9 +94,7 @@ void CPortImplIntern::ForgetRange(int64_t address, int64_t length) {
     queue.Run();
 }
 
-// Bytes are forgotten before they are written: a write that fails may have changed
-// some of them.
-
+/// Bytes are forgotten before they are written: a write that fails may have changed some of them.
 void CPortImplIntern::Write(const void* buffer, int64_t address, int64_t length) {
     const AutoLock lock(GetLock());
     RequireWritable(buffer);
@@ -93,6 +102,8 @@ void CPortImplIntern::Write(const void* buffer, int64_t address, int64_t length)
     WriteToDevice(buffer, address, length);
 }
 
+/// The same for a register, which knows its entry: the entry has a list of those that it overlaps
+/// with, so that no search is needed.
 void CPortImplIntern::WriteEntry(CValueCache::Entry& entry, const uint8_t* bytes, int64_t length) {
     const AutoLock lock(GetLock());
     RequireWritable(bytes);
@@ -100,6 +111,7 @@ void CPortImplIntern::WriteEntry(CValueCache::Entry& entry, const uint8_t* bytes
     WriteToDevice(bytes, entry.GetAddress(), length);
 }
 
+/// Comes before anything is forgotten: a write that can't even begin changes nothing.
 void CPortImplIntern::RequireWritable(const void* buffer) {
     if (m_pPort == nullptr) {
         ACCESS_EXCEPTION_NODE("CPortImplIntern::Write : port not set");
@@ -109,6 +121,7 @@ void CPortImplIntern::RequireWritable(const void* buffer) {
     }
 }
 
+/// Records only what the device has accepted, so that a replay doesn't repeat a failure.
 void CPortImplIntern::WriteToDevice(const void* buffer, int64_t address, int64_t length) {
     if (CLog::IsEnabled(m_pPortLog, LogDebug)) {
         CLog::Log(m_pPortLog, LogDebug, "Write( 0x%016lX, %ld, 0x%s )",
@@ -120,6 +133,9 @@ void CPortImplIntern::WriteToDevice(const void* buffer, int64_t address, int64_t
     }
 }
 
+/// Another transport means other bytes, so everything is invalid afterwards. That happens after
+/// the lock is released, because callbacks may need locks of their own. A port that passes
+/// accesses on, such as a chunk port, is told which node it serves.
 void CPortImplIntern::SetPortImpl(IPort* port) {
     {
         const AutoLock lock(GetLock());
@@ -142,7 +158,8 @@ void CPortImplIntern::StartRecording(IPortWriteList* list) {
     m_pRecordedList = list;
 }
 
-/// Takes the writes of a list to forget what they change.
+/// A list of writes can only be replayed to a port. This one takes the writes to forget the bytes
+/// that they will change.
 class CPortImplIntern::Forgetting : public IPort {
 public:
     explicit Forgetting(CPortImplIntern& port) : m_Port(port) {}
@@ -156,6 +173,8 @@ private:
     CPortImplIntern& m_Port;
 };
 
+/// Bytes are forgotten before the device sees any write of the list, for the same reason as in
+/// Write. A transport that replays by itself may do so in one transaction.
 void CPortImplIntern::Replay(IPortWriteList* list, bool invalidate) {
     if (list == nullptr) {
         return;

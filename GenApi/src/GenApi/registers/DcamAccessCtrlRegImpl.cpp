@@ -1,3 +1,6 @@
+// The register that unlocks the advanced features of a camera on an IEEE 1394 bus. It is written
+// with a feature's identifier and a time, and read for whether they are granted.
+
 #include "registers/DcamAccessCtrlRegImpl.h"
 
 #include <array>
@@ -8,13 +11,16 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// Question and answer are two words of four bytes.
 constexpr int64_t kLockLength = 8;
+/// The time is the lowest 12 bits, the identifier the highest 48.
 constexpr uint32_t kTimeoutMask = 0xFFF;
+/// The identifier's lower 16 bits share a word with the time.
 constexpr unsigned kHalf = 16;
 
 using Bytes = std::array<uint8_t, kLockLength>;
 
-/// The 48 bits of the identifier, then the time.
+/// The identifier's 48 bits, then the time.
 Bytes QuestionOf(int64_t featureID, int64_t timeout) {
     const auto id = static_cast<uint64_t>(featureID);
     const uint32_t time = static_cast<uint32_t>(timeout) & kTimeoutMask;
@@ -39,7 +45,7 @@ void CDcamAccessCtrlRegImpl::SetProperty(const CProperty& property) {
     }
 }
 
-/// The length may be told by another node, so it's checked at each read.
+/// The length may come from another node, so it's checked at each read.
 void CDcamAccessCtrlRegImpl::CheckLength() {
     if (m_Length.GetValue() != kLockLength) {
         RUNTIME_FAULT_NODE("m_Length.GetValue() == 8");
@@ -64,6 +70,7 @@ void CDcamAccessCtrlRegImpl::InternalGet(uint8_t* buffer, int64_t length, bool /
     m_pPort->Read(buffer, m_Address, length);
 }
 
+/// Every write to this register is a question, so clients can't write anything else.
 void CDcamAccessCtrlRegImpl::InternalSet(const uint8_t* /*buffer*/, int64_t /*length*/,
                                          bool /*verify*/) {
     LOGICAL_ERROR_EXCEPTION_NODE("CDcamAccessCtrlRegImpl::InternalSet must not be called");

@@ -1,3 +1,8 @@
+// Floats of 4 or 8 bytes in either byte order.
+//
+// After a write the register is read again at the next read: the value that the device holds may
+// have been rounded, from double to float for example. Hence the caching mode of the constructor.
+
 #include "registers/FltRegImpl.h"
 
 #include <array>
@@ -41,6 +46,8 @@ void CFltRegImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// The length may come from another node, so it is checked at each access. Both texts are known
+/// from reports.
 double CFltRegImpl::InternalGetValue(bool verify, bool ignoreCache) {
     const int64_t Length = InternalGetLength();
     if (Length > kDoubleLength) {
@@ -76,6 +83,7 @@ void CFltRegImpl::InternalSetValue(double value, bool verify) {
     }
 }
 
+/// A larger number would arrive as infinity in a register of 4 bytes.
 double CFltRegImpl::InternalGetMax() {
     return InternalGetLength() == kSingleLength ? std::numeric_limits<float>::max()
                                                 : std::numeric_limits<double>::max();

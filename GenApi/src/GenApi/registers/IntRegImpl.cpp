@@ -1,3 +1,6 @@
+// Integers of 1 to 8 bytes, with or without a sign, in either byte order. The length may come
+// from another node, so it is checked at each access.
+
 #include "registers/IntRegImpl.h"
 
 #include <array>
@@ -10,6 +13,7 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// The longest that an int64_t holds.
 constexpr int64_t kMaxIntegerLength = 8;
 using Bytes = std::array<uint8_t, kMaxIntegerLength>;
 
@@ -35,6 +39,8 @@ void CIntRegImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// Both texts are those of a client's value that is out of range: the length is the value of
+/// another node.
 int64_t CIntRegImpl::CheckedLength() {
     const int64_t length = InternalGetLength();
     if (length < 1) {
@@ -48,6 +54,8 @@ int64_t CIntRegImpl::CheckedLength() {
     return length;
 }
 
+/// Everything is computed unsigned, where shifts by up to 63 bits are defined. A shift by 64
+/// isn't, hence the special cases.
 CIntRegImpl::Masks CIntRegImpl::MasksOf(unsigned bits, ESign sign) {
     Masks masks;
     masks.sign = uint64_t{1} << (bits - 1);
@@ -57,12 +65,15 @@ CIntRegImpl::Masks CIntRegImpl::MasksOf(unsigned bits, ESign sign) {
         masks.max = ~masks.min;
     } else {
         masks.min = 0;
+        // An unsigned number of 64 bits doesn't fit into the interface, whose integers have a
+        // sign. Its upper half shows as negative numbers, which no limit admits.
         masks.max = bits == 64 ? std::numeric_limits<int64_t>::max()
                                : static_cast<int64_t>(~masks.extension);
     }
     return masks;
 }
 
+/// Kept once known. They are asked for in every read and for every limit.
 const CIntRegImpl::Masks& CIntRegImpl::GetMasks() {
     if (!m_AreMasksKnown) {
         m_Masks = MasksOf(static_cast<unsigned>(8 * CheckedLength()), m_Sign);
@@ -76,6 +87,8 @@ int64_t CIntRegImpl::SignExtended(uint64_t raw, const Masks& masks, ESign sign) 
                                                                           : raw);
 }
 
+/// The bytes are turned into the machine's order at the start of eight zero bytes, so that any
+/// length gives a number without a loop.
 uint64_t CIntRegImpl::ReadRaw(bool verify, bool ignoreCache) {
     Bytes bytes{};
     const int64_t length = CheckedLength();
@@ -84,6 +97,8 @@ uint64_t CIntRegImpl::ReadRaw(bool verify, bool ignoreCache) {
     return std::bit_cast<uint64_t>(bytes);
 }
 
+/// The same backwards: bytes beyond the length are cut off. Verified writes have checked the
+/// limits before.
 void CIntRegImpl::WriteRaw(uint64_t raw, bool verify) {
     auto bytes = std::bit_cast<Bytes>(raw);
     const int64_t length = CheckedLength();

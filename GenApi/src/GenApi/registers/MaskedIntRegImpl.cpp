@@ -1,3 +1,7 @@
+// A field of bits in an integer register. Descriptions count the bits of big-endian registers
+// from the most significant one; they are turned once, when the map is made, so that every access
+// is a shift and a mask.
+
 #include "registers/MaskedIntRegImpl.h"
 
 #include <utility>
@@ -6,9 +10,10 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// The name is part of the texts of failures below.
 constexpr uint32_t GC_UINT32_MAX = 0xFFFFFFFF;
 
-/// What is no number of a bit must not become one by losing its upper half.
+/// What isn't the number of a bit must not become one by losing its upper half.
 uint32_t BitOf(const CProperty& property) {
     const int64_t bit = property.Integer();
     return bit < 0 || bit >= GC_UINT32_MAX ? GC_UINT32_MAX - 1 : static_cast<uint32_t>(bit);
@@ -30,6 +35,7 @@ void CMaskedIntRegImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// The sign and the limits are those of the field: the register around it may be longer.
 void CMaskedIntRegImpl::FinalConstruct() {
     CIntRegImpl::FinalConstruct();
     CheckBits();
@@ -38,6 +44,8 @@ void CMaskedIntRegImpl::FinalConstruct() {
     m_Mask = ~m_FieldMasks.extension << m_LSB;
 }
 
+/// Runs once, so a description that is wrong here makes a faulty node and costs no access
+/// anything. Each text is the broken condition, as users know it.
 void CMaskedIntRegImpl::CheckBits() {
     const auto require = [](bool condition, const char* text) {
         if (!condition) {
@@ -51,6 +59,7 @@ void CMaskedIntRegImpl::CheckBits() {
     require(m_MSB != GC_UINT32_MAX, "m_MSB != GC_UINT32_MAX");
     require(m_LSB < 64, "m_LSB < 64");
     require(m_MSB < 64, "m_MSB < 64");
+    // Turns the bits as well; the last condition is about the result.
     CheckBitOrder(static_cast<uint32_t>(8 * CheckedLength()));
     require(m_MSB - m_LSB + 1 < sizeof(int64_t) * 8, "m_MSB - m_LSB + 1 < sizeof(int64_t) * 8");
 }
@@ -93,11 +102,15 @@ void CMaskedIntRegImpl::CheckBitOrder(uint32_t bits) {
     }
 }
 
+/// All bits around the field are read with it. Other fields of the register come from the same
+/// bytes in the port's cache.
 int64_t CMaskedIntRegImpl::InternalGetValue(bool verify, bool ignoreCache) {
     const uint64_t field = (ReadRaw(verify, ignoreCache) & m_Mask) >> m_LSB;
     return SignExtended(field, m_FieldMasks, m_Sign);
 }
 
+/// Reads the bits around the field first, from the cache if possible. Another program on the same
+/// device could change them in between, which no register access can exclude.
 void CMaskedIntRegImpl::InternalSetValue(int64_t value, bool verify) {
     const uint64_t others = ReadRaw(false, false) & ~m_Mask;
     WriteRaw(((static_cast<uint64_t>(value) << m_LSB) & m_Mask) | others, verify);

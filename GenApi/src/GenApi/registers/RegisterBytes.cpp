@@ -1,3 +1,5 @@
+// Memory for the bytes of one register during one access.
+
 #include "registers/RegisterBytes.h"
 
 #include <limits>
@@ -11,7 +13,7 @@ using GenICam_3_0_ORVANE::RuntimeException;
 
 namespace {
 
-/// More than any transport moves at once.
+/// No transport moves more at once, so a longer one is a mistake of the description.
 constexpr int64_t kMaxRegisterLength = std::numeric_limits<int32_t>::max();
 
 }  // namespace
@@ -23,6 +25,7 @@ RegisterBytes::RegisterBytes(INodePrivate& node, int64_t length) {
             .Report("Node '%s' : a register cannot have a length of %ld",
                     node.InternalGetName().c_str(), length);
     }
+    // One byte more than the register has, so that its bytes are always a terminated text.
     const size_t size = static_cast<size_t>(length) + 1;
     if (size <= m_Short.size()) {
         return;

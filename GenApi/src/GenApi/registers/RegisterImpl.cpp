@@ -1,3 +1,6 @@
+// A range of bytes in the memory of a device: where it is, what of it may be kept, and how reads
+// and writes keep the caches of all registers true that share bytes with it.
+
 #include "registers/RegisterImpl.h"
 
 #include <algorithm>
@@ -15,6 +18,7 @@ constexpr int64_t kChunkEndAddress = 0x7FFFFFFFFFFFFFF0;
 
 }  // namespace
 
+/// Addresses and indices may be many; their sum is where the register is.
 void CRegisterImpl::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::pPort_ID:
@@ -50,6 +54,8 @@ void CRegisterImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// An index is multiplied by its offset: the elements of an array in the device's memory are
+/// reached that way. The offset is a number, a node, or missing.
 void CRegisterImpl::AddIndex(const CProperty& property) {
     IndexedOffset& entry = m_Indices.emplace_back();
     entry.index = static_cast<IBase*>(LinkChild(property, ReadRole));
@@ -64,6 +70,7 @@ void CRegisterImpl::AddIndex(const CProperty& property) {
     }
 }
 
+/// Without a port nothing can be read or written, whatever else the description says.
 void CRegisterImpl::FinalConstruct() {
     CNodeImpl::FinalConstruct();
     if (m_pPort == nullptr) {
@@ -71,10 +78,13 @@ void CRegisterImpl::FinalConstruct() {
     }
 }
 
+/// The register's own mode only restricts what the port and the other conditions leave.
 EAccessMode CRegisterImpl::InternalGetAccessMode() {
     return CachedAccessMode([this] { return Combine(ComputeAccessMode(m_pPort), m_AccessMode); });
 }
 
+/// If the address may change without a word, bytes that are kept may be those of another place.
+/// So whatever tells the address or the length decides as well.
 ECachingMode CRegisterImpl::ComputeCachingMode() {
     ECachingMode mode = CNodeImpl::ComputeCachingMode();
     for (const CIntegerPolyRef& address : m_Addresses) {
@@ -89,6 +99,7 @@ ECachingMode CRegisterImpl::ComputeCachingMode() {
     return m_Length.IsPointer() ? Combine(mode, m_Length.GetCachingMode()) : mode;
 }
 
+/// The address may depend on other nodes, such as a selector, so it is summed up for each access.
 int64_t CRegisterImpl::SumAddress(bool ignoreCache) {
     // Addresses are bits: a sum beyond 64 of them wraps as a device's does.
     const auto bits = [](int64_t number) { return static_cast<uint64_t>(number); };
@@ -102,6 +113,8 @@ int64_t CRegisterImpl::SumAddress(bool ignoreCache) {
                                    : InternalGetLength();
         sum += bits(entry.index.GetValue(false, ignoreCache)) * bits(offset);
     }
+    // Negative addresses count from the end of a chunk, where some devices put their newest
+    // fields.
     if (static_cast<int64_t>(sum) < 0 && m_pPort->HasChunkID()) {
         int64_t base = 0;
         m_pPort->Read(&base, kChunkEndAddress, sizeof(base));
@@ -110,8 +123,8 @@ int64_t CRegisterImpl::SumAddress(bool ignoreCache) {
     return static_cast<int64_t>(sum);
 }
 
-// A verified access is one of the register itself, not of those that tell where it
-// lies: their values come from the cache even then.
+/// A verified access is about the register's own value: what tells the address is read without
+/// verification. A read past the cache passes the caches of the address's parts as well.
 void CRegisterImpl::UpdateAddress(bool ignoreCache) {
     const int64_t oldAddress = m_Address;
     m_Address = 0;
@@ -129,11 +142,14 @@ void CRegisterImpl::UpdateAddress(bool ignoreCache) {
     }
 }
 
+/// Summed up for each question as well: what it depends on may have changed since the last
+/// access.
 int64_t CRegisterImpl::InternalGetAddress() {
     UpdateAddress(false);
     return m_Address;
 }
 
+/// The entry is kept with its place, since most registers never move.
 void CRegisterImpl::FindEntry(int64_t length) {
     if (m_pEntry == nullptr || !m_pEntry->IsAt(m_Address, length)) {
         LeaveEntry();
@@ -141,6 +157,8 @@ void CRegisterImpl::FindEntry(int64_t length) {
     }
 }
 
+/// From now on this register is told when the bytes are forgotten: it is about to make a value of
+/// them.
 CValueCache::Entry& CRegisterImpl::UseEntry(int64_t length) {
     FindEntry(length);
     if (!m_IsEntryUser) {
@@ -150,12 +168,16 @@ CValueCache::Entry& CRegisterImpl::UseEntry(int64_t length) {
     return *m_pEntry;
 }
 
+/// Called before the register's own writes, too: they must not make it invalid, since what it
+/// holds after them is up to the frame of the write.
 void CRegisterImpl::LeaveEntry() {
     if (std::exchange(m_IsEntryUser, false)) {
         m_pEntry->RemoveUser(*this);
     }
 }
 
+/// Called by the queue when another register, or a client, has written some of the same bytes.
+/// The port has removed this one from the users already.
 void CRegisterImpl::ForgetBytes() {
     GCLOGINFO(m_pCacheLog, "SetInvalid( simAll )");
     m_IsEntryUser = false;
@@ -163,9 +185,12 @@ void CRegisterImpl::ForgetBytes() {
     m_WasWritten = false;
     m_KeepCache = false;
     InvalidateCaches();
+    // The other register's write sets its own dependents invalid. These may be others.
     InvalidateDependents();
 }
 
+/// Without asking where the register is now: computing that could read the device, in the middle
+/// of an invalidation. What matters is where it was when a value was made of its bytes.
 void CRegisterImpl::ForgetBeneath() {
     if (m_pEntry != nullptr) {
         LeaveEntry();
@@ -176,6 +201,8 @@ void CRegisterImpl::ForgetBeneath() {
     }
 }
 
+/// Refuses what no register can do, before anything is read, written or forgotten.
+/// @return the length of the register
 int64_t CRegisterImpl::CheckAccess(const void* buffer, int64_t length, const char* operation) {
     if (buffer == nullptr) {
         LOGICAL_ERROR_EXCEPTION_NODE("CRegisterImpl::%s : pBuffer must not be NULL", operation);
@@ -195,6 +222,7 @@ int64_t CRegisterImpl::CheckAccess(const void* buffer, int64_t length, const cha
     return registerLength;
 }
 
+/// Reads from the port's cache if that may answer, else from the device.
 void CRegisterImpl::InternalGet(uint8_t* buffer, int64_t length, bool verify, bool ignoreCache) {
     const int64_t registerLength = CheckAccess(buffer, length, "InternalGet");
     UpdateAddress(ignoreCache);
@@ -202,6 +230,8 @@ void CRegisterImpl::InternalGet(uint8_t* buffer, int64_t length, bool verify, bo
     OV_ASSERT((mode == NoCache || mode == WriteThrough || mode == WriteAround) &&
               "Unexpected Caching Mode");
     if (mode == NoCache) {
+        // Others may keep bytes of the same place, so this register has to know what to forget
+        // later.
         m_UncachedLength = registerLength;
         m_pPort->Read(buffer, m_Address, length);
         return;
@@ -211,7 +241,9 @@ void CRegisterImpl::InternalGet(uint8_t* buffer, int64_t length, bool verify, bo
         entry.Load(buffer, length);
         return;
     }
+    // Read even if the value is known: a client that verifies wants the device's answer.
     m_pPort->Read(buffer, m_Address, length);
+    // A part of a register is not kept. An entry is the whole register or nothing.
     if (length == registerLength) {
         if (entry.DiffersFrom(buffer)) {
             // What others made of the old bytes is as old.
@@ -221,6 +253,7 @@ void CRegisterImpl::InternalGet(uint8_t* buffer, int64_t length, bool verify, bo
     }
 }
 
+/// Writes through to the device; nothing is ever written later.
 void CRegisterImpl::InternalSet(const uint8_t* buffer, int64_t length, bool /*verify*/) {
     // All that can fail comes before the write: once the device has changed,
     // nothing may keep the cache from learning of it.
@@ -236,11 +269,14 @@ void CRegisterImpl::InternalSet(const uint8_t* buffer, int64_t length, bool /*ve
     // What this node makes of the bytes is up to the frame of its write.
     LeaveEntry();
     m_pPort->WriteEntry(entry, buffer, length);
+    // Only where the description says that the device takes a value as it is written. With
+    // WriteAround the next read asks for what the device made of it.
     if (mode == WriteThrough && length == registerLength) {
         UseEntry(registerLength).Store(buffer);
     }
 }
 
+/// Without the frames of Get: those of the text's own read are around this one already.
 gcstring CRegisterImpl::InternalToString(bool verify, bool ignoreCache) {
     const int64_t length = InternalGetLength();
     RegisterBytes bytes(*this, length);
@@ -250,6 +286,7 @@ gcstring CRegisterImpl::InternalToString(bool verify, bool ignoreCache) {
     return text;
 }
 
+/// A text that is too short leaves zeros at the end of the register.
 void CRegisterImpl::InternalFromString(const gcstring& value, bool verify) {
     const int64_t length = InternalGetLength();
     RegisterBytes bytes(*this, length);

@@ -1,3 +1,6 @@
+// Smart features of cameras on an IEEE 1394 bus: whoever writes the GUID of a feature to a
+// register reads the address of the feature's own registers from it.
+
 #include "registers/SmartFeatureImpl.h"
 
 #include <array>
@@ -10,12 +13,15 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// The register, in bytes. It holds the GUID, then the address.
 constexpr int64_t kAnswerLength = 24;
+/// The bus moves words of four bytes, each of them big-endian.
 constexpr size_t kAnswerQuadletBytes = 4;
+/// Where the address is: its lower half comes before its upper half.
 constexpr size_t kLowerPlace = 16;
 constexpr size_t kUpperPlace = 20;
 
-/// The GUID as it lies in memory, each of its quadlets turned.
+/// The GUID as it is in memory, with the bytes of each quadlet turned for the bus.
 std::array<uint8_t, sizeof(GUID)> GuidBytes(const GUID& guid) {
     static_assert(std::endian::native == std::endian::little);
     std::array<uint8_t, sizeof(GUID)> bytes{};
@@ -34,6 +40,8 @@ CSmartFeatureImpl::CSmartFeatureImpl() {
     m_Length = kAnswerLength;
 }
 
+/// A GUID that can't be read makes the whole description wrong: it was accepted as text by the
+/// grammar.
 void CSmartFeatureImpl::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::FeatureID_ID:
@@ -47,6 +55,8 @@ void CSmartFeatureImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// The register's own access mode doesn't count, as the question is written to what a client can
+/// only read.
 EAccessMode CSmartFeatureImpl::InternalGetAccessMode() {
     return CNodeImpl::InternalGetAccessMode(m_pPort);
 }
@@ -56,6 +66,7 @@ void CSmartFeatureImpl::InternalSetValue(int64_t /*value*/, bool /*verify*/) {
         "CSmartFeatureImpl::InternalSetValue : a smart feature cannot be written");
 }
 
+/// Question and answer go past the cache: the camera answers each question anew.
 int64_t CSmartFeatureImpl::InternalGetValue(bool verify, bool /*ignoreCache*/) {
     if (m_Length.GetValue() != kAnswerLength) {
         RUNTIME_FAULT_NODE("m_Length.GetValue() == 24");

@@ -1,3 +1,5 @@
+// Texts in registers, terminated by a zero or by the end of the register.
+
 #include "registers/StringRegisterImpl.h"
 
 #include <cstring>
@@ -6,6 +8,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
+/// The zero has to fit, too: some devices read their texts up to it. The rest of the register is
+/// filled with zeros, so that no old text shines through.
 void CStringRegisterImpl::InternalSetValue(const gcstring& value, bool verify) {
     const int64_t length = InternalGetLength();
     if (static_cast<int64_t>(value.size()) >= length) {
@@ -16,6 +20,7 @@ void CStringRegisterImpl::InternalSetValue(const gcstring& value, bool verify) {
     InternalSet(bytes.Data(), length, verify);
 }
 
+/// A register without a zero is a whole text: one more byte than the register has is always zero.
 gcstring CStringRegisterImpl::InternalGetValue(bool verify, bool ignoreCache) {
     const int64_t length = InternalGetLength();
     RegisterBytes bytes(*this, length);

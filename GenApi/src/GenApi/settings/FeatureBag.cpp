@@ -1,3 +1,6 @@
+// The settings of a device as names and texts: storing them. Writing them back is in
+// FeatureBagLoad.cpp, the text form in FeatureBagStream.cpp.
+
 #include "GenApi/FeatureBag.h"
 
 #include <algorithm>
@@ -15,7 +18,7 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
-/// Passes features on until there are enough.
+/// Passes features on until there are as many as the caller wants.
 class LimitedScript {
 public:
     LimitedScript(IPersistScript& script, int64_t maxEntries)
@@ -41,14 +44,16 @@ private:
     int64_t m_Count = 0;
 };
 
-/// Behind all combinations stand the selectors as they were found, so that a
-/// device that is written in this order ends with them.
+/// Stores a feature once for each combination of its selectors, each time after the selectors. At
+/// the end come the selectors as they were found, so that a device which is written in this order
+/// ends with them.
 void PersistCombinations(IValue& feature, LimitedScript& script) {
     CSelectorSet selectors(&feature);
     value_vector selectorList;
     selectors.GetSelectorList(selectorList, true);
     const int64_t countBefore = script.GetCount();
     ForEachCombination(selectors, [&] {
+        // What can't be written back is of no use. It may be so for some combinations only.
         if (feature.GetAccessMode() == RW) {
             script.PersistAll(selectorList);
             script.Persist(feature);
@@ -60,6 +65,7 @@ void PersistCombinations(IValue& feature, LimitedScript& script) {
     }
 }
 
+/// Nodes that aren't features, such as the registers below them, would be stored twice.
 bool IsWanted(INode& node, const gcstring_vector* filter) {
     return node.IsStreamable() && node.IsFeature() &&
            (filter == nullptr || filter->contains(node.GetName()));
@@ -73,6 +79,8 @@ gcstring VersionText(IDeviceInfo& device) {
         .c_str();
 }
 
+/// For people, and for programs that want to know whether the settings are those of such a
+/// device.
 gcstring DeviceText(IDeviceInfo& device) {
     return device.GetVendorName() + "." + device.GetModelName() + "::" + device.GetToolTip() +
            " = Device version = " + VersionText(device) +
@@ -94,6 +102,8 @@ void CFeatureBag::SetInfo(const gcstring& info) {
     m_Info = info;
 }
 
+/// Without verification: a value that the device has at present is worth storing even if it is
+/// outside the limits.
 void CFeatureBag::PersistFeature(IValue& feature) {
     Append(feature.GetNode()->GetName(), feature.ToString(false, false));
 }
@@ -103,6 +113,8 @@ void CFeatureBag::Append(const gcstring& name, const gcstring& value) {
     m_Values.push_back(value);
 }
 
+/// The two commands tell a device that its settings are being stored: it may then show values
+/// that don't change meanwhile. The second one comes whatever happens.
 int64_t CFeatureBag::StoreToBag(INodeMap* nodeMap, int64_t maxEntries,
                                 const gcstring_vector* filter) {
     INodeMap& map = RequireNodeMap(nodeMap);
@@ -119,6 +131,8 @@ int64_t CFeatureBag::StoreToBag(INodeMap* nodeMap, int64_t maxEntries,
     return count;
 }
 
+/// In the order of the nodes. A feature that can't be used is passed by and logged, so that all
+/// others are stored.
 int64_t CFeatureBag::StoreToBagInternal(INodeMap& nodeMap, int64_t maxEntries,
                                         const gcstring_vector* filter) {
     LimitedScript script(*this, maxEntries);
@@ -136,10 +150,12 @@ int64_t CFeatureBag::StoreToBagInternal(INodeMap& nodeMap, int64_t maxEntries,
     return script.GetCount();
 }
 
+/// Both lists grow together only.
 void CFeatureBag::RequireWhole() const {
     OV_ASSERT(m_Values.size() == m_Names.size());
 }
 
+/// By the entries, because two devices of one kind differ in their text.
 bool CFeatureBag::operator==(const CFeatureBag& other) const {
     RequireWhole();
     other.RequireWhole();

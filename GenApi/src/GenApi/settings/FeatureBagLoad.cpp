@@ -1,3 +1,6 @@
+// Writing the settings of a bag back to a device. Failures are collected rather than thrown: one
+// feature that a new firmware has lost must not keep the others from being set.
+
 #include <unordered_set>
 
 #include "Base/Lock.h"
@@ -31,6 +34,7 @@ public:
 private:
     template <class Action>
     void ForEachEntry(const Action& action) {
+        // In the order of the bag, which has selectors before the features that they select.
         for (size_t i = 0; i < m_Bag.GetNames().size(); ++i) {
             action(m_Bag.GetNames()[i], m_Bag.GetValues()[i]);
         }
@@ -48,6 +52,8 @@ private:
     LoadNotes m_Notes;
 };
 
+/// Without checks in the first pass: limits may depend on features that come later in the bag.
+/// The second pass verifies.
 void BagWriter::Write(const gcstring& name, const gcstring& value) {
     INode* const node = m_NodeMap.GetNode(name);
     if (node == nullptr) {
@@ -62,6 +68,8 @@ void BagWriter::Write(const gcstring& name, const gcstring& value) {
     });
 }
 
+/// Writes once more, now that all features have their values, and looks at what the device made
+/// of it.
 void BagWriter::Verify(const gcstring& name, const gcstring& value) {
     const CPointer<IValue> feature(m_NodeMap.GetNode(name));
     m_Notes.Attempt(LoadNotes::kWriting, name, [&] {
@@ -72,6 +80,7 @@ void BagWriter::Verify(const gcstring& name, const gcstring& value) {
     });
 }
 
+/// Read past the cache: what counts is the device's value, which it may have rounded.
 void BagWriter::Compare(const gcstring& name, const gcstring& value, IValue& feature) {
     m_Notes.Attempt(LoadNotes::kVerifying, name, [&] {
         if (!IsReadable(feature.GetAccessMode())) {
@@ -85,14 +94,15 @@ void BagWriter::Compare(const gcstring& name, const gcstring& value, IValue& fea
     });
 }
 
-/// A feature stands in a bag once for each combination of its selectors, but
-/// one look at its error flag tells all.
+/// A feature is in a bag once for each combination of its selectors, but one look at its error
+/// flag is enough.
 void BagWriter::CheckAll() {
     std::unordered_set<INodePrivate*> checked;
     ForEachEntry([&](const gcstring& name, const gcstring&) {
         const CPointer<INodePrivate> node(m_NodeMap.GetNode(name));
         if (node.IsValid() && checked.insert(node).second) {
             m_Notes.Attempt(LoadNotes::kChecking, name, [&] {
+                // The look is one of the internal operations, which want the lock held.
                 const GenICam_3_0_ORVANE::AutoLock lock(m_NodeMap.GetLock());
                 node->InternalCheckError();
             });
@@ -102,6 +112,7 @@ void BagWriter::CheckAll() {
 
 }  // namespace
 
+/// Nothing is thrown but for a missing map: everything else is in the notes.
 bool CFeatureBag::LoadFromBag(INodeMap* nodeMap, bool verify, gcstring_vector* errors) {
     return LoadFromBagInternal(RequireNodeMap(nodeMap), verify, errors);
 }

@@ -1,3 +1,6 @@
+// The text form of a bag. Files of it may be edited by people and come from other programs, so
+// reading is lenient about line ends and strict about the mark in the first line.
+
 #include "GenApi/FeatureBagStream.h"
 
 #include <array>
@@ -12,15 +15,18 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// Marks the text as settings; readers look for it in the first line.
 constexpr const char* kBagGuid = "{05D8C294-F295-4dfb-9D01-096BD04049F4}";
-/// Of texts with several bags, which are read elsewhere.
+/// Marks texts with several bags, which are read elsewhere.
 constexpr const char* kBaggerGuid = "{4709CB3C-7322-4460-84C3-DA11DDA09939}";
+/// The version of the form, for people.
 constexpr std::array<int, 3> kVersion = {3, 0, 2};
 constexpr char kComment = '#';
+/// Bounds the memory that a file without line ends takes.
 constexpr size_t kPieceSize = 1024;
 
-/// What stands before the delimiter, which is taken too. A piece that is too
-/// long ends early; the stream then goes on behind it.
+/// Returns what comes before the delimiter, and skips the delimiter. A piece that is too long
+/// ends early; the stream then continues after it.
 std::string ReadPiece(std::istream& stream, char delimiter) {
     std::array<char, kPieceSize> piece{};
     stream.getline(piece.data(), piece.size(), delimiter);
@@ -30,6 +36,7 @@ std::string ReadPiece(std::istream& stream, char delimiter) {
     return piece.data();
 }
 
+/// Peeking, because the end of a stream is only known once somebody has tried to read there.
 bool IsAtEnd(std::istream& stream) {
     return stream.peek() == std::istream::traits_type::eof();
 }
@@ -40,6 +47,7 @@ void SkipComments(std::istream& stream) {
     }
 }
 
+/// Anything may come before and after the mark in its line.
 void CheckFirstLine(const std::string& line) {
     if (line.find(kBagGuid) != std::string::npos) {
         return;
@@ -54,8 +62,8 @@ void CheckFirstLine(const std::string& line) {
         "first line");
 }
 
-/// Empty lines at the end, as stand before the next part of a file, are no
-/// entry; any other rest is one that no device has, so that it gets noticed.
+/// Empty lines at the end, as there are before the next part of a file, are no entry. Any other
+/// rest is an entry that no device has, so that it gets noticed.
 bool IsRest(const std::string& name) {
     return name.find_first_not_of("\r\n ") == std::string::npos;
 }

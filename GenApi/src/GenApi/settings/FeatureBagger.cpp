@@ -1,3 +1,7 @@
+// All settings that a device can hold: the current ones, its user sets and its sequencer sets.
+// The sets of a device can only be reached by loading them, so the current settings are stored
+// first and written back at the end.
+
 #include "GenApi/FeatureBagger.h"
 
 #include <optional>
@@ -13,14 +17,15 @@ namespace GenApi_3_0_ORVANE {
 namespace {
 
 constexpr char kAllBag[] = "All";
+/// The default set is the maker's: it can be loaded, and saving it fails.
 constexpr char kDefaultSetBag[] = "UserSet.Default";
 
 bool BeginsWith(const gcstring& text, std::string_view prefix) {
     return std::string_view(text.c_str(), text.size()).substr(0, prefix.size()) == prefix;
 }
 
-/// The features that belong to the set that is selected; nothing where the
-/// device doesn't tell, which means all.
+/// The features that belong to the set that is selected; none if the device doesn't say, which
+/// means all.
 std::optional<gcstring_vector> FeaturesOfSet(INodeMap& nodeMap, const char* featureSelector,
                                              const char* featureEnable) {
     const CEnumSelectorDigit::Pointer selector(nodeMap.GetNode(featureSelector));
@@ -41,7 +46,8 @@ std::optional<gcstring_vector> FeaturesOfSet(INodeMap& nodeMap, const char* feat
 
 }  // namespace
 
-/// The nodes by which a device offers one kind of sets.
+/// The nodes by which a device offers one kind of sets. The two kinds work alike under different
+/// names.
 struct CFeatureBagger::SetNodes {
     const char* bagPrefix;
     const char* selector;
@@ -77,6 +83,8 @@ CFeatureBag* CFeatureBagger::at(size_t index) const {
     return m_Bags[index].get();
 }
 
+/// Two things have to be undone whatever happens: the settings that loading the sets replaces,
+/// and the state that the device is in between the two commands.
 int64_t CFeatureBagger::Bag(INodeMap* nodeMap, bool bagAll, bool bagUserSets, bool bagSequencerSets,
                             int64_t maxEntries) {
     INodeMap& map = RequireNodeMap(nodeMap);
@@ -94,6 +102,7 @@ int64_t CFeatureBagger::Bag(INodeMap* nodeMap, bool bagAll, bool bagUserSets, bo
     return count;
 }
 
+/// The current settings come first, before a set is loaded over them.
 int64_t CFeatureBagger::BagAsked(INodeMap& nodeMap, bool bagAll, bool bagUserSets,
                                  bool bagSequencerSets, int64_t maxEntries) {
     int64_t count = 0;
@@ -109,6 +118,7 @@ int64_t CFeatureBagger::BagAsked(INodeMap& nodeMap, bool bagAll, bool bagUserSet
     return count;
 }
 
+/// A device without the nodes has no such sets, which is no failure.
 template <class Digit>
 int64_t CFeatureBagger::BagSets(INodeMap& nodeMap, const SetNodes& nodes, int64_t maxEntries) {
     const typename Digit::Pointer selector(nodeMap.GetNode(nodes.selector));
@@ -129,6 +139,8 @@ int64_t CFeatureBagger::BagSets(INodeMap& nodeMap, const SetNodes& nodes, int64_
     return count;
 }
 
+/// The sets come first: saving one needs its settings to be the current ones. The bag with the
+/// settings that the device shall have in the end comes last.
 bool CFeatureBagger::UnBag(INodeMap* nodeMap, bool verify, gcstring_vector* errors) {
     INodeMap& map = RequireNodeMap(nodeMap);
     bool isClean = true;
@@ -150,8 +162,9 @@ bool CFeatureBagger::UnBag(INodeMap* nodeMap, bool verify, gcstring_vector* erro
     return isClean;
 }
 
-/// Without its set being selected a bag isn't loaded: it would end up in
-/// another set.
+/// A bag whose set can't be selected isn't loaded: it would end up in another set. A set that was
+/// loaded with failures is saved all the same, since most of its settings are right; the notes
+/// say what is missing.
 template <class SelectorPointer>
 bool CFeatureBagger::UnBagCustomAction(INodeMap& nodeMap, const CFeatureBag& bag,
                                        const SetNodes& nodes, bool verify,

@@ -1,3 +1,5 @@
+// Steps that storing and loading settings share.
+
 #include "settings/FeaturePersistence.h"
 
 #include <exception>
@@ -16,6 +18,7 @@ INodeMap& RequireNodeMap(INodeMap* nodeMap) {
     return *nodeMap;
 }
 
+/// Without a pause: each question goes to the device, which takes long enough by itself.
 void ExecuteAndWait(ICommand& command) {
     command.Execute();
     while (!command.IsDone()) {
@@ -23,6 +26,7 @@ void ExecuteAndWait(ICommand& command) {
     }
 }
 
+/// Most devices have none of these commands.
 void ExecuteIfPresent(INodeMap& nodeMap, const char* commandName) {
     const CPointer<ICommand> command(nodeMap.GetNode(commandName));
     if (command.IsValid()) {
@@ -37,7 +41,8 @@ void LoadNotes::Add(const gcstring& note) {
     }
 }
 
-/// Transports have failures of their own, which are standard exceptions.
+/// Must be called while an exception is handled. Transports have failures of their own, which are
+/// standard exceptions; any other exception isn't ours to interpret and passes through.
 void LoadNotes::AddFailure(const char* task, const gcstring& nodeName) {
     const auto add = [&](const char* what) { Add(task + nodeName + "': " + what); };
     try {

@@ -1,3 +1,5 @@
+// One wheel of the walk through combinations of selectors, for each kind of selector.
+
 #include "settings/SelectorDigits.h"
 
 #include <string>
@@ -9,6 +11,7 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// A selector that can't be read couldn't be put back.
 void RequireReadable(IValue& selector) {
     if (!IsReadable(selector.GetAccessMode())) {
         ACCESS_EXCEPTION("Selector '%s' is not readable", selector.GetNode()->GetName().c_str());
@@ -21,6 +24,7 @@ void RequireWritable(IValue& selector) {
     }
 }
 
+/// Hides that enumerations have other names for their operations.
 template <class Selector>
 auto ValueOf(Selector& selector) {
     return selector.GetValue();
@@ -30,6 +34,7 @@ int64_t ValueOf(IEnumeration& selector) {
     return selector.GetIntValue();
 }
 
+/// For putting a value back: what the device held it may get back, whatever its limits are now.
 template <class Selector, class Value>
 void SetUnchecked(Selector& selector, Value value) {
     selector.SetValue(value, false);
@@ -53,6 +58,8 @@ gcstring SelectorText(IBoolean& selector) {
     return selector.ToString();
 }
 
+/// The original value is read only once: at a later first step the selector is in the middle of
+/// the walk.
 template <class Selector, class Value>
 void CSelectorDigit<Selector, Value>::Begin() {
     RequireReadable(GetSelector());
@@ -93,6 +100,8 @@ bool CIntSelectorDigit::SetFirst() {
     return true;
 }
 
+/// The limits are asked at each step: other selectors may change them. The current value is
+/// remembered rather than read, since the device may not return what was written.
 bool CIntSelectorDigit::SetNext(bool tick) {
     IInteger& selector = GetSelector();
     int64_t next = 0;
@@ -114,6 +123,7 @@ bool CBoolSelectorDigit::SetFirst() {
     return true;
 }
 
+/// After true there is nothing.
 bool CBoolSelectorDigit::SetNext(bool tick) {
     if (m_CurrentValue) {
         return false;
@@ -138,7 +148,7 @@ bool CEnumSelectorDigit::SetNext(bool tick) {
     return GoToEntryFrom(m_Position + 1, tick);
 }
 
-/// Goes to the first available entry from a place on.
+/// Goes to the first available entry from a position on.
 bool CEnumSelectorDigit::GoToEntryFrom(size_t position, bool tick) {
     for (; position < m_Entries.size(); ++position) {
         const CPointer<IEnumEntry> entry(m_Entries[position]);

@@ -1,3 +1,5 @@
+// The selectors of a feature, and theirs, as one counter that steps through all combinations.
+
 #include "GenApi/SelectorSet.h"
 
 #include <algorithm>
@@ -21,7 +23,7 @@ std::unique_ptr<ISelectorDigit> TryDigit(INode* selector) {
     return face.IsValid() ? std::make_unique<Digit>(face) : nullptr;
 }
 
-/// Null for a node of another kind, of which nobody knows what values it has.
+/// Null for a node of another kind: nobody knows which values it has.
 std::unique_ptr<ISelectorDigit> MakeDigit(INode* selector) {
     for (const auto& make : {TryDigit<CIntSelectorDigit>, TryDigit<CEnumSelectorDigit>,
                              TryDigit<CBoolSelectorDigit>}) {
@@ -32,7 +34,9 @@ std::unique_ptr<ISelectorDigit> MakeDigit(INode* selector) {
     return nullptr;
 }
 
-/// What selects a node: the last by name first, to be taken from the back.
+/// The nodes that select a node, sorted by name in falling order, because they are taken from the
+/// back. The order decides which combinations come first in a bag, and so must not depend on the
+/// description's.
 std::vector<INode*> SelectingNodes(IBase* base) {
     const CPointer<ISelector> selected(base);
     if (!selected.IsValid()) {
@@ -62,6 +66,7 @@ CSelectorSet::CSelectorSet(IBase* base) {
 
 CSelectorSet::~CSelectorSet() = default;
 
+/// A selector that can't be stepped through is left as it is; the others are walked.
 void CSelectorSet::Create(IBase* base) {
     std::vector<INode*> list;
     ExploreSelector(base, list);
@@ -74,8 +79,8 @@ void CSelectorSet::Create(IBase* base) {
     }
 }
 
-/// Lists the selectors, each before its own. Selectors of selectors may nest as
-/// deep as a description likes, or in a circle, hence no recursion.
+/// Lists the selectors, each before its own. Selectors of selectors may nest as deep as a
+/// description likes, or in a circle; hence no recursion, and no selector twice.
 void CSelectorSet::ExploreSelector(IBase* base, std::vector<INode*>& list) {
     std::unordered_set<INode*> listed;
     std::vector<std::vector<INode*>> path{SelectingNodes(base)};
@@ -89,6 +94,7 @@ void CSelectorSet::ExploreSelector(IBase* base, std::vector<INode*>& list) {
         if (listed.count(selector) != 0 || IsPassedBy(*selector)) {
             continue;
         }
+        // A selector that is locked at present has one value, and needs no steps.
         if (selector->GetAccessMode() == RW) {
             listed.insert(selector);
             list.push_back(selector);
@@ -97,6 +103,8 @@ void CSelectorSet::ExploreSelector(IBase* base, std::vector<INode*>& list) {
     }
 }
 
+/// All of them go to their first value, also after one that has none: the caller may use the
+/// rest.
 bool CSelectorSet::SetFirst() {
     bool isSet = true;
     for (const auto& digit : m_Digits) {
@@ -105,6 +113,7 @@ bool CSelectorSet::SetFirst() {
     return isSet;
 }
 
+/// As an odometer counts: a digit at its end starts again and carries to the next one.
 bool CSelectorSet::SetNext(bool tick) {
     for (const auto& digit : m_Digits) {
         digit->SetNext(false);
@@ -121,7 +130,8 @@ bool CSelectorSet::SetNext(bool tick) {
     return false;
 }
 
-/// A selector that fails keeps no other from going back.
+/// In the opposite order, because the values that an inner selector may have can depend on an
+/// outer one. A selector that fails keeps no other from going back.
 void CSelectorSet::Restore() {
     ForEachInTurn(m_Digits.rbegin(), m_Digits.rend(), [](const auto& digit) { digit->Restore(); });
 }

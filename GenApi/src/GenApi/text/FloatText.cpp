@@ -1,3 +1,6 @@
+// How floats are written as text. The difficulty is that a text is rounded, and a client may
+// write it back: then it must not be outside the limits that the value is within.
+
 #include "text/FloatText.h"
 
 #include <algorithm>
@@ -13,10 +16,10 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
-/// More digits than this are zeros for every double.
+/// With more digits than this every double is followed by zeros only.
 constexpr int64_t kMostDigits = 1100;
 
-/// Has numbers rounded in one direction for the life of a scope.
+/// Rounds numbers in one direction for the life of a scope.
 class RoundingScope {
 public:
     explicit RoundingScope(int direction) : m_Before(std::fegetround()) {
@@ -30,6 +33,7 @@ private:
     int m_Before;
 };
 
+/// A stream rather than printf, for its choice of notations and a locale of its own.
 gcstring PrintRounded(EDisplayNotation notation, int64_t precision, double value, int direction) {
     std::ostringstream stream;
     stream.imbue(std::locale::classic());
@@ -46,7 +50,7 @@ gcstring PrintRounded(EDisplayNotation notation, int64_t precision, double value
     return gcstring(stream.str().c_str());
 }
 
-/// The number that a text stands for; one that no double can hold is endless.
+/// The number that a text stands for; infinity for one that no double can hold.
 double ReadBack(const gcstring& text, double printed) {
     double number = 0;
     return String2Value(text, &number)
@@ -60,6 +64,8 @@ gcstring CFloatText::Print(double value) const {
     return PrintRounded(m_Notation, m_Precision, value, FE_TONEAREST);
 }
 
+/// Tries the nearest text, then the one on the value's other side, then one digit more, until a
+/// text is within the limits. That ends: with enough digits the text is the value itself.
 gcstring CFloatText::PrintWithin(double value, double min, double max) const {
     const auto isWithin = [&](double number) { return number >= min && number <= max; };
     gcstring text = Print(value);

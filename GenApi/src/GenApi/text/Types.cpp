@@ -1,3 +1,5 @@
+// How the modes of nodes combine, and the texts of the enumerations.
+
 #include "GenApi/Types.h"
 
 #include <algorithm>
@@ -15,6 +17,8 @@ const char* TextAt(const char* const (&texts)[Size], int number) {
 
 }  // namespace
 
+/// What only one of the two allows is gone; a value that one can only read and the other only
+/// write is left with nothing.
 EAccessMode Combine(EAccessMode Peter, EAccessMode Paul) {
     const auto either = [&](EAccessMode mode) { return Peter == mode || Paul == mode; };
     if (either(NI)) {
@@ -29,6 +33,7 @@ EAccessMode Combine(EAccessMode Peter, EAccessMode Paul) {
     return either(RO) ? RO : RW;
 }
 
+/// The stricter one: what was written may only be kept if both take it as it is.
 ECachingMode Combine(ECachingMode Peter, ECachingMode Paul) {
     if (Peter == NoCache || Paul == NoCache) {
         return NoCache;

@@ -1,3 +1,6 @@
+// Values as texts, and back. Reading takes exactly what writing makes, and what people type:
+// anything else is refused rather than read in part, and leaves the value as it is.
+
 #include "text/Value2String.h"
 
 #include <array>
@@ -16,6 +19,7 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// For numbers only, which fit into the buffer.
 template <class... Values>
 gcstring Formatted(const char* format, Values... values) {
     std::array<char, 64> buffer{};
@@ -27,6 +31,7 @@ unsigned ByteOf(int64_t value, unsigned index) {
     return static_cast<unsigned>((static_cast<uint64_t>(value) >> (8 * index)) & 0xFFU);
 }
 
+/// What the end of a line may consist of in a file.
 constexpr std::string_view kBlanks = " \t\n\v\f\r";
 
 /// How the bytes of an address are written, highest first.
@@ -37,8 +42,7 @@ struct AddressForm {
     std::string_view separators;
 };
 
-/// Takes one byte of digits alone, without the signs, blanks and prefixes that a
-/// number may have.
+/// Takes one byte of digits alone, without the signs, blanks and prefixes that a number may have.
 bool TakeByte(std::string_view& text, const AddressForm& form, uint8_t& byte) {
     const char* const begin = text.data();
     const auto [end, error] = std::from_chars(begin, begin + text.size(), byte, form.base);
@@ -47,8 +51,7 @@ bool TakeByte(std::string_view& text, const AddressForm& form, uint8_t& byte) {
     return error == std::errc() && length <= form.digits;
 }
 
-/// An address as one number. It has one kind of separator, and nothing before or
-/// after it.
+/// An address as one number. It has one kind of separator, and nothing before or after it.
 bool ParseAddress(std::string_view text, const AddressForm& form, int64_t* value) {
     const size_t found = text.find_first_of(form.separators);
     if (found == std::string_view::npos) {
@@ -70,8 +73,8 @@ bool ParseAddress(std::string_view text, const AddressForm& form, int64_t* value
     return true;
 }
 
-/// A number that 64 bits hold, with nothing behind it but the blanks in which the
-/// line of a file may end.
+/// A number that 64 bits hold, followed by nothing but the blanks in which the line of a file may
+/// end. Hexadecimal digits are bits, so all 64 of them may be set.
 bool ParseInteger(const char* text, int64_t* value) {
     char* end = nullptr;
     const bool isHex = std::string_view(text).starts_with("0x");
@@ -87,7 +90,7 @@ bool ParseInteger(const char* text, int64_t* value) {
     return true;
 }
 
-/// An address, or the number that it is; either fills the text to its end.
+/// An address, or the number that it is; either one fills the text to its end.
 bool ParseAddressOrNumber(std::string_view text, const AddressForm& form, int64_t* value) {
     const bool endsInBlank = !text.empty() && kBlanks.find(text.back()) != std::string_view::npos;
     return !endsInBlank && (ParseAddress(text, form, value) || ParseInteger(text.data(), value));
@@ -138,6 +141,7 @@ bool String2Value(const char* text, int64_t* value, ERepresentation representati
     }
 }
 
+/// In the order of memory, because only the device knows what the bytes mean.
 void Value2String(const uint8_t* bytes, gcstring& text, int64_t length) {
     static constexpr char kDigits[] = "0123456789abcdef";
     std::string hex = "0x";
@@ -148,6 +152,8 @@ void Value2String(const uint8_t* bytes, gcstring& text, int64_t length) {
     text.assign(hex.c_str(), hex.size());
 }
 
+/// The digits may end before the bytes do, and the other way round: a register's length can
+/// change between saving and loading.
 bool String2Value(const gcstring& text, uint8_t* bytes, int64_t length) {
     std::string_view digits(text.c_str(), text.size());
     if (digits.starts_with("0x") || digits.starts_with("0X")) {
@@ -165,6 +171,7 @@ bool String2Value(const gcstring& text, uint8_t* bytes, int64_t length) {
     return true;
 }
 
+/// The form that registries and descriptions use.
 void Value2String(const GUID& guid, gcstring& text) {
     std::array<char, 40> form{};
     const auto& rest = guid.Data4;
@@ -199,6 +206,7 @@ bool TakeDash(std::string_view& text) {
 
 }  // namespace
 
+/// Digit by digit, because a formatted read would accept signs and blanks inside.
 bool String2Value(const gcstring& text, GUID* guid) {
     std::string_view form(text.c_str(), text.size());
     if (form.starts_with('{') && form.ends_with('}')) {
@@ -218,6 +226,7 @@ bool String2Value(const gcstring& text, GUID* guid) {
     return true;
 }
 
+/// The three spellings that settings files are known to have, or a number.
 bool String2Value(const gcstring& text, bool* value) {
     if (text == "true" || text == "True" || text == "TRUE") {
         *value = true;
@@ -235,6 +244,7 @@ bool String2Value(const gcstring& text, bool* value) {
     return true;
 }
 
+/// A stream with the plain locale, so that a point is a point; blanks may follow, nothing else.
 bool String2Value(const gcstring& text, double* value) {
     std::istringstream stream(text.c_str());
     stream.imbue(std::locale::classic());

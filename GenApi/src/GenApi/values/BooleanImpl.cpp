@@ -1,7 +1,10 @@
+// Truth values, kept as one of two numbers by another node, or by this one.
+
 #include "values/BooleanImpl.h"
 
 namespace GenApi_3_0_ORVANE {
 
+/// The constant waits: the two numbers may come after it in the description.
 void CBooleanImpl::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::Value_ID:
@@ -21,6 +24,7 @@ void CBooleanImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// Equal numbers would make every value true and false at once.
 void CBooleanImpl::FinalConstruct() {
     CNodeImpl::FinalConstruct();
     if (m_OnValue == m_OffValue) {
@@ -35,6 +39,7 @@ void CBooleanImpl::InternalSetValue(bool value, bool verify) {
     SetOrHold(m_Value, value ? m_OnValue : m_OffValue, verify);
 }
 
+/// A device that has a third number isn't guessed at.
 bool CBooleanImpl::InternalGetValue(bool verify, bool ignoreCache) {
     const int64_t value = m_Value.GetValue(verify, ignoreCache);
     if (value != m_OnValue && value != m_OffValue) {

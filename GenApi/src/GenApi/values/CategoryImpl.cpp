@@ -1,3 +1,6 @@
+// Groups of features. A category has to be found by whoever may use one of its features, so it is
+// as visible as the most visible of them.
+
 #include "values/CategoryImpl.h"
 
 #include <algorithm>
@@ -23,9 +26,9 @@ void CCategoryImpl::SetProperty(const CProperty& property) {
     }
 }
 
-/// An inner category has to know its own visibility first. Of other nodes the
-/// description alone says it. Each category takes its turn once, and without
-/// recursion: a description nests them as deep as it likes, or even in a circle.
+/// Inner categories have to know their visibility first; that of other nodes is in the
+/// description. Each category takes its turn once, and without recursion: a description nests
+/// them as deep as it likes, or in a circle.
 void CCategoryImpl::FinalConstruct() {
     struct Step {
         CCategoryImpl* category;
@@ -54,6 +57,7 @@ void CCategoryImpl::FinalConstruct() {
 void CCategoryImpl::Construct() {
     CNodeImpl::FinalConstruct();
     if (m_Features.empty()) {
+        // An empty group has nothing to show to anybody.
         OV_ASSERT(m_Visibility == Invisible);
         return;
     }
@@ -72,7 +76,8 @@ void CCategoryImpl::TellParents() {
     PassUp(m_Outer, m_Visibility);
 }
 
-/// Goes on from each category that the visibility lowers.
+/// Continues from each category that the visibility lowers. Those that it doesn't lower have
+/// passed at least as much on already, so that circles end.
 void CCategoryImpl::PassUp(std::vector<CCategoryImpl*> told, EVisibility visibility) {
     while (!told.empty()) {
         CCategoryImpl* const category = told.back();
@@ -88,6 +93,8 @@ EAccessMode CCategoryImpl::InternalGetAccessMode() {
     return CachedAccessMode([this] { return ComputeMode(); });
 }
 
+/// Nothing about a group can be written. It exists if any of its features does; whether they can
+/// be used at present doesn't matter, or the groups of a tree would come and go.
 EAccessMode CCategoryImpl::ComputeMode() const {
     if (m_IsImplemented.IsReadable() && !m_IsImplemented.GetValue()) {
         return NI;

@@ -1,3 +1,5 @@
+// Commands: a number written to another node, which the device changes when it is done.
+
 #include "values/CommandImpl.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -21,6 +23,7 @@ void CCommandImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// Looks at the two nodes before the write, so that the failure names the one that is in the way.
 void CCommandImpl::InternalExecute(bool verify) {
     INodePrivate* const commandValueNode = m_CommandValue.GetNode();
     if (commandValueNode != nullptr && !IsReadable(commandValueNode->GetAccessMode())) {
@@ -37,15 +40,20 @@ void CCommandImpl::InternalExecute(bool verify) {
     m_State = m_Value.IsReadable() && IsReadable(GetAccessMode()) ? Busy : Done;
 }
 
+/// Asks only while a command is under way: a trigger button that is never pressed costs no reads.
+/// The device clears the register in its own time, so the look goes past the cache.
 bool CCommandImpl::InternalIsDone(bool verify, bool& fireCallbacks) {
     if (m_State != Busy) {
         return true;
     }
+    // A register that can't be read at present, for example because the camera is busy, can't
+    // keep the command from ending.
     const bool canLook =
         m_Value.IsReadable() && (m_CommandValue.IsConstant() || m_CommandValue.IsReadable());
     if (canLook && m_Value.GetValue(false, true) == m_CommandValue.GetValue()) {
         return false;
     }
+    // Before anything that may throw or call back: the command is done, whatever else happens.
     m_State = Done;
     fireCallbacks = true;
     SetInvalid(simAll);
@@ -55,6 +63,8 @@ bool CCommandImpl::InternalIsDone(bool verify, bool& fireCallbacks) {
     return true;
 }
 
+/// Callbacks that this look brings about run after the read has succeeded and outside of its
+/// frame, just as those of IsDone.
 gcstring CCommand::ToString(bool verify, bool ignoreCache) {
     gcstring text;
     CallbackList callbacks;

@@ -1,7 +1,11 @@
+// Entries of enumerations. All that they return comes from the description.
+
 #include "values/EnumEntryImpl.h"
 
 namespace GenApi_3_0_ORVANE {
 
+/// The numeric value is the value until the description has another, in whatever order the two
+/// come.
 void CEnumEntryImpl::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::Value_ID:
@@ -29,6 +33,7 @@ gcstring CEnumEntryImpl::InternalToString(bool /*verify*/, bool /*ignoreCache*/)
     return m_Symbolic;
 }
 
+/// The text is known from reports, down to its blanks.
 void CEnumEntryImpl::InternalFromString(const gcstring& value, bool /*verify*/) {
     LOGICAL_ERROR_EXCEPTION_NODE(
         "EnumEntry %s can't set value from string  : %s. Use derived class!", m_Name.c_str(),

@@ -1,3 +1,5 @@
+// Choices among entries, kept as a number by another node or by this one.
+
 #include "values/EnumerationImpl.h"
 
 #include "core/NodeExceptions.h"
@@ -20,6 +22,8 @@ void CEnumerationImpl::SetProperty(const CProperty& property) {
     }
 }
 
+/// Entries are looked up by name and by number in every access, and some enumerations have
+/// hundreds of them: pixel formats, for example.
 void CEnumerationImpl::FinalConstruct() {
     CNodeImpl::FinalConstruct();
     for (INode* const node : m_Entries) {
@@ -34,6 +38,7 @@ void CEnumerationImpl::FinalConstruct() {
     }
 }
 
+/// Only those that can be chosen at present: clients fill the lists of user interfaces with them.
 void CEnumerationImpl::InternalGetSymbolics(gcstring_vector& symbolics) {
     symbolics.clear();
     for (INode* const node : m_Entries) {
@@ -53,6 +58,8 @@ IEnumEntry* CEnumerationImpl::InternalGetEntry(int64_t value) const {
     return found == m_ByValue.end() ? nullptr : found->second;
 }
 
+/// A device may well have a number that the description doesn't know, after an update of its
+/// firmware for example.
 IEnumEntry& CEnumerationImpl::RequireEntry(int64_t value) {
     IEnumEntry* const entry = InternalGetEntry(value);
     if (entry == nullptr) {
@@ -63,6 +70,8 @@ IEnumEntry& CEnumerationImpl::RequireEntry(int64_t value) {
     return *entry;
 }
 
+/// While the state lasts, no read is answered from the cache: the device changes the value
+/// without a word.
 void CEnumerationImpl::LeaveSelfClearing(int64_t value) {
     if (m_State == SelfClearing && value != m_SelfClearingValue) {
         SetInvalid(simAll);
@@ -70,6 +79,8 @@ void CEnumerationImpl::LeaveSelfClearing(int64_t value) {
     }
 }
 
+/// Without verification any number passes, also one without an entry: a client may want to see
+/// what the device has.
 int64_t CEnumerationImpl::InternalGetIntValue(bool verify, bool ignoreCache) {
     const int64_t value = m_Value.GetValue(verify, ignoreCache || m_State == SelfClearing);
     if (verify && !IsReadable(RequireEntry(value).GetAccessMode())) {
@@ -79,6 +90,7 @@ int64_t CEnumerationImpl::InternalGetIntValue(bool verify, bool ignoreCache) {
     return value;
 }
 
+/// A number without an entry is refused even without verification: nobody knows what it would do.
 void CEnumerationImpl::InternalSetIntValue(int64_t value, bool verify) {
     IEnumEntry& entry = RequireEntry(value);
     if (verify && !IsAvailable(entry.GetAccessMode())) {
@@ -92,6 +104,8 @@ void CEnumerationImpl::InternalSetIntValue(int64_t value, bool verify) {
     }
 }
 
+/// An entry that isn't available has no name to show: the device is in a state that the
+/// description rules out.
 gcstring CEnumerationImpl::InternalSymbolicOf(int64_t value) {
     IEnumEntry& entry = RequireEntry(value);
     gcstring symbolic = entry.GetSymbolic();

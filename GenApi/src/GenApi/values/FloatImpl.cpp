@@ -1,3 +1,6 @@
+// What floats have beyond NumericNodeImpl.cpp: how they are displayed. What the description
+// leaves open comes from the node that holds the value.
+
 #include "values/FloatImpl.h"
 
 namespace GenApi_3_0_ORVANE {

@@ -1,3 +1,7 @@
+// What integers and floats share: a value that the node or others hold, with limits of its own
+// where the description has some. A value may be written to several nodes at once, or an index
+// may select the one among several that counts.
+
 #include "values/NumericNodeImpl.h"
 
 #include <algorithm>
@@ -8,6 +12,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
+/// Lists of valid values are plain numbers, however the node is displayed.
 bool IntegerNodeTypes::FromText(const gcstring& text, Value* value) {
     return String2Value(text.c_str(), value, PureNumber);
 }
@@ -16,6 +21,8 @@ bool FloatNodeTypes::FromText(const gcstring& text, Value* value) {
     return String2Value(text, value);
 }
 
+/// In three steps, because each property is one of three kinds and a single switch would be too
+/// long to read.
 template <class Types>
 void CNumericNodeImpl<Types>::SetProperty(const CProperty& property) {
     if (SetSourceProperty(property) || SetLimitProperty(property)) {
@@ -95,6 +102,7 @@ bool CNumericNodeImpl<Types>::SetLimitProperty(const CProperty& property) {
     }
 }
 
+/// Cameras separate the values by semicolons, blanks and line breaks in any mixture.
 template <class Types>
 void CNumericNodeImpl<Types>::SetValidValues(std::string_view text) {
     constexpr std::string_view kSeparators = "; \t\r\n";
@@ -113,8 +121,9 @@ void CNumericNodeImpl<Types>::SetValidValues(std::string_view text) {
     }
 }
 
-/// A node may be linked as a source and in another role; one link of it is one of
-/// the reading children.
+/// Finds the children that count for the access mode whichever source is selected. A node may be
+/// linked as a source and in another role as well, so only as many of its links are left out as
+/// there are sources.
 template <class Types>
 void CNumericNodeImpl<Types>::FinalConstruct() {
     CNodeImpl::FinalConstruct();
@@ -146,13 +155,14 @@ void CNumericNodeImpl<Types>::SetInvalid(ESetInvalidMode mode) {
     }
 }
 
+/// If the index may change without a word, nothing of this node can be kept.
 template <class Types>
 ECachingMode CNumericNodeImpl<Types>::ComputeCachingMode() {
     const ECachingMode mode = CNodeImpl::ComputeCachingMode();
     return IsIndexed() ? Combine(mode, m_Index.GetCachingMode()) : mode;
 }
 
-/// The node's own limits, and those of its sources for what it lacks.
+/// The node's own limits count, and for those that it lacks the limits of its sources.
 template <class Types>
 ECachingMode CNumericNodeImpl<Types>::ComputeLimitsCachingMode() {
     ECachingMode mode = InternalGetCachingMode();
@@ -171,6 +181,7 @@ ECachingMode CNumericNodeImpl<Types>::ComputeLimitsCachingMode() {
     return mode;
 }
 
+/// The default applies to every value of the index that isn't listed.
 template <class Types>
 auto CNumericNodeImpl<Types>::GetSource(bool ignoreCache) const -> const PolyRef_t& {
     if (!IsIndexed()) {
@@ -180,6 +191,8 @@ auto CNumericNodeImpl<Types>::GetSource(bool ignoreCache) const -> const PolyRef
     return found == m_Indexed.end() ? m_Default : found->second;
 }
 
+/// A value that can't be written to all copies can't be written at all: they would differ
+/// afterwards.
 template <class Types>
 EAccessMode CNumericNodeImpl<Types>::ComputeMode() {
     if (IsIndexed()) {
@@ -192,8 +205,7 @@ EAccessMode CNumericNodeImpl<Types>::ComputeMode() {
     return mode;
 }
 
-/// The sources that aren't selected have no say, so that one of them may well
-/// be missing in a camera.
+/// Sources that aren't selected don't count, so that a camera may well lack one of them.
 template <class Types>
 EAccessMode CNumericNodeImpl<Types>::ComputeIndexedMode() {
     const EAccessMode indexMode = m_Index.GetNode()->GetAccessMode();
@@ -208,8 +220,8 @@ EAccessMode CNumericNodeImpl<Types>::ComputeIndexedMode() {
     return ComputeAccessMode(mode, m_ReadBesideIndexed);
 }
 
-/// Whether what the first source takes can be written to all copies as well. A
-/// copy without steps takes everything.
+/// Whether whatever the first source accepts can be written to all copies as well. A copy without
+/// an increment accepts everything.
 template <class Types>
 bool CNumericNodeImpl<Types>::DoAllSourcesFollow() const {
     const PolyRef_t& first = m_Sources.front();
@@ -221,6 +233,7 @@ bool CNumericNodeImpl<Types>::DoAllSourcesFollow() const {
     });
 }
 
+/// The source comes first: if it refuses the value, no copy has changed.
 template <class Types>
 void CNumericNodeImpl<Types>::InternalSetValue(Value_t value, bool verify) {
     if (IsIndexed()) {
@@ -240,11 +253,14 @@ void CNumericNodeImpl<Types>::InternalSetValue(Value_t value, bool verify) {
     }
 }
 
+/// Copies are never read: they follow the first source.
 template <class Types>
 auto CNumericNodeImpl<Types>::InternalGetValue(bool verify, bool ignoreCache) -> Value_t {
     return GetSource(ignoreCache).GetValue(verify, ignoreCache);
 }
 
+/// A limit of the node itself replaces those of the sources. Among several sources the narrowest
+/// limits count, since the value has to suit all of them.
 template <class Types>
 auto CNumericNodeImpl<Types>::InternalGetMin() -> Value_t {
     if (m_Min.IsInitialized()) {
@@ -263,6 +279,7 @@ auto CNumericNodeImpl<Types>::InternalGetMin() -> Value_t {
     return min;
 }
 
+/// As for the minimum.
 template <class Types>
 auto CNumericNodeImpl<Types>::InternalGetMax() -> Value_t {
     if (m_Max.IsInitialized()) {
@@ -281,6 +298,7 @@ auto CNumericNodeImpl<Types>::InternalGetMax() -> Value_t {
     return max;
 }
 
+/// The increments of copies don't count: DoAllSourcesFollow has made sure that they suit.
 template <class Types>
 bool CNumericNodeImpl<Types>::InternalHasInc() {
     return m_Inc.IsInitialized() || Types::HasInc(GetSource());
@@ -291,6 +309,8 @@ auto CNumericNodeImpl<Types>::InternalGetInc() -> Value_t {
     return m_Inc.IsInitialized() ? m_Inc.GetValue() : GetSource().GetInc();
 }
 
+/// A node with limits or an increment of its own says which values are valid, so a list below it
+/// doesn't apply.
 template <class Types>
 auto CNumericNodeImpl<Types>::InternalGetListOfValidValues() -> List_t {
     if (m_Min.IsInitialized() || m_Max.IsInitialized() || m_Inc.IsInitialized()) {

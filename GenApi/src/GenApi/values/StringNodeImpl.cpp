@@ -1,7 +1,10 @@
+// Texts that the description has or another node holds.
+
 #include "values/StringNodeImpl.h"
 
 namespace GenApi_3_0_ORVANE {
 
+/// What the description has is this node's value from the start, and may be changed by clients.
 void CStringNodeImpl::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::Value_ID:

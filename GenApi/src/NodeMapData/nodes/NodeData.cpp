@@ -1,3 +1,7 @@
+// One node of a description: a type and its properties in the order in which they were added.
+// Nodes of a large description have a quarter of a million properties together, so lists are
+// shrunk when they are complete.
+
 #include "nodes/NodeData.h"
 
 #include <algorithm>
@@ -7,7 +11,7 @@
 namespace GenApi_3_0_ORVANE {
 namespace {
 
-/// A link to a node whose name the target map does not know.
+/// A link to a node whose name the target map doesn't know.
 bool HasUnknownTarget(const CProperty& property, INodeDataMap& targetMap) {
     if (property.GetDataType() != CProperty::Node_ID) {
         return false;
@@ -28,6 +32,8 @@ CNodeData::CNodeData(ENodeType_t nodeType, NodeID_t nodeID, INodeDataMap* pNodeD
     m_NodeID = nodeID;
 }
 
+/// For a merge, what preprocessing added to the source is left out: it is derived anew from the
+/// whole. For a subtree it is kept, and links out of the subtree are dropped.
 CNodeData::CNodeData(const CNodeData& source, NodeID_t nodeID, INodeDataMap* pTargetMap,
                      bool keepOnlyKnownTargets)
     : CNodeData(source.m_NodeType, pTargetMap) {
@@ -46,6 +52,7 @@ CNodeData::CNodeData(const CNodeData& source, NodeID_t nodeID, INodeDataMap* pTa
     }
 }
 
+/// A node that ends with scratch lists means that a preprocessing was left without its end.
 CNodeData::~CNodeData() {
     m_pPropertyVector.reset();
     // NOLINTBEGIN(modernize-use-nullptr): the texts are known from reports
@@ -63,6 +70,7 @@ void CNodeData::SetName(std::string_view name) {
     AddProperty(CPropertyID::Name_ID, name);
 }
 
+/// Names are in the map alone, which finds nodes by them.
 const std::string& CNodeData::GetName() const {
     return m_pNodeDataMap->GetNodeName(GetNodeID());
 }
@@ -75,6 +83,8 @@ CProperty& CNodeData::AddProperty(CProperty property) {
     return Append(&property);
 }
 
+/// A property without an identifier or a type would be read as garbage later; whoever adds it is
+/// mistaken here.
 CProperty& CNodeData::Append(CProperty* pProperty) {
     OV_ASSERT(m_pPropertyVector);
     OV_ASSERT(pProperty);
@@ -94,11 +104,14 @@ void CNodeData::RemoveProperties(CPropertyID id) {
                   [id](const CProperty& property) { return property.GetPropertyID() == id; });
 }
 
+/// The priority is rare, and looked for only during merges.
 int64_t CNodeData::GetMergePriority() const {
     const CProperty* pMergePriority = FindProperty(CPropertyID::MergePriority_ID);
     return pMergePriority == nullptr ? 0 : pMergePriority->Integer();
 }
 
+/// Nodes that can't be compared pair by pair count as equal: whoever asks wants to know whether a
+/// repeated node says something else.
 bool CNodeData::operator==(const CNodeData& other) const {
     const PropertyVector_t& mine = *m_pPropertyVector;
     const PropertyVector_t& others = *other.m_pPropertyVector;

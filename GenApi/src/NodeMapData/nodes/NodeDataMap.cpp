@@ -1,3 +1,6 @@
+// A whole description as data. Names and texts are tables here and numbers everywhere else, so
+// that a property is small and a link needs no search.
+
 #include "nodes/NodeDataMap.h"
 
 #include <algorithm>
@@ -10,8 +13,8 @@
 namespace GenApi_3_0_ORVANE {
 namespace {
 
-/// The node's own map tells its name, and that may be another implementation
-/// with failures of its own.
+/// The name comes from the node's own map, which may be another implementation with failures of
+/// its own.
 [[noreturn]] void ThrowDuplicate(const CNodeData& node) {
     try {
         RUNTIME_EXCEPTION("Found a duplicate node'%s'.", node.GetName().c_str());
@@ -37,6 +40,8 @@ NodeID_t CNodeDataMap::FindNodeID(std::string_view name) const {
     return pos == m_pNodeName2NodeID->end() ? NodeID_t() : pos->second;
 }
 
+/// One search for both cases: its position is also where a new name goes. Identifiers are given
+/// out in the order in which a description first mentions the names.
 NodeID_t CNodeDataMap::GetNodeID(std::string_view name, bool create) {
     const auto pos = m_pNodeName2NodeID->lower_bound(name);
     if (pos != m_pNodeName2NodeID->end() && pos->first == name) {
@@ -58,6 +63,8 @@ const std::string& CNodeDataMap::GetNodeName(NodeID_t NodeID) const {
     return (*m_pNodeID2NodeName)[static_cast<size_t>(NodeID.ToIndex())];
 }
 
+/// Equal texts aren't merged: comparing each new one would cost more than the memory that it
+/// saves.
 StringID_t CNodeDataMap::SetString(std::string_view text) {
     const StringID_t stringID(m_pStringID2String->size());
     m_pStringID2String->emplace_back(text);
@@ -80,6 +87,8 @@ CNodeData* CNodeDataMap::GetLastNodeData() const {
     return m_LastNodeID.IsValid() ? GetNodeData(m_LastNodeID) : nullptr;
 }
 
+/// Replacing is for merges. Otherwise a second node of one name is a mistake of the description,
+/// which the exception names.
 void CNodeDataMap::SetNodeData(std::unique_ptr<CNodeData> pNodeData, bool replace) {
     OV_ASSERT(pNodeData);
     const NodeID_t nodeID = pNodeData->GetNodeID();
@@ -100,6 +109,7 @@ void CNodeDataMap::SetNodeData(std::unique_ptr<CNodeData> pNodeData, bool replac
     m_LastNodeID = nodeID;
 }
 
+/// Context nodes don't nest, which the assertion makes sure of.
 void CNodeDataMap::SetContextNode(CNodeData* pContextNode) {
     // NOLINTBEGIN(modernize-use-nullptr): the text is known from reports
     OV_ASSERT((pContextNode == NULL && m_pContextNode != NULL) ||
@@ -108,6 +118,7 @@ void CNodeDataMap::SetContextNode(CNodeData* pContextNode) {
     m_pContextNode = pContextNode;
 }
 
+/// May run while another exception is on its way.
 void CNodeDataMap::Clear() noexcept {
     OV_ASSERT(m_pContextNode == NULL);  // NOLINT(modernize-use-nullptr): known text
     m_pNodeID2NodeData->clear();
@@ -117,6 +128,7 @@ void CNodeDataMap::Clear() noexcept {
     m_LastNodeID = NodeID_t();
 }
 
+/// A name that was only referred to has an empty slot.
 NodeID_t CNodeDataMap::FindDanglingNode() const {
     const auto& nodes = *m_pNodeID2NodeData;
     const auto hole = std::find(nodes.begin(), nodes.end(), nullptr);
@@ -131,6 +143,7 @@ void CNodeDataMap::CheckConsistency() const {
     }
 }
 
+/// Names that were only referred to don't count as nodes.
 void CNodeDataMap::GetNodeStatistics(NodeStatistics_t& statistics) const {
     statistics = {};
     for (const auto& pNodeData : *m_pNodeID2NodeData) {

@@ -1,3 +1,5 @@
+// Extracting a node, with everything that it needs, into a description of its own.
+
 #include <algorithm>
 #include <set>
 
@@ -10,7 +12,8 @@ namespace {
 
 constexpr std::string_view rootName = "Root";
 
-/// Adds a node and all that its value, availability and invalidation need.
+/// Adds a node and all that its value, availability and invalidation need. By a list of open
+/// nodes rather than recursion: chains are as long as the description likes.
 void CollectSubtree(const CNodeDataMap& map, NodeID_t start, std::set<NodeID_t>& collected) {
     std::vector<NodeID_t> pending{start};
     while (!pending.empty()) {
@@ -29,8 +32,8 @@ void CollectSubtree(const CNodeDataMap& map, NodeID_t start, std::set<NodeID_t>&
     }
 }
 
-/// Gives the collected nodes their identifiers in the new map before any of
-/// them is copied, so that links between them resolve in both directions.
+/// Reserves the identifiers of the collected nodes in the new map before any of them is copied,
+/// so that links between them resolve in both directions.
 class NodeIDTranslator {
 public:
     NodeIDTranslator(const CNodeDataMap& source, const std::set<NodeID_t>& nodes,
@@ -50,8 +53,8 @@ private:
     std::vector<std::pair<const CNodeData*, NodeID_t>> m_Pairs;
 };
 
-/// The target of an attribute isn't collected for its own sake, and a link without
-/// it would mean something else.
+/// The target of an attribute isn't collected for its own sake, and a link without it would mean
+/// something else.
 void RequireTargetsOfAttributes(const CNodeData& node, const CNodeDataMap& target) {
     for (const CProperty& property : node.GetProperties()) {
         const CProperty* const attribute = property.GetAttribute();
@@ -65,6 +68,8 @@ void RequireTargetsOfAttributes(const CNodeData& node, const CNodeDataMap& targe
     }
 }
 
+/// What is a feature depends on the tree of categories, which the extract doesn't have unless its
+/// root comes along.
 void CopyNodes(const NodeIDTranslator& translator, CNodeDataMap& target, bool keepIsFeature) {
     for (const auto& [pNodeData, nodeID] : translator.Pairs()) {
         RequireTargetsOfAttributes(*pNodeData, target);
@@ -106,6 +111,7 @@ void CNodeDataMap::ExtractIndependentSubtree(CNodeDataMap& toExtractTree, std::s
     }
 }
 
+/// The identifier stays, so that links to the node lead to it under its new name.
 void CNodeDataMap::RenameToRoot(CNodeDataMap& toExtractTree, std::string_view name) {
     const auto pos = toExtractTree.m_pNodeName2NodeID->find(name);
     OV_ASSERT(pos != toExtractTree.m_pNodeName2NodeID->end());

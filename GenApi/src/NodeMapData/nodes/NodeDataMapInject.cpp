@@ -1,3 +1,7 @@
+// Merging one description into another. Nodes that only one of them has are taken over. For a
+// node that both have, its merge priority decides; categories and enumerations are merged by
+// their content.
+
 #include <set>
 
 #include "Base/GCException.h"
@@ -7,13 +11,15 @@
 namespace GenApi_3_0_ORVANE {
 namespace {
 
+/// Groups and enumerations are what injected descriptions extend: with a feature or an entry that
+/// both have no quarrel about.
 bool IsMergedByContent(const CNodeData& node) {
     return node.GetNodeType() == CNodeData::Category_ID ||
            node.GetNodeType() == CNodeData::Enumeration_ID;
 }
 
-/// All nodes of an injected map but its root, whose attributes describe the
-/// file and not the camera.
+/// All nodes of an injected map except its root, whose attributes describe the file and not the
+/// camera.
 std::vector<const CNodeData*> NodesToInject(const CNodeDataMap& other) {
     std::vector<const CNodeData*> nodes;
     for (size_t index = 0; index < other.GetNumNodeIDs(); ++index) {
@@ -25,8 +31,9 @@ std::vector<const CNodeData*> NodesToInject(const CNodeDataMap& other) {
     return nodes;
 }
 
-/// Reserves the names that are new, so that links between injected nodes can be
-/// translated, and gives the nodes that are to be merged by content.
+/// Reserves the names that are new, so that links between injected nodes can be translated.
+/// Conflicts are found here, before anything is changed.
+/// @return the nodes to merge by content
 std::vector<const CNodeData*> ReserveNames(const std::vector<const CNodeData*>& nodes,
                                            CNodeDataMap& target) {
     std::vector<const CNodeData*> shared;
@@ -48,6 +55,8 @@ std::vector<const CNodeData*> ReserveNames(const std::vector<const CNodeData*>& 
     return shared;
 }
 
+/// A node with the priority 1 takes the place of the one that is there; all others only fill
+/// gaps.
 void CopyNodes(const std::vector<const CNodeData*>& nodes, CNodeDataMap& target) {
     for (const CNodeData* pNodeData : nodes) {
         const NodeID_t NodeIDTarget = target.FindNodeID(pNodeData->GetName());
@@ -60,7 +69,7 @@ void CopyNodes(const std::vector<const CNodeData*>& nodes, CNodeDataMap& target)
     }
 }
 
-/// Adds the links of one kind that the existing node does not have yet.
+/// Appends the links of one kind that the existing node doesn't have yet.
 void MergeLinks(const CNodeData& source, CNodeData& existing, CPropertyID id,
                 CNodeDataMap& target) {
     std::set<NodeID_t> known;
@@ -94,6 +103,7 @@ void MergeByContent(const std::vector<const CNodeData*>& shared, CNodeData::ENod
 
 }  // namespace
 
+/// Nodes come first and contents second: by then every link has a node to lead to.
 void CNodeDataMap::Inject(const CNodeDataMap& other) {
     const std::vector<const CNodeData*> nodes = NodesToInject(other);
     const std::vector<const CNodeData*> shared = ReserveNames(nodes, *this);

@@ -1,3 +1,5 @@
+// A whole description as text: for people, and as an XML document.
+
 #include <ostream>
 
 #include "Base/OvAssert.h"
@@ -9,12 +11,13 @@ namespace {
 constexpr const char* nodeIndent = "    ";
 constexpr const char* propertyIndent = "        ";
 
-/// Properties that the start tag shows, or that only injection needs.
+/// Properties that are attributes of the element, or that only a merge needs.
 bool IsInStartTag(CPropertyID id) {
     return id == CPropertyID::Name_ID || id == CPropertyID::NameSpace_ID ||
            id == CPropertyID::MergePriority_ID || id == CPropertyID::ExposeStatic_ID;
 }
 
+/// All that the root element says is in attributes. Its name is ours and no part of the document.
 std::string RootTag(const CNodeData& root) {
     std::string tag = "<RegisterDescription";
     for (const CProperty& property : root.GetProperties()) {

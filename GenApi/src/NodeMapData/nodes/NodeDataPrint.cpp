@@ -1,9 +1,12 @@
+// Nodes as text: for people, and as the tags of XML.
+
 #include <array>
 
 #include "nodes/NodeData.h"
 
 namespace GenApi_3_0_ORVANE {
 
+/// In the order of the numbers. The structure has none, as no map ever holds one.
 const char* CNodeData::Value2String(ENodeType_t nodeType) {
     static constexpr std::array names = {
         "Node",     "Category",  "Integer", "Enumeration", "EnumEntry",      "MaskedIntReg",
@@ -45,6 +48,7 @@ std::string CNodeData::Dump() const {
     return text;
 }
 
+/// The name space is always written, so that no reader has to know the default.
 std::string CNodeData::StartTag() const {
     std::string text = std::string("<") + Value2String(m_NodeType);
     for (const CProperty& property : *m_pPropertyVector) {

@@ -1,3 +1,6 @@
+// Circles of links that a description must not have, with the text that names them. Reading along
+// such a circle would never end.
+
 #include "preprocessing/LinkCycle.h"
 
 #include <algorithm>
@@ -7,6 +10,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
+/// The path begins before the circle, which begins where its last node is met.
 void ThrowLinkCycle(const char* text, const WalkPath_t& path, const CNodeData& node) {
     std::string message = text;
     const auto entry = std::find_if(path.begin(), path.end(),
@@ -17,7 +21,7 @@ void ThrowLinkCycle(const char* text, const WalkPath_t& path, const CNodeData& n
     RUNTIME_EXCEPTION("%s", message.append(node.GetName()).c_str());
 }
 
-/// Follows properties and refuses to come back to a node on the way.
+/// Follows properties of some kinds, and refuses to come back to a node on the way.
 struct CNodeDataPreprocessor::PropertyCycleWalk {
     uint8_t& State(CNodeData& node) const { return node.*state; }
     NodeID_t NextLink(const CNodeData& node, size_t& cursor) const {
@@ -55,8 +59,8 @@ void CNodeDataPreprocessor::DetectReadCycles() {
     }
 }
 
-/// Descriptions of the first schema version were never checked for read cycles
-/// and some have them; their cameras have to go on working.
+/// Descriptions of the first schema version were never checked for read cycles, and some have
+/// them; their cameras have to go on working.
 bool CNodeDataPreprocessor::IsReadCycleTolerated() const {
     const CNodeData& root = Node(m_Map.FindNodeID(kRootNodeName));
     const auto version = [&root](CPropertyID id) {

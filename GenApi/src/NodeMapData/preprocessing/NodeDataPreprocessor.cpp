@@ -1,3 +1,8 @@
+// Completes a description with what live nodes need and it doesn't say: the other ends of links,
+// which nodes depend on one, where writes end, what a selector reaches, and which nodes are
+// features. Everything is appended as properties, in an order that never changes, since cache
+// files hold the result.
+
 #include "preprocessing/NodeDataPreprocessor.h"
 
 #include "Base/GCException.h"
@@ -13,6 +18,8 @@ enum EFeature : int32_t { FeatureYes = 1 };
 
 }  // namespace
 
+/// The steps build on one another. What the description itself has said ends before the first:
+/// merges copy only that.
 void CNodeDataPreprocessor::Run() {
     CheckDanglingNodes();
     for (size_t index = 0; index < GetNumNodes(); ++index) {
@@ -31,6 +38,7 @@ void CNodeDataPreprocessor::Run() {
     }
 }
 
+/// All later steps follow links without asking whether there is a node.
 void CNodeDataPreprocessor::CheckDanglingNodes() const {
     const NodeID_t dangling = m_Map.FindDanglingNode();
     if (dangling.IsValid()) {
@@ -39,6 +47,8 @@ void CNodeDataPreprocessor::CheckDanglingNodes() const {
     }
 }
 
+/// Descriptions say which features a selector selects; features have to know their selectors as
+/// well.
 void CNodeDataPreprocessor::MirrorSelected() {
     for (size_t index = 0; index < GetNumNodes(); ++index) {
         // A node may select itself, so its list may grow on the way.
@@ -52,12 +62,14 @@ void CNodeDataPreprocessor::MirrorSelected() {
     }
 }
 
+/// Links are looked through once here, and many times later.
 void CNodeDataPreprocessor::BuildChildLists() {
     for (size_t index = 0; index < GetNumNodes(); ++index) {
         BuildChildLists(Node(index));
     }
 }
 
+/// Attributes may be links, too: the offset of an index, for example.
 void CNodeDataPreprocessor::BuildChildLists(CNodeData& node) {
     node.m_pParents = std::make_unique<std::vector<NodeID_t>>();
     node.m_pReadingChildren = std::make_unique<std::vector<NodeID_t>>();
@@ -86,6 +98,7 @@ void CNodeDataPreprocessor::BuildChildLists(CNodeData& node) {
     node.m_pInvalidatingChildren = std::make_unique<CNodeIDSet>(std::move(invalidating));
 }
 
+/// Also runs after a failure, when some nodes have no lists yet.
 void CNodeDataPreprocessor::ReleaseChildLists() {
     for (size_t index = 0; index < GetNumNodes(); ++index) {
         CNodeData* const pNodeData = m_Map.GetNodeData(NodeID_t(index));
@@ -111,7 +124,7 @@ NodeID_t NextFeature(const CNodeData& node, size_t& cursor) {
 
 }  // namespace
 
-/// Collects the categories and their features, each behind what it lists.
+/// Collects the categories and their features, each after what it lists.
 struct CNodeDataPreprocessor::FeatureWalk {
     explicit FeatureWalk(const CNodeDataMap& map) : states(map.GetNumNodeIDs()) {}
 
@@ -130,8 +143,9 @@ struct CNodeDataPreprocessor::FeatureWalk {
     std::vector<NodeID_t> order;
 };
 
-/// Marks each node once for every way that leads to it from the root. The ways
-/// are counted and not walked: there may be very many.
+/// Marks each node once for every way that leads to it from the root. The ways are counted and
+/// not walked, as there may be very many: categories that are nested as diamonds double them with
+/// each level.
 void CNodeDataPreprocessor::MarkFeatures() {
     const NodeID_t root = m_Map.FindNodeID("Root");
     if (!root.IsValid() || Node(root).GetNodeType() != CNodeData::Category_ID) {

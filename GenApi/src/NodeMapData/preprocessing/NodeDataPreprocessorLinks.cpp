@@ -1,5 +1,9 @@
-// What a node's links lead to through any chain: the nodes that depend on it,
-// and the nodes in which its value ends.
+// What the links of a node lead to through any chain: the nodes that depend on it, and the nodes
+// in which its value ends.
+//
+// The dependents of all nodes are a closure that can be quadratic in the size of the description.
+// It is built in one pass, circle by circle, each from the complete sets of those after it; the
+// budget ends it before it takes more memory than any real camera needs.
 
 #include "Base/GCException.h"
 #include "preprocessing/LinkWalk.h"
@@ -9,8 +13,8 @@
 namespace GenApi_3_0_ORVANE {
 namespace {
 
-/// A node that touches the device or holds a value, so that a write to
-/// whatever leads to it ends there.
+/// A node that touches the device or holds a value, so that a write to whatever leads to it ends
+/// there.
 bool IsTerminalNodeType(const CNodeData& node, bool hasWritingChildren) {
     switch (node.GetNodeType()) {
         case CNodeData::Node_ID:
@@ -38,7 +42,7 @@ bool IsTerminalNodeType(const CNodeData& node, bool hasWritingChildren) {
 
 }  // namespace
 
-/// Collects the nodes, each behind those that it depends on.
+/// Collects the nodes, each after those that it depends on.
 struct CNodeDataPreprocessor::OrderWalk {
     explicit OrderWalk(const CNodeDataMap& map) : states(map.GetNumNodeIDs()) {}
 
@@ -55,7 +59,7 @@ struct CNodeDataPreprocessor::OrderWalk {
     std::vector<NodeID_t> order;
 };
 
-/// Every node before those that it depends on, as far as cycles let.
+/// Every node before those that it depends on, as far as circles allow.
 std::vector<NodeID_t> CNodeDataPreprocessor::DependencyOrder() const {
     OrderWalk walk(m_Map);
     WalkPath_t path;
@@ -77,9 +81,9 @@ CNodeDataPreprocessor::NodeIDLists_t CNodeDataPreprocessor::FindDependents(
     return dependents;
 }
 
-/// Fills the circle with the nodes that depend on the node and on which it
-/// depends, itself among them: in dependency order those that lead to it and are
-/// not in a circle yet. Leaves it empty for a node that is in one.
+/// Fills the circle with the nodes that depend on the node and on which it depends, with itself:
+/// in dependency order those that lead to it and aren't in a circle yet. Leaves it empty for a
+/// node that is in one. Most circles consist of one node.
 void CNodeDataPreprocessor::FindCircle(NodeID_t nodeID, const NodeIDLists_t& dependents,
                                        std::vector<bool>& isInCircle,
                                        std::vector<NodeID_t>& circle) {
@@ -98,9 +102,9 @@ void CNodeDataPreprocessor::FindCircle(NodeID_t nodeID, const NodeIDLists_t& dep
     }
 }
 
-/// Who depends on the nodes of a circle: each other, those that do directly, and
-/// who depends on these. Those that stand nearest come first, as their sets hold
-/// most of the others with all that depends on them.
+/// All nodes of a circle depend on each other, so they share one set: the circle, those that
+/// depend on it directly, and their sets. Those that are nearest come first, as their sets hold
+/// most of the others, which are then skipped as a whole.
 void CNodeDataPreprocessor::GatherDependencies(const std::vector<NodeID_t>& circle,
                                                const NodeIDLists_t& dependents,
                                                CNodeIDUnion& scratch) {
@@ -146,7 +150,8 @@ void CNodeDataPreprocessor::PropagateDependencies() {
     }
 }
 
-/// Inserts in each node the terminal nodes of the nodes that it writes to.
+/// Enters in each node the terminal nodes of the nodes that it writes to. A circle of writes
+/// would never end in a register, so it is refused.
 struct CNodeDataPreprocessor::TerminalWalk {
     static int32_t& State(CNodeData& node) { return node.m_TerminalState; }
     static NodeID_t NextLink(const CNodeData& node, size_t& cursor) {
@@ -180,6 +185,7 @@ struct CNodeDataPreprocessor::TerminalWalk {
     CNodeIDUnion scratch;
 };
 
+/// A node whose value ends in itself names itself, too.
 void CNodeDataPreprocessor::PropagateTerminals() {
     WalkAllLinks(m_Map, TerminalWalk{m_Map, m_Budget, CNodeIDUnion(GetNumNodes())});
     for (size_t index = 0; index < GetNumNodes(); ++index) {

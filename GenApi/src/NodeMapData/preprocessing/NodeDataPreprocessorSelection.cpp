@@ -1,4 +1,5 @@
-// Widens what a selector selects to the nodes that read what it selects.
+// Widens what a selector selects to the nodes that read what it selects. A description names a
+// feature; the converters and formulas over it change with the selector just as well.
 
 #include "preprocessing/LinkCycle.h"
 #include "preprocessing/LinkWalk.h"

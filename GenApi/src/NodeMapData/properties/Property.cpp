@@ -1,3 +1,6 @@
+// One property: what it is, a value in 64 bits and, rarely, an attribute. The pointers to map and
+// attribute share a place, since an attribute has the same map.
+
 #include "properties/Property.h"
 
 #include <utility>
@@ -14,6 +17,7 @@ CProperty::CProperty(const CProperty& source)
     }
 }
 
+/// Identifiers mean something in their own map only, so texts and names go by their characters.
 CProperty::CProperty(const CProperty& source, INodeDataMap* pTargetMap)
     : m_PropertyID(source.m_PropertyID),
       m_DataType(source.m_DataType),
@@ -32,6 +36,7 @@ CProperty::CProperty(const CProperty& source, INodeDataMap* pTargetMap)
     }
 }
 
+/// Leaves an empty property of the same map behind.
 CProperty::CProperty(CProperty&& source) noexcept : CProperty(source.GetNodeDataMap()) {
     Swap(source);
 }
@@ -53,6 +58,7 @@ const std::string& CProperty::String() const {
     return GetNodeDataMap()->GetString(StringID());
 }
 
+/// Through the attribute where there is one, which has the map in the shared place.
 INodeDataMap* CProperty::GetNodeDataMap() const {
     return m_HasAttribute ? m_Context.m_pAttribute->GetNodeDataMap() : m_Context.m_pNodeDataMap;
 }
@@ -61,6 +67,7 @@ bool CProperty::IsInitialized() const {
     return m_DataType != _UndefinedDataType_ID && m_PropertyID.IsInitialized();
 }
 
+/// The map is looked up first: what is in its place changes here.
 void CProperty::SetAttribute(std::unique_ptr<CProperty> pAttribute) {
     INodeDataMap* const pNodeDataMap = GetNodeDataMap();
     OV_ASSERT(pAttribute == nullptr || pAttribute->GetNodeDataMap() == pNodeDataMap);
@@ -100,6 +107,7 @@ double CProperty::Float() const {
     return std::bit_cast<double>(m_Value);
 }
 
+/// Texts compare by content, since each map numbers them on its own. The attribute never decides.
 bool CProperty::operator==(const CProperty& other) const {
     if (m_PropertyID != other.m_PropertyID || m_DataType != other.m_DataType) {
         return false;

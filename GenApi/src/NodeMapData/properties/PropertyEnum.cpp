@@ -1,3 +1,7 @@
+// The texts of all enumerations that properties may have, as tables. They are data of the
+// description; the enumerations themselves belong to the layer above, so numbers are written out
+// here.
+
 #include "properties/PropertyEnum.h"
 
 #include <algorithm>
@@ -76,6 +80,7 @@ std::span<const Enumerator> EnumeratorsOf(CProperty::EDataType_t type) {
 
 }  // namespace
 
+/// A search: the longest table has eight entries.
 std::string_view EnumNumberToText(CProperty::EDataType_t type, int32_t number) {
     const auto enumerators = EnumeratorsOf(type);
     const auto found = std::find_if(enumerators.begin(), enumerators.end(),
@@ -83,6 +88,8 @@ std::string_view EnumNumberToText(CProperty::EDataType_t type, int32_t number) {
     return found == enumerators.end() ? std::string_view() : found->text;
 }
 
+/// Texts with an underscore mark undefined values. They are for the engine's own use, and no
+/// description may have them.
 std::optional<CEnumNumber> EnumNumberFromText(CProperty::EDataType_t type, std::string_view text) {
     if (text.starts_with('_')) {
         return std::nullopt;

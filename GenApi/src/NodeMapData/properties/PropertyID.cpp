@@ -1,3 +1,5 @@
+// The names of properties, which are those of their XML elements.
+
 #include "properties/PropertyID.h"
 
 #include <array>

@@ -1,3 +1,5 @@
+// Properties as text: for people, as XML elements and attributes, and as values alone.
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -8,7 +10,8 @@
 namespace GenApi_3_0_ORVANE {
 namespace {
 
-/// The texts that people write freely, and that may hold markup characters.
+/// The texts that people write freely, and that may hold markup characters. All others consist of
+/// characters that XML leaves alone.
 constexpr std::array escapedProperties = {CPropertyID::Description_ID, CPropertyID::ToolTip_ID,
                                           CPropertyID::DisplayName_ID, CPropertyID::Unit_ID,
                                           CPropertyID::Formula_ID,     CPropertyID::FormulaTo_ID,
@@ -72,6 +75,8 @@ void CProperty::AppendTo(std::string& text, EToStringStyle_t style) const {
     }
 }
 
+/// The number of a text or a node is printed before it, so that a dump can be compared with a
+/// cache file.
 void CProperty::AppendDump(std::string& text) const {
     text.append(m_PropertyID.ToString()).append(" = ");
     if (m_DataType != Float_ID) {
@@ -99,6 +104,7 @@ void CProperty::AppendDump(std::string& text) const {
     }
 }
 
+/// The attribute goes into the tag; a property has one at most.
 void CProperty::AppendElement(std::string& text) const {
     const std::string name = m_PropertyID.ToString();
     text.append("<").append(name);

@@ -1,3 +1,6 @@
+// From texts that the grammar admits to typed values. Failures are thrown without a place: the
+// reader knows line and column.
+
 #include "builder/Conversion.h"
 
 #include <string>
@@ -7,6 +10,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
+/// Numbers, names and choices may have blanks around them, as people indent their XML. Blanks in
+/// texts may be meant.
 std::string_view Checked(Facet facet, std::string_view text) {
     const bool keepsBlanks = facet == Facet::AnyText || facet == Facet::NonEmptyText;
     const std::string_view value = keepsBlanks ? text : Trimmed(text);
@@ -16,6 +21,8 @@ std::string_view Checked(Facet facet, std::string_view text) {
     return value;
 }
 
+/// A number that is too large has an exception of its own, with a text that is known from
+/// reports.
 int64_t IntegerOf(std::string_view text, uint32_t propertyNumber) {
     int64_t value = 0;
     if (!TextToInteger(text, value)) {
@@ -35,6 +42,7 @@ double RealOf(std::string_view text) {
     return value;
 }
 
+/// The grammar only says that there is a choice; the texts are those of the enumeration.
 CEnumNumber ChoiceOf(CProperty::EDataType_t type, std::string_view text) {
     const auto value = EnumNumberFromText(type, text);
     if (!value) {

@@ -1,3 +1,6 @@
+// What becomes of the elements of a description: nodes, and nodes that the description only
+// implies. The reader has checked each element against the grammar before it gets here.
+
 #include "builder/NodeBuilder.h"
 
 #include <bitset>
@@ -14,18 +17,22 @@ using P = CPropertyID;
 
 }  // namespace
 
+/// The map must not keep a node that the failed parse owned.
 void CNodeBuilder::Abandon() {
     if (m_Map.GetContextNode() != nullptr) {
         m_Map.SetContextNode(nullptr);
     }
 }
 
+/// A converter stands for three nodes: itself and two formulas, which collect their variables
+/// while the converter's element is open.
 OpenNode CNodeBuilder::OpenElement(const ElementType& type, const OpenNode* parent) {
     OpenNode open;
     open.mergePriority = parent == nullptr ? 0 : parent->mergePriority;
     if (type.nodeType == CNodeData::_NotImpl_ID) {
         return open;
     }
+    // Descriptions of the first schema version may have them; nothing refers to them there.
     if (type.nodeType == CNodeData::EnumEntry_ID && m_Map.GetContextNode() == nullptr &&
         !(m_SchemaMajor == 1 && m_SchemaMinor == 0)) {
         RUNTIME_EXCEPTION(
@@ -52,6 +59,7 @@ OpenNode CNodeBuilder::OpenElement(const ElementType& type, const OpenNode* pare
     return open;
 }
 
+/// The element's name decides the type: both kinds have the same content.
 OpenNode CNodeBuilder::OpenKey(std::string_view elementName, const OpenNode& parent) {
     const bool isText = elementName == "TextDesc";
     OpenNode open;
@@ -61,6 +69,8 @@ OpenNode CNodeBuilder::OpenKey(std::string_view elementName, const OpenNode& par
     return open;
 }
 
+/// Names must be unique in a map, while entries of different enumerations often have the same. So
+/// a node inside another one gets its name from both; the entry keeps its own as what users see.
 void CNodeBuilder::SetName(const OpenNode& open, std::string_view name) {
     CNodeData& node = *open.node;
     const CNodeData* const context = m_Map.GetContextNode();
@@ -78,14 +88,15 @@ void CNodeBuilder::SetName(const OpenNode& open, std::string_view name) {
     node.SetName(fullName.append(name));
 }
 
+/// Zero is the same as none.
 void CNodeBuilder::InheritMergePriority(CNodeData& node, int64_t mergePriority) {
     if (mergePriority != 0) {
         node.AddProperty(P::MergePriority_ID, mergePriority);
     }
 }
 
-/// A node inside another one is replaced, or stays, together with it. One that
-/// has a priority of its own keeps that.
+/// A node inside another one is replaced, or stays, together with it. One that has a priority of
+/// its own keeps that.
 void CNodeBuilder::EndAttributes(OpenNode& open) {
     if (open.node == nullptr) {
         return;
@@ -96,6 +107,8 @@ void CNodeBuilder::EndAttributes(OpenNode& open) {
     open.mergePriority = open.node->GetMergePriority();
 }
 
+/// Some descriptions repeat an entry word for word, which harms nobody. Any other repeated name
+/// is refused by the map.
 void CNodeBuilder::Store(std::unique_ptr<CNodeData> node) {
     const CNodeData* const stored = m_Map.GetNodeData(node->GetNodeID());
     const bool isRepeatedEntry =
@@ -105,6 +118,7 @@ void CNodeBuilder::Store(std::unique_ptr<CNodeData> node) {
     }
 }
 
+/// A structure leaves no node: its properties were copied into its fields.
 NodeID_t CNodeBuilder::CloseElement(OpenNode& open, const ElementType& type) {
     if (open.node == nullptr) {
         return {};
@@ -126,6 +140,7 @@ NodeID_t CNodeBuilder::CloseElement(OpenNode& open, const ElementType& type) {
     return id;
 }
 
+/// The ROM that a key is looked up in is the element around it.
 void CNodeBuilder::CloseKey(OpenNode& open, std::string_view text) {
     open.node->AddProperty(P::p1212Parser_ID, m_Map.GetContextNode()->GetNodeID());
     int64_t number = 0;
@@ -137,6 +152,8 @@ void CNodeBuilder::CloseKey(OpenNode& open, std::string_view text) {
     Store(std::move(open.node));
 }
 
+/// The converter is stored first and completed in place: its links need the identifiers that its
+/// formulas get with their names.
 void CNodeBuilder::CloseConverter(OpenNode& open) {
     m_Map.SetContextNode(nullptr);
     auto formulaTo = std::move(open.formulaTo);
@@ -157,6 +174,7 @@ void CNodeBuilder::CloseConverter(OpenNode& open) {
     converter.ShrinkToFit();
 }
 
+/// Where an element's place inside another one is what links the two.
 void CNodeBuilder::TakeChild(OpenNode& parent, const ElementType& childType, NodeID_t child) {
     if (parent.node == nullptr || !child.IsValid()) {
         return;
@@ -182,6 +200,7 @@ void CNodeBuilder::TakeChild(OpenNode& parent, const ElementType& childType, Nod
     }
 }
 
+/// The fields of a structure take over whatever they don't say themselves.
 void CNodeBuilder::CopyTemplate(const CNodeData& source, NodeID_t target) {
     // Those that the entry has itself are looked at, too.
     CountCopies(source.GetProperties().size());
@@ -197,6 +216,7 @@ void CNodeBuilder::CopyTemplate(const CNodeData& source, NodeID_t target) {
     }
 }
 
+/// Fields times properties grow with the square of a description.
 void CNodeBuilder::CountCopies(size_t count) {
     m_NumCopies += count;
     if (m_NumCopies > kMaxRepeatedProperties) {

@@ -1,4 +1,5 @@
-// From texts and attributes to properties and implied nodes.
+// From the texts and attributes of elements to properties and implied nodes: the constants and
+// expressions inside formulas, which become nodes of their own.
 
 #include <string>
 
@@ -21,6 +22,7 @@ bool IsIntegerKind(CNodeData::ENodeType_t type) {
     return type == CNodeData::IntSwissKnife_ID || type == CNodeData::IntConverter_ID;
 }
 
+/// A constant or an expression has the numbers of the formula that it is part of.
 CNodeData::ENodeType_t ImpliedType(const CNodeData& parent, Rule rule) {
     if (IsIntegerKind(parent.GetNodeType())) {
         return rule == Rule::Constant ? CNodeData::Integer_ID : CNodeData::IntSwissKnife_ID;
@@ -44,6 +46,7 @@ std::string_view CNodeBuilder::Replacement(const CNodeData& node, const ElementR
     return "No";
 }
 
+/// A link reserves an identifier for a name that may not have a node yet.
 CProperty CNodeBuilder::MakeProperty(P::EProperty_ID_t id, CProperty::EDataType_t type,
                                      std::string_view text) {
     switch (type) {
@@ -71,6 +74,7 @@ CProperty CNodeBuilder::MakeProperty(const ElementRow& row, std::string_view tex
     return property;
 }
 
+/// The versions are remembered, since later elements are judged by them.
 void CNodeBuilder::TakeAttribute(OpenNode& open, const AttributeRow& row, std::string_view value) {
     if (open.node == nullptr) {
         return;
@@ -89,6 +93,7 @@ void CNodeBuilder::TakeAttribute(OpenNode& open, const AttributeRow& row, std::s
     }
 }
 
+/// The table of the grammar says what each element means; this is where it is done.
 void CNodeBuilder::TakeText(OpenNode& open, const ElementRow& row, std::string_view rawText,
                             const TextAttribute& attribute) {
     CNodeData& node = *open.node;
@@ -104,6 +109,7 @@ void CNodeBuilder::TakeText(OpenNode& open, const ElementRow& row, std::string_v
             node.AddProperty(MakeProperty(row, text, attribute));
             break;
         case Rule::Bit:
+            // A single bit is a field that begins and ends with it.
             node.AddProperty(P::LSB_ID, IntegerOf(text, kBitNumber));
             node.AddProperty(P::MSB_ID, IntegerOf(text, kBitNumber));
             break;
@@ -135,6 +141,8 @@ void CNodeBuilder::TakeText(OpenNode& open, const ElementRow& row, std::string_v
     }
 }
 
+/// A converter has no formula itself. Its variables go to both formulas, and to the converter as
+/// nodes to watch.
 void CNodeBuilder::AddVariable(OpenNode& open, NodeID_t target, std::string_view name) {
     open.variables.push_back(open.node->GetProperties().size());
     for (CNodeData* const node : {open.node.get(), open.formulaTo.get(), open.formulaFrom.get()}) {
@@ -146,6 +154,7 @@ void CNodeBuilder::AddVariable(OpenNode& open, NodeID_t target, std::string_view
     }
 }
 
+/// The underscore keeps the name apart from the description's own names.
 NodeID_t CNodeBuilder::StoreImpliedNode(const OpenNode& open, const ElementRow& row,
                                         std::string_view text, std::string_view name) {
     const CNodeData& parent = *open.node;
@@ -165,8 +174,7 @@ NodeID_t CNodeBuilder::StoreImpliedNode(const OpenNode& open, const ElementRow& 
     return id;
 }
 
-/// An expression speaks of what stands before it: variables, constants and
-/// other expressions.
+/// An expression may use what comes before it: variables, constants and other expressions.
 void CNodeBuilder::CopyVariables(const OpenNode& source, CNodeData& target) {
     CountCopies(source.variables.size());
     for (const size_t place : source.variables) {

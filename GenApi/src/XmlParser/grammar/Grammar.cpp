@@ -1,3 +1,6 @@
+// The grammar, compiled from its tables at the first use: an automaton for the content of each
+// element, and the row that each of its elements stands for there.
+
 #include "grammar/Grammar.h"
 
 #include <algorithm>
@@ -9,9 +12,11 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
+/// Twice as many as there are names at least, so that searches are short. A power of two keeps
+/// the division cheap.
 constexpr size_t kSlots = 512;
 
-/// Whether a list of names holds one.
+/// Whether a list of names, separated by blanks, holds a name.
 bool Lists(std::string_view names, std::string_view name) {
     for (size_t at = names.find(name); at != std::string_view::npos;
          at = names.find(name, at + 1)) {
@@ -23,7 +28,8 @@ bool Lists(std::string_view names, std::string_view name) {
     return false;
 }
 
-/// The row of an element inside a parent; null when it has none of its own.
+/// The row of an element inside a parent; null if it has none of its own. The more special rows
+/// come first in the table.
 const ElementRow* FindRow(std::string_view name, std::string_view parent) {
     for (const ElementRow& row : AllElementRows()) {
         if (row.name == name && (row.parents.empty() || Lists(row.parents, parent))) {
@@ -48,6 +54,8 @@ const CGrammar& CGrammar::GetInstance() {
     return grammar;
 }
 
+/// In two passes: elements may contain each other, so all automata have to exist before they
+/// refer to one another.
 CGrammar::CGrammar() : m_Slots(kSlots, kNoElement) {
     CollectNames();
     const auto number = [this](std::string_view name) {
@@ -92,6 +100,8 @@ void CGrammar::CollectNames() {
     }
 }
 
+/// Every element of a description is looked up here, by a hash over its few letters. Open
+/// addressing ends because there are more slots than names.
 size_t CGrammar::SlotOf(std::string_view name) const {
     uint32_t hash = 2166136261U;
     for (const char character : name) {

@@ -1,3 +1,6 @@
+// The grammar of camera descriptions, as tables: which elements an element may have in which
+// order, and what each of them means.
+
 #include "grammar/GrammarTable.h"
 
 #include <array>

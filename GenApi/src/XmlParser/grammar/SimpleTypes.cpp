@@ -1,3 +1,5 @@
+// The lexical rules of texts and attributes. No rule depends on the locale.
+
 #include "grammar/SimpleTypes.h"
 
 #include <algorithm>
@@ -18,6 +20,7 @@ constexpr const char* kTooLarge = "value is greater than maximum allowed";
 constexpr const char* kTooShort = "length is less than minimum allowed";
 constexpr const char* kTooLong = "length is greater than maximum allowed";
 
+/// Not by the C library, which asks the locale.
 bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
@@ -37,7 +40,7 @@ bool ConsistsOf(std::string_view text, const Test& test) {
     return !text.empty() && std::all_of(text.begin(), text.end(), test);
 }
 
-/// Takes a sign off and tells whether it was a minus.
+/// @return whether it was a minus
 bool TakeSign(std::string_view& text) {
     const bool isNegative = text.starts_with('-');
     if (isNegative || text.starts_with('+')) {
@@ -54,8 +57,8 @@ bool TakeHexPrefix(std::string_view& text) {
     return true;
 }
 
-/// An integer within limits. What is no integer passes: turning it into a value
-/// tells of it.
+/// An integer within limits. What isn't an integer passes: turning it into a value fails with a
+/// text of its own.
 const char* CheckRange(std::string_view text, int64_t min, int64_t max) {
     int64_t value = 0;
     if (!TextToInteger(text, value)) {
@@ -67,8 +70,8 @@ const char* CheckRange(std::string_view text, int64_t min, int64_t max) {
     return value > max ? kTooLarge : nullptr;
 }
 
-/// A name, of characters that pass a test. Names of nodes inside others repeat
-/// those of the outer ones, so that a very long one would fill the memory.
+/// A name of characters that pass a test. Names of nodes inside others repeat those of the outer
+/// ones, so that a very long one would fill the memory.
 template <class Test>
 const char* CheckName(std::string_view text, const Test& test) {
     if (text.size() > kMaxNameLength) {
@@ -77,6 +80,7 @@ const char* CheckName(std::string_view text, const Test& test) {
     return ConsistsOf(text, test) ? nullptr : kPattern;
 }
 
+/// Formulas must be able to tell names from numbers.
 const char* CheckVariableName(std::string_view text) {
     if (text.empty() || IsDigit(text.front()) || text.front() == '.') {
         return kPattern;
@@ -84,6 +88,7 @@ const char* CheckVariableName(std::string_view text) {
     return CheckName(text, [](char c) { return IsWord(c) || c == '.'; });
 }
 
+/// Exactly the three that a merge knows.
 const char* CheckMergePriority(std::string_view text) {
     int64_t value = 0;
     return TextToInteger(text, value) ? CheckRange(text, -1, 1) : kInteger;
@@ -94,6 +99,7 @@ const char* CheckVersion(std::string_view text) {
     return ConsistsOf(text, IsDigit) && TextToInteger(text, value) ? nullptr : kInteger;
 }
 
+/// Some cameras leave it empty, and nothing depends on it.
 const char* CheckGuid(std::string_view text) {
     // Some cameras leave it empty, and nothing depends on it.
     constexpr std::string_view kForm = "hhhhhhhh-hhhh-hhhh-hhhh-hhhhhhhhhhhh";
@@ -108,6 +114,7 @@ const char* CheckGuid(std::string_view text) {
     return matches ? nullptr : kPattern;
 }
 
+/// The two lengths that floats have in registers.
 const char* CheckFloatLength(std::string_view text) {
     int64_t length = 0;
     const bool fits = !TextToInteger(text, length) || length == 4 || length == 8;
@@ -125,6 +132,8 @@ std::string_view Trimmed(std::string_view text) {
     return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
 }
 
+/// In the plain locale and to the end of the text. Hexadecimal numbers are addresses and masks,
+/// so all 64 bits may be set.
 bool TextToInteger(std::string_view text, int64_t& value) {
     const bool isNegative = TakeSign(text);
     const bool isHex = TakeHexPrefix(text);
@@ -143,6 +152,8 @@ bool TextToInteger(std::string_view text, int64_t& value) {
     return true;
 }
 
+/// Two of the spellings aren't numbers to the C++ library, and a few of its own aren't to the
+/// schema.
 bool TextToDouble(std::string_view text, double& value) {
     const bool isNegative = TakeSign(text);
     if (text == "INF") {

@@ -1,3 +1,7 @@
+// Walks the XML of a description and holds each element against the grammar. The tokeniser is a C
+// library, which no exception may cross: what goes wrong is kept, stops the tokeniser, and is
+// thrown after it has returned.
+
 #include "reader/DescriptionReader.h"
 
 #include <expat.h>
@@ -17,6 +21,7 @@ namespace {
 
 using GenICam_3_0_ORVANE::RuntimeException;
 
+/// Between name space and name in what the tokeniser reports. No name has it.
 constexpr char kSeparator = '|';
 constexpr const char* kTooDeep = "elements are nested deeper than 200 levels";
 
@@ -39,6 +44,7 @@ std::string_view LocalName(std::string_view qualifiedName) {
     return qualifiedName.substr(qualifiedName.rfind(kSeparator) + 1);
 }
 
+/// Attributes without a prefix belong to their element.
 bool IsQualified(std::string_view name) {
     return name.find(kSeparator) != std::string_view::npos;
 }
@@ -66,10 +72,12 @@ size_t ColumnOf(XML_Parser parser) {
 
 }  // namespace
 
+/// All frames exist from the start, so that their texts keep memory from one element to the next.
 CDescriptionReader::CDescriptionReader(CNodeDataMap& map, bool suppressStrings,
                                        std::string_view nameSpace)
     : m_Builder(map, suppressStrings), m_NameSpace(nameSpace), m_Frames(kMaxElementDepth) {}
 
+/// The tokeniser counts in int, so a large document goes to it in parts.
 std::optional<SchemaError> CDescriptionReader::Read(std::string_view document) {
     const std::unique_ptr<XML_ParserStruct, FreeParser> parser(
         XML_ParserCreateNS(nullptr, kSeparator));
@@ -88,6 +96,7 @@ std::optional<SchemaError> CDescriptionReader::Read(std::string_view document) {
         document.remove_prefix(length);
     } while (status == XML_STATUS_OK && !document.empty());
     if (status != XML_STATUS_OK) {
+        // Whatever stopped the parse, the map must not keep an open element.
         m_Builder.Abandon();
     }
     if (m_Failure) {
@@ -103,6 +112,8 @@ SchemaError CDescriptionReader::ErrorHere(std::string text) const {
     return {SchemaError::None, std::move(text), LineOf(m_pParser), ColumnOf(m_pParser)};
 }
 
+/// The place of the failure in the document is what its author needs; the place in the source is
+/// kept for us.
 void CDescriptionReader::RethrowBuilderFailure() const {
     try {
         std::rethrow_exception(m_Failure);
@@ -114,6 +125,7 @@ void CDescriptionReader::RethrowBuilderFailure() const {
     }
 }
 
+/// For good: nothing that follows can be understood any more.
 void CDescriptionReader::Stop() {
     XML_StopParser(m_pParser, XML_FALSE);
 }
@@ -124,6 +136,7 @@ void CDescriptionReader::Fail(SchemaError::Code code) const {
     throw error;
 }
 
+/// Around every call of the tokeniser. It may still call a few times after it was told to stop.
 template <class Action>
 void CDescriptionReader::Guard(const Action& action) {
     if (m_Error || m_Failure) {
@@ -159,12 +172,14 @@ void CDescriptionReader::OnText(void* self, const char* text, int length) {
     reader->Guard([&] { reader->Characters({text, static_cast<size_t>(length)}); });
 }
 
+/// Elements of other vocabularies may only be inside extensions.
 bool CDescriptionReader::IsOurs(std::string_view qualifiedName, std::string_view& local) const {
     local = LocalName(qualifiedName);
     return qualifiedName.size() == m_NameSpace.size() + 1 + local.size() &&
            qualifiedName.starts_with(m_NameSpace);
 }
 
+/// There are frames for elements of a bounded depth, which no real description comes near.
 void CDescriptionReader::Start(std::string_view qualifiedName, const char** attributes) {
     if (m_Depth + m_ExtensionDepth >= kMaxElementDepth) {
         throw ErrorHere(kTooDeep);
@@ -193,6 +208,8 @@ void CDescriptionReader::StartRoot(std::string_view name, const char** attribute
     Push(&root, nullptr, name, attributes);
 }
 
+/// One look-up in the automaton of the parent: either the element may come next, or it never may,
+/// or something is missing before it. The last two have texts of their own.
 void CDescriptionReader::StartChild(std::string_view name, const char** attributes) {
     Frame& parent = m_Frames[m_Depth - 1];
     const ElementNumber element = CGrammar::GetInstance().NumberOf(name);
@@ -209,6 +226,7 @@ void CDescriptionReader::StartChild(std::string_view name, const char** attribut
     Push(parent.grammar->ChildAt(next), &parent.grammar->RowAt(next), name, attributes);
 }
 
+/// An element is either a node, a key, or a text for the node around it.
 void CDescriptionReader::Push(const CElementGrammar* grammar, const ElementRow* row,
                               std::string_view name, const char** attributes) {
     Frame& frame = m_Frames[m_Depth];
@@ -229,6 +247,8 @@ void CDescriptionReader::Push(const CElementGrammar* grammar, const ElementRow* 
                    attributes);
 }
 
+/// Order doesn't matter and repeats are refused by the tokeniser, so a bit for each attribute is
+/// enough.
 void CDescriptionReader::TakeAttributes(Frame& frame, Attributes kind, const char** attributes) {
     const std::span<const AttributeRow> rows = AttributesOf(kind);
     unsigned seen = 0;
@@ -255,6 +275,7 @@ void CDescriptionReader::TakeAttributes(Frame& frame, Attributes kind, const cha
     m_Builder.EndAttributes(frame.open);
 }
 
+/// For elements with a text, the attribute waits until the text is complete.
 void CDescriptionReader::TakeAttribute(Frame& frame, Attributes kind, const AttributeRow& row,
                                        std::string_view value) {
     if (frame.grammar != nullptr || frame.row->rule == Rule::Key) {
@@ -272,6 +293,8 @@ void CDescriptionReader::TakeAttribute(Frame& frame, Attributes kind, const Attr
     }
 }
 
+/// Extensions are kept as text, for programs that know them. They are written anew, without
+/// prefixes.
 void CDescriptionReader::StartInExtension(std::string_view name, const char** attributes) {
     std::string& text = m_Frames[m_Depth - 1].text;
     text.append("<").append(name).append(">");
@@ -283,6 +306,7 @@ void CDescriptionReader::StartInExtension(std::string_view name, const char** at
     ++m_ExtensionDepth;
 }
 
+/// The tokeniser has checked that the names match.
 void CDescriptionReader::End(std::string_view qualifiedName) {
     if (m_ExtensionDepth > 0) {
         --m_ExtensionDepth;
@@ -312,6 +336,7 @@ void CDescriptionReader::End(std::string_view qualifiedName) {
     frame.open = OpenNode();
 }
 
+/// The tokeniser may hand over one text in several parts.
 void CDescriptionReader::Characters(std::string_view text) {
     if (m_Depth == 0) {
         return;

@@ -1,3 +1,6 @@
+// From a file, a block of memory or a text, zipped or not, to node data. The texts of failures
+// differ between the sources, as users know them.
+
 #include "reader/NodeDataMapFactory.h"
 
 #include <fstream>
@@ -21,6 +24,8 @@ namespace {
 constexpr std::string_view kVersion11 = "http://www.genicam.org/GenApi/Version_1_1";
 constexpr std::string_view kVersion10 = "http://www.genicam.org/GenApi/Version_1_0";
 
+/// Which version of the schema a description follows shows in its name space: the older one is
+/// tried where the newer one doesn't fit the first element.
 void ParseDocument(CNodeDataMap& map, std::string_view document, bool suppressStrings) {
     auto error = CDescriptionReader(map, suppressStrings, kVersion11).Read(document);
     if (error && error->code == SchemaError::UnexpectedElement) {
@@ -34,6 +39,7 @@ void ParseDocument(CNodeDataMap& map, std::string_view document, bool suppressSt
     }
 }
 
+/// Only names of zipped files may hold variables.
 std::string UnzipFile(const std::string& fileName) {
     GenICam_3_0_ORVANE::gcstring expanded(fileName.c_str());
     GenICam_3_0_ORVANE::ReplaceEnvironmentVariables(expanded, false);
@@ -67,6 +73,7 @@ std::string UnzipMemory(const void* data, size_t size) {
     return text;
 }
 
+/// In one piece: descriptions are a few megabytes at most.
 std::string ReadFile(const std::string& fileName) {
     std::ifstream file(fileName, std::ios::binary);
     if (!file) {
@@ -92,6 +99,7 @@ void CNodeDataMapFactory::ParseXmlFile(CNodeDataMap* pNodeDataMap, EContentType_
     RUNTIME_EXCEPTION("ParseXmlBuffer not implemented.");
 }
 
+/// Callers may pass other numbers as the type, through the flat interface for example.
 void CNodeDataMapFactory::ParseXmlBuffer(CNodeDataMap* pNodeDataMap, EContentType_t contentType,
                                          const void* pData, size_t size, bool suppressStrings) {
     switch (contentType) {

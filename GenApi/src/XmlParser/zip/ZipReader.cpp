@@ -1,3 +1,6 @@
+// Reads the first entry of a zip archive with one of two libraries, whichever a system has.
+// Cameras keep their descriptions zipped, with one entry.
+
 #include "zip/ZipReader.h"
 
 #include <cstring>
@@ -18,6 +21,7 @@ namespace GenApi_3_0_ORVANE {
 
 #if OV_HAVE_MINIZ
 
+/// Owns the library's archive.
 struct CZipReader::Archive {
     mz_zip_archive zip{};
     bool isOpen = false;
@@ -54,6 +58,7 @@ bool CZipReader::FindFirstEntry() {
 
 #else
 
+/// Owns the library's archive, which is only read and so never written back.
 struct CZipReader::Archive {
     zip_t* zip = nullptr;
 
@@ -85,6 +90,7 @@ bool CZipReader::OpenFile(const std::string& fileName) {
     return m_pArchive->zip != nullptr;
 }
 
+/// The library takes the source over only if it can open it.
 bool CZipReader::OpenMemory(const void* data, size_t size) {
     if (size == 0) {
         return false;  // as for a file
@@ -125,6 +131,7 @@ CZipReader::Result CZipReader::ReadMemory(const void* data, size_t size, std::st
     return zip.OpenMemory(data, size) ? zip.ReadFirstEntry(text) : Result::NotOpened;
 }
 
+/// Callers tell the failures apart by where the archive stopped being one.
 CZipReader::Result CZipReader::ReadFirstEntry(std::string& text) {
     if (!FindFirstEntry()) {
         return Result::NoEntry;
@@ -132,6 +139,8 @@ CZipReader::Result CZipReader::ReadFirstEntry(std::string& text) {
     return Extract(text) ? Result::Done : Result::NotExtracted;
 }
 
+/// The size is what the archive claims, so it is bounded before memory is taken. Text ends at a
+/// zero byte, which some cameras pad with.
 bool CZipReader::Extract(std::string& text) {
     if (m_Size > kMaxUnpackedBytes) {
         return false;

@@ -4,8 +4,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Gives a node class the face of IBase: the access mode, with what a client
-/// imposed on it. The cache holds the mode before that.
+/// Adds IBase to a node class: the access mode, including what a client imposed on it. The cache
+/// of the access mode holds it without that.
 template <class Base>
 class BaseT : public Base {
 public:

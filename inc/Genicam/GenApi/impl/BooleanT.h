@@ -6,8 +6,10 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// The lines of booleans.
+/// What CachedValueT needs to know about booleans.
 struct BooleanTraits {
+    /// @name As CachedValueT asks for
+    /// @{
     using Value = bool;
     static constexpr EMethod SetMethod = meSetValue;
     static constexpr EMethod GetMethod = meGetValue;
@@ -17,10 +19,11 @@ struct BooleanTraits {
     static constexpr char GetBegin[] = "GetValue...";
     static constexpr char GetEnd[] = "...GetValue = %s";
     static const char* Argument(bool value) { return value ? "true" : "false"; }
+    /// @}
 };
 
-/// Gives an implementation class the face of IBoolean. That class gives
-/// `InternalSetValue(value, verify)` and `InternalGetValue(verify, ignoreCache)`.
+/// Adds IBoolean to an implementation class, which has `InternalSetValue(value, verify)` and
+/// `InternalGetValue(verify, ignoreCache)`.
 template <class Base>
 class BooleanT : public CachedValueT<Base, BooleanTraits>, virtual public IBoolean {
 public:

@@ -1,35 +1,39 @@
 #pragma once
-/// What all typed faces of a node do alike: the typed cache and the checks
-/// around one read and one write.
+/// What the interfaces of all typed values share: the cache of the converted value, and the
+/// checks around one read and one write.
 
 #include "GenApi/impl/Frames.h"
 
 namespace GenApi_3_0_ORVANE {
 
-/// Keeps the converted value of a node, so that a read need not convert, nor
-/// reach the node behind it, again.
+/// Keeps the converted value of a node, so that a read neither has to convert again nor to reach
+/// the node that the value comes from.
 ///
-/// Traits names the `Value`, the methods that reads and writes are entered by
-/// (`GetMethod`, `SetMethod`), the log lines (`SetBegin`, `SetEnd`, `GetBegin`,
-/// `GetEnd`, `GetCached`) and `Argument`, which turns a value into what those
-/// lines print.
+/// Traits has the `Value`, the entry points of reads and writes (`GetMethod`, `SetMethod`), the
+/// log lines (`SetBegin`, `SetEnd`, `GetBegin`, `GetEnd`, `GetCached`) and `Argument`, which
+/// makes of a value what those lines print.
 template <class Base, class Traits>
 class CachedValueT : public Base {
 protected:
+    /// The type of the value.
     using Value_t = typename Traits::Value;
 
+    /// @throws AccessException if the value can't be read, or the fault of the node if that is
+    ///         why
     void RequireReadable() {
         if (!IsReadable(this->GetAccessModeInside())) {
             Base::RaiseAnyFault();
             ACCESS_EXCEPTION_NODE("Node is not readable.");
         }
     }
+    /// @throws AccessException if the value can't be written, or the fault of the node
     void RequireWritable() {
         if (!IsWritable(this->GetAccessModeInside())) {
             Base::RaiseAnyFault();
             ACCESS_EXCEPTION_NODE("Node is not writable.");
         }
     }
+    /// @throws AccessException if nothing can be done with the node, or the fault of the node
     void RequireAvailable() {
         if (!IsAvailable(this->GetAccessModeInside())) {
             Base::RaiseAnyFault();
@@ -37,8 +41,8 @@ protected:
         }
     }
 
-    /// One write. When verifying, `check` comes before it and the device's
-    /// error flag after it.
+    /// Runs one write. With `verify`, runs `check` before it and looks at the device's error flag
+    /// after it.
     template <class Check, class Write>
     void SetCached(const Value_t& value, bool verify, const Check& check, const Write& write) {
         CLogIndent indent;
@@ -67,8 +71,8 @@ protected:
             [&] { GCLOGINFOPOP(indent, Base::m_pValueLog, Traits::SetEnd); });
     }
 
-    /// One read, from the cache when it may answer. When verifying, `check`
-    /// sees the value and the device's error flag is asked.
+    /// Runs one read, from the cache where that is allowed. With `verify`, passes the value to
+    /// `check` and looks at the device's error flag.
     template <class Check, class Read>
     Value_t GetCached(bool verify, bool ignoreCache, const Check& check, const Read& read) {
         return RunRead(*this, Traits::GetMethod, ignoreCache, [&]() -> Value_t {
@@ -101,8 +105,9 @@ private:
     Value_t m_CachedValue{};
 };
 
-/// For values that any reading or writing leaves as they are.
+/// For values of which none is out of range.
 struct NoCheck {
+    /// Accepts anything.
     template <class... Arguments>
     void operator()(const Arguments&... /*ignored*/) const {}
 };

@@ -8,8 +8,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Gives an implementation class the face of ICommand. That class gives
-/// `InternalExecute(verify)` and `InternalIsDone(verify, fireCallbacks)`.
+/// Adds ICommand to an implementation class, which has `InternalExecute(verify)` and
+/// `InternalIsDone(verify, fireCallbacks)`.
 template <class Base>
 class CommandT : public Base, virtual public ICommand {
 public:
@@ -48,11 +48,11 @@ public:
     EInterfaceType InternalGetPrincipalInterfaceType() override { return intfICommand; }
 
 protected:
-    /// "1" while the command runs.
+    /// "0" for a command that is done, "1" while it runs.
     gcstring InternalToString(bool verify, bool /*ignoreCache*/) override {
         return AskDevice(verify, m_Pending) ? "0" : "1";
     }
-    /// Any text for "true" starts the command.
+    /// Executes the command for any text that means true.
     void InternalFromString(const gcstring& text, bool /*verify*/) override {
         bool value = false;
         if (!String2Value(text, &value) || !value) {
@@ -61,12 +61,12 @@ protected:
         Execute(true);
     }
 
-    /// The callbacks that wait, since the command was last read as text, for
-    /// that to succeed.
+    /// Returns the callbacks that became due when the command was last read as text. They run
+    /// only once that read has succeeded.
     CallbackList TakePending() { return std::exchange(m_Pending, {}); }
 
 private:
-    /// @param callbacks  gets what is to be called once all has succeeded
+    /// @param callbacks  receives those to be called once everything has succeeded
     bool AskDevice(bool verify, CallbackList& callbacks) {
         const EntryMethodFinalizer entry(*this, meIsDone);
         Base::RequireSound();

@@ -5,8 +5,10 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// The lines of enumerations.
+/// What CachedValueT needs to know about enumerations, whose value is the number of an entry.
 struct EnumerationTraits {
+    /// @name As CachedValueT asks for
+    /// @{
     using Value = int64_t;
     static constexpr EMethod SetMethod = meSetIntValue;
     static constexpr EMethod GetMethod = meGetIntValue;
@@ -16,12 +18,12 @@ struct EnumerationTraits {
     static constexpr char GetBegin[] = "GetIntValue...";
     static constexpr char GetEnd[] = "...GetIntValue = %ld";
     static int64_t Argument(int64_t value) { return value; }
+    /// @}
 };
 
-/// Gives an implementation class the face of IEnumeration. That class gives
-/// `InternalSetIntValue(value, verify)`, `InternalGetIntValue(verify,
-/// ignoreCache)`, the lists and look-ups of entries, and the text of a value
-/// and back: `InternalSymbolicOf(value)`, `InternalValueOf(symbolic)`.
+/// Adds IEnumeration to an implementation class, which has `InternalSetIntValue(value, verify)`,
+/// `InternalGetIntValue(verify, ignoreCache)`, the lists and look-ups of entries, and the text of
+/// a value and back: `InternalSymbolicOf(value)`, `InternalValueOf(symbolic)`.
 template <class Base>
 class EnumerationT : public CachedValueT<Base, EnumerationTraits>, virtual public IEnumeration {
 public:

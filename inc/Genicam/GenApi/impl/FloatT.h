@@ -7,8 +7,10 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// The lines and messages of floats.
+/// What CachedValueT and NumericT need to know about floats.
 struct FloatTraits {
+    /// @name As CachedValueT and NumericT ask for
+    /// @{
     using Interface = IFloat;
     using Value = double;
     using List = double_autovector_t;
@@ -26,13 +28,14 @@ struct FloatTraits {
     static constexpr char TooSmall[] = "Value %f must be greater than or equal %f.";
     static constexpr char TooLarge[] = "Value %f must be smaller than or equal %f.";
     static double Argument(double value) { return value; }
+    /// @}
 };
 
-/// Gives an implementation class the face of IFloat.
+/// Adds IFloat to an implementation class.
 ///
-/// Beside what NumericT asks for, that class gives `InternalGetDisplayNotation()`
-/// and `InternalGetDisplayPrecision()`; one whose values may keep a distance
-/// gives `InternalHasInc()` and `InternalGetInc()`.
+/// Besides what NumericT asks for, that class has `InternalGetDisplayNotation()` and
+/// `InternalGetDisplayPrecision()`; one whose values may have an increment also has
+/// `InternalHasInc()` and `InternalGetInc()`.
 template <class Base>
 class FloatT : public NumericT<Base, FloatTraits> {
     using Numeric = NumericT<Base, FloatTraits>;
@@ -74,8 +77,8 @@ public:
     }
 
 protected:
-    /// A text that parses back to a value within the limits: rounding for
-    /// display must not print a number that the node would refuse.
+    /// Returns a text that parses back to a value within the limits: rounding for display must
+    /// not print a number that the node would refuse.
     gcstring InternalToString(bool verify, bool ignoreCache) override {
         const CFloatText form(GetDisplayNotation(), GetDisplayPrecision());
         const double value = this->GetValue(verify, ignoreCache);

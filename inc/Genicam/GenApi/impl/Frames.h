@@ -1,7 +1,6 @@
 #pragma once
-/// The frames around every read and every write of a node: lock, entry point,
-/// depth counter, callbacks. They exist here once; typed templates fill in the
-/// middle.
+/// The frames around every read and every write of a node: lock, entry point, depth counter,
+/// callbacks. They exist only here; the typed templates fill in the middle.
 
 #include "core/EntryMethodFinalizer.h"
 #include "core/NestingScope.h"
@@ -16,8 +15,8 @@ auto RunRead(CNodeImpl& node, EMethod method, bool ignoreCache, const Read& read
     return read();
 }
 
-/// Runs `ask` with the map's lock held, for questions that a node may pass on to
-/// the next one as they are.
+/// Runs `ask` with the map's lock held, for questions that a node passes on to the next one as
+/// they are.
 template <class Ask>
 auto RunQuestion(CNodeImpl& node, const Ask& ask) {
     const AutoLock lock(node.GetLock());
@@ -25,10 +24,10 @@ auto RunQuestion(CNodeImpl& node, const Ask& ask) {
     return ask();
 }
 
-/// Runs `check`, then `write` as a counted write, then `finish`, with the map's
-/// lock held and the entry point set, for a node that is sound. The outermost write invalidates
-/// what depends on it and runs the callbacks, some with the lock and some after it. A failing write
-/// is counted out all the same, and runs no callback.
+/// Runs `check`, then `write` as a counted write, then `finish`, with the map's lock held and the
+/// entry point set, for a node without a fault. The outermost write invalidates what depends on
+/// it and runs the callbacks, some with the lock held and some after it. A write that fails is
+/// counted down all the same, and runs no callbacks.
 template <class Check, class Write, class Finish>
 void RunWrite(CNodeImpl& node, EMethod method, const Check& check, const Write& write,
               const Finish& finish) {

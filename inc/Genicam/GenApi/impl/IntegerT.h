@@ -6,8 +6,10 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// The lines and messages of integers.
+/// What CachedValueT and NumericT need to know about integers.
 struct IntegerTraits {
+    /// @name As CachedValueT and NumericT ask for
+    /// @{
     using Interface = IInteger;
     using Value = int64_t;
     using List = int64_autovector_t;
@@ -25,11 +27,11 @@ struct IntegerTraits {
     static constexpr char TooSmall[] = "Value = %ld must be equal or greater than Min = %ld.";
     static constexpr char TooLarge[] = "Value = %ld must be equal or smaller than Max = %ld.";
     static int64_t Argument(int64_t value) { return value; }
+    /// @}
 };
 
-/// Gives an implementation class the face of IInteger. What it asks of that
-/// class stands at NumericT, and `InternalGetInc()`: an integer always has an
-/// increment.
+/// Adds IInteger to an implementation class, which has what NumericT asks for, and
+/// `InternalGetInc()`: an integer always has an increment.
 template <class Base>
 class IntegerT : public NumericT<Base, IntegerTraits> {
     using Numeric = NumericT<Base, IntegerTraits>;
@@ -45,10 +47,12 @@ public:
     }
 
 protected:
+    /// The increment, for callers that are within a frame of this node already.
     int64_t GetIncInside() {
         return Numeric::LoggedLimit("GetInc...", IntegerTraits::IncEnd,
                                     [&] { return this->InternalGetInc(); });
     }
+    /// Also refuses a value that isn't the minimum plus a multiple of the increment.
     void CheckValue(int64_t value) override {
         const int64_t min = Numeric::CheckLimits(value);
         const int64_t inc = GetIncInside();

@@ -4,8 +4,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Gives a node class the operations of INode: each takes the map's lock, runs
-/// the internal form and lets go.
+/// Adds INode to a node class: each operation takes the map's lock and runs its internal form.
 template <class Base>
 class NodeT : public Base {
 public:
@@ -124,6 +123,8 @@ public:
     }
 
 protected:
+    /// Drops what followed from the access mode or visibility before. The registers are left
+    /// alone: nothing has changed in the device.
     void InvalidateImposed() override {
         InvalidateAndFire([] {});
     }

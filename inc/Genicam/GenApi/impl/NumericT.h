@@ -7,24 +7,26 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// What the typed faces of integers and floats have in common: limits, their
-/// checks, and the list of valid values.
+/// What the interfaces of integers and floats share: limits, their checks, and the list of valid
+/// values.
 ///
-/// The implementation class gives, for the lock being held:
-/// `InternalSetValue(value, verify)`, `InternalGetValue(verify, ignoreCache)`,
-/// `InternalGetMin()`, `InternalGetMax()`, `InternalGetRepresentation()`,
-/// `InternalGetUnit()`; where it knows of any also
-/// `InternalGetListOfValidValues()`, empty when every value will do.
+/// The implementation class has, for the lock being held: `InternalSetValue(value, verify)`,
+/// `InternalGetValue(verify, ignoreCache)`, `InternalGetMin()`, `InternalGetMax()`,
+/// `InternalGetRepresentation()`, `InternalGetUnit()`; and `InternalGetListOfValidValues()` if it
+/// may have such a list, empty where every value is valid.
 ///
-/// Traits, beyond what CachedValueT asks for, names the `Interface`, the `List`
-/// of values and the log lines and messages about limits.
+/// Besides what CachedValueT asks for, Traits has the `Interface`, the `List` of values, and the
+/// log lines and messages about limits.
 template <class Base, class Traits>
 class NumericT : public CachedValueT<Base, Traits>, virtual public Traits::Interface {
     using Cached = CachedValueT<Base, Traits>;
 
 public:
+    /// The interface that a client sees.
     using Interface_t = typename Traits::Interface;
+    /// The type of the value.
     using Value_t = typename Traits::Value;
+    /// The type of a list of values.
     using List_t = typename Traits::List;
 
     void SetValue(Value_t value, bool verify = true) override {
@@ -72,21 +74,22 @@ public:
     EInterfaceType InternalGetPrincipalInterfaceType() override { return Traits::InterfaceType; }
 
 protected:
-    /// The limits for those who are within a frame of this node already.
+    /// The lower limit, for callers that are within a frame of this node already.
     Value_t GetMinInside() {
         return LoggedLimit("GetMin...", Traits::MinEnd, [&] {
             Cached::RequireAvailable();
             return std::max(this->InternalGetMin(), m_ImposedMin);
         });
     }
+    /// The upper limit, likewise.
     Value_t GetMaxInside() {
         return LoggedLimit("GetMax...", Traits::MaxEnd, [&] {
             Cached::RequireAvailable();
             return std::min(this->InternalGetMax(), m_ImposedMax);
         });
     }
-    /// Refuses a value outside the limits; one that is no number is outside of
-    /// any. Gives the minimum, which steps are counted from.
+    /// Refuses a value outside the limits. One that is not a number is outside of any.
+    /// @return the minimum, from which steps are counted
     Value_t CheckLimits(Value_t value) {
         const Value_t min = GetMinInside();
         if (!(value >= min)) {
@@ -98,10 +101,10 @@ protected:
         }
         return min;
     }
-    /// What a value has to satisfy when it is verified.
+    /// Refuses a value that verification doesn't accept.
     virtual void CheckValue(Value_t value) { CheckLimits(value); }
 
-    /// What is read of the range, between its log lines.
+    /// Reads something about the range, between two log lines.
     template <class Read>
     Value_t LoggedLimit(const char* begin, const char* end, const Read& read) {
         Base::RequireSound();
@@ -112,7 +115,7 @@ protected:
         return value;
     }
 
-    /// @param hasInc  tells whether values keep a distance at all
+    /// @param hasInc  returns whether values have an increment at all
     template <class HasInc>
     EIncMode ReadIncMode(const HasInc& hasInc) {
         return RunRead(*this, meGetIncMode, false, [&] {

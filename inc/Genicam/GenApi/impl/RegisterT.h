@@ -5,7 +5,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Gives a register class the operations of IRegister.
+/// Adds the operations of IRegister to a register class.
 template <class Base>
 class RegisterT : public Base {
 public:

@@ -5,8 +5,10 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// The lines of texts.
+/// What CachedValueT needs to know about texts.
 struct StringTraits {
+    /// @name As CachedValueT asks for
+    /// @{
     using Value = gcstring;
     static constexpr EMethod SetMethod = meSetValue;
     static constexpr EMethod GetMethod = meGetValue;
@@ -16,11 +18,11 @@ struct StringTraits {
     static constexpr char GetBegin[] = "GetValue...";
     static constexpr char GetEnd[] = "...GetValue = %s";
     static const char* Argument(const gcstring& value) { return value.c_str(); }
+    /// @}
 };
 
-/// Gives an implementation class the face of IString. That class gives
-/// `InternalSetValue(value, verify)`, `InternalGetValue(verify, ignoreCache)`
-/// and `InternalGetMaxLength()`.
+/// Adds IString to an implementation class, which has `InternalSetValue(value, verify)`,
+/// `InternalGetValue(verify, ignoreCache)` and `InternalGetMaxLength()`.
 template <class Base>
 class StringT : public CachedValueT<Base, StringTraits>, virtual public IString {
 public:

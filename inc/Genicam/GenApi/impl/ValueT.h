@@ -4,7 +4,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Gives a node class the face of IValue: the value as text.
+/// Adds IValue to a node class: the value as text.
 template <class Base>
 class ValueT : public Base {
 public:
