@@ -18,7 +18,7 @@ constexpr const char* kProducers = "OvGVTL.cti;OvU3VTL.cti;KwTL.cti";
 }  // namespace
 
 const char* OVGetLibVersion(void) {
-    return "1.0.2106.9081";
+    return OV_VERSION;
 }
 
 OV_STATUS OVInitLib(void) try {
