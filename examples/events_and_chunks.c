@@ -55,7 +55,7 @@ int main(void) {
     Check(OVStreamOn(camera), "OVStreamOn");
     while (atomic_load(&listener.heard) < 3) {
         OV_FRAME_BUFFER* frame = NULL;
-        Check(OVDQBuf(camera, &frame, 2000), "OVDQBuf");
+        Check(OVDQBuf(camera, &frame, 10000), "OVDQBuf");
         printf("frame %llu\n", (unsigned long long)frame->nFrameID);
         if (frame->nStatus == OV_FRAME_STATUS_SUCCESS && frame->pImgBuf != NULL) {
             PrintChunks(frame);

@@ -17,7 +17,7 @@ int main(void) {
     Check(OVStreamOn(camera), "OVStreamOn");
     for (int i = 0; i < 10; ++i) {
         OV_FRAME_BUFFER* frame = NULL;
-        Check(OVDQBuf(camera, &frame, 2000), "OVDQBuf");
+        Check(OVDQBuf(camera, &frame, 10000), "OVDQBuf");
         if (frame->nStatus == OV_FRAME_STATUS_SUCCESS && frame->pImgBuf != NULL) {
             printf("%d x %d, mean level %llu\n", frame->nWidth, frame->nHeight,
                    Sum(frame) / (unsigned long long)frame->nImgSize);

@@ -45,7 +45,7 @@ int main(void) {
         return 1;
     }
     Check(OVStreamOn(camera), "OVStreamOn");
-    Check(OVGetImage(camera, &frame, 2000), "OVGetImage");
+    Check(OVGetImage(camera, &frame, 10000), "OVGetImage");
     Check(OVStreamOff(camera), "OVStreamOff");
     Check(OVCloseLib(), "OVCloseLib");
     if (frame.nStatus != OV_FRAME_STATUS_SUCCESS || frame.nPixelFormat != kBayerRG8) {

@@ -9,7 +9,7 @@ int main(void) {
     for (int i = 1; i <= 3; ++i) {
         OV_FRAME_BUFFER* frame = NULL;
         Check(OVSendCommand(camera, OV_FEATURE_TriggerSoftware), "TriggerSoftware");
-        Check(OVDQBuf(camera, &frame, 2000), "OVDQBuf");
+        Check(OVDQBuf(camera, &frame, 10000), "OVDQBuf");
         printf("trigger %d: frame %llu\n", i, (unsigned long long)frame->nFrameID);
         Check(OVQBuf(camera, frame), "OVQBuf");
     }
