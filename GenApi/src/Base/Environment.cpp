@@ -88,11 +88,13 @@ gcstring GetModulePathFromFunction(void* function) {
         return {};
     }
     std::array<char, PATH_MAX> path{};
+    // Callers look for files beside the module, which may have been loaded by a relative
+    // path or through a link.
     return realpath(info.dli_fname, path.data()) == nullptr ? "" : path.data();
 }
 
 /// The order is that of the system's pattern search, which sorts. The text of the failure is
-/// known from reports.
+/// fixed: programs may compare it.
 void GetFiles(const gcstring& pattern, gcstring_vector& files, bool onlyDirectories) {
     gcstring expanded = pattern;
     ReplaceEnvironmentVariables(expanded);
@@ -100,6 +102,7 @@ void GetFiles(const gcstring& pattern, gcstring_vector& files, bool onlyDirector
     const std::unique_ptr<glob_t, void (*)(glob_t*)> free(&found, &globfree);
     const int result =
         glob(expanded.c_str(), GLOB_ERR | (onlyDirectories ? GLOB_ONLYDIR : 0), nullptr, &found);
+    // An empty folder is an answer. A folder that can't be read is a failure.
     if (result == GLOB_NOMATCH) {
         return;
     }

@@ -18,7 +18,8 @@ struct Folder {
     gcstring value;
 };
 
-/// Made at the first use, since other modules may ask while the library is still being loaded.
+/// Made at the first call: a host may set a folder while static objects are still being
+/// constructed. The message is a whole for each, so that a user finds in it what to do.
 Folder& CacheFolder() {
     static Folder folder{"GENICAM_CACHE_V3_0",
                          "GenICam cache folder not set. Call SetGenICamCacheFolder(path) or set "
@@ -63,11 +64,14 @@ gcstring Get(const Folder& folder) {
             return folder.value;
         }
     }
+    // The environment is read without the lock, which guards only our own values.
     gcstring value;
     if (!GetValueOfEnvironmentVariable(folder.variable, value)) {
         RUNTIME_EXCEPTION("%s", folder.message);
     }
     const size_t length = value.size();
+    // Callers append a separator and a name. What a host sets is its own business;
+    // variables are typed by people.
     const bool endsInSeparator =
         length > 0 && (value.c_str()[length - 1] == '/' || value.c_str()[length - 1] == '\\');
     return endsInSeparator ? value.substr(0, length - 1) : value;

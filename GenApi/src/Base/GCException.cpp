@@ -72,6 +72,7 @@ void GenericException::AssembleMessage() {
     if (!m_EntryPoint.empty()) {
         message.append(" while calling '").append(m_EntryPoint.c_str()).append("'");
     }
+    // Without the folder, which differs from one build machine to the next.
     message.append(" (file '").append(FileNameOf(m_SourceFileName.c_str())).append("', line ");
     message.append(std::to_string(m_SourceLine)).append(")");
     m_What.assign(message.c_str(), message.size());
@@ -80,8 +81,6 @@ void GenericException::AssembleMessage() {
 /// The exception takes memory itself. If there is none for it, making its texts would come back
 /// here for ever; the mark of the thread turns that into a plain std::bad_alloc.
 void ThrowBadAlloc(const char* file, unsigned line) {
-    // The exception takes memory itself. Where there is none for it, its texts would
-    // come back here for ever.
     static thread_local bool isThrowing = false;
     if (isThrowing) {
         throw std::bad_alloc();

@@ -1,5 +1,7 @@
-// The engine's own text. All that changes it goes through Mutate, which keeps the copy of the
-// character pointer true and turns a failed allocation into the engine's exception.
+// A string with virtual operations, so that it may cross from a library built with one
+// standard library to a program built with another. Its character pointer is a field of
+// its own and must be refreshed after every change: short texts are stored in the string
+// object.
 
 #include "Base/GCString.h"
 
@@ -16,7 +18,7 @@ const char* NotNull(const char* text) {
     return text == nullptr ? "" : text;
 }
 
-/// Runs `make`; an allocation that fails leaves as the engine's own exception.
+/// Runs `make` and turns an allocation that fails into the engine's own exception.
 template <class Make>
 auto Allocating(const Make& make) {
     try {
@@ -28,7 +30,8 @@ auto Allocating(const Make& make) {
 
 }  // namespace
 
-/// A text that is too long for any memory is a failed allocation, too.
+/// Every change passes here: standard exceptions must not leave the engine, and the
+/// pointer must not be forgotten.
 template <class Change>
 gcstring& gcstring::Mutate(const Change& change) {
     try {
@@ -174,6 +177,8 @@ gcstring& gcstring::operator+=(char character) {
     return append(1, character);
 }
 
+/// The memory comes from this library and goes back to it, whichever allocator the
+/// program has.
 void* gcstring::operator new(size_t size) {
     return Allocating([size] { return ::operator new(size); });
 }

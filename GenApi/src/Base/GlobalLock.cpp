@@ -1,5 +1,6 @@
-// A lock between processes: a named semaphore, with a locked file beside it that tells whether
-// the holder is alive. Processes that know of the semaphore alone can still take part.
+// The lock that processes share, for the cache of node maps. It has to survive that a
+// holder is killed at any moment, and to work beside processes that know only the
+// semaphore.
 
 #include "Base/GlobalLock.h"
 
@@ -46,13 +47,14 @@ sem_t* Open(const gcstring& hashedName) {
 /// rather than in a folder, so that it is gone after a restart, as the semaphore is.
 int OpenLockFile(const gcstring& hashedName) {
     const gcstring name = hashedName + ".lock";
-    // Where the file is another user's, the system may refuse what could make it.
+    // Opened without O_CREAT first: with it, the system may refuse a file that another
+    // user owns.
     const auto open = [&name] { return shm_open(name.c_str(), O_RDONLY, 0); };
     int file = open();
     if (file == COpenFile::kNone && errno == ENOENT) {
         file = shm_open(name.c_str(), O_RDONLY | O_CREAT | O_EXCL, kLockFileMode);
         if (file != COpenFile::kNone) {
-            fchmod(file, kLockFileMode);  // whatever the process lets its files be
+            fchmod(file, kLockFileMode);  // whatever the mask is
         } else if (errno == EEXIST) {
             file = open();
         }
@@ -65,7 +67,7 @@ class CLockFile {
 public:
     explicit CLockFile(const gcstring& hashedName) : m_File(OpenLockFile(hashedName)) {}
 
-    /// True also without a file: there is the semaphore alone then.
+    /// True also without a file: then there is only the semaphore.
     bool TryLock() {
         if (!m_IsLocked && m_File.IsOpen() && flock(m_File.Get(), LOCK_EX | LOCK_NB) == 0) {
             m_IsLocked = true;
@@ -73,8 +75,8 @@ public:
         }
         return m_IsLocked || !m_File.IsOpen();
     }
-    /// Whether a holder of the semaphore must have died, or know of no file: for
-    /// so long has the file been ours without it.
+    /// Whether the holder of the semaphore must have died, or knows of no file: the file
+    /// has been ours for that long, and the semaphore hasn't.
     bool IsLockedForLong() const { return m_IsLocked && Clock::now() - m_Since >= kGrace; }
     int Release() { return m_File.Release(); }
 
@@ -89,7 +91,6 @@ private:
 uint64_t Hash(const gcstring& name) {
     uint64_t hash = 5381;
     for (size_t i = 0; i < name.size(); ++i) {
-        // The sign is part of the hash, which other processes reckon alike.
         // NOLINTNEXTLINE(bugprone-signed-char-misuse)
         const auto byte = static_cast<int64_t>(static_cast<signed char>(name.c_str()[i]));
         hash = (hash * 33) ^ static_cast<uint64_t>(byte);
@@ -128,6 +129,8 @@ CGlobalLock::~CGlobalLock() noexcept(false) {
 bool CGlobalLock::Lock(unsigned timeoutMilliseconds) {
     const auto begin = Clock::now();
     const std::chrono::milliseconds limit(timeoutMilliseconds);
+    // The file comes before the semaphore: the kernel releases it when its holder dies,
+    // so one who has it may draw conclusions from the semaphore.
     CLockFile file(m_HashedName);
     while (!file.TryLock() || (sem_trywait(m_pSemaphore) != 0 && !file.IsLockedForLong())) {
         const auto elapsed =
@@ -152,7 +155,8 @@ void CGlobalLock::Unlock() {
     }
     --m_DebugCount;
     if (file.IsOpen()) {
-        // A process that was forked meanwhile has the file open, too.
+        // A process that was forked meanwhile has the file open, too, and closing ours
+        // wouldn't release it.
         flock(file.Get(), LOCK_UN);
     }
 }

@@ -46,6 +46,9 @@ void CheckLockOrder(const void* lock, LockRank rank, const void* camera) {
     if (rank == LockRank::None || t_held.Find(lock) != t_held.end()) {
         return;
     }
+    // A callback of one camera may use any other camera, whose locks start at the lowest
+    // rank again: only what the thread has taken since the callback began counts. For a
+    // camera whose own callback the thread runs, everything that it holds counts.
     const CApplicationCall* call = t_call;
     while (call != nullptr && call->m_camera != camera) {
         call = call->m_outer;
@@ -74,6 +77,7 @@ void NoteLocked(const void* lock, LockRank rank) {
 void NoteUnlocked(const void* lock) {
     Held* const held = t_held.Find(lock);
     if (held != t_held.end() && --held->times == 0) {
+        // Locks needn't be released in the reverse order.
         std::move(held + 1, t_held.end(), held);
         --t_held.count;
     }

@@ -57,6 +57,7 @@ gcstring UrlDecode(const gcstring& text) {
             decoded += static_cast<char>(byte);
             rest.remove_prefix(3);
         } else {
+            // A lone "%" is kept: names of files may hold one.
             decoded += rest.front();
             rest.remove_prefix(1);
         }

@@ -22,8 +22,8 @@ constexpr const char* kIndent = "  ";
 std::atomic<const CLogBackend*> s_Backend{nullptr};
 std::once_flag s_Searched;
 
-/// The backend in use. The first call looks for the system's library, then for a log
-/// that the user has switched on.
+/// The backend in use. The first call looks for the system's library, then for a log that
+/// the user has switched on. A backend that was set before takes the place of both.
 const CLogBackend* Backend() {
     std::call_once(s_Searched, [] {
         if (s_Backend.load() == nullptr) {
@@ -78,8 +78,10 @@ void CLog::WriteFormatted(void* logger, int level, const char* format, va_list a
     if (backend == nullptr || !IsEnabled(logger, level)) {
         return;
     }
+    // Numbers have a point in a log, whatever locale the application has.
     const CPlainLocale plain;
     va_list again;
+    // The first pass measures and uses up the list; the second writes.
     va_copy(again, arguments);
     // The analyzer doesn't see that the callers' va_start sets the list.
     // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized)

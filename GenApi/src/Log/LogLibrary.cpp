@@ -104,6 +104,7 @@ bool ConfigureLogLibraryFromFile(const CLogBackend& backend, const gcstring& fil
     }
     Say(backend, LogInfo, std::string("Loading logger parameter file '") + fileName.c_str() + "'");
     std::ostringstream text;
+    // Every line ends in a line feed, also the last one of a file that lacks it.
     for (std::string line; std::getline(file, line);) {
         text << line << '\n';
     }
@@ -114,6 +115,7 @@ bool ConfigureLogLibraryFromFile(const CLogBackend& backend, const gcstring& fil
 /// The library stays loaded: loggers are used until the end of the process.
 const CLogBackend* FindLogLibrary() {
     void* library = dlopen((ExecutableFolder() + kLibraryName).c_str(), RTLD_LAZY);
+    // A program may bring its own library.
     if (library == nullptr) {
         library = dlopen(kLibraryName, RTLD_LAZY);
     }
@@ -123,6 +125,8 @@ const CLogBackend* FindLogLibrary() {
 
 void ConfigureLogLibrary(const CLogBackend& backend) {
     ResetToDefault(backend);
+    // Only errors by default. While the library is configured, the lines about that are
+    // to be seen, too.
     backend.SetRootLevel(LogError);
     backend.SetRootLevel(LogInfo);
     try {

@@ -49,8 +49,8 @@ void WriteIndented(void* logger, int level, const char* line) {
 
 const CLogBackend* FindUserLog() {
     static const CLogBackend backend = {
-        // The engine asks for those above a category first: below them may be one that
-        // is wanted.
+        // The engine first asks for the parent of a category. The parent may be unwanted
+        // while the category itself is wanted.
         [](const char*) { return true; },
         [](const char* name) { return Loggers::GetInstance().Find(name); },
         [](void* logger, int level) {

@@ -65,7 +65,7 @@ void ForEachPiece(std::string_view text, char separator, const Use& use) {
     }
 }
 
-/// No parts for "all": then every category has them.
+/// "all" has no parts, and every category contains that.
 std::vector<std::string> PartsOf(std::string_view category) {
     std::vector<std::string> parts;
     if (category != kAll) {
@@ -74,7 +74,8 @@ std::vector<std::string> PartsOf(std::string_view category) {
     return parts;
 }
 
-/// Whether a category has these parts in this order; other parts may be in between.
+/// Whether a category has these parts, in this order, possibly with others between them:
+/// the middle of a category is the name of a device, which nobody wants to spell out.
 bool HasParts(std::string_view category, const std::vector<std::string>& parts) {
     auto next = parts.begin();
     ForEachPiece(category, '.', [&](std::string_view part) {
@@ -109,6 +110,7 @@ std::string Variable(const char* name) {
 }  // namespace
 
 CUserLog& CUserLog::GetInstance() {
+    // Never destroyed, because threads write to it until the process ends.
     static auto* const log =
         std::make_unique<CUserLog>(Variable("OV_LOG"), Variable("OV_LOG_FILE")).release();
     return *log;
@@ -125,6 +127,7 @@ CUserLog::CUserLog(std::string_view wanted, const std::string& fileName) : m_Fil
     }
     if (!fileName.empty()) {
         constexpr mode_t kMode = 0644;
+        // Appended to and not emptied: several processes may write to one file.
         const int file = open(fileName.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, kMode);
         m_IsOwnFile = file >= 0;
         m_File = m_IsOwnFile ? file : STDERR_FILENO;
@@ -177,7 +180,7 @@ void CUserLog::Write(std::string_view category, int level, std::string_view subj
                                       : std::string(subject) + ": " + std::string(line));
         }
     } catch (const std::exception&) {
-        // There is nowhere to tell of it.
+        // There is nowhere to report it.
         return;
     }
 }

@@ -1,5 +1,6 @@
-// Binds the chunks of frames to port nodes. What the transports' layouts have to do with it is in
-// ChunkAdapterTrailer.cpp and ChunkLayout.h.
+// Chunks are data that a camera appends to a frame. Each port node with a chunk's
+// identifier gets a chunk port, through which its features read the frame in place of the
+// device.
 
 #include "GenApi/ChunkAdapter.h"
 
@@ -35,8 +36,7 @@ void CChunkAdapter::AttachNodeMap(INodeMap* map) {
     for (INode* const node : nodes) {
         auto* const chunk = dynamic_cast<IChunkPort*>(node);
         if (chunk != nullptr && !chunk->GetChunkID().empty()) {
-            // A wrong identifier is a fault of its node alone; the chunks of all others stay
-            // readable.
+            // One wrong identifier must not cost the camera its other chunks.
             VisitUnlessFaulty(*node, [&] {
                 ports.push_back(std::make_unique<CChunkPort>(dynamic_cast<IPort*>(node)));
             });

@@ -55,6 +55,8 @@ bool CChunkAdapterDcam::HasCRC(const uint8_t* buffer, int64_t length) {
         return false;
     }
     const uint8_t* const end = buffer + length;
+    // Nothing announces a checksum. A trailer ends in its length and the inverse of that,
+    // so one that ends four bytes before the buffer's end leaves room for a checksum.
     return WordBefore(end, 12) == ~WordBefore(end, 8);
 }
 
@@ -70,6 +72,7 @@ uint16_t CChunkAdapterDcam::CRC16(const uint8_t* bytes, int64_t length) {
 /// The CRC covers all bytes before it.
 bool CChunkAdapterDcam::CheckBuffer(const uint8_t* buffer, int64_t length) {
     RequireBuffer(buffer, length);
+    // The sum has 16 bits, the word 32: its upper half must be 0.
     return length >= kCrcBytes &&
            WordBefore(buffer + length, kCrcBytes) == CRC16(buffer, length - kCrcBytes);
 }

@@ -28,7 +28,7 @@ void CheckIdentifier(const SingleChunkDataStr_t& chunk) {
     }
 }
 
-/// The identifier in the form in which ports are asked.
+/// The identifier in the form in which ports compare it.
 uint64_t IdentifierOf(const SingleChunkData_t& chunk) {
     return chunk.ChunkID;
 }
@@ -100,6 +100,7 @@ void CChunkAdapterGeneric::Attach(uint8_t* buffer, const Chunk* chunks, int64_t 
         RUNTIME_EXCEPTION("Invalid chunk data passed to chunk adapter!");
     }
     const std::span list(chunks, static_cast<size_t>(count));
+    // All before the first one is bound, so that a bad list changes nothing.
     for (const Chunk& chunk : list) {
         CheckChunk(chunk);
     }

@@ -23,12 +23,14 @@ bool MatchesNumber(const CChunkPort& port, const uint8_t* identifier) {
     return port.CheckChunkID(ReadWord(identifier, std::endian::little));
 }
 
-/// Descriptions may name only the first bytes of the GUID.
+/// A port may name only the first bytes of a GUID. One that names more than there are
+/// never matches.
 bool MatchesGuid(const CChunkPort& port, const uint8_t* identifier) {
     const int64_t length = port.GetChunkIDLength();
     return length <= kGuidBytes && port.CheckChunkID(identifier, length);
 }
 
+/// A buffer that is only a trailer holds no chunk.
 constexpr ChunkLayout kGEV = {.trailer = 8,
                               .shortestBuffer = 9,
                               .identifier = 8,
@@ -51,6 +53,8 @@ constexpr ChunkLayout kU3V = {.trailer = 8,
                               .matches = MatchesNumber,
                               .name = "parser"};
 
+/// The length counts the trailer. It comes a second time, inverted, by which a trailer is
+/// recognised.
 constexpr ChunkLayout kDcam = {.trailer = 24,
                                .shortestBuffer = 24,
                                .identifier = 24,

@@ -18,11 +18,12 @@ using GenICam_3_0_ORVANE::CLock;
 
 namespace {
 
-/// Addresses that no chunk is long enough to have: reads from them are about the chunk itself.
+/// At these addresses, which no chunk reaches, nodes find out about the chunk itself:
+/// where it is and how long. A register that counts from the chunk's end needs the latter.
 constexpr int64_t kPlaceAddress = 0x7FFFFFFFFFFFFFFF;
 constexpr int64_t kLengthAddress = 0x7FFFFFFFFFFFFFF0;
 
-/// The text of the failure is the broken condition, as users know it.
+/// The text of the failure is the broken condition. It is fixed: programs may compare it.
 CPortID IdentifierOf(IChunkPort& port, INode& node) {
     const gcstring ChunkID = port.GetChunkID();
     return {
@@ -49,13 +50,13 @@ void CChunkPort::AttachPort(IPort* port) {
     DetachPort();
     m_ptrPort = CPointer<INode>(port);
     OV_ASSERT(m_ptrPort.IsValid() && "its not a port???");
-    // Not ours yet: what follows may fail.
+    // Not ours until its identifier is known: a failure leaves the node as it was.
     const CPointer<INode> node = std::exchange(m_ptrPort, {});
     const CPointer<IChunkPort> chunkPort(port);
     m_ChunkID = IdentifierOf(*chunkPort, *node);
     m_CacheData = chunkPort->CacheChunkData() == Yes;
     m_ptrPort = node;
-    // From here on the node reads from here, and gives itself to SetPortImpl.
+    // From here on the node reads from here. It hands itself to SetPortImpl below.
     CPointer<IPortConstruct>(port)->SetPortImpl(this);
 }
 
@@ -106,6 +107,8 @@ void CChunkPort::AttachChunk(uint8_t* base, int64_t offset, int64_t length, bool
     if (m_CacheData) {
         FillCopy();
     }
+    // With the lock still held, so that nobody reads the new chunk together with values
+    // that are kept of the old one.
     InvalidateNode();
 }
 
@@ -161,7 +164,7 @@ EAccessMode CChunkPort::GetAccessMode() {
 }
 
 uint8_t* CChunkPort::GetData() const {
-    // A copy that an earlier buffer left behind is memory to reuse, no data.
+    // A copy that is left from an earlier buffer is memory to be used again, not data.
     if (m_CacheData && m_pChunkData) {
         return m_pChunkData.get();
     }
@@ -178,7 +181,7 @@ uint8_t* CChunkPort::Find(int64_t address, int64_t length) const {
     return isWithin && data != nullptr ? data + start : nullptr;
 }
 
-/// The text is known from reports, though it names the wrong port.
+/// The text is fixed, though it names the wrong port: programs may compare it.
 void CChunkPort::RequirePort() const {
     if (!m_ptrPort.IsValid()) {
         RUNTIME_EXCEPTION("The event port is not attached to a node");
@@ -190,7 +193,8 @@ bool CChunkPort::ReadAboutChunk(void* buffer, int64_t address, int64_t length) c
     if (length != sizeof(int64_t) || (!isPlace && address != kLengthAddress)) {
         return false;
     }
-    // The offset outlives the buffer, so the sum may be no pointer any more.
+    // Added as numbers: the offset outlives the buffer, so the sum may no longer be a
+    // pointer.
     const int64_t place = static_cast<int64_t>(reinterpret_cast<intptr_t>(m_pBaseAddress));
     const int64_t value = isPlace ? place + m_ChunkOffset : m_Length;
     std::memcpy(buffer, &value, sizeof(value));

@@ -45,8 +45,8 @@ uint32_t UpperHalf(uint32_t quadlet) {
 
 }  // namespace
 
-/// By differences rather than sums, which could overflow. The text has addresses in memory, as
-/// known from reports.
+/// By differences rather than sums, which could overflow. The text is fixed and has addresses
+/// in memory.
 void ConfRomReader::CheckAddressRange(Place place, size_t quadlets) const {
     const size_t all = m_Image.size() / kQuadletBytes;
     if (place > all || quadlets > all - place) {

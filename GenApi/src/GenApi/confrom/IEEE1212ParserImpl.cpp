@@ -41,13 +41,12 @@ void CIEEE1212ParserImpl::SetInvalid(ESetInvalidMode mode) {
     if (IsReadable(InternalGetAccessMode()) && !IsSameUnit()) {
         m_Entries = {};
     }
-    // The port may not have been invalidated yet, so its answer is not for
-    // keeping.
+    // The port may not have been invalidated yet, so its answer must not be kept.
     m_AccessModeCache = _UndefinedAccesMode;
 }
 
-/// A ROM that can't be read now may be another one. What is in it is found out at the next read,
-/// which reports the failure.
+/// A ROM that can't be read now may be another unit's, so its entries are dropped. The
+/// next read finds out and reports the failure.
 bool CIEEE1212ParserImpl::IsSameUnit() {
     try {
         std::array<uint8_t, ConfRomReader::kHeadBytes> head{};
@@ -58,8 +57,8 @@ bool CIEEE1212ParserImpl::IsSameUnit() {
     }
 }
 
-/// Memory for the whole ROM, whose length may be anything that a description claims. The text is
-/// known from reports.
+/// Allocates memory for the whole ROM. The description says how long it is, and may say
+/// anything.
 RegisterBytes CIEEE1212ParserImpl::AllocateImage(int64_t length) {
     try {
         return {*this, length};
@@ -73,7 +72,8 @@ RegisterBytes CIEEE1212ParserImpl::AllocateImage(int64_t length) {
 void CIEEE1212ParserImpl::ParseConfRom(uint32_t key) {
     const int64_t length = InternalGetLength();
     RegisterBytes image = AllocateImage(length);
-    // What is kept of the ROM are the entries: the port's bytes may be another unit's.
+    // Past the port's own bytes, which may be another unit's: what is kept of the ROM are
+    // the entries.
     InternalGet(image.Data(), length, false, true);
     try {
         const ConfRomReader rom({image.Data(), static_cast<size_t>(length)});
@@ -85,7 +85,7 @@ void CIEEE1212ParserImpl::ParseConfRom(uint32_t key) {
         rom.Find(key, m_UnitSpecifier, m_Entries);
     } catch (const GenICam_3_0_ORVANE::RuntimeException& failure) {
         m_Entries = {};
-        // The reader knows of no nodes; who reads of the failure wants the name.
+        // The reader knows of no nodes; a user who reads the failure wants the name.
         RUNTIME_EXCEPTION_NODE("%s", failure.GetDescription());
     }
 }
@@ -94,6 +94,8 @@ void CIEEE1212ParserImpl::ParseConfRom(uint32_t key) {
 /// isn't parsed again, and isn't found.
 template <class Values>
 auto CIEEE1212ParserImpl::Find(const Values& values, uint32_t key) {
+    // A key that the ROM lacks is looked for each time: it may have come with another
+    // unit.
     if (!m_Entries.Holds(key)) {
         ParseConfRom(key);
     }
@@ -150,7 +152,6 @@ void CConfRomKeyImpl::SetProperty(const CProperty& property) {
 
 /// Without a fault of its own, the link leads to a node of another kind.
 void CConfRomKeyImpl::FinalConstruct() {
-    // Without a fault it is a node of another kind.
     if (m_pParser == nullptr && FindFault() == nullptr) {
         RUNTIME_EXCEPTION_NODE("The 'p1212Parser' of a key is no parser.");
     }

@@ -1,4 +1,5 @@
-// Hands the events of a device's messages to the nodes that declare them.
+// Events are messages that a camera sends by itself. Each node with an event's identifier
+// gets an event port, which keeps the last message of that kind for the node to read.
 
 #include "GenApi/EventAdapter.h"
 
@@ -45,7 +46,8 @@ void CEventAdapter::DetachNodeMap() {
     }
 }
 
-/// Several nodes may declare one event, for its parts for example.
+/// Several nodes may declare one event, for its parts for example. The lock is taken port by port
+/// and not for the whole message: a callback of one node may take as long as it likes.
 template <class Matches>
 void CEventAdapter::AttachEventIf(const uint8_t* data, int64_t length, const Matches& matches) {
     for (const auto& port : m_EventPorts) {

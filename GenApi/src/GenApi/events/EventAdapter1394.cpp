@@ -48,6 +48,8 @@ void CEventAdapter1394::DeliverEventMessage(const EventData1394& message, int64_
     GCLOGINFO(m_pImpl->m_pLog, "Received request %d with %d events: \n", static_cast<int>(request),
               static_cast<int>(count));
     EventItems items(layout, bytes.subspan(layout.events));
+    // The count comes from the device. Each step checks that the message still has an
+    // event.
     for (uint32_t i = 0; i < count; ++i) {
         const EventItem item = items.Next();
         GCLOGINFO(m_pImpl->m_pLog, "Event %d\n", static_cast<int>(item.id));

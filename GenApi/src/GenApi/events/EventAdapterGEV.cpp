@@ -13,7 +13,8 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
-/// What a packet of the control channel holds.
+/// Every network carries a datagram of this length in one piece, and the protocol keeps to
+/// it.
 constexpr size_t kLongestRequest = 576;
 /// A flag in the second byte of the message.
 constexpr uint8_t kExtendedID = 0x10;
@@ -21,7 +22,7 @@ constexpr uint8_t kExtendedID = 0x10;
 constexpr uint32_t kEventCommand = 0xC0;
 constexpr uint32_t kEventDataCommand = 0xC2;
 
-/// What the first event of a request holds at least.
+/// A kind of request, and the least that its first event holds.
 struct EventRecord {
     uint32_t command;
     bool isExtended;
@@ -68,7 +69,8 @@ void CEventAdapterGEV::DeliverMessage(const uint8_t* bytes, int64_t length) {
     if (told > message.size() - layout.events) {
         RUNTIME_EXCEPTION("Malformed message - too large");
     }
-    // Data without a size belong to one event, however much they are.
+    // An event without a size of its own has that of its kind. Data without a size belong
+    // to one event, however much they are.
     const size_t size = command == kEventDataCommand ? told : record.size;
     EventItems items(layout, message.subspan(layout.events, told), size);
     while (!items.IsAtEnd()) {
@@ -84,6 +86,8 @@ void CEventAdapterGEV::DeliverEventItem(const EventItem& item) {
         return;
     }
     const size_t size = item.bytes.size();
+    // Features may read the size from the event, so it's filled in, in a copy: the
+    // message is the caller's.
     std::array<uint8_t, kLongestRequest> copy;
     std::copy(item.bytes.begin(), item.bytes.end(), copy.begin());
     copy[0] = static_cast<uint8_t>(size >> 8);

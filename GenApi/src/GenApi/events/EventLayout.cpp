@@ -17,7 +17,7 @@ constexpr const char* kTooLong = "Malformed message - reported length larger tha
 constexpr const char* kTooShort =
     "Malformed message - reported length shorter than minimal event size";
 constexpr const char* kCorrupted = "Corrupted event data";
-/// The text is the broken condition, as users know it, with its spelling.
+/// The text is fixed, slips included: programs may compare it.
 constexpr const char* kUnequalItems =
     "totalSize == curentPosition && \"the buffer must hold a number of equzally sized event "
     "items\"";
@@ -140,6 +140,8 @@ EventItem EventItems::Next() {
     }
     const size_t field = ReadField(m_Layout, m_Rest.data());
     m_Size = SizeOf(field);
+    // Also the guard against an event of no length, at which the walk would never move
+    // on.
     if (m_Size < items.shortest) {
         RUNTIME_EXCEPTION("%s", items.tooShort);
     }

@@ -17,7 +17,7 @@ using GenICam_3_0_ORVANE::CLock;
 
 namespace {
 
-/// The text of the failure is the broken condition, as users know it.
+/// The text of the failure is the broken condition. It is fixed: programs may compare it.
 CPortID IdentifierOf(INode& node) {
     const gcstring EventID = node.GetEventID();
     return {{EventID.c_str(), EventID.length()},
@@ -38,8 +38,8 @@ CEventPort::~CEventPort() {
     try {
         DetachNode();
     } catch (...) {  // NOLINT(bugprone-empty-catch)
-        // Raised by a callback of a node that is detached by now: there is
-        // nobody left to be told.
+        // A callback has raised it. The node is detached all the same, and a destructor
+        // has nobody to report to.
     }
 }
 
@@ -51,11 +51,11 @@ void CEventPort::AttachNode(INode* node) {
     DetachNode();
     m_ptrNode = CPointer<INode>(node);
     OV_ASSERT(m_ptrNode.IsValid() && "every port is a node");
-    // Not ours yet: what follows may fail.
+    // Not ours until its identifier is known: a failure leaves the node as it was.
     const CPointer<INode> own = std::exchange(m_ptrNode, {});
     m_EventID = IdentifierOf(*own);
     m_ptrNode = own;
-    // From here on the node reads from here, and gives itself to SetPortImpl.
+    // From here on the node reads from here. It hands itself to SetPortImpl below.
     const CPointer<IPortConstruct> port(m_ptrNode);
     if (port.IsValid()) {
         port->SetPortImpl(this);
@@ -171,6 +171,7 @@ void CEventPort::CopyOut(void* buffer, int64_t address, int64_t length) {
     if (mode != RO) {
         RefuseAccess("read from", address, mode);
     }
+    // By subtraction, because the sum of two numbers from a description may overflow.
     const bool isWithin = address >= 0 && address <= m_EventDataLength && length >= 0 &&
                           length <= m_EventDataLength - address;
     if (!isWithin) {

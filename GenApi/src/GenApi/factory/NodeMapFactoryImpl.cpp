@@ -18,6 +18,8 @@ namespace GenApi_3_0_ORVANE {
 /// Only names of zipped files have ever been allowed to hold variables.
 gcstring CNodeMapFactory::CNodeMapFactoryImpl::Source::GetFileName() const {
     gcstring name = fileName;
+    // The parser does the same with this name, and nothing with that of a plain file: the
+    // hash has to be of the file that is parsed.
     if (contentType == ContentType_ZippedXml) {
         GenICam_3_0_ORVANE::ReplaceEnvironmentVariables(name);
     }
@@ -68,6 +70,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::AddInjectionData(Pointer other) {
     if (other->Holds(*this)) {
         INVALID_ARGUMENT_EXCEPTION("A camera description can't be injected into itself.");
     }
+    // From now on its own description is needed, which a cache file can't tell apart from
+    // what preprocessing has added.
     other->m_IsInjected = true;
     m_Injected.push_back(std::move(other));
 }
@@ -139,6 +143,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Inject() {
         if (other->m_IsFromCache) {
             RUNTIME_EXCEPTION("Injected camera description file data must not be preprocessed.");
         }
+        // Only what is complete in itself is merged: a dangling link would otherwise be
+        // blamed on the camera's description.
         other->m_Map.CheckConsistency();
         m_Map.Inject(other->m_Map);
     }
@@ -151,6 +157,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Preprocess(LiveNodes* pLiveNodes) {
         return;
     }
     RequireSource("preprocess");
+    // Before anything is read: a caller that insists on the cache shouldn't wait for a
+    // description first.
     RefuseForcedCache();
     if (!UsesCache()) {
         LoadAndInject();
@@ -160,8 +168,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Preprocess(LiveNodes* pLiveNodes) {
     uint32_t hash = 0;
     if (!m_isLoaded) {
         hash = ComputeHash();
-        // What comes from the cache can't be merged: nothing tells what of it the
-        // description has given.
+        // What comes from the cache can't be merged: nothing in it shows what the
+        // description itself gave.
         const bool isToBeMerged =
             m_IsInjected && pLiveNodes == nullptr && m_CacheUsage != CacheUsage_ForceRead;
         if (!isToBeMerged && CacheRead(hash, pLiveNodes)) {
@@ -171,6 +179,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Preprocess(LiveNodes* pLiveNodes) {
     // Nothing is written to the cache that isn't consistent: whoever reads it doesn't check
     // again.
     LoadAndInject();
+    // Preprocessing checks the same with another text. Callers that use a cache get this
+    // one.
     ClearOnFailure([this] { m_Map.CheckConsistency(); });
     PreprocessDescription();
     CacheWrite(hash);
@@ -201,6 +211,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::ReleaseSource() {
     m_isLoaded = false;
     m_isPreprocessed = false;
     m_IsReleased = true;
+    // Releasing is for the sake of memory, and what was injected holds as much.
     for (const Pointer& other : m_Injected) {
         other->ReleaseSource();
     }
@@ -215,8 +226,10 @@ auto CNodeMapFactory::CNodeMapFactoryImpl::ExtractIndependentSubtree(const gcstr
     RefuseForcedCache();
     auto subtree = std::make_shared<CNodeMapFactoryImpl>();
     subtree->m_CacheUsage = CacheUsage_Automatic;
+    // A part has no description of its own, so what needs one is refused.
     subtree->m_IsReleased = true;
     uint32_t hash = 0;
+    // A part that the cache has spares even the loading of the whole.
     if (UsesCache() && !m_IsReleased) {
         hash = ComputeHash(nodeName.c_str() + std::string(renameToRoot ? " renamed to Root" : ""));
         if (subtree->CacheRead(hash, nullptr)) {
@@ -238,6 +251,7 @@ auto CNodeMapFactory::CNodeMapFactoryImpl::ApplyStyleSheet(const gcstring& fileN
             "Cannot apply stylesheet, no camera description file data has been provided to the "
             "node map factory.");
     }
+    // Before the description is read, which may be large.
     CheckStyleSheet(fileName);
     Source transformed;
     transformed.text = Transform(m_Source.Read(), fileName.c_str()).c_str();

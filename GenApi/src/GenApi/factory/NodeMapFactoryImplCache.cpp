@@ -20,7 +20,8 @@ bool FitsCacheFile(const CNodeDataMap& map) {
     return map.GetNumNodeIDs() <= kCacheFileMaxCount && map.GetNumStrings() <= kCacheFileMaxCount;
 }
 
-/// What tells results of one source apart. The texts are part of existing file names.
+/// What changes the result beside the description itself, and so belongs in the hash. The
+/// level keeps a description apart from the one that it is injected into.
 std::string Circumstances(const std::string& subtreeName, int level, bool suppressStrings) {
     std::string text;
     if (!subtreeName.empty()) {
@@ -35,8 +36,9 @@ std::string Circumstances(const std::string& subtreeName, int level, bool suppre
     return text;
 }
 
-/// The bytes of the file of a description; none if there is no file, or none that could be
-/// checked. The lock between processes ends with the reading.
+/// The bytes of a description's file; none without a file, or when it couldn't be
+/// checked. The lock between processes is held only while the file is read: what is made
+/// of the bytes takes longer, and other processes shouldn't wait for it.
 struct CachedBytes {
     CachedBytes(const gcstring& folder, uint32_t hash) {
         const CCacheFile file(folder, hash);
@@ -54,8 +56,9 @@ struct CachedBytes {
     bool isIntact = false;
 };
 
-/// Returns a reader that has failed already if the bytes aren't those that were written. A file
-/// of another form isn't held against its checksum: that it is foreign says more.
+/// Returns a reader that has failed already when the bytes aren't those that were
+/// written. A file of another format comes first: its checksum, if it has any, means
+/// nothing here.
 CCacheReader MakeReader(const CachedBytes& file) {
     CCacheReader header(*file.bytes);
     header.Header();
@@ -115,10 +118,13 @@ void CNodeMapFactory::CNodeMapFactoryImpl::FeedHash(CDescriptionHash& hash,
 
 /// @return false if the description has to be read from its source
 bool CNodeMapFactory::CNodeMapFactoryImpl::CacheRead(uint32_t hash, LiveNodes* pLiveNodes) {
+    // A hash of 0 means that there is none.
     if (UsesCache() && hash != 0) {
         const CachedBytes file(m_CacheFolder, hash);
         if (file.bytes) {
             CCacheReader reader = MakeReader(file);
+            // Twice: what the header and the checksum show is known before anything is
+            // built, and what the lists hold only afterwards.
             RequireGood(reader, file.name);
             TakeFromCache(reader, pLiveNodes);
             RequireGood(reader, file.name);
@@ -140,6 +146,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::TakeFromCache(CCacheReader& reader,
         return;
     }
     m_Map.FromFile(reader);
+    // A part of a map is worse than none.
     if (!reader.IsGood()) {
         m_Map.Clear();
         return;
@@ -158,11 +165,12 @@ void CNodeMapFactory::CNodeMapFactoryImpl::CacheWrite(uint32_t hash) const {
 }
 
 bool CNodeMapFactory::CNodeMapFactoryImpl::TryCacheWrite(uint32_t hash) const {
-    // Identifiers of two bytes can't speak of more.
+    // Identifiers have two bytes in the file and can't count further.
     if (hash == 0 || !FitsCacheFile(m_Map)) {
         return false;
     }
-    // Before the lock is taken: with it held, only the file is left to be written.
+    // Filled before the lock is taken, so that others only wait while the file is
+    // written.
     CCacheWriter writer;
     m_Map.ToFile(writer);
     return CCacheFile(m_CacheFolder, hash).Write(writer.GetBytes());

@@ -28,7 +28,7 @@ void Register(CNodeMap& map, CNodeData::ENodeType_t type, NodeID_t id) {
     map.RegisterNode(pNode.release(), type, id);
 }
 
-/// The first entry is the map's own.
+/// Without the first entry, which is the map's own: it is the root of the description.
 template <class Use>
 void ForEachNode(CNodeMap& map, size_t numNodes, const Use& use) {
     for (size_t i = 1; i < numNodes; ++i) {
@@ -95,6 +95,9 @@ std::unique_ptr<CNodeMap> CreateNodeMapDirectFromCache(CCacheReader& reader,
         Register(*map, tables.types[i], NodeID_t(i));
     }
     DirectNodeDataMap texts(std::move(tables.strings), counts.nodes);
+    // Names aren't stored apart: each arrives as a property of its node. So a name is
+    // known only after its node has been read, and no node may ask for another's until
+    // then.
     const auto read = [&](auto& taker, NodeID_t id) {
         const CNodeData::ENodeType_t type = tables.types[static_cast<size_t>(id.ToIndex())];
         ReadCacheProperties(reader, counts, type, &texts, [&](const CProperty& property) {
@@ -109,12 +112,14 @@ std::unique_ptr<CNodeMap> CreateNodeMapDirectFromCache(CCacheReader& reader,
         read(*map, NodeID_t(0));
         ForEachNode(*map, counts.nodes, read);
     }
+    // A file may be whole and still not be a map; it may have been made to look like one.
     if (reader.IsGood() && !texts.AreNamesComplete()) {
         reader.Fail(CCacheReader::State::Corrupt);
     }
     if (!reader.IsGood()) {
         return nullptr;
     }
+    // Only now: nodes look at each other when they finish.
     FinalConstruct(*map, counts.nodes);
     return map;
 }

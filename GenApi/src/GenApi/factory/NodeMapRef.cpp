@@ -48,7 +48,7 @@ void CNodeMapRefT<LoaderParams>::Release() {
     INodeMap* const nodeMap = std::exchange(m_pNodeMap, nullptr);
     std::atomic<long>* const _pRefCount = std::exchange(m_pRefCount, nullptr);
     if (nodeMap == nullptr) {
-        OV_ASSERT(_pRefCount == NULL);  // NOLINT(modernize-use-nullptr): known text
+        OV_ASSERT(_pRefCount == NULL);  // NOLINT(modernize-use-nullptr): a failure prints it
         return;
     }
     m_DeviceName = "Device";

@@ -43,7 +43,7 @@ const char* DirectionOf(std::ios_base::openmode mode) {
     return (mode & std::ios_base::out) != 0 ? kWrite : kRead;
 }
 
-/// Devices take the buffer in words of four bytes.
+/// Devices accept whole words of four bytes in the buffer.
 int64_t RoundUpToWord(int64_t length) {
     return (length + 3) & ~int64_t{3};
 }
@@ -57,7 +57,7 @@ void RequireBuffer(const char* buffer, int64_t length) {
 
 }  // namespace
 
-/// The nodes of a device and the steps that operations are made of.
+/// The nodes of a device and the steps that operations consist of.
 struct FileProtocolAdapter::FileAccess {
     bool Attach(INodeMap& map);
     bool IsAttached() const { return m_IsComplete; }
@@ -76,7 +76,7 @@ struct FileProtocolAdapter::FileAccess {
     /// These work on the file that is selected.
     int64_t Read(uint8_t* buffer, int64_t offset, int64_t length) const;
     int64_t Write(const uint8_t* buffer, int64_t offset, int64_t length) const;
-    /// Selects a file and moves bytes; a failure is logged on its way out.
+    /// Selects a file and moves bytes. A failure is logged and passed on.
     template <class Transfer>
     int64_t Move(const char* operation, const char* name, const Transfer& transfer) const;
 
@@ -115,6 +115,8 @@ bool FileProtocolAdapter::FileAccess::Attach(INodeMap& map) {
                                  (deviceName.empty() ? gcstring("NO_DEVICE") : deviceName) +
                                  ".Misc.FileProtocolAdapter");
     }
+    // All are looked up, even after one is missing: the log then names all that the
+    // device lacks.
     m_IsComplete = true;
     LookUp(m_ptrFileSelector, "FileSelector");
     LookUp(m_ptrOperationSelector, "FileOperationSelector");
@@ -188,6 +190,7 @@ int64_t FileProtocolAdapter::FileAccess::MovePieces(int64_t length,
     int64_t position = 0;
     while (position < length) {
         const int64_t chunk = ChunkLength(length - position, bufferLength);
+        // A device whose buffer or maximum is 0 would keep the loop going for ever.
         if (chunk <= 0 || !movePiece(position, chunk)) {
             break;
         }
@@ -204,6 +207,7 @@ int64_t FileProtocolAdapter::FileAccess::Read(uint8_t* buffer, int64_t offset,
         if (moved > 0) {
             m_ptrBuffer->Get(buffer + position, moved);
         }
+        // The end of a file: the device moves less than asked for and in the end nothing.
         if (!IsSuccess() || moved == 0) {
             return false;
         }

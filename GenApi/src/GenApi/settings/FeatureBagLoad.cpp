@@ -19,7 +19,8 @@ public:
     BagWriter(const CFeatureBag& bag, INodeMap& nodeMap, gcstring_vector* errors)
         : m_Bag(bag), m_NodeMap(nodeMap), m_Notes(errors) {}
 
-    /// The commands let a device put off its checks until all is written.
+    /// The commands let a device put off its checks until all is written: on the way,
+    /// values may not fit together.
     void WriteAll() {
         Execute("DeviceRegistersStreamingStart");
         ForEachEntry([&](const gcstring& name, const gcstring& value) { Write(name, value); });
@@ -57,6 +58,7 @@ private:
 void BagWriter::Write(const gcstring& name, const gcstring& value) {
     INode* const node = m_NodeMap.GetNode(name);
     if (node == nullptr) {
+        // A bag may come from a camera of another version.
         m_Notes.Add("Error while writing node: '" + name + "' not found ");
         return;
     }
@@ -74,6 +76,8 @@ void BagWriter::Verify(const gcstring& name, const gcstring& value) {
     const CPointer<IValue> feature(m_NodeMap.GetNode(name));
     m_Notes.Attempt(LoadNotes::kWriting, name, [&] {
         if (feature.IsValid() && IsWritable(feature->GetAccessMode())) {
+            // Written once more: now every feature has its value, so all limits are
+            // final. A name without a node has been noted in the first round.
             feature->FromString(value, true);
             Compare(name, value, *feature);
         }
@@ -86,6 +90,7 @@ void BagWriter::Compare(const gcstring& name, const gcstring& value, IValue& fea
         if (!IsReadable(feature.GetAccessMode())) {
             return;
         }
+        // From the device and not from a cache, which would only repeat what was written.
         const gcstring found = feature.ToString(true, true);
         if (found != value) {
             m_Notes.Add("Error while verifying node '" + name + "'. Expected '" + value +

@@ -30,6 +30,7 @@ constexpr size_t kPieceSize = 1024;
 std::string ReadPiece(std::istream& stream, char delimiter) {
     std::array<char, kPieceSize> piece{};
     stream.getline(piece.data(), piece.size(), delimiter);
+    // A full buffer counts as a failure of the stream, which would end all reading.
     if (stream.fail() && !stream.eof() && !stream.bad()) {
         stream.clear();
     }
@@ -62,8 +63,8 @@ void CheckFirstLine(const std::string& line) {
         "first line");
 }
 
-/// Empty lines at the end, as there are before the next part of a file, are no entry. Any other
-/// rest is an entry that no device has, so that it gets noticed.
+/// Whether the end of a text is only empty lines, as they come before the next part of a
+/// file. Any other rest becomes an entry that no device has, so that loading reports it.
 bool IsRest(const std::string& name) {
     return name.find_first_not_of("\r\n ") == std::string::npos;
 }
@@ -91,6 +92,8 @@ std::istream& operator>>(std::istream& stream, CFeatureBag& bag) {
     for (SkipComments(stream); !IsAtEnd(stream); SkipComments(stream)) {
         const std::string name = ReadPiece(stream, '\t');
         std::string value;
+        // Whole, because values may be longer than a piece: a register is written in
+        // hexadecimal.
         std::getline(stream, value);
         if (!stream.eof() || !value.empty() || !IsRest(name)) {
             bag.Append(name.c_str(), value.c_str());

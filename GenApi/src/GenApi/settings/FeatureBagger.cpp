@@ -130,6 +130,8 @@ int64_t CFeatureBagger::BagSets(INodeMap& nodeMap, const SetNodes& nodes, int64_
     Digit digit(selector);
     ForEachCombination(digit, [&] {
         const gcstring bagName = nodes.bagPrefix + SelectorText(*selector);
+        // The digit has selected the set; only after loading do the features have its
+        // values.
         ExecuteAndWait(*load);
         const auto features = FeaturesOfSet(nodeMap, nodes.featureSelector, nodes.featureEnable);
         count += AddBag(bagName)->StoreToBagInternal(nodeMap, maxEntries,
@@ -146,6 +148,7 @@ bool CFeatureBagger::UnBag(INodeMap* nodeMap, bool verify, gcstring_vector* erro
     bool isClean = true;
     for (const auto& bag : m_Bags) {
         const gcstring& name = bag->GetBagName();
+        // The default set is the manufacturer's and can't be saved.
         if (BeginsWith(name, kUserSets.bagPrefix) && name != kDefaultSetBag) {
             isClean &= UnBagCustomAction<CEnumSelectorDigit::Pointer>(map, *bag, kUserSets, verify,
                                                                       errors);
@@ -154,6 +157,7 @@ bool CFeatureBagger::UnBag(INodeMap* nodeMap, bool verify, gcstring_vector* erro
                                                                      verify, errors);
         }
     }
+    // Last, because filling a set goes through the present settings.
     for (const auto& bag : m_Bags) {
         if (bag->GetBagName() == kAllBag) {
             isClean &= bag->LoadFromBagInternal(map, verify, errors);
@@ -171,6 +175,7 @@ bool CFeatureBagger::UnBagCustomAction(INodeMap& nodeMap, const CFeatureBag& bag
                                        gcstring_vector* errors) {
     const SelectorPointer selector(nodeMap.GetNode(nodes.selector));
     const CPointer<ICommand> save(nodeMap.GetNode(nodes.save));
+    // A device without such sets has lost nothing.
     if (!selector.IsValid() || !save.IsValid()) {
         return true;
     }

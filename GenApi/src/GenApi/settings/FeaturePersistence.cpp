@@ -18,7 +18,8 @@ INodeMap& RequireNodeMap(INodeMap* nodeMap) {
     return *nodeMap;
 }
 
-/// Without a pause: each question goes to the device, which takes long enough by itself.
+/// Without a pause: each question goes to the device, which takes long enough by itself. Without
+/// a limit of time: to give up would leave a set half stored.
 void ExecuteAndWait(ICommand& command) {
     command.Execute();
     while (!command.IsDone()) {

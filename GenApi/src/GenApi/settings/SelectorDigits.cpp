@@ -1,4 +1,5 @@
-// One wheel of the walk through combinations of selectors, for each kind of selector.
+// The digits of a counter that runs through all combinations of selectors. Each knows the
+// values of one selector and what it had before.
 
 #include "settings/SelectorDigits.h"
 
@@ -95,6 +96,7 @@ template class CSelectorDigit<IEnumeration, int64_t>;
 
 bool CIntSelectorDigit::SetFirst() {
     Begin();
+    // Asked for at every start: the other selectors may decide on it.
     m_CurrentValue = GetSelector().GetMin();
     GetSelector().SetValue(m_CurrentValue, true);
     return true;
@@ -105,6 +107,8 @@ bool CIntSelectorDigit::SetFirst() {
 bool CIntSelectorDigit::SetNext(bool tick) {
     IInteger& selector = GetSelector();
     int64_t next = 0;
+    // A maximum at the end of the range of numbers is common for a feature without a
+    // limit.
     const bool isTooLarge = __builtin_add_overflow(m_CurrentValue, selector.GetInc(), &next);
     if (isTooLarge || next > selector.GetMax()) {
         return false;

@@ -34,9 +34,8 @@ std::unique_ptr<ISelectorDigit> MakeDigit(INode* selector) {
     return nullptr;
 }
 
-/// The nodes that select a node, sorted by name in falling order, because they are taken from the
-/// back. The order decides which combinations come first in a bag, and so must not depend on the
-/// description's.
+/// Returns what selects a node, the last by name first, to be taken from the back. By
+/// name, so that two bags of one device have the same order.
 std::vector<INode*> SelectingNodes(IBase* base) {
     const CPointer<ISelector> selected(base);
     if (!selected.IsValid()) {
@@ -74,6 +73,7 @@ void CSelectorSet::Create(IBase* base) {
         if (std::unique_ptr<ISelectorDigit> digit = MakeDigit(selector)) {
             m_Digits.push_back(std::move(digit));
         } else {
+            // The feature is still stored, under the value that this selector has now.
             dynamic_cast<CNodeImpl&>(*selector).LogPassedBy("unsupported selector interface");
         }
     }
@@ -116,6 +116,7 @@ bool CSelectorSet::SetFirst() {
 /// As an odometer counts: a digit at its end starts again and carries to the next one.
 bool CSelectorSet::SetNext(bool tick) {
     for (const auto& digit : m_Digits) {
+        // Asked without a step first, so that each reads its limits anew.
         digit->SetNext(false);
     }
     if (!tick) {
@@ -130,8 +131,8 @@ bool CSelectorSet::SetNext(bool tick) {
     return false;
 }
 
-/// In the opposite order, because the values that an inner selector may have can depend on an
-/// outer one. A selector that fails keeps no other from going back.
+/// The outer selectors first, because they decide on what the inner ones may hold. One
+/// that fails doesn't keep the others from going back.
 void CSelectorSet::Restore() {
     ForEachInTurn(m_Digits.rbegin(), m_Digits.rend(), [](const auto& digit) { digit->Restore(); });
 }

@@ -1,5 +1,5 @@
-// How floats are written as text. The difficulty is that a text is rounded, and a client may
-// write it back: then it must not be outside the limits that the value is within.
+// Floats as text. A text that is written back must be accepted again, so it must not
+// leave the limits by being rounded.
 
 #include "text/FloatText.h"
 
@@ -43,8 +43,8 @@ gcstring PrintRounded(EDisplayNotation notation, int64_t precision, double value
         stream.setf(std::ios::scientific, std::ios::floatfield);
     }
     stream.precision(std::min(precision, kMostDigits));
-    // The library prints all digits that are asked for from the exact value, and
-    // rounds the last one as the processor would.
+    // The library prints all digits that are asked for from the exact value, and rounds
+    // the last one as the processor would.
     const RoundingScope rounding(direction);
     stream << value;
     return gcstring(stream.str().c_str());
@@ -69,6 +69,8 @@ gcstring CFloatText::Print(double value) const {
 gcstring CFloatText::PrintWithin(double value, double min, double max) const {
     const auto isWithin = [&](double number) { return number >= min && number <= max; };
     gcstring text = Print(value);
+    // What a device sends out of range is shown as it is: other digits would hide a
+    // fault.
     if (!isWithin(value)) {
         return text;
     }
@@ -78,7 +80,7 @@ gcstring CFloatText::PrintWithin(double value, double min, double max) const {
         if (isWithin(number)) {
             return text;
         }
-        // Rounding crossed a limit: the text on the value's other side may do.
+        // Rounding has crossed a limit. The text on the value's other side may be within.
         gcstring other =
             PrintRounded(m_Notation, precision, value, number > max ? FE_DOWNWARD : FE_UPWARD);
         if (isWithin(ReadBack(other, value))) {

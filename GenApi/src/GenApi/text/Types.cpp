@@ -9,7 +9,7 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
-/// The text at a place of a table, or the last one for every other number.
+/// Returns the text at an index of a table, or the last text for any other number.
 template <size_t Size>
 const char* TextAt(const char* const (&texts)[Size], int number) {
     return texts[std::clamp(number, 0, static_cast<int>(Size) - 1)];
@@ -17,8 +17,8 @@ const char* TextAt(const char* const (&texts)[Size], int number) {
 
 }  // namespace
 
-/// What only one of the two allows is gone; a value that one can only read and the other only
-/// write is left with nothing.
+/// The stricter of the two wins. A node that one may only read, through one that one may
+/// only write, can't be used at all.
 EAccessMode Combine(EAccessMode Peter, EAccessMode Paul) {
     const auto either = [&](EAccessMode mode) { return Peter == mode || Paul == mode; };
     if (either(NI)) {

@@ -42,7 +42,8 @@ struct AddressForm {
     std::string_view separators;
 };
 
-/// Takes one byte of digits alone, without the signs, blanks and prefixes that a number may have.
+/// Takes one byte, only of digits: the signs, blanks and prefixes that a number may have
+/// are no part of an address.
 bool TakeByte(std::string_view& text, const AddressForm& form, uint8_t& byte) {
     const char* const begin = text.data();
     const auto [end, error] = std::from_chars(begin, begin + text.size(), byte, form.base);

@@ -55,7 +55,7 @@ CNodeData::CNodeData(const CNodeData& source, NodeID_t nodeID, INodeDataMap* pTa
 /// A node that ends with scratch lists means that a preprocessing was left without its end.
 CNodeData::~CNodeData() {
     m_pPropertyVector.reset();
-    // NOLINTBEGIN(modernize-use-nullptr): the texts are known from reports
+    // NOLINTBEGIN(modernize-use-nullptr): a failure prints the condition
     OV_ASSERT(m_pWritingChildren == NULL);
     OV_ASSERT(m_pReadingChildren == NULL);
     OV_ASSERT(m_pParents == NULL);

@@ -51,6 +51,8 @@ NodeID_t CNodeDataMap::GetNodeID(std::string_view name, bool create) {
         return NodeID_t();
     }
     const NodeID_t nodeID(m_pNodeID2NodeName->size());
+    // A name that is only referred to has an empty slot, so that the node which is
+    // defined later takes the identifier that links already hold.
     m_pNodeID2NodeName->emplace_back(name);
     m_pNodeID2NodeData->emplace_back();
     m_pNodeName2NodeID->emplace_hint(pos, name, nodeID);
@@ -102,8 +104,10 @@ void CNodeDataMap::SetNodeData(std::unique_ptr<CNodeData> pNodeData, bool replac
         OV_ASSERT(pOldNodeData);
     }
     if (slot != nullptr) {
+        // The first node stays in place.
         ThrowDuplicate(*pNodeData);
     }
+    // A stored node seldom grows, and a description has tens of thousands of them.
     pNodeData->ShrinkToFit();
     slot = std::move(pNodeData);
     m_LastNodeID = nodeID;
@@ -111,7 +115,7 @@ void CNodeDataMap::SetNodeData(std::unique_ptr<CNodeData> pNodeData, bool replac
 
 /// Context nodes don't nest, which the assertion makes sure of.
 void CNodeDataMap::SetContextNode(CNodeData* pContextNode) {
-    // NOLINTBEGIN(modernize-use-nullptr): the text is known from reports
+    // NOLINTBEGIN(modernize-use-nullptr): a failure prints the condition
     OV_ASSERT((pContextNode == NULL && m_pContextNode != NULL) ||
               (pContextNode != NULL && m_pContextNode == NULL));
     // NOLINTEND(modernize-use-nullptr)
@@ -120,7 +124,7 @@ void CNodeDataMap::SetContextNode(CNodeData* pContextNode) {
 
 /// May run while another exception is on its way.
 void CNodeDataMap::Clear() noexcept {
-    OV_ASSERT(m_pContextNode == NULL);  // NOLINT(modernize-use-nullptr): known text
+    OV_ASSERT(m_pContextNode == NULL);  // NOLINT(modernize-use-nullptr): a failure prints it
     m_pNodeID2NodeData->clear();
     m_pNodeID2NodeName->clear();
     m_pNodeName2NodeID->clear();

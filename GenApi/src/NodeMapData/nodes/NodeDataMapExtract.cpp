@@ -23,7 +23,7 @@ void CollectSubtree(const CNodeDataMap& map, NodeID_t start, std::set<NodeID_t>&
             continue;
         }
         const CNodeData* const pNodeData = map.GetNodeData(nodeID);
-        OV_ASSERT(pNodeData != NULL);  // NOLINT(modernize-use-nullptr): known text
+        OV_ASSERT(pNodeData != NULL);  // NOLINT(modernize-use-nullptr): a failure prints it
         for (const CProperty& property : pNodeData->GetProperties()) {
             if (property.GetPropertyID().IsInvalidatingLink()) {
                 pending.push_back(property.NodeID());
@@ -41,7 +41,7 @@ public:
         m_Pairs.reserve(nodes.size());
         for (const NodeID_t nodeID : nodes) {
             const CNodeData* const pNodeData = source.GetNodeData(nodeID);
-            OV_ASSERT(pNodeData != NULL);  // NOLINT(modernize-use-nullptr): known text
+            OV_ASSERT(pNodeData != NULL);  // NOLINT(modernize-use-nullptr): a failure prints it
             m_Pairs.emplace_back(pNodeData, target.GetNodeID(pNodeData->GetName(), true));
         }
     }
@@ -53,8 +53,8 @@ private:
     std::vector<std::pair<const CNodeData*, NodeID_t>> m_Pairs;
 };
 
-/// The target of an attribute isn't collected for its own sake, and a link without it would mean
-/// something else.
+/// Collecting doesn't follow attributes, so an attribute's target may be missing. A link
+/// without its attribute would mean something else, so that is a failure.
 void RequireTargetsOfAttributes(const CNodeData& node, const CNodeDataMap& target) {
     for (const CProperty& property : node.GetProperties()) {
         const CProperty* const attribute = property.GetAttribute();
@@ -95,10 +95,13 @@ void CNodeDataMap::ExtractIndependentSubtree(CNodeDataMap& toExtractTree, std::s
         INVALID_ARGUMENT_EXCEPTION("Only category nodes can be renamed to \"Root\"");
     }
 
+    // In the order of the source's identifiers, the root comes first here, too.
     std::set<NodeID_t> nodes{FindNodeID(kRootNodeName)};
     CollectSubtree(*this, start, nodes);
     const NodeIDTranslator translator(*this, nodes, toExtractTree);
     const bool hasRoot = toExtractTree.FindNodeID(rootName).IsValid();
+    // Without a "Root" nothing can be reached from there, so no node of the part is a
+    // feature.
     CopyNodes(translator, toExtractTree, hasRoot || renameToRoot);
 
     if (renameToRoot && name != rootName) {
@@ -116,6 +119,7 @@ void CNodeDataMap::RenameToRoot(CNodeDataMap& toExtractTree, std::string_view na
     const auto pos = toExtractTree.m_pNodeName2NodeID->find(name);
     OV_ASSERT(pos != toExtractTree.m_pNodeName2NodeID->end());
     const NodeID_t nodeID = pos->second;
+    // Links hold identifiers, so that a new name changes nothing for them.
     toExtractTree.m_pNodeName2NodeID->erase(pos);
     toExtractTree.m_pNodeName2NodeID->emplace(rootName, nodeID);
     (*toExtractTree.m_pNodeID2NodeName)[static_cast<size_t>(nodeID.ToIndex())] = rootName;

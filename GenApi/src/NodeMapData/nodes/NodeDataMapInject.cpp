@@ -39,7 +39,8 @@ std::vector<const CNodeData*> ReserveNames(const std::vector<const CNodeData*>& 
     std::vector<const CNodeData*> shared;
     for (const CNodeData* pNodeData : nodes) {
         const std::string& name = pNodeData->GetName();
-        // A name that is only referred to so far waits for its node.
+        // A name without a node is no conflict: other nodes have referred to it, and it
+        // waits for this one.
         if (target.GetNodeData(target.GetNodeID(name, true)) == nullptr) {
             continue;
         }
@@ -90,7 +91,9 @@ void MergeLinks(const CNodeData& source, CNodeData& existing, CPropertyID id,
     existing.ShrinkToFit();
 }
 
-/// Merges into those existing nodes that are of the given type.
+/// Merges into those existing nodes that are of the given type. The type of the existing
+/// node counts: an injected category may meet an enumeration of its name, into which no
+/// feature belongs.
 void MergeByContent(const std::vector<const CNodeData*>& shared, CNodeData::ENodeType_t type,
                     CPropertyID id, CNodeDataMap& target) {
     for (const CNodeData* pNodeData : shared) {

@@ -1,4 +1,6 @@
-// A whole description as text: for people, and as an XML document.
+// Prints a whole map, for people and for tools that compare two versions of a
+// description. The document isn't meant to be parsed again: it also has what
+// preprocessing has derived.
 
 #include <ostream>
 

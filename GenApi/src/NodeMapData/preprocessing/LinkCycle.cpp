@@ -1,5 +1,5 @@
-// Circles of links that a description must not have, with the text that names them. Reading along
-// such a circle would never end.
+// Cycles of links. A live node reads its children while it is read itself, so a cycle
+// would never end. It is found here, once, and named.
 
 #include "preprocessing/LinkCycle.h"
 
@@ -39,8 +39,8 @@ struct CNodeDataPreprocessor::PropertyCycleWalk {
     uint8_t CNodeData::*state;
     bool (*isFollowed)(CPropertyID);
     const char* text;
-    /// Whether a node may lead to itself: then it's at fault alone, and says so when
-    /// it is used.
+    /// Whether a node may lead to itself. Such a node does no harm to others and fails
+    /// when it is used.
     bool isSelfTolerated;
 };
 

@@ -34,6 +34,7 @@ void CNodeDataPreprocessor::Run() {
     DetectReadCycles();
     MarkFeatures();
     for (size_t index = 0; index < GetNumNodes(); ++index) {
+        // Nothing is appended after this.
         Node(index).ShrinkToFit();
     }
 }
@@ -51,7 +52,7 @@ void CNodeDataPreprocessor::CheckDanglingNodes() const {
 /// well.
 void CNodeDataPreprocessor::MirrorSelected() {
     for (size_t index = 0; index < GetNumNodes(); ++index) {
-        // A node may select itself, so its list may grow on the way.
+        // A node may select itself, so the list may grow while it is walked.
         const CNodeData::PropertyVector_t& properties = Node(index).GetProperties();
         for (size_t position = 0; position < properties.size(); ++position) {
             if (properties[position].GetPropertyID() == CPropertyID::pSelected_ID) {
@@ -91,6 +92,8 @@ void CNodeDataPreprocessor::BuildChildLists(CNodeData& node) {
         if (property.GetPropertyID().IsWritingLink()) {
             node.m_pWritingChildren->push_back(property.NodeID());
         }
+        // An attribute, such as the offset of an index, is read together with its link.
+        // Nothing is written to it.
         if (const CProperty* pAttribute = property.GetAttribute()) {
             addReader(*pAttribute);
         }
@@ -133,8 +136,8 @@ struct CNodeDataPreprocessor::FeatureWalk {
         return NextFeature(node, cursor);
     }
     void OnDone(const CNodeData& node) { order.push_back(node.GetNodeID()); }
-    /// Only descriptions whose read links were not checked get here; they would
-    /// never end otherwise.
+    /// Only descriptions whose read links weren't checked get here. Without this their
+    /// walk would never end.
     [[noreturn]] static void OnCycle(const WalkPath_t& path, const CNodeData& node) {
         ThrowLinkCycle(readCycleText, path, node);
     }
@@ -156,6 +159,8 @@ void CNodeDataPreprocessor::MarkFeatures() {
     WalkLinks(m_Map, Node(root), path, walk);
     std::vector<size_t> numWays(GetNumNodes());
     numWays[ToIndex(root)] = 1;
+    // In reverse, every category comes before what it lists, so its own count is complete
+    // when it is passed on.
     for (auto nodeID = walk.order.rbegin(); nodeID != walk.order.rend(); ++nodeID) {
         CNodeData& node = Node(*nodeID);
         const size_t count = numWays[ToIndex(*nodeID)];

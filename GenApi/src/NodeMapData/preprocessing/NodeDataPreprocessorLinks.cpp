@@ -13,8 +13,8 @@
 namespace GenApi_3_0_ORVANE {
 namespace {
 
-/// A node that touches the device or holds a value, so that a write to whatever leads to it ends
-/// there.
+/// Whether a write to anything that leads to the node ends there, because it touches the
+/// device or holds the value itself.
 bool IsTerminalNodeType(const CNodeData& node, bool hasWritingChildren) {
     switch (node.GetNodeType()) {
         case CNodeData::Node_ID:
@@ -52,7 +52,7 @@ struct CNodeDataPreprocessor::OrderWalk {
         return cursor < children.size() ? children[cursor++] : NodeID_t();
     }
     void OnDone(const CNodeData& node) { order.push_back(node.GetNodeID()); }
-    /// Dependencies may be mutual.
+    /// Dependencies may be mutual: two features may each invalidate the other.
     static void OnCycle(const WalkPath_t&, const CNodeData&) {}
 
     std::vector<uint8_t> states;
@@ -125,13 +125,15 @@ void CNodeDataPreprocessor::GatherDependencies(const std::vector<NodeID_t>& circ
         }
     }
     for (const NodeID_t member : circle) {
+        // Spent before the set is stored, so that the bound also bounds the memory.
         m_Budget.SpendProperties(scratch.Count() - 1);
         scratch.Store(*Node(member).m_pAllDependingNodes, member);
     }
 }
 
-/// The order has every node before those that it depends on, so each circle
-/// finds the sets of all that lead to it complete.
+/// The order has every node before those that it depends on, so the sets of all that lead
+/// to a circle are complete when it is reached. Each set is made once, and not again and
+/// again until none grows.
 void CNodeDataPreprocessor::PropagateDependencies() {
     const std::vector<NodeID_t> order = DependencyOrder();
     const NodeIDLists_t dependents = FindDependents(order);
@@ -146,6 +148,7 @@ void CNodeDataPreprocessor::PropagateDependencies() {
     }
     for (size_t index = 0; index < GetNumNodes(); ++index) {
         const CNodeIDSet& depending = *Node(index).m_pAllDependingNodes;
+        // From the highest down: caches and printed maps have them in this order.
         AppendLinks(Node(index), CPropertyID::pDependent_ID, depending.rbegin(), depending.rend());
     }
 }

@@ -1,5 +1,6 @@
-// Widens what a selector selects to the nodes that read what it selects. A description names a
-// feature; the converters and formulas over it change with the selector just as well.
+// Widens what a selector selects to the nodes that read what it selects. A description
+// says that a selector selects the gain; the gain in decibels, which reads it, changes as
+// well when the selector does, and programs must be told so.
 
 #include "preprocessing/LinkCycle.h"
 #include "preprocessing/LinkWalk.h"
@@ -27,7 +28,7 @@ CNodeDataPreprocessor::NodeIDLists_t CNodeDataPreprocessor::FindReaders() const 
     return readers;
 }
 
-/// What the widening of one selector after the other has to know.
+/// What widening the selectors, one after the other, needs to know.
 struct CNodeDataPreprocessor::Selection {
     Selection(size_t numNodes, NodeIDLists_t readersOfNodes)
         : readers(std::move(readersOfNodes)),
@@ -41,7 +42,7 @@ struct CNodeDataPreprocessor::Selection {
         selected[ToIndex(nodeID)].push_back(target);
         selectors[ToIndex(target)].push_back(nodeID);
     }
-    /// Prepares for the turn of the next selector.
+    /// Prepares for the next selector.
     void Begin(const CNodeData& node) {
         selector = node.GetNodeID();
         selecting.Clear();
@@ -61,7 +62,7 @@ struct CNodeDataPreprocessor::Selection {
     /// and the nodes among whose targets it is.
     NodeIDLists_t selected;
     NodeIDLists_t selectors;
-    /// Of the walk; untouched between walks.
+    /// The states of the walk. Every walk leaves them untouched for the next.
     std::vector<uint8_t> states;
     NodeID_t selector;
     /// The nodes in the pSelecting properties of the selector, and those that
@@ -100,8 +101,9 @@ struct CNodeDataPreprocessor::SelectionWalk {
         return NodeID_t();
     }
     void OnDone(const CNodeData& node) { walked.push_back(node.GetNodeID()); }
-    /// The walk goes against the direction of reading, so the way round is told
-    /// by a walk of its own, which meets this cycle or another one before it.
+    /// This walk goes against the direction of reading, while the message names the cycle
+    /// in that direction. So a walk of its own looks for it, and may meet another cycle
+    /// first.
     void OnCycle(const WalkPath_t&, const CNodeData&) const {
         WalkAllLinks(map, ReadingCycleWalk());
     }
@@ -112,8 +114,8 @@ struct CNodeDataPreprocessor::SelectionWalk {
     std::vector<NodeID_t> walked = {};
 };
 
-/// Nodes that read each other would draw each other into the selection for
-/// ever, so they are found before the lists begin to grow.
+/// Nodes that read each other would draw each other into the selection for ever, so they
+/// are found before the lists begin to grow.
 void CNodeDataPreprocessor::CheckSelectionEnds(Selection& selection) {
     SelectionWalk walk{m_Map, selection, m_Budget};
     WalkPath_t path;
@@ -121,16 +123,17 @@ void CNodeDataPreprocessor::CheckSelectionEnds(Selection& selection) {
         WalkLinks(m_Map, Node(target), path, walk);
     }
     for (const NodeID_t nodeID : walk.walked) {
+        // Only what was walked is reset: clearing the whole list for every selector would
+        // take the square of the map's size.
         selection.states[ToIndex(nodeID)] = Untouched;
     }
 }
 
-/// Walks the selected nodes, those added on the way too. A repeat is looked for
-/// in the list of the other node, so a reader that is reached along two ways is
-/// entered twice. That stays: a new result would not match the caches in use.
-///
-/// A selector that reads what it selects is told that it selects itself, which is
-/// all that a live node needs to refuse its use.
+/// Walks the selected nodes, including those added on the way. A repeat is looked for in
+/// the list of the other node, so a reader that is reached along two ways is entered
+/// twice. That stays: another result wouldn't match the caches in use. A selector that
+/// reads what it selects is entered as selecting itself, which is all that a live node
+/// needs to refuse its use.
 void CNodeDataPreprocessor::WidenSelection(Selection& selection) {
     const NodeID_t nodeID = selection.selector;
     const std::vector<NodeID_t>& mine = selection.selected[ToIndex(nodeID)];

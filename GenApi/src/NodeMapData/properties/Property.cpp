@@ -67,7 +67,8 @@ bool CProperty::IsInitialized() const {
     return m_DataType != _UndefinedDataType_ID && m_PropertyID.IsInitialized();
 }
 
-/// The map is looked up first: what is in its place changes here.
+/// The attribute takes the place of the pointer to the map, which it holds itself. So the
+/// map is asked for first, and put back when there is no attribute any more.
 void CProperty::SetAttribute(std::unique_ptr<CProperty> pAttribute) {
     INodeDataMap* const pNodeDataMap = GetNodeDataMap();
     OV_ASSERT(pAttribute == nullptr || pAttribute->GetNodeDataMap() == pNodeDataMap);

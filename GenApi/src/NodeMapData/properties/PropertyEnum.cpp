@@ -15,7 +15,7 @@ struct Enumerator {
     std::string_view text;
 };
 
-// The misspelled marker texts are what existing documents hold.
+// Existing documents hold these texts, so the misspelled ones stay.
 constexpr Enumerator accessModes[] = {{0, "NI"},
                                       {1, "NA"},
                                       {2, "WO"},

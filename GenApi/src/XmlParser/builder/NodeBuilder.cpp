@@ -17,7 +17,8 @@ using P = CPropertyID;
 
 }  // namespace
 
-/// The map must not keep a node that the failed parse owned.
+/// The map asserts that setting and clearing the context alternate, and a run that fails
+/// inside an element leaves it set. The caller may clear the map and run again.
 void CNodeBuilder::Abandon() {
     if (m_Map.GetContextNode() != nullptr) {
         m_Map.SetContextNode(nullptr);
@@ -29,6 +30,8 @@ void CNodeBuilder::Abandon() {
 OpenNode CNodeBuilder::OpenElement(const ElementType& type, const OpenNode* parent) {
     OpenNode open;
     open.mergePriority = parent == nullptr ? 0 : parent->mergePriority;
+    // A group only keeps elements together. It leaves no node, but what is inside it
+    // inherits through it.
     if (type.nodeType == CNodeData::_NotImpl_ID) {
         return open;
     }
@@ -41,6 +44,8 @@ OpenNode CNodeBuilder::OpenElement(const ElementType& type, const OpenNode* pare
     }
     open.node = std::make_unique<CNodeData>(type.nodeType, &m_Map);
     if (type.nodeType == CNodeData::RegisterDescription_ID) {
+        // Named before anything else, the root takes identifier 0, where printing
+        // looks for it.
         open.node->SetName(kRootNodeName);
     }
     if (type.isContext) {
@@ -71,6 +76,8 @@ OpenNode CNodeBuilder::OpenKey(std::string_view elementName, const OpenNode& par
 
 /// Names must be unique in a map, while entries of different enumerations often have the same. So
 /// a node inside another one gets its name from both; the entry keeps its own as what users see.
+/// A structure has no name to share, and links refer to the keys of a configuration ROM by their
+/// plain names.
 void CNodeBuilder::SetName(const OpenNode& open, std::string_view name) {
     CNodeData& node = *open.node;
     const CNodeData* const context = m_Map.GetContextNode();
@@ -95,8 +102,9 @@ void CNodeBuilder::InheritMergePriority(CNodeData& node, int64_t mergePriority) 
     }
 }
 
-/// A node inside another one is replaced, or stays, together with it. One that has a priority of
-/// its own keeps that.
+/// Attributes come in any order, so what is inherited is only known after the last one. A
+/// node inside another one is replaced, or stays, together with it. One that has a
+/// priority of its own keeps that.
 void CNodeBuilder::EndAttributes(OpenNode& open) {
     if (open.node == nullptr) {
         return;
@@ -131,6 +139,7 @@ NodeID_t CNodeBuilder::CloseElement(OpenNode& open, const ElementType& type) {
     if (type.isContext) {
         m_Map.SetContextNode(nullptr);
     }
+    // A structure is only a template. Its entries have copied what they need.
     if (type.nodeType == CNodeData::StructReg_ID) {
         return {};
     }
@@ -145,7 +154,8 @@ void CNodeBuilder::CloseKey(OpenNode& open, std::string_view text) {
     open.node->AddProperty(P::p1212Parser_ID, m_Map.GetContextNode()->GetNodeID());
     int64_t number = 0;
     if (!TextToInteger(Trimmed(text), number)) {
-        // Known from reports with the mark that was never filled in.
+        // The text is fixed, with its slip and the mark that nobody fills in: programs
+        // may compare it.
         RUNTIME_EXCEPTION("%s it not a valid integer", "%S");
     }
     open.node->AddProperty(P::Key_ID, number);
@@ -153,13 +163,15 @@ void CNodeBuilder::CloseKey(OpenNode& open, std::string_view text) {
 }
 
 /// The converter is stored first and completed in place: its links need the identifiers that its
-/// formulas get with their names.
+/// formulas get with their names. The formulas have its merge priority, since injected data
+/// replaces all three or none.
 void CNodeBuilder::CloseConverter(OpenNode& open) {
     m_Map.SetContextNode(nullptr);
     auto formulaTo = std::move(open.formulaTo);
     auto formulaFrom = std::move(open.formulaFrom);
     const NodeID_t id = open.node->GetNodeID();
     Store(std::move(open.node));
+    // Found again by its identifier, as the map now owns it.
     CNodeData& converter = *m_Map.GetNodeData(id);
     const std::string name = converter.GetName();
     const auto finish = [&](std::unique_ptr<CNodeData> formula, const char* suffix,
@@ -171,10 +183,13 @@ void CNodeBuilder::CloseConverter(OpenNode& open) {
     };
     finish(std::move(formulaTo), "_ConvertTo", P::pSwissKnifeTo_ID);
     finish(std::move(formulaFrom), "_ConvertFrom", P::pSwissKnifeFrom_ID);
+    // Storing gave back the spare memory; the two links have reserved some again.
     converter.ShrinkToFit();
 }
 
-/// Where an element's place inside another one is what links the two.
+/// Only the parent's type says what a nested node is to it: the same masked register is
+/// an entry inside a structure and a node like others inside a group. Without a parent
+/// node there is nothing to link.
 void CNodeBuilder::TakeChild(OpenNode& parent, const ElementType& childType, NodeID_t child) {
     if (parent.node == nullptr || !child.IsValid()) {
         return;
@@ -200,9 +215,11 @@ void CNodeBuilder::TakeChild(OpenNode& parent, const ElementType& childType, Nod
     }
 }
 
-/// The fields of a structure take over whatever they don't say themselves.
+/// Copies to an entry what its structure says and the entry doesn't. What the entry has
+/// is noted before the first copy: a kind that the template repeats, such as the parts of
+/// an address, arrives whole or not at all.
 void CNodeBuilder::CopyTemplate(const CNodeData& source, NodeID_t target) {
-    // Those that the entry has itself are looked at, too.
+    // The bound is on the work, so properties that the entry has itself count, too.
     CountCopies(source.GetProperties().size());
     CNodeData& entry = *m_Map.GetNodeData(target);
     std::bitset<P::_Undefined_ID> own;
@@ -216,7 +233,8 @@ void CNodeBuilder::CopyTemplate(const CNodeData& source, NodeID_t target) {
     }
 }
 
-/// Fields times properties grow with the square of a description.
+/// Many entries of a large structure, or many expressions after many variables, grow with
+/// the square of the description's size. A small file must not fill the memory.
 void CNodeBuilder::CountCopies(size_t count) {
     m_NumCopies += count;
     if (m_NumCopies > kMaxRepeatedProperties) {

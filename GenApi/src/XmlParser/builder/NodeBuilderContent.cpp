@@ -14,7 +14,7 @@ namespace {
 
 using P = CPropertyID;
 
-/// The numbers by which messages name two elements that have no property.
+/// Two elements have no property of their own. Messages name them by these numbers.
 constexpr uint32_t kBitNumber = 113;
 constexpr uint32_t kConstantNumber = 114;
 
@@ -32,7 +32,8 @@ CNodeData::ENodeType_t ImpliedType(const CNodeData& parent, Rule rule) {
 
 }  // namespace
 
-/// Real cameras have elements that are there and empty, where "No" is meant.
+/// Some real cameras write an empty element where they mean "No". Refusing it would lose
+/// the whole camera; the log says which node did it.
 std::string_view CNodeBuilder::Replacement(const CNodeData& node, const ElementRow& row,
                                            std::string_view text) {
     if (row.property != P::Streamable_ID || !Trimmed(text).empty()) {
@@ -53,6 +54,9 @@ CProperty CNodeBuilder::MakeProperty(P::EProperty_ID_t id, CProperty::EDataType_
         case CProperty::String_ID:
             return {&m_Map, id, text};
         case CProperty::Node_ID:
+            // A link may come before its target, or point to a node that injected data
+            // brings: the name is reserved here, and preprocessing looks for names that
+            // no node has taken.
             return {&m_Map, id, m_Map.GetNodeID(text, true)};
         case CProperty::Integer_ID:
             return {&m_Map, id, IntegerOf(text, id)};
@@ -80,6 +84,7 @@ void CNodeBuilder::TakeAttribute(OpenNode& open, const AttributeRow& row, std::s
         return;
     }
     const std::string_view text = Checked(row.facet, value);
+    // A name isn't stored as it stands: the context decides on its prefix.
     if (row.property == P::Name_ID) {
         SetName(open, text);
         return;
@@ -118,9 +123,12 @@ void CNodeBuilder::TakeText(OpenNode& open, const ElementRow& row, std::string_v
             break;
         case Rule::Constant:
         case Rule::Expression:
+            // To a formula, both are variables whose node happens to be written in place.
             AddVariable(open, StoreImpliedNode(open, row, text, attribute.value), attribute.value);
             break;
         case Rule::FormulaTo:
+            // The converter keeps the text for those who print it; only the formula nodes
+            // evaluate it.
             node.AddProperty(row.property, text);
             open.formulaTo->AddProperty(P::Formula_ID, text);
             break;
@@ -129,12 +137,15 @@ void CNodeBuilder::TakeText(OpenNode& open, const ElementRow& row, std::string_v
             open.formulaFrom->AddProperty(P::Formula_ID, text);
             break;
         case Rule::Symbolic:
+            // The entry's name has already become its symbolic text, unless it is an
+            // entry outside of an enumeration, which has no use for one.
             for (CProperty& property : node.GetProperties()) {
                 if (property.GetPropertyID() == P::Symbolic_ID) {
                     property.SetStringID(m_Map.SetString(text));
                 }
             }
             break;
+        // The reader closes these by calls of their own.
         case Rule::Key:
         case Rule::Node:
             break;
@@ -142,7 +153,8 @@ void CNodeBuilder::TakeText(OpenNode& open, const ElementRow& row, std::string_v
 }
 
 /// A converter has no formula itself. Its variables go to both formulas, and to the converter as
-/// nodes to watch.
+/// nodes to watch. Places and not pointers are noted, since the list of properties moves while it
+/// grows.
 void CNodeBuilder::AddVariable(OpenNode& open, NodeID_t target, std::string_view name) {
     open.variables.push_back(open.node->GetProperties().size());
     for (CNodeData* const node : {open.node.get(), open.formulaTo.get(), open.formulaFrom.get()}) {

@@ -12,11 +12,12 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
-/// Twice as many as there are names at least, so that searches are short. A power of two keeps
-/// the division cheap.
+/// Several times as many slots as names keeps the searches short. There must always be a
+/// free slot, at which the search for an unknown name ends.
 constexpr size_t kSlots = 512;
 
-/// Whether a list of names, separated by blanks, holds a name.
+/// Whether a list of names holds one. Only whole names count: "IntReg" is a part of
+/// "MaskedIntReg".
 bool Lists(std::string_view names, std::string_view name) {
     for (size_t at = names.find(name); at != std::string_view::npos;
          at = names.find(name, at + 1)) {
@@ -28,8 +29,8 @@ bool Lists(std::string_view names, std::string_view name) {
     return false;
 }
 
-/// The row of an element inside a parent; null if it has none of its own. The more special rows
-/// come first in the table.
+/// The row of an element inside a parent; null when it has none of its own. The first one
+/// that fits wins, so the table has the rows for certain parents before those for all.
 const ElementRow* FindRow(std::string_view name, std::string_view parent) {
     for (const ElementRow& row : AllElementRows()) {
         if (row.name == name && (row.parents.empty() || Lists(row.parents, parent))) {
@@ -60,14 +61,18 @@ CGrammar::CGrammar() : m_Slots(kSlots, kNoElement) {
     CollectNames();
     const auto number = [this](std::string_view name) {
         const ElementNumber found = NumberOf(name);
+        // Only a slip in our own table names an element that has no row.
         OV_ASSERT(found != kNoElement);
         return found;
     };
+    // Children point into this list, so it must not move.
     m_Grammars.reserve(AllElementTypes().size());
     for (const ElementType& type : AllElementTypes()) {
         const std::string content = ExpandContent(type.content);
         CContentModel model(content, m_Names.size(), number);
         std::vector<const ElementRow*> rows(model.GetStateCount(), nullptr);
+        // Each place in a pattern is a state of its own, and the state before the first
+        // element has none.
         for (size_t state = 1; state < rows.size(); ++state) {
             const std::string_view name =
                 m_Names[model.ElementOf(static_cast<CContentModel::State>(state))];
@@ -88,6 +93,7 @@ CGrammar::CGrammar() : m_Slots(kSlots, kNoElement) {
         }
         grammar.SetChildren(std::move(children));
     }
+    // The table starts with the outermost element.
     m_Root = &m_Grammars.front();
 }
 
@@ -103,6 +109,7 @@ void CGrammar::CollectNames() {
 /// Every element of a description is looked up here, by a hash over its few letters. Open
 /// addressing ends because there are more slots than names.
 size_t CGrammar::SlotOf(std::string_view name) const {
+    // FNV-1a: short names spread well, and a std::string_view needs no copy.
     uint32_t hash = 2166136261U;
     for (const char character : name) {
         hash = (hash ^ static_cast<unsigned char>(character)) * 16777619U;

@@ -14,7 +14,8 @@ using P = CPropertyID;
 using D = CProperty;
 using N = CNodeData;
 
-/// Parts that several elements share.
+/// Parts that several elements share. None contains another, so one replacement is
+/// enough.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 7> kShared{{
     {"@common",
      "Extension? ToolTip? Description? DisplayName? Visibility? DocuURL? IsDeprecated? EventID? "
@@ -36,6 +37,9 @@ constexpr std::string_view kNodes =
 
 constexpr Attributes kNode = Attributes::Node;
 
+/// A context names the nodes inside it. No context can hold another one, because the map
+/// remembers only one at a time. A string register isn't a context: a formula inside it
+/// keeps its plain name, which then has to be unique in the whole description.
 constexpr std::array kTypes{
     ElementType{"RegisterDescription", N::RegisterDescription_ID, Attributes::Root, false, kNodes},
     ElementType{"Group", N::_NotImpl_ID, Attributes::Comment, false, kNodes},
@@ -127,7 +131,7 @@ constexpr ElementRow operator|(ElementRow row, Attributes attributes) {
     row.attributes = attributes;
     return row;
 }
-/// A row for these parents alone; goes before one for all others.
+/// A row that holds only for these parents. It must come before the row for all others.
 constexpr ElementRow In(std::string_view parents, ElementRow row) {
     row.parents = parents;
     return row;

@@ -1,4 +1,6 @@
-// The lexical rules of texts and attributes. No rule depends on the locale.
+// The lexical rules. They are checked before a property is made, so that a live node
+// never meets a constant length of 0 or a name with a blank. Character tests are our own:
+// those of the C library depend on the locale of the process.
 
 #include "grammar/SimpleTypes.h"
 
@@ -40,7 +42,7 @@ bool ConsistsOf(std::string_view text, const Test& test) {
     return !text.empty() && std::all_of(text.begin(), text.end(), test);
 }
 
-/// @return whether it was a minus
+/// Removes a sign and returns whether it was a minus.
 bool TakeSign(std::string_view& text) {
     const bool isNegative = text.starts_with('-');
     if (isNegative || text.starts_with('+')) {
@@ -57,8 +59,8 @@ bool TakeHexPrefix(std::string_view& text) {
     return true;
 }
 
-/// An integer within limits. What isn't an integer passes: turning it into a value fails with a
-/// text of its own.
+/// An integer within limits. What is no integer passes here, because the conversion that
+/// follows names the property in its failure.
 const char* CheckRange(std::string_view text, int64_t min, int64_t max) {
     int64_t value = 0;
     if (!TextToInteger(text, value)) {
@@ -82,6 +84,8 @@ const char* CheckName(std::string_view text, const Test& test) {
 
 /// Formulas must be able to tell names from numbers.
 const char* CheckVariableName(std::string_view text) {
+    // A formula would read such a name as a number. The dots inside are for "Gain.Min"
+    // and the like.
     if (text.empty() || IsDigit(text.front()) || text.front() == '.') {
         return kPattern;
     }
@@ -135,6 +139,9 @@ std::string_view Trimmed(std::string_view text) {
 /// In the plain locale and to the end of the text. Hexadecimal numbers are addresses and masks,
 /// so all 64 bits may be set.
 bool TextToInteger(std::string_view text, int64_t& value) {
+    // std::from_chars knows no locale, needs no copy and refuses what isn't a digit. It
+    // also refuses a plus and a prefix, which descriptions use, so these are taken off
+    // first.
     const bool isNegative = TakeSign(text);
     const bool isHex = TakeHexPrefix(text);
     const char* const last = text.data() + text.size();
@@ -143,7 +150,6 @@ bool TextToInteger(std::string_view text, int64_t& value) {
     if (error != std::errc() || end != last) {
         return false;
     }
-    // Sixteen hexadecimal digits are bits, whatever sign they make.
     constexpr uint64_t kHighest = std::numeric_limits<int64_t>::max();
     if (!isHex && bits > kHighest + (isNegative ? 1 : 0)) {
         return false;
@@ -156,6 +162,8 @@ bool TextToInteger(std::string_view text, int64_t& value) {
 /// schema.
 bool TextToDouble(std::string_view text, double& value) {
     const bool isNegative = TakeSign(text);
+    // The spelling of XML. What std::from_chars would accept besides, such as "inf",
+    // "nan" or a second sign, is no number in a description.
     if (text == "INF") {
         value = std::numeric_limits<double>::infinity();
     } else if (text == "NaN") {
@@ -190,7 +198,8 @@ const char* CheckFacet(Facet facet, std::string_view text) {
         case Facet::HexDigits:
             return ConsistsOf(text, IsHexDigit) ? nullptr : kPattern;
         case Facet::NonNegative:
-            // Sixteen hexadecimal digits stand for an address, whatever their sign.
+            // Sixteen hexadecimal digits are an address, even when they read as a
+            // negative number.
             return CheckRange(text, text.starts_with('-') ? 0 : kLowest, kHighest);
         case Facet::Positive:
             return CheckRange(text, 1, kHighest);

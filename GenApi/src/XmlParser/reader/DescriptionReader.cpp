@@ -21,7 +21,7 @@ namespace {
 
 using GenICam_3_0_ORVANE::RuntimeException;
 
-/// Between name space and name in what the tokeniser reports. No name has it.
+/// Joins a name space and a name in what expat reports. No XML name may contain it.
 constexpr char kSeparator = '|';
 constexpr const char* kTooDeep = "elements are nested deeper than 200 levels";
 
@@ -49,11 +49,12 @@ bool IsQualified(std::string_view name) {
     return name.find(kSeparator) != std::string_view::npos;
 }
 
+/// A builder's failure leaves Read as an exception, and expat's memory must go with it.
 struct FreeParser {
     void operator()(XML_ParserStruct* parser) const { XML_ParserFree(parser); }
 };
 
-// Since 2.9.0 expat counts in 64 bits, under names of their own.
+// Since 2.9.0 expat has functions of other names that count in 64 bits.
 #if XML_MAJOR_VERSION > 2 || XML_MINOR_VERSION >= 9
 size_t LineOf(XML_Parser parser) {
     return XML_GetCurrentLineNumber64(parser);
@@ -89,6 +90,8 @@ std::optional<SchemaError> CDescriptionReader::Read(std::string_view document) {
     XML_SetElementHandler(m_pParser, &OnStart, &OnEnd);
     XML_SetCharacterDataHandler(m_pParser, &OnText);
     XML_Status status = XML_STATUS_OK;
+    // expat takes its length as an int and adds what it still holds of the piece before;
+    // half the range leaves room for that.
     do {
         const size_t length = std::min<size_t>(document.size(), INT_MAX / 2);
         const bool isLast = length == document.size();
@@ -103,6 +106,8 @@ std::optional<SchemaError> CDescriptionReader::Read(std::string_view document) {
         RethrowBuilderFailure();
     }
     if (!m_Error && status != XML_STATUS_OK) {
+        // Our own errors stop expat, which then reports an error, too. Only without one
+        // of ours is the document not well-formed.
         m_Error = ErrorHere(XML_ErrorString(XML_GetErrorCode(m_pParser)));
     }
     return m_Error;
@@ -174,6 +179,7 @@ void CDescriptionReader::OnText(void* self, const char* text, int length) {
 
 /// Elements of other vocabularies may only be inside extensions.
 bool CDescriptionReader::IsOurs(std::string_view qualifiedName, std::string_view& local) const {
+    // Compared in pieces, so that no element costs a joined string.
     local = LocalName(qualifiedName);
     return qualifiedName.size() == m_NameSpace.size() + 1 + local.size() &&
            qualifiedName.starts_with(m_NameSpace);
@@ -181,9 +187,12 @@ bool CDescriptionReader::IsOurs(std::string_view qualifiedName, std::string_view
 
 /// There are frames for elements of a bounded depth, which no real description comes near.
 void CDescriptionReader::Start(std::string_view qualifiedName, const char** attributes) {
+    // The frames are there from the start and never move, so that references to them hold
+    // while children are pushed. This check keeps within them.
     if (m_Depth + m_ExtensionDepth >= kMaxElementDepth) {
         throw ErrorHere(kTooDeep);
     }
+    // Inside an extension anything goes, in any vocabulary. It is kept as text.
     if (m_Depth > 0 && m_Frames[m_Depth - 1].grammar == nullptr &&
         m_Frames[m_Depth - 1].row->rule == Rule::Extension) {
         StartInExtension(LocalName(qualifiedName), attributes);
@@ -219,6 +228,8 @@ void CDescriptionReader::StartChild(std::string_view name, const char** attribut
     const CContentModel& model = parent.grammar->GetModel();
     const CContentModel::State next = model.Next(parent.state, element);
     if (next == CContentModel::kNoState) {
+        // The difference decides more than the text: an unexpected element makes the
+        // caller try the older schema.
         Fail(model.StandsBehindMissing(parent.state, element) ? SchemaError::ExpectedElement
                                                               : SchemaError::UnexpectedElement);
     }
@@ -229,6 +240,7 @@ void CDescriptionReader::StartChild(std::string_view name, const char** attribut
 /// An element is either a node, a key, or a text for the node around it.
 void CDescriptionReader::Push(const CElementGrammar* grammar, const ElementRow* row,
                               std::string_view name, const char** attributes) {
+    // Frames are used again; their strings keep the memory of the elements before.
     Frame& frame = m_Frames[m_Depth];
     frame.grammar = grammar;
     frame.row = row;
@@ -256,7 +268,7 @@ void CDescriptionReader::TakeAttributes(Frame& frame, Attributes kind, const cha
         const std::string_view name = attributes[0];
         std::string_view local;
         if (IsQualified(name) && !IsOurs(name, local)) {
-            // Another vocabulary's, such as the place of the schema.
+            // Of another vocabulary, such as the hint where to find the schema.
             continue;
         }
         const auto row = std::find_if(rows.begin(), rows.end(),
@@ -282,7 +294,7 @@ void CDescriptionReader::TakeAttribute(Frame& frame, Attributes kind, const Attr
         m_Builder.TakeAttribute(frame.open, row, value);
         return;
     }
-    // An empty offset is none, and a constant one goes before a reference.
+    // An empty offset counts as none, and a constant offset wins over a reference.
     if (kind == Attributes::Offset && value.empty()) {
         return;
     }
@@ -306,7 +318,7 @@ void CDescriptionReader::StartInExtension(std::string_view name, const char** at
     ++m_ExtensionDepth;
 }
 
-/// The tokeniser has checked that the names match.
+/// expat has matched the tags already, so the name only matters inside an extension.
 void CDescriptionReader::End(std::string_view qualifiedName) {
     if (m_ExtensionDepth > 0) {
         --m_ExtensionDepth;
@@ -318,6 +330,8 @@ void CDescriptionReader::End(std::string_view qualifiedName) {
         if (frame.row->rule == Rule::Key) {
             m_Builder.CloseKey(frame.open, frame.text);
         } else {
+            // A text belongs to the node around it. The row and the attribute were looked
+            // up at the start tag.
             m_Builder.TakeText(m_Frames[m_Depth - 2].open, *frame.row, frame.text,
                                {frame.attributeRow, frame.attribute});
         }
@@ -333,11 +347,14 @@ void CDescriptionReader::End(std::string_view qualifiedName) {
     if (m_Depth > 0) {
         m_Builder.TakeChild(m_Frames[m_Depth - 1].open, type, child);
     }
+    // Frees what is left, such as the template of a structure, now and not at the next
+    // use of the frame.
     frame.open = OpenNode();
 }
 
 /// The tokeniser may hand over one text in several parts.
 void CDescriptionReader::Characters(std::string_view text) {
+    // expat refuses text outside of the root itself.
     if (m_Depth == 0) {
         return;
     }

@@ -1,5 +1,5 @@
-// From a file, a block of memory or a text, zipped or not, to node data. The texts of failures
-// differ between the sources, as users know them.
+// Entry points of parsing: where the text comes from and whether it is zipped. The
+// document is one piece of memory from here on; real ones are a few megabytes at most.
 
 #include "reader/NodeDataMapFactory.h"
 
@@ -24,12 +24,14 @@ namespace {
 constexpr std::string_view kVersion11 = "http://www.genicam.org/GenApi/Version_1_1";
 constexpr std::string_view kVersion10 = "http://www.genicam.org/GenApi/Version_1_0";
 
-/// Which version of the schema a description follows shows in its name space: the older one is
-/// tried where the newer one doesn't fit the first element.
+/// Descriptions name one of two name spaces, and an element of the wrong one is
+/// unexpected. So is any other element out of place: then the second run fails, too, and
+/// its error is the one reported.
 void ParseDocument(CNodeDataMap& map, std::string_view document, bool suppressStrings) {
     auto error = CDescriptionReader(map, suppressStrings, kVersion11).Read(document);
     if (error && error->code == SchemaError::UnexpectedElement) {
-        // The same grammar serves both versions of the schema.
+        // What the first run stored before it failed must not meet its own repeat. The
+        // same grammar serves both versions of the schema.
         map.Clear();
         error = CDescriptionReader(map, suppressStrings, kVersion10).Read(document);
     }
@@ -79,6 +81,8 @@ std::string ReadFile(const std::string& fileName) {
     if (!file) {
         RUNTIME_EXCEPTION("Failed to open xml file %s.", fileName.c_str());
     }
+    // Inserting nothing sets the fail bit of this stream, which nobody asks for: an empty
+    // file is an empty document, and expat reports it.
     std::ostringstream text;
     text << file.rdbuf();
     return std::move(text).str();

@@ -64,6 +64,7 @@ struct CZipReader::Archive {
 
     ~Archive() {
         if (zip != nullptr) {
+            // Nothing was changed, and closing by the other call would try to save it.
             zip_discard(zip);
         }
     }
@@ -73,7 +74,9 @@ struct CZipReader::Archive {
             return false;
         }
         const zip_int64_t count = zip_fread(file, buffer, size);
-        // Closing tells whether the checksum holds.
+        // The library compares the checksum when it meets the end of the entry, so one
+        // byte more than there should be is asked for. It reports a bad one there or on
+        // closing.
         char beyond = 0;
         const bool isWhole =
             count == static_cast<zip_int64_t>(size) && zip_fread(file, &beyond, 1) == 0;
@@ -100,6 +103,7 @@ bool CZipReader::OpenMemory(const void* data, size_t size) {
         return false;
     }
     m_pArchive->zip = zip_open_from_source(source, ZIP_RDONLY, nullptr);
+    // An open archive owns its source; one that didn't open leaves it to us.
     if (m_pArchive->zip == nullptr) {
         zip_source_free(source);
     }
@@ -149,6 +153,7 @@ bool CZipReader::Extract(std::string& text) {
     if (!m_pArchive->Extract(buffer.data(), m_Size)) {
         return false;
     }
+    // No XML document holds a zero byte, so the text ends at the first one.
     text.assign(buffer.data(), strnlen(buffer.data(), m_Size));
     return true;
 }
