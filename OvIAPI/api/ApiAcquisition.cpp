@@ -1,4 +1,5 @@
-// Acquisition: callback, copy, loan.
+// Acquisition: callback, copy, loan. The order of the checks is part of the interface: a
+// program that makes two mistakes at once gets the status of the first.
 
 #include <algorithm>
 
@@ -15,7 +16,8 @@ using namespace OVTLClass;
 
 namespace {
 
-/// Raises unless frames are the application's to fetch and to return, and flow.
+/// Raises unless the camera acquires and the application fetches and returns frames
+/// itself.
 void CheckFrameCall(IDataStream& stream, bool isStarted, const char* call, const OvPlace& place) {
     if (stream.DoIsRegisterCaptureCallback()) {
         OV_RAISE_AT(CInvalidCallError, place,
@@ -27,7 +29,7 @@ void CheckFrameCall(IDataStream& stream, bool isStarted, const char* call, const
     }
 }
 
-/// For a call that returns frames.
+/// Checks a call that returns frames.
 void CheckReturn(IDataStream& stream, const char* call, const OvPlace& place) {
     CheckFrameCall(stream, stream.DoIsDataStreamAcquisiton(), call, place);
 }
@@ -51,6 +53,7 @@ OV_STATUS OVSetAcqusitionBufferNumber(OV_DEV_HANDLE hDevice, uint64_t nBufferNum
     if (nBufferNum == 0) {
         OV_RAISE(CInvalidParameterError, "The input parameter invalid");
     }
+    // The text is fixed, its two blanks included: programs may compare it.
     CheckStopped(*stream, "Can't set acqusition buffer number  when acqusition", OV_HERE);
     stream->SetAcqusitionBufferNumber(nBufferNum);
     return OV_STATUS_SUCCESS;
@@ -105,7 +108,8 @@ OV_STATUS OVGetImage(OV_DEV_HANDLE hDevice, OV_FRAME_DATA* pFrameData, uint32_t 
 OV_STATUS OVFlushQueue(OV_DEV_HANDLE hDevice) try {
     COvDeviceInfo& info = EnterCamera(hDevice, OV_HERE);
     const CFetch fetch(info.GetFetchGate());
-    // Nothing waits while stopped.
+    // Without acquisition no frame waits. Inside the gate, a stop can't take the buffers
+    // away.
     if (fetch.IsInside()) {
         info.GetStream()->DoFlushAllToInput();
     }
@@ -131,6 +135,8 @@ OV_STATUS OVStreamOff(OV_DEV_HANDLE hDevice) try {
 OV_STATUS OVDQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBuffer, uint32_t nTimeOut) try {
     EnterApi();
     OV_CHECK_POINTER(ppFrameBuffer);
+    // Before anything can fail for the camera's sake: a caller that doesn't look at the
+    // status must not find an old frame here.
     *ppFrameBuffer = nullptr;
     COvDeviceInfo& info = VerifyDeviceHandle(hDevice, OV_HERE);
     const CFetchCall call(info, "DQBuf", OV_HERE);

@@ -27,11 +27,12 @@ void CheckOpened(bool isOpen, const OvPlace& place) {
     }
 }
 
-/// What was there is lost from here on; so the text has to be whole before.
+/// From here on, what was in the file is lost, so the text must be complete before.
 void WriteFile(const char* path, const std::string& text, const OvPlace& place) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     CheckOpened(file.is_open(), place);
     file << text;
+    // A full disk may show only now.
     file.close();
     if (!file) {
         OV_RAISE_AT(CUnexpectedError, place, "Can't write config file");
@@ -45,6 +46,7 @@ OV_STATUS OVExportConfigFile(OV_DEV_HANDLE hDevice, const char* pszFilePath) try
     OV_CHECK_POINTER(pszFilePath);
     CheckStopped(*info.GetStream(), "Can't export config file after start capture", OV_HERE);
     CheckPath(pszFilePath, OV_HERE);
+    // Features that change by themselves go into the file with their present values.
     info.GetPolling().PollBeforeCall(OV_FEATURE_LEVEL_REMOTE_DEVICE);
     std::ostringstream text;
     CAllFeaturePersistance::ExportAllFeaturesToStream(info.GetDevice(), text);
@@ -65,6 +67,8 @@ OV_STATUS OVImportConfigFile(OV_DEV_HANDLE hDevice, const char* pszFilePath, boo
     const std::vector<std::string> errors =
         CAllFeaturePersistance::ImportAllFeaturesFromStream(info.GetDevice(), file, bVerify);
     if (!errors.empty()) {
+        // All that went wrong in one text: the rest of the file has been written to the
+        // camera.
         OV_RAISE_STATUS(OV_STATUS_ERROR,
                         std::accumulate(errors.begin(), errors.end(), std::string()));
     }

@@ -1,4 +1,5 @@
-// The device list, and opening.
+// The device list, and opening. Only a search takes the lock of the library, because it
+// changes what everybody else looks at. Opening relies on the locks of the tables.
 
 #include "OvIAPI.h"
 #include "TLClassSupport/OvException.h"
@@ -59,6 +60,8 @@ OV_STATUS OVGetDeviceIPInfo(uint32_t nIndex, OV_DEVICE_IP_INFO* pstDeviceIPInfo)
 OV_STATUS OVOpenDeviceByIndex(uint32_t nDeviceIndex, OV_DEV_HANDLE* phDevice) try {
     CDeviceManager& manager = EnterApi();
     OV_CHECK_POINTER(phDevice);
+    // The short form has no access mode: a program that says nothing means to use the
+    // camera.
     *phDevice = manager.GetDeviceInfoFactory().OpenDeviceByIndex(nDeviceIndex, OV_ACCESS_EXCLUSIVE,
                                                                  OV_HERE);
     return OV_STATUS_SUCCESS;
@@ -74,6 +77,7 @@ OV_STATUS OVOpenDevice(const OV_OPEN_PARAM* pOpenParam, OV_DEV_HANDLE* phDevice)
     if (*pOpenParam->pszContent == '\0') {
         OV_RAISE(CInvalidParameterError, "OV_OPEN_PARAM::pszContent's length is 0");
     }
+    // An enumeration of C holds any number.
     if (pOpenParam->openMode < OV_OPEN_SN || pOpenParam->openMode > OV_OPEN_USERID) {
         OV_RAISE(CInvalidParameterError, "Error Open Mode");
     }

@@ -14,7 +14,8 @@ using namespace OVTLClass;
 
 namespace {
 
-/// Raises with the message in such a callback of the camera.
+/// Raises with the message when the calling thread is in a callback of that kind for the
+/// camera.
 void CheckNotInside(CallbackKind kind, const IDevice& camera, const char* message,
                     const OvPlace& place) {
     if (CCallbackScope::IsInside(kind, &camera)) {
@@ -22,9 +23,9 @@ void CheckNotInside(CallbackKind kind, const IDevice& camera, const char* messag
     }
 }
 
-/// Raises with the message for a handle that isn't registered. What stood behind it
-/// may be gone, so it is compared alone. In a callback that refuses the call anyway
-/// only null is told: a close on another thread may have taken the handle away.
+/// Raises with the message for a handle that isn't registered. Handles are only compared:
+/// what one points to may be gone. In a callback that refuses the call anyway, only null
+/// is refused here: a close on another thread may have removed the registration already.
 template <class IsRegistered>
 void VerifyCallbackHandle(const void* handle, CallbackKind refused, const IDevice& camera,
                           const IsRegistered& isRegistered, const char* message,
@@ -79,9 +80,13 @@ OV_STATUS OVRegisterFeatureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
     CheckNotInside(CallbackKind::Event, device, "Can't register feature event callback in callback",
                    OV_HERE);
     CFeatureControl& control = GetFeatureControl(info, featureID);
+    // Only the first callback on an event's feature starts the thread that reads events:
+    // most programs have none and shouldn't pay for it.
     if (control.CheckEventNode(name)) {
         device.DoActiveRemoteDeviceEventThread();
     }
+    // Counted before the callback is registered, so that no change is missed, and taken
+    // back when the registration fails.
     CListenerAgency listening(
         CDeviceManager::GetInstance().GetDeviceInfoFactory().GetPollingThread(), info.GetPolling());
     *pHCallBack = control.DoRegisterFeatureCallback(
@@ -103,6 +108,7 @@ OV_STATUS OVUnregisterFeatureCallback(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featu
     CheckNotInside(CallbackKind::Event, *info.GetDevice(),
                    "Can't unregister feature event callback in callback", OV_HERE);
     CFeatureControl& control = GetFeatureControl(info, featureID);
+    // The handle is valid, but it is another feature's.
     if (!control.CheckExist(name, pHCallBack)) {
         OV_RAISE(CInvalidParameterError, "Invalid Feature ID");
     }

@@ -1,4 +1,5 @@
-// Integers, floats, enumerations, booleans and commands.
+// Integers, floats, enumerations, booleans and commands. Each function checks handle,
+// type and name, then the caller's pointers, and only then asks the camera.
 
 #include <algorithm>
 #include <cstring>
@@ -14,7 +15,8 @@ using namespace OVTLClass;
 
 namespace {
 
-/// Copies as much as fits into a zeroed field: a full field has no end.
+/// Copies as much as fits into a zeroed field. A text that fills its field has no
+/// terminating zero.
 template <size_t Size>
 void FillField(char (&field)[Size], const std::string& text) {
     std::memset(field, 0, Size);
@@ -103,6 +105,7 @@ OV_STATUS OVGetEnumDescription(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
     feature.Control().DoGetEnumDescription(feature.Name(), entries);
     const size_t size = entries.size() * sizeof(OV_ENUM_DESCRIPTION);
     if (pEnumDescription != nullptr) {
+        // Before the first is written: the caller gets all entries or none.
         if (size > *pBufferSize) {
             OV_RAISE(CNeedMoreBufferError, "Need more buffer to get enum description");
         }
@@ -153,6 +156,7 @@ OV_STATUS OVSetBool(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, bool bValue)
 
 OV_STATUS OVSendCommand(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID) try {
     const CFeatureAccess feature(hDevice, featureID, OV_FEATURE_TYPE_COMMAND, OV_HERE);
+    // The camera's command alone would leave the host's side as it was.
     if (featureID == OV_FEATURE_AcquisitionStart) {
         StartAcquisition(feature.Info(), OV_HERE);
     } else if (featureID == OV_FEATURE_AcquisitionStop) {

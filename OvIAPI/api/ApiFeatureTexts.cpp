@@ -1,4 +1,5 @@
-// Texts and buffers.
+// Texts and buffers. Their length is known only by reading them, so a caller with a null
+// pointer asks for the size first.
 
 #include <algorithm>
 #include <cstring>
@@ -43,8 +44,8 @@ OV_STATUS OVGetString(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, char* pszC
         }
         const std::string text = control.DoGetString(feature.Name());
         std::memset(pszContent, 0, size);
-        // The value may have grown since its size was read; the zero behind it is
-        // there already.
+        // The value may have grown since its size was read, so no more than that size is
+        // copied. The terminating zero is there already.
         // NOLINTNEXTLINE(bugprone-not-null-terminated-result)
         std::memcpy(pszContent, text.data(), std::min(text.size(), size - 1));
     }
@@ -58,6 +59,8 @@ OV_STATUS OVSetString(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, const char
     const CFeatureAccess feature(hDevice, featureID, OV_FEATURE_TYPE_STRING, OV_HERE);
     OV_CHECK_POINTER(pszContent);
     feature.Control().DoSetString(feature.Name(), pszContent);
+    // Cameras are also opened by their user ID, and the lists keep the one that a search
+    // found.
     if (featureID == OV_FEATURE_DeviceUserID) {
         feature.Info().SetUserId(pszContent);
         feature.Info().GetDevice()->DoSetUserId(pszContent);

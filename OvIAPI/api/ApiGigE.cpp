@@ -1,6 +1,6 @@
-// What changes how a GigE Vision camera sits on the network, found by its MAC
-// address. No lock of the interface is held: only the searches wait for one
-// another.
+// Changes how a GigE Vision camera is set up on the network. The camera is found by its
+// MAC address, because it may have no address yet that the host can reach. No lock of the
+// interface is held: only the searches wait for one another.
 
 #include "OvIAPI.h"
 #include "TLClassModule/IDevice.h"
@@ -56,7 +56,7 @@ OV_STATUS OVGigEForceIp(const char* pszDeviceMacAddress, const char* pszIPAddres
     OV_CHECK_POINTER(pszIPAddress);
     OV_CHECK_POINTER(pszSubnetMask);
     OV_CHECK_POINTER(pszDefaultGateway);
-    // Whether the addresses make sense is the producer's to say.
+    // The producer decides whether the addresses make sense.
     Find(pszDeviceMacAddress, OV_HERE)->DoForceIp(pszIPAddress, pszSubnetMask, pszDefaultGateway);
     return OV_STATUS_SUCCESS;
 } catch (...) {

@@ -1,4 +1,4 @@
-// The address that an open GigE Vision camera keeps over its next starts.
+// The address with which an open GigE Vision camera starts from now on.
 
 #include <array>
 #include <cstring>
@@ -16,13 +16,13 @@ using namespace OVTLClass;
 namespace {
 
 constexpr size_t kFeatures = 3;
-/// In the order of all tests, reads and writes.
+/// Checks, reads and writes go in this order.
 constexpr std::array<const char*, kFeatures> kNames = {
     "GevPersistentIPAddress", "GevPersistentSubnetMask", "GevPersistentDefaultGateway"};
-/// What each is called when its text doesn't fit.
+/// The names in the failure of a text that doesn't fit.
 constexpr std::array<const char*, kFeatures> kWords = {"IP", "subnet mask", "default gateway"};
 
-/// One text of the caller with its size in and out.
+/// A text of the caller, with its size as input and output.
 struct TextTarget {
     char* text;
     size_t* size;
@@ -56,7 +56,8 @@ size_t SizeOf(const std::string& text) {
     return text.size() + 1;
 }
 
-/// Nothing is written into a text unless all of them fit.
+/// Writes no text unless all of them fit. A size without a text is a question, and its
+/// answer is written even if another text doesn't fit.
 void GiveTexts(const Texts& texts, const TextTargets& targets, const OvPlace& place) {
     for (size_t i = 0; i < kFeatures; ++i) {
         if (targets[i].text == nullptr) {
@@ -121,8 +122,12 @@ OV_STATUS OVSetDevicePersistentIpAddress(OV_DEV_HANDLE hDevice, const char* pszI
     OV_CHECK_POINTER(pszDefaultGateway);
     const CFeatureControl& control = ControlOf(info);
     CheckImplemented(control, "Not Implemented ", OV_HERE);
+    // All before the first is written: a camera that keeps a wrong address can't be
+    // reached after its next start.
     CheckAddresses(pszIP, pszSubnetMask, pszDefaultGateway, OV_HERE);
     const std::array<const char*, kFeatures> texts = {pszIP, pszSubnetMask, pszDefaultGateway};
+    // Three writes, of which a later one may fail: the camera has no step that takes all
+    // at once.
     for (size_t i = 0; i < kFeatures; ++i) {
         control.DoSetInt(kNames[i], Cipcalc().StringToInt(texts[i]));
     }

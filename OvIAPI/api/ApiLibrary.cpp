@@ -1,4 +1,4 @@
-// The frame: version, start, end, last error.
+// The frame of the interface: version, start, end, last error.
 
 #include <cstring>
 
@@ -13,6 +13,8 @@ using namespace OVTLClass;
 
 namespace {
 
+/// The files that the library looks for beside itself. Those that aren't there are left
+/// out.
 constexpr const char* kProducers = "OvGVTL.cti;OvU3VTL.cti;KwTL.cti";
 
 }  // namespace
@@ -23,6 +25,7 @@ const char* OVGetLibVersion(void) {
 
 OV_STATUS OVInitLib(void) try {
     CDeviceManager& manager = CDeviceManager::GetInstance();
+    // Without the lock first, so that a repeated call doesn't wait for a search.
     if (manager.IsInitialised()) {
         return OV_STATUS_SUCCESS;
     }
@@ -46,13 +49,14 @@ OV_STATUS OVCloseLib(void) try {
     CDeviceInfoFactory& factory = manager.GetDeviceInfoFactory();
     if (CCallbackScope::IsInsideAny()) {
         // Raises. Another thread that closes the library holds the API lock while it
-        // waits for the end of this callback, which therefore must not wait for it.
+        // waits for the end of this callback, so this thread must not wait for that lock.
         factory.CloseAllDevice(OV_HERE);
     }
     const CAutoLock lock(manager.GetApiLock());
     if (!manager.IsInitialised()) {
         return OV_STATUS_SUCCESS;
     }
+    // The cameras before their producers, which are unloaded below.
     factory.CloseAllDevice(OV_HERE);
     factory.GetKnownCameras().Clear();
     COVIError::GetInstance().Reset();
@@ -63,6 +67,8 @@ OV_STATUS OVCloseLib(void) try {
     return CaughtStatus();
 }
 
+/// Stores no failure of its own, so that it can be asked twice: once for the size and
+/// once for the text.
 OV_STATUS OVGetLastError(int32_t* pErrorCode, char* pszErrText, size_t* pSize) {
     if (pSize == nullptr) {
         return OV_STATUS_INVALID_PARAMETER;

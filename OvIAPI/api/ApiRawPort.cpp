@@ -1,4 +1,5 @@
-// The camera's registers, past its features.
+// The camera's registers, without its features: what the node map keeps isn't invalidated
+// by a write here.
 
 #include "OvIAPI.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"

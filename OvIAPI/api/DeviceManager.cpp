@@ -1,3 +1,5 @@
+// The state of the library, and how every exported function begins.
+
 #include "api/DeviceManager.h"
 
 #include "TLClassModule/IDevice.h"
@@ -37,6 +39,8 @@ void CheckPointer(const void* pointer, const OvPlace& place) {
 }
 
 COvDeviceInfo& VerifyDeviceHandle(OV_DEV_HANDLE hDevice, const OvPlace& place) {
+    // A handle is used as it is, without a look-up: a closed camera's handle can't be
+    // recognised, and using one is the application's mistake.
     auto* const info = dynamic_cast<COvDeviceInfo*>(static_cast<IOvDeviceInfo*>(hDevice));
     if (info == nullptr || !info->GetDevice()->DoIsDeviceOpen()) {
         OV_RAISE_AT(CInvalidHandleError, place, "Invalid device handle");

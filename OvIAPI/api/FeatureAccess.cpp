@@ -1,3 +1,6 @@
+// An identifier holds the type and the module of a feature in its bits. So a wrong type
+// is refused before anything is looked up.
+
 #include "api/FeatureAccess.h"
 
 #include <algorithm>
@@ -54,10 +57,12 @@ CFeatureControl& GetFeatureControl(const COvDeviceInfo& info, OV_FEATURE_ID feat
     if (control == nullptr) {
         OV_RAISE(CUnexpectedError, "dynamic_cast OVTLClass::CFeatureControl failed");
     }
+    // The features of this module may be past their polling time.
     info.GetPolling().PollBeforeCall(level);
     return *control;
 }
 
+/// A handle doesn't say which module it belongs to.
 bool HasFeatureCallback(const COvDeviceInfo& info, const void* handle) {
     constexpr OV_FEATURE_LEVEL kLevels[] = {OV_FEATURE_LEVEL_REMOTE_DEVICE, OV_FEATURE_LEVEL_TL,
                                             OV_FEATURE_LEVEL_INTERFACE,

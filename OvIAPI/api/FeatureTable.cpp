@@ -1,3 +1,5 @@
+// Filled from the one table that also makes the identifiers of the public header.
+
 #include "api/FeatureTable.h"
 
 CFeatureTable::CFeatureTable()

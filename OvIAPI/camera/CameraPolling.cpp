@@ -17,6 +17,7 @@ int64_t Now() {
     return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
+/// A negative period is none, and then the other one counts.
 int64_t ShorterPeriod(int64_t left, int64_t right) {
     return left < 0 || right < 0 ? std::max(left, right) : std::min(left, right);
 }
@@ -46,7 +47,8 @@ void CPolledMap::Poll() {
     }
     const int64_t now = Now();
     int64_t last = m_last;
-    // Of several threads one hands over what has passed.
+    // Several threads may poll at once. Only one of them reports the time that has
+    // passed, or the nodes would count it twice.
     if (now > last && m_last.compare_exchange_strong(last, now)) {
         OV_RUN_LOGGED([&] { m_map->_Poll(now - last); });
     }
@@ -62,7 +64,7 @@ void CCameraPolling::Begin(IDevice& camera, GenApi_3_0_ORVANE::CNodeMapRef& stre
 }
 
 void CCameraPolling::Poll() {
-    // What its callbacks may not do is what callbacks of the camera's events may not.
+    // Callbacks that a poll leads to may do as little as those of the camera's events.
     const CCallbackScope scope(CallbackKind::Event, m_camera);
     for (CPolledMap* const map : {&m_remote, &m_local, &m_stream}) {
         map->Poll();
@@ -70,6 +72,7 @@ void CCameraPolling::Poll() {
 }
 
 void CCameraPolling::PollBeforeCall(OV_FEATURE_LEVEL level) {
+    // The thread polls a watched camera in time.
     if (m_period < 0 || m_isWatched) {
         return;
     }

@@ -1,3 +1,6 @@
+// One camera: what a search found out about it and, once it is open, what the interface
+// keeps for it.
+
 #include "camera/DeviceInfo.h"
 
 #include "TLClassModule/IDataStream.h"
@@ -26,6 +29,7 @@ void OvAddresses::Set(const GEV_ADDRESS_INFO& info) {
     gatewayText = IpText(gateway);
 }
 
+/// Only the description is copied. Locks, frames, gate and polling belong to one handle.
 COvDeviceInfo::COvDeviceInfo(const COvDeviceInfo& other)
     : IOvDeviceInfo(other),
       vendorName(other.vendorName),
@@ -52,6 +56,7 @@ void COvDeviceInfo::SetDeviceClass(const std::string& tlType, const std::string&
     } else if (tlType == "U3V") {
         m_deviceClass = OV_DEVICE_CLASS_U3V;
     } else if (tlType == "Custom") {
+        // There is no transport type for smart cameras; their producer's ID reveals them.
         m_deviceClass = tlId == "Smart_Camera_TL" ? OV_DEVICE_CLASS_SMART : OV_DEVICE_CLASS_CUSTOM;
     } else {
         m_deviceClass = OV_DEVICE_CLASS_UNKNOWN;
@@ -60,6 +65,7 @@ void COvDeviceInfo::SetDeviceClass(const std::string& tlType, const std::string&
 
 std::shared_ptr<IDataStream> COvDeviceInfo::GetStream() const {
     const CAutoLock lock(m_streamLock);
+    // Looked up once, since fetches ask for it with every frame.
     if (!m_stream) {
         const auto streams = m_device->DoGetDataStreamList();
         if (streams.empty()) {

@@ -1,10 +1,14 @@
+// Keeps a stop from taking buffers away under a fetch, without a lock that both would
+// hold.
+
 #include "camera/FetchGate.h"
 
 #include <chrono>
 
 namespace {
 
-/// A fetch that is about to wait may miss the wake-up, so this must be short.
+/// A fetch that is just about to wait may miss the wake-up, so it is woken again after
+/// this.
 constexpr std::chrono::milliseconds kMoment(1);
 
 }  // namespace
@@ -22,6 +26,8 @@ bool CFetchGate::Close() noexcept {
 
 bool CFetchGate::TryEnter() noexcept {
     const std::scoped_lock lock(m_mutex);
+    // The look at the gate and the count are one step: a stop sees either a closed gate
+    // or the fetch inside.
     m_inside += m_isOpen ? 1 : 0;
     return m_isOpen;
 }

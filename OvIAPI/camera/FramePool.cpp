@@ -1,3 +1,6 @@
+// Records of frames on loan. A stop on one thread may empty the pool while an application
+// returns frames on another, so every function takes both locks for all that it does.
+
 #include "camera/FramePool.h"
 
 #include <algorithm>
@@ -9,9 +12,11 @@ using namespace OVTLClass;
 
 namespace {
 
+/// A program that returns frames after a stop may be late by a few acquisitions. The
+/// bound keeps one that never returns any from filling the memory.
 constexpr size_t kRetired = 1024;
 
-/// The buffer of a frame goes back to the producer.
+/// Returns the buffer of a frame to the producer.
 void QueueBufferOf(const OV_FRAME_BUFFER& frame) {
     if (frame.nBufID != 0) {
         reinterpret_cast<CBuffer*>(frame.nBufID)->QueueBuffer();
@@ -21,6 +26,7 @@ void QueueBufferOf(const OV_FRAME_BUFFER& frame) {
 }  // namespace
 
 void CFramePool::Make(size_t count) {
+    // Allocated before the locks are taken and before anything has changed.
     Queue fresh(count);
     const std::scoped_lock freeLock(m_freeMutex);
     const std::scoped_lock deliveredLock(m_deliveredMutex);
@@ -42,6 +48,7 @@ OV_FRAME_BUFFER* CFramePool::Take(const OV_FRAME_BUFFER& content) {
 bool CFramePool::Return(OV_FRAME_BUFFER* frame) {
     const std::scoped_lock freeLock(m_freeMutex);
     const std::scoped_lock deliveredLock(m_deliveredMutex);
+    // By address and without a look at what the pointer points to: it may be anything.
     const auto found = std::find_if(m_delivered.begin(), m_delivered.end(),
                                     [frame](const auto& record) { return &record == frame; });
     if (found == m_delivered.end()) {
@@ -74,6 +81,7 @@ void CFramePool::Free() {
 void CFramePool::FreeLocked() {
     m_free.clear();
     for (const auto& frame : m_delivered) {
+        // A producer that refuses one buffer must not keep the others from going back.
         OV_RUN_LOGGED([&frame] { QueueBufferOf(frame); });
     }
     m_retired.splice(m_retired.begin(), m_delivered);

@@ -1,3 +1,5 @@
+// From strings of any length to the fixed fields of the public records.
+
 #include "devices/CameraRecords.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// Finding, opening and closing cameras. No lock is held while a producer opens a camera,
+// which may take seconds; each table locks itself for as long as it is read or changed.
+
 #include "devices/DeviceInfoFactory.h"
 
 #include <algorithm>
@@ -38,8 +41,8 @@ void CDeviceInfoFactory::UpdateDeviceList(uint32_t* count, unsigned timeout) {
 }
 
 void CDeviceInfoFactory::__TryUpdate() {
-    // A search that runs on another thread is not waited for: the caller goes
-    // on with the cameras that are known.
+    // Doesn't wait for a search that another thread runs: the caller goes on with the
+    // cameras that are known.
     const auto turn = m_search.TryTakeTurn();
     if (!turn) {
         return;
@@ -48,6 +51,7 @@ void CDeviceInfoFactory::__TryUpdate() {
     try {
         UpdateDeviceList(&count, kAutomaticTimeout);
     } catch (const std::exception&) {
+        // A search that the program hasn't asked for fails without a text of its own.
         throw std::exception();
     }
 }
@@ -102,6 +106,8 @@ OV_DEV_HANDLE CDeviceInfoFactory::OpenDevice(const OV_OPEN_PARAM& param, const O
 OV_DEV_HANDLE CDeviceInfoFactory::__OpenKnownDevice(const COvDeviceInfo& known,
                                                     OV_ACCESS_MODE accessMode,
                                                     const OvPlace& place) {
+    // What is opened here closes again unless it is committed, in reverse: the stream
+    // before its device.
     COpenDeviceAgency device(*known.GetDevice(), accessMode);
     COpenDataStreamAgency stream(*known.GetDevice(), place);
     OV_DEV_HANDLE const handle = __AddHandle(known.Clone());
@@ -113,6 +119,7 @@ OV_DEV_HANDLE CDeviceInfoFactory::__OpenKnownDevice(const COvDeviceInfo& known,
 OV_DEV_HANDLE CDeviceInfoFactory::__OpenDeviceByIP(const std::string& ip, OV_ACCESS_MODE accessMode,
                                                    const OvPlace& place) {
     const int64_t address = Cipcalc().StringToInt(ip);
+    // Two threads that open one address would each make a device for it.
     m_opening.Begin(address);
     const CRollback ended([this, address] { m_opening.End(address); });
     if (m_open.IsOpenAt(ip)) {
@@ -147,9 +154,11 @@ void CDeviceInfoFactory::CloseAllDevice(const OvPlace& place) {
     }
 }
 
-/// Goes to its end whatever fails: the handle is void afterwards.
+/// Runs to its end whatever fails, because the handle is void afterwards.
 void CDeviceInfoFactory::__Close(COvDeviceInfo& info) {
     const CRollback ended([this, &info] { m_open.EndClosing(info); });
+    // From the outside in: first nobody calls back any more, then no frames arrive, then
+    // stream and device go.
     m_polling.Detach(info.GetPolling());
     EndAcquisition(info);
     OV_RUN_LOGGED([&info] { info.GetStream()->DoCloseDataStream(); });

@@ -1,3 +1,5 @@
+// Opening, and what takes it back when a later step fails.
+
 #include "devices/DeviceOpening.h"
 
 #include "TLClassMain/ITLManager.h"
@@ -13,7 +15,7 @@ using namespace OVTLClass;
 
 namespace {
 
-/// The camera of that address when it could be opened there, else null.
+/// Returns the camera at that address, open, or null when this adapter doesn't reach it.
 std::shared_ptr<IDevice> OpenOnInterface(IInterface& owner, int64_t address,
                                          OV_ACCESS_MODE accessMode, const OvPlace& place) {
     std::shared_ptr<IDevice> device;
@@ -29,7 +31,7 @@ std::shared_ptr<IDevice> OpenOnInterface(IInterface& owner, int64_t address,
         return device;
     } catch (const std::exception& error) {
         if (device && device->DoIsDeviceOpen()) {
-            // It is found, and another thread has it.
+            // The camera is here, and another thread has opened it.
             throw;
         }
         // The camera may be connected to the next adapter.

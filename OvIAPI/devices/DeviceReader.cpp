@@ -38,7 +38,7 @@ void ReadAddresses(COvDeviceInfo& entry, IDevice& device, IInterface& owner) {
     entry.adapterDescription = owner.DoGetCommonInterfaceInfo().description.value;
 }
 
-/// Cameras without an address are different ones.
+/// Cameras without a MAC address count as different ones.
 bool HasMac(const OvDeviceInfoList& list, int64_t mac) {
     return mac != 0 && std::any_of(list.begin(), list.end(), [mac](const auto& entry) {
                return entry->deviceAddresses.mac == mac;
@@ -49,17 +49,20 @@ OvDeviceInfoList ReadGevDevices(ITL& tl, const std::string& tlId) {
     OvDeviceInfoList list;
     for (const auto& owner : tl.DoGetInterfaceList()) {
         for (const auto& device : owner->DoGetDeviceList()) {
+            // Made by a program that opened an address; no search has found it.
             if (IsMadeForAddress(*device)) {
                 continue;
             }
             auto entry = ReadDevice(device, tlId);
             ReadAddresses(*entry, *device, *owner);
-            // A camera that two adapters see is one camera.
+            // A camera that two adapters see is listed once.
             if (!HasMac(list, entry->deviceAddresses.mac)) {
                 list.push_back(std::move(entry));
             }
         }
     }
+    // Programs open cameras by their place in the list, which mustn't depend on who
+    // answers first.
     std::stable_sort(list.begin(), list.end(), [](const auto& left, const auto& right) {
         return static_cast<uint64_t>(left->deviceAddresses.mac) <
                static_cast<uint64_t>(right->deviceAddresses.mac);
@@ -72,6 +75,7 @@ OvDeviceInfoList ReadGenericDevices(ITL& tl, const std::string& tlId) {
     for (const auto& owner : tl.DoGetInterfaceList()) {
         for (const auto& device : owner->DoGetDeviceList()) {
             auto entry = ReadDevice(device, tlId);
+            // A producer of several transports may list such cameras, too.
             if (entry->GetDeviceClass() == OV_DEVICE_CLASS_GEV) {
                 ReadAddresses(*entry, *device, *owner);
             }

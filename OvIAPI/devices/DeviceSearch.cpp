@@ -1,3 +1,6 @@
+// A search asks all producers for their cameras and makes one list of the answers.
+// Producers may take their whole time-out, so only one thread searches at a time.
+
 #include "devices/DeviceSearch.h"
 
 #include <algorithm>
@@ -17,6 +20,8 @@ void UpdateAll(const TLList& tls, OvSearchMode mode, unsigned timeout) {
     TLList others;
     std::remove_copy_if(tls.begin(), tls.end(), std::back_inserter(others), &CTLQuery::IsGevTL);
     bool changed = false;
+    // Those of GigE Vision are searched together and apart from the others, because only
+    // they have networks that a search may be limited to.
     CGevUpdateAgency gev(CTLQuery::QueryGevTLFromTLArray(tls));
     if (mode == OvSearchMode::LocalNetwork) {
         gev.DoUpdateInLocalNetwork(timeout, 0, changed);

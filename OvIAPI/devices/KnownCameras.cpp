@@ -1,3 +1,5 @@
+// The result of the last search. Open cameras don't depend on it: a handle is a copy.
+
 #include "devices/KnownCameras.h"
 
 #include <algorithm>
@@ -9,7 +11,7 @@ using namespace OVTLClass;
 
 namespace {
 
-/// The text of a camera that a key of that mode is compared with.
+/// Returns the text of a camera that is compared with a key of that mode.
 std::string KeyOf(const COvDeviceInfo& camera, OV_OPEN_MODE mode) {
     switch (mode) {
         case OV_OPEN_SN:
@@ -27,6 +29,8 @@ std::string KeyOf(const COvDeviceInfo& camera, OV_OPEN_MODE mode) {
 
 size_t CKnownCameras::Replace(List list) {
     const CAutoLock lock(m_lock);
+    // The old list ends with the argument, after the lock is released: the last reference
+    // to a device may go with it.
     m_list.swap(list);
     return m_list.size();
 }
@@ -59,6 +63,7 @@ void CKnownCameras::GetBaseInfo(OV_DEVICE_BASE_INFO* records, size_t* size,
     const CAutoLock lock(m_lock);
     const size_t needed = m_list.size() * sizeof(OV_DEVICE_BASE_INFO);
     if (records != nullptr) {
+        // The list may have grown since the caller asked for the size.
         if (needed > *size) {
             *size = 0;
             OV_RAISE_AT(CNeedMoreBufferError, place, "Need more buffer for all device info");
@@ -87,6 +92,7 @@ void CKnownCameras::SetUserId(const std::string& deviceId, const std::string& us
     const auto found =
         std::find_if(m_list.begin(), m_list.end(),
                      [&deviceId](const Camera& camera) { return camera->deviceId == deviceId; });
+    // A camera that was opened by its address isn't listed.
     if (found != m_list.end()) {
         (*found)->SetUserId(userId);
     }

@@ -1,3 +1,7 @@
+// The table of handles. Closing a camera takes long and waits for its callbacks, which
+// may use the interface. So a camera that is being closed only changes lists, and is
+// closed without the lock.
+
 #include "devices/OpenCameras.h"
 
 #include <algorithm>
@@ -24,7 +28,7 @@ COpenCameras::List::iterator COpenCameras::__Find(List& list, const COvDeviceInf
 OV_DEV_HANDLE COpenCameras::Add(std::unique_ptr<COvDeviceInfo> camera) {
     const CAutoLock lock(m_lock);
     m_open.push_back(std::move(camera));
-    // A handle is the address of the base, which is what it is cast back to.
+    // The address of the base, since that is what a handle is cast back to.
     return static_cast<IOvDeviceInfo*>(m_open.back().get());
 }
 
@@ -48,12 +52,14 @@ COvDeviceInfo* COpenCameras::BeginClosing(const COvDeviceInfo& camera) {
     if (opened != m_open.end()) {
         return __MoveToClosing(opened);
     }
+    // Another thread closes it: when this call returns, the camera is closed as well.
     m_closed.wait(m_lock, [&] { return __Find(m_closing, camera) == m_closing.end(); });
     return nullptr;
 }
 
 COvDeviceInfo* COpenCameras::BeginClosingLast(const OvPlace& place) {
     const CAutoLock lock(m_lock);
+    // This thread would wait for those at the end, and they for its callback.
     for (const auto& closing : m_closing) {
         CheckMayClose(*closing, "close lib", place);
     }

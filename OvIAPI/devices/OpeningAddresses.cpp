@@ -1,3 +1,6 @@
+// Keeps two threads from opening one address at once. A list and not one lock for all,
+// since an opening takes seconds and others have nothing to do with it.
+
 #include "devices/OpeningAddresses.h"
 
 #include <algorithm>

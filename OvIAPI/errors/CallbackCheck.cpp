@@ -1,3 +1,6 @@
+// Calls that would wait for the end of a callback are refused in that callback: the
+// thread would wait for itself.
+
 #include "errors/CallbackCheck.h"
 
 #include "TLClassSupport/OvException.h"

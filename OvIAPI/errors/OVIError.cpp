@@ -1,3 +1,6 @@
+// The barrier: no exception leaves the library. What it was becomes a status and the text
+// of the thread's last failure.
+
 #include "errors/OVIError.h"
 
 #include <new>
@@ -10,6 +13,7 @@ COVIError& COVIError::GetInstance() noexcept {
 }
 
 void COVIError::Set(OV_STATUS status, const char* text) {
+    // The last failure stays.
     if (text == nullptr) {
         return;
     }
@@ -28,7 +32,7 @@ std::string_view COVIError::GetText() const noexcept {
 
 namespace {
 
-// Without memory for the text the status alone tells the failure.
+// Without memory for the text, the status alone reports the failure.
 OV_STATUS Store(OV_STATUS status, const char* text) {
     try {
         COVIError::GetInstance().Set(status, text);
@@ -49,6 +53,7 @@ OV_STATUS CaughtStatus() noexcept {
     try {
         throw;
     }
+    // The only class with a status of its own: a producer's code passes through it.
     OV_CATCH(CUnexpectedError, error.GetStatus())
     OV_CATCH(CNotFoundTLError, OV_STATUS_NOT_FOUND_TL)
     OV_CATCH(CNotFoundDeviceError, OV_STATUS_NOT_FOUND_DEVICE)
@@ -66,6 +71,8 @@ OV_STATUS CaughtStatus() noexcept {
     catch (const std::exception& error) {
         return Store(OV_STATUS_ERROR, error.what());
     }
+    // The engine's exceptions aren't standard ones. One that nothing has translated ends
+    // here.
     catch (...) {
         return Store(OV_STATUS_ERROR, "{UnKnown Exception}");
     }

@@ -1,3 +1,7 @@
+// What the transport model keeps are clones: the objects that are registered live on the
+// stack of the exported function. So each clone leaves without an owner until it is
+// stored.
+
 #include "events/EventCallbacks.h"
 
 #include <memory>
@@ -10,6 +14,8 @@ using namespace OVTLClass;
 
 namespace {
 
+/// A feature's callback runs on the thread that changes the feature. On that of the
+/// camera's events, more calls are refused: a close waits for this thread.
 CallbackKind KindOfFeatureCallback(IDevice& camera) {
     return CVxThread::PthreadSelf() == camera.DoGetEventThreadID() ? CallbackKind::Event
                                                                    : CallbackKind::Feature;

@@ -1,3 +1,6 @@
+// One thread polls all cameras. It ends by itself when no camera is left, and is joined
+// by the next call that is free to wait for it.
+
 #include "events/PollingThread.h"
 
 #include <algorithm>
@@ -10,7 +13,7 @@ using namespace OVTLClass;
 namespace {
 
 constexpr int kPollingPriority = 50;
-/// A node whose time is no multiple of the shortest is late by no more than this.
+/// A node whose time is no multiple of the shortest is late by this at the most.
 constexpr int64_t kLongestPeriod = 50;
 
 std::chrono::milliseconds PeriodOf(const CCameraPolling& camera) {
@@ -32,6 +35,7 @@ void CPollingThread::__Drop(std::vector<Watched>::iterator watched) {
 }
 
 void CPollingThread::AddListener(CCameraPolling& camera) {
+    // Only polled features need the thread: writes and events call back by themselves.
     if (camera.GetPeriod() < 0) {
         return;
     }
@@ -51,7 +55,10 @@ void CPollingThread::AddListener(CCameraPolling& camera) {
         }
         m_working = true;
     }
+    // Joins the thread that has ended its work before. Without the lock of the list,
+    // which it needs to end.
     m_thread.Destory();
+    // The caller gets the failure, so its listener must not count.
     if (!m_thread.Run(this, &__OnThread, kPollingPriority)) {
         const CAutoLock lock(m_lock);
         m_working = false;
@@ -79,12 +86,15 @@ void CPollingThread::Detach(CCameraPolling& camera) {
         if (found != m_cameras.end()) {
             __Drop(found);
         }
+        // The thread may be in the midst of this camera's nodes, which go next.
         m_changed.wait(m_lock, [&] { return m_polled != &camera; });
     }
     __JoinIfIdle();
 }
 
 void CPollingThread::__JoinIfIdle() {
+    // A callback may run on this very thread, or with the lock of a node map held for
+    // which the thread waits. The thread is joined by the next call then.
     if (CCallbackScope::IsInsideAny()) {
         return;
     }
@@ -122,11 +132,15 @@ CCameraPolling* CPollingThread::__WaitForNext() {
         const Clock::time_point now = Clock::now();
         if (due <= now) {
             next->due = now + PeriodOf(*next->camera);
+            // Noted under the lock, so that a close knows for which camera it has to
+            // wait.
             m_polled = next->camera;
             return next->camera;
         }
         m_changed.wait_until(m_lock, due);
     }
+    // Under the lock: whoever adds a camera next sees a thread that works, or starts
+    // another.
     m_working = false;
     m_changed.notify_all();
     return nullptr;

@@ -1,4 +1,5 @@
-// The start and the stop.
+// The start and the stop. Both have two sides, the camera and the host's stream, and
+// either side may fail: a start leaves nothing behind, a stop does everything it can.
 
 #include <exception>
 
@@ -19,14 +20,15 @@ namespace {
 
 constexpr int kStartAttempts = 3;
 constexpr const char* kParamsLocked = "TLParamsLocked";
-/// A stop waits for the first, and start and stop use features, for whose lock the
-/// thread of the others would be waited for.
+/// A stop waits for the end of the capture callback. The other callbacks may run with the
+/// lock of a node map, and another thread's start or stop, which uses features, may wait
+/// for that.
 constexpr std::initializer_list<CallbackKind> kRefused = {
     CallbackKind::Capture, CallbackKind::Event, CallbackKind::Feature};
 constexpr const char* kReadOnly = "Can't start acquisition on read-only mode";
 
-/// The camera's transport parameters, locked for an acquisition. Also unlocked when
-/// the lock itself raised: the camera may have taken it.
+/// Locks the camera's transport parameters for an acquisition. Unlocks them also when the
+/// lock itself has raised: the camera may have taken it.
 class CRemoteDeviceTLParamsLockedAgency : public CAgency {
 public:
     explicit CRemoteDeviceTLParamsLockedAgency(const IFeatureControl& remote) {
@@ -41,8 +43,8 @@ public:
     }
 };
 
-/// Ends all fetches and lets no other begin. A producer may forget a kill that
-/// meets no waiter, and a fetch may be about to wait: the kill is repeated.
+/// Ends all fetches and lets no other begin. A producer may forget a kill that meets no
+/// waiter, and a fetch may be just about to wait, so the kill is repeated.
 void CloseFetches(COvDeviceInfo& info, IDataStream& stream) {
     CFetchGate& gate = info.GetFetchGate();
     for (bool isEmpty = gate.Close(); !isEmpty; isEmpty = gate.WaitUntilEmpty()) {
@@ -50,14 +52,15 @@ void CloseFetches(COvDeviceInfo& info, IDataStream& stream) {
     }
 }
 
-/// The host's side of a stop. Frames on loan go back before it.
+/// Stops the host's side. Frames on loan go back before it, since the stop frees their
+/// buffers.
 void StopStream(COvDeviceInfo& info, IDataStream& stream) {
     info.GetFramePool().Free();
     stream.DoStopDataStreamAcquisition();
 }
 
-/// A stream that acquires, with a record for each of its buffers. It may have
-/// acquired before, with frames on loan and fetches under way.
+/// Starts the stream and makes a record for each of its buffers. The undo also has to
+/// cover a stream that has acquired before, with frames on loan and fetches under way.
 class CStartStreamAgency : public CAgency {
 public:
     CStartStreamAgency(COvDeviceInfo& info, IDataStream& stream, const IBufferInitInfo& frames) {
@@ -104,6 +107,8 @@ void StartOnce(const StartTarget& target) {
     started.Commit();
 }
 
+/// Each attempt begins with the camera's parameters: whatever made the last one fail may
+/// have changed them.
 void StartWithRetries(const StartTarget& target) {
     for (int attempt = 1;; ++attempt) {
         try {
@@ -117,7 +122,7 @@ void StartWithRetries(const StartTarget& target) {
     }
 }
 
-/// Keeps the first failure of a stop that must go on.
+/// Keeps the first failure of a stop, which goes on after it.
 class CFirstFailure {
 public:
     template <class Step>
@@ -137,6 +142,8 @@ public:
         }
         try {
             std::rethrow_exception(m_failure);
+            // Its own class stays: a program reacts to a lost camera in another way than to a
+            // refusal.
         } catch (const CDeviceOfflineError& error) {
             OV_RAISE_AT(CDeviceOfflineError, place, error.what());
         } catch (const std::exception& error) {
@@ -150,7 +157,7 @@ private:
     std::exception_ptr m_failure;
 };
 
-/// A function of its own, so that the log names no lambda within another.
+/// A function of its own, so that the log shows a name and not a lambda within another.
 void SendStop(COvDeviceInfo& info) noexcept {
     OV_RUN_LOGGED([&info] {
         info.GetDevice()->DoGetRemoteDeviceFeatureControl()->DoSendCommand("AcquisitionStop");
@@ -166,12 +173,14 @@ void StartAcquisition(COvDeviceInfo& info, const OvPlace& place) {
         OV_RAISE_AT(CInvalidAccessError, place, kReadOnly);
     }
     const std::shared_ptr<IDataStream> stream = info.GetStream();
+    // Before the lock is taken, because a poll may run callbacks.
     info.GetPolling().PollBeforeCall(OV_FEATURE_LEVEL_REMOTE_DEVICE);
     const CAutoLock lock(info.GetAcquisitionLock());
     const IFeatureControl& remote = *device.DoGetRemoteDeviceFeatureControl();
     CRemoteDeviceTLParamsLockedAgency locked(remote);
     StartWithRetries({info, remote, *stream, IsChunkModeActive(remote)});
     locked.Commit();
+    // Last, so that nobody fetches from a stream that may still be taken back.
     info.GetFetchGate().Open();
 }
 
@@ -186,10 +195,11 @@ void StopAcquisition(COvDeviceInfo& info, const OvPlace& place) {
     CloseFetches(info, *stream);
     const IFeatureControl& remote = *device.DoGetRemoteDeviceFeatureControl();
     CFirstFailure failure;
+    // The camera first, so that it doesn't send to a stream that has stopped.
     failure.Run([&remote] { remote.DoSendCommand("AcquisitionStop"); });
     StopStream(info, *stream);
     failure.Run([&remote] {
-        // A camera may do without the lock: its stop doesn't fail for that.
+        // A camera may lack this feature. Its stop doesn't fail for that.
         if (remote.DoExist(kParamsLocked)) {
             remote.DoSetInt(kParamsLocked, 0);
         }
@@ -203,6 +213,7 @@ void CheckStopped(IDataStream& stream, const char* message, const OvPlace& place
     }
 }
 
+/// A camera that is being closed may be lost already, so nothing here is a failure.
 void EndAcquisition(COvDeviceInfo& info) noexcept {
     OV_RUN_LOGGED([&info] {
         const std::shared_ptr<IDataStream> stream = info.GetStream();

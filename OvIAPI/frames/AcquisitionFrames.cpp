@@ -1,4 +1,4 @@
-// The frames, by copy and on loan.
+// The ways of a frame to the application: by copy and on loan.
 
 #include <algorithm>
 #include <cstring>
@@ -35,11 +35,12 @@ void CopyFrame(COvDeviceInfo& info, OV_FRAME_DATA& frame, uint32_t timeout) {
     BUFFER_INFO buffer;
     info.GetStream()->DoGetBuffer(buffer, timeout);
     auto& memory = *static_cast<CBuffer*>(buffer.userPointer.value);
-    // A producer needn't tell where the frame is: it is where it was announced.
+    // A producer need not say where the frame is: it is where its buffer was announced.
     std::memcpy(frame.pImgBuf,
                 buffer.base.value != nullptr ? buffer.base.value : memory.GetMemory(),
                 std::min<size_t>(buffer.expectedPayloadSize.value, memory.GetSize()));
     FillFrame(frame, buffer);
+    // Last: from now on the producer may overwrite it.
     memory.QueueBuffer();
 }
 
@@ -49,6 +50,8 @@ OV_FRAME_BUFFER* LendFrame(COvDeviceInfo& info, uint32_t timeout, const OvPlace&
     FillFrame(record, fetched.GetInfo());
     record.pImgBuf = fetched.GetInfo().base.valid ? fetched.GetInfo().base.value : nullptr;
     record.nBufID = reinterpret_cast<uint64_t>(fetched.GetBuffer());
+    // The pool has a record for each buffer, so none is left only when the application
+    // holds all of them.
     OV_FRAME_BUFFER* const frame = info.GetFramePool().Take(record);
     if (frame == nullptr) {
         OV_RAISE_AT(CUnexpectedError, place, "DQFrameBuffer failed");
@@ -66,11 +69,12 @@ uint32_t LendAllFrames(COvDeviceInfo& info, OV_FRAME_BUFFER** frames, uint32_t s
                     COvString::MsgComposer("Size of OV_FRAME_DATA* array should be at least %d",
                                            static_cast<int>(announced)));
     }
-    // A producer that tells of more frames than there are must not write past
-    // the caller's array.
+    // A producer that reports more frames than there are must not make us write past the
+    // caller's array.
     const size_t waiting =
         std::clamp<size_t>(stream->DoGetDeliveryBufferListSize(), 1, std::max<size_t>(size, 1));
     uint32_t count = 0;
+    // The caller gets an empty array with a failure, so nobody else could return these.
     CRollback giveBack([&] {
         for (uint32_t i = 0; i < count; ++i) {
             OV_RUN_LOGGED([&] { info.GetFramePool().Return(frames[i]); });
@@ -82,6 +86,7 @@ uint32_t LendAllFrames(COvDeviceInfo& info, OV_FRAME_BUFFER** frames, uint32_t s
             frames[count] = LendFrame(info, timeout, place);
             ++count;
         } catch (const CTimeoutError&) {
+            // Frames that have come are worth more to the caller than the failure.
             if (count == 0) {
                 throw;
             }

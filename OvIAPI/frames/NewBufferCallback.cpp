@@ -1,3 +1,5 @@
+// The bridge from the capture thread to the application's function. It copies no pixels.
+
 #include "frames/NewBufferCallback.h"
 
 #include <memory>
@@ -18,6 +20,8 @@ void COvNewBufferCallback::operator()(const OVTLClass::BUFFER_INFO& info) {
     param.status = FrameStatus(info);
     param.pImgBuf = info.base.value;
     FillFrameValues(param, info);
+    // While this scope lives, calls that would wait for the end of this callback are
+    // refused.
     const OVTLClass::CCallbackScope scope(OVTLClass::CallbackKind::Capture, &m_camera);
     m_function(&param);
 }

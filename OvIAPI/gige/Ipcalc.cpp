@@ -1,3 +1,6 @@
+// Addresses as text and numbers, without the system's resolver: it would accept names and
+// forms that cameras don't know.
+
 #include "gige/Ipcalc.h"
 
 #include <bitset>
@@ -8,6 +11,7 @@ namespace {
 
 constexpr size_t kMaxDigits = 3;
 constexpr int kMaxNumbers = 4;
+// Keeps broadcast addresses out, and with them addresses such as 10.0.255.3.
 constexpr int kHostLimit = 254;
 constexpr int kMaskLimit = 255;
 
@@ -15,8 +19,8 @@ bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
-/// The dotted form alone: numbers up to `limit`, at most four, one point
-/// between two of them.
+/// Only the dotted form: numbers up to `limit`, at most four, one point between two of
+/// them.
 bool IsDotted(const std::string& text, int limit) {
     std::string number;
     int count = 0;

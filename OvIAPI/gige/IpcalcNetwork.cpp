@@ -1,4 +1,4 @@
-// Networks, their classes and what a mask makes of them.
+// Networks, their classes, and how a mask divides them.
 
 #include <bit>
 
@@ -27,8 +27,8 @@ uint32_t MaskOf(int prefixLength) {
     return prefixLength <= 0 ? 0 : kAllOnes << (kAddressBits - prefixLength);
 }
 
-/// Two to a power, less the two addresses or subnets that serve no host. A
-/// fraction of one counts as none.
+/// Two to a power, without the first and the last address or subnet, which serve no host;
+/// -1 for a negative number of bits.
 int64_t CountWithoutEnds(int bits) {
     return bits < 0 ? -1 : (int64_t{1} << bits) - 2;
 }
