@@ -80,16 +80,13 @@ void ReplaceEnvironmentVariables(gcstring& text, bool replaceBlanks) {
     text = ToText(result);
 }
 
-/// The real path, because whoever asks looks for files beside the module, not beside a link to
-/// it.
+/// The real path, because callers look for files beside the module and not beside a link to it.
 gcstring GetModulePathFromFunction(void* function) {
     Dl_info info{};
     if (dladdr(function, &info) == 0 || info.dli_fname == nullptr) {
         return {};
     }
     std::array<char, PATH_MAX> path{};
-    // Callers look for files beside the module, which may have been loaded by a relative
-    // path or through a link.
     return realpath(info.dli_fname, path.data()) == nullptr ? "" : path.data();
 }
 

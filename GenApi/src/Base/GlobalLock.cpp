@@ -145,7 +145,7 @@ bool CGlobalLock::Lock(unsigned timeoutMilliseconds) {
     return true;
 }
 
-/// The semaphore is given back before the file, so that no other process finds the file free and
+/// The semaphore is released before the file, so that no other process finds the file free and
 /// the semaphore taken, and thinks that somebody has died.
 void CGlobalLock::Unlock() {
     COpenFile file(std::exchange(m_LockFile, COpenFile::kNone));

@@ -47,16 +47,14 @@ uint32_t WordBefore(const uint8_t* end, int64_t distance) {
 
 }  // namespace
 
-/// No flag says whether there is a CRC. What tells are the last words: a chunk ends with its
-/// length and the inverted length, which with a CRC are one word further from the end.
+/// No flag says whether there is a CRC, but the last words do: a chunk ends with its length and
+/// the inverted length, and a CRC moves these one word away from the end.
 bool CChunkAdapterDcam::HasCRC(const uint8_t* buffer, int64_t length) {
     RequireBuffer(buffer, length);
     if (length < kShortestWithCrc) {
         return false;
     }
     const uint8_t* const end = buffer + length;
-    // Nothing announces a checksum. A trailer ends in its length and the inverse of that,
-    // so one that ends four bytes before the buffer's end leaves room for a checksum.
     return WordBefore(end, 12) == ~WordBefore(end, 8);
 }
 

@@ -31,8 +31,8 @@ void CIEEE1212ParserImpl::SetProperty(const CProperty& property) {
 }
 
 /// Invalidation usually means that some register of the same port was written; the ROM of a unit
-/// never changes. So the entries stay if the unit is still the same, which a read of a few bytes
-/// tells.
+/// never changes. So the entries stay if the unit is still the same: a read of a few bytes is
+/// enough to find out.
 void CIEEE1212ParserImpl::SetInvalid(ESetInvalidMode mode) {
     CRegisterImpl::SetInvalid(mode);
     if (m_Entries.IsEmpty()) {

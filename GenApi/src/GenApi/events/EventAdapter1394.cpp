@@ -13,7 +13,7 @@ using GenICam_3_0_ORVANE::CLog;
 static_assert(sizeof(EventData1394) == 4 && alignof(EventData1394) == 1,
               "a message may lie anywhere");
 
-/// Behind a pointer, since clients derive from the adapter and its size must not change.
+/// Held by a pointer, since clients derive from the adapter and its size must not change.
 struct CEventAdapter1394::EventAdapter1394Impl {
     void* m_pLog = nullptr;
 };

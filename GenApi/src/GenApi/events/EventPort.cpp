@@ -109,7 +109,7 @@ void CEventPort::AttachEvent(const uint8_t* data, int64_t length) {
     }
 }
 
-/// The lock is given back before the node is set invalid, so that callbacks which may take other
+/// The lock is released before the node is set invalid, so that callbacks which may take other
 /// locks run without it.
 void CEventPort::Keep(const uint8_t* data, int64_t length) {
     const AutoLock lock(GetLock());

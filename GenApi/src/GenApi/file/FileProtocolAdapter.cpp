@@ -1,4 +1,4 @@
-// Named files in a device. Each operation is a row of the same steps: select the file and the
+// Named files in a device. Each operation is a sequence of the same steps: select the file and the
 // operation, set offset and length, execute, wait, and look at status and result. Bytes go
 // through a buffer register, piece by piece.
 

@@ -117,7 +117,7 @@ void BagWriter::CheckAll() {
 
 }  // namespace
 
-/// Nothing is thrown but for a missing map: everything else is in the notes.
+/// Only a missing map raises. What nodes refuse is in the notes.
 bool CFeatureBag::LoadFromBag(INodeMap* nodeMap, bool verify, gcstring_vector* errors) {
     return LoadFromBagInternal(RequireNodeMap(nodeMap), verify, errors);
 }

@@ -70,7 +70,7 @@ void CNodeData::SetName(std::string_view name) {
     AddProperty(CPropertyID::Name_ID, name);
 }
 
-/// Names are in the map alone, which finds nodes by them.
+/// Only the map holds names, and it finds nodes by them.
 const std::string& CNodeData::GetName() const {
     return m_pNodeDataMap->GetNodeName(GetNodeID());
 }
