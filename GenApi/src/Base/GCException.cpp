@@ -72,7 +72,6 @@ void GenericException::AssembleMessage() {
     if (!m_EntryPoint.empty()) {
         message.append(" while calling '").append(m_EntryPoint.c_str()).append("'");
     }
-    // Without the folder, which differs from one build machine to the next.
     message.append(" (file '").append(FileNameOf(m_SourceFileName.c_str())).append("', line ");
     message.append(std::to_string(m_SourceLine)).append(")");
     m_What.assign(message.c_str(), message.size());

@@ -46,9 +46,6 @@ void CheckLockOrder(const void* lock, LockRank rank, const void* camera) {
     if (rank == LockRank::None || t_held.Find(lock) != t_held.end()) {
         return;
     }
-    // A callback of one camera may use any other camera, whose locks start at the lowest
-    // rank again: only what the thread has taken since the callback began counts. For a
-    // camera whose own callback the thread runs, everything that it holds counts.
     const CApplicationCall* call = t_call;
     while (call != nullptr && call->m_camera != camera) {
         call = call->m_outer;

@@ -47,8 +47,7 @@ gcstring UrlEncode(const gcstring& text) {
     return {encoded.data(), encoded.size()};
 }
 
-/// What isn't an escape stays as it is: descriptions of real cameras have a lone "%" in their
-/// URLs.
+/// What isn't an escape stays as it is: names of files may hold a lone "%".
 gcstring UrlDecode(const gcstring& text) {
     std::string decoded;
     for (std::string_view rest(text.c_str(), text.size()); !rest.empty();) {
@@ -57,7 +56,6 @@ gcstring UrlDecode(const gcstring& text) {
             decoded += static_cast<char>(byte);
             rest.remove_prefix(3);
         } else {
-            // A lone "%" is kept: names of files may hold one.
             decoded += rest.front();
             rest.remove_prefix(1);
         }

@@ -104,7 +104,6 @@ bool ConfigureLogLibraryFromFile(const CLogBackend& backend, const gcstring& fil
     }
     Say(backend, LogInfo, std::string("Loading logger parameter file '") + fileName.c_str() + "'");
     std::ostringstream text;
-    // Every line ends in a line feed, also the last one of a file that lacks it.
     for (std::string line; std::getline(file, line);) {
         text << line << '\n';
     }

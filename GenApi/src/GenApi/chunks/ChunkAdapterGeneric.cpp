@@ -100,7 +100,6 @@ void CChunkAdapterGeneric::Attach(uint8_t* buffer, const Chunk* chunks, int64_t 
         RUNTIME_EXCEPTION("Invalid chunk data passed to chunk adapter!");
     }
     const std::span list(chunks, static_cast<size_t>(count));
-    // All before the first one is bound, so that a bad list changes nothing.
     for (const Chunk& chunk : list) {
         CheckChunk(chunk);
     }

@@ -20,8 +20,6 @@ void CChunkAdapterTrailer::AttachBuffer(uint8_t* buffer, int64_t length,
     if (buffer == nullptr) {
         RUNTIME_EXCEPTION("Invalid buffer attached to chunk %s!", m_Layout.name);
     }
-    // Walked twice: what arrives over a network may be damaged anywhere, and ports must
-    // not be bound to half a frame.
     if (!CheckBufferLayout(buffer, length)) {
         RUNTIME_EXCEPTION("Invalid layout of buffer attached to chunk %s!", m_Layout.name);
     }

@@ -78,7 +78,8 @@ ConfRomReader::Place ConfRomReader::RootDirectory() const {
     return 1 + (Quadlet(0) >> 24);
 }
 
-/// Checked as a whole, so that a directory which is cut off has no entries rather than some.
+/// Checked as a whole, so that a directory which is cut off is refused before any of its entries
+/// is used.
 std::vector<ConfRomReader::Entry> ConfRomReader::Directory(Place place) const {
     const uint32_t DirLenQuad = UpperHalf(Quadlet(place));
     CheckAddressRange(place + 1, DirLenQuad);

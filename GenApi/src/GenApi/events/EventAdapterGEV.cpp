@@ -86,8 +86,6 @@ void CEventAdapterGEV::DeliverEventItem(const EventItem& item) {
         return;
     }
     const size_t size = item.bytes.size();
-    // Features may read the size from the event, so it's filled in, in a copy: the
-    // message is the caller's.
     std::array<uint8_t, kLongestRequest> copy;
     std::copy(item.bytes.begin(), item.bytes.end(), copy.begin());
     copy[0] = static_cast<uint8_t>(size >> 8);

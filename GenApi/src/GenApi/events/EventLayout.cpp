@@ -140,8 +140,6 @@ EventItem EventItems::Next() {
     }
     const size_t field = ReadField(m_Layout, m_Rest.data());
     m_Size = SizeOf(field);
-    // Also the guard against an event of no length, at which the walk would never move
-    // on.
     if (m_Size < items.shortest) {
         RUNTIME_EXCEPTION("%s", items.tooShort);
     }

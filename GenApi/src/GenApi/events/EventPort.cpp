@@ -171,7 +171,6 @@ void CEventPort::CopyOut(void* buffer, int64_t address, int64_t length) {
     if (mode != RO) {
         RefuseAccess("read from", address, mode);
     }
-    // By subtraction, because the sum of two numbers from a description may overflow.
     const bool isWithin = address >= 0 && address <= m_EventDataLength && length >= 0 &&
                           length <= m_EventDataLength - address;
     if (!isWithin) {

@@ -135,8 +135,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Parse() {
     }
 }
 
-/// In the order in which clients added them: a later one may refer to nodes of an earlier one.
-/// What comes preprocessed from the cache can't be merged.
+/// In the order in which clients added them: where two define one node, the later one decides
+/// which of them stays. What comes preprocessed from the cache can't be merged.
 void CNodeMapFactory::CNodeMapFactoryImpl::Inject() {
     for (const Pointer& other : m_Injected) {
         other->LoadAndInject();
@@ -211,7 +211,6 @@ void CNodeMapFactory::CNodeMapFactoryImpl::ReleaseSource() {
     m_isLoaded = false;
     m_isPreprocessed = false;
     m_IsReleased = true;
-    // Releasing is for the sake of memory, and what was injected holds as much.
     for (const Pointer& other : m_Injected) {
         other->ReleaseSource();
     }
@@ -251,7 +250,6 @@ auto CNodeMapFactory::CNodeMapFactoryImpl::ApplyStyleSheet(const gcstring& fileN
             "Cannot apply stylesheet, no camera description file data has been provided to the "
             "node map factory.");
     }
-    // Before the description is read, which may be large.
     CheckStyleSheet(fileName);
     Source transformed;
     transformed.text = Transform(m_Source.Read(), fileName.c_str()).c_str();

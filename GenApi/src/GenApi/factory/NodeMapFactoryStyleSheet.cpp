@@ -59,8 +59,6 @@ void WriteTextFile(const std::string& fileName, const std::string& text) {
     if (!file) {
         RUNTIME_EXCEPTION("Could not write to '%s' (%s)", fileName.c_str(), std::strerror(errno));
     }
-    // Flushed here, because a full disk shows only then and the destructor couldn't
-    // report it.
     file << text << std::flush;
     if (!file) {
         RUNTIME_EXCEPTION("Could not write to '%s'", fileName.c_str());

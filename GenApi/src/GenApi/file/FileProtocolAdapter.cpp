@@ -115,8 +115,6 @@ bool FileProtocolAdapter::FileAccess::Attach(INodeMap& map) {
                                  (deviceName.empty() ? gcstring("NO_DEVICE") : deviceName) +
                                  ".Misc.FileProtocolAdapter");
     }
-    // All are looked up, even after one is missing: the log then names all that the
-    // device lacks.
     m_IsComplete = true;
     LookUp(m_ptrFileSelector, "FileSelector");
     LookUp(m_ptrOperationSelector, "FileOperationSelector");
@@ -207,7 +205,6 @@ int64_t FileProtocolAdapter::FileAccess::Read(uint8_t* buffer, int64_t offset,
         if (moved > 0) {
             m_ptrBuffer->Get(buffer + position, moved);
         }
-        // The end of a file: the device moves less than asked for and in the end nothing.
         if (!IsSuccess() || moved == 0) {
             return false;
         }

@@ -123,7 +123,6 @@ int64_t CFeatureBag::StoreToBag(INodeMap* nodeMap, int64_t maxEntries,
     ExecuteIfPresent(map, "Std::DeviceFeaturePersistenceStart");
     RunAndEnd(
         [&] {
-            // For people who find the file later. Loading doesn't look at it.
             if (auto* const device = dynamic_cast<IDeviceInfo*>(nodeMap)) {
                 SetInfo(DeviceText(*device));
             }
@@ -146,8 +145,6 @@ int64_t CFeatureBag::StoreToBagInternal(INodeMap& nodeMap, int64_t maxEntries,
         }
         const CPointer<IValue> feature(node);
         if (feature.IsValid() && IsWanted(*node, filter)) {
-            // One feature that the description gets wrong must not cost the user all
-            // settings.
             VisitUnlessFaulty(*node, [&] { PersistCombinations(*feature, script); });
         }
     }

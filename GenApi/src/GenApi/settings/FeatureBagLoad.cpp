@@ -76,8 +76,7 @@ void BagWriter::Verify(const gcstring& name, const gcstring& value) {
     const CPointer<IValue> feature(m_NodeMap.GetNode(name));
     m_Notes.Attempt(LoadNotes::kWriting, name, [&] {
         if (feature.IsValid() && IsWritable(feature->GetAccessMode())) {
-            // Written once more: now every feature has its value, so all limits are
-            // final. A name without a node has been noted in the first round.
+            // A name without a node has been noted in the first pass.
             feature->FromString(value, true);
             Compare(name, value, *feature);
         }
@@ -90,7 +89,6 @@ void BagWriter::Compare(const gcstring& name, const gcstring& value, IValue& fea
         if (!IsReadable(feature.GetAccessMode())) {
             return;
         }
-        // From the device and not from a cache, which would only repeat what was written.
         const gcstring found = feature.ToString(true, true);
         if (found != value) {
             m_Notes.Add("Error while verifying node '" + name + "'. Expected '" + value +

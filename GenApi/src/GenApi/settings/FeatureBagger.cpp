@@ -148,7 +148,6 @@ bool CFeatureBagger::UnBag(INodeMap* nodeMap, bool verify, gcstring_vector* erro
     bool isClean = true;
     for (const auto& bag : m_Bags) {
         const gcstring& name = bag->GetBagName();
-        // The default set is the manufacturer's and can't be saved.
         if (BeginsWith(name, kUserSets.bagPrefix) && name != kDefaultSetBag) {
             isClean &= UnBagCustomAction<CEnumSelectorDigit::Pointer>(map, *bag, kUserSets, verify,
                                                                       errors);
@@ -157,7 +156,6 @@ bool CFeatureBagger::UnBag(INodeMap* nodeMap, bool verify, gcstring_vector* erro
                                                                      verify, errors);
         }
     }
-    // Last, because filling a set goes through the present settings.
     for (const auto& bag : m_Bags) {
         if (bag->GetBagName() == kAllBag) {
             isClean &= bag->LoadFromBagInternal(map, verify, errors);
@@ -175,7 +173,6 @@ bool CFeatureBagger::UnBagCustomAction(INodeMap& nodeMap, const CFeatureBag& bag
                                        gcstring_vector* errors) {
     const SelectorPointer selector(nodeMap.GetNode(nodes.selector));
     const CPointer<ICommand> save(nodeMap.GetNode(nodes.save));
-    // A device without such sets has lost nothing.
     if (!selector.IsValid() || !save.IsValid()) {
         return true;
     }

@@ -127,7 +127,7 @@ bool CBoolSelectorDigit::SetFirst() {
     return true;
 }
 
-/// After true there is nothing.
+/// True is the last value.
 bool CBoolSelectorDigit::SetNext(bool tick) {
     if (m_CurrentValue) {
         return false;

@@ -100,8 +100,6 @@ void CNodeDataMap::ExtractIndependentSubtree(CNodeDataMap& toExtractTree, std::s
     CollectSubtree(*this, start, nodes);
     const NodeIDTranslator translator(*this, nodes, toExtractTree);
     const bool hasRoot = toExtractTree.FindNodeID(rootName).IsValid();
-    // Without a "Root" nothing can be reached from there, so no node of the part is a
-    // feature.
     CopyNodes(translator, toExtractTree, hasRoot || renameToRoot);
 
     if (renameToRoot && name != rootName) {
@@ -119,7 +117,6 @@ void CNodeDataMap::RenameToRoot(CNodeDataMap& toExtractTree, std::string_view na
     const auto pos = toExtractTree.m_pNodeName2NodeID->find(name);
     OV_ASSERT(pos != toExtractTree.m_pNodeName2NodeID->end());
     const NodeID_t nodeID = pos->second;
-    // Links hold identifiers, so that a new name changes nothing for them.
     toExtractTree.m_pNodeName2NodeID->erase(pos);
     toExtractTree.m_pNodeName2NodeID->emplace(rootName, nodeID);
     (*toExtractTree.m_pNodeID2NodeName)[static_cast<size_t>(nodeID.ToIndex())] = rootName;

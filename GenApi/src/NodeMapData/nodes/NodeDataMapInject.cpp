@@ -11,8 +11,8 @@
 namespace GenApi_3_0_ORVANE {
 namespace {
 
-/// Groups and enumerations are what injected descriptions extend: with a feature or an entry that
-/// both have no quarrel about.
+/// Categories and enumerations are what injected descriptions extend, by features and entries, so
+/// those of both count.
 bool IsMergedByContent(const CNodeData& node) {
     return node.GetNodeType() == CNodeData::Category_ID ||
            node.GetNodeType() == CNodeData::Enumeration_ID;

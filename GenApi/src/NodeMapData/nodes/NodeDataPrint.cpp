@@ -64,8 +64,6 @@ std::string CNodeData::StartTag() const {
         }
     }
     if (FindProperty(CPropertyID::NameSpace_ID) == nullptr) {
-        // Readers of the document find the name space of every node, also of those that
-        // leave it at its default.
         text += " NameSpace=\"Custom\"";
     }
     return text + '>';

@@ -92,8 +92,7 @@ void CNodeDataPreprocessor::BuildChildLists(CNodeData& node) {
         if (property.GetPropertyID().IsWritingLink()) {
             node.m_pWritingChildren->push_back(property.NodeID());
         }
-        // An attribute, such as the offset of an index, is read together with its link.
-        // Nothing is written to it.
+        // An attribute is read together with its link, and never written.
         if (const CProperty* pAttribute = property.GetAttribute()) {
             addReader(*pAttribute);
         }

@@ -10,8 +10,8 @@
 namespace GenApi_3_0_ORVANE {
 namespace {
 
-/// The texts that people write freely, and that may hold markup characters. All others consist of
-/// characters that XML leaves alone.
+/// The texts that people write freely, and that may hold markup characters. All others are
+/// printed as they are.
 constexpr std::array escapedProperties = {CPropertyID::Description_ID, CPropertyID::ToolTip_ID,
                                           CPropertyID::DisplayName_ID, CPropertyID::Unit_ID,
                                           CPropertyID::Formula_ID,     CPropertyID::FormulaTo_ID,

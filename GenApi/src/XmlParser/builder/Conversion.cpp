@@ -21,8 +21,7 @@ std::string_view Checked(Facet facet, std::string_view text) {
     return value;
 }
 
-/// A number that is too large has an exception of its own, with a text that is known from
-/// reports.
+/// A text that is no integer of 64 bits has an exception of its own, which names the property.
 int64_t IntegerOf(std::string_view text, uint32_t propertyNumber) {
     int64_t value = 0;
     if (!TextToInteger(text, value)) {

@@ -139,7 +139,6 @@ NodeID_t CNodeBuilder::CloseElement(OpenNode& open, const ElementType& type) {
     if (type.isContext) {
         m_Map.SetContextNode(nullptr);
     }
-    // A structure is only a template. Its entries have copied what they need.
     if (type.nodeType == CNodeData::StructReg_ID) {
         return {};
     }

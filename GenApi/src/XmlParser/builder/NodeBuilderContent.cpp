@@ -54,9 +54,6 @@ CProperty CNodeBuilder::MakeProperty(P::EProperty_ID_t id, CProperty::EDataType_
         case CProperty::String_ID:
             return {&m_Map, id, text};
         case CProperty::Node_ID:
-            // A link may come before its target, or point to a node that injected data
-            // brings: the name is reserved here, and preprocessing looks for names that
-            // no node has taken.
             return {&m_Map, id, m_Map.GetNodeID(text, true)};
         case CProperty::Integer_ID:
             return {&m_Map, id, IntegerOf(text, id)};

@@ -240,7 +240,6 @@ void CDescriptionReader::StartChild(std::string_view name, const char** attribut
 /// An element is either a node, a key, or a text for the node around it.
 void CDescriptionReader::Push(const CElementGrammar* grammar, const ElementRow* row,
                               std::string_view name, const char** attributes) {
-    // Frames are used again; their strings keep the memory of the elements before.
     Frame& frame = m_Frames[m_Depth];
     frame.grammar = grammar;
     frame.row = row;

@@ -103,7 +103,7 @@ void CNodeDataMapFactory::ParseXmlFile(CNodeDataMap* pNodeDataMap, EContentType_
     RUNTIME_EXCEPTION("ParseXmlBuffer not implemented.");
 }
 
-/// Callers may pass other numbers as the type, through the flat interface for example.
+/// An enumeration of a caller may hold any number.
 void CNodeDataMapFactory::ParseXmlBuffer(CNodeDataMap* pNodeDataMap, EContentType_t contentType,
                                          const void* pData, size_t size, bool suppressStrings) {
     switch (contentType) {

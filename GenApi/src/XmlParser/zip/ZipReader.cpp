@@ -64,7 +64,6 @@ struct CZipReader::Archive {
 
     ~Archive() {
         if (zip != nullptr) {
-            // Nothing was changed, and closing by the other call would try to save it.
             zip_discard(zip);
         }
     }
@@ -103,7 +102,6 @@ bool CZipReader::OpenMemory(const void* data, size_t size) {
         return false;
     }
     m_pArchive->zip = zip_open_from_source(source, ZIP_RDONLY, nullptr);
-    // An open archive owns its source; one that didn't open leaves it to us.
     if (m_pArchive->zip == nullptr) {
         zip_source_free(source);
     }
@@ -143,8 +141,8 @@ CZipReader::Result CZipReader::ReadFirstEntry(std::string& text) {
     return Extract(text) ? Result::Done : Result::NotExtracted;
 }
 
-/// The size is what the archive claims, so it is bounded before memory is taken. Text ends at a
-/// zero byte, which some cameras pad with.
+/// The size is what the archive claims, so it is bounded before memory is taken. The text ends at
+/// a zero byte, which no XML document holds.
 bool CZipReader::Extract(std::string& text) {
     if (m_Size > kMaxUnpackedBytes) {
         return false;
@@ -153,7 +151,6 @@ bool CZipReader::Extract(std::string& text) {
     if (!m_pArchive->Extract(buffer.data(), m_Size)) {
         return false;
     }
-    // No XML document holds a zero byte, so the text ends at the first one.
     text.assign(buffer.data(), strnlen(buffer.data(), m_Size));
     return true;
 }
