@@ -1,0 +1,124 @@
+#pragma once
+/// Registers that every GigE Vision camera has at fixed addresses, and the meaning of their
+/// bits. Four bytes each unless a width is given.
+
+#include <cstddef>
+#include <cstdint>
+
+namespace OvGige {
+
+/// A text register.
+struct TextRegister {
+    uint32_t address;
+    size_t width;  ///< in bytes
+};
+
+/// Identity. The first 248 bytes of the register space are what a camera answers to a search.
+///@{
+constexpr uint32_t kRegVersion = 0x0000;  ///< major number in the upper half
+constexpr uint32_t kRegDeviceMode = 0x0004;
+constexpr uint32_t kRegMacHigh = 0x0008;
+constexpr uint32_t kRegMacLow = 0x000C;
+constexpr uint32_t kRegSupportedIpConfig = 0x0010;
+constexpr uint32_t kRegCurrentIpConfig = 0x0014;
+constexpr uint32_t kRegCurrentIp = 0x0024;
+constexpr uint32_t kRegCurrentMask = 0x0034;
+constexpr uint32_t kRegCurrentGateway = 0x0044;
+constexpr TextRegister kRegVendor{0x0048, 32};
+constexpr TextRegister kRegModel{0x0068, 32};
+constexpr TextRegister kRegDeviceVersion{0x0088, 32};
+constexpr TextRegister kRegVendorInfo{0x00A8, 48};
+constexpr TextRegister kRegSerialNumber{0x00D8, 16};
+constexpr TextRegister kRegUserName{0x00E8, 16};
+constexpr TextRegister kRegFirstUrl{0x0200, 512};
+constexpr TextRegister kRegSecondUrl{0x0400, 512};
+///@}
+
+/// The camera's own network interface.
+///@{
+constexpr uint32_t kRegInterfaceCount = 0x0600;
+constexpr uint32_t kRegPersistentIp = 0x064C;
+constexpr uint32_t kRegPersistentMask = 0x065C;
+constexpr uint32_t kRegPersistentGateway = 0x066C;
+constexpr uint32_t kRegLinkSpeed = 0x0670;  ///< megabits per second
+///@}
+
+/// Channels, time, control.
+///@{
+constexpr uint32_t kRegMessageChannelCount = 0x0900;
+constexpr uint32_t kRegStreamChannelCount = 0x0904;
+constexpr uint32_t kRegActionSignalCount = 0x0908;
+constexpr uint32_t kRegActionDeviceKey = 0x090C;
+constexpr uint32_t kRegStreamCapability = 0x092C;
+constexpr uint32_t kRegMessageCapability = 0x0930;
+constexpr uint32_t kRegControlCapability = 0x0934;
+constexpr uint32_t kRegHeartbeatTimeout = 0x0938;  ///< milliseconds
+constexpr uint32_t kRegTickFrequencyHigh = 0x093C;
+constexpr uint32_t kRegTickFrequencyLow = 0x0940;
+constexpr uint32_t kRegTimestampControl = 0x0944;
+constexpr uint32_t kRegTimestampHigh = 0x0948;
+constexpr uint32_t kRegTimestampLow = 0x094C;
+constexpr uint32_t kRegDiscoveryDelay = 0x0950;  ///< milliseconds
+constexpr uint32_t kRegControlConfig = 0x0954;
+constexpr uint32_t kRegPendingTimeout = 0x0958;  ///< milliseconds
+constexpr uint32_t kRegStreamConfig = 0x0960;
+constexpr uint32_t kRegPrivilege = 0x0A00;
+constexpr uint32_t kRegOwnerPort = 0x0A04;
+constexpr uint32_t kRegOwnerIp = 0x0A14;
+constexpr uint32_t kRegMessagePort = 0x0B00;
+constexpr uint32_t kRegStreamPort = 0x0D00;
+constexpr uint32_t kRegStreamPacketSize = 0x0D04;
+constexpr uint32_t kRegStreamPacketDelay = 0x0D08;
+constexpr uint32_t kRegStreamDestination = 0x0D18;
+constexpr uint32_t kRegStreamSourcePort = 0x0D1C;
+constexpr uint32_t kRegStreamChannelStride = 0x0040;
+///@}
+
+/// Bits of the device mode.
+///@{
+constexpr uint32_t kModeBigEndian = 0x80000000;
+constexpr uint32_t kModeUtf8 = 0x00000001;
+///@}
+
+/// Bits of the IP configuration, supported and current.
+///@{
+constexpr uint32_t kIpPersistent = 0x1;
+constexpr uint32_t kIpDhcp = 0x2;
+constexpr uint32_t kIpLinkLocal = 0x4;  ///< always on
+///@}
+
+/// Bits of the control capability: what isn't offered must not be used.
+///@{
+constexpr uint32_t kOffersUserName = 0x80000000;
+constexpr uint32_t kOffersSerialNumber = 0x40000000;
+constexpr uint32_t kOffersHeartbeatOff = 0x20000000;
+constexpr uint32_t kOffersLinkSpeed = 0x10000000;
+constexpr uint32_t kOffersOwner = 0x08000000;  ///< registers 0x0A04 and 0x0A14
+constexpr uint32_t kOffersDiscoveryDelay = 0x01000000;
+constexpr uint32_t kOffersExtendedStatus1 = 0x00400000;  ///< status codes since 1.1
+constexpr uint32_t kOffersExtendedStatus2 = 0x00040000;  ///< status codes since 2.0
+constexpr uint32_t kOffersAction = 0x00000040;
+constexpr uint32_t kOffersPending = 0x00000020;
+constexpr uint32_t kOffersEventData = 0x00000010;
+constexpr uint32_t kOffersEvent = 0x00000008;
+constexpr uint32_t kOffersResend = 0x00000004;
+constexpr uint32_t kOffersWriteMemory = 0x00000002;
+constexpr uint32_t kOffersConcatenation = 0x00000001;  ///< several registers per command
+///@}
+
+/// Bits of the control configuration.
+///@{
+constexpr uint32_t kConfigExtendedStatus2 = 0x00040000;
+constexpr uint32_t kConfigExtendedStatus1 = 0x00000004;
+constexpr uint32_t kConfigPending = 0x00000002;
+constexpr uint32_t kConfigHeartbeatOff = 0x00000001;
+///@}
+
+/// Bits of the control channel privilege. 0: nobody has control.
+///@{
+constexpr uint32_t kPrivilegeExclusive = 0x1;
+constexpr uint32_t kPrivilegeControl = 0x2;
+constexpr uint32_t kPrivilegeHeld = kPrivilegeExclusive | kPrivilegeControl;
+///@}
+
+}  // namespace OvGige
