@@ -1,0 +1,105 @@
+#include "gige/net/Adapters.h"
+
+#include <ifaddrs.h>
+#include <net/if.h>
+#include <netinet/in.h>
+#include <netpacket/packet.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <map>
+#include <memory>
+#include <system_error>
+
+#include "framework/Failure.h"
+
+namespace OvGige {
+namespace {
+
+using SystemList = std::unique_ptr<ifaddrs, decltype(&freeifaddrs)>;
+
+SystemList ReadSystemList() {
+    ifaddrs* first = nullptr;
+    if (getifaddrs(&first) != 0) {
+        throw OvProducer::Failure(
+            GenTL::GC_ERR_IO, "The list of adapters: " + std::generic_category().message(errno));
+    }
+    return {first, &freeifaddrs};
+}
+
+/// The address in a record of the system, or none if it isn't one of IPv4.
+Ipv4 AddressOf(const sockaddr* address) {
+    if (address == nullptr || address->sa_family != AF_INET) {
+        return {};
+    }
+    return {ntohl(reinterpret_cast<const sockaddr_in*>(address)->sin_addr.s_addr)};
+}
+
+/// Hardware addresses by the name of their adapter.
+std::map<std::string, MacAddress> ReadMacs(const ifaddrs* list) {
+    std::map<std::string, MacAddress> macs;
+    for (const ifaddrs* entry = list; entry != nullptr; entry = entry->ifa_next) {
+        if (entry->ifa_addr == nullptr || entry->ifa_addr->sa_family != AF_PACKET) {
+            continue;
+        }
+        const auto* const link = reinterpret_cast<const sockaddr_ll*>(entry->ifa_addr);
+        MacAddress mac;
+        if (link->sll_halen == mac.bytes.size()) {
+            std::copy_n(link->sll_addr, mac.bytes.size(), mac.bytes.begin());
+        }
+        macs[entry->ifa_name] = mac;
+    }
+    return macs;
+}
+
+bool IsUsable(const ifaddrs& entry) {
+    return (entry.ifa_flags & IFF_UP) != 0 && !AddressOf(entry.ifa_addr).IsNone();
+}
+
+}  // namespace
+
+std::vector<Adapter> AllAdapters() {
+    const SystemList list = ReadSystemList();
+    const std::map<std::string, MacAddress> macs = ReadMacs(list.get());
+    std::vector<Adapter> adapters;
+    for (const ifaddrs* entry = list.get(); entry != nullptr; entry = entry->ifa_next) {
+        if (!IsUsable(*entry)) {
+            continue;
+        }
+        const std::string name = entry->ifa_name;
+        const auto mac = macs.find(name);
+        adapters.push_back({.name = name,
+                            .index = static_cast<int>(if_nametoindex(entry->ifa_name)),
+                            .mac = mac == macs.end() ? MacAddress() : mac->second,
+                            .ip = AddressOf(entry->ifa_addr),
+                            .mask = AddressOf(entry->ifa_netmask),
+                            .broadcast = (entry->ifa_flags & IFF_BROADCAST) != 0
+                                             ? AddressOf(entry->ifa_broadaddr)
+                                             : Ipv4(),
+                            .isLoopback = (entry->ifa_flags & IFF_LOOPBACK) != 0});
+    }
+    return adapters;
+}
+
+AdapterChoice::AdapterChoice(std::string_view text) {
+    constexpr std::string_view kSeparators = ", \t";
+    while (!text.empty()) {
+        const size_t end = std::min(text.find_first_of(kSeparators), text.size());
+        if (end > 0) {
+            m_wanted.emplace_back(text.substr(0, end));
+        }
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+}
+
+bool AdapterChoice::Allows(const Adapter& adapter) const {
+    if (m_wanted.empty()) {
+        return !adapter.isLoopback;
+    }
+    return std::any_of(m_wanted.begin(), m_wanted.end(), [&](const std::string& wanted) {
+        return wanted == adapter.name || wanted == TextOf(adapter.ip);
+    });
+}
+
+}  // namespace OvGige

@@ -1,0 +1,39 @@
+#pragma once
+/// The network adapters of this machine, and which of them a user allows.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "gige/protocol/Address.h"
+
+namespace OvGige {
+
+/// An adapter with one of its IPv4 addresses; one with two addresses is listed twice.
+struct Adapter {
+    std::string name;  ///< "eth0"
+    int index = 0;     ///< the system's number of it
+    MacAddress mac;    ///< zeros where there is none
+    Ipv4 ip;
+    Ipv4 mask;
+    Ipv4 broadcast;  ///< none for a point-to-point link
+    bool isLoopback = false;
+
+    bool operator==(const Adapter&) const = default;
+};
+
+/// All adapters that are up and have an IPv4 address, in the system's order.
+std::vector<Adapter> AllAdapters();
+
+/// Which adapters may be used, from a text with names or addresses between commas or blanks.
+/// An empty text allows all but loopback, "none" allows nothing, and loopback must be named.
+class AdapterChoice {
+public:
+    explicit AdapterChoice(std::string_view text);
+    bool Allows(const Adapter& adapter) const;
+
+private:
+    std::vector<std::string> m_wanted;
+};
+
+}  // namespace OvGige

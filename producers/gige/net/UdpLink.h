@@ -1,0 +1,27 @@
+#pragma once
+/// The way to a camera over the network.
+
+#include "gige/control/DatagramLink.h"
+#include "gige/net/UdpSocket.h"
+
+namespace OvGige {
+
+/// A camera knows its owner by address and port, so the socket is the same for as long as the
+/// camera is open.
+class UdpLink : public DatagramLink {
+public:
+    UdpLink(UdpSocket socket, const Endpoint& camera)
+        : m_socket(std::move(socket)), m_camera(camera) {}
+
+    Endpoint Local() const { return m_socket.Local(); }
+    Endpoint Camera() const { return m_camera; }
+
+    void Send(ByteView packet) override { m_socket.SendTo(m_camera, packet); }
+    std::optional<Bytes> Receive(Clock::time_point deadline) override;
+
+private:
+    UdpSocket m_socket;
+    Endpoint m_camera;
+};
+
+}  // namespace OvGige
