@@ -14,8 +14,8 @@ using namespace OVTLClass;
 
 namespace {
 
-/// A feature's callback runs on the thread that changes the feature. On that of the
-/// camera's events, more calls are refused: a close waits for this thread.
+/// A feature's callback runs on the thread that changes the feature. If that is the thread
+/// of the camera's events, the rules for callbacks of events apply.
 CallbackKind KindOfFeatureCallback(IDevice& camera) {
     return CVxThread::PthreadSelf() == camera.DoGetEventThreadID() ? CallbackKind::Event
                                                                    : CallbackKind::Feature;

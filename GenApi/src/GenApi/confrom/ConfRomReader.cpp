@@ -147,7 +147,6 @@ bool ConfRomReader::ParseUnitDependentDirectory(Place directory, uint32_t key,
     return ParseDirectory(directory, key, entries);
 }
 
-/// The first entry with the key counts.
 bool ConfRomReader::ParseDirectory(Place directory, uint32_t key, ConfRomEntries& entries) const {
     const std::vector<Entry> all = Directory(directory);
     const auto found =

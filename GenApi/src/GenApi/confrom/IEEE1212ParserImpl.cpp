@@ -13,7 +13,6 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
-/// Keys are known by their hexadecimal form.
 std::string KeyText(uint32_t key) {
     std::array<char, 16> text{};
     std::snprintf(text.data(), text.size(), "0x%x", key);
@@ -158,7 +157,6 @@ void CConfRomKeyImpl::FinalConstruct() {
     CNodeImpl::FinalConstruct();
 }
 
-/// A key can be read whenever the ROM can.
 EAccessMode CConfRomKeyImpl::InternalGetAccessMode() {
     return CNodeImpl::InternalGetAccessMode(m_pParser);
 }
