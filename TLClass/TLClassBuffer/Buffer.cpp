@@ -61,6 +61,7 @@ void CBuffer::AnnounceBuffer() {
     }
     const std::scoped_lock lock(m_queueMutex);
     m_isWithdrawn = false;
+    m_announced = {};
 }
 
 void CBuffer::QueueBuffer() {
@@ -92,6 +93,28 @@ void CBuffer::RevokeBuffer() {
 
 BUFFER_INFO CBuffer::GetBufferInfo() const {
     return COvInformationAgency::GetBufferInformationFromHandle(m_lib, m_stream, m_handle);
+}
+
+BUFFER_INFO CBuffer::GetAnnouncedInfo() {
+    BUFFER_INFO info;
+    {
+        const std::scoped_lock lock(m_queueMutex);
+        info = m_announced;
+    }
+    if (!info.base.valid || !info.size.valid || !info.tlType.valid) {
+        // Without the lock: a stop takes it, and a producer may take its time.
+        COvInformationAgency::CompleteBufferInformation(m_lib, m_stream, m_handle,
+                                                        InfoUse::Announcement, info);
+        info.userPointer = {this, true};
+        const std::scoped_lock lock(m_queueMutex);
+        m_announced = info;
+    }
+    return info;
+}
+
+void CBuffer::CompleteFrameInfo(BUFFER_INFO& info) const {
+    COvInformationAgency::CompleteBufferInformation(m_lib, m_stream, m_handle, InfoUse::Frame,
+                                                    info);
 }
 
 std::vector<GenTL::S_SINGLE_CHUNK_DATA> CBuffer::GetChunkData() const {

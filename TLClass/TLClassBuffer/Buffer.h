@@ -43,8 +43,15 @@ public:
     bool IsAnnounced() const { return m_handle != nullptr; }
     uint8_t* GetMemory() const { return m_place; }
     size_t GetSize() const { return m_size; }
-    /// What the producer tells of the frame in it.
+    /// All that the producer says of the frame in it, asked anew.
     BUFFER_INFO GetBufferInfo() const;
+    /// What can't change while the buffer is announced: its place and size, the technology
+    /// of the transport, and this object as user pointer. The producer is asked with the
+    /// first frame, and with each further one for what it has refused so far.
+    BUFFER_INFO GetAnnouncedInfo();
+    /// Asks for those facts of the frame which the record doesn't have yet. Only what the
+    /// records of an application have is asked for: each fact costs a call per frame.
+    void CompleteFrameInfo(BUFFER_INFO& info) const;
     /// Where the metadata lies that came with the frame.
     std::vector<GenTL::S_SINGLE_CHUNK_DATA> GetChunkData() const;
     /// Whether a chunk reaches beyond the buffer's memory, as a producer's word
@@ -66,6 +73,7 @@ private:
     std::atomic<void*> m_handle{nullptr};
     CLock m_queueMutex{LockRank::BufferQueue};
     bool m_isWithdrawn = false;
+    BUFFER_INFO m_announced;
     std::unique_ptr<uint8_t[]> m_memory;
     /// In the memory, which is larger by what the alignment may cost.
     uint8_t* m_place = nullptr;

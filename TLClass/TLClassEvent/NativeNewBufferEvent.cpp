@@ -67,9 +67,10 @@ void CNativeNewBufferEvent::GetBuffer(BUFFER_INFO& info, unsigned timeout) {
     if (buffer == nullptr) {
         OV_RAISE(CUnexpectedError, "pUserPointer should not be NULL");
     }
-    info = buffer->GetBufferInfo();
-    info.userPointer = {buffer, true};
+    info = buffer->GetAnnouncedInfo();
+    // First: the producer isn't asked for what the camera's word overrules.
     __TakeFromCamera(info);
+    buffer->CompleteFrameInfo(info);
 }
 
 CBuffer* CNativeNewBufferEvent::TakeWaiting() {
@@ -86,8 +87,8 @@ CBuffer* CNativeNewBufferEvent::TakeWaiting() {
 void CNativeNewBufferEvent::__TakeFromCamera(BUFFER_INFO& info) {
     const CAutoLock lock(m_initInfoLock);
     info.expectedPayloadSize = {static_cast<uint64_t>(m_initInfo.GetPayloadSize()), true};
-    const bool isChunk = info.tlType.value == "GEV" && m_initInfo.GetChunkMode();
-    if (!isChunk && info.tlType.value != "Custom") {
+    const bool isChunk = info.tlType.value == GenTL::TLTYPE_GEV && m_initInfo.GetChunkMode();
+    if (!isChunk && info.tlType.value != GenTL::TLTYPE_CUSTOM) {
         return;
     }
     // A chunk payload has no image leader that the producer could report.

@@ -33,7 +33,8 @@ public:
     /// Wakes a thread that waits in GetBuffer, whatever the producer says to a kill:
     /// one that refuses has its event taken away, which ends all waits.
     void AbortWait();
-    /// Waits for a frame and tells all of it.
+    /// Waits for a frame and reads what the records of an application have of it. Who
+    /// needs more asks the buffer, which is the user pointer.
     /// @param timeout  in milliseconds; CTimeoutError when nothing came
     void GetBuffer(BUFFER_INFO& info, unsigned timeout);
     /// A frame that waits by now, without a look at it; null for none.

@@ -132,7 +132,19 @@ struct PORT_INFO {
     InfoString portName;
 };
 
-/// One frame, as the producer tells of it.
+/// When a value of a buffer is asked for.
+enum class InfoUse : uint8_t {
+    /// When somebody needs it.
+    Demand,
+    /// Once, because it can't change while the buffer is announced.
+    Announcement,
+    /// With each frame, because the records of the application have it.
+    Frame
+};
+
+/// One buffer with the frame in it, as the producer describes it. A fetch of a frame
+/// leaves blank what no record of an application has: paddings, image offset, payload
+/// type, namespace of the pixel format and stream ID.
 struct BUFFER_INFO {
     InfoSize size;
     InfoSize sizeFilled;

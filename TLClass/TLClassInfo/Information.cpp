@@ -6,65 +6,71 @@ namespace OVTLClass {
 
 namespace {
 
-// Types and commands go by the numbers of the GenTL standard.
-enum GenTLType : int32_t {
-    kString = 1,
-    kInt32 = 5,
-    kUint64 = 8,
-    kPointer = 10,
-    kBool8 = 11,
-    kSize = 12
-};
+constexpr auto kString = GenTL::INFO_DATATYPE_STRING;
+constexpr auto kInt32 = GenTL::INFO_DATATYPE_INT32;
+constexpr auto kUint64 = GenTL::INFO_DATATYPE_UINT64;
+constexpr auto kPointer = GenTL::INFO_DATATYPE_PTR;
+constexpr auto kBool8 = GenTL::INFO_DATATYPE_BOOL8;
+constexpr auto kSize = GenTL::INFO_DATATYPE_SIZET;
 
 constexpr InfoRow<TL_INFO> kTLRows[] = {
-    {1, kString, &TL_INFO::vendor},      {2, kString, &TL_INFO::model},
-    {3, kString, &TL_INFO::version},     {4, kString, &TL_INFO::tlType},
-    {5, kString, &TL_INFO::name},        {6, kString, &TL_INFO::pathName},
-    {7, kString, &TL_INFO::displayName}, {0, kString, &TL_INFO::id},
+    {GenTL::TL_INFO_VENDOR, kString, &TL_INFO::vendor},
+    {GenTL::TL_INFO_MODEL, kString, &TL_INFO::model},
+    {GenTL::TL_INFO_VERSION, kString, &TL_INFO::version},
+    {GenTL::TL_INFO_TLTYPE, kString, &TL_INFO::tlType},
+    {GenTL::TL_INFO_NAME, kString, &TL_INFO::name},
+    {GenTL::TL_INFO_PATHNAME, kString, &TL_INFO::pathName},
+    {GenTL::TL_INFO_DISPLAYNAME, kString, &TL_INFO::displayName},
+    {GenTL::TL_INFO_ID, kString, &TL_INFO::id},
 };
 
 constexpr InfoRow<IF_INFO> kInterfaceRows[] = {
-    {0, kString, &IF_INFO::id},
-    {1, kString, &IF_INFO::displayName},
-    {2, kString, &IF_INFO::tlType},
+    {GenTL::INTERFACE_INFO_ID, kString, &IF_INFO::id},
+    {GenTL::INTERFACE_INFO_DISPLAYNAME, kString, &IF_INFO::displayName},
+    {GenTL::INTERFACE_INFO_TLTYPE, kString, &IF_INFO::tlType},
 };
 
 constexpr InfoRow<DEV_INFO> kDeviceRows[] = {
-    {0, kString, &DEV_INFO::id},          {1, kString, &DEV_INFO::vendor},
-    {2, kString, &DEV_INFO::model},       {3, kString, &DEV_INFO::tlType},
-    {4, kString, &DEV_INFO::displayName}, {5, kInt32, &DEV_INFO::accessStatus},
+    {GenTL::DEVICE_INFO_ID, kString, &DEV_INFO::id},
+    {GenTL::DEVICE_INFO_VENDOR, kString, &DEV_INFO::vendor},
+    {GenTL::DEVICE_INFO_MODEL, kString, &DEV_INFO::model},
+    {GenTL::DEVICE_INFO_TLTYPE, kString, &DEV_INFO::tlType},
+    {GenTL::DEVICE_INFO_DISPLAYNAME, kString, &DEV_INFO::displayName},
+    {GenTL::DEVICE_INFO_ACCESS_STATUS, kInt32, &DEV_INFO::accessStatus},
 };
 
 constexpr InfoRow<DS_INFO> kStreamRows[] = {
-    {0, kString, &DS_INFO::id},       {7, kSize, &DS_INFO::payloadSize},
-    {11, kSize, &DS_INFO::maxChunks}, {12, kSize, &DS_INFO::minAnnounce},
-    {13, kSize, &DS_INFO::alignment},
+    {GenTL::STREAM_INFO_ID, kString, &DS_INFO::id},
+    {GenTL::STREAM_INFO_PAYLOAD_SIZE, kSize, &DS_INFO::payloadSize},
+    {GenTL::STREAM_INFO_NUM_CHUNKS_MAX, kSize, &DS_INFO::maxChunks},
+    {GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN, kSize, &DS_INFO::minAnnounce},
+    {GenTL::STREAM_INFO_BUF_ALIGNMENT, kSize, &DS_INFO::alignment},
 };
 
 constexpr InfoRow<PORT_INFO> kPortRows[] = {
-    {0, kString, &PORT_INFO::id},
-    {12, kString, &PORT_INFO::portName},
+    {GenTL::PORT_INFO_ID, kString, &PORT_INFO::id},
+    {GenTL::PORT_INFO_PORTNAME, kString, &PORT_INFO::portName},
 };
 
 constexpr InfoRow<BUFFER_INFO> kBufferRows[] = {
-    {8, kString, &BUFFER_INFO::tlType},
-    {1, kSize, &BUFFER_INFO::size},
-    {9, kSize, &BUFFER_INFO::sizeFilled},
-    {10, kSize, &BUFFER_INFO::width},
-    {11, kSize, &BUFFER_INFO::height},
-    {12, kSize, &BUFFER_INFO::xOffset},
-    {13, kSize, &BUFFER_INFO::yOffset},
-    {14, kSize, &BUFFER_INFO::xPadding},
-    {15, kSize, &BUFFER_INFO::yPadding},
-    {18, kSize, &BUFFER_INFO::imageOffset},
-    {19, kSize, &BUFFER_INFO::payloadType},
-    {3, kUint64, &BUFFER_INFO::timestamp},
-    {16, kUint64, &BUFFER_INFO::frameId},
-    {20, kUint64, &BUFFER_INFO::pixelFormat},
-    {21, kUint64, &BUFFER_INFO::pixelFormatNamespace},
-    {0, kPointer, &BUFFER_INFO::base},
-    {2, kPointer, &BUFFER_INFO::userPointer},
-    {7, kBool8, &BUFFER_INFO::incomplete},
+    {GenTL::BUFFER_INFO_TLTYPE, kString, &BUFFER_INFO::tlType, InfoUse::Announcement},
+    {GenTL::BUFFER_INFO_SIZE, kSize, &BUFFER_INFO::size, InfoUse::Announcement},
+    {GenTL::BUFFER_INFO_SIZE_FILLED, kSize, &BUFFER_INFO::sizeFilled, InfoUse::Frame},
+    {GenTL::BUFFER_INFO_WIDTH, kSize, &BUFFER_INFO::width, InfoUse::Frame},
+    {GenTL::BUFFER_INFO_HEIGHT, kSize, &BUFFER_INFO::height, InfoUse::Frame},
+    {GenTL::BUFFER_INFO_XOFFSET, kSize, &BUFFER_INFO::xOffset, InfoUse::Frame},
+    {GenTL::BUFFER_INFO_YOFFSET, kSize, &BUFFER_INFO::yOffset, InfoUse::Frame},
+    {GenTL::BUFFER_INFO_XPADDING, kSize, &BUFFER_INFO::xPadding},
+    {GenTL::BUFFER_INFO_YPADDING, kSize, &BUFFER_INFO::yPadding},
+    {GenTL::BUFFER_INFO_IMAGEOFFSET, kSize, &BUFFER_INFO::imageOffset},
+    {GenTL::BUFFER_INFO_PAYLOADTYPE, kSize, &BUFFER_INFO::payloadType},
+    {GenTL::BUFFER_INFO_TIMESTAMP, kUint64, &BUFFER_INFO::timestamp, InfoUse::Frame},
+    {GenTL::BUFFER_INFO_FRAMEID, kUint64, &BUFFER_INFO::frameId, InfoUse::Frame},
+    {GenTL::BUFFER_INFO_PIXELFORMAT, kUint64, &BUFFER_INFO::pixelFormat, InfoUse::Frame},
+    {GenTL::BUFFER_INFO_PIXELFORMAT_NAMESPACE, kUint64, &BUFFER_INFO::pixelFormatNamespace},
+    {GenTL::BUFFER_INFO_BASE, kPointer, &BUFFER_INFO::base, InfoUse::Announcement},
+    {GenTL::BUFFER_INFO_USER_PTR, kPointer, &BUFFER_INFO::userPointer},
+    {GenTL::BUFFER_INFO_IS_INCOMPLETE, kBool8, &BUFFER_INFO::incomplete, InfoUse::Frame},
 };
 
 }  // namespace

@@ -21,10 +21,11 @@ namespace OVTLClass {
 template <class Record>
 struct InfoRow {
     int32_t command;
-    int32_t type;
+    GenTL::INFO_DATATYPE type;
     std::variant<InfoString Record::*, InfoInt32 Record::*, InfoUint64 Record::*,
                  InfoPointer Record::*, InfoBool Record::*>
         field;
+    InfoUse use = InfoUse::Demand;
 };
 
 /// The rows of a record, in the order in which they are asked.
@@ -45,13 +46,29 @@ protected:
     Record _GetRecord() {
         Record record;
         for (const InfoRow<Record>& row : InfoRowsOf<Record>()) {
-            std::visit([&](auto field) { _Get(row.command, row.type, record.*field); }, row.field);
+            _GetRow(row, record);
         }
         return record;
     }
 
+    /// Reads the rows of that use which the record doesn't have yet.
+    template <class Record>
+    void _CompleteRecord(Record& record, InfoUse use) {
+        for (const InfoRow<Record>& row : InfoRowsOf<Record>()) {
+            const auto isKnown = [&record](auto field) { return (record.*field).valid; };
+            if (row.use == use && !std::visit(isKnown, row.field)) {
+                _GetRow(row, record);
+            }
+        }
+    }
+
 private:
-    /// The GenTL call behind this object, with its status.
+    template <class Record>
+    void _GetRow(const InfoRow<Record>& row, Record& record) {
+        std::visit([&](auto field) { _Get(row.command, row.type, record.*field); }, row.field);
+    }
+
+    /// The GenTL call of this object. Returns its status.
     virtual int32_t __AcquireInformation(int32_t command, int32_t* type, void* buffer,
                                          size_t* size) = 0;
 
@@ -67,80 +84,34 @@ private:
     bool __GetStringContent(int32_t command, int32_t type, size_t size, std::string& text);
 };
 
-/// The information call `Call` of a producer on some handles and names.
-template <auto Call, class... Handles>
-class CInformationCall : public COvInformation {
+/// An information call of a producer, with the handles and names that it is asked for.
+template <class EntryPoint, class... Handles>
+class CInformationQuery final : public COvInformation {
 public:
-    explicit CInformationCall(const CGenTLLib& lib, Handles... handles)
-        : m_lib(lib), m_handles(handles...) {}
+    /// @param call  of the producer; it outlives the query
+    explicit CInformationQuery(const EntryPoint& call, Handles... handles)
+        : m_call(call), m_handles(handles...) {}
+
+    template <class Record>
+    Record Get() {
+        return _GetRecord<Record>();
+    }
+    /// Asks for what the record doesn't have of that use yet.
+    template <class Record>
+    void Complete(Record& record, InfoUse use) {
+        _CompleteRecord(record, use);
+    }
 
 private:
     int32_t __AcquireInformation(int32_t command, int32_t* type, void* buffer,
                                  size_t* size) override {
         return std::apply(
-            [&](auto... handles) { return (m_lib.*Call)(handles..., command, type, buffer, size); },
+            [&](auto... handles) { return m_call(handles..., command, type, buffer, size); },
             m_handles);
     }
 
-    const CGenTLLib& m_lib;
+    const EntryPoint& m_call;
     std::tuple<Handles...> m_handles;
-};
-
-class CTLInfomationFromEmpty : public CInformationCall<&CGenTLLib::GCGetInfo> {
-public:
-    using CInformationCall::CInformationCall;
-    TL_INFO GetTLInformation() { return _GetRecord<TL_INFO>(); }
-};
-
-class CTLInfomationFromHandle : public CInformationCall<&CGenTLLib::TLGetInfo, void*> {
-public:
-    using CInformationCall::CInformationCall;
-    TL_INFO GetTLInfomation() { return _GetRecord<TL_INFO>(); }
-};
-
-class CInterfaceInformationFromHandle : public CInformationCall<&CGenTLLib::IFGetInfo, void*> {
-public:
-    using CInformationCall::CInformationCall;
-    IF_INFO GetInterfaceInfomation() { return _GetRecord<IF_INFO>(); }
-};
-
-class CInterfaceInformationFromID
-    : public CInformationCall<&CGenTLLib::TLGetInterfaceInfo, void*, const char*> {
-public:
-    using CInformationCall::CInformationCall;
-    IF_INFO GetInterfaceInformation() { return _GetRecord<IF_INFO>(); }
-};
-
-class CDeviceInformationFromHandle : public CInformationCall<&CGenTLLib::DevGetInfo, void*> {
-public:
-    using CInformationCall::CInformationCall;
-    DEV_INFO GetDeviceInfomation() { return _GetRecord<DEV_INFO>(); }
-};
-
-class CDeviceInformationFromID
-    : public CInformationCall<&CGenTLLib::IFGetDeviceInfo, void*, const char*> {
-public:
-    using CInformationCall::CInformationCall;
-    DEV_INFO GetDeviceInformation() { return _GetRecord<DEV_INFO>(); }
-};
-
-class CDataStreamInformationFromHandle : public CInformationCall<&CGenTLLib::DSGetInfo, void*> {
-public:
-    using CInformationCall::CInformationCall;
-    DS_INFO GetDataStreamInfomation() { return _GetRecord<DS_INFO>(); }
-};
-
-class CBufferInformationFromHandle
-    : public CInformationCall<&CGenTLLib::DSGetBufferInfo, void*, void*> {
-public:
-    using CInformationCall::CInformationCall;
-    BUFFER_INFO GetBufferInfomation() { return _GetRecord<BUFFER_INFO>(); }
-};
-
-class CPortInformationFromHandle : public CInformationCall<&CGenTLLib::GCGetPortInfo, void*> {
-public:
-    using CInformationCall::CInformationCall;
-    PORT_INFO GetPortInfomation() { return _GetRecord<PORT_INFO>(); }
 };
 
 }  // namespace OVTLClass

@@ -8,7 +8,7 @@ namespace OVTLClass {
 
 namespace {
 
-/// Calls `read` with the ID of each child in order, and gathers what it gives.
+/// Calls `read` with the ID of each child in order, and gathers what it returns.
 template <class ModuleID, class Count, class Read>
 auto ReadAll(const CGenTLLib& lib, void* parent, const Count& countCall, const Read& read) {
     uint32_t count = 0;
@@ -23,17 +23,17 @@ auto ReadAll(const CGenTLLib& lib, void* parent, const Count& countCall, const R
 }  // namespace
 
 TL_INFO COvInformationAgency::GetTLInformationFromEmpty(const CGenTLLib& lib) {
-    return CTLInfomationFromEmpty(lib).GetTLInformation();
+    return CInformationQuery(lib.GCGetInfo).Get<TL_INFO>();
 }
 
 TL_INFO COvInformationAgency::GetTLInformationFromHandle(const CGenTLLib& lib, void* tl) {
-    return CTLInfomationFromHandle(lib, tl).GetTLInfomation();
+    return CInformationQuery(lib.TLGetInfo, tl).Get<TL_INFO>();
 }
 
 std::vector<IF_INFO> COvInformationAgency::GetAllInterfaceInformationOfTL(const CGenTLLib& lib,
                                                                           void* tl) {
     return ReadAll<CInterfaceID>(lib, tl, lib.TLGetNumInterfaces, [&](const std::string& id) {
-        IF_INFO info = CInterfaceInformationFromID(lib, tl, id.c_str()).GetInterfaceInformation();
+        IF_INFO info = CInformationQuery(lib.TLGetInterfaceInfo, tl, id.c_str()).Get<IF_INFO>();
         info.id.value = id;
         return info;
     });
@@ -41,7 +41,7 @@ std::vector<IF_INFO> COvInformationAgency::GetAllInterfaceInformationOfTL(const 
 
 IF_INFO COvInformationAgency::GetInterfaceInformationFromHandle(const CGenTLLib& lib,
                                                                 void* interfaceHandle) {
-    return CInterfaceInformationFromHandle(lib, interfaceHandle).GetInterfaceInfomation();
+    return CInformationQuery(lib.IFGetInfo, interfaceHandle).Get<IF_INFO>();
 }
 
 std::vector<DEV_INFO> COvInformationAgency::GetAllDeviceInformationOfInterface(
@@ -49,28 +49,33 @@ std::vector<DEV_INFO> COvInformationAgency::GetAllDeviceInformationOfInterface(
     return ReadAll<CDeviceID>(
         lib, interfaceHandle, lib.IFGetNumDevices, [&](const std::string& id) {
             DEV_INFO info =
-                CDeviceInformationFromID(lib, interfaceHandle, id.c_str()).GetDeviceInformation();
+                CInformationQuery(lib.IFGetDeviceInfo, interfaceHandle, id.c_str()).Get<DEV_INFO>();
             info.id.value = id;
             return info;
         });
 }
 
 DEV_INFO COvInformationAgency::GetDeviceInformationFromHandle(const CGenTLLib& lib, void* device) {
-    return CDeviceInformationFromHandle(lib, device).GetDeviceInfomation();
+    return CInformationQuery(lib.DevGetInfo, device).Get<DEV_INFO>();
 }
 
 DS_INFO COvInformationAgency::GetDataStreamInformationFromHandle(const CGenTLLib& lib,
                                                                  void* stream) {
-    return CDataStreamInformationFromHandle(lib, stream).GetDataStreamInfomation();
+    return CInformationQuery(lib.DSGetInfo, stream).Get<DS_INFO>();
 }
 
 BUFFER_INFO COvInformationAgency::GetBufferInformationFromHandle(const CGenTLLib& lib, void* stream,
                                                                  void* buffer) {
-    return CBufferInformationFromHandle(lib, stream, buffer).GetBufferInfomation();
+    return CInformationQuery(lib.DSGetBufferInfo, stream, buffer).Get<BUFFER_INFO>();
+}
+
+void COvInformationAgency::CompleteBufferInformation(const CGenTLLib& lib, void* stream,
+                                                     void* buffer, InfoUse use, BUFFER_INFO& info) {
+    CInformationQuery(lib.DSGetBufferInfo, stream, buffer).Complete(info, use);
 }
 
 PORT_INFO COvInformationAgency::GetPortInformationFromHandle(const CGenTLLib& lib, void* port) {
-    return CPortInformationFromHandle(lib, port).GetPortInfomation();
+    return CInformationQuery(lib.GCGetPortInfo, port).Get<PORT_INFO>();
 }
 
 std::vector<std::string> COvInformationAgency::GetAllDataStreamIDOfDevice(const CGenTLLib& lib,

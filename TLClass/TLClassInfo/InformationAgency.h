@@ -1,5 +1,5 @@
 #pragma once
-/// Front doors to all that GenTL information calls tell.
+/// Front doors to all that GenTL information calls answer.
 
 #include <string>
 #include <vector>
@@ -25,6 +25,9 @@ public:
     static DS_INFO GetDataStreamInformationFromHandle(const CGenTLLib& lib, void* stream);
     static BUFFER_INFO GetBufferInformationFromHandle(const CGenTLLib& lib, void* stream,
                                                       void* buffer);
+    /// Asks for those facts of that use which the record doesn't have yet.
+    static void CompleteBufferInformation(const CGenTLLib& lib, void* stream, void* buffer,
+                                          InfoUse use, BUFFER_INFO& info);
     static PORT_INFO GetPortInformationFromHandle(const CGenTLLib& lib, void* port);
     /// In the producer's order.
     static std::vector<std::string> GetAllDataStreamIDOfDevice(const CGenTLLib& lib, void* device);

@@ -3,18 +3,13 @@
 #include <algorithm>
 #include <iterator>
 
-#include "TLClassModule/IDevice.h"
+#include "TLClassModule/ChildList.h"
 
 namespace OVTLClass {
 
 CDeviceListCompare::DeviceList CDeviceListCompare::CompareDeviceList(const DeviceList& known,
                                                                      const DeviceList& current) {
-    DeviceList missing;
-    std::copy_if(known.begin(), known.end(), std::back_inserter(missing),
-                 [&current](const auto& device) {
-                     return std::find(current.begin(), current.end(), device) == current.end();
-                 });
-    return missing;
+    return FindMissing(known, current);
 }
 
 CDeviceListCompare::DeviceList CDeviceListCompare::RemoveClosedDevice(const DeviceList& devices) {

@@ -6,6 +6,7 @@
 
 #include "TLClassInfo/InfoRecords.h"
 #include "TLClassModule/IInterface.h"
+#include "TLClassModule/ListUpdate.h"
 
 namespace OVTLClass {
 
@@ -69,9 +70,7 @@ private:
     IF_INFO m_info;
     COMMON_INTERFACE_INFO m_commonInfo;
     bool m_open = false;
-    CLock m_updateLock{LockRank::InterfaceUpdate};
-    /// The producer reported a change that the list doesn't show yet.
-    bool m_listIsStale = false;
+    CListUpdate m_update{LockRank::InterfaceUpdate};
     DeviceList m_lostOpen;
     CLock m_lostLock{LockRank::LostDevices};
     CLock m_deviceListLock{LockRank::DeviceList};

@@ -8,8 +8,7 @@
 #include "TLClassInfo/InformationAgency.h"
 #include "TLClassInterface/DeviceListCompare.h"
 #include "TLClassInterface/Interface.h"
-#include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
-#include "TLClassModule/IDevice.h"
+#include "TLClassModule/ChildList.h"
 #include "TLClassSupport/Agency.h"
 #include "TLClassSupport/OvException.h"
 
@@ -28,15 +27,13 @@ namespace {
 
 constexpr const char* kDifferentSize = "The two device information vectors have different size";
 
-/// Lends each record its two further records.
-void Lend(std::vector<DEV_INFO>& records, std::vector<COMMON_DEVICE_INFO>& common,
-          const std::vector<SPECIAL_INFO*>& special) {
-    if (common.size() != records.size() || special.size() != records.size()) {
+void LendCommonInformation(std::vector<DEV_INFO>& records,
+                           std::vector<COMMON_DEVICE_INFO>& common) {
+    if (common.size() != records.size()) {
         OV_RAISE(CUnexpectedError, kDifferentSize);
     }
     for (size_t i = 0; i < records.size(); ++i) {
         records[i].pCommonInfo = &common[i];
-        records[i].pSpecialInfo = special[i];
     }
 }
 
@@ -61,44 +58,24 @@ public:
 
 private:
     static bool IsWithoutAddresses(const DEV_INFO& record) {
-        return record.tlType.value == "GEV" && record.pSpecialInfo == nullptr;
+        return record.tlType.value == GenTL::TLTYPE_GEV && record.pSpecialInfo == nullptr;
     }
 
     std::vector<GEV_DEV_INFO> m_infos;
 };
 
-template <class Devices>
-auto FindById(const Devices& devices, const DEV_INFO& record) {
-    return std::find_if(devices.begin(), devices.end(), [&record](const auto& candidate) {
-        return candidate->DoGetDeviceInfo().id.value == record.id.value;
-    });
-}
-
 }  // namespace
 
 void CInterface::DoUpdateDeviceList(unsigned timeout, bool& changed) {
-    const CAutoLock lock(m_updateLock);
-    changed = false;
-    if (!m_open) {
-        return;
-    }
-    GenTL::bool8_t producerChanged = 0;
-    const int32_t status = GetLib().IFUpdateDeviceList(m_handle, &producerChanged, timeout);
-    OV_LOG_IF_FAILED(status, GetLib());
-    if (status != 0) {
-        return;
-    }
-    m_listIsStale = m_listIsStale || producerChanged != 0;
-    if (!m_listIsStale) {
+    const auto ask = [&](GenTL::bool8_t* producerChanged) {
+        return GetLib().IFUpdateDeviceList(m_handle, producerChanged, timeout);
+    };
+    const auto refresh = [this] {
         __DropClosedLostDevices();
-        OV_RUN_LOGGED([this] { __RefreshDevices(); });
-        return;
-    }
-    OV_RUN_LOGGED([this, &changed] {
-        __RenewDeviceList();
-        m_listIsStale = false;
-        changed = true;
-    });
+        __RefreshDevices();
+    };
+    const auto renew = [this] { __RenewDeviceList(); };
+    changed = OV_UPDATE_LIST(m_update, m_open, GetLib(), ask, refresh, renew);
 }
 
 void CInterface::__DropClosedLostDevices() {
@@ -112,7 +89,9 @@ void CInterface::__WithDeviceRecords(const Act& act) {
     std::vector<COMMON_DEVICE_INFO> common =
         CCommonFeatureAgency::GetAllDeviceFeatureByInterface(*GetFeatureControl(), records.size());
     const CResetDeviceInformationAgency acquired(*this, records.size());
-    Lend(records, common, __DoGetAllDeviceSpecialInformation(records.size()));
+    LendCommonInformation(records, common);
+    LendSpecialInformation(records, __DoGetAllDeviceSpecialInformation(records.size()),
+                           kDifferentSize);
     const CForeignAddresses foreign(records, *GetFeatureControl());
     act(records);
 }
@@ -125,15 +104,8 @@ void CInterface::__RenewDeviceList() {
 
 void CInterface::__RefreshDevices() {
     // A camera's name, addresses and access change without a change of the list.
-    __WithDeviceRecords([this](const std::vector<DEV_INFO>& records) {
-        const DeviceList known = DoGetDeviceList();
-        for (const DEV_INFO& record : records) {
-            const auto found = FindById(known, record);
-            if (found != known.end()) {
-                (*found)->DoUpdateDeviceInformation(record);
-            }
-        }
-    });
+    __WithDeviceRecords(
+        [this](const std::vector<DEV_INFO>& records) { TakeRecords(DoGetDeviceList(), records); });
 }
 
 void CInterface::__TakeDeviceList(std::vector<DEV_INFO>& records) {
@@ -151,19 +123,10 @@ void CInterface::__TakeDeviceList(std::vector<DEV_INFO>& records) {
 CInterface::DeviceList CInterface::__CompareDeviceList(std::vector<DEV_INFO>& records,
                                                        const DeviceList& known) {
     const std::shared_ptr<IInterface> self = GetSelf();
-    DeviceList list;
-    list.reserve(records.size());
-    for (DEV_INFO& record : records) {
-        const auto found = FindById(known, record);
-        if (found != known.end()) {
-            (*found)->DoUpdateDeviceInformation(record);
-            list.push_back(*found);
-        } else {
-            list.emplace_back(
-                CDeviceFactory::CreateDevice(GetLibPointer(), self, m_handle, record));
-        }
-    }
-    return list;
+    return MatchChildren(records, known, [&](DEV_INFO& record) {
+        return std::shared_ptr<IDevice>(
+            CDeviceFactory::CreateDevice(GetLibPointer(), self, m_handle, record));
+    });
 }
 
 }  // namespace OVTLClass

@@ -6,6 +6,7 @@
 
 #include "TLClassInfo/InfoRecords.h"
 #include "TLClassModule/ITL.h"
+#include "TLClassModule/ListUpdate.h"
 
 namespace OVTLClass {
 
@@ -51,7 +52,6 @@ private:
     void __WithInterfaceRecords(const Act& act);
     void __RenewInterfaceList();
     void __RefreshInterfaces();
-    void __LendSpecialInformation(std::vector<IF_INFO>& records);
     void __TakeInterfaceList(const std::vector<IF_INFO>& records);
     static InterfaceList __FindLostInterface(const InterfaceList& known,
                                              const InterfaceList& current);
@@ -61,9 +61,7 @@ private:
     TL_INFO m_info;
     void* m_handle = nullptr;
     bool m_open = false;
-    CLock m_updateLock{LockRank::SystemUpdate};
-    /// The producer reported a change that the list doesn't show yet.
-    bool m_listIsStale = false;
+    CListUpdate m_update{LockRank::SystemUpdate};
     InterfaceList m_lost;
     CLock m_lostLock{LockRank::LostInterfaces};
 };

@@ -2,29 +2,15 @@
 
 #include <algorithm>
 
-#include "Base/GCException.h"
 #include "GenApi/NodeMapRef.h"
 #include "TLClassInfo/InformationAgency.h"
 #include "TLClassInterface/InterfaceFactory.h"
-#include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 #include "TLClassMain/TL.h"
 #include "TLClassMain/TLManager.h"
-#include "TLClassModule/IInterface.h"
+#include "TLClassModule/ChildList.h"
 #include "TLClassSupport/Agency.h"
-#include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {
-
-namespace {
-
-template <class Interfaces>
-auto FindById(const Interfaces& interfaces, const IF_INFO& record) {
-    return std::find_if(interfaces.begin(), interfaces.end(), [&record](const auto& candidate) {
-        return candidate->DoGetInterfaceInfo().id.value == record.id.value;
-    });
-}
-
-}  // namespace
 
 /// Holds the special information of all interfaces for the length of one update.
 class CTL::CResetInterfaceInformationAgency : public CAgency {
@@ -36,27 +22,12 @@ public:
 };
 
 void CTL::DoUpdateInterfaceList(unsigned timeout, bool& changed) {
-    const CAutoLock lock(m_updateLock);
-    changed = false;
-    if (!m_open) {
-        return;
-    }
-    GenTL::bool8_t producerChanged = 0;
-    const int32_t status = GetLib().TLUpdateInterfaceList(m_handle, &producerChanged, timeout);
-    OV_LOG_IF_FAILED(status, GetLib());
-    if (status != 0) {
-        return;
-    }
-    m_listIsStale = m_listIsStale || producerChanged != 0;
-    if (!m_listIsStale) {
-        OV_RUN_LOGGED([this] { __RefreshInterfaces(); });
-        return;
-    }
-    OV_RUN_LOGGED([this, &changed] {
-        __RenewInterfaceList();
-        m_listIsStale = false;
-        changed = true;
-    });
+    const auto ask = [&](GenTL::bool8_t* producerChanged) {
+        return GetLib().TLUpdateInterfaceList(m_handle, producerChanged, timeout);
+    };
+    const auto refresh = [this] { __RefreshInterfaces(); };
+    const auto renew = [this] { __RenewInterfaceList(); };
+    changed = OV_UPDATE_LIST(m_update, m_open, GetLib(), ask, refresh, renew);
 }
 
 template <class Act>
@@ -64,46 +35,32 @@ void CTL::__WithInterfaceRecords(const Act& act) {
     std::vector<IF_INFO> records =
         COvInformationAgency::GetAllInterfaceInformationOfTL(GetLib(), m_handle);
     const CResetInterfaceInformationAgency acquired(*this, records.size());
-    __LendSpecialInformation(records);
+    LendSpecialInformation(records, __DoGetAllInterfaceSpecialInformation(records.size()),
+                           "The two interface information vectors have different size");
     act(records);
 }
 
 void CTL::__RenewInterfaceList() {
-    // What the module's features tell may be cached from before the change.
+    // What the module's features say may be cached from before the change.
     GetNodeMapRef()->_InvalidateNodes();
     __WithInterfaceRecords(
         [this](const std::vector<IF_INFO>& records) { __TakeInterfaceList(records); });
 }
 
 void CTL::__RefreshInterfaces() {
+    // An update of systems without such facts is as cheap as the producer's own.
     if (!__DoInterfacesChange()) {
         return;
     }
     __WithInterfaceRecords([this](const std::vector<IF_INFO>& records) {
-        const InterfaceList known = _GetGcObjectList<IInterface>();
-        for (const IF_INFO& record : records) {
-            const auto found = FindById(known, record);
-            if (found != known.end()) {
-                (*found)->DoUpdateInterfaceInformation(record);
-            }
-        }
+        TakeRecords(DoGetInterfaceList(), records);
     });
 }
 
-void CTL::__LendSpecialInformation(std::vector<IF_INFO>& records) {
-    const std::vector<SPECIAL_INFO*> special =
-        __DoGetAllInterfaceSpecialInformation(records.size());
-    if (special.size() != records.size()) {
-        OV_RAISE(CUnexpectedError, "The two interface information vectors have different size");
-    }
-    for (size_t i = 0; i < records.size(); ++i) {
-        records[i].pSpecialInfo = special[i];
-    }
-}
-
 void CTL::__TakeInterfaceList(const std::vector<IF_INFO>& records) {
-    InterfaceList known = _GetGcObjectList<IInterface>();
+    InterfaceList known = DoGetInterfaceList();
     {
+        // A lost interface that comes back is the same object with its open devices.
         const CAutoLock lock(m_lostLock);
         known.insert(known.end(), m_lost.begin(), m_lost.end());
     }
@@ -119,42 +76,27 @@ void CTL::__TakeInterfaceList(const std::vector<IF_INFO>& records) {
 CTL::InterfaceList CTL::__CompareInterfaceList(const std::vector<IF_INFO>& records,
                                                const InterfaceList& known) {
     const std::shared_ptr<ITL> self = CTLManager::GetInstance()->GetTLPointer(this);
-    InterfaceList list;
-    list.reserve(records.size());
-    for (const IF_INFO& record : records) {
-        const auto found = FindById(known, record);
-        if (found != known.end()) {
-            (*found)->DoUpdateInterfaceInformation(record);
-            list.push_back(*found);
-        } else {
-            list.emplace_back(
-                CInterfaceFactory::CreateInterface(GetLibPointer(), self, m_handle, record));
-        }
-    }
-    return list;
+    return MatchChildren(records, known, [&](const IF_INFO& record) {
+        return std::shared_ptr<IInterface>(
+            CInterfaceFactory::CreateInterface(GetLibPointer(), self, m_handle, record));
+    });
 }
 
 CTL::InterfaceList CTL::__FindLostInterface(const InterfaceList& known,
                                             const InterfaceList& current) {
-    InterfaceList lost;
-    for (const auto& candidate : known) {
-        if (std::find(current.begin(), current.end(), candidate) == current.end()) {
-            lost.push_back(candidate);
-        }
-    }
-    return lost;
+    return FindMissing(known, current);
 }
 
 void CTL::__OpenAllInterface(InterfaceList& list) {
-    const auto failsToOpen = [](const std::shared_ptr<IInterface>& candidate) {
+    // One that can't be opened isn't listed, but the others are.
+    std::erase_if(list, [](const std::shared_ptr<IInterface>& candidate) {
         bool opened = false;
         OV_RUN_LOGGED([&] {
             candidate->DoOpenInterface();
             opened = true;
         });
         return !opened;
-    };
-    list.erase(std::remove_if(list.begin(), list.end(), failsToOpen), list.end());
+    });
 }
 
 }  // namespace OVTLClass

@@ -380,6 +380,92 @@ INSTANTIATE_TEST_SUITE_P(
                       Geometry{"OvU3VTL.cti", false, false}, Geometry{"OvU3VTL.cti", true, false},
                       Geometry{"KwTL.cti", false, true}, Geometry{"KwTL.cti", true, true}));
 
+/// The facts of a frame that the producer is asked for. They are counted because each
+/// is a call, a lock and a copy on the way of every frame.
+class FrameQuestions : public StreamTest, public ::testing::WithParamInterface<Geometry> {
+protected:
+    FrameQuestions() : StreamTest(GetParam().fileName) { info.SetChunkMode(GetParam().chunkMode); }
+    void SetUp() override {
+        StreamTest::SetUp();
+        stream->SetAcqusitionBufferNumber(1);
+        Start();
+    }
+    /// Of the next frame.
+    uint64_t Questions() {
+        const uint64_t before = producer.CallCount("DSGetBufferInfo");
+        GiveBack(Pull());
+        return producer.CallCount("DSGetBufferInfo") - before;
+    }
+
+    // State, bytes, time stamp and number; where the producer knows it, the shape.
+    const uint64_t perFrame = GetParam().ofTheCamera ? 4 : 9;
+    // Place and size, and the technology as a text in two calls.
+    static constexpr uint64_t kPerAnnouncement = 4;
+};
+
+TEST_P(FrameQuestions, AreOfWhatChangesAfterTheFirstFrameOfABuffer) {
+    EXPECT_EQ(Questions(), kPerAnnouncement + perFrame);
+    EXPECT_EQ(Questions(), perFrame);
+    EXPECT_EQ(Questions(), perFrame);
+}
+
+TEST_P(FrameQuestions, AreAllAskedAgainAfterTheNextAnnouncement) {
+    Questions();
+    Stop();
+    Start();
+    EXPECT_EQ(Questions(), kPerAnnouncement + perFrame);
+}
+
+TEST_P(FrameQuestions, NeedNoSecondAnswerOfWhatIsFixed) {
+    const BUFFER_INFO first = Pull();
+    GiveBack(first);
+    for (const int32_t command :
+         {GenTL::BUFFER_INFO_BASE, GenTL::BUFFER_INFO_SIZE, GenTL::BUFFER_INFO_TLTYPE}) {
+        producer.FailCommand("DSGetBufferInfo", command, GenTL::GC_ERR_NOT_AVAILABLE);
+    }
+    const BUFFER_INFO second = Pull();
+    EXPECT_TRUE(second.base.valid);
+    EXPECT_EQ(second.base.value, first.base.value);
+    EXPECT_TRUE(second.size.valid);
+    EXPECT_EQ(second.size.value, first.size.value);
+    EXPECT_TRUE(second.tlType.valid);
+    EXPECT_EQ(second.tlType.value, first.tlType.value);
+    EXPECT_EQ(second.userPointer.value, first.userPointer.value);
+}
+
+INSTANTIATE_TEST_SUITE_P(Transports, FrameQuestions,
+                         ::testing::Values(Geometry{"OvGVTL.cti", false, false},
+                                           Geometry{"OvGVTL.cti", true, true},
+                                           Geometry{"OvU3VTL.cti", false, false},
+                                           Geometry{"KwTL.cti", false, true}));
+
+TEST_F(Pulling, AsksAgainForAFixedFactThatWasRefused) {
+    // The first question is for the length of the technology's text.
+    producer.FailCall("DSGetBufferInfo", 1, GenTL::GC_ERR_NOT_AVAILABLE);
+    stream->SetAcqusitionBufferNumber(1);
+    Start();
+    const BUFFER_INFO first = Pull();
+    EXPECT_FALSE(first.tlType.valid);
+    EXPECT_EQ(first.width.value, 64U) << "nobody knows that the camera's word counts";
+    GiveBack(first);
+    const BUFFER_INFO second = Pull();
+    EXPECT_EQ(second.tlType.value, "Custom");
+    EXPECT_EQ(second.width.value, 32U);
+}
+
+TEST_F(Pulling, LeavesToTheBufferWhatNoRecordOfAnApplicationHas) {
+    producer.SetFrame(0, 0, "PayloadType", GenTL::PAYLOAD_TYPE_RAW_DATA);
+    Start();
+    const BUFFER_INFO frame = Pull();
+    EXPECT_FALSE(frame.xPadding.valid || frame.yPadding.valid || frame.imageOffset.valid ||
+                 frame.payloadType.valid || frame.pixelFormatNamespace.valid);
+    const BUFFER_INFO all = static_cast<CBuffer*>(frame.userPointer.value)->GetBufferInfo();
+    EXPECT_TRUE(all.xPadding.valid && all.yPadding.valid && all.imageOffset.valid &&
+                all.pixelFormatNamespace.valid);
+    EXPECT_EQ(all.payloadType.value, GenTL::PAYLOAD_TYPE_RAW_DATA);
+    EXPECT_EQ(all.frameId.value, frame.frameId.value);
+}
+
 TEST_F(Delivery, IsNotRegisteredWithoutAThread) {
     RegisterCounter();
     {

@@ -14,9 +14,11 @@ struct ProducerKind {
     const char* fileName;
     size_t place;  ///< in the order in which the library takes them
     bool isGev;
+    /// Whether its word counts for the shape of a frame.
+    bool knowsShapes;
 };
 inline constexpr ProducerKind kAllKinds[] = {
-    {"OvGVTL.cti", 0, true}, {"OvU3VTL.cti", 1, false}, {"KwTL.cti", 2, false}};
+    {"OvGVTL.cti", 0, true, true}, {"OvU3VTL.cti", 1, false, true}, {"KwTL.cti", 2, false, false}};
 /// Those that differ in more than their place.
 inline constexpr ProducerKind kDifferentKinds[] = {kAllKinds[0], kAllKinds[2]};
 
@@ -69,6 +71,9 @@ protected:
     /// The producer whose calls fail.
     TestProducer& Faulty() { return *m_producers[GetParam().place]; }
     bool IsGev() const { return GetParam().isGev; }
+    /// The questions about the first frame of a buffer: its place and size, and the
+    /// technology as a text in two calls; state, bytes, time stamp and number; the shape.
+    unsigned FactsOfAFirstFrame() const { return 4 + 4 + (GetParam().knowsShapes ? 5 : 0); }
 
     void Init() { ASSERT_OV_OK(OVInitLib()); }
     uint32_t Update();

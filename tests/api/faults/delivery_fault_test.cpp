@@ -30,7 +30,7 @@ protected:
 TEST_P(DeliveryFaultTest, TheThreadOutlivesEachFault) {
     const Steps steps = {
         {"EventGetData", 1, Fate::Swallowed, "the frame waits for the next look"},
-        {"DSGetBufferInfo", 19, Fate::Swallowed, "a fact may be missing"},
+        {"DSGetBufferInfo", FactsOfAFirstFrame(), Fate::Swallowed, "a fact may be missing"},
         {"DSQueueBuffer", 1, Fate::Swallowed, "four buffers are left"},
     };
     Init();

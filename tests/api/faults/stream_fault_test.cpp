@@ -137,7 +137,8 @@ TEST_P(StreamFaultTest, AStopGoesToItsEnd) {
 
 TEST_P(StreamFaultTest, ALoanThatFailsLeavesTheFrame) {
     Run({.steps = {{"EventGetData", 1, Fate::Raised, ""},
-                   {"DSGetBufferInfo", 19, Fate::Swallowed, "a fact may be missing"}},
+                   {"DSGetBufferInfo", FactsOfAFirstFrame(), Fate::Swallowed,
+                    "a fact may be missing"}},
          .prepare =
              [this] {
                  StartCamera();
@@ -169,7 +170,8 @@ TEST_P(StreamFaultTest, AReturnThatFailsLeavesTheLoan) {
 
 TEST_P(StreamFaultTest, ACopyThatFailsLeavesTheStreamRunning) {
     Run({.steps = {{"EventGetData", 1, Fate::Raised, ""},
-                   {"DSGetBufferInfo", 19, Fate::Swallowed, "a fact may be missing"},
+                   {"DSGetBufferInfo", FactsOfAFirstFrame(), Fate::Swallowed,
+                    "a fact may be missing"},
                    {"DSQueueBuffer", 1, Fate::Raised, ""}},
          .prepare =
              [this] {
@@ -186,7 +188,8 @@ TEST_P(StreamFaultTest, AFaultWhileAllFramesAreLentLeavesNoneLent) {
     const auto lendAll = [&] { return OVDQAllBufs(camera, frames.data(), kBuffers, &count, 1000); };
     Run({.steps = {{"DSGetInfo", 1, Fate::Raised, ""},
                    {"EventGetData", 1, Fate::Raised, ""},
-                   {"DSGetBufferInfo", 19, Fate::Swallowed, "a fact may be missing"}},
+                   {"DSGetBufferInfo", FactsOfAFirstFrame(), Fate::Swallowed,
+                    "a fact may be missing"}},
          .prepare =
              [&] {
                  StartCamera();
