@@ -32,6 +32,8 @@ void CBuffer::AllocateBuffer(size_t size, size_t alignment) {
     if (size == 0) {
         OV_RAISE(CUnexpectedError, "Can not allocate zero bytes memory");
     }
+    // A stream that starts again with the same frames keeps its memory, unless the producer
+    // wants another alignment than before.
     if (size == m_size && PaddingAt(m_place, alignment) == 0) {
         return;
     }
@@ -57,6 +59,7 @@ void CBuffer::AnnounceBuffer() {
         }
         void* handle = nullptr;
         OV_VERIFY(m_lib.DSAnnounceBuffer(m_stream, m_place, m_size, this, &handle), m_lib);
+        // Stored after the success: a refused buffer isn't announced.
         m_handle = handle;
     }
     const std::scoped_lock lock(m_queueMutex);
@@ -66,6 +69,7 @@ void CBuffer::AnnounceBuffer() {
 
 void CBuffer::QueueBuffer() {
     const std::scoped_lock lock(m_queueMutex);
+    // Held over the call, so that a stop can't flush between the look and the queueing.
     void* const handle = m_handle;
     if (handle == nullptr || m_isWithdrawn) {
         OV_RAISE(CUnexpectedError, "Can not queue a buffer before announcing it");
@@ -133,6 +137,7 @@ std::vector<GenTL::S_SINGLE_CHUNK_DATA> CBuffer::GetChunkData() const {
 bool CBuffer::IsMemoryOverFlow(const std::vector<GenTL::S_SINGLE_CHUNK_DATA>& chunks) const {
     return std::any_of(chunks.begin(), chunks.end(), [this](const auto& chunk) {
         const auto offset = static_cast<size_t>(chunk.ChunkOffset);
+        // A sum of both could overflow.
         return offset > m_size || chunk.ChunkLength > m_size - offset;
     });
 }

@@ -20,7 +20,7 @@ class CChunkAdapterGeneric;
 namespace OVTLClass {
 
 /// Owns its memory; the producer only borrows it between announce and revoke.
-/// The object's address is the private pointer that the producer gives back
+/// The object's address is the private pointer that the producer returns
 /// with each frame.
 class CBuffer : public CUnCopyable {
 public:
@@ -34,7 +34,7 @@ public:
     /// Gives the buffer to the producer to be filled.
     void QueueBuffer();
     /// Ends the queueing of this buffer. Other threads may give frames back while
-    /// a stream stops, and a buffer that they queue behind the producer's last
+    /// a stream stops, and a buffer that they queue after the producer's last
     /// flush couldn't be revoked.
     void Withdraw();
     /// Takes the buffer back from the producer; a failure is logged. A producer that

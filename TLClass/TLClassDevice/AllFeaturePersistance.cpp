@@ -22,6 +22,7 @@ CFeaturePersistance PersistanceOf(const std::shared_ptr<IDevice>& device) {
     auto* const remote = device->DoGetRemoteDeviceNodeMapRef();
     auto* const local = device->GetNodeMapRef();
     auto* const stream = streams.front()->GetNodeMapRef();
+    // A stream that isn't open has no node map.
     if (remote == nullptr || local == nullptr || stream == nullptr) {
         throw std::runtime_error("Invalid feature node maps");
     }

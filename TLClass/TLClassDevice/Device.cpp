@@ -72,6 +72,7 @@ void CDevice::DoOpenClosedDevice(int32_t accessMode) {
             OV_RAISE(CInvalidAccessError, kAlreadyOpen);
         }
     };
+    // Looked at twice. Another thread may open the camera between the looks.
     // In a callback of this camera, for which a close would wait, it takes no lock.
     checkClosed();
     const CAutoLock lock(m_deviceLock);
@@ -83,6 +84,7 @@ void CDevice::__Open(int32_t accessMode) {
     CIFOpenDeviceAgency opened(GetLib(), m_interfaceHandle, DoGetDeviceInfo().id.value, accessMode);
     CXMLLoadAgency localLoaded(GetAnalyzer(), opened.GetHandle());
     auto localControl = std::make_unique<CFeatureControl>(GetNodeMapRef());
+    // The port of the camera itself belongs to the device: the producer closes both.
     void* const remotePort = __GetRemotePort(opened.GetHandle());
     CXMLLoadAgency remoteLoaded(m_remoteXml, remotePort);
     auto remoteControl = std::make_unique<CFeatureControl>(m_remoteXml.GetNodeMapRef());
@@ -92,6 +94,7 @@ void CDevice::__Open(int32_t accessMode) {
         // The last step that can fail, so it is kept at once.
         CUpdateDSListAgency(*this, opened.GetHandle()).Commit();
     }
+    // Nothing below throws.
     remoteLoaded.Commit();
     localLoaded.Commit();
     opened.Commit();
@@ -110,6 +113,7 @@ void* CDevice::__GetRemotePort(void* deviceHandle) const {
 }
 
 void CDevice::__UpdateDSList(void* deviceHandle) {
+    // A stream owns its device. A search may lose the camera while it is opened.
     const auto self = std::dynamic_pointer_cast<IDevice>(m_interface->GetChild(this));
     if (!self) {
         OV_RAISE(CUnexpectedError, "The interface doesn't list the device any more");
@@ -129,12 +133,15 @@ void CDevice::DoCloseDevice() {
     if (!m_open) {
         return;
     }
+    // From the users to what they use: callbacks first, which use everything below, then
+    // streams, which read the remote node map, and maps before their ports.
     GetFeatureControl()->DoUnregisterAllFeatureCallback();
     m_remoteFeatureControl->DoUnregisterAllFeatureCallback();
     m_offlineEvent.UnRegisterAllDeviceOfflineCallback();
     _ForEachChild<IDataStream>([](IDataStream& stream) { stream.DoStopDataStreamAcquisition(); });
     _ForEachChild<IDataStream>([](IDataStream& stream) { stream.DoCloseDataStream(); });
     __ResetDSList();
+    // Its thread delivers to the remote node map, which goes next.
     m_remoteEvent.StopGetRemoteDeviceEventThread();
     m_offlineEvent.StopGetDeviceOfflineEventThread();
     m_offlineEvent.UnregisterDeviceOfflineEvent();
@@ -143,6 +150,7 @@ void CDevice::DoCloseDevice() {
     OV_RUN_LOGGED([this] { m_remoteXml.UnloadXML(); });
     SetFeatureControl(nullptr);
     OV_RUN_LOGGED([this] { GetAnalyzer().UnloadXML(); });
+    // A camera that is gone fails here, and has to be closed all the same.
     OV_LOG_IF_FAILED(GetLib().DevClose(m_handle), GetLib());
     m_handle = nullptr;
     m_remoteHandle = nullptr;
@@ -175,6 +183,7 @@ void CDevice::DoUpdateDeviceInformation(const DEV_INFO& info) {
 void CDevice::__RenewCommonInformation(const COMMON_DEVICE_INFO& newer) {
     m_commonInfo.serialNumber.Renew(newer.serialNumber);
     m_commonInfo.version.Renew(newer.version);
+    // A producer may report the old name long after another was written.
     if (!m_toldUserId.valid || newer.userId.value != m_toldUserId.value) {
         m_commonInfo.userId.Renew(newer.userId);
     }

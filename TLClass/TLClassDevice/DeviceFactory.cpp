@@ -12,6 +12,8 @@ std::unique_ptr<IDevice> MakeDevice(std::shared_ptr<const CGenTLLib> lib,
                                     const DEV_INFO& info) {
     const bool isGev = info.tlType.value == GenTL::TLTYPE_GEV;
     const auto* const gevInfo = dynamic_cast<const GEV_DEV_INFO*>(info.pSpecialInfo);
+    // The text of the transport and the type of the record come from different calls of the
+    // producer, which needn't agree.
     if (info.pCommonInfo == nullptr || (isGev && gevInfo == nullptr)) {
         OV_RAISE(CUnexpectedError, "Invalid parameter");
     }

@@ -13,6 +13,7 @@ std::optional<GEV_DEV_INFO> CGevDevice::DoGetGevDeviceInfo() {
 
 void CGevDevice::DoUpdateDeviceInformation(const DEV_INFO& info) {
     CDevice::DoUpdateDeviceInformation(info);
+    // A record of a search by another transport's interface has no addresses.
     if (const auto* const gevInfo = dynamic_cast<const GEV_DEV_INFO*>(info.pSpecialInfo)) {
         const CAutoLock lock(m_gevInfoLock);
         m_gevInfo.Renew(*gevInfo);

@@ -1,5 +1,5 @@
 #pragma once
-/// Where a thread stands: in which callbacks of which cameras.
+/// Which callbacks of which cameras a thread is in.
 
 #include "Base/LockRank.h"
 #include "TLClassSupport/UnCopyable.h"
@@ -11,8 +11,8 @@ enum class CallbackKind { Capture, Event, Offline, Feature };
 
 /// Lives on the stack of the thread that runs a callback, while it runs.
 ///
-/// What may not be called in a callback is told by this and not by the identities
-/// of threads: a write runs feature callbacks on whatever thread writes.
+/// Calls that are refused in a callback ask this, and don't compare the identities of
+/// threads: a write runs feature callbacks on whatever thread writes.
 class CCallbackScope : public CUnCopyable {
 public:
     CCallbackScope(CallbackKind kind, const void* camera);

@@ -19,6 +19,7 @@ CDeviceOfflineEvent::CDeviceOfflineEvent(const CGenTLLib& lib, const void* camer
     : m_camera(camera), m_lock(LockRank::OfflineCallbacks, camera), m_native(lib) {}
 
 CDeviceOfflineEvent::~CDeviceOfflineEvent() {
+    // The thread uses the registration.
     StopGetDeviceOfflineEventThread();
     OV_RUN_LOGGED([this] { UnregisterDeviceOfflineEvent(); });
 }
@@ -81,6 +82,7 @@ void CDeviceOfflineEvent::UnRegisterDeviceOfflineCallback(void* handle) {
     const CAutoLock lock(m_lock);
     std::erase_if(m_callbacks,
                   [handle](const Entry& entry) { return entry->GetHandle() == handle; });
+    // A callback that waited for itself, or for one that waits for it, would never return.
     if (!CCallbackScope::IsInsideAny()) {
         m_returned.wait(m_lock, [&] { return m_running == nullptr || m_running != handle; });
     }
@@ -89,6 +91,7 @@ void CDeviceOfflineEvent::UnRegisterDeviceOfflineCallback(void* handle) {
 void CDeviceOfflineEvent::UnRegisterAllDeviceOfflineCallback() {
     OV_RUN_LOGGED([this] {
         const CAutoLock lock(m_lock);
+        // Those that are being called stay alive: the thread shares them.
         m_callbacks.clear();
         m_returned.wait(m_lock, [this] { return m_running == nullptr; });
     });
@@ -156,6 +159,8 @@ void CDeviceOfflineEvent::__CallAll() {
 }
 
 bool CDeviceOfflineEvent::__WaitForOffline() {
+    // The producer signals a loss once. A thread that was started again for a later callback
+    // would wait for ever.
     if (IsDeviceOffineLine()) {
         return true;
     }
@@ -172,6 +177,7 @@ CDeviceOfflineEvent::Entry CDeviceOfflineEvent::__TakeNext() {
         m_working = false;
         return nullptr;
     }
+    // Marked before the call: a callback that throws has been called.
     (*next)->isCalled = true;
     m_running = (*next)->GetHandle();
     return *next;

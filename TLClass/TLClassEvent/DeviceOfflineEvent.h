@@ -15,20 +15,20 @@ namespace OVTLClass {
 /// Adds the callbacks, and the thread that waits for the signal.
 ///
 /// The thread calls every callback once, holding no lock, and ends when it has called
-/// all. A callback that is registered later has it started again: whoever is told that
-/// the camera is gone has to close it.
+/// all. A callback that is registered later starts it again: each one that an
+/// application registers learns of the loss, as somebody has to close the camera.
 class CDeviceOfflineEvent : public CUnCopyable {
 public:
     CDeviceOfflineEvent(const CGenTLLib& lib, const void* camera);
     ~CDeviceOfflineEvent();
 
-    /// Nothing while it is registered.
+    /// No effect while it is registered.
     /// @return whether this call registered it
     bool RegisterDeviceOfflineEvent(void* deviceHandle);
     void UnregisterDeviceOfflineEvent();
 
-    /// Nothing without the event, while the thread works, and when it has nothing
-    /// more to do. One caller at a time.
+    /// No effect without the event, while the thread works, and after it has called
+    /// all callbacks. One caller at a time.
     void StartGetDeviceOfflineEventThread();
     /// Ends the thread. What goes wrong is logged.
     void StopGetDeviceOfflineEventThread();
@@ -36,9 +36,9 @@ public:
     /// Keeps a clone, whose address as an IEventCallback is the handle. Callbacks
     /// are called in the order of their registration.
     void* RegisterDeviceOfflineCallback(const IDeviceOfflineCallback& callback);
-    /// What stood behind a handle may be gone: it isn't looked at.
+    /// The callback of the handle may be gone: only addresses are compared.
     bool HasDeviceOfflineCallback(const void* handle);
-    /// Nothing for an unknown handle. Waits for a running callback, except in any
+    /// An unknown handle has no effect. Waits for a running callback, except in any
     /// callback: that one may wait for this thread.
     void UnRegisterDeviceOfflineCallback(void* handle);
     /// Waits for a running callback.
@@ -48,7 +48,7 @@ public:
     bool IsDeviceOffineLine();
     /// The device counts as present again.
     void Clear();
-    /// 0 unless the thread runs: an ended thread's identity may be given anew.
+    /// 0 unless the thread runs: the system may reuse the identity of an ended thread.
     pthread_t GetOfflineThreadID() const {
         return m_thread.IsRunning() ? m_thread.GetCurrentObjThreadID() : 0;
     }

@@ -17,6 +17,7 @@ void CNativeDeviceOfflineEvent::UnRegisterDeviceOfflineEvent() {
     if (!IsRegistered()) {
         return;
     }
+    // Some producers end a wait only by a kill.
     EventKill();
     m_registration.reset();
 }
@@ -24,6 +25,7 @@ void CNativeDeviceOfflineEvent::UnRegisterDeviceOfflineEvent() {
 int32_t CNativeDeviceOfflineEvent::GetOfflineEvent() const {
     size_t size = 0;
     const int32_t status = m_lib.EventGetData(m_event, nullptr, &size, GenTL::GENTL_INFINITE);
+    // An abort is the end that a close asks for.
     if (status != GenTL::GC_ERR_ABORT) {
         OV_LOG_IF_FAILED(status, m_lib);
     }

@@ -20,6 +20,7 @@ void CNativeNewBufferEvent::RegisterNewBufferEvent(
         const CAutoLock lock(m_initInfoLock);
         m_initInfo = CBufferInitInfo(info);
     }
+    // The values are stored first: a frame may come as soon as the event is registered.
     CGCRegisterEventAgency registered(m_lib, streamHandle, GenTL::EVENT_NEW_BUFFER);
     m_event = registered.GetEventHandle();
     registered.Commit();
@@ -32,6 +33,7 @@ void CNativeNewBufferEvent::UnregisterNewBufferEvent() {
     if (!m_registered) {
         return;
     }
+    // Taken away first: no frame may attach chunks of memory that is about to go.
     m_chunkAdapter = nullptr;
     OV_LOG_IF_FAILED(m_lib.GCUnregisterEvent(m_stream, GenTL::EVENT_NEW_BUFFER), m_lib);
     m_event = nullptr;
@@ -105,6 +107,7 @@ void CNativeNewBufferEvent::__UpdateChunkData(CBuffer& buffer) {
         OV_RAISE(CUnexpectedError, "Invalid Chunk Adapter");
     }
     std::vector<GenTL::S_SINGLE_CHUNK_DATA> chunks = buffer.GetChunkData();
+    // Cameras send the same layout frame after frame; then only the base address changes.
     if (CNativeChunkDataCompare::AreEqual(chunks, m_chunks)) {
         buffer.UpdateBuffer(*adapter);
         return;

@@ -37,7 +37,7 @@ public:
     /// needs more asks the buffer, which is the user pointer.
     /// @param timeout  in milliseconds; CTimeoutError when nothing came
     void GetBuffer(BUFFER_INFO& info, unsigned timeout);
-    /// A frame that waits by now, without a look at it; null for none.
+    /// A frame that waits already, without its facts; null for none.
     CBuffer* TakeWaiting();
 
 private:

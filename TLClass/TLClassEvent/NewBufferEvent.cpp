@@ -20,6 +20,7 @@ void CNewBufferEvent::StartGetNewBuffer(void* streamHandle, const IBufferInitInf
     }
     m_native.RegisterNewBufferEvent(streamHandle, info, adapter);
     m_stopEvent.ResetEvent();
+    // Without a callback the application pulls, and a thread would take its frames.
     if (m_hasCallback && !m_thread.Run(this, &__OnThreadGetImage, kAcquisitionPriority)) {
         m_native.UnregisterNewBufferEvent();
         OV_RAISE(CUnexpectedError, "Failed to start __OnThreadGetImage");
@@ -32,6 +33,7 @@ void CNewBufferEvent::StopGetNewBuffer() {
         return;
     }
     OV_RUN_LOGGED([this] { m_stopEvent.SetEvent(); });
+    // The thread may wait for up to a second. The kill ends that.
     EndWaitingThread(m_thread, [this] { return m_native.EventKill(); });
     OV_RUN_LOGGED([this] { m_native.UnregisterNewBufferEvent(); });
     m_started = false;
@@ -53,6 +55,7 @@ void CNewBufferEvent::__SetCallback(std::unique_ptr<INewBufferCallback> callback
 
 void* CNewBufferEvent::__OnThreadGetImage(void* self) {
     auto* const event = static_cast<CNewBufferEvent*>(self);
+    // The stop is an event of its own, because a producer may forget a kill.
     // Between two frames the stop is only looked at; after a failure the look
     // takes a millisecond, so that a producer that fails at once can't spin.
     bool delivered = true;
@@ -75,6 +78,7 @@ bool CNewBufferEvent::__DeliverOneFrame() {
             }
         }
     });
+    // Set by a frame only.
     if (info.userPointer.value == nullptr) {
         return false;
     }

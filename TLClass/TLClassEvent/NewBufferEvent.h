@@ -18,7 +18,7 @@ public:
     explicit CNewBufferEvent(const CGenTLLib& lib) : m_native(lib) {}
     ~CNewBufferEvent() { StopGetNewBuffer(); }
 
-    /// Starts the thread only when a callback is registered by now.
+    /// Starts the thread only when a callback is registered already.
     void StartGetNewBuffer(void* streamHandle, const IBufferInitInfo& info,
                            GenApi_3_0_ORVANE::CChunkAdapterGeneric* adapter);
     /// Ends the thread and the event. What goes wrong is logged.

@@ -26,8 +26,8 @@ private:
     void* m_event = nullptr;
 };
 
-/// Registers an event that a producer may not offer, of which each has its own way to
-/// tell.
+/// Registers an event that a producer may not offer. Producers refuse it by different
+/// statuses.
 /// @return null, with a line in the log, for an event that isn't offered
 inline std::unique_ptr<CGCRegisterEventAgency> RegisterOfferedEvent(const CGenTLLib& lib,
                                                                     void* module,

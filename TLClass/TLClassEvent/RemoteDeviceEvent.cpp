@@ -12,7 +12,7 @@ namespace {
 constexpr int kEventPriority = 95;
 constexpr uint64_t kEventTimeout = 1000;
 
-/// A number that tells of an event's queue.
+/// A number of an event's queue, as the producer reports it.
 template <class T>
 T ReadEventNumber(const CGenTLLib& lib, void* event, GenTL::EVENT_INFO_CMD command,
                   GenTL::INFO_DATATYPE type) {
@@ -75,6 +75,7 @@ void CRemoteDeviceEvent::__MakeBuffers(void* event) {
     };
     const size_t rawSize = sizeOf(GenTL::EVENT_SIZE_MAX);
     const size_t valueSize = sizeOf(GenTL::EVENT_INFO_DATA_SIZE_MAX);
+    // Made once: an event is delivered without memory being taken.
     m_rawEvent.resize(rawSize);
     m_value.resize(valueSize);
 }
@@ -128,6 +129,7 @@ void CRemoteDeviceEvent::__RunThread() {
         if (!came) {
             continue;
         }
+        // Events that came while the stop was asked for find a map that is about to be detached.
         if (m_stopEvent.TryWait()) {
             return;
         }
@@ -142,6 +144,7 @@ bool CRemoteDeviceEvent::__GetEvent(Event& event) {
     if (!__GetRawEvent(size)) {
         return false;
     }
+    // The event is a record of the transport, which only its producer can read.
     size_t idSize = sizeof event.id;
     event.length = m_value.size();
     return __GetPart(size, GenTL::EVENT_DATA_NUMID, GenTL::INFO_DATATYPE_UINT64, &event.id,

@@ -23,7 +23,7 @@ public:
     explicit CRemoteDeviceEvent(const CGenTLLib& lib) : m_lib(lib) {}
     ~CRemoteDeviceEvent() { StopGetRemoteDeviceEventThread(); }
 
-    /// Nothing while it is started. A producer without that event is no failure:
+    /// No effect while it is started. A producer without that event is no failure:
     /// it is logged, and the channel stays stopped.
     /// @param nodeMap  outlives the channel's start
     void StartGetRemoteDeviceEventThread(void* deviceHandle,
@@ -31,11 +31,11 @@ public:
     /// Ends the thread and the event. What goes wrong is logged.
     void StopGetRemoteDeviceEventThread();
 
-    // Both raise CInvalidCallError while the channel is stopped.
+    // Both throw CInvalidCallError while the channel is stopped.
     uint32_t GetEventNumInQueue() const;
     void FlushRemoteDeviceEvent() const;
 
-    /// 0 unless the thread runs: an ended thread's identity may be given anew.
+    /// 0 unless the thread runs: the system may reuse the identity of an ended thread.
     pthread_t GetEventThreadID() const {
         return m_thread.IsRunning() ? m_thread.GetCurrentObjThreadID() : 0;
     }
@@ -53,7 +53,7 @@ private:
     void __MakeBuffers(void* event);
     void* __GetEventHandle() const;
     void __RunThread();
-    // These tell whether it came; a failure is logged.
+    // These return whether it came; a failure is logged.
     bool __GetEvent(Event& event);
     bool __GetRawEvent(size_t& size);
     bool __GetPart(size_t eventSize, GenTL::EVENT_DATA_INFO_CMD command, GenTL::INFO_DATATYPE type,

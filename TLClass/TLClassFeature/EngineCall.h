@@ -39,7 +39,7 @@ auto CallEngine(const char* file, int line, const char* function, const Call& ca
 }  // namespace OVTLClass
 
 // Each operation wraps all that it asks of the engine, the search for the node
-// included, so that its own name stands in the failure.
+// included, so that the failure has its own name.
 #define OV_ENGINE_CALL(kind, call)                                                           \
     ::OVTLClass::CallEngine<::OVTLClass::EngineCallKind::kind>(__FILE__, __LINE__, __func__, \
                                                                [&] { return call; })

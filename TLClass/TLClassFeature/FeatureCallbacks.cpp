@@ -77,7 +77,7 @@ void CFeatureControl::__Deregister(const Wanted& isWanted) {
         }
     }
     // The engine's lock is taken here, which a thread may hold that registers in a
-    // callback. What the engine doesn't give back it may still call, so that stays.
+    // callback. What the engine doesn't release it may still call, so that stays.
     taken.remove_if([](const auto& handle) {
         bool done = false;
         OV_RUN_LOGGED([&] {

@@ -162,6 +162,7 @@ void CFeatureControl::DoSetEnum(const std::string& name, int64_t value) const {
 
 int64_t CFeatureControl::DoGetEnumEntryValue(const std::string& name,
                                              const std::string& entry) const {
+    // An entry that isn't available has a value, too: the write shows whether it can be chosen.
     IEnumEntry* const found =
         OV_ENGINE_GET(__GetNodeHandle<IEnumeration>(name).GetEntryByName(entry.c_str()));
     if (found == nullptr) {
@@ -203,6 +204,7 @@ void CFeatureControl::DoGetBuffer(const std::string& name, size_t size, uint8_t*
     if (buffer == nullptr) {
         OV_RAISE(CInvalidParameterError, "pBuffer can't be NULL");
     }
+    // Asked of the node, and read at that length: a register is read as a whole or not at all.
     const size_t length = DoGetBufferLength(name);
     if (length > size) {
         OV_RAISE(CNeedMoreBufferError, "Need more buffer");

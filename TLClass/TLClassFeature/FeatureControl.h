@@ -52,12 +52,12 @@ public:
     void DoUnregisterFeatureCallback(intptr_t handle) override;
     void DoUnregisterAllFeatureCallback() override;
 
-    // What stood behind a handle may be gone: the next two don't look there.
+    // The callback of a handle may be gone: the next two compare addresses only.
     /// Whether that handle is registered here for that feature.
     bool CheckExist(const std::string& name, const void* handle) const;
     /// Whether that handle is registered here for any feature.
     bool CheckExist(const void* handle) const;
-    /// Whether the feature stands below "EventControl".
+    /// Whether the feature is below the category "EventControl".
     bool CheckEventNode(const std::string& name) const;
 
 private:

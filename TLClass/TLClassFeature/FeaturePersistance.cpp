@@ -24,6 +24,7 @@ constexpr std::array<const char*, 3> kTitles = {
     "Stream features are as follows:"};
 
 std::string ReadAll(std::istream& source) {
+    // A caller may have looked into the stream.
     source.seekg(0);
     std::ostringstream text;
     text << source.rdbuf();
@@ -78,6 +79,7 @@ void CFeaturePersistance::__Export(std::ostream& target) const {
     target << FILE_VERSION_KEY << ": " << kFileVersion << '\n';
     target << DEVICE_MODEL_KEY << ": " << __GetDeviceModelFromDevice() << '\n';
     for (size_t i = 0; i < m_nodeMaps.size(); ++i) {
+        // Composed apart: a node that fails leaves no half part in the target.
         std::ostringstream part;
         part << __GetSeperatorString(kTitles[i]);
         CFeatureBag bag;
@@ -89,6 +91,7 @@ void CFeaturePersistance::__Export(std::ostream& target) const {
 
 std::vector<std::string> CFeaturePersistance::__Import(const std::string& text, bool verify) const {
     const std::vector<std::string> parts = __SplitterFeatureString(text);
+    // The header, and a part for each map.
     if (parts.size() != m_nodeMaps.size() + 1) {
         throw std::runtime_error("Invalid feature file format");
     }
@@ -110,6 +113,7 @@ void CFeaturePersistance::__CheckHeader(const std::string& header) const {
     }
     const std::string fileModel = __GetStringByKey(header, DEVICE_MODEL_KEY);
     const std::string model = __GetDeviceModelFromDevice();
+    // Settings of another model name features that this one may lack or mean differently.
     if (fileModel != model) {
         throw std::runtime_error(COvString::MsgComposer(
             "The device model(%s) in file is not the same as that in the device(%s)",

@@ -19,8 +19,8 @@ class CFeaturePersistance {
 public:
     using CNodeMapRef = GenApi_3_0_ORVANE::CNodeMapRef;
 
-    /// What stands before the version of the format, and before the model of
-    /// the camera that the settings are from.
+    /// The keys of the format's version, and of the model of the camera that the
+    /// settings are from.
     static const std::string FILE_VERSION_KEY;
     static const std::string DEVICE_MODEL_KEY;
 

@@ -36,8 +36,8 @@ struct FEATURE_ENUM_ENTRY_INFORMATION {
 };
 
 /// The only way by which the transport model reaches features. No exception of
-/// the node engine leaves it: what fails is raised in the model's own family,
-/// with the engine's text. An unknown feature raises CNotImplementedError.
+/// the node engine leaves it: what fails is thrown in the model's own family,
+/// with the engine's text. An unknown feature throws CNotImplementedError.
 ///
 /// Values may be read and written through a constant reference: what is
 /// constant is the set of features.
@@ -86,7 +86,7 @@ public:
     /// Keeps a clone of the callback; the handle is owned here.
     virtual IFeatureCallbackHandle* DoRegisterFeatureCallback(const std::string& name,
                                                               const IFeatureCallback& callback) = 0;
-    /// Nothing for an unknown handle. The handle is an address as a number.
+    /// An unknown handle has no effect. The handle is an address as a number.
     virtual void DoUnregisterFeatureCallback(intptr_t handle) = 0;
     virtual void DoUnregisterAllFeatureCallback() = 0;
     // As DoGetInt and DoGetString, past the caches.

@@ -11,6 +11,7 @@ namespace {
 template <class Record, class Read>
 std::vector<Record> ReadAll(size_t count, const Read& read) {
     std::vector<Record> all;
+    // What was read before a failure is kept: the caller compares the sizes.
     OV_RUN_LOGGED([&] {
         for (size_t index = 0; index < count; ++index) {
             all.push_back(read(static_cast<int64_t>(index)));

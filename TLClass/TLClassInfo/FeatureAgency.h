@@ -1,5 +1,5 @@
 #pragma once
-/// Front doors to what a module's own features tell.
+/// Front doors to the facts in a module's own features.
 
 #include <cstddef>
 #include <vector>

@@ -35,6 +35,7 @@ void ReadString(const IFeatureControl& control, const char* name, InfoString& in
 /// Whether the selector takes the index. A description may bound its selector
 /// wrongly or lack it; the module is listed all the same.
 bool Selects(const IFeatureControl& control, const char* selector, int64_t index) {
+    // Without a selector every index would read the same values.
     if (!control.DoIsImplemented(selector)) {
         return false;
     }

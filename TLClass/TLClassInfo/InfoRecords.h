@@ -1,7 +1,7 @@
 #pragma once
 /// What the library keeps of each GenTL module. A producer may leave anything
-/// out, so every value says whether it was given: a blank text or a 0 alone
-/// tells nothing.
+/// out, so every value says whether it was answered: a blank text or a 0 may be an
+/// answer.
 
 #include <cstddef>
 #include <cstdint>
@@ -9,13 +9,13 @@
 
 namespace OVTLClass {
 
-/// A value, and whether the producer gave it.
+/// A value, and whether the producer answered it.
 template <class T>
 struct InfoValue {
     T value{};
     bool valid = false;
 
-    /// Takes a newer value. One that the producer didn't give this time leaves
+    /// Takes a newer value. One that the producer didn't answer this time leaves
     /// what is known.
     void Renew(const InfoValue& newer) {
         if (newer.valid) {
@@ -53,7 +53,7 @@ struct COMMON_DEVICE_INFO : COMMON_INFO {
     InfoString userId;
 };
 
-/// Root of what only one transport knows; told apart by the dynamic type.
+/// Root of what only one transport knows; the dynamic type says which.
 struct SPECIAL_INFO {
     virtual ~SPECIAL_INFO() = default;
 

@@ -102,6 +102,7 @@ std::span<const InfoRow<BUFFER_INFO>> InfoRowsOf<BUFFER_INFO>() {
 
 template <class T>
 bool COvInformation::__GetFixed(int32_t command, int32_t type, T& value) {
+    // The producer writes to a copy: what it leaves behind at a failure doesn't count.
     T given{};
     size_t size = sizeof(T);
     if (__AcquireInformation(command, &type, &given, &size) != 0) {
@@ -135,6 +136,7 @@ void COvInformation::_Get(int32_t command, int32_t type, InfoString& info) {
     size_t size = 0;
     info.valid = __GetStringLength(command, type, size) &&
                  __GetStringContent(command, type, size, info.value);
+    // The text may be that of an earlier question.
     if (!info.valid) {
         info.value.clear();
     }

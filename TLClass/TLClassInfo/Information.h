@@ -3,7 +3,7 @@
 ///
 /// A record is a table of rows (command, field); one loop reads them all. What
 /// a producer refuses leaves its field blank and invalid, and nothing is
-/// raised, because producers differ in what they implement.
+/// thrown, because producers differ in what they implement.
 
 #include <cstdint>
 #include <span>

@@ -11,6 +11,7 @@ namespace {
 /// Calls `read` with the ID of each child in order, and gathers what it returns.
 template <class ModuleID, class Count, class Read>
 auto ReadAll(const CGenTLLib& lib, void* parent, const Count& countCall, const Read& read) {
+    // A count that is refused throws: an empty list would look like lost modules.
     uint32_t count = 0;
     OV_VERIFY(countCall(parent, &count), lib);
     std::vector<decltype(read(std::string()))> all;

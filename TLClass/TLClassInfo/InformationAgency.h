@@ -9,7 +9,7 @@
 
 namespace OVTLClass {
 
-/// A failed count raises; a refused value leaves its field invalid.
+/// A failed count throws; a refused value leaves its field invalid.
 class COvInformationAgency {
 public:
     /// Of a producer whose system module isn't open yet.

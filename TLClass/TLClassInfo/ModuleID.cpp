@@ -6,6 +6,7 @@ namespace OVTLClass {
 
 std::string CModuleID::GetID() {
     const size_t size = __GetIDLength();
+    // No room even for the end of a text: the producer has none.
     return size == 0 ? std::string() : __GetIDContent(size);
 }
 

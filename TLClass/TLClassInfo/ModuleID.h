@@ -14,7 +14,7 @@ public:
     CModuleID(const CModuleID&) = delete;
     CModuleID& operator=(const CModuleID&) = delete;
 
-    /// The ID, or an empty text when the producer doesn't give it.
+    /// The ID, or an empty text when the producer refuses it.
     std::string GetID();
 
 protected:

@@ -11,7 +11,7 @@ void CGevInterface::DoUpdateInterfaceInformation(const IF_INFO& info) {
     CInterface::DoUpdateInterfaceInformation(info);
     if (const auto* const gevInfo = dynamic_cast<const GEV_IF_INFO*>(info.pSpecialInfo)) {
         const CAutoLock lock(m_gevInfoLock);
-        // Systems needn't know the addresses that the interface itself told.
+        // Systems needn't know the addresses that the interface itself reported.
         m_gevInfo.Renew(*gevInfo);
     }
 }
@@ -53,11 +53,13 @@ std::vector<SPECIAL_INFO*> CGevInterface::__DoGetAllDeviceSpecialInformation(siz
 }
 
 std::shared_ptr<IDevice> CGevInterface::DoCreateDeviceByIPAddress(int64_t ip) {
+    // Held over search and creation, so that two threads don't make one camera twice.
     const CAutoLock lock(m_createLock);
     const std::string id = IdOfAddress(ip);
     if (auto found = __SearchDeviceByIP(ip, id)) {
         return found;
     }
+    // Blank: nothing is known of a camera that no search has found.
     COMMON_DEVICE_INFO common;
     GEV_DEV_INFO special;
     DEV_INFO info;

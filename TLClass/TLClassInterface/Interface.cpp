@@ -41,6 +41,7 @@ IF_INFO CInterface::DoGetInterfaceInfo() {
 void CInterface::DoUpdateInterfaceInformation(const IF_INFO& info) {
     const CAutoLock lock(m_infoLock);
     m_info = info;
+    // Borrowed by the record for the length of an update.
     m_info.pSpecialInfo = nullptr;
     m_info.pCommonInfo = nullptr;
 }
@@ -66,6 +67,7 @@ void CInterface::DoOpenInterface() {
     CTLOpenInterfaceAgency opened(GetLib(), m_tlHandle, DoGetInterfaceInfo().id.value);
     CXMLLoadAgency loaded(GetAnalyzer(), opened.GetHandle());
     auto control = std::make_unique<CFeatureControl>(GetNodeMapRef());
+    // Read once: an adapter's description doesn't change while it is open.
     m_commonInfo = CCommonFeatureAgency::GetInterfaceFeatureBySelf(*control);
     __DoAcquireInterfaceSpecialInformation(*control);
     SetFeatureControl(std::move(control));
@@ -100,6 +102,7 @@ void CInterface::DoCloseInterface() {
 }
 
 void CInterface::SetInterfaceLostStatus() {
+    // Its producer has forgotten the interface, so that a failure says nothing.
     GetLib().IFClose(m_handle);
     m_handle = nullptr;
 }

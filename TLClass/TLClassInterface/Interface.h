@@ -45,7 +45,7 @@ protected:
     void __DoResetAllDeviceSpecialInformation() override;
     std::vector<SPECIAL_INFO*> __DoGetAllDeviceSpecialInformation(size_t count) override;
 
-    /// This interface as its parent holds it; raises when it isn't listed.
+    /// This interface as its parent holds it; throws when it isn't listed.
     std::shared_ptr<IInterface> GetSelf();
     void* GetHandle() const { return m_handle; }
 
@@ -54,7 +54,7 @@ private:
     class CResetDeviceInformationAgency;
 
     void __DropClosedLostDevices();
-    /// Calls `act` with what the producer tells of its devices now.
+    /// Calls `act` with the producer's present records of its devices.
     template <class Act>
     void __WithDeviceRecords(const Act& act);
     void __RenewDeviceList();

@@ -97,7 +97,7 @@ void CInterface::__WithDeviceRecords(const Act& act) {
 }
 
 void CInterface::__RenewDeviceList() {
-    // What the module's features tell may be cached from before the change.
+    // What the module's features say may be cached from before the change.
     GetNodeMapRef()->_InvalidateNodes();
     __WithDeviceRecords([this](std::vector<DEV_INFO>& records) { __TakeDeviceList(records); });
 }
@@ -111,9 +111,11 @@ void CInterface::__RefreshDevices() {
 void CInterface::__TakeDeviceList(std::vector<DEV_INFO>& records) {
     DeviceList known = DoGetDeviceList();
     const DeviceList lostBefore = DoGetLostOpenDeviceList();
+    // A camera that comes back is the same object, with its handle and callbacks.
     known.insert(known.end(), lostBefore.begin(), lostBefore.end());
     const DeviceList current = __CompareDeviceList(records, known);
 
+    // A camera that is being opened finds itself in the old list or the new one.
     const CAutoLock listLock(m_deviceListLock);
     _UpdateChildrenList({current.begin(), current.end()});
     __SetLostOpenDevices(CDeviceListCompare::RemoveClosedDevice(

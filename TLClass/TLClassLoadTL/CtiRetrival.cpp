@@ -27,6 +27,7 @@ std::vector<std::string> CCtiRetrival::GetCtiListFromGenTLEnv(
 }
 
 std::vector<std::string> CCtiRetrival::__GetTLDirectoryPath() {
+    // A text that an earlier call left would be taken for a failure of this one.
     dlerror();
     Dl_info info{};
     const int found = dladdr(reinterpret_cast<const void*>(&__GetTLDirectoryPath), &info);
@@ -34,6 +35,7 @@ std::vector<std::string> CCtiRetrival::__GetTLDirectoryPath() {
         OV_RAISE(CUnexpectedError, kPathUnknown);
     }
     std::array<char, PATH_MAX> resolved{};
+    // Producers lie beside the file, and applications load the library through a link.
     if (realpath(info.dli_fname, resolved.data()) == nullptr) {
         OV_RAISE(CUnexpectedError, kPathUnknown);
     }
@@ -58,6 +60,7 @@ std::vector<std::string> CCtiRetrival::__GetFilePath(const std::vector<std::stri
             }
         }
     }
+    // One missing producer is normal: not every machine needs all transports.
     if (paths.empty()) {
         OV_RAISE(CNotFoundTLError, "Not found TL library");
     }

@@ -1,5 +1,5 @@
 #pragma once
-/// Finds the producers that stand beside this library.
+/// Finds the producers that lie beside this library.
 
 #include <string>
 #include <vector>
@@ -10,7 +10,7 @@ class CCtiRetrival {
 public:
     /// The full paths of those of the bare file names that exist beside the
     /// real file of liboviapi.so, in the order of the names. Reads no
-    /// environment variable, whatever its name promises. Raises
+    /// environment variable, whatever its name promises. Throws
     /// CNotFoundTLError when none exists.
     static std::vector<std::string> GetCtiListFromGenTLEnv(const std::vector<std::string>& names);
 

@@ -16,6 +16,7 @@ constexpr const char* kNoDescription = "Failed to get last error description";
 }  // namespace
 
 std::string CGenTLError::GetLastErrorDescription(const CGenTLLib& lib) {
+    // A producer keeps the text for each thread, until the thread's next failure.
     const auto lastError = [&lib](char* text, size_t* size) {
         GenTL::GC_ERROR code = 0;
         return lib.GCGetLastError(&code, text, size);
@@ -42,6 +43,7 @@ void ThrowExceptionIfFailed(int32_t status, const CGenTLLib& lib, const char* fi
         case GenTL::GC_ERR_ACCESS_DENIED:
             OV_RAISE(CInvalidAccessError,
                      "Access denied:" + CGenTLError::GetLastErrorDescription(lib));
+        // Producers of this system report a lost camera by their first private code.
         case GenTL::GC_ERR_CUSTOM_ID:
             OV_RAISE(CDeviceOfflineError, CGenTLError::GetLastErrorDescription(lib));
         case GenTL::GC_ERR_TIMEOUT:

@@ -15,12 +15,12 @@ public:
     static std::string GetLastErrorDescription(const CGenTLLib& lib);
 };
 
-/// Nothing for 0. Otherwise throws the exception that belongs to the status,
+/// Returns for 0. Otherwise throws the exception that belongs to the status,
 /// with the producer's text.
 void ThrowExceptionIfFailed(int32_t status, const CGenTLLib& lib, const char* file, int line,
                             const char* function);
 
-/// Nothing for 0. Otherwise logs the producer's text with the place: shutdown
+/// Returns for 0. Otherwise logs the producer's text with the place: shutdown
 /// goes on, whatever fails.
 void LogIfFailed(int32_t status, const CGenTLLib& lib, const char* file, int line,
                  const char* function) noexcept;

@@ -14,6 +14,7 @@ CGenTLLib::CGenTLLib(const std::string& path) {
 #define OV_GENTL_RESOLVE(name, parameters) name.Set(m_library.Resolve(#name));
     OV_GENTL_FUNCTIONS(OV_GENTL_RESOLVE)
 #undef OV_GENTL_RESOLVE
+    // Only these may be borrowed: others would pass by what the library knows of the modules.
     m_functions = {{"GCReadPort", GCReadPort.GetAddress()},
                    {"GCWritePort", GCWritePort.GetAddress()},
                    {"GCReadPortStacked", GCReadPortStacked.GetAddress()},

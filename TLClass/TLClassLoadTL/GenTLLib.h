@@ -10,7 +10,7 @@
 
 namespace OVTLClass {
 
-/// An entry point of a producer. Called like the function; gives -1, which no
+/// An entry point of a producer. Called like the function; returns -1, which no
 /// producer uses, when the producer doesn't export it.
 template <class Pointer>
 class CEntryPoint;
@@ -34,7 +34,7 @@ private:
 /// shared by every object that reaches the producer.
 class CGenTLLib {
 public:
-    /// Raises "Failed to load file ..." when the file doesn't load. A missing
+    /// Throws "Failed to load file ..." when the file doesn't load. A missing
     /// entry point is no failure before it is called.
     explicit CGenTLLib(const std::string& path);
     virtual ~CGenTLLib();

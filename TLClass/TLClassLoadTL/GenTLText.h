@@ -1,5 +1,5 @@
 #pragma once
-/// Texts that a producer gives in two calls: one without a buffer for the size,
+/// Texts that a producer returns in two calls: one without a buffer for the size,
 /// one with a buffer for the text.
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 namespace OVTLClass {
 
 /// Asks for a text of at most `size` bytes, up to its first zero byte. A size
-/// that no memory can hold raises std::length_error or std::bad_alloc.
+/// that no memory can hold throws std::length_error or std::bad_alloc.
 /// @param call  int32_t(char* text, size_t* size), with the producer's status
 /// @return the status of the call; the text is untouched when it isn't 0
 template <class Call>
@@ -34,7 +34,7 @@ int32_t ReadGenTLText(const Call& call, std::string& text) {
     return status != 0 ? status : ReadGenTLContent(call, size, text);
 }
 
-/// Whether the producer gave the text. For queries that never raise: a size
+/// Whether the producer returned the text. For queries that never throw: a size
 /// that no memory can hold is a lie, and counts as a refusal.
 template <class Call>
 bool TryReadGenTLContent(const Call& call, size_t size, std::string& text) {

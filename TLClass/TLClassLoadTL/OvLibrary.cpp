@@ -11,6 +11,7 @@ bool COvLibrary::Load(const std::string& path) {
     if (m_handle != nullptr) {
         return false;
     }
+    // Lazily: a producer may need libraries for calls that nobody makes.
     m_handle = dlopen(path.c_str(), RTLD_LAZY);
     return m_handle != nullptr;
 }

@@ -23,6 +23,7 @@ void CGevTL::__DoResetTLSpecialInformation() {
 
 void CGevTL::__DoAcquireAllInterfaceSpecialInformation(const IFeatureControl& control,
                                                        size_t count) {
+    // Kept here for the length of an update: the records borrow them.
     m_gevInterfaceInfos = CGevFeatureAgency::GetAllInterfaceFeatureByTL(control, count);
 }
 

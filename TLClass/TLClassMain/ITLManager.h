@@ -16,10 +16,10 @@ public:
     ITLManager(const ITLManager&) = delete;
     ITLManager& operator=(const ITLManager&) = delete;
 
-    /// Loads and opens those of the named files that stand beside the library.
+    /// Loads and opens those of the named files that lie beside the library.
     /// All of them or none: one that fails undoes the others.
     virtual void DoInit(const std::vector<std::string>& names) = 0;
-    /// Closes and unloads all, from first to last. Nothing when not initialised.
+    /// Closes and unloads all, from first to last. No effect when not initialised.
     virtual void DoUninit() = 0;
     /// The open system modules, in the order of the names.
     virtual std::vector<std::shared_ptr<ITL>> DoGetTLList() = 0;

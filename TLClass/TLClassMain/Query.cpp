@@ -36,6 +36,7 @@ TLList CTLQuery::QueryAllGenericTL() {
 TLList CTLQuery::QueryGenericTLFromTLArray(const TLList& tls) {
     TLList list;
     for (const auto& tl : tls) {
+        // Callers build lists of systems by casts, which leave nulls.
         if (tl) {
             list.push_back(tl);
         }

@@ -46,6 +46,7 @@ void CTL::DoCloseTL() {
     if (!m_open) {
         return;
     }
+    // Before the system: closing it voids the handles of all its modules.
     _ForEachChild<IInterface>([](IInterface& child) { child.DoCloseInterface(); });
     _ClearChildrenList();
     __CloseLostInterfaces();
@@ -59,6 +60,7 @@ void CTL::DoCloseTL() {
 void CTL::__CloseLostInterfaces() {
     const CAutoLock lock(m_lostLock);
     for (const auto& lost : m_lost) {
+        // It may still hold open cameras, whose producer side ends with it.
         OV_RUN_LOGGED([&lost] { lost->DoCloseInterface(); });
     }
     m_lost.clear();

@@ -47,7 +47,7 @@ private:
     class CTLOpenAgency;
     class CResetInterfaceInformationAgency;
 
-    /// Calls `act` with what the producer tells of its interfaces now.
+    /// Calls `act` with the producer's present records of its interfaces.
     template <class Act>
     void __WithInterfaceRecords(const Act& act);
     void __RenewInterfaceList();

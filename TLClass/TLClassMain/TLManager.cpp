@@ -48,6 +48,7 @@ ITLManager* ITLManager::GetInstance() {
 CTLManager* CTLManager::GetInstance() {
     const CAutoLock lock(ms_objGetInstanceLock);
     if (ms_objTLManager == nullptr) {
+        // Never deleted: static objects of the application may use the library to the very end.
         ms_objTLManager = std::unique_ptr<CTLManager>(new CTLManager).release();
     }
     return ms_objTLManager;
@@ -58,6 +59,8 @@ void CTLManager::DoInit(const std::vector<std::string>& names) {
     if (m_initialised) {
         OV_RAISE(CUnexpectedError, "Can not initialize again without uninitialization");
     }
+    // One producer that fails takes all down, so that an application never works with some
+    // of its cameras without knowing.
     CInitAgency producers(*this, CCtiRetrival::GetCtiListFromGenTLEnv(names));
     producers.Commit();
     m_initialised = true;
@@ -72,6 +75,7 @@ void CTLManager::__Init(const std::vector<std::string>& paths) {
 void CTLManager::__InitOne(const std::string& path) {
     const auto lib = std::make_shared<const CGenTLLib>(path);
     CGCInitLibAgency initialised(lib);
+    // The class of the system depends on its transport, which is asked before it is opened.
     const TL_INFO info = COvInformationAgency::GetTLInformationFromEmpty(*lib);
     const std::shared_ptr<CTL> tl(CTLFactory::CreateTL(lib, info));
     CMapTLToLibInsertAgency inserted(m_entries, {tl, lib});
@@ -85,6 +89,7 @@ void CTLManager::__Uninit() {
         const Entry& first = m_entries.front();
         OV_RUN_LOGGED([&first] { first.first->DoCloseTL(); });
         OV_LOG_IF_FAILED(first.second->GCCloseLib(), *first.second);
+        // With the last reference the producer's file is unloaded, after its own end.
         m_entries.erase(m_entries.begin());
     }
 }

@@ -23,6 +23,7 @@ std::shared_ptr<CGcObject> CGcObject::GetChild(const CGcObject* child) {
 }
 
 std::shared_ptr<CGcObject> CGcObject::__GetChildAt(size_t index) {
+    // One at a time, so that no copy of the list is needed where memory may be short.
     const CAutoLock lock(m_childLock);
     return index < m_children.size() ? m_children[index] : nullptr;
 }

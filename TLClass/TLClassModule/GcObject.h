@@ -17,7 +17,7 @@ namespace OVTLClass {
 
 /// Gives a module its producer, its description with the feature control over
 /// it, and its children. A parent owns its children; a child reaches its parent
-/// through the shared pointer that GetChild of the parent's parent gives.
+/// through the shared pointer that GetChild of the parent's parent returns.
 class CGcObject : public CUnCopyable {
 public:
     explicit CGcObject(std::shared_ptr<const CGenTLLib> lib);
@@ -45,7 +45,7 @@ protected:
     std::vector<std::shared_ptr<T>> _GetGcObjectList();
 
     /// Calls `act` with each child of the wanted type, holding no lock and taking no
-    /// memory. What it raises is logged: this is for a way down.
+    /// memory. What it throws is logged: closing must reach its end.
     template <class T, class Act>
     void _ForEachChild(const Act& act);
 

@@ -17,23 +17,30 @@ class IDataStream : public CGcObject {
 public:
     using CGcObject::CGcObject;
 
+    /// Opens the stream with its description, and lets the camera's chunk features read
+    /// from its frames. No effect when it is open.
     virtual void DoOpenDataStream() = 0;
+    /// Stops and closes the stream and frees its buffers. What goes wrong is logged.
     virtual void DoCloseDataStream() = 0;
     virtual bool DoIsDataStreamOpen() = 0;
     virtual bool DoIsDataStreamAcquisiton() = 0;
     /// Keeps a clone; the thread of the next start delivers to it.
     virtual void DoRegisterCaptureCallback(const INewBufferCallback& callback) = 0;
+    /// Waits for a running callback.
     virtual void DoUnregisterCaptureCallback() = 0;
     virtual bool DoIsRegisterCaptureCallback() = 0;
-    /// Gives the frames that wait by now back to the producer, unseen. Frames that
-    /// somebody has fetched stay his. Nothing while stopped.
+    /// Returns the frames that wait at this moment to the producer, unseen. Fetched frames
+    /// stay with those who fetched them. No effect while stopped.
     virtual void DoFlushAllToInput() = 0;
-    /// Waits for a frame. The caller gives its CBuffer back by QueueBuffer.
+    /// Waits for a frame and reads what the records of an application have of it. Its
+    /// CBuffer is the user pointer, which the caller returns by QueueBuffer and asks for
+    /// further facts.
     /// @param timeout  in milliseconds; CTimeoutError when nothing came
     virtual void DoGetBuffer(BUFFER_INFO& info, unsigned timeout) = 0;
-    /// Success without effect while acquiring.
+    /// Announces and queues the buffers and starts the producer's side. No effect while
+    /// acquiring. A step that fails undoes those before it.
     virtual void DoStartDataStreamAcqusition(const IBufferInitInfo& info) = 0;
-    /// Never raises; what goes wrong is logged, and the stream is stopped.
+    /// Never throws; what goes wrong is logged, and the stream is stopped.
     virtual void DoStopDataStreamAcquisition() = 0;
     virtual std::shared_ptr<IDevice> DoGetDevice() = 0;
     /// 0 unless the thread that runs the callback runs.
@@ -46,6 +53,7 @@ public:
     virtual size_t GetAcqusitionBufferNumber() = 0;
     /// Filled buffers that nobody fetched yet.
     virtual size_t DoGetDeliveryBufferListSize() = 0;
+    /// How many buffers the next start announces.
     virtual size_t DoGetAnnounceBufferListSize() = 0;
 };
 

@@ -25,7 +25,8 @@ public:
     /// closed. Success when it is open with the same access mode.
     /// @param accessMode  of the GenTL standard: 2 read-only, 3 control, 4 exclusive
     virtual void DoOpenDevice(int32_t accessMode) = 0;
-    /// Stops and closes all that hangs on the camera. Nothing when it is closed.
+    /// Stops and closes the camera's streams, callbacks and threads, and then the camera.
+    /// No effect when it is closed.
     virtual void DoCloseDevice() = 0;
     virtual bool DoIsDeviceOpen() = 0;
     virtual DEV_INFO DoGetDeviceInfo() = 0;
@@ -40,12 +41,12 @@ public:
     virtual std::string DoGetRemoteDeviceXML() = 0;
     /// The mode of the last opening, 1 before the first.
     virtual int32_t DoGetDeviceAccessMode() = 0;
-    /// Keeps a clone, which is called when the camera is gone; never when the
-    /// producer can't tell. The result is its handle, until the close: the clone
-    /// as an IEventCallback.
+    /// Keeps a clone, which is called when the camera is gone; never when the producer
+    /// doesn't report a loss.
+    /// @return the handle, which is valid until the close: the clone as an IEventCallback
     virtual void* DoRegisterDeviceOfflineCallback(const IDeviceOfflineCallback& callback) = 0;
     /// Waits for a running callback, except in any callback: that one may wait for
-    /// the calling thread. Nothing for an unknown handle.
+    /// the calling thread. An unknown handle has no effect.
     virtual void DoUnregisterDeviceOfflineCallback(void* handle) = 0;
     /// Whether the producer reported the open camera gone; it does so only after
     /// a callback was registered.
@@ -60,8 +61,8 @@ public:
     // The threads on which callbacks run; 0 for one that doesn't run.
     virtual pthread_t DoGetEventThreadID() = 0;
     virtual pthread_t DoGetOfflineThreadID() = 0;
-    /// Has the camera's own events reach its features, until the close. Nothing
-    /// when they do, or when the producer has none.
+    /// Starts the thread that hands the camera's own events to its features, until the
+    /// close. No effect while it runs, and with a producer without such events.
     virtual void DoActiveRemoteDeviceEventThread() = 0;
     // The three calls below work on a closed device: that is how a camera in a
     // foreign subnet gets its address.
@@ -70,7 +71,7 @@ public:
     virtual void DoForceIp(const std::string& ip, const std::string& mask,
                            const std::string& gateway) = 0;
     virtual void DoResetDevice(int32_t mode) = 0;
-    /// Takes what a search told of the camera; facts that it didn't tell stay.
+    /// Takes what a search found out about the camera; facts that it didn't find stay.
     virtual void DoUpdateDeviceInformation(const DEV_INFO& info) = 0;
     virtual GenApi_3_0_ORVANE::CNodeMapRef* DoGetDeviceNodeMapRef() = 0;
     virtual CNativeDeviceOfflineEvent& DOGetCNativeDeviceOfflineEvent() = 0;
@@ -83,8 +84,8 @@ public:
     /// Takes a name that was written to the camera. It stays until a search reports
     /// another than before: producers may report the old one for long.
     virtual void DoSetUserId(const std::string& userId) = 0;
-    /// The camera's addresses as the last search reported them. Nothing for a camera
-    /// that doesn't speak GigE Vision.
+    /// The camera's addresses as the last search reported them. Empty for a camera that
+    /// doesn't speak GigE Vision.
     virtual std::optional<GEV_DEV_INFO> DoGetGevDeviceInfo() = 0;
 };
 

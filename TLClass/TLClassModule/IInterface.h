@@ -26,13 +26,18 @@ public:
     virtual void DoUpdateDeviceList(unsigned timeout, bool& changed) = 0;
     virtual IF_INFO DoGetInterfaceInfo() = 0;
     virtual COMMON_INTERFACE_INFO DoGetCommonInterfaceInfo() = 0;
+    /// The cameras of the last update, in the producer's order.
     virtual DeviceList DoGetDeviceList() = 0;
     /// Cameras that vanished while they were open.
     virtual DeviceList DoGetLostOpenDeviceList() = 0;
     virtual std::shared_ptr<ITL> DoGetTL() = 0;
+    /// Opens the interface with its description. No effect when it is open.
     virtual void DoOpenInterface() = 0;
+    /// Closes all cameras, lost ones too, and then the interface. What goes wrong is
+    /// logged.
     virtual void DoCloseInterface() = 0;
     virtual bool DoIsInterfaceOpen() = 0;
+    /// Takes what an update of the system found out about the interface.
     virtual void DoUpdateInterfaceInformation(const IF_INFO& info) = 0;
 
 protected:
@@ -50,7 +55,7 @@ public:
     /// is opened.
     /// @return null for an interface of another transport
     virtual std::shared_ptr<IDevice> DoCreateDeviceByIPAddress(int64_t ip) = 0;
-    /// Nothing for an interface of another transport.
+    /// The adapter's own addresses. Empty for an interface of another transport.
     virtual std::optional<GEV_IF_INFO> DoGetGevInterfaceInfo() = 0;
     /// Held while the device list is replaced, and by a device that makes its
     /// streams: outside all locks of the lists.

@@ -25,7 +25,10 @@ public:
     virtual std::vector<std::shared_ptr<IInterface>> DoGetInterfaceList() = 0;
     /// Interfaces that the producer no longer lists.
     virtual std::vector<std::shared_ptr<IInterface>> DoGetLostInterfaceList() = 0;
+    /// Opens the system with its description. No effect when it is open.
     virtual void DoOpenTL() = 0;
+    /// Closes all interfaces, lost ones too, and then the system. What goes wrong is
+    /// logged.
     virtual void DoCloseTL() = 0;
     virtual bool DoIsTLOpen() = 0;
 };

@@ -17,7 +17,8 @@ namespace {
 
 constexpr size_t kDefaultBufferNumber = 5;
 
-/// A number that tells of a stream, with the producer's status.
+/// A number of a stream as the producer reports it.
+/// @return the producer's status
 int32_t ReadStreamNumber(const CGenTLLib& lib, void* stream, GenTL::STREAM_INFO_CMD command,
                          size_t& number) {
     size_t size = sizeof number;
@@ -74,6 +75,7 @@ void CDataStream::DoOpenDataStream() {
     if (remote == nullptr) {
         OV_RAISE(CUnexpectedError, "The node map of remote device  is invalid");
     }
+    // Chunk features exist in the camera's map, and read from the frames of this stream.
     CAttachNodeMapAgency attached(*m_chunkAdapter, remote->GetMap());
     CDevOpenDataStreamAgency opened(GetLib(), m_deviceHandle, m_streamId);
     CXMLLoadAgency loaded(GetAnalyzer(), opened.GetHandle());
@@ -100,6 +102,7 @@ void CDataStream::DoCloseDataStream() {
     OV_RUN_LOGGED([this] { GetAnalyzer().UnloadXML(); });
     OV_LOG_IF_FAILED(GetLib().DSClose(m_handle), GetLib());
     m_handle = nullptr;
+    // Only a closed producer is sure not to write to the buffers any more.
     __FreeBuffers();
     OV_RUN_LOGGED([this] { m_chunkAdapter->DetachNodeMap(); });
     m_open = false;
@@ -136,6 +139,7 @@ void CDataStream::DoFlushAllToInput() {
     if (!m_acquiring) {
         return;
     }
+    // As many as wait now: a fast camera would fill buffers as quickly as they are returned.
     for (size_t waiting = DoGetDeliveryBufferListSize(); waiting != 0; --waiting) {
         CBuffer* const buffer = DoGetNativeNewBufferEvent().TakeWaiting();
         if (buffer == nullptr) {
@@ -146,6 +150,7 @@ void CDataStream::DoFlushAllToInput() {
 }
 
 void CDataStream::SetAcqusitionBufferNumber(size_t number) {
+    // Asked anew: the minimum may depend on the camera's settings.
     const InfoSize minimum =
         COvInformationAgency::GetDataStreamInformationFromHandle(GetLib(), m_handle).minAnnounce;
     if (minimum.valid && minimum.value > number) {

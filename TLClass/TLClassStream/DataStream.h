@@ -71,8 +71,8 @@ private:
     using BufferList = std::vector<std::unique_ptr<CBuffer>>;
 
     BufferList m_buffers;
-    /// Those that the producer refused to give back. It may still write to them, and
-    /// they take part in the next acquisitions, until it gives them back or is closed.
+    /// Those that the producer refused to return. It may still write to them, and they
+    /// take part in the next acquisitions, until it returns them or the stream is closed.
     BufferList m_keptByProducer;
     std::atomic<size_t> m_bufferNumber;
     /// Before the event, which knows it while started.

@@ -115,6 +115,7 @@ void CDataStream::__StopDataStreamAcquisition() {
     if (!m_acquiring) {
         return;
     }
+    // No thread may fetch a frame of buffers that are taken back below.
     OV_RUN_LOGGED([this] { m_newBufferEvent.StopGetNewBuffer(); });
     __StopEngine();
     __TakeBuffersBack();
@@ -147,7 +148,7 @@ void CDataStream::__AllocateBuffers(size_t payloadSize) {
     const DS_INFO info =
         COvInformationAgency::GetDataStreamInformationFromHandle(GetLib(), m_handle);
     __RaiseBufferNumber(info.minAnnounce);
-    // The producer may give back now what it kept.
+    // The producer may return now what it kept at the last stop.
     __RevokeBuffers();
     const size_t wanted = m_bufferNumber;
     while (m_buffers.size() > wanted) {
@@ -189,6 +190,7 @@ void CDataStream::__RevokeBuffers() {
         buffer->RevokeBuffer();
         return !buffer->IsAnnounced();
     });
+    // Those that the producer keeps are set apart: the next start makes others in their place.
     const auto firstKept =
         std::stable_partition(m_buffers.begin(), m_buffers.end(), [](const auto& buffer) {
             buffer->RevokeBuffer();

@@ -20,6 +20,7 @@ COvException::COvException(std::string description, const char* file, int line,
 
 const char* COvException::what() const noexcept {
     try {
+        // Composed here and not in the constructor: most exceptions are only compared by class.
         m_text =
             m_emLogInfoFormat == kFormatWithLocation
                 ? "{" + m_function + ":line[" + std::to_string(m_line) + "]}{" + m_description + "}"

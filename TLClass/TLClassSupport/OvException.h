@@ -2,8 +2,8 @@
 /// The failures of the transport model.
 ///
 /// One class per status of the flat interface: the class alone decides which
-/// status an application sees. Raise them with OV_RAISE and OV_RAISE_STATUS,
-/// which capture the place of the raise.
+/// status an application sees. Throw them with OV_RAISE and OV_RAISE_STATUS,
+/// which capture the place.
 
 #include <cstdint>
 #include <stdexcept>
@@ -17,8 +17,8 @@ public:
     COvException(std::string description, const char* file, int line, const char* function);
 
     /// The text for the application, composed anew on each call by
-    /// m_emLogInfoFormat: 2 gives "{function:line[n]}{message}", every other
-    /// value "{message}". The pointer stays valid until the next call.
+    /// m_emLogInfoFormat: "{function:line[n]}{message}" for 2, "{message}" for every
+    /// other value. The pointer stays valid until the next call.
     const char* what() const noexcept override;
 
     const std::string& GetDescription() const noexcept { return m_description; }

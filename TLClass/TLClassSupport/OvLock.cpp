@@ -18,6 +18,7 @@ CLock::~CLock() {
 }
 
 void CLock::Lock() {
+    // Before the wait: a wrong order is reported instead of hanging.
     OvBase::CheckLockOrder(this, m_rank, m_camera);
     if (pthread_mutex_lock(&m_mutex) != 0) {
         throw std::runtime_error("CLock::Lock() failed");
@@ -38,6 +39,7 @@ bool CLock::TryLock() {
     if (result != 0 && result != EBUSY) {
         throw std::runtime_error("CLock::TryLock() failed");
     }
+    // No check of the order: who doesn't wait can't be part of a deadlock.
     if (result == 0) {
         OvBase::NoteLocked(this, m_rank);
     }

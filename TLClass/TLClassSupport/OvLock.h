@@ -9,7 +9,7 @@ namespace OVTLClass {
 
 using OvBase::LockRank;
 
-/// A recursive POSIX mutex. A failing call raises std::runtime_error: a lock
+/// A recursive POSIX mutex. A failing call throws std::runtime_error: a lock
 /// that doesn't hold must never pass unnoticed.
 class CLock {
 public:

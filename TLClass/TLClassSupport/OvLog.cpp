@@ -15,8 +15,8 @@ namespace OVTLClass {
 
 namespace {
 
-/// Of the log that a user switches on. Lines have no level of their own: nearly all tell
-/// of a failure that was passed over.
+/// Of the log that a user switches on. Lines have no level of their own: nearly all
+/// report a failure that was passed over.
 constexpr const char* kCategory = "Transport";
 constexpr size_t kFlushAboveBytes = 1023;
 constexpr size_t kPendingLines = 10000;
@@ -150,7 +150,7 @@ void LogAt(const char* file, int line, const char* function, std::string_view me
             "%s(%d):'%s':%.*s", file, line, function,
             static_cast<int>(std::min(message.size(), size_t{INT_MAX})), message.data()));
     } catch (const std::exception&) {
-        // There is nowhere to tell of it.
+        // There is nowhere to report it.
         return;
     }
 }

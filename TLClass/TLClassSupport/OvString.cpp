@@ -22,6 +22,7 @@ unsigned AddressByte(uint32_t ip, int index) {
 }  // namespace
 
 std::string COvString::MsgComposer(const char* format, ...) {
+    // The application's locale would change decimal points in texts that others parse.
     const GenICam_3_0_ORVANE::CPlainLocale plain;
     std::array<char, kMessageSize> buffer{};
     va_list arguments;

@@ -12,7 +12,7 @@ public:
     /// printf into a text of at most 1023 characters; longer text is cut.
     [[gnu::format(printf, 1, 2)]] static std::string MsgComposer(const char* format, ...);
 
-    /// Dotted form of an address whose first number stands in the top byte.
+    /// Dotted form of an address with its first number in the top byte.
     static std::string ConvertInt32ToIPString(int32_t ip);
 
     /// "AA-BB-CC-DD-EE-FF" of the six low bytes, highest first.

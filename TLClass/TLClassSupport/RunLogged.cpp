@@ -8,6 +8,8 @@
 namespace OVTLClass {
 
 void LogCaught(const char* file, int line, const char* function) noexcept {
+    // Thrown again to find its family: the engine's exceptions have no common base with the
+    // standard's.
     try {
         throw;
     } catch (const std::exception& error) {

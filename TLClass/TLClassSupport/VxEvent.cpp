@@ -26,6 +26,7 @@ void CVxEvent::SetEvent() {
 }
 
 void CVxEvent::ResetEvent() {
+    // The semaphore counts: each signal is taken for itself.
     while (TryWait()) {
     }
 }

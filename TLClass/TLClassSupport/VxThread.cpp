@@ -13,7 +13,7 @@ bool CVxThread::Run(void* argument, Function function, int /*priority*/) {
     Destory();
     m_function = function;
     m_argument = argument;
-    // By now the system may have given the ended thread's identity to another,
+    // The system may have reused the identity of the ended thread for another one,
     // which this object must not take for its own.
     m_threadId = 0;
     m_ended = false;
@@ -36,6 +36,7 @@ void CVxThread::Destory() {
     if (!m_joinable) {
         return;
     }
+    // Takes the thread's signal, which a wait for the next thread would find otherwise.
     m_endEvent.Wait(std::numeric_limits<unsigned>::max());
     pthread_join(m_handle, nullptr);
     m_joinable = false;

@@ -21,7 +21,7 @@ public:
     CVxThread& operator=(const CVxThread&) = delete;
 
     /// Starts `function(argument)`. False for a null function, while a thread
-    /// runs, and when the system gives no thread. The priority has no effect.
+    /// runs, and when the system has no thread left. The priority has no effect.
     bool Run(void* argument, Function function, int priority);
     bool IsRunning() const;
     /// Waits for the end of the thread and joins it.

@@ -53,6 +53,7 @@ InterfacePointerList CGevParallelUpdater::__FilterInterfaceForUpdate(
         }
         if (addresses->ipAddress.value == 0) {
             bool changed = false;
+            // In place: it ends at once, and an update that ends first would stop the others.
             candidate->DoUpdateDeviceList(0, changed);
             continue;
         }

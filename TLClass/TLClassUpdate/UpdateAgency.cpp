@@ -15,6 +15,7 @@ constexpr const char* kLocalNetwork = "DirectedSubnetBroadcast";
 void SetListMode(IInterface& target, const char* mode) {
     const std::string id = target.DoGetInterfaceInfo().id.value;
     const IFeatureControl* const control = target.GetFeatureControl();
+    // Missing where the interface was closed since the list was read.
     if (control == nullptr) {
         OV_LOG("Cannot find the feature control of the interface: " + id);
         return;
@@ -60,6 +61,7 @@ void CGevUpdateAgency::__Update(const char* mode, unsigned timeout, unsigned int
     bool devicesChanged = false;
     m_updater.DoUpdateInterfaceList(0, interfacesChanged);
     for (const auto& target : m_updater.DoGetAllInterfaceList()) {
+        // An adapter that refuses the mode is searched in the mode that it has.
         OV_RUN_LOGGED([&] { SetListMode(*target, mode); });
     }
     m_updater.DoUpdateDeviceList(timeout, interval, devicesChanged);

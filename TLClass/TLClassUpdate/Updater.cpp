@@ -56,6 +56,7 @@ void CThreadUpdater<Target>::DoUpdate(unsigned timeout) {
     }
     _SetTimeout(timeout);
     _SetListChangedFlag(false);
+    // A thread that doesn't start counts as ended, with an unchanged list.
     if (!m_thread.Run(this, &__OnThread, kUpdatePriority)) {
         OV_LOG("Failed to start thread");
     }
@@ -85,6 +86,7 @@ void CIFUpdater::DoStopUpdate() {
         OV_LOG("Null IFeatureControl pointer");
         return;
     }
+    // The search may end by itself at the same time; then the command does nothing.
     OV_RUN_LOGGED([control] {
         if (control->DoExist(kStopFeature)) {
             control->DoSendCommand(kStopFeature);

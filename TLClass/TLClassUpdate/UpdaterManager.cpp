@@ -49,6 +49,7 @@ void CUpdaterManager::StartAllUpdater(const List& list, unsigned timeout, unsign
             continue;
         }
         list[i]->DoUpdate(timeout);
+        // Spreads broadcasts, whose answers come all at once otherwise.
         if (interval != 0 && i + 1 < list.size()) {
             CVxThread::VxSleep(interval);
         }
@@ -112,6 +113,8 @@ void CStaticParalledUpdater::UpdateDeviceList(
     OV_RUN_LOGGED([&] {
         const List list = MakeUpdaters<CIFUpdater>(interfaces);
         CUpdaterManager::StartAllUpdater(list, timeout, interval);
+        // All searches began together, so that cameras had the same time to answer on each when
+        // the first one ends. The others needn't run into their time-outs.
         CUpdaterManager::WaitForOneUpdaterFinished(list, CUpdaterManager::kNoLimit);
         CUpdaterManager::StopAllUpdater(list);
         CUpdaterManager::WaitForAllUpdaterFinished(list, CUpdaterManager::kNoLimit);

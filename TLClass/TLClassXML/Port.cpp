@@ -21,6 +21,7 @@ void CheckMoved(size_t moved, int64_t length) {
 }  // namespace
 
 GenApi_3_0_ORVANE::EAccessMode CPort::GetAccessMode() {
+    // The mode may change with the state of the device, and the engine would keep it.
     return GenApi_3_0_ORVANE::RW;
 }
 

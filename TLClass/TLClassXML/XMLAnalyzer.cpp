@@ -29,6 +29,7 @@ void CXMLAnalyzer::LoadXMLFromPortHandle(void* port) {
         try {
             LoadXMLFromPortHandle(loader, index, port);
             return;
+            // A camera that is gone has no description at another place, either.
         } catch (const CDeviceOfflineError&) {
             throw;
         } catch (const std::exception& error) {
@@ -55,6 +56,7 @@ void CXMLAnalyzer::LoadXMLFromPortHandle(const CXMLLoader& loader, uint32_t inde
     } catch (const std::exception& error) {
         OV_RAISE(CUnexpectedError, error.what());
     }
+    // Nobody else knows the map before this point.
     m_nodeMap->GetMap()->GetLock().SetRank(LockRank::NodeMap);
     if (!m_nodeMap->_Connect(m_port.get(), __ReadPortName(port).c_str())) {
         OV_RAISE(CUnexpectedError, "CNodeMapRef::_connect failed");

@@ -23,7 +23,7 @@ public:
 
     /// Fetches the description of a port's module, makes its nodes and connects
     /// them to the port. Of several places that the module names, the first one
-    /// with a description that can be used counts; where none has one, raises
+    /// with a description that can be used counts; where none has one, throws
     /// the failure of the first.
     void LoadXMLFromPortHandle(void* port);
     void UnloadXML();

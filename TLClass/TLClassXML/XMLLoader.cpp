@@ -81,6 +81,7 @@ std::string CXMLLoader::__ReadXMLFromRemoteDevice(const URL_LOCAL_INFO& info) co
     if (info.length > kMaxDescriptionSize) {
         OV_RAISE(CUnexpectedError, "Invalid XML format");
     }
+    // One byte more than asked for: a length of 0 has an address, too.
     std::vector<unsigned char> data(info.length + 1, 0);
     size_t size = info.length;
     OV_VERIFY(m_lib.GCReadPort(m_port, info.address, data.data(), &size), m_lib);

@@ -1,5 +1,5 @@
 #pragma once
-/// The URL by which a module tells where its description is.
+/// The URL of a module's description.
 
 #include <cstdint>
 #include <string>
@@ -27,7 +27,7 @@ struct XML_URL_INFO {
 };
 
 /// Takes a URL apart. All of it is read in upper case, names of files too, so
-/// that a file is found only by a path in capitals. Raises "XML format error:
+/// that a file is found only by a path in capitals. Throws "XML format error:
 /// ..." for a text of another form.
 XML_URL_INFO AnalyzeXmlUrl(const std::string& url);
 

@@ -36,7 +36,7 @@ enum class Method : uint32_t { Stored = 0, Deflated = 8 };
 constexpr uint32_t kSizesFollow = 8;
 constexpr uint32_t kDescriptorMagic = 0x08074B50;
 
-/// Little-endian number of `width` bytes at an offset; raises beyond the end.
+/// Little-endian number of `width` bytes at an offset; throws beyond the end.
 uint32_t NumberAt(const Bytes& data, size_t offset, size_t width) {
     uint32_t number = 0;
     for (size_t i = 0; i < width; ++i) {
@@ -65,7 +65,7 @@ bool InflateRaw(const unsigned char* data, size_t size, Bytes& out) {
     return inflate(&stream, Z_FINISH) == Z_STREAM_END;
 }
 
-/// As above, for data that tells its size by its end alone.
+/// As above, for data whose size only its end shows.
 bool InflateToTheEnd(const unsigned char* data, size_t size, Bytes& out) {
     constexpr size_t kFirstGuess = 4;
     out.assign(std::min(size * kFirstGuess + 1, kMostUnpacked), 0);
