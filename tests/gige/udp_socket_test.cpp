@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "HexBytes.h"
+#include "LoopbackSocket.h"
 #include "framework/Failure.h"
 #include "gige/net/UdpLink.h"
 #include "gige/net/UdpSocket.h"
@@ -11,14 +12,6 @@ namespace {
 
 using namespace OvGige;
 using namespace std::chrono_literals;
-
-constexpr Ipv4 kLoopback{0x7F000001};
-
-UdpSocket LoopbackSocket() {
-    UdpSocket socket;
-    socket.Bind({kLoopback, 0});
-    return socket;
-}
 
 Clock::time_point Soon() {
     return Clock::now() + 10s;

@@ -1,0 +1,165 @@
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "HexBytes.h"
+#include "LoopbackSocket.h"
+#include "ScriptedLink.h"
+#include "gige/discovery/AdapterSearch.h"
+
+namespace {
+
+using namespace OvGige;
+using namespace std::chrono_literals;
+
+/// Nobody listens there: broadcasts of these tests reach no real camera.
+constexpr uint16_t kNobodysPort = 9;
+
+Adapter LoopbackAdapter() {
+    return {.name = "lo",
+            .index = 1,
+            .mac = {},
+            .ip = kLoopback,
+            .mask = {0xFF000000},
+            .broadcast = {},
+            .isLoopback = true};
+}
+
+Bytes IdentityOf(uint8_t number) {
+    Identity identity;
+    identity.mac = {{0, 0, 0, 0, 0, number}};
+    identity.ip = kLoopback;
+    return BuildIdentity(identity);
+}
+
+/// Answers each packet with what a script makes of it, on a thread of its own.
+class FakeCamera {
+public:
+    using Script = std::function<std::vector<Bytes>(const CommandPacket&)>;
+
+    explicit FakeCamera(Script script)
+        : m_script(std::move(script)), m_thread([this] { Serve(); }) {}
+    ~FakeCamera() {
+        m_stop.Signal();
+        m_thread.join();
+    }
+
+    Endpoint Address() const { return m_socket.Local(); }
+
+private:
+    void Serve() {
+        while (const auto datagram = m_socket.Receive(Clock::time_point::max(), m_stop.File())) {
+            const auto command = ParseCommand(datagram->bytes);
+            for (const Bytes& packet : m_script(command.value())) {
+                m_socket.SendTo(datagram->sender, packet);
+            }
+        }
+    }
+
+    const Script m_script;
+    WakeFile m_stop;
+    UdpSocket m_socket = LoopbackSocket();
+    std::thread m_thread;  // last, since it uses the others
+};
+
+class AdapterSearchTest : public testing::Test {
+protected:
+    /// Searches until `count` cameras are found, or for a minute.
+    std::vector<Identity> SearchFor(size_t count, const std::vector<Endpoint>& cameras) {
+        const auto end = Clock::now() + 60s;
+        std::vector<Identity> list;
+        while (list.size() < count && Clock::now() < end) {
+            m_search.Run(20ms, {false, false, cameras}, m_found);
+            list = m_found.List(LoopbackAdapter(), SearchRange::Subnet, Clock::now());
+        }
+        return list;
+    }
+
+    AdapterSearch m_search{LoopbackAdapter(), kNobodysPort};
+    FoundCameras m_found;
+};
+
+TEST_F(AdapterSearchTest, FindsWhatAnswers) {
+    const auto answer = [](uint8_t number) {
+        return [number](const CommandPacket& command) {
+            return std::vector<Bytes>{AnswerOf(command, IdentityOf(number))};
+        };
+    };
+    FakeCamera one(answer(1));
+    FakeCamera two(answer(2));
+    const auto list = SearchFor(2, {one.Address(), two.Address()});
+    ASSERT_EQ(list.size(), 2U);
+    EXPECT_EQ(list[0].mac.Value(), 1U);
+    EXPECT_EQ(list[1].mac.Value(), 2U);
+}
+
+TEST_F(AdapterSearchTest, AsksForAnswersThatMayBeBroadcast) {
+    std::atomic<int> flags = -1;
+    FakeCamera camera([&](const CommandPacket& command) {
+        flags = command.flags;
+        return std::vector<Bytes>{AnswerOf(command, IdentityOf(1))};
+    });
+    SearchFor(1, {camera.Address()});
+    EXPECT_EQ(flags, 0x11);
+}
+
+TEST_F(AdapterSearchTest, IgnoresAndCountsWhatIsNoAnswer) {
+    FakeCamera camera([](const CommandPacket& command) {
+        Bytes refusal = AnswerOf(command, {}, Status::Busy);
+        Bytes cut = AnswerOf(command, FromHex("00 00"));
+        Bytes other = AnswerOf(command, IdentityOf(9));
+        other[3] = std::byte{0x05};
+        return std::vector<Bytes>{FromHex("00"), refusal, cut, other,
+                                  AnswerOf(command, IdentityOf(1))};
+    });
+    const auto list = SearchFor(1, {camera.Address()});
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list[0].mac.Value(), 1U);
+    EXPECT_GE(m_search.Counters().ignored, 4U);
+}
+
+TEST_F(AdapterSearchTest, CountsALateAnswerForTheNextSearch) {
+    UdpSocket camera = LoopbackSocket();
+    m_search.Run(1ms, {false, false, {camera.Local()}}, m_found);
+    const auto asked = camera.Receive(Clock::now() + 60s);
+    ASSERT_TRUE(asked);
+    EXPECT_TRUE(m_found.List(LoopbackAdapter(), SearchRange::Subnet, Clock::now()).empty());
+    camera.SendTo(asked->sender, AnswerOf(ParseCommand(asked->bytes).value(), IdentityOf(1)));
+    EXPECT_EQ(SearchFor(1, {}).size(), 1U);
+}
+
+TEST_F(AdapterSearchTest, TakesItsWholeTimeOnAnAdapterThatIsntThere) {
+    Adapter gone = LoopbackAdapter();
+    gone.name = "no-such-adapter";
+    gone.index = 0x7FFFFFFF;
+    AdapterSearch search(gone, kNobodysPort);
+    const auto begin = Clock::now();
+    search.Run(30ms, {true, true, {}}, m_found);
+    EXPECT_GE(Clock::now(), begin + 30ms);
+    EXPECT_EQ(search.Counters().sent, 0U);
+    EXPECT_GE(search.Counters().failures, 1U);
+}
+
+TEST_F(AdapterSearchTest, IsStoppedByAnotherThread) {
+    std::atomic<bool> isOver = false;
+    std::thread searching([&] {
+        m_search.Run(24h, {false, false, {}}, m_found);
+        isOver = true;
+    });
+    // A stop ends only a search that runs, and nobody knows when it does.
+    while (!isOver) {
+        m_search.Stop();
+        std::this_thread::yield();
+    }
+    searching.join();
+}
+
+TEST_F(AdapterSearchTest, FindsCamerasAfterAStoppedSearch) {
+    FakeCamera camera([](const CommandPacket& command) {
+        return std::vector<Bytes>{AnswerOf(command, IdentityOf(1))};
+    });
+    m_search.Stop();
+    EXPECT_EQ(SearchFor(1, {camera.Address()}).size(), 1U);
+}
+
+}  // namespace
