@@ -70,10 +70,6 @@ void NameAdapter(msghdr& message, PacketInfoSpace& space, int adapter) {
 
 }  // namespace
 
-std::string TextOf(const Endpoint& endpoint) {
-    return TextOf(endpoint.ip) + ":" + std::to_string(endpoint.port);
-}
-
 UdpSocket::UdpSocket() : m_file(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
     if (m_file < 0) {
         ThrowSystem("No socket");

@@ -13,17 +13,6 @@
 
 namespace OvGige {
 
-/// An address with a port.
-struct Endpoint {
-    Ipv4 ip;
-    uint16_t port = 0;
-
-    bool operator==(const Endpoint&) const = default;
-};
-
-/// "192.168.1.10:3956".
-std::string TextOf(const Endpoint& endpoint);
-
 struct Datagram {
     Endpoint sender;
     Ipv4 arrivedAt;  ///< the address that it was sent to, which may be a broadcast address

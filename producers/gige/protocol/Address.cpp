@@ -84,6 +84,10 @@ std::string AddressFault(Ipv4 address, Ipv4 mask, Ipv4 gateway) {
     return {};
 }
 
+std::string TextOf(const Endpoint& endpoint) {
+    return TextOf(endpoint.ip) + ":" + std::to_string(endpoint.port);
+}
+
 uint64_t MacAddress::Value() const {
     uint64_t value = 0;
     for (const uint8_t byte : bytes) {

@@ -36,6 +36,17 @@ inline bool IsSameSubnet(Ipv4 one, Ipv4 other, Ipv4 mask) {
 /// stands for none.
 std::string AddressFault(Ipv4 address, Ipv4 mask, Ipv4 gateway);
 
+/// An address with a port.
+struct Endpoint {
+    Ipv4 ip;
+    uint16_t port = 0;
+
+    bool operator==(const Endpoint&) const = default;
+};
+
+/// "192.168.1.10:3956".
+std::string TextOf(const Endpoint& endpoint);
+
 /// A MAC address, first byte first.
 struct MacAddress {
     std::array<uint8_t, 6> bytes{};
