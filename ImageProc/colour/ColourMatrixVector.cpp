@@ -85,8 +85,7 @@ void MixLoop(uint8_t* image, size_t pixels, const Matrix& matrix) {
     const Row third(matrix.data() + 6);
     ForEachBlock<3>(
         image, image, pixels, [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
-            Colours colours;
-            LoadThrees(Bytes(), in, colours.r, colours.g, colours.b);
+            const auto colours = LoadThreesInto<Colours>(Bytes(), in);
             StoreThrees(first.Mix(colours), second.Mix(colours), third.Mix(colours), Bytes(), out);
         });
 }

@@ -55,13 +55,16 @@ struct Pixels {
 
 template <int Width>
 HWY_INLINE Pixels<Width> LoadPixels(const uint8_t* in) {
-    Pixels<Width> p;
     if constexpr (Width == 4) {
-        hn::LoadInterleaved4(Bytes(), in, p.bytes[0], p.bytes[1], p.bytes[2], p.bytes[3]);
+        hn::Vec<Bytes> a;
+        hn::Vec<Bytes> b;
+        hn::Vec<Bytes> c;
+        hn::Vec<Bytes> d;
+        hn::LoadInterleaved4(Bytes(), in, a, b, c, d);
+        return {{a, b, c, d}};
     } else {
-        LoadThrees(Bytes(), in, p.bytes[0], p.bytes[1], p.bytes[2]);
+        return LoadThreesInto<Pixels<Width>>(Bytes(), in);
     }
-    return p;
 }
 
 template <int Width>

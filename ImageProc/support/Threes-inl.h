@@ -99,6 +99,18 @@ HWY_INLINE void LoadThrees(D d, const hn::TFromD<D>* from, V& a, V& b, V& c) {
     }
 }
 
+/// The same into the members of a record. A record without values isn't made: the compiler
+/// writes its constructor for the plainest instruction set, into which those of arm64's
+/// vectors can't be inlined.
+template <class Record, class D>
+HWY_INLINE Record LoadThreesInto(D d, const hn::TFromD<D>* from) {
+    hn::Vec<D> a;
+    hn::Vec<D> b;
+    hn::Vec<D> c;
+    LoadThrees(d, from, a, b, c);
+    return Record{a, b, c};
+}
+
 /// Puts triples together.
 template <class D, class V = hn::Vec<D>>
 HWY_INLINE void StoreThrees(V a, V b, V c, D d, hn::TFromD<D>* to) {

@@ -138,12 +138,7 @@ template <class Mix>
 HWY_INLINE void MixPixels(const uint8_t* src, uint8_t* dst, size_t count, const Mix& mix) {
     ForEachBlock<3>(src, dst, count, [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
         const Bytes d;
-        // A constructor of Pixels would be compiled for the plainest instruction set.
-        hn::Vec<Bytes> b0;
-        hn::Vec<Bytes> b1;
-        hn::Vec<Bytes> b2;
-        LoadThrees(d, in, b0, b1, b2);
-        const Pixels mixed = mix(Pixels{b0, b1, b2});
+        const Pixels mixed = mix(LoadThreesInto<Pixels>(d, in));
         StoreThrees(mixed.b0, mixed.b1, mixed.b2, d, out);
     });
 }
