@@ -6,8 +6,8 @@
 #include <string>
 
 #include "Base/OvAssert.h"
+#include "gige/protocol/CameraUrl.h"
 #include "gige/protocol/ControlPacket.h"
-#include "gige/protocol/DescriptionUrl.h"
 #include "gige/protocol/Discovery.h"
 #include "gige/protocol/Registers.h"
 
@@ -47,7 +47,7 @@ void ReadPayload(ByteView payload) {
     const auto forced = ParseForcedAddress(payload);
     OV_ASSERT(!forced || ParseForcedAddress(BuildForcedAddress(*forced))->mac == forced->mac);
     const std::string text = ReadText(payload);
-    const auto url = ParseDescriptionUrl(text);
+    const auto url = ParseCameraUrl(text);
     OV_ASSERT(!url || !url->fileName.empty());
     const auto address = ParseIpv4(text);
     OV_ASSERT(!address || ParseIpv4(TextOf(*address)) == address);

@@ -8,7 +8,7 @@
 namespace OvGige {
 
 /// A text like "Local:Camera.zip;F000;2B39", taken apart.
-struct DescriptionUrl {
+struct CameraUrl {
     enum class Place {
         Camera,  ///< in the camera's memory, at `address`
         Host,    ///< a file of this machine, at `path`
@@ -21,13 +21,13 @@ struct DescriptionUrl {
     uint64_t address = 0;
     uint64_t size = 0;  ///< in bytes, as the camera says
 
-    bool operator==(const DescriptionUrl&) const = default;
+    bool operator==(const CameraUrl&) const = default;
 };
 
 /// Reads the URL as cameras write it: letters in either case, numbers with or without "0x",
 /// spaces around them, slashes before the name, a schema version after a question mark.
 /// Nothing is returned for what names no file.
-std::optional<DescriptionUrl> ParseDescriptionUrl(std::string_view text);
+std::optional<CameraUrl> ParseCameraUrl(std::string_view text);
 
 /// "Local:name;address;size" with hexadecimal numbers: the form that consumers of the port
 /// expect.

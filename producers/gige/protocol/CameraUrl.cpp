@@ -1,4 +1,4 @@
-#include "gige/protocol/DescriptionUrl.h"
+#include "gige/protocol/CameraUrl.h"
 
 #include <algorithm>
 #include <array>
@@ -51,18 +51,18 @@ std::string_view WithoutFolders(std::string_view path) {
     return path.substr(path.find_last_of("/\\") + 1);
 }
 
-std::optional<DescriptionUrl> ParseLocal(std::string_view text) {
+std::optional<CameraUrl> ParseLocal(std::string_view text) {
     const std::string_view name = WithoutFolders(TakeField(text, ';'));
     const auto address = ParseHex(TakeField(text, ';'));
     const auto size = ParseHex(TakeField(text, ';'));
     if (name.empty() || !address || !size || *size == 0) {
         return {};
     }
-    return DescriptionUrl{.place = DescriptionUrl::Place::Camera,
-                          .fileName = std::string(name),
-                          .path = {},
-                          .address = *address,
-                          .size = *size};
+    return CameraUrl{.place = CameraUrl::Place::Camera,
+                     .fileName = std::string(name),
+                     .path = {},
+                     .address = *address,
+                     .size = *size};
 }
 
 /// `path` without the slashes of the form "file:///C:/...": on this machine a path begins
@@ -74,28 +74,28 @@ std::string HostPath(std::string_view path) {
     return std::string(path);
 }
 
-std::optional<DescriptionUrl> Elsewhere(DescriptionUrl::Place place, std::string path) {
+std::optional<CameraUrl> Elsewhere(CameraUrl::Place place, std::string path) {
     const std::string name(WithoutFolders(path));
     if (name.empty()) {
         return {};
     }
-    return DescriptionUrl{
+    return CameraUrl{
         .place = place, .fileName = name, .path = std::move(path), .address = 0, .size = 0};
 }
 
 }  // namespace
 
-std::optional<DescriptionUrl> ParseDescriptionUrl(std::string_view text) {
+std::optional<CameraUrl> ParseCameraUrl(std::string_view text) {
     text = Trimmed(text.substr(0, text.find('?')));
     const std::string whole(text);
     if (TakePrefix(text, "local:")) {
         return ParseLocal(text);
     }
     if (TakePrefix(text, "file:")) {
-        return Elsewhere(DescriptionUrl::Place::Host, HostPath(Trimmed(text)));
+        return Elsewhere(CameraUrl::Place::Host, HostPath(Trimmed(text)));
     }
     if (TakePrefix(text, "http:") || TakePrefix(text, "https:")) {
-        return Elsewhere(DescriptionUrl::Place::Web, whole);
+        return Elsewhere(CameraUrl::Place::Web, whole);
     }
     return {};
 }
