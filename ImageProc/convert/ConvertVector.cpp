@@ -1,4 +1,4 @@
-// The loops over whole vectors, compiled once for each instruction set.
+// Conversions of pixel formats in whole vectors, compiled once for each instruction set.
 
 #include "convert/ConvertVector.h"
 
@@ -46,14 +46,15 @@ using Quads = hn::Repartition<uint32_t, Bytes>;
 constexpr size_t kBlockBytes = 16;
 constexpr size_t kMostBytes = HWY_MAX_BYTES;
 
-/// The bytes at `src`, with four quads of them, from `first(block)` on, in each
-/// block of 16 bytes.
+/// Loads a vector from `src` and arranges its 32-bit words by `indices`.
 template <class Indices>
 HWY_INLINE hn::Vec<Bytes> LoadBlocks(const uint8_t* src, const Indices& indices) {
     const Bytes d;
     return hn::BitCast(d, hn::TableLookupLanes(hn::BitCast(Quads(), hn::LoadU(d, src)), indices));
 }
 
+/// Indices that fill each block of 16 bytes with four words of 32 bits that follow one another,
+/// from word `first(block)` on.
 template <class First>
 HWY_INLINE auto BlockIndices(const First& first) {
     alignas(kMostBytes) int32_t quads[kMostBytes / sizeof(int32_t)];

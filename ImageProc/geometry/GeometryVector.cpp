@@ -1,4 +1,4 @@
-// The loops over whole vectors, compiled once for each instruction set.
+// Mirroring and turning in whole vectors, compiled once for each instruction set.
 
 #include <hwy/cache_control.h>
 
@@ -53,8 +53,9 @@ void TransposeSquare(const Source& in, const Destination& out) {
 
 constexpr size_t kBlock = 16;
 
-/// The last vector may do some bytes again. A processor fetches ahead within a page
-/// at best, so the row behind this one is asked for, which may lie behind the image.
+/// The last vector may overlap the one before it. A processor fetches ahead only up to the end
+/// of a page, so the next row is prefetched explicitly; its address may be past the end of the
+/// image, which does no harm.
 void ReverseRow(const uint8_t* src, uint8_t* dst, size_t width) {
     const hn::ScalableTag<uint8_t> d;
     const size_t lanes = hn::Lanes(d);
@@ -157,9 +158,9 @@ void TransposeNarrow(const Source& src, const Destination& dst, size_t width, si
     }
 }
 
-/// Calls `run` with places of squares that cover `size`, of which the first and
-/// the last may share bytes with their neighbours.
-/// @param second  where the second may stand at the latest
+/// Calls `run` with the start of each square, so that together they cover 0 to `size`. The
+/// first two and the last two squares may overlap.
+/// @param second  start of the second square, at most kSquare
 template <class Run>
 HWY_INLINE void ForEachSquare(size_t size, size_t second, const Run& run) {
     run(0);
@@ -168,9 +169,9 @@ HWY_INLINE void ForEachSquare(size_t size, size_t second, const Run& run) {
     }
 }
 
-/// Rows become columns. Squares follow each other along the rows of the
-/// destination, whose lines are written whole that way, and stand where the lines
-/// of the source begin, which would be read twice otherwise.
+/// Rows become columns. Squares are processed along the rows of the destination, so that its
+/// cache lines are written whole, and they are aligned to the source's cache lines, so that
+/// none is read twice.
 void TransposeLoop(const uint8_t* src, ptrdiff_t srcStep, uint8_t* dst, ptrdiff_t dstStep,
                    size_t width, size_t height) {
     const Source from{src, srcStep};

@@ -1,5 +1,6 @@
-// The device list, and opening. Only a search takes the lock of the library, because it
-// changes what everybody else looks at. Opening relies on the locks of the tables.
+// The device list: updating and reading it, opening and closing cameras. Only an update that
+// the caller asks for takes the lock of the library. The search that reading or opening may
+// start doesn't: the tables of cameras have locks of their own.
 
 #include "OvIAPI.h"
 #include "TLClassSupport/OvException.h"

@@ -39,8 +39,9 @@ void CheckPointer(const void* pointer, const OvPlace& place) {
 }
 
 COvDeviceInfo& VerifyDeviceHandle(OV_DEV_HANDLE hDevice, const OvPlace& place) {
-    // A handle is used as it is, without a look-up: a closed camera's handle can't be
-    // recognised, and using one is the application's mistake.
+    // The handle is a pointer and isn't looked up: null and a camera that is no longer open
+    // are noticed, but a handle whose camera was closed points to freed memory. Using one is
+    // the application's mistake.
     auto* const info = dynamic_cast<COvDeviceInfo*>(static_cast<IOvDeviceInfo*>(hDevice));
     if (info == nullptr || !info->GetDevice()->DoIsDeviceOpen()) {
         OV_RAISE_AT(CInvalidHandleError, place, "Invalid device handle");

@@ -25,7 +25,7 @@ public:
     const char* GetFeatureName(OV_FEATURE_ID featureID) const;
 
     CDeviceInfoFactory& GetDeviceInfoFactory() { return m_deviceInfoFactory; }
-    /// Held for the whole of the functions that change what is loaded or listed.
+    /// Held by OVInitLib, OVCloseLib and the two list updates from start to end.
     OVTLClass::CLock& GetApiLock() { return m_apiLock; }
 
 private:
@@ -43,7 +43,8 @@ CDeviceManager& EnterApi();
 /// Raises "NULL Pointer" for a null pointer.
 void CheckPointer(const void* pointer, const OvPlace& place);
 
-/// The open camera of a handle; raises "Invalid device handle" for every other.
+/// The open camera of a handle. Raises "Invalid device handle" for null and for a camera that
+/// is no longer open.
 COvDeviceInfo& VerifyDeviceHandle(OV_DEV_HANDLE hDevice, const OvPlace& place);
 
 /// Both: how an exported function of an open camera begins.

@@ -40,7 +40,7 @@ void CDeviceOfflineEvent::StartGetDeviceOfflineEventThread() {
     if (!m_native.IsRegistered() || !__BeginWork()) {
         return;
     }
-    // One that ended its work before is about to end.
+    // Join the thread of before first: its work is done, but it may not have returned yet.
     m_thread.Destory();
     if (!m_thread.Run(this, &__OnThreadGetDeviceOfflineEvent, kOfflinePriority)) {
         __EndWork();

@@ -12,7 +12,7 @@ namespace {
 constexpr int kEventPriority = 95;
 constexpr uint64_t kEventTimeout = 1000;
 
-/// A number of an event's queue, as the producer reports it.
+/// Asks the producer for one number about an event.
 template <class T>
 T ReadEventNumber(const CGenTLLib& lib, void* event, GenTL::EVENT_INFO_CMD command,
                   GenTL::INFO_DATATYPE type) {
@@ -32,7 +32,7 @@ bool IsWithin(size_t size, size_t room) {
 
 }  // namespace
 
-/// A map whose event ports read from the adapter.
+/// Attaches the node map to the event adapter; detaches it again unless committed.
 class CRemoteDeviceEvent::CAttachNodeMapAgency : public CAgency {
 public:
     CAttachNodeMapAgency(GenApi_3_0_ORVANE::CEventAdapter& adapter,
@@ -58,7 +58,7 @@ void CRemoteDeviceEvent::__Start(void* deviceHandle, GenApi_3_0_ORVANE::CNodeMap
     }
     __MakeBuffers(registered->GetEventHandle());
     m_stopEvent.ResetEvent();
-    // The thread reads it, and so may the first callback.
+    // Set before the thread starts, since the thread and its callbacks use it.
     m_event = registered->GetEventHandle();
     if (!m_thread.Run(this, &__OnThreadGetRemoteDeviceEvent, kEventPriority)) {
         m_event = nullptr;
@@ -120,8 +120,9 @@ void* CRemoteDeviceEvent::__OnThreadGetRemoteDeviceEvent(void* self) {
 }
 
 void CRemoteDeviceEvent::__RunThread() {
-    // Between two events the stop is only looked at; after a failure the look
-    // takes a millisecond, so that a producer that fails at once can't spin.
+    // After an event, the stop is tested without waiting. After a time-out or a failure the
+    // test takes about a millisecond (`Wait(0)`), so that a producer that fails at once doesn't
+    // make this loop spin.
     bool came = true;
     while (came ? !m_stopEvent.TryWait() : !m_stopEvent.Wait(0)) {
         Event event;

@@ -25,7 +25,7 @@ public:
 
     /// No effect while it is started. A producer without that event is no failure:
     /// it is logged, and the channel stays stopped.
-    /// @param nodeMap  outlives the channel's start
+    /// @param nodeMap  must exist until StopGetRemoteDeviceEventThread() returns
     void StartGetRemoteDeviceEventThread(void* deviceHandle,
                                          GenApi_3_0_ORVANE::CNodeMapRef& nodeMap);
     /// Ends the thread and the event. What goes wrong is logged.

@@ -34,7 +34,8 @@ public:
     std::optional<GEV_IF_INFO> DoGetGevInterfaceInfo() override { return std::nullopt; }
     CLock& GetDeviceListLock() override { return m_deviceListLock; }
 
-    /// Gives the producer's handle back without a word.
+    /// Closes the interface's handle and ignores the result: the producer no longer knows an
+    /// interface that is lost.
     void SetInterfaceLostStatus();
 
 protected:
@@ -54,7 +55,8 @@ private:
     class CResetDeviceInformationAgency;
 
     void __DropClosedLostDevices();
-    /// Calls `act` with the producer's present records of its devices.
+    /// Reads the producer's present device records, completes them from the interface's
+    /// features and passes them to `act`. They are valid only during that call.
     template <class Act>
     void __WithDeviceRecords(const Act& act);
     void __RenewDeviceList();

@@ -1,5 +1,5 @@
 #pragma once
-/// The flat functions as numbers, in the order of the table of entry points.
+/// The GenTL entry points as an enumeration, in the order of their table.
 
 #include <cstddef>
 #include <string_view>
@@ -16,7 +16,7 @@ constexpr size_t kFunctionCount = static_cast<size_t>(Function::Count);
 
 /// The entry point's name.
 std::string_view NameOf(Function function);
-/// `Function::Count` for a name that is none.
+/// Returns `Function::Count` if no entry point has this name.
 Function FunctionNamed(std::string_view name);
 
 }  // namespace OvProducer

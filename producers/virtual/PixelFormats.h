@@ -16,13 +16,14 @@ constexpr size_t BitsOf(PixelFormat format) {
     return static_cast<uint32_t>(format) >> 16 & 0xFF;
 }
 
-/// Whether pixels stand for the colours of the filter, not for grey.
+/// Whether it is a Bayer format.
 bool IsBayer(PixelFormat format);
 
-/// Whether a camera with such a sensor offers the format.
+/// Whether the colour camera, or without `color` the mono camera, offers the format.
 bool Offers(bool color, PixelFormat format);
 
-/// Writes a row of 12-bit levels; `levels` are a multiple of 4.
+/// Writes a row of 12-bit levels in a format that a camera offers. The number of levels must be
+/// a multiple of 4.
 void PackRow(PixelFormat format, std::span<const uint16_t> levels, std::byte* out);
 
 }  // namespace OvVirtual

@@ -12,11 +12,11 @@ namespace OvGige {
 /// An adapter with one of its IPv4 addresses; one with two addresses is listed twice.
 struct Adapter {
     std::string name;  ///< "eth0"
-    int index = 0;     ///< the system's number of it
-    MacAddress mac;    ///< zeros where there is none
+    int index = 0;     ///< the system's number of the adapter
+    MacAddress mac;    ///< all zeros if the adapter has none
     Ipv4 ip;
     Ipv4 mask;
-    Ipv4 broadcast;  ///< none for a point-to-point link
+    Ipv4 broadcast;  ///< none where the adapter can't broadcast, such as loopback
     bool isLoopback = false;
 
     bool operator==(const Adapter&) const = default;

@@ -26,7 +26,7 @@ struct RegisterWrite {
 Bytes BuildWrites(std::span<const RegisterWrite> writes);
 std::optional<std::vector<RegisterWrite>> ParseWrites(ByteView payload);
 
-/// READMEM.
+/// READMEM: which bytes to read.
 struct MemoryRange {
     uint32_t address = 0;
     uint16_t count = 0;  ///< bytes
@@ -46,8 +46,8 @@ Bytes BuildMemory(const MemoryBytes& memory);
 std::optional<MemoryBytes> ParseMemory(ByteView payload);
 
 /// The answers to WRITEREG (how many writes were done, or which one failed) and to WRITEMEM
-/// (bytes), and the time in milliseconds of an answer that asks for patience. All of them are
-/// 16 bits after 16 reserved ones.
+/// (bytes), and the remaining time in milliseconds of an answer that says that the command is still
+/// being processed. All of them are 16 bits after 16 reserved ones.
 ///@{
 Bytes BuildCount(uint16_t count);
 std::optional<uint16_t> ParseCount(ByteView payload);

@@ -8,8 +8,7 @@
 #include "QyImageProc.h"
 #include "pipeline/PipelineOptions.h"
 
-/// A colour record, as a camera's side would fill it, from a matrix and gains
-/// that go before it.
+/// A colour record for the image functions: applies the gains, then the matrix.
 class ColourRecord {
 public:
     ColourRecord(const Matrix& matrix, const Ratios& gains);
@@ -28,6 +27,6 @@ Ratios MeasureBalance(const std::vector<uint8_t>& pixels, int32_t width, int32_t
 std::vector<uint32_t> GammaRecord(double gamma);
 std::vector<uint32_t> ContrastRecord(int32_t contrast);
 
-/// The table of bytes for what is given of brightness, contrast and gamma; empty
-/// for nothing.
+/// A table of 256 entries for those of brightness, contrast and gamma that are set; empty if
+/// none is.
 std::vector<uint8_t> ToneTable(const PipelineOptions& options);

@@ -32,7 +32,7 @@ constexpr const char* kChecksumExtension = ".sum";
 /// "0x", sixteen digits and ".bin".
 constexpr size_t kNameLength = 22;
 constexpr unsigned kNoLimit = std::numeric_limits<unsigned>::max();
-/// Long enough for any reader or writer that is alive.
+/// How long to wait for another process that is clearing the same file.
 constexpr unsigned kClearTimeoutMilliseconds = 7000;
 
 /// The bytes of a number in their order in memory, two digits each. Names and checksums are known
@@ -63,7 +63,9 @@ bool IsCacheFileName(const std::string& name) {
     return name.size() == kNameLength && name.starts_with("0x") && name.ends_with(kExtension);
 }
 
-/// Deletes a file, unless another process keeps it for too long.
+/// Deletes a file, unless another process is clearing it and takes too long. This isn't the
+/// lock of readers and writers: they keep the file that they have open, and a reader that
+/// comes later finds none and parses the description.
 void ClearFile(const CTrustedFolder& folder, const std::string& name) {
     const std::string stem = name.substr(0, name.size() - std::string_view(kExtension).size());
     CGlobalLock lock(gcstring(kLockPrefix) + stem.c_str());
@@ -104,7 +106,8 @@ std::optional<std::string> CCacheFile::Read() const {
     return bytes;
 }
 
-/// A missing checksum is no failure: the file may come from a program that writes none.
+/// A missing checksum is no failure: a file is renamed into place when it is complete, so it
+/// is trusted without one, too.
 auto CCacheFile::Check(const std::string& bytes) const -> EChecksum {
     std::string checksum;
     switch (m_Folder.Read(m_FileName + kChecksumExtension, checksum)) {

@@ -15,7 +15,7 @@ namespace GenApi_3_0_ORVANE {
 /// Holds a lock between processes for the life of a scope.
 class CGlobalLockScope {
 public:
-    /// Waits that long.
+    /// Waits for the lock up to the time-out; `IsHeld` tells the result.
     CGlobalLockScope(GenICam_3_0_ORVANE::CGlobalLock& lock, unsigned timeoutMilliseconds)
         : m_Lock(lock), m_IsHeld(lock.Lock(timeoutMilliseconds)) {}
     ~CGlobalLockScope() {
@@ -33,23 +33,24 @@ private:
     bool m_IsHeld;
 };
 
-/// One cache file, locked against all other processes as long as this lives.
+/// One cache file. While this object exists, no other process reads or writes the file;
+/// clearing the folder uses another lock and may still delete it.
 class CCacheFile {
 public:
     /// Waits without limit. RuntimeException when the lock can't be had.
     CCacheFile(const gcstring& folder, uint32_t hash);
 
-    /// With the folder.
+    /// The file's path, including the folder.
     const std::string& GetName() const { return m_Name; }
-    /// The bytes; nothing where there is no file to be trusted, or none any more,
-    /// for a folder can be cleared at any time. RuntimeException when they can't
-    /// be had.
+    /// Returns the file's content, or nothing if there is no file, if it has been cleared, or
+    /// if it isn't trusted (`CTrustedFolder`). Throws RuntimeException if it can't be read.
     std::optional<std::string> Read() const;
     enum class EChecksum { Fits, Differs, Unreadable };
     /// Whether the bytes are those that were written. A file that came without
     /// its checksum is taken as it is.
     EChecksum Check(const std::string& bytes) const;
-    /// False, with the old file in place, when the folder doesn't take all of it.
+    /// Replaces the file. Returns false and keeps the old file if the new one can't be written
+    /// as a whole; the checksum may be the new one by then.
     bool Write(const std::string& bytes) const;
 
 private:
@@ -63,9 +64,9 @@ private:
 /// The folder in use; empty when there is none.
 gcstring FindCacheFolder();
 
-/// Deletes all files of the cache but those that another process holds. False
-/// without a folder in the environment. RuntimeException when the folder can't be
-/// read.
+/// Deletes all files of the cache, also those that are being read or written: whoever has
+/// one open keeps it. Skips a file that another process is clearing. False without a folder in the
+/// environment. RuntimeException when the folder can't be read.
 bool ClearCacheFolder();
 
 }  // namespace GenApi_3_0_ORVANE

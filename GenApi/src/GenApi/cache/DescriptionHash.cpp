@@ -1,5 +1,5 @@
-// The hash that names the cache file of a description. It only tells descriptions apart; the
-// folder's owner vouches for the files.
+// The hash that names the cache file of a description. It isn't cryptographic: what protects
+// against forged files is who owns the folder (CTrustedFolder).
 
 #include "cache/DescriptionHash.h"
 
@@ -18,15 +18,15 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// The seed and the family are part of the hash, so that no other program's files are taken for
-/// ours.
+/// Mixed into every hash, so that programs with another form of cache choose other names.
 constexpr unsigned kSeed = 42;
 constexpr size_t kBlockBytes = 4096;
 constexpr auto kFamily = "ORVANE\0"sv;
 
 }  // namespace
 
-/// A new form of the file gets new names with the new header, so that old files are left alone.
+/// The header of cache files is part of the hash: when their form changes, so do their names,
+/// and files of the old form are never opened.
 CDescriptionHash::CDescriptionHash() : m_pState(XXH32_createState()) {
     if (m_pState == nullptr) {
         throw std::bad_alloc();

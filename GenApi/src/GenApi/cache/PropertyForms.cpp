@@ -1,5 +1,5 @@
 // Which properties a node of a type can have, and in which form. The parser can't make others,
-// and live nodes rely on that; what comes from a cache file has to be held against it.
+// and live nodes rely on that, so properties read from a cache file are checked against this table.
 
 #include "cache/PropertyForms.h"
 
@@ -43,7 +43,8 @@ private:
     PropertyForms() {
         for (const CElementGrammar& grammar : CGrammar::GetInstance().GetAll()) {
             const ElementType& type = grammar.GetType();
-            // The entries of a structure take over what stands in it.
+            // A StructReg isn't kept: each of its entries becomes a MaskedIntReg that inherits
+            // its properties.
             const auto node = type.nodeType == N::StructReg_ID ? N::MaskedIntReg_ID : type.nodeType;
             if (node != N::_NotImpl_ID) {
                 AddElement(node, grammar);

@@ -11,17 +11,17 @@ namespace GenApi_3_0_ORVANE {
 
 class CNodeCallback;
 
-/// A callback as its node keeps it, and as those keep it who are about to call
-/// it. They may come to call it when another thread has taken it away, so they
-/// ask here; the callback itself goes with the last call that was under way.
+/// A registered callback, shared by its node and by every thread that is about to call it. If
+/// it is deregistered in the meantime, `Run` does nothing. The callback is destroyed when the
+/// last running call returns.
 class CCallbackRegistration {
 public:
     explicit CCallbackRegistration(CNodeCallback& callback) : m_Callback(callback) {}
 
-    /// Calls the callback unless it was taken away.
+    /// Calls the callback unless it has been deregistered.
     void Run(ECallbackType type);
-    /// Has it called no more. Waits for no call: the callback is destroyed here
-    /// or, where calls are under way, by the last of them to return.
+    /// Prevents further calls. Doesn't wait for running ones: destroys the callback now, or
+    /// leaves that to the last call that returns.
     void TakeAway();
     const CNodeCallback* GetCallback() const { return &m_Callback; }
 
@@ -33,8 +33,8 @@ private:
     static constexpr uint32_t kOneCall = 2;
 
     CNodeCallback& m_Callback;
-    /// The calls under way, above the bit that tells that it was taken away. One
-    /// number, so that exactly one side finds that it has to destroy.
+    /// Bit 0: deregistered. The bits above: the number of running calls. Both are in one number,
+    /// so that exactly one thread sees that it must destroy the callback.
     std::atomic<uint32_t> m_State{0};
 };
 
@@ -42,7 +42,7 @@ using CallbackList = std::vector<std::shared_ptr<CCallbackRegistration>>;
 
 /// Calls each callback once.
 void FireCallbacks(const CallbackList& callbacks, ECallbackType type);
-/// Orders the callbacks and leaves each once.
+/// Sorts the list by the callbacks' addresses and removes duplicates.
 void SortCallbacks(CallbackList& callbacks);
 
 }  // namespace GenApi_3_0_ORVANE

@@ -1,5 +1,5 @@
 #pragma once
-/// What nodes know of their map, beneath its lock.
+/// The map as its own nodes use it.
 
 #include "Base/OvAssert.h"
 #include "GenApi/INodeMap.h"
@@ -24,18 +24,20 @@ private:
 
 class CCallState;
 
-/// What nodes know of their map.
+/// What nodes need of their map, called with its lock held.
 struct INodeMapPrivate : public INodeMap {
-    /// Takes the node over. Type 27 marks an empty slot.
+    /// Enters the node under its identifier and initialises it. The type RegisterDescription_ID
+    /// leaves the identifier without a node.
     virtual void RegisterNode(INodePrivate* node, CNodeData::ENodeType_t nodeType, NodeID_t id) = 0;
     virtual void FinalConstruct() = 0;
     virtual void SetNumNodes(size_t count) = 0;
     virtual INodePrivate* GetNodeByID(NodeID_t id) = 0;
     virtual void SetProperty(const CProperty& property) = 0;
-    /// Gives back what SetProperty took: appends it to the list. False when the
-    /// map holds no such property.
+    /// Appends the map's property to the list. Returns false for an identifier that maps don't
+    /// have.
     virtual bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
                              CNodeData::PropertyVector_t& properties) = 0;
+    /// How many writes are nested at present: 0 once the outermost has returned.
     virtual Counter& GetBathometer() = 0;
     /// Counted; only the outermost call is remembered.
     virtual void SetEntryPoint(EMethod method, INodePrivate* node, bool ignoreCache) = 0;
@@ -44,7 +46,8 @@ struct INodeMapPrivate : public INodeMap {
     virtual gcstring GetEntryPoint() = 0;
     virtual bool IsLoggingEnabled() = 0;
     virtual bool IsDeviceLoggingEnabled() = 0;
-    /// The same lock, counters and entry point, for the nodes' short way to them.
+    /// The object that has the lock, the counters and the entry point; nodes use it directly to
+    /// save virtual calls.
     virtual CCallState& GetCallState() = 0;
 };
 

@@ -13,7 +13,8 @@ using GenICam_3_0_ORVANE::RuntimeException;
 
 namespace {
 
-/// No transport moves more at once, so a longer one is a mistake of the description.
+/// No transport can read more in one access, so a greater length is an error of the description
+/// or of the device.
 constexpr int64_t kMaxRegisterLength = std::numeric_limits<int32_t>::max();
 
 }  // namespace

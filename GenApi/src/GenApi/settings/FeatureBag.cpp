@@ -53,7 +53,8 @@ void PersistCombinations(IValue& feature, LimitedScript& script) {
     selectors.GetSelectorList(selectorList, true);
     const int64_t countBefore = script.GetCount();
     ForEachCombination(selectors, [&] {
-        // What can't be written back is of no use. It may be so for some combinations only.
+        // Values that can't be written back aren't stored. A feature may be writable for some
+        // combinations of its selectors only.
         if (feature.GetAccessMode() == RW) {
             script.PersistAll(selectorList);
             script.Persist(feature);
@@ -115,7 +116,8 @@ void CFeatureBag::Append(const gcstring& name, const gcstring& value) {
 }
 
 /// The two commands tell a device that its settings are being stored: it may then show values
-/// that don't change meanwhile. The second one comes whatever happens.
+/// that don't change meanwhile. Once the first has succeeded, the second is
+/// sent even if storing fails.
 int64_t CFeatureBag::StoreToBag(INodeMap* nodeMap, int64_t maxEntries,
                                 const gcstring_vector* filter) {
     INodeMap& map = RequireNodeMap(nodeMap);
@@ -132,8 +134,8 @@ int64_t CFeatureBag::StoreToBag(INodeMap* nodeMap, int64_t maxEntries,
     return count;
 }
 
-/// In the order of the nodes. A feature that can't be used is passed by and logged, so that all
-/// others are stored.
+/// In the order of the nodes. A feature whose description is faulty is skipped and logged, so
+/// that all others are stored; a failure of the device ends the call.
 int64_t CFeatureBag::StoreToBagInternal(INodeMap& nodeMap, int64_t maxEntries,
                                         const gcstring_vector* filter) {
     LimitedScript script(*this, maxEntries);
@@ -156,7 +158,8 @@ void CFeatureBag::RequireWhole() const {
     OV_ASSERT(m_Values.size() == m_Names.size());
 }
 
-/// By the entries, because two devices of one kind differ in their text.
+/// Compares the entries only: the description of the device differs even between two devices
+/// of one model.
 bool CFeatureBag::operator==(const CFeatureBag& other) const {
     RequireWhole();
     other.RequireWhole();

@@ -1,5 +1,6 @@
-// Values as texts, and back. Reading takes exactly what writing makes, and what people type:
-// anything else is refused rather than read in part, and leaves the value as it is.
+// Converts values to text and back. Reading takes what writing makes and what people type. Text
+// that isn't a value as a whole is refused and leaves the value unchanged; only bytes may be
+// written up to the place of the error.
 
 #include "text/Value2String.h"
 
@@ -31,7 +32,7 @@ unsigned ByteOf(int64_t value, unsigned index) {
     return static_cast<unsigned>((static_cast<uint64_t>(value) >> (8 * index)) & 0xFFU);
 }
 
-/// What the end of a line may consist of in a file.
+/// Blanks that may follow a number, because lines of a file can end in them.
 constexpr std::string_view kBlanks = " \t\n\v\f\r";
 
 /// How the bytes of an address are written, highest first.
@@ -91,7 +92,7 @@ bool ParseInteger(const char* text, int64_t* value) {
     return true;
 }
 
-/// An address, or the number that it is; either one fills the text to its end.
+/// Reads an address, or the same address as a plain number. Nothing may follow it.
 bool ParseAddressOrNumber(std::string_view text, const AddressForm& form, int64_t* value) {
     const bool endsInBlank = !text.empty() && kBlanks.find(text.back()) != std::string_view::npos;
     return !endsInBlank && (ParseAddress(text, form, value) || ParseInteger(text.data(), value));
@@ -207,7 +208,7 @@ bool TakeDash(std::string_view& text) {
 
 }  // namespace
 
-/// Digit by digit, because a formatted read would accept signs and blanks inside.
+/// Reads fields of fixed length, because `sscanf` would accept signs and blanks inside.
 bool String2Value(const gcstring& text, GUID* guid) {
     std::string_view form(text.c_str(), text.size());
     if (form.starts_with('{') && form.ends_with('}')) {

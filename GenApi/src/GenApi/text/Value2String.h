@@ -1,5 +1,6 @@
 #pragma once
-/// Values as text, and back. A false result leaves the value alone.
+/// Converts values to text and back. After a failure (false) the value is unchanged, except
+/// for bytes, which may be partly written.
 
 #include "GenApi/Types.h"
 

@@ -6,7 +6,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// In the order of the numbers. The structure has none, as no map ever holds one.
+/// Names in the order of ENodeType_t. StructReg_ID has none, because no map keeps such a node.
 const char* CNodeData::Value2String(ENodeType_t nodeType) {
     static constexpr std::array names = {
         "Node",     "Category",  "Integer", "Enumeration", "EnumEntry",      "MaskedIntReg",
