@@ -1,6 +1,6 @@
 #pragma once
-/// Times of small things. Machines are noisy, so the best of many rounds counts,
-/// and figures are quoted as ratios within one run.
+/// Times of short operations. Machines are noisy, so the best of many rounds counts, and
+/// figures are ratios to others of the same run.
 
 #include <algorithm>
 #include <cstddef>
@@ -8,22 +8,20 @@
 #include <limits>
 #include <vector>
 
-/// Keeps the compiler from leaving out what makes the value.
+/// Keeps the compiler from removing the computation of the value.
 template <class T>
 inline void Keep(const T& value) {
     asm volatile("" : : "r,m"(value) : "memory");
 }
 
-/// Nanoseconds that the calling thread has computed so far. What other programs do
-/// meanwhile doesn't count.
+/// CPU time of the calling thread in nanoseconds, so that other programs don't count.
 inline double ThreadNanoseconds() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
 }
 
-/// Nanoseconds of one call in this thread: the best of the rounds, each of `calls`
-/// calls.
+/// CPU time of one call in nanoseconds: the best of some rounds of `calls` calls each.
 template <class Call>
 double Nanoseconds(size_t calls, const Call& call, int rounds = 15) {
     double best = std::numeric_limits<double>::max();

@@ -1,8 +1,8 @@
-// The same kinds of work by libdc1394, where it is installed: rivals of image_bench.
+// The same work done by libdc1394, if it is installed, for comparison in image_bench.
 
 #include "image_row.h"
 
-// Last, since it makes a macro of a word.
+// Included last because it defines a macro with the name of a common word.
 #include <dc1394/conversions.h>
 
 namespace ImageBench {

@@ -1,6 +1,6 @@
-// What a frame takes from the producer's buffer to the application, beside a bare
-// hand-over from thread to thread. The source draws nothing and is paced by
-// nothing but free buffers.
+// How long a frame takes from the producer's buffer to the application, compared to a
+// bare hand-over between threads. The source draws nothing and only waits for free
+// buffers.
 
 #include <sys/resource.h>
 #include <time.h>
@@ -28,11 +28,11 @@ constexpr uint64_t kFrames = 10000;
 constexpr uint64_t kWarmUp = 1000;
 constexpr uint32_t kTimeOut = 10000;
 constexpr int kRounds = 5;
-// Large copies take long; all their rounds together have as many frames.
+// Large copies take long, so that only all their rounds together have that many frames.
 constexpr uint64_t kCopiedFrames = kFrames / kRounds;
 
-// What a frame may take at most: CPU time of library and producer together, that
-// of the thread that gets it, and the number handed over in a second at least.
+// The goals: CPU time of a frame in library and producer together, CPU time of the thread
+// that receives it, and frames per second.
 constexpr double kGoalProcess = 8e-6;
 constexpr double kGoalThread = 3e-6;
 constexpr double kGoalRate = 100000;
@@ -45,14 +45,14 @@ double SecondsOf(clockid_t clock) {
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-/// Of all threads.
+/// Context switches of all threads.
 double ContextSwitches() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     return static_cast<double>(usage.ru_nvcsw + usage.ru_nivcsw);
 }
 
-/// What has passed since the start of some frames, and its differences.
+/// Times and counts at one moment, or the differences between two.
 struct Spent {
     double wall = SecondsOf(CLOCK_MONOTONIC);
     double process = SecondsOf(CLOCK_PROCESS_CPUTIME_ID);
@@ -71,12 +71,12 @@ struct Spent {
     }
 };
 
-/// Takes the times of some frames behind a warm-up, on the thread that gets them.
+/// Measures some frames after a warm-up, on the thread that receives them.
 class Stopwatch {
 public:
     explicit Stopwatch(uint64_t frames) : m_end(kWarmUp + frames) {}
 
-    /// Whether that was the last.
+    /// Counts a frame. Returns whether it was the last.
     bool Frame() {
         const uint64_t frame = m_frames++;
         if (frame == kWarmUp) {
@@ -96,7 +96,7 @@ private:
     Spent m_spent;
 };
 
-/// The best of the rounds in each figure, for a frame.
+/// The best figures of all rounds, per frame.
 class Best {
 public:
     explicit Best(uint64_t frames) : m_frames(static_cast<double>(frames)) {}
@@ -147,8 +147,8 @@ void Check(OV_STATUS status, const char* call) {
     }
 }
 
-/// Five slots that go round between two threads by a lock and two conditions:
-/// what any hand-over costs.
+/// Passes five slots back and forth between two threads, with a lock and two conditions:
+/// the minimum that any hand-over costs.
 Spent BareHandOver() {
     constexpr size_t kSlots = 5;
     std::mutex mutex;
@@ -290,7 +290,7 @@ Best BestOf(const Run& run) {
     return best;
 }
 
-/// CPU seconds of a copy alone: frames go round in five buffers, as with a camera.
+/// CPU time of a bare copy from five buffers in turn, as with a camera.
 class BareCopy {
 public:
     explicit BareCopy(size_t size)
@@ -312,7 +312,7 @@ private:
     std::vector<uint8_t> m_target;
 };
 
-/// Turn by turn with bare copies, since the memory's speed changes with the load.
+/// Alternates with bare copies, since the memory's speed changes with the load.
 void MeasureCopies(Camera& camera, const std::string& size) {
     std::vector<uint8_t> memory(camera.Payload());
     BareCopy bare(camera.Payload());
@@ -338,8 +338,8 @@ void Measure(TestProducer& producer, uint32_t width, uint32_t height) {
 
 }  // namespace
 
-// Counts what every library of the process allocates.
-// NOLINTBEGIN(cppcoreguidelines-no-malloc): it stands below what manages memory
+// Counts the allocations of all libraries of the process.
+// NOLINTBEGIN(cppcoreguidelines-no-malloc): this is what manages memory
 void* operator new(size_t size) {
     ++g_allocations;
     if (void* const memory = std::malloc(size == 0 ? 1 : size)) {

@@ -1,4 +1,4 @@
-// From mosaics to colours.
+// Rows of the mosaic functions.
 
 #include "QyImageProc.h"
 #include "image_row.h"

@@ -1,6 +1,6 @@
-// The image functions beside a copy of as many bytes and, where they are installed,
-// beside other libraries. Usage: image_bench [PASSES [TEXT]]: only rows with the
-// text in their names, and passes over all of them to choose the best times from.
+// Times of the image functions, compared to a copy of as many bytes and, if they are
+// installed, to other libraries. Usage: image_bench [PASSES [TEXT]]: the number of
+// passes, of which the best times count, and a text that names of rows must contain.
 
 #include <algorithm>
 #include <cstdio>

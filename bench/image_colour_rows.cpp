@@ -1,4 +1,4 @@
-// Colours: records, pipelines, noise and ratios.
+// Rows of the colour functions: records, pipelines, noise and ratios.
 
 #include <array>
 
@@ -14,7 +14,7 @@ namespace {
 constexpr double kGamma = 1.8;
 constexpr int32_t kContrast = 20;
 
-/// A record of strong but usual corrections.
+/// A record with strong but usual corrections.
 class ColourRecord : public TestRecord {
 public:
     ColourRecord() { SetMatrix({22, -4, -2, -5, 24, -3, -1, -7, 24}); }
@@ -47,7 +47,7 @@ void Improve(const uint8_t* src, uint8_t* dst, int width, int height) {
     QyImageImprovment(src, dst, width, height, &Record(), contrast.data(), gamma.data());
 }
 
-/// What the stages of the raw pipeline need.
+/// The tables for the stages of the raw pipeline.
 struct RawStages {
     RawStages() {
         QyCalcCCParam(&Record(), 64, matrix.data(), sizeof matrix);
@@ -68,7 +68,7 @@ struct RawStages {
 
 void Process(const uint8_t* src, uint8_t* dst, int width, int height) {
     static const RawStages stages;
-    // Only the repair of defects, which isn't asked for, changes a source.
+    // The cast is safe: only the repair of defects changes the source, and it is off.
     QyRaw8ImgProcess(const_cast<uint8_t*>(src), dst, width, height, &stages.record);
 }
 

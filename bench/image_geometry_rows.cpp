@@ -1,4 +1,4 @@
-// Mirrors, turns and the repair of defects.
+// Rows of the functions that mirror and turn images and repair defects.
 
 #include "QyImageProc.h"
 #include "image_row.h"

@@ -1,4 +1,4 @@
-// As the library does where it pays.
+// Like the library, allows instruction sets that are only used where they pay.
 #define HWY_WANT_AVX3_DL
 
 #include "image_machine.h"
@@ -15,7 +15,7 @@ namespace ImageBench {
 
 namespace {
 
-/// What the system says about the first processor, "" if it says nothing.
+/// The system's name of the first processor, or "" if it has none.
 std::string ProcessorField(const std::string& name) {
     std::ifstream file("/proc/cpuinfo");
     for (std::string line; std::getline(file, line);) {
@@ -37,13 +37,13 @@ std::string ProcessorText() {
            ProcessorField("model") + ")";
 }
 
-/// The best instruction set that the library can choose, which has the lowest bit.
+/// The best instruction set that the library can use: the one with the lowest bit.
 std::string VectorText() {
     const int64_t targets = hwy::SupportedTargets() & HWY_TARGETS;
     return hwy::TargetName(targets & -targets);
 }
 
-/// The other libraries that are timed.
+/// The other libraries of the comparison.
 std::string RivalText() {
     std::string text;
 #ifdef OV_BENCH_OPENCV

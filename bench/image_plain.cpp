@@ -1,5 +1,4 @@
-// The noise reduction in loops over single bytes: what vectors are measured
-// against.
+// The noise reduction in loops over single bytes, for comparison with the vectors.
 
 #include <array>
 #include <cstdlib>
@@ -28,8 +27,8 @@ int Taken(int difference, int tolerance) {
     return std::abs(difference) < tolerance ? difference : 0;
 }
 
-/// @param kept     the pixel as it was, among its neighbours as they were
-/// @param offsets  of the neighbours
+/// @param kept     the pixel in a copy of the image as it was
+/// @param offsets  offsets of the neighbours
 void ReducePixel(const uint8_t* kept, const std::array<ptrdiff_t, 8>& offsets, uint8_t* out) {
     static const std::array<int, kLevels> tolerances = MakeTolerances();
     const int first = kept[0] - kept[1];

@@ -1,5 +1,5 @@
 #pragma once
-/// The works on images that are timed, and who does the same kind of work.
+/// The functions that are timed, and those of other libraries that do the same.
 
 #include <array>
 #include <cstddef>
@@ -13,16 +13,16 @@ struct Size {
     int height;
 };
 
-/// One that fits into a cache of the last level, and one that doesn't.
+/// A size that fits into the last-level cache, and one that doesn't.
 constexpr std::array<Size, 2> kSizes = {{{1920, 1080}, {4096, 3000}}};
 template <class T>
 using PerSize = std::array<T, kSizes.size()>;
 
-/// Works on a frame once. Work in place leaves the source alone and finds a copy of
-/// it in the destination.
+/// Works on a frame once. Functions in place find a copy of the source in the destination
+/// and don't use the source.
 using Run = void (*)(const uint8_t* src, uint8_t* dst, int width, int height);
 
-/// What rows and their rivals have in common.
+/// The base of rows and rivals.
 enum class Kind {
     Other,
     Cells,
@@ -53,20 +53,20 @@ struct Row {
     /// Bits of a pixel.
     double read;
     double written;
-    /// How many times as long as the copy it takes at most; 0 without a goal.
+    /// The goal: at most this many times the time of the copy; 0 for no goal.
     PerSize<double> goal;
     Run run;
     bool isInPlace = false;
 };
 
-/// Somebody else's function for the same kind of work.
+/// A function of another library for the same kind of work.
 struct Rival {
     const char* name;
     Kind kind;
     Run run;
-    /// Whether it makes the library's picture byte for byte.
+    /// Whether its picture must be the same as that of our function, byte for byte.
     bool isExact = false;
-    /// How many times as long as the library it takes at least.
+    /// The goal: at least this many times the time of our function.
     double goal = 1;
 };
 

@@ -18,7 +18,7 @@ private:
     uint32_t m_state = 1;
 };
 
-/// Brightness of a place, 0 .. 255: a slope with boxes and discs on it.
+/// Brightness at a place, 0 .. 255: a gradient with boxes and discs on it.
 unsigned Light(unsigned x, unsigned y) {
     const unsigned slope = 40 + x / 32 % 64 + y / 32 % 32;
     const auto dx = static_cast<int>(x % 240) - 120;
@@ -29,7 +29,7 @@ unsigned Light(unsigned x, unsigned y) {
     return (x / 97 + y / 61) % 3 == 0 ? slope + 70 : slope;
 }
 
-/// Noise of a few levels, and now and then a sample that is far too bright.
+/// Noise of a few levels, and a few samples that are far too bright.
 unsigned Sample(unsigned light, unsigned colour, Random& random) {
     constexpr unsigned kShares[] = {90, 100, 70};
     const unsigned noise = random.Byte();

@@ -1,5 +1,5 @@
 #pragma once
-/// Frames to work on.
+/// Makes frames for the functions.
 
 #include <cstdint>
 #include <vector>
@@ -8,9 +8,9 @@
 
 namespace ImageBench {
 
-/// A scene of slopes, edges and the noise of a sensor, as samples of a mosaic that
+/// A scene with gradients, edges and the noise of a sensor, as samples of a mosaic that
 /// begins with R G, or as pixels of three samples.
-/// @param bits  of a pixel; of packed samples every byte is taken for one
+/// @param bits  bits of a pixel; packed samples are bytes like any others
 std::vector<uint8_t> MakeScene(double bits, Size size);
 
 }  // namespace ImageBench

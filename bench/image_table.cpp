@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kNameWidth = 40;
 
-/// What a line tells for one size.
+/// The figures of a line for one size.
 struct Cell {
     double time;
     double ratio;
@@ -27,7 +27,7 @@ Cell CellOf(const Row& row, const Times& times, size_t size) {
 }
 
 Cell CellOf(const Rival& rival, const Times& times, size_t which) {
-    // Two that do the very same still differ as much.
+    // Measurements of the same function differ by this much.
     constexpr double kSame = 0.98;
     const double ratio = times.rivals[which] / times.row;
     return {times.rivals[which], ratio, rival.goal, ratio < kSame * rival.goal};
@@ -37,7 +37,7 @@ std::string SizeText(Size size) {
     return std::to_string(size.width) + "x" + std::to_string(size.height);
 }
 
-/// Prints the lines and keeps in mind what was missed.
+/// Prints the lines and collects the goals that were missed.
 class Table {
 public:
     static void PrintHead() {

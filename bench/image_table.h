@@ -1,5 +1,5 @@
 #pragma once
-/// What was measured, for people to read.
+/// Prints the results as a table.
 
 #include <vector>
 
@@ -8,16 +8,16 @@
 
 namespace ImageBench {
 
-/// A row with all that was measured for it.
+/// A row with all its measurements.
 struct Measured {
     Row row;
     std::vector<Rival> rivals;
     PerSize<Times> times;
 };
 
-/// Prints machine and compiler, a line for each row and each rival, and what was
-/// missed.
-/// @param passes  how often all was measured
+/// Prints machine and compiler, a line for each row and each rival, and the goals that
+/// were missed.
+/// @param passes  number of passes that were measured
 void PrintTable(const std::vector<Measured>& all, int passes);
 
 }  // namespace ImageBench

@@ -15,7 +15,7 @@ namespace {
 
 constexpr double kMillisecond = 1e6;
 
-/// A row's frame, and memory for what becomes of it.
+/// A row's frame, and memory for its result.
 class Frame {
 public:
     Frame(const Row& row, Size size)
@@ -27,7 +27,7 @@ public:
         m_source.resize(std::max(m_source.size(), m_copied));
     }
 
-    /// What comes before each call and isn't timed.
+    /// Prepares a call; isn't timed.
     void Prepare() {
         if (m_row.isInPlace) {
             std::memcpy(m_destination.data(), m_source.data(), Bytes(m_row.written));
@@ -70,9 +70,10 @@ void Check(Frame& frame, const Row& row, std::span<const Rival> rivals) {
     }
 }
 
-/// A few calls in a row, so that each may find in the caches what the one before
-/// it left there; of what takes long the caches keep nothing.
-/// @return nanoseconds of all calls
+/// Times several calls in a row, so that each finds the caches as the one before has left
+/// them. Functions that take long are called fewer times: the caches keep nothing of them
+/// anyway.
+/// @return nanoseconds of all calls together together
 double TakeTurn(Frame& frame, const std::function<void()>& call, double& best) {
     constexpr int kCalls = 4;
     constexpr double kLong = 30 * kMillisecond;

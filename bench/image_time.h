@@ -1,6 +1,6 @@
 #pragma once
-/// Times of a row, of its rivals and of the copy, taken in turns so that all of
-/// them meet the same machine.
+/// Times of a row, of its rivals and of the copy, which are measured in turns so that the
+/// machine's load is the same for all.
 
 #include <limits>
 #include <span>
@@ -12,17 +12,17 @@ namespace ImageBench {
 
 constexpr double kNever = std::numeric_limits<double>::max();
 
-/// The best of all calls so far, in nanoseconds of this thread.
+/// The best times so far, in nanoseconds of CPU time.
 struct Times {
     double row = kNever;
-    /// A copy that reads and writes as many bytes as the row does in sum.
+    /// A copy that reads and writes as many bytes in total as the row does.
     double copy = kNever;
     std::vector<double> rivals;
 };
 
-/// @param rivals  of the row's kind
-/// @param times   gets better from call to call
-/// @throws std::runtime_error if a rival's picture isn't what it must be
+/// @param rivals  functions of other libraries for the row's kind of work
+/// @param times   the best times so far, which each call improves
+/// @throws std::runtime_error if a rival's picture differs from ours and must not
 void TimeRow(const Row& row, std::span<const Rival> rivals, Size size, Times& times);
 
 }  // namespace ImageBench

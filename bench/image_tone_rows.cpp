@@ -1,4 +1,4 @@
-// Raw formats, tone and sharpening.
+// Rows of the functions for raw formats, tone and sharpening.
 
 #include "QyImageProc.h"
 #include "image_row.h"
@@ -13,7 +13,7 @@ void SharpenOneByte(const uint8_t* src, uint8_t* dst, int width, int height) {
     QyMonoImgRecord record{};
     record.Sharpness = 1;
     record.SharpFactor = kSharpness;
-    // Only the repair of defects, which isn't asked for, changes a source.
+    // The cast is safe: only the repair of defects changes the source, and it is off.
     QyMono8ImgProcess(const_cast<uint8_t*>(src), dst, width, height, &record);
 }
 

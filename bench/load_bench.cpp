@@ -1,6 +1,5 @@
-// How long a description takes to load, beside the time that the XML tokeniser
-// alone needs for its bytes, and what a loaded map takes of memory. At the end, how
-// much longer ten times as many nodes take.
+// How long a description takes to load, compared to the XML tokeniser alone, and how much
+// memory a loaded map takes. At the end, how much longer ten times as many nodes take.
 // Usage: load_bench FILE.xml...
 
 #include <expat.h>
@@ -57,7 +56,7 @@ size_t UsedBytes() {
     return info.uordblks + info.hblkhd;
 }
 
-/// Bytes that the preprocessed data of a description takes, and its links.
+/// Memory of a description's preprocessed data in bytes, and the number of its links.
 void MeasureMemory(const std::string& xml, Figures& figures) {
     const size_t before = UsedBytes();
     CNodeMapFactory factory = FactoryOf(xml);
@@ -72,7 +71,7 @@ void MeasureMemory(const std::string& xml, Figures& figures) {
                            static_cast<double>(amounts.NumLinks));
 }
 
-/// A description of that many nodes in one category, of which none reads another.
+/// A description with that many nodes in one category, none of which reads another.
 std::string FlatDescription(size_t count) {
     std::string features;
     std::string nodes;
@@ -90,7 +89,8 @@ std::string FlatDescription(size_t count) {
            features + "</Category>\n" + nodes + "</RegisterDescription>";
 }
 
-/// Milliseconds for one load: the first one, as that of a program is.
+/// Milliseconds for one load. It is the first one of the process, as it usually is in
+/// applications.
 double LoadFlat(size_t count) {
     const std::string xml = FlatDescription(count);
     return Nanoseconds(

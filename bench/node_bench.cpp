@@ -1,5 +1,5 @@
-// What reads, writes and formulas of live nodes take, beside an uncontended lock
-// and beside compiled code.
+// How long reads, writes and formulas of live nodes take, compared to an uncontended lock
+// and to compiled code.
 
 #include <cstdio>
 #include <cstring>
@@ -26,7 +26,7 @@ constexpr int kFeatures = 500;
 constexpr int kManyRegisters = 10000;
 constexpr int kRegisterBytes = 4;
 
-/// A device that takes next to no time.
+/// A device whose accesses take almost no time.
 class Memory : public IPort {
 public:
     EAccessMode GetAccessMode() override { return RW; }
@@ -48,7 +48,7 @@ std::string Register(const std::string& name, const std::string& caching, int ad
            caching + "</Cachable><Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>";
 }
 
-/// A feature as cameras describe them: an integer with limits over a register.
+/// A feature as in the descriptions of cameras: an integer with limits and a register.
 std::string Feature(const std::string& name, const std::string& caching) {
     return "<Integer Name=\"" + name + "\"><Streamable>Yes</Streamable><pValue>" + name +
            "Reg</pValue><Min>0</Min><Max>1000000</Max></Integer>" + Register(name + "Reg", caching);
@@ -62,7 +62,7 @@ std::string Features() {
     return body;
 }
 
-/// The port of such a camera keeps a range of bytes for each of its registers.
+/// The port of such a camera caches a range of bytes for each of its registers.
 std::string ManyRegisters(int count) {
     std::string body = Register("Uncached", "NoCache", 0);
     for (int i = 0; i < count; ++i) {
@@ -108,8 +108,8 @@ void Print(const char* what, double nanoseconds, double reference) {
     std::printf("%-56s %9.1f ns %8.2f\n", what, nanoseconds, nanoseconds / reference);
 }
 
-/// Each write makes old what others have of its bytes: how long it takes to find
-/// them depends little on how much is kept.
+/// Each write invalidates what other registers have cached of the same bytes. The time to
+/// find them should depend little on the number of registers.
 void MeasureWritesBeside(int count, double lock) {
     Camera camera(ManyRegisters(count));
     const node_vector nodes = camera.Nodes();
@@ -159,7 +159,7 @@ void MeasureAccess(Camera& camera) {
     MeasureWritesBeside(kManyRegisters, lock);
 }
 
-/// The variables in a place that the compiler can't see through.
+/// The variables are where the compiler can't know their values.
 template <class Number>
 struct Variables {
     Number a = 7;
@@ -213,8 +213,8 @@ void MeasureEnumeration(Camera& camera) {
                 1e3 / each);
 }
 
-/// Applications with cameras have threads, and locks cost more with a second one
-/// about.
+/// Applications with cameras have several threads, and locks cost more in a process that
+/// has a second one.
 class IdleThread {
 public:
     IdleThread() : m_Thread([this] { m_End.get_future().wait(); }) {}

@@ -1,5 +1,5 @@
-// Where the time of opening a camera goes whose description comes zipped through
-// its port. Usage: open_bench FILE.xml...
+// How long the steps of opening a camera take whose description is read through its port,
+// zipped. Usage: open_bench FILE.xml...
 
 #include <algorithm>
 #include <cstdio>
@@ -35,7 +35,7 @@ CNodeMapFactory FactoryOf(const std::string& xml) {
     return {ContentType_Xml, xml.data(), xml.size(), CacheUsage_Ignore};
 }
 
-/// A module whose port gives a file.
+/// A module whose port has a file.
 class Module {
 public:
     explicit Module(const Bytes& file) : m_producer(kProducer), m_lib(kProducer) {
@@ -59,7 +59,7 @@ private:
     void* m_port = nullptr;
 };
 
-/// Prints the steps and what each takes of their sum.
+/// Prints the steps, and the share of each in their sum.
 class Steps {
 public:
     void Add(const char* name, double nanoseconds) {
@@ -107,7 +107,7 @@ void Measure(const char* name) {
     steps.Add("inflate", inflate);
     steps.Add("parse", parse);
     steps.Add("preprocess", preprocess - parse);
-    // With the end of the round before.
+    // Includes the destruction of the map of the round before.
     steps.Add("nodes", create - preprocess);
     steps.Add("connect", Nanoseconds(1, [&] { Keep(map->Connect(&port, "Device")); }));
 }

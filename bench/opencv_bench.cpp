@@ -1,4 +1,4 @@
-// The same kinds of work by OpenCV, where it is installed: rivals of image_bench.
+// The same work done by OpenCV, if it is installed, for comparison in image_bench.
 
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
@@ -11,7 +11,8 @@ namespace ImageBench {
 namespace {
 
 cv::Mat Image(const uint8_t* bytes, int width, int height, int type) {
-    // The matrix of a source is never written to, but it has no other constructor.
+    // The cast is safe: a matrix has no constructor for constant data, but that of a
+    // source is never written.
     return {height, width, type, const_cast<uint8_t*>(bytes)};
 }
 
@@ -21,7 +22,7 @@ void Demosaic(const uint8_t* src, uint8_t* dst, int w, int h) {
     cv::cvtColor(Image(src, w, h, From), out, Code);
 }
 
-/// The table that a function over bytes works by.
+/// The table of a function from byte to byte.
 template <QY_STATUS Function(const void*, void*, int32_t, int32_t)>
 cv::Mat TableOf() {
     cv::Mat identity(1, 256, CV_8UC1);

@@ -12,12 +12,12 @@ function(ov_embed_file target file symbol)
   set_source_files_properties(${output} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
-# The names of the functions of the standard.
+# Patterns for the names of the standard's functions.
 set(OV_GENTL_EXPORTS "GC[A-Z]*" "Event[A-Z]*" "TL[A-Z]*" "IF[A-Z]*" "Dev[A-Z]*" "DS[A-Z]*")
 
-# ov_producer(<target> NAME <file name without .cti> EXPORTS <pattern>... SOURCES <file>...)
-# A producer file over the framework. It exports what the patterns name and
-# nothing else, so that several producers live in one process undisturbed.
+# ov_producer(<target> NAME <file name without .cti> EXPORTS <pattern>... SOURCES
+# <file>...) Builds a producer file on the framework. It exports only the functions that
+# the patterns name, so that several producers can be loaded into one process.
 function(ov_producer target)
   cmake_parse_arguments(ARG "" "NAME" "EXPORTS;SOURCES" ${ARGN})
   file(GLOB exports CONFIGURE_DEPENDS ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/framework/exports/*.cpp)
@@ -28,7 +28,7 @@ function(ov_producer target)
   file(CONFIGURE OUTPUT ${script} CONTENT "{ global: ${patterns}; local: *; };\n" @ONLY)
   target_link_options(${target} PRIVATE -Wl,--version-script=${script} -Wl,-Bsymbolic)
   if(NOT OV_SANITIZE)
-    # A missing function shows when the file is made, not when it is loaded.
+    # A missing function is an error of the link, not of the load.
     target_link_options(${target} PRIVATE -Wl,-z,defs)
   endif()
   set_target_properties(${target} PROPERTIES

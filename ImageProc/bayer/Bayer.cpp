@@ -35,7 +35,8 @@ QY_STATUS CheckMethodAndSize(uint32_t width, uint32_t height, QyInterpolationMet
 /// Copies each sample to all three colours.
 template <class Sample, int Width>
 void CopyMono(const Image<Sample, Width>& image) {
-    // With four bytes a pixel a flip begins at the width and not at the stride.
+    // A flip begins at a multiple of the width, not of the stride: applications rely on it. The two
+    // differ only with four bytes a pixel.
     Sample* out = image.dst;
     auto step = static_cast<ptrdiff_t>(image.stride);
     if (image.flip) {

@@ -1,5 +1,5 @@
 #pragma once
-/// The mosaic interpolation for those of our functions that go on with its pixels.
+/// The mosaic interpolation for functions that process its pixels further.
 
 #include <cstdint>
 
@@ -15,8 +15,8 @@ struct Conversion {
     QyChannelOrder order;
 };
 
-/// QyRaw8toRGB24Ex with a known order.
-/// @param onRow  done once with each row that was interpolated; null for nothing
+/// Like QyRaw8toRGB24Ex(), for an order that exists.
+/// @param onRow  is called once for each finished row; may be null
 QY_STATUS ConvertRaw8(const void* src, void* dst, uint32_t width, uint32_t height,
                       const Conversion& conversion, const RowWork<uint8_t>* onRow);
 

@@ -1,6 +1,6 @@
 #pragma once
-/// The edge-directed interpolation: a green plane along the weaker gradient,
-/// then the other colours by their difference to it, then the border.
+/// The edge-directed interpolation: first a green plane, interpolated along the weaker
+/// gradient, then the other colours by their differences to green, last the border.
 
 #include <algorithm>
 #include <cstdlib>
@@ -80,9 +80,9 @@ void WithRowPattern(Layout layout, size_t y, const Run& run) {
     }
 }
 
-/// Calls `run` with the row, its pattern and the first column of each pair of
-/// columns that has two neighbours on every side. A copy of the image in `run`
-/// spares it to read the fields anew after each byte stored.
+/// Calls `run` with the row, its pattern and the first column of each pair of columns
+/// that has two neighbours on every side. `run` should hold the image by value: through a
+/// reference, the compiler must read its fields again after each byte that is stored.
 template <class Sample, int Width, class Run>
 void ForEachInnerPair(const Image<Sample, Width>& image, Layout layout, const Run& run) {
     for (size_t y = 2; y + 2 < image.height; ++y) {
@@ -159,8 +159,8 @@ void BuildColours(const Image<Sample, Width>& image, Layout layout) {
     });
 }
 
-/// Copies lines of the frame from the line next to it: first those at the start,
-/// then those at the end, which shows where the two meet.
+/// Copies the lines of the border from the line next to it, first at the start, then at
+/// the end. The order matters for small images, where the two overlap.
 template <class Copy>
 void CopyBorderLines(size_t count, const Copy& copy) {
     for (size_t i = 0; i < kAdaptiveBorder; ++i) {
@@ -171,8 +171,8 @@ void CopyBorderLines(size_t count, const Copy& copy) {
     }
 }
 
-/// Copies the frame around the image from what stands next to it, in the order
-/// of the destination.
+/// Copies the border of the image from the lines next to it: rows first, in the order of
+/// the destination.
 template <class Sample, int Width>
 void CopyBorder(const Image<Sample, Width>& image) {
     const size_t rowBytes = image.width * Width * sizeof(Sample);

@@ -26,9 +26,9 @@ bool InterpolateInside(const Image<Sample, Width>& /*image*/, Layout /*layout*/)
 
 #else
 
-/// A vector of samples, and half as many of them in signed lanes twice as wide.
-/// A pair of columns holds one R or B sample and one G sample, and wide lanes hold
-/// one of the two.
+/// Vectors of samples, and vectors of half as many samples in signed lanes twice as wide.
+/// A pair of columns has one R or B sample and one G sample; wide lanes hold only one
+/// kind of them.
 template <class Sample>
 struct Lanes {
     using Narrow = hn::ScalableTag<LaneOf<Sample>>;
@@ -62,8 +62,8 @@ struct Lanes {
     }
 };
 
-/// The samples around those of one colour in each second column from `centre` on:
-/// the even lanes of what At() gives for a dx of 0.
+/// The surroundings of samples of one colour, which are in every second column from
+/// `centre` on: in the even lanes of At(0, 0).
 template <class Sample>
 class Surroundings : private Lanes<Sample> {
     using Base = Lanes<Sample>;
@@ -107,9 +107,9 @@ private:
     HWY_INLINE NarrowVector Below(ptrdiff_t dx, ptrdiff_t dy) const {
         return Base::Distance(At(dx, dy), At(dx, dy + 2));
     }
-    /// Distances of two columns in the five rows around, and those of one column
-    /// to either side in the rows next to the middle. No load ends behind the last
-    /// column that is needed.
+    /// Sums the differences between samples of the same row: those two columns apart in
+    /// the five rows around the centre, and also those beside it in the rows above and
+    /// below. No load reads beyond the last column that is needed.
     HWY_INLINE Vector ChangeOfRows() const {
         const auto row = [this](ptrdiff_t dy) HWY_ATTR {
             return hn::Add(Base::Even(Beside(-2, dy)), Base::Odd(Beside(-1, dy)));
@@ -133,8 +133,8 @@ private:
     ptrdiff_t m_width;
 };
 
-/// A part of some columns, from top to bottom. What the green of colour samples
-/// lacks is kept for the rows that their neighbours need.
+/// A part of the image of some columns, from top to bottom. Keeps the differences between
+/// colour samples and their interpolated green for as many rows as neighbours need them.
 template <class Sample, int Width>
 class Strip : private Lanes<Sample> {
     using Base = Lanes<Sample>;
@@ -144,10 +144,10 @@ class Strip : private Lanes<Sample> {
     using typename Base::Wide;
 
 public:
-    /// Most pairs of columns of a strip: what is kept of its rows stays in the first
-    /// cache, and each row's pages are found once.
+    /// Most pairs of columns of a strip. What is kept of its rows stays in the
+    /// first-level cache, and the page of a row is looked up once for many columns.
     static constexpr size_t kMostPairs = 2048;
-    /// Pairs of columns at either end of the image that lie in the border.
+    /// Pairs of columns at either end of the image that are left to the border.
     static constexpr size_t kOuterPairs = 1;
 
     Strip(const Image<Sample, Width>& image, Layout layout, size_t begin, size_t end)
@@ -165,7 +165,7 @@ public:
 private:
     bool HasRed(size_t y) const { return y % 2 == m_layout.redY; }
     unsigned ColourColumn(size_t y) const { return HasRed(y) ? m_layout.redX : 1 - m_layout.redX; }
-    /// Of pair `m_begin` - 1 and those behind it.
+    /// The kept differences of a row. The first one belongs to pair `m_begin` - 1.
     Lane* Lacks(size_t y) { return m_lacks[y % kRows]; }
 
     template <unsigned ColourX>
@@ -176,7 +176,7 @@ private:
         const size_t end = std::min(m_end + 1, m_image.width / 2 - kOuterPairs);
         Lane* const lacks = Lacks(y);
         CoverByVectors(begin, end, Base::kPairs, [&](size_t pair) HWY_ATTR {
-            AskFor(row + 2 * pair + 4 * m_image.width);
+            PrefetchLine(row + 2 * pair + 4 * m_image.width);
             const Surroundings<Sample> around(row + 2 * pair, m_image.width);
             hn::StoreU(around.LackOfGreen(limit), Wide(), lacks + (pair - m_begin + 1));
         });
@@ -277,8 +277,8 @@ HWY_EXPORT(InsideToThreeBytes);
 HWY_EXPORT(InsideToFourBytes);
 HWY_EXPORT(InsideToThreeWords);
 
-/// Pixel by pixel where no vector fits, and where a border is copied from what
-/// depends on the old destination.
+/// Interpolates pixel by pixel where no vector fits, and where an image is so small that
+/// its border is copied from pixels that depend on the old content of the destination.
 template <class Sample, int Width>
 void FinishAdaptive(const Image<Sample, Width>& image, Layout layout, bool isDone) {
     if (!isDone) {

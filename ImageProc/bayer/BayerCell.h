@@ -13,8 +13,7 @@ using QySample::Word;
 /// A colour's place in the output.
 enum Channel : int { R = 0, G = 1, B = 2 };
 
-/// Where the colours of a mosaic stand: the parity of column and row of its
-/// first R sample.
+/// The layout of a mosaic: parities of the column and of the row of its R samples.
 struct Layout {
     unsigned redX;
     unsigned redY;
@@ -33,7 +32,7 @@ constexpr Layout LayoutOf(int32_t filter) {
     }
 }
 
-/// What is done with a row of pixels while the caches still have it.
+/// Work on a row of pixels, which is done while the row is still in the caches.
 template <class Sample>
 class RowWork {
 public:
@@ -56,13 +55,13 @@ struct Image {
     /// Samples from one output row to the next.
     size_t stride;
     bool flip;
-    /// Where R and B stand in an output pixel.
+    /// Places of R and B in an output pixel.
     int red;
     int blue;
     Sample alpha;
     /// The largest value of a sample.
     int32_t limit;
-    /// Done once with each row as soon as it is whole; null for nothing.
+    /// Is called once for each row as soon as it is finished; may be null.
     const RowWork<Sample>* onRow;
 
     const Sample* Row(size_t y) const { return src + y * width; }

@@ -1,6 +1,6 @@
 #pragma once
-/// The rules of the fast interpolations for one pixel, which serve where no
-/// whole vector fits.
+/// The rules of the fast interpolations for one pixel. They are used where no whole
+/// vector fits.
 
 #include "bayer/BayerCell.h"
 
@@ -29,7 +29,7 @@ inline void PutAtColour(const Image<Sample, Width>& image, Sample* pixel, const 
 }
 
 /// A G sample with its neighbours around.
-/// @tparam IsRedBeside  whether R stands left and right of it
+/// @tparam IsRedBeside whether the samples left and right of it are R
 template <bool IsRedBeside, class Sample, int Width>
 inline void PutAtGreen(const Image<Sample, Width>& image, Sample* pixel, const Sample* up,
                        const Sample* row, const Sample* down) {

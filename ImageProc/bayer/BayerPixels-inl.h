@@ -13,8 +13,8 @@
 #include <type_traits>
 
 #include "bayer/BayerCell.h"
+#include "support/FastInterleave3-inl.h"
 #include "support/Stream-inl.h"
-#include "support/Threes-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace QyBayer {
@@ -34,12 +34,12 @@ HWY_INLINE hn::Vec<D> LoadSamples(D d, const Sample* samples) {
 /// Prefetches a line, and the page table entry of its page, while other lines are being
 /// processed. The address may be beyond the image.
 template <class T>
-HWY_INLINE void AskFor(const T* line) {
+HWY_INLINE void PrefetchLine(const T* line) {
     hwy::Prefetch(line);
 }
 
-/// Whether a picture is larger than the caches, which it passes better then, unless
-/// its rows are read again at once.
+/// Whether a picture is larger than the caches, so that writing past them is faster. Not
+/// if its rows are read again at once.
 template <class Sample, int Width>
 bool IsLarge(const Image<Sample, Width>& image) {
     constexpr size_t kCaches = 16 << 20;
@@ -54,24 +54,25 @@ HWY_INLINE void PutPixels(D d, const Image<Sample, Width>& image, Sample* pixels
     if constexpr (Width == 4) {
         hn::StoreInterleaved4(first, g, third, hn::Set(d, image.alpha), d, lanes);
     } else {
-        QyBlocks::HWY_NAMESPACE::StoreThrees(first, g, third, d, lanes);
+        QyBlocks::HWY_NAMESPACE::FastStoreInterleaved3(first, g, third, d, lanes);
     }
 }
 
-/// Gives the pixels of a row their places.
+/// Stores the pixels of a row at their places in memory.
 template <class Sample, int Width>
 class DirectRow {
 public:
     explicit HWY_INLINE DirectRow(Sample* out) : m_out(out) {}
 
-    /// The place of `count` pixels from column `x` on.
+    /// Where `count` pixels from column `x` on are to be stored.
     HWY_INLINE Sample* At(size_t x, size_t /*count*/) const { return m_out + x * Width; }
 
 private:
     Sample* m_out;
 };
 
-/// The same past the caches, by way of a buffer. hwy::FlushStream() ends that.
+/// The same, past the caches and by way of a buffer. hwy::FlushStream() must follow the
+/// last row, so that other threads see the pixels.
 template <class Sample, int Width>
 class StreamedRow {
 public:
@@ -85,11 +86,11 @@ public:
         m_next = x + count;
         return m_buffer + (x - m_first) * Width;
     }
-    /// Sends what is in the buffer. Asks for a line further on as well: finding its
-    /// page takes as long as filling several of them.
+    /// Writes the buffer to the row. Prefetches a line further on as well: finding its
+    /// page takes as long as writing several buffers.
     HWY_INLINE void Finish() {
         auto* const to = static_cast<uint8_t*>(static_cast<void*>(m_out + m_first * Width));
-        AskFor(to + kAhead);
+        PrefetchLine(to + kAhead);
         QyStream::HWY_NAMESPACE::CopyPastCaches(
             static_cast<const uint8_t*>(static_cast<const void*>(m_buffer)), to,
             (m_next - m_first) * Width * sizeof(Sample));
@@ -105,7 +106,7 @@ private:
     alignas(64) Sample m_buffer[kPixels * Width];
 };
 
-/// Calls `run` with the kind of row that suits the picture.
+/// Calls `run` with a DirectRow or a StreamedRow, depending on the size of the picture.
 template <class Sample, int Width, class Run>
 HWY_INLINE void WithRowOf(const Image<Sample, Width>& image, Sample* out, const Run& run) {
     if (IsLarge(image)) {
@@ -118,8 +119,8 @@ HWY_INLINE void WithRowOf(const Image<Sample, Width>& image, Sample* out, const 
     }
 }
 
-/// Calls `at` with every whole vector from `begin` on. The last one ends at `end`,
-/// so that it may do some lanes again; there must be room for it.
+/// Calls `at` for whole vectors that cover `begin` to `end`. The last one ends at `end`
+/// and so may repeat some lanes; the range must be at least one vector long.
 template <class At>
 HWY_INLINE void CoverByVectors(size_t begin, size_t end, size_t lanes, const At& at) {
     for (size_t i = begin; i + lanes < end; i += lanes) {

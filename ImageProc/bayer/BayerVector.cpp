@@ -16,18 +16,18 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// How many samples are asked for before their turn.
+/// How many samples ahead lines are prefetched.
 constexpr size_t kAhead = 4096;
 
-/// (a + b) >> 1 without wider lanes. The rounding mean of some instruction sets
-/// is made of a sum that overflows.
+/// (a + b) >> 1 without wider lanes. hn::AverageRound() overflows on
+/// some instruction sets.
 template <class V>
 HWY_INLINE V Mean(V a, V b) {
     return hn::Add(hn::And(a, b), hn::ShiftRight<1>(hn::Xor(a, b)));
 }
 
-/// (a + b + c + e) >> 2: what the two means lose makes a whole only where both
-/// lose a half.
+/// (a + b + c + e) >> 2. The mean of two means is too small by one only where both of
+/// them have lost a half and their own mean loses one, too.
 template <class D, class V = hn::Vec<D>>
 HWY_INLINE V Mean(D d, V a, V b, V c, V e) {
     const V first = Mean(a, b);
@@ -36,15 +36,14 @@ HWY_INLINE V Mean(D d, V a, V b, V c, V e) {
     return hn::Add(Mean(first, second), hn::And(lost, hn::Xor(first, second)));
 }
 
-/// The one vector in the lanes of a parity, the other in those between.
+/// Takes the lanes of a parity from `there` and the others from `between`.
 template <unsigned Parity, class V>
 HWY_INLINE V Alternate(V there, V between) {
     return Parity == 1 ? hn::OddEven(there, between) : hn::OddEven(between, there);
 }
 
-/// Covers the columns from `begin` to `end` with vectors at columns of the
-/// parity of `begin`, of which the last may do some columns again. The columns
-/// left over are the caller's: the first of them is given back.
+/// Calls `at` for vectors that cover the columns from `begin` to `end`. They begin at
+/// columns of the parity of `begin`, and the last one may repeat some columns.
 template <class At>
 HWY_INLINE size_t ForEachVector(size_t begin, size_t end, size_t lanes, const At& at) {
     if (lanes < 2 || begin + lanes > end) {
@@ -62,8 +61,8 @@ HWY_INLINE size_t ForEachVector(size_t begin, size_t end, size_t lanes, const At
     return x;
 }
 
-/// Covers the columns of a row but for the last one with vectors: `at(pixels, x)`
-/// is told by `pixels` where they go.
+/// Calls `at(pixels, x)` for vectors that cover the columns of a row from `begin` on
+/// without the last column; `pixels` says where their pixels are to be stored.
 template <class Sample, int Width, class At>
 HWY_INLINE size_t PutVectors(const Image<Sample, Width>& image, Sample* out, size_t begin,
                              const At& at) {
@@ -76,8 +75,8 @@ HWY_INLINE size_t PutVectors(const Image<Sample, Width>& image, Sample* out, siz
     return x;
 }
 
-/// A row of cells, of which the last pixel repeats. The layout is that of the
-/// row's first cell.
+/// Makes a row of cells, whose last pixel repeats the one before. RedX and RedY are the
+/// layout of the row's first cell.
 template <unsigned RedX, unsigned RedY, class Sample, int Width>
 void PutCellRow(const Image<Sample, Width>& image, Sample* out, const Sample* top,
                 const Sample* bottom) {
@@ -85,7 +84,7 @@ void PutCellRow(const Image<Sample, Width>& image, Sample* out, const Sample* to
     const Sample* const redRow = RedY == 0 ? top : bottom;
     const Sample* const blueRow = RedY == 0 ? bottom : top;
     const auto atVector = [&](auto& pixels, size_t x) HWY_ATTR {
-        AskFor(bottom + x + kAhead);
+        PrefetchLine(bottom + x + kAhead);
         const auto red = LoadSamples(d, redRow + x);
         const auto redNext = LoadSamples(d, redRow + x + 1);
         const auto blue = LoadSamples(d, blueRow + x);
@@ -103,8 +102,8 @@ void PutCellRow(const Image<Sample, Width>& image, Sample* out, const Sample* to
     PutCell(image, out + last * Width, top + last - 1, bottom + last - 1, RedX, RedY);
 }
 
-/// A row between others. The parities are those of an R sample, seen from the
-/// row's first sample.
+/// Makes a row that has neighbours above and below. RedX and RedY are the layout as seen
+/// from the row's first sample.
 template <unsigned RedX, unsigned RedY, class Sample, int Width>
 void PutInnerRow(const Image<Sample, Width>& image, size_t y) {
     const Sample* const up = image.Row(y - 1);
@@ -112,13 +111,13 @@ void PutInnerRow(const Image<Sample, Width>& image, size_t y) {
     const Sample* const down = image.Row(y + 1);
     Sample* const out = image.Out(y);
     const hn::ScalableTag<LaneOf<Sample>> d;
-    // In a row with R, R stands at columns of its parity; in one with B, B at
-    // those of the other. Vectors begin at column 1.
+    // The row's R or B samples have columns of one parity, its G samples those of the
+    // other. Vectors begin at column 1, so that lanes have the opposite parity.
     constexpr bool kHasRed = RedY == 0;
     constexpr unsigned kColourX = kHasRed ? RedX : 1 - RedX;
     constexpr unsigned kColourLane = 1 - kColourX;
     const auto atVector = [&](auto& pixels, size_t x) HWY_ATTR {
-        AskFor(down + x + kAhead);
+        PrefetchLine(down + x + kAhead);
         const auto c = LoadSamples(d, row + x);
         const auto left = LoadSamples(d, row + x - 1);
         const auto right = LoadSamples(d, row + x + 1);

@@ -7,13 +7,14 @@ namespace QyBayer {
 
 enum class Neighbours { TwoByTwo, ThreeByThree };
 
-/// Interpolates a frame with a mosaic, and finishes its rows; the sizes have been
-/// checked.
+/// Interpolates a frame with a mosaic and calls its onRow. The caller has checked the
+/// sizes.
 void InterpolateFast(const Image<uint8_t, 3>& image, Neighbours neighbours, Layout layout);
 void InterpolateFast(const Image<uint8_t, 4>& image, Neighbours neighbours, Layout layout);
 void InterpolateFast(const Image<Word, 3>& image, Neighbours neighbours, Layout layout);
 
-/// Interpolates the same by edges, but for the border, and finishes nothing.
+/// Interpolates along edges, without the border. Doesn't call onRow, since the border
+/// still changes the rows.
 void InterpolateAdaptive(const Image<uint8_t, 3>& image, Layout layout);
 void InterpolateAdaptive(const Image<uint8_t, 4>& image, Layout layout);
 void InterpolateAdaptive(const Image<Word, 3>& image, Layout layout);

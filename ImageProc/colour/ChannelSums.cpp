@@ -41,27 +41,27 @@ using namespace QyBlocks::HWY_NAMESPACE;
 
 using Wide = hn::Repartition<uint64_t, Bytes>;
 
-/// Vectors of bytes that hold whole pixels, and channels of a pixel.
+/// Channels of a pixel. As many vectors of bytes hold whole pixels.
 constexpr size_t kThree = 3;
-/// How far lines are asked for before their turn: main memory answers that late.
+/// How many bytes ahead lines are prefetched, from the delay of main memory.
 constexpr size_t kAhead = 8192;
 
-/// Sums of pixels, in the lanes of vectors. Bytes of other channels are taken out
-/// before the sum, which costs less than putting those of one channel together.
-class Adder {
+/// Sums the three channels in the lanes of vectors. It clears the bytes of the other two
+/// channels before each sum, which costs less than collecting the bytes of one channel.
+class ChannelAdder {
 public:
-    HWY_INLINE Adder()
+    HWY_INLINE ChannelAdder()
         : m_sum0(hn::Zero(Wide())), m_sum1(hn::Zero(Wide())), m_sum2(hn::Zero(Wide())) {
         StartAt(0);
     }
 
-    /// Says how many bytes of the row come before the next vector.
+    /// Sets how many bytes of the row precede the next vector.
     HWY_INLINE void StartAt(size_t offset) {
         m_third0 = Thirds(offset);
         m_third1 = Thirds(offset + 2);
         m_third2 = Thirds(offset + 1);
     }
-    /// The vector `K` of three.
+    /// Adds vector `K` of three consecutive ones.
     template <size_t K>
     HWY_INLINE void Add(hn::Vec<Bytes> bytes) {
         constexpr size_t kBefore = K * hn::MaxLanes(Bytes()) % kThree;
@@ -75,7 +75,7 @@ public:
     HWY_INLINE Sums Total() const { return {Total(m_sum0), Total(m_sum1), Total(m_sum2)}; }
 
 private:
-    /// Each third byte of a vector that stands `offset` bytes behind the first.
+    /// Selects every third byte of a vector that begins `offset` bytes after a pixel.
     static HWY_INLINE hn::Vec<Bytes> Thirds(size_t offset) {
         static constexpr auto kPattern = [] {
             std::array<uint8_t, HWY_MAX_BYTES + kThree> pattern{};
@@ -101,9 +101,9 @@ private:
     hn::Vec<Wide> m_sum2;
 };
 
-/// A row that is longer than a vector. Between its ends vectors stand where those
-/// of memory begin: each would meet two lines that are still on their way otherwise.
-HWY_INLINE void AddRow(Adder& adder, const uint8_t* row, size_t size) {
+/// Adds a row that is longer than a vector. The vectors between its ends are aligned in
+/// memory: otherwise each would wait for two prefetched lines.
+HWY_INLINE void AddRow(ChannelAdder& adder, const uint8_t* row, size_t size) {
     const Bytes d;
     const size_t lanes = hn::Lanes(d);
     size_t i = (lanes - reinterpret_cast<uintptr_t>(row) % lanes) % lanes;
@@ -131,7 +131,7 @@ Sums SumLoop(const uint8_t* pixels, size_t width, size_t height, size_t rowBytes
     if (width < hn::Lanes(Bytes())) {
         return SumEach(pixels, width, height, rowBytes);
     }
-    Adder adder;
+    ChannelAdder adder;
     for (size_t y = 0; y < height; ++y) {
         AddRow(adder, pixels + y * rowBytes, width * kThree);
     }

@@ -44,7 +44,7 @@ struct Colours {
     hn::Vec<Bytes> b;
 };
 
-/// A quarter of a vector's bytes, those at places `Place`, `Place` + 4 and so on.
+/// Every fourth byte of a vector, from `Place` on, in wider lanes.
 template <int Place>
 HWY_INLINE Vector Quarter(hn::Vec<Bytes> bytes) {
     const hn::RebindToUnsigned<Quads> words;
@@ -83,11 +83,12 @@ void MixLoop(uint8_t* image, size_t pixels, const Matrix& matrix) {
     const Row first(matrix.data());
     const Row second(matrix.data() + 3);
     const Row third(matrix.data() + 6);
-    ForEachBlock<3>(
-        image, image, pixels, [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
-            const auto colours = LoadThreesInto<Colours>(Bytes(), in);
-            StoreThrees(first.Mix(colours), second.Mix(colours), third.Mix(colours), Bytes(), out);
-        });
+    ForEachBlock<3>(image, image, pixels,
+                    [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
+                        const auto colours = FastLoadInterleaved3Into<Colours>(Bytes(), in);
+                        FastStoreInterleaved3(first.Mix(colours), second.Mix(colours),
+                                              third.Mix(colours), Bytes(), out);
+                    });
 }
 
 #endif

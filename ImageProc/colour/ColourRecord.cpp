@@ -23,8 +23,9 @@ pthread_mutex_t* MutexOf(void* lock) {
 RecordLock::RecordLock(const QyColorCorrectionRecord& record) : m_mutex(record.lock) {
     const int error = m_mutex == nullptr ? EINVAL : pthread_mutex_lock(MutexOf(m_mutex));
     if (error == EOWNERDEAD) {
-        // The one who held it died over the tables. They stay out of reach, but
-        // nobody waits for ever.
+        // The owner of the lock died while it may have been writing the tables. Nobody
+        // can trust them, but unlocking lets other threads fail as well instead of
+        // waiting for ever.
         pthread_mutex_unlock(MutexOf(m_mutex));
     }
     if (error != 0) {
@@ -44,9 +45,9 @@ constexpr size_t kCount = 9;
 constexpr size_t kDiagonal = 3;
 using Words = std::array<int32_t, kCount>;
 
-/// Where the words of the array stand in the matrix: the diagonal first.
+/// Places in the matrix of the array's words: the diagonal comes first.
 constexpr std::array<size_t, kCount> kPlaces = {0, 4, 8, 1, 5, 2, 3, 7, 6};
-/// Added to the words beside the diagonal, which may be negative without it.
+/// Added to the words that aren't on the diagonal, so that they aren't negative.
 constexpr int32_t kOffset = 256;
 
 /// The matrix at the neutral saturation, in 256ths, in the order of the array.
@@ -59,8 +60,8 @@ Words NeutralWords(const QyColorCorrectionRecord& record) {
     return words;
 }
 
-/// What a distance from the neutral saturation, in 1024ths, adds to each word.
-/// Each part is cut off towards zero.
+/// What is added to each word at a distance from the neutral saturation in 1024ths.
+/// Quotients are truncated towards zero.
 Words Shift(int32_t distance) {
     constexpr Words kWeights = {183552, 183552,  183552, -153856, -29952,
                                 -29952, -153856, -79616, -103936};
@@ -73,7 +74,7 @@ Words Shift(int32_t distance) {
 
 Words WordsOf(const QyColorCorrectionRecord& record, int32_t saturation) {
     constexpr int32_t kNeutral = 64;
-    // Each row of the matrix is the lightness.
+    // Every row of the matrix computes the lightness.
     constexpr Words kGrey = {77, 150, 29, 406, 285, 285, 333, 406, 333};
     Words words = NeutralWords(record);
     if (saturation == 0) {

@@ -1,6 +1,6 @@
 #pragma once
-/// The tables behind colour correction and tone, brought into the forms that the
-/// loops over pixels need.
+/// Converts the tables of colour correction and tone into the forms that the loops over
+/// pixels need.
 
 #include <algorithm>
 #include <array>
@@ -13,12 +13,12 @@
 
 namespace QyColour {
 
-/// Up to two tone records and the step from 12 to 8 bits, as one table.
+/// One table for up to two tone records and the conversion from 12 to 8 bits.
 class ToneTable {
 public:
     static constexpr int32_t kTop = 4095;
 
-    /// Either may be null. Gamma comes first.
+    /// Either may be null. Values pass gamma first.
     ToneTable(const uint32_t* contrast, const uint32_t* gamma) {
         for (uint32_t i = 0; i <= kTop; ++i) {
             const uint32_t tone = Through(contrast, Through(gamma, i));
@@ -27,11 +27,12 @@ public:
         std::iota(m_bytes.begin() + kTop + 1, m_bytes.end(), uint8_t{0});
     }
 
-    /// A sum of 12 bits that may lie outside of them.
+    /// The byte for a sum, which is limited to 12 bits first.
     uint8_t Of(int32_t sum) const { return m_bytes[static_cast<size_t>(std::clamp(sum, 0, kTop))]; }
-    /// The table, and behind it the bytes themselves for what has no tone.
+    /// The table, followed by the 256 bytes in order, which map a byte without a tone to
+    /// itself.
     const uint8_t* Data() const { return m_bytes.data(); }
-    /// The table for bytes, each taken as its place times 16.
+    /// The table for bytes, which become values of 12 bits by a factor of 16.
     std::array<uint8_t, 256> OfBytes() const {
         std::array<uint8_t, 256> table{};
         for (size_t i = 0; i < table.size(); ++i) {
@@ -50,8 +51,8 @@ private:
     std::array<uint8_t, kTop + 1 + kMostByte + 1> m_bytes;
 };
 
-/// The nine tables of a record as three: what an input adds to all three sums
-/// stands side by side in one word, so that a pixel takes three look-ups.
+/// The nine tables of a record as three: one word holds what an input adds to all three
+/// sums, so that a pixel takes three look-ups instead of nine.
 class PackedMatrix {
 public:
     explicit PackedMatrix(const QyColorCorrectionRecord& record) {
@@ -68,7 +69,7 @@ public:
         }
     }
 
-    /// The three sums of a pixel, to be taken apart by Sum().
+    /// The three sums of a pixel in one word, from which Sum() extracts them.
     uint64_t Sums(uint8_t r, uint8_t g, uint8_t b) const {
         return m_columns[0][r] + m_columns[1][g] + m_columns[2][b];
     }
@@ -83,14 +84,14 @@ private:
     static constexpr size_t kInputs = 3;
     static constexpr size_t kLevels = 256;
     static constexpr int kFieldBits = 20;
-    /// Makes every entry positive.
+    /// Added to every entry, so that none is negative and borrows from its neighbour.
     static constexpr int32_t kBias = 32768;
 
     std::array<std::array<uint64_t, kLevels>, kInputs> m_columns;
 };
 
-/// The matrix behind a record's tables, if they are the multiples that a camera
-/// makes them and no sum leaves 16 bits.
+/// The matrix of a record, if its tables are exact multiples of the coefficients, as
+/// cameras make them, and no sum exceeds 16 bits.
 inline std::optional<QyImprove::SmallMatrix> SmallMatrixOf(const QyColorCorrectionRecord& record) {
     constexpr int32_t kTopLevel = 255;
     constexpr int32_t kMostSum = 32767;

@@ -17,7 +17,7 @@ struct Frame {
     size_t pixels;
 };
 
-/// What is to be done; any of the three may be null.
+/// The corrections to make. Each may be null.
 struct Stages {
     const QyColorCorrectionRecord* record;
     const uint32_t* contrast;
@@ -47,8 +47,8 @@ QY_STATUS Check(const void* src, const void* dst, int32_t width, int32_t height,
     return QY_OK;
 }
 
-/// Pixels of `Width` bytes, R at the place `Red` and B at the other end. The
-/// limits of the table are those of a sum without a tone record too.
+/// Corrects pixels of `Width` bytes whose R is at `Red` and whose B is at 2 - `Red`.
+/// Without a tone record, the limits of the table are the right ones as well.
 template <int Width, int Red>
 void CorrectColours(const Frame& frame, const PackedMatrix& matrix, const ToneTable& tone) {
     constexpr int kBlue = 2 - Red;
@@ -65,7 +65,7 @@ void CorrectColours(const Frame& frame, const PackedMatrix& matrix, const ToneTa
     }
 }
 
-/// Every byte alike, but for the fourth of a pixel.
+/// Corrects the tone of every byte except the fourth of a pixel.
 template <int Width>
 void CorrectTone(const Frame& frame, const ToneTable& tone) {
     const auto table = tone.OfBytes();
@@ -94,8 +94,7 @@ QY_STATUS Improve(const void* src, void* dst, int32_t width, int32_t height, con
         CorrectTone<Width>(frame, tone);
         return QY_OK;
     }
-    // Held for the whole pass: who writes the record waits for a picture that is
-    // all of one colour correction.
+    // Held for the whole pass, so that one picture has one colour correction.
     const QyColour::RecordLock lock(*stages.record);
     if (const auto matrix = QyColour::SmallMatrixOf(*stages.record)) {
         const bool hasTone = stages.contrast != nullptr || stages.gamma != nullptr;

@@ -47,7 +47,7 @@ using namespace QyBlocks::HWY_NAMESPACE;
 
 using Vector = hn::Vec<Shorts>;
 
-/// The bytes of pixels, by their place.
+/// The bytes of some pixels, one vector for each place within a pixel.
 template <int Width>
 struct Pixels {
     hn::Vec<Bytes> bytes[Width];
@@ -63,7 +63,7 @@ HWY_INLINE Pixels<Width> LoadPixels(const uint8_t* in) {
         hn::LoadInterleaved4(Bytes(), in, a, b, c, d);
         return {{a, b, c, d}};
     } else {
-        return LoadThreesInto<Pixels<Width>>(Bytes(), in);
+        return FastLoadInterleaved3Into<Pixels<Width>>(Bytes(), in);
     }
 }
 
@@ -72,7 +72,7 @@ HWY_INLINE void StorePixels(const Pixels<Width>& p, uint8_t* out) {
     if constexpr (Width == 4) {
         hn::StoreInterleaved4(p.bytes[0], p.bytes[1], p.bytes[2], p.bytes[3], Bytes(), out);
     } else {
-        StoreThrees(p.bytes[0], p.bytes[1], p.bytes[2], Bytes(), out);
+        FastStoreInterleaved3(p.bytes[0], p.bytes[1], p.bytes[2], Bytes(), out);
     }
 }
 
@@ -133,7 +133,7 @@ void CorrectColours(const uint8_t* src, uint8_t* dst, size_t pixels, const Rows&
                         });
 }
 
-/// Half of the bytes of a vector.
+/// Half of a vector's bytes, in lanes of 16 bits.
 template <bool Upper>
 HWY_INLINE Vector HalfOf(hn::Vec<Bytes> bytes) {
     const hn::Half<Bytes> half;
@@ -144,7 +144,7 @@ HWY_INLINE Vector HalfOf(hn::Vec<Bytes> bytes) {
     }
 }
 
-/// Where the table has what becomes of each byte of half a vector of pixels.
+/// Places in the table of the results for the bytes of half a vector of pixels.
 template <int Width, size_t Red, bool Upper>
 HWY_INLINE void StorePlaces(const Pixels<Width>& p, const Rows& rows, int16_t* places) {
     const Vector r = HalfOf<Upper>(p.bytes[Red]);
@@ -157,12 +157,12 @@ HWY_INLINE void StorePlaces(const Pixels<Width>& p, const Rows& rows, int16_t* p
         const Vector same = hn::Add(HalfOf<Upper>(p.bytes[3]), hn::Set(Shorts(), kTop + 1));
         hn::StoreInterleaved4(first, second, third, same, Shorts(), places);
     } else {
-        StoreThrees(first, second, third, Shorts(), places);
+        FastStoreInterleaved3(first, second, third, Shorts(), places);
     }
 }
 
-/// Looks places up. Eight bytes are stored at once: stores would hold the loads up
-/// otherwise.
+/// Looks up places in the table. Eight results are stored at once, because a store for
+/// each byte would delay the loads.
 HWY_INLINE void LookUp(const int16_t* places, uint8_t* out, size_t count, const uint8_t* tone) {
     const auto look = [places, tone](size_t i) { return tone[static_cast<uint16_t>(places[i])]; };
     size_t i = 0;
@@ -178,8 +178,8 @@ HWY_INLINE void LookUp(const int16_t* places, uint8_t* out, size_t count, const 
     }
 }
 
-/// The look-ups follow the sums of many pixels: what vectors write is still on its
-/// way to the cache when the next instructions would read single places of it.
+/// Computes the sums of many pixels before it looks any of them up: a processor stalls
+/// when it reads parts of a vector that it has only just stored.
 template <int Width, size_t Red>
 void CorrectThroughTable(const uint8_t* src, uint8_t* dst, size_t pixels, const Rows& rows,
                          const uint8_t* tone) {

@@ -11,8 +11,8 @@ namespace {
 
 using Means = std::array<double, 3>;
 
-/// Pixels around the image that stay out: interpolation makes them of fewer
-/// samples than the rest.
+/// Width of the border that doesn't count: its colours were interpolated from fewer
+/// samples.
 constexpr int32_t kBorder = 2;
 constexpr int32_t kLeast = 2 * kBorder + 1;
 constexpr size_t kPixelBytes = 3;
@@ -30,13 +30,13 @@ Means MeansOf(const uint8_t* image, int32_t width, int32_t height) {
     return means;
 }
 
-/// What brings a mean to another one; 0 for a channel without light.
+/// The factor from one mean to another; 0 for a channel without light.
 double Ratio(double to, double from) {
     constexpr double kNothing = 1e-9;
     return std::abs(from) < kNothing ? 0 : to / from;
 }
 
-/// Makes the smallest gain 1, so that none darkens its channel.
+/// Scales the gains so that the smallest one is 1 and none darkens its channel.
 void Raise(Means& ratios) {
     const double least = std::min(ratios[0], ratios[2]);
     if (least > 0 && least < 1) {

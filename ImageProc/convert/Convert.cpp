@@ -1,4 +1,4 @@
-// The exported functions between raw formats: checks, and the count of samples.
+// The exported functions that convert raw formats: their checks.
 
 #include "QyImageProc.h"
 #include "convert/ConvertVector.h"
@@ -18,7 +18,7 @@ QY_STATUS CheckFrame(const void* src, const void* dst, int32_t width, int32_t he
     return QySize::IsPossible(width, height, pixelBytes) ? QY_OK : QY_PARAMETER_OUT_OF_BOUND;
 }
 
-/// Unpacking makes more bytes than it reads, so it can't do in place.
+/// Unpacking writes more bytes than it reads, so it can't work in place.
 QY_STATUS CheckPacked(const void* src, const void* dst, int32_t width, int32_t height) {
     const QY_STATUS status = CheckFrame(src, dst, width, height, 1);
     return status == QY_OK && src == dst ? QY_PARAMETER_INVALID : status;

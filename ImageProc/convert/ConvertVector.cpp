@@ -73,7 +73,7 @@ HWY_INLINE void StoreWords(hn::Vec<Words> words, Word* dst) {
                static_cast<uint8_t*>(static_cast<void*>(dst)));
 }
 
-/// As many pairs as vectors can take that read nothing beyond the source.
+/// Unpacks pairs as long as vectors read nothing beyond the source, and returns how many.
 size_t Unpack12InVectors(const uint8_t* src, Word* dst, size_t pairs) {
     const size_t lanes = hn::Lanes(Bytes());
     alignas(kBlockBytes) static constexpr uint8_t kPlaces[kBlockBytes] = {
@@ -90,8 +90,8 @@ size_t Unpack12InVectors(const uint8_t* src, Word* dst, size_t pairs) {
     return pair;
 }
 
-/// Where a vector finds its 10-bit samples: the two bytes of each within its
-/// block, and the power of two that brings it to the top of their 16 bits.
+/// Where a vector's 10-bit samples are: the two bytes of each within its block, and the
+/// power of two whose product moves the sample to the top of their 16 bits.
 struct Places10 {
     alignas(kMostBytes) uint8_t bytes[kMostBytes];
     alignas(kMostBytes) uint16_t factors[kMostBytes / sizeof(uint16_t)];
@@ -108,8 +108,8 @@ struct Places10 {
     }
 };
 
-/// A vector holds a sample or two beyond its last whole group of three; the
-/// next one overwrites them.
+/// A vector stores a sample or two beyond its last whole group of three, which the next
+/// one overwrites.
 size_t Unpack10InVectors(const uint8_t* src, Word* dst, size_t samples) {
     const size_t lanes = hn::Lanes(Words());
     const Places10 tables(lanes);

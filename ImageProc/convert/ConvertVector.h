@@ -1,5 +1,5 @@
 #pragma once
-/// Raw formats with the widest vectors that the machine has.
+/// Conversions of raw formats with the widest vectors that the machine has.
 
 #include <cstddef>
 #include <cstdint>
@@ -10,12 +10,12 @@ namespace QyConvert {
 
 using QySample::Word;
 
-/// Two samples of 12 bits from each three bytes.
+/// Unpacks two samples of 12 bits from every three bytes.
 void Unpack12(const uint8_t* src, Word* dst, size_t pairs);
-/// Three samples of 10 bits from each 32-bit word; the last word may serve fewer.
+/// Unpacks three samples of 10 bits from every 32-bit word, fewer from the last one.
 void Unpack10(const uint8_t* src, Word* dst, size_t samples);
-/// Eight bits of each sample, those from `shift` on; 255 for what lies above.
-/// In place allowed.
+/// Keeps eight bits of each sample, from bit `shift` on. Samples with higher bits become
+/// 255. In place allowed.
 void Reduce(const Word* src, uint8_t* dst, size_t samples, int shift);
 
 }  // namespace QyConvert

@@ -1,5 +1,5 @@
 #pragma once
-/// The rows of a raw frame whose outliers are repaired.
+/// Repairs the outliers in a row of a raw frame.
 
 #include <cstddef>
 #include <cstdint>
@@ -10,14 +10,14 @@ namespace QyDefect {
 
 using QySample::Word;
 
-/// Samples from one to the next of the same colour, and around a frame that has
-/// no such neighbour on every side.
+/// Distance to the next sample of the same colour, and so the width of the border in
+/// which a sample doesn't have all four neighbours.
 constexpr ptrdiff_t kReach = 2;
 
-/// Repairs the samples of a row but for the border, from left to right; a repair
-/// is seen by the samples behind it.
+/// Repairs the samples of a row between its borders, from left to right: a repaired
+/// sample is the left neighbour of a later one.
 /// @param row        has kReach rows above and below
-/// @param threshold  by how much more than each neighbour an outlier has
+/// @param threshold  an outlier exceeds each of its neighbours by more than this
 void RepairRow(uint8_t* row, size_t width, int32_t threshold);
 void RepairRow(Word* row, size_t width, int32_t threshold);
 

@@ -16,7 +16,7 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Looks at samples one by one.
+/// Repairs samples one by one.
 template <class Sample>
 void RepairSamples(Sample* row, size_t begin, size_t end, ptrdiff_t width, int32_t threshold) {
     for (size_t x = begin; x < end; ++x) {
@@ -31,8 +31,8 @@ void RepairSamples(Sample* row, size_t begin, size_t end, ptrdiff_t width, int32
     }
 }
 
-/// Whether the samples of a vector hold an outlier. Where they don't, none can
-/// come about either: only a repair makes one of a sample behind it.
+/// Whether a vector of samples has an outlier. If it has none, samples needn't be
+/// examined one by one: only the repair of a sample can turn a later one into an outlier.
 template <class D, class Sample>
 HWY_INLINE bool HasOutlier(D d, const Sample* samples, ptrdiff_t width, hn::Vec<D> threshold) {
     using Lane = hn::TFromD<D>;
@@ -41,7 +41,8 @@ HWY_INLINE bool HasOutlier(D d, const Sample* samples, ptrdiff_t width, hn::Vec<
     };
     const auto most =
         hn::Max(hn::Max(at(-kReach * width), at(kReach * width)), hn::Max(at(-kReach), at(kReach)));
-    // Something is left only of samples that exceed all four by more than that.
+    // The rest is 0 unless the sample exceeds all four neighbours by more than the
+    // threshold.
     const auto rest = hn::SaturatedSub(hn::SaturatedSub(at(0), most), threshold);
     return !hn::AllTrue(d, hn::Eq(rest, hn::Zero(d)));
 }

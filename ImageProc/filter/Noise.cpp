@@ -1,4 +1,4 @@
-// Leads the rows of an image through the noise reduction of one.
+// Reduces the noise of whole images, row by row.
 
 #include "filter/Noise.h"
 
@@ -17,8 +17,8 @@ constexpr size_t kMostRadius = 2;
 
 using Tolerances = std::array<uint8_t, kLevels>;
 
-/// What a neighbour's difference stays below, by a pixel's own level: it grows
-/// from dark to the low middle and falls off after it.
+/// For each level of a pixel, the difference that a neighbour must stay below to count.
+/// It grows from dark levels to the lower middle and falls after it.
 constexpr Tolerances MakeTolerances() {
     Tolerances tolerances = {28,  42,  55,  71,  82,  93,  103, 113, 120, 128, 138, 146, 151, 157,
                              161, 167, 171, 176, 180, 183, 187, 189, 192, 194, 195, 197, 199, 200,
@@ -40,8 +40,8 @@ constexpr Tolerances kTolerances = MakeTolerances();
 static_assert(kTolerances[65] == 189 && kTolerances[66] == 188 && kTolerances[127] == 127);
 static_assert(kTolerances[130] == 126 && kTolerances[131] == 125 && kTolerances[255] == 1);
 
-/// The rows around the one that is worked on. Nothing else of the image is kept,
-/// since what lies below is still as it was.
+/// Copies of the rows around the one that is being changed, as they were. Rows further
+/// down haven't been changed yet, so they needn't be kept.
 class Rows {
 public:
     explicit Rows(size_t width)

@@ -1,5 +1,5 @@
 #pragma once
-/// The rows of an image whose noise is being reduced.
+/// Reduces the noise in a row of an image.
 
 #include <array>
 #include <cstddef>
@@ -10,8 +10,8 @@ namespace QyNoise {
 /// Pixels that vectors may read or write beyond a kept row.
 constexpr size_t kPadding = 256;
 
-/// A row as it was: the second byte of each pixel, and by how much the others
-/// differ from it. Each has kPadding samples behind its last.
+/// A copy of a row as it was: the second byte of each pixel, and the differences of the
+/// other two to it. Each array has room for kPadding more samples at its end.
 struct KeptRow {
     int16_t* green;
     int16_t* first;
@@ -23,10 +23,10 @@ using KeptRows = std::array<KeptRow, 3>;
 
 void KeepRow(const uint8_t* row, size_t width, const KeptRow& kept);
 
-/// Reduces the noise of a row but for its borders.
+/// Reduces the noise of a row between its borders.
 /// @param rows        `radius` rows apart
-/// @param tolerances  for each byte of the row, what a neighbour's difference
-///                    stays below; kPadding pixels are behind the last
+/// @param tolerances  for each byte of the row, the difference that a neighbour must stay
+///                    below to count; followed by kPadding pixels
 /// @param dst         the first pixel of the row
 /// @param radius      columns from a pixel to its neighbours
 void ReduceRow(const KeptRows& rows, const uint8_t* tolerances, uint8_t* dst, size_t width,

@@ -23,7 +23,8 @@ static_assert(HWY_MAX_BYTES <= kPadding);
 
 constexpr size_t kPixelBytes = 3;
 
-/// The three bytes of pixels, or what goes with them.
+/// The bytes of some pixels, or values for them: one vector for each place within a
+/// pixel.
 struct Pixels {
     Vector first;
     Vector green;
@@ -71,9 +72,9 @@ void KeepLoop(const uint8_t* row, size_t width, const KeptRow& kept) {
     }
 }
 
-/// A quotient that is cut off towards zero. What is divided lies within eight
-/// differences of less than 256 each.
-/// @tparam Inverse  65536ths of one part, rounded up
+/// A quotient, truncated towards zero. The dividend is a sum of eight differences, each
+/// between -256 and 256.
+/// @tparam Inverse 65536 divided by the divisor, rounded up
 template <int16_t Inverse>
 HWY_INLINE Vector Part(Vector sum) {
     const Vector sign = hn::BroadcastSignBit(sum);
@@ -81,8 +82,8 @@ HWY_INLINE Vector Part(Vector sum) {
     return hn::Sub(hn::Xor(part, sign), sign);
 }
 
-/// Differences of neighbours to the pixels in the middle, summed up where they
-/// stay below a tolerance.
+/// Sums of the differences between neighbours and the pixels in the middle. Only those
+/// below a tolerance count.
 class Differences {
 public:
     Differences(const Pixels& centre, const Pixels& tolerances)

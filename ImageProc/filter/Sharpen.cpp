@@ -1,4 +1,4 @@
-// Leads the rows of an image through the sharpening of one.
+// Sharpens whole images, row by row.
 
 #include "filter/Sharpen.h"
 
@@ -14,8 +14,8 @@ namespace QySharpen {
 
 namespace {
 
-/// The rows around the one that is being sharpened. Nothing else of the source
-/// is kept, so that an image can be its own destination.
+/// Copies of the rows around the one that is being sharpened, so that an image can be
+/// sharpened in place.
 class Ring {
 public:
     explicit Ring(size_t width) : m_half(width / 2 + 1 + kPadding), m_samples(kRows * 2 * m_half) {}

@@ -1,5 +1,5 @@
 #pragma once
-/// The rows of an image that is being sharpened.
+/// Sharpens a row of an image.
 
 #include <array>
 #include <cstddef>
@@ -13,8 +13,9 @@ constexpr size_t kRows = 2 * kBorder + 1;
 /// Samples that vectors may read or write beyond a kept row.
 constexpr size_t kPadding = 256;
 
-/// The bytes to be sharpened of a row as they were in the source, those of even
-/// and those of odd columns apart. Each has kPadding samples behind its last.
+/// A copy of the bytes of a row that are sharpened, as they were in the source: those of
+/// even columns, and those of odd ones. Each array has room for kPadding more samples at
+/// its end.
 struct KeptRow {
     int16_t* even;
     int16_t* odd;
@@ -22,7 +23,7 @@ struct KeptRow {
 
 using KeptRows = std::array<KeptRow, kRows>;
 
-/// The two forms of an image: one or three bytes a pixel.
+/// Copies a row of an image.
 template <int Width>
 void KeepRow(const uint8_t* row, size_t width, const KeptRow& kept);
 

@@ -43,7 +43,7 @@ inline int Filter(const KeptRows& rows, size_t x) {
     return 8 * Sample(row, x) + 2 * (near - far) - askew;
 }
 
-/// A step of 256 behind a dead zone of half a step on either side of 0.
+/// Divides by 256, and maps values of less than half of that to 0.
 inline int Step(int value) {
     constexpr int kDead = 128;
     if (value < -kDead) {
@@ -93,7 +93,7 @@ void KeepLoop(const uint8_t* row, size_t width, const KeptRow& kept) {
         if constexpr (Width == 3) {
             hn::Vec<Bytes> first;
             hn::Vec<Bytes> third;
-            LoadThrees(d, in, first, bytes, third);
+            FastLoadInterleaved3(d, in, first, bytes, third);
         } else {
             bytes = hn::LoadU(d, in);
         }
@@ -115,9 +115,9 @@ HWY_INLINE Vector Twice(Vector v) {
     return hn::Add(v, v);
 }
 
-/// How much sharper than its surroundings the pixels are, for those of one
-/// parity of the column.
-/// @param own, beside  what the rows hold at that parity and at the other
+/// The filter's value for pixels in columns of one parity: how much they differ from
+/// their surroundings.
+/// @param own, beside the rows' samples in columns of that parity, and in the others
 /// @param i            place of the first pixel; its right neighbour's is i + right
 template <class Own, class Beside>
 HWY_INLINE Vector Filter(const KeptRows& rows, const Own& own, const Beside& beside, size_t i,
@@ -136,7 +136,7 @@ HWY_INLINE Vector Filter(const KeptRows& rows, const Own& own, const Beside& bes
     return hn::Sub(hn::Add(centre, Twice(hn::Sub(near, far))), askew);
 }
 
-/// By how much bytes grow and shrink; one of the two is 0.
+/// By how much bytes grow or shrink. One of the two is 0.
 struct Change {
     hn::Vec<Bytes> up;
     hn::Vec<Bytes> down;
@@ -147,8 +147,8 @@ HWY_INLINE hn::Vec<Bytes> JoinBytes(Vector even, Vector odd) {
     return hn::BitCast(Bytes(), hn::Or(even, hn::ShiftLeft<8>(odd)));
 }
 
-/// A filter's value times the strength, in 256ths, with a dead zone of half a
-/// step on either side of 0.
+/// A filter's value times the strength in 256ths. Results of less than half of one become
+/// 0.
 class Steps {
 public:
     explicit Steps(int32_t strength)
@@ -169,7 +169,7 @@ private:
         const Shorts d;
         return hn::Min(hn::Max(v, hn::Zero(d)), hn::Set(d, 255));
     }
-    /// Above the dead zone the rounding is towards the lower step as well.
+    /// Above the dead zone, the result is rounded down as well.
     static HWY_INLINE Vector Up(Vector rounded) {
         return ToByte(hn::Sub(rounded, hn::Set(Shorts(), 1)));
     }
@@ -191,10 +191,10 @@ HWY_INLINE void Apply(const Change& change, const uint8_t* in, uint8_t* out) {
         hn::Vec<Bytes> first;
         hn::Vec<Bytes> second;
         hn::Vec<Bytes> third;
-        LoadThrees(d, in, first, second, third);
+        FastLoadInterleaved3(d, in, first, second, third);
         const auto sharp = Changed(second, change);
         const Change same{hn::SaturatedSub(sharp, second), hn::SaturatedSub(second, sharp)};
-        StoreThrees(Changed(first, same), sharp, Changed(third, same), d, out);
+        FastStoreInterleaved3(Changed(first, same), sharp, Changed(third, same), d, out);
     }
 }
 

@@ -1,4 +1,4 @@
-// The exported functions that move samples to other places: mirrors and turns.
+// The exported functions that mirror and turn images: their checks.
 
 #include "geometry/Geometry.h"
 
@@ -6,7 +6,8 @@
 
 namespace {
 
-/// What all of them refuse: no sample may be written before it is read.
+/// The checks of all of them. They refuse a destination that is the source, where a
+/// sample would be overwritten before it is read.
 QY_STATUS CheckMove(const void* src, const void* dst, int32_t width, int32_t height) {
     if (src == nullptr || dst == nullptr) {
         return QY_PARAMETER_INVALID;

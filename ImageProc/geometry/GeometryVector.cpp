@@ -18,8 +18,8 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Squares of bytes as wide as a cache line, so that each line of source and
-/// destination is taken once, however far apart the rows are.
+/// Turns images in squares of bytes as wide as a cache line, so that each line of source
+/// and destination is fetched once, however long the rows are.
 constexpr size_t kSquare = 64;
 using Square = uint8_t[kSquare][kSquare];
 
@@ -98,7 +98,7 @@ HWY_INLINE void TransposeBlocks(const Source& in, uint8_t* out) {
     }
 }
 
-/// A vector whose blocks stand at equal distances in memory.
+/// Loads a vector from blocks at equal distances in memory.
 template <class D>
 HWY_INLINE hn::Vec<D> GatherBlocks(D d, const uint8_t* blocks, size_t step) {
     constexpr size_t kCount = hn::MaxLanes(D()) / kBlock;
@@ -143,7 +143,7 @@ void CopyPart(const Source& src, const Destination& dst, size_t width, size_t he
     }
 }
 
-/// An image with a side that is shorter than a square's.
+/// Turns an image with a side that is shorter than that of a square.
 void TransposeNarrow(const Source& src, const Destination& dst, size_t width, size_t height) {
     Square in = {};
     Square out;

@@ -1,4 +1,4 @@
-// The exported functions that take a raw frame through all stages in one call.
+// The exported functions that run all stages on a raw frame in one call.
 
 #include <cstring>
 #include <tuple>
@@ -18,7 +18,7 @@ constexpr uint32_t kLutSize = 256;
 constexpr int32_t kFrameBits = 8;
 constexpr size_t kPixelBytes = 3;
 
-/// What both functions refuse first.
+/// The checks that both functions begin with.
 template <class Record>
 QY_STATUS CheckFrame(const void* src, const void* dst, int32_t width, int32_t height,
                      int64_t pixelBytes, const Record* record) {
@@ -49,8 +49,8 @@ QY_STATUS CheckStages(const QyRawImgRecord& record) {
     return isKnown ? QY_OK : QY_NOT_SUPPORTED;
 }
 
-/// The matrix by rows of an array that has the diagonal first, and an offset on
-/// all that follows.
+/// The matrix, by rows, of an array that begins with the diagonal and has an offset on
+/// the other coefficients.
 QyColour::Matrix MatrixOf(const uint16_t* words) {
     constexpr int kOffset = 256;
     const auto beside = [words](size_t i) { return static_cast<int16_t>(words[i] - kOffset); };
@@ -59,7 +59,7 @@ QyColour::Matrix MatrixOf(const uint16_t* words) {
             beside(4),   beside(8), beside(7), diagonal(2)};
 }
 
-/// Matrix and table over a row.
+/// Applies matrix and table to a row.
 class ColourWork final : public QyBayer::RowWork<uint8_t> {
 public:
     ColourWork(size_t width, const QyRawImgRecord& record)
@@ -87,8 +87,8 @@ private:
     const uint8_t* m_lut;
 };
 
-/// Interpolates, and corrects the colours of each row as it comes. A monochrome
-/// frame has no colours to correct.
+/// Interpolates a frame and corrects the colours of each row as soon as it is finished. A
+/// monochrome frame isn't corrected.
 void MakeColours(const void* src, void* dst, int32_t width, int32_t height,
                  const QyRawImgRecord& record) {
     const ColourWork work(static_cast<size_t>(width), record);
@@ -99,7 +99,7 @@ void MakeColours(const void* src, void* dst, int32_t width, int32_t height,
 
 }  // namespace
 
-// A stage that fails leaves the frame as it found it, and the others still run.
+// A stage that fails changes nothing, and the stages after it still run.
 
 QY_STATUS QyRaw8ImgProcess(void* src, void* dst, int32_t width, int32_t height,
                            const QyRawImgRecord* record) {

@@ -1,4 +1,4 @@
-// Pixels in whole vectors. Included once for each instruction set, within
+// Processes pixels in whole vectors. Included once for each instruction set, within
 // foreach_target.
 
 #if defined(QY_BLOCKS_INL_H) == defined(HWY_TARGET_TOGGLE)
@@ -12,7 +12,7 @@
 
 #include <cstring>
 
-#include "support/Threes-inl.h"
+#include "support/FastInterleave3-inl.h"
 
 #if HWY_TARGET != HWY_SCALAR
 
@@ -40,9 +40,9 @@ HWY_INLINE Split<D> SplitBytes(D d, hn::Vec<Bytes> bytes) {
             hn::BitCast(d, hn::ShiftRight<8>(pairs))};
 }
 
-/// Gives `at(in, out, first pixel)` whole vectors of pixels. Those left over are
-/// taken to a place of their own and back, so that neither memory is left and a
-/// pixel is read before it is written, in place too.
+/// Calls `at(in, out, first pixel)` for whole vectors of pixels. The pixels that don't
+/// fill a vector are copied to a buffer and back, so that nothing is read or written
+/// beyond the images, and no pixel is overwritten before it is read.
 template <int Width, class At>
 HWY_INLINE void ForEachBlock(const uint8_t* src, uint8_t* dst, size_t pixels, const At& at) {
     const size_t lanes = hn::Lanes(Bytes());
@@ -59,7 +59,7 @@ HWY_INLINE void ForEachBlock(const uint8_t* src, uint8_t* dst, size_t pixels, co
     }
 }
 
-/// The same for pixels that are only read: `at(in, first pixel)`.
+/// The same for pixels that are only read: calls `at(in, first pixel)`.
 template <int Width, class At>
 HWY_INLINE void ForEachBlock(const uint8_t* src, size_t pixels, const At& at) {
     const size_t lanes = hn::Lanes(Bytes());

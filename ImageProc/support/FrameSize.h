@@ -1,5 +1,5 @@
 #pragma once
-/// Which sizes a frame can have.
+/// The sizes that a frame can have.
 
 #include <cstddef>
 #include <cstdint>
@@ -7,10 +7,11 @@
 
 namespace QySize {
 
-/// Whether a frame of that many pixels can exist: a side is a positive number of
-/// 32 bits, so that one that is negative in the caller is none, whatever type
-/// it comes as; and no memory is longer than the distance of two pointers.
-/// @param pixelBytes  bytes of a pixel where it takes most, source or destination
+/// Whether a frame of that size can exist. A side is a positive number of 32 bits with a
+/// sign: a negative size of a caller is refused even where the parameter is unsigned. The
+/// bytes of the frame must be within the distance that two pointers can have.
+/// @param pixelBytes  bytes of a pixel of the source or of the destination, whichever has
+///                    more
 constexpr bool IsPossible(int64_t width, int64_t height, int64_t pixelBytes) {
     constexpr int64_t kMostSide = std::numeric_limits<int32_t>::max();
     constexpr int64_t kMostBytes = std::numeric_limits<ptrdiff_t>::max();

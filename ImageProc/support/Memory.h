@@ -1,5 +1,5 @@
 #pragma once
-/// Failing allocations as a status.
+/// Turns failed allocations into a status.
 
 #include <new>
 
@@ -7,7 +7,8 @@
 
 namespace QyMemory {
 
-/// Runs what needs memory before it writes anything, and gives its status.
+/// Runs a function that allocates its memory before it writes anything, and returns its
+/// status.
 template <class Run>
 QY_STATUS OrNotEnough(const Run& run) {
     try {

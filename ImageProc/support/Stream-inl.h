@@ -1,4 +1,4 @@
-// Rows on their way past the caches. Included once for each instruction set, within
+// Writes rows past the caches. Included once for each instruction set, within
 // foreach_target.
 
 #if defined(QY_STREAM_INL_H) == defined(HWY_TARGET_TOGGLE)
@@ -19,9 +19,9 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Copies without taking the lines of the destination into the caches, but for
-/// those at the ends that it has only a part of. hwy::FlushStream() makes the bytes
-/// known to other threads.
+/// Copies bytes without fetching the lines of the destination into the caches, except the
+/// partial lines at its ends. hwy::FlushStream() must follow before other threads read
+/// the bytes.
 HWY_INLINE void CopyPastCaches(const uint8_t* src, uint8_t* dst, size_t size) {
     const hn::ScalableTag<uint8_t> d;
     const size_t lanes = hn::Lanes(d);

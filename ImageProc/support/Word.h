@@ -6,7 +6,7 @@
 
 namespace QySample {
 
-/// A 16-bit sample wherever it lies: callers may hand over odd addresses.
+/// A 16-bit sample at any address: callers may pass odd ones.
 class Word {
 public:
     Word() = default;

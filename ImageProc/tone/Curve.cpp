@@ -1,5 +1,5 @@
-// Curve segments. The values go into tables that are compared bit by bit, so the
-// order of the operations matters.
+// Segments of a curve. Applications compare tables bit by bit, so the order of the
+// operations on doubles matters.
 
 #include "tone/Curve.h"
 

@@ -8,7 +8,7 @@
 
 namespace QyTone {
 
-/// The whole number next to one that isn't negative.
+/// Rounds a number that isn't negative to the nearest integer.
 inline double Rounded(double value) {
     return std::floor(value + 0.5);
 }
@@ -18,15 +18,15 @@ struct Point {
     double y;
 };
 
-/// Both coordinates are from 0 to 1, but for points that only set a slope.
+/// Both coordinates of a point are from 0 to 1, except for points that only set a slope.
 class Curve {
 public:
     /// @throws std::bad_alloc
     Curve(size_t count, std::vector<Point> points) : m_points(std::move(points)), m_table(count) {}
 
-    /// Fills the table from point i1 to point i2; i0 and i3 set the slopes, and
-    /// one that equals its neighbour leaves the slope to the other. A later
-    /// segment overwrites the entry that it shares with one before.
+    /// Fills the table from point i1 to point i2. The points i0 and i3 set the slopes at
+    /// the ends; if i0 is i1, or i3 is i2, the slope at that end follows from the other
+    /// end. A segment overwrites the entry that it shares with an earlier one.
     /// @return the number of entries of the segment
     size_t Build(size_t i0, size_t i1, size_t i2, size_t i3);
 

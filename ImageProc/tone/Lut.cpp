@@ -1,4 +1,4 @@
-// The exported getters of tables. A null table asks for its size.
+// The exported functions that make tables. A null table asks for its size.
 
 #include <array>
 #include <cmath>
@@ -13,7 +13,7 @@ constexpr uint32_t kGammaKind = 0;
 constexpr uint32_t kContrastKind = 1;
 constexpr uint16_t kLutSize = 256;
 
-/// What a getter says before it makes a table.
+/// What is left to do after the sizes were checked.
 enum class Answer { Make, SizeOnly, Refused };
 
 template <class Size, class Fits>
@@ -46,7 +46,7 @@ void Finish(uint32_t* record, uint32_t kind, int32_t* size) {
     *size = QY_TONE_RECORD_SIZE;
 }
 
-/// Two tables of 12 bits, the second of which is put behind the first.
+/// The table that is being made, and the next one, which is applied to its results.
 struct Work {
     std::vector<uint32_t> tone = std::vector<uint32_t>(QyTone::kRecordWords);
     std::vector<uint32_t> next = std::vector<uint32_t>(QyTone::kRecordWords);
@@ -88,8 +88,8 @@ QY_STATUS QyGetGammatLut(uint32_t* lut, int32_t* size, double gamma) {
     if (!QyTone::IsGamma(gamma)) {
         return QY_PARAMETER_OUT_OF_BOUND;
     }
-    // Scaled by the number of entries and not by the last of them: the table of
-    // a gamma of 1 is exact.
+    // Scaled by the number of entries instead of the last one, so that a gamma of 1 makes
+    // an exact identity.
     constexpr auto kScale = static_cast<double>(QyTone::kRecordWords);
     for (size_t i = 0; i < QyTone::kRecordWords; ++i) {
         lut[i] = static_cast<uint32_t>(std::pow(static_cast<double>(i) * (1 / kScale), 1 / gamma) *

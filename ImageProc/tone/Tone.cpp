@@ -1,4 +1,4 @@
-// The exported adjustments of whole images: checks, and what each loop needs.
+// The exported functions that adjust whole images: checks, tables and matrices.
 
 #include <algorithm>
 #include <array>
@@ -20,7 +20,7 @@ QY_STATUS CheckBytes(const void* src, const void* dst, int32_t count) {
 
 using MakeTable = QY_STATUS (*)(int32_t factor, int32_t bits, uint32_t* table);
 
-/// Bytes through a table of 8 bits.
+/// Maps bytes by a table of 8 bits.
 QY_STATUS Adjust(const void* src, void* dst, int32_t count, int32_t factor, MakeTable make) {
     if (const QY_STATUS status = CheckBytes(src, dst, count); status != QY_OK) {
         return status;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kMiddle = 0.5;
 
-/// What a number of bits means for a table.
+/// The range of values of a number of bits.
 class Range {
 public:
     static bool IsServed(int32_t bits) { return bits >= 8 && bits <= 16; }
@@ -72,7 +72,7 @@ Curve LightnessCurve(int32_t lightness, const Range& range) {
     return curve;
 }
 
-/// What the three makers refuse alike.
+/// The checks of all three functions.
 QY_STATUS Check(bool isValue, int32_t bits, const uint32_t* table) {
     if (!isValue || !Range::IsServed(bits)) {
         return QY_PARAMETER_OUT_OF_BOUND;
@@ -122,7 +122,7 @@ QY_STATUS MakeGammaTable(int32_t bits, uint32_t* table, double gamma) {
     }
     const Range range(bits);
     for (int32_t i = 0; i <= range.Top(); ++i) {
-        // Cut off, unlike the curves, which are rounded.
+        // Truncated, while the two curves are rounded.
         const double y = std::pow(range.Coordinate(i), 1 / gamma);
         table[i] = static_cast<uint32_t>(y * range.Top());
     }

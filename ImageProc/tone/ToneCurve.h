@@ -1,8 +1,8 @@
 #pragma once
-/// The tables behind the tone functions: 2^bits words from and to 0 .. 2^bits - 1.
+/// Makes the tables of the tone functions: 2^bits words from 0 to 2^bits - 1.
 ///
-/// Bits from 8 to 16 are served, others and values outside their range give
-/// QY_PARAMETER_OUT_OF_BOUND, and a failure leaves the table as it was.
+/// `bits` is from 8 to 16. Other numbers and values outside their range return
+/// QY_PARAMETER_OUT_OF_BOUND. A failure doesn't change the table.
 
 #include "QyImageProc.h"
 
@@ -15,9 +15,10 @@ bool IsContrast(int32_t contrast);
 bool IsLightness(int32_t lightness);
 bool IsGamma(double gamma);
 
-/// An S curve around the fixed middle, or with a negative contrast its opposite.
+/// An S curve around the middle, which doesn't change; for a negative contrast its
+/// opposite.
 QY_STATUS MakeContrastTable(int32_t contrast, int32_t bits, uint32_t* table);
-/// Lifts the middle or pulls it down.
+/// Raises or lowers the middle.
 QY_STATUS MakeLightnessTable(int32_t lightness, int32_t bits, uint32_t* table);
 QY_STATUS MakeGammaTable(int32_t bits, uint32_t* table, double gamma);
 

@@ -40,7 +40,7 @@ void MapBytesLoop(const uint8_t* src, uint8_t* dst, size_t count, const uint8_t*
 
 #elif HWY_MAX_BYTES < 32
 
-// A vector of 16 bytes would take as many steps as looking each up alone.
+// With vectors of 16 bytes, the look-up would take as many steps as there are bytes.
 void MapBytesLoop(const uint8_t* src, uint8_t* dst, size_t count, const uint8_t* table) {
     for (size_t i = 0; i < count; ++i) {
         dst[i] = table[src[i]];
@@ -70,8 +70,8 @@ struct UpperBits {
     }
 };
 
-/// Looks all indices up in each part of 16 bytes, and picks among the parts by
-/// halves.
+/// Looks up all indices in each part of 16 bytes, and selects among the parts by the
+/// upper bits, half by half.
 template <size_t Size>
 HWY_INLINE hn::Vec<Bytes> Lookup(const uint8_t* table, hn::Vec<Bytes> lower,
                                  const UpperBits& upper) {
@@ -138,19 +138,19 @@ template <class Mix>
 HWY_INLINE void MixPixels(const uint8_t* src, uint8_t* dst, size_t count, const Mix& mix) {
     ForEachBlock<3>(src, dst, count, [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
         const Bytes d;
-        const Pixels mixed = mix(LoadThreesInto<Pixels>(d, in));
-        StoreThrees(mixed.b0, mixed.b1, mixed.b2, d, out);
+        const Pixels mixed = mix(FastLoadInterleaved3Into<Pixels>(d, in));
+        FastStoreInterleaved3(mixed.b0, mixed.b1, mixed.b2, d, out);
     });
 }
 
-/// The upper bytes of two vectors.
+/// The upper bytes of two vectors' lanes.
 HWY_INLINE hn::Vec<Bytes> JoinUpper(Vector even, Vector odd) {
     return hn::BitCast(Bytes(),
                        hn::Or(hn::ShiftRight<8>(even), hn::And(odd, hn::Set(Words(), 0xFF00))));
 }
 
-/// A row of the matrix by its sizes: what a byte has beyond its own 256ths, and
-/// what the two others add when it loses, or take when it gains.
+/// A row of the matrix by magnitudes: by how much the coefficient of the byte itself
+/// differs from 256, and the coefficients of the two others, whose sign is the opposite.
 /// @tparam Gains  whether the saturation grows
 template <bool Gains>
 class Row {
@@ -175,8 +175,8 @@ private:
     static Vector Size(int32_t factor) {
         return hn::Set(Words(), static_cast<uint16_t>(std::abs(factor)));
     }
-    /// In 256ths. What leaves the 16 bits on either side is cut off by the limits
-    /// of a byte as well, and the difference fits since one of its parts is 0.
+    /// In 256ths. A sum that saturates at 16 bits would be limited to a byte anyway, and
+    /// the difference fits because one of its parts is 0.
     HWY_INLINE Vector Sum(Vector scaled, Vector own, Vector one, Vector other) const {
         const Vector change = hn::Mul(own, m_own);
         const Vector mixed = hn::Add(hn::Mul(one, m_one), hn::Mul(other, m_other));

@@ -1,13 +1,12 @@
 #pragma once
-/// Adjustments of whole images with the widest vectors that the machine has. All
-/// may work in place.
+/// Adjusts whole images with the widest vectors that the machine has. In place allowed.
 
 #include <cstddef>
 #include <cstdint>
 
 namespace QyTone {
 
-/// Puts each byte through a table of 256 bytes.
+/// Maps each byte by a table of 256 bytes.
 void MapBytes(const uint8_t* src, uint8_t* dst, size_t count, const uint8_t* table);
 
 /// Coefficients of a saturation, in 256ths.
@@ -19,11 +18,11 @@ struct SaturationMatrix {
     int32_t e;
 };
 
-/// Mixes the three bytes of each pixel. The matrix is that of a saturation: `a`
-/// differs from 256 by less than 180 and the others from 0 by less than 160.
+/// Mixes the three bytes of each pixel. The matrix must be that of a saturation, whose
+/// `a` differs from 256 by less than 180, and whose others are between -160 and 160.
 void Saturate(const uint8_t* src, uint8_t* dst, size_t pixels, const SaturationMatrix& matrix);
 
-/// The lightness of each pixel of three bytes in all three.
+/// Sets all three bytes of each pixel to its lightness.
 void ToGrey(const uint8_t* src, uint8_t* dst, size_t pixels);
 
 }  // namespace QyTone

@@ -34,7 +34,8 @@ void CheckReturn(IDataStream& stream, const char* call, const OvPlace& place) {
     CheckFrameCall(stream, stream.DoIsDataStreamAcquisiton(), call, place);
 }
 
-/// A call that fetches frames, inside the camera's gate. Raises in the wrong state.
+/// A call that fetches frames. It stays inside the camera's gate, so that a stop waits
+/// for it. Throws in the wrong state.
 class CFetchCall {
 public:
     CFetchCall(COvDeviceInfo& info, const char* call, const OvPlace& place)

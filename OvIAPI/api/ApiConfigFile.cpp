@@ -1,4 +1,4 @@
-// All settings of a camera, to a file and back.
+// Saves all settings of a camera to a file, and restores them.
 
 #include <fstream>
 #include <numeric>

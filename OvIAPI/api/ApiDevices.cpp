@@ -14,7 +14,7 @@ namespace {
 void UpdateList(OvSearchMode mode, uint32_t* count, uint32_t timeout) {
     CDeviceManager& manager = CDeviceManager::GetInstance();
     const CAutoLock lock(manager.GetApiLock());
-    // The library may have been closed while this call waited.
+    // Another thread may have closed the library while this call waited for the lock.
     manager.CheckInit();
     manager.GetDeviceInfoFactory().SetSearchMode(mode);
     manager.GetDeviceInfoFactory().UpdateDeviceList(count, timeout);

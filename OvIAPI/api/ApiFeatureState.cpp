@@ -1,4 +1,4 @@
-// What a feature is called, and what can be done with it now.
+// A feature's name, and whether it exists and can be read or written at present.
 
 #include <cstring>
 

@@ -91,7 +91,7 @@ OV_STATUS OVGetBuffer(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, uint8_t* p
         if (*pnSize < size) {
             OV_RAISE(CNeedMoreBufferError, "Need more buffer to get buffer");
         }
-        // A read that fails in the middle leaves the caller's memory alone.
+        // Reads into own memory first: a read that fails halfway must not change the caller's.
         const auto content = std::make_unique<uint8_t[]>(size);
         control.DoGetBuffer(feature.Name(), size, content.get());
         std::copy_n(content.get(), size, pBuffer);

@@ -34,7 +34,8 @@ CFeatureControl& ControlOf(const COvDeviceInfo& info) {
     return GetFeatureControl(info, OV_FEATURE_LEVEL_REMOTE_DEVICE);
 }
 
-/// @param refusal  the text before the feature's name: reading and writing have different ones
+/// @param refusal  text of the failure up to the feature's name; it differs between
+///                 reading and writing
 void CheckImplemented(const IFeatureControl& control, const char* refusal, const OvPlace& place) {
     for (const char* const name : kNames) {
         if (!control.DoIsImplemented(name)) {
@@ -58,7 +59,7 @@ size_t SizeOf(const std::string& text) {
 
 /// Writes no text unless all of them fit. A size without a text is a question, and its
 /// answer is written even if another text doesn't fit.
-void GiveTexts(const Texts& texts, const TextTargets& targets, const OvPlace& place) {
+void CopyTexts(const Texts& texts, const TextTargets& targets, const OvPlace& place) {
     for (size_t i = 0; i < kFeatures; ++i) {
         if (targets[i].text == nullptr) {
             *targets[i].size = SizeOf(texts[i]);
@@ -103,7 +104,7 @@ OV_STATUS OVGetDevicePersistentIpAddress(OV_DEV_HANDLE hDevice, char* pszIP, siz
     OV_CHECK_POINTER(pnDefaultGatewayLength);
     const CFeatureControl& control = ControlOf(info);
     CheckImplemented(control, "Not implemented ", OV_HERE);
-    GiveTexts(ReadTexts(control),
+    CopyTexts(ReadTexts(control),
               {{{pszIP, pnIPLength},
                 {pszSubnetMask, pnSubnetMaskLength},
                 {pszDefaultGateway, pnDefaultGatewayLength}}},

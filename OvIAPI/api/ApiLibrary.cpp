@@ -31,7 +31,7 @@ OV_STATUS OVInitLib(void) try {
     }
     const CAutoLock lock(manager.GetApiLock());
     if (manager.IsInitialised()) {
-        // By another thread, whose call this one waited for.
+        // Another thread has initialised it while this call waited for the lock.
         return OV_STATUS_SUCCESS;
     }
     ITLManager::GetInstance()->DoInit(COvString::SplitString(kProducers, ";"));

@@ -11,7 +11,7 @@ using namespace OVTLClass;
 
 namespace {
 
-/// The camera's port and the producer that serves it.
+/// The camera's port, and the producer whose functions access it.
 struct RawPort {
     std::shared_ptr<const CGenTLLib> lib;
     void* handle;

@@ -1,5 +1,5 @@
 #pragma once
-/// The state of the library, and the checks that every exported function makes.
+/// The state of the library, and the checks at the beginning of every exported function.
 
 #include <atomic>
 
@@ -9,19 +9,20 @@
 #include "devices/DeviceInfoFactory.h"
 #include "errors/Place.h"
 
-/// One per process. Its destruction closes nothing.
+/// The one instance of the process. Its destructor closes nothing: a program may end with
+/// cameras open.
 class CDeviceManager {
 public:
     static CDeviceManager& GetInstance();
     CDeviceManager(const CDeviceManager&) = delete;
     CDeviceManager& operator=(const CDeviceManager&) = delete;
 
-    /// Raises "Not init API" before OVInitLib.
+    /// Throws "Not init API" before OVInitLib.
     void CheckInit() const;
     bool IsInitialised() const { return m_initialised; }
     void SetInitialised(bool initialised) { m_initialised = initialised; }
 
-    /// Raises "Invalid feature ID" for an identifier of no feature.
+    /// Throws "Invalid feature ID" if no feature has the identifier.
     const char* GetFeatureName(OV_FEATURE_ID featureID) const;
 
     CDeviceInfoFactory& GetDeviceInfoFactory() { return m_deviceInfoFactory; }
@@ -37,17 +38,18 @@ private:
     OVTLClass::CLock m_apiLock{OVTLClass::LockRank::Api};
 };
 
-/// The first step of an exported function: the instance, initialised.
+/// The first step of an exported function: returns the instance, and throws unless the
+/// library is initialised.
 CDeviceManager& EnterApi();
 
-/// Raises "NULL Pointer" for a null pointer.
+/// Throws "NULL Pointer" for a null pointer.
 void CheckPointer(const void* pointer, const OvPlace& place);
 
-/// The open camera of a handle. Raises "Invalid device handle" for null and for a camera that
+/// The open camera of a handle. Throws "Invalid device handle" for null and for a camera that
 /// is no longer open.
 COvDeviceInfo& VerifyDeviceHandle(OV_DEV_HANDLE hDevice, const OvPlace& place);
 
-/// Both: how an exported function of an open camera begins.
+/// Both: the beginning of every exported function that takes a handle.
 COvDeviceInfo& EnterCamera(OV_DEV_HANDLE hDevice, const OvPlace& place);
 
 #define OV_CHECK_POINTER(pointer) CheckPointer((pointer), OV_HERE)

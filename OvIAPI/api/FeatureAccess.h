@@ -8,19 +8,19 @@ namespace OVTLClass {
 class CFeatureControl;
 }
 
-/// Raises "FeatureID type error" for an identifier of another type.
+/// Throws "FeatureID type error" for an identifier of another type.
 void CheckFeatureType(OV_FEATURE_ID featureID, OV_FEATURE_TYPE type);
 
-/// The control of the module that the identifier's level names, which knows the time
-/// then.
+/// The control of the module that the identifier's level names. Values of polled features
+/// whose time has passed are dropped first.
 OVTLClass::CFeatureControl& GetFeatureControl(const COvDeviceInfo& info, OV_FEATURE_ID featureID);
 
-/// Whether a module of the camera has that callback registered.
+/// Whether the callback is registered on a module of the camera.
 bool HasFeatureCallback(const COvDeviceInfo& info, const void* handle);
 
-/// The checks that every typed feature call begins with, in their order:
-/// initialised, handle, type, name. The control is looked for later, since the
-/// pointers of the caller are tested in between.
+/// The checks at the beginning of every typed feature call, in this order: initialised,
+/// handle, type, name. The control is looked up later because the caller's pointers are
+/// checked before it.
 class CFeatureAccess {
 public:
     CFeatureAccess(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, OV_FEATURE_TYPE type,

@@ -1,16 +1,16 @@
 #pragma once
-/// From a feature's identifier to its name.
+/// Names of features by their identifiers.
 
 #include <map>
 
 #include "OvIDef.h"
 
-/// Constant after construction.
+/// Doesn't change after its construction, so that threads need no lock.
 class CFeatureTable {
 public:
     CFeatureTable();
 
-    /// The name, or null for an identifier of no feature.
+    /// The name, or null if no feature has the identifier.
     const char* Find(OV_FEATURE_ID featureID) const;
     size_t GetSize() const { return m_names.size(); }
 

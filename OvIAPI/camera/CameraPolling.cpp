@@ -22,7 +22,7 @@ int64_t ShorterPeriod(int64_t left, int64_t right) {
     return left < 0 || right < 0 ? std::max(left, right) : std::min(left, right);
 }
 
-/// In milliseconds; -1 when no node is polled.
+/// The shortest polling time of a map's nodes in milliseconds; -1 if none is polled.
 int64_t ShortestPeriod(GenApi_3_0_ORVANE::INodeMap& map) {
     GenApi_3_0_ORVANE::node_vector nodes;
     map.GetNodes(nodes);

@@ -1,6 +1,6 @@
 #pragma once
-/// Features that change by themselves: their values are dropped once their polling
-/// time is over.
+/// Polling of features that change by themselves: their cached values are dropped when
+/// their polling time has passed.
 
 #include <array>
 #include <atomic>
@@ -16,14 +16,14 @@ namespace OVTLClass {
 class IDevice;
 }
 
-/// One node map, and when it was told the time.
+/// One node map, and the time of its last poll.
 class CPolledMap {
 public:
-    /// Begins to measure. The map stays until the camera is closed.
+    /// Starts the measurement of time. The map must exist until the camera is closed.
     void Begin(GenApi_3_0_ORVANE::CNodeMapRef& map);
-    /// The shortest polling time of its nodes in milliseconds; -1 without any.
+    /// The shortest polling time of its nodes in milliseconds; -1 if none is polled.
     int64_t GetPeriod() const { return m_period; }
-    /// Hands the map the time since the last call; nothing without polled nodes.
+    /// Passes the time since the last call to the map. Does nothing without polled nodes.
     void Poll();
 
 private:
@@ -32,23 +32,24 @@ private:
     std::atomic<int64_t> m_last{0};
 };
 
-/// The node maps of one open camera.
+/// Polling of all node maps of one open camera.
 class CCameraPolling {
 public:
     CCameraPolling() = default;
     CCameraPolling(const CCameraPolling&) = delete;
     CCameraPolling& operator=(const CCameraPolling&) = delete;
 
-    /// To be called when the camera and its stream are open.
+    /// To be called once, after the camera and its stream were opened.
     void Begin(OVTLClass::IDevice& camera, GenApi_3_0_ORVANE::CNodeMapRef& stream);
-    /// The shortest period of its maps; -1 when none has polled nodes.
+    /// The shortest period of its maps in milliseconds; -1 if none has polled nodes.
     int64_t GetPeriod() const { return m_period; }
 
-    /// For the thread that polls.
+    /// Polls all maps. The polling thread calls it.
     void Poll();
-    /// Polls the map that a call is about to use, unless the thread does.
+    /// Polls the map that a call is about to use, unless the polling thread watches the
+    /// camera.
     void PollBeforeCall(OV_FEATURE_LEVEL level);
-    /// Whether the thread polls this camera.
+    /// Says whether the polling thread watches this camera.
     void SetWatched(bool watched) { m_isWatched = watched; }
 
 private:

@@ -1,5 +1,6 @@
 #pragma once
-/// One camera as the flat interface knows it; what a handle points at.
+/// One camera of the flat interface: an entry of the device list, or the object that a
+/// handle points to.
 
 #include <cstdint>
 #include <memory>
@@ -22,8 +23,9 @@ public:
     virtual ~IOvDeviceInfo() = default;
 };
 
-/// The four addresses of a camera or an adapter, as numbers with the first part
-/// in the top byte of 32 (MAC: of 48) bits, and as text.
+/// The four addresses of a camera or an adapter, as numbers and as texts. The first part
+/// of an address is the highest byte of its number, which has 48 bits for a MAC and 32
+/// for the others.
 struct OvAddresses {
     int64_t mac = 0;
     int64_t ip = 0;
@@ -43,16 +45,16 @@ public:
     ~COvDeviceInfo() override = default;
     COvDeviceInfo& operator=(const COvDeviceInfo&) = delete;
 
-    /// Decides the class from the transport of the camera and the ID of its
-    /// producer.
+    /// Sets the device class that follows from the camera's transport and its producer's
+    /// ID.
     virtual void SetDeviceClass(const std::string& tlType, const std::string& tlId);
     /// A copy with locks and a frame pool of its own.
     virtual std::unique_ptr<COvDeviceInfo> Clone() const;
 
     void SetDevice(std::shared_ptr<OVTLClass::IDevice> device) { m_device = std::move(device); }
     const std::shared_ptr<OVTLClass::IDevice>& GetDevice() const { return m_device; }
-    /// The first stream; the only one that is ever opened. It is looked up once:
-    /// calls that fetch frames take no memory.
+    /// The first stream, the only one that is ever opened. It is looked up once, so that
+    /// calls that fetch frames allocate nothing.
     std::shared_ptr<OVTLClass::IDataStream> GetStream() const;
 
     void SetAccessStatus(int32_t producerStatus);
@@ -66,7 +68,7 @@ public:
 
     CFramePool& GetFramePool() { return m_framePool; }
     CFetchGate& GetFetchGate() { return m_fetchGate; }
-    /// Held for the whole of a start or a stop.
+    /// Starts and stops hold it from beginning to end.
     OVTLClass::CLock& GetAcquisitionLock() { return m_acquisitionLock; }
     CCameraPolling& GetPolling() const { return m_polling; }
 

@@ -33,7 +33,8 @@ bool CFetchGate::TryEnter() noexcept {
 }
 
 void CFetchGate::Leave() noexcept {
-    // Whoever waits may destroy the gate as soon as the lock is free.
+    // Notifies with the lock held: the thread that waits may destroy the gate as soon as
+    // the lock is free.
     const std::scoped_lock lock(m_mutex);
     if (--m_inside == 0 && !m_isOpen) {
         m_empty.notify_all();

@@ -1,13 +1,14 @@
 #pragma once
-/// Who is fetching frames of one camera, and whether anybody still may.
+/// Counts the calls that fetch frames of one camera, and keeps new ones out during a
+/// stop.
 
 #include <condition_variable>
 #include <cstddef>
 #include <mutex>
 
-/// A fetch works on buffers that a stop takes away. The stop closes the gate, wakes
-/// the fetches that are inside until all have left, and only then goes on; none
-/// comes in before the next start opens the gate again.
+/// A fetch works on buffers that a stop takes away. The stop therefore closes the gate
+/// and wakes the fetches inside until all have left; only then it goes on. The next start
+/// opens the gate again.
 class CFetchGate {
 public:
     CFetchGate() = default;
@@ -16,25 +17,25 @@ public:
     CFetchGate& operator=(const CFetchGate&) = delete;
 
     void Open() noexcept;
-    /// Lets nobody in from here on. Those inside stay.
+    /// Lets no fetch in from now on. Those inside stay inside.
     /// @return whether nobody is inside
     [[nodiscard]] bool Close() noexcept;
-    /// Whether the caller is inside now.
+    /// @return whether the caller is inside now and must call Leave()
     [[nodiscard]] bool TryEnter() noexcept;
     void Leave() noexcept;
-    /// Waits a moment for all to leave.
+    /// Waits for a short time until all have left.
     /// @return whether nobody is inside
     [[nodiscard]] bool WaitUntilEmpty();
 
 private:
-    /// Of no rank: nothing else is taken while it is held.
+    /// Has no rank because no other lock is taken while it is held.
     std::mutex m_mutex;
     std::condition_variable m_empty;
     bool m_isOpen = false;
     size_t m_inside = 0;
 };
 
-/// Inside a gate for the life of a scope, when the gate was open.
+/// Enters a gate, if it is open, for the lifetime of the object.
 class CFetch {
 public:
     explicit CFetch(CFetchGate& gate) : m_gate(gate.TryEnter() ? &gate : nullptr) {}

@@ -1,5 +1,5 @@
 #pragma once
-/// The records behind the frames on loan of one camera.
+/// The records that the application receives for frames on loan.
 
 #include <list>
 #include <mutex>
@@ -7,9 +7,9 @@
 #include "OvIDef.h"
 #include "TLClassSupport/OvLock.h"
 
-/// A record is free or delivered. Records move between the two queues without
-/// being made anew: lending a frame takes no memory. The lock of the free ones is always taken
-/// before that of the delivered ones.
+/// A record is free or delivered. Lending a frame moves a record between the two queues
+/// and so allocates nothing. The lock of the free records is always taken before that of
+/// the delivered ones.
 class CFramePool {
 public:
     CFramePool() = default;
@@ -17,16 +17,17 @@ public:
     CFramePool(const CFramePool&) = delete;
     CFramePool& operator=(const CFramePool&) = delete;
 
-    /// Frees the pool and fills it with blank records. Without memory for them
-    /// nothing changes.
+    /// Empties the pool and fills it with blank records. If there is no memory for them,
+    /// the pool keeps its content.
     void Make(size_t count);
-    /// A free record, now delivered, with that content; null when none is free.
-    /// It is filled here, under the locks: a stop on another thread takes it.
+    /// Delivers a free record with that content; null if none is free. The record is
+    /// filled under the locks because a stop on another thread may return it at once.
     OV_FRAME_BUFFER* Take(const OV_FRAME_BUFFER& content);
-    /// Gives a delivered record and its buffer back. False for any other pointer.
+    /// Returns a delivered record to the pool and its buffer to the producer.
+    /// @return false if the pointer isn't a delivered record
     bool Return(OV_FRAME_BUFFER* frame);
     void ReturnAll();
-    /// Gives all delivered buffers back; no record is left.
+    /// Returns all delivered buffers to the producer and removes all records.
     void Free();
 
 private:
@@ -39,8 +40,8 @@ private:
     Queue m_free;
     OVTLClass::CLock m_deliveredMutex{OVTLClass::LockRank::LentFrames};
     Queue m_delivered;
-    /// On loan when the pool was freed, the last ones first. They are kept for a
-    /// while, so that no frame is lent at the address of one that somebody still
-    /// means to give back.
+    /// Records that were on loan when the pool was emptied, the latest first. They are
+    /// kept for a while: an application may return such a frame late, and no newer frame
+    /// may have its address by then.
     Queue m_retired;
 };

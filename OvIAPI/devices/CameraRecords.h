@@ -1,11 +1,11 @@
 #pragma once
-/// What the interface's records say of a camera.
+/// Fills the records of the flat interface that describe a camera.
 
 #include "OvIDef.h"
 
 class COvDeviceInfo;
 
-/// A record that is filled anew. A text that is too long for its field is cut.
+/// Overwrites the record. Texts that are too long for their fields are cut.
 void FillRecord(OV_DEVICE_BASE_INFO& record, const COvDeviceInfo& camera);
-/// The same for the addresses of a GigE Vision camera and of its adapter.
+/// The same for the addresses of a GigE Vision camera and those of its adapter.
 void FillRecord(OV_DEVICE_IP_INFO& record, const COvDeviceInfo& camera);

@@ -126,7 +126,8 @@ OV_DEV_HANDLE CDeviceInfoFactory::__OpenDeviceByIP(const std::string& ip, OV_ACC
         OV_RAISE_AT(CInvalidAccessError, place, "The device has already been opened");
     }
     const std::shared_ptr<IDevice> device = OpenOnAnyInterface(ip, accessMode, place);
-    // Without a handle nobody could close the camera.
+    // If the table has no memory for the handle, the camera is closed here: nobody else
+    // could.
     CRollback close([&device] { device->DoCloseDevice(); });
     auto info = std::make_unique<COvDeviceInfo>();
     info->SetDevice(device);

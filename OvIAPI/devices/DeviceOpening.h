@@ -1,5 +1,5 @@
 #pragma once
-/// Opening a camera, from the list or by its address alone.
+/// Opens a camera of the list, or one of which only the address is known.
 
 #include <memory>
 #include <string>
@@ -12,13 +12,13 @@ namespace OVTLClass {
 class IDevice;
 }
 
-/// An open device.
+/// Opens a device, and closes it again unless the opening is committed.
 class COpenDeviceAgency : public OVTLClass::CAgency {
 public:
     COpenDeviceAgency(OVTLClass::IDevice& device, OV_ACCESS_MODE accessMode);
 };
 
-/// An open first stream.
+/// Opens the first stream, and closes it again unless the opening is committed.
 class COpenDataStreamAgency : public OVTLClass::CAgency {
 public:
     COpenDataStreamAgency(OVTLClass::IDevice& device, const OvPlace& place);

@@ -31,10 +31,10 @@ void UpdateAll(const TLList& tls, OvSearchMode mode, unsigned timeout) {
     CGenericUpdateAgency(others).DoUpdate(timeout, 0, changed);
 }
 
-OvDeviceInfoList ReadDevicesOfAll(const TLList& tls) {
+OvDeviceInfoList ListCamerasOfAll(const TLList& tls) {
     OvDeviceInfoList list;
     for (const auto& tl : tls) {
-        const OvDeviceInfoList devices = ReadDevicesOf(*tl);
+        const OvDeviceInfoList devices = ListCamerasOf(*tl);
         list.insert(list.end(), devices.begin(), devices.end());
     }
     return list;
@@ -46,7 +46,7 @@ OvDeviceInfoList CDeviceSearch::Run(unsigned timeout) {
     const CAutoLock lock(m_lock);
     const TLList tls = ITLManager::GetInstance()->DoGetTLList();
     UpdateAll(tls, m_mode, timeout);
-    return ReadDevicesOfAll(tls);
+    return ListCamerasOfAll(tls);
 }
 
 OvDeviceInfoList SearchWholeNetwork() {
@@ -56,5 +56,5 @@ OvDeviceInfoList SearchWholeNetwork() {
         .DoUpdateInWholeNetwork(kWholeNetworkTimeout, kWholeNetworkInterval, changed);
     TLList gev;
     std::copy_if(tls.begin(), tls.end(), std::back_inserter(gev), &CTLQuery::IsGevTL);
-    return ReadDevicesOfAll(gev);
+    return ListCamerasOfAll(gev);
 }

@@ -11,8 +11,8 @@
 #include "camera/DeviceInfo.h"
 #include "errors/Place.h"
 
-/// Any thread may ask while another replaces the list. An application counts the
-/// cameras from 1.
+/// Any thread may read the list while another replaces it. Positions count from 1, as
+/// those of the flat interface do.
 class CKnownCameras {
 public:
     using Camera = std::shared_ptr<COvDeviceInfo>;
@@ -27,18 +27,20 @@ public:
     void Clear();
     bool IsEmpty() const;
 
-    /// Null when the list is shorter.
+    /// The camera at a position; null if the list is shorter.
     /// @param index  from 1
     Camera FindByIndex(uint32_t index) const;
-    /// The first camera with that serial number, address or user ID; null without one.
+    /// The first camera that has that serial number, address or user ID; null if none
+    /// has.
     Camera FindByKey(OV_OPEN_MODE mode, const std::string& key) const;
 
     /// Fills a record for each camera.
     /// @param records  null to ask for the size
-    /// @param size     of the caller's memory in bytes, then the size that is needed;
-    ///                 0 when the memory is too small, which raises
+    /// @param size     in: bytes of records; out: bytes that are needed, or 0 if the
+    ///                 memory is too small, for which the call throws
     void GetBaseInfo(OV_DEVICE_BASE_INFO* records, size_t* size, const OvPlace& place) const;
-    /// Raises for an index beyond the list and for a camera that isn't GigE Vision.
+    /// Throws for an index beyond the list and for a camera that isn't a GigE Vision
+    /// camera.
     /// @param index  from 1
     void GetIPInfo(uint32_t index, OV_DEVICE_IP_INFO& record, const OvPlace& place) const;
 

@@ -35,8 +35,8 @@ OV_DEV_HANDLE COpenCameras::Add(std::unique_ptr<COvDeviceInfo> camera) {
 bool COpenCameras::IsOpenAt(const std::string& ip) const {
     const std::string id = IdOfAddress(Cipcalc().StringToInt(ip));
     const auto isOpenAt = [&](const auto& camera) {
-        // A camera that was opened by its address has no address text of its own, but
-        // the ID that it was made with.
+        // A camera that was opened by its address alone has no address text: its device
+        // ID is made of the address.
         const bool isAt = camera->deviceAddresses.ipText == ip ||
                           camera->GetDevice()->DoGetDeviceInfo().id.value == id;
         return isAt && camera->GetDevice()->DoIsDeviceOpen();

@@ -1,5 +1,5 @@
 #pragma once
-/// The cameras whose handles applications have.
+/// The open cameras: those whose handles are valid.
 
 #include <condition_variable>
 #include <memory>
@@ -11,13 +11,14 @@
 #include "camera/DeviceInfo.h"
 #include "errors/Place.h"
 
-/// Raises "Can't <what> in <kind> callback" on a thread that runs a callback of the
-/// camera: the close waits for the end of the callback.
+/// Throws "Can't <what> in <kind> callback" on a thread that runs a callback of the
+/// camera, because a close waits for the callback to return.
 void CheckMayClose(const COvDeviceInfo& camera, const char* what, const OvPlace& place);
 
-/// A camera is open until a thread begins to close it; it stays in the table until
-/// that thread has ended. Callbacks of the camera may run until then, and the close
-/// waits for them: that thread holds no lock of this class meanwhile.
+/// A camera is open until a thread begins to close it, and stays in the table until that
+/// thread has closed it. Its callbacks may run until then. The thread that closes it
+/// waits for them and holds no lock of this class meanwhile, because a callback may call
+/// functions that need the lock.
 class COpenCameras {
 public:
     COpenCameras() = default;
@@ -25,19 +26,20 @@ public:
     COpenCameras& operator=(const COpenCameras&) = delete;
 
     OV_DEV_HANDLE Add(std::unique_ptr<COvDeviceInfo> camera);
-    /// Whether a camera of that address is open, being closed included.
+    /// Whether a camera of that address is open or being closed.
     bool IsOpenAt(const std::string& ip) const;
 
-    // Whoever takes a camera from one of these closes it and calls EndClosing.
+    // The next two return a camera that the caller must close and then pass to EndClosing().
 
-    /// @return null when the camera isn't open, or no longer: the call has waited for the
-    ///         other thread that closed it
+    /// @return null if the camera isn't open. If another thread was closing it, the call
+    ///         has waited for that thread
     COvDeviceInfo* BeginClosing(const COvDeviceInfo& camera);
-    /// The camera that was opened last. Raises when the calling thread runs a callback of
-    /// that camera, or of one that is being closed.
-    /// @return null when none is left, after waiting for those that are being closed
+    /// Returns the camera that was opened last. Throws if the calling thread runs a
+    /// callback of that camera, or of one that is being closed.
+    /// @return null if none is open, after those that other threads were closing are
+    ///         closed
     COvDeviceInfo* BeginClosingLast(const OvPlace& place);
-    /// Destroys the camera: its handle is void.
+    /// Destroys the camera. Its handle is invalid afterwards.
     void EndClosing(const COvDeviceInfo& camera);
 
 private:
@@ -46,7 +48,7 @@ private:
     static List::iterator __Find(List& list, const COvDeviceInfo& camera);
     COvDeviceInfo* __MoveToClosing(List::iterator opened);
 
-    /// Of both lists.
+    /// Guards both lists.
     mutable OVTLClass::CLock m_lock{OVTLClass::LockRank::Handles};
     List m_open;
     List m_closing;

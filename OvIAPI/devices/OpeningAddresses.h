@@ -7,7 +7,7 @@
 
 #include "TLClassSupport/OvLock.h"
 
-/// One thread at a time opens what is at an address.
+/// Lets one thread at a time open the camera at an address.
 class COpeningAddresses {
 public:
     COpeningAddresses() = default;

@@ -1,5 +1,5 @@
 #pragma once
-/// The refusal of calls that a camera's callbacks may not make.
+/// Refuses calls that a camera's callbacks may not make.
 
 #include <initializer_list>
 
@@ -10,7 +10,7 @@ namespace OVTLClass {
 class IDevice;
 }
 
-/// Raises "Can't <what> in <kind> callback" when the calling thread runs one of
-/// those callbacks of the camera; the first that fits counts.
+/// Throws "Can't <what> in <kind> callback" if the calling thread runs a callback of the
+/// camera of one of those kinds. The text names the first kind that fits.
 void CheckNotInCallback(const OVTLClass::IDevice& camera, const char* what,
                         std::initializer_list<OVTLClass::CallbackKind> kinds, const OvPlace& place);

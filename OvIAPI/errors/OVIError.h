@@ -1,12 +1,14 @@
 #pragma once
-/// The last failure of a thread, and the one ladder from exception to status.
+/// The last failure of each thread, and the one place that turns an exception into a
+/// status.
 
 #include <string>
 #include <string_view>
 
 #include "OvIDef.h"
 
-/// One per thread: built at the thread's first use, gone with it.
+/// Each thread has its own. It is constructed at the thread's first call and destroyed
+/// when the thread ends.
 class COVIError {
 public:
     COVIError() = default;
@@ -14,16 +16,16 @@ public:
     COVIError(const COVIError&) = delete;
     COVIError& operator=(const COVIError&) = delete;
 
-    /// The record of the calling thread. Takes no memory: it is asked for where
-    /// there is none.
+    /// The record of the calling thread. Allocates nothing: it is needed when there is no
+    /// memory.
     static COVIError& GetInstance() noexcept;
 
-    /// Stores the status with the text "{status}text". Nothing for a null text.
+    /// Stores the status with the text "{status}text". Does nothing for a null text.
     void Set(OV_STATUS status, const char* text);
     /// Back to "no error".
     void Reset() noexcept;
 
-    /// Ends with a zero.
+    /// Zero-terminated.
     std::string_view GetText() const noexcept;
     OV_STATUS GetStatus() const { return m_status; }
 
@@ -33,6 +35,6 @@ private:
     OV_STATUS m_status = OV_STATUS_SUCCESS;
 };
 
-/// To be called in a catch (...) at the boundary: stores the exception that is
-/// being handled in the thread's record and gives its status. Nothing leaves it.
+/// To be called in a catch (...) of an exported function: stores the exception that is
+/// being handled in the thread's record and returns its status. Never throws.
 OV_STATUS CaughtStatus() noexcept;

@@ -1,6 +1,7 @@
 #pragma once
-/// Where an exported function stands. What its helpers raise names it: an
-/// application knows the functions that it calls.
+/// The place of an exported function in the sources. Exceptions of its helpers name this
+/// place instead of their own, because an application knows only the functions that it
+/// calls.
 
 struct OvPlace {
     const char* file;

@@ -1,5 +1,5 @@
 #pragma once
-/// The bridges from a camera's events to an application's callbacks.
+/// Pass a camera's events to the application's callbacks.
 
 #include "OvIDef.h"
 #include "TLClassSupport/EventCallback.h"
@@ -14,7 +14,7 @@ public:
         : m_userParam(userParam), m_function(function) {}
 
     OVTLClass::IDeviceOfflineCallback* Clone() const override;
-    /// Nothing for a null function.
+    /// Does nothing if the function is null.
     void operator()() override;
 
 private:
@@ -22,16 +22,16 @@ private:
     OVDeviceOfflineCallback m_function;
 };
 
-/// Knows the camera, which outlives it, to tell the calls that the callback makes
-/// whose it is.
+/// Refers to the camera, which must outlive it: while the callback runs, calls that it
+/// makes are recognised as calls from a callback of this camera.
 class COvFeatureCallback : public OVTLClass::IFeatureCallback {
 public:
     COvFeatureCallback(OVTLClass::IDevice& camera, void* userParam, OVFeatureCallback function,
                        OV_FEATURE_ID featureID)
         : m_camera(camera), m_userParam(userParam), m_function(function), m_featureID(featureID) {}
 
-    /// Tells the identifier that was registered, whatever node changed. Nothing
-    /// for a null function.
+    /// Passes the identifier that was registered, whichever node changed. Does nothing if
+    /// the function is null.
     void operator()(GenApi_3_0_ORVANE::INode* node) override;
     OVTLClass::IFeatureCallback* Clone() const override;
 

@@ -1,5 +1,5 @@
 #pragma once
-/// The thread that polls the cameras whose features somebody listens to.
+/// The thread that polls the cameras that have feature callbacks.
 
 #include <chrono>
 #include <condition_variable>
@@ -10,21 +10,22 @@
 #include "TLClassSupport/VxThread.h"
 #include "camera/CameraPolling.h"
 
-/// One thread for all cameras, as long as one of them has listeners and polled
-/// features. Whoever adds or removes a listener may hold the lock of a map, for
-/// which the thread may wait; so these never wait for the thread.
+/// One thread serves all cameras. It runs as long as a camera has both listeners and
+/// polled features. AddListener() and RemoveListener() don't wait for the thread: their
+/// callers may hold the lock of a node map for which the thread is waiting.
 class CPollingThread {
 public:
     CPollingThread() = default;
     CPollingThread(const CPollingThread&) = delete;
     CPollingThread& operator=(const CPollingThread&) = delete;
 
-    /// Nothing for a camera without polled features. Raises when the system gives
-    /// no thread; the listener isn't counted then.
+    /// Does nothing for a camera without polled features. Throws if the system can't
+    /// start a thread; the listener isn't counted then.
     void AddListener(CCameraPolling& camera);
     void RemoveListener(CCameraPolling& camera);
-    /// Removes all listeners, and waits until the thread is off the camera, and for
-    /// its end if it was the last one. Not from a callback of this camera.
+    /// Removes all listeners and waits until the thread doesn't use the camera any more;
+    /// if it was the last camera, until the thread has ended. Must not be called from a
+    /// callback of this camera.
     void Detach(CCameraPolling& camera);
 
 private:
@@ -39,13 +40,14 @@ private:
     static void* __OnThread(void* self);
     std::vector<Watched>::iterator __Find(const CCameraPolling& camera);
     void __Drop(std::vector<Watched>::iterator watched);
-    /// The camera that is due, after waiting for it. Null when there is none left, and
-    /// the thread has ended its work then.
+    /// Waits until a camera is due and returns it. Returns null if there is no camera
+    /// left; the thread must end then.
     CCameraPolling* __WaitForNext();
     void __EndPoll();
     void __JoinIfIdle();
 
-    /// Held while the thread is started or joined, which has ended its work then.
+    /// Held while the thread is started or joined. It is only joined after it has left
+    /// its loop.
     OVTLClass::CLock m_threadLock{OVTLClass::LockRank::PollingThread};
     OVTLClass::CVxThread m_thread;
 
@@ -56,7 +58,7 @@ private:
     bool m_working = false;
 };
 
-/// One listener of a camera, unless it is committed.
+/// Adds a listener of a camera, and removes it again unless it is committed.
 class CListenerAgency : public OVTLClass::CAgency {
 public:
     CListenerAgency(CPollingThread& thread, CCameraPolling& camera) {

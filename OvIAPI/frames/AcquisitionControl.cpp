@@ -73,7 +73,7 @@ public:
     }
 };
 
-/// What every attempt of a start works on.
+/// The objects that every attempt of a start uses.
 struct StartTarget {
     COvDeviceInfo& info;
     const IFeatureControl& remote;

@@ -15,7 +15,7 @@ using namespace OVTLClass;
 
 namespace {
 
-/// A fetched frame, which goes back to the producer unless it is lent.
+/// A fetched frame, which is returned to the producer unless it is lent.
 class CFetchedFrame : public CAgency {
 public:
     CFetchedFrame(IDataStream& stream, uint32_t timeout) {

@@ -1,5 +1,5 @@
 #pragma once
-/// The bridge from the stream's frames to an application's capture callback.
+/// Passes the stream's frames to the application's capture callback.
 
 #include "OvIDef.h"
 #include "TLClassSupport/EventCallback.h"
@@ -8,8 +8,8 @@ namespace OVTLClass {
 class IDevice;
 }
 
-/// Knows the camera, which outlives it, to tell the calls that the callback makes
-/// whose it is.
+/// Refers to the camera, which must outlive it: while the callback runs, calls that it
+/// makes are recognised as calls from a callback of this camera.
 class COvNewBufferCallback : public OVTLClass::INewBufferCallback {
 public:
     COvNewBufferCallback(const OVTLClass::IDevice& camera, void* userParam,
@@ -17,7 +17,7 @@ public:
         : m_camera(camera), m_userParam(userParam), m_function(function) {}
 
     OVTLClass::INewBufferCallback* Clone() const override;
-    /// Nothing for a null function.
+    /// Does nothing if the function is null.
     void operator()(const OVTLClass::BUFFER_INFO& info) override;
 
 private:

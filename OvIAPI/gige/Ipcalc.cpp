@@ -24,7 +24,8 @@ bool IsDigit(char character) {
 bool IsDotted(const std::string& text, int limit) {
     std::string number;
     int count = 0;
-    // The terminating zero ends the last number as a point ends the others.
+    // Includes the terminating zero, which ends the last number as a point ends the
+    // others.
     for (const char* character = text.c_str();; ++character) {
         if (IsDigit(*character)) {
             number += *character;

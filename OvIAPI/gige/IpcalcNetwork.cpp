@@ -9,7 +9,7 @@ namespace {
 constexpr uint32_t kAllOnes = 0xFFFFFFFFU;
 constexpr int kMaxOnes = 30;
 
-/// Ones of the mask of an undivided network; 0 for a class without networks.
+/// How many ones the mask of an undivided network has; 0 for a class without networks.
 int NetworkBits(char ipClass) {
     switch (ipClass) {
         case 'A':
@@ -88,7 +88,8 @@ bool Cipcalc::IsMaskValidForClass(uint32_t mask, char ipClass) const {
         return false;
     }
     const int networkBits = NetworkBits(ipClass);
-    // One bit more would leave no subnet beside the first and the last.
+    // With one bit more, only the first and the last subnet would be left, which hosts
+    // can't use.
     return networkBits == 0 || ones == networkBits || ones >= networkBits + 2;
 }
 

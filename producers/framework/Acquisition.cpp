@@ -75,7 +75,7 @@ FrameInfo Acquisition::Fill(Buffer& buffer, const std::stop_token& abort) {
     std::memcpy(buffer.base, m_scratch.data(), frame.sizeFilled);
     frame.incomplete = true;
     frame.largerThanBuffer = true;
-    // What tells of the chunks stood at the end.
+    // The end of the payload, which describes the chunks, was cut off.
     frame.chunks.clear();
     frame.chunkPayloadSize = 0;
     return frame;

@@ -1,6 +1,6 @@
 #pragma once
-/// The engine of a stream: a thread that carries frames from their source into
-/// the stream's buffers.
+/// The engine of a stream: a thread that copies frames from their source into the
+/// stream's buffers.
 
 #include <atomic>
 #include <cstddef>
@@ -15,22 +15,23 @@
 
 namespace OvProducer {
 
-/// Where the frames come from: a camera's transmitting end. Called from the
-/// engine's thread alone.
+/// Where the frames come from: the camera's side of a stream. Only the engine's thread
+/// calls it.
 class FrameSource {
 public:
     virtual ~FrameSource() = default;
 
-    /// Waits until a frame is due. False only when stopped.
+    /// Waits until a frame is due. Returns false only if `stop` was requested.
     virtual bool WaitFrame(const std::stop_token& stop) = 0;
-    /// Bytes of the frame that is due.
+    /// Size of the frame that is due, in bytes.
     virtual size_t FrameSize() = 0;
-    /// Whether a frame waits for a buffer; otherwise it is lost without one.
+    /// Whether a frame waits until a buffer is free. Otherwise a frame without a buffer
+    /// is lost.
     virtual bool WaitsForBuffer() = 0;
-    /// Writes the frame that is due; `memory` holds at least `FrameSize` bytes.
-    /// May break off when `abort` is requested, and then says incomplete.
+    /// Writes the frame that is due to `memory`, which has at least `FrameSize` bytes.
+    /// May stop early if `abort` is requested, and returns an incomplete frame then.
     virtual FrameInfo ReadFrame(std::span<std::byte> memory, const std::stop_token& abort) = 0;
-    /// The frame that is due is lost.
+    /// Skips the frame that is due because no buffer is free.
     virtual void DropFrame() = 0;
 };
 
@@ -41,13 +42,14 @@ public:
     Acquisition& operator=(const Acquisition&) = delete;
     ~Acquisition() { Halt(true); }
 
-    /// Runs until `frames` frames were delivered or `Stop`. -1004 when it runs.
+    /// Runs until `frames` frames were delivered, or until `Stop`. Fails with -1004 if it
+    /// runs already.
     void Start(uint64_t frames);
-    /// Returns when the engine stands still: after the frame in progress, or at
-    /// once with `kill`, where that frame comes out incomplete. -1004 when it
-    /// was not started.
+    /// Returns when the engine has stopped: after the frame in progress, or with `kill`
+    /// at once, which leaves that frame incomplete. Fails with -1004 if it wasn't
+    /// started.
     void Stop(bool kill);
-    /// As `Stop`, for closing: an engine that stands still is fine.
+    /// Like `Stop`, but does nothing if the engine wasn't started. For closing.
     void Halt(bool kill);
 
     bool IsGrabbing() const { return m_grabbing; }
@@ -59,7 +61,7 @@ private:
 
     BufferPool& m_pool;
     FrameSource& m_source;
-    std::mutex m_control;  // one start or stop at a time; the engine never takes it
+    std::mutex m_control;  // serialises starts and stops; the engine's thread never takes it
     std::stop_source m_abort;
     std::jthread m_thread;
     std::vector<std::byte> m_scratch;

@@ -1,11 +1,10 @@
 #pragma once
-/// What a producer implements: its interfaces, devices and streams. The
-/// framework makes GenTL modules of them and serves the flat functions.
+/// The interfaces that a producer implements: for itself, its interfaces, devices and
+/// streams. The framework makes GenTL modules of them and implements the flat functions.
 ///
-/// Backend objects are the hardware's image. They live from `GCInitLib` to
-/// `GCCloseLib`, whether their modules are open or not. Their operations may be
-/// called from any thread unless said otherwise, and report failures by
-/// `Failure`.
+/// Backend objects represent the hardware. They live from `GCInitLib` to `GCCloseLib`,
+/// whether their modules are open or not. Any thread may call their operations unless a
+/// comment says otherwise. They throw `Failure`.
 
 #include <memory>
 #include <span>
@@ -18,7 +17,7 @@
 
 namespace OvProducer {
 
-/// What `TLGetInfo` tells, beside the file's name.
+/// The answers of `TLGetInfo`, except the file's name.
 struct ProducerFacts {
     std::string id;
     std::string vendor;
@@ -31,7 +30,7 @@ struct ProducerFacts {
 /// An address as GigE Vision modules show it; all 0 elsewhere.
 struct NetworkAddress {
     int64_t mac = 0;
-    int64_t ip = 0;  ///< host order, first number in the top byte
+    int64_t ip = 0;  ///< in host order, the first number in the highest byte
     int64_t mask = 0;
     int64_t gateway = 0;
 };
@@ -61,17 +60,17 @@ struct DeviceFacts {
 struct StreamFacts {
     std::string id;
     std::string tlType;
-    size_t announceMinimum = 1;       ///< least buffers for a start
-    size_t alignment = 1;             ///< of buffer memory, bytes
-    size_t chunksMax = 0;             ///< most chunks in a buffer
-    bool definesPayloadSize = false;  ///< this module, not the camera, sets the size
-    size_t payloadSize = 0;           ///< bytes, when it defines it
+    size_t announceMinimum = 1;       ///< buffers that a start needs
+    size_t alignment = 1;             ///< of buffers, in bytes
+    size_t chunksMax = 0;             ///< most chunks of a frame
+    bool definesPayloadSize = false;  ///< whether this module, not the camera, knows the size
+    size_t payloadSize = 0;           ///< in bytes, if the module knows it
 };
 
-/// The modules whose descriptions the framework serves.
+/// The kinds of modules for which the framework has descriptions.
 enum class ModuleKind { System, Interface, Device, Stream };
 
-/// Takes a device's events while the device is open.
+/// Receives a device's events while the device is open.
 class EventSink {
 public:
     virtual ~EventSink() = default;
@@ -84,7 +83,8 @@ public:
     virtual ~StreamBackend() = default;
     virtual StreamFacts Facts() = 0;
     virtual FrameSource& Source() = 0;
-    /// Called before the engine starts, as for a device that is gone.
+    /// Is called before the engine starts. Throws if the stream can't be used, for
+    /// instance because the device is gone.
     virtual void CheckUsable() = 0;
 };
 
@@ -92,14 +92,15 @@ class DeviceBackend {
 public:
     virtual ~DeviceBackend() = default;
     virtual DeviceFacts Facts() = 0;
-    /// Takes control. `sink` gets the device's events until `Close`.
+    /// Opens the device for the host. `sink` receives the device's events until `Close`.
     virtual void Open(GenTL::DEVICE_ACCESS_FLAGS flags, std::weak_ptr<EventSink> sink) = 0;
     virtual void Close() = 0;
     virtual bool OffersEvent(GenTL::EVENT_TYPE type) = 0;
-    /// The camera's own port; made anew for each open device.
+    /// Makes the camera's own port. Is called each time the device is opened.
     virtual std::unique_ptr<Port> MakeRemotePort() = 0;
     virtual std::vector<std::shared_ptr<StreamBackend>> Streams() = 0;
-    /// Called before each access to the local device module.
+    /// Is called before each access to the local device module. Throws if the device is
+    /// gone.
     virtual void CheckUsable() = 0;
 };
 
@@ -107,14 +108,14 @@ class InterfaceBackend {
 public:
     virtual ~InterfaceBackend() = default;
     virtual InterfaceFacts Facts() = 0;
-    /// The devices that answer now. May take up to `timeout` milliseconds.
+    /// Searches for devices, for up to `timeout` milliseconds.
     virtual std::vector<std::shared_ptr<DeviceBackend>> Discover(uint64_t timeout) = 0;
-    /// A device that is not in the list but can be reached by this ID, or null.
+    /// Returns a device that isn't in the list but can be reached by this ID, or null.
     virtual std::shared_ptr<DeviceBackend> Reach(const std::string& id) = 0;
-    /// How far a search reaches: 0 the adapter's subnets, 1 the whole network.
-    /// Only GigE Vision interfaces offer the choice.
+    /// Sets how far a search reaches: 0 for the adapter's subnets, 1 for the whole
+    /// network. Only GigE Vision interfaces have the choice.
     virtual void SetSearchMode(int64_t mode) { static_cast<void>(mode); }
-    /// Ends a `Discover` that runs.
+    /// Ends a `Discover` that is running on another thread.
     virtual void StopDiscover() {}
 };
 
@@ -123,37 +124,37 @@ public:
     virtual ~ProducerBackend() = default;
     virtual ProducerFacts Facts() = 0;
     virtual std::vector<std::shared_ptr<InterfaceBackend>> Discover(uint64_t timeout) = 0;
-    /// Puts a module's description and its URL into its port, which has the
-    /// module's registers already. The default is the framework's own files.
+    /// Adds a module's description and its URL to the module's port, which has its
+    /// registers already. By default the framework's own files are added.
     virtual void Describe(ModuleKind kind, Port& port);
 };
 
-/// Watches the flat functions; for tests that make calls fail. The default is
-/// to let everything pass.
+/// Is called around the flat functions, so that tests can make calls fail. By default it
+/// does nothing.
 class CallObserver {
 public:
     virtual ~CallObserver() = default;
-    /// Before the call does anything; a `Failure` from here is its result.
+    /// Before the call does anything. If it throws a `Failure`, the call fails with it.
     virtual void Enter(Function function) { static_cast<void>(function); }
-    /// After the call succeeded; a `Failure` from here becomes its result.
+    /// After the call has succeeded. If it throws a `Failure`, the call fails with it.
     virtual void Leave(Function function) { static_cast<void>(function); }
-    /// Before a command is answered; the flags of a stop are one.
+    /// Before an information command is answered. The flags of a stop count as a command.
     virtual void Ask(Function function, int32_t command) {
         static_cast<void>(function);
         static_cast<void>(command);
     }
-    /// Changes the size that a query with a null buffer reports, and the number of
-    /// bytes that an access to a port says it moved.
-    virtual size_t TellSize(Function function, size_t size) {
+    /// Changes the size that a query with a null buffer reports, and the number of bytes
+    /// that an access to a port reports.
+    virtual size_t ReportedSize(Function function, size_t size) {
         static_cast<void>(function);
         return size;
     }
 };
 
-/// Each producer defines these two.
+/// Every producer defines these two functions.
 ///@{
 std::unique_ptr<ProducerBackend> MakeProducer();
-/// The observer of all calls; lives as long as the process.
+/// The observer of all calls, which lives as long as the process.
 CallObserver& Observer();
 ///@}
 

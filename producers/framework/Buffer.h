@@ -1,5 +1,5 @@
 #pragma once
-/// An announced buffer and what is known of the frame in it.
+/// An announced buffer, and the frame in it.
 
 #include <cstddef>
 #include <cstdint>
@@ -7,23 +7,24 @@
 #include <span>
 #include <vector>
 
-#include "framework/BufferCard.h"
+#include "framework/BufferFacts.h"
 #include "framework/FrameInfo.h"
 #include "framework/Handles.h"
 
 namespace OvProducer {
 
-/// Guarded by the queues' lock, but for what the card tells.
+/// Guarded by the lock of the queues, except `facts`.
 struct Buffer : Object {
     std::byte* base = nullptr;
     size_t size = 0;
     void* userPointer = nullptr;
-    std::vector<std::byte> ownMemory;  ///< empty when the consumer gave the memory
-    /// State, frame, and all that the information calls tell.
-    std::shared_ptr<BufferCard> card = BufferCard::Make();
-    /// The queues were emptied while it was being filled: it goes to idle.
+    std::vector<std::byte> ownMemory;  ///< empty if the memory is the consumer's
+    /// State, frame, and all other answers of the information calls.
+    std::shared_ptr<BufferFacts> facts = BufferFacts::Make();
+    /// The queues were emptied while it was being filled, so that it becomes idle when it
+    /// is full.
     bool discardWhenFilled = false;
-    std::vector<GenTL::S_SINGLE_CHUNK_DATA> chunks;  ///< of the frame that the card shows
+    std::vector<GenTL::S_SINGLE_CHUNK_DATA> chunks;  ///< of the present frame
 
     std::span<std::byte> Memory() const { return {base, size}; }
 };

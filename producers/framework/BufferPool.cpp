@@ -37,7 +37,7 @@ public:
         }
     }
 
-    /// The lock is held; `Wake` follows without it.
+    /// To be called with the lock held. `Wake` must follow after the lock was released.
     void Report(const std::shared_ptr<Buffer>& buffer) {
         if (!Closed()) {
             m_queues->entries.Push(buffer);
@@ -54,7 +54,7 @@ protected:
     void TakeFront(void* buffer) override {
         const std::shared_ptr<Buffer> front = m_queues->entries.Pop();
         m_queues->output.Erase(front);
-        front->card->SetState(BufferState::Idle);
+        front->facts->SetState(BufferState::Idle);
         if (buffer != nullptr) {
             const GenTL::S_EVENT_NEW_BUFFER data{front->Handle(), front->userPointer};
             std::memcpy(buffer, &data, sizeof data);
@@ -64,7 +64,7 @@ protected:
     void DropAll() override {
         m_queues->entries.Drain([this](const std::shared_ptr<Buffer>& buffer) {
             m_queues->output.Erase(buffer);
-            buffer->card->SetState(BufferState::Idle);
+            buffer->facts->SetState(BufferState::Idle);
         });
     }
 
@@ -83,7 +83,7 @@ std::shared_ptr<Buffer> BufferPool::MakeBuffer(void* memory, size_t size, void* 
     buffer->base = memory != nullptr ? static_cast<std::byte*>(memory) : buffer->ownMemory.data();
     buffer->size = size;
     buffer->userPointer = userPointer;
-    buffer->card->SetBuffer(buffer->base, size, userPointer, m_tlType);
+    buffer->facts->SetBuffer(buffer->base, size, userPointer, m_tlType);
     return buffer;
 }
 
@@ -95,7 +95,7 @@ void BufferPool::Announce(const std::shared_ptr<Buffer>& buffer, const void* str
         throw Failure(GenTL::GC_ERR_RESOURCE_IN_USE, "The memory is announced already");
     }
     m_announced.push_back(buffer);
-    buffer->card->Publish(stream, buffer->Handle());
+    buffer->facts->Publish(stream, buffer->Handle());
 }
 
 const std::shared_ptr<Buffer>& BufferPool::Announced(const void* handle) const {
@@ -113,11 +113,11 @@ void BufferPool::Revoke(const std::shared_ptr<Buffer>& buffer) {
     if (found == m_announced.end()) {
         ThrowNotAnnounced();
     }
-    if (buffer->card->State() != BufferState::Idle) {
+    if (buffer->facts->State() != BufferState::Idle) {
         throw Failure(GenTL::GC_ERR_BUSY, "The buffer is in a queue or being filled");
     }
     m_announced.erase(found);
-    buffer->card->Hide();
+    buffer->facts->ClearFrame();
 }
 
 std::vector<std::shared_ptr<Buffer>> BufferPool::RevokeAll() {
@@ -126,7 +126,7 @@ std::vector<std::shared_ptr<Buffer>> BufferPool::RevokeAll() {
     m_queues->output.Clear();
     m_queues->entries.Clear();
     for (const std::shared_ptr<Buffer>& buffer : m_announced) {
-        buffer->card->Hide();
+        buffer->facts->ClearFrame();
     }
     return std::exchange(m_announced, {});
 }
@@ -135,7 +135,7 @@ void BufferPool::Queue(const void* handle) {
     {
         const std::lock_guard lock(m_queues->mutex);
         const std::shared_ptr<Buffer>& buffer = Announced(handle);
-        if (buffer->card->State() != BufferState::Idle) {
+        if (buffer->facts->State() != BufferState::Idle) {
             throw Failure(GenTL::GC_ERR_BUSY, "The buffer is in a queue or being filled");
         }
         ToInput(buffer);
@@ -159,7 +159,7 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
                 [[fallthrough]];
             case GenTL::ACQ_QUEUE_UNQUEUED_TO_INPUT:
                 for (const auto& buffer : m_announced) {
-                    if (buffer->card->State() == BufferState::Idle) {
+                    if (buffer->facts->State() == BufferState::Idle) {
                         ToInput(buffer);
                     }
                 }
@@ -168,9 +168,9 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
                 OutputToIdle();
                 queues.input.Clear();
                 for (const auto& buffer : m_announced) {
-                    buffer->discardWhenFilled = buffer->card->State() == BufferState::Filling;
-                    if (buffer->card->State() == BufferState::Input) {
-                        buffer->card->SetState(BufferState::Idle);
+                    buffer->discardWhenFilled = buffer->facts->State() == BufferState::Filling;
+                    if (buffer->facts->State() == BufferState::Input) {
+                        buffer->facts->SetState(BufferState::Idle);
                     }
                 }
                 break;
@@ -192,13 +192,13 @@ std::shared_ptr<Buffer> BufferPool::At(size_t index) const {
 
 InfoValue BufferPool::Info(const void* handle, GenTL::BUFFER_INFO_CMD command) const {
     const std::lock_guard lock(m_queues->mutex);
-    return Announced(handle)->card->Answer(command);
+    return Announced(handle)->facts->Answer(command);
 }
 
 std::vector<GenTL::S_SINGLE_CHUNK_DATA> BufferPool::Chunks(const void* handle) const {
     const std::lock_guard lock(m_queues->mutex);
     const std::shared_ptr<Buffer>& buffer = Announced(handle);
-    if (!buffer->card->HasFrame()) {
+    if (!buffer->facts->HasFrame()) {
         ThrowNotAvailable();
     }
     return buffer->chunks;
@@ -255,7 +255,7 @@ std::shared_ptr<Buffer> BufferPool::WaitInput(const std::stop_token& stop) {
     std::unique_lock lock(m_queues->mutex);
     const auto filled = [this] { return !m_queues->input.empty(); };
     if (!filled()) {
-        m_inputLookout.Look(lock);
+        m_inputSpin.Spin(lock);
     }
     const bool ready = m_inputReady.wait(lock, stop, filled);
     return ready ? TakeInputLocked() : nullptr;
@@ -266,11 +266,11 @@ void BufferPool::Deliver(const std::shared_ptr<Buffer>& buffer, FrameInfo frame)
     {
         const std::lock_guard lock(m_queues->mutex);
         m_counters.incomplete += frame.incomplete ? 1 : 0;
-        buffer->card->Show(frame);
-        buffer->card->SetNewData(true);
+        buffer->facts->SetFrame(frame);
+        buffer->facts->SetNewData(true);
         buffer->chunks = std::move(frame.chunks);
         if (std::exchange(buffer->discardWhenFilled, false)) {
-            buffer->card->SetState(BufferState::Idle);
+            buffer->facts->SetState(BufferState::Idle);
             return;
         }
         if (m_handling == BufferHandling::NewestOnly) {
@@ -281,7 +281,7 @@ void BufferPool::Deliver(const std::shared_ptr<Buffer>& buffer, FrameInfo frame)
         ToOutput(buffer);
         event = m_event;
     }
-    // Without the lock, which the woken thread needs at once.
+    // After the lock was released, because the thread that wakes needs it at once.
     if (event) {
         event->Wake();
     }
@@ -293,15 +293,15 @@ void BufferPool::CountLost() {
 }
 
 void BufferPool::ToInput(const std::shared_ptr<Buffer>& buffer) {
-    buffer->card->SetState(BufferState::Input);
-    buffer->card->SetNewData(false);
-    buffer->card->Hide();
+    buffer->facts->SetState(BufferState::Input);
+    buffer->facts->SetNewData(false);
+    buffer->facts->ClearFrame();
     m_queues->input.Push(buffer);
-    m_inputLookout.Signal();
+    m_inputSpin.Notify();
 }
 
 void BufferPool::ToOutput(const std::shared_ptr<Buffer>& buffer) {
-    buffer->card->SetState(BufferState::Output);
+    buffer->facts->SetState(BufferState::Output);
     m_queues->output.Push(buffer);
     if (m_event) {
         m_event->Report(buffer);
@@ -320,7 +320,7 @@ void BufferPool::Wake() const {
 }
 
 void BufferPool::OutputToIdle() {
-    m_queues->output.Drain([](const auto& buffer) { buffer->card->SetState(BufferState::Idle); });
+    m_queues->output.Drain([](const auto& buffer) { buffer->facts->SetState(BufferState::Idle); });
     m_queues->entries.Clear();
 }
 
@@ -343,9 +343,9 @@ std::shared_ptr<Buffer> BufferPool::TakeInputLocked() {
         return nullptr;
     }
     ++m_counters.started;
-    buffer->card->SetState(BufferState::Filling);
-    buffer->card->Hide();
-    buffer->card->SetNewData(false);
+    buffer->facts->SetState(BufferState::Filling);
+    buffer->facts->ClearFrame();
+    buffer->facts->SetNewData(false);
     return buffer;
 }
 

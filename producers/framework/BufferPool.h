@@ -1,6 +1,6 @@
 #pragma once
-/// The buffers of one stream and the queues that they go through: idle, input
-/// pool, being filled, output queue, and idle again once delivered.
+/// The buffers of one stream and their queues. A buffer is idle, in the input pool, being
+/// filled, in the output queue, and idle again after its delivery.
 
 #include <condition_variable>
 #include <memory>
@@ -10,18 +10,18 @@
 
 #include "framework/BufferQueue.h"
 #include "framework/Event.h"
-#include "framework/Lookout.h"
+#include "framework/SpinBeforeSleep.h"
 
 namespace OvProducer {
 
-/// What happens when frames come faster than they are fetched.
+/// What happens to frames that arrive faster than they are fetched.
 enum class BufferHandling : int64_t {
-    OldestFirst = 0,           ///< without an input buffer the new frame is lost
-    OldestFirstOverwrite = 1,  ///< it takes the place of the oldest unfetched one
-    NewestOnly = 2             ///< only the newest frame waits in the output queue
+    OldestFirst = 0,           ///< the new frame is lost if no input buffer is free
+    OldestFirstOverwrite = 1,  ///< the new frame replaces the oldest one in the output queue
+    NewestOnly = 2             ///< only the newest frame is in the output queue
 };
 
-/// Counters of a stream; the first four since the acquisition's start.
+/// Counters of a stream. The first four count since the start of the acquisition.
 struct StreamCounters {
     uint64_t delivered = 0;
     uint64_t lost = 0;
@@ -37,19 +37,20 @@ public:
     explicit BufferPool(std::string tlType)
         : m_tlType(std::move(tlType)), m_queues(std::make_shared<Queues>()) {}
 
-    // The consumer's side.
+    // For the consumer.
 
-    /// A buffer over the consumer's memory, or for a null `memory` with memory
-    /// of its own. It is not announced yet, so that it can get its handle first.
+    /// Makes a buffer of the consumer's memory, or of its own memory if `memory` is null.
+    /// It isn't announced yet, so that it can receive its handle first.
     std::shared_ptr<Buffer> MakeBuffer(void* memory, size_t size, void* userPointer) const;
-    /// -1004 when the memory is announced already. `stream` is the handle of the
+    /// Fails with -1004 if the memory is announced already. `stream` is the handle of the
     /// stream that the buffers belong to.
     void Announce(const std::shared_ptr<Buffer>& buffer, const void* stream);
-    /// -1022 unless the buffer is idle.
+    /// Fails with -1013 if the buffer isn't announced, with -1022 unless it is idle.
     void Revoke(const std::shared_ptr<Buffer>& buffer);
-    /// Takes every buffer away, wherever it is. The engine must stand still.
+    /// Revokes all buffers, whatever their state. The engine must have stopped.
     std::vector<std::shared_ptr<Buffer>> RevokeAll();
-    /// These three take a buffer by its handle; -1022 when it isn't announced.
+    /// These three find a buffer by its handle, and fail with -1013 if it isn't
+    /// announced.
     void Queue(const void* handle);
     InfoValue Info(const void* handle, GenTL::BUFFER_INFO_CMD command) const;
     std::vector<GenTL::S_SINGLE_CHUNK_DATA> Chunks(const void* handle) const;
@@ -60,30 +61,31 @@ public:
     BufferHandling Handling() const;
     void SetHandling(BufferHandling handling);
 
-    /// The stream's new-buffer event. Entries are collected from now on.
+    /// Makes the stream's new-buffer event, for which entries are collected from now on.
     std::shared_ptr<Event> MakeEvent();
-    /// Ends the event's waits and its collecting.
+    /// Ends the waits for the event, and collects no more entries for it.
     void CloseEvent();
 
-    // The engine's side.
+    // For the engine.
 
     void ResetCounters();
-    /// Takes a buffer to fill and counts a frame as started, or null when there
-    /// is none.
+    /// Returns a buffer to fill and counts a frame as started, or returns null if no
+    /// buffer is free.
     std::shared_ptr<Buffer> TakeInput();
-    /// Waits for a buffer to fill; null only when stopped.
+    /// Waits for a buffer to fill. Returns null only if `stop` was requested.
     std::shared_ptr<Buffer> WaitInput(const std::stop_token& stop);
-    /// Gives back a filled buffer and wakes whoever waits for it.
+    /// Puts a filled buffer into the output queue and wakes the threads that wait for it.
     void Deliver(const std::shared_ptr<Buffer>& buffer, FrameInfo frame);
     void CountLost();
 
 private:
-    /// Shared with the event, whose entries are removed with the buffers.
+    /// Shared with the event: when buffers leave the output queue, its entries go with
+    /// them.
     struct Queues {
         std::mutex mutex;
         BufferQueue input;
         BufferQueue output;
-        BufferQueue entries;  ///< of `output`, those that the event will report
+        BufferQueue entries;  ///< the buffers of `output` that the event will report
     };
     class NewBufferEvent;
 
@@ -98,7 +100,7 @@ private:
     const std::string m_tlType;
     const std::shared_ptr<Queues> m_queues;
     std::condition_variable_any m_inputReady;
-    Lookout m_inputLookout;
+    SpinBeforeSleep m_inputSpin;
     std::vector<std::shared_ptr<Buffer>> m_announced;
     std::shared_ptr<NewBufferEvent> m_event;
     StreamCounters m_counters;

@@ -1,5 +1,5 @@
 #pragma once
-/// A queue of buffers that takes no memory once it has held them all.
+/// A queue of buffers that allocates nothing after it has once held all of them.
 
 #include <algorithm>
 #include <memory>
@@ -9,8 +9,8 @@
 
 namespace OvProducer {
 
-/// First in, first out. The items lie behind one another in memory, with room
-/// before them that is used again once it is half of all.
+/// First in, first out. The items are contiguous. The room before the first item is
+/// reclaimed when it is more than half of the memory.
 class BufferQueue {
 public:
     bool empty() const { return size() == 0; }
@@ -46,7 +46,8 @@ public:
         m_items.clear();
         m_first = 0;
     }
-    /// Empties the queue, from its front. `take` must not add to it.
+    /// Removes all items in order and passes them to `take`, which must not add to the
+    /// queue.
     template <typename Take>
     void Drain(const Take& take) {
         while (!empty()) {

@@ -1,6 +1,6 @@
 #pragma once
-/// The children of a module: the list of the last update, and those that are
-/// open. The two differ once an open child has left the list.
+/// The children of a module: those of the last update, and those that are open. An open
+/// child may be missing in the last update.
 
 #include <algorithm>
 #include <cstdint>
@@ -15,13 +15,13 @@
 
 namespace OvProducer {
 
-/// `Backend` tells `Facts().id`; `Child` is the open module made of it.
+/// `Backend` has the ID in `Facts().id`; `Child` is the open module that is made for it.
 template <typename Backend, typename Child>
 class ChildList {
 public:
     using Backends = std::vector<std::shared_ptr<Backend>>;
 
-    /// Takes a new list. True when the set of IDs differs from the last one.
+    /// Replaces the list. Returns true if the set of IDs has changed.
     bool Update(Backends found) {
         const std::set<std::string> after = IdsOf(found);
         const std::lock_guard lock(m_mutex);
@@ -36,7 +36,7 @@ public:
         return m_listed.size();
     }
 
-    /// -1017 beyond the end.
+    /// Fails with -1017 beyond the end.
     std::shared_ptr<Backend> At(size_t index) const {
         const std::lock_guard lock(m_mutex);
         if (index >= m_listed.size()) {
@@ -46,7 +46,7 @@ public:
         return m_listed[index];
     }
 
-    /// Null when the list holds no such ID.
+    /// Null if the list has no such ID.
     std::shared_ptr<Backend> Find(const std::string& id) const {
         const std::lock_guard lock(m_mutex);
         const auto found = std::find_if(m_listed.begin(), m_listed.end(),
@@ -54,7 +54,8 @@ public:
         return found == m_listed.end() ? nullptr : *found;
     }
 
-    /// Opens the child by `make`, which is not called when it is open (-1004).
+    /// Opens the child by `make`. Fails with -1004 if it is open already, without calling
+    /// `make`.
     template <typename Make>
     std::shared_ptr<Child> Open(const std::string& id, Make make) {
         const std::lock_guard lock(m_mutex);
@@ -64,7 +65,7 @@ public:
         return m_open.emplace(id, make()).first->second;
     }
 
-    /// Takes the child out of the open ones; -1006 when it isn't among them.
+    /// Removes the child from the open ones. Fails with -1006 if it isn't open.
     void Remove(const std::shared_ptr<Child>& child) {
         const std::lock_guard lock(m_mutex);
         const auto found = std::find_if(m_open.begin(), m_open.end(),
@@ -75,7 +76,7 @@ public:
         m_open.erase(found);
     }
 
-    /// All open children; they are no longer known as open afterwards.
+    /// Returns all open children and removes them from the open ones.
     std::vector<std::shared_ptr<Child>> TakeOpen() {
         const std::lock_guard lock(m_mutex);
         std::vector<std::shared_ptr<Child>> children;
@@ -88,7 +89,7 @@ public:
 
     // The list as a description's selector sees it.
 
-    /// -1 when the list is empty, so that a reader counts right.
+    /// -1 if the list is empty, so that a reader that counts from 0 finds none.
     int64_t LastIndex() const {
         const std::lock_guard lock(m_mutex);
         return Last();

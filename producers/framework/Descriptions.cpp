@@ -1,5 +1,4 @@
-/// @file
-/// The framework's own module descriptions, compiled in from their files.
+/// @file The framework's own module descriptions, which are compiled into the producer.
 #include <string_view>
 
 #include "framework/Backend.h"
@@ -13,7 +12,7 @@ extern const std::string_view kStreamDescription;
 
 namespace {
 
-// Behind all registers of a module.
+// Beyond all registers of a module.
 constexpr uint64_t kDescriptionAddress = 0x10000;
 
 Description DescriptionOf(ModuleKind kind) {

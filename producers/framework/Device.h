@@ -1,5 +1,5 @@
 #pragma once
-/// The device module: the local side of a camera, and the port of the camera
+/// The device module, which is the host's view of a camera, and the port of the camera
 /// itself.
 
 #include <atomic>
@@ -25,8 +25,7 @@ private:
 
 class Device : public Module, public EventSink, public std::enable_shared_from_this<Device> {
 public:
-    /// Takes control of the camera and gives the module and its remote port
-    /// their handles.
+    /// Opens the camera, and adds the module and its remote port to the handles.
     static std::shared_ptr<Device> Open(Session& session, std::weak_ptr<Interface> parent,
                                         const std::shared_ptr<DeviceBackend>& backend,
                                         GenTL::DEVICE_ACCESS_FLAGS flags);
@@ -34,7 +33,7 @@ public:
            std::shared_ptr<DeviceBackend> backend);
 
     std::shared_ptr<Interface> Parent() const;
-    /// Closes the streams, voids the handles, gives up the camera.
+    /// Closes the streams, removes the handles and closes the camera.
     void Close();
 
     void* RemoteHandle() const { return m_remote->Handle(); }
@@ -63,7 +62,7 @@ private:
     std::atomic<int64_t> m_commandRetries = 3;
 };
 
-/// Answers a device query from its facts alone, open or not.
+/// Answers a device query from the device's facts, whether it is open or not.
 InfoValue DeviceInfo(const DeviceFacts& facts, GenTL::DEVICE_INFO_CMD command);
 
 }  // namespace OvProducer

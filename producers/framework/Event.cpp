@@ -8,7 +8,7 @@
 namespace OvProducer {
 namespace {
 
-// A year: far beyond any real wait, and far from the end of the clock's range.
+// A year: longer than any real wait, and no overflow of the clock.
 constexpr uint64_t kLongestWaitMs = 365ULL * 24 * 3600 * 1000;
 
 struct EventFacts {
@@ -74,7 +74,7 @@ void Event::GetData(void* buffer, size_t* size, uint64_t timeout) {
     std::unique_lock lock(m_mutex);
     const auto ready = [this] { return m_closed || m_kills != 0 || Pending() != 0; };
     if (timeout != 0 && !ready()) {
-        m_lookout.Look(lock);
+        m_spin.Spin(lock);
     }
     if (timeout == GenTL::GENTL_INFINITE) {
         m_wake.wait(lock, ready);

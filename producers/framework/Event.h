@@ -15,35 +15,36 @@
 
 #include "framework/Handles.h"
 #include "framework/InfoValue.h"
-#include "framework/Lookout.h"
+#include "framework/SpinBeforeSleep.h"
 
 namespace OvProducer {
 
-/// The waiting side of a queue. What the queue holds is the derived class's
-/// matter; its lock is handed in, since the entries of a stream's new-buffer
-/// event are part of the buffer queues and share their lock.
+/// The waiting side of a queue. The derived class has the entries and passes the lock:
+/// the entries of a stream's new-buffer event are part of the buffer queues and share
+/// their lock.
 class Event : public Object {
 public:
     Event(GenTL::EVENT_TYPE type, std::mutex& mutex) : m_type(type), m_mutex(mutex) {}
 
     GenTL::EVENT_TYPE Type() const { return m_type; }
 
-    /// Waits for the oldest entry and takes it. `buffer` may be null: the entry
-    /// is then thrown away. Ends with -1011 after `timeout` milliseconds, with
-    /// -1012 by `Kill` or `Close`; with -1016 the entry stays. No lock is held
-    /// while it waits.
+    /// Waits for the oldest entry and removes it from the queue. If `buffer` is null, the
+    /// entry is dropped. Fails with -1011 after `timeout` milliseconds, with -1012 after
+    /// `Kill` or `Close`, and with -1016 if `buffer` is too small, which keeps the entry.
+    /// Holds no lock while it waits.
     void GetData(void* buffer, size_t* size, uint64_t timeout);
 
-    /// Ends one wait: one that runs, or else the next. A kill goes before data.
+    /// Ends one wait: one that is under way, or else the next one, even if there are
+    /// entries.
     void Kill();
-    /// Ends all waits, running and to come.
+    /// Ends all waits, those under way and those to come.
     void Close();
     /// Drops all entries.
     void Flush();
 
     InfoValue Info(GenTL::EVENT_INFO_CMD command) const;
 
-    /// A part of an entry that `GetData` delivered.
+    /// Returns a part of an entry that `GetData` has delivered.
     virtual InfoValue DataInfo(std::span<const std::byte> entry,
                                GenTL::EVENT_DATA_INFO_CMD command) const = 0;
 
@@ -52,20 +53,20 @@ protected:
     virtual size_t EntrySizeMax() const = 0;
     virtual size_t InfoSizeMax() const = 0;
 
-    // The following run with the lock held.
+    // The following are called with the lock held.
     virtual size_t Pending() const = 0;
     virtual size_t FrontSize() const = 0;
-    /// Takes the oldest entry; a null buffer drops it.
+    /// Copies the oldest entry to `buffer`, unless that is null, and removes it.
     virtual void TakeFront(void* buffer) = 0;
     virtual void DropAll() = 0;
 
-    /// Counts an entry just added; the lock is held, and `Wake` follows without
-    /// it.
+    /// Counts an entry that was just added. To be called with the lock held; `Wake` must
+    /// follow after the lock was released.
     void Added() {
         ++m_fired;
-        m_lookout.Signal();
+        m_spin.Notify();
     }
-    /// Lets waiters look for entries.
+    /// Wakes all waits, so that they look for entries.
     void Wake() { m_wake.notify_all(); }
     bool Closed() const { return m_closed; }
 
@@ -73,7 +74,7 @@ private:
     const GenTL::EVENT_TYPE m_type;
     std::mutex& m_mutex;
     std::condition_variable m_wake;
-    Lookout m_lookout;
+    SpinBeforeSleep m_spin;
     uint64_t m_fired = 0;
     size_t m_kills = 0;
     bool m_closed = false;
@@ -91,7 +92,7 @@ class QueuedEvent : public Event {
 public:
     explicit QueuedEvent(GenTL::EVENT_TYPE type) : Event(type, m_queueMutex) {}
 
-    /// Entries beyond the limit are dropped, as those of a full camera queue.
+    /// Drops the entry if the queue is full.
     void Post(std::span<const std::byte> entry);
 
     InfoValue DataInfo(std::span<const std::byte> entry,
@@ -113,11 +114,11 @@ private:
     std::deque<std::vector<std::byte>> m_entries;
 };
 
-/// Entry of a remote-device or module event. Longer payloads are refused.
+/// Makes the entry of a remote-device or module event. Refuses payloads above kPayloadMax.
 std::vector<std::byte> MakeMessageEntry(uint64_t id, std::span<const std::byte> payload);
-/// Entry of an event that names a feature.
+/// Makes the entry of an event that names a feature.
 std::vector<std::byte> MakeFeatureEntry(std::string_view feature);
-/// Entry of the error event.
+/// Makes the entry of the error event.
 std::vector<std::byte> MakeErrorEntry(GenTL::GC_ERROR code, std::string_view text);
 
 }  // namespace OvProducer

@@ -9,8 +9,8 @@
 namespace OvProducer {
 namespace {
 
-// Plain memory on purpose: a thread-local object with a destructor would keep
-// the producer loaded until the thread ends, however often it is closed.
+// Has no destructor on purpose: a thread-local object with one would keep the producer's
+// file loaded until the thread ends.
 struct Record {
     GenTL::GC_ERROR code = GenTL::GC_ERR_SUCCESS;
     std::array<char, 512> text{"No Error"};

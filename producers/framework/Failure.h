@@ -1,7 +1,6 @@
 #pragma once
-/// How a producer reports that a call failed: an exception that carries the
-/// GenTL code up to the exported function, and the record of the last failure
-/// that each thread keeps for `GCGetLastError`.
+/// Failures of calls: an exception with the GenTL code, which the exported function
+/// returns, and the last failure of each thread, for `GCGetLastError`.
 
 #include <stdexcept>
 #include <string>
@@ -15,7 +14,7 @@ class CUserLog;
 
 namespace OvProducer {
 
-/// A call can't be served. The text is for people; `GCGetLastError` shows it.
+/// The failure of a call. `GCGetLastError` returns the text.
 class Failure : public std::runtime_error {
 public:
     Failure(GenTL::GC_ERROR code, const std::string& text)
@@ -30,7 +29,7 @@ private:
 /// Throws -1009 with "`what` must not be null" for a null pointer.
 void RequirePointer(const void* pointer, std::string_view what);
 
-/// The log that a user switches on, which goes when the producer is unloaded.
+/// The log that a user can switch on. It ends when the producer is unloaded.
 OvBase::CUserLog& ProducerLog();
 
 /// The calling thread's last failure.
@@ -39,10 +38,10 @@ struct LastError {
     const char* text;
 };
 
-/// Stores a failure of the calling thread. Long texts are cut.
+/// Stores the calling thread's last failure. Long texts are cut.
 void StoreLastError(GenTL::GC_ERROR code, std::string_view text) noexcept;
 
-/// Code 0 and "No Error" when the thread had no failure yet.
+/// Returns code 0 and "No Error" if the thread has had no failure.
 LastError ReadLastError() noexcept;
 
 }  // namespace OvProducer

@@ -1,5 +1,5 @@
 #pragma once
-/// Facts on one frame, as whoever filled its buffer tells them.
+/// The facts on one frame, from the source that filled its buffer.
 
 #include <cstddef>
 #include <cstdint>
@@ -14,8 +14,8 @@ struct FrameInfo {
     size_t height = 0;
     size_t offsetX = 0;
     size_t offsetY = 0;
-    size_t paddingX = 0;  ///< bytes behind each line
-    size_t paddingY = 0;  ///< bytes behind the image
+    size_t paddingX = 0;  ///< bytes after each line
+    size_t paddingY = 0;  ///< bytes after the image
     size_t deliveredHeight = 0;
     size_t sizeFilled = 0;   ///< bytes written
     size_t imageOffset = 0;  ///< bytes

@@ -6,8 +6,8 @@
 namespace OvProducer {
 namespace {
 
-// Process-wide, so that a handle from before `GCCloseLib` stays stale after the
-// next `GCInitLib`.
+// Handles count for the whole process, so that a handle from before `GCCloseLib` is still
+// invalid after the next `GCInitLib`.
 void* NextHandle() {
     static std::atomic<uintptr_t> next{0x10000};
     return reinterpret_cast<void*>(next.fetch_add(HandleTable::kStep));
@@ -27,7 +27,7 @@ void HandleTable::Remove(const void* handle) {
     const std::lock_guard lock(m_mutex);
     const auto found = m_objects.find(handle);
     if (found != m_objects.end()) {
-        // Kept past the lock: the object's end must not run under it.
+        // Destroyed after the lock was released: destructors may take long, or use the table.
         last = std::move(found->second);
         m_objects.erase(found);
     }

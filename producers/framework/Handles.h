@@ -1,6 +1,6 @@
 #pragma once
-/// Handles of a producer. A handle is a number that is never given twice, so
-/// that a stale one is told from a live one for sure and is never followed.
+/// Handles of a producer. A handle is a number that is never used twice and no address,
+/// so that an old handle is always recognised.
 
 #include <cstdint>
 #include <memory>
@@ -12,7 +12,7 @@
 
 namespace OvProducer {
 
-/// Whatever a handle can stand for.
+/// An object that has a handle.
 class Object {
 public:
     Object() = default;
@@ -20,7 +20,7 @@ public:
     Object& operator=(const Object&) = delete;
     virtual ~Object() = default;
 
-    /// Null until the object is entered into the table.
+    /// Null until the object was added to the table.
     void* Handle() const { return m_handle; }
 
 private:
@@ -28,20 +28,21 @@ private:
     void* m_handle = nullptr;
 };
 
-/// All live handles. An object that a call works on stays alive for the call,
-/// also when another thread closes it meanwhile.
+/// All valid handles. An object that a call uses lives until the end of the call, even if
+/// another thread closes it meanwhile.
 class HandleTable {
 public:
-    /// Between a handle and the next one.
+    /// Difference between a handle and the next one.
     static constexpr uintptr_t kStep = 16;
 
-    /// Gives the object its handle; done before other threads know the object.
+    /// Adds the object and returns its handle. Must be called before other threads know
+    /// the object.
     void* Add(const std::shared_ptr<Object>& object);
-    /// Voids the handle; unknown ones are ignored.
+    /// Removes the handle. Does nothing for an unknown one.
     void Remove(const void* handle);
 
-    /// The object behind the handle; -1006 when it is null, stale or of
-    /// another kind.
+    /// Returns the object of the handle. Fails with -1006 if the handle is null, old or
+    /// that of another kind of object.
     template <typename T>
     std::shared_ptr<T> Get(const void* handle) const {
         std::shared_ptr<T> object = As<T>(Find(handle));
@@ -54,7 +55,8 @@ public:
 private:
     std::shared_ptr<Object> Find(const void* handle) const;
 
-    /// Most objects are of the very kind that is asked for, which is told at once.
+    /// Most objects are exactly of the type that is wanted, which is found out faster
+    /// than by a dynamic cast.
     template <typename T>
     static std::shared_ptr<T> As(std::shared_ptr<Object>&& object) {
         const Object* const known = object.get();
@@ -64,7 +66,7 @@ private:
         return std::dynamic_pointer_cast<T>(std::move(object));
     }
 
-    // Held for a look only: a lock of readers and writers costs more than that.
+    // Held only for a look-up, which is shorter than the overhead of a shared mutex.
     mutable std::mutex m_mutex;
     std::unordered_map<const void*, std::shared_ptr<Object>> m_objects;
 };

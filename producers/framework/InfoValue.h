@@ -14,11 +14,11 @@
 
 namespace OvProducer {
 
-/// One answer: its GenTL type and its bytes.
+/// The answer of an information call: its GenTL type and its bytes.
 class InfoValue {
 public:
     static InfoValue Text(std::string_view text);
-    /// Texts of a string list: a NUL behind each and one more at the end.
+    /// The texts of a string list: each with its NUL, and one more NUL at the end.
     static InfoValue TextList(std::span<const std::string> texts);
     static InfoValue Bytes(std::span<const std::byte> bytes);
     static InfoValue Int32(int32_t value) { return Raw(GenTL::INFO_DATATYPE_INT32, value); }
@@ -33,8 +33,8 @@ public:
     GenTL::INFO_DATATYPE Type() const { return m_type; }
     std::string_view Data() const { return m_bytes; }
 
-    /// The two-call protocol: a null `buffer` asks for the size, otherwise the
-    /// value is copied. `type` may be null.
+    /// Copies the value to the caller. If `buffer` is null, only sets `*size`. `type` may
+    /// be null.
     void CopyOut(GenTL::INFO_DATATYPE* type, void* buffer, size_t* size) const;
 
 private:
@@ -49,10 +49,10 @@ private:
     }
 
     GenTL::INFO_DATATYPE m_type;
-    std::string m_bytes;  // numbers fit its local storage, so they don't allocate
+    std::string m_bytes;  // short enough for numbers not to allocate
 };
 
-/// A known value that has no content at this time.
+/// Fails with -1014, for a value that has no content at present.
 [[noreturn]] void ThrowNotAvailable();
 
 /// One row of a command table over `Object`.
@@ -62,8 +62,7 @@ struct InfoRow {
     InfoValue (*answer)(const Object&);
 };
 
-/// The answer of the row with that command; a command that no row holds isn't
-/// offered by this producer.
+/// Returns the answer of the row with that command. Fails with -1003 if no row has it.
 template <typename Object, size_t count>
 InfoValue AnswerFrom(const InfoRow<Object> (&rows)[count], int32_t command, const Object& object) {
     for (const InfoRow<Object>& row : rows) {

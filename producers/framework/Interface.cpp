@@ -15,7 +15,7 @@ PortFacts PortFactsOf(const Session& session, const InterfaceFacts& facts) {
             "TLInterface", session.facts.version, "InterfacePort"};
 }
 
-// Time for a list update that was asked for through a feature, in milliseconds.
+// Time-out of a list update that a feature starts, in milliseconds.
 constexpr uint64_t kFeatureUpdateTimeout = 200;
 
 }  // namespace

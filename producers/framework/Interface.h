@@ -1,6 +1,5 @@
 #pragma once
-/// The interface module: what a producer calls one adapter, and the devices on
-/// it.
+/// The interface module: one adapter, and the devices that are connected to it.
 
 #include <atomic>
 #include <memory>
@@ -22,10 +21,10 @@ public:
     void Close();
 
     InfoValue Info(GenTL::INTERFACE_INFO_CMD command) const;
-    /// Whether the set of device IDs changed.
+    /// Returns whether the set of device IDs has changed.
     bool UpdateDevices(uint64_t timeout);
     ChildList<DeviceBackend, Device>& Devices() { return m_devices; }
-    /// -1007 when there is no such device.
+    /// Fails with -1007 if there is no such device.
     std::shared_ptr<DeviceBackend> DeviceNamed(const std::string& id) const;
     std::shared_ptr<Device> OpenDevice(const std::string& id, GenTL::DEVICE_ACCESS_FLAGS flags);
     void CloseDevice(const std::shared_ptr<Device>& device);
@@ -48,7 +47,7 @@ private:
     std::atomic<int64_t> m_searchMode = 0;
 };
 
-/// Answers an interface query from its facts alone, open or not.
+/// Answers an interface query from the interface's facts, whether it is open or not.
 InfoValue InterfaceInfo(const InterfaceFacts& facts, GenTL::INTERFACE_INFO_CMD command);
 
 }  // namespace OvProducer

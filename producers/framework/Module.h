@@ -1,5 +1,5 @@
 #pragma once
-/// What all modules have in common: a port, and events.
+/// The base of all modules: a port, and events.
 
 #include <map>
 #include <memory>
@@ -13,32 +13,33 @@
 
 namespace OvProducer {
 
-/// What lives from `GCInitLib` to `GCCloseLib`.
+/// The objects that live from `GCInitLib` to `GCCloseLib`.
 struct Session {
     std::unique_ptr<ProducerBackend> producer;
     ProducerFacts facts;
     HandleTable handles;
 };
 
-/// Anything with a port.
+/// An object with a port.
 class PortObject : public Object {
 public:
     virtual const Port& GetPort() const = 0;
 };
 
-/// A module of the tree. Its handle is void once `Close` began; a call that is
-/// under way then still finds a whole object.
+/// A module of the tree. Its handle is invalid as soon as its close begins. A call that
+/// is under way then may still use the object.
 class Module : public PortObject {
 public:
     Module(Session& session, PortFacts facts) : m_session(session), m_port(std::move(facts)) {}
 
     const Port& GetPort() const override { return m_port; }
 
-    /// -1004 when it is registered, -1003 when the module doesn't offer it.
+    /// Fails with -1004 if the event is registered already, with -1003 if the module
+    /// doesn't have it.
     std::shared_ptr<Event> RegisterEvent(GenTL::EVENT_TYPE type);
-    /// -1009 when it isn't registered.
+    /// Fails with -1009 if the event isn't registered.
     void UnregisterEvent(GenTL::EVENT_TYPE type);
-    /// Queues an entry if the event is registered; for events with a queue.
+    /// Adds an entry to the event's queue if the event is registered.
     void PostEvent(GenTL::EVENT_TYPE type, std::span<const std::byte> entry);
 
 protected:
@@ -47,10 +48,10 @@ protected:
 
     virtual bool OffersEvent(GenTL::EVENT_TYPE type) const = 0;
     virtual std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type);
-    /// Ends an event; its handle is void already.
+    /// Ends an event, whose handle has been removed already.
     virtual void EndEvent(Event& event) { event.Close(); }
 
-    /// Voids the module's handle and ends its events.
+    /// Removes the module's handle and ends its events.
     void Retire();
 
 private:
@@ -60,10 +61,10 @@ private:
     std::map<GenTL::EVENT_TYPE, std::shared_ptr<Event>> m_events;
 };
 
-/// The type's number in the module descriptions.
+/// Returns the number that the transport layer type has in the module descriptions.
 int64_t TlTypeNumber(const std::string& tlType);
 
-/// The four address registers of a GigE Vision module, eight bytes each.
+/// Adds the four address registers of a GigE Vision module, eight bytes each.
 void AddAddressRegisters(RegisterSpace& registers, uint64_t address,
                          const std::function<NetworkAddress()>& read);
 

@@ -1,6 +1,6 @@
 #pragma once
-/// A module's port: its registers, the descriptions that lie among them, and
-/// the facts that the port calls ask for.
+/// A module's port: its registers, the descriptions that are stored among them, and the
+/// answers of the port calls.
 
 #include <cstdint>
 #include <functional>
@@ -13,7 +13,7 @@
 
 namespace OvProducer {
 
-/// What `GCGetPortInfo` tells.
+/// The answers of `GCGetPortInfo`.
 struct PortFacts {
     std::string id;
     std::string vendor;
@@ -25,7 +25,7 @@ struct PortFacts {
     bool writable = true;
 };
 
-/// A module's description, as it is written in the sources.
+/// A module's description, as text.
 struct Description {
     std::string name;  ///< file name without extension
     std::string xml;
@@ -35,7 +35,7 @@ struct Description {
     int32_t subminor = 0;
 };
 
-/// One place where a description can be had, as the URL calls tell it.
+/// One place of a description, for the URL calls.
 struct DescriptionUrl {
     std::string url;
     std::string fileName;
@@ -46,26 +46,27 @@ struct DescriptionUrl {
     uint64_t size = 0;
 };
 
-/// Built once by its module, then used from any thread.
+/// The module sets it up once. Any thread may use it afterwards.
 class Port {
 public:
     explicit Port(PortFacts facts) : m_facts(std::move(facts)) {}
 
     RegisterSpace& Registers() { return m_registers; }
 
-    /// Puts the file into the registers at `address`, zipped if it says so, and
-    /// adds its URL behind those that are there.
+    /// Stores the file in the registers at `address`, zipped if `zipped` is set, and adds
+    /// its URL to the end of the list.
     void AddDescription(const Description& description, uint64_t address);
-    /// As above, with the file as it is to lie in the registers.
+    /// Like `AddDescription`, with the bytes of the file.
     void AddFile(const std::string& fileName, std::vector<std::byte> content, uint64_t address);
-    /// Adds a URL whose file lies elsewhere.
+    /// Adds the URL of a file that isn't in the registers.
     void AddUrl(DescriptionUrl url) { m_urls.push_back(std::move(url)); }
-    /// Files stay in the registers, but nothing tells of them.
+    /// Removes all URLs. The files stay in the registers.
     void ForgetUrls() { m_urls.clear(); }
 
-    /// For a device that was opened for reading only: writes give -1005.
+    /// Makes writes fail with -1005, for a device that was opened for reading only.
     void MakeReadOnly() { m_facts.writable = false; }
-    /// Called before every access; may throw, as for a device that is gone.
+    /// Sets a function that is called before every access and may throw, for instance
+    /// because the device is gone.
     void SetGate(std::function<void()> gate) { m_gate = std::move(gate); }
 
     void Read(uint64_t address, std::span<std::byte> out) const;
@@ -73,7 +74,7 @@ public:
 
     const PortFacts& Facts() const { return m_facts; }
     const std::vector<DescriptionUrl>& Urls() const { return m_urls; }
-    /// -1017 when there is no such URL.
+    /// Fails with -1017 if there is no such URL.
     const DescriptionUrl& UrlAt(size_t index) const;
 
     InfoValue Info(GenTL::PORT_INFO_CMD command) const;

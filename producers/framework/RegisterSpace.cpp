@@ -19,8 +19,8 @@ std::string AddressText(uint64_t address) {
     return "0x" + text;
 }
 
-/// A value that is always read and written as a whole; narrower accesses go
-/// through a copy of it.
+/// A value that is always read and written as a whole. Accesses to a part of it work on a
+/// copy.
 class WholeValue : public RegisterRange {
 public:
     explicit WholeValue(size_t length) : m_length(length) {}
@@ -92,7 +92,7 @@ protected:
     std::vector<std::byte> Fetch() const override {
         const std::string text = m_read();
         std::vector<std::byte> whole(Length());
-        // The last byte stays NUL, so that a long text is cut and still ends.
+        // The last byte is always NUL, so that a text that is cut is terminated.
         std::memcpy(whole.data(), text.data(), std::min(text.size(), whole.size() - 1));
         return whole;
     }

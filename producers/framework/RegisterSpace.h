@@ -1,6 +1,6 @@
 #pragma once
-/// The registers behind a port: ranges of addresses, each with a reader and
-/// perhaps a writer. Numbers are little-endian.
+/// The registers of a port: ranges of addresses, each with a reader and an optional
+/// writer. Numbers are little-endian.
 
 #include <cstddef>
 #include <cstdint>
@@ -13,20 +13,19 @@
 
 namespace OvProducer {
 
-/// What lies at a range of addresses. Offsets count from the range's start and
-/// accesses never leave it.
+/// The content of a range of addresses. Offsets count from the start of the range, and
+/// accesses are always within it.
 class RegisterRange {
 public:
     virtual ~RegisterRange() = default;
     virtual size_t Length() const = 0;
     virtual void Read(size_t offset, std::span<std::byte> out) const = 0;
-    /// -1005 unless the range can be written.
+    /// Fails with -1005 unless the range can be written.
     virtual void Write(size_t offset, std::span<const std::byte> in);
 };
 
-/// Registers of one port. Built before the port is used and not changed then,
-/// so reading and writing need no lock of its own: the readers and writers
-/// guard whatever they touch.
+/// The registers of one port. They are set up before the port is used and never changed
+/// after that, so that accesses need no lock. The readers and writers lock what they use.
 class RegisterSpace {
 public:
     using ReadInteger = std::function<int64_t()>;
@@ -41,15 +40,15 @@ public:
     void AddInteger(uint64_t address, size_t length, ReadInteger read, WriteInteger write = {});
     /// A text with NULs up to `length`; read-only without a writer.
     void AddText(uint64_t address, size_t length, ReadText read, WriteText write = {});
-    /// Four bytes that read 0; writing anything but 0 runs the action.
+    /// Four bytes that are read as 0. Writing any other number runs the action.
     void AddCommand(uint64_t address, std::function<void()> action);
     /// A float of 4 bytes, read-only.
     void AddFloat(uint64_t address, std::function<float()> read);
     /// Read-only bytes.
     void AddConstant(uint64_t address, std::vector<std::byte> content);
 
-    /// Accesses may span neighbouring ranges. -1015 when an address of the
-    /// access holds nothing; nothing is then written.
+    /// Accesses may span adjacent ranges. They fail with -1015 if one of the addresses
+    /// belongs to no range, and write nothing then.
     void Read(uint64_t address, std::span<std::byte> out) const;
     void Write(uint64_t address, std::span<const std::byte> in) const;
 

@@ -78,8 +78,8 @@ auto Stream::OnBuffer(void* handle, const Use& use) const {
     try {
         return use();
     } catch (const Failure& failure) {
-        // The pool knows its own buffers alone; a handle of nothing at all fails
-        // as such.
+        // The pool only knows its own buffers. A handle that doesn't exist at all must
+        // fail as an invalid handle.
         if (failure.Code() == GenTL::GC_ERR_INVALID_BUFFER) {
             static_cast<void>(BufferOf(handle));
         }
@@ -89,8 +89,8 @@ auto Stream::OnBuffer(void* handle, const Use& use) const {
 
 void* Stream::Announce(void* memory, size_t size, void* userPointer) {
     const std::shared_ptr<Buffer> buffer = m_pool.MakeBuffer(memory, size, userPointer);
-    // The handle comes first: once announced, another thread's flush may set
-    // the buffer going, and an event may name it.
+    // The handle is made first: as soon as the buffer is announced, another thread may
+    // queue it by a flush, and an event may report its handle.
     HandleTable& handles = GetSession().handles;
     handles.Add(buffer);
     try {

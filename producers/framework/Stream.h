@@ -17,9 +17,9 @@ class Stream : public Module, public std::enable_shared_from_this<Stream> {
 public:
     Stream(Session& session, std::weak_ptr<Device> parent, std::shared_ptr<StreamBackend> backend);
 
-    /// The device; -1006 when it is gone.
+    /// The device. Fails with -1006 if it is closed.
     std::shared_ptr<Device> Parent() const;
-    /// Stops the engine, ends the events and takes all buffers back.
+    /// Stops the engine, ends the events and revokes all buffers.
     void Close();
 
     void* Announce(void* memory, size_t size, void* userPointer);
@@ -35,7 +35,7 @@ public:
 
     InfoValue Info(GenTL::STREAM_INFO_CMD command) const;
 
-    /// What the information calls see at one moment.
+    /// The state that the information calls report.
     struct Snapshot {
         StreamFacts facts;
         StreamCounters counters;
@@ -52,7 +52,8 @@ protected:
 private:
     Snapshot Current() const;
     std::shared_ptr<Buffer> BufferOf(void* handle) const;
-    /// Runs `use` on the buffer in the pool, and says why it can't.
+    /// Runs `use`, which finds the buffer in the pool. If the pool doesn't have it, fails
+    /// with -1006 for an invalid handle and with -1013 otherwise.
     template <typename Use>
     auto OnBuffer(void* handle, const Use& use) const;
     void AddRegisters();

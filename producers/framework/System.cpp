@@ -32,7 +32,7 @@ PortFacts PortFactsOf(const ProducerFacts& facts) {
     return {facts.id, facts.vendor, facts.model, facts.tlType, "TLSystem", facts.version, "TLPort"};
 }
 
-// Time for a list update that was asked for through a feature, in milliseconds.
+// Time-out of a list update that a feature starts, in milliseconds.
 constexpr uint64_t kFeatureUpdateTimeout = 200;
 
 }  // namespace

@@ -15,10 +15,10 @@ public:
 
     void Close();
 
-    /// Whether the set of interface IDs changed.
+    /// Returns whether the set of interface IDs has changed.
     bool UpdateInterfaces(uint64_t timeout);
     ChildList<InterfaceBackend, Interface>& Interfaces() { return m_interfaces; }
-    /// -1007 when there is no such interface.
+    /// Fails with -1007 if there is no such interface.
     std::shared_ptr<InterfaceBackend> InterfaceNamed(const std::string& id) const;
     std::shared_ptr<Interface> OpenInterface(const std::string& id);
     void CloseInterface(const std::shared_ptr<Interface>& iface);
@@ -39,7 +39,7 @@ private:
 /// Answers `GCGetInfo` and `TLGetInfo`.
 InfoValue ProducerInfo(const ProducerFacts& facts, GenTL::TL_INFO_CMD command);
 
-/// Full path of the producer's own file.
+/// Returns the full path of the producer's own file.
 std::string ProducerPath();
 
 }  // namespace OvProducer

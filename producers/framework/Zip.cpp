@@ -10,7 +10,7 @@
 namespace OvProducer {
 namespace {
 
-// 1980-01-01, the format's first day: an archive depends on its content alone.
+// 1980-01-01, the format's first day, so that equal contents make equal archives.
 constexpr uint16_t kDate = (1 << 5) | 1;
 constexpr uint16_t kVersion = 20;
 constexpr uint16_t kDeflated = 8;

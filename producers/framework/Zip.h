@@ -1,5 +1,5 @@
 #pragma once
-/// Packs a file into a zip archive of one entry, as cameras keep their
+/// Packs a file into a zip archive with one entry, the form in which cameras store their
 /// descriptions.
 
 #include <cstddef>
@@ -8,8 +8,8 @@
 
 namespace OvProducer {
 
-/// A complete archive whose only entry is `content` under `name`, deflated.
-/// Both sizes stand in the local header, so that a reader needs no directory.
+/// Returns an archive whose only entry is `content` under `name`, deflated. Both sizes
+/// are in the local header, so that a reader needs no directory.
 std::vector<std::byte> MakeZip(std::string_view name, std::string_view content);
 
 }  // namespace OvProducer

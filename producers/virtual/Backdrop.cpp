@@ -7,8 +7,8 @@
 namespace OvVirtual {
 namespace {
 
-// The landscape is looked at every second pixel and blended between: a fourth
-// of the work, and edges as soft as a lens makes them.
+// The landscape is computed at every second pixel and interpolated between them, which
+// takes a quarter of the time and makes edges as soft as a lens does.
 constexpr size_t kCoarseColumns = kSensorWidth / 2 + 1;
 
 void CoarseLine(size_t coarseY, std::vector<Color>& line) {

@@ -1,6 +1,6 @@
 #pragma once
-/// The landscape as a sensor sees it: one 12-bit signal a pixel, through the
-/// colour filter if there is one, at 10 ms of exposure and no gain.
+/// The landscape as a sensor sees it: a 12-bit signal for each pixel, through the colour
+/// filter if there is one, at an exposure of 10 ms without gain.
 
 #include <array>
 #include <cstdint>
@@ -12,22 +12,22 @@
 
 namespace OvVirtual {
 
-/// Signal of full white where the sensor is most sensitive.
+/// The signal of white in the channel that is most sensitive.
 constexpr float kWhiteSignal = 3800;
 
-/// The filter's colour over a pixel: 0 red, 1 green, 2 blue.
+/// The filter's colour at a pixel: 0 red, 1 green, 2 blue.
 constexpr size_t FilterAt(size_t x, size_t y) {
     return (x & 1) + (y & 1);
 }
 
-/// What a sensor makes of a colour at that pixel.
+/// The signal of a sensor for a colour at that pixel.
 float SignalOf(const Color& scene, bool color, size_t x, size_t y);
 
-/// Painted when it is first looked at, a band of lines at a time, since a small
-/// image needs little of it. All threads may read it.
+/// Painted in bands of lines when they are first read, since a small image needs few of
+/// them. Any thread may read it.
 class Backdrop {
 public:
-    /// The one for such a sensor.
+    /// The backdrop of a sensor with or without a colour filter.
     static Backdrop& Of(bool color);
 
     std::span<const uint16_t> Line(size_t y);

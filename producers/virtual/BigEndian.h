@@ -1,5 +1,5 @@
 #pragma once
-/// Numbers with their high byte first, as the camera sends them.
+/// Numbers whose highest byte comes first, as the camera sends them.
 
 #include <cstddef>
 #include <cstdint>

@@ -312,7 +312,7 @@ bool Camera::WaitFrame(const std::stop_token& stop) {
         if (m_unpaced || Clock::now() >= m_due) {
             return true;
         }
-        // A stop of the camera ends this wait too.
+        // A stop of the camera ends this wait as well.
         m_changed.wait_until(lock, stop, m_due, [this] { return !FrameIsPlanned(); });
         if (stop.stop_requested()) {
             return false;
@@ -322,8 +322,8 @@ bool Camera::WaitFrame(const std::stop_token& stop) {
 }
 
 size_t Camera::FrameSize() {
-    // The frame keeps the shape that it is announced with, also when the camera
-    // is stopped and set up anew before it is read.
+    // The frame keeps its settings even if the camera is stopped and changed before the
+    // frame is read.
     const std::lock_guard lock(m_mutex);
     const CameraSettings& settings = m_state.settings;
     m_next = Shape();
@@ -334,8 +334,8 @@ size_t Camera::FrameSize() {
 }
 
 uint64_t Camera::TakeFrameNumber() {
-    // A renderer that falls behind slows the camera down; it doesn't hurry
-    // after the frames that it missed.
+    // If rendering takes too long, the camera becomes slower. It doesn't make up for the
+    // frames that it missed.
     m_due = std::max(m_due + FramePeriod(), Clock::now());
     Send(CameraEvent::ExposureEnd, m_frame);
     m_triggers -= m_triggers == 0 ? 0 : 1;

@@ -1,6 +1,6 @@
 #pragma once
-/// A virtual camera: its settings, its acquisition, and the clock that makes its
-/// frames due.
+/// A virtual camera: its settings, its acquisition, and the clock that decides when
+/// frames are due.
 
 #include <chrono>
 #include <condition_variable>
@@ -20,7 +20,7 @@
 
 namespace OvVirtual {
 
-/// Who the camera is.
+/// What identifies the camera.
 struct CameraIdentity {
     unsigned index = 0;
     bool color = true;
@@ -28,7 +28,8 @@ struct CameraIdentity {
     std::string serialNumber;
 };
 
-/// All operations may be called from any thread; the source's side from one.
+/// Any thread may call all operations, except those of the frame source, which one thread
+/// calls.
 class Camera : public OvProducer::FrameSource {
 public:
     using Clock = std::chrono::steady_clock;
@@ -40,22 +41,23 @@ public:
     // Settings.
 
     CameraSettings Settings() const;
-    /// Bytes of a frame as the camera is set up now.
+    /// Size of a frame with the present settings, in bytes.
     size_t PayloadSize() const;
-    /// -1019 when the value is out of the range, -1005 when it is locked.
+    /// Fails with -1019 if the value is out of range, with -1005 if the setting is
+    /// locked.
     void Set(const SettingRange& range, int64_t value);
-    /// Changes settings by `change` as one step; nothing changes when it fails.
+    /// Changes several settings in one step. Changes nothing if it fails.
     void Change(bool shapesFrame, const std::function<void(CameraSettings&)>& change);
-    /// Until the end settings are taken one by one, whatever they amount to
-    /// together. -1005 while frames flow.
+    /// Until `EndLoading`, settings may contradict each other, so that they can be loaded
+    /// one by one. Fails with -1005 during an acquisition.
     void BeginLoading();
-    /// -1019, and all settings as they were before the begin, when the camera
-    /// can't combine them.
+    /// If the settings contradict each other, restores those from before `BeginLoading`
+    /// and fails with -1019.
     void EndLoading();
     bool IsLoading() const;
 
     CameraSelectors Selectors() const;
-    /// -1019 when the value is out of the range.
+    /// Fails with -1019 if the value is out of range.
     void Select(const SelectorRegister& selector, int64_t value);
 
     std::string UserId() const;
@@ -67,16 +69,16 @@ public:
     int64_t UserSetDefault() const;
     void SetUserSetDefault(int64_t set);
     void LoadUserSet(int64_t set);
-    /// -1005 for the factory's set.
+    /// Fails with -1005 for the factory's set.
     void SaveUserSet(int64_t set);
-    /// As switched off and on: the default set, no acquisition, time 0, no open
-    /// file.
+    /// Does what switching the camera off and on does: loads the default set, stops the
+    /// acquisition, sets the time to 0 and closes files.
     void Reset();
 
-    /// Takes up what another process left.
+    /// Restores the state that the last process saved.
     void Recall();
-    /// Leaves the state to the next process. A folder that can't be written
-    /// costs the memory, not the camera.
+    /// Saves the state for the next process. If the folder can't be written, the state is
+    /// lost, but the camera goes on.
     void Keep() const;
 
     CameraFiles& Files() { return m_files; }
@@ -87,16 +89,16 @@ public:
     void Start();
     void Stop();
     bool IsAcquiring() const;
-    /// Takes a frame if the camera waits for a software trigger. A camera that
-    /// still exposes the last one misses it; where frames wait for buffers and
-    /// nothing else, triggers are kept.
+    /// Starts a frame if the camera is waiting for a software trigger. The trigger is
+    /// missed if the last frame is still being exposed, unless frames only wait for
+    /// buffers.
     void TriggerSoftware();
     bool WaitsForTrigger() const;
 
-    /// Off the bus for the time that is set, without a farewell.
+    /// Drops off the bus for the time that is set, without a message.
     void DropOff();
 
-    // Time. Ticks are nanoseconds.
+    // Time, in ticks of a nanosecond.
 
     static constexpr int64_t kTicksPerSecond = 1000000000;
     int64_t Ticks() const;
@@ -112,7 +114,7 @@ public:
     void DropFrame() override;
 
 private:
-    // With the lock held.
+    // To be called with the lock held.
     bool FrameIsPlanned() const;
     bool TakesSoftwareTriggers() const;
     Clock::duration FramePeriod() const;
@@ -130,13 +132,13 @@ private:
     const CameraIdentity m_identity;
     const CameraMemory m_memory;
     const bool m_unpaced;
-    const double m_shortestPeriod;  ///< seconds, by the environment's limit
+    const double m_shortestPeriod;  ///< in seconds, from the limit of the environment
 
     mutable std::mutex m_mutex;
     std::condition_variable_any m_changed;
     CameraLink m_link;
     CameraState m_state;
-    std::optional<CameraSettings> m_beforeLoading;  ///< empty unless settings are loaded
+    std::optional<CameraSettings> m_beforeLoading;  ///< empty unless settings are being loaded
     bool m_paramsLocked = false;
     bool m_acquiring = false;
     std::optional<uint64_t> m_framesLeft;  ///< empty without a limit
@@ -145,10 +147,10 @@ private:
     Clock::time_point m_due;
     Clock::time_point m_epoch = Clock::now();
 
-    // Of the source's thread.
+    // Used only by the thread of the frame source.
     // The frame that is due.
     FrameSettings m_next;
-    std::optional<int64_t> m_nextChunks;  ///< a bit for each; empty without chunk mode
+    std::optional<int64_t> m_nextChunks;  ///< a bit for each chunk; empty without chunk mode
     uint32_t m_nextLines = 0;
     size_t m_nextSize = 0;  ///< bytes, chunks included
     FrameRenderer m_renderer;

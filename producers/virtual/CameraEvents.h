@@ -1,6 +1,6 @@
 #pragma once
-/// The messages that a camera sends on its own, in the layout of GigE Vision's
-/// event items. Numbers have their high byte first.
+/// The messages that a camera sends by itself, in the layout of GigE Vision's event
+/// items. Numbers have their highest byte first.
 ///
 /// | Offset | Bytes | |
 /// |---|---|---|
@@ -19,14 +19,14 @@ namespace OvVirtual {
 
 enum class CameraEvent : int64_t {
     ExposureEnd = 0,        ///< a frame was exposed
-    FrameStartOvertrigger,  ///< a trigger came while a frame was exposed, and was missed
-    BlockDiscard,           ///< a frame was discarded, for no buffer was free
+    FrameStartOvertrigger,  ///< a trigger was missed because a frame was being exposed
+    BlockDiscard,           ///< a frame was discarded because no buffer was free
     Count
 };
 
 constexpr auto kCameraEvents = static_cast<int64_t>(CameraEvent::Count);
 
-/// As the ports of the description name it.
+/// The identifier that the description's ports have.
 constexpr uint64_t EventId(CameraEvent event) {
     constexpr uint64_t kFirst = 0x9001;
     return kFirst + static_cast<uint64_t>(event);

@@ -20,8 +20,8 @@ bool MakesSense(const FileRequest& request) {
     return request.offset >= 0 && request.length >= 0;
 }
 
-/// Bytes of a transfer at `offset` of something that ends at `end`: no more
-/// than are asked for, than are left and than the buffer holds.
+/// How many bytes a transfer moves at `offset` of a file that ends at `end`: no more than
+/// requested, than there are, and than the buffer holds.
 size_t Count(const FileRequest& request, size_t offset, size_t end) {
     return std::min(
         {static_cast<size_t>(request.length), end - offset, CameraFiles::kBufferLength});

@@ -1,5 +1,5 @@
 #pragma once
-/// The files inside a virtual camera, and the operations on them.
+/// The files in a virtual camera, and the operations on them.
 
 #include <array>
 #include <cstddef>
@@ -12,7 +12,7 @@
 
 namespace OvVirtual {
 
-// Values as the registers hold them.
+// The values are those of the registers.
 enum class FileName : int64_t { UserFile, FactoryCalibration, Count };
 enum class FileOperation : int64_t { Open, Close, Read, Write, Delete, Count };
 enum class FileOpenMode : int64_t { Read, Write, ReadWrite, Count };
@@ -31,11 +31,11 @@ struct FileOutcome {
     int64_t count = 0;  ///< bytes that were moved
 };
 
-/// The files of one camera: the user's, which is there when it was written, and
-/// the factory's, which can only be read. Bytes go over by a buffer.
+/// The files of one camera: the user's, which exists after it was written, and the
+/// factory's, which can only be read. Transfers go through a buffer.
 ///
-/// A request that can't be met fails and changes nothing. All operations may be
-/// called from any thread.
+/// An operation that can't be done fails and changes nothing. Any thread may call all
+/// operations.
 class CameraFiles {
 public:
     using Content = std::vector<std::byte>;
@@ -45,28 +45,29 @@ public:
 
     explicit CameraFiles(std::string_view factoryCalibration);
 
-    /// Runs the operation; `Outcome` tells how it went.
+    /// Runs the operation. `Outcome` returns its result.
     ///
-    /// Reading moves as many bytes as the file has, none at its end or behind.
-    /// Writing moves as many as the file has room for and fails when there is
-    /// none, so that a host which offers the rest again comes to an end; a gap
-    /// before the offset is filled with zeros. Neither moves more than the
-    /// buffer holds. Opening for writing alone empties the file.
+    /// A read moves as many bytes as the file has, none at or beyond its end. A write
+    /// moves as many as the file has room for, and fails if there is no room, so that a
+    /// host that repeats it with the rest doesn't do so for ever; a gap before the offset
+    /// is filled with zeros. Neither moves more than the buffer holds. Opening only for
+    /// writing empties the file.
     void Execute(const FileRequest& request);
     FileOutcome Outcome() const;
-    /// In bytes; 0 for a file that isn't there.
+    /// Size of the file in bytes; 0 if it doesn't exist.
     size_t Size(FileName file) const;
 
-    /// The buffer in part; what lies outside of it is a std::out_of_range.
+    /// A part of the buffer. Throws std::out_of_range for bytes outside of it.
     void ReadBuffer(size_t offset, std::span<std::byte> out) const;
     void WriteBuffer(size_t offset, std::span<const std::byte> in);
 
-    /// As after power-on: nothing is open, the buffer is blank. Files stay.
+    /// Closes all files and clears the buffer, as switching the camera on does. Files
+    /// stay.
     void Reset();
 
-    /// Empty when the file isn't there.
+    /// Empty if the file doesn't exist.
     std::optional<Content> UserFile() const;
-    /// For a camera without open files.
+    /// No file may be open.
     /// @param content  no more than kUserFileMax bytes
     void SetUserFile(std::optional<Content> content);
 

@@ -1,6 +1,6 @@
 #pragma once
-/// The line between a camera and its host: who listens to the camera, and
-/// whether the camera is on the bus at all.
+/// The connection between a camera and its host: who receives the camera's events, and
+/// whether the camera is on the bus.
 
 #include <chrono>
 #include <memory>
@@ -11,33 +11,34 @@
 
 namespace OvVirtual {
 
-/// All operations may be called from any thread.
+/// Any thread may call all operations.
 class CameraLink {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// -10000 while the camera is off the bus.
+    /// Fails with -10000 while the camera is off the bus.
     void Open(std::weak_ptr<OvProducer::EventSink> host);
     void Close();
 
     /// Whether a search finds the camera.
     bool IsOnBus() const;
-    /// -10000 off the bus, and over a connection that was lost. A camera that
-    /// comes back must be opened anew.
+    /// Fails with -10000 while the camera is off the bus, and after the connection was
+    /// lost until the camera is opened again.
     void CheckUsable() const;
 
-    /// The connection is lost, which the host is told; the camera comes back to
-    /// the bus after that time.
+    /// Drops the connection and posts the event of a lost device. The camera is on the
+    /// bus again after that time.
     void DropOff(std::chrono::milliseconds time);
 
-    /// Nobody hears it unless the camera is open and the host has registered.
+    /// Posts an event. Nobody receives it unless the camera is open and the host has
+    /// registered the event.
     void Send(CameraEvent event, uint64_t frame, uint64_t ticks);
 
 private:
     mutable std::mutex m_mutex;
     std::weak_ptr<OvProducer::EventSink> m_host;
     bool m_isLost = false;
-    Clock::time_point m_back = Clock::time_point::min();  ///< when it is on the bus again
+    Clock::time_point m_back = Clock::time_point::min();  ///< time of its return to the bus
 };
 
 }  // namespace OvVirtual

@@ -20,11 +20,11 @@ using OvProducer::RegisterSpace;
 
 constexpr uint64_t kDescriptionAddress = 0x100000;
 
-// Where it is measured, as the selector counts.
+// Places of measurement, by the values of the selector.
 constexpr int64_t kSensor = 0;
 constexpr int64_t kMainboard = 1;
 
-/// A sensor that works gets warmer; the mainboard lies behind it.
+/// A sensor that works gets warmer. The mainboard next to it stays cooler.
 float Temperature(const Camera& camera, int64_t place) {
     const float sensor = camera.IsAcquiring() ? 46.5F : 41.0F;
     return place == kMainboard ? sensor - 5.25F : sensor;
@@ -41,7 +41,7 @@ std::shared_ptr<const LookUpTable> WithEntry(const LookUpTable& table, int64_t i
     return copy;
 }
 
-/// The whole look-up table: two little-endian bytes an entry.
+/// The whole look-up table: two little-endian bytes for each entry.
 class LutRange : public OvProducer::RegisterRange {
 public:
     explicit LutRange(std::shared_ptr<Camera> camera) : m_camera(std::move(camera)) {}
@@ -101,7 +101,8 @@ private:
         m_registers.AddInteger(address, 4, std::move(read), std::move(write));
     }
 
-    /// The bit that a selector chooses of a setting with a bit for each entry.
+    /// Adds a register for one bit of a setting that has a bit for each entry of a
+    /// selector. The register has the bit of the entry that is selected.
     /// @param fixed  bits that can't be switched off
     void SelectedBit(uint64_t address, SelectorField which, int64_t CameraSettings::*field,
                      bool shapesFrame, int64_t fixed);
@@ -180,7 +181,7 @@ void Builder::AddSettings() {
     AddFlips();
 }
 
-/// Both mirrors as bits of one register, beside those of their own.
+/// Adds a register with both mirrors as bits, in addition to the register of each.
 void Builder::AddFlips() {
     Number(
         0x0348,
@@ -197,7 +198,7 @@ void Builder::AddFlips() {
         });
 }
 
-/// Settings that come as a whole may contradict one another in between.
+/// Settings that are loaded one by one may contradict each other meanwhile.
 void Builder::AddLoading() {
     m_registers.AddCommand(0x0710, [c = m_camera] { c->BeginLoading(); });
     m_registers.AddCommand(0x0714, [c = m_camera] { c->EndLoading(); });
@@ -260,7 +261,7 @@ void Builder::AddAnalog() {
             const size_t channel = selected();
             c->Change(false, [&](CameraSettings& settings) { settings.balance[channel] = value; });
         });
-    // White is known here without looking at a frame.
+    // The colour of white is known here without measuring a frame.
     m_registers.AddCommand(0x0510, [c = m_camera] {
         c->Change(false, [color = c->Identity().color](CameraSettings& settings) {
             settings.balance = FactorySettings(color).balance;

@@ -1,6 +1,5 @@
 #pragma once
-/// The registers of a virtual camera, as descriptions/VirtualCamera.xml maps
-/// them.
+/// The registers of a virtual camera, at the addresses of descriptions/VirtualCamera.xml.
 
 #include <memory>
 
@@ -9,7 +8,7 @@
 
 namespace OvVirtual {
 
-/// The camera's own port with its description. Keeps the camera.
+/// Makes the camera's own port with its description. The port owns the camera too.
 std::unique_ptr<OvProducer::Port> MakeCameraPort(const std::shared_ptr<Camera>& camera,
                                                  const OvProducer::PortFacts& facts);
 

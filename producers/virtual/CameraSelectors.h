@@ -1,12 +1,13 @@
 #pragma once
-/// What chooses the meaning of other registers of a virtual camera.
+/// The selectors of a virtual camera, which choose what other registers mean.
 
 #include <cstdint>
 #include <span>
 
 namespace OvVirtual {
 
-/// Not of the user sets: a camera with power keeps them beside its settings.
+/// Selectors aren't part of the user sets. A camera keeps them, like its settings, as
+/// long as it has power.
 struct CameraSelectors {
     int64_t temperature = 0;
     int64_t status = 0;

@@ -19,7 +19,7 @@ std::shared_ptr<const LookUpTable> StraightTable() {
     return table;
 }
 
-/// Largest multiple of `step` that is not above `value`.
+/// The largest multiple of `step` that isn't above `value`.
 int64_t RoundDown(int64_t value, int64_t step) {
     return value - value % step;
 }

@@ -1,5 +1,5 @@
 #pragma once
-/// The settings of a virtual camera, as its registers hold them.
+/// The settings of a virtual camera, with the values of its registers.
 
 #include <array>
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace OvVirtual {
 enum class AcquisitionMode : int64_t { Continuous = 0, SingleFrame = 1, MultiFrame = 2 };
 enum class TriggerSource : int64_t { Software = 0, Line0 = 1 };
 
-// The whole sensor, as the registers count it.
+// Size of the whole sensor, in the type of the registers.
 constexpr auto kFullWidth = static_cast<int64_t>(kSensorWidth);
 constexpr auto kFullHeight = static_cast<int64_t>(kSensorHeight);
 
@@ -24,13 +24,13 @@ constexpr double kBalanceOne = 4096;
 constexpr double kGammaOne = 100;
 constexpr double kFrameRateStepsPerHertz = 1000;
 
-/// Where a setting of many switches has that of a chunk or an event.
+/// The bit of a chunk or an event in a setting of many switches.
 template <class Entry>
 constexpr int64_t BitOf(Entry entry) {
     return int64_t{1} << static_cast<int64_t>(entry);
 }
 
-/// What a user set stores. Every field is a register's value.
+/// The settings that a user set stores. Every field is the value of a register.
 struct CameraSettings {
     int64_t width = kSensorWidth;
     int64_t height = kSensorHeight;
@@ -46,7 +46,7 @@ struct CameraSettings {
     int64_t testPattern = 0;
     int64_t acquisitionMode = 0;
     int64_t frameCount = 1;     ///< of a multi-frame acquisition
-    int64_t frameRateMode = 1;  ///< 0 as fast as it goes, 1 at the frame rate
+    int64_t frameRateMode = 1;  ///< 0 as fast as possible, 1 at the frame rate
     int64_t frameRate = 30000;  ///< thousandths of a frame per second
     int64_t triggerMode = 0;    ///< 0 off, 1 on
     int64_t triggerSource = 0;
@@ -61,41 +61,41 @@ struct CameraSettings {
     int64_t chunkMode = 0;                   ///< 1: data follow the image
     int64_t chunksEnabled = 63;              ///< the bits of chunks (see Chunks.h)
     int64_t eventsEnabled = 0;               ///< the bits of events (see CameraEvents.h)
-    int64_t dropOffTime = 1000;              ///< off the bus, milliseconds
+    int64_t dropOffTime = 1000;              ///< how long the camera is off the bus, milliseconds
     int64_t dropOffFrames = 0;               ///< frames before the camera drops off; 0: it stays
     std::shared_ptr<const LookUpTable> lut;  ///< never null in a camera
 };
 
-/// As a camera comes from the factory.
+/// The settings of a new camera.
 CameraSettings FactorySettings(bool color);
 
-/// What the renderer needs of them.
+/// The settings that the renderer needs.
 FrameSettings FrameSettingsOf(const CameraSettings& settings, bool color, unsigned camera);
 
-/// A field with the values that it takes; `step` counts from `min`.
+/// A field and its range. `step` counts from `min`.
 struct SettingRange {
     int64_t CameraSettings::*field;
     int64_t min;
     int64_t max;
     int64_t step;
-    bool shapesFrame;  ///< fixed while frames flow
+    bool shapesFrame;  ///< locked during an acquisition
 };
 
-/// -1019 unless the settings agree with each other: the image lies on the
-/// sensor and the camera knows the format.
+/// Fails with -1019 unless the settings fit together: the image is on the sensor, and the
+/// camera has the pixel format.
 void CheckSettings(const CameraSettings& settings, bool color);
 
-/// Fits the image into the sensor after the binning changed from the old one.
+/// Adapts size and offset of the image to the sensor after the binning has changed.
 void FitToBinning(CameraSettings& settings, const CameraSettings& before);
 
 /// In seconds.
 double ExposureTime(const CameraSettings& settings);
 
-/// Shortest time between two frames, in seconds: the sensor is read line by
-/// line, and exposes no faster than it is told to.
+/// The shortest time between two frames, in seconds. It depends on the number of lines
+/// that are read and on the exposure time.
 double ShortestFrameTime(const CameraSettings& settings);
 
-/// Time between two frames in seconds, with the frame rate that is asked for.
+/// The time between two frames in seconds, with the frame rate that is set.
 double FrameTime(const CameraSettings& settings);
 
 }  // namespace OvVirtual

@@ -8,9 +8,9 @@
 namespace OvVirtual {
 namespace {
 
-/// Identifier and length.
+/// Bytes of a chunk's identifier and length.
 constexpr size_t kTrailerSize = 8;
-/// The layout counts in words.
+/// Lengths in the layout are multiples of a word.
 constexpr size_t kWord = 4;
 
 struct ValueChunk {
@@ -34,7 +34,7 @@ size_t WholeWords(size_t size) {
     return (size + kWord - 1) / kWord * kWord;
 }
 
-/// Writes one behind the other.
+/// Writes chunks one after the other.
 class ChunkWriter {
 public:
     explicit ChunkWriter(std::span<std::byte> memory) : m_memory(memory) {}
@@ -43,7 +43,7 @@ public:
         PutBigEndian(m_memory.subspan(m_position, length), value);
         m_position += length;
     }
-    /// What lies between the last chunk and here becomes a chunk.
+    /// Makes a chunk of the bytes since the last one.
     void Close(Chunk chunk) {
         const size_t length = m_position - m_begin;
         m_chunks.push_back({ChunkId(chunk), static_cast<int64_t>(m_begin), length});
@@ -51,7 +51,8 @@ public:
         Number(length, kTrailerSize / 2);
         m_begin = m_position;
     }
-    /// The image, which is there already, is filled up to whole words.
+    /// Makes the first chunk of the image, which is there already, and pads it to whole
+    /// words.
     void CloseImage(size_t size) {
         const size_t end = WholeWords(size);
         std::fill(m_memory.begin() + static_cast<ptrdiff_t>(size),

@@ -1,7 +1,7 @@
 #pragma once
-/// Data behind the image, in the chunk layout of GigE Vision: behind each chunk
-/// stand its identifier and its length, four bytes each, the high byte first.
-/// Numbers in a chunk have their high byte first too.
+/// Data after the image, in the chunk layout of GigE Vision: each chunk is followed by
+/// its identifier and its length, four bytes each. All numbers have their highest byte
+/// first.
 
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +13,7 @@
 
 namespace OvVirtual {
 
-/// The chunks of a frame, in their order. The image is always one of them.
+/// The chunks of a frame, in order. The image is always the first.
 enum class Chunk : int64_t {
     Image = 0,
     FrameId,
@@ -26,13 +26,13 @@ enum class Chunk : int64_t {
 
 constexpr auto kChunks = static_cast<int64_t>(Chunk::Count);
 
-/// As the ports of the description name it.
+/// The identifier that the description's ports have.
 constexpr uint64_t ChunkId(Chunk chunk) {
     constexpr uint64_t kFirst = 0x0C000000;
     return kFirst + static_cast<uint64_t>(chunk);
 }
 
-/// What the chunks of one frame hold.
+/// The values in the chunks of one frame.
 struct ChunkValues {
     uint64_t frameId = 0;
     uint64_t timestamp = 0;  ///< ticks
@@ -41,16 +41,15 @@ struct ChunkValues {
     uint32_t lineStatus = 0;
 };
 
-/// The levels of all lines, a bit each. Nothing is wired to a virtual camera:
-/// Line0 rests at the level from which the trigger's edge leads away.
+/// The levels of all lines, a bit for each. Nothing is connected to a virtual camera:
+/// Line0 has the level from which the edge of the trigger would start.
 uint32_t LineStatus(const CameraSettings& settings);
 
-/// Bytes of a frame with its chunks; those of the image alone in a camera whose
-/// chunk mode is off.
+/// Size of a frame in bytes, with its chunks if chunk mode is on.
 size_t PayloadSize(const CameraSettings& settings, size_t imageSize);
 
-/// Writes what follows the image. `memory` begins with the image and holds the
-/// whole payload.
+/// Writes the chunks after the image. `memory` has room for the whole payload and begins
+/// with the image.
 /// @param enabled  a bit for each chunk
 /// @return the places of the chunks
 std::vector<GenTL::S_SINGLE_CHUNK_DATA> AppendChunks(std::span<std::byte> memory, size_t imageSize,

@@ -18,14 +18,14 @@ std::optional<double> NumberOf(const char* variable) {
     }
     char* end = nullptr;
     const double value = std::strtod(text, &end);
-    // The comparison also refuses what is no number at all.
+    // The comparison also refuses NaN.
     if (*end != '\0' || !(value >= 0)) {
         return std::nullopt;
     }
     return value;
 }
 
-/// Anybody may put a folder into a place that all share.
+/// Any user may create a folder in a shared place, so its owner is checked.
 bool IsOursOrFree(const std::filesystem::path& folder) {
     struct stat found {};
     if (lstat(folder.c_str(), &found) != 0) {
@@ -34,8 +34,8 @@ bool IsOursOrFree(const std::filesystem::path& folder) {
     return S_ISDIR(found.st_mode) && found.st_uid == getuid();
 }
 
-/// A folder of the user's own that lasts as long as the machine runs, for that
-/// is how long a camera with power remembers.
+/// A folder of the user that lasts until the machine is switched off, as a camera's
+/// memory lasts while it has power.
 std::filesystem::path StateFolder() {
     const char* chosen = std::getenv("OV_VIRTUAL_STATE");
     if (chosen != nullptr && *chosen != '\0') {

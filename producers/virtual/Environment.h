@@ -1,5 +1,5 @@
 #pragma once
-/// What the environment says of the virtual cameras; README.md lists it.
+/// The environment variables of the virtual cameras, which README.md lists.
 
 #include <filesystem>
 #include <optional>
@@ -8,14 +8,14 @@ namespace OvVirtual {
 
 struct Environment {
     unsigned cameras = 2;
-    /// Upper limit of the frame rate, frames per second; 0: frames wait for
-    /// buffers and nothing else.
+    /// Upper limit of the frame rate, in frames per second; 0: frames only wait for
+    /// buffers.
     std::optional<double> frameRate;
-    /// Where cameras keep their state; empty: they keep none.
+    /// The folder in which cameras save their state; empty: they don't.
     std::filesystem::path stateFolder;
 };
 
-/// Values that make no sense are as if they weren't there.
+/// Ignores variables whose values make no sense.
 Environment ReadEnvironment();
 
 }  // namespace OvVirtual

@@ -1,5 +1,5 @@
 #pragma once
-/// What the factory measured of a virtual camera.
+/// The factory's measurements of a virtual camera.
 
 #include <string>
 
@@ -7,8 +7,8 @@ namespace OvVirtual {
 
 struct CameraIdentity;
 
-/// A text of one fact a line, as "SerialNumber=VC000001". The balance is what a
-/// camera from the factory has.
+/// Returns a text with one fact in each line, such as "SerialNumber=VC000001". The
+/// balance is that of a new camera.
 std::string FactoryCalibration(const CameraIdentity& identity);
 
 }  // namespace OvVirtual

@@ -17,7 +17,7 @@ constexpr uint64_t kResult = 0x0920;
 constexpr uint64_t kSize = 0x0924;
 constexpr uint64_t kBuffer = 0x4000;
 
-/// What the next operation does.
+/// Parameters of the next operation.
 struct FileParameters {
     std::atomic<int64_t> mode = 0;
     std::atomic<int64_t> offset = 0;
@@ -30,7 +30,7 @@ struct FileParameters {
     }
 };
 
-/// These take every number: the operation tells whether it makes sense.
+/// These accept any number. The operation fails if it makes no sense.
 struct Amount {
     uint64_t address;
     std::atomic<int64_t> FileParameters::*field;

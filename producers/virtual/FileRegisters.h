@@ -1,5 +1,5 @@
 #pragma once
-/// The registers that reach the files of a virtual camera.
+/// The registers for access to the files of a virtual camera.
 
 #include <memory>
 
@@ -8,8 +8,8 @@
 
 namespace OvVirtual {
 
-/// Adds them to a port's; they keep the camera. How the next operation opens and
-/// what it moves belongs to the port.
+/// Adds them to a port. They own the camera too. The parameters of the next operation
+/// belong to the port.
 void AddFileRegisters(OvProducer::RegisterSpace& registers, const std::shared_ptr<Camera>& camera);
 
 }  // namespace OvVirtual

@@ -1,6 +1,5 @@
-/// @file
-/// The standing part of the scene, painted from back to front. Positions are
-/// shares of the picture: u to the right, v downwards, both 0 to 1.
+/// @file The part of the scene that doesn't move, painted from back to front. Positions
+/// are fractions of the picture: u to the right, v downwards, both 0 to 1.
 #include <algorithm>
 #include <cmath>
 
@@ -25,7 +24,7 @@ bool Within(float value, float low, float high) {
     return value >= low && value < high;
 }
 
-/// Distance in shares of the height.
+/// Distance as a fraction of the picture's height.
 float Distance(float u, float v, float centerU, float centerV) {
     return std::hypot((u - centerU) * kAspect, v - centerV);
 }

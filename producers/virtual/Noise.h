@@ -7,7 +7,7 @@
 
 namespace OvVirtual {
 
-/// 0 to 1, unrelated for neighbouring arguments.
+/// 0 to 1, without a relation between adjacent arguments.
 inline float Scatter(int32_t x, int32_t y) {
     auto h = static_cast<uint32_t>(x) * 0x9E3779B1U ^ static_cast<uint32_t>(y) * 0x85EBCA77U;
     h ^= h >> 15;

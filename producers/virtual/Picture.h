@@ -24,7 +24,7 @@ struct Color {
     float operator[](size_t channel) const { return channel == 0 ? r : channel == 1 ? g : b; }
 };
 
-/// The standing part of the scene at a pixel of the sensor.
+/// The part of the scene that doesn't move, at a pixel of the sensor.
 Color LandscapeAt(size_t x, size_t y);
 
 /// Something that moves in front of the landscape.
@@ -38,13 +38,13 @@ struct Sprite {
 Sprite MakeBalloon();
 Sprite MakeCar();
 
-/// Left upper corner of a sprite; it may lie outside of the sensor.
+/// The upper left corner of a sprite, which may be outside of the sensor.
 struct Place {
     int64_t x = 0;
     int64_t y = 0;
 };
 
-/// Where the things are at a moment, counted in frames.
+/// The positions of the sprites at a time, counted in frames.
 Place BalloonPlace(uint64_t moment);
 Place CarPlace(uint64_t moment);
 

@@ -43,7 +43,8 @@ std::byte Byte(unsigned value) {
     return static_cast<std::byte>(value);
 }
 
-/// Two little-endian bytes a pixel; `shift` to the left, or right if negative.
+/// Two little-endian bytes for each pixel, shifted to the left by `shift`, or to the
+/// right if it is negative.
 void PutWide(std::span<const uint16_t> levels, int shift, std::byte* out) {
     for (const unsigned level : levels) {
         const unsigned value = shift >= 0 ? level << shift : level >> -shift;
@@ -52,8 +53,8 @@ void PutWide(std::span<const uint16_t> levels, int shift, std::byte* out) {
     }
 }
 
-/// Three bytes for two pixels, the upper eight bits of each outside and the
-/// rest of both between them.
+/// Three bytes for two pixels: the upper eight bits of each are in the outer bytes, the
+/// rest of both in the middle one.
 template <unsigned bits>
 void PutPacked(std::span<const uint16_t> levels, std::byte* out) {
     constexpr unsigned kRest = bits - 8;

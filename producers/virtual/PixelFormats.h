@@ -1,5 +1,5 @@
 #pragma once
-/// The pixel formats of the virtual cameras and how 12-bit levels go into them.
+/// The pixel formats of the virtual cameras, and the packing of 12-bit levels into them.
 
 #include <cstddef>
 #include <cstdint>

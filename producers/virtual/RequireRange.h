@@ -1,5 +1,5 @@
 #pragma once
-/// The check of a number that a register takes.
+/// The check of a number that is written to a register.
 
 #include <cstdint>
 
@@ -7,7 +7,7 @@
 
 namespace OvVirtual {
 
-/// -1019 unless the value lies in the range.
+/// Fails with -1019 unless the value is in the range.
 inline void RequireRange(int64_t value, int64_t min, int64_t max) {
     if (value < min || value > max) {
         throw OvProducer::Failure(GenTL::GC_ERR_INVALID_VALUE,

@@ -8,7 +8,7 @@
 namespace OvVirtual {
 namespace {
 
-// Cameras look at different moments, so that their frames differ.
+// Each camera shows another time, so that their frames differ.
 constexpr uint64_t kMomentsBetweenCameras = 150;
 
 const Sprite& Balloon() {
@@ -21,7 +21,7 @@ const Sprite& Car() {
     return sprite;
 }
 
-/// Puts a sprite's line over the signals of a sensor line.
+/// Draws a sprite's line over the signals of a sensor line.
 void Overlay(const Sprite& sprite, const Place& place, bool color, size_t y,
              std::vector<uint16_t>& line) {
     const int64_t spriteY = static_cast<int64_t>(y) - place.y;
@@ -48,7 +48,7 @@ double Clip(double level) {
     return std::clamp(level, 0.0, static_cast<double>(kTopLevel));
 }
 
-/// What becomes of each signal on its way through the camera, by channel.
+/// The output of the camera for each signal, by channel.
 LookUpTable ToneTable(const FrameSettings& settings, size_t channel) {
     const double sums = (settings.sumX ? static_cast<double>(settings.binningX) : 1.0) *
                         (settings.sumY ? static_cast<double>(settings.binningY) : 1.0);
@@ -56,8 +56,8 @@ LookUpTable ToneTable(const FrameSettings& settings, size_t channel) {
         settings.exposure / 10000.0 * std::pow(10.0, settings.gain / 20.0) * sums;
     LookUpTable table{};
     for (size_t signal = 0; signal < kLevels; ++signal) {
-        // The converter's range ends here: what is too bright is cut before
-        // the digital steps, as in a sensor.
+        // The range of the converter ends here: signals that are too bright are cut
+        // before the digital steps, as in a real camera.
         const double raw = Clip(static_cast<double>(signal) * amplify + settings.blackLevel);
         double level =
             Clip((raw - settings.blackLevel) * settings.balance[channel] + settings.blackLevel);
@@ -70,10 +70,10 @@ LookUpTable ToneTable(const FrameSettings& settings, size_t channel) {
     return table;
 }
 
-/// Where a position of the image lies on the sensor: the first of the pixels
-/// that are binned into it. With a colour filter pixels of the same colour are
-/// binned, and a mirrored image swaps whole pairs, so that the filter's colours
-/// stay where the pixel format says.
+/// The place on the sensor of a position of the image: the first of the pixels that are
+/// binned into it. With a colour filter, pixels of the same colour are binned, and
+/// mirrors swap whole pairs, so that the order of the colours is always that of the pixel
+/// format.
 size_t SensorPosition(size_t position, size_t binning, bool reverse, bool color, size_t size) {
     if (reverse) {
         position = size / binning - 1 - position;

@@ -1,6 +1,6 @@
 #pragma once
-/// Makes the frames of the virtual cameras. A frame depends on its settings and
-/// its number alone, so that whoever knows both can say what must be in it.
+/// Makes the frames of the virtual cameras. A frame depends only on its settings and its
+/// number, so that a test that knows both can compute it.
 
 #include <array>
 #include <cstddef>
@@ -15,7 +15,7 @@
 
 namespace OvVirtual {
 
-/// Signals are 12 bits wide up to the packing into the pixel format.
+/// Signals have 12 bits until they are packed into the pixel format.
 constexpr size_t kLevels = 4096;
 constexpr uint16_t kTopLevel = 4095;
 
@@ -35,18 +35,18 @@ enum class TestPattern : int64_t {
 
 using LookUpTable = std::array<uint16_t, kLevels>;
 
-/// All that shapes a frame. Sizes and offsets are in pixels of the image, that
-/// is after binning; widths are multiples of 4, heights and offsets of 2.
+/// All settings that a frame depends on. Sizes and offsets are in pixels of the image,
+/// after binning. Widths are multiples of 4, heights and offsets of 2.
 struct FrameSettings {
-    unsigned camera = 0;  ///< shifts what moves, so that two cameras differ
-    bool color = true;    ///< the sensor has a colour filter, red and green first
+    unsigned camera = 0;  ///< number of the camera, which shifts what moves
+    bool color = true;  ///< whether the sensor has a colour filter, which begins with red and green
     size_t width = kSensorWidth;
     size_t height = kSensorHeight;
     size_t offsetX = 0;
     size_t offsetY = 0;
     size_t binningX = 1;  ///< 1, 2 or 4
     size_t binningY = 1;
-    bool sumX = false;  ///< binned pixels are added, not averaged
+    bool sumX = false;  ///< whether binned pixels are added instead of averaged
     bool sumY = false;
     bool reverseX = false;
     bool reverseY = false;
@@ -62,18 +62,18 @@ struct FrameSettings {
     bool operator==(const FrameSettings&) const = default;
 };
 
-/// How strongly the colour sensor answers to red, green and blue. Balance
-/// ratios of the reciprocals make white things white.
+/// The sensitivity of the colour sensor to red, green and blue. Their reciprocals are the
+/// balance ratios that make white things white.
 constexpr std::array<double, 3> kSensitivity = {0.625, 1.0, 0.78125};
 
-/// Bytes of a frame.
+/// Size of a frame in bytes.
 size_t FrameSize(const FrameSettings& settings);
 
-/// Renders frames; keeps tables and rows between frames. For one thread.
+/// Renders frames, and keeps tables and rows between frames. For one thread.
 class FrameRenderer {
 public:
-    /// Writes the frame to `out`, which holds at least `FrameSize` bytes. False
-    /// when it was broken off.
+    /// Writes the frame to `out`, which has at least `FrameSize` bytes. Returns false if
+    /// it was stopped early.
     bool Render(const FrameSettings& settings, uint64_t frame, std::span<std::byte> out,
                 const std::stop_token& abort = {});
 
@@ -86,9 +86,9 @@ private:
     void ToneRow(size_t y, Row& row) const;
     void PatternRow(size_t y, uint64_t frame, Row& row) const;
     void FinishedRow(size_t y, uint64_t frame, Row& row);
-    /// Each pixel is the mean of the quad that begins at it: one red, two green
-    /// and one blue neighbour. The last line and column look back instead. Rows
-    /// must come in their order.
+    /// Each pixel is the mean of the two by two pixels that begin at it: one red, two
+    /// green and one blue. At the last line and column they end at it instead. Rows must
+    /// be rendered in order.
     void GreyRow(size_t y, uint64_t frame, Row& row);
 
     FrameSettings m_settings;
@@ -99,7 +99,7 @@ private:
     Row m_sensorRow;
     std::vector<uint32_t> m_sums;
     Row m_row;
-    Row m_current;  ///< of a grey image: this row and the next, still in colours
+    Row m_current;  ///< for grey images: this row and the next, still with the filter's colours
     Row m_next;
 };
 

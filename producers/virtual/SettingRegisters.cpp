@@ -35,7 +35,7 @@ constexpr SettingRegister kSettings[] = {
     {0x0518, {&Settings::gamma, 10, 400, 1, false}},
     {0x0600, {&Settings::lutEnable, 0, 1, 1, false}},
     {0x0808, {&Settings::chunkMode, 0, 1, 1, true}},
-    // Odd numbers: the image is in every frame.
+    // Only odd numbers: the lowest bit is the image, which every frame has.
     {0x0814, {&Settings::chunksEnabled, 1, (1 << kChunks) - 1, 2, true}},
     {0x0A08, {&Settings::eventsEnabled, 0, (1 << kCameraEvents) - 1, 1, false}},
     {0x0A24, {&Settings::dropOffTime, 0, 3600000, 1, false}},

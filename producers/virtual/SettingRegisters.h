@@ -1,5 +1,5 @@
 #pragma once
-/// The registers that hold one setting each.
+/// The registers that have one setting each.
 
 #include <cstdint>
 #include <span>
@@ -13,10 +13,10 @@ struct SettingRegister {
     SettingRange range;
 };
 
-/// Those that stand for themselves.
+/// Registers whose setting doesn't affect others.
 std::span<const SettingRegister> SettingRegisters();
 
-/// Those that fit size and offset to them when they are written.
+/// Registers whose writes adapt size and offset of the image.
 std::span<const SettingRegister> BinningRegisters();
 
 }  // namespace OvVirtual

@@ -1,5 +1,4 @@
-/// @file
-/// What moves: a balloon in the sky and a car on the road.
+/// @file The moving parts of the scene: a balloon in the sky and a car on the road.
 #include <algorithm>
 #include <cmath>
 
@@ -9,7 +8,7 @@
 namespace OvVirtual {
 namespace {
 
-/// Fills a sprite by a function of the pixel that gives colour and cover.
+/// Fills a sprite by a function that returns colour and cover of a pixel.
 template <typename Paint>
 Sprite MakeSprite(size_t width, size_t height, Paint paint) {
     Sprite sprite;
@@ -52,7 +51,7 @@ Sprite MakeBalloon() {
                                     {0.96F, 0.80F, 0.12F},
                                     {0.14F, 0.30F, 0.75F},
                                     {0.95F, 0.95F, 0.93F}};
-        // The envelope: a sphere above, drawn together to the mouth below.
+        // The envelope: a sphere at the top that narrows to the mouth.
         const float narrow = y < 110 ? 1.0F : 1.0F - 0.72F * Step(110, 255, y);
         const float half = y < 110 ? std::sqrt(std::max(0.0F, 108.0F * 108 - (y - 110) * (y - 110)))
                                    : 108.0F * narrow;
@@ -78,7 +77,7 @@ Sprite MakeCar() {
     return MakeSprite(320, 130, [](float x, float y, Color& color, float& cover) {
         constexpr Color kPaint{0.95F, 0.72F, 0.08F};
         constexpr Color kGlass{0.55F, 0.70F, 0.80F};
-        // The cabin widens downwards; its windows leave the roof and pillars free.
+        // The cabin widens downwards. Its windows end at the roof and the pillars.
         const float across = std::fabs(x - 150);
         const float half = 52 + (y - 8) * 0.85F;
         if (y >= 8 && y < 60 && across < half) {

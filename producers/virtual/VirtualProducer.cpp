@@ -1,6 +1,5 @@
-/// @file
-/// The producer of the virtual cameras: one interface, and the cameras that the
-/// environment asks for.
+/// @file The producer of the virtual cameras: one interface with as many cameras as the
+/// environment says.
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
@@ -80,7 +79,7 @@ public:
     }
 
     void Close() override {
-        // A camera whose host goes away stops and is free for the next one.
+        // A camera whose host closes it stops, and another host can open it.
         m_camera->Stop();
         m_camera->SetParamsLocked(false);
         m_camera->Files().Reset();

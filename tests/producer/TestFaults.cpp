@@ -75,7 +75,7 @@ void Faults::Ask(Function function, std::int32_t command) {
     }
 }
 
-std::size_t Faults::TellSize(Function function, std::size_t size) {
+std::size_t Faults::ReportedSize(Function function, std::size_t size) {
     const std::lock_guard lock(m_mutex);
     return static_cast<std::size_t>(static_cast<std::int64_t>(size) + Of(function).sizeDelta);
 }

@@ -23,7 +23,7 @@ public:
     void Enter(Function function) override;
     void Leave(Function function) override;
     void Ask(Function function, std::int32_t command) override;
-    std::size_t TellSize(Function function, std::size_t size) override;
+    std::size_t ReportedSize(Function function, std::size_t size) override;
 
     void Reset();
     void FailCall(Function function, unsigned nth, GenTL::GC_ERROR code);

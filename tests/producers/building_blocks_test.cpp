@@ -13,8 +13,8 @@
 #include "framework/ChildList.h"
 #include "framework/Functions.h"
 #include "framework/Handles.h"
-#include "framework/Lookout.h"
 #include "framework/RegisterSpace.h"
+#include "framework/SpinBeforeSleep.h"
 #include "framework/Zip.h"
 
 using namespace OvProducer;
@@ -124,32 +124,32 @@ TEST(Handles, KeepAnObjectThatIsInUse) {
     EXPECT_EQ(used->Handle(), handle);
 }
 
-TEST(Lookouts, EndWithTheLockHeldWhenNothingComes) {
-    Lookout lookout;
+TEST(SpinsBeforeSleep, EndWithTheLockHeldWhenNothingComes) {
+    SpinBeforeSleep spin;
     std::mutex mutex;
     std::unique_lock lock(mutex);
     for (int i = 0; i < 1000; ++i) {
-        lookout.Look(lock);
+        spin.Spin(lock);
         ASSERT_TRUE(lock.owns_lock());
     }
 }
 
-TEST(Lookouts, LeaveTheLockToWhoeverSignals) {
+TEST(SpinsBeforeSleep, LeaveTheLockToWhoeverNotifies) {
     constexpr int rounds = 1000;
-    Lookout lookout;
+    SpinBeforeSleep spin;
     std::mutex mutex;
     int came = 0;
-    std::jthread signaller([&] {
+    std::jthread notifier([&] {
         for (int i = 0; i < rounds; ++i) {
             const std::lock_guard lock(mutex);
             ++came;
-            lookout.Signal();
+            spin.Notify();
         }
     });
     std::unique_lock lock(mutex);
     while (came < rounds) {
-        lookout.Look(lock);
-        // A look that is spared keeps the lock.
+        spin.Spin(lock);
+        // A spin that is left out keeps the lock.
         lock.unlock();
         std::this_thread::yield();
         lock.lock();
@@ -263,10 +263,10 @@ protected:
             std::size_t size = sizeof data;
             event->GetData(&data, &size, 0);
             for (const auto& buffer : buffers) {
-                BufferCard& card = *buffer->card;
-                if (card.State() == BufferState::Idle && card.HasFrame() && card.NewData()) {
-                    ids.push_back(card.FrameId());
-                    card.SetNewData(false);
+                BufferFacts& facts = *buffer->facts;
+                if (facts.State() == BufferState::Idle && facts.HasFrame() && facts.NewData()) {
+                    ids.push_back(facts.FrameId());
+                    facts.SetNewData(false);
                 }
             }
         }

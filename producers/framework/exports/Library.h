@@ -1,5 +1,5 @@
 #pragma once
-/// The producer as a whole: initialised or not, and its one system module.
+/// The producer as a whole: whether it is initialised, and its one system module.
 
 #include <memory>
 #include <mutex>
@@ -11,24 +11,24 @@ namespace OvProducer {
 
 class Library {
 public:
-    /// One per loaded producer file.
+    /// The one instance of a loaded producer file.
     static Library& Instance();
 
-    /// -1004 when it is initialised.
+    /// Fails with -1004 if it is initialised already.
     void Init();
-    /// Closes all that is open; -1002 when it isn't initialised.
+    /// Closes all modules. Fails with -1002 if it isn't initialised.
     void Close();
 
-    /// The session, which the caller keeps for as long as it works with it;
-    /// -1002 when there is none.
+    /// Returns the session, which lives as long as the caller keeps the result. Fails
+    /// with -1002 if there is none.
     std::shared_ptr<Session> Current() const;
 
-    /// Facts on the producer, also before `Init`.
+    /// The facts on the producer, also before `Init`.
     ProducerFacts Facts() const;
 
-    /// -1004 when it is open.
+    /// Fails with -1004 if it is open already.
     void* OpenSystem();
-    /// Closes the module behind the handle.
+    /// Closes the system module that has the handle.
     void CloseSystem(void* handle);
 
 private:

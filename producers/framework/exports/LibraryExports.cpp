@@ -22,7 +22,8 @@ OV_PRODUCER_EXPORT GCGetInfo(GenTL::TL_INFO_CMD iInfoCmd, OV_GENTL_INFO_TAIL) {
 }
 
 OV_PRODUCER_EXPORT GCGetLastError(GC_ERROR* piErrorCode, char* sErrorText, size_t* piSize) {
-    // A failure of this very call must not hide the one that is asked for.
+    // Read first and stored again at the end: a failure of this call must not replace the one that
+    // it returns.
     const LastError last = ReadLastError();
     const std::string text = last.text;
     const GC_ERROR code = last.code;

@@ -6,8 +6,8 @@ using namespace OvProducer;
 
 namespace {
 
-/// Does the entries in order up to the first failure, which is the result;
-/// the count then tells how many were done.
+/// Does the entries in order until one fails, and fails with it; `*count` is then the
+/// number of entries that were done.
 template <typename Access>
 void RunStack(GenTL::PORT_REGISTER_STACK_ENTRY* entries, size_t* count, Access access) {
     RequirePointer(entries, "The entries");
@@ -29,7 +29,7 @@ OV_PRODUCER_EXPORT GCReadPort(GenTL::PORT_HANDLE hPort, uint64_t iAddress, void*
         RequirePointer(pBuffer, "The buffer");
         RequirePointer(piSize, "The size");
         object.GetPort().Read(iAddress, {static_cast<std::byte*>(pBuffer), *piSize});
-        *piSize = Observer().TellSize(Function::GCReadPort, *piSize);
+        *piSize = Observer().ReportedSize(Function::GCReadPort, *piSize);
     });
 }
 
@@ -39,7 +39,7 @@ OV_PRODUCER_EXPORT GCWritePort(GenTL::PORT_HANDLE hPort, uint64_t iAddress, cons
         RequirePointer(pBuffer, "The buffer");
         RequirePointer(piSize, "The size");
         object.GetPort().Write(iAddress, {static_cast<const std::byte*>(pBuffer), *piSize});
-        *piSize = Observer().TellSize(Function::GCWritePort, *piSize);
+        *piSize = Observer().ReportedSize(Function::GCWritePort, *piSize);
     });
 }
 

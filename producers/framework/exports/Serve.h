@@ -1,6 +1,6 @@
 #pragma once
-/// The frame of every exported function: it runs the body, turns what the body
-/// throws into a code and keeps the text for `GCGetLastError`.
+/// The frame of every exported function: runs its body, turns an exception into a code
+/// and keeps the text for `GCGetLastError`.
 
 #include <cstddef>
 #include <new>
@@ -17,7 +17,7 @@
 
 #define OV_PRODUCER_EXPORT extern "C" __attribute__((visibility("default"))) GenTL::GC_ERROR
 
-// Declares all of them, so that the compiler holds each definition to the table.
+// Declares all functions, so that the compiler compares each definition with the table.
 #define OV_PRODUCER_DECLARE(name, parameters) OV_PRODUCER_EXPORT name parameters;
 OV_GENTL_FUNCTIONS(OV_PRODUCER_DECLARE)
 #undef OV_PRODUCER_DECLARE
@@ -35,7 +35,7 @@ inline void LogCall(Function function, int level, std::string_view outcome) noex
 /// Keeps a failure of the function for `GCGetLastError`. Returns its code.
 inline GenTL::GC_ERROR Refuse(Function function, GenTL::GC_ERROR code, const char* text) noexcept {
     StoreLastError(code, text);
-    // A wait that ends without an event is no failure.
+    // The time-out of a wait for an event isn't worth a warning.
     LogCall(function,
             code == GenTL::GC_ERR_TIMEOUT ? GenICam_3_0_ORVANE::LogDebug
                                           : GenICam_3_0_ORVANE::LogWarning,
@@ -61,7 +61,7 @@ GenTL::GC_ERROR Serve(Function function, Body&& body) noexcept {
     }
 }
 
-/// Runs `body` on the object behind `handle`. The session outlives it.
+/// Runs `body` on the object that has the handle. The session lives at least as long.
 template <typename T, typename Body>
 void WorkOn(const void* handle, Body&& body) {
     const std::shared_ptr<Session> session = Library::Instance().Current();
@@ -69,13 +69,13 @@ void WorkOn(const void* handle, Body&& body) {
     std::forward<Body>(body)(*object);
 }
 
-/// As `Serve`, with the object behind `handle`.
+/// Like `Serve`, with the object that has the handle.
 template <typename T, typename Body>
 GenTL::GC_ERROR ServeOn(Function function, const void* handle, Body&& body) noexcept {
     return Serve(function, [&] { WorkOn<T>(handle, std::forward<Body>(body)); });
 }
 
-/// Where an information call puts its answer.
+/// The caller's memory for the answer of an information call.
 struct InfoTarget {
     GenTL::INFO_DATATYPE* type;
     void* buffer;
@@ -85,11 +85,11 @@ struct InfoTarget {
 inline void Answer(Function function, const InfoValue& value, const InfoTarget& target) {
     value.CopyOut(target.type, target.buffer, target.size);
     if (target.buffer == nullptr) {
-        *target.size = Observer().TellSize(function, *target.size);
+        *target.size = Observer().ReportedSize(function, *target.size);
     }
 }
 
-/// Serves an information command on the object behind `handle`.
+/// Answers an information command on the object that has the handle.
 template <typename T, typename Ask>
 GenTL::GC_ERROR ServeInfo(Function function, const void* handle, int32_t command,
                           const InfoTarget& target, Ask&& ask) noexcept {
@@ -99,7 +99,7 @@ GenTL::GC_ERROR ServeInfo(Function function, const void* handle, int32_t command
     });
 }
 
-/// Serves a text, as an ID.
+/// Answers a call that returns a text, such as an ID.
 template <typename T, typename Ask>
 GenTL::GC_ERROR ServeText(Function function, const void* handle, char* text, size_t* size,
                           Ask&& ask) noexcept {
@@ -115,7 +115,7 @@ void Put(Out* out, const Value& value) {
     *out = static_cast<Out>(value);
 }
 
-/// An ID that the caller gives.
+/// The ID that a caller passes.
 inline std::string IdOf(const char* id) {
     RequirePointer(id, "The ID");
     return id;

@@ -75,21 +75,21 @@ OV_PRODUCER_EXPORT DSGetBufferInfo(GenTL::DS_HANDLE hDataStream, GenTL::BUFFER_H
                                    GenTL::BUFFER_INFO_CMD iInfoCmd, OV_GENTL_INFO_TAIL) {
     return Serve(Function::DSGetBufferInfo, [&] {
         const InfoTarget target{piType, pBuffer, piSize};
-        const auto tell = [&](const InfoValue& value) {
+        const auto answer = [&](const InfoValue& value) {
             Answer(Function::DSGetBufferInfo, value, target);
         };
-        // Nearly always a frame in the consumer's hands tells of itself. A card
-        // that shows one stands for the session, the stream and the buffer.
-        const BufferCard* const card = BufferCard::Find(hBuffer);
-        if (card != nullptr && card->ShowsFrameOf(hDataStream, hBuffer)) {
+        // Nearly all questions are about a frame that the consumer holds. Its facts answer
+        // without a lock: as long as they have the frame, session, stream and buffer exist.
+        const BufferFacts* const facts = BufferFacts::Find(hBuffer);
+        if (facts != nullptr && facts->HasFrameOf(hDataStream, hBuffer)) {
             Observer().Ask(Function::DSGetBufferInfo, iInfoCmd);
-            if (const auto value = card->TryAnswer(hDataStream, hBuffer, iInfoCmd)) {
-                return tell(*value);
+            if (const auto value = facts->TryAnswer(hDataStream, hBuffer, iInfoCmd)) {
+                return answer(*value);
             }
         }
         WorkOn<Stream>(hDataStream, [&](const Stream& stream) {
             Observer().Ask(Function::DSGetBufferInfo, iInfoCmd);
-            tell(stream.BufferInfo(hBuffer, iInfoCmd));
+            answer(stream.BufferInfo(hBuffer, iInfoCmd));
         });
     });
 }
@@ -107,7 +107,7 @@ OV_PRODUCER_EXPORT DSGetBufferChunkData(GenTL::DS_HANDLE hDataStream, GenTL::BUF
         }
         *piNumChunks = chunks.size();
         if (pChunkData == nullptr) {
-            *piNumChunks = Observer().TellSize(Function::DSGetBufferChunkData, *piNumChunks);
+            *piNumChunks = Observer().ReportedSize(Function::DSGetBufferChunkData, *piNumChunks);
         }
     });
 }

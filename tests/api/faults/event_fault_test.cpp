@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "FaultMatrix.h"
-#include "support/Ear.h"
+#include "support/CallbackCounter.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ protected:
     /// What the threads of the events ask in their own time.
     static inline const std::set<std::string> kOnThreads = {"EventGetData", "GCGetLastError"};
 
-    ~EventFaultTest() override { OVCloseLib(); }  // before `ear` goes
+    ~EventFaultTest() override { OVCloseLib(); }  // before `counter` goes
 
     void OpenCamera() {
         Init();
@@ -28,10 +28,12 @@ protected:
     }
 
     OV_STATUS RegisterOffline() {
-        return OVRegisterDeviceOfflineCallback(camera, &ear, &Ear::OnLoss, &offline);
+        return OVRegisterDeviceOfflineCallback(camera, &counter, &CallbackCounter::OnLoss,
+                                               &offline);
     }
     OV_STATUS RegisterEvent() {
-        return OVRegisterFeatureCallback(camera, &ear, &Ear::OnEvent, kEvent, &feature);
+        return OVRegisterFeatureCallback(camera, &counter, &CallbackCounter::OnEvent, kEvent,
+                                         &feature);
     }
 
     void OpenHeard() {
@@ -42,21 +44,21 @@ protected:
     }
 
     void ExpectEvents(unsigned count) {
-        const unsigned before = ear.events;
+        const unsigned before = counter.events;
         Faulty().FireExposureEnd(0, 0, count);
-        Ear::Await(ear.events, before + count);
+        CallbackCounter::Await(counter.events, before + count);
     }
 
     void ExpectLoss() {
-        const unsigned before = ear.losses;
+        const unsigned before = counter.losses;
         Faulty().LoseDevice(0, 0);
-        Ear::Await(ear.losses, before + 1);
+        CallbackCounter::Await(counter.losses, before + 1);
     }
 
     OV_DEV_HANDLE camera = nullptr;
     void* offline = nullptr;
     void* feature = nullptr;
-    Ear ear;
+    CallbackCounter counter;
 };
 
 // On the caller's thread.
@@ -204,12 +206,12 @@ TEST_P(EventFaultTest, AFaultOnTheThreadOfEventsCostsAtMostItsOwnEvent) {
                 CountCase();
                 // The wait that is on already is none that fails.
                 ExpectEvents(1);
-                const unsigned before = ear.events;
+                const unsigned before = counter.events;
                 Faulty().FailCall(row.call, nth, code);
                 Faulty().FireExposureEnd(0, 0, 3);
-                Ear::Await(ear.events, before + 3 - row.lost);
+                CallbackCounter::Await(counter.events, before + 3 - row.lost);
                 ExpectEvents(1);
-                EXPECT_EQ(ear.events, before + 4 - row.lost);
+                EXPECT_EQ(counter.events, before + 4 - row.lost);
                 EXPECT_EQ(LastError::Get().status, OV_STATUS_SUCCESS) << "of another thread";
             }
         }
@@ -228,7 +230,7 @@ TEST_P(EventFaultTest, AFaultOfTheWaitForTheLossEndsItUntilTheNextRegistration) 
         SCOPED_TRACE(code);
         CountCase();
         OpenCamera();
-        const unsigned before = ear.losses;
+        const unsigned before = counter.losses;
         Faulty().FailCall("EventGetData", 1, code);
         const uint64_t calls = Faulty().CallCount("EventGetData");
         const size_t threads = CountThreads();
@@ -241,9 +243,9 @@ TEST_P(EventFaultTest, AFaultOfTheWaitForTheLossEndsItUntilTheNextRegistration) 
         EXPECT_OV_OK(RegisterOffline());
         ASSERT_EQ(Faulty().WaitForCalls("EventGetData", calls + 2, kMilliseconds), 0);
         Faulty().LoseDevice(0, 0);
-        Ear::Await(ear.losses, before + 2);
+        CallbackCounter::Await(counter.losses, before + 2);
         EXPECT_OV_OK(OVCloseDevice(camera));
-        EXPECT_EQ(ear.losses, before + 2) << "each callback is called once";
+        EXPECT_EQ(counter.losses, before + 2) << "each callback is called once";
         EXPECT_EQ(LastError::Get().status, OV_STATUS_SUCCESS) << "of another thread";
         Faulty().ReturnDevice(0, 0);
         EXPECT_EQ(Update(), 1U);

@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "support/AcquisitionTest.h"
-#include "support/Ear.h"
+#include "support/CallbackCounter.h"
 #include "support/FailingMemory.h"
 
 namespace {
@@ -115,11 +115,12 @@ TEST_F(MemoryTest, AStopGoesToItsEnd) {
 }
 
 TEST_F(MemoryTest, ACallbackForAnEventIsRegisteredOrNothingIs) {
-    Ear ear;
+    CallbackCounter counter;
     void* handle = nullptr;
     constexpr OV_FEATURE_ID kEvent = OV_FEATURE_EventExposureEndFrameID;
     const auto registerCallback = [&] {
-        return OVRegisterFeatureCallback(camera, &ear, &Ear::OnEvent, kEvent, &handle);
+        return OVRegisterFeatureCallback(camera, &counter, &CallbackCounter::OnEvent, kEvent,
+                                         &handle);
     };
     Run({.prepare = [&] { handle = nullptr; },
          .action = registerCallback,
@@ -130,9 +131,9 @@ TEST_F(MemoryTest, ACallbackForAnEventIsRegisteredOrNothingIs) {
                      EXPECT_OV_OK(registerCallback());
                  }
                  EXPECT_EQ(producer.OpenCount("Event"), 1);
-                 const unsigned before = ear.events;
+                 const unsigned before = counter.events;
                  producer.FireExposureEnd(0, 0, 1);
-                 Ear::Await(ear.events, before + 1);
+                 CallbackCounter::Await(counter.events, before + 1);
                  EXPECT_OV_OK(OVUnregisterFeatureCallback(camera, kEvent, handle));
                  CloseAndOpenAgain();
              }});
@@ -161,10 +162,10 @@ TEST_F(MemoryTest, ACallbackForAFeatureIsRegisteredOrNotAtAll) {
 }
 
 TEST_F(MemoryTest, ACallbackForTheLossIsRegisteredOrNothingIs) {
-    Ear ear;
+    CallbackCounter counter;
     void* handle = nullptr;
     const auto registerCallback = [&] {
-        return OVRegisterDeviceOfflineCallback(camera, &ear, &Ear::OnLoss, &handle);
+        return OVRegisterDeviceOfflineCallback(camera, &counter, &CallbackCounter::OnLoss, &handle);
     };
     Run({.prepare = [&] { handle = nullptr; },
          .action = registerCallback,
@@ -181,13 +182,15 @@ TEST_F(MemoryTest, ACallbackForTheLossIsRegisteredOrNothingIs) {
 
 /// After a close the handle is valid still, and the camera closes, or it is closed.
 TEST_F(MemoryTest, ACloseOfAStreamingCameraIsMadeOrLeavesTheHandle) {
-    Ear ear;
+    CallbackCounter counter;
     void* handle = nullptr;
     Run({.prepare =
              [&] {
-                 ASSERT_OV_OK(OVRegisterDeviceOfflineCallback(camera, &ear, &Ear::OnLoss, &handle));
-                 ASSERT_OV_OK(OVRegisterFeatureCallback(
-                     camera, &ear, &Ear::OnEvent, OV_FEATURE_EventExposureEndFrameID, &handle));
+                 ASSERT_OV_OK(OVRegisterDeviceOfflineCallback(camera, &counter,
+                                                              &CallbackCounter::OnLoss, &handle));
+                 ASSERT_OV_OK(OVRegisterFeatureCallback(camera, &counter, &CallbackCounter::OnEvent,
+                                                        OV_FEATURE_EventExposureEndFrameID,
+                                                        &handle));
                  Start();
                  BorrowNew(2);
              },

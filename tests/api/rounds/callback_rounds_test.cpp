@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "Rounds.h"
-#include "support/Ear.h"
+#include "support/CallbackCounter.h"
 
 namespace {
 
@@ -84,24 +84,25 @@ struct Registrar {
 TEST_F(CallbackRoundsTest, AFeatureCallbackRegistersBesideAnotherThread) {
     Run([&](unsigned round) {
         TestProducer& producer = round % 2 == 0 ? gev : custom;
-        Ear ear;
+        CallbackCounter counter;
         Registrar registrar{Open((round % 2 == 0 ? "Gev" : "") + IdOf(0, 0))};
         void* handle = nullptr;
         EXPECT_OV_OK(OVRegisterFeatureCallback(registrar.camera, &registrar, &Registrar::OnChange,
                                                kPlain, &handle));
         Beside writing([&] { return OVSetInt(registrar.camera, kPlain, 32); });
         Beside registering([&] {
-            const OV_STATUS status =
-                OVRegisterFeatureCallback(registrar.camera, &ear, &Ear::OnEvent, kEvent, &handle);
-            return status != OV_STATUS_SUCCESS ? status
-                                               : OVRegisterDeviceOfflineCallback(
-                                                     registrar.camera, &ear, &Ear::OnLoss, &handle);
+            const OV_STATUS status = OVRegisterFeatureCallback(
+                registrar.camera, &counter, &CallbackCounter::OnEvent, kEvent, &handle);
+            return status != OV_STATUS_SUCCESS
+                       ? status
+                       : OVRegisterDeviceOfflineCallback(registrar.camera, &counter,
+                                                         &CallbackCounter::OnLoss, &handle);
         });
         EXPECT_EQ(writing.Join(), OV_STATUS_SUCCESS) << writing.GetText();
         EXPECT_EQ(registering.Join(), OV_STATUS_SUCCESS) << registering.GetText();
         EXPECT_EQ(registrar.status, OV_STATUS_SUCCESS);
         producer.FireExposureEnd(0, 0, 1);
-        Ear::Await(ear.events, 1);
+        CallbackCounter::Await(counter.events, 1);
         EXPECT_OV_OK(OVCloseDevice(registrar.camera));
         ExpectClosed({"Device", "Event"});
     });
@@ -112,23 +113,25 @@ TEST_F(CallbackRoundsTest, OfflineCallbacksAreRegisteredBesideTheLoss) {
     Run([&](unsigned round) {
         TestProducer& producer = round % 2 == 0 ? gev : custom;
         const OV_DEV_HANDLE camera = Open((round % 2 == 0 ? "Gev" : "") + IdOf(0, 0));
-        std::array<Ear, kLate + 1> ears;
+        std::array<CallbackCounter, kLate + 1> counters;
         void* handle = nullptr;
-        EXPECT_OV_OK(OVRegisterDeviceOfflineCallback(camera, &ears[kLate], &Ear::OnLoss, &handle));
+        EXPECT_OV_OK(OVRegisterDeviceOfflineCallback(camera, &counters[kLate],
+                                                     &CallbackCounter::OnLoss, &handle));
         Beside losing([&] {
             producer.LoseDevice(0, 0);
             return OV_STATUS_SUCCESS;
         });
         for (size_t i = 0; i < kLate; ++i) {
-            EXPECT_OV_OK(OVRegisterDeviceOfflineCallback(camera, &ears[i], &Ear::OnLoss, &handle));
+            EXPECT_OV_OK(OVRegisterDeviceOfflineCallback(camera, &counters[i],
+                                                         &CallbackCounter::OnLoss, &handle));
         }
-        for (const Ear& ear : ears) {
-            Ear::Await(ear.losses, 1);
+        for (const CallbackCounter& counter : counters) {
+            CallbackCounter::Await(counter.losses, 1);
         }
         losing.Join();
         EXPECT_OV_OK(OVCloseDevice(camera));
-        for (const Ear& ear : ears) {
-            EXPECT_EQ(ear.losses, 1U);
+        for (const CallbackCounter& counter : counters) {
+            EXPECT_EQ(counter.losses, 1U);
         }
         producer.ReturnDevice(0, 0);
         EXPECT_EQ(Update(), kCameras);

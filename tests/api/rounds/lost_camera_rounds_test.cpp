@@ -3,7 +3,7 @@
 #include <atomic>
 
 #include "Rounds.h"
-#include "support/Ear.h"
+#include "support/CallbackCounter.h"
 
 namespace {
 
@@ -12,16 +12,18 @@ protected:
     TestProducer& ProducerOf(unsigned round) { return round % 2 == 0 ? gev : custom; }
 
     /// A running camera with all of its callbacks.
-    OV_DEV_HANDLE OpenHeard(TestProducer& producer, Ear& ear) {
+    OV_DEV_HANDLE OpenHeard(TestProducer& producer, CallbackCounter& counter) {
         const OV_DEV_HANDLE camera = OpenRunning(producer, 0, 0);
         void* handle = nullptr;
-        EXPECT_OV_OK(OVRegisterDeviceOfflineCallback(camera, &ear, &Ear::OnLoss, &handle));
-        EXPECT_OV_OK(OVRegisterFeatureCallback(camera, &ear, &Ear::OnEvent, kEvent, &handle));
-        EXPECT_OV_OK(OVRegisterCaptureCallback(camera, &ear.frames, &FrameCounter::OnFrame));
+        EXPECT_OV_OK(
+            OVRegisterDeviceOfflineCallback(camera, &counter, &CallbackCounter::OnLoss, &handle));
+        EXPECT_OV_OK(OVRegisterFeatureCallback(camera, &counter, &CallbackCounter::OnEvent, kEvent,
+                                               &handle));
+        EXPECT_OV_OK(OVRegisterCaptureCallback(camera, &counter.frames, &FrameCounter::OnFrame));
         EXPECT_OV_OK(OVStreamOn(camera));
-        ear.frames.WaitForMore(1);
+        counter.frames.WaitForMore(1);
         producer.FireExposureEnd(0, 0, 1);
-        Ear::Await(ear.events, 1);
+        CallbackCounter::Await(counter.events, 1);
         return camera;
     }
 
@@ -30,14 +32,14 @@ protected:
     }
 
     /// Closes what is lost; the camera comes back, delivers and closes again.
-    void CloseAndFindAgain(TestProducer& producer, OV_DEV_HANDLE camera, Ear& ear) {
+    void CloseAndFindAgain(TestProducer& producer, OV_DEV_HANDLE camera, CallbackCounter& counter) {
         EXPECT_OV_OK(OVCloseDevice(camera));
-        EXPECT_LE(ear.losses, 1U);
+        EXPECT_LE(counter.losses, 1U);
         ExpectClosedCamera();
         EXPECT_EQ(Update(), kCameras - 1);
         producer.ReturnDevice(0, 0);
         EXPECT_EQ(Update(), kCameras);
-        Ear next;
+        CallbackCounter next;
         const OV_DEV_HANDLE found = OpenHeard(producer, next);
         EXPECT_OV_OK(OVCloseDevice(found));
         EXPECT_EQ(next.losses, 0U);
@@ -48,16 +50,16 @@ protected:
 TEST_F(LostCameraRoundsTest, WhileFramesFlow) {
     Run([&](unsigned round) {
         TestProducer& producer = ProducerOf(round);
-        Ear ear;
-        const OV_DEV_HANDLE camera = OpenHeard(producer, ear);
+        CallbackCounter counter;
+        const OV_DEV_HANDLE camera = OpenHeard(producer, counter);
         producer.LoseDevice(0, 0);
         if (round % 3 != 0) {
-            Ear::Await(ear.losses, 1);
+            CallbackCounter::Await(counter.losses, 1);
         }
         if (round % 4 < 2) {
             EXPECT_EQ(OVStreamOff(camera), OV_STATUS_OFFLINE);
         }
-        CloseAndFindAgain(producer, camera, ear);
+        CloseAndFindAgain(producer, camera, counter);
     });
 }
 
@@ -86,19 +88,19 @@ TEST_F(LostCameraRoundsTest, WhileAnEventCallbackRuns) {
     };
     Run([&](unsigned round) {
         TestProducer& producer = ProducerOf(round);
-        Ear ear;
+        CallbackCounter counter;
         Held held;
-        const OV_DEV_HANDLE camera = OpenHeard(producer, ear);
+        const OV_DEV_HANDLE camera = OpenHeard(producer, counter);
         held.camera = camera;
         void* handle = nullptr;
         EXPECT_OV_OK(OVRegisterFeatureCallback(camera, &held, &Held::OnEvent, kEvent, &handle));
         producer.FireExposureEnd(0, 0, 2);
-        Ear::Await(held.entered, 1);
+        CallbackCounter::Await(held.entered, 1);
         producer.LoseDevice(0, 0);
-        Ear::Await(ear.losses, 1);
+        CallbackCounter::Await(counter.losses, 1);
         if (round % 2 == 0) {
             held.released = true;
-            CloseAndFindAgain(producer, camera, ear);
+            CloseAndFindAgain(producer, camera, counter);
         } else {
             // The close begins while the callback is still held.
             std::atomic<bool> closing{false};
@@ -109,7 +111,7 @@ TEST_F(LostCameraRoundsTest, WhileAnEventCallbackRuns) {
                 held.released = true;
             });
             closing = true;
-            CloseAndFindAgain(producer, camera, ear);
+            CloseAndFindAgain(producer, camera, counter);
             release.join();
         }
         EXPECT_TRUE(held.status == OV_STATUS_OFFLINE || held.status == OV_STATUS_SUCCESS);
@@ -121,8 +123,8 @@ TEST_F(LostCameraRoundsTest, WhileAnEventCallbackRuns) {
 TEST_F(LostCameraRoundsTest, WhileAFeatureIsWritten) {
     Run([&](unsigned round) {
         TestProducer& producer = ProducerOf(round);
-        Ear ear;
-        const OV_DEV_HANDLE camera = OpenHeard(producer, ear);
+        CallbackCounter counter;
+        const OV_DEV_HANDLE camera = OpenHeard(producer, counter);
         std::atomic<unsigned> written{0};
         Beside writing([&] {
             OV_STATUS status = OV_STATUS_SUCCESS;
@@ -133,10 +135,10 @@ TEST_F(LostCameraRoundsTest, WhileAFeatureIsWritten) {
             }
             return status;
         });
-        Ear::Await(written, 1 + round % 5);
+        CallbackCounter::Await(written, 1 + round % 5);
         producer.LoseDevice(0, 0);
         EXPECT_EQ(writing.Join(), OV_STATUS_OFFLINE) << writing.GetText();
-        CloseAndFindAgain(producer, camera, ear);
+        CloseAndFindAgain(producer, camera, counter);
     });
 }
 
@@ -146,19 +148,19 @@ TEST_F(LostCameraRoundsTest, DuringTheClose) {
                                       "DSStopAcquisition", "DSClose",   "DevClose"};
     Run([&](unsigned round) {
         TestProducer& producer = ProducerOf(round / unsigned{std::size(kSteps)});
-        Ear ear;
-        const OV_DEV_HANDLE camera = OpenHeard(producer, ear);
+        CallbackCounter counter;
+        const OV_DEV_HANDLE camera = OpenHeard(producer, counter);
         HeldCall held(producer, kSteps[round % std::size(kSteps)]);
         Beside closing([&] { return OVCloseDevice(camera); });
         held.WaitFor(1);
         producer.LoseDevice(0, 0);
         held.Release();
         EXPECT_EQ(closing.Join(), OV_STATUS_SUCCESS) << closing.GetText();
-        EXPECT_LE(ear.losses, 1U);
+        EXPECT_LE(counter.losses, 1U);
         ExpectClosedCamera();
         producer.ReturnDevice(0, 0);
         EXPECT_EQ(Update(), kCameras);
-        Ear next;
+        CallbackCounter next;
         EXPECT_OV_OK(OVCloseDevice(OpenHeard(producer, next)));
     });
 }
@@ -180,14 +182,14 @@ TEST_F(LostCameraRoundsTest, AndClosedByAThreadOfTheOfflineCallback) {
     };
     Run([&](unsigned round) {
         TestProducer& producer = ProducerOf(round);
-        Ear ear;
+        CallbackCounter counter;
         Closer closer;
-        closer.camera = OpenHeard(producer, ear);
+        closer.camera = OpenHeard(producer, counter);
         void* handle = nullptr;
         EXPECT_OV_OK(
             OVRegisterDeviceOfflineCallback(closer.camera, &closer, &Closer::OnLoss, &handle));
         producer.LoseDevice(0, 0);
-        Ear::Await(closer.started, 1);
+        CallbackCounter::Await(closer.started, 1);
         closer.thread.join();
         EXPECT_EQ(closer.refused, OV_STATUS_INVALID_CALL);
         EXPECT_EQ(closer.closed, OV_STATUS_SUCCESS);

@@ -16,9 +16,10 @@ constexpr EventIds kBlockDiscard = {"BlockDiscard", OV_FEATURE_EventBlockDiscard
 
 class VirtualEventTest : public VirtualApiTest {
 protected:
-    void Listen(EventEar& ear, OV_FEATURE_ID feature) const {
+    void Listen(EventEar& counter, OV_FEATURE_ID feature) const {
         OV_FEATURE_CALLBACK_HANDLE handle = nullptr;
-        ASSERT_OV_OK(OVRegisterFeatureCallback(camera, &ear, &EventEar::OnEvent, feature, &handle));
+        ASSERT_OV_OK(
+            OVRegisterFeatureCallback(camera, &counter, &EventEar::OnEvent, feature, &handle));
     }
     void StartWithCallback() {
         ASSERT_OV_OK(OVRegisterCaptureCallback(camera, &frames, &FrameCounter::OnFrame));
@@ -35,13 +36,13 @@ INSTANTIATE_TEST_SUITE_P(Features, VirtualEventFeature,
                          ::testing::Values(&EventIds::id, &EventIds::timestamp, &EventIds::frame));
 
 TEST_P(VirtualEventFeature, TellsOfEachExposure) {
-    EventEar ear(camera, kExposureEnd);
-    Listen(ear, kExposureEnd.*GetParam());
+    EventEar counter(camera, kExposureEnd);
+    Listen(counter, kExposureEnd.*GetParam());
     Notify("ExposureEnd");
     StartWithCallback();
     int64_t before = 0;
     for (int64_t frame = 0; frame < 3; ++frame) {
-        const EventData data = ear.Next();
+        const EventData data = counter.Next();
         EXPECT_EQ(data.feature, kExposureEnd.*GetParam());
         EXPECT_EQ(data.id, 0x9001);
         EXPECT_EQ(data.frame, frame);
@@ -68,16 +69,16 @@ TEST_F(VirtualEventTest, ComesOnlyWhenItsNotificationIsOn) {
 }
 
 TEST_F(VirtualEventTest, TellsOfATriggerThatIsMissed) {
-    EventEar ear(camera, kOvertrigger);
-    Listen(ear, kOvertrigger.id);
+    EventEar counter(camera, kOvertrigger);
+    Listen(counter, kOvertrigger.id);
     Notify("FrameStartOvertrigger");
     SetEntry(camera, OV_FEATURE_TriggerMode, "On");
     ASSERT_OV_OK(OVSetFloat(camera, OV_FEATURE_ExposureTime, 500000));
     StartWithCallback();
-    while (ear.GetCount() == 0) {
+    while (counter.GetCount() == 0) {
         ASSERT_OV_OK(OVSendCommand(camera, OV_FEATURE_TriggerSoftware));
     }
-    const EventData data = ear.Next();
+    const EventData data = counter.Next();
     EXPECT_EQ(data.id, 0x9002);
     EXPECT_GE(data.frame, 0);
     frames.WaitFor(1);
@@ -85,22 +86,22 @@ TEST_F(VirtualEventTest, TellsOfATriggerThatIsMissed) {
 }
 
 TEST_F(VirtualEventTest, TellsOfFramesThatNobodyTakes) {
-    EventEar ear(camera, kBlockDiscard);
-    Listen(ear, kBlockDiscard.frame);
+    EventEar counter(camera, kBlockDiscard);
+    Listen(counter, kBlockDiscard.frame);
     Notify("BlockDiscard");
     ASSERT_OV_OK(OVStreamOn(camera));
-    const EventData first = ear.Next();
+    const EventData first = counter.Next();
     EXPECT_EQ(first.id, 0x9003);
     EXPECT_GT(first.frame, 0);
-    EXPECT_EQ(ear.Next().frame, first.frame + 1);
+    EXPECT_EQ(counter.Next().frame, first.frame + 1);
     EXPECT_OV_OK(OVStreamOff(camera));
 }
 
 TEST_F(VirtualEventTest, HasNoDataBeforeTheFirst) {
     int64_t value = 0;
     EXPECT_EQ(OVGetInt(camera, kExposureEnd.frame, &value), OV_STATUS_NOT_IMPLEMENTED);
-    EventEar ear(camera, kExposureEnd);
-    Listen(ear, kExposureEnd.id);
+    EventEar counter(camera, kExposureEnd);
+    Listen(counter, kExposureEnd.id);
     EXPECT_EQ(OVGetInt(camera, kExposureEnd.frame, &value), OV_STATUS_INVALID_ACCESS);
 }
 

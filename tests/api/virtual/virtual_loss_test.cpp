@@ -7,22 +7,23 @@ namespace {
 class VirtualLossTest : public VirtualApiTest {
 protected:
     /// What one use of the camera hears.
-    struct Ear {
+    struct CallbackCounter {
         FrameCounter frames;
         std::atomic<unsigned> losses{0};
 
         static void OnLoss(void* user) {
-            auto* const ear = static_cast<Ear*>(user);
-            ++ear->losses;
-            ear->losses.notify_all();
+            auto* const counter = static_cast<CallbackCounter*>(user);
+            ++counter->losses;
+            counter->losses.notify_all();
         }
         void AwaitLoss() { losses.wait(0); }
     };
 
-    void Start(Ear& ear) const {
+    void Start(CallbackCounter& counter) const {
         OV_EVENT_CALLBACK_HANDLE handle = nullptr;
-        ASSERT_OV_OK(OVRegisterDeviceOfflineCallback(camera, &ear, &Ear::OnLoss, &handle));
-        ASSERT_OV_OK(OVRegisterCaptureCallback(camera, &ear.frames, &FrameCounter::OnFrame));
+        ASSERT_OV_OK(
+            OVRegisterDeviceOfflineCallback(camera, &counter, &CallbackCounter::OnLoss, &handle));
+        ASSERT_OV_OK(OVRegisterCaptureCallback(camera, &counter.frames, &FrameCounter::OnFrame));
         ASSERT_OV_OK(OVStreamOn(camera));
     }
     void DropOff(uint32_t milliseconds) const {
@@ -35,25 +36,25 @@ protected:
     }
     /// The camera is open again and delivers.
     void ExpectFrames() {
-        Ear ear;
+        CallbackCounter counter;
         camera = OpenQuick();
-        Start(ear);
-        ear.frames.WaitFor(3);
+        Start(counter);
+        counter.frames.WaitFor(3);
         EXPECT_OV_OK(OVCloseDevice(camera));
-        EXPECT_EQ(ear.losses, 0U);
+        EXPECT_EQ(counter.losses, 0U);
     }
 };
 
 TEST_F(VirtualLossTest, IsToldWhileFramesFlowAndTheCameraComesBack) {
-    Ear ear;
-    Start(ear);
-    ear.frames.WaitFor(3);
+    CallbackCounter counter;
+    Start(counter);
+    counter.frames.WaitFor(3);
     DropOff(50);
-    ear.AwaitLoss();
+    counter.AwaitLoss();
     int64_t ticks = 0;  // never from a cache
     EXPECT_EQ(OVGetInt(camera, OV_FEATURE_TimestampLatchValue, &ticks), OV_STATUS_OFFLINE);
     EXPECT_OV_OK(OVCloseDevice(camera));
-    EXPECT_EQ(ear.losses, 1U);
+    EXPECT_EQ(counter.losses, 1U);
     AwaitReturn();
     ExpectFrames();
 }
@@ -70,10 +71,10 @@ TEST_F(VirtualLossTest, TakesTheCameraOffTheList) {
 }
 
 TEST_F(VirtualLossTest, NeedsACloseAlsoWhenTheCameraIsBackAtOnce) {
-    Ear ear;
-    Start(ear);
+    CallbackCounter counter;
+    Start(counter);
     DropOff(0);
-    ear.AwaitLoss();
+    counter.AwaitLoss();
     EXPECT_EQ(Update(), kCameras);
     EXPECT_EQ(OVSetFloat(camera, OV_FEATURE_Gain, 1), OV_STATUS_OFFLINE);
     EXPECT_OV_OK(OVCloseDevice(camera));
@@ -84,12 +85,12 @@ TEST_F(VirtualLossTest, NeedsACloseAlsoWhenTheCameraIsBackAtOnce) {
 TEST_F(VirtualLossTest, ComesAfterTheFramesThatAreSet) {
     Write(camera, kDropOffTime, 0);
     Write(camera, kDropOffFrames, 4);
-    Ear ear;
-    Start(ear);
-    ear.AwaitLoss();
-    ear.frames.WaitFor(4);
+    CallbackCounter counter;
+    Start(counter);
+    counter.AwaitLoss();
+    counter.frames.WaitFor(4);
     EXPECT_OV_OK(OVCloseDevice(camera));
-    EXPECT_EQ(ear.frames.GetCount(), 4U);
+    EXPECT_EQ(counter.frames.GetCount(), 4U);
     EXPECT_EQ(Update(), kCameras);
     ExpectFrames();
 }
@@ -98,15 +99,15 @@ TEST_F(VirtualLossTest, ComesAfterTheFramesThatAreSet) {
 TEST_F(VirtualLossTest, CanComeAtAnyMomentAgainAndAgain) {
     constexpr unsigned kRounds = 20;
     for (unsigned round = 0; round < kRounds; ++round) {
-        Ear ear;
-        Start(ear);
-        ear.frames.WaitFor(round % 3);
+        CallbackCounter counter;
+        Start(counter);
+        counter.frames.WaitFor(round % 3);
         DropOff(round % 5);
         if (round % 2 == 0) {
-            ear.AwaitLoss();
+            counter.AwaitLoss();
         }
         EXPECT_OV_OK(OVCloseDevice(camera));
-        EXPECT_LE(ear.losses, 1U);
+        EXPECT_LE(counter.losses, 1U);
         AwaitReturn();
         camera = OpenQuick();
     }

@@ -1,12 +1,12 @@
 /// @file
-/// What is told of a buffer without the lock of its queues.
+/// The facts on a buffer, which are read without the lock of its queues.
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <thread>
 
 #include "TestProducerFixture.h"
-#include "framework/BufferCard.h"
+#include "framework/BufferFacts.h"
 #include "framework/Handles.h"
 
 using namespace OvProducer;
@@ -31,72 +31,72 @@ FrameInfo FrameNo(std::uint64_t id) {
     return frame;
 }
 
-/// The card of buffer 7 of stream 3.
-class Card : public testing::Test {
+/// The facts on buffer 7 of stream 3.
+class FactsOfABuffer : public testing::Test {
 protected:
-    Card() {
-        card->SetBuffer(nullptr, 16, nullptr, "Custom");
-        card->Publish(stream, handle);
+    FactsOfABuffer() {
+        facts->SetBuffer(nullptr, 16, nullptr, "Custom");
+        facts->Publish(stream, handle);
     }
 
     std::optional<InfoValue> FrameId() const {
-        return card->TryAnswer(stream, handle, GenTL::BUFFER_INFO_FRAMEID);
+        return facts->TryAnswer(stream, handle, GenTL::BUFFER_INFO_FRAMEID);
     }
 
     void* const stream = HandleNo(3);
     void* const handle = HandleNo(7);
-    std::shared_ptr<BufferCard> card = BufferCard::Make();
+    std::shared_ptr<BufferFacts> facts = BufferFacts::Make();
 };
 
-TEST_F(Card, TellsOfAFrameWhileItShowsOne) {
+TEST_F(FactsOfABuffer, AnswerWhileThereIsAFrame) {
     EXPECT_FALSE(FrameId());
-    card->Show(FrameNo(11));
+    facts->SetFrame(FrameNo(11));
     ASSERT_TRUE(FrameId());
     EXPECT_EQ(Number(*FrameId()), 11U);
-    card->Hide();
+    facts->ClearFrame();
     EXPECT_FALSE(FrameId());
 }
 
-TEST_F(Card, IsNoOthersCard) {
-    card->Show(FrameNo(11));
-    EXPECT_FALSE(card->TryAnswer(HandleNo(4), handle, GenTL::BUFFER_INFO_FRAMEID));
-    EXPECT_FALSE(card->TryAnswer(stream, HandleNo(8), GenTL::BUFFER_INFO_FRAMEID));
+TEST_F(FactsOfABuffer, AnswerForNoOtherBuffer) {
+    facts->SetFrame(FrameNo(11));
+    EXPECT_FALSE(facts->TryAnswer(HandleNo(4), handle, GenTL::BUFFER_INFO_FRAMEID));
+    EXPECT_FALSE(facts->TryAnswer(stream, HandleNo(8), GenTL::BUFFER_INFO_FRAMEID));
 }
 
-TEST_F(Card, IsFoundByItsHandle) {
-    EXPECT_EQ(BufferCard::Find(handle), card.get());
-    const std::shared_ptr<BufferCard> other = BufferCard::Make();
+TEST_F(FactsOfABuffer, AreFoundByTheHandle) {
+    EXPECT_EQ(BufferFacts::Find(handle), facts.get());
+    const std::shared_ptr<BufferFacts> other = BufferFacts::Make();
     other->Publish(stream, HandleNo(8));
-    EXPECT_EQ(BufferCard::Find(handle), card.get());
-    EXPECT_EQ(BufferCard::Find(HandleNo(8)), other.get());
+    EXPECT_EQ(BufferFacts::Find(handle), facts.get());
+    EXPECT_EQ(BufferFacts::Find(HandleNo(8)), other.get());
 }
 
-TEST_F(Card, ServesALaterBufferUnderThatBuffersHandleAlone) {
-    card->Show(FrameNo(11));
-    const BufferCard* const known = card.get();
-    card = nullptr;
-    card = BufferCard::Make();
-    ASSERT_EQ(card.get(), known);
-    card->SetBuffer(nullptr, 16, nullptr, "Custom");
+TEST_F(FactsOfABuffer, ServeALaterBufferUnderThatBuffersHandleAlone) {
+    facts->SetFrame(FrameNo(11));
+    const BufferFacts* const known = facts.get();
+    facts = nullptr;
+    facts = BufferFacts::Make();
+    ASSERT_EQ(facts.get(), known);
+    facts->SetBuffer(nullptr, 16, nullptr, "Custom");
     EXPECT_FALSE(FrameId());
-    card->Publish(stream, HandleNo(9));
-    card->Show(FrameNo(12));
+    facts->Publish(stream, HandleNo(9));
+    facts->SetFrame(FrameNo(12));
     EXPECT_FALSE(FrameId());
-    EXPECT_TRUE(card->TryAnswer(stream, HandleNo(9), GenTL::BUFFER_INFO_FRAMEID));
+    EXPECT_TRUE(facts->TryAnswer(stream, HandleNo(9), GenTL::BUFFER_INFO_FRAMEID));
 }
 
-TEST_F(Card, TellsNothingOfAFrameThatIsBeingWritten) {
+TEST_F(FactsOfABuffer, AnswerNothingOfAFrameThatIsBeingWritten) {
     std::jthread writer([this] {
         for (std::uint64_t id = 1; id <= 20000; ++id) {
-            card->Show(FrameNo(id));
-            card->Hide();
+            facts->SetFrame(FrameNo(id));
+            facts->ClearFrame();
         }
     });
     std::uint64_t last = 0;
     const auto answered = [this](GenTL::BUFFER_INFO_CMD command) {
         // Without a frame in between the answer is that there is none.
         try {
-            return card->TryAnswer(stream, handle, command);
+            return facts->TryAnswer(stream, handle, command);
         } catch (const Failure& failure) {
             EXPECT_EQ(failure.Code(), GenTL::GC_ERR_NOT_AVAILABLE);
             return std::optional<InfoValue>();

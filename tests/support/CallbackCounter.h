@@ -7,14 +7,14 @@
 #include "support/FrameCounter.h"
 
 /// Counts it.
-struct Ear {
+struct CallbackCounter {
     FrameCounter frames;
     std::atomic<unsigned> losses{0};
     std::atomic<unsigned> events{0};
 
-    static void OnLoss(void* user) { ++static_cast<Ear*>(user)->losses; }
+    static void OnLoss(void* user) { ++static_cast<CallbackCounter*>(user)->losses; }
     static void OnEvent(OV_FEATURE_ID /*feature*/, void* user) {
-        ++static_cast<Ear*>(user)->events;
+        ++static_cast<CallbackCounter*>(user)->events;
     }
     static void Await(const std::atomic<unsigned>& count, unsigned wanted) {
         while (count < wanted) {

@@ -1,8 +1,9 @@
 #pragma once
-/// What is told of an announced buffer, for readers without a lock.
+/// The facts on an announced buffer, for readers without a lock.
 ///
-/// A consumer asks some twenty questions about each frame. Every one of them
-/// would take the lock that the engine needs to carry the next frame.
+/// A consumer asks several questions about each frame. If each of them took the locks of
+/// the library, of the handles and of the queues, a frame would cost half as much CPU time
+/// again, and the engine would wait for the consumer with the next frame.
 
 #include <atomic>
 #include <cstddef>
@@ -16,32 +17,33 @@
 
 namespace OvProducer {
 
-/// Where a buffer is. A delivered buffer is idle: it belongs to the consumer
-/// until it is queued again.
+/// Where a buffer is. A delivered buffer is idle: it belongs to the consumer until it is
+/// queued again.
 enum class BufferState { Idle, Input, Filling, Output };
 
-/// The facts on one buffer and on the frame in it. One thread at a time writes
-/// them; any may read at any time.
+/// The facts on one buffer and on the frame in it. One thread at a time writes them; any
+/// thread may read them at any time.
 ///
-/// The card shows a frame from `Show` to `Hide`, and all that it tells changes
-/// only while it shows none. Each showing has a number of its own, so a reader
-/// that finds the same one before and after has read what belongs together.
-class BufferCard {
+/// There is a frame from `SetFrame` to `ClearFrame`, and facts change only while there is
+/// none. Each frame has a number of its own: a reader that finds the same number before
+/// and after its reads has read facts that belong together.
+class BufferFacts {
 public:
-    /// A blank card. Its memory stays for as long as the producer is loaded,
-    /// and serves other buffers later: a reader may come late.
-    static std::shared_ptr<BufferCard> Make();
-    /// The card that was published last for a handle like this one, or null.
-    static const BufferCard* Find(const void* handle);
+    /// Empty facts. Their memory is never freed while the producer is loaded, but used
+    /// for other buffers later: a reader may still look at it after the last owner.
+    static std::shared_ptr<BufferFacts> Make();
+    /// The facts that may be those of the handle's buffer, or null: the ones that were
+    /// published last among handles that share a place of the table.
+    static const BufferFacts* Find(const void* handle);
 
-    /// Puts the buffer's own facts on the card. No frame is shown.
+    /// Sets what is known of the buffer itself. There is no frame afterwards.
     void SetBuffer(std::byte* base, size_t size, void* userPointer, const std::string& tlType);
-    /// Lets `Find` find the card.
+    /// Lets `Find` find the facts.
     void Publish(const void* stream, const void* handle);
 
-    void Show(const FrameInfo& frame);
-    void Hide() { Set(m_showing, uint64_t{0}); }
-    bool HasFrame() const { return m_showing != 0; }
+    void SetFrame(const FrameInfo& frame);
+    void ClearFrame() { Set(m_frameNumber, uint64_t{0}); }
+    bool HasFrame() const { return m_frameNumber != 0; }
 
     void SetState(BufferState state) { Set(m_state, state); }
     BufferState State() const { return m_state; }
@@ -49,15 +51,15 @@ public:
     bool NewData() const { return m_newData; }
     uint64_t FrameId() const { return m_frame.frameId; }
 
-    /// Whether it is the card of that buffer and shows a frame now.
-    bool ShowsFrameOf(const void* stream, const void* handle) const {
+    /// Whether these are the facts of that buffer, with a frame now.
+    bool HasFrameOf(const void* stream, const void* handle) const {
         return HasFrame() && m_handle == handle && m_stream == stream;
     }
 
-    /// Answers `DSGetBufferInfo`. The writer stands still.
+    /// Answers `DSGetBufferInfo`. Nobody may write meanwhile.
     InfoValue Answer(GenTL::BUFFER_INFO_CMD command) const;
-    /// As `Answer`, while the writer may write. Nothing unless this is the card
-    /// of that buffer and shows a frame all the time.
+    /// Like `Answer`, but another thread may write meanwhile. Returns nothing unless these
+    /// are the facts of that buffer, with the same frame from beginning to end.
     std::optional<InfoValue> TryAnswer(const void* stream, const void* handle,
                                        GenTL::BUFFER_INFO_CMD command) const;
 
@@ -91,15 +93,15 @@ private:
         Cell<bool> hasChunks;
     };
 
-    // Behind the mark of its showing, where a reader that sees it sees the rest;
-    // the default order would lock the bus for each of them.
+    // The number of the frame is stored last: a reader that sees it also sees what was
+    // stored before. The default order would make each of these stores a locked one.
     template <typename T>
     static void Set(Cell<T>& cell, T value) {
         cell.store(value, std::memory_order_release);
     }
 
-    Cell<uint64_t> m_showing{0};  ///< 0 while no frame is shown
-    uint64_t m_showings = 0;      ///< the writer's
+    Cell<uint64_t> m_frameNumber{0};  ///< 0 while there is no frame
+    uint64_t m_lastFrameNumber = 0;   ///< only the writer uses it
     Cell<const void*> m_stream{nullptr};
     Cell<const void*> m_handle{nullptr};
     Cell<const void*> m_base{nullptr};

@@ -1,4 +1,4 @@
-#include "devices/DeviceReader.h"
+#include "devices/ProducerCameras.h"
 
 #include <algorithm>
 
@@ -87,7 +87,7 @@ OvDeviceInfoList ReadGenericDevices(ITL& tl, const std::string& tlId) {
 
 }  // namespace
 
-OvDeviceInfoList ReadDevicesOf(ITL& tl) {
+OvDeviceInfoList ListCamerasOf(ITL& tl) {
     const TL_INFO info = tl.DoGetTLInfo();
     return info.tlType.value == "GEV" ? ReadGevDevices(tl, info.id.value)
                                       : ReadGenericDevices(tl, info.id.value);

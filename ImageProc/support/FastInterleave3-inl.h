@@ -1,11 +1,11 @@
-// Samples that come in threes. Included once for each instruction set, within
+// Loads and stores pixels of three samples. Included once for each instruction set, within
 // foreach_target.
 
-#if defined(QY_THREES_INL_H) == defined(HWY_TARGET_TOGGLE)
-#ifdef QY_THREES_INL_H
-#undef QY_THREES_INL_H
+#if defined(QY_FAST_INTERLEAVE3_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef QY_FAST_INTERLEAVE3_INL_H
+#undef QY_FAST_INTERLEAVE3_INL_H
 #else
-#define QY_THREES_INL_H
+#define QY_FAST_INTERLEAVE3_INL_H
 #endif
 
 #include <hwy/highway.h>
@@ -18,8 +18,8 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Whether the instruction set looks lanes of a type up in two registers at once:
-/// two look-ups make each of three vectors out of three others.
+/// Whether the instruction set has a look-up of lanes of this type in two registers at
+/// once. With it, two look-ups compose each of three vectors from three others.
 template <class T>
 constexpr bool HasLookup() {
     return (HWY_TARGET == HWY_AVX3 && sizeof(T) == 2) || HWY_TARGET == HWY_AVX3_DL;
@@ -27,19 +27,19 @@ constexpr bool HasLookup() {
 
 #if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
 
-/// Where the lanes of three vectors are found: first among those of the first two,
-/// then among what came of it and the third.
+/// Tables that compose vectors from three others: the first look-up takes lanes of the
+/// first two, the second one lanes of its result and of the third.
 template <class T>
-struct ThreeTables {
+struct InterleaveTables {
     static constexpr size_t kLanes = 64 / sizeof(T);
     using Table = std::array<T, kLanes>;
 
     alignas(64) Table first[3];
     alignas(64) Table second[3];
 
-    /// @param place  of the lane `i` of vector `k` in all three vectors
+    /// @param place  returns where lane `i` of vector `k` is among the lanes of all three
     template <class Place>
-    explicit constexpr ThreeTables(const Place& place) : first(), second() {
+    explicit constexpr InterleaveTables(const Place& place) : first(), second() {
         for (size_t k = 0; k < 3; ++k) {
             for (size_t i = 0; i < kLanes; ++i) {
                 const size_t at = place(k, i);
@@ -51,11 +51,11 @@ struct ThreeTables {
 };
 
 template <class T>
-inline constexpr ThreeTables<T> kTakeApart([](size_t k, size_t i) { return 3 * i + k; });
+inline constexpr InterleaveTables<T> kTakeApart([](size_t k, size_t i) { return 3 * i + k; });
 template <class T>
-inline constexpr ThreeTables<T> kPutTogether([](size_t k, size_t i) {
-    const size_t place = k * ThreeTables<T>::kLanes + i;
-    return place % 3 * ThreeTables<T>::kLanes + place / 3;
+inline constexpr InterleaveTables<T> kPutTogether([](size_t k, size_t i) {
+    const size_t place = k * InterleaveTables<T>::kLanes + i;
+    return place % 3 * InterleaveTables<T>::kLanes + place / 3;
 });
 
 template <class D, class V = hn::Vec<D>>
@@ -72,17 +72,17 @@ HWY_INLINE V Among(D d, V a, V b, const hn::TFromD<D>* places) {
     }
 }
 
-/// Vector `k` that the tables make of three.
+/// Composes vector `K` of three vectors.
 template <size_t K, class D, class V = hn::Vec<D>>
-HWY_INLINE V Arranged(D d, const ThreeTables<hn::TFromD<D>>& tables, V a, V b, V c) {
+HWY_INLINE V Arranged(D d, const InterleaveTables<hn::TFromD<D>>& tables, V a, V b, V c) {
     return Among(d, Among(d, a, b, tables.first[K].data()), c, tables.second[K].data());
 }
 
 #endif
 
-/// Takes a vector's worth of triples apart.
+/// Loads three vectors of pixels, and separates their samples.
 template <class D, class V = hn::Vec<D>>
-HWY_INLINE void LoadThrees(D d, const hn::TFromD<D>* from, V& a, V& b, V& c) {
+HWY_INLINE void FastLoadInterleaved3(D d, const hn::TFromD<D>* from, V& a, V& b, V& c) {
     using T = hn::TFromD<D>;
     if constexpr (HasLookup<T>()) {
 #if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
@@ -99,21 +99,21 @@ HWY_INLINE void LoadThrees(D d, const hn::TFromD<D>* from, V& a, V& b, V& c) {
     }
 }
 
-/// The same into the members of a record. A record without values isn't made: the compiler
+/// The same, into the members of a record. A record without values isn't made: the compiler
 /// writes its constructor for the plainest instruction set, into which those of arm64's
 /// vectors can't be inlined.
 template <class Record, class D>
-HWY_INLINE Record LoadThreesInto(D d, const hn::TFromD<D>* from) {
+HWY_INLINE Record FastLoadInterleaved3Into(D d, const hn::TFromD<D>* from) {
     hn::Vec<D> a;
     hn::Vec<D> b;
     hn::Vec<D> c;
-    LoadThrees(d, from, a, b, c);
+    FastLoadInterleaved3(d, from, a, b, c);
     return Record{a, b, c};
 }
 
-/// Puts triples together.
+/// Stores three vectors of samples as pixels.
 template <class D, class V = hn::Vec<D>>
-HWY_INLINE void StoreThrees(V a, V b, V c, D d, hn::TFromD<D>* to) {
+HWY_INLINE void FastStoreInterleaved3(V a, V b, V c, D d, hn::TFromD<D>* to) {
     using T = hn::TFromD<D>;
     if constexpr (HasLookup<T>()) {
 #if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL

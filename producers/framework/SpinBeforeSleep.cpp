@@ -1,4 +1,4 @@
-#include "framework/Lookout.h"
+#include "framework/SpinBeforeSleep.h"
 
 #include <algorithm>
 
@@ -13,8 +13,8 @@ void Pause() {
 #endif
 }
 
-/// Who signals holds the lock for a moment more: to sleep for that is what the
-/// look should spare.
+/// The thread that notified holds the lock a moment longer. Waiting for it by sleeping
+/// would cost what the spin has saved.
 void LockSoon(std::unique_lock<std::mutex>& lock) {
     constexpr int kTries = 50;
     for (int i = 0; i < kTries; ++i) {
@@ -28,30 +28,30 @@ void LockSoon(std::unique_lock<std::mutex>& lock) {
 
 }  // namespace
 
-void Lookout::Look(std::unique_lock<std::mutex>& lock) {
-    const Clock::duration time = NextLook();
+void SpinBeforeSleep::Spin(std::unique_lock<std::mutex>& lock) {
+    const Clock::duration time = NextSpin();
     if (time == Clock::duration::zero()) {
         return;
     }
-    const unsigned seen = m_signals.load(std::memory_order_relaxed);
+    const unsigned seen = m_notifications.load(std::memory_order_relaxed);
     lock.unlock();
-    const bool came = SignalWithin(time, seen);
+    const bool isNotified = IsNotifiedWithin(time, seen);
     LockSoon(lock);
-    m_patience = came ? kLongest : time / 2;
+    m_patience = isNotified ? kLongest : time / 2;
 }
 
-bool Lookout::SignalWithin(Clock::duration time, unsigned seen) const {
+bool SpinBeforeSleep::IsNotifiedWithin(Clock::duration time, unsigned seen) const {
     const Clock::time_point end = Clock::now() + time;
     do {
         Pause();
-        if (m_signals.load(std::memory_order_acquire) != seen) {
+        if (m_notifications.load(std::memory_order_acquire) != seen) {
             return true;
         }
     } while (Clock::now() < end);
     return false;
 }
 
-Lookout::Clock::duration Lookout::NextLook() {
+SpinBeforeSleep::Clock::duration SpinBeforeSleep::NextSpin() {
     if (m_patience >= kShortest) {
         return m_patience;
     }
