@@ -7,7 +7,7 @@
 #include <fstream>
 
 #include "Base/GCStringVector.h"
-#include "failure.h"
+#include "support/FailureText.h"
 
 namespace BaseTest {
 namespace {
@@ -59,7 +59,7 @@ TEST(EnvironmentVariable, ThatIsMissingLeavesTheValueAlone) {
     gcstring value("kept");
     EXPECT_FALSE(GetValueOfEnvironmentVariable(kName, value));
     EXPECT_EQ(value, "kept");
-    EXPECT_EQ(FailureOf<RuntimeException>([] { GetValueOfEnvironmentVariable(kName); }),
+    EXPECT_EQ(FailureText<RuntimeException>([] { GetValueOfEnvironmentVariable(kName); }),
               "Environment variable 'OV_BASE_TEST_VARIABLE' not found");
 }
 
@@ -82,7 +82,7 @@ TEST(ReplaceEnvironmentVariables, SearchesOnFromWhereTheBracketClosed) {
 
 TEST(ReplaceEnvironmentVariables, FailsForAVariableThatIsNotSet) {
     gcstring text("a$(OV_BASE_TEST_VARIABLE)");
-    EXPECT_EQ(FailureOf<RuntimeException>([&] { ReplaceEnvironmentVariables(text, false); }),
+    EXPECT_EQ(FailureText<RuntimeException>([&] { ReplaceEnvironmentVariables(text, false); }),
               "Environment variable 'OV_BASE_TEST_VARIABLE' not found");
     EXPECT_EQ(text, "a$(OV_BASE_TEST_VARIABLE)");
 }
@@ -188,7 +188,7 @@ protected:
 };
 
 TEST_P(FolderTest, TellsWhatToDoWhenItIsMissing) {
-    EXPECT_EQ(FailureOf<RuntimeException>([] { GetParam().get(); }), GetParam().message);
+    EXPECT_EQ(FailureText<RuntimeException>([] { GetParam().get(); }), GetParam().message);
 }
 
 TEST_P(FolderTest, ComesFromTheEnvironmentLessOneSeparator) {

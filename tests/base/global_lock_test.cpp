@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "Base/GlobalLock.h"
-#include "failure.h"
+#include "support/FailureText.h"
 
 namespace BaseTest {
 namespace {
@@ -168,7 +168,7 @@ TEST_F(GlobalLockTest, MustNotBeHeldAtItsEnd) {
 }
 
 TEST_F(GlobalLockTest, TellsTheNameThatTheSystemRefuses) {
-    EXPECT_EQ(FailureOf<RuntimeException>([] { CGlobalLock("a/b"); }),
+    EXPECT_EQ(FailureText<RuntimeException>([] { CGlobalLock("a/b"); }),
               "Could not create named semaphore a/b");
 }
 

@@ -4,7 +4,7 @@
 
 #include <thread>
 
-#include "failure.h"
+#include "support/FailureText.h"
 
 namespace BaseTest {
 namespace {
@@ -52,7 +52,7 @@ TEST(CLock, KeepsThreadsApart) {
 #ifndef __SANITIZE_THREAD__
 TEST(CLock, ALockThatIsNotHeldCannotBeGivenBack) {
     CLock lock;
-    EXPECT_EQ(FailureOf<RuntimeException>([&] { lock.Unlock(); }),
+    EXPECT_EQ(FailureText<RuntimeException>([&] { lock.Unlock(); }),
               "Mutex::unlock() failed: 1 (Operation not permitted)");
 }
 #endif

@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "Base/GCString.h"
-#include "failure.h"
+#include "support/FailureText.h"
 
 namespace BaseTest {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "Base/AutoVector.h"
 #include "Base/GCStringVector.h"
-#include "failure.h"
+#include "support/FailureText.h"
 
 namespace BaseTest {
 namespace {

@@ -17,12 +17,6 @@ inline constexpr int kGain = 0x100;
 
 inline const std::string kStreamable = "<Streamable>Yes</Streamable>";
 
-inline std::string NodeXml(const std::string& tag, const std::string& name,
-                           const std::string& content, bool isStandard = false) {
-    return "<" + tag + " Name=\"" + name + "\"" + (isStandard ? " NameSpace=\"Standard\">" : ">") +
-           content + "</" + tag + ">";
-}
-
 /// The category that makes features of nodes.
 inline std::string RootXml(std::initializer_list<const char*> features) {
     std::string content;
@@ -39,15 +33,12 @@ struct IndexXml {
 };
 inline std::string SelectedXml(const std::string& name, int address,
                                std::initializer_list<IndexXml> indices) {
-    std::string content = kStreamable + Element("Address", std::to_string(address));
+    std::string place = At(address);
     for (const IndexXml& index : indices) {
-        content += "<pIndex Offset=\"" + std::to_string(index.offset) + "\">" + index.selector +
-                   "</pIndex>";
+        place += "<pIndex Offset=\"" + std::to_string(index.offset) + "\">" + index.selector +
+                 "</pIndex>";
     }
-    return NodeXml("IntReg", name,
-                   content +
-                       "<Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
-                       "<Sign>Signed</Sign><Endianess>LittleEndian</Endianess>");
+    return RegXml{.name = name, .common = kStreamable, .place = place}();
 }
 
 /// What a selector selects, as elements.

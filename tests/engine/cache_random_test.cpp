@@ -21,11 +21,16 @@ constexpr int kMemory = 0x100;
 std::string Reg(const std::string& name, const std::string& address, int length,
                 const std::string& caching, const std::string& rest = "",
                 const std::string& type = "IntReg", const std::string& common = "") {
-    return "<" + type + " Name=\"" + name + "\">" + common + address +
-           (length == 0 ? Element("pLength", "Length")
-                        : Element("Length", std::to_string(length))) +
-           Element("AccessMode", "RW") + Element("pPort", "Device") + Element("Cachable", caching) +
-           rest + "</" + type + ">";
+    return RegXml{.name = name,
+                  .caching = caching,
+                  .common = common,
+                  .tail = rest,
+                  .type = type,
+                  .place = address,
+                  .length = length == 0 ? Element("pLength", "Length")
+                                        : Element("Length", std::to_string(length)),
+                  .sign = "",
+                  .endianess = ""}();
 }
 
 std::string Bits(const std::string& name, int lsb, int msb, const std::string& caching,

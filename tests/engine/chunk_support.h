@@ -109,20 +109,17 @@ inline Transport Dcam() {
             24};
 }
 
-/// A port for a chunk.
-inline std::string ChunkPortXml(const std::string& name, const std::string& digits,
-                                const std::string& cache = "No") {
-    return "<Port Name=\"" + name + "\"><ChunkID>" + digits + "</ChunkID><CacheChunkData>" + cache +
-           "</CacheChunkData></Port>";
-}
 constexpr char kLastFourBytes[] = "0xFFFFFFFFFFFFFFFC";
 
 /// Four bytes of a chunk.
 inline std::string ChunkRegXml(const std::string& name, const std::string& port,
                                const std::string& address = "0") {
-    return "<IntReg Name=\"" + name + "\"><Address>" + address +
-           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>" + port +
-           "</pPort><Sign>Unsigned</Sign><Endianess>BigEndian</Endianess></IntReg>";
+    return RegXml{.name = name,
+                  .caching = "",
+                  .place = Element("Address", address),
+                  .port = port,
+                  .sign = "Unsigned",
+                  .endianess = "BigEndian"}();
 }
 
 }  // namespace EngineTest

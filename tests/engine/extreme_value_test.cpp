@@ -26,8 +26,14 @@ const std::string kHighestText = "9223372036854775807";
 
 std::string RegisterXml(const std::string& type, const std::string& name,
                         const std::string& addressAndLength, const std::string& rest = "") {
-    return "<" + type + " Name=\"" + name + "\">" + addressAndLength +
-           "<AccessMode>RW</AccessMode><pPort>Device</pPort>" + rest + "</" + type + ">";
+    return RegXml{.name = name,
+                  .caching = "",
+                  .tail = rest,
+                  .type = type,
+                  .place = addressAndLength,
+                  .length = "",
+                  .sign = "",
+                  .endianess = ""}();
 }
 
 /// Addresses and sizes in memory that need no memory.

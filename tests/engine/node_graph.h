@@ -1,6 +1,5 @@
 #pragma once
-/// What tests of nodes and maps share: short forms of descriptions, nodes made
-/// by hand, callbacks that note their calls.
+/// What tests of nodes and maps share: short descriptions, and nodes made by hand.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,10 +12,12 @@
 
 #include "Base/GCException.h"
 #include "GenApi/IInteger.h"
-#include "GenApi/NodeCallback.h"
 #include "map/NodeMap.h"
 #include "nodes/NodeDataMap.h"
+#include "support/DescriptionXml.h"
 #include "support/EngineLog.h"
+#include "support/FailureText.h"
+#include "support/NotingCallback.h"
 #include "support/TestPort.h"
 #include "support/XmlNodeMap.h"
 #include "values/IntegerImpl.h"
@@ -25,48 +26,19 @@ namespace EngineTest {
 
 using namespace GenApi_3_0_ORVANE;   // NOLINT(google-build-using-namespace)
 using namespace GenICam_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
+using namespace DescriptionXml;      // NOLINT(google-build-using-namespace)
 
 inline constexpr int64_t kLowest = std::numeric_limits<int64_t>::min();
 inline constexpr int64_t kHighest = std::numeric_limits<int64_t>::max();
-
-/// A register of four bytes, in the machine's byte order.
-struct RegXml {
-    std::string name;
-    int address = 0;
-    std::string access = "RW";
-    std::string caching = "WriteThrough";
-    std::string common = {};  ///< elements that all nodes have
-    std::string tail = {};    ///< elements behind the byte order
-    std::string polling = {};
-
-    std::string operator()() const {
-        return "<IntReg Name=\"" + name + "\">" + common + "<Address>" + std::to_string(address) +
-               "</Address><Length>4</Length><AccessMode>" + access +
-               "</AccessMode><pPort>Device</pPort><Cachable>" + caching + "</Cachable>" + polling +
-               "<Sign>Signed</Sign><Endianess>LittleEndian</Endianess>" + tail + "</IntReg>";
-    }
-};
 
 inline std::string IntReg(const std::string& name, int address,
                           const std::string& caching = "WriteThrough") {
     return RegXml{.name = name, .address = address, .caching = caching}();
 }
 
-/// An integer that holds a value, or shows another node when `value` is a link.
-inline std::string IntegerXml(const std::string& name, const std::string& common = "",
-                              const std::string& value = "<Value>1</Value>") {
-    return "<Integer Name=\"" + name + "\">" + common + value + "</Integer>";
-}
 inline std::string Numbered(const std::string& name, int number) {
     return name + std::to_string(number);
 }
-inline std::string Element(const std::string& tag, const std::string& content) {
-    return "<" + tag + ">" + content + "</" + tag + ">";
-}
-inline std::string At(int address) {
-    return Element("Address", std::to_string(address));
-}
-
 /// Nodes whose links are exactly those that a test gives them: nothing is
 /// completed as it is when a description is loaded.
 class NodesByHand {
@@ -110,26 +82,6 @@ private:
     CNodeMap m_Map;
 };
 
-/// Notes its calls as "<node> inside" and "<node> outside".
-class NotingCallback : public CNodeCallback {
-public:
-    using Calls = std::vector<std::string>;
-
-    NotingCallback(INode* node, Calls& calls) : CNodeCallback(node), m_Calls(calls) {}
-    void operator()(ECallbackType type) const override {
-        const char* const place = type == cbPostInsideLock ? " inside" : " outside";
-        m_Calls.push_back(std::string(m_pNode->GetName()) + place);
-    }
-    void Destroy() override { delete this; }
-
-    static CallbackHandleType On(INode& node, Calls& calls) {
-        return node.RegisterCallback(new NotingCallback(&node, calls));
-    }
-
-private:
-    Calls& m_Calls;
-};
-
 /// Whether another thread could take the lock now.
 inline bool IsFreeForOthers(CLock& lock) {
     return std::async(std::launch::async,
@@ -159,7 +111,7 @@ Failure FailureOf(const Action& action) {
 }
 template <class Exception, class Action>
 std::string DescriptionOf(const Action& action) {
-    return FailureOf<Exception>(action).description;
+    return FailureText<Exception>(action);
 }
 
 }  // namespace EngineTest

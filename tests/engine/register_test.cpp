@@ -16,8 +16,14 @@ using Accesses = std::vector<TestPort::Access>;
 /// What differs from one register to the next; the rest is always the same.
 std::string Reg(const std::string& type, const std::string& name, const std::string& address,
                 int length, const std::string& rest) {
-    return "<" + type + " Name=\"" + name + "\">" + address + "<Length>" + std::to_string(length) +
-           "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>" + rest + "</" + type + ">";
+    return RegXml{.name = name,
+                  .caching = "",
+                  .tail = rest,
+                  .type = type,
+                  .place = address,
+                  .length = Element("Length", std::to_string(length)),
+                  .sign = "",
+                  .endianess = ""}();
 }
 
 std::string Number(const char* sign, const char* endianess) {

@@ -44,13 +44,13 @@ TEST_F(BooleanValue, RefusesANumberThatIsNeither) {
     SetValues(AddFlag(), 5, 3);
     m_Port.Put(0, 4);
     Build();
-    EXPECT_EQ(FailureOf<LogicalErrorException>([&] { Flag().GetValue(); }),
+    EXPECT_EQ(FailureText<LogicalErrorException>([&] { Flag().GetValue(); }),
               "Value '4' is neither true (5) nor false (3)");
 }
 
 TEST_F(BooleanValue, RefusesIdenticalOnAndOffValues) {
     SetValues(AddFlag(), 2, 2);
-    EXPECT_EQ(FailureOf<RuntimeException>([&] { Build(); }),
+    EXPECT_EQ(FailureText<RuntimeException>([&] { Build(); }),
               "Boolean node 'Flag' has identical on and off value");
 }
 
@@ -61,7 +61,7 @@ TEST_F(BooleanValue, ConvertsTexts) {
     EXPECT_EQ(Flag().ToString(), "true");
     Flag().FromString("0");
     EXPECT_EQ(Flag().ToString(), "false");
-    EXPECT_EQ(FailureOf<InvalidArgumentException>([&] { Flag().FromString("perhaps"); }),
+    EXPECT_EQ(FailureText<InvalidArgumentException>([&] { Flag().FromString("perhaps"); }),
               "Node 'Flag' : cannot convert string 'perhaps' to boolean");
 }
 
@@ -69,7 +69,8 @@ TEST_F(BooleanValue, ChecksAccess) {
     AddReg("Reg", 0, RO);
     Add(CNodeData::Boolean_ID, "Flag", {{ID::pValue_ID, "Reg"}});
     Build();
-    EXPECT_EQ(FailureOf<AccessException>([&] { Flag().SetValue(true); }), "Node is not writable.");
+    EXPECT_EQ(FailureText<AccessException>([&] { Flag().SetValue(true); }),
+              "Node is not writable.");
 }
 
 TEST_F(BooleanValue, KeepsWhatWasWritten) {

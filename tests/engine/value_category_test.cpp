@@ -157,7 +157,7 @@ using PlainNode = ValueGraph;
 TEST_F(PlainNode, HasNoValueToWrite) {
     Add(CNodeData::Node_ID, "Event");
     Build();
-    EXPECT_EQ(FailureOf<LogicalErrorException>([&] { Get<IValue>("Event").FromString("1"); }),
+    EXPECT_EQ(FailureText<LogicalErrorException>([&] { Get<IValue>("Event").FromString("1"); }),
               "NodeImpl Event can't set value from string : 1. Use derived class!");
     EXPECT_EQ(Get<INode>("Event").GetPrincipalInterfaceType(), intfIBase);
 }

@@ -89,12 +89,13 @@ TEST_F(CommandValue, RunsItsCallbacksOnceItIsFoundDone) {
 
 TEST_F(CommandValue, RefusesWhatIsNotWritable) {
     BuildWith(RO);
-    EXPECT_EQ(FailureOf<AccessException>([&] { Start().Execute(false); }), "Node is not writable.");
+    EXPECT_EQ(FailureText<AccessException>([&] { Start().Execute(false); }),
+              "Node is not writable.");
 }
 
 TEST_F(CommandValue, IsNotDoneNorRunningWhenNotImplemented) {
     BuildWith(NI);
-    EXPECT_EQ(FailureOf<AccessException>([&] { Start().IsDone(); }), "Node is not implemented.");
+    EXPECT_EQ(FailureText<AccessException>([&] { Start().IsDone(); }), "Node is not implemented.");
 }
 
 TEST_F(CommandValue, TellsInItsTextWhetherItRuns) {
@@ -135,7 +136,7 @@ TEST_F(CommandValue, NeedsACommandValueThatCanBeRead) {
     AddReg("What", 4, WO);
     Add(CNodeData::Command_ID, "Start", {{ID::pValue_ID, "Reg"}, {ID::pCommandValue_ID, "What"}});
     Build();
-    EXPECT_EQ(FailureOf<LogicalErrorException>([&] { Start().Execute(); }),
+    EXPECT_EQ(FailureText<LogicalErrorException>([&] { Start().Execute(); }),
               "Unable to execute because 'What' is not readable");
     EXPECT_EQ(m_Port.writes, 0);
 }
@@ -169,7 +170,7 @@ class RefusedTexts : public CommandTexts {};
 
 TEST_P(RefusedTexts, DoNotExecute) {
     BuildWith(RW);
-    EXPECT_EQ(FailureOf<InvalidArgumentException>([&] { Start().FromString(GetParam()); }),
+    EXPECT_EQ(FailureText<InvalidArgumentException>([&] { Start().FromString(GetParam()); }),
               "'" + std::string(GetParam()) + "' does not convert to TRUE");
     EXPECT_EQ(m_Port.writes, 0);
 }

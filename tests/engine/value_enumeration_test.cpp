@@ -85,23 +85,23 @@ TEST_F(EnumerationValue, FindsEntriesBySymbolicAndByNumber) {
 
 TEST_F(EnumerationValue, RefusesANumberWithoutAnEntry) {
     Build();
-    EXPECT_EQ(FailureOf<InvalidArgumentException>([&] { Mode().SetIntValue(5, false); }),
+    EXPECT_EQ(FailureText<InvalidArgumentException>([&] { Mode().SetIntValue(5, false); }),
               "Feature 'Mode' : cannot convert value '5', the value is invalid.");
     EXPECT_EQ(m_Port.writes, 0);
 }
 
 TEST_F(EnumerationValue, RefusesASymbolicWithoutAnEntry) {
     Build();
-    EXPECT_EQ(FailureOf<InvalidArgumentException>([&] { Mode().FromString("Warp", false); }),
+    EXPECT_EQ(FailureText<InvalidArgumentException>([&] { Mode().FromString("Warp", false); }),
               "Feature 'Mode' : cannot convert value 'Warp', the value is invalid.");
 }
 
 TEST_F(EnumerationValue, RefusesToVerifyAnEntryThatIsNotAvailable) {
     m_Port.Put(4, 0);
     Build();
-    EXPECT_EQ(FailureOf<AccessException>([&] { Mode().SetIntValue(7); }),
+    EXPECT_EQ(FailureText<AccessException>([&] { Mode().SetIntValue(7); }),
               "Failed to write enumeration value. Enum entry is not writable");
-    EXPECT_EQ(FailureOf<AccessException>([&] { Mode().FromString("Fast"); }),
+    EXPECT_EQ(FailureText<AccessException>([&] { Mode().FromString("Fast"); }),
               "Failed to write enumeration value. Enum entry is not writable");
     Mode().SetIntValue(7, false);
     EXPECT_EQ(m_Port.Peek(0), 7);
@@ -111,7 +111,7 @@ TEST_F(EnumerationValue, RefusesToVerifyAnEntryThatIsNotReadable) {
     m_Port.Put(0, 7);
     m_Port.Put(4, 0);
     Build();
-    EXPECT_EQ(FailureOf<AccessException>([&] { Mode().GetIntValue(true); }),
+    EXPECT_EQ(FailureText<AccessException>([&] { Mode().GetIntValue(true); }),
               "Failed to write enumeration value. Enum entry is not readable");
     EXPECT_EQ(Mode().GetIntValue(), 7);
 }
@@ -120,7 +120,7 @@ TEST_F(EnumerationValue, HasNoTextForAnEntryThatIsNotAvailable) {
     m_Port.Put(0, 7);
     m_Port.Put(4, 0);
     Build();
-    EXPECT_EQ(FailureOf<AccessException>([&] { Mode().ToString(); }),
+    EXPECT_EQ(FailureText<AccessException>([&] { Mode().ToString(); }),
               "Enumeration value 'Fast' is not available.");
 }
 
@@ -130,8 +130,8 @@ TEST_F(EnumerationValue, ReadsANumberWithoutAnEntryButHasNoTextForIt) {
     EXPECT_EQ(Mode().GetIntValue(), 5);
     EXPECT_EQ(Mode().GetCurrentEntry(), nullptr);
     const std::string message = "Feature 'Mode' : cannot convert value '5', the value is invalid.";
-    EXPECT_EQ(FailureOf<InvalidArgumentException>([&] { Mode().ToString(); }), message);
-    EXPECT_EQ(FailureOf<InvalidArgumentException>([&] { Mode().GetIntValue(true); }), message);
+    EXPECT_EQ(FailureText<InvalidArgumentException>([&] { Mode().ToString(); }), message);
+    EXPECT_EQ(FailureText<InvalidArgumentException>([&] { Mode().GetIntValue(true); }), message);
 }
 
 TEST_F(EnumerationValue, KeepsWhatWasWritten) {
@@ -216,7 +216,7 @@ TEST_F(EnumEntryValue, PrefersItsNumericValueInAnyOrder) {
 TEST_F(EnumEntryValue, CannotBeWritten) {
     AddEntry("Plain", 3);
     Build();
-    EXPECT_EQ(FailureOf<LogicalErrorException>([&] { Get<IEnumEntry>("Plain").FromString("4"); }),
+    EXPECT_EQ(FailureText<LogicalErrorException>([&] { Get<IEnumEntry>("Plain").FromString("4"); }),
               "EnumEntry Plain can't set value from string  : 4. Use derived class!");
 }
 

@@ -31,7 +31,7 @@ protected:
 TEST_F(FloatValue, RefusesToVerifyAValueBelowTheMinimum) {
     AddGain().AddProperty(ID::Min_ID, 1.5);
     Build();
-    EXPECT_EQ(FailureOf<OutOfRangeException>([&] { Gain().SetValue(1.25); }),
+    EXPECT_EQ(FailureText<OutOfRangeException>([&] { Gain().SetValue(1.25); }),
               "Value 1.250000 must be greater than or equal 1.500000.");
     Gain().SetValue(1.25, false);
     EXPECT_EQ(Gain().GetValue(), 1.25);
@@ -40,7 +40,7 @@ TEST_F(FloatValue, RefusesToVerifyAValueBelowTheMinimum) {
 TEST_F(FloatValue, RefusesToVerifyAValueAboveTheMaximum) {
     AddGain().AddProperty(ID::Max_ID, 2.5);
     Build();
-    EXPECT_EQ(FailureOf<OutOfRangeException>([&] { Gain().SetValue(2.75); }),
+    EXPECT_EQ(FailureText<OutOfRangeException>([&] { Gain().SetValue(2.75); }),
               "Value 2.750000 must be smaller than or equal 2.500000.");
 }
 
@@ -63,7 +63,7 @@ TEST_F(FloatValue, HasNoIncrementUnlessOneIsGiven) {
     Build();
     EXPECT_FALSE(Gain().HasInc());
     EXPECT_EQ(Gain().GetIncMode(), noIncrement);
-    EXPECT_EQ(FailureOf<RuntimeException>([&] { Gain().GetInc(); }),
+    EXPECT_EQ(FailureText<RuntimeException>([&] { Gain().GetInc(); }),
               "node does not have an increment.");
 }
 
@@ -114,7 +114,7 @@ TEST_F(FloatValue, ConvertsTexts) {
     Build();
     Gain().FromString("1.5e2");
     EXPECT_EQ(Gain().GetValue(), 150.0);
-    EXPECT_EQ(FailureOf<InvalidArgumentException>([&] { Gain().FromString("much"); }),
+    EXPECT_EQ(FailureText<InvalidArgumentException>([&] { Gain().FromString("much"); }),
               "Node 'Gain' : cannot convert string 'much' to double.");
 }
 

@@ -18,17 +18,19 @@
 #include "GenApi/IFloat.h"
 #include "GenApi/IInteger.h"
 #include "GenApi/IString.h"
-#include "GenApi/NodeCallback.h"
 #include "factory/NodeCreation.h"
 #include "map/NodeMap.h"
 #include "nodes/NodeDataMap.h"
 #include "reader/NodeDataMapFactory.h"
+#include "support/FailureText.h"
+#include "support/NodeDataBuilder.h"
+#include "support/NotingCallback.h"
 
 namespace ValueTest {
 
 using namespace GenApi_3_0_ORVANE;   // NOLINT(google-build-using-namespace)
 using namespace GenICam_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
-using ID = CPropertyID;
+using namespace NodeDataTest;        // NOLINT(google-build-using-namespace)
 
 /// A device of bytes that counts how often it is asked.
 class MemoryPort : public IPort {
@@ -66,21 +68,6 @@ private:
     std::vector<uint8_t> m_Bytes = std::vector<uint8_t>(256);
 };
 
-/// Notes the calls of a callback.
-class RecordingCallback : public CNodeCallback {
-public:
-    RecordingCallback(INode* node, std::vector<std::string>& calls)
-        : CNodeCallback(node), m_Calls(calls) {}
-    void operator()(ECallbackType type) const override {
-        m_Calls.push_back(std::string(m_pNode->GetName()) +
-                          (type == cbPostInsideLock ? " inside" : " outside"));
-    }
-    void Destroy() override { delete this; }
-
-private:
-    std::vector<std::string>& m_Calls;
-};
-
 class ValueGraph : public testing::Test {
 protected:
     ValueGraph() {
@@ -88,23 +75,14 @@ protected:
         Add(CNodeData::Port_ID, "Device");
     }
 
-    /// A property: a link to a node by name.
-    struct Link {
-        CPropertyID id;
-        const char* target;
-    };
+    /// A property that is a link to a node by name.
+    using Link = Links::value_type;
 
-    /// Describes a node. Properties other than links are added to what it
-    /// gives, which lives until the next node is described.
+    /// Describes a node. The result, to which other properties are added, is valid until the
+    /// next node is described.
     CNodeData& Add(CNodeData::ENodeType_t type, const char* name,
                    const std::vector<Link>& links = {}) {
-        auto node = std::make_unique<CNodeData>(type, &m_Data);
-        node->SetName(name);
-        for (const Link& link : links) {
-            node->AddProperty(link.id, m_Data.GetNodeID(link.target, true));
-        }
-        m_Data.SetNodeData(std::move(node), false);
-        return *m_Data.GetLastNodeData();
+        return AddNode(m_Data, type, name, links);
     }
     /// A register of four bytes.
     CNodeData& AddReg(const char* name, int64_t address, EAccessMode mode = RW,
@@ -159,7 +137,7 @@ protected:
     }
     void Record(const char* name) {
         INode* const node = m_Map->GetNode(name);
-        node->RegisterCallback(new RecordingCallback(node, m_Calls));
+        node->RegisterCallback(new EngineTest::NotingCallback(node, m_Calls));
     }
 
     struct Destroyer {
@@ -178,16 +156,5 @@ private:
         }
     }
 };
-
-/// The description of the failure of the given type; empty without a failure.
-template <class Exception, class Action>
-std::string FailureOf(const Action& action) {
-    try {
-        action();
-    } catch (const Exception& failure) {
-        return failure.GetDescription();
-    }
-    return {};
-}
 
 }  // namespace ValueTest

@@ -30,7 +30,7 @@ protected:
 }  // namespace
 
 TEST_F(IntegerValue, RefusesToVerifyAValueBetweenTwoSteps) {
-    EXPECT_EQ(FailureOf<OutOfRangeException>([&] { Gain().SetValue(4); }),
+    EXPECT_EQ(FailureText<OutOfRangeException>([&] { Gain().SetValue(4); }),
               "The difference between Value = 4 and Min = 2 must be dividable without rest by "
               "Inc = 4.");
     EXPECT_EQ(m_Port.writes, 0);
@@ -42,18 +42,18 @@ TEST_F(IntegerValue, TakesAValueBetweenTwoStepsUnverified) {
 }
 
 TEST_F(IntegerValue, RefusesToVerifyAValueBelowTheMinimum) {
-    EXPECT_EQ(FailureOf<OutOfRangeException>([&] { Gain().SetValue(-2); }),
+    EXPECT_EQ(FailureText<OutOfRangeException>([&] { Gain().SetValue(-2); }),
               "Value = -2 must be equal or greater than Min = 2.");
 }
 
 TEST_F(IntegerValue, RefusesToVerifyAValueAboveTheMaximum) {
-    EXPECT_EQ(FailureOf<OutOfRangeException>([&] { Gain().SetValue(22); }),
+    EXPECT_EQ(FailureText<OutOfRangeException>([&] { Gain().SetValue(22); }),
               "Value = 22 must be equal or smaller than Max = 20.");
 }
 
 TEST_F(IntegerValue, VerifiesWhatItReads) {
     m_Port.Put(0, 8);
-    EXPECT_EQ(FailureOf<OutOfRangeException>([&] { Gain().GetValue(true); }),
+    EXPECT_EQ(FailureText<OutOfRangeException>([&] { Gain().GetValue(true); }),
               "The difference between Value = 8 and Min = 2 must be dividable without rest by "
               "Inc = 4.");
     EXPECT_EQ(Gain().GetValue(), 8);
@@ -110,13 +110,13 @@ TEST_F(IntegerValue, IsSpokenForByTheIntegerInterface) {
 TEST_F(IntegerValue, ConvertsTexts) {
     Gain().FromString("14");
     EXPECT_EQ(Gain().ToString(), "14");
-    EXPECT_EQ(FailureOf<InvalidArgumentException>([&] { Gain().FromString("some"); }),
+    EXPECT_EQ(FailureText<InvalidArgumentException>([&] { Gain().FromString("some"); }),
               "Node 'Gain' : cannot convert string 'some' to int.");
 }
 
 TEST_F(IntegerValue, LeavesTheWriteCounterBalancedAfterAFailure) {
     m_Port.failWrites = true;
-    EXPECT_EQ(FailureOf<RuntimeException>([&] { Gain().SetValue(10); }), "The device is gone");
+    EXPECT_EQ(FailureText<RuntimeException>([&] { Gain().SetValue(10); }), "The device is gone");
     EXPECT_TRUE(m_Map->GetBathometer().IsZero());
     EXPECT_EQ(Gain().GetValue(), 6);
 }
@@ -127,7 +127,7 @@ TEST_F(IntegerAccess, ReadsNothingFromWhatIsWriteOnly) {
     AddReg("Reg", 0, WO);
     AddInteger("Trigger", {{ID::pValue_ID, "Reg"}});
     Build();
-    EXPECT_EQ(FailureOf<AccessException>([&] { Get<IInteger>("Trigger").GetValue(); }),
+    EXPECT_EQ(FailureText<AccessException>([&] { Get<IInteger>("Trigger").GetValue(); }),
               "Node is not readable.");
     EXPECT_EQ(m_Port.reads, 0);
 }
@@ -136,7 +136,7 @@ TEST_F(IntegerAccess, WritesNothingToWhatIsReadOnly) {
     AddReg("Reg", 0, RO);
     AddInteger("Status", {{ID::pValue_ID, "Reg"}});
     Build();
-    EXPECT_EQ(FailureOf<AccessException>([&] { Get<IInteger>("Status").SetValue(1); }),
+    EXPECT_EQ(FailureText<AccessException>([&] { Get<IInteger>("Status").SetValue(1); }),
               "Node is not writable.");
     EXPECT_EQ(m_Port.writes, 0);
 }
@@ -146,15 +146,15 @@ TEST_F(IntegerAccess, HasNoLimitsWhileNotAvailable) {
     AddInteger("Gain", {{ID::pIsAvailable_ID, "Off"}}).AddProperty(ID::Value_ID, 3);
     Build();
     auto& gain = Get<IInteger>("Gain");
-    EXPECT_EQ(FailureOf<AccessException>([&] { gain.GetMin(); }), "Node is not available.");
-    EXPECT_EQ(FailureOf<AccessException>([&] { gain.GetMax(); }), "Node is not available.");
+    EXPECT_EQ(FailureText<AccessException>([&] { gain.GetMin(); }), "Node is not available.");
+    EXPECT_EQ(FailureText<AccessException>([&] { gain.GetMax(); }), "Node is not available.");
 }
 
 TEST_F(IntegerAccess, RefusesAnIncrementBelowOne) {
     AddReg("Reg", 0);
     AddInteger("Gain", {{ID::pValue_ID, "Reg"}}).AddProperty(ID::Inc_ID, 0);
     Build();
-    EXPECT_EQ(FailureOf<LogicalErrorException>([&] { Get<IInteger>("Gain").SetValue(1); }),
+    EXPECT_EQ(FailureText<LogicalErrorException>([&] { Get<IInteger>("Gain").SetValue(1); }),
               "Increment must be larger than 0.");
 }
 
@@ -164,7 +164,7 @@ TEST_F(IntegerAccess, ChecksStepsOverTheWholeRange) {
     gain.AddProperty(ID::Min_ID, kLowest);
     gain.AddProperty(ID::Inc_ID, 2);
     Build();
-    EXPECT_EQ(FailureOf<OutOfRangeException>([&] { Get<IInteger>("Gain").GetValue(true); }),
+    EXPECT_EQ(FailureText<OutOfRangeException>([&] { Get<IInteger>("Gain").GetValue(true); }),
               "The difference between Value = 9223372036854775807 and Min = -9223372036854775808 "
               "must be dividable without rest by Inc = 2.");
 }
@@ -181,7 +181,8 @@ TEST_F(IntegerAccess, ReportsTheErrorThatTheDeviceFlagsAfterAWrite) {
     auto& gain = Get<IInteger>("Gain");
     gain.SetValue(1);
     m_Port.Put(4, 1);
-    EXPECT_EQ(FailureOf<RuntimeException>([&] { gain.SetValue(2); }), "TooHot : Let it cool down");
+    EXPECT_EQ(FailureText<RuntimeException>([&] { gain.SetValue(2); }),
+              "TooHot : Let it cool down");
     EXPECT_EQ(m_Port.Peek(0), 2);
     EXPECT_FALSE(gain.IsValueCacheValid());
     gain.SetValue(3, false);

@@ -112,8 +112,8 @@ TEST_F(IndexedValue, IsReadOnlyWhereAConstantIsSelected) {
     BuildGain();
     Select(2);
     EXPECT_EQ(Gain().GetAccessMode(), RO);
-    EXPECT_EQ(FailureOf<AccessException>([&] { Gain().SetValue(43); }), "Node is not writable.");
-    EXPECT_EQ(FailureOf<RuntimeException>([&] { Gain().SetValue(43, false); }),
+    EXPECT_EQ(FailureText<AccessException>([&] { Gain().SetValue(43); }), "Node is not writable.");
+    EXPECT_EQ(FailureText<RuntimeException>([&] { Gain().SetValue(43, false); }),
               "CIntegerPolyRef::SetValue(): uninitialized pointer");
     EXPECT_EQ(Gain().GetValue(), 42);
 }
@@ -251,7 +251,7 @@ TEST_F(HeldValueWithCopies, WritesToItselfAndToThem) {
 TEST_F(HeldValueWithCopies, KeepsWhatItHadWhereACopyFails) {
     BuildGain();
     m_Port.failWrites = true;
-    EXPECT_EQ(FailureOf<RuntimeException>([&] { Gain().SetValue(6); }), "The device is gone");
+    EXPECT_EQ(FailureText<RuntimeException>([&] { Gain().SetValue(6); }), "The device is gone");
     EXPECT_EQ(Gain().GetValue(), 3);
 }
 
@@ -409,7 +409,7 @@ INSTANTIATE_TEST_SUITE_P(By, OverriddenValueSet,
 TEST_F(ValueSource, RefusesAValueSetThatIsNone) {
     AddReg("Reg", 0);
     AddInteger("Binning", {{ID::pValue_ID, "Reg"}}).AddProperty(ID::ValidValueSet_ID, "1;many");
-    EXPECT_EQ(FailureOf<InvalidArgumentException>([&] { Build(); }),
+    EXPECT_EQ(FailureText<InvalidArgumentException>([&] { Build(); }),
               "Node 'Binning' : cannot convert string 'many' to a value.");
 }
 

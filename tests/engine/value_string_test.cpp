@@ -52,12 +52,13 @@ TEST_F(StringValue, KeepsWhatWasWritten) {
 
 TEST_F(StringValue, RefusesToWriteWhatIsReadOnly) {
     BuildWith(RO);
-    EXPECT_EQ(FailureOf<AccessException>([&] { Name().SetValue("cam"); }), "Node is not writable.");
+    EXPECT_EQ(FailureText<AccessException>([&] { Name().SetValue("cam"); }),
+              "Node is not writable.");
 }
 
 TEST_F(StringValue, RefusesToReadWhatIsWriteOnly) {
     BuildWith(WO);
-    EXPECT_EQ(FailureOf<AccessException>([&] { Name().GetValue(); }), "Node is not readable.");
+    EXPECT_EQ(FailureText<AccessException>([&] { Name().GetValue(); }), "Node is not readable.");
 }
 
 TEST_F(StringValue, MayComeFromTheDescription) {

@@ -1,4 +1,4 @@
-#include "nodedata_builder.h"
+#include "support/NodeDataBuilder.h"
 
 namespace NodeDataTest {
 namespace {

@@ -1,4 +1,4 @@
-#include "nodedata_builder.h"
+#include "support/NodeDataBuilder.h"
 
 namespace NodeDataTest {
 namespace {
@@ -36,7 +36,7 @@ protected:
         m_Map.ExtractIndependentSubtree(m_Extract, name, renameToRoot);
     }
     std::string FailureOfExtract(const char* name, bool renameToRoot) {
-        return FailureOf<InvalidArgumentException>([&] { Extract(name, renameToRoot); });
+        return FailureText<InvalidArgumentException>([&] { Extract(name, renameToRoot); });
     }
 
     CNodeDataMap m_Map;
@@ -49,7 +49,7 @@ TEST_F(NodeDataMapExtract, TakesTheRootNodeAndAllThatIsReached) {
                 testing::ElementsAre("_RegisterDescription", "GainReg", "Device", "Gain"));
     EXPECT_THAT(LinksOf(m_Extract, "Gain", ID::pValue_ID), testing::ElementsAre("GainReg"));
     EXPECT_THAT(LinksOf(m_Extract, "GainReg", ID::pPort_ID), testing::ElementsAre("Device"));
-    EXPECT_EQ(FailureOf([&] { m_Extract.CheckConsistency(); }), "");
+    EXPECT_EQ(FailureText([&] { m_Extract.CheckConsistency(); }), "");
 }
 
 TEST_F(NodeDataMapExtract, DropsDependentsOutsideAndKeepsThoseInside) {

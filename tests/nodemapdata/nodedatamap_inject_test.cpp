@@ -1,4 +1,4 @@
-#include "nodedata_builder.h"
+#include "support/NodeDataBuilder.h"
 
 namespace NodeDataTest {
 namespace {
@@ -31,7 +31,7 @@ TEST_F(NodeDataMapInject, AddsNewNodesAndTheirLinks) {
     m_Main.Inject(m_Other);
     EXPECT_THAT(LinksOf(m_Main, "Gain", ID::pValue_ID), testing::ElementsAre("Reg"));
     EXPECT_EQ(NodeOf(m_Main, "Reg").GetNodeType(), CNodeData::IntReg_ID);
-    EXPECT_EQ(FailureOf([&] { m_Main.CheckConsistency(); }), "");
+    EXPECT_EQ(FailureText([&] { m_Main.CheckConsistency(); }), "");
 }
 
 TEST_F(NodeDataMapInject, LosesTheInjectedRoot) {
@@ -65,12 +65,12 @@ TEST_F(NodeDataMapInject, KeepsTheOldNodeWithPriorityMinusOne) {
 
 TEST_F(NodeDataMapInject, RefusesPriorityZeroForOtherThanCategoriesAndEnumerations) {
     AddToBoth(CNodeData::Integer_ID);
-    EXPECT_EQ(FailureOf([&] { m_Main.Inject(m_Other); }), "Merge conflict with node 'x'");
+    EXPECT_EQ(FailureText([&] { m_Main.Inject(m_Other); }), "Merge conflict with node 'x'");
 }
 
 TEST_F(NodeDataMapInject, RefusesAnyOtherPriority) {
     AddToBoth(CNodeData::Integer_ID);
-    EXPECT_EQ(FailureOf([&] { InjectWithPriority(2); }), "Merge conflict with node 'x'");
+    EXPECT_EQ(FailureText([&] { InjectWithPriority(2); }), "Merge conflict with node 'x'");
 }
 
 TEST_F(NodeDataMapInject, FillsTheSlotThatTheMainMapRefersToWithoutAPriority) {
@@ -78,7 +78,7 @@ TEST_F(NodeDataMapInject, FillsTheSlotThatTheMainMapRefersToWithoutAPriority) {
     AddNode(m_Other, CNodeData::IntReg_ID, "x");
     m_Main.Inject(m_Other);
     EXPECT_EQ(NodeOf(m_Main, "x").GetNodeType(), CNodeData::IntReg_ID);
-    EXPECT_EQ(FailureOf([&] { m_Main.CheckConsistency(); }), "");
+    EXPECT_EQ(FailureText([&] { m_Main.CheckConsistency(); }), "");
 }
 
 TEST_F(NodeDataMapInject, FillsACategoryThatTheMainMapRefersToOnce) {

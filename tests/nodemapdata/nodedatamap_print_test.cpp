@@ -1,6 +1,6 @@
 #include <sstream>
 
-#include "nodedata_builder.h"
+#include "support/NodeDataBuilder.h"
 
 namespace NodeDataTest {
 namespace {

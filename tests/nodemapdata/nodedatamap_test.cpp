@@ -1,6 +1,6 @@
 #include <stdexcept>
 
-#include "nodedata_builder.h"
+#include "support/NodeDataBuilder.h"
 
 namespace NodeDataTest {
 namespace {
@@ -11,7 +11,7 @@ TEST(NodeDataMap, IsEmptyAtFirst) {
     EXPECT_EQ(map.GetNumStrings(), 0U);
     EXPECT_EQ(map.GetLastNodeData(), nullptr);
     EXPECT_EQ(map.GetContextNode(), nullptr);
-    EXPECT_EQ(FailureOf([&] { map.CheckConsistency(); }), "");
+    EXPECT_EQ(FailureText([&] { map.CheckConsistency(); }), "");
 }
 
 TEST(NodeDataMap, LooksUpAnUnknownNameWithoutTrace) {
@@ -31,19 +31,19 @@ TEST(NodeDataMap, ReservesTheIdentifierOfALaterNode) {
     EXPECT_EQ(map.GetNodeName(NodeID_t(0)), "x");
     EXPECT_EQ(map.GetNodeData(NodeID_t(0)), nullptr);
     EXPECT_EQ(map.FindDanglingNode(), NodeID_t(0));
-    EXPECT_EQ(FailureOf([&] { map.CheckConsistency(); }),
+    EXPECT_EQ(FailureText([&] { map.CheckConsistency(); }),
               "Fatal error : Dangling node reference 'x'");
 
     CNodeData& node = AddNode(map, CNodeData::Integer_ID, "x");
     EXPECT_EQ(node.GetNodeID(), NodeID_t(0));
-    EXPECT_EQ(FailureOf([&] { map.CheckConsistency(); }), "");
+    EXPECT_EQ(FailureText([&] { map.CheckConsistency(); }), "");
 }
 
 TEST(NodeDataMap, NamesTheFirstDanglingNodeByIdentifier) {
     CNodeDataMap map;
     map.GetNodeID("z", true);
     map.GetNodeID("a", true);
-    EXPECT_EQ(FailureOf([&] { map.CheckConsistency(); }),
+    EXPECT_EQ(FailureText([&] { map.CheckConsistency(); }),
               "Fatal error : Dangling node reference 'z'");
 }
 
@@ -81,7 +81,7 @@ TEST(NodeDataMap, RefusesADuplicateAndKeepsTheFirst) {
     CNodeDataMap map;
     CNodeData& first = AddNode(map, CNodeData::Integer_ID, "x");
     AddNode(map, CNodeData::Integer_ID, "y");
-    EXPECT_EQ(FailureOf([&] { AddNode(map, CNodeData::Float_ID, "x"); }),
+    EXPECT_EQ(FailureText([&] { AddNode(map, CNodeData::Float_ID, "x"); }),
               "Found a duplicate node'x'.");
     EXPECT_EQ(&NodeOf(map, "x"), &first);
     EXPECT_EQ(map.GetLastNodeData()->GetName(), "y");
@@ -104,7 +104,7 @@ std::string FailureOfDuplicateWithoutName() {
     BrokenMap<Failure> broken;
     auto pNode = std::make_unique<CNodeData>(CNodeData::Integer_ID, &broken);
     pNode->SetName("x");
-    return FailureOf([&] { map.SetNodeData(std::move(pNode), false); });
+    return FailureText([&] { map.SetNodeData(std::move(pNode), false); });
 }
 
 TEST(NodeDataMap, ReportsADuplicateWhoseNameCannotBeRead) {

@@ -147,7 +147,7 @@ TEST_F(ParserDocument, ReadsAFile) {
 }
 
 TEST_F(ParserDocument, DoesNotExpandVariablesInTheNameOfAPlainFile) {
-    EXPECT_EQ(FailureOf([&] {
+    EXPECT_EQ(FailureText([&] {
                   CNodeDataMapFactory::ParseXmlFile(&m_Map, ContentType_Xml, "$(HOME)/none.xml",
                                                     false);
               }),
@@ -157,10 +157,10 @@ TEST_F(ParserDocument, DoesNotExpandVariablesInTheNameOfAPlainFile) {
 TEST_F(ParserDocument, RefusesUnknownContentTypes) {
     const auto unknown = static_cast<EContentType_t>(2);
     EXPECT_EQ(
-        FailureOf([&] { CNodeDataMapFactory::ParseXmlFile(&m_Map, unknown, "a.xml", false); }),
+        FailureText([&] { CNodeDataMapFactory::ParseXmlFile(&m_Map, unknown, "a.xml", false); }),
         "ParseXmlBuffer not implemented.");
     EXPECT_EQ(
-        FailureOf([&] { CNodeDataMapFactory::ParseXmlBuffer(&m_Map, unknown, "", 0, false); }),
+        FailureText([&] { CNodeDataMapFactory::ParseXmlBuffer(&m_Map, unknown, "", 0, false); }),
         "ParseXmlBuffer not implemented.");
 }
 
@@ -175,13 +175,13 @@ TEST_F(ParserDocument, TellsOfAnEmptyTextWithoutASecondRun) {
 
 TEST_F(ParserDocument, TellsOfAnEmptyFile) {
     const std::string name = WriteFile("");
-    EXPECT_EQ(
-        FailureOf([&] { CNodeDataMapFactory::ParseXmlFile(&m_Map, ContentType_Xml, name, false); }),
-        ErrorAt(1, 0, "no element found"));
+    EXPECT_EQ(FailureText(
+                  [&] { CNodeDataMapFactory::ParseXmlFile(&m_Map, ContentType_Xml, name, false); }),
+              ErrorAt(1, 0, "no element found"));
 }
 
 TEST_F(ParserDocument, TellsOfAnEmptyBlock) {
-    EXPECT_EQ(FailureOf([&] {
+    EXPECT_EQ(FailureText([&] {
                   CNodeDataMapFactory::ParseXmlBuffer(&m_Map, ContentType_Xml, nullptr, 0, false);
               }),
               ErrorAt(1, 0, "no element found"));

@@ -29,7 +29,7 @@ TEST(ParserFiles, ReadsEveryDescriptionOfTheFolder) {
     EXPECT_THAT(files, testing::Not(IsEmpty()));
     for (const std::string& file : files) {
         CNodeDataMap map;
-        EXPECT_EQ(FailureOf<GenICam_3_0_ORVANE::GenericException>([&] {
+        EXPECT_EQ(FailureText<GenICam_3_0_ORVANE::GenericException>([&] {
                       CNodeDataMapFactory::ParseXmlFile(&map, ContentType_Xml, file, false);
                       map.CheckConsistency();
                   }),

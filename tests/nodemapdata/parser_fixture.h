@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "nodedata_builder.h"
+#include "support/NodeDataBuilder.h"
 
 namespace NodeDataTest {
 
@@ -62,10 +62,10 @@ protected:
     /// The description of the failure of a body.
     template <class Exception = GenICam_3_0_ORVANE::RuntimeException>
     std::string FailureOfBody(const std::string& body, int minor = 1) {
-        return FailureOf<Exception>([&] { Parse(body, minor); });
+        return FailureText<Exception>([&] { Parse(body, minor); });
     }
     std::string FailureOfText(const std::string& document) {
-        return FailureOf([&] { ParseText(document); });
+        return FailureText([&] { ParseText(document); });
     }
 
     /// A node's properties as XML elements, without its Name.

@@ -151,7 +151,7 @@ TEST_F(Parser, LeavesTextsThatPeopleReadOutWhenAsked) {
 }
 
 TEST_F(Parser, ChecksSuppressedTextsAllTheSame) {
-    EXPECT_EQ(FailureOf([&] {
+    EXPECT_EQ(FailureText([&] {
                   ParseText(Describe("<Node Name=\"A\"><ToolTip/><ToolTip/></Node>"), true);
               }),
               OutOfPlace());

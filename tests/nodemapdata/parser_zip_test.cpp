@@ -36,10 +36,10 @@ protected:
         CNodeDataMapFactory::ParseXmlFile(&m_Map, ContentType_ZippedXml, name, false);
     }
     std::string FailureOfMemory(const std::string& archive) {
-        return FailureOf([&] { ParseMemory(archive); });
+        return FailureText([&] { ParseMemory(archive); });
     }
     std::string FailureOfFile(const std::string& name) {
-        return FailureOf([&] { ParseFile(name); });
+        return FailureText([&] { ParseFile(name); });
     }
     /// Both ways in, with their messages.
     void ExpectFailure(const std::string& archive, const std::string& inMemory,

@@ -108,7 +108,7 @@ TEST_F(PreprocessingCycle, LeavesNoScratchListsBehindAFailure) {
         CNodeDataMap map;
         AddRoot(map);
         AddNode(map, CNodeData::Integer_ID, "A", {{ID::pMin_ID, "A"}});
-        EXPECT_EQ(FailureOf([&] { CNodeDataMapFactory::PreProcessNodeDataMap(&map); }),
+        EXPECT_EQ(FailureText([&] { CNodeDataMapFactory::PreProcessNodeDataMap(&map); }),
                   "ERROR : read cycle detected : A -> A");
     }
     SUCCEED();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "nodedata_builder.h"
+#include "support/NodeDataBuilder.h"
 
 namespace NodeDataTest {
 
@@ -14,7 +14,7 @@ protected:
     }
     void Run() { CNodeDataMapFactory::PreProcessNodeDataMap(&m_Map); }
     std::string FailureOfRun() {
-        return FailureOf([this] { Run(); });
+        return FailureText([this] { Run(); });
     }
     std::vector<std::string> Of(const char* name, CPropertyID id) const {
         return LinksOf(m_Map, name, id);

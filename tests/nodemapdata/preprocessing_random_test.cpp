@@ -194,7 +194,7 @@ public:
             return false;
         }
         const std::string failure =
-            FailureOf([this] { CNodeDataMapFactory::PreProcessNodeDataMap(&m_Map); });
+            FailureText([this] { CNodeDataMapFactory::PreProcessNodeDataMap(&m_Map); });
         if (!failure.empty()) {
             EXPECT_THAT(failure, testing::StartsWith("ERROR : pSelected cycle detected : "));
             return false;

@@ -1,7 +1,7 @@
 #include <set>
 #include <sstream>
 
-#include "nodedata_builder.h"
+#include "support/NodeDataBuilder.h"
 
 namespace NodeDataTest {
 namespace {

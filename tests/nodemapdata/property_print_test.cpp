@@ -1,5 +1,5 @@
-#include "nodedata_builder.h"
 #include "properties/PropertyEnum.h"
+#include "support/NodeDataBuilder.h"
 
 namespace NodeDataTest {
 namespace {

@@ -1,8 +1,8 @@
 #include <cmath>
 #include <limits>
 
-#include "nodedata_builder.h"
 #include "properties/PropertyEnum.h"
+#include "support/NodeDataBuilder.h"
 
 namespace NodeDataTest {
 namespace {

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "OvIAPI.h"
+#include "support/DescriptionXml.h"
 
 /// What a call gets, to be spoilt argument by argument, and what it leaves.
 class FeatureArguments {
@@ -124,23 +125,23 @@ inline const FeatureCall kAll[] = {
 
 /// A camera's description whose body is given, with a port "Device".
 inline std::string DescribeCamera(const std::string& body) {
-    return R"(<?xml version="1.0"?>
-<RegisterDescription ModelName="Own" VendorName="oviapi" ToolTip="A test's own camera"
-    StandardNameSpace="None" SchemaMajorVersion="1" SchemaMinorVersion="1"
-    SchemaSubMinorVersion="0" MajorVersion="1" MinorVersion="0" SubMinorVersion="0"
-    ProductGuid="3B6F0D21-7E44-4A90-9C15-8D2F61B00002"
-    VersionGuid="3B6F0D21-7E44-4A90-9C15-8D2F61B01002"
-    xmlns="http://www.genicam.org/GenApi/Version_1_1"><Port Name="Device"/>)" +
-           body + "</RegisterDescription>";
+    return DescriptionXml::DocumentXml{
+        .model = "Own",
+        .vendor = "oviapi",
+        .toolTip = "A test's own camera",
+        .nameSpace = "None",
+        .versions =
+            R"(SchemaSubMinorVersion="0" MajorVersion="1" MinorVersion="0" SubMinorVersion="0")",
+        .productGuid = "3B6F0D21-7E44-4A90-9C15-8D2F61B00002",
+        .versionGuid = "3B6F0D21-7E44-4A90-9C15-8D2F61B01002"}("<Port Name=\"Device\"/>" + body);
 }
 
 /// The features of kAll on a camera that must be asked whatever is done to
 /// them. "Gate" has to be 1.
 inline std::string DescriptionThatAsksTheCamera() {
     const auto integer = [](const std::string& name, int address) {
-        return "<IntReg Name=\"" + name + "\"><Address>" + std::to_string(address) +
-               "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
-               "<Cachable>NoCache</Cachable><Endianess>LittleEndian</Endianess></IntReg>";
+        return DescriptionXml::RegXml{
+            .name = name, .address = address, .caching = "NoCache", .sign = ""}();
     };
     const std::string gate = "<pIsImplemented>Gate</pIsImplemented>";
     const auto bytes = [&](const std::string& kind, const std::string& name,

@@ -7,9 +7,11 @@
 /// @param more  what else the description says of it
 inline std::string DescribeNumber(const std::string& name, uint64_t address,
                                   const std::string& more) {
-    return "<IntReg Name=\"" + name + "\">" + more + "<Address>" + std::to_string(address) +
-           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
-           "<Cachable>NoCache</Cachable><Endianess>LittleEndian</Endianess></IntReg>";
+    return DescriptionXml::RegXml{.name = name,
+                                  .address = static_cast<int64_t>(address),
+                                  .caching = "NoCache",
+                                  .common = more,
+                                  .sign = ""}();
 }
 
 inline const std::string kStreamable = "<Streamable>Yes</Streamable>";

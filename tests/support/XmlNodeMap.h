@@ -1,18 +1,19 @@
 #pragma once
-/// From a few lines of camera description to live nodes on a TestPort.
+/// Live nodes on a TestPort, made from a few lines of description.
 
 #include <memory>
 #include <string>
 
 #include "GenApi/INode.h"
 #include "GenApi/NodeMapFactory.h"
-#include "TestPort.h"
+#include "support/DescriptionXml.h"
+#include "support/TestPort.h"
 
 namespace EngineTest {
 
-/// The nodes of a description whose body is given: what stands between the
-/// "RegisterDescription" tags. A port "Device" is added where the body has none
-/// and is connected to memory.
+/// The nodes of a description. `body` has its nodes, without the "RegisterDescription"
+/// around them. A port "Device", which is added unless the body has it, is connected to
+/// memory.
 class XmlNodeMap {
 public:
     struct Options {
@@ -38,18 +39,7 @@ public:
 
     /// The whole description, for tests that load it by themselves.
     static std::string Describe(const std::string& body, int schemaMinor = 1) {
-        const bool hasPort = body.find("Name=\"Device\"") != std::string::npos;
-        const std::string minor = std::to_string(schemaMinor);
-        return R"(<?xml version="1.0" encoding="UTF-8"?>
-<RegisterDescription ModelName="Model" VendorName="Vendor" ToolTip="A camera"
-    StandardNameSpace="GEV" SchemaMajorVersion="1" SchemaMinorVersion=")" +
-               minor + R"("
-    SchemaSubMinorVersion="7" MajorVersion="4" MinorVersion="5" SubMinorVersion="6"
-    ProductGuid="11111111-2222-3333-4444-555555555555"
-    VersionGuid="66666666-7777-8888-9999-AAAAAAAAAAAA"
-    xmlns="http://www.genicam.org/GenApi/Version_1_)" +
-               minor + "\">\n" + body + (hasPort ? "" : "<Port Name=\"Device\"/>") +
-               "</RegisterDescription>";
+        return DescriptionXml::DocumentXml{.schemaMinor = schemaMinor}(body);
     }
 
 private:

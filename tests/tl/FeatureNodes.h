@@ -5,6 +5,7 @@
 
 #include "GenApi/NodeMapRef.h"
 #include "TLClassFeature/FeatureControl.h"
+#include "support/DescriptionXml.h"
 #include "support/TestPort.h"
 #include "support/XmlNodeMap.h"
 
@@ -13,10 +14,8 @@ namespace OVTLClass {
 /// A register of four bytes whose every use reaches the port.
 inline std::string UncachedRegXml(const std::string& name, int address,
                                   const std::string& access = "RW") {
-    return "<IntReg Name=\"" + name + "\"><Address>" + std::to_string(address) +
-           "</Address><Length>4</Length><AccessMode>" + access +
-           "</AccessMode><pPort>Device</pPort><Cachable>NoCache</Cachable><Sign>Signed</Sign>"
-           "<Endianess>LittleEndian</Endianess></IntReg>";
+    return DescriptionXml::RegXml{
+        .name = name, .address = address, .access = access, .caching = "NoCache"}();
 }
 
 template <class Port>

@@ -49,10 +49,10 @@ public:
 
 /// A streamable number of four bytes.
 inline std::string Number(const std::string& name, int address, const std::string& more = "") {
-    return "<IntReg Name=\"" + name + "\"><Streamable>Yes</Streamable><Address>" +
-           std::to_string(address) + "</Address>" + more +
-           "<Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
-           "<Sign>Signed</Sign><Endianess>LittleEndian</Endianess></IntReg>";
+    return DescriptionXml::RegXml{.name = name,
+                                  .caching = "",
+                                  .common = "<Streamable>Yes</Streamable>",
+                                  .place = DescriptionXml::At(address) + more}();
 }
 
 /// What a camera has for its settings, where each is, and the category that

@@ -4,6 +4,7 @@
 #include "GenApi/NodeMapRef.h"
 #include "StreamTest.h"
 #include "TLClassFeature/IFeatureControl.h"
+#include "support/DescriptionXml.h"
 
 namespace OVTLClass {
 
@@ -24,11 +25,13 @@ protected:
 
     static std::string Port(const std::string& name, const std::string& id,
                             const std::string& cache) {
-        return "<Port Name=\"" + name + "Port\"><ChunkID>" + id + "</ChunkID><CacheChunkData>" +
-               cache + "</CacheChunkData></Port><IntReg Name=\"" + name +
-               "\"><Address>0</Address><Length>1</Length><AccessMode>RO</AccessMode><pPort>" +
-               name + "Port</pPort><Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess>" +
-               "</IntReg>";
+        return DescriptionXml::ChunkPortXml(name + "Port", id, cache) +
+               DescriptionXml::RegXml{.name = name,
+                                      .access = "RO",
+                                      .caching = "",
+                                      .length = "<Length>1</Length>",
+                                      .port = name + "Port",
+                                      .sign = "Unsigned"}();
     }
 
     void Add(const Chunk& chunk) {

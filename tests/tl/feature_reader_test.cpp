@@ -4,22 +4,27 @@
 #include "TLClassInfo/FeatureAgency.h"
 #include "TLClassInfo/FeatureReader.h"
 #include "TransportTest.h"
+#include "support/DescriptionXml.h"
 
 namespace OVTLClass {
 namespace {
 
+using namespace DescriptionXml;  // NOLINT(google-build-using-namespace)
+
 std::string Number(const std::string& name, int64_t value) {
-    return "<Integer Name=\"" + name + "\"><Value>" + std::to_string(value) + "</Value></Integer>";
+    return IntegerXml(name, "", Element("Value", std::to_string(value)));
 }
 
 /// A number in a register of its own.
 std::string Selector(const std::string& name, int64_t max) {
     const std::string address = name == "DeviceSelector" ? "0" : "8";
-    return "<Integer Name=\"" + name + "\"><pValue>" + name + "Reg</pValue><Min>0</Min><Max>" +
-           std::to_string(max) + "</Max></Integer><IntReg Name=\"" + name + "Reg\"><Address>" +
-           address +
-           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
-           "<Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>";
+    return IntegerXml(name, "",
+                      Element("pValue", name + "Reg") + "<Min>0</Min>" +
+                          Element("Max", std::to_string(max))) +
+           RegXml{.name = name + "Reg",
+                  .caching = "",
+                  .place = Element("Address", address),
+                  .sign = "Unsigned"}();
 }
 
 std::string Text(const std::string& name, const std::string& value) {

@@ -1,17 +1,8 @@
 #include "PowerUp.h"
 
-#include <algorithm>
-#include <span>
-#include <string_view>
-#include <unordered_set>
-
-#include "Base/GCException.h"
+#include "FeatureValues.h"
 #include "FrameOfFileCamera.h"
 #include "GenApi/FeatureBag.h"
-#include "GenApi/IBoolean.h"
-#include "GenApi/IEnumEntry.h"
-#include "GenApi/IEnumeration.h"
-#include "GenApi/IFloat.h"
 #include "GenApi/IInteger.h"
 #include "GenApi/INode.h"
 #include "GenApi/IPort.h"
@@ -19,6 +10,7 @@
 #include "GenApi/ISelector.h"
 #include "GenApi/IString.h"
 #include "GenApi/SelectorSet.h"
+#include "NodeRegisters.h"
 #include "support/WhyReadOnly.h"
 
 using namespace GenApi;  // NOLINT(google-build-using-namespace)
@@ -26,162 +18,6 @@ using namespace GenApi;  // NOLINT(google-build-using-namespace)
 namespace {
 
 using GenICam_3_0_ORVANE::gcstring;
-using GenICam_3_0_ORVANE::GenericException;
-
-/// Whether a call says so; what can't be asked isn't so.
-template <class Call>
-bool Holds(const Call& call) {
-    try {
-        return call();
-    } catch (const GenericException&) {
-        return false;
-    }
-}
-
-template <class Call>
-void Try(const Call& call) {
-    Holds([&] {
-        call();
-        return true;
-    });
-}
-
-bool IsWithinLimits(IInteger& feature) {
-    const int64_t value = feature.GetValue();
-    const int64_t min = feature.GetMin();
-    const int64_t inc = feature.GetInc();
-    return value >= min && value <= feature.GetMax() && inc > 0 && (value - min) % inc == 0;
-}
-
-bool IsWithinLimits(IFloat& feature) {
-    const double value = feature.GetValue();
-    return value >= feature.GetMin() && value <= feature.GetMax();
-}
-
-bool IsText(IString& feature) {
-    const gcstring text = feature.GetValue();
-    return !text.empty() && std::all_of(text.c_str(), text.c_str() + text.size(),
-                                        [](unsigned char c) { return c >= 0x20 && c < 0x7F; });
-}
-
-/// Whether a feature that is there has a value to show.
-bool IsShown(IValue& value) {
-    return Holds([&] {
-        if (IsReadable(value.GetAccessMode())) {
-            value.ToString();
-        }
-        return true;
-    });
-}
-
-/// Whether the value is one that a client may write.
-bool IsAllowed(IValue& value) {
-    if (auto* const integer = dynamic_cast<IInteger*>(&value)) {
-        return IsWithinLimits(*integer);
-    }
-    if (auto* const real = dynamic_cast<IFloat*>(&value)) {
-        return IsWithinLimits(*real);
-    }
-    if (auto* const choice = dynamic_cast<IEnumeration*>(&value)) {
-        IEnumEntry* const entry = choice->GetCurrentEntry();
-        return entry != nullptr && IsAvailable(entry->GetAccessMode());
-    }
-    auto* const text = dynamic_cast<IString*>(&value);
-    return text == nullptr || IsText(*text);
-}
-
-/// Whether a feature that is there has a value that it may have.
-bool IsLegal(IValue& value) {
-    return IsShown(value) && Holds([&] {
-               const EAccessMode mode = value.GetAccessMode();
-               const bool isText = dynamic_cast<IString*>(&value) != nullptr;
-               return !IsReadable(mode) || (mode == RO && !isText) || IsAllowed(value);
-           });
-}
-
-/// What a client would do.
-void SetToFirst(IValue& value) {
-    if (auto* const integer = dynamic_cast<IInteger*>(&value)) {
-        integer->SetValue(integer->GetMin());
-    } else if (auto* const real = dynamic_cast<IFloat*>(&value)) {
-        real->SetValue(real->GetMin() / 2 + real->GetMax() / 2);  // the least may round down
-    } else if (auto* const flag = dynamic_cast<IBoolean*>(&value)) {
-        flag->SetValue(false);
-    } else if (auto* const choice = dynamic_cast<IEnumeration*>(&value)) {
-        gcstring_vector names;
-        choice->GetSymbolics(names);
-        if (!names.empty()) {
-            *choice = names[0];
-        }
-    }
-}
-
-/// The registers that a node's value, its limits and its rights come from, and those
-/// of its entries, the nearest first.
-std::vector<IRegister*> RegistersBehind(INode& node) {
-    std::vector<INode*> sources{&node};
-    std::unordered_set<INode*> seen{&node};
-    std::vector<IRegister*> registers;
-    const auto addAll = [&](const node_vector& found) {
-        for (INode* const source : found) {
-            if (seen.insert(source).second) {
-                sources.push_back(source);
-            }
-        }
-    };
-    for (size_t i = 0; i < sources.size(); ++i) {
-        node_vector found;
-        sources[i]->GetChildren(found, ReadingChildren);
-        addAll(found);
-        if (auto* const choice = dynamic_cast<IEnumeration*>(sources[i])) {
-            choice->GetEntries(found);
-            addAll(found);
-        }
-        if (auto* const reg = dynamic_cast<IRegister*>(sources[i])) {
-            registers.push_back(reg);
-        }
-    }
-    return registers;
-}
-
-/// Past all rights and limits, as a device does it.
-void Put(IRegister& reg, int64_t number) {
-    constexpr bool verify = false;
-    if (auto* const integer = dynamic_cast<IInteger*>(&reg)) {
-        integer->SetValue(number, verify);
-    } else if (auto* const real = dynamic_cast<IFloat*>(&reg)) {
-        real->SetValue(static_cast<double>(number), verify);
-    }
-}
-
-/// As much of a number as the register takes.
-void PutAtMost(IRegister& reg, int64_t number) {
-    const auto isTaken = [&] {
-        Put(reg, number);
-        return true;
-    };
-    while (!Holds(isTaken) && number > 1) {
-        number /= 2;
-    }
-}
-
-/// The end of the text is part of it: what follows doesn't count.
-void PutText(IRegister& reg, OvTest::MadeUpMemory& memory) {
-    constexpr std::string_view text("Made-up\0", 8);
-    const size_t length = std::min(text.size(), static_cast<size_t>(reg.GetLength()));
-    memory.Write(static_cast<uint64_t>(reg.GetAddress()),
-                 std::as_bytes(std::span(text.data(), length)));
-}
-
-/// A value that a node holds itself is as the description says after each opening.
-bool IsInRegisters(INode& node) {
-    node_vector terminals;
-    node.GetChildren(terminals, TerminalNodes);
-    return !terminals.empty() &&
-           std::all_of(
-               terminals.begin().operator->(), terminals.end().operator->(),
-               [](INode* terminal) { return dynamic_cast<IRegister*>(terminal) != nullptr; });
-}
 
 bool IsSelector(IValue& value) {
     return dynamic_cast<ISelector&>(value).IsSelector();
@@ -224,18 +60,18 @@ PowerUp::PowerUp(INodeMap& map, OvTest::MadeUpMemory& memory)
         if (!isCommand && WhyReadOnly(node).empty()) {
             m_writable.insert(value);
         }
-        m_registers[value] = RegistersBehind(node);
+        m_registers[value] = SourceRegistersOf(node);
     }
 }
 
-/// What can't even be asked stays as it is.
+/// Features that can't be asked at all are skipped.
 void PowerUp::ForEach(const std::function<void(IValue&)>& run) const {
     for (IValue* const value : m_features) {
         Try([&] { run(*value); });
     }
 }
 
-/// To have a value that may be saved counts more than to be there.
+/// A value that can be saved counts more than the existence of the feature.
 int PowerUp::ScoreOf(IValue& value) const {
     const auto mode = [&] { return value.GetAccessMode(); };
     const bool isThere = Holds([&] { return IsAvailable(mode()); });
@@ -253,7 +89,8 @@ int PowerUp::Score() const {
     return score;
 }
 
-/// Keeps what a change does if the feature gains by it and all features together do.
+/// Makes a change, and undoes it unless both the feature and all features together have a
+/// better score after it.
 void PowerUp::Improve(IValue& value, const Change& change, const Change& undo) {
     const int before = ScoreOf(value);
     change();
@@ -279,7 +116,7 @@ void PowerUp::ImproveBy(IValue& value, IRegister& reg, int64_t number) {
         [&] { reg.Set(reinterpret_cast<const uint8_t*>(bytes.data()), length, verify); });
 }
 
-/// Tries registers with what conditions and limits are made of.
+/// Tries numbers that are usual in conditions and limits in the registers of the feature.
 void PowerUp::Search(IValue& value, size_t mostRegisters) {
     constexpr int64_t numbers[] = {1, 0, 2, 3, 8, 16, 255, 1024, -1};
     const int best = m_writable.contains(&value) ? 6 : 5;
@@ -298,16 +135,16 @@ void PowerUp::Search(IValue& value, size_t mostRegisters) {
     }
 }
 
-/// Those that a property of a node is read from.
+/// The registers from which a property of a node is read.
 std::vector<IRegister*> PowerUp::RegistersOf(INode& node, const char* property) const {
     gcstring name;
     gcstring attribute;
-    return node.GetProperty(property, name, attribute) ? RegistersBehind(*m_map.GetNode(name))
+    return node.GetProperty(property, name, attribute) ? SourceRegistersOf(*m_map.GetNode(name))
                                                        : std::vector<IRegister*>();
 }
 
-/// Puts numbers that leave room into limits, and what makes features be there into
-/// conditions.
+/// Writes wide limits into the registers of limits, and into those of conditions the
+/// numbers that make features available.
 void PowerUp::PrepareProperties(const node_vector& nodes) {
     constexpr std::pair<const char*, int64_t> kinds[] = {
         {"pMin", 0},          {"pMax", 1 << 20}, {"pInc", 1}, {"pIsImplemented", -1},
@@ -321,8 +158,8 @@ void PowerUp::PrepareProperties(const node_vector& nodes) {
     }
 }
 
-/// Limits may depend on values that have such limits themselves: an offset and a
-/// width leave each other room.
+/// Sets values to 0 on which limits of other values depend, so that an offset and a
+/// width, for instance, leave each other room.
 void PowerUp::PrepareValuesInLimits(const node_vector& nodes) {
     std::set<IRegister*> limits;
     std::vector<IRegister*> values;
@@ -355,8 +192,8 @@ void PowerUp::Prepare() {
     m_map.InvalidateNodes();
 }
 
-/// Where several features write one register as a whole, the last one wins: the
-/// others get what is left of that.
+/// If several features write the same register, the last one wins. The others take their
+/// values from the result.
 void PowerUp::SettleSharedRegisters() {
     constexpr int rounds = 3;
     for (int round = 0; round < rounds; ++round) {
@@ -379,7 +216,7 @@ void PowerUp::Settle(IValue& value, size_t mostRegisters) {
     Search(value, mostRegisters);
 }
 
-/// Selectors of millions of values would take as many combinations.
+/// Limits selectors to few values: each value is a combination that the tests visit.
 void PowerUp::LimitSelector(IValue& value) {
     constexpr int64_t most = 3;
     auto* const selector = dynamic_cast<IInteger*>(&value);
@@ -397,7 +234,7 @@ void PowerUp::SetPayloadSize() {
     if (payload == nullptr) {
         return;
     }
-    for (IRegister* const reg : RegistersBehind(*node)) {
+    for (IRegister* const reg : SourceRegistersOf(*node)) {
         const OvTest::MadeUpMemory::Bytes before = m_memory.Written();
         Try([&] { Put(*reg, kPayloadSize); });
         if (Holds([&] { return payload->GetValue() == kPayloadSize; })) {
@@ -408,7 +245,7 @@ void PowerUp::SetPayloadSize() {
     }
 }
 
-/// Under each combination of its selectors, or as many.
+/// Settles a feature under each combination of its selectors, up to a limit.
 void PowerUp::SettleAll(IValue& value) {
     constexpr int mostCombinations = 16;
     size_t mostRegisters = 4;
@@ -417,7 +254,8 @@ void PowerUp::SettleAll(IValue& value) {
     for (int i = 0; isThere && i < mostCombinations; ++i) {
         if (!IsLegal(value)) {
             Settle(value, mostRegisters);
-            // What a search doesn't find once it hardly finds the next time.
+            // A search that has failed once will hardly succeed with the next
+            // combination.
             mostRegisters = IsLegal(value) ? mostRegisters : 0;
         }
         isThere = selectors.SetNext();
@@ -426,7 +264,7 @@ void PowerUp::SettleAll(IValue& value) {
 }
 
 void PowerUp::Run() {
-    constexpr int passes = 2;  // what is settled may depend on what comes later
+    constexpr int passes = 2;  // features may depend on others that are settled later
     constexpr size_t mostRegisters = 20;
     Prepare();
     ForEach([&](IValue& value) { LimitSelector(value); });

@@ -1,5 +1,5 @@
 #pragma once
-/// A camera's memory as it is when the camera was just switched on.
+/// Prepares the made-up memory of a camera as if the camera had just been switched on.
 
 #include <cstdint>
 #include <functional>
@@ -22,9 +22,9 @@ std::vector<GenApi::IValue*> FeaturesOf(GenApi::INodeMap& map);
 /// Connects all ports of the device itself: chunks and events have their own.
 void ConnectDevicePorts(GenApi::INodeMap& map, GenApi::IPort& port);
 
-/// Made-up memory is no camera's: what is there is hidden, values are beyond their
-/// limits. This changes registers until features are there and have values that
-/// they may have, as far as that goes, and the frame fits into memory.
+/// Made-up memory isn't like that of a camera: features aren't available, and values are
+/// beyond their limits. This changes registers until as many features as possible are
+/// available and have legal values, and the frame fits into memory.
 class PowerUp {
 public:
     /// @param map  connected to the memory
@@ -54,8 +54,8 @@ private:
     GenApi::INodeMap& m_map;
     OvTest::MadeUpMemory& m_memory;
     const std::vector<GenApi::IValue*> m_features;
-    /// Those that the description lets be written, in some state of the camera.
+    /// The features that can be written in some state of the camera.
     std::set<GenApi::IValue*> m_writable;
-    /// Those that a feature comes from.
+    /// The registers from which each feature is read.
     std::map<GenApi::IValue*, std::vector<GenApi::IRegister*>> m_registers;
 };

@@ -5,14 +5,17 @@
 #include "support/TestFrame.h"
 
 inline std::string DescribeInteger(const std::string& name, int64_t value) {
-    return "<Integer Name=\"" + name + "\"><Value>" + std::to_string(value) + "</Value></Integer>";
+    return DescriptionXml::IntegerXml(name, "",
+                                      DescriptionXml::Element("Value", std::to_string(value)));
 }
 
 inline std::string DescribeRegister(const std::string& name, const std::string& address,
                                     const std::string& port) {
-    return "<IntReg Name=\"" + name + "\"><Address>" + address +
-           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>" + port +
-           "</pPort><Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>";
+    return DescriptionXml::RegXml{.name = name,
+                                  .caching = "",
+                                  .place = DescriptionXml::Element("Address", address),
+                                  .port = port,
+                                  .sign = "Unsigned"}();
 }
 
 /// A camera that can be started and stopped.

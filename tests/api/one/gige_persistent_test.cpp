@@ -1,9 +1,9 @@
 // The address that an open camera keeps.
 
 #include <array>
-#include <sstream>
 
 #include "gige_test.h"
+#include "support/FeatureCalls.h"
 
 using namespace gige;
 
@@ -17,24 +17,16 @@ constexpr uint64_t kValues = 0x1010;   ///< and one with its value
 constexpr uint64_t kLocked = 0x1020;   ///< and one that locks it
 
 std::string Register(const std::string& name, uint64_t address, const std::string& more) {
-    std::ostringstream text;
-    text << "<IntReg Name=\"" << name << "\">" << more << "<Address>" << address
-         << "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
-            "<Cachable>NoCache</Cachable><Sign>Unsigned</Sign>"
-            "<Endianess>LittleEndian</Endianess></IntReg>";
-    return text.str();
+    return DescriptionXml::RegXml{.name = name,
+                                  .address = static_cast<int64_t>(address),
+                                  .caching = "NoCache",
+                                  .common = more,
+                                  .sign = "Unsigned"}();
 }
 
 /// A camera of which each feature can be taken away by a register.
 std::string Description() {
-    std::string text =
-        "<RegisterDescription ModelName=\"Kept\" VendorName=\"oviapi\" StandardNameSpace=\"None\""
-        " SchemaMajorVersion=\"1\" SchemaMinorVersion=\"1\" SchemaSubMinorVersion=\"0\""
-        " MajorVersion=\"1\" MinorVersion=\"0\" SubMinorVersion=\"0\""
-        " ProductGuid=\"3B6F0D21-7E44-4A90-9C15-8D2F61B00077\""
-        " VersionGuid=\"3B6F0D21-7E44-4A90-9C15-8D2F61B01077\""
-        " xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">"
-        "<Category Name=\"Root\"/><Port Name=\"Device\"/>";
+    std::string text = "<Category Name=\"Root\"/>";
     for (size_t i = 0; i < kFeatures; ++i) {
         const std::string name = kNames[i];
         std::string state = "<pIsImplemented>";
@@ -44,7 +36,7 @@ std::string Description() {
         text += Register(name + "Present", kPresent + 4 * i, "");
         text += Register(name + "Locked", kLocked + 4 * i, "");
     }
-    return text + "</RegisterDescription>";
+    return DescribeCamera(text);
 }
 
 class PersistentTest : public GigETest {

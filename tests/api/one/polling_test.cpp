@@ -17,9 +17,11 @@ constexpr uint64_t kPolledAddress = 0x3000;
 constexpr uint64_t kStillAddress = 0x3004;
 
 std::string Register(const char* name, uint64_t address, const std::string& more) {
-    return "<IntReg Name=\"" + std::string(name) + "\"><Address>" + std::to_string(address) +
-           "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>" + more +
-           "<Endianess>LittleEndian</Endianess></IntReg>";
+    return DescriptionXml::RegXml{.name = name,
+                                  .address = static_cast<int64_t>(address),
+                                  .caching = "",
+                                  .polling = more,
+                                  .sign = ""}();
 }
 
 std::string Polled() {

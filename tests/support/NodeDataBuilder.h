@@ -1,5 +1,5 @@
 #pragma once
-/// Descriptions in a few lines, and questions to them in one.
+/// Builds the data of descriptions in few lines, and finds nodes and links in them.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "Base/GCException.h"
 #include "nodes/NodeDataMap.h"
 #include "reader/NodeDataMapFactory.h"
+#include "support/FailureText.h"
 
 namespace NodeDataTest {
 
@@ -68,17 +68,6 @@ inline size_t CountOf(const CNodeData& node, CPropertyID id) {
         count += property.GetPropertyID() == id ? 1 : 0;
     }
     return count;
-}
-
-/// The description of the failure of the given type; empty without a failure.
-template <typename Exception = GenICam_3_0_ORVANE::RuntimeException, typename Action>
-std::string FailureOf(Action action) {
-    try {
-        action();
-    } catch (const Exception& e) {
-        return e.GetDescription();
-    }
-    return {};
 }
 
 }  // namespace NodeDataTest
