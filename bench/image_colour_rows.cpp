@@ -3,7 +3,7 @@
 #include <array>
 
 #include "QyImageProc.h"
-#include "colour_record.h"
+#include "TestColourRecord.h"
 #include "filter/Noise.h"
 #include "image_row.h"
 

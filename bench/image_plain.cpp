@@ -5,8 +5,8 @@
 #include <cstring>
 #include <vector>
 
+#include "NoiseReference.h"
 #include "image_row.h"
-#include "noise_reference.h"
 
 namespace ImageBench {
 

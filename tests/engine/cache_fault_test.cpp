@@ -11,7 +11,7 @@
 
 #include "Base/Environment.h"
 #include "Base/GlobalLock.h"
-#include "cache_support.h"
+#include "CacheSupport.h"
 #include "support/ZipWriter.h"
 
 namespace EngineTest {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "CacheSupport.h"
 #include "GenApi/IDeviceInfo.h"
 #include "cache/CacheTables.h"
-#include "cache_support.h"
 #include "support/EveryUse.h"
 
 namespace EngineTest {

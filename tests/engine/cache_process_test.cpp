@@ -5,7 +5,7 @@
 
 #include <chrono>
 
-#include "cache_support.h"
+#include "CacheSupport.h"
 
 namespace EngineTest {
 

@@ -4,12 +4,12 @@
 
 #include <random>
 
+#include "CacheCompare.h"
 #include "GenApi/IBoolean.h"
 #include "GenApi/ICommand.h"
 #include "GenApi/IPortReplay.h"
 #include "GenApi/IRegister.h"
-#include "cache_compare.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 #include "ports/PortWriteList.h"
 
 namespace EngineTest {

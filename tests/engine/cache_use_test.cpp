@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "Base/GlobalLock.h"
-#include "cache_support.h"
+#include "CacheSupport.h"
 
 namespace EngineTest {
 

@@ -1,6 +1,6 @@
 // Adapters and the node maps that they serve.
 
-#include "chunk_support.h"
+#include "ChunkSupport.h"
 
 namespace EngineTest {
 

@@ -1,6 +1,6 @@
 // What only DCAM chunks have: a length that says itself twice, a CRC, and GUIDs.
 
-#include "chunk_support.h"
+#include "ChunkSupport.h"
 
 namespace EngineTest {
 

@@ -1,6 +1,6 @@
 // Chunks that the caller names.
 
-#include "chunk_support.h"
+#include "ChunkSupport.h"
 
 namespace EngineTest {
 

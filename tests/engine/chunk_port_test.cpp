@@ -1,6 +1,6 @@
 // One port node and the chunk that it reads from.
 
-#include "chunk_support.h"
+#include "ChunkSupport.h"
 #include "ports/PortImplIntern.h"
 
 namespace EngineTest {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "chunk_support.h"
+#include "ChunkSupport.h"
 
 namespace EngineTest {
 

@@ -2,8 +2,8 @@
 
 #include "GenApi/IRegister.h"
 #include "GenApi/IString.h"
+#include "NodeGraph.h"
 #include "confrom/ConfRomReader.h"
-#include "node_graph.h"
 
 namespace EngineTest {
 

@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "GenApi/IFloat.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

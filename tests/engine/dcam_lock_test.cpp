@@ -1,7 +1,7 @@
 // The register by which an IEEE 1394 camera gives access to its own features.
 
 #include "GenApi/IRegister.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

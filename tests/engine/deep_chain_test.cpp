@@ -9,8 +9,8 @@
 #include "GenApi/ICategory.h"
 #include "GenApi/IFloat.h"
 #include "GenApi/IString.h"
+#include "NodeGraph.h"
 #include "core/NestingScope.h"
-#include "node_graph.h"
 #include "values/FloatImpl.h"
 #include "values/StringNodeImpl.h"
 

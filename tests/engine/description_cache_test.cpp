@@ -7,12 +7,12 @@
 #include <set>
 #include <sstream>
 
+#include "CacheCompare.h"
+#include "CacheSupport.h"
 #include "FeatureDump.h"
 #include "GenApi/IPort.h"
 #include "GenApi/IPortReplay.h"
 #include "GenApi/IRegister.h"
-#include "cache_compare.h"
-#include "cache_support.h"
 #include "ports/PortWriteList.h"
 #include "support/Descriptions.h"
 

@@ -4,13 +4,13 @@
 #include <iostream>
 #include <optional>
 
+#include "BagSupport.h"
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IRegister.h"
 #include "GenApi/ISelector.h"
 #include "GenApi/IString.h"
 #include "GenApi/SelectorSet.h"
-#include "bag_support.h"
-#include "steered_camera.h"
+#include "SteeredCamera.h"
 #include "support/Descriptions.h"
 #include "support/WhyReadOnly.h"
 

@@ -9,7 +9,7 @@
 #include "GenApi/IFloat.h"
 #include "GenApi/IRegister.h"
 #include "GenApi/IString.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

@@ -1,7 +1,7 @@
 // Event messages of IEEE 1394 cameras.
 
+#include "EventSupport.h"
 #include "GenApi/EventAdapter1394.h"
-#include "event_support.h"
 
 namespace EngineTest {
 

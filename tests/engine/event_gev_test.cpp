@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "EventSupport.h"
 #include "GenApi/EventAdapterGEV.h"
-#include "event_support.h"
 
 namespace EngineTest {
 

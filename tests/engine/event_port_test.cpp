@@ -1,6 +1,6 @@
 // What stands between a port node and the latest event.
 
-#include "event_support.h"
+#include "EventSupport.h"
 
 namespace EngineTest {
 

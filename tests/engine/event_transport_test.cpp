@@ -1,8 +1,8 @@
 // Event messages of USB3 Vision and Camera Link cameras.
 
+#include "EventSupport.h"
 #include "GenApi/EventAdapterCL.h"
 #include "GenApi/EventAdapterU3V.h"
-#include "event_support.h"
 
 namespace EngineTest {
 

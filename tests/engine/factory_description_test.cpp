@@ -1,7 +1,7 @@
 // The way of a description through the factory, up to live nodes.
 
+#include "FactorySupport.h"
 #include "factory/NodeCreation.h"
-#include "factory_support.h"
 
 namespace EngineTest {
 

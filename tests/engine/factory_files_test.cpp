@@ -5,7 +5,7 @@
 #include <chrono>
 #include <cstdio>
 
-#include "factory_support.h"
+#include "FactorySupport.h"
 
 namespace EngineTest {
 

@@ -5,8 +5,8 @@
 #include <set>
 #include <sstream>
 
+#include "FactorySupport.h"
 #include "GenApi/IRegister.h"
-#include "factory_support.h"
 #include "support/Descriptions.h"
 
 namespace EngineTest {

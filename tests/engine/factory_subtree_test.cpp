@@ -1,8 +1,8 @@
 // Descriptions made of others: parts, transformed ones, those of live nodes.
 
+#include "FactorySupport.h"
 #include "GenApi/IDeviceInfo.h"
 #include "GenApi/IFloat.h"
-#include "factory_support.h"
 
 namespace EngineTest {
 

@@ -2,8 +2,8 @@
 
 #include <sstream>
 
+#include "BagSupport.h"
 #include "GenApi/FeatureBagStream.h"
-#include "bag_support.h"
 
 namespace EngineTest {
 

@@ -4,8 +4,8 @@
 #include <new>
 #include <stdexcept>
 
+#include "BagSupport.h"
 #include "GenApi/FeatureBag.h"
-#include "bag_support.h"
 
 namespace EngineTest {
 

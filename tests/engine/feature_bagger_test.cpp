@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <map>
 
+#include "BagSupport.h"
 #include "GenApi/FeatureBagger.h"
-#include "bag_support.h"
 
 namespace EngineTest {
 

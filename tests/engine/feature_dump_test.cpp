@@ -1,9 +1,9 @@
 // Whole descriptions, node by node: the same whichever way they are loaded and
 // read.
 
+#include "CacheSupport.h"
 #include "FeatureDump.h"
 #include "RepeatableMemory.h"
-#include "cache_support.h"
 #include "support/Descriptions.h"
 
 namespace EngineTest {

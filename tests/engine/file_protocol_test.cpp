@@ -7,9 +7,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "BagSupport.h"
 #include "GenApi/FileProtocolAdapter.h"
 #include "GenApi/IEnumeration.h"
-#include "bag_support.h"
 
 namespace EngineTest {
 

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "formula_parser.h"
+#include "FormulaParser.h"
 
 namespace FormulaTest {
 

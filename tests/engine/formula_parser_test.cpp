@@ -1,9 +1,8 @@
 // The order of operators, names by case, what may be done again, hostile texts.
 
-#include "formula_parser.h"
-
 #include <limits>
 
+#include "FormulaParser.h"
 #include "support/CommaLocale.h"
 
 namespace FormulaTest {

@@ -1,11 +1,11 @@
 // Values that nodes hold themselves: written like any others, and kept.
 
+#include "FactorySupport.h"
 #include "GenApi/IBoolean.h"
 #include "GenApi/ICommand.h"
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IFloat.h"
 #include "GenApi/IString.h"
-#include "factory_support.h"
 
 namespace EngineTest {
 

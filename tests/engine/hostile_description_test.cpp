@@ -4,8 +4,8 @@
 
 #include <optional>
 
-#include "bag_support.h"
-#include "cache_support.h"
+#include "BagSupport.h"
+#include "CacheSupport.h"
 #include "support/EveryUse.h"
 
 namespace EngineTest {

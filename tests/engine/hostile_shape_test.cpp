@@ -1,7 +1,7 @@
 // Small descriptions that ask for very much, on the whole way to live nodes.
 
+#include "CacheSupport.h"
 #include "GenApi/ICategory.h"
-#include "cache_support.h"
 
 namespace EngineTest {
 

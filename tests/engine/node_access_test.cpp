@@ -1,6 +1,6 @@
 // What a client may do with a node, as its own state and that of others allow.
 
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

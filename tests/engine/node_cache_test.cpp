@@ -1,6 +1,6 @@
 // What a node remembers and what makes it forget.
 
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

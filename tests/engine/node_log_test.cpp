@@ -5,7 +5,7 @@
 #include "GenApi/ICommand.h"
 #include "GenApi/IFloat.h"
 #include "GenApi/IRegister.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

@@ -1,6 +1,6 @@
 // Nodes whose device changes by itself: how often they are asked again.
 
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

@@ -1,7 +1,7 @@
 // The frame around every write and every read: what happens before, after, and
 // when something fails in between.
 
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

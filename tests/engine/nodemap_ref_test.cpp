@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "GenApi/NodeMapRef.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

@@ -3,8 +3,8 @@
 #include "GenApi/IDestroy.h"
 #include "GenApi/IDeviceInfo.h"
 #include "GenApi/Version.h"
+#include "NodeGraph.h"
 #include "formula/IFormulaNode.h"
-#include "node_graph.h"
 
 namespace EngineTest {
 

@@ -6,8 +6,8 @@
 
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IFloat.h"
+#include "NodeGraph.h"
 #include "core/PolyReference.h"
-#include "node_graph.h"
 
 namespace EngineTest {
 

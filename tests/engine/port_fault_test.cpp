@@ -1,8 +1,6 @@
 // Every port access of every operation fails once. The failure has to reach the
 // client as it is, and must leave no trace but what was written before it.
 
-#include "port_fault.h"
-
 #include <functional>
 
 #include "GenApi/IBoolean.h"
@@ -14,6 +12,7 @@
 #include "GenApi/IPortReplay.h"
 #include "GenApi/IRegister.h"
 #include "GenApi/IString.h"
+#include "PortFault.h"
 #include "ports/PortWriteList.h"
 
 namespace EngineTest {

@@ -3,7 +3,7 @@
 #include "GenApi/IPort.h"
 #include "GenApi/IPortConstruct.h"
 #include "GenApi/IRegister.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

@@ -4,7 +4,7 @@
 #include "GenApi/IInteger.h"
 #include "GenApi/IRegister.h"
 #include "GenApi/IString.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

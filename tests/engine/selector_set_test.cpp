@@ -1,8 +1,8 @@
 // Walks through the combinations of selectors.
 
+#include "BagSupport.h"
 #include "GenApi/Pointer.h"
 #include "GenApi/SelectorSet.h"
-#include "bag_support.h"
 #include "values/FloatImpl.h"
 
 namespace EngineTest {

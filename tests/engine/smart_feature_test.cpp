@@ -1,7 +1,7 @@
 // The registers that tell where an IEEE 1394 camera keeps its smart features.
 
 #include "GenApi/IRegister.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 #include "text/Value2String.h"
 
 namespace EngineTest {

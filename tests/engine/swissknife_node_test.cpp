@@ -4,8 +4,8 @@
 
 #include "GenApi/IEnumeration.h"
 #include "GenApi/IFloat.h"
+#include "NodeGraph.h"
 #include "formula/SwissKnifeBase.h"
-#include "node_graph.h"
 
 namespace EngineTest {
 

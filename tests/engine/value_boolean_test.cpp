@@ -1,6 +1,6 @@
 // Booleans, held as one of two numbers.
 
-#include "value_graph.h"
+#include "ValueGraph.h"
 
 namespace ValueTest {
 

@@ -1,6 +1,6 @@
 // The typed cache of a node, and what writes and reads leave in it.
 
-#include "value_graph.h"
+#include "ValueGraph.h"
 
 namespace ValueTest {
 

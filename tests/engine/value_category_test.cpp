@@ -1,7 +1,7 @@
 // Categories: what they list and to whom they show themselves. And nodes with
 // no value at all.
 
-#include "value_graph.h"
+#include "ValueGraph.h"
 
 namespace ValueTest {
 

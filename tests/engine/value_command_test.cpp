@@ -2,7 +2,7 @@
 
 #include <thread>
 
-#include "value_graph.h"
+#include "ValueGraph.h"
 
 namespace ValueTest {
 

@@ -1,6 +1,6 @@
 // Enumerations and their entries.
 
-#include "value_graph.h"
+#include "ValueGraph.h"
 
 namespace ValueTest {
 

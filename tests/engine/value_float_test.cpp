@@ -2,8 +2,8 @@
 
 #include <limits>
 
+#include "ValueGraph.h"
 #include "text/FloatText.h"
-#include "value_graph.h"
 
 namespace ValueTest {
 

@@ -4,7 +4,7 @@
 #include <set>
 
 #include "Base/Log.h"
-#include "value_graph.h"
+#include "ValueGraph.h"
 
 namespace ValueTest {
 

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "value_graph.h"
+#include "ValueGraph.h"
 #include "values/IntegerImpl.h"
 
 namespace ValueTest {

@@ -1,6 +1,6 @@
 // Texts held by the description or by another node.
 
-#include "value_graph.h"
+#include "ValueGraph.h"
 
 namespace ValueTest {
 

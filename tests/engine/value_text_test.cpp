@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "ValueGraph.h"
 #include "text/Value2String.h"
-#include "value_graph.h"
 
 namespace ValueTest {
 

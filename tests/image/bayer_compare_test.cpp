@@ -4,7 +4,7 @@
 
 #include <numeric>
 
-#include "forms.h"
+#include "Forms.h"
 
 namespace {
 
@@ -122,7 +122,7 @@ TEST_P(BayerLargeFrames, LargerThanTheCaches) {
     const auto ofLow = Expected(conversion, low, OldBytes(conversion, low));
     const size_t rowBytes = conversion.Bytes(kWidth, 1);
     const int height = static_cast<int>(kSize / rowBytes) / kPeriod * kPeriod;
-    // Half of the frames are flipped, and stand at any address.
+    // Half of the frames are flipped, and they begin at any address.
     const bool flip = (conversion.options.method + height / kPeriod) % 2 != 0;
     conversion.options.flip = flip;
     conversion.offset = flip ? 3 : 0;

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "forms.h"
+#include "Forms.h"
 
 namespace {
 
@@ -160,7 +160,7 @@ TEST(Bayer, AFlippedMonochromeFrameBeginsAtTheWidthAndNotAtTheStride) {
     constexpr size_t kHeight = 4;
     constexpr size_t kStride = 6;
     const auto raw = Frame(kWidth, kHeight, [](int x, int y) { return 16 * y + x + 1; });
-    // The last rows land before the first place, so the picture stands inside.
+    // The last rows are written before dst, so dst begins inside the memory.
     constexpr size_t kPixelsBefore = 16;
     std::vector<uint8_t> memory((kPixelsBefore + kStride * kHeight) * 4, kGuard);
     ASSERT_EQ(QyRaw8toARGB32(raw.data(), memory.data() + kPixelsBefore * 4, kWidth, kHeight,

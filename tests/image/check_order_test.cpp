@@ -1,7 +1,7 @@
 // What the interpolating functions refuse, and which refusal comes first.
 
-#include "forms.h"
-#include "refusals.h"
+#include "Forms.h"
+#include "Refusals.h"
 
 namespace {
 

@@ -1,14 +1,13 @@
 // The coefficients of a record of colour correction.
 
-#include "colour_record.h"
-
 #include <gtest/gtest.h>
 
 #include <array>
 #include <system_error>
 
-#include "frames.h"
-#include "refusals.h"
+#include "Frames.h"
+#include "Refusals.h"
+#include "TestColourRecord.h"
 
 namespace {
 

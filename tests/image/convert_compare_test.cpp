@@ -1,8 +1,8 @@
 // The library's conversion of raw formats against the plain one, byte for byte.
 
+#include "Bytes.h"
+#include "ConvertReference.h"
 #include "QyImageProc.h"
-#include "bytes.h"
-#include "convert_reference.h"
 
 namespace {
 

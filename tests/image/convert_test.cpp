@@ -1,8 +1,8 @@
 // Raw formats: what the functions refuse, and what their edges are.
 
+#include "Frames.h"
 #include "QyImageProc.h"
-#include "frames.h"
-#include "refusals.h"
+#include "Refusals.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
-#include "bytes.h"
-#include "geometry_reference.h"
-#include "refusals.h"
+#include "Bytes.h"
+#include "GeometryReference.h"
+#include "Refusals.h"
 
 namespace {
 
@@ -157,7 +157,7 @@ TEST(DefectRepair, ADarkSampleStays) {
     EXPECT_EQ(Repaired(frame, 5), frame);
 }
 
-// Seven columns, of which two that stand two apart in the middle row are bright.
+// Seven columns. Two samples of the middle row are bright, two columns apart.
 TEST(DefectRepair, OfTwoBrightNeighboursTheSecondFollowsTheFirstOnlyOnceThatIsLowEnough) {
     std::vector<uint8_t> frame(35, 20);
     constexpr size_t kFirst = 2 * 7 + 2;
@@ -170,13 +170,13 @@ TEST(DefectRepair, OfTwoBrightNeighboursTheSecondFollowsTheFirstOnlyOnceThatIsLo
         expected[kSecond] = (20 + 20 + 20 + 60) >> 2;
         return expected;
     }());
-    // The first, repaired to 60, stands within ten of the second.
+    // The first is repaired to 60, which is within ten of the second.
     frame[kFirst] = 200;
     frame[kSecond] = 30;
     frame[kSecond + 7 * 2] = 19;
     EXPECT_EQ(Repaired(frame, 7)[kFirst], (20 + 20 + 20 + 30) >> 2);
     EXPECT_EQ(Repaired(frame, 7)[kSecond], 30);
-    // The brighter one behind keeps the first from being repaired.
+    // The brighter one after the first keeps the first from being repaired.
     frame[kFirst] = 180;
     frame[kSecond] = 200;
     EXPECT_EQ(Repaired(frame, 7)[kFirst], 180);

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "bytes.h"
-#include "geometry_reference.h"
-#include "refusals.h"
+#include "Bytes.h"
+#include "GeometryReference.h"
+#include "Refusals.h"
 
 namespace {
 

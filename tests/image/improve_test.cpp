@@ -8,10 +8,10 @@
 #include <system_error>
 #include <vector>
 
-#include "bytes.h"
-#include "colour_record.h"
-#include "improve_reference.h"
-#include "refusals.h"
+#include "Bytes.h"
+#include "ImproveReference.h"
+#include "Refusals.h"
+#include "TestColourRecord.h"
 
 namespace {
 

@@ -1,18 +1,18 @@
-// Tables of tone: their values, and the way in which they are asked for.
+// Tone tables: their values, and the queries of their sizes.
 
 #include <algorithm>
 #include <array>
 #include <limits>
 
 #include "QyImageProc.h"
-#include "refusals.h"
+#include "Refusals.h"
+#include "ToneReference.h"
 #include "tone/Curve.h"
 #include "tone/ToneCurve.h"
-#include "tone_reference.h"
 
 namespace {
 
-/// A table with one entry of memory behind it.
+/// A table, followed by memory for one more entry.
 template <class Word, size_t Count>
 class Entries {
 public:

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "FailingMemory.h"
 #include "QyImageProc.h"
-#include "colour_record.h"
-#include "failing_memory.h"
+#include "TestColourRecord.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include <algorithm>
 
-#include "bytes.h"
-#include "noise_reference.h"
+#include "Bytes.h"
+#include "NoiseReference.h"
 
 namespace {
 

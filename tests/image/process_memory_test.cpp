@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "Bytes.h"
+#include "FailingMemory.h"
+#include "NoiseReference.h"
 #include "QyImageProc.h"
-#include "bytes.h"
-#include "failing_memory.h"
-#include "noise_reference.h"
-#include "tone_reference.h"
+#include "ToneReference.h"
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <limits>
 
-#include "forms.h"
-#include "geometry_reference.h"
-#include "noise_reference.h"
-#include "refusals.h"
-#include "tone_reference.h"
+#include "Forms.h"
+#include "GeometryReference.h"
+#include "NoiseReference.h"
+#include "Refusals.h"
+#include "ToneReference.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // The library's adjustments of images against the plain ones, byte for byte.
 
+#include "Bytes.h"
 #include "QyImageProc.h"
-#include "bytes.h"
+#include "ToneReference.h"
 #include "filter/Sharpen.h"
-#include "tone_reference.h"
 
 namespace {
 

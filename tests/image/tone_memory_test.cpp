@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "FailingMemory.h"
+#include "Frames.h"
 #include "QyImageProc.h"
-#include "failing_memory.h"
-#include "frames.h"
 
 namespace {
 

@@ -3,10 +3,10 @@
 #include <cmath>
 #include <limits>
 
+#include "Bytes.h"
 #include "QyImageProc.h"
-#include "bytes.h"
-#include "refusals.h"
-#include "tone_reference.h"
+#include "Refusals.h"
+#include "ToneReference.h"
 
 namespace {
 

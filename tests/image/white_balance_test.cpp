@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <array>
 
-#include "cases.h"
-#include "frames.h"
-#include "instruction_sets.h"
-#include "refusals.h"
+#include "Cases.h"
+#include "Frames.h"
+#include "InstructionSets.h"
+#include "Refusals.h"
 
 namespace {
 

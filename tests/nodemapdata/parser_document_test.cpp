@@ -7,7 +7,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "parser_fixture.h"
+#include "ParserFixture.h"
 
 namespace NodeDataTest {
 namespace {

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "parser_fixture.h"
+#include "ParserFixture.h"
 
 namespace NodeDataTest {
 namespace {

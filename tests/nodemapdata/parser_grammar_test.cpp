@@ -1,6 +1,6 @@
 // Which elements and attributes stand where.
 
-#include "parser_fixture.h"
+#include "ParserFixture.h"
 
 namespace NodeDataTest {
 namespace {

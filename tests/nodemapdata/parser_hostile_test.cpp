@@ -1,6 +1,6 @@
 // Documents made to exhaust whoever reads them.
 
-#include "parser_fixture.h"
+#include "ParserFixture.h"
 
 namespace NodeDataTest {
 namespace {

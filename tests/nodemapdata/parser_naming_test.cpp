@@ -1,6 +1,6 @@
 // How nodes inside others get their names, and the entries of enumerations.
 
-#include "parser_fixture.h"
+#include "ParserFixture.h"
 
 namespace NodeDataTest {
 namespace {

@@ -1,6 +1,6 @@
 // What becomes of each element and attribute.
 
-#include "parser_fixture.h"
+#include "ParserFixture.h"
 
 namespace NodeDataTest {
 namespace {

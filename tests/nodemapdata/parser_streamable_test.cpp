@@ -1,7 +1,7 @@
 // An element "Streamable" that says nothing.
 
 #include "Base/Log.h"
-#include "parser_fixture.h"
+#include "ParserFixture.h"
 
 namespace NodeDataTest {
 namespace {

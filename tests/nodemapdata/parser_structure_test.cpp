@@ -1,6 +1,6 @@
 // Elements that imply nodes or become several.
 
-#include "parser_fixture.h"
+#include "ParserFixture.h"
 
 namespace NodeDataTest {
 namespace {

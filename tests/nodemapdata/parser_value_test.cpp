@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "parser_fixture.h"
+#include "ParserFixture.h"
 
 namespace NodeDataTest {
 namespace {

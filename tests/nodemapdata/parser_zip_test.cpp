@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "parser_fixture.h"
+#include "ParserFixture.h"
 #include "support/ZipWriter.h"
 
 namespace NodeDataTest {

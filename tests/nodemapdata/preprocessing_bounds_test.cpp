@@ -1,8 +1,8 @@
 // Descriptions that would take more work or memory than they are worth: what
 // preprocessing does grows with what it finds, or it refuses.
 
+#include "PreprocessingFixture.h"
 #include "preprocessing/NodeDataPreprocessor.h"
-#include "preprocessing_fixture.h"
 
 namespace NodeDataTest {
 namespace {

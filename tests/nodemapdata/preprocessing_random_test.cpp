@@ -6,7 +6,7 @@
 #include <random>
 #include <set>
 
-#include "preprocessing_fixture.h"
+#include "PreprocessingFixture.h"
 
 namespace NodeDataTest {
 namespace {

@@ -1,4 +1,4 @@
-#include "preprocessing_fixture.h"
+#include "PreprocessingFixture.h"
 
 namespace NodeDataTest {
 namespace {

@@ -1,5 +1,4 @@
-/// @file
-/// The states that a buffer goes through, and what moves it.
+/// @file The states of a buffer, and what changes them.
 #include <vector>
 
 #include "TestProducerFixture.h"

@@ -262,7 +262,7 @@ TEST_F(Control, SearchModeAndStopReachTheInterface) {
     EXPECT_EQ(control.StopUpdateCount(0), 1);
 }
 
-// --- The file's name decides what it stands for. ---
+// --- The name of the file decides which producer it is. ---
 
 struct NameCase {
     const char* file;

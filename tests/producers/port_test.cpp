@@ -1,5 +1,4 @@
-/// @file
-/// Ports: registers, stacked accesses, and the descriptions behind the URLs.
+/// @file Ports: registers, stacked accesses, and the descriptions of the URLs.
 #include <zlib.h>
 
 #include <cstring>

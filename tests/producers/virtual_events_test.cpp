@@ -1,5 +1,4 @@
-/// @file
-/// What the virtual cameras tell on their own, byte for byte.
+/// @file The events of the virtual cameras, byte for byte.
 #include <map>
 #include <optional>
 #include <vector>

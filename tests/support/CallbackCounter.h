@@ -1,12 +1,12 @@
 #pragma once
-/// What all callbacks of a camera tell.
+/// Counts the callbacks of a camera.
 
 #include <atomic>
 #include <thread>
 
 #include "support/FrameCounter.h"
 
-/// Counts it.
+/// Counts calls by kind, on any thread.
 struct CallbackCounter {
     FrameCounter frames;
     std::atomic<unsigned> losses{0};

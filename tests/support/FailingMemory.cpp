@@ -23,7 +23,7 @@ thread_local bool armed = false;
 thread_local size_t countdown = 0;
 thread_local Shortage kind = Shortage::Once;
 thread_local bool wasReached = false;
-/// Where the producers' code lies.
+/// The addresses of the producers' code.
 thread_local std::array<Range, 4> producers{};
 
 int NoteProducer(dl_phdr_info* info, size_t /*size*/, void* next) {

@@ -23,7 +23,7 @@ public:
     OV_FEATURE_ID feature;
     bool hasPointer = true;
 
-    /// Where a result or a size goes. As a size it is larger than any content.
+    /// Memory for a result or a size. As a size, its value is larger than any content.
     template <class T>
     T* Output() {
         return hasPointer ? reinterpret_cast<T*>(m_output.data()) : nullptr;

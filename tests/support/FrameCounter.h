@@ -1,5 +1,5 @@
 #pragma once
-/// Frames as a capture callback gets them.
+/// Counts frames that a capture callback receives.
 
 #include <condition_variable>
 #include <cstdint>
@@ -7,14 +7,14 @@
 
 #include "OvIAPI.h"
 
-/// Counts the frames that a capture callback gets.
+/// Counts the frames of an acquisition, and waits for them.
 class FrameCounter {
 public:
     static void OnFrame(OV_FRAME_CALLBACK_PARAM* frame) {
         static_cast<FrameCounter*>(frame->pUserParam)->Count();
     }
 
-    /// Waits until that many frames have come in all.
+    /// Waits until that many frames have arrived in total.
     void WaitFor(uint64_t frames) {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [&] { return m_count >= frames; });

@@ -1,5 +1,5 @@
 #pragma once
-/// Settings of a camera as they stand in its description.
+/// Describes cameras with settings.
 
 #include "support/FeatureCalls.h"
 

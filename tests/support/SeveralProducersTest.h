@@ -31,7 +31,7 @@ protected:
         return cameras;
     }
 
-    /// The records of the known list as it stands.
+    /// The records of the device list, without a new search.
     static std::vector<OV_DEVICE_BASE_INFO> Records() {
         size_t size = 0;
         EXPECT_OV_OK(OVGetAllDeviceBaseInfo(nullptr, &size));

@@ -1,6 +1,6 @@
 #pragma once
-/// A device's address space for tests: plain bytes behind a port that keeps a
-/// record of what is asked of it and fails when told to.
+/// A device's memory for tests: bytes, and a port that records all accesses and fails on
+/// demand.
 
 #include <algorithm>
 #include <bit>
@@ -13,7 +13,7 @@
 
 namespace EngineTest {
 
-/// What was read proves as much about caching as what was not.
+/// The record shows what was read, and so also what a cache has spared.
 class TestPort : public GenApi_3_0_ORVANE::IPort {
 public:
     /// One read or write that arrived, failed ones included.
@@ -37,8 +37,8 @@ public:
     }
 
     void SetAccessMode(GenApi_3_0_ORVANE::EAccessMode mode) { m_AccessMode = mode; }
-    /// The n-th access from now on, counted from 1, raises TimeoutException
-    /// "Access failed".
+    /// Makes the n-th access from now on, counted from 1, throw TimeoutException "Access
+    /// failed".
     void FailAccess(size_t n) { m_AccessesUntilFailure = n; }
 
     const std::vector<Access>& GetAccesses() const { return m_Accesses; }
@@ -49,7 +49,7 @@ public:
     }
     void ForgetAccesses() { m_Accesses.clear(); }
 
-    // What the device does by itself, behind all caches and counters.
+    // What the device does by itself, without caches and counters.
 
     /// Bytes as they lie in memory.
     void PutBytes(int64_t address, const std::vector<uint8_t>& bytes) {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// The description with each register read and written as it is asked for.
+/// Returns the description with caching switched off for every register.
 inline std::string WithoutCaching(std::string_view description) {
     static constexpr std::string_view kBegin = "<Cachable>";
     static constexpr std::string_view kEnd = "</Cachable>";

@@ -22,7 +22,7 @@ Answer<FeatureValue> AskValue(Call call) {
     return {answer.status, answer.message, answer.value};
 }
 
-/// A call that wants memory of a size that it tells itself.
+/// A call that returns the size of the memory that it needs.
 template <class Element, class Call>
 Answer<std::vector<Element>> AskList(Call call) {
     return Ask<std::vector<Element>>([&](std::vector<Element>& list) {

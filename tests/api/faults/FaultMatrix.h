@@ -9,7 +9,7 @@
 #include "Steps.h"
 #include "support/ApiTest.h"
 
-/// One of the three producers, which all stand beside the library.
+/// One of the three producers, all of which are beside the library.
 struct ProducerKind {
     const char* fileName;
     size_t place;  ///< in the order in which the library takes them
@@ -30,7 +30,7 @@ struct Fault {
     Step step;
     unsigned nth = 1;
     int32_t code = 0;
-    bool afterWork = false;  ///< the producer does the work and then tells of a failure
+    bool afterWork = false;  ///< the producer does the work and then reports a failure
     bool mute = false;       ///< and has no text for it
     Outcome expected;
 
@@ -42,13 +42,14 @@ struct FaultPlan {
     Steps steps;
     std::function<void()> prepare;
     std::function<OV_STATUS()> action;
-    /// What stands after the action.
+    /// The state after the action.
     std::function<void(const Fault&)> check = [](const Fault&) {};
     /// The later attempt, without a fault.
     std::function<void()> again;
     /// Calls of the delivery thread, which come in no fixed order.
     std::set<std::string> elsewhere = {};
-    /// Each call also fails behind its work, for what takes things down.
+    /// Each call also fails after it has done its work, for actions that close or remove
+    /// something.
     bool failsAfterWork = false;
 };
 

@@ -21,7 +21,7 @@ enum class Fate {
     TriesElsewhere,       ///< the address is looked for on the next interface
     Swallowed,            ///< logged or passed over; the action succeeds
     SwallowedListLater,   ///< as above; the list is as before until the next update
-    SwallowedListUntold,  ///< as above; the list is as before until the producer tells a change
+    SwallowedListUntold,  ///< as above; the list isn't changed until the producer reports a change
 };
 
 /// `count` calls in a row of one function.
@@ -49,7 +49,7 @@ bool IsFault(const std::string& call, int32_t code);
 /// What the caller sees.
 struct Outcome {
     OV_STATUS status = OV_STATUS_SUCCESS;
-    std::string place;   ///< begin of the last error's text, behind the status
+    std::string place;   ///< begin of the last error's text, after the status
     std::string ending;  ///< end of the last error's text
 };
 

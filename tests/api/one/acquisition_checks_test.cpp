@@ -1,4 +1,4 @@
-// Which failure goes before which: every pair of things that are wrong.
+// The order of the checks: every pair of wrong arguments and states.
 
 #include <string>
 #include <vector>

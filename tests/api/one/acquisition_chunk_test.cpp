@@ -34,7 +34,7 @@ protected:
         EXPECT_EQ(value, 77);
     }
 
-    /// Takes the frame n, looks at it, and gives it back.
+    /// Fetches frame n, checks it and returns it.
     void ExpectFrame(FrameWay way, uint64_t n) {
         if (way == FrameWay::Callback) {
             producer.Trigger(0, 0, 1);

@@ -1,4 +1,4 @@
-// Which call is legal when, and which failure goes before which.
+// When each call is legal, and the order of the checks.
 
 #include "support/AcquisitionTest.h"
 

@@ -1,4 +1,4 @@
-// What the records tell of a frame, in each of the three ways to get it.
+// The records of a frame, in each of the three ways to receive it.
 
 #include <condition_variable>
 #include <cstring>

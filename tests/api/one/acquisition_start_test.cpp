@@ -46,7 +46,7 @@ protected:
             producer.FailCall("GCWritePort", call, GenTL::GC_ERR_IO);
         }
     }
-    /// The camera's lock is open, and nothing of the stream stands.
+    /// The camera's lock is open, and nothing of the stream is left.
     void ExpectStopped() {
         EXPECT_EQ(ParamsLocked(), 0);
         for (const char* const kind : {"Buffer", "Event", "Acquisition"}) {

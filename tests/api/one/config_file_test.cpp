@@ -321,7 +321,7 @@ TEST_F(AcquisitionTest, ConfigFilesAreNotTouchedWhileAcquiring) {
     Stop();
 }
 
-// Which failure goes before which: every pair of things that are wrong.
+// The order of the checks: every pair of wrong arguments and states.
 
 /// In the faults, in the order of the checks: L library closed, H handle, P
 /// pointer, A acquiring, E empty path, O a file that can't be opened, F a file

@@ -12,7 +12,7 @@ protected:
     void SetUp() override { Init(); }
 
     uint64_t Searches() const { return producer.CallCount("IFUpdateDeviceList"); }
-    /// Of the first camera of the list as it stands.
+    /// The record of the first camera in the present list.
     static OV_DEVICE_BASE_INFO Record() {
         OV_DEVICE_BASE_INFO records[4] = {};
         size_t size = sizeof(records);
@@ -113,7 +113,7 @@ TEST_F(KnownListTest, ShowsANewNameAndAccessThoughTheListIsTheSame) {
 }
 
 TEST_F(KnownListTest, KeepsAWrittenNameWhileTheProducerToldTheOldOne) {
-    // The interface's features lag behind the camera.
+    // The interface's features are older than those of the camera.
     constexpr const char* kLagging =
         R"(<Integer Name="DeviceSelector"><Value>0</Value></Integer>
            <String Name="DeviceUserID"><Value>Old</Value></String>

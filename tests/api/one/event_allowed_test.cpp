@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <iterator>
 
-#include "event_test.h"
+#include "EventApiTest.h"
 
 namespace {
 

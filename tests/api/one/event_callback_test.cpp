@@ -6,7 +6,7 @@
 #include <atomic>
 #include <thread>
 
-#include "event_test.h"
+#include "EventApiTest.h"
 
 namespace {
 

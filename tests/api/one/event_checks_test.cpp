@@ -1,6 +1,6 @@
 // The checks of the event calls, and their order.
 
-#include "event_test.h"
+#include "EventApiTest.h"
 
 namespace {
 

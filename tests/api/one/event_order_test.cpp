@@ -1,7 +1,7 @@
 // On a thread of callbacks a call has its arguments checked before it is refused, and
 // is refused before anything else is looked at.
 
-#include "event_test.h"
+#include "EventApiTest.h"
 
 namespace {
 

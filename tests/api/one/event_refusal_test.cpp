@@ -3,7 +3,7 @@
 #include <iterator>
 #include <thread>
 
-#include "event_test.h"
+#include "EventApiTest.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "event_test.h"
+#include "EventApiTest.h"
 
 namespace {
 

@@ -97,7 +97,7 @@ TEST_P(StartFaultTest, ThreeFailuresOfAStartUndoEverything) {
     ASSERT_EQ(Update(), 1U);
     OV_DEV_HANDLE handle = Open();
     const char* const name = GetParam();
-    // The stream stands from the opening on; its events come with the start.
+    // The stream is opened with the camera. Its events are registered by the start.
     const int64_t events = producer.OpenCount("Event");
     producer.FailCall(name, 0, -1010);
     EXPECT_EQ(OVStreamOn(handle), -1010);

@@ -2,7 +2,7 @@
 
 #include <thread>
 
-#include "gige_test.h"
+#include "GigETest.h"
 
 using namespace gige;
 

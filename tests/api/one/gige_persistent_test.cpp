@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "gige_test.h"
+#include "GigETest.h"
 #include "support/FeatureCalls.h"
 
 using namespace gige;

@@ -183,7 +183,8 @@ void RandomCaller::Open(SharedCamera& camera) {
     }
 }
 
-/// Whether the camera is the one that was meant; one that is lost by now doesn't tell.
+/// Whether the camera is the one that was meant. A camera that was lost meanwhile can't
+/// be asked.
 bool RandomCaller::IsSerial(OV_DEV_HANDLE handle, const std::string& serial) {
     std::array<char, 64> text{};
     size_t size = text.size();

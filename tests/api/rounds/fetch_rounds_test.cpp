@@ -11,7 +11,7 @@ constexpr uint32_t kForEver = 60000;
 constexpr int64_t kSizes[] = {16, 32, 48, 24};
 constexpr uint64_t kNumbers[] = {5, 2, 4, 1};
 
-/// One way to fetch frames, and to give them back.
+/// One way to fetch frames and to return them.
 struct FetchWay {
     const char* name;
     OV_STATUS (*fetch)(OV_DEV_HANDLE camera);

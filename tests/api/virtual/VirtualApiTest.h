@@ -26,7 +26,7 @@ struct EventIds {
     OV_FEATURE_ID frame;
 };
 
-/// Reads the event on the thread that tells of it.
+/// Reads the event's features on the thread that reports it.
 class EventEar {
 public:
     EventEar(OV_DEV_HANDLE camera, const EventIds& ids) : m_camera(camera), m_ids(ids) {}

@@ -29,7 +29,7 @@ protected:
     FrameCounter frames;
 };
 
-/// Any of an event's features tells of it.
+/// Each feature of an event reports the event.
 class VirtualEventFeature : public VirtualEventTest,
                             public ::testing::WithParamInterface<OV_FEATURE_ID EventIds::*> {};
 INSTANTIATE_TEST_SUITE_P(Features, VirtualEventFeature,

@@ -1,7 +1,7 @@
 // What event adapters do with maps, and events whose identifiers the caller knows.
 
+#include "EventSupport.h"
 #include "GenApi/EventAdapterGeneric.h"
-#include "event_support.h"
 
 namespace EngineTest {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <thread>
 
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

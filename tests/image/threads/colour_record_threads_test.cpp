@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "QyImageProc.h"
-#include "image/colour_record.h"
-#include "image/frames.h"
+#include "image/ColourRecord.h"
+#include "image/Frames.h"
 
 namespace {
 

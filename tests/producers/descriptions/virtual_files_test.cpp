@@ -205,7 +205,7 @@ TEST_F(VirtualFiles, HaveNoOtherNames) {
     EXPECT_THROW(files.openFile("Other", kRead), GenICam_3_0_ORVANE::InvalidArgumentException);
 }
 
-// What lies in the camera.
+// The files in the camera.
 
 /// The value of a line of the factory's file, "" without such a line.
 std::string Fact(const std::string& text, const std::string& key) {

@@ -1,5 +1,4 @@
-/// @file
-/// How a test tells a camera what it is like when it was just switched on.
+/// @file How a test sets the memory of a camera that was just switched on.
 #ifndef OV_TEST_SWITCH_ON_ADDRESS_H
 #define OV_TEST_SWITCH_ON_ADDRESS_H
 

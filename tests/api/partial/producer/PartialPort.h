@@ -1,5 +1,5 @@
 #pragma once
-/// Where the memory of the partial producer lies.
+/// Addresses of the partial producer's memory.
 
 #include <cstddef>
 #include <cstdint>

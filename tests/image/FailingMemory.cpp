@@ -1,6 +1,6 @@
 // The test program's own allocation, in the place of the library's.
 
-#include "failing_memory.h"
+#include "FailingMemory.h"
 
 #include <cstdlib>
 #include <new>

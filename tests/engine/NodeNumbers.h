@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

@@ -5,9 +5,9 @@
 #include <functional>
 #include <string>
 
-#include "cases.h"
-#include "frames.h"
-#include "instruction_sets.h"
+#include "Cases.h"
+#include "Frames.h"
+#include "InstructionSets.h"
 
 /// Bytes of a source.
 inline std::vector<uint8_t> MakeBytes(size_t count, Content content) {
@@ -15,7 +15,7 @@ inline std::vector<uint8_t> MakeBytes(size_t count, Content content) {
     return {raw.samples.begin(), raw.samples.end()};
 }
 
-/// A call from `src` to `dst` that gives a status.
+/// A call from `src` to `dst` that returns a status.
 using BytesCall = std::function<int(const void* src, void* dst)>;
 
 /// Where `out` differs from what is expected; "" for nowhere.

@@ -6,7 +6,7 @@
 #include <initializer_list>
 
 #include "GenApi/FeatureBag.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

@@ -6,7 +6,7 @@
 
 #include "GenApi/EventAdapter.h"
 #include "GenApi/EventPort.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "GenApi/IDestroy.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

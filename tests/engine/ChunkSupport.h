@@ -10,7 +10,7 @@
 #include "GenApi/ChunkAdapterGeneric.h"
 #include "GenApi/ChunkAdapterU3V.h"
 #include "GenApi/ChunkPort.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

@@ -1,5 +1,5 @@
 #pragma once
-/// Raw frames to interpolate, and memory whose edges tell of a write too far.
+/// Raw frames to interpolate, and memory that detects writes beyond its ends.
 
 #include <algorithm>
 #include <cstdint>
@@ -7,7 +7,7 @@
 #include <random>
 #include <vector>
 
-#include "bayer_reference.h"
+#include "BayerReference.h"
 
 enum class Content { Random, Ramp, Edges, Extremes, Constant, Gradient, Checkerboard, HotPixel };
 

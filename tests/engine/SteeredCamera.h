@@ -6,8 +6,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "factory_support.h"
-#include "write_goal.h"
+#include "FactorySupport.h"
+#include "WriteGoal.h"
 
 namespace EngineTest {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "factory_support.h"
+#include "FactorySupport.h"
 
 namespace EngineTest {
 

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "GenApi/ISelector.h"
-#include "node_numbers.h"
+#include "NodeNumbers.h"
 
 namespace EngineTest {
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "bayer_reference.h"
+#include "BayerReference.h"
 
 namespace GeometryReference {
 

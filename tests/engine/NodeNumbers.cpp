@@ -1,4 +1,4 @@
-#include "node_numbers.h"
+#include "NodeNumbers.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "write_goal.h"
+#include "WriteGoal.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "steered_camera.h"
+#include "SteeredCamera.h"
 
 #include <algorithm>
 #include <bit>

@@ -5,9 +5,9 @@
 #include <ostream>
 #include <string>
 
+#include "Bytes.h"
+#include "InstructionSets.h"
 #include "QyImageProc.h"
-#include "bytes.h"
-#include "instruction_sets.h"
 
 enum class Form { Rgb24, Bgr24, Argb32, Rgb48 };
 

@@ -2,7 +2,7 @@
 
 #include "GenApi/ICommand.h"
 #include "GenApi/NodeMapFactory.h"
-#include "port_fault.h"
+#include "PortFault.h"
 
 namespace EngineTest {
 

@@ -1,12 +1,12 @@
 // Counts what was compared, since a run that compares nothing passes as well.
 
-#include "cases.h"
+#include "Cases.h"
 
 #include <cstdio>
 #include <map>
 #include <memory>
 
-#include "instruction_sets.h"
+#include "InstructionSets.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "GenApi/NodeMapFactory.h"
-#include "node_graph.h"
+#include "NodeGraph.h"
 
 namespace EngineTest {
 

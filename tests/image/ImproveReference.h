@@ -14,7 +14,7 @@ struct Improvement {
     const uint32_t* contrast = nullptr;
     const uint32_t* gamma = nullptr;
     size_t width = 3;
-    /// Where R and B stand in a pixel.
+    /// Places of R and B in a pixel.
     size_t red = 0;
     size_t blue = 2;
 };
