@@ -77,35 +77,38 @@ enum {
 /** Whether a listed camera can be opened, according to its producer. */
 typedef int32_t OV_ACCESS_STATUS;
 enum {
-    OV_ACCESS_STATUS_UNKNOWN = 0,
-    OV_ACCESS_STATUS_READWRITE = 1,
-    OV_ACCESS_STATUS_READONLY = 2,
-    OV_ACCESS_STATUS_NOACCESS = 3
+    OV_ACCESS_STATUS_UNKNOWN = 0,   /**< the producer doesn't know */
+    OV_ACCESS_STATUS_READWRITE = 1, /**< it can be opened with any access */
+    OV_ACCESS_STATUS_READONLY = 2,  /**< it can be opened for reading only */
+    OV_ACCESS_STATUS_NOACCESS = 3   /**< it can't be opened, for instance because it is open */
 };
 
 /** The kind of a camera. */
 typedef int32_t OV_DEVICE_CLASS;
 enum {
-    OV_DEVICE_CLASS_UNKNOWN = 0,
-    OV_DEVICE_CLASS_CUSTOM = 1, /**< another transport */
-    OV_DEVICE_CLASS_GEV = 2,    /**< GigE Vision */
-    OV_DEVICE_CLASS_U3V = 3,    /**< USB3 Vision */
-    OV_DEVICE_CLASS_SMART = 4   /**< smart camera */
+    OV_DEVICE_CLASS_UNKNOWN = 0, /**< not set */
+    OV_DEVICE_CLASS_CUSTOM = 1,  /**< another transport */
+    OV_DEVICE_CLASS_GEV = 2,     /**< GigE Vision */
+    OV_DEVICE_CLASS_U3V = 3,     /**< USB3 Vision */
+    OV_DEVICE_CLASS_SMART = 4    /**< smart camera */
 };
 
 /** IP configuration of a GigE Vision camera: a set of the bits 1 persistent
  *  address, 2 DHCP, 4 link-local address. The last is always on. */
 typedef int32_t OV_IP_CONFIGURE_MODE;
 enum {
-    OV_IP_CONFIGURE_LLA = 4,
-    OV_IP_CONFIGURE_PERSISTENT_LLA = 5,
-    OV_IP_CONFIGURE_DHCP_LLA = 6,
-    OV_IP_CONFIGURE_PERSISTENT_DHCP_LLA = 7
+    OV_IP_CONFIGURE_LLA = 4,                /**< link-local address */
+    OV_IP_CONFIGURE_PERSISTENT_LLA = 5,     /**< persistent address, else link-local address */
+    OV_IP_CONFIGURE_DHCP_LLA = 6,           /**< DHCP, else link-local address */
+    OV_IP_CONFIGURE_PERSISTENT_DHCP_LLA = 7 /**< persistent, else DHCP, else link-local */
 };
 
 /** How OVGigEResetDevice() resets; the producer defines the modes. */
 typedef int32_t OV_RESET_MODE;
-enum { OV_RESET_MODE_1 = 1, OV_RESET_MODE_2 = 2 };
+enum {
+    OV_RESET_MODE_1 = 1, /**< the producer's first mode */
+    OV_RESET_MODE_2 = 2  /**< the producer's second mode */
+};
 
 /** Identifies a feature: type in bits 31 to 28, module in bits 27 to 24, number in bits
  *  23 to 0. The enumerators OV_FEATURE_... are all identifiers. */
@@ -115,14 +118,14 @@ typedef uint32_t OV_FEATURE_ID;
  *  in every type, and so isn't in the mask; an identifier with that bit has no type. */
 typedef uint32_t OV_FEATURE_TYPE;
 enum {
-    OV_FEATURE_TYPE_INT = 0x10000000,
-    OV_FEATURE_TYPE_FLOAT = 0x20000000,
-    OV_FEATURE_TYPE_ENUM = 0x30000000,
-    OV_FEATURE_TYPE_BOOL = 0x40000000,
-    OV_FEATURE_TYPE_STRING = 0x50000000,
-    OV_FEATURE_TYPE_BUFFER = 0x60000000,
-    OV_FEATURE_TYPE_COMMAND = 0x70000000,
-    OV_FEATURE_TYPE_MASK = 0x70000000
+    OV_FEATURE_TYPE_INT = 0x10000000,     /**< OVGetInt(), OVSetInt(), OVGetIntRange() */
+    OV_FEATURE_TYPE_FLOAT = 0x20000000,   /**< OVGetFloat(), OVSetFloat(), OVGetFloatRange() */
+    OV_FEATURE_TYPE_ENUM = 0x30000000,    /**< OVGetEnum(), OVSetEnum(), OVGetEnumDescription() */
+    OV_FEATURE_TYPE_BOOL = 0x40000000,    /**< OVGetBool(), OVSetBool() */
+    OV_FEATURE_TYPE_STRING = 0x50000000,  /**< OVGetString(), OVSetString() */
+    OV_FEATURE_TYPE_BUFFER = 0x60000000,  /**< OVGetBuffer(), OVSetBuffer() */
+    OV_FEATURE_TYPE_COMMAND = 0x70000000, /**< OVSendCommand() */
+    OV_FEATURE_TYPE_MASK = 0x70000000     /**< the bits of the type */
 };
 
 /** Module that has a feature, bits 27 to 24 of its identifier. */
@@ -133,7 +136,7 @@ enum {
     OV_FEATURE_LEVEL_INTERFACE = 0x02000000,     /**< the adapter */
     OV_FEATURE_LEVEL_LOCAL_DEVICE = 0x03000000,  /**< the host's view of the camera */
     OV_FEATURE_LEVEL_STREAM = 0x04000000,        /**< the data stream */
-    OV_FEATURE_LEVEL_MASK = 0x0F000000
+    OV_FEATURE_LEVEL_MASK = 0x0F000000           /**< the bits of the module */
 };
 
 /** One enumerator for each feature: OV_FEATURE_ and its GenICam name. */
@@ -153,44 +156,44 @@ typedef struct OV_DEVICE_BASE_INFO {
     char szDeviceID[68];           /**< the producer's ID, at most 64 characters */
     char szUserID[68];             /**< the name that a user gave it, at most 64 characters */
     OV_ACCESS_STATUS accessStatus; /**< at the time of the last update */
-    OV_DEVICE_CLASS deviceClass;
+    OV_DEVICE_CLASS deviceClass;   /**< the kind of its transport */
     char reserved[300];
 } OV_DEVICE_BASE_INFO;
 
 /** Addresses of a GigE Vision camera and of the adapter that found it. */
 typedef struct OV_DEVICE_IP_INFO {
-    char szDeviceID[68]; /**< at most 64 characters */
-    char szMAC[32];      /**< "AA-BB-CC-DD-EE-FF" */
-    char szIP[32];       /**< dotted, like the next two */
-    char szSubnetMask[32];
-    char szGateway[32];
-    char szNICMAC[32]; /**< of the adapter, like the next three */
-    char szNICIP[32];
-    char szNICSubnetMask[32];
-    char szNICGateway[32];
+    char szDeviceID[68];        /**< at most 64 characters */
+    char szMAC[32];             /**< "AA-BB-CC-DD-EE-FF" */
+    char szIP[32];              /**< the camera's present address, dotted */
+    char szSubnetMask[32];      /**< dotted */
+    char szGateway[32];         /**< default gateway, dotted */
+    char szNICMAC[32];          /**< of the adapter, like szMAC */
+    char szNICIP[32];           /**< of the adapter, dotted */
+    char szNICSubnetMask[32];   /**< of the adapter, dotted */
+    char szNICGateway[32];      /**< of the adapter, dotted */
     char szNICDescription[132]; /**< at most 128 characters */
     char reserved[512];
 } OV_DEVICE_IP_INFO;
 
 /** Which camera OVOpenDevice() opens, and how. */
 typedef struct OV_OPEN_PARAM {
-    const char* pszContent; /**< the key, of the kind that openMode names; not empty */
-    OV_OPEN_MODE openMode;
-    OV_ACCESS_MODE accessMode;
+    const char* pszContent;    /**< the key, of the kind that openMode names; not empty */
+    OV_OPEN_MODE openMode;     /**< kind of the key */
+    OV_ACCESS_MODE accessMode; /**< access that is wanted */
 } OV_OPEN_PARAM;
 
 /** Limits of an integer feature. Reserved bytes aren't changed. */
 typedef struct OV_INT_RANGE {
-    int64_t nMin;
-    int64_t nMax;
+    int64_t nMin; /**< smallest value */
+    int64_t nMax; /**< largest value */
     int64_t nInc; /**< a legal value is nMin plus a multiple of it */
     int32_t reserved[8];
 } OV_INT_RANGE;
 
 /** Limits of a float feature. Reserved bytes aren't changed. */
 typedef struct OV_FLOAT_RANGE {
-    double dMin;
-    double dMax;
+    double dMin;      /**< smallest value */
+    double dMax;      /**< largest value */
     double dInc;      /**< 0 unless bIncIsValid */
     char szUnit[8];   /**< a unit of 8 characters has no terminating zero */
     bool bIncIsValid; /**< whether the feature has an increment */
@@ -214,16 +217,16 @@ enum {
 /** A frame copied by OVGetImage(). All bits of a value are set if the producer doesn't
  *  know it. Reserved fields aren't changed. */
 typedef struct OV_FRAME_DATA {
-    OV_FRAME_STATUS nStatus;
-    void* pImgBuf;  /**< the caller's memory, at least "PayloadSize" bytes */
-    int32_t nWidth; /**< pixels, like the next */
-    int32_t nHeight;
-    int32_t nPixelFormat; /**< code of the pixel format naming convention */
-    int32_t nImgSize;     /**< bytes that the camera sent */
-    uint64_t nFrameID;
-    uint64_t nTimestamp; /**< ticks of the camera's clock */
-    int32_t nOffsetX;    /**< pixels, like the next */
-    int32_t nOffsetY;
+    OV_FRAME_STATUS nStatus; /**< whether the frame is complete */
+    void* pImgBuf;           /**< the caller's memory, at least "PayloadSize" bytes */
+    int32_t nWidth;          /**< in pixels */
+    int32_t nHeight;         /**< in pixels */
+    int32_t nPixelFormat;    /**< code of the pixel format naming convention */
+    int32_t nImgSize;        /**< bytes that the camera sent */
+    uint64_t nFrameID;       /**< number of the frame, from the camera or the producer */
+    uint64_t nTimestamp;     /**< ticks of the camera's clock */
+    int32_t nOffsetX;        /**< of the image on the sensor, in pixels */
+    int32_t nOffsetY;        /**< of the image on the sensor, in pixels */
     int32_t reserved[2];
 } OV_FRAME_DATA;
 
@@ -231,34 +234,34 @@ typedef struct OV_FRAME_DATA {
  *  until OVQBuf(), OVQAllBufs(), OVStreamOff() or the closing of the camera. All
  *  bits of a value are set if the producer doesn't know it. */
 typedef struct OV_FRAME_BUFFER {
-    OV_FRAME_STATUS nStatus;
-    void* pImgBuf;  /**< the frame; null if the producer doesn't know its address */
-    int32_t nWidth; /**< pixels, like the next */
-    int32_t nHeight;
-    int32_t nPixelFormat; /**< code of the pixel format naming convention */
-    int32_t nImgSize;     /**< bytes that the camera sent */
-    uint64_t nFrameID;
-    uint64_t nTimestamp; /**< ticks of the camera's clock */
-    uint64_t nBufID;     /**< for the library; don't change it */
-    int32_t nOffsetX;    /**< pixels, like the next */
-    int32_t nOffsetY;
+    OV_FRAME_STATUS nStatus; /**< whether the frame is complete */
+    void* pImgBuf;           /**< the frame; null if the producer doesn't know its address */
+    int32_t nWidth;          /**< in pixels */
+    int32_t nHeight;         /**< in pixels */
+    int32_t nPixelFormat;    /**< code of the pixel format naming convention */
+    int32_t nImgSize;        /**< bytes that the camera sent */
+    uint64_t nFrameID;       /**< number of the frame, from the camera or the producer */
+    uint64_t nTimestamp;     /**< ticks of the camera's clock */
+    uint64_t nBufID;         /**< for the library; don't change it */
+    int32_t nOffsetX;        /**< of the image on the sensor, in pixels */
+    int32_t nOffsetY;        /**< of the image on the sensor, in pixels */
     char reserved[64];
 } OV_FRAME_BUFFER;
 
 /** A frame that is passed to a capture callback, valid until the callback returns. The
  *  size comes before the width here, unlike in the other two records. */
 typedef struct OV_FRAME_CALLBACK_PARAM {
-    void* pUserParam; /**< from the registration */
-    OV_FRAME_STATUS status;
-    const void* pImgBuf;
-    int32_t nImgSize; /**< bytes that the camera sent */
-    int32_t nWidth;   /**< pixels, like the next */
-    int32_t nHeight;
-    int32_t nPixelFormat; /**< code of the pixel format naming convention */
-    uint64_t nFrameID;
-    uint64_t nTimestamp; /**< ticks of the camera's clock */
-    int32_t nOffsetX;    /**< pixels, like the next */
-    int32_t nOffsetY;
+    void* pUserParam;       /**< from the registration */
+    OV_FRAME_STATUS status; /**< whether the frame is complete */
+    const void* pImgBuf;    /**< the frame */
+    int32_t nImgSize;       /**< bytes that the camera sent */
+    int32_t nWidth;         /**< in pixels */
+    int32_t nHeight;        /**< in pixels */
+    int32_t nPixelFormat;   /**< code of the pixel format naming convention */
+    uint64_t nFrameID;      /**< number of the frame, from the camera or the producer */
+    uint64_t nTimestamp;    /**< ticks of the camera's clock */
+    int32_t nOffsetX;       /**< of the image on the sensor, in pixels */
+    int32_t nOffsetY;       /**< of the image on the sensor, in pixels */
 } OV_FRAME_CALLBACK_PARAM;
 
 /** Receives each frame, on the capture thread of the stream. The library returns the
