@@ -12,6 +12,10 @@ namespace {
 
 // 1980-01-01, the format's first day, so that equal contents make equal archives.
 constexpr uint16_t kDate = (1 << 5) | 1;
+// The signatures of a file's header, of its entry in the directory, and of the end.
+constexpr uint32_t kLocalHeader = 0x04034B50;
+constexpr uint32_t kCentralHeader = 0x02014B50;
+constexpr uint32_t kEndOfDirectory = 0x06054B50;
 constexpr uint16_t kVersion = 20;
 constexpr uint16_t kDeflated = 8;
 
@@ -67,7 +71,7 @@ std::vector<std::byte> MakeZip(std::string_view name, std::string_view content) 
                                                  static_cast<uInt>(content.size())));
 
     Writer out;
-    out.U32({0x04034B50});
+    out.U32({kLocalHeader});
     out.U16({kVersion, 0, kDeflated, 0, kDate});
     out.U32({crc, packed.size(), content.size()});
     out.U16({name.size(), 0});
@@ -75,7 +79,7 @@ std::vector<std::byte> MakeZip(std::string_view name, std::string_view content) 
     out.Bytes(packed);
 
     const size_t directory = out.Position();
-    out.U32({0x02014B50});
+    out.U32({kCentralHeader});
     out.U16({kVersion, kVersion, 0, kDeflated, 0, kDate});
     out.U32({crc, packed.size(), content.size()});
     out.U16({name.size(), 0, 0, 0, 0});
@@ -83,7 +87,7 @@ std::vector<std::byte> MakeZip(std::string_view name, std::string_view content) 
     out.Bytes(name);
     const size_t directorySize = out.Position() - directory;
 
-    out.U32({0x06054B50});
+    out.U32({kEndOfDirectory});
     out.U16({0, 0, 1, 1});
     out.U32({directorySize, directory});
     out.U16({0});

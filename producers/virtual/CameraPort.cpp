@@ -18,7 +18,54 @@ namespace {
 
 using OvProducer::RegisterSpace;
 
-constexpr uint64_t kDescriptionAddress = 0x100000;
+/// Registers that aren't in the tables of SettingRegisters.cpp, CameraSelectors.cpp and
+/// FileRegisters.cpp.
+namespace Address {
+constexpr uint64_t kFirstText = 0x0000;  // one after the other: vendor, model and so on
+constexpr uint64_t kUserId = 0x0180;
+constexpr uint64_t kTemperature = 0x0204;
+constexpr uint64_t kHasColorFilter = 0x0208;
+constexpr uint64_t kReset = 0x020C;
+constexpr uint64_t kLatchTime = 0x0210;
+constexpr uint64_t kResetTime = 0x0214;
+constexpr uint64_t kLatchAndResetTime = 0x0218;
+constexpr uint64_t kTickFrequency = 0x0220;
+constexpr uint64_t kLatchedTime = 0x0228;
+constexpr uint64_t kSensorTemperature = 0x0230;
+constexpr uint64_t kMainboardTemperature = 0x0234;
+constexpr uint64_t kSensorWidth = 0x0300;
+constexpr uint64_t kSensorHeight = 0x0304;
+constexpr uint64_t kWidthMax = 0x0308;
+constexpr uint64_t kHeightMax = 0x030C;
+constexpr uint64_t kPixelBits = 0x0340;
+constexpr uint64_t kIsBayer = 0x0344;
+constexpr uint64_t kFlips = 0x0348;
+constexpr uint64_t kStart = 0x0408;
+constexpr uint64_t kStop = 0x040C;
+constexpr uint64_t kResultingFrameRate = 0x0418;
+constexpr uint64_t kSoftwareTrigger = 0x042C;
+constexpr uint64_t kSelectedStatus = 0x0444;
+constexpr uint64_t kIsAcquiring = 0x0448;
+constexpr uint64_t kWaitsForTrigger = 0x044C;
+constexpr uint64_t kBalanceRatio = 0x050C;
+constexpr uint64_t kBalanceOnce = 0x0510;
+constexpr uint64_t kLutEntry = 0x0608;
+constexpr uint64_t kLoadUserSet = 0x0704;
+constexpr uint64_t kSaveUserSet = 0x0708;
+constexpr uint64_t kUserSetDefault = 0x070C;
+constexpr uint64_t kBeginLoading = 0x0710;
+constexpr uint64_t kEndLoading = 0x0714;
+constexpr uint64_t kPayloadSize = 0x0800;
+constexpr uint64_t kParamsLocked = 0x0804;
+constexpr uint64_t kChunkEnable = 0x0810;
+constexpr uint64_t kEventNotification = 0x0A04;
+constexpr uint64_t kDropOff = 0x0A20;
+constexpr uint64_t kLut = 0x2000;
+constexpr uint64_t kDescription = 0x100000;
+}  // namespace Address
+
+/// Bytes of each text register.
+constexpr size_t kTextLength = 64;
 
 // Places of measurement, by the values of the selector.
 constexpr int64_t kSensor = 0;
@@ -131,33 +178,35 @@ private:
 void Builder::AddIdentity(const OvProducer::PortFacts& facts) {
     const std::string texts[] = {facts.vendor, facts.model, facts.version, "1.2.0",
                                  m_camera->Identity().serialNumber};
-    uint64_t address = 0x0000;
+    uint64_t address = Address::kFirstText;
     for (const std::string& text : texts) {
-        m_registers.AddText(address, 64, [text] { return text; });
-        address += 64;
+        m_registers.AddText(address, kTextLength, [text] { return text; });
+        address += kTextLength;
     }
     m_registers.AddText(
-        0x0180, 64, [c = m_camera] { return c->UserId(); },
+        Address::kUserId, kTextLength, [c = m_camera] { return c->UserId(); },
         [c = m_camera](const std::string& text) { c->SetUserId(text); });
-    m_registers.AddFloat(0x0204,
+    m_registers.AddFloat(Address::kTemperature,
                          [c = m_camera] { return Temperature(*c, c->Selectors().temperature); });
-    m_registers.AddFloat(0x0230, [c = m_camera] { return Temperature(*c, kSensor); });
-    m_registers.AddFloat(0x0234, [c = m_camera] { return Temperature(*c, kMainboard); });
-    Number(0x0208, [c = m_camera] { return Bool(c->Identity().color); });
-    m_registers.AddCommand(0x020C, [c = m_camera] { c->Reset(); });
+    m_registers.AddFloat(Address::kSensorTemperature,
+                         [c = m_camera] { return Temperature(*c, kSensor); });
+    m_registers.AddFloat(Address::kMainboardTemperature,
+                         [c = m_camera] { return Temperature(*c, kMainboard); });
+    Number(Address::kHasColorFilter, [c = m_camera] { return Bool(c->Identity().color); });
+    m_registers.AddCommand(Address::kReset, [c = m_camera] { c->Reset(); });
 }
 
 void Builder::AddTime() {
     const auto latched = std::make_shared<std::atomic<int64_t>>(0);
     const auto latch = [c = m_camera, latched] { *latched = c->Ticks(); };
-    m_registers.AddCommand(0x0210, latch);
-    m_registers.AddCommand(0x0214, [c = m_camera] { c->ResetTicks(); });
-    m_registers.AddCommand(0x0218, [c = m_camera, latch] {
+    m_registers.AddCommand(Address::kLatchTime, latch);
+    m_registers.AddCommand(Address::kResetTime, [c = m_camera] { c->ResetTicks(); });
+    m_registers.AddCommand(Address::kLatchAndResetTime, [c = m_camera, latch] {
         latch();
         c->ResetTicks();
     });
-    m_registers.AddInteger(0x0220, 8, [] { return Camera::kTicksPerSecond; });
-    m_registers.AddInteger(0x0228, 8, [latched] { return latched->load(); });
+    m_registers.AddInteger(Address::kTickFrequency, 8, [] { return Camera::kTicksPerSecond; });
+    m_registers.AddInteger(Address::kLatchedTime, 8, [latched] { return latched->load(); });
 }
 
 void Builder::AddSelectors() {
@@ -184,7 +233,7 @@ void Builder::AddSettings() {
 /// Adds a register with both mirrors as bits, in addition to the register of each.
 void Builder::AddFlips() {
     Number(
-        0x0348,
+        Address::kFlips,
         [c = m_camera] {
             const CameraSettings settings = c->Settings();
             return settings.reverseX | settings.reverseY << 1;
@@ -200,8 +249,8 @@ void Builder::AddFlips() {
 
 /// Settings that are loaded one by one may contradict each other meanwhile.
 void Builder::AddLoading() {
-    m_registers.AddCommand(0x0710, [c = m_camera] { c->BeginLoading(); });
-    m_registers.AddCommand(0x0714, [c = m_camera] { c->EndLoading(); });
+    m_registers.AddCommand(Address::kBeginLoading, [c = m_camera] { c->BeginLoading(); });
+    m_registers.AddCommand(Address::kEndLoading, [c = m_camera] { c->EndLoading(); });
 }
 
 void Builder::AddBinning(const SettingRegister& entry) {
@@ -222,47 +271,49 @@ void Builder::AddBinning(const SettingRegister& entry) {
 }
 
 void Builder::AddImageFacts() {
-    Number(0x0300, [] { return kFullWidth; });
-    Number(0x0304, [] { return kFullHeight; });
-    Number(0x0308, [c = m_camera] {
+    Number(Address::kSensorWidth, [] { return kFullWidth; });
+    Number(Address::kSensorHeight, [] { return kFullHeight; });
+    Number(Address::kWidthMax, [c = m_camera] {
         const int64_t whole = kFullWidth / c->Settings().binningX;
         return whole - whole % 4;
     });
-    Number(0x030C, [c = m_camera] { return kFullHeight / c->Settings().binningY; });
-    Number(0x0340, [c = m_camera] {
+    Number(Address::kHeightMax, [c = m_camera] { return kFullHeight / c->Settings().binningY; });
+    Number(Address::kPixelBits, [c = m_camera] {
         return static_cast<int64_t>(BitsOf(static_cast<PixelFormat>(c->Settings().pixelFormat)));
     });
-    Number(0x0344, [c = m_camera] {
+    Number(Address::kIsBayer, [c = m_camera] {
         return Bool(IsBayer(static_cast<PixelFormat>(c->Settings().pixelFormat)));
     });
 }
 
 void Builder::AddAcquisition() {
-    m_registers.AddCommand(0x0408, [c = m_camera] { c->Start(); });
-    m_registers.AddCommand(0x040C, [c = m_camera] { c->Stop(); });
-    m_registers.AddFloat(
-        0x0418, [c = m_camera] { return static_cast<float>(1 / FrameTime(c->Settings())); });
-    m_registers.AddCommand(0x042C, [c = m_camera] { c->TriggerSoftware(); });
+    m_registers.AddCommand(Address::kStart, [c = m_camera] { c->Start(); });
+    m_registers.AddCommand(Address::kStop, [c = m_camera] { c->Stop(); });
+    m_registers.AddFloat(Address::kResultingFrameRate, [c = m_camera] {
+        return static_cast<float>(1 / FrameTime(c->Settings()));
+    });
+    m_registers.AddCommand(Address::kSoftwareTrigger, [c = m_camera] { c->TriggerSoftware(); });
     const auto isActive = [c = m_camera] { return Bool(c->IsAcquiring()); };
     const auto waits = [c = m_camera] { return Bool(c->WaitsForTrigger()); };
-    Number(0x0444, [c = m_camera, isActive, waits] {
+    Number(Address::kSelectedStatus, [c = m_camera, isActive, waits] {
         return c->Selectors().status == 0 ? isActive() : waits();
     });
-    Number(0x0448, isActive);
-    Number(0x044C, waits);
+    Number(Address::kIsAcquiring, isActive);
+    Number(Address::kWaitsForTrigger, waits);
 }
 
 void Builder::AddAnalog() {
     const auto selected = [c = m_camera] { return static_cast<size_t>(c->Selectors().balance); };
     Number(
-        0x050C, [c = m_camera, selected] { return c->Settings().balance[selected()]; },
+        Address::kBalanceRatio,
+        [c = m_camera, selected] { return c->Settings().balance[selected()]; },
         [c = m_camera, selected](int64_t value) {
             RequireRange(value, 0, 65535);
             const size_t channel = selected();
             c->Change(false, [&](CameraSettings& settings) { settings.balance[channel] = value; });
         });
     // The colour of white is known here without measuring a frame.
-    m_registers.AddCommand(0x0510, [c = m_camera] {
+    m_registers.AddCommand(Address::kBalanceOnce, [c = m_camera] {
         c->Change(false, [color = c->Identity().color](CameraSettings& settings) {
             settings.balance = FactorySettings(color).balance;
         });
@@ -271,7 +322,7 @@ void Builder::AddAnalog() {
 
 void Builder::AddLut() {
     Number(
-        0x0608,
+        Address::kLutEntry,
         [c = m_camera] {
             const auto table = c->Settings().lut;
             return static_cast<int64_t>((*table)[static_cast<size_t>(c->Selectors().lutIndex)]);
@@ -283,15 +334,17 @@ void Builder::AddLut() {
                 settings.lut = WithEntry(*settings.lut, index, value);
             });
         });
-    m_registers.Add(0x2000, std::make_unique<LutRange>(m_camera));
+    m_registers.Add(Address::kLut, std::make_unique<LutRange>(m_camera));
 }
 
 void Builder::AddUserSets() {
     constexpr int64_t kLast = Camera::kUserSets - 1;
-    m_registers.AddCommand(0x0704, [c = m_camera] { c->LoadUserSet(c->Selectors().userSet); });
-    m_registers.AddCommand(0x0708, [c = m_camera] { c->SaveUserSet(c->Selectors().userSet); });
+    m_registers.AddCommand(Address::kLoadUserSet,
+                           [c = m_camera] { c->LoadUserSet(c->Selectors().userSet); });
+    m_registers.AddCommand(Address::kSaveUserSet,
+                           [c = m_camera] { c->SaveUserSet(c->Selectors().userSet); });
     Number(
-        0x070C, [c = m_camera] { return c->UserSetDefault(); },
+        Address::kUserSetDefault, [c = m_camera] { return c->UserSetDefault(); },
         [c = m_camera](int64_t value) {
             RequireRange(value, 0, kLast);
             c->SetUserSetDefault(value);
@@ -299,9 +352,10 @@ void Builder::AddUserSets() {
 }
 
 void Builder::AddTransport() {
-    Number(0x0800, [c = m_camera] { return static_cast<int64_t>(c->PayloadSize()); });
+    Number(Address::kPayloadSize,
+           [c = m_camera] { return static_cast<int64_t>(c->PayloadSize()); });
     Number(
-        0x0804, [c = m_camera] { return Bool(c->ParamsLocked()); },
+        Address::kParamsLocked, [c = m_camera] { return Bool(c->ParamsLocked()); },
         [c = m_camera](int64_t value) {
             RequireRange(value, 0, 1);
             c->SetParamsLocked(value != 0);
@@ -309,16 +363,17 @@ void Builder::AddTransport() {
 }
 
 void Builder::AddChunks() {
-    SelectedBit(0x0810, &CameraSelectors::chunk, &CameraSettings::chunksEnabled, true,
-                BitOf(Chunk::Image));
+    SelectedBit(Address::kChunkEnable, &CameraSelectors::chunk, &CameraSettings::chunksEnabled,
+                true, BitOf(Chunk::Image));
 }
 
 void Builder::AddEvents() {
-    SelectedBit(0x0A04, &CameraSelectors::event, &CameraSettings::eventsEnabled, false, 0);
+    SelectedBit(Address::kEventNotification, &CameraSelectors::event,
+                &CameraSettings::eventsEnabled, false, 0);
 }
 
 void Builder::AddDropOff() {
-    m_registers.AddCommand(0x0A20, [c = m_camera] { c->DropOff(); });
+    m_registers.AddCommand(Address::kDropOff, [c = m_camera] { c->DropOff(); });
 }
 
 void Builder::SelectedBit(uint64_t address, SelectorField which, int64_t CameraSettings::*field,
@@ -346,7 +401,7 @@ std::unique_ptr<OvProducer::Port> MakeCameraPort(const std::shared_ptr<Camera>& 
     description.name = "OvVirtualCamera_1_0_0";
     description.xml = std::string(OvProducer::kVirtualCameraDescription);
     description.zipped = true;
-    port->AddDescription(description, kDescriptionAddress);
+    port->AddDescription(description, Address::kDescription);
     return port;
 }
 
