@@ -219,6 +219,9 @@ QY_API QY_STATUS QyRaw16toRGB48(const void* src, void* dst, uint32_t width, uint
  * memory; out, that of the table. If `lut` is null, they only set `size`, whatever the
  * other arguments are. If the size isn't right, they set it and return
  * QY_PARAMETER_INVALID.
+ *
+ * A contrast or lightness of 0 changes next to nothing, but isn't exact: a byte may change
+ * by 1, with lightness by up to 3.
  */
 /** @{ */
 
@@ -228,29 +231,29 @@ QY_API QY_STATUS QyRaw16toRGB48(const void* src, void* dst, uint32_t width, uint
  *  @param gamma  0.1 to 10. Above 1 the picture becomes brighter, below 1 darker */
 QY_API QY_STATUS QyGetGammatLut(uint32_t* lut, int32_t* size, double gamma);
 /** Makes a contrast record for QyImageImprovment() and its variants.
- *  @param contrast  -50 to 100; 0 leaves the contrast as it is
+ *  @param contrast  -50 (flatter) to 100 (stronger)
  *  @param lut       receives the record, QY_TONE_RECORD_SIZE bytes
  *  @param size      at least QY_TONE_RECORD_SIZE
  *  @return QY_NOT_ENOUGH_MEMORY */
 QY_API QY_STATUS QyGetContrastLut(int32_t contrast, uint32_t* lut, int32_t* size);
 /** Makes a table from byte to byte: gamma first, then lightness, then contrast. It suits
  *  the records of QyRaw8ImgProcess() and QyMono8ImgProcess().
- *  @param contrast   -50 to 100; 0 leaves the contrast as it is
- *  @param lightness  -150 to 150; 0 leaves the lightness as it is
+ *  @param contrast   -50 (flatter) to 100 (stronger)
+ *  @param lightness  -150 (darker) to 150 (lighter)
  *  @param lut        receives the table, 256 bytes
  *  @param size       exactly 256
- *  @param gamma      0.1 to 10; 1 leaves the tone as it is
+ *  @param gamma      0.1 to 10; above 1 brighter, below 1 darker
  *  @return QY_NOT_ENOUGH_MEMORY */
 QY_API QY_STATUS QyGetLut(int32_t contrast, int32_t lightness, uint8_t* lut, uint16_t* size,
                           double gamma);
 /** Changes the lightness of bytes, whatever they belong to. In place allowed.
  *  @param count   bytes of src and of dst, at least 1
- *  @param factor  -150 to 150; 0 leaves the lightness as it is
+ *  @param factor  -150 (darker) to 150 (lighter)
  *  @return QY_NOT_ENOUGH_MEMORY */
 QY_API QY_STATUS QyBrightness(const void* src, void* dst, int32_t count, int32_t factor);
 /** Changes the contrast of bytes, whatever they belong to. In place allowed.
  *  @param count   bytes of src and of dst, at least 1
- *  @param factor  -50 to 100; 0 leaves the contrast as it is
+ *  @param factor  -50 (flatter) to 100 (stronger)
  *  @return QY_NOT_ENOUGH_MEMORY */
 QY_API QY_STATUS QyContrast(const void* src, void* dst, int32_t count, int32_t factor);
 /** Changes the saturation of pixels of three bytes, R, G, B. In place allowed.
