@@ -2,6 +2,7 @@
 /// What tests of selectors and bags share: nodes in a few words, a device that
 /// does something by itself.
 
+#include <cstddef>
 #include <functional>
 #include <initializer_list>
 

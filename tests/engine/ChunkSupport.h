@@ -2,6 +2,7 @@
 /// Buffers with chunks as devices of several transports fill them, and nodes that
 /// read them.
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 

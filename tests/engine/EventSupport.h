@@ -2,6 +2,7 @@
 /// Cameras that send events, and the messages that they send.
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 #include "GenApi/EventAdapter.h"

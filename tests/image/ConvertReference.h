@@ -2,6 +2,7 @@
 /// Raw formats, sample by sample.
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 

@@ -2,6 +2,8 @@
 /// Colour correction and tone once more, pixel by pixel.
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "QyImageProc.h"

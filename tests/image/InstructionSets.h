@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <hwy/targets.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <set>
 
 /// The machine with one of its instruction sets alone, as long as this lives.

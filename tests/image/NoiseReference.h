@@ -2,6 +2,7 @@
 /// The noise reduction once more, pixel by pixel.
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <vector>

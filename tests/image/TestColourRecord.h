@@ -3,6 +3,7 @@
 
 #include <pthread.h>
 
+#include <cstdint>
 #include <random>
 
 #include "QyImageProc.h"

@@ -1,6 +1,7 @@
 #pragma once
 /// Descriptions for the parser in a few lines of XML.
 
+#include <cstddef>
 #include <string>
 #include <vector>
 

@@ -1,6 +1,7 @@
 #pragma once
 /// A logging library for tests: keeps every line that the engine writes.
 
+#include <cstddef>
 #include <map>
 #include <string>
 #include <vector>

@@ -3,6 +3,7 @@
 /// what they hold: failures of the engine's family are answers.
 
 #include <array>
+#include <cstdint>
 
 #include "Base/GCException.h"
 #include "GenApi/ChunkAdapterGeneric.h"

@@ -1,6 +1,7 @@
 #pragma once
 /// The frames of the test producer, as they must arrive.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 

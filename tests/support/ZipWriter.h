@@ -1,6 +1,7 @@
 #pragma once
 /// Zipped descriptions for tests.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
