@@ -32,7 +32,9 @@ namespace ValueTest {
 
 using namespace GenApi_3_0_ORVANE;   // NOLINT(google-build-using-namespace)
 using namespace GenICam_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
-using namespace NodeDataTest;        // NOLINT(google-build-using-namespace)
+using NodeDataTest::AddNode;
+using NodeDataTest::ID;
+using NodeDataTest::Links;
 
 /// A device of bytes that counts how often it is asked.
 class MemoryPort : public IPort {
