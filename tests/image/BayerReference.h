@@ -1,6 +1,6 @@
 #pragma once
-/// The mosaic interpolation once more, pixel by pixel and as plainly as can be:
-/// what the library's routines are compared with.
+/// The mosaic interpolation, written pixel by pixel as plainly as possible, for
+/// comparison with the library's routines.
 
 #include <algorithm>
 #include <array>
@@ -12,7 +12,7 @@ namespace BayerReference {
 
 using Pixel = std::array<int, 4>;  // R, G, B, alpha
 
-/// A place in memory that holds row after row.
+/// An image in memory, row after row.
 inline size_t Place(int width, int x, int y) {
     return static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x);
 }
@@ -36,14 +36,14 @@ struct Picture {
     const Pixel& At(int x, int y) const { return pixels[Place(width, x, y)]; }
 };
 
-/// The colour of a sample, 0 to 2, by the four names of layouts 1 to 4.
+/// The colour of a sample, 0 to 2, for the layouts 1 to 4.
 inline int ColourAt(int filter, int x, int y) {
     static constexpr const char* kCells[] = {"RGGB", "GBRG", "GRBG", "BGGR"};
     const char name = kCells[filter - 1][(y % 2) * 2 + x % 2];
     return name == 'R' ? 0 : (name == 'G' ? 1 : 2);
 }
 
-/// The cell rule: the two by two samples from (x, y) on.
+/// The colours of the two by two samples from (x, y) on.
 inline Pixel Cell(const Raw& raw, int filter, int x, int y) {
     Pixel sums{};
     for (int dy = 0; dy < 2; ++dy) {
@@ -131,7 +131,7 @@ inline int Green(const Raw& raw, int x, int y) {
                           : (horizontal + 2 * (p(-1, 0) + p(1, 0))) >> 2;
 }
 
-/// What the interpolation is told beside the frame.
+/// The arguments of the interpolation, without the frame.
 struct Options {
     int method = 0;
     int filter = 1;
@@ -141,8 +141,8 @@ struct Options {
     int alpha = 0;
 };
 
-/// Where a row or column of the frame is copied from: the first three from the
-/// one behind them, then the last three from the one before them.
+/// The row or column from which one of the border is copied: the first three from the
+/// fourth, then the last three from the fourth last.
 inline int FromInside(int place, int size) {
     if (place >= 3 && place < size - 3) {
         return place;
@@ -162,8 +162,8 @@ inline Picture CopyFrame(const Picture& inside, bool flip) {
     return out;
 }
 
-/// @param out  what the destination held before: with frames of six rows or
-///             columns it shows
+/// @param out  the old content of the destination, of which the result depends in frames
+///             of six rows or columns
 inline Picture EdgeDirected(const Raw& raw, const Options& options, Picture out) {
     const int filter = options.filter;
     const int limit = options.limit;
@@ -222,7 +222,7 @@ inline Picture Colours(const Raw& raw, const Options& options, const Picture& ol
     }
 }
 
-/// @param old  what the destination held before
+/// @param old  the old content of the destination
 inline Picture Interpolate(const Raw& raw, const Options& options, const Picture& old) {
     if (options.filter > 4) {
         return options.method == 1 ? CopyFrame(old, options.flip) : old;

@@ -1,5 +1,5 @@
 #pragma once
-/// Plain bytes through a function, at any address and in place.
+/// Calls a function on bytes at any address, also in place.
 
 #include <algorithm>
 #include <functional>
@@ -18,7 +18,7 @@ inline std::vector<uint8_t> MakeBytes(size_t count, Content content) {
 /// A call from `src` to `dst` that returns a status.
 using BytesCall = std::function<int(const void* src, void* dst)>;
 
-/// Where `out` differs from what is expected; "" for nowhere.
+/// The first place where `out` differs from the expected bytes; "" if it doesn't.
 inline std::string Difference(GuardedBytes& out, const std::vector<uint8_t>& expected) {
     if (std::memcmp(out.Data(), expected.data(), expected.size()) != 0) {
         const auto* const wrong =
@@ -30,8 +30,8 @@ inline std::string Difference(GuardedBytes& out, const std::vector<uint8_t>& exp
     return out.IsGuardWhole() ? "" : "a byte beside the destination was written";
 }
 
-/// Runs the call on a copy of `src` that ends with its memory, so that a read
-/// beyond it is seen.
+/// Runs the call on a copy of `src` that has no memory after it, so that the address
+/// sanitizer sees a read beyond it.
 inline std::string CompareBytes(const BytesCall& call, const std::vector<uint8_t>& src,
                                 const std::vector<uint8_t>& expected, size_t offset) {
     const size_t before = SourceOffset(offset);
@@ -45,8 +45,7 @@ inline std::string CompareBytes(const BytesCall& call, const std::vector<uint8_t
     return Difference(out, expected);
 }
 
-/// Runs the call from a place to itself. What lies behind the result is the
-/// source as it was.
+/// Runs the call in place. The bytes after the result must be those of the source.
 inline std::string CompareInPlace(const BytesCall& call, const std::vector<uint8_t>& src,
                                   std::vector<uint8_t> expected, size_t offset) {
     expected.insert(expected.end(), src.begin() + static_cast<ptrdiff_t>(expected.size()),
@@ -60,7 +59,7 @@ inline std::string CompareInPlace(const BytesCall& call, const std::vector<uint8
     return Difference(out, expected);
 }
 
-/// Runs the call on every instruction set, in place too.
+/// Runs the call on every instruction set, also in place.
 inline void ExpectSameOnAll(const BytesCall& call, const std::vector<uint8_t>& src,
                             const std::vector<uint8_t>& expected, size_t offset) {
     WithEachInstructionSet([&] {

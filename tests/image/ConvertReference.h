@@ -1,5 +1,5 @@
 #pragma once
-/// Raw formats, sample by sample.
+/// The conversions of raw formats, sample by sample.
 
 #include <algorithm>
 #include <cstddef>

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-/// Lets an allocation of this thread fail, as long as this lives: the one behind
+/// Makes an allocation of this thread fail during the object's lifetime: the one after
 /// `before` others.
 class FailingMemory {
 public:
@@ -16,13 +16,13 @@ public:
     static bool HasFailed();
 };
 
-/// What this thread has allocated since this began.
+/// Counts the allocations of this thread since the object was made.
 class MemoryUse {
 public:
     MemoryUse();
 
     size_t Allocations() const;
-    /// All of them together.
+    /// Their bytes in total.
     size_t Bytes() const;
     /// How many aren't freed yet.
     size_t Left() const;

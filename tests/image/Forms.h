@@ -1,5 +1,5 @@
 #pragma once
-/// The four forms of the output, alike for a test.
+/// The four forms of the output, with one interface for all.
 
 #include <algorithm>
 #include <ostream>
@@ -14,13 +14,14 @@ enum class Form { Rgb24, Bgr24, Argb32, Rgb48 };
 constexpr Form kForms[] = {Form::Rgb24, Form::Bgr24, Form::Argb32, Form::Rgb48};
 constexpr uint8_t kAlpha = 0x7E;
 
-/// A frame through one function of the library.
+/// The conversion of a frame by one function of the library.
 struct Conversion {
     Form form = Form::Rgb24;
     BayerReference::Options options;
-    /// Pixels that a row of the four-byte form is longer than the frame.
+    /// By how many pixels the rows of the four-byte form are longer than those of the
+    /// frame.
     int padding = 0;
-    /// Bytes by which source and destination miss an aligned place.
+    /// Distances of source and destination from an aligned address, in bytes.
     size_t offset = 0;
     int bits = 10;
 
@@ -113,7 +114,7 @@ private:
     int m_height;
 };
 
-/// What a destination must hold after the call that held `old` before it.
+/// The expected content of a destination whose old content is `old`.
 inline std::vector<uint8_t> Expected(const Conversion& conversion, const BayerReference::Raw& raw,
                                      const std::vector<uint8_t>& old) {
     BayerReference::Options options = conversion.options;
@@ -125,13 +126,13 @@ inline std::vector<uint8_t> Expected(const Conversion& conversion, const BayerRe
     return bytes;
 }
 
-/// What a destination holds before a call.
+/// The content of a destination before a call.
 inline std::vector<uint8_t> OldBytes(const Conversion& conversion, const BayerReference::Raw& raw) {
     return OldBytes(conversion.Bytes(raw.width, raw.height));
 }
 
-/// Runs a conversion and tells where it differs from what is expected; "" for
-/// nowhere.
+/// Runs a conversion and returns the first place where the result differs; "" if it
+/// doesn't.
 inline std::string Compare(const Conversion& conversion, const BayerReference::Raw& raw,
                            const std::vector<uint8_t>& expected) {
     const SourceBytes<uint8_t> bytes(raw, SourceOffset(conversion.offset));

@@ -15,7 +15,7 @@ constexpr Content kContents[] = {Content::Random,       Content::Ramp,     Conte
                                  Content::Extremes,     Content::Constant, Content::Gradient,
                                  Content::Checkerboard, Content::HotPixel};
 
-/// A frame as it is made, sample by sample.
+/// The samples of a frame of some content.
 class Scene {
 public:
     Scene(int width, int height, Content content, int limit)
@@ -66,16 +66,15 @@ inline BayerReference::Raw MakeRaw(int width, int height, Content content, int l
     return raw;
 }
 
-/// Places in a line of memory, and the next line.
+/// Offsets within a cache line, and beyond its end.
 constexpr size_t kAddresses = 65;
 
-/// Where a source begins whose destination has this offset, so that the two miss
-/// an aligned place by different numbers of bytes.
+/// The offset of the source for an offset of the destination, which is another one.
 constexpr size_t SourceOffset(size_t offset) {
     return 3 * offset;
 }
 
-/// Bytes that differ from one place to the next, for memory that a call may read.
+/// Bytes of which no two adjacent ones are equal, for memory that a call may read.
 inline std::vector<uint8_t> OldBytes(size_t size) {
     constexpr size_t kPeriod = 256;
     std::vector<uint8_t> bytes(size);
@@ -89,11 +88,11 @@ inline std::vector<uint8_t> OldBytes(size_t size) {
     return bytes;
 }
 
-/// A byte that no test puts anywhere on purpose.
+/// The byte of memory that must not be written.
 constexpr uint8_t kGuard = 0xA5;
 
-/// Memory that begins `offset` bytes behind an aligned place and is followed and
-/// preceded by guard bytes.
+/// Memory that begins `offset` bytes after an aligned address, with guard bytes before
+/// and after it.
 class GuardedBytes {
 public:
     GuardedBytes(size_t size, size_t offset)
@@ -124,8 +123,8 @@ private:
     std::vector<uint8_t> m_bytes;
 };
 
-/// The samples as they lie in memory, exactly as long as they are so that the
-/// address sanitizer sees a read beyond them.
+/// The samples in memory of exactly their size, so that the address sanitizer sees a read
+/// beyond them.
 /// @tparam Sample  a byte or a 16-bit word
 template <class Sample>
 class SourceBytes {

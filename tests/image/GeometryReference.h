@@ -1,5 +1,5 @@
 #pragma once
-/// Mirrors, turns and the repair of outliers once more, sample by sample.
+/// Mirrors, turns and the repair of outliers, sample by sample.
 
 #include <algorithm>
 

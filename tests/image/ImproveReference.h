@@ -1,5 +1,5 @@
 #pragma once
-/// Colour correction and tone once more, pixel by pixel.
+/// Colour correction and tone, pixel by pixel.
 
 #include <algorithm>
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace ImproveReference {
 
-/// What is done to an image whose pixels have `width` bytes.
+/// The corrections of an image whose pixels have `width` bytes.
 struct Improvement {
     const QyColorCorrectionRecord* record = nullptr;
     const uint32_t* contrast = nullptr;
@@ -25,7 +25,7 @@ inline uint8_t ToByte(int64_t value) {
     return static_cast<uint8_t>(std::clamp<int64_t>(value >> 4, 0, 255));
 }
 
-/// A value of 12 bits through the tables that are there.
+/// Maps a value of 12 bits by those tables that aren't null.
 inline int64_t Tone(const Improvement& improvement, int64_t value) {
     if (improvement.gamma == nullptr && improvement.contrast == nullptr) {
         return value;

@@ -1,5 +1,5 @@
 #pragma once
-/// Each instruction set of the machine in its turn.
+/// Runs tests on each instruction set of the machine.
 
 #include <gtest/gtest.h>
 #include <hwy/targets.h>
@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <set>
 
-/// The machine with one of its instruction sets alone, as long as this lives.
+/// Restricts the library to one instruction set during the object's lifetime.
 class OnlyInstructionSet {
 public:
     explicit OnlyInstructionSet(int64_t target) { Allow(target); }

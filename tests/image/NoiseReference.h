@@ -1,5 +1,5 @@
 #pragma once
-/// The noise reduction once more, pixel by pixel.
+/// The noise reduction, pixel by pixel.
 
 #include <algorithm>
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace NoiseReference {
 
-/// By the words in which the table is known.
+/// Built in another way than the library's table.
 inline int Tolerance(int level) {
     static constexpr int kFirst[] = {28,  42,  55,  71,  82,  93,  103, 113, 120, 128, 138, 146,
                                      151, 157, 161, 167, 171, 176, 180, 183, 187, 189, 192, 194,
@@ -38,7 +38,7 @@ inline uint8_t Clip(int value) {
     return static_cast<uint8_t>(std::clamp(value, 0, 255));
 }
 
-/// The difference where it stays below the tolerance of a level.
+/// The difference if it is below the tolerance of a level, or 0.
 inline int Taken(int difference, int level) {
     return std::abs(difference) < Tolerance(level) ? difference : 0;
 }

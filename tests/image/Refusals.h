@@ -1,5 +1,5 @@
 #pragma once
-/// What a function refuses, and which refusal comes first.
+/// The arguments that a function refuses, and the order of its checks.
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 
 #include "QyImageProc.h"
 
-/// An argument that is refused. Of two, the one that stands first in its table
+/// An argument that is refused. Of two such arguments, the earlier one in the table
 /// decides.
 /// @tparam Call  the arguments of a call that succeeds, to be spoilt one by one
 template <class Call>
@@ -18,8 +18,8 @@ struct Refusal {
     QY_STATUS status;
 };
 
-/// Spoils every pair of arguments. The call tells by `IsUntouched()` whether its
-/// results are as they were.
+/// Spoils every pair of arguments. `IsUntouched()` of the call returns whether its
+/// results haven't changed.
 template <class Call, class Run>
 void ExpectFirstRefusalDecides(const std::vector<Refusal<Call>>& refusals, const Run& run) {
     {

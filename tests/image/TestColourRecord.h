@@ -11,8 +11,8 @@
 /// A record with its lock.
 class TestRecord {
 public:
-    /// @param robustness  PTHREAD_MUTEX_ROBUST for a lock that tells of the death
-    ///                    of a thread that held it
+    /// @param robustness  PTHREAD_MUTEX_ROBUST for a lock that reports that its owner has
+    ///                    ended
     explicit TestRecord(int robustness = PTHREAD_MUTEX_STALLED) {
         pthread_mutexattr_t attributes;
         pthread_mutexattr_init(&attributes);
@@ -27,7 +27,7 @@ public:
     TestRecord& operator=(const TestRecord&) = delete;
     ~TestRecord() { pthread_mutex_destroy(&m_mutex); }
 
-    /// Tables of a matrix by rows, in 16ths.
+    /// Sets the tables of a matrix by rows, in 16ths.
     void SetMatrix(const int (&matrix)[9]) {
         for (int k = 0; k < 9; ++k) {
             for (int i = 0; i < 256; ++i) {
@@ -35,7 +35,7 @@ public:
             }
         }
     }
-    /// Tables without any order.
+    /// Sets random tables.
     void SetNoise(unsigned seed, int least, int most) {
         std::mt19937 random(seed);
         for (auto& table : record.table) {

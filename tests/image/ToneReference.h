@@ -1,6 +1,5 @@
 #pragma once
-/// Tone, value by value: tables as their curves give them, and images pixel by
-/// pixel.
+/// Tone, value by value: tables from their curves, and images pixel by pixel.
 
 #include <algorithm>
 #include <cmath>
@@ -161,7 +160,7 @@ inline Image Saturate(const Image& image, int factor) {
     return out;
 }
 
-/// The filter of the sharpening by its 21 places, and a share of its value.
+/// The sharpening filter with all its 21 coefficients, times a strength.
 class Sharpening {
 public:
     Sharpening(const Image& image, int width, int height, int channels, float factor)

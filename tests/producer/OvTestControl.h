@@ -13,9 +13,8 @@
 /// 64 x 48 pixels Mono8, no faults, all counters 0. The TL type follows the file
 /// name: "GEV" for `OvGVTL`, "U3V" for `OvU3VTL`, else "Custom".
 ///
-/// All functions may be called from any thread. Those that take a name or an
-/// index answer 0 on success and -1 when it is unknown. `iface` and `device`
-/// count from 0.
+/// All functions may be called from any thread. Those that take a name or an index return
+/// 0 on success and -1 if it is unknown. `iface` and `device` count from 0.
 #ifndef OV_TEST_CONTROL_H
 #define OV_TEST_CONTROL_H
 
@@ -28,8 +27,8 @@
 #include <vector>
 
 // clang-format off
-/// Every function of the control interface, as `X(result, name, (parameters))`;
-/// the exported name is `OvTest_` and the name.
+/// All functions of the control interface, as `X(result, name, (parameters))`. The
+/// exported name has the prefix `OvTest_`.
 #define OV_TEST_FUNCTIONS(X)                                                                       \
     /* All back to the defaults. Waiting and blocked calls are let go. Opened cameras keep         \
        running; close the library first. */                                                        \
@@ -164,11 +163,10 @@
     X(int, FireExposureEnd, (unsigned iface, unsigned device, unsigned count))
 // clang-format on
 
-/// The control functions of one loaded test producer, as members. Keeps the
-/// file loaded.
+/// The control functions of a loaded test producer, as members. Keeps the file loaded.
 class TestProducer {
 public:
-    /// Throws when the file can't be loaded or is no test producer.
+    /// Throws if the file can't be loaded or isn't a test producer.
     explicit TestProducer(const std::string& path)
         : m_library(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
         if (m_library == nullptr) {
@@ -227,7 +225,7 @@ private:
         std::size_t size = 0;
         get(nullptr, &size);
         std::string text(size, '\0');
-        // Another thread may add a call between the two; the size then differs.
+        // Another thread may add a call between the two calls. The size is different then.
         while (get(text.data(), &size) != 0) {
             text.resize(size);
         }

@@ -15,7 +15,7 @@ using OvProducer::Failure;
 constexpr std::uint32_t kMono8 = 0x01080001;
 constexpr std::size_t kStreamsMax = 4;
 
-// The registers that act when written, as the control interface numbers them.
+// The registers whose writes start an action, by the numbers of the control interface.
 constexpr std::size_t kAcquisitionStart = 0x0500;
 constexpr std::size_t kTriggerSoftware = 0x0508;
 constexpr std::size_t kCommandsEnd = 0x0520;
@@ -91,7 +91,7 @@ OvProducer::DeviceFacts TestCamera::Facts() {
 void TestCamera::Open(GenTL::DEVICE_ACCESS_FLAGS flags, std::weak_ptr<OvProducer::EventSink> sink) {
     CheckUsable();
     const std::lock_guard lock(m_mutex);
-    // An adapter knows only what was opened through it.
+    // An adapter only knows the addresses that were opened through it.
     if (m_open) {
         throw Failure(GenTL::GC_ERR_ACCESS_DENIED, "The camera is open through another adapter");
     }
@@ -207,7 +207,7 @@ void TestCamera::WriteMemory(std::size_t offset, std::span<const std::byte> in) 
 }
 
 void TestCamera::WriteRegister(std::size_t offset, std::span<const std::byte> in) {
-    // Commands clear themselves: what was written is not kept.
+    // Command registers aren't stored: they are always read as 0.
     if (offset >= kAcquisitionStart && offset < kCommandsEnd) {
         RunCommand(offset);
         return;

@@ -19,7 +19,7 @@ namespace OvTest {
 
 class TestStream;
 
-/// Offsets of the registers that the camera itself looks at.
+/// Addresses of the registers that the camera itself reads.
 namespace CameraRegister {
 constexpr std::size_t UserId = 0x0200;
 constexpr std::size_t Width = 0x0400;
@@ -30,24 +30,24 @@ constexpr std::size_t PixelFormat = 0x0410;
 constexpr std::size_t PayloadSize = 0x0414;
 }  // namespace CameraRegister
 
-/// A description file that a test put in the place of a module's own.
+/// A description file with which a test replaces a module's own.
 struct FileOverride {
     std::string fileName;
     std::vector<std::byte> content;
 };
 
-/// What a test has changed of one module's description.
+/// A test's changes to the description of one module.
 struct DescriptionOverride {
     std::unique_ptr<FileOverride> file;
     std::unique_ptr<std::string> url;
 
-    /// Puts `own` or what replaces it into the port.
+    /// Adds `own` or its replacement to the port.
     void Apply(OvProducer::Port& port, const OvProducer::Description& own) const;
-    /// Puts the URL in the place of those that the port has.
+    /// Replaces the URLs of the port, if a test has set one.
     void ApplyUrl(OvProducer::Port& port) const;
 };
 
-/// Where the camera looks up what the test has set for all devices.
+/// The settings of the test that apply to all devices.
 class CameraSettings {
 public:
     virtual ~CameraSettings() = default;
@@ -69,7 +69,7 @@ public:
     std::vector<std::shared_ptr<OvProducer::StreamBackend>> Streams() override;
     void CheckUsable() override;
 
-    // The test's side.
+    // For the test.
 
     void ChangeFacts(const std::function<void(OvProducer::DeviceFacts&)>& change);
     void SetStreamCount(std::size_t count);
@@ -83,11 +83,11 @@ public:
     void Post(GenTL::EVENT_TYPE type, std::span<const std::byte> entry);
     std::int64_t CommandCount(std::size_t offset) const;
 
-    /// The camera's memory. Accesses lie within it.
+    /// The camera's memory. Accesses must be within it.
     void ReadMemory(std::size_t offset, std::span<std::byte> out) const;
-    /// As a test writes: nothing happens by it.
+    /// Writes for a test: starts no action.
     void WriteMemory(std::size_t offset, std::span<const std::byte> in);
-    /// As a consumer writes: command registers run.
+    /// Writes for a consumer: starts the actions of command registers.
     void WriteRegister(std::size_t offset, std::span<const std::byte> in);
     std::uint32_t Number(std::size_t offset) const;
 
@@ -127,12 +127,12 @@ public:
                                     const std::stop_token& abort) override;
     void DropFrame() override;
 
-    // The test's side.
+    // For the test.
 
     void Trigger(std::uint64_t count);
     void SetFreeRunning(bool on);
     void RestartCount();
-    /// The camera went or came.
+    /// The camera was lost or found again.
     void SetLost(bool lost);
     bool SetFrameValue(const std::string& key, std::int64_t value);
     bool SetFact(const std::string& key, std::int64_t value);

@@ -25,7 +25,7 @@ TestWorld& World() {
 constexpr int kOk = 0;
 constexpr int kUnknown = -1;
 
-/// Runs `act` on the faults when the function name is known.
+/// Runs `act` on the faults if the function name is known.
 template <typename Act>
 int OnFunction(const char* name, Act act) {
     const Function function = OvProducer::FunctionNamed(name);
@@ -72,7 +72,7 @@ struct Field {
     Value Facts::*member;
 };
 
-/// Sets the member of that key by `change`, which hands out the record.
+/// Sets the field that has the key, in the record that `change` returns.
 template <typename Facts, typename Value, std::size_t count, typename Change, typename Input>
 int SetField(const Field<Facts, Value> (&fields)[count], const char* key, const Input& value,
              Change change) {

@@ -43,7 +43,7 @@ public:
 
 private:
     struct Planned {
-        unsigned calls;  ///< until it strikes; 0 strikes every time
+        unsigned calls;  ///< until the fault occurs; 0 for every call
         GenTL::GC_ERROR code;
     };
     struct State {
@@ -51,7 +51,7 @@ private:
         std::uint64_t succeeded = 0;
         std::vector<Planned> before;
         std::vector<Planned> after;
-        std::vector<Planned> skipped;  ///< the code only says whether it strikes
+        std::vector<Planned> skipped;  ///< the code only says whether the fault occurs
         std::map<std::int32_t, GenTL::GC_ERROR> commands;
         std::int64_t sizeDelta = 0;
         unsigned delay = 0;

@@ -1,6 +1,5 @@
-/// @file
-/// The test producer as the framework sees it, and the calls beyond the
-/// standard that a GigE Vision producer offers.
+/// @file The backend of the test producer, and the functions of GigE Vision producers
+/// that aren't part of the standard.
 #include <initializer_list>
 #include <string>
 
@@ -26,7 +25,7 @@ public:
     }
 };
 
-/// A null text is allowed by some calls; it shows as empty.
+/// Some calls allow a null text, which is recorded as an empty one.
 std::string Or(const char* text) {
     return text != nullptr ? text : "";
 }

@@ -1,6 +1,5 @@
-/// @file
-/// What the test producer finds: its interfaces and cameras as a test has set
-/// them. There is one world per loaded file; it outlives `GCCloseLib`.
+/// @file The interfaces and cameras of the test producer, as a test has set them. There
+/// is one world for each loaded file, and it survives `GCCloseLib`.
 #ifndef OV_TEST_WORLD_H
 #define OV_TEST_WORLD_H
 
@@ -31,7 +30,7 @@ public:
     void SetSearchMode(std::int64_t mode) override;
     void StopDiscover() override;
 
-    // The test's side.
+    // For the test.
 
     void ChangeFacts(const std::function<void(OvProducer::InterfaceFacts&)>& change);
     /// Cameras that stay are the same objects.
@@ -79,7 +78,8 @@ public:
     std::shared_ptr<TestCamera> Camera(unsigned iface, unsigned device) const;
     std::vector<std::shared_ptr<OvProducer::InterfaceBackend>> Present() const;
 
-    /// `change` gets the overrides of the named module; false for no module.
+    /// Passes the overrides of the named module to `change`. Returns false if there is no
+    /// such module.
     bool ChangeDescription(const std::string& module,
                            const std::function<void(DescriptionOverride&)>& change);
     void Describe(OvProducer::ModuleKind kind, OvProducer::Port& port,

@@ -4,10 +4,10 @@
 #include "ApiTest.h"
 #include "TestFrame.h"
 
-/// For frames that come; a test that waits that long has failed.
+/// Time-out for frames that must arrive.
 constexpr uint32_t kFrameTimeOut = 10000;
 
-/// How a frame reaches an application.
+/// The ways in which an application receives frames.
 enum class FrameWay { Callback, Copy, Loan };
 constexpr FrameWay kFrameWays[] = {FrameWay::Callback, FrameWay::Copy, FrameWay::Loan};
 
@@ -21,13 +21,13 @@ protected:
         ASSERT_OV_OK(OVRegisterCaptureCallback(camera, nullptr, &IgnoreFrame));
     }
 
-    /// Null with a failure of the test when none comes.
+    /// Returns null and fails the test if no frame arrives.
     OV_FRAME_BUFFER* Borrow() {
         OV_FRAME_BUFFER* frame = nullptr;
         EXPECT_OV_OK(OVDQBuf(camera, &frame, kFrameTimeOut));
         return frame;
     }
-    /// Has the camera take `number` frames and borrows them.
+    /// Lets the camera take `number` frames, and borrows them.
     void BorrowNew(unsigned number) {
         producer.Trigger(0, 0, number);
         for (unsigned i = 0; i < number; ++i) {

@@ -1,6 +1,6 @@
 #pragma once
-/// What tests of the flat interface share: a test producer beside the library,
-/// and the last error taken apart.
+/// What tests of the flat interface share: a test producer beside the library, and the
+/// parts of the last error.
 
 #include <gtest/gtest.h>
 
@@ -44,8 +44,8 @@ inline void ExpectFailure(OV_STATUS status, OV_STATUS expected, const std::strin
 #define EXPECT_OV_OK(call) EXPECT_EQ((call), OV_STATUS_SUCCESS) << LastError::Get().text
 #define ASSERT_OV_OK(call) ASSERT_EQ((call), OV_STATUS_SUCCESS) << LastError::Get().text
 
-/// Each test begins with producers as new and ends with the library closed and
-/// nothing left open in them.
+/// Each test begins with producers in their first state. It ends with the library closed,
+/// and expects that nothing is left open in the producers.
 class ApiTest : public ::testing::Test {
 protected:
     explicit ApiTest(const std::string& fileName = "KwTL.cti")

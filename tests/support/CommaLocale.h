@@ -29,7 +29,7 @@ public:
     CommaLocale(const CommaLocale&) = delete;
     CommaLocale& operator=(const CommaLocale&) = delete;
 
-    /// Whether the process has kept it.
+    /// Whether it is still the locale of the process.
     static bool IsSet() { return std::setlocale(LC_ALL, nullptr) == std::string(kName); }
 
 private:

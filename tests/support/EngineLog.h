@@ -10,9 +10,9 @@
 
 namespace EngineTest {
 
-/// Stands behind the engine's log for the life of a scope. Maps ask for their
-/// loggers when they are made, so it has to be there before them. One thread,
-/// one of them at a time.
+/// Receives the engine's log during the object's lifetime. Maps get their loggers when
+/// they are made, so it must be made before them. For one thread, and one object at a
+/// time.
 class EngineLog {
 public:
     struct Line {
@@ -36,8 +36,7 @@ public:
             [](const char*) {},
             [](const char*) {},
         };
-        // The shim configures its library at the first use; that is not what
-        // tests look at.
+        // The engine configures the library at the first use. Tests don't examine that.
         GenICam_3_0_ORVANE::CLog::GetLogger("");
         s_Loggers.clear();
         s_Level = level;
@@ -49,13 +48,13 @@ public:
     EngineLog(const EngineLog&) = delete;
     EngineLog& operator=(const EngineLog&) = delete;
 
-    /// Whether the categories count as having loggers of their own.
+    /// Sets whether categories have loggers of their own.
     void SetExists(bool exists) { s_Exists = exists; }
     bool HasLogger(const std::string& name) const { return s_Loggers.count(name) != 0; }
     size_t CountLoggers() const { return s_Loggers.size(); }
     /// Lines of a category, with their levels.
     const std::vector<Line>& Lines(const std::string& name) const { return s_Loggers[name]; }
-    /// Their texts alone.
+    /// Their texts without the levels.
     std::vector<std::string> Texts(const std::string& name) const {
         std::vector<std::string> texts;
         for (const Line& line : Lines(name)) {

@@ -1,6 +1,6 @@
 #pragma once
-/// All that a client can ask of live nodes, for descriptions of which nobody knows
-/// what they hold: failures of the engine's family are answers.
+/// Uses live nodes in every way that a client can, for descriptions of unknown content.
+/// Exceptions of the engine are legal results.
 
 #include <array>
 #include <cstdint>
@@ -24,7 +24,7 @@
 
 namespace EngineTest {
 
-/// Calls each of the actions, whichever fails.
+/// Calls all actions, even if some of them throw.
 template <class... Action>
 void AttemptEach(const Action&... actions) {
     const auto attempt = [](const auto& action) {
@@ -127,7 +127,7 @@ void UseAs(GenApi_3_0_ORVANE::INode& node) {
     (use(dynamic_cast<Interfaces*>(&node)), ...);
 }
 
-/// What a walk over the values of selectors does first.
+/// The first step of a walk over the values of selectors.
 inline void StepSelectors(GenApi_3_0_ORVANE::INode& node) {
     AttemptEach([&] {
         GenApi_3_0_ORVANE::CSelectorSet selectors(&node);
@@ -161,7 +161,7 @@ inline void UseNode(GenApi_3_0_ORVANE::INode& node) {
     AttemptEach([&] { node.InvalidateNode(); });
 }
 
-/// What is done with all nodes at once.
+/// Calls that use all nodes at once.
 inline void UseMap(GenApi_3_0_ORVANE::INodeMap& map) {
     using namespace GenApi_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
     AttemptEach(
@@ -175,7 +175,7 @@ inline void UseMap(GenApi_3_0_ORVANE::INodeMap& map) {
         [&] { map.InvalidateNodes(); });
 }
 
-/// Every node, and then the map.
+/// Uses every node, and then the map.
 inline void UseEverything(GenApi_3_0_ORVANE::INodeMap& map) {
     GenApi_3_0_ORVANE::node_vector nodes;
     map.GetNodes(nodes);

@@ -9,8 +9,8 @@ enum class Shortage {
     Lasting  ///< and all that follow it
 };
 
-/// Refuses the allocation that follows `before` others of this thread, for the life of
-/// the object. What the producers allocate is given to them.
+/// Refuses the allocation that follows `before` others of this thread, during the
+/// object's lifetime. Producers receive all memory that they allocate.
 class FailingMemory {
 public:
     FailingMemory(size_t before, Shortage shortage);

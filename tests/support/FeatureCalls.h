@@ -1,6 +1,5 @@
 #pragma once
-/// Every call on a feature in one form, for tests that hold them all to the
-/// same rules.
+/// All calls on features in one form, for tests of the rules that they share.
 
 #include <algorithm>
 #include <array>
@@ -12,7 +11,7 @@
 #include "OvIAPI.h"
 #include "support/DescriptionXml.h"
 
-/// What a call gets, to be spoilt argument by argument, and what it leaves.
+/// The arguments of a call, which tests spoil one by one, and its results.
 class FeatureArguments {
 public:
     FeatureArguments(OV_DEV_HANDLE handle, OV_FEATURE_ID id) : camera(handle), feature(id) {
@@ -29,7 +28,7 @@ public:
     T* Output() {
         return hasPointer ? reinterpret_cast<T*>(m_output.data()) : nullptr;
     }
-    /// Memory for the content itself, of a kilobyte.
+    /// Memory for the content itself, a kilobyte.
     template <class T>
     T* Content() {
         return reinterpret_cast<T*>(m_content.data());
@@ -124,7 +123,7 @@ inline const FeatureCall kAll[] = {
 
 }  // namespace feature_calls
 
-/// A camera's description whose body is given, with a port "Device".
+/// A camera's description with the given nodes and a port "Device".
 inline std::string DescribeCamera(const std::string& body) {
     return DescriptionXml::DocumentXml{
         .model = "Own",
@@ -137,8 +136,8 @@ inline std::string DescribeCamera(const std::string& body) {
         .versionGuid = "3B6F0D21-7E44-4A90-9C15-8D2F61B01002"}("<Port Name=\"Device\"/>" + body);
 }
 
-/// The features of kAll on a camera that must be asked whatever is done to
-/// them. "Gate" has to be 1.
+/// Describes the features of kAll without caches, so that every call asks the camera.
+/// "Gate" must be 1.
 inline std::string DescriptionThatAsksTheCamera() {
     const auto integer = [](const std::string& name, int address) {
         return DescriptionXml::RegXml{

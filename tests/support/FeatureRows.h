@@ -1,5 +1,5 @@
 #pragma once
-/// Every feature that has an identifier, as the header has them.
+/// All features that have identifiers, from the header.
 
 #include "OvIDef.h"
 

@@ -3,8 +3,8 @@
 
 #include "support/FeatureCalls.h"
 
-/// A number in the camera's memory that is never cached.
-/// @param more  what else the description says of it
+/// Describes a number in the camera's memory that is never cached.
+/// @param more  elements that all nodes have
 inline std::string DescribeNumber(const std::string& name, uint64_t address,
                                   const std::string& more) {
     return DescriptionXml::RegXml{.name = name,

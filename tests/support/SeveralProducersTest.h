@@ -3,8 +3,8 @@
 
 #include "support/ApiTest.h"
 
-/// Each test begins with producers as new and ends with the library closed and
-/// nothing left open in them.
+/// Each test begins with producers in their first state. It ends with the library closed,
+/// and expects that nothing is left open in the producers.
 class SeveralProducersTest : public ::testing::Test {
 protected:
     SeveralProducersTest() {

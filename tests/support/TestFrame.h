@@ -10,8 +10,8 @@ constexpr int kTestFrameHeight = 48;
 constexpr size_t kTestFrameSize = size_t{kTestFrameWidth} * kTestFrameHeight;
 constexpr int kTestFrameFormat = 0x01080001;  // Mono8
 
-/// Where frame n differs from what the producer made; "" for nowhere. The record
-/// is one of the three that the interface has.
+/// The first place where frame n differs from the producer's; "" if it doesn't. The
+/// record is one of the three of the flat interface.
 template <class Record>
 std::string DifferenceOf(uint64_t n, int32_t status, const Record& record) {
     const std::string frame = "frame " + std::to_string(n) + ": ";

@@ -17,7 +17,7 @@ namespace EngineTest {
 /// The record shows what was read, and so also what a cache has spared.
 class TestPort : public GenApi_3_0_ORVANE::IPort {
 public:
-    /// One read or write that arrived, failed ones included.
+    /// One read or write, also one that failed.
     struct Access {
         bool isWrite;
         int64_t address;
@@ -52,7 +52,7 @@ public:
 
     // What the device does by itself, without caches and counters.
 
-    /// Bytes as they lie in memory.
+    /// Bytes in the order of the memory.
     void PutBytes(int64_t address, const std::vector<uint8_t>& bytes) {
         const auto length = static_cast<int64_t>(bytes.size());
         std::copy(bytes.begin(), bytes.end(), At(address, length));

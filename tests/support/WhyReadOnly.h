@@ -1,5 +1,5 @@
 #pragma once
-/// What a description says against writing a node.
+/// Why a description doesn't allow writes to a node.
 
 #include <string>
 
@@ -15,8 +15,8 @@ inline bool Says(INode& node, const char* property, const char* text) {
     return node.GetProperty(property, value, attribute) && value == text;
 }
 
-/// Why no state of a camera ever lets a client write the node; empty where
-/// nothing of the description is against it.
+/// The reason why a client can't write the node in any state of the camera; empty if the
+/// description has no such reason.
 inline std::string WhyReadOnly(INode& node) {
     if (Says(node, "ImposedAccessMode", "RO")) {
         return "read only by the description";
@@ -43,7 +43,7 @@ inline std::string WhyReadOnly(INode& node) {
     return "";
 }
 
-/// Why no state of a camera ever lets a client move the selector.
+/// The reason why a client can't change the selector in any state of the camera.
 inline std::string WhyFixed(INode& node) {
     if (auto* const choice = dynamic_cast<IEnumeration*>(&node)) {
         node_vector entries;

@@ -31,7 +31,7 @@ public:
     TestPort& Port() { return m_Port; }
     GenApi_3_0_ORVANE::INodeMap& Map() { return *m_Map; }
     GenApi_3_0_ORVANE::INodeMap* operator->() { return m_Map.get(); }
-    /// A node through one of its interfaces; std::bad_cast without such a node.
+    /// A node by one of its interfaces. Throws std::bad_cast if there is no such node.
     template <class Interface = GenApi_3_0_ORVANE::INode>
     Interface& Get(const char* name) {
         return dynamic_cast<Interface&>(*m_Map->GetNode(name));

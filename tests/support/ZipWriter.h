@@ -30,9 +30,8 @@ class ZipWriter {
 public:
     enum Method { Stored = 0, Deflated = 8 };
 
-    /// @param claimedSize  what the archive says of the unpacked size; by
-    ///                     default the truth
-    /// @param crcError     is added to the check sum
+    /// @param claimedSize  the unpacked size in the archive; by default the true one
+    /// @param crcError     added to the check sum
     void Add(const std::string& name, const std::string& content, Method method = Stored,
              size_t claimedSize = std::string::npos, uint32_t crcError = 0) {
         const std::string packed = method == Stored ? content : Deflate(content);
