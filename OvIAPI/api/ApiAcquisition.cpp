@@ -16,7 +16,7 @@ using namespace OVTLClass;
 
 namespace {
 
-/// Raises unless the camera acquires and the application fetches and returns frames
+/// Throws unless the camera acquires and the application fetches and returns frames
 /// itself.
 void CheckFrameCall(IDataStream& stream, bool isStarted, const char* call, const OvPlace& place) {
     if (stream.DoIsRegisterCaptureCallback()) {

@@ -14,7 +14,7 @@ using namespace OVTLClass;
 
 namespace {
 
-/// Raises with the message when the calling thread is in a callback of that kind for the
+/// Throws with the message if the calling thread is in a callback of that kind for the
 /// camera.
 void CheckNotInside(CallbackKind kind, const IDevice& camera, const char* message,
                     const OvPlace& place) {
@@ -23,7 +23,7 @@ void CheckNotInside(CallbackKind kind, const IDevice& camera, const char* messag
     }
 }
 
-/// Raises with the message for a handle that isn't registered. Handles are only compared:
+/// Throws with the message for a handle that isn't registered. Handles are only compared:
 /// what one points to may be gone. In a callback that refuses the call anyway, only null
 /// is refused here: a close on another thread may have removed the registration already.
 template <class IsRegistered>

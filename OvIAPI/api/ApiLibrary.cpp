@@ -48,7 +48,7 @@ OV_STATUS OVCloseLib(void) try {
     }
     CDeviceInfoFactory& factory = manager.GetDeviceInfoFactory();
     if (CCallbackScope::IsInsideAny()) {
-        // Raises. Another thread that closes the library holds the API lock while it
+        // This throws. Another thread that closes the library holds the API lock while it
         // waits for the end of this callback, so this thread must not wait for that lock.
         factory.CloseAllDevice(OV_HERE);
     }

@@ -28,7 +28,7 @@ constexpr std::initializer_list<CallbackKind> kRefused = {
 constexpr const char* kReadOnly = "Can't start acquisition on read-only mode";
 
 /// Locks the camera's transport parameters for an acquisition. Unlocks them also when the
-/// lock itself has raised: the camera may have taken it.
+/// lock itself has thrown: the camera may have taken it.
 class CRemoteDeviceTLParamsLockedAgency : public CAgency {
 public:
     explicit CRemoteDeviceTLParamsLockedAgency(const IFeatureControl& remote) {
