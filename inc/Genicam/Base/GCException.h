@@ -18,7 +18,7 @@ class OV_ENGINE_API GenericException {
 public:
     /// Makes an exception whose text has the cause and the place in the source.
     GenericException(const char* description, const char* sourceFileName, unsigned sourceLine);
-    /// The same with the type of the exception, by the name that users know.
+    /// The same with the type of the exception, by its name.
     GenericException(const char* description, const char* sourceFileName, unsigned sourceLine,
                      const char* exceptionType);
     /// The same with the node and the client's call that led to it. Empty texts are left out.

@@ -43,7 +43,7 @@ void CNodeImpl::Initialize(INodeMapPrivate* nodeMap, CNodeData::ENodeType_t type
 }
 
 INodeMapPrivate& CNodeImpl::GetMap() const {
-    OV_ASSERT(m_pNodeMap != NULL);  // NOLINT(modernize-use-nullptr): known text
+    OV_ASSERT(m_pNodeMap != NULL);  // NOLINT(modernize-use-nullptr): the text
     return *m_pNodeMap;
 }
 

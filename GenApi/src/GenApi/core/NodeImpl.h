@@ -69,7 +69,7 @@ public:
     static CProperty MakeLink(INodeDataMap& nodeDataMap, CPropertyID id, INodePrivate& target);
 
     CCallState& GetCallState() const {
-        OV_ASSERT(m_pNodeMap != NULL);  // NOLINT(modernize-use-nullptr): known text
+        OV_ASSERT(m_pNodeMap != NULL);  // NOLINT(modernize-use-nullptr): the text
         return *m_pCallState;
     }
     CLock& GetLock() const { return GetCallState().GetLock(); }

@@ -126,8 +126,9 @@ bool ApplyTest(FormulaOp op, Value left, Value right, Value& result) {
     return true;
 }
 
-/// Operators that the compiler accepts as text and no number knows. The texts differ because
-/// users know them from logs.
+/// Operators that the compiler accepts as text and no number knows. The dollar sign
+/// and the semicolon are the formula's mistake and reported as one of syntax, all others as
+/// internal errors.
 const char* RefuseOperator(FormulaOp op) {
     return op == FormulaOp::Dollar || op == FormulaOp::Semicolon ? kSyntax : kInternal;
 }

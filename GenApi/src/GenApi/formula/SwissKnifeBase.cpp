@@ -100,8 +100,8 @@ void CSwissKnifeBase<Types>::AddVariable(const CProperty& property) {
     }
 }
 
-/// A formula that doesn't compile is a fault of this node alone. The type of the failure is known
-/// from reports.
+/// A formula that doesn't compile is a fault of this node alone. It is raised as a
+/// LogicalErrorException when the node is used.
 template <class Types>
 void CSwissKnifeBase<Types>::FinalConstruct() {
     CNodeImpl::FinalConstruct();

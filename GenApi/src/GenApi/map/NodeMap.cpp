@@ -58,7 +58,7 @@ void string2node_t::Insert(INodePrivate* node) {
     Spaces& spaces = m_Spaces[{name.c_str(), name.size()}];
     INodePrivate*& slot =
         node->InternalGetNameSpace() == Standard ? spaces.standard : spaces.custom;
-    // Only for the text of the assertion, which is known from reports.
+    // Named for the text of the assertion, which is a part of the interface.
     struct {
         bool second;
     } const ret{slot == nullptr};

@@ -46,8 +46,8 @@ void CFltRegImpl::SetProperty(const CProperty& property) {
     }
 }
 
-/// The length may come from another node, so it is checked at each access. Both texts are known
-/// from reports.
+/// The length may come from another node, so it is checked at each access. Both texts are the
+/// broken condition.
 double CFltRegImpl::InternalGetValue(bool verify, bool ignoreCache) {
     const int64_t Length = InternalGetLength();
     if (Length > kDoubleLength) {

@@ -45,7 +45,7 @@ void CMaskedIntRegImpl::FinalConstruct() {
 }
 
 /// Runs once, so a description that is wrong here makes a faulty node and costs no access
-/// anything. Each text is the broken condition, as users know it.
+/// anything. Each text is the broken condition.
 void CMaskedIntRegImpl::CheckBits() {
     const auto require = [](bool condition, const char* text) {
         if (!condition) {

@@ -33,7 +33,7 @@ gcstring CEnumEntryImpl::InternalToString(bool /*verify*/, bool /*ignoreCache*/)
     return m_Symbolic;
 }
 
-/// The text is known from reports, down to its blanks.
+/// An entry is a state of its enumeration and has no value of its own to set.
 void CEnumEntryImpl::InternalFromString(const gcstring& value, bool /*verify*/) {
     LOGICAL_ERROR_EXCEPTION_NODE(
         "EnumEntry %s can't set value from string  : %s. Use derived class!", m_Name.c_str(),

@@ -21,7 +21,7 @@ namespace EngineTest {
 
 /// What a call returns, or the text of its failure.
 template <class Call>
-std::string TextOf(const Call& call) {
+std::string OutcomeOf(const Call& call) {
     try {
         return call();
     } catch (const GenICam_3_0_ORVANE::GenericException& failure) {
@@ -35,21 +35,21 @@ std::string LimitsOf(GenApi_3_0_ORVANE::INode& node) {
     if (number == nullptr) {
         return "";
     }
-    return TextOf([&] { return " from " + std::to_string(number->GetMin()); }) +
-           TextOf([&] { return " to " + std::to_string(number->GetMax()); });
+    return OutcomeOf([&] { return " from " + std::to_string(number->GetMin()); }) +
+           OutcomeOf([&] { return " to " + std::to_string(number->GetMax()); });
 }
 
 /// All that a client sees of a node's value.
 inline std::string StateOf(GenApi_3_0_ORVANE::INode& node) {
     using namespace GenApi_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
     const std::string access =
-        TextOf([&] { return std::string(EAccessModeClass::ToString(node.GetAccessMode())); });
+        OutcomeOf([&] { return std::string(EAccessModeClass::ToString(node.GetAccessMode())); });
     auto* const value = dynamic_cast<IValue*>(&node);
     // Whether a command runs is known to the map that has started it.
     if (value == nullptr || dynamic_cast<ICommand*>(&node) != nullptr) {
         return access;
     }
-    return access + " " + TextOf([&] { return std::string(value->ToString().c_str()); }) +
+    return access + " " + OutcomeOf([&] { return std::string(value->ToString().c_str()); }) +
            LimitsOf<IInteger>(node) + LimitsOf<IFloat>(node);
 }
 
