@@ -77,8 +77,8 @@ void GenericException::AssembleMessage() {
     m_What.assign(message.c_str(), message.size());
 }
 
-/// The exception takes memory itself. If there is none for it, making its texts would come back
-/// here for ever; the mark of the thread turns that into a plain std::bad_alloc.
+/// An exception takes memory itself. Without memory, making its texts would call this function
+/// again, without end; the mark of the thread turns that into a plain std::bad_alloc.
 void ThrowBadAlloc(const char* file, unsigned line) {
     static thread_local bool isThrowing = false;
     if (isThrowing) {

@@ -35,7 +35,7 @@ using Clock = std::chrono::steady_clock;
 /// dead. Processes that know of no such file hold it for less.
 constexpr std::chrono::seconds kGrace(1);
 
-/// Opens the semaphore for all users, whatever rights the process gives to its files.
+/// Opens the semaphore for all users, whatever the file mode mask of the process is.
 sem_t* Open(const gcstring& hashedName) {
     const mode_t mask = umask(0);
     sem_t* const semaphore = sem_open(hashedName.c_str(), O_CREAT, kMode, 1);
@@ -89,18 +89,20 @@ private:
 /// A hash that other processes compute as well: it never changes, and its use of the sign of
 /// characters is part of it.
 uint64_t Hash(const gcstring& name) {
-    uint64_t hash = 5381;
+    constexpr uint64_t kBegin = 5381;
+    constexpr uint64_t kFactor = 33;
+    uint64_t hash = kBegin;
     for (size_t i = 0; i < name.size(); ++i) {
         // NOLINTNEXTLINE(bugprone-signed-char-misuse)
         const auto byte = static_cast<int64_t>(static_cast<signed char>(name.c_str()[i]));
-        hash = (hash * 33) ^ static_cast<uint64_t>(byte);
+        hash = (hash * kFactor) ^ static_cast<uint64_t>(byte);
     }
     return hash;
 }
 
 }  // namespace
 
-/// Length and hash tell long names apart that begin alike.
+/// The length and the hash distinguish long names that begin alike.
 gcstring CGlobalLock::HashSemName(const gcstring& name) {
     std::array<char, 64> text{};
     std::snprintf(text.data(), text.size(), "/%02x%016llx",
@@ -124,8 +126,8 @@ CGlobalLock::~CGlobalLock() noexcept(false) {
     }
 }
 
-/// By trying again and again: the file's lock and the semaphore can't both be waited for, and a
-/// semaphore alone can't tell that its holder has died.
+/// By trying again and again: no system call waits for the file's lock and the semaphore at once,
+/// and a semaphore alone doesn't show that its holder has died.
 bool CGlobalLock::Lock(unsigned timeoutMilliseconds) {
     const auto begin = Clock::now();
     const std::chrono::milliseconds limit(timeoutMilliseconds);

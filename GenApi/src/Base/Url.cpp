@@ -17,7 +17,7 @@ bool PassesUnescaped(char character) {
            kEscaped.find(character) == std::string_view::npos;
 }
 
-/// The byte that "%" and two hexadecimal digits stand for; false for anything else.
+/// Reads "%" and two hexadecimal digits; false for anything else.
 bool DecodeEscape(std::string_view text, unsigned char& byte) {
     constexpr size_t kEscapeLength = 3;
     if (text.size() < kEscapeLength || text[0] != '%') {

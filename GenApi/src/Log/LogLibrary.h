@@ -6,8 +6,8 @@
 
 namespace GenICam_3_0_ORVANE {
 
-/// Looks for the library, first beside the running executable and then by the
-/// system's loader. Null when there is none.
+/// Looks for the library, first in the folder of the running executable and then by the system's
+/// loader. Returns null if there is none.
 const CLogBackend* FindLogLibrary();
 
 /// The log that `OV_LOG` switches on, in the place of a library; null when it is off.

@@ -27,7 +27,7 @@ OV_ENGINE_API gcstring GetModulePathFromFunction(void* function);
 
 /// Appends the names, without folders, of the files that match a pattern.
 /// @param pattern          may hold "*", "?" and "$(NAME)" for a variable
-/// @param onlyDirectories  leaves out everything else where the system can tell
+/// @param onlyDirectories  leaves out everything that the system knows not to be a folder
 /// @throws RuntimeException if reading fails
 OV_ENGINE_API void GetFiles(const gcstring& pattern, gcstring_vector& files,
                             bool onlyDirectories = false);
@@ -55,7 +55,7 @@ OV_ENGINE_API gcstring GetGenICamCLProtocolFolder();
 
 /// Replaces each "\" by "/" and escapes the characters that a URL can't hold.
 OV_ENGINE_API gcstring UrlEncode(const gcstring& text);
-/// Replaces escapes by the bytes that they stand for. What isn't an escape stays.
+/// Replaces escapes by their bytes. What isn't an escape stays.
 OV_ENGINE_API gcstring UrlDecode(const gcstring& text);
 
 }  // namespace GenICam_3_0_ORVANE

@@ -37,8 +37,8 @@ public:
     /// @throws RuntimeException if the system refuses
     void Unlock();
 
-    /// Returns the name of the semaphore for a lock's name: short enough for the system, and a
-    /// different one for each name as far as a hash can tell.
+    /// Returns the name of the semaphore of a lock: short enough for the system, and with a hash
+    /// of the whole name.
     static gcstring HashSemName(const gcstring& name);
 
 private:

@@ -10,8 +10,8 @@ struct ChunkLayout;
 /// Walks a buffer from its end to its start, as the layout of the transport says.
 class OV_ENGINE_API CChunkAdapterTrailer : public CChunkAdapter {
 public:
-    /// Returns false also for a buffer whose first chunk has no data: eight bytes alone can't be
-    /// told from other data.
+    /// Returns false also for a buffer whose first chunk has no data: eight bytes alone could be
+    /// anything.
     bool CheckBufferLayout(const uint8_t* buffer, int64_t length) override;
     /// As for CChunkAdapter.
     void AttachBuffer(uint8_t* buffer, int64_t length,

@@ -47,8 +47,8 @@ struct OV_ENGINE_API INode : virtual public IBase {
     /// Returns the device name under which the map was created.
     virtual gcstring GetDeviceName() = 0;
     /// Replaces the list with the node's neighbours of one kind.
-    /// @param linkType  ValueChildren stands for all nodes whose values make up this one's,
-    ///         without the inner formulas of converters
+    /// @param linkType  ValueChildren are all nodes whose values make up this one's, without the
+    ///         inner formulas of converters
     virtual void GetChildren(node_vector& list, ELinkType linkType) = 0;
     /// Replaces the list with the nodes that have this one as a child.
     virtual void GetParents(node_vector& list) = 0;

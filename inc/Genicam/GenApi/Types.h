@@ -42,7 +42,7 @@ enum ECachingMode {
 /// shown what is invisible.
 enum EVisibility { Beginner = 0, Expert = 1, Guru = 2, Invisible = 3, _UndefinedVisibility = 99 };
 
-/// An answer that a description gives or leaves open.
+/// A yes or no of the description, or neither.
 enum EYesNo { No = 0, Yes = 1, _UndefinedYesNo = 2 };
 
 /// Whether a name is from a standard or the device maker's own.

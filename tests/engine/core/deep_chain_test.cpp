@@ -10,7 +10,7 @@
 #include "GenApi/IFloat.h"
 #include "GenApi/IString.h"
 #include "NodeGraph.h"
-#include "core/NestingScope.h"
+#include "node/NestingScope.h"
 #include "values/FloatImpl.h"
 #include "values/StringNodeImpl.h"
 

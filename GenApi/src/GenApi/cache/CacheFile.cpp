@@ -1,6 +1,7 @@
-// Files of preprocessed descriptions in a folder that processes share. A file has its name from
-// the hash of what it was made of, is locked between processes while it is used, and has a
-// checksum beside it, because its content is trusted without the checks that a description gets.
+// Files of preprocessed descriptions in a folder that processes share. The name of a file is the
+// hash of what it was made of. A file is locked between processes while it is used, and has a
+// checksum in another file: its content is trusted without the checks that a description goes
+// through.
 
 #include "cache/CacheFile.h"
 
@@ -58,7 +59,7 @@ std::string Checksum(const std::string& bytes) {
     return HexOfMemory(XXH64(bytes.data(), bytes.size(), 0));
 }
 
-/// Other files in the folder are none of ours to delete.
+/// Other files in the folder aren't ours to delete.
 bool IsCacheFileName(const std::string& name) {
     return name.size() == kNameLength && name.starts_with("0x") && name.ends_with(kExtension);
 }
@@ -123,13 +124,13 @@ auto CCacheFile::Check(const std::string& bytes) const -> EChecksum {
 }
 
 bool CCacheFile::Write(const std::string& bytes) const {
-    // The checksum goes first: equal descriptions give equal files, so that it
-    // fits whichever file it meets.
+    // The checksum goes first: equal descriptions make equal files, so that it fits whichever
+    // file is there.
     return m_Folder.Write(m_FileName + kChecksumExtension, Checksum(bytes)) &&
            m_Folder.Write(m_FileName, bytes);
 }
 
-/// Whoever doesn't name a folder doesn't want a cache, and must not get an exception for it.
+/// Without a folder there is no cache, which isn't a failure.
 gcstring FindCacheFolder() {
     try {
         return GenICam_3_0_ORVANE::GetGenICamCacheFolder();

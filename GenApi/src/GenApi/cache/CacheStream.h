@@ -31,9 +31,8 @@ private:
     std::string m_Bytes;
 };
 
-/// Gives the bytes of a cache file. It fails as a stream does: once something
-/// is wrong all reads give zeros and the state tells why. No file can make it
-/// read beyond its end.
+/// Reads the bytes of a cache file. It fails as a stream does: after the first failure all reads
+/// return zeros, and the state says what it was. No file can make it read beyond its end.
 class CCacheReader {
 public:
     enum class State {
@@ -58,16 +57,16 @@ public:
         m_Rest.remove_prefix(Bytes);
         return number;
     }
-    /// A text and its zero; lives as long as the file's bytes.
+    /// Returns a text, without its zero. It lives as long as the file's bytes.
     std::string_view Text();
-    /// Passes the header, or fails as Foreign.
+    /// Skips the header, or fails as Foreign.
     void Header();
-    /// As much as is left to read.
+    /// Returns how many bytes are left.
     size_t GetRest() const { return m_Rest.size(); }
 
     bool IsGood() const { return m_State == State::Good; }
     State GetState() const { return m_State; }
-    /// The first failure counts.
+    /// Sets the state. Only the first failure counts.
     void Fail(State state);
 
 private:

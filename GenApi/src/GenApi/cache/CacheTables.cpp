@@ -128,8 +128,8 @@ void CProperty::ToFile(CCacheWriter& writer) const {
     }
 }
 
-/// Everything is read before anything is judged, so that the state of the reader tells whether
-/// the file ended too soon.
+/// Everything is read before anything is judged, so that a file which ends too soon fails for
+/// that reason.
 CProperty CProperty::FromFile(CCacheReader& reader, const CCacheCounts& counts,
                               INodeDataMap* pNodeDataMap, int depth) {
     CProperty property(pNodeDataMap);

@@ -9,12 +9,11 @@ struct XXH32_state_s;
 
 namespace GenApi_3_0_ORVANE {
 
-/// Takes a description in pieces. The bits guard against no one: they tell
-/// descriptions apart, fast.
+/// Takes a description in pieces. Not cryptographic: it only distinguishes descriptions.
 class CDescriptionHash {
 public:
-    /// Begins with what tells one form of the file, and one build family, from
-    /// another.
+    /// Begins with the form of the cache file and the family of builds, which both change the
+    /// hash.
     CDescriptionHash();
     ~CDescriptionHash();
     CDescriptionHash(const CDescriptionHash&) = delete;
@@ -23,7 +22,7 @@ public:
     void Feed(std::string_view bytes);
     /// RuntimeException when the file can't be opened.
     void FeedFile(const char* fileName);
-    /// 0 is a hash of no use.
+    /// Returns the hash of everything so far. 0 means that the description isn't cached.
     uint32_t Digest() const;
 
 private:

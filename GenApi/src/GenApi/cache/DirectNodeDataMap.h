@@ -1,5 +1,5 @@
 #pragma once
-/// What stands in for a data map while live nodes are made from a cache file.
+/// Takes the place of a data map while live nodes are made from a cache file.
 
 #include <algorithm>
 #include <string>
@@ -13,7 +13,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Gives nodes their texts, and the names that have been met so far.
+/// Resolves texts for the nodes, and collects the names that were read so far.
 class DirectNodeDataMap final : public INodeDataMap {
 public:
     DirectNodeDataMap(std::vector<std::string> strings, size_t numNodes)

@@ -48,7 +48,7 @@ int OpenFolder(const std::string& path) {
     return isUsable ? folder.Release() : COpenFile::kNone;
 }
 
-/// Until the end rather than by the size that the system tells, which is that of a moment.
+/// Until the end rather than by the size, which may have changed since somebody asked for it.
 bool ReadAll(int file, std::string& bytes) {
     std::array<char, 65536> block{};
     for (;;) {

@@ -11,7 +11,7 @@
 #include "GenApi/ChunkPort.h"
 #include "GenApi/IChunkPort.h"
 #include "GenApi/INodeMap.h"
-#include "map/EachInTurn.h"
+#include "map/DespiteFailures.h"
 #include "map/FaultyNodes.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -45,8 +45,8 @@ void CChunkAdapter::AttachNodeMap(INodeMap* map) {
     m_ppChunkPorts.swap(ports);
 }
 
-/// Moved out first, so that a callback that throws leaves no port behind in the adapter: the
-/// remaining ones detach when the list ends.
+/// Moved out first, so that no port is left in the adapter if a callback throws: the remaining
+/// ones detach when the list ends.
 void CChunkAdapter::DetachNodeMap() {
     const std::vector<std::unique_ptr<CChunkPort>> ports = std::exchange(m_ppChunkPorts, {});
     for (const auto& port : ports) {
@@ -54,16 +54,17 @@ void CChunkAdapter::DetachNodeMap() {
     }
 }
 
-/// All ports are updated, whichever fails: the old buffer may be gone, and none of them may go on
-/// reading from it.
+/// All ports are updated, whichever fails: the old buffer may be gone, and no port may read from
+/// it any more.
 void CChunkAdapter::UpdateBuffer(uint8_t* buffer) {
     if (buffer == nullptr) {
         RUNTIME_EXCEPTION("Invalid buffer passed to chunk parser!");
     }
-    ForEachInTurn(m_ppChunkPorts.begin(), m_ppChunkPorts.end(), [buffer](const auto& port) {
-        port->UpdateBuffer(buffer);
-        port->InvalidateNode();
-    });
+    ForEachDespiteFailures(m_ppChunkPorts.begin(), m_ppChunkPorts.end(),
+                           [buffer](const auto& port) {
+                               port->UpdateBuffer(buffer);
+                               port->InvalidateNode();
+                           });
 }
 
 void CChunkAdapter::DetachBuffer() {

@@ -18,11 +18,12 @@ constexpr int64_t kShortestWithCrc = 28;
 /// A table for whole bytes, computed by the compiler: frames have millions of bytes.
 constexpr std::array<uint16_t, 256> MakeCrcTable() {
     constexpr unsigned kPolynomial = 0x1021;
+    constexpr unsigned kTopBit = 0x8000;
     std::array<uint16_t, 256> table{};
     for (unsigned byte = 0; byte < table.size(); ++byte) {
         unsigned rest = byte << 8;
         for (int bit = 0; bit < 8; ++bit) {
-            rest = (rest << 1) ^ ((rest & 0x8000) != 0 ? kPolynomial : 0);
+            rest = (rest << 1) ^ ((rest & kTopBit) != 0 ? kPolynomial : 0);
         }
         table[byte] = static_cast<uint16_t>(rest);
     }
@@ -54,8 +55,10 @@ bool CChunkAdapterDcam::HasCRC(const uint8_t* buffer, int64_t length) {
     if (length < kShortestWithCrc) {
         return false;
     }
+    constexpr int64_t kLengthPlace = 8 + kCrcBytes;
+    constexpr int64_t kComplementPlace = 4 + kCrcBytes;
     const uint8_t* const end = buffer + length;
-    return WordBefore(end, 12) == ~WordBefore(end, 8);
+    return WordBefore(end, kLengthPlace) == ~WordBefore(end, kComplementPlace);
 }
 
 /// The most significant bit first, without reflection.

@@ -9,7 +9,7 @@
 
 #include "Base/GCException.h"
 #include "Base/OvAssert.h"
-#include "chunks/ChunkRound.h"
+#include "chunks/ChunkBinder.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -103,14 +103,14 @@ void CChunkAdapterGeneric::Attach(uint8_t* buffer, const Chunk* chunks, int64_t 
     for (const Chunk& chunk : list) {
         CheckChunk(chunk);
     }
-    ChunkRound round(m_ppChunkPorts, m_MaxChunkCacheSize, buffer);
+    ChunkBinder binder(m_ppChunkPorts, m_MaxChunkCacheSize, buffer);
     for (const Chunk& chunk : list) {
-        round.Offer({chunk.ChunkOffset, chunk.ChunkLength, chunk.ChunkLength},
-                    [identifier = IdentifierOf(chunk)](const CChunkPort& port) {
-                        return Matches(port, identifier);
-                    });
+        binder.Offer({chunk.ChunkOffset, chunk.ChunkLength, chunk.ChunkLength},
+                     [identifier = IdentifierOf(chunk)](const CChunkPort& port) {
+                         return Matches(port, identifier);
+                     });
     }
-    round.Finish(statistics);
+    binder.Finish(statistics);
 }
 
 }  // namespace GenApi_3_0_ORVANE

@@ -23,13 +23,13 @@ void CChunkAdapterTrailer::AttachBuffer(uint8_t* buffer, int64_t length,
     if (!CheckBufferLayout(buffer, length)) {
         RUNTIME_EXCEPTION("Invalid layout of buffer attached to chunk %s!", m_Layout.name);
     }
-    ChunkRound round(m_ppChunkPorts, m_MaxChunkCacheSize, buffer);
+    ChunkBinder binder(m_ppChunkPorts, m_MaxChunkCacheSize, buffer);
     WalkChunks(m_Layout, buffer, length, [&](const ChunkPlace& chunk, const uint8_t* identifier) {
-        round.Offer(chunk, [this, identifier](const CChunkPort& port) {
+        binder.Offer(chunk, [this, identifier](const CChunkPort& port) {
             return m_Layout.matches(port, identifier);
         });
     });
-    round.Finish(statistics);
+    binder.Finish(statistics);
 }
 
 }  // namespace GenApi_3_0_ORVANE

@@ -1,31 +1,31 @@
 #pragma once
-/// The layouts of chunks in a buffer, and the one way through all of them.
+/// The layouts of chunks in a buffer, and the one walk through all of them.
 
 #include <bit>
 #include <cstdint>
 #include <cstring>
 
-#include "chunks/ChunkRound.h"
+#include "chunks/ChunkBinder.h"
 
 namespace GenApi_3_0_ORVANE {
 
-/// Each chunk is its data with a trailer behind them. Places count back from the
-/// chunk's end, all in bytes.
+/// Each chunk is its data, followed by a trailer. Places count in bytes, back from the end of the
+/// chunk.
 struct ChunkLayout {
     int64_t trailer;
     /// A buffer below this length holds no chunks.
     int64_t shortestBuffer;
     int64_t identifier;
     int64_t lengthField;
-    /// Where the length stands again, inverted; 0 without.
+    /// Where the inverted length is; 0 if there is none.
     int64_t complementField;
     std::endian order;
-    /// Whether the length is that of the chunk with its trailer.
+    /// Whether the length counts the trailer, too.
     bool isLengthOfAll;
     /// Whether bytes follow the last chunk; null for transports where none do.
     bool (*hasCRC)(const uint8_t* buffer, int64_t length);
     bool (*matches)(const CChunkPort& port, const uint8_t* identifier);
-    /// How failures call the adapter.
+    /// The adapter's name in failures.
     const char* name;
 };
 
@@ -37,7 +37,7 @@ inline uint32_t ReadWord(const uint8_t* bytes, std::endian order) {
     return order == std::endian::native ? word : __builtin_bswap32(word);
 }
 
-/// The length of the chunk that ends here, trailer included; 0 for a trailer that
+/// Returns the length of the chunk that ends here, with its trailer; 0 for a trailer that
 /// contradicts itself.
 inline int64_t ChunkSize(const ChunkLayout& layout, const uint8_t* end) {
     const uint32_t length = ReadWord(end - layout.lengthField, layout.order);
@@ -53,9 +53,9 @@ inline int64_t EndOfChunks(const ChunkLayout& layout, const uint8_t* buffer, int
     return hasCRC ? length - kCrcBytes : length;
 }
 
-/// Visits the chunks from the last to the first, each with its identifier, as far
-/// as they are chunks.
-/// @return whether they fill the buffer
+/// Visits the chunks from the last to the first, each with its identifier, until something isn't
+/// a chunk.
+/// @return whether the chunks fill the buffer
 template <class Visit>
 bool WalkChunks(const ChunkLayout& layout, const uint8_t* buffer, int64_t length,
                 const Visit& visit) {

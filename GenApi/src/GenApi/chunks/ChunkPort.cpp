@@ -10,6 +10,7 @@
 #include "Base/GCException.h"
 #include "Base/OvAssert.h"
 #include "core/NodeExceptions.h"
+#include "ports/ChunkAddresses.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -17,11 +18,6 @@ using GenICam_3_0_ORVANE::AutoLock;
 using GenICam_3_0_ORVANE::CLock;
 
 namespace {
-
-/// At these addresses, which no chunk reaches, nodes find out about the chunk itself:
-/// where it is and how long. A register that counts from the chunk's end needs the latter.
-constexpr int64_t kPlaceAddress = 0x7FFFFFFFFFFFFFFF;
-constexpr int64_t kLengthAddress = 0x7FFFFFFFFFFFFFF0;
 
 /// The text of the failure is the broken condition. It is fixed: programs may compare it.
 CPortID IdentifierOf(IChunkPort& port, INode& node) {
@@ -60,8 +56,8 @@ void CChunkPort::AttachPort(IPort* port) {
     CPointer<IPortConstruct>(port)->SetPortImpl(this);
 }
 
-/// The node is free of this port before it is told so: SetPortImpl runs callbacks, which may look
-/// here.
+/// The node is free of this port before it learns that: SetPortImpl runs callbacks, which may
+/// look here.
 void CChunkPort::DetachPort() {
     if (!m_ptrPort.IsValid()) {
         return;
@@ -90,7 +86,7 @@ bool CChunkPort::CheckChunkID(const uint8_t* bytes, int64_t length) const {
 }
 
 /// The memory of the private copy is kept and only grows, so that a stream of frames allocates
-/// nothing. The description and the adapter's limit both have to want the copy.
+/// nothing. A copy is made only if both the description and the adapter's limit allow it.
 void CChunkPort::AttachChunk(uint8_t* base, int64_t offset, int64_t length, bool cache) {
     OV_ASSERT(base != nullptr);
     OV_ASSERT(length > 0);
@@ -189,8 +185,8 @@ void CChunkPort::RequirePort() const {
 }
 
 bool CChunkPort::ReadAboutChunk(void* buffer, int64_t address, int64_t length) const {
-    const bool isPlace = address == kPlaceAddress;
-    if (length != sizeof(int64_t) || (!isPlace && address != kLengthAddress)) {
+    const bool isPlace = address == kChunkPlaceAddress;
+    if (length != sizeof(int64_t) || (!isPlace && address != kChunkLengthAddress)) {
         return false;
     }
     // Added as numbers: the offset outlives the buffer, so the sum may no longer be a

@@ -34,13 +34,21 @@ constexpr uint32_t kDependentDirectoryKey = 0xD4;
 enum class KeyType { Immediate, Offset, Leaf, Directory };
 
 KeyType TypeOf(uint32_t key) {
-    return static_cast<KeyType>(key >> 6);
+    constexpr unsigned kTypeShift = 6;
+    return static_cast<KeyType>(key >> kTypeShift);
 }
 
 /// Leaves and directories begin with their length here, and a CRC in the lower half. The CRC
 /// isn't checked: a wrong place in the image is refused when it is read.
 uint32_t UpperHalf(uint32_t quadlet) {
-    return quadlet >> 16;
+    constexpr unsigned kHalfBits = 16;
+    return quadlet >> kHalfBits;
+}
+
+/// The highest byte: the key of an entry, or the length of the bus information.
+uint32_t HighestByte(uint32_t quadlet) {
+    constexpr unsigned kShift = 24;
+    return quadlet >> kShift;
 }
 
 }  // namespace
@@ -64,7 +72,7 @@ uint32_t ConfRomReader::Quadlet(Place place) const {
 
 /// What identifies a camera wherever it is plugged in.
 uint64_t ConfRomReader::UnitIdentifier() const {
-    if (Quadlet(0) >> 24 < kLeastInfoQuadlets) {
+    if (HighestByte(Quadlet(0)) < kLeastInfoQuadlets) {
         RUNTIME_EXCEPTION("DirLenQuad >= 4");
     }
     if (Quadlet(1) != kBusName) {
@@ -75,7 +83,7 @@ uint64_t ConfRomReader::UnitIdentifier() const {
 
 /// It follows the bus information, whose length is in the first quadlet.
 ConfRomReader::Place ConfRomReader::RootDirectory() const {
-    return 1 + (Quadlet(0) >> 24);
+    return 1 + HighestByte(Quadlet(0));
 }
 
 /// Checked as a whole, so that a directory which is cut off is refused before any of its entries
@@ -83,10 +91,11 @@ ConfRomReader::Place ConfRomReader::RootDirectory() const {
 std::vector<ConfRomReader::Entry> ConfRomReader::Directory(Place place) const {
     const uint32_t DirLenQuad = UpperHalf(Quadlet(place));
     CheckAddressRange(place + 1, DirLenQuad);
+    constexpr uint32_t kValueMask = 0xFFFFFF;
     std::vector<Entry> entries;
     for (Place i = place + 1; i <= place + DirLenQuad; ++i) {
         const uint32_t quadlet = Quadlet(i);
-        entries.push_back({.place = i, .key = quadlet >> 24, .value = quadlet & 0xFFFFFF});
+        entries.push_back({.place = i, .key = HighestByte(quadlet), .value = quadlet & kValueMask});
     }
     return entries;
 }
@@ -103,8 +112,8 @@ bool ConfRomReader::ParseRootDirectory(Place root, uint32_t key, ConfRomEntries&
     return ParseDirectory(root, key, entries);
 }
 
-/// Entries may lead to the same directory many times, which a hostile image can use to make the
-/// search take for ever. So each directory is searched once.
+/// Many entries may lead to the same directory, by which a hostile image could make the search
+/// last very long. So each directory is searched once.
 bool ConfRomReader::LocateUnitDirectory(Place root, uint32_t key, uint32_t unitSpecifier,
                                         ConfRomEntries& entries) const {
     std::set<Place> searchedUnits;
@@ -178,14 +187,13 @@ void ConfRomReader::TakeEntry(const Entry& entry, const Entry* next,
     }
 }
 
-/// A text may be given in several languages, or in several forms. The first that can be read is
+/// A text may be there in several languages, or in several forms. The first that can be read is
 /// taken.
 void ConfRomReader::TakeDescriptorOf(uint32_t key, const Entry& descriptor,
                                      ConfRomEntries& entries) const {
     if (descriptor.key == kTextLeafKey) {
         ParseDescriptor(descriptor.Target(), key, entries);
     } else if (descriptor.key == kTextDirectoryKey) {
-        // The same text in several languages, or in several forms.
         for (const Entry& entry : Directory(descriptor.Target())) {
             if (entry.key == kTextLeafKey && ParseDescriptor(entry.Target(), key, entries)) {
                 return;

@@ -10,7 +10,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// What has been found in a ROM, by key.
+/// What was found in a ROM, by key.
 struct ConfRomEntries {
     std::map<uint32_t, int64_t> integers;
     std::map<uint32_t, std::string> texts;
@@ -19,23 +19,23 @@ struct ConfRomEntries {
     bool Holds(uint32_t key) const { return integers.contains(key) || texts.contains(key); }
 };
 
-/// One image of a ROM, which the caller keeps. Whatever the image says, nothing
-/// beyond it is read, directories that lead to one another are followed only as
-/// deep as the format is (root, unit, unit-dependent), and none is searched
-/// twice for the same key however many entries lead there.
+/// Reads one image of a ROM, which the caller keeps. Whatever the image says, nothing beyond it
+/// is read, directories that lead to one another are followed only as deep as the format is
+/// (root, unit, unit-dependent), and none is searched twice for the same key however many entries
+/// lead there.
 class ConfRomReader {
 public:
-    /// So much of the ROM tells which unit it belongs to.
+    /// The part of the ROM that identifies its unit.
     static constexpr size_t kHeadBytes = 20;
 
     explicit ConfRomReader(std::span<const uint8_t> image) : m_Image(image) {}
 
-    /// The unit's own number on all buses. RuntimeException for a ROM of another
-    /// bus.
+    /// Returns the number that identifies the unit on every bus.
+    /// @throws RuntimeException for a ROM of another bus
     uint64_t UnitIdentifier() const;
-    /// Looks a key up in the root, and then in the directories of the units of
-    /// the given specifier. RuntimeException for a ROM that points outside of
-    /// itself or has a directory where a value is wanted.
+    /// Looks a key up in the root, and then in the directories of the units with that specifier.
+    /// @throws RuntimeException for a ROM with an address outside of itself, or with a directory
+    ///         in the place of a value
     void Find(uint32_t key, uint32_t unitSpecifier, ConfRomEntries& entries) const;
 
 private:
@@ -46,7 +46,7 @@ private:
         uint32_t key;
         uint32_t value;
 
-        /// Where an offset leads.
+        /// Returns where an offset leads.
         Place Target() const { return place + value; }
     };
 
@@ -55,7 +55,7 @@ private:
     Place RootDirectory() const;
     std::vector<Entry> Directory(Place place) const;
 
-    // Each looks for the key and tells whether it is there.
+    /// Each looks for the key and returns whether it is there.
     bool ParseRootDirectory(Place root, uint32_t key, ConfRomEntries& entries) const;
     bool LocateUnitDirectory(Place root, uint32_t key, uint32_t unitSpecifier,
                              ConfRomEntries& entries) const;

@@ -6,33 +6,34 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// How deep calls of nodes by nodes may go. Cameras stay below a few dozen, and
-/// the stack of a thread bears some more than this.
+/// How deep calls from node to node may go. Cameras stay below a few dozen, and the stack of a
+/// thread has room for some more than this.
 constexpr uint32_t kMaxNesting = 512;
-/// How many calls of other nodes one call of a client may lead to. Where each
-/// node of a chain asks the next one several times they multiply; more than
-/// this would take minutes and hold the lock.
+/// How many calls of other nodes one call of a client may lead to. Where each node of a chain
+/// asks the next one several times, the calls multiply; more than this would take minutes with
+/// the lock held.
 constexpr uint32_t kMaxNestedCalls = uint32_t{1} << 22;
 
-/// RuntimeExceptions of the node at which a bound is passed.
+/// @throws RuntimeException of the node where the bound is exceeded
 [[noreturn]] void ThrowNestedTooDeep(INodePrivate& node);
+/// @throws RuntimeException of the node where the bound is exceeded
 [[noreturn]] void ThrowTooManyCalls(INodePrivate& node);
 
-/// The map's lock, the counters and the entry point of the call under way. Every
-/// step of every call passes here, so nodes reach it without a virtual call.
-/// All but GetLock want the lock held.
+/// The map's lock, the counters and the entry point of the call under way. Every step of every
+/// call passes here, so nodes reach it without a virtual call. Call everything except GetLock
+/// with the lock held.
 class CCallState {
 public:
     explicit CCallState(CLock& lock) : m_Lock(lock) {}
 
     CLock& GetLock() const { return m_Lock; }
-    /// Counts the writes that are within one another.
+    /// Returns the depth of writes within writes.
     Counter& GetBathometer() { return m_Bathometer; }
-    /// Counts the nodes on the way of a question that one node passes on to the
-    /// next without an entry point, as that for a unit.
+    /// Returns how many nodes a question has passed through that has no entry point, such as that
+    /// for a unit.
     Counter& GetNesting() { return m_Nesting; }
 
-    /// Counted; only the outermost call is remembered.
+    /// Enters a call. Only the outermost one is remembered.
     void SetEntryPoint(EMethod EntryMethod, INodePrivate* pEntryNode, bool ignoreCache) {
         OV_ASSERT(EntryMethod != meUndefined);
         OV_ASSERT(pEntryNode);
@@ -53,16 +54,16 @@ public:
             LeaveEntryPoint();
         }
     }
-    /// A write that failed, or whose device reports an error, may have left
-    /// anything in the registers on its way: until the outermost write ends, none
-    /// of them is spared.
+    /// Marks that a write has failed, or that its device reports an error. It may have left
+    /// anything in the registers on its way, so until the outermost write ends, none of their
+    /// caches is spared.
     void NoteFailedWrite() { m_HasWriteFailed = true; }
     bool HasWriteFailed() const { return m_HasWriteFailed; }
     void EndWrites() { m_HasWriteFailed = false; }
 
     CInvalidationQueue& GetInvalidations() { return m_Invalidations; }
 
-    /// "Node.Method()" of the outermost call; empty when there is none.
+    /// Returns "Node.Method()" of the outermost call; empty if there is none.
     gcstring GetEntryPoint() const;
 
 private:

@@ -59,8 +59,8 @@ void Deregister(CallbackHandleType handle) {
 }
 
 void SortCallbacks(CallbackList& callbacks) {
-    // A callback may come to lie where one lay that was taken away: the
-    // registration tells them apart.
+    // A new callback may have the address of one that was destroyed: the registrations
+    // distinguish them.
     std::sort(callbacks.begin(), callbacks.end(), [](const auto& left, const auto& right) {
         return left->GetCallback() != right->GetCallback()
                    ? std::less<>()(left->GetCallback(), right->GetCallback())

@@ -7,7 +7,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Counts what is nested: writes, for example.
+/// Counts what is nested, such as writes.
 class Counter {
 public:
     void Increment() { ++m_value; }
@@ -39,10 +39,10 @@ struct INodeMapPrivate : public INodeMap {
                              CNodeData::PropertyVector_t& properties) = 0;
     /// How many writes are nested at present: 0 once the outermost has returned.
     virtual Counter& GetBathometer() = 0;
-    /// Counted; only the outermost call is remembered.
+    /// Enters a call. Only the outermost one is remembered.
     virtual void SetEntryPoint(EMethod method, INodePrivate* node, bool ignoreCache) = 0;
     virtual void ResetEntryPoint() = 0;
-    /// "Node.Method()" of the outermost call; empty when there is none.
+    /// Returns "Node.Method()" of the outermost call; empty if there is none.
     virtual gcstring GetEntryPoint() = 0;
     virtual bool IsLoggingEnabled() = 0;
     virtual bool IsDeviceLoggingEnabled() = 0;

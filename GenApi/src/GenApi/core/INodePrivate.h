@@ -1,5 +1,5 @@
 #pragma once
-/// What nodes know of one another, beneath the map's lock.
+/// What nodes know of one another, with the map's lock held.
 
 #include <list>
 #include <vector>
@@ -14,7 +14,7 @@ namespace GenApi_3_0_ORVANE {
 
 struct INodeMapPrivate;
 
-/// All but the destructor want the map's lock held.
+/// Call everything except the destructor with the map's lock held.
 struct INodePrivate : virtual public INode {
     virtual void Initialize(INodeMapPrivate* nodeMap, CNodeData::ENodeType_t type, NodeID_t id) = 0;
     virtual CNodeData::ENodeType_t GetNodeType() = 0;
@@ -24,16 +24,17 @@ struct INodePrivate : virtual public INode {
     /// Takes one property of the description.
     virtual void SetProperty(const CProperty& property) = 0;
     using INode::GetProperty;
-    /// Gives back what SetProperty took: appends the entries to the list.
-    /// Linked nodes and texts are entered in the map by name. False when the
-    /// node holds no such property.
+    /// Appends the entries of a property that SetProperty took. Linked nodes and texts are
+    /// entered in the map by name.
+    /// @return false if the node has no such property
     virtual bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
                              CNodeData::PropertyVector_t& properties) = 0;
     virtual void SetInvalid(ESetInvalidMode mode) = 0;
     virtual void CollectCallbacksToFire(CallbackList& list, bool allDependents) = 0;
     virtual bool IsTerminalNode() = 0;
     virtual const std::vector<INodePrivate*>& GetAllTerminalNodes() = 0;
-    /// Whether the polling time is over. Its caches are invalid then.
+    /// Adds to the time since the last poll. If the polling time is over, drops the caches.
+    /// @return whether it is over
     virtual bool Poll(int64_t elapsedTime) = 0;
     virtual EAccessMode InternalGetAccessMode() = 0;
     virtual EInterfaceType InternalGetPrincipalInterfaceType() = 0;
@@ -41,11 +42,11 @@ struct INodePrivate : virtual public INode {
     virtual ENameSpace InternalGetNameSpace() = 0;
     virtual EVisibility InternalGetVisibility() = 0;
     virtual ECachingMode InternalGetCachingMode() = 0;
-    /// The stricter of the node's caching mode and those of all that tell its
-    /// limits.
+    /// Returns the stricter of the node's caching mode and those of the nodes that its limits
+    /// come from.
     virtual ECachingMode InternalGetLimitsCachingMode() = 0;
     virtual int64_t InternalGetPollingTime() = 0;
-    /// RuntimeException when the device's error node tells of one.
+    /// @throws RuntimeException if the device's error node reports an error
     virtual void InternalCheckError() = 0;
     virtual EYesNo InternalIsAccessModeCacheable() = 0;
     virtual bool InternalIsValueCacheValid() = 0;

@@ -21,7 +21,7 @@ Element* TakeLast(std::vector<Element*>& list) {
 
 }  // namespace
 
-/// Whatever ends a run, an exception too, leaves the queue empty: the next one must not go on
+/// Whatever ends a run, an exception too, leaves the queue empty: the next run must not continue
 /// with nodes of a call that failed.
 class CInvalidationQueue::Running {
 public:

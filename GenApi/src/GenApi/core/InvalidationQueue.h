@@ -1,7 +1,6 @@
 #pragma once
-/// Invalidations that follow from one another along more ways than the lists of
-/// dependents: over bytes that registers share, and down to where values come
-/// from.
+/// Invalidations that follow from one another by other ways than the lists of dependents: through
+/// bytes that registers share, and down to the sources of values.
 
 #include <cstdint>
 #include <vector>
@@ -10,26 +9,26 @@ namespace GenApi_3_0_ORVANE {
 
 struct INodePrivate;
 
-/// One that has made a value of a port's bytes.
+/// Something that has made a value of a port's bytes.
 struct IBytesUser {
-    /// The device may have other bytes by now.
+    /// The device may have other bytes now.
     virtual void ForgetBytes() = 0;
 
 protected:
     ~IBytesUser() = default;
 };
 
-/// Runs them one after the other and never one within another: a description
-/// decides how long a row they make, and the stack would have to bear it.
+/// Runs invalidations one after the other and never within one another: a description decides how
+/// long a row they make, which the stack couldn't hold.
 class CInvalidationQueue {
 public:
-    /// Whether the owner of the mark is entered for the first time in the run
-    /// under way, or in the one that comes next.
+    /// Whether the owner of the mark is entered for the first time in the present run, or in the
+    /// next one if there is none.
     bool IsNew(uint64_t& mark);
     void AddUser(IBytesUser& user) { m_Users.push_back(&user); }
     void AddNode(INodePrivate& node) { m_Nodes.push_back(&node); }
-    /// Tells the users, and sets the nodes invalid with their dependents. Within
-    /// a run this is left to that run.
+    /// Calls the users, and sets the nodes invalid with their dependents. Within a run, that run
+    /// does it.
     void Run();
 
 private:

@@ -1,12 +1,13 @@
-#include "core/NodeExceptions.h"
+// The names that failures of a node carry.
 
-#include "core/NodeImpl.h"
+#include "core/NodeExceptions.h"
 
 namespace GenApi_3_0_ORVANE {
 
+/// The entry point is the map's, since the call began at whichever node the client has called.
 NodePlace PlaceOf(INodePrivate& node) {
-    auto& implementation = dynamic_cast<CNodeImpl&>(node);
-    return {node.InternalGetName(), implementation.GetMap().GetEntryPoint()};
+    auto& map = dynamic_cast<INodeMapPrivate&>(*node.GetNodeMap());
+    return {node.InternalGetName(), map.GetEntryPoint()};
 }
 
 }  // namespace GenApi_3_0_ORVANE

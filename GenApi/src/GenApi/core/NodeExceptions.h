@@ -1,5 +1,5 @@
 #pragma once
-/// Failures of a node: they carry its name and the call that led to it.
+/// Failures of a node: they carry its name and the client's call that led to it.
 
 #include "Base/GCException.h"
 #include "core/INodeMapPrivate.h"
@@ -43,9 +43,9 @@ private:
     const char* m_ExceptionType;
 };
 
-/// What failures have in common that the description is to blame for, or a value
-/// that no node can work with, and not the way to the device: they come again
-/// whenever the node is used, so walks over many nodes pass it by.
+/// Marks failures that the description causes, or a value that no node can work with, rather than
+/// the way to the device. They come again whenever the node is used, so walks over many nodes
+/// skip the node.
 class NodeFaultMark {
 public:
     virtual ~NodeFaultMark() = default;

@@ -5,10 +5,9 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// What a description gets wrong about one node. The node throws it while it
-/// takes its properties, and keeps it: from then on it isn't available, and raises
-/// it as an exception of the engine's family whenever it is used. All other nodes
-/// of the description go on.
+/// What a description gets wrong about one node. The node throws it while it takes its
+/// properties, and keeps it: from then on it isn't available, and every use of it throws the
+/// fault as an exception of the engine's family. All other nodes of the description work.
 class NodeFault {
 public:
     enum class Kind { Runtime, LogicalError };

@@ -1,9 +1,9 @@
 #pragma once
-/// References to a value that is either written in the description or held by
-/// another node, whatever interface that node has.
+/// References to a value that is either written in the description or held by another node,
+/// whatever interface that node has.
 ///
-/// All four kinds are one design: a tag and a constant or pointer, and for each
-/// operation one row of answers by tag. The map's lock is held by the caller.
+/// All four kinds have one design: a tag and a constant or pointer, and for each operation one
+/// row for each tag. Call them with the map's lock held.
 
 #include <string>
 #include <variant>
@@ -17,8 +17,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// What all references share. The alternatives of the variant are the tags, in
-/// their order: uninitialised, constant, then the interfaces.
+/// What all references share. The alternatives of the variant are the tags, in this order:
+/// uninitialised, constant, then the interfaces.
 template <class Constant, class... Interfaces>
 class CPolyRefBase {
 public:
@@ -28,23 +28,24 @@ public:
     bool IsConstant() const { return m_Source.index() == 1; }
     bool IsPointer() const { return m_Source.index() > 1; }
 
-    /// The node that the reference stands on; null for a constant.
+    /// Returns the node that the reference points to; null for a constant.
     INodePrivate* GetNode() const { return m_pNode; }
-    /// Whether it stands on a node that can be read now; a constant doesn't.
+    /// Whether it points to a node that can be read now. False for a constant.
     bool IsReadable() const {
         return m_pNode != nullptr && GenApi_3_0_ORVANE::IsReadable(m_pNode->GetAccessMode());
     }
 
 protected:
-    /// Null for all but a constant. Most references are one: lengths, addresses
-    /// and limits, asked in every access.
+    /// Null unless this is a constant. Most references are: lengths, addresses and limits, which
+    /// every access asks for.
     const Constant* GetConstant() const { return std::get_if<1>(&m_Source); }
     void SetConstant(Constant value) {
         m_Source = std::move(value);
         m_pNode = nullptr;
     }
 
-    /// Takes the first of the interfaces that the node has; false for none.
+    /// Uses the first of the interfaces that the node has.
+    /// @return false if it has none of them
     bool SetPointer(IBase* base) {
         m_pNode = dynamic_cast<INodePrivate*>(base);
         return (TryPointer<Interfaces>(base) || ...);
@@ -154,9 +155,8 @@ public:
     ECachingMode GetCachingMode() const;
 };
 
-/// Writes a node's value to where it is kept: to the node that the reference
-/// stands on, or, without one, into the reference of the node that holds the
-/// value itself.
+/// Writes a node's value to where it is kept: to the node that the reference points to, or,
+/// without one, into the reference itself.
 template <class Reference, class Value>
 void SetOrHold(Reference& reference, const Value& value, bool verify) {
     if (reference.IsConstant()) {
@@ -166,8 +166,8 @@ void SetOrHold(Reference& reference, const Value& value, bool verify) {
     }
 }
 
-/// Half away from zero; RuntimeException, in the words of `operation`, outside
-/// the range of 64-bit integers.
+/// Rounds half away from zero.
+/// @throws RuntimeException that names the operation, outside the range of 64-bit integers
 int64_t RoundToInt64(double value, const char* operation);
 
 }  // namespace GenApi_3_0_ORVANE

@@ -8,6 +8,7 @@
 #include "Base/OvAssert.h"
 #include "GenApi/EventPort.h"
 #include "GenApi/INodeMap.h"
+#include "events/EventLayout.h"
 #include "map/FaultyNodes.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -38,11 +39,21 @@ void CEventAdapter::AttachNodeMap(INodeMap* map) {
     m_EventPorts.swap(ports);
 }
 
-/// Moved out first, so that a callback that throws leaves no port behind in the adapter.
+/// Moved out first, so that no port is left in the adapter if a callback throws.
 void CEventAdapter::DetachNodeMap() {
     const std::vector<std::unique_ptr<CEventPort>> ports = std::exchange(m_EventPorts, {});
     for (const auto& port : ports) {
         port->DetachNode();
+    }
+}
+
+/// The head of the message is checked before the first event is handed over; each event is
+/// checked when its turn comes. So events before a fault are delivered.
+void CEventAdapter::DeliverEvents(const EventLayout& layout, const uint8_t* bytes, int64_t length) {
+    EventItems items(layout, FindEvents(layout, bytes, length));
+    while (!items.IsAtEnd()) {
+        const EventItem item = items.Next();
+        AttachItemToPorts(item.bytes, item.id);
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-/// The layouts of event messages, and the one way through all of them. Places and
-/// sizes count in bytes.
+/// The layouts of event messages, and the one walk through all of them. Places and sizes count in
+/// bytes.
 
 #include <bit>
 #include <cstddef>
@@ -9,12 +9,12 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// A number that a message of a transport must hold.
+/// A number that every message of a transport has in the same place.
 struct EventSignature {
     size_t offset;
     size_t size;
     uint32_t value;
-    /// How failures call it.
+    /// Its name in failures.
     const char* name;
 };
 
@@ -30,15 +30,15 @@ enum class EventSizing {
     OwnOrLast,
 };
 
-/// How events lie one behind the other, each with a size in two bytes, an
-/// identifier in two bytes, and what belongs to the event.
+/// How the events follow one another, each with a size in two bytes, an identifier in two bytes,
+/// and its data.
 struct EventItemLayout {
     EventSizing sizing;
-    /// What the size leaves out.
+    /// How many bytes of the event its size doesn't count.
     size_t uncounted;
-    /// No event has less.
+    /// The least that an event has.
     size_t shortest;
-    /// The failure's text for an event with less.
+    /// The failure's text for a shorter event.
     const char* tooShort;
     /// The failure's text for an event that goes beyond the message.
     const char* tooLong;
@@ -46,12 +46,12 @@ struct EventItemLayout {
 
 struct EventLayout {
     std::endian order;
-    /// A shorter message isn't looked at.
+    /// The least that a message has.
     size_t shortest;
-    /// The failure's text for it.
+    /// The failure's text for a shorter message.
     const char* tooSmall;
     std::span<const EventSignature> signatures;
-    /// Where the length of the events stands, in two bytes.
+    /// Where the length of the events is, in two bytes.
     size_t lengthField;
     /// Where the events start.
     size_t events;
@@ -66,33 +66,35 @@ extern const EventLayout kEventLayout1394;
 /// @param size  1 to 4
 uint32_t ReadEventNumber(const uint8_t* bytes, size_t size, std::endian order);
 
-/// A message that starts as the layout wants it. RuntimeException otherwise.
+/// Returns the message, if it begins as the layout says.
+/// @throws RuntimeException otherwise
 std::span<const uint8_t> CheckEventHead(const EventLayout& layout, const uint8_t* bytes,
                                         int64_t length);
 
-/// The events of a message of which the caller knows no more than its bytes.
-/// RuntimeException for a message that isn't well formed.
+/// Returns the events of a message of which only the bytes are known.
+/// @throws RuntimeException for a message that isn't well formed
 std::span<const uint8_t> FindEvents(const EventLayout& layout, const uint8_t* bytes,
                                     int64_t length);
 
 struct EventItem {
-    /// From its size on.
+    /// The event, from its size on.
     std::span<const uint8_t> bytes;
     uint32_t id;
-    /// Whether the event itself told its size.
+    /// Whether the event has its own size.
     bool hasSize;
 };
 
 /// The events of one message, from the first to the last.
 class EventItems {
 public:
-    /// @param size  of a first event that doesn't tell it, where the layout takes
-    ///              it from the one before
+    /// @param size  of a first event without its own size, for layouts that take it from the one
+    ///         before
     EventItems(const EventLayout& layout, std::span<const uint8_t> events, size_t size = 0)
         : m_Layout(layout), m_Rest(events), m_Size(size) {}
 
     bool IsAtEnd() const { return m_Rest.empty(); }
-    /// RuntimeException for an event that can't have its size.
+    /// Returns the next event.
+    /// @throws RuntimeException for an event that can't have its size
     EventItem Next();
 
 private:

@@ -62,8 +62,8 @@ void CEventPort::AttachNode(INode* node) {
     }
 }
 
-/// The node is free of this port before it is told so: SetPortImpl runs callbacks, which may look
-/// here.
+/// The node is free of this port before it learns that: SetPortImpl runs callbacks, which may
+/// look here.
 void CEventPort::DetachNode() {
     if (!m_ptrNode.IsValid()) {
         return;
@@ -94,7 +94,8 @@ bool CEventPort::CheckEventID(const uint8_t* bytes, int64_t length) const {
     return m_EventID.Matches(bytes, static_cast<size_t>(length));
 }
 
-/// Checked before the node is looked at, so that a wrong call fails with and without one.
+/// The arguments are checked before the node is looked at, so that a wrong call fails with and
+/// without one.
 void CEventPort::AttachEvent(const uint8_t* data, int64_t length) {
     if (length < 0) {
         LOGICAL_ERROR_EXCEPTION("Negative 'Length' is not allowed here");

@@ -83,7 +83,7 @@ bool CNodeMapFactory::CNodeMapFactoryImpl::Holds(const CNodeMapFactoryImpl& othe
                        [&](const Pointer& injected) { return injected->Holds(other); });
 }
 
-/// The two texts tell a client that has released its description from one that never had any.
+/// A client that has released its description gets another text than one that never had any.
 void CNodeMapFactory::CNodeMapFactoryImpl::RequireSource(const char* operation) const {
     if (m_IsReleased) {
         LOGICAL_ERROR_EXCEPTION(

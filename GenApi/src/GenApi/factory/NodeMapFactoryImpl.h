@@ -1,5 +1,5 @@
 #pragma once
-/// What stands behind the handles of one description.
+/// The description that all handles to it share.
 
 #include <memory>
 #include <string>
@@ -16,14 +16,14 @@ namespace GenApi_3_0_ORVANE {
 class CCacheReader;
 class CDescriptionHash;
 
-/// One description, from its raw form to its preprocessed data. A step that
-/// fails leaves nothing behind: the next attempt fails in the same way. Hidden,
-/// where a nested class would be exported with the one around it.
+/// One description, from its raw form to its preprocessed data. A step that fails leaves no
+/// trace: the next attempt fails in the same way. Hidden, because a nested class is otherwise
+/// exported with the one around it.
 class __attribute__((visibility("hidden"))) CNodeMapFactory::CNodeMapFactoryImpl {
 public:
     using Pointer = std::shared_ptr<CNodeMapFactoryImpl>;
 
-    /// Where the description comes from; at most one of the three is there.
+    /// Where the description comes from; at most one of the three is set.
     struct Source {
         EContentType_t contentType = ContentType_Xml;
         gcstring fileName = {};
@@ -38,7 +38,7 @@ public:
         std::string Read() const;
     };
 
-    /// Live nodes that a description in the cache can give without a data map.
+    /// Live nodes that are made straight from the cache, without a data map.
     struct LiveNodes {
         const gcstring& deviceName;
         CLock* lock;
@@ -52,15 +52,14 @@ public:
 
     void AddInjectionData(Pointer other);
     void LoadAndInject();
-    /// @param pLiveNodes  where the caller wants nodes rather than data; the map
-    ///        in it is set where the cache has given them, and no data is then
-    ///        kept
+    /// @param pLiveNodes  for callers that want nodes rather than data. If the cache has the
+    ///         description, its map is set, and no data is kept
     void Preprocess(LiveNodes* pLiveNodes = nullptr);
     void ReleaseSource();
     Pointer ExtractIndependentSubtree(const gcstring& nodeName, bool renameToRoot);
     Pointer ApplyStyleSheet(const gcstring& fileName) const;
 
-    /// Filled as far as the steps above have come.
+    /// Returns the data, as far as the steps above have come.
     const CNodeDataMap& GetMap() const { return m_Map; }
     bool IsEmpty() const { return !m_Source.IsGiven() && !m_isLoaded && !m_isPreprocessed; }
     bool IsLoaded() const { return m_isLoaded; }

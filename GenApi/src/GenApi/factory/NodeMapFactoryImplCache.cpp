@@ -92,8 +92,8 @@ uint32_t CNodeMapFactory::CNodeMapFactoryImpl::ComputeHash(const std::string& su
     return hash.Digest();
 }
 
-/// Begin and end of each level are fed, too, so that no two nestings of the same sources give one
-/// hash.
+/// The beginning and the end of each level are part of the hash, too, so that no two nestings of
+/// the same sources have the same one.
 void CNodeMapFactory::CNodeMapFactoryImpl::FeedHash(CDescriptionHash& hash,
                                                     const std::string& subtreeName,
                                                     int level) const {

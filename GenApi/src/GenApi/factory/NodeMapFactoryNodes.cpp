@@ -1,6 +1,6 @@
-// From data to live nodes, and back. All nodes exist before the first gets its properties, since
-// links may point forward; all have their properties before the first is told that it is
-// complete.
+// Makes live nodes of data, and data of live nodes. All nodes exist before the first gets its
+// properties, since links may point forward; all have their properties before the first is
+// completed.
 
 #include "factory/NodeMapFactoryNodes.h"
 
@@ -61,8 +61,7 @@ void Describe(Teller& teller, CNodeData::ENodeType_t type, std::string_view name
 
 }  // namespace
 
-/// A node that finds a fault in its properties keeps it and goes on, so one wrong node doesn't
-/// end the loop.
+/// A node that finds a fault in its properties keeps it, so one wrong node doesn't end the loop.
 std::unique_ptr<CNodeMap> BuildNodeMap(const CNodeDataMap& data, const gcstring& deviceName,
                                        CLock* lock) {
     const size_t numNodes = data.GetNumNodeIDs();

@@ -1,5 +1,5 @@
 #pragma once
-/// From data to live nodes, and back.
+/// Makes live nodes of data, and data of live nodes.
 
 #include <memory>
 
@@ -14,12 +14,12 @@ namespace GenApi_3_0_ORVANE {
 std::unique_ptr<CNodeMap> BuildNodeMap(const CNodeDataMap& data, const gcstring& deviceName,
                                        CLock* lock);
 
-/// The same from the bytes of a cache file, without a data map in between. Null
-/// when the reader has failed.
+/// The same from the bytes of a cache file, without a data map in between. Returns null if the
+/// reader has failed.
 std::unique_ptr<CNodeMap> CreateNodeMapDirectFromCache(CCacheReader& reader,
                                                        const gcstring& deviceName, CLock* lock);
 
-/// Fills the empty data with what the live nodes tell of themselves.
+/// Fills the empty data with what the live nodes return about themselves.
 void DescribeNodeMap(INodeMap* nodeMap, CNodeDataMap& data);
 
 }  // namespace GenApi_3_0_ORVANE

@@ -5,8 +5,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// A value with a formula for each direction. `Types` gives the kind of
-/// numbers. There is no search for an inverse: the formulas are taken as given.
+/// A value with a formula for each direction. `Types` has the kind of numbers. Whether one
+/// formula is the inverse of the other isn't checked.
 template <class Types>
 class CConverterBase : public CNodeImpl {
 public:

@@ -1,5 +1,5 @@
-// Takes a formula's text apart. What each byte may begin is one look-up; the operators are a
-// table in the order of their enumeration, so that a row's number is the operator.
+// Splits a formula's text into tokens. What each byte may begin is one look-up; the operators are
+// a table in the order of their enumeration, so that a row's number is the operator.
 
 #include "formula/FormulaTokens.h"
 

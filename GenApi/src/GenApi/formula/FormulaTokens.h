@@ -1,5 +1,5 @@
 #pragma once
-/// Takes a formula's text apart.
+/// Splits a formula's text into tokens.
 
 #include <cstdint>
 #include <string_view>
@@ -8,25 +8,23 @@
 
 namespace GenApi_3_0_ORVANE {
 
-inline constexpr const char* kSyntax = "#Syntax error!";
-
 enum class FormulaToken : uint8_t { Error, End, Number, Operator, Name, Text };
 
-/// One token, and where its text stands.
+/// One token with its text.
 struct FormulaPiece {
     FormulaToken token = FormulaToken::End;
     FormulaOp op = FormulaOp::Open;
     std::string_view text;
 };
 
-/// The tokens of a formula, one after another. A number is only found here:
-/// what it is worth, and how long it is, depends on the kind of numbers.
+/// Returns the tokens of a formula one after the other. Of a number only the beginning is found
+/// here: its value and length depend on the kind of numbers.
 class FormulaTokens {
 public:
     explicit FormulaTokens(std::string_view formula) : m_Rest(formula) {}
 
     FormulaPiece Next();
-    /// What stands at a number's begin, for reading it.
+    /// Returns the text from the beginning of a number on.
     std::string_view Rest() const { return m_Rest; }
     void Skip(size_t length) { m_Rest.remove_prefix(length); }
 
@@ -38,9 +36,9 @@ private:
     std::string_view m_Rest;
 };
 
-/// Whether every bracket has its other.
+/// Whether every bracket has its counterpart.
 bool DoBracketsMatch(std::string_view formula);
-/// How tight an operator binds; a larger number is tighter.
+/// Returns how tightly an operator binds; larger numbers bind tighter.
 int PriorityOf(FormulaOp op);
 
 }  // namespace GenApi_3_0_ORVANE

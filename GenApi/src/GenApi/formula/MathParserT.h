@@ -43,7 +43,7 @@ enum class FormulaOp : uint8_t {
     Semicolon
 };
 
-/// The functions of the language. The integers know the last two alone.
+/// The functions of the language. Integers know the last two only.
 enum class FormulaFunction : uint8_t {
     Atan,
     Cos,
@@ -65,16 +65,16 @@ enum class FormulaFunction : uint8_t {
     Neg
 };
 
-/// A formula, compiled once and evaluated any number of times. Failures are
-/// texts that begin with "#" and live as long as the parser. Evaluation
-/// allocates nothing. `Traits` gives the numbers and what operators do to them.
+/// A formula, compiled once and evaluated any number of times. Failures are texts that begin with
+/// "#" and live as long as the parser. Evaluation allocates nothing. `Traits` has the numbers and
+/// what operators do to them.
 template <class Traits>
 class MathParserT {
 public:
     using Value = typename Traits::Value;
 
-    /// Enters a variable; its place is the number of those before it.
-    /// A formula that was compiled before has to be compiled anew.
+    /// Enters a variable; its index is the number of those before it. A formula has to be
+    /// compiled again afterwards.
     void AddVariable(std::string_view name) {
         Forget();
         m_Names.emplace_back(name);
@@ -86,15 +86,17 @@ public:
     }
     Value& GetVariableSlot(size_t index) { return m_Slots[index]; }
 
-    /// Null, or the text of what is wrong.
-    /// @param upperCase  names count as if they were all in upper case
+    /// Compiles a formula.
+    /// @param upperCase  compares names as if they were all in upper case
+    /// @return null, or the text of what is wrong
     const char* Compile(std::string_view formula, bool upperCase);
-    /// Null, or the text of what went wrong.
+    /// Evaluates the formula.
+    /// @return null, or the text of what went wrong
     const char* Evaluate(Value& result);
 
 private:
-    /// An arithmetic operator either takes two values from the stack or finds the
-    /// right one in a slot: most have a variable or a number there.
+    /// An arithmetic operator takes either both values from the stack or the right one from a
+    /// slot, because most have a variable or a number there.
     enum class Code : uint8_t {
         Load,
         Add,
@@ -121,6 +123,9 @@ private:
     };
     class Compiler;
 
+    /// Room that most formulas don't exceed, for instructions and for values.
+    static constexpr size_t kReserved = 64;
+
     /// Drops the program and its numbers; the variables stay.
     void Forget() {
         m_IsCompiled = false;
@@ -141,12 +146,12 @@ private:
 struct DoubleFormulaTraits {
     using Value = double;
     static constexpr bool HasFunctions = true;
-    /// What a variable holds before it is given a value.
+    /// The value of a variable that nobody has set.
     static constexpr Value kUndefined = -1.68736462823243e+308;
     static Value Add(Value left, Value right) { return left + right; }
     static Value Subtract(Value left, Value right) { return left - right; }
     static Value Multiply(Value left, Value right) { return left * right; }
-    /// Reads the number at the begin of a text; gives its length.
+    /// Reads the number at the beginning of a text and returns its length.
     static size_t ParseNumber(std::string_view text, Value& number);
     /// All other operators.
     static const char* Apply(FormulaOp op, Value left, Value right, Value& result);
@@ -175,8 +180,7 @@ struct Int64FormulaTraits {
     static Value Call(FormulaFunction function, Value operand);
 };
 
-/// Half away from zero, at a decimal place; a negative place stands before the
-/// point.
+/// Rounds half away from zero at a decimal place; negative places are before the point.
 double RoundAt(double value, double place);
 
 extern template class MathParserT<DoubleFormulaTraits>;

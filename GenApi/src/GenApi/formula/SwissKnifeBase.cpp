@@ -9,6 +9,7 @@
 #include "GenApi/IDeviceInfo.h"
 #include "GenApi/IEnumeration.h"
 #include "GenApi/Version.h"
+#include "formula/FormulaErrors.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -20,26 +21,6 @@ constexpr const char* kInputNames[] = {"TO", "FROM"};
 constexpr std::string_view kEntry = "Entry.";
 
 }  // namespace
-
-/// For formulas and converters alike.
-bool DisplayProperties::Set(const CProperty& property) {
-    switch (property.GetPropertyID()) {
-        case CPropertyID::Representation_ID:
-            representation = property.ERepresentation();
-            return true;
-        case CPropertyID::Unit_ID:
-            unit = property.String().c_str();
-            return true;
-        case CPropertyID::DisplayNotation_ID:
-            notation = property.EDisplayNotation();
-            return true;
-        case CPropertyID::DisplayPrecision_ID:
-            precision = property.Integer();
-            return true;
-        default:
-            return false;
-    }
-}
 
 /// What shows the value is the same for all kinds of formulas, so it is taken first.
 template <class Types>
@@ -163,8 +144,8 @@ ECachingMode CSwissKnifeBase<Types>::ComputeCachingMode() {
     return mode;
 }
 
-/// A variable may stand for something else of a node than its value, which other registers may
-/// tell.
+/// A variable may be something else of a node than its value, which may come from other
+/// registers.
 template <class Types>
 ECachingMode CSwissKnifeBase<Types>::CachingModeOf(const Variable& variable) {
     switch (variable.aspect) {
@@ -190,7 +171,7 @@ public:
     explicit EvaluationScope(CSwissKnifeBase& knife) : m_Evaluations(knife.m_Evaluations) {
         constexpr int kMaxEvaluations = 8;
         if (m_Evaluations == kMaxEvaluations) {
-            knife.ThrowFailedEvaluation("#Internal error!");
+            knife.ThrowFailedEvaluation(kInternal);
         }
         ++m_Evaluations;
     }

@@ -13,21 +13,11 @@
 #include "GenApi/impl/ValueT.h"
 #include "formula/IFormulaNode.h"
 #include "formula/MathParserT.h"
+#include "node/DisplayProperties.h"
 
 namespace GenApi_3_0_ORVANE {
 
-/// How a number is to be shown, for nodes that say so themselves.
-struct DisplayProperties {
-    ERepresentation representation = _UndefinedRepresentation;
-    gcstring unit;
-    EDisplayNotation notation = _UndefinedEDisplayNotation;
-    int64_t precision = -1;
-
-    /// False for a property of another kind.
-    bool Set(const CProperty& property);
-};
-
-/// A formula with its variables. `Types` gives the kind of numbers.
+/// A formula with its variables. `Types` has the kind of numbers.
 template <class Types>
 class CSwissKnifeBase : public CNodeImpl, public IFormulaNode {
 public:
@@ -40,8 +30,7 @@ public:
     using CNodeImpl::InternalGetAccessMode;
     EAccessMode InternalGetAccessMode() override;
 
-    /// Evaluates the formula for a value of its free input. The map's lock is
-    /// held.
+    /// Evaluates the formula for a value of its free input.
     Value_t GetValueWithInput(Value_t input, bool verify, bool ignoreCache);
 
 protected:
@@ -58,12 +47,12 @@ protected:
     int64_t InternalGetDisplayPrecision() const { return m_Display.precision; }
 
 private:
-    /// What of its node a variable stands for.
+    /// Which property of its node a variable is.
     enum class Aspect { Value, Min, Max, Inc, AccessMode, Visibility, CachingMode, Entry, Invalid };
     struct Variable {
         std::string name;
         Aspect aspect = Aspect::Value;
-        /// What stands behind the point of the name.
+        /// The part of the name after the point.
         std::string extension;
         typename Types::PolyRef source;
         INodePrivate* node = nullptr;
@@ -72,7 +61,7 @@ private:
     class EvaluationScope;
 
     void AddVariable(const CProperty& property);
-    /// Gives the text of a failure; empty where all is well.
+    /// Returns the text of a failure; empty if there is none.
     std::string CompileFormula();
     void ReadVariables(bool verify, bool ignoreCache);
     Value_t ReadVariable(const Variable& variable, bool verify, bool ignoreCache);
@@ -86,7 +75,7 @@ private:
     std::vector<Variable> m_Variables;
     typename Types::Parser m_Parser;
     DisplayProperties m_Display;
-    /// How often evaluation has come back to this node on its way.
+    /// How many evaluations of this node are under way within one another.
     int m_Evaluations = 0;
 };
 

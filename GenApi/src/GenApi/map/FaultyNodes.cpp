@@ -3,7 +3,7 @@
 
 #include "map/FaultyNodes.h"
 
-#include "core/NodeImpl.h"
+#include "node/NodeImpl.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -19,8 +19,8 @@ bool IsPassedBy(INode& node) {
 }
 
 /// Some faults only show when the node is used: a formula that leads to itself, for example.
-/// Their exceptions carry a mark. A failure of the transport carries none, as it is none of the
-/// description's.
+/// Their exceptions carry a mark. A failure of the transport carries no mark, since the
+/// description doesn't cause it.
 bool IsPassedByAfter(const GenICam_3_0_ORVANE::GenericException& failure, INode& node) {
     if (dynamic_cast<const NodeFaultMark*>(&failure) == nullptr) {
         return false;

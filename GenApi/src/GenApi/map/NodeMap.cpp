@@ -9,9 +9,9 @@
 #include "Base/Log.h"
 #include "GenApi/IPortConstruct.h"
 #include "GenApi/NodeCallback.h"
-#include "core/NodeImpl.h"
-#include "core/PropertyField.h"
 #include "formula/IFormulaNode.h"
+#include "node/NodeImpl.h"
+#include "node/PropertyField.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -19,6 +19,9 @@ using GenICam_3_0_ORVANE::CLog;
 using GenICam_3_0_ORVANE::GenericException;
 
 namespace {
+
+/// The table begins small: maps without a description stay without nodes.
+constexpr size_t kFirstBuckets = 9;
 
 constexpr uint16_t kGenApiMajor = 3;
 constexpr uint16_t kGenApiMinor = 0;
@@ -33,7 +36,7 @@ bool IsMarkOfLinks(CPropertyID id) {
 
 }  // namespace
 
-string2node_t::string2node_t() : m_Spaces(9) {}
+string2node_t::string2node_t() : m_Spaces(kFirstBuckets) {}
 
 /// Growing step by step would hash all names of a large description several times.
 void string2node_t::Reserve(size_t count) {

@@ -30,8 +30,8 @@ bool AppendHexBytes(std::string_view text, std::vector<uint8_t>& bytes) {
     return text.empty();
 }
 
-/// An odd number of digits is a fault of the one node, which all others outlive. Other characters
-/// are refused as any wrong text.
+/// An odd number of digits is a fault of the node, so that adapters skip it. Other characters are
+/// an exception for whoever attaches the adapter.
 CPortID::CPortID(std::string_view text, INode& node, const char* evenRule) {
     if (text.size() % 2 != 0) {
         throw ExceptionReporterNode<NodeFaultException<GenICam_3_0_ORVANE::RuntimeException>>(

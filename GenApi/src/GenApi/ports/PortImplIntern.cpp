@@ -81,7 +81,7 @@ void CPortImplIntern::Read(void* buffer, int64_t address, int64_t length) {
     }
 }
 
-/// The users are told by way of the queue, after the cache is consistent again.
+/// The users are called through the queue, after the cache is consistent again.
 void CPortImplIntern::Forget(CValueCache::Entry& entry) {
     CInvalidationQueue& queue = GetCallState().GetInvalidations();
     m_ValueCache.Forget(entry, queue);
@@ -111,7 +111,7 @@ void CPortImplIntern::WriteEntry(CValueCache::Entry& entry, const uint8_t* bytes
     WriteToDevice(bytes, entry.GetAddress(), length);
 }
 
-/// Comes before anything is forgotten: a write that can't even begin changes nothing.
+/// Called before anything is forgotten: a write that can't even begin changes nothing.
 void CPortImplIntern::RequireWritable(const void* buffer) {
     if (m_pPort == nullptr) {
         ACCESS_EXCEPTION_NODE("CPortImplIntern::Write : port not set");
@@ -135,7 +135,7 @@ void CPortImplIntern::WriteToDevice(const void* buffer, int64_t address, int64_t
 
 /// Another transport means other bytes, so everything is invalid afterwards. That happens after
 /// the lock is released, because callbacks may need locks of their own. A port that passes
-/// accesses on, such as a chunk port, is told which node it serves.
+/// accesses on, such as a chunk port, learns which node it serves.
 void CPortImplIntern::SetPortImpl(IPort* port) {
     {
         const AutoLock lock(GetLock());

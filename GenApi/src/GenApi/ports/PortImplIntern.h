@@ -32,21 +32,21 @@ public:
     void StopRecording() override { StartRecording(nullptr); }
     void Replay(IPortWriteList* list, bool invalidate) override;
 
-    /// Writes what registers hold at the entry, or the first bytes of it.
+    /// Writes the bytes of the entry, or the first of them.
     void WriteEntry(CValueCache::Entry& entry, const uint8_t* bytes, int64_t length);
-    /// The entry and all that share bytes with it are to be read anew, and what
-    /// was made of them is invalid.
+    /// Has the entry and all that overlap with it read again, and sets invalid what was made of
+    /// them.
     void Forget(CValueCache::Entry& entry);
+    /// The same for all entries that have a byte of the range.
     void ForgetRange(int64_t address, int64_t length);
 
-    /// The bytes known of this port.
+    /// Returns the bytes known of this port.
     CValueCache& GetValueCache() { return m_ValueCache; }
-    /// Whether the description makes this the port of a chunk, be it that another
-    /// node tells which.
+    /// Whether the description makes this the port of a chunk, which another node may identify.
     bool IsChunkPort() const {
         return m_ChunkID.IsPointer() || (m_ChunkID.IsConstant() && !m_ChunkID.GetValue().empty());
     }
-    /// The same, where that node is asked: it may tell of no chunk.
+    /// The same after asking that node, which may have no identifier at present.
     bool HasChunkID() const {
         return IsChunkPort() && !(m_ChunkID.IsReadable() && m_ChunkID.GetValue().empty());
     }

@@ -127,7 +127,7 @@ void CValueCache::ForgetRange(int64_t address, int64_t length, CInvalidationQueu
                        [&](Entry& entry) { ForgetOne(entry, queue); });
 }
 
-/// Nobody has to be told: all registers of a port depend on the port, which is what has become
+/// No users are called: all registers of a port depend on the port, which is what has become
 /// invalid.
 void CValueCache::InvalidateAll() {
     for (auto& [key, entry] : m_Entries) {

@@ -10,12 +10,12 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// What was last read from or written to a port, by address and length, and who
-/// has made a value of it. The lock of the port's map guards all of it.
+/// What was last read from or written to a port, by address and length, and who has made a value
+/// of it. The lock of the port's map guards all of it.
 class CValueCache {
 public:
-    /// A range of bytes that a register has used. Stays where it is, valid or
-    /// not, as long as the cache.
+    /// A range of bytes that a register has used. It stays in the same place as long as the
+    /// cache, valid or not.
     class Entry {
     public:
         bool IsAt(int64_t address, int64_t length) const {
@@ -29,7 +29,7 @@ public:
         void Store(const uint8_t* bytes);
         /// Copies the first bytes of a valid entry.
         void Load(uint8_t* bytes, int64_t length) const;
-        /// Enters one who is told when the bytes are forgotten.
+        /// Registers a user, whose ForgetBytes is called when the bytes are forgotten.
         void AddUser(IBytesUser& user) { m_Users.push_back(&user); }
         void RemoveUser(IBytesUser& user);
 
@@ -42,26 +42,27 @@ public:
         bool m_IsValid = false;
         std::vector<uint8_t> m_Bytes;
         std::vector<IBytesUser*> m_Users;
-        /// Those that share bytes with this one, itself among them, as long as
-        /// the cache has no more entries than when they were found.
+        /// The entries that share bytes with this one, with itself, as long as the cache has no
+        /// more entries than when they were searched.
         std::vector<Entry*> m_Overlapping;
         size_t m_NumEntriesThen = 0;
     };
 
-    /// Made at the first call, not valid yet.
+    /// Returns the entry of a range, after making it at the first call. A new entry isn't valid.
     Entry& GetEntry(int64_t address, int64_t length);
-    /// The entry and all that share bytes with it are invalid afterwards. Their
-    /// users are entered to be told, and then are users no more.
+    /// Makes the entry and all that overlap with it invalid. Their users go to the queue, and are
+    /// no users any more.
     void Forget(Entry& entry, CInvalidationQueue& queue);
-    /// The same for whatever has a byte of a range.
+    /// The same for all entries that have a byte of the range.
     void ForgetRange(int64_t address, int64_t length, CInvalidationQueue& queue);
-    /// Tells nobody: for a port, on which all its registers depend.
+    /// Makes all entries invalid and leaves their users alone: for a port, on which all its
+    /// registers depend.
     void InvalidateAll();
 
 private:
-    /// Lengths above one power of two up to the next are of one class. An entry
-    /// of a class begins, at the most, that power before a byte of its own, so
-    /// that a look at each class finds all that hold a byte.
+    /// Lengths from above one power of two up to the next are one class. An entry of a class
+    /// begins at most that power before any of its bytes, so that one search in each class finds
+    /// all entries that hold a byte.
     struct Key {
         unsigned lengthClass = 0;
         uint64_t first = 0;

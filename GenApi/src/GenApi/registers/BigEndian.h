@@ -1,5 +1,5 @@
 #pragma once
-/// Numbers of four bytes as they lie on an IEEE 1394 bus.
+/// Numbers of four bytes as an IEEE 1394 bus transfers them.
 
 #include <cstdint>
 

@@ -5,8 +5,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// The register that unlocks a camera's advanced features: it is asked with a
-/// feature's identifier and a time, and answers whether they are granted.
+/// The register that unlocks a camera's advanced features: a feature's identifier and a time are
+/// written, and the answer says whether access is granted.
 class CDcamAccessCtrlRegImpl : public UnlimitedIntegerT<CRegisterImpl> {
 public:
     void SetProperty(const CProperty& property) override;

@@ -24,25 +24,13 @@ constexpr int64_t kDoubleLength = sizeof(double);
 }  // namespace
 
 void CFltRegImpl::SetProperty(const CProperty& property) {
-    switch (property.GetPropertyID()) {
-        case CPropertyID::Endianess_ID:
-            m_Endianess = property.EEndianess();
-            break;
-        case CPropertyID::Representation_ID:
-            m_Representation = property.ERepresentation();
-            break;
-        case CPropertyID::Unit_ID:
-            m_Unit = property.String().c_str();
-            break;
-        case CPropertyID::DisplayPrecision_ID:
-            m_DisplayPrecision = property.Integer();
-            break;
-        case CPropertyID::DisplayNotation_ID:
-            m_DisplayNotation = property.EDisplayNotation();
-            break;
-        default:
-            CRegisterImpl::SetProperty(property);
-            break;
+    if (m_Display.Set(property)) {
+        return;
+    }
+    if (property.GetPropertyID() == CPropertyID::Endianess_ID) {
+        m_Endianess = property.EEndianess();
+    } else {
+        CRegisterImpl::SetProperty(property);
     }
 }
 

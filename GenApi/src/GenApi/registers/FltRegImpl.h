@@ -1,6 +1,7 @@
 #pragma once
 
 #include "GenApi/impl/FloatT.h"
+#include "node/DisplayProperties.h"
 #include "registers/RegisterImpl.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -20,17 +21,14 @@ protected:
     bool InternalHasInc() const { return false; }
     double InternalGetInc() const { return 0; }
     double_autovector_t InternalGetListOfValidValues() { return {}; }
-    ERepresentation InternalGetRepresentation() const { return m_Representation; }
-    gcstring InternalGetUnit() const { return m_Unit; }
-    EDisplayNotation InternalGetDisplayNotation() const { return m_DisplayNotation; }
-    int64_t InternalGetDisplayPrecision() const { return m_DisplayPrecision; }
+    ERepresentation InternalGetRepresentation() const { return m_Display.representation; }
+    gcstring InternalGetUnit() const { return m_Display.unit; }
+    EDisplayNotation InternalGetDisplayNotation() const { return m_Display.notation; }
+    int64_t InternalGetDisplayPrecision() const { return m_Display.precision; }
 
 private:
     EEndianess m_Endianess = LittleEndian;
-    ERepresentation m_Representation = _UndefinedRepresentation;
-    gcstring m_Unit;
-    int64_t m_DisplayPrecision = -1;
-    EDisplayNotation m_DisplayNotation = fnAutomatic;
+    DisplayProperties m_Display{.notation = fnAutomatic};
 };
 
 class CFltReg : public BaseT<ValueT<FloatT<RegisterT<NodeT<CFltRegImpl>>>>> {

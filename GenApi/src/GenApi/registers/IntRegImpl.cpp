@@ -20,6 +20,9 @@ using Bytes = std::array<uint8_t, kMaxIntegerLength>;
 }  // namespace
 
 void CIntRegImpl::SetProperty(const CProperty& property) {
+    if (m_Display.Set(property)) {
+        return;
+    }
     switch (property.GetPropertyID()) {
         case CPropertyID::Sign_ID:
             m_Sign = property.ESign();
@@ -27,19 +30,13 @@ void CIntRegImpl::SetProperty(const CProperty& property) {
         case CPropertyID::Endianess_ID:
             m_Endianess = property.EEndianess();
             break;
-        case CPropertyID::Representation_ID:
-            m_Representation = property.ERepresentation();
-            break;
-        case CPropertyID::Unit_ID:
-            m_Unit = property.String().c_str();
-            break;
         default:
             CRegisterImpl::SetProperty(property);
             break;
     }
 }
 
-/// Both texts are those of a client's value that is out of range: the length is the value of
+/// The texts are those of any value that is out of range, since the length may be the value of
 /// another node.
 int64_t CIntRegImpl::CheckedLength() {
     const int64_t length = InternalGetLength();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "GenApi/impl/IntegerT.h"
+#include "node/DisplayProperties.h"
 #include "registers/RegisterImpl.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -17,8 +18,8 @@ protected:
     int64_t InternalGetMax();
     int64_t InternalGetInc() { return 1; }
     int64_autovector_t InternalGetListOfValidValues() { return {}; }
-    ERepresentation InternalGetRepresentation() const { return m_Representation; }
-    gcstring InternalGetUnit() const { return m_Unit; }
+    ERepresentation InternalGetRepresentation() const { return m_Display.representation; }
+    gcstring InternalGetUnit() const { return m_Display.unit; }
 
     /// What a field of some bits can hold.
     struct Masks {
@@ -42,8 +43,7 @@ protected:
 private:
     const Masks& GetMasks();
 
-    ERepresentation m_Representation = PureNumber;
-    gcstring m_Unit;
+    DisplayProperties m_Display{.representation = PureNumber};
     Masks m_Masks;
     bool m_AreMasksKnown = false;
 };

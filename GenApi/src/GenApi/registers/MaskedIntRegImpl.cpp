@@ -8,18 +8,11 @@
 
 namespace GenApi_3_0_ORVANE {
 
-namespace {
-
-/// The name is part of the texts of failures below.
-constexpr uint32_t GC_UINT32_MAX = 0xFFFFFFFF;
-
 /// What isn't the number of a bit must not become one by losing its upper half.
-uint32_t BitOf(const CProperty& property) {
+uint32_t CMaskedIntRegImpl::BitOf(const CProperty& property) {
     const int64_t bit = property.Integer();
     return bit < 0 || bit >= GC_UINT32_MAX ? GC_UINT32_MAX - 1 : static_cast<uint32_t>(bit);
 }
-
-}  // namespace
 
 void CMaskedIntRegImpl::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {

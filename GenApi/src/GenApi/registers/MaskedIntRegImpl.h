@@ -20,8 +20,13 @@ private:
     void CheckBits();
     void CheckBitOrder(uint32_t bits);
 
-    uint32_t m_LSB = 0xFFFFFFFF;
-    uint32_t m_MSB = 0xFFFFFFFF;
+    /// A bit that the description hasn't named. The name is part of the texts of failures.
+    static constexpr uint32_t GC_UINT32_MAX = 0xFFFFFFFF;
+
+    static uint32_t BitOf(const CProperty& property);
+
+    uint32_t m_LSB = GC_UINT32_MAX;
+    uint32_t m_MSB = GC_UINT32_MAX;
     uint64_t m_Mask = 0;
     Masks m_FieldMasks;
 };

@@ -9,18 +9,17 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// The bytes of one register on their way from or to its port, all zero at
-/// first. Those of a usual register stand on the stack. A description, or the
-/// device, may claim any length, so that longer ones take no more than
-/// addresses until somebody puts something there.
+/// The bytes of one register on their way from or to its port, all zero at first. Those of a
+/// usual register are on the stack. A description, or the device, may claim any length, so longer
+/// ones take no memory until somebody writes to it.
 class RegisterBytes {
 public:
-    /// OutOfRangeException for a length that no register has, RuntimeException
-    /// without memory for it; both in the name of the node.
+    /// @throws OutOfRangeException for a length that no register has, RuntimeException without
+    ///         memory for it; both name the node
     RegisterBytes(INodePrivate& node, int64_t length);
 
     uint8_t* Data() { return m_pLong == nullptr ? m_Short.data() : m_pLong.get(); }
-    /// The bytes up to the first zero, or all.
+    /// Returns the bytes up to the first zero, or all.
     const char* Text() { return reinterpret_cast<const char*>(Data()); }
 
 private:
@@ -29,8 +28,11 @@ private:
         void operator()(uint8_t* bytes) const { std::free(bytes); }
     };
 
+    /// As many bytes as a usual register has; those of longer ones are allocated.
+    static constexpr size_t kShortBytes = 256;
+
     /// There is always one more byte than the register has, which ends a text.
-    std::array<uint8_t, 256> m_Short{};
+    std::array<uint8_t, kShortBytes> m_Short{};
     std::unique_ptr<uint8_t, Free> m_pLong;
 };
 

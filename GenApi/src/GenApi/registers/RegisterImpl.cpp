@@ -1,22 +1,16 @@
 // A range of bytes in the memory of a device: where it is, what of it may be kept, and how reads
-// and writes keep the caches of all registers true that share bytes with it.
+// and writes keep the caches right of all registers that share bytes with it.
 
 #include "registers/RegisterImpl.h"
 
 #include <algorithm>
 #include <utility>
 
+#include "ports/ChunkAddresses.h"
 #include "registers/RegisterBytes.h"
 #include "text/Value2String.h"
 
 namespace GenApi_3_0_ORVANE {
-
-namespace {
-
-/// Where a chunk port tells the end of its chunk.
-constexpr int64_t kChunkEndAddress = 0x7FFFFFFFFFFFFFF0;
-
-}  // namespace
 
 /// Addresses and indices may be many; their sum is where the register is.
 void CRegisterImpl::SetProperty(const CProperty& property) {
@@ -83,8 +77,8 @@ EAccessMode CRegisterImpl::InternalGetAccessMode() {
     return CachedAccessMode([this] { return Combine(ComputeAccessMode(m_pPort), m_AccessMode); });
 }
 
-/// If the address may change without a word, bytes that are kept may be those of another place.
-/// So whatever tells the address or the length decides as well.
+/// If the address may change unnoticed, bytes that are kept may be those of another place. So the
+/// nodes that the address and the length come from decide as well.
 ECachingMode CRegisterImpl::ComputeCachingMode() {
     ECachingMode mode = CNodeImpl::ComputeCachingMode();
     for (const CIntegerPolyRef& address : m_Addresses) {
@@ -116,15 +110,15 @@ int64_t CRegisterImpl::SumAddress(bool ignoreCache) {
     // Negative addresses count from the end of a chunk, where some devices put their newest
     // fields.
     if (static_cast<int64_t>(sum) < 0 && m_pPort->HasChunkID()) {
-        int64_t base = 0;
-        m_pPort->Read(&base, kChunkEndAddress, sizeof(base));
-        sum += bits(base);
+        int64_t length = 0;
+        m_pPort->Read(&length, kChunkLengthAddress, sizeof(length));
+        sum += bits(length);
     }
     return static_cast<int64_t>(sum);
 }
 
-/// A verified access is about the register's own value: what tells the address is read without
-/// verification. A read past the cache passes the caches of the address's parts as well.
+/// A verified access is about the register's own value: the parts of the address are read without
+/// verification. A read past the cache passes their caches as well.
 void CRegisterImpl::UpdateAddress(bool ignoreCache) {
     const int64_t oldAddress = m_Address;
     m_Address = 0;
@@ -157,8 +151,7 @@ void CRegisterImpl::FindEntry(int64_t length) {
     }
 }
 
-/// From now on this register is told when the bytes are forgotten: it is about to make a value of
-/// them.
+/// The caller is about to make a value of the bytes, so it has to learn when they are forgotten.
 CValueCache::Entry& CRegisterImpl::UseEntry(int64_t length) {
     FindEntry(length);
     if (!m_IsEntryUser) {
@@ -168,8 +161,8 @@ CValueCache::Entry& CRegisterImpl::UseEntry(int64_t length) {
     return *m_pEntry;
 }
 
-/// Called before the register's own writes, too: they must not make it invalid, since what it
-/// holds after them is up to the frame of the write.
+/// Called before the register's own writes, too: they must not make it invalid. The frame of the
+/// write decides what it keeps.
 void CRegisterImpl::LeaveEntry() {
     if (std::exchange(m_IsEntryUser, false)) {
         m_pEntry->RemoveUser(*this);
@@ -266,7 +259,7 @@ void CRegisterImpl::InternalSet(const uint8_t* buffer, int64_t length, bool /*ve
         return;
     }
     CValueCache::Entry& entry = UseEntry(registerLength);
-    // What this node makes of the bytes is up to the frame of its write.
+    // The frame of the write decides what this node keeps of the bytes.
     LeaveEntry();
     m_pPort->WriteEntry(entry, buffer, length);
     // Only where the description says that the device takes a value as it is written. With

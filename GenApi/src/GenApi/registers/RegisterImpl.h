@@ -23,8 +23,8 @@ public:
     void ForgetBytes() override;
 
 protected:
-    /// The bytes where this register was read or written last: nothing is computed
-    /// to find them.
+    /// Forgets the bytes where this register was read or written last. Nothing is computed to
+    /// find them.
     void ForgetBeneath() override;
     bool IsRegister() const override { return true; }
     ECachingMode ComputeCachingMode() override;
@@ -35,10 +35,10 @@ protected:
     void InternalSet(const uint8_t* buffer, int64_t length, bool verify);
     int64_t InternalGetLength() { return m_Length.GetValue(); }
     int64_t InternalGetAddress();
-    /// Sums the address up anew; a change drops what is cached there.
+    /// Computes the address again. If it has changed, what is cached at the new place is dropped.
     void UpdateAddress(bool ignoreCache);
-    /// Refuses what no register can give or take. Gives the length of the
-    /// register.
+    /// Refuses what no register can do.
+    /// @return the length of the register
     int64_t CheckAccess(const void* buffer, int64_t length, const char* operation);
 
     CIntegerPolyRef m_Length;
@@ -53,16 +53,16 @@ private:
 
     void AddIndex(const CProperty& property);
     int64_t SumAddress(bool ignoreCache);
-    /// Makes the bytes at the current address this register's.
+    /// Finds the cache entry of the current address.
     void FindEntry(int64_t length);
-    /// Returns them. This register is told of what happens to
-    /// them from now on.
+    /// Returns that entry. From now on, this register learns when the entry's bytes are
+    /// forgotten.
     CValueCache::Entry& UseEntry(int64_t length);
     void LeaveEntry();
 
     CValueCache::Entry* m_pEntry = nullptr;
     bool m_IsEntryUser = false;
-    /// Of what was read or written last without being kept.
+    /// The length of the last access without a cache.
     int64_t m_UncachedLength = 0;
     bool m_IsAddressKnown = false;
     std::vector<CIntegerPolyRef> m_Addresses;

@@ -36,7 +36,7 @@ std::array<uint8_t, sizeof(GUID)> GuidBytes(const GUID& guid) {
 }  // namespace
 
 CSmartFeatureImpl::CSmartFeatureImpl() {
-    // The description doesn't tell the length: all such registers are alike.
+    // The description doesn't have the length: all such registers are alike.
     m_Length = kAnswerLength;
 }
 

@@ -6,8 +6,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// The address of a smart feature: a camera tells it to who writes the feature's
-/// GUID.
+/// The address of a smart feature, which a camera returns after the feature's GUID was written.
 class CSmartFeatureImpl : public UnlimitedIntegerT<CRegisterImpl> {
 public:
     CSmartFeatureImpl();

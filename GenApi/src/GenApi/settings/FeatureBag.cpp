@@ -104,8 +104,8 @@ void CFeatureBag::SetInfo(const gcstring& info) {
     m_Info = info;
 }
 
-/// Without verification: a value that the device has at present is worth storing even if it is
-/// outside the limits.
+/// Without verification: the value that the device has at present is stored even if it is outside
+/// the limits.
 void CFeatureBag::PersistFeature(IValue& feature) {
     Append(feature.GetNode()->GetName(), feature.ToString(false, false));
 }

@@ -105,7 +105,7 @@ void BagWriter::CheckAll() {
         const CPointer<INodePrivate> node(m_NodeMap.GetNode(name));
         if (node.IsValid() && checked.insert(node).second) {
             m_Notes.Attempt(LoadNotes::kChecking, name, [&] {
-                // The look is one of the internal operations, which want the lock held.
+                // InternalCheckError must be called with the lock held.
                 const GenICam_3_0_ORVANE::AutoLock lock(m_NodeMap.GetLock());
                 node->InternalCheckError();
             });

@@ -17,9 +17,9 @@ void ExecuteAndWait(ICommand& command);
 /// As above, for a command that a device may lack.
 void ExecuteIfPresent(INodeMap& nodeMap, const char* commandName);
 
-/// Ends a piece of work come what may: a device must neither stay in the midst
-/// of it nor keep what was changed for its sake. Of two failures the first one
-/// is told, which is the cause.
+/// Runs `work`, then `end` whatever happens: a device must neither stay between the two nor keep
+/// what was changed only for the work. Of two failures the first one is thrown, which is the
+/// cause.
 template <class Work, class End>
 void RunAndEnd(const Work& work, const End& end) {
     try {
@@ -34,8 +34,8 @@ void RunAndEnd(const Work& work, const End& end) {
     end();
 }
 
-/// Visits every combination of selectors until `visit` returns false, and puts
-/// the selectors back.
+/// Visits every combination of selectors until `visit` returns false, and puts the selectors
+/// back.
 template <class Visit>
 void ForEachCombination(ISelectorDigit& selectors, const Visit& visit) {
     RunAndEnd(
@@ -55,11 +55,11 @@ public:
     static constexpr char kVerifying[] = "Error while verifying the value of node '";
     static constexpr char kChecking[] = "Error checking node '";
 
-    /// @param errors  takes the notes; null when no one asks
+    /// @param errors  the notes are appended to it; may be null
     explicit LoadNotes(gcstring_vector* errors) : m_pErrors(errors) {}
 
     void Add(const gcstring& note);
-    /// Notes the failure of an action on a node instead of passing it on.
+    /// Runs an action on a node. A failure is noted instead of passed on.
     /// @return whether it succeeded
     template <class Action>
     bool Attempt(const char* task, const gcstring& nodeName, const Action& action) {

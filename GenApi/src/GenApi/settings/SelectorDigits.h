@@ -16,8 +16,8 @@ gcstring SelectorText(IInteger& selector);
 gcstring SelectorText(IEnumeration& selector);
 gcstring SelectorText(IBoolean& selector);
 
-/// What all wheels do alike: note the value that the selector had, give it back, and
-/// name the present one.
+/// What all digits share: they remember the value that the selector had, put it back, and name
+/// the present one.
 template <class Selector, class Value>
 class CSelectorDigit : public ISelectorDigit {
 public:
@@ -32,7 +32,7 @@ public:
 
 protected:
     Selector& GetSelector() { return *m_ptrSelector; }
-    /// Notes the value on the first call.
+    /// Remembers the value at the first call.
     /// @throws AccessException for a selector that can't be read or written now
     void Begin();
 
@@ -65,8 +65,8 @@ private:
     bool m_CurrentValue = false;
 };
 
-/// An enumeration through the entries that are available at the time of each
-/// step: other selectors may decide about that.
+/// An enumeration that steps through the entries that are available at the time of each step,
+/// which may depend on other selectors.
 class CEnumSelectorDigit : public CSelectorDigit<IEnumeration, int64_t> {
 public:
     explicit CEnumSelectorDigit(const Pointer& selector);

@@ -8,9 +8,9 @@
 
 #include "GenApi/INode.h"
 #include "GenApi/ISelector.h"
-#include "core/NodeImpl.h"
-#include "map/EachInTurn.h"
+#include "map/DespiteFailures.h"
 #include "map/FaultyNodes.h"
+#include "node/NodeImpl.h"
 #include "settings/SelectorDigits.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -80,7 +80,7 @@ void CSelectorSet::Create(IBase* base) {
 }
 
 /// Lists the selectors, each before its own. Selectors of selectors may nest as deep as a
-/// description likes, or in a circle; hence no recursion, and no selector twice.
+/// description likes, or in a circle; so there is no recursion, and no selector is listed twice.
 void CSelectorSet::ExploreSelector(IBase* base, std::vector<INode*>& list) {
     std::unordered_set<INode*> listed;
     std::vector<std::vector<INode*>> path{SelectingNodes(base)};
@@ -134,7 +134,8 @@ bool CSelectorSet::SetNext(bool tick) {
 /// The outer selectors first, because they decide on what the inner ones may hold. One
 /// that fails doesn't keep the others from going back.
 void CSelectorSet::Restore() {
-    ForEachInTurn(m_Digits.rbegin(), m_Digits.rend(), [](const auto& digit) { digit->Restore(); });
+    ForEachDespiteFailures(m_Digits.rbegin(), m_Digits.rend(),
+                           [](const auto& digit) { digit->Restore(); });
 }
 
 gcstring CSelectorSet::ToString() {

@@ -50,7 +50,7 @@ gcstring PrintRounded(EDisplayNotation notation, int64_t precision, double value
     return gcstring(stream.str().c_str());
 }
 
-/// The number that a text stands for; infinity for one that no double can hold.
+/// Returns the number that a text is read as; infinity for one that no double can hold.
 double ReadBack(const gcstring& text, double printed) {
     double number = 0;
     return String2Value(text, &number)

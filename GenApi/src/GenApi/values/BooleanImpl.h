@@ -9,7 +9,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// A truth value, held as one of two numbers by another node.
+/// A truth value, kept as one of two numbers by another node.
 class CBooleanImpl : public CNodeImpl {
 public:
     void SetProperty(const CProperty& property) override;
@@ -24,8 +24,8 @@ protected:
 
 private:
     CIntegerPolyRef m_Value;
-    /// The value that the description itself gives: a truth value, to be put
-    /// in terms of the two numbers once both are known.
+    /// A truth value that is in the description itself. It is turned into one of the two numbers
+    /// once both are known.
     std::optional<int64_t> m_Constant;
     int64_t m_OnValue = 1;
     int64_t m_OffValue = 0;

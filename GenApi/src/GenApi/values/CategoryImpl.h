@@ -9,8 +9,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// A group of features. It shows itself to whoever may see one of them, so its
-/// visibility comes from them alone, whatever the description says.
+/// A group of features. Whoever may see one of them sees the group, so its visibility comes from
+/// the features alone, whatever the description says.
 class CCategoryImpl : public CNodeImpl, virtual public ICategory {
 public:
     CCategoryImpl() { m_Visibility = Invisible; }
@@ -30,8 +30,8 @@ private:
     static void PassUp(std::vector<CCategoryImpl*> told, EVisibility visibility);
 
     value_vector m_Features;
-    /// The categories that list this one. Others may be parents for other reasons,
-    /// and what they show doesn't depend on this one.
+    /// The categories that list this one. Nodes may be its parents for other reasons; their
+    /// visibility doesn't depend on this one.
     std::vector<CCategoryImpl*> m_Outer;
     bool m_IsConstructed = false;
 };

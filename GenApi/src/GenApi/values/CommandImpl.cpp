@@ -36,7 +36,7 @@ void CCommandImpl::InternalExecute(bool verify) {
                                      valueNode->InternalGetName().c_str());
     }
     SetOrHold(m_Value, m_CommandValue.GetValue(), verify);
-    // Without a way to look at it, nothing would ever tell that it is done.
+    // If the value can't be read, nothing would ever show that the command is done.
     m_State = m_Value.IsReadable() && IsReadable(GetAccessMode()) ? Busy : Done;
 }
 
@@ -70,7 +70,7 @@ gcstring CCommand::ToString(bool verify, bool ignoreCache) {
     CallbackList callbacks;
     {
         const AutoLock lock(GetLock());
-        // What an attempt that failed has left behind may be gone by now.
+        // An attempt that failed may have left callbacks here whose owners are gone by now.
         TakePending();
         text = ValueT::ToString(verify, ignoreCache);
         callbacks = TakePending();

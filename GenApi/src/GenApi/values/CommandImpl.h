@@ -7,8 +7,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// A number written to another node to make the device do something. The device
-/// changes the number when it is done, which only a look at it tells.
+/// A number written to another node to make the device do something. The device changes the
+/// number when it is done, which only a read finds out.
 class CCommandImpl : public CNodeImpl {
 public:
     void SetProperty(const CProperty& property) override;
@@ -18,7 +18,7 @@ public:
 
 protected:
     void InternalExecute(bool verify);
-    /// @param fireCallbacks  set when this look found the command done
+    /// @param fireCallbacks  set if this call found the command done
     bool InternalIsDone(bool verify, bool& fireCallbacks);
 
 private:

@@ -7,8 +7,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// One choice of an enumeration. What it holds never changes, so its reads
-/// need no lock.
+/// One choice of an enumeration. What it holds never changes, so reads need no lock.
 class CEnumEntryImpl : public CNodeImpl, virtual public IEnumEntry {
 public:
     void SetProperty(const CProperty& property) override;

@@ -32,7 +32,7 @@ void CEnumerationImpl::FinalConstruct() {
         if (ptrEnumEntry == nullptr) {
             RUNTIME_EXCEPTION_NODE("An entry of the enumeration is another kind of node.");
         }
-        // Where two entries share a text or a number the first one stands.
+        // Where two entries share a text or a number the first one counts.
         m_BySymbolic.emplace(ptrEnumEntry->GetSymbolic(), ptrEnumEntry);
         m_ByValue.emplace(ptrEnumEntry->GetValue(), ptrEnumEntry);
     }
@@ -70,8 +70,8 @@ IEnumEntry& CEnumerationImpl::RequireEntry(int64_t value) {
     return *entry;
 }
 
-/// While the state lasts, no read is answered from the cache: the device changes the value
-/// without a word.
+/// While the state lasts, no read is answered from the cache: the device may change the value at
+/// any time.
 void CEnumerationImpl::LeaveSelfClearing(int64_t value) {
     if (m_State == SelfClearing && value != m_SelfClearingValue) {
         SetInvalid(simAll);

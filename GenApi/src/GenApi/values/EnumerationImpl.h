@@ -9,12 +9,12 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// A choice among entries, held as a number by another node.
+/// A choice among entries, kept as a number by another node.
 class CEnumerationImpl : public CNodeImpl {
 public:
     void SetProperty(const CProperty& property) override;
     void FinalConstruct() override;
-    /// Not while the device is expected to move on by itself.
+    /// False while the device is expected to change the value by itself.
     bool InternalIsValueCacheValid() override {
         return m_State == Normal && CNodeImpl::InternalIsValueCacheValid();
     }
@@ -29,17 +29,16 @@ protected:
     IEnumEntry* InternalGetEntry(int64_t value) const;
     int64_t InternalGetIntValue(bool verify, bool ignoreCache);
     void InternalSetIntValue(int64_t value, bool verify);
-    /// The symbolic of the entry, which must be there and available.
+    /// Returns the symbolic name of the entry, which must exist and be available.
     gcstring InternalSymbolicOf(int64_t value);
-    /// The number of the entry, which must be there.
+    /// Returns the number of the entry, which must exist.
     int64_t InternalValueOf(const gcstring& symbolic);
 
 private:
     enum EState { Normal = 1, SelfClearing = 2 };
 
     IEnumEntry& RequireEntry(int64_t value);
-    /// Ends the wait for the device once its value is another than the one
-    /// that was written.
+    /// Ends that expectation once the value is another than the one that was written.
     void LeaveSelfClearing(int64_t value);
 
     CIntegerPolyRef m_Value;

@@ -10,16 +10,9 @@ namespace GenApi_3_0_ORVANE {
 
 /// A float that other nodes or the description hold.
 class CFloatImpl : public CNumericNodeImpl<FloatNodeTypes> {
-public:
-    void SetProperty(const CProperty& property) override;
-
 protected:
     EDisplayNotation InternalGetDisplayNotation();
     int64_t InternalGetDisplayPrecision();
-
-private:
-    EDisplayNotation m_DisplayNotation = _UndefinedEDisplayNotation;
-    int64_t m_DisplayPrecision = -1;
 };
 
 class CFloat : public BaseT<ValueT<NodeT<FloatT<CFloatImpl>>>> {

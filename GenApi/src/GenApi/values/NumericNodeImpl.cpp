@@ -21,25 +21,16 @@ bool FloatNodeTypes::FromText(const gcstring& text, Value* value) {
     return String2Value(text, value);
 }
 
-/// In three steps, because each property is one of three kinds and a single switch would be too
-/// long to read.
+/// In steps, because a single switch over all properties would be too long to read.
 template <class Types>
 void CNumericNodeImpl<Types>::SetProperty(const CProperty& property) {
-    if (SetSourceProperty(property) || SetLimitProperty(property)) {
+    if (SetSourceProperty(property) || SetLimitProperty(property) || m_Display.Set(property)) {
         return;
     }
-    switch (property.GetPropertyID()) {
-        case CPropertyID::Representation_ID:
-            m_Representation = property.ERepresentation();
-            break;
-        case CPropertyID::Unit_ID:
-            m_Unit = property.String().c_str();
-            break;
-        case CPropertyID::ValidValueSet_ID:
-            SetValidValues(property.String());
-            break;
-        default:
-            CNodeImpl::SetProperty(property);
+    if (property.GetPropertyID() == CPropertyID::ValidValueSet_ID) {
+        SetValidValues(property.String());
+    } else {
+        CNodeImpl::SetProperty(property);
     }
 }
 
@@ -155,7 +146,7 @@ void CNumericNodeImpl<Types>::SetInvalid(ESetInvalidMode mode) {
     }
 }
 
-/// If the index may change without a word, nothing of this node can be kept.
+/// If the index may change unnoticed, nothing of this node can be kept.
 template <class Types>
 ECachingMode CNumericNodeImpl<Types>::ComputeCachingMode() {
     const ECachingMode mode = CNodeImpl::ComputeCachingMode();
@@ -321,13 +312,13 @@ auto CNumericNodeImpl<Types>::InternalGetListOfValidValues() -> List_t {
 
 template <class Types>
 ERepresentation CNumericNodeImpl<Types>::InternalGetRepresentation() {
-    return m_Representation != _UndefinedRepresentation ? m_Representation
-                                                        : GetSource().GetRepresentation();
+    return m_Display.representation != _UndefinedRepresentation ? m_Display.representation
+                                                                : GetSource().GetRepresentation();
 }
 
 template <class Types>
 gcstring CNumericNodeImpl<Types>::InternalGetUnit() {
-    return m_Unit.empty() ? GetSource().GetUnit() : m_Unit;
+    return m_Display.unit.empty() ? GetSource().GetUnit() : m_Display.unit;
 }
 
 template class CNumericNodeImpl<IntegerNodeTypes>;

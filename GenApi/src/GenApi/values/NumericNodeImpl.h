@@ -4,18 +4,19 @@
 #include <string_view>
 #include <vector>
 
-#include "core/NodeImpl.h"
+#include "node/DisplayProperties.h"
+#include "node/NodeImpl.h"
 
 namespace GenApi_3_0_ORVANE {
 
-/// What integer and float nodes have in common: a value that the node or others
-/// hold, with limits of its own where the description gives some.
+/// What integer and float nodes share: a value that the node itself or others hold, with limits
+/// of its own where the description has some.
 ///
-/// The value stands in one source with any number of copies, or an index
-/// selects one source among several. A source that is no node is the value
-/// itself, which writes change; those that an index selects stay as described. Types names the
-/// `Value`, the `List` of values, the reference to a source, and how a property or a text gives a
-/// value. The Internal... operations want the map's lock held.
+/// The value has one source with any number of copies, or an index selects one source among
+/// several. A source that isn't a node is the value itself, which writes change; those that an
+/// index selects stay as described. Types has the `Value`, the `List` of values, the reference to
+/// a source, and the conversions from a property and from a text. Call the Internal... operations
+/// with the map's lock held.
 template <class Types>
 class CNumericNodeImpl : public CNodeImpl {
 public:
@@ -44,9 +45,11 @@ protected:
     ERepresentation InternalGetRepresentation();
     gcstring InternalGetUnit();
 
-    /// The source that reads come from. The index is no part of the value: it comes
-    /// from the cache even when the value is verified.
+    /// Returns the source that reads use. The index isn't part of the value: it comes from the
+    /// cache even when the value is verified.
     const PolyRef_t& GetSource(bool ignoreCache = false) const;
+
+    DisplayProperties m_Display;
 
 private:
     static constexpr unsigned SourceRoles = ReadRole | WriteRole | ValueRole;
@@ -65,13 +68,11 @@ private:
     CIntegerPolyRef m_Index;
     std::map<int64_t, PolyRef_t> m_Indexed;
     PolyRef_t m_Default;
-    /// With an index, what is read beside the sources that it selects among.
+    /// With an index: the reading children that aren't among the sources it selects from.
     NodeList m_ReadBesideIndexed;
     PolyRef_t m_Min;
     PolyRef_t m_Max;
     PolyRef_t m_Inc;
-    ERepresentation m_Representation = _UndefinedRepresentation;
-    gcstring m_Unit;
     List_t m_ValidValues;
 };
 

@@ -7,7 +7,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// A text that the description gives or another node holds.
+/// A text from the description or from another node.
 class CStringNodeImpl : public CNodeImpl {
 public:
     void SetProperty(const CProperty& property) override;

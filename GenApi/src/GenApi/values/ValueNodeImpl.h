@@ -7,8 +7,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// A node that holds no value of its own and is there for what others make of
-/// it, an event for example.
+/// A node without a value of its own, which exists for its callbacks and links: an event, for
+/// example.
 class CValueNodeImpl : public CNodeImpl, virtual public IValue {};
 
 class CValueNode : public BaseT<ValueT<NodeT<CValueNodeImpl>>> {};

@@ -17,9 +17,9 @@ inline constexpr size_t kMaxUnpackedBytes = 256UL * 1024 * 1024;
 /// Properties that structures and expressions repeat, which grow with the square
 /// of a description.
 inline constexpr size_t kMaxRepeatedProperties = 1000000;
-/// Properties that preprocessing adds. Each node is told all nodes that depend on
-/// it: a chain of n links makes n * n / 2 of them, and selected nodes or
-/// categories that are nested as diamonds two to the power of n.
+/// Properties that preprocessing adds. Each node gets a link to every node that depends on it: a
+/// chain of n links makes n * n / 2 of them, and selected nodes or categories that are nested as
+/// diamonds make two to the power of n.
 inline constexpr size_t kMaxDerivedProperties = 16000000;
 /// Links that preprocessing looks at to find those.
 inline constexpr size_t kMaxPreprocessingSteps = 10 * kMaxDerivedProperties;

@@ -110,8 +110,8 @@ int64_t CNodeData::GetMergePriority() const {
     return pMergePriority == nullptr ? 0 : pMergePriority->Integer();
 }
 
-/// Nodes that can't be compared pair by pair count as equal: whoever asks wants to know whether a
-/// repeated node says something else.
+/// Nodes that can't be compared pair by pair count as equal. The question is whether a repeated
+/// node says something else.
 bool CNodeData::operator==(const CNodeData& other) const {
     const PropertyVector_t& mine = *m_pPropertyVector;
     const PropertyVector_t& others = *other.m_pPropertyVector;

@@ -59,10 +59,10 @@ public:
     CNodeData(ENodeType_t nodeType, INodeDataMap* pNodeDataMap);
     /// A node that has its name among the properties it will get.
     CNodeData(ENodeType_t nodeType, NodeID_t nodeID, INodeDataMap* pNodeDataMap);
-    /// Copies a node into another map under the given identifier.
-    /// @param keepOnlyKnownTargets drops links to nodes that the target map does
-    ///        not know; without it all links must be known there, and what the
-    ///        preprocessing has added stays behind.
+    /// Copies a node into another map under that identifier.
+    /// @param keepOnlyKnownTargets  drops links to nodes that the target map doesn't know.
+    ///         Without it, all links must be known there, and what preprocessing has added isn't
+    ///         copied
     CNodeData(const CNodeData& source, NodeID_t nodeID, INodeDataMap* pTargetMap,
               bool keepOnlyKnownTargets);
     CNodeData(const CNodeData&) = delete;
@@ -88,8 +88,8 @@ public:
     /// the list next changes.
     CProperty& AddProperty(std::unique_ptr<CProperty> pProperty);
     CProperty& AddProperty(CProperty property);
-    /// Appends a property of this node's map, made of what a constructor of
-    /// CProperty takes behind the map.
+    /// Appends a property of this node's map, made of what a constructor of CProperty takes after
+    /// the map.
     template <typename... Value>
     CProperty& AddProperty(CPropertyID id, Value&&... value) {
         return AddProperty(CProperty(m_pNodeDataMap, id, std::forward<Value>(value)...));
@@ -109,14 +109,13 @@ public:
     /// -1 yields to, 1 replaces a node of the same name on injection; 0 when
     /// the node does not say.
     int64_t GetMergePriority() const;
-    /// Tells apart what the description has given so far and what is derived
-    /// from it from now on.
+    /// Marks the end of what the description itself says; properties that are added from now on
+    /// are derived from it.
     void EndGivenProperties() { m_NumGiven = m_pPropertyVector->size(); }
 
-    /// Answers whether this node tells nothing new beside @p other, a node of
-    /// the same name. Two nodes that cannot be compared pair by pair (another
-    /// type, identifier or number of properties, or no properties at all) count
-    /// as equal too.
+    /// Whether this node says nothing that @p other, a node of the same name, doesn't say. Two
+    /// nodes that can't be compared pair by pair (another type, identifier or number of
+    /// properties, or no properties at all) count as equal, too.
     bool operator==(const CNodeData& other) const;
 
     /// The text of a node type, which is its XML element name. Asserts on the
@@ -134,7 +133,7 @@ private:
     NodeID_t m_NodeID;
     std::unique_ptr<PropertyVector_t> m_pPropertyVector;
     INodeDataMap* m_pNodeDataMap;
-    /// How many of the properties the description has given.
+    /// How many of the properties come from the description.
     size_t m_NumGiven = SIZE_MAX;
 
     // Scratch space of the preprocessing; null at all other times.

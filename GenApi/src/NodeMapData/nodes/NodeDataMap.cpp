@@ -40,8 +40,8 @@ NodeID_t CNodeDataMap::FindNodeID(std::string_view name) const {
     return pos == m_pNodeName2NodeID->end() ? NodeID_t() : pos->second;
 }
 
-/// One search for both cases: its position is also where a new name goes. Identifiers are given
-/// out in the order in which a description first mentions the names.
+/// One search for both cases: its position is also where a new name goes. Identifiers follow the
+/// order in which a description first mentions the names.
 NodeID_t CNodeDataMap::GetNodeID(std::string_view name, bool create) {
     const auto pos = m_pNodeName2NodeID->lower_bound(name);
     if (pos != m_pNodeName2NodeID->end() && pos->first == name) {

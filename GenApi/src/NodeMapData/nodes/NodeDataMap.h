@@ -37,10 +37,10 @@ public:
 
     /// The identifier of a name; invalid when the name is unknown.
     NodeID_t FindNodeID(std::string_view name) const;
-    /// Number of identifiers given out, of nodes not yet seen too.
+    /// Returns the number of identifiers in use, also of names that have no node yet.
     size_t GetNumNodeIDs() const { return m_pNodeID2NodeData->size(); }
     size_t GetNumStrings() const { return m_pStringID2String->size(); }
-    /// The node behind a valid identifier; null while only its name is known.
+    /// Returns the node of a valid identifier; null while only its name is known.
     CNodeData* GetNodeData(NodeID_t NodeID) const;
     /// The node stored last, or null. Owned by the map.
     CNodeData* GetLastNodeData() const;
@@ -59,10 +59,9 @@ public:
     /// Empties the map. There must be no context node.
     void Clear() noexcept;
 
-    /// Merges the nodes of @p other into this map. @p other is consistent and
-    /// keeps its content.
-    /// @throws RuntimeException when both define a node and neither its type nor
-    ///         its merge priority tells how to merge them.
+    /// Merges the nodes of @p other into this map. @p other is consistent and keeps its content.
+    /// @throws RuntimeException if both define a node and neither its type nor its merge priority
+    ///         says how to merge them
     void Inject(const CNodeDataMap& other);
 
     /// The first identifier that is referred to and has no node; invalid when
@@ -80,8 +79,8 @@ public:
     void ExtractIndependentSubtree(CNodeDataMap& toExtractTree, std::string_view name,
                                    bool renameToRoot) const;
 
-    /// Writes the map, which is consistent and within kCacheFileMaxCount, in the
-    /// binary form of the cache. Equal maps give equal bytes.
+    /// Writes the map, which is consistent and within kCacheFileMaxCount, in the binary form of
+    /// the cache. Equal maps make equal bytes.
     void ToFile(CCacheWriter& writer) const;
     /// Fills the empty map. Of no use when the reader has failed afterwards.
     void FromFile(CCacheReader& reader);

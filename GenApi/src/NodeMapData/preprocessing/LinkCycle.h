@@ -11,8 +11,8 @@ inline constexpr const char* readCycleText = "ERROR : read cycle detected : ";
 /// node on and back to it, as "A -> B -> A".
 [[noreturn]] void ThrowLinkCycle(const char* text, const WalkPath_t& path, const CNodeData& node);
 
-/// The target of the next property, at or behind the cursor, whose identifier
-/// the predicate accepts; the invalid identifier at the end.
+/// Returns the target of the next property, from the cursor on, whose identifier the predicate
+/// accepts; the invalid identifier at the end.
 template <typename Predicate>
 NodeID_t NextProperty(const CNodeData& node, size_t& cursor, Predicate isFollowed) {
     const CNodeData::PropertyVector_t& properties = node.GetProperties();

@@ -18,16 +18,16 @@ struct WalkStep {
 };
 using WalkPath_t = std::vector<WalkStep>;
 
-/// Walks depth first over all nodes that links reach, without recursion, since
-/// a description decides how long a chain of links is.
+/// Walks depth first over all nodes that links reach, without recursion, since a description
+/// decides how long a chain of links is.
 ///
-/// Policy gives:
+/// Policy has:
 /// - `State(node)`: a reference to a number that holds an EWalkState;
-/// - `NextLink(node, cursor)`: the next target at or behind the cursor, which
-///   it moves on; the invalid identifier at the end;
-/// - `OnDone(node)`: all links of the node have been followed;
-/// - `OnCycle(path, node)`: the node, which ends a link of the last step, is on
-///   the path already. If it returns, the link is passed over.
+/// - `NextLink(node, cursor)`: the next target from the cursor on, which it moves; the invalid
+///   identifier at the end;
+/// - `OnDone(node)`: called when all links of the node have been followed;
+/// - `OnCycle(path, node)`: called when a link of the last step leads to a node that is on the
+///   path already. If it returns, the link is passed over.
 template <typename Policy>
 void WalkLinks(const CNodeDataMap& map, CNodeData& start, WalkPath_t& path, Policy& policy) {
     const auto enter = [&](CNodeData& node) {
@@ -56,8 +56,9 @@ void WalkLinks(const CNodeDataMap& map, CNodeData& start, WalkPath_t& path, Poli
 }
 
 /// The same walk from every node of the map, in identifier order.
+/// @param policy  keeps the states of all walks, so that no node is walked twice
 template <typename Policy>
-void WalkAllLinks(const CNodeDataMap& map, Policy policy) {
+void WalkAllLinks(const CNodeDataMap& map, Policy& policy) {
     WalkPath_t path;
     for (size_t index = 0; index < map.GetNumNodeIDs(); ++index) {
         WalkLinks(map, *map.GetNodeData(NodeID_t(index)), path, policy);

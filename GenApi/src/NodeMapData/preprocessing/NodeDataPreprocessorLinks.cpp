@@ -62,10 +62,7 @@ struct CNodeDataPreprocessor::OrderWalk {
 /// Every node before those that it depends on, as far as circles allow.
 std::vector<NodeID_t> CNodeDataPreprocessor::DependencyOrder() const {
     OrderWalk walk(m_Map);
-    WalkPath_t path;
-    for (size_t index = 0; index < GetNumNodes(); ++index) {
-        WalkLinks(m_Map, Node(index), path, walk);
-    }
+    WalkAllLinks(m_Map, walk);
     return {walk.order.rbegin(), walk.order.rend()};
 }
 
@@ -190,7 +187,8 @@ struct CNodeDataPreprocessor::TerminalWalk {
 
 /// A node whose value ends in itself names itself, too.
 void CNodeDataPreprocessor::PropagateTerminals() {
-    WalkAllLinks(m_Map, TerminalWalk{m_Map, m_Budget, CNodeIDUnion(GetNumNodes())});
+    TerminalWalk walk{m_Map, m_Budget, CNodeIDUnion(GetNumNodes())};
+    WalkAllLinks(m_Map, walk);
     for (size_t index = 0; index < GetNumNodes(); ++index) {
         const CNodeIDSet& terminals = *Node(index).m_pAllTerminalNodes;
         AppendLinks(Node(index), CPropertyID::pTerminal_ID, terminals.begin(), terminals.end());

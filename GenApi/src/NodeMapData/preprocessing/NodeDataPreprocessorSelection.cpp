@@ -105,7 +105,8 @@ struct CNodeDataPreprocessor::SelectionWalk {
     /// in that direction. So a walk of its own looks for it, and may meet another cycle
     /// first.
     void OnCycle(const WalkPath_t&, const CNodeData&) const {
-        WalkAllLinks(map, ReadingCycleWalk());
+        ReadingCycleWalk walk;
+        WalkAllLinks(map, walk);
     }
 
     const CNodeDataMap& map;

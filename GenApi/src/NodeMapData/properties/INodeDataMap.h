@@ -7,7 +7,7 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// The name of the root element, which stands for the map itself and is no node.
+/// The name of the root element, which is the map itself and not a node.
 inline constexpr std::string_view kRootNodeName = "_RegisterDescription";
 
 /// Resolves the node and text identifiers that properties hold. Owners hold it
@@ -15,14 +15,14 @@ inline constexpr std::string_view kRootNodeName = "_RegisterDescription";
 /// a time.
 class INodeDataMap {
 public:
-    /// The identifier of a node name. An unknown name gives the invalid
-    /// identifier, or, with @p create, reserves the next one.
+    /// Returns the identifier of a node name. For an unknown name that is the invalid identifier,
+    /// or with @p create the next free one, which is then reserved.
     virtual NodeID_t GetNodeID(std::string_view name, bool create) = 0;
-    /// The name behind a valid identifier; lives until the map next changes.
+    /// Returns the name of a valid identifier; it lives until the map next changes.
     virtual const std::string& GetNodeName(NodeID_t NodeID) const = 0;
-    /// Stores a text and gives its identifier. Equal texts are not merged.
+    /// Stores a text and returns its identifier. Equal texts aren't merged.
     virtual StringID_t SetString(std::string_view text) = 0;
-    /// The text behind a valid identifier; lives until the map next changes.
+    /// Returns the text of a valid identifier; it lives until the map next changes.
     virtual const std::string& GetString(StringID_t StringID) const = 0;
 
 protected:

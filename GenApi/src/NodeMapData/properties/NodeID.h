@@ -18,7 +18,7 @@ public:
     /// For positions in a table, whose size the tables keep below 2^31.
     constexpr explicit IndexID(size_t index) : m_Index(static_cast<int32_t>(index)) {}
 
-    /// True for every identifier that can stand for a slot of a table.
+    /// True for every identifier that can be a position in a table.
     constexpr bool IsValid() const { return m_Index >= 0; }
     /// The plain index; -1 for the invalid identifier.
     constexpr int32_t ToIndex() const { return m_Index; }

@@ -36,7 +36,7 @@ CProperty::CProperty(const CProperty& source, INodeDataMap* pTargetMap)
     }
 }
 
-/// Leaves an empty property of the same map behind.
+/// The source is an empty property of the same map afterwards.
 CProperty::CProperty(CProperty&& source) noexcept : CProperty(source.GetNodeDataMap()) {
     Swap(source);
 }

@@ -20,8 +20,8 @@ class CCacheReader;
 struct CCacheCounts;
 class CCacheWriter;
 
-/// The number of an enumeration property. The enumerations stand in the layer
-/// above, so the number converts to whichever of them receives it.
+/// The number of an enumeration property. The enumerations belong to the layer above, so the
+/// number converts to whichever of them receives it.
 class CEnumNumber {
 public:
     constexpr explicit CEnumNumber(int32_t number) : m_Number(number) {}
@@ -91,7 +91,7 @@ public:
         : CProperty(pNodeDataMap, id, Integer_ID, Bits{static_cast<int64_t>(value)}) {}
     CProperty(INodeDataMap* pNodeDataMap, CPropertyID id, double value)
         : CProperty(pNodeDataMap, id, Float_ID, Bits{std::bit_cast<int64_t>(value)}) {}
-    /// An enumeration value of the given type.
+    /// Makes a property with a value of an enumeration.
     CProperty(INodeDataMap* pNodeDataMap, CPropertyID id, EDataType_t type, CEnumNumber value)
         : CProperty(pNodeDataMap, id, type, Bits{value.ToNumber()}) {}
 
@@ -171,7 +171,7 @@ public:
 
     /// Prints in the styles for properties; any other is an assertion.
     std::string ToString(EToStringStyle_t style) const;
-    /// Appends what ToString gives.
+    /// Appends what ToString returns.
     void AppendTo(std::string& text, EToStringStyle_t style) const;
 
 private:

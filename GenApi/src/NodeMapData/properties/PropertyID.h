@@ -1,6 +1,6 @@
 #pragma once
-/// What a property says about its node. The numbers are written to the binary
-/// cache and their order groups the links, so a number, once given, stays.
+/// What a property says about its node. The numbers are written to the binary cache and their
+/// order groups the links, so a number never changes.
 
 #include <cstdint>
 #include <iosfwd>

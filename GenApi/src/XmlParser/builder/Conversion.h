@@ -14,9 +14,9 @@ struct ValueError {
     const char* text;
 };
 
-/// The text that counts: numbers, names and choices may stand between blanks,
-/// texts keep theirs.
-/// @throws ValueError for a text that breaks the rules.
+/// Returns the part of a text that counts: numbers, names and choices may have blanks around
+/// them, texts keep theirs.
+/// @throws ValueError for a text that breaks the rules
 std::string_view Checked(Facet facet, std::string_view text);
 /// @param propertyNumber  what a failure names
 /// @throws PropertyException for a text that is no 64-bit integer.

@@ -25,8 +25,8 @@ void CNodeBuilder::Abandon() {
     }
 }
 
-/// A converter stands for three nodes: itself and two formulas, which collect their variables
-/// while the converter's element is open.
+/// A converter becomes three nodes: itself and two formulas, which collect their variables while
+/// the converter's element is open.
 OpenNode CNodeBuilder::OpenElement(const ElementType& type, const OpenNode* parent) {
     OpenNode open;
     open.mergePriority = parent == nullptr ? 0 : parent->mergePriority;
@@ -35,7 +35,7 @@ OpenNode CNodeBuilder::OpenElement(const ElementType& type, const OpenNode* pare
     if (type.nodeType == CNodeData::_NotImpl_ID) {
         return open;
     }
-    // Descriptions of the first schema version may have them; nothing refers to them there.
+    // Descriptions of the first schema version may have such entries, which nothing refers to.
     if (type.nodeType == CNodeData::EnumEntry_ID && m_Map.GetContextNode() == nullptr &&
         !(m_SchemaMajor == 1 && m_SchemaMinor == 0)) {
         RUNTIME_EXCEPTION(

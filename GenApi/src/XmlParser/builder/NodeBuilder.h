@@ -49,11 +49,11 @@ public:
     /// Takes an element that holds a text.
     void TakeText(OpenNode& open, const ElementRow& row, std::string_view text,
                   const TextAttribute& attribute);
-    /// Stores the node and gives its identifier; the invalid one for an
-    /// element that leaves no node.
+    /// Stores the node.
+    /// @return its identifier; the invalid one for an element that leaves no node
     NodeID_t CloseElement(OpenNode& open, const ElementType& type);
     void CloseKey(OpenNode& open, std::string_view text);
-    /// Tells a node of one that was stored inside it.
+    /// Links a node to one that was stored inside it.
     void TakeChild(OpenNode& parent, const ElementType& childType, NodeID_t child);
 
     /// Forgets the context node, as after a failure.
@@ -72,7 +72,7 @@ private:
     void CopyVariables(const OpenNode& source, CNodeData& target);
     static std::string_view Replacement(const CNodeData& node, const ElementRow& row,
                                         std::string_view text);
-    /// A property with a value of a data type, as the text tells.
+    /// Makes a property with a value of that type from a text.
     CProperty MakeProperty(CPropertyID::EProperty_ID_t id, CProperty::EDataType_t type,
                            std::string_view text);
     CProperty MakeProperty(const ElementRow& row, std::string_view text,

@@ -12,32 +12,31 @@ namespace GenApi_3_0_ORVANE {
 using ElementNumber = uint8_t;
 constexpr ElementNumber kNoElement = 0xFF;
 
-/// Made once from a pattern such as "A? (B | C D*)+ E": names in order, with
-/// "?", "*" and "+" behind a name or a bracket, and "|" between alternatives.
-/// In every state an element leads to one state at the most, so that checking
-/// an element is one look-up.
+/// Made once from a pattern such as "A? (B | C D*)+ E": names in order, with "?", "*" and "+"
+/// after a name or a bracket, and "|" between alternatives. In every state an element leads to
+/// one state at most, so that checking an element is one look-up.
 class CContentModel {
 public:
     using State = uint8_t;
     static constexpr State kNoState = 0xFF;
     static constexpr State kBegin = 0;
 
-    /// @param number  gives the number of a name
+    /// @param number  returns the number of a name
     template <class Number>
     CContentModel(std::string_view pattern, size_t elementCount, const Number& number);
 
-    /// The state behind an element, or kNoState where it can't stand.
+    /// Returns the state after an element, or kNoState where the element isn't allowed.
     State Next(State state, ElementNumber element) const {
         return m_Next[state * m_ElementCount + element];
     }
-    /// Whether an element has its place further on, behind one that is missing.
+    /// Whether the element has its place further on, after one that is missing.
     bool StandsBehindMissing(State state, ElementNumber element) const {
         return !IsComplete(state) && std::find(m_Elements.begin() + state + 1, m_Elements.end(),
                                                element) != m_Elements.end();
     }
     /// Whether the content may end here.
     bool IsComplete(State state) const { return m_IsComplete[state]; }
-    /// Which element led to a state.
+    /// Returns the element that led to a state.
     ElementNumber ElementOf(State state) const { return m_Elements[state]; }
     size_t GetStateCount() const { return m_Elements.size(); }
 

@@ -1,5 +1,5 @@
 // The grammar, compiled from its tables at the first use: an automaton for the content of each
-// element, and the row that each of its elements stands for there.
+// element, and the row of the table for each of its elements.
 
 #include "grammar/Grammar.h"
 
@@ -110,9 +110,11 @@ void CGrammar::CollectNames() {
 /// addressing ends because there are more slots than names.
 size_t CGrammar::SlotOf(std::string_view name) const {
     // FNV-1a: short names spread well, and a std::string_view needs no copy.
-    uint32_t hash = 2166136261U;
+    constexpr uint32_t kBegin = 2166136261;
+    constexpr uint32_t kPrime = 16777619;
+    uint32_t hash = kBegin;
     for (const char character : name) {
-        hash = (hash ^ static_cast<unsigned char>(character)) * 16777619U;
+        hash = (hash ^ static_cast<unsigned char>(character)) * kPrime;
     }
     size_t slot = hash % kSlots;
     while (m_Slots[slot] != kNoElement && m_Names[m_Slots[slot]] != name) {

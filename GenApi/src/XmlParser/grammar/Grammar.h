@@ -40,7 +40,7 @@ struct AttributeRow {
     bool isRequired = false;
 };
 
-/// An element as it stands inside a certain parent.
+/// An element inside certain parents.
 struct ElementRow {
     std::string_view name;
     CPropertyID::EProperty_ID_t property = CPropertyID::_Undefined_ID;

@@ -82,7 +82,7 @@ const char* CheckName(std::string_view text, const Test& test) {
     return ConsistsOf(text, test) ? nullptr : kPattern;
 }
 
-/// Formulas must be able to tell names from numbers.
+/// A formula has to be able to distinguish names from numbers.
 const char* CheckVariableName(std::string_view text) {
     // A formula would read such a name as a number. The dots inside are for "Gain.Min"
     // and the like.

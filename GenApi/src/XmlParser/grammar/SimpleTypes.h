@@ -26,13 +26,13 @@ enum class Facet : uint8_t {
     Enumerated
 };
 
-/// Leaves out the blanks before and behind.
+/// Returns the text without the blanks around it.
 std::string_view Trimmed(std::string_view text);
-/// Null, or what is wrong with a text.
+/// Returns what is wrong with a text; null if nothing is.
 const char* CheckFacet(Facet facet, std::string_view text);
-/// False for a text that is no 64-bit number.
+/// @return false for a text that isn't a 64-bit number
 bool TextToInteger(std::string_view text, int64_t& value);
-/// False for a text that is no number.
+/// @return false for a text that isn't a number
 bool TextToDouble(std::string_view text, double& value);
 
 }  // namespace GenApi_3_0_ORVANE

@@ -30,15 +30,15 @@ struct SchemaError {
     unsigned long column = 0;
 };
 
-/// One run over a document in one of the schema's versions. The tokeniser is
-/// C, so no exception passes it: what goes wrong stops it and waits here.
+/// One run over a document in one of the schema's versions. The tokeniser is C, which no
+/// exception may cross: what goes wrong is kept here and stops it.
 class CDescriptionReader {
 public:
-    /// @param nameSpace  the one that all of the schema's elements stand in
+    /// @param nameSpace  of all elements of the schema
     CDescriptionReader(CNodeDataMap& map, bool suppressStrings, std::string_view nameSpace);
 
-    /// The schema's or the tokeniser's error, if any. What the builder raised
-    /// is raised from here, with line and column.
+    /// Returns the error of the schema or the tokeniser, if any.
+    /// @throws what the builder has thrown, with line and column
     std::optional<SchemaError> Read(std::string_view document);
 
 private:

@@ -133,7 +133,7 @@ CZipReader::Result CZipReader::ReadMemory(const void* data, size_t size, std::st
     return zip.OpenMemory(data, size) ? zip.ReadFirstEntry(text) : Result::NotOpened;
 }
 
-/// Callers tell the failures apart by where the archive stopped being one.
+/// The three failures have texts of their own.
 CZipReader::Result CZipReader::ReadFirstEntry(std::string& text) {
     if (!FindFirstEntry()) {
         return Result::NoEntry;

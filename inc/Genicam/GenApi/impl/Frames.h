@@ -2,8 +2,8 @@
 /// The frames around every read and every write of a node: lock, entry point, depth counter,
 /// callbacks. They exist only here; the typed templates fill in the middle.
 
-#include "core/EntryMethodFinalizer.h"
-#include "core/NestingScope.h"
+#include "node/EntryMethodFinalizer.h"
+#include "node/NestingScope.h"
 
 namespace GenApi_3_0_ORVANE {
 

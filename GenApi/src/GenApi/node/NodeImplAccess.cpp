@@ -2,9 +2,9 @@
 // shows, and is then lowered: by the nodes that are read for it, by "pIsImplemented",
 // "pIsAvailable" and "pIsLocked", and at the end by what a client imposed.
 
-#include "core/EntryMethodFinalizer.h"
-#include "core/NestingScope.h"
-#include "core/NodeImpl.h"
+#include "node/EntryMethodFinalizer.h"
+#include "node/NestingScope.h"
+#include "node/NodeImpl.h"
 
 namespace GenApi_3_0_ORVANE {
 

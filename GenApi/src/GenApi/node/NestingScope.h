@@ -1,13 +1,13 @@
 #pragma once
-/// Bounds for chains of nodes: a description decides how long they are, and the
-/// stack has to bear it.
+/// Bounds the depth of calls from node to node: a description decides how long the chains are,
+/// and the stack of a thread has to hold them.
 
-#include "core/NodeImpl.h"
+#include "node/NodeImpl.h"
 
 namespace GenApi_3_0_ORVANE {
 
-/// Counts a node on the way of a question that is passed on without an entry
-/// point. The map's lock is held.
+/// Counts a node while a question passes through it that has no entry point. Call it with the
+/// map's lock held.
 class NestingScope {
 public:
     explicit NestingScope(CNodeImpl& node) : m_Nesting(node.GetCallState().GetNesting()) {

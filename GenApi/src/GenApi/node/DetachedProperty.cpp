@@ -1,10 +1,10 @@
-#include "core/KeptProperty.h"
+#include "node/DetachedProperty.h"
 
-#include "core/NodeImpl.h"
+#include "node/NodeImpl.h"
 
 namespace GenApi_3_0_ORVANE {
 
-CKeptProperty::CKeptProperty(const CProperty& property, INodeMapPrivate& map)
+CDetachedProperty::CDetachedProperty(const CProperty& property, INodeMapPrivate& map)
     : m_ID(property.GetPropertyID()), m_Type(property.GetDataType()) {
     switch (m_Type) {
         case CProperty::String_ID:
@@ -23,11 +23,11 @@ CKeptProperty::CKeptProperty(const CProperty& property, INodeMapPrivate& map)
             m_Value = property.EnumNumber();
     }
     if (const CProperty* const attribute = property.GetAttribute()) {
-        m_pAttribute = std::make_unique<CKeptProperty>(*attribute, map);
+        m_pAttribute = std::make_unique<CDetachedProperty>(*attribute, map);
     }
 }
 
-CProperty CKeptProperty::MakeValue(INodeDataMap& nodeDataMap) const {
+CProperty CDetachedProperty::MakeValue(INodeDataMap& nodeDataMap) const {
     switch (m_Type) {
         case CProperty::String_ID:
             return {&nodeDataMap, m_ID,
@@ -49,7 +49,7 @@ CProperty CKeptProperty::MakeValue(INodeDataMap& nodeDataMap) const {
     }
 }
 
-CProperty CKeptProperty::Make(INodeDataMap& nodeDataMap) const {
+CProperty CDetachedProperty::Make(INodeDataMap& nodeDataMap) const {
     CProperty property = MakeValue(nodeDataMap);
     if (m_pAttribute != nullptr) {
         property.SetAttribute(std::make_unique<CProperty>(m_pAttribute->Make(nodeDataMap)));

@@ -1,5 +1,5 @@
 #pragma once
-/// The chunks of one buffer on the way to their ports.
+/// Binds the chunks of one buffer to their ports.
 
 #include <limits>
 #include <memory>
@@ -10,28 +10,30 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Where a chunk's data lie in the buffer, in bytes.
+/// Where the data of a chunk are in the buffer, in bytes.
 struct ChunkPlace {
     int64_t offset;
     int64_t length;
-    /// What the limit of private copies is held against.
+    /// What is compared with the longest chunk that may be copied.
     int64_t cachedLength;
 };
 
-class ChunkRound {
+/// Serves one buffer: each chunk is offered to the ports, and at the end the ports without a chunk
+/// let go of the previous buffer.
+class ChunkBinder {
 public:
     using Ports = std::vector<std::unique_ptr<CChunkPort>>;
 
     /// @param maxCacheSize  in bytes; -1 for no limit
-    ChunkRound(const Ports& ports, int64_t maxCacheSize, uint8_t* buffer)
+    ChunkBinder(const Ports& ports, int64_t maxCacheSize, uint8_t* buffer)
         : m_Ports(ports),
           m_MaxCacheSize(maxCacheSize == -1 ? std::numeric_limits<int64_t>::max() : maxCacheSize),
           m_Buffer(buffer),
           m_IsAttached(ports.size()) {}
 
-    /// Binds the chunk to every port that matches. A chunk without data gives
-    /// its ports nothing to read.
-    /// @param matches  tells whether a port waits for this chunk
+    /// Binds the chunk to every port that matches. A chunk without data isn't bound: there is
+    /// nothing to read.
+    /// @param matches  returns whether a port waits for this chunk
     template <class Matches>
     void Offer(const ChunkPlace& chunk, const Matches& matches) {
         ++m_Chunks;
@@ -45,7 +47,7 @@ public:
         }
     }
 
-    /// Unbinds the ports that got nothing.
+    /// Detaches the ports that no chunk was bound to.
     /// @param statistics  may be null
     void Finish(AttachStatistics_t* statistics) {
         for (size_t i = 0; i < m_Ports.size(); ++i) {

@@ -4,10 +4,9 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Calls `action` with each of several, whichever fails; the first failure is
-/// raised then.
+/// Calls `action` with each of several, whichever fails; the first failure is thrown at the end.
 template <class Iterator, class Action>
-void ForEachInTurn(Iterator begin, Iterator end, const Action& action) {
+void ForEachDespiteFailures(Iterator begin, Iterator end, const Action& action) {
     std::exception_ptr failure;
     for (; begin != end; ++begin) {
         try {

@@ -10,21 +10,20 @@
 #include "core/CallState.h"
 #include "core/INodeMapPrivate.h"
 #include "core/INodePrivate.h"
-#include "core/KeptProperty.h"
 #include "core/NodeExceptions.h"
 #include "core/NodeFault.h"
 #include "core/PolyReference.h"
+#include "node/DetachedProperty.h"
 
 namespace GenApi_3_0_ORVANE {
 
 using GenICam_3_0_ORVANE::CLogIndent;
 
-/// Base of every node class: common properties, access mode with its cache,
-/// dependency lists, callbacks. Nodes point to one another plainly; the map
-/// owns them all.
+/// Base of every node class: common properties, access mode with its cache, dependency lists,
+/// callbacks. Nodes point to one another plainly; the map owns them all.
 ///
-/// The Internal... operations want the map's lock held. The public ones are
-/// added by the templates around the concrete class.
+/// Call the Internal... operations with the map's lock held. The templates around the concrete
+/// class add the public ones.
 class CNodeImpl : virtual public INodePrivate, virtual public ISelector, virtual public IUserData {
 public:
     using NodeList = std::vector<INodePrivate*>;
@@ -73,8 +72,8 @@ public:
         return *m_pCallState;
     }
     CLock& GetLock() const { return GetCallState().GetLock(); }
-    /// The access mode with what a client imposed on it. The cache holds the mode
-    /// before that.
+    /// Returns the access mode with what a client imposed on it. The cache holds the mode without
+    /// that.
     EAccessMode GetAccessModeInside() {
         if (m_AccessModeCache == _UndefinedAccesMode ||
             m_AccessModeCache == _CycleDetectAccesMode) {
@@ -86,60 +85,57 @@ public:
         return mode;
     }
     EAccessMode GetImposedAccessMode() const { return m_ImposedAccessMode; }
-    /// What keeps the node from being used, be it its own fault or that of a node
-    /// that is a part of it; null for a sound one. It never changes once the
-    /// description is loaded.
+    /// Returns what keeps the node from being used: its own fault, or that of a node that is a
+    /// part of it; null if nothing does. It never changes once the description is loaded.
     virtual const NodeFault* FindFault() const { return m_pFault.get(); }
-    /// Raises the node's own fault, if it has one.
+    /// Throws the node's own fault, if it has one.
     void RequireSound() {
         if (m_pFault != nullptr) [[unlikely]] {
             RaiseFault(*m_pFault);
         }
     }
-    /// Raises what FindFault finds: for those whom the access mode turns away, and
-    /// who want to know why.
+    /// Throws what FindFault finds. For callers that the access mode refuses, so that they learn
+    /// why.
     void RaiseAnyFault();
-    /// Tells the log that a walk over many nodes passes this one by.
+    /// Writes to the log that a walk over many nodes skips this one.
     void LogPassedBy(const char* reason);
-    /// Marks the begin of a write that goes on to other nodes.
+    /// Begins a write that passes on to other nodes.
     void PreSetValue();
-    /// Marks that it succeeded: the invalidation that it brings about spares what
-    /// it has just left in the caches.
+    /// Marks that the write succeeded: the invalidation that it causes then spares what it has
+    /// just left in the caches.
     void NoteOwnWrite() { m_WasWritten = true; }
-    /// Marks its end. The outermost write invalidates the terminal nodes and
-    /// gathers the callbacks of all that depend on them.
+    /// Ends the write. The outermost one invalidates the terminal nodes and gathers the callbacks
+    /// of everything that depends on them.
     void PostSetValue(CallbackList& callbacks);
-    /// Sets invalid what the value comes from, down to the registers, so that the
-    /// next read is one of the device.
+    /// Sets invalid the registers that the value comes from, so that the next read is one of the
+    /// device.
     void InvalidateSources();
 
 protected:
-    /// InvalidateNode for what a client imposes on the node: nothing has changed
-    /// at the device.
+    /// InvalidateNode for what a client imposes on the node: nothing has changed in the device.
     virtual void InvalidateImposed() = 0;
-    /// Drops what is cached below the node's own value, when anything but a write
-    /// of this node sets it invalid. A node that names invalidators is as old as
-    /// its sources are.
+    /// Drops what is cached below the node's own value, when anything except a write of this node
+    /// sets it invalid. A node that names invalidators has to read its sources again.
     virtual void ForgetBeneath();
-    /// Where values come from the device: whoever looks for the sources of a value
-    /// need not look further.
+    /// Whether values come from the device here, so that a search for the sources of a value
+    /// ends.
     virtual bool IsRegister() const { return false; }
     void InvalidateCaches();
     void InvalidateDependents();
     /// @param value  the node whose value this one shows, or null
     EAccessMode InternalGetAccessMode(IBase* value);
-    /// The access mode's cache, asked and filled around a computation of the
-    /// concrete class: `compute` runs only when nothing is known.
+    /// Returns the cached access mode, or calls `compute` and caches the result if that is
+    /// allowed.
     template <class Compute>
     EAccessMode CachedAccessMode(const Compute& compute);
-    /// The same computation without the cache, as a part of such a `compute`.
+    /// The same computation without the cache, as part of such a `compute`.
     EAccessMode ComputeAccessMode(IBase* value);
-    /// The same from the mode of the value, with those of the nodes that count.
+    /// The same from the mode of the value and from the nodes that count.
     EAccessMode ComputeAccessMode(EAccessMode mode, const NodeList& readingChildren) const;
 
     gcstring InternalGetQualifiedName();
     gcstring InternalGetDocuURL();
-    /// Keeps account of a property that the description gave this node.
+    /// Records a property that the description has of this node.
     void NoteProperty(const CProperty& property);
     bool HoldsProperty(CPropertyID id) const { return m_HeldProperties.test(id); }
     void InternalGetPropertyNames(gcstring_vector& names);
@@ -148,12 +144,12 @@ protected:
     void InternalGetChildren(node_vector& list, ELinkType linkType) const;
     CallbackHandleType InternalRegisterCallback(CNodeCallback* callback);
     bool InternalDeregisterCallback(CallbackHandleType handle);
-    /// The node's caching mode with that of all that its value passes through.
-    /// Classes with further sources of their value add those.
+    /// Returns the node's caching mode, combined with those of everything that its value passes
+    /// through. Classes with further sources of their value add those.
     virtual ECachingMode ComputeCachingMode();
-    /// Classes whose limits other nodes tell add those.
+    /// The same for the limits. Classes whose limits come from other nodes add those.
     virtual ECachingMode ComputeLimitsCachingMode() { return InternalGetCachingMode(); }
-    /// The text of a node without a value; classes with one know better.
+    /// The text of a node without a value. Classes with a value replace it.
     virtual gcstring InternalToString(bool verify, bool ignoreCache);
     virtual void InternalFromString(const gcstring& value, bool verify);
 
@@ -164,12 +160,12 @@ protected:
         WriteRole = 2,  ///< written when this node is written
         ValueRole = 4   ///< its value is part of this node's value
     };
-    /// Runs a step of taking the description, and keeps the fault that it throws.
-    /// The first one stands.
+    /// Runs a step of taking the description, and keeps the fault that it throws. The first fault
+    /// counts.
     template <class Step>
     void KeepFaultOf(const Step& step);
-    /// The node that a link property names, entered as a child of this one. A fault
-    /// when there is no live node behind the name.
+    /// Returns the node that a link property names, after entering it as a child of this one.
+    /// @throws NodeFault if there is no live node of that name
     INodePrivate* LinkChild(const CProperty& property, unsigned roles);
 
     gcstring m_Name;
@@ -237,12 +233,22 @@ private:
     /// The field that keeps a property that is no link: calls `use` with it.
     template <class Self, class Use>
     static bool WithField(Self& self, CPropertyID id, const Use& use);
-    /// What the node holds of its description, or of one property of it.
+    /// Returns what the node holds of its description, or of one property of it.
     CNodeData::PropertyVector_t GetHeldProperties(INodeDataMap& nodeDataMap,
                                                   const gcstring* name = nullptr);
     INodePrivate& FindLinked(const CProperty& property);
+    /// The field that keeps a link: calls `use` with it and with the child's role.
+    template <class Self, class Use>
+    static bool WithLink(Self& self, CPropertyID id, const Use& use);
+    bool IsCommonLink(CPropertyID id) const;
+    /// Takes a link into its field, whatever kind of field that is.
+    void TakeLink(const CProperty& property, EChildRole role, CBooleanPolyRef& field);
+    void TakeLink(const CProperty& property, EChildRole role, IEnumeration*& field);
+    void TakeLink(const CProperty& property, EChildRole role, INode*& field);
+    void TakeLink(const CProperty& property, EChildRole role, value_vector& field);
+    void TakeLink(const CProperty& property, EChildRole role, node_vector& field);
+    void TakeLink(const CProperty& property, EChildRole role, NodeList& field);
     void SetLinkProperty(const CProperty& property);
-    void AppendFeature(value_vector& features, const CProperty& property);
     [[noreturn]] void RaiseFault(const NodeFault& fault);
     NodeList GetLinked(CPropertyID id) const;
     const NodeList& GetSources();
@@ -252,9 +258,9 @@ private:
     CNodeData::ENodeType_t m_NodeType = CNodeData::_NotImpl_ID;
     NodeID_t m_NodeID;
     std::bitset<CPropertyID::_Undefined_ID> m_HeldProperties;
-    std::vector<CKeptProperty> m_KeptProperties;
+    std::vector<CDetachedProperty> m_DetachedProperties;
     int64_t m_ElapsedTime = 0;
-    /// The registers that the value comes from, once they were looked for.
+    /// The registers that the value comes from, once they have been searched for.
     std::optional<NodeList> m_Sources;
     uint64_t m_LastInvalidation = 0;
     CallbackList m_Callbacks;

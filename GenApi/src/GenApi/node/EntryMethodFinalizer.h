@@ -1,12 +1,12 @@
 #pragma once
 
 #include "core/INodeMapPrivate.h"
-#include "core/NodeImpl.h"
+#include "node/NodeImpl.h"
 
 namespace GenApi_3_0_ORVANE {
 
-/// Tells the map for the life of a scope which operation of which node a client
-/// is in.
+/// For the life of a scope, the map knows which operation of which node a client is in. Failures
+/// name it.
 class EntryMethodFinalizer {
 public:
     EntryMethodFinalizer(CNodeImpl& node, EMethod method, bool ignoreCache = false)

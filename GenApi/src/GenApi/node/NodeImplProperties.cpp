@@ -4,34 +4,13 @@
 
 #include <string>
 
-#include "core/NodeImpl.h"
-#include "core/PropertyField.h"
+#include "node/NodeImpl.h"
+#include "node/PropertyField.h"
 #include "nodes/NodeDataMap.h"
 
 namespace GenApi_3_0_ORVANE {
 
 namespace {
-
-/// The links that every node class may have. All others are the concrete classes' own.
-bool IsCommonLink(CPropertyID id) {
-    switch (id) {
-        case CPropertyID::pIsAvailable_ID:
-        case CPropertyID::pIsImplemented_ID:
-        case CPropertyID::pIsLocked_ID:
-        case CPropertyID::pBlockPolling_ID:
-        case CPropertyID::pError_ID:
-        case CPropertyID::pAlias_ID:
-        case CPropertyID::pCastAlias_ID:
-        case CPropertyID::pSelected_ID:
-        case CPropertyID::pSelecting_ID:
-        case CPropertyID::pInvalidator_ID:
-        case CPropertyID::pDependent_ID:
-        case CPropertyID::pTerminal_ID:
-            return true;
-        default:
-            return false;
-    }
-}
 
 /// Texts of a description never hold tabs, so a reader can take the list apart again.
 void AppendEntry(gcstring& list, const std::string& entry) {
@@ -97,8 +76,8 @@ INodePrivate& CNodeImpl::FindLinked(const CProperty& property) {
     return *target;
 }
 
-/// The roles decide what the child means for this node's access mode, caching and value; the
-/// parent is entered for clients who look at the graph.
+/// The roles decide what the child means for this node's access mode, caching and value. Parents
+/// are entered only for clients that look at the graph.
 INodePrivate* CNodeImpl::LinkChild(const CProperty& property, unsigned roles) {
     INodePrivate* const child = &FindLinked(property);
     m_AllChildren.push_back(child);
@@ -119,56 +98,85 @@ CProperty CNodeImpl::MakeLink(INodeDataMap& nodeDataMap, CPropertyID id, INodePr
     return {&nodeDataMap, id, nodeDataMap.GetNodeID(target.InternalGetName().c_str(), true)};
 }
 
+/// The one table of the links that every node may have, for taking, returning and counting them
+/// alike. With each goes what the child means for this node. All other links are the concrete
+/// classes' own.
+template <class Self, class Use>
+bool CNodeImpl::WithLink(Self& self, CPropertyID id, const Use& use) {
+    switch (id) {
+        case CPropertyID::pIsAvailable_ID:
+            return use(self.m_IsAvailable, ReadRole);
+        case CPropertyID::pIsImplemented_ID:
+            return use(self.m_IsImplemented, ReadRole);
+        case CPropertyID::pIsLocked_ID:
+            return use(self.m_IsLocked, ReadRole);
+        case CPropertyID::pBlockPolling_ID:
+            return use(self.m_BlockPolling, NoRole);
+        case CPropertyID::pError_ID:
+            return use(self.m_pError, ReadRole);
+        case CPropertyID::pAlias_ID:
+            return use(self.m_pAlias, NoRole);
+        case CPropertyID::pCastAlias_ID:
+            return use(self.m_pCastAlias, NoRole);
+        case CPropertyID::pSelected_ID:
+            return use(self.m_SelectedFeatures, NoRole);
+        case CPropertyID::pSelecting_ID:
+            return use(self.m_SelectingFeatures, NoRole);
+        case CPropertyID::pInvalidator_ID:
+            return use(self.m_Invalidators, NoRole);
+        case CPropertyID::pDependent_ID:
+            return use(self.m_DependingNodes, NoRole);
+        case CPropertyID::pTerminal_ID:
+            return use(self.m_TerminalNodes, NoRole);
+        default:
+            return false;
+    }
+}
+
+bool CNodeImpl::IsCommonLink(CPropertyID id) const {
+    return WithLink(*this, id, [](const auto&, EChildRole) { return true; });
+}
+
+void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, CBooleanPolyRef& field) {
+    field = LinkChild(property, role);
+}
+
+void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, IEnumeration*& field) {
+    field = dynamic_cast<IEnumeration*>(LinkChild(property, role));
+}
+
+void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, INode*& field) {
+    field = LinkChild(property, role);
+}
+
 /// A node that selects itself is refused: it would have to be set before it can be set, which no
 /// walk over the values of selectors can do.
-void CNodeImpl::AppendFeature(value_vector& features, const CProperty& property) {
+void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, value_vector& field) {
     if (property.NodeID() == m_NodeID) {
         const std::string name = m_Name.c_str();
         throw NodeFault("ERROR : pSelected cycle detected : " + name + " -> " + name);
     }
-    if (auto* const value = dynamic_cast<IValue*>(LinkChild(property, NoRole))) {
-        features.push_back(value);
+    if (auto* const value = dynamic_cast<IValue*>(LinkChild(property, role))) {
+        field.push_back(value);
     }
 }
 
+void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, node_vector& field) {
+    field.push_back(LinkChild(property, role));
+}
+
+/// What preprocessing has listed are no children: there are far too many of them.
+void CNodeImpl::TakeLink(const CProperty& property, EChildRole /*role*/, NodeList& field) {
+    field.push_back(&FindLinked(property));
+}
+
 void CNodeImpl::SetLinkProperty(const CProperty& property) {
-    switch (property.GetPropertyID()) {
-        case CPropertyID::pIsAvailable_ID:
-            m_IsAvailable = LinkChild(property, ReadRole);
-            return;
-        case CPropertyID::pIsImplemented_ID:
-            m_IsImplemented = LinkChild(property, ReadRole);
-            return;
-        case CPropertyID::pIsLocked_ID:
-            m_IsLocked = LinkChild(property, ReadRole);
-            return;
-        case CPropertyID::pBlockPolling_ID:
-            m_BlockPolling = LinkChild(property, NoRole);
-            return;
-        case CPropertyID::pError_ID:
-            m_pError = dynamic_cast<IEnumeration*>(LinkChild(property, ReadRole));
-            return;
-        case CPropertyID::pAlias_ID:
-            m_pAlias = LinkChild(property, NoRole);
-            return;
-        case CPropertyID::pCastAlias_ID:
-            m_pCastAlias = LinkChild(property, NoRole);
-            return;
-        case CPropertyID::pSelected_ID:
-            return AppendFeature(m_SelectedFeatures, property);
-        case CPropertyID::pSelecting_ID:
-            return AppendFeature(m_SelectingFeatures, property);
-        case CPropertyID::pInvalidator_ID:
-            m_Invalidators.push_back(LinkChild(property, NoRole));
-            return;
-        case CPropertyID::pDependent_ID:
-            m_DependingNodes.push_back(&FindLinked(property));
-            return;
-        case CPropertyID::pTerminal_ID:
-            m_TerminalNodes.push_back(&FindLinked(property));
-            return;
-        default:
-            OV_ASSERT(false && "Not all property ids are handled.");
+    const auto take = [&](auto& field, EChildRole role) {
+        TakeLink(property, role, field);
+        return true;
+    };
+    if (!WithLink(*this, property.GetPropertyID(), take)) {
+        OV_ASSERT(false && "Not all property ids are handled.");
     }
 }
 
@@ -179,51 +187,18 @@ CNodeImpl::NodeList CNodeImpl::GetLinked(CPropertyID id) const {
             linked.push_back(target);
         }
     };
-    const auto appendAll = [&append](const auto& nodes) {
-        for (IBase* const node : nodes) {
-            append(node);
+    WithLink(*this, id, [&append](const auto& field, EChildRole) {
+        if constexpr (requires { field.GetNode(); }) {
+            append(field.GetNode());
+        } else if constexpr (requires { field.size(); }) {
+            for (IBase* const node : field) {
+                append(node);
+            }
+        } else {
+            append(field);
         }
-    };
-    switch (id) {
-        case CPropertyID::pIsAvailable_ID:
-            append(m_IsAvailable.GetNode());
-            break;
-        case CPropertyID::pIsImplemented_ID:
-            append(m_IsImplemented.GetNode());
-            break;
-        case CPropertyID::pIsLocked_ID:
-            append(m_IsLocked.GetNode());
-            break;
-        case CPropertyID::pBlockPolling_ID:
-            append(m_BlockPolling.GetNode());
-            break;
-        case CPropertyID::pError_ID:
-            append(m_pError);
-            break;
-        case CPropertyID::pAlias_ID:
-            append(m_pAlias);
-            break;
-        case CPropertyID::pCastAlias_ID:
-            append(m_pCastAlias);
-            break;
-        case CPropertyID::pSelected_ID:
-            appendAll(m_SelectedFeatures);
-            break;
-        case CPropertyID::pSelecting_ID:
-            appendAll(m_SelectingFeatures);
-            break;
-        case CPropertyID::pInvalidator_ID:
-            appendAll(m_Invalidators);
-            break;
-        case CPropertyID::pDependent_ID:
-            appendAll(m_DependingNodes);
-            break;
-        case CPropertyID::pTerminal_ID:
-            appendAll(m_TerminalNodes);
-            break;
-        default:
-            break;
-    }
+        return true;
+    });
     return linked;
 }
 
@@ -259,7 +234,7 @@ bool CNodeImpl::GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
         return true;
     }
     const size_t count = properties.size();
-    for (const CKeptProperty& kept : m_KeptProperties) {
+    for (const CDetachedProperty& kept : m_DetachedProperties) {
         if (kept.GetID() == id) {
             properties.push_back(kept.Make(nodeDataMap));
         }
@@ -279,9 +254,9 @@ void CNodeImpl::NoteProperty(const CProperty& property) {
     m_HeldProperties.set(id);
     const bool hasField = WithField(*this, id, [](const auto&) { return true; });
     // Categories change their visibility afterwards, to that of their features; what the
-    // description said is kept beside the field.
+    // description said is kept as well.
     if (id == CPropertyID::Visibility_ID || (!IsCommonLink(id) && !hasField)) {
-        m_KeptProperties.emplace_back(property, GetMap());
+        m_DetachedProperties.emplace_back(property, GetMap());
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-/// The way of a property's value into the field of a node that keeps it, and
-/// back, for all types of value.
+/// Takes a property's value into the field of a node that keeps it, and makes the property again
+/// from the field, for all types of value.
 
 #include "GenApi/Types.h"
 #include "properties/Property.h"

@@ -1,11 +1,12 @@
-// Where a node is documented: a text of the description with macros, which stand for the reader's
-// program, system and camera or for the values of other nodes. A maker's web page can so show
-// what fits exactly this camera.
+// Where a node is documented: a text of the description with macros for the reader's program,
+// system and camera, and for the values of other nodes. So a maker's web page can show what fits
+// exactly this camera.
 
 #include <sys/utsname.h>
 #include <unistd.h>
 
 #include <array>
+#include <climits>
 #include <string>
 #include <string_view>
 
@@ -13,7 +14,7 @@
 #include "GenApi/IDeviceInfo.h"
 #include "GenApi/IValue.h"
 #include "GenApi/Version.h"
-#include "core/NodeImpl.h"
+#include "node/NodeImpl.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -48,7 +49,7 @@ std::string DeviceVersion(IDeviceInfo& info) {
 
 /// The file name of the running program; empty if the system doesn't say.
 std::string Application() {
-    std::array<char, 4096> path;
+    std::array<char, PATH_MAX> path;
     const std::string link = "/proc/" + std::to_string(getpid()) + "/exe";
     const ssize_t length = readlink(link.c_str(), path.data(), path.size());
     const std::string target(path.data(), length < 0 ? 0 : static_cast<size_t>(length));
@@ -70,7 +71,7 @@ std::string Language() {
     return language.c_str();
 }
 
-/// What a macro of the map or the system stands for.
+/// A macro that the map or the system replaces.
 struct SystemMacro {
     std::string_view name;
     std::string (*replacement)(IDeviceInfo& info);

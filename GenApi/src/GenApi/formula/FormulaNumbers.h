@@ -1,0 +1,83 @@
+#pragma once
+/// What both kinds of numbers in formulas have in common. Both behave as descriptions have come to
+/// rely on: overflows wrap or become infinities, only a divisor of zero is a failure, and no result
+/// depends on the user's locale.
+
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+#include <system_error>
+
+#include "formula/FormulaErrors.h"
+#include "formula/MathParserT.h"
+
+namespace GenApi_3_0_ORVANE {
+
+/// In small letters only. "0X" begins a hexadecimal fraction of floats, and a zero followed by a
+/// name of integers.
+inline bool IsHex(std::string_view text) {
+    return text.starts_with("0x");
+}
+
+/// Reads the hexadecimal number at the beginning of a text.
+/// @return its length
+inline size_t ParseHex(std::string_view text, uint64_t& number) {
+    constexpr size_t kPrefix = 2;
+    const char* const begin = text.data() + kPrefix;
+    const auto [end, error] = std::from_chars(begin, text.data() + text.size(), number, 16);
+    if (error == std::errc::result_out_of_range) {
+        number = std::numeric_limits<uint64_t>::max();
+    } else if (end == begin) {
+        // "0x" without a digit is a zero, followed by a name.
+        number = 0;
+        return 1;
+    }
+    return static_cast<size_t>(end - text.data());
+}
+
+/// Comparisons and logic, which are alike for both kinds of numbers. A truth is 1, for use in
+/// further calculations.
+template <class Value>
+bool ApplyTest(FormulaOp op, Value left, Value right, Value& result) {
+    bool truth = false;
+    switch (op) {
+        case FormulaOp::NotEqual:
+            truth = left != right;
+            break;
+        case FormulaOp::GreaterEqual:
+            truth = left >= right;
+            break;
+        case FormulaOp::LessEqual:
+            truth = left <= right;
+            break;
+        case FormulaOp::LogicalAnd:
+            truth = left != 0 && right != 0;
+            break;
+        case FormulaOp::LogicalOr:
+            truth = left != 0 || right != 0;
+            break;
+        case FormulaOp::Equal:
+            truth = left == right;
+            break;
+        case FormulaOp::Greater:
+            truth = left > right;
+            break;
+        case FormulaOp::Less:
+            truth = left < right;
+            break;
+        default:
+            return false;
+    }
+    result = truth ? Value(1) : Value(0);
+    return true;
+}
+
+/// Operators that the compiler accepts as text and no number knows. The dollar sign
+/// and the semicolon are the formula's mistake and reported as one of syntax, all others as
+/// internal errors.
+inline const char* RefuseOperator(FormulaOp op) {
+    return op == FormulaOp::Dollar || op == FormulaOp::Semicolon ? kSyntax : kInternal;
+}
+
+}  // namespace GenApi_3_0_ORVANE
