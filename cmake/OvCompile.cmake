@@ -34,6 +34,11 @@ endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 13)
   add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-overloaded-virtual>)
 endif()
+# GCC 13 alone takes a reference that a function returns for one to its argument.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 13
+    AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 14)
+  add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-dangling-reference>)
+endif()
 # GCC 12 sees overlapping copies in the string additions of its own library.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   add_compile_options($<$<AND:$<CONFIG:Release>,$<COMPILE_LANGUAGE:CXX>>:-Wno-restrict>)
