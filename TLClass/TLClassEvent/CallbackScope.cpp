@@ -4,6 +4,7 @@ namespace OVTLClass {
 
 namespace {
 
+// The scopes of a thread are a list through its stack: no memory, no lock.
 thread_local const CCallbackScope* t_innermost = nullptr;
 
 }  // namespace

@@ -79,6 +79,7 @@ INode& CFeatureControl::__GetGenAPINode(const std::string& name) const {
 template <class T>
 T& CFeatureControl::__GetNodeHandle(const std::string& name) const {
     INode& node = __GetGenAPINode(name);
+    // Before the type: a description may have a feature of any type that this camera lacks.
     if (node.GetAccessMode() == NI) {
         OV_RAISE(CNotImplementedError, NotImplementedText(name));
     }
@@ -113,6 +114,8 @@ FEATURE_INT_RANGE CFeatureControl::DoGetIntRange(const std::string& name) const 
     return OV_ENGINE_GET(RangeOf(__GetNodeHandle<IInteger>(name)));
 }
 
+// Reads don't verify: a camera may have a value beyond its own limits, and whoever reads
+// has to see it. Writes do, so that the camera gets no value that it can't take.
 int64_t CFeatureControl::DoGetInt(const std::string& name) const {
     return OV_ENGINE_GET(__GetNodeHandle<IInteger>(name).GetValue(false, false));
 }

@@ -38,6 +38,8 @@ void LoadPart(const std::string& part, CFeaturePersistance::CNodeMapRef& nodeMap
     stream >> bag;
     gcstring_vector notes;
     bag.LoadFromBag(nodeMap.GetMap(), verify, &notes);
+    // One feature that can't be written doesn't keep the others from being written: cameras of
+    // a model differ in their options.
     for (const auto& note : notes) {
         errors.emplace_back(note.c_str());
     }

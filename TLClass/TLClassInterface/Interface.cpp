@@ -90,6 +90,7 @@ void CInterface::DoCloseInterface() {
         OV_RUN_LOGGED([&device] { device->DoCloseDevice(); });
     }
     _ClearChildrenList();
+    // Emptied after the close, which uses the list.
     __SetLostOpenDevices({});
     OV_RUN_LOGGED([this] { __DoResetInterfaceSpecialInformation(); });
     OV_RUN_LOGGED([this] { __DoResetAllDeviceSpecialInformation(); });

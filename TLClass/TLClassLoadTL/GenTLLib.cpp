@@ -11,6 +11,7 @@ CGenTLLib::CGenTLLib(const std::string& path) {
         OV_RAISE(CUnexpectedError,
                  COvString::MsgComposer("Failed to load file %s\n", path.c_str()));
     }
+    // A producer of an older version lacks some. Each miss is logged, and a call of it fails.
 #define OV_GENTL_RESOLVE(name, parameters) name.Set(m_library.Resolve(#name));
     OV_GENTL_FUNCTIONS(OV_GENTL_RESOLVE)
 #undef OV_GENTL_RESOLVE

@@ -73,6 +73,7 @@ void CTLManager::__Init(const std::vector<std::string>& paths) {
 }
 
 void CTLManager::__InitOne(const std::string& path) {
+    // Shared by all modules of the producer: the last one that goes unloads it.
     const auto lib = std::make_shared<const CGenTLLib>(path);
     CGCInitLibAgency initialised(lib);
     // The class of the system depends on its transport, which is asked before it is opened.

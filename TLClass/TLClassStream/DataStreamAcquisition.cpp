@@ -98,6 +98,7 @@ void CDataStream::DoStartDataStreamAcqusition(const IBufferInitInfo& info) {
     CAnnouceBuffersAgency announced(*this);
     CDSFlushQueueAgency queued(*this);
     CDSStartAcquisitionAgency started(GetLib(), m_handle);
+    // Before the commits, none of which can fail.
     m_acquiring = true;
     started.Commit();
     queued.Commit();
@@ -121,6 +122,7 @@ void CDataStream::__StopDataStreamAcquisition() {
     __TakeBuffersBack();
     __RevokeBuffers();
     OV_RUN_LOGGED([this] { __SetTLParamsLocked(0); });
+    // Last: who looks without the lock finds the stream acquiring until all is back.
     m_acquiring = false;
 }
 

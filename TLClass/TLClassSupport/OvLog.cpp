@@ -48,6 +48,7 @@ COvLog::~COvLog() {
 
 void COvLog::WriteLog(const std::string& text) {
     OvBase::CUserLog::GetInstance().Write(kCategory, GenICam_3_0_ORVANE::LogWarning, text);
+    // The user's log has a lock of its own and doesn't wait for this one's file.
     const CAutoLock lock(m_lock);
     if (m_outputType == Nowhere) {
         return;
@@ -82,6 +83,7 @@ void COvLog::__Flush() {
     if (m_pending.empty()) {
         return;
     }
+    // Opened for each flush, so that the file may be moved while the process runs.
     const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(m_path.c_str(), "a"));
     if (!file) {
         return;

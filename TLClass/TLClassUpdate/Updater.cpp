@@ -55,6 +55,7 @@ void CThreadUpdater<Target>::DoUpdate(unsigned timeout) {
         return;
     }
     _SetTimeout(timeout);
+    // Before the start: the thread may end before this function does.
     _SetListChangedFlag(false);
     // A thread that doesn't start counts as ended, with an unchanged list.
     if (!m_thread.Run(this, &__OnThread, kUpdatePriority)) {

@@ -13,6 +13,7 @@ using List = CUpdaterManager::List;
 
 int64_t MonotonicMilliseconds() {
     timespec now{};
+    // The time of day may be set while somebody waits.
     clock_gettime(CLOCK_MONOTONIC, &now);
     return static_cast<int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
 }
@@ -35,6 +36,7 @@ List MakeUpdaters(const std::vector<std::shared_ptr<Target>>& targets) {
     List list;
     for (const auto& target : targets) {
         if (target) {
+            // Each has a thread of its own: producers block until their time-out.
             list.push_back(std::make_shared<Updater>(target));
         }
     }

@@ -41,6 +41,7 @@ void CXMLAnalyzer::LoadXMLFromPortHandle(void* port) {
             }
         }
     }
+    // The first place is the best one, so that its failure is the one to report.
     std::rethrow_exception(firstFailure);
 }
 
@@ -72,6 +73,8 @@ void CXMLAnalyzer::UnloadXML() {
 void CXMLAnalyzer::__TryExceptionLoadXmlFromString() {
     try {
         __RetrieveXmlFromString();
+        // Whatever is wrong with a description, from its XML to its formulas, the module can't be
+        // used. The engine's log has the reason.
     } catch (...) {
         __ThrowExceptionFromTryExcept();
     }

@@ -21,7 +21,7 @@ inline std::string UncachedRegXml(const std::string& name, int address,
 template <class Port>
 class FeatureNodesOn {
 public:
-    /// @param body  what stands between the "RegisterDescription" tags
+    /// @param body  what is between the "RegisterDescription" tags
     explicit FeatureNodesOn(const std::string& body, int schemaMinor = 1) : m_control(&m_nodes) {
         m_nodes._LoadXMLFromString(EngineTest::XmlNodeMap::Describe(body, schemaMinor).c_str());
         m_nodes._Connect(&m_port);

@@ -100,7 +100,7 @@ protected:
         return Persistance().ImportFeaturesFromStream(source, verify);
     }
 
-    /// The text of the plain exception that an import raises.
+    /// The text of the plain exception that an import throws.
     std::string RefusalOf(const std::string& text) {
         try {
             Import(text);

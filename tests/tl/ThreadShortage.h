@@ -1,5 +1,5 @@
 #pragma once
-/// A system that gives no more threads.
+/// A system that has no more threads.
 
 #include <pthread.h>
 

@@ -243,7 +243,7 @@ TEST_F(StreamAcquisition, UnlocksParametersThatWereLockedAndFailed) {
     EXPECT_EQ(ParamsLocked(), 0);
 }
 
-/// A producer that gives no buffer back when the stream stops.
+/// A producer that keeps its buffers when the stream stops.
 class KeptBuffers : public StreamAcquisition {
 protected:
     void StopWithoutBuffers() {

@@ -1,4 +1,4 @@
-// What the engine and the port raise, through every operation on a feature.
+// What the engine and the port throw, through every operation on a feature.
 
 #include <typeindex>
 
@@ -35,7 +35,7 @@ const std::string kGatedNodes =
        <Command Name="Run"><pIsImplemented>Gate</pIsImplemented><pValue>Trigger</pValue>
          <CommandValue>1</CommandValue></Command>)";
 
-/// Memory whose n-th access raises what it is told to.
+/// Memory whose n-th access throws what a test asks for.
 class RaisingPort : public EngineTest::TestPort {
 public:
     RaisingPort() { Put<int32_t>(0, 1); }
@@ -187,7 +187,7 @@ protected:
             EXPECT_EQ(error.GetFunction(), "Read");
             EXPECT_EQ(error.GetLine(), 7);
         } else {
-            // A buffer is read behind a look at its length.
+            // A buffer is read after a look at its length.
             EXPECT_THAT(error.GetFunction(), ::testing::StartsWith(operation.name));
             EXPECT_THAT(error.GetFile(), ::testing::EndsWith("FeatureControl.cpp"));
         }

@@ -1,4 +1,4 @@
-// Records of what a producer tells: all of it, some of it, none of it.
+// Records of a producer's answers: all of them, some of them, none.
 
 #include "TLClassInfo/Information.h"
 
@@ -39,7 +39,7 @@ public:
     void AnswerText(int32_t command, const std::string& text) {
         m_answers[command] = std::string(text.c_str(), text.size() + 1);
     }
-    /// The size that a call without a buffer gives.
+    /// The size that a call without a buffer returns.
     void LieAboutSize(int32_t command, size_t size) { m_sizes[command] = size; }
 
     std::vector<Asked> asked;

@@ -72,7 +72,7 @@ TEST_F(PersistenceTest, NeedsANodeMapInEachReference) {
     make(remote.nodes, local.nodes, empty);
 }
 
-/// A remote device that has no model to tell, and what an export says to that.
+/// A remote device without a model, and the failure of an export.
 struct ModelCase {
     const char* name;
     const char* node;

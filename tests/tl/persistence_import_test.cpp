@@ -1,4 +1,4 @@
-// Settings of a text that go into their modules, and what is told of those that don't.
+// Settings of a text that go into their modules, and the notes on those that don't.
 
 #include "PersistenceTest.h"
 #include "TransportTest.h"

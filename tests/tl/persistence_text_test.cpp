@@ -85,7 +85,7 @@ const BadText kBadTexts[] = {
      ModelRefusal("Camera")},
     {"AModelWithACarriageReturn", WithHeader("FileVersion: 1.0\nDeviceModelName: Camera One\r\n"),
      ModelRefusal("Camera One\r")},
-    // Which is told of two.
+    // Which of two faults is reported.
     {"VersionBeforeModel", WithHeader("DeviceModelName: Camera Two\nFileVersion: 1.1\n"),
      VersionRefusal("1.1")},
     {"PartsBeforeVersion", "FileVersion: 1.1\n" + kRemoteBanner, kFormat},

@@ -13,8 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A library with the search in it, in a folder "home" of its own; a folder
-/// "other" stands beside.
+/// A library with the search in it, in a folder "home" of its own, beside a folder
+/// "other".
 class ProducerSearch : public ::testing::Test {
 protected:
     void SetUp() override {

@@ -286,7 +286,7 @@ TEST_F(RemoteEvent, FailuresOfTheStopAreLoggedAndEachStepRuns) {
     EXPECT_THAT(log.Lines(), ElementsAre(HasSubstr("Planned failure of EventKill"),
                                          HasSubstr("Planned failure of GCUnregisterEvent")));
     EXPECT_FALSE(device->DoIsDeviceOpen());
-    // What failed behind its work still counts as open.
+    // What failed after its work still counts as open.
     manager.DoUninit();
     producer.Reset();
 }

@@ -99,7 +99,7 @@ TEST(Thread, AnEndedThreadDoesNotRunBeforeItIsJoined) {
 }
 
 TEST(Thread, HasNoIdentityWhileTheNextStarts) {
-    // The system gives an ended thread's identity to the next that anybody makes.
+    // The system reuses the identity of an ended thread for the next one of the process.
     constexpr int kRounds = 2000;
     CVxThread thread;
     pthread_t identity = 0;

@@ -14,7 +14,7 @@ protected:
     Verifier() : lib(Staged(m_fileName)) { lib.GCInitLib(); }
     ~Verifier() override { lib.GCCloseLib(); }
 
-    /// Lets the next call of a function fail and gives its status.
+    /// Lets the next call of a function fail and returns its status.
     int32_t Fail(int32_t code) {
         producer.FailCall("TLOpen", 1, code);
         void* handle = nullptr;

@@ -1,4 +1,4 @@
-// The forms of a URL that tell where a description is.
+// The forms of the URL of a description.
 
 #include "TLClassXML/XMLUrl.h"
 #include "TransportTest.h"
