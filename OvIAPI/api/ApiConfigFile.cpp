@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "OvIAPI.h"
-#include "TLClassDevice/AllFeaturePersistance.h"
+#include "TLClassModule/AllFeaturePersistance.h"
 #include "TLClassSupport/OvException.h"
 #include "api/DeviceManager.h"
 #include "errors/OVIError.h"

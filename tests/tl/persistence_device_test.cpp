@@ -3,7 +3,7 @@
 #include <sstream>
 
 #include "StreamTest.h"
-#include "TLClassDevice/AllFeaturePersistance.h"
+#include "TLClassModule/AllFeaturePersistance.h"
 
 namespace OVTLClass {
 

@@ -1,4 +1,4 @@
-#include "TLClassDevice/AllFeaturePersistance.h"
+#include "TLClassModule/AllFeaturePersistance.h"
 
 #include <stdexcept>
 
