@@ -15,11 +15,8 @@ endif()
 
 find_program(OV_CCACHE ccache)
 if(OV_CCACHE)
-  # The cache takes precompiled headers only when it may trust their macros and times.
-  set(launcher ${CMAKE_COMMAND} -E env
-    CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${OV_CCACHE})
-  set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
+  set(CMAKE_C_COMPILER_LAUNCHER ${OV_CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${OV_CCACHE})
 endif()
 
 add_compile_options(-Wall -Wextra -Wshadow -Wconversion)

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <vector>
 
 #include "Base/GCStringVector.h"
 #include "support/FailureText.h"
@@ -85,6 +86,15 @@ TEST(ReplaceEnvironmentVariables, FailsForAVariableThatIsNotSet) {
     EXPECT_EQ(FailureText<RuntimeException>([&] { ReplaceEnvironmentVariables(text, false); }),
               "Environment variable 'OV_BASE_TEST_VARIABLE' not found");
     EXPECT_EQ(text, "a$(OV_BASE_TEST_VARIABLE)");
+}
+
+TEST(ReplaceEnvironmentVariables, FailsForAVariableThatContainsItself) {
+    const Variable variable(kName,
+                            "in the place where the search goes on: $(OV_BASE_TEST_VARIABLE)");
+    gcstring text("$(OV_BASE_TEST_VARIABLE)");
+    EXPECT_EQ(FailureText<RuntimeException>([&] { ReplaceEnvironmentVariables(text, false); }),
+              "Environment variables make a text of more than 65536 characters");
+    EXPECT_EQ(text, "$(OV_BASE_TEST_VARIABLE)");
 }
 
 TEST(ReplaceEnvironmentVariables, LeavesAnOpenBracketAlone) {

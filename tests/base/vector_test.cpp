@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
+
 #include "Base/AutoVector.h"
 #include "Base/GCStringVector.h"
 #include "support/FailureText.h"

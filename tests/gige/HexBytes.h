@@ -1,6 +1,7 @@
 #pragma once
 /// Packets in tests as hexadecimal texts.
 
+#include <cstddef>
 #include <string_view>
 
 #include "gige/protocol/BigEndian.h"

@@ -3,7 +3,9 @@
 
 #include <array>
 #include <atomic>
+#include <cstdint>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <vector>
 

@@ -1,8 +1,11 @@
 #pragma once
 /// A link whose other end is a script, with a clock that runs only while somebody waits.
 
+#include <algorithm>
+#include <chrono>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "gige/control/DatagramLink.h"

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <semaphore>
+#include <thread>
 
 #include "ScriptedCamera.h"
 #include "gige/device/CameraConnection.h"

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <string>
 
 #include "HexBytes.h"
 #include "ScriptedLink.h"

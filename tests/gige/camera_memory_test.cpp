@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
+#include <memory>
 #include <numeric>
+#include <string>
 
 #include "HexBytes.h"
 #include "ScriptedLink.h"

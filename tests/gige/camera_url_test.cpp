@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 #include "gige/protocol/CameraUrl.h"
 
 namespace {

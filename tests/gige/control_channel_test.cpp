@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <memory>
+
 #include "HexBytes.h"
 #include "ScriptedLink.h"
 #include "gige/control/ControlChannel.h"

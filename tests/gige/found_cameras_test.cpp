@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <vector>
+
 #include "gige/discovery/FoundCameras.h"
 
 namespace {

@@ -3,7 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
+#include <cstdint>
+#include <memory>
 #include <semaphore>
+#include <string>
 
 #include "ScriptedLink.h"
 #include "gige/protocol/Bootstrap.h"

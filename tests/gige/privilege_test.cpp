@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
 #include <map>
+#include <memory>
+#include <string>
 
 #include "ScriptedLink.h"
 #include "gige/protocol/Bootstrap.h"

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "FailingMemory.h"
 #include "Frames.h"
 #include "QyImageProc.h"

@@ -1,6 +1,7 @@
 // Which texts are values, and how they read.
 
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "ParserFixture.h"

@@ -1,3 +1,5 @@
+#include <cstdint>
+
 #include "properties/PropertyEnum.h"
 #include "support/NodeDataBuilder.h"
 

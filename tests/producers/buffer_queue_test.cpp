@@ -1,4 +1,5 @@
 /// @file The states of a buffer, and what changes them.
+#include <thread>
 #include <vector>
 
 #include "TestProducerFixture.h"

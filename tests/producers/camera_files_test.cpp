@@ -2,9 +2,13 @@
 /// The files of a virtual camera, operation by operation.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>

@@ -5,9 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <numeric>
 #include <string>
+#include <vector>
 
 #include "virtual/Backdrop.h"
 #include "virtual/CameraSettings.h"

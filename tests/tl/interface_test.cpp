@@ -1,6 +1,7 @@
 // An interface: opening, closing, and the list of its devices.
 
 #include <algorithm>
+#include <optional>
 
 #include "InterfaceListTest.h"
 #include "TLClassFeature/IFeatureControl.h"

@@ -5,9 +5,11 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <string>
 
 namespace {
 

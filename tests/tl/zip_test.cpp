@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+
 #include "ZipBytes.h"
 
 namespace OVTLClass {

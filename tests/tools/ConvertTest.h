@@ -3,6 +3,7 @@
 
 #include <png.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <iterator>

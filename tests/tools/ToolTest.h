@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>

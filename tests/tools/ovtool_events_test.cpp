@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdint>
+#include <vector>
+
 #include "ToolTest.h"
 
 namespace {

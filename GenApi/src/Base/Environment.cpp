@@ -21,6 +21,9 @@ namespace GenICam_3_0_ORVANE {
 
 namespace {
 
+/// Sixteen times as long as a path can be.
+constexpr size_t kExpandedMax = 65536;
+
 std::string_view View(const gcstring& text) {
     return {text.c_str(), text.size()};
 }
@@ -60,7 +63,8 @@ gcstring GetValueOfEnvironmentVariable(const gcstring& name) {
     return value;
 }
 
-/// A macro without its end stays as it is.
+/// A macro without its end stays as it is. A value is searched, too, so one that contains its own
+/// macro would make the text grow for ever.
 void ReplaceEnvironmentVariables(gcstring& text, bool replaceBlanks) {
     std::string result(View(text));
     size_t begin = result.find("$(");
@@ -72,6 +76,10 @@ void ReplaceEnvironmentVariables(gcstring& text, bool replaceBlanks) {
         const gcstring value =
             GetValueOfEnvironmentVariable(ToText(result.substr(begin + 2, end - begin - 2)));
         result.replace(begin, end - begin + 1, View(value));
+        if (result.size() > kExpandedMax) {
+            RUNTIME_EXCEPTION("Environment variables make a text of more than %zu characters",
+                              kExpandedMax);
+        }
         begin = result.find("$(", std::min(end, result.size()));
     }
     if (replaceBlanks) {

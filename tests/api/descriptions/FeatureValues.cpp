@@ -1,6 +1,7 @@
 #include "FeatureValues.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "GenApi/IBoolean.h"
 #include "GenApi/IEnumEntry.h"

@@ -1,5 +1,6 @@
 #include "FeatureWalk.h"
 
+#include <functional>
 #include <sstream>
 
 #include "support/ApiTest.h"

@@ -1,6 +1,7 @@
 #pragma once
 /// Every feature that has an identifier, read and written in one form.
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <variant>

@@ -1,5 +1,6 @@
 // The records of a frame, in each of the three ways to receive it.
 
+#include <chrono>
 #include <condition_variable>
 #include <cstring>
 #include <mutex>

@@ -1,5 +1,6 @@
 // The start, its attempts, and the stop; the number of buffers; the callback.
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>

@@ -1,6 +1,7 @@
 // A thousand frames in each way, every pixel compared.
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 

@@ -1,6 +1,8 @@
 // Closing a camera, and the library with cameras open.
 
 #include <algorithm>
+#include <atomic>
+#include <functional>
 #include <future>
 
 #include "support/ApiTest.h"

@@ -1,5 +1,6 @@
 // The text of a failure names the function that the application called.
 
+#include <algorithm>
 #include <functional>
 
 #include "EventApiTest.h"

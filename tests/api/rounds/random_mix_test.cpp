@@ -1,5 +1,6 @@
 // Every flat function at once, in any order, on cameras that come and go.
 
+#include <array>
 #include <atomic>
 #include <iostream>
 #include <memory>

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "QyImageProc.h"
-#include "image/ColourRecord.h"
+#include "image/TestColourRecord.h"
 #include "image/Frames.h"
 
 namespace {

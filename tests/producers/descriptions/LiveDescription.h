@@ -3,6 +3,8 @@
 #ifndef OV_TESTS_LIVE_DESCRIPTION_H
 #define OV_TESTS_LIVE_DESCRIPTION_H
 
+#include <cstddef>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <vector>

@@ -1,6 +1,8 @@
 // The search for producers, callable from outside its library.
 
+#include <cstddef>
 #include <cstdio>
+#include <string>
 
 #include "TLClassLoadTL/CtiRetrival.h"
 #include "TLClassSupport/OvException.h"

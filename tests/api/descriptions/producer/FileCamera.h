@@ -6,6 +6,7 @@
 #include <atomic>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "MadeUpMemory.h"
 #include "SwitchOnAddress.h"
