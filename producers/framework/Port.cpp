@@ -128,6 +128,9 @@ void Port::Write(uint64_t address, std::span<const std::byte> in) const {
         throw Failure(GenTL::GC_ERR_ACCESS_DENIED, "The device is open for reading only");
     }
     m_registers.Write(address, in);
+    if (m_afterWrite) {
+        m_afterWrite();
+    }
 }
 
 const DescriptionUrl& Port::UrlAt(size_t index) const {

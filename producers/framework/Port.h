@@ -68,6 +68,8 @@ public:
     /// Sets a function that is called before every access and may throw, for instance
     /// because the device is gone.
     void SetGate(std::function<void()> gate) { m_gate = std::move(gate); }
+    /// Called after every write that was done.
+    void SetAfterWrite(std::function<void()> afterWrite) { m_afterWrite = std::move(afterWrite); }
 
     void Read(uint64_t address, std::span<std::byte> out) const;
     void Write(uint64_t address, std::span<const std::byte> in) const;
@@ -85,6 +87,7 @@ private:
     RegisterSpace m_registers;
     std::vector<DescriptionUrl> m_urls;
     std::function<void()> m_gate;
+    std::function<void()> m_afterWrite;
 };
 
 }  // namespace OvProducer

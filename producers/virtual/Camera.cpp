@@ -13,9 +13,11 @@ using OvProducer::Failure;
 
 namespace {
 
-std::filesystem::path MemoryFile(const Environment& environment, const CameraIdentity& identity) {
-    return environment.stateFolder.empty() ? std::filesystem::path()
-                                           : environment.stateFolder / identity.serialNumber;
+std::filesystem::path MemoryFile(const Environment& environment, const CameraIdentity& identity,
+                                 const char* extension = "") {
+    return environment.stateFolder.empty()
+               ? std::filesystem::path()
+               : environment.stateFolder / (identity.serialNumber + extension);
 }
 
 Camera::Clock::duration Seconds(double seconds) {
@@ -31,6 +33,7 @@ Camera::Clock::duration Exposure(const CameraSettings& settings) {
 
 Camera::Camera(CameraIdentity identity, const Environment& environment)
     : m_identity(std::move(identity)),
+      m_lock(MemoryFile(environment, m_identity, ".lock")),
       m_memory(MemoryFile(environment, m_identity)),
       m_unpaced(environment.frameRate && *environment.frameRate == 0),
       m_shortestPeriod(environment.frameRate && !m_unpaced ? 1 / *environment.frameRate : 0),
@@ -179,16 +182,26 @@ void Camera::Reset() {
 }
 
 void Camera::Recall() {
-    std::optional<CameraState> state = m_memory.Load(m_identity.color);
     const std::lock_guard lock(m_mutex);
     m_beforeLoading.reset();
-    if (state) {
+    TakeUpMemory();
+}
+
+void Camera::Follow() {
+    const std::lock_guard lock(m_mutex);
+    if (m_memory.IsNewer()) {
+        TakeUpMemory();
+    }
+}
+
+void Camera::TakeUpMemory() {
+    if (std::optional<CameraState> state = m_memory.Load(m_identity.color)) {
         m_state = *std::move(state);
         m_files.SetUserFile(std::exchange(m_state.userFile, std::nullopt));
     }
 }
 
-void Camera::Keep() const {
+void Camera::Keep() {
     const std::lock_guard lock(m_mutex);
     CameraState state = m_state;
     state.settings = m_beforeLoading.value_or(m_state.settings);

@@ -14,6 +14,7 @@
 #include "framework/Acquisition.h"
 #include "virtual/CameraFiles.h"
 #include "virtual/CameraLink.h"
+#include "virtual/CameraLock.h"
 #include "virtual/CameraMemory.h"
 #include "virtual/Chunks.h"
 #include "virtual/Environment.h"
@@ -77,12 +78,15 @@ public:
 
     /// Restores the state that the last process saved.
     void Recall();
-    /// Saves the state for the next process. If the folder can't be written, the state is
+    /// Does the same while another process has control, if it changed anything since.
+    void Follow();
+    /// Saves the state for other processes. If the folder can't be written, the state is
     /// lost, but the camera goes on.
-    void Keep() const;
+    void Keep();
 
     CameraFiles& Files() { return m_files; }
     CameraLink& Link() { return m_link; }
+    CameraLock& Lock() { return m_lock; }
 
     // Acquisition.
 
@@ -125,12 +129,14 @@ private:
     uint64_t TakeFrameNumber();
     void RequireUnlocked(bool shapesFrame) const;
     void FinishLoading();
+    void TakeUpMemory();
     FrameSettings Shape() const;
     OvProducer::FrameInfo Describe(const FrameSettings& settings, uint64_t frame) const;
     void AppendTo(OvProducer::FrameInfo& info, std::span<std::byte> memory) const;
 
     const CameraIdentity m_identity;
-    const CameraMemory m_memory;
+    CameraLock m_lock;
+    CameraMemory m_memory;
     const bool m_unpaced;
     const double m_shortestPeriod;  ///< in seconds, from the limit of the environment
 

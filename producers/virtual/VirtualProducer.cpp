@@ -63,7 +63,7 @@ public:
         facts.serialNumber = identity.serialNumber;
         facts.version = kVersion;
         facts.timestampFrequency = Camera::kTicksPerSecond;
-        facts.accessStatus = m_status;
+        facts.accessStatus = AccessStatus();
         return facts;
     }
 
@@ -71,7 +71,13 @@ public:
 
     void Open(GenTL::DEVICE_ACCESS_FLAGS flags,
               std::weak_ptr<OvProducer::EventSink> sink) override {
-        m_camera->Link().Open(std::move(sink));
+        m_camera->Lock().Take(flags);
+        try {
+            m_camera->Link().Open(std::move(sink));
+        } catch (const OvProducer::Failure&) {
+            m_camera->Lock().Release();
+            throw;
+        }
         m_status = flags == GenTL::DEVICE_ACCESS_READONLY
                        ? GenTL::DEVICE_ACCESS_STATUS_OPEN_READONLY
                        : GenTL::DEVICE_ACCESS_STATUS_OPEN_READWRITE;
@@ -83,9 +89,12 @@ public:
         m_camera->Stop();
         m_camera->SetParamsLocked(false);
         m_camera->Files().Reset();
-        m_camera->Keep();
+        if (!IsReader()) {
+            m_camera->Keep();
+        }
         m_camera->Link().Close();
-        m_status = GenTL::DEVICE_ACCESS_STATUS_READWRITE;
+        m_status = GenTL::DEVICE_ACCESS_STATUS_UNKNOWN;
+        m_camera->Lock().Release();
     }
 
     bool OffersEvent(GenTL::EVENT_TYPE type) override {
@@ -96,7 +105,13 @@ public:
         const OvProducer::DeviceFacts facts = Facts();
         auto port = MakeCameraPort(m_camera, {facts.id, facts.vendor, facts.model, facts.tlType,
                                               "Device", facts.version, "Device"});
-        port->SetGate([camera = m_camera] { camera->Link().CheckUsable(); });
+        port->SetGate([camera = m_camera, isReader = IsReader()] {
+            camera->Link().CheckUsable();
+            if (isReader) {
+                camera->Follow();
+            }
+        });
+        port->SetAfterWrite([camera = m_camera] { camera->Keep(); });
         return port;
     }
 
@@ -107,9 +122,17 @@ public:
     void CheckUsable() override { m_camera->Link().CheckUsable(); }
 
 private:
+    /// Another process keeps what a reader sees.
+    bool IsReader() const { return m_status == GenTL::DEVICE_ACCESS_STATUS_OPEN_READONLY; }
+    GenTL::DEVICE_ACCESS_STATUS AccessStatus() const {
+        const GenTL::DEVICE_ACCESS_STATUS status = m_status;
+        return status == GenTL::DEVICE_ACCESS_STATUS_UNKNOWN ? m_camera->Lock().Status() : status;
+    }
+
     const std::shared_ptr<Camera> m_camera;
     const std::shared_ptr<VirtualStream> m_stream;
-    std::atomic<GenTL::DEVICE_ACCESS_STATUS> m_status = GenTL::DEVICE_ACCESS_STATUS_READWRITE;
+    /// Unknown unless it is open here.
+    std::atomic<GenTL::DEVICE_ACCESS_STATUS> m_status = GenTL::DEVICE_ACCESS_STATUS_UNKNOWN;
 };
 
 class VirtualInterface : public OvProducer::InterfaceBackend {

@@ -109,6 +109,29 @@ TEST_F(CameraMemoryTest, LeavesOneFileForTheUserAlone) {
     EXPECT_EQ(fs::status(sub).permissions(), fs::perms::owner_all);
 }
 
+TEST_F(CameraMemoryTest, KnowsThatAnotherProcessHasChangedTheFile) {
+    CameraMemory other{folder.Path() / "sub" / "VC"};
+    ASSERT_TRUE(memory.Store(Changed()));
+    EXPECT_TRUE(other.IsNewer());
+    ASSERT_TRUE(other.Load(true));
+    EXPECT_FALSE(other.IsNewer());
+    ASSERT_TRUE(memory.Store(FactoryState(true)));
+    EXPECT_TRUE(other.IsNewer());
+}
+
+TEST_F(CameraMemoryTest, WritesNothingThatTheFileHasAlready) {
+    CameraMemory other{folder.Path() / "sub" / "VC"};
+    ASSERT_TRUE(memory.Store(Changed()));
+    ASSERT_TRUE(other.Load(true));
+    ASSERT_TRUE(memory.Store(Changed()));
+    EXPECT_FALSE(other.IsNewer());
+    ASSERT_TRUE(other.Store(FactoryState(true)));
+    // What the file had when it was last looked at is what counts.
+    ASSERT_TRUE(memory.Load(true));
+    ASSERT_TRUE(memory.Store(Changed()));
+    EXPECT_EQ(ToText(*other.Load(true)), ToText(Changed()));
+}
+
 TEST_F(CameraMemoryTest, IsEmptyBeforeTheFirstStore) {
     EXPECT_FALSE(memory.Load(true));
     EXPECT_FALSE(CameraMemory("").Load(true));

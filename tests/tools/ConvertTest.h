@@ -92,8 +92,8 @@ protected:
     }
 
     void ExpectRefused(const std::string& format, int width, int height, const std::string& options,
-                       const std::string& text) const {
-        ExpectFails(Convert(format, width, height, options), "ovtool: " + text + "\n");
+                       const std::string& text, int code = Exit::kFailed) const {
+        ExpectFails(Convert(format, width, height, options), "ovtool: " + text + "\n", code);
     }
 
     const std::string frame = (folder / "frame.raw").string();

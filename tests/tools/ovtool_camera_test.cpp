@@ -1,5 +1,7 @@
 // Cameras of any kind: list, info, features, frames.
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 
 #include "ToolTest.h"
@@ -193,24 +195,18 @@ TEST_F(ToolTest, GetPrintsValuesInTheOrderAskedFor) {
                     {"ReverseX", false}});
 }
 
-TEST_F(ToolTest, SetSaysNothingAndStays) {
-    state = folder.string();
-    ExpectPrints(Virtual("set ExposureTime 20000"), "");
-    ExpectPrints(Virtual("get ExposureTime"), "20000\n");
-}
-
 // grab, stream
 
 TEST_F(ToolTest, GrabTellsOfEachFrameAndItsFiles) {
     state = (folder / "state").string();
-    ASSERT_EQ(Virtual("set Width 64").err, "");
-    ASSERT_EQ(Virtual("set Height 32").err, "");
+    Set("Width=64 Height=32");
     const std::string output = folder.string();
     ExpectPrints(Virtual("grab -n 2 --raw -o " + output),
                  "frame 0: 64x32, 2048 bytes -> " + output + "/frame-0001.png -> " + output +
                      "/frame-0001.raw\n"
                      "frame 1: 64x32, 2048 bytes -> " +
-                     output + "/frame-0002.png -> " + output + "/frame-0002.raw\n");
+                     output + "/frame-0002.png -> " + output + "/frame-0002.raw\n" +
+                     "2 frames, 0 lost\n");
     EXPECT_EQ(std::filesystem::file_size(folder / "frame-0002.raw"), 2048U);
     ExpectDocument(Virtual("grab --json --no-png --raw -o " + output),
                    {{"frames",
@@ -219,13 +215,13 @@ TEST_F(ToolTest, GrabTellsOfEachFrameAndItsFiles) {
                        {"height", 32},
                        {"pixelFormat", 0x01080009},
                        {"bytes", 2048},
-                       {"files", {output + "/frame-0001.raw"}}}}}});
+                       {"files", {output + "/frame-0001.raw"}}}}},
+                    {"lost", 0}});
 }
 
 TEST_F(ToolTest, StreamTellsRateAndLosses) {
     state = folder.string();
-    ASSERT_EQ(Virtual("set Width 64").err, "");
-    ASSERT_EQ(Virtual("set Height 32").err, "");
+    Set("Width=64 Height=32");
     const ToolRun run = Virtual("stream -s 1 --json");
     EXPECT_EQ(run.err, "");
     ASSERT_TRUE(Json::accept(run.out)) << run.out;
@@ -244,40 +240,20 @@ TEST_F(ToolTest, StreamTellsRateAndLosses) {
 }
 
 TEST_F(ToolTest, StreamPrintsOneLine) {
-    const ToolRun run = Gev("stream -s 0.2");
-    EXPECT_TRUE(run.out.starts_with("0 frames in ")) << run.out;
-    EXPECT_TRUE(run.out.ends_with(" s, 0.0 a second, 0 lost, 0 incomplete\n")) << run.out;
+    state = folder.string();
+    Set("Width=64 Height=32");
+    const ToolRun run = Virtual("stream -s 0.2");
+    EXPECT_THAT(run.out, testing::MatchesRegex(
+                             "[0-9]+ frames in 0.[0-9] s, [0-9]+.[0-9] a second, [0-9]+ lost, 0 "
+                             "incomplete\n"));
     EXPECT_EQ(run.status, 0);
 }
 
 // Failures.
 
-TEST_F(ToolTest, AFailureHasTheLibrarysTextAndAHint) {
-    const ToolRun run = Run(OV_TOOL_BARE, "list --json");
-    EXPECT_EQ(run.out, "");
-    EXPECT_TRUE(run.err.starts_with("ovtool: can't start the library: {-2}{")) << run.err;
-    EXPECT_TRUE(
-        run.err.ends_with("{Not found TL library}\n"
-                          "Put a producer (.cti) into the folder of liboviapi.so.\n"))
-        << run.err;
-    EXPECT_EQ(run.status, 1);
-}
-
-TEST_F(ToolTest, InfoOfNoCameraSaysWhereToLook) {
-    ExpectFails(Virtual("info -c 3"),
-                "ovtool: there is no camera 3; look at them with: ovtool list\n");
-    ExpectFails(Virtual("info -c Nobody"),
-                "ovtool: there is no camera Nobody; look at them with: ovtool list\n");
-}
-
-TEST_F(ToolTest, AnUnknownFeatureIsNamed) {
-    ExpectFails(Virtual("get Nothing --json"),
-                "ovtool: there is no feature 'Nothing'; all that a camera has: ovtool features\n");
-}
-
 TEST_F(ToolTest, SecondsMustBePositive) {
-    EXPECT_NE(Virtual("stream -s 0").status, 0);
-    EXPECT_NE(Virtual("stream -s -1").status, 0);
+    EXPECT_EQ(Virtual("stream -s 0").status, Exit::kUsage);
+    EXPECT_EQ(Virtual("stream -s -1").status, Exit::kUsage);
 }
 
 }  // namespace

@@ -12,13 +12,7 @@ class ChunksTest : public ToolTest {
 protected:
     ChunksTest() { state = folder.string(); }
     /// A frame of the whole sensor takes its time.
-    void SetUp() override {
-        Set("Width 64");
-        Set("Height 32");
-    }
-    void Set(const std::string& arguments) const {
-        ASSERT_EQ(Virtual("set " + arguments).err, "") << arguments;
-    }
+    void SetUp() override { Set("Width=64 Height=32"); }
     Json Frames(const std::string& arguments) const {
         const ToolRun run = Virtual("chunks --json " + arguments);
         EXPECT_EQ(run.err, "");
@@ -70,14 +64,15 @@ TEST_F(ChunksTest, LeaveTheChunkModeAsItWas) {
 
 TEST_F(ChunksTest, NeedACameraThatIsThere) {
     ExpectFails(Virtual("chunks -c 9"),
-                "ovtool: there is no camera 9; look at them with: ovtool list\n");
+                "ovtool: there is no camera 9; 2 were found\n" + SearchedVirtual(),
+                Exit::kNoCamera);
 }
 
 TEST_F(ChunksTest, ThatACameraDoesNotSendAreMissed) {
     const ToolRun run = Gev("chunks -t 1");
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_NE(run.err.find("can't get a frame"), std::string::npos) << run.err;
+    EXPECT_EQ(run.status, Exit::kTimedOut);
+    EXPECT_TRUE(run.err.starts_with("ovtool: the camera sent no frame for 1 ms\n")) << run.err;
 }
 
 }  // namespace

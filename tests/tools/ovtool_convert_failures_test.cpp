@@ -14,7 +14,7 @@ class BadValues : public ConvertTest, public ::testing::WithParamInterface<BadVa
 
 TEST_P(BadValues, AreNamedWithTheirLimits) {
     WriteFrame(Noise(64));
-    ExpectRefused("BayerRG8", 8, 8, GetParam().options, GetParam().text);
+    ExpectRefused("BayerRG8", 8, 8, GetParam().options, GetParam().text, Exit::kUsage);
     EXPECT_FALSE(std::filesystem::exists(picture));
 }
 
@@ -57,7 +57,7 @@ TEST_P(Misfits, AreRefusedWithTheReason) {
     const bool words = format.ends_with("16");
     const bool colours = format.starts_with("RGB") || format.starts_with("BGR");
     WriteFrame(Noise(64U * (words ? 2 : 1) * (colours ? 3 : 1)));
-    ExpectRefused(format, 8, 8, GetParam().options, GetParam().text);
+    ExpectRefused(format, 8, 8, GetParam().options, GetParam().text, Exit::kUsage);
     EXPECT_FALSE(std::filesystem::exists(picture));
 }
 
@@ -114,16 +114,16 @@ TEST_F(ConvertTest, AnUnknownFormatIsAnsweredWithAllThatAreKnown) {
         EXPECT_TRUE(run.err.starts_with("ovtool: there is no pixel format '" + name +
                                         "'; these are known:\nMono8 Mono10 "))
             << run.err;
-        EXPECT_EQ(run.status, 1);
+        EXPECT_EQ(run.status, Exit::kUsage);
     }
     EXPECT_EQ(Convert("0x01080009", 8, 8).status, 0);
 }
 
 TEST_F(ConvertTest, SidesHaveLimits) {
     WriteFrame(Noise(64));
-    ExpectRefused("Mono8", 0, 8, "", "--width 0 is outside 1 to 16384");
-    ExpectRefused("Mono8", 8, -1, "", "--height -1 is outside 1 to 16384");
-    ExpectRefused("Mono8", 16385, 8, "", "--width 16385 is outside 1 to 16384");
+    ExpectRefused("Mono8", 0, 8, "", "--width 0 is outside 1 to 16384", Exit::kUsage);
+    ExpectRefused("Mono8", 8, -1, "", "--height -1 is outside 1 to 16384", Exit::kUsage);
+    ExpectRefused("Mono8", 16385, 8, "", "--width 16385 is outside 1 to 16384", Exit::kUsage);
 }
 
 TEST_F(ConvertTest, InterpolationNeedsEvenSidesOfAFewPixels) {
@@ -160,10 +160,12 @@ TEST_F(ConvertTest, WhatAnImageFunctionRefusesHasItsStatus) {
 TEST_F(ConvertTest, OutputsMustBeWritableAndNotTheInput) {
     WriteFrame(Noise(64));
     const std::string nowhere = (folder / "none" / "x.png").string();
-    ExpectRefused("Mono8", 8, 8, "-o " + nowhere,
-                  "can't write " + nowhere + "; is there such a folder?");
+    ExpectRefused(
+        "Mono8", 8, 8, "-o " + nowhere,
+        "can't write " + nowhere + ": No such file or directory; is there such a folder?");
     ExpectRefused("Mono8", 8, 8, "-o " + frame,
-                  frame + " would be overwritten by its own picture; name another by -o");
+                  frame + " would be overwritten by its own picture; name another by -o",
+                  Exit::kUsage);
 }
 
 }  // namespace

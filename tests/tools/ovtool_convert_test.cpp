@@ -449,24 +449,22 @@ TEST_F(FrameOfBytes, IsOneOfSeveral) {
     EXPECT_EQ(PngFile(picture).bytes, Colours(noise));
     EXPECT_EQ(PngFile((folder / "other.png").string()).bytes, Colours(noise));
     ExpectRefused("BayerRG8", kWidth, kHeight, other + " -o x.png",
-                  "-o names the picture of one file; there are 2");
+                  "-o names the picture of one file; there are 2", Exit::kUsage);
 }
 
 // Live frames.
 
 TEST_F(ConvertTest, GrabProcessesFramesAsConvertDoesTheirFiles) {
     state = (folder / "state").string();
-    for (const char* const setting :
-         {"Width 64", "Height 32", "OffsetY 1000", "PixelFormat BayerRG12p"}) {
-        ASSERT_EQ(Virtual(std::string("set ") + setting).err, "");
-    }
+    Set("Width=64 Height=32 OffsetY=1000 PixelFormat=BayerRG12p");
     const std::string options =
         "--method 1 --defects --denoise --auto-balance --gamma 1.5 --saturation 90 --sharpen 1 "
         "--rotate ccw ";
     const std::string output = folder.string();
     const std::string live = output + "/frame-0001";
-    ExpectPrints(Virtual("grab --raw --process " + options + " -o " + output),
-                 "frame 0: 64x32, 3072 bytes -> " + live + ".png -> " + live + ".raw\n");
+    ExpectPrints(
+        Virtual("grab --raw --process " + options + " -o " + output),
+        "frame 0: 64x32, 3072 bytes -> " + live + ".png -> " + live + ".raw\n1 frame, 0 lost\n");
     const std::string later = output + "/later.png";
     ASSERT_EQ(Run(OV_TOOL_BARE, "convert " + live + ".raw -f BayerRG12p --width 64 --height 32 " +
                                     options + "-o " + later)

@@ -13,10 +13,7 @@ class EventsTest : public ToolTest {
 protected:
     EventsTest() { state = folder.string(); }
     /// A frame of the whole sensor takes its time.
-    void SetUp() override {
-        Do("set Width 64");
-        Do("set Height 32");
-    }
+    void SetUp() override { Do("set Width=64 Height=32"); }
     void Do(const std::string& arguments) const {
         ASSERT_EQ(Virtual(arguments).err, "") << arguments;
     }
@@ -65,8 +62,10 @@ TEST_F(EventsTest, EndWithTheirTime) {
 TEST_F(EventsTest, EndWithTheCamera) {
     Do("write 0xA28 03000000");
     const ToolRun run = Virtual("events --json -s 60 -e ExposureEnd");
-    EXPECT_EQ(run.err, "ovtool: the camera is lost\n");
-    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err,
+              "ovtool: the camera is lost\n"
+              "Check cable and power, then look at the cameras: ovtool list\n");
+    EXPECT_EQ(run.status, Exit::kLost);
     const std::vector<Json> events = Documents(run.out);
     EXPECT_LE(events.size(), 3U);
     for (size_t frame = 0; frame < events.size(); ++frame) {

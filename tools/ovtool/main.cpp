@@ -2,47 +2,63 @@
 // through the same public headers.
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <cstdio>
 
+#include "camera/SearchReport.h"
 #include "camera/Session.h"
 #include "commands/Commands.h"
 #include "pipeline/PipelineOptions.h"
 #include "support/Error.h"
+#include "support/Output.h"
+#include "support/Text.h"
 
 namespace {
 
 /// Where all commands put what they are told; each run has one command.
-struct Options {
+struct CommandLine {
     CameraChoice choice;
     bool json = false;
+    bool verbose = false;
     uint32_t timeout = kSearchTimeout;
     GrabOptions grab;
     ConvertOptions convert;
     ChunkOptions chunks;
     EventOptions events;
     std::vector<std::string> names;
-    std::string name;
-    std::string value;
+    std::string bytes;
     std::string file;
     bool verify = false;
     uint64_t address = 0;
     size_t size = 4;
-    double seconds = 5;
+    StreamOptions stream;
     std::string mac;
     IpAddresses addresses;
     IpConfiguration configuration;
     OV_RESET_MODE resetMode = OV_RESET_MODE_1;
 };
 
-/// A command that prints, and can do so for machines.
-CLI::App* AddCommand(CLI::App& app, const char* name, const char* help, Options& options) {
+/// Before the command's name or after it.
+void AddVerbose(CLI::App& app, CommandLine& options) {
+    app.add_flag("--verbose", options.verbose, "also print the library's own text of a failure");
+}
+
+CLI::App* AddQuietCommand(CLI::App& app, const char* name, const char* help, CommandLine& options) {
     CLI::App* const command = app.add_subcommand(name, help);
+    AddVerbose(*command, options);
+    command->footer(ExitCodesText());
+    return command;
+}
+
+/// A command that prints, and can do so for machines.
+CLI::App* AddCommand(CLI::App& app, const char* name, const char* help, CommandLine& options) {
+    CLI::App* const command = AddQuietCommand(app, name, help, options);
     command->add_flag("--json", options.json, "print a JSON document");
     return command;
 }
 
 /// Every command that opens a camera can be told which.
-CLI::App* WithCamera(CLI::App* command, Options& options) {
+CLI::App* WithCamera(CLI::App* command, CommandLine& options) {
     command
         ->add_option("-c,--camera", options.choice.key,
                      "the camera: its place in the list, from 1, or its serial number")
@@ -50,18 +66,18 @@ CLI::App* WithCamera(CLI::App* command, Options& options) {
     return command;
 }
 
-CLI::App* WithSearch(CLI::App* command, Options& options) {
+CLI::App* WithSearch(CLI::App* command, CommandLine& options) {
     command->add_option("-t,--timeout", options.timeout, "how long to search, in milliseconds")
         ->capture_default_str();
     return command;
 }
 
-CLI::App* WithMac(CLI::App* command, Options& options) {
+CLI::App* WithMac(CLI::App* command, CommandLine& options) {
     command->add_option("mac", options.mac, "MAC address of the camera")->required();
     return command;
 }
 
-void AddFeatureCommands(CLI::App& app, Options& options) {
+void AddFeatureCommands(CLI::App& app, CommandLine& options) {
     WithCamera(
         AddCommand(app, "features", "list the features of a camera with their values", options),
         options)
@@ -69,30 +85,34 @@ void AddFeatureCommands(CLI::App& app, Options& options) {
 
     CLI::App* const get =
         WithCamera(AddCommand(app, "get", "print values of features", options), options);
-    get->add_option("feature", options.names, "names of features")->required();
+    get->add_option("feature", options.names,
+                    "names of features; one value of many: Gain[GainSelector=AnalogAll]")
+        ->required();
     get->callback([&options] { Get(options.choice, options.names, options.json); });
 
     CLI::App* const set =
-        WithCamera(app.add_subcommand("set", "set a feature, or run a command"), options);
-    set->add_option("feature", options.name, "name of the feature")->required();
-    set->add_option("value", options.value, "its new value; none for a command");
-    set->callback([&options] { Set(options.choice, options.name, options.value); });
+        WithCamera(AddCommand(app, "set", "set features, run commands", options), options);
+    set->add_option("feature", options.names,
+                    "FEATURE=VALUE or a command, in the order in which they are done; "
+                    "or one FEATURE and its VALUE")
+        ->required();
+    set->callback([&options] { Set(options.choice, options.names, options.json); });
 }
 
-void AddSettingsCommands(CLI::App& app, Options& options) {
+void AddSettingsCommands(CLI::App& app, CommandLine& options) {
     CLI::App* const save =
-        WithCamera(app.add_subcommand("save", "write all settings to a file"), options);
+        WithCamera(AddQuietCommand(app, "save", "write all settings to a file", options), options);
     save->add_option("file", options.file, "the file, replaced if it is there")->required();
     save->callback([&options] { SaveSettings(options.choice, options.file); });
 
     CLI::App* const load =
-        WithCamera(app.add_subcommand("load", "take all settings from a file"), options);
+        WithCamera(AddQuietCommand(app, "load", "take all settings from a file", options), options);
     load->add_option("file", options.file, "a file of a camera of the same model")->required();
     load->add_flag("--verify", options.verify, "tell also what the camera rounded");
     load->callback([&options] { LoadSettings(options.choice, options.file, options.verify); });
 }
 
-void AddRegisterCommands(CLI::App& app, Options& options) {
+void AddRegisterCommands(CLI::App& app, CommandLine& options) {
     CLI::App* const read =
         WithCamera(AddCommand(app, "read", "print registers, past all features", options), options);
     read->add_option("address", options.address, "of the first byte")->required();
@@ -102,14 +122,14 @@ void AddRegisterCommands(CLI::App& app, Options& options) {
     read->callback(
         [&options] { ReadRegisters(options.choice, options.address, options.size, options.json); });
 
-    CLI::App* const write =
-        WithCamera(app.add_subcommand("write", "change registers, past all features"), options);
+    CLI::App* const write = WithCamera(
+        AddQuietCommand(app, "write", "change registers, past all features", options), options);
     write->add_option("address", options.address, "of the first byte")->required();
-    write->add_option("bytes", options.value, "in hexadecimal")->required();
-    write->callback([&options] { WriteRegisters(options.choice, options.address, options.value); });
+    write->add_option("bytes", options.bytes, "in hexadecimal")->required();
+    write->callback([&options] { WriteRegisters(options.choice, options.address, options.bytes); });
 }
 
-void AddFrameCommands(CLI::App& app, Options& options) {
+void AddFrameCommands(CLI::App& app, CommandLine& options) {
     CLI::App* const grab =
         WithCamera(AddCommand(app, "grab", "grab frames into files", options), options);
     grab->add_option("-n,--count", options.grab.count, "how many frames")->capture_default_str();
@@ -117,6 +137,9 @@ void AddFrameCommands(CLI::App& app, Options& options) {
         ->capture_default_str();
     grab->add_option("-t,--timeout", options.grab.timeout, "for each frame, in milliseconds")
         ->capture_default_str();
+    grab->add_option("--memory", options.grab.memory,
+                     "for frames that wait to be written, in MiB; else half of what is free")
+        ->check(CLI::Range(size_t{1}, size_t{1} << 24));
     grab->add_flag("--png,!--no-png", options.grab.png, "write pictures (the default)");
     grab->add_flag("--raw", options.grab.raw, "write the bytes as the camera sent them");
     CLI::Option* const process = grab->add_flag_callback(
@@ -138,13 +161,16 @@ void AddFrameCommands(CLI::App& app, Options& options) {
 
     CLI::App* const stream = WithCamera(
         AddCommand(app, "stream", "take frames and tell how well they come", options), options);
-    stream->add_option("-s,--seconds", options.seconds, "for how long")
-        ->check(CLI::PositiveNumber)
+    stream->add_option("-s,--seconds", options.stream.seconds, "for how long, from the first frame")
+        ->check(CLI::Range(1e-3, 1e9))
         ->capture_default_str();
-    stream->callback([&options] { MeasureStream(options.choice, options.seconds, options.json); });
+    stream
+        ->add_option("-t,--timeout", options.stream.timeout, "for the first frame, in milliseconds")
+        ->capture_default_str();
+    stream->callback([&options] { MeasureStream(options.choice, options.stream, options.json); });
 }
 
-void AddConvert(CLI::App& app, Options& options) {
+void AddConvert(CLI::App& app, CommandLine& options) {
     CLI::App* const convert = AddCommand(app, "convert", "turn raw files into pictures", options);
     convert->add_option("files", options.convert.files, "one frame each")->required();
     convert->add_option("--width", options.convert.width, "in pixels")->required();
@@ -159,7 +185,7 @@ void AddConvert(CLI::App& app, Options& options) {
     convert->callback([&options] { Convert(options.convert, options.json); });
 }
 
-void AddEvents(CLI::App& app, Options& options) {
+void AddEvents(CLI::App& app, CommandLine& options) {
     CLI::App* const events = WithCamera(
         AddCommand(app, "events", "print what the camera tells, as it comes", options), options);
     events->add_option("-e,--event", options.events.names, "only these events, by name");
@@ -185,7 +211,7 @@ void AddAddressArguments(CLI::App* command, IpAddresses& addresses, bool require
     }
 }
 
-void AddConfigure(CLI::App& ip, Options& options) {
+void AddConfigure(CLI::App& ip, CommandLine& options) {
     CLI::App* const configure =
         WithMac(AddCommand(ip, "configure", "set how a camera gets its address", options), options);
     configure->add_option("mode", options.configuration.mode, "the ways that are tried")
@@ -197,7 +223,7 @@ void AddConfigure(CLI::App& ip, Options& options) {
         [&options] { ConfigureIp(options.mac, options.configuration, options.json); });
 }
 
-void AddIpCommands(CLI::App& app, Options& options) {
+void AddIpCommands(CLI::App& app, CommandLine& options) {
     CLI::App& ip = *app.add_subcommand("ip", "addresses of GigE Vision cameras");
     ip.require_subcommand(1);
 
@@ -226,11 +252,11 @@ void AddIpCommands(CLI::App& app, Options& options) {
     reset->callback([&options] { ResetCamera(options.mac, options.resetMode, options.json); });
 }
 
-int Run(int argc, char** argv) {
-    CLI::App app("Looks at cameras, reads and writes their features, and grabs frames");
+void AddCommands(CLI::App& app, CommandLine& options) {
     app.set_version_flag("--version", std::string(OVGetLibVersion()));
+    app.footer(ExitCodesText());
+    AddVerbose(app, options);
     app.require_subcommand(1);
-    Options options;
     WithSearch(AddCommand(app, "list", "find cameras and list them", options), options)
         ->callback([&options] { List(options.timeout, options.json); });
     WithCamera(AddCommand(app, "info", "all that is known of a camera", options), options)
@@ -242,17 +268,61 @@ int Run(int argc, char** argv) {
     AddConvert(app, options);
     AddEvents(app, options);
     AddIpCommands(app, options);
-    CLI11_PARSE(app, argc, argv);
-    return 0;
+}
+
+/// Commands run while their arguments are taken.
+ExitCode Run(CLI::App& app, int argc, char** argv) {
+    try {
+        OccupyStandardStreams();
+        app.parse(argc, argv);
+        FlushOutput();
+    } catch (const CLI::ParseError& wish) {
+        const bool isHelp = app.exit(wish) == static_cast<int>(CLI::ExitCodes::Success);
+        FlushOutput();
+        return isHelp ? ExitCode::Done : ExitCode::Usage;
+    }
+    return ExitCode::Done;
+}
+
+/// Texts of cameras may be among it.
+void PrintFailure(const std::string& text) {
+    // What was printed before it comes before it.
+    std::fflush(stdout);
+    std::fprintf(stderr, "ovtool: %s\n", VisibleLines(text).c_str());
+}
+
+ExitCode Explain(const ToolError& error, bool verbose) {
+    std::string text = error.what();
+    if (error.Code() == ExitCode::NoCamera) {
+        text += "\n" + SearchReport();
+    }
+    if (verbose && !error.Detail().empty()) {
+        text += "\nThe library says: " + error.Detail();
+    }
+    PrintFailure(text);
+    return error.Code();
+}
+
+ExitCode RunAndExplain(int argc, char** argv) {
+    CLI::App app("Looks at cameras, reads and writes their features, and grabs frames");
+    CommandLine options;
+    AddCommands(app, options);
+    try {
+        return Run(app, argc, argv);
+    } catch (const ToolError& error) {
+        return Explain(error, options.verbose);
+    }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    // An output that nobody reads any more is a failure, which has to put things back.
+    std::signal(SIGPIPE, SIG_IGN);
     try {
-        return Run(argc, argv);
+        return static_cast<int>(RunAndExplain(argc, argv));
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "ovtool: %s\n", error.what());
-        return 1;
+        PrintFailure(error.what());
+        return static_cast<int>(ExitCode::Failed);
     }
 }

@@ -34,7 +34,7 @@ T ParseNumber(const std::string& text, OV_FEATURE_ID id) {
     T value{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc() || end != text.data() + text.size()) {
-        throw ToolError("can't " + Write(id) + ": '" + text + "' is not a number");
+        throw UsageError("can't " + Write(id) + ": '" + text + "' is not a number");
     }
     return value;
 }
@@ -93,16 +93,10 @@ std::string ReadBuffer(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
 }
 
 int64_t ParseEntry(OV_DEV_HANDLE camera, OV_FEATURE_ID id, const std::string& text) {
-    const auto entries = EntriesOf(camera, id);
-    for (const OV_ENUM_DESCRIPTION& entry : entries) {
-        if (FieldText(entry.szSymbolic) == text) {
+    for (const OV_ENUM_DESCRIPTION& entry : EntriesOf(camera, id)) {
+        if (FieldText(entry.szSymbolic) == text || std::to_string(entry.nValue) == text) {
             return entry.nValue;
         }
-    }
-    int64_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error == std::errc() && end == text.data() + text.size()) {
-        return value;
     }
     throw ToolError("can't " + Write(id) + ": it has no entry '" + text +
                     "', but: " + ToText(ReadRange(camera, id)));
@@ -115,7 +109,29 @@ bool ParseBool(const std::string& text, OV_FEATURE_ID id) {
     if (text == "false" || text == "0") {
         return false;
     }
-    throw ToolError("can't " + Write(id) + ": '" + text + "' is neither true nor false");
+    throw UsageError("can't " + Write(id) + ": '" + text + "' is neither true nor false");
+}
+
+/// The limits, as a hint; what must be told is the failure that it is for.
+std::string LimitsText(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
+    try {
+        return "\n" + NameOf(id) + " takes " + ToText(ReadRange(camera, id));
+    } catch (const ToolError&) {
+        return "";
+    }
+}
+
+/// Raises a value that the camera refuses, with the limits if it is outside them.
+void CheckNumber(OV_STATUS status, OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
+    if (status != OV_STATUS_OUT_OF_RANGE) {
+        Check(status, Write(id));
+        return;
+    }
+    try {
+        Check(status, Write(id), "");
+    } catch (const ToolError& error) {
+        throw ToolError(error.what() + LimitsText(camera, id), error.Code(), error.Detail());
+    }
 }
 
 }  // namespace
@@ -135,7 +151,11 @@ OV_FEATURE_ID FeatureByName(const std::string& name) {
             return row.id;
         }
     }
-    throw ToolError("there is no feature '" + name + "'; all that a camera has: ovtool features");
+    throw UsageError("there is no feature '" + name + "'; all that a camera has: ovtool features");
+}
+
+bool IsCommand(OV_FEATURE_ID id) {
+    return TypeOf(id) == OV_FEATURE_TYPE_COMMAND;
 }
 
 const char* TypeName(OV_FEATURE_ID id) {
@@ -164,13 +184,25 @@ FeatureValue ReadFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
     }
 }
 
-std::optional<FeatureValue> TryReadFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
+std::optional<FeatureValue> ReadIfReadable(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
     bool readable = false;
-    if (TypeOf(id) == OV_FEATURE_TYPE_COMMAND ||
-        OVIsReadable(camera, id, &readable) != OV_STATUS_SUCCESS || !readable) {
+    const OV_STATUS status =
+        IsCommand(id) ? OV_STATUS_NOT_IMPLEMENTED : OVIsReadable(camera, id, &readable);
+    if (status != OV_STATUS_NOT_IMPLEMENTED) {
+        Check(status, Read(id));
+    }
+    return readable ? std::optional(ReadFeature(camera, id)) : std::nullopt;
+}
+
+std::optional<FeatureValue> TryReadFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
+    try {
+        return ReadIfReadable(camera, id);
+    } catch (const ToolError& error) {
+        if (error.Code() == ExitCode::Lost) {
+            throw;
+        }
         return std::nullopt;
     }
-    return ReadFeature(camera, id);
 }
 
 FeatureRange ReadRange(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
@@ -197,10 +229,10 @@ FeatureRange ReadRange(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
 void WriteFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id, const std::string& text) {
     switch (TypeOf(id)) {
         case OV_FEATURE_TYPE_INT:
-            Check(OVSetInt(camera, id, ParseNumber<int64_t>(text, id)), Write(id));
+            CheckNumber(OVSetInt(camera, id, ParseNumber<int64_t>(text, id)), camera, id);
             break;
         case OV_FEATURE_TYPE_FLOAT:
-            Check(OVSetFloat(camera, id, ParseNumber<double>(text, id)), Write(id));
+            CheckNumber(OVSetFloat(camera, id, ParseNumber<double>(text, id)), camera, id);
             break;
         case OV_FEATURE_TYPE_ENUM:
             Check(OVSetEnum(camera, id, ParseEntry(camera, id, text)), Write(id));

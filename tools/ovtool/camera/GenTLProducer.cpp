@@ -52,7 +52,9 @@ std::string LibraryFolder() {
 GenTLProducer::GenTLProducer(const std::string& path)
     : m_path(path), m_library(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL), &dlclose) {
     if (m_library == nullptr) {
-        throw ToolError("can't load " + path);
+        const char* const reason = dlerror();
+        throw ToolError("can't load " + m_path + ": " +
+                        (reason == nullptr ? "the reason isn't known" : reason));
     }
     ResolveAll();
     Require(GCInitLib(), "GCInitLib");
@@ -100,10 +102,14 @@ void GenTLProducer::ResolveAll() {
 }
 
 void GenTLProducer::Require(GenTL::GC_ERROR status, const char* function) const {
-    if (status != GenTL::GC_ERR_SUCCESS) {
-        throw ToolError("can't ask " + m_path + ": " + function + " gives " +
-                        std::to_string(status));
+    if (status == GenTL::GC_ERR_SUCCESS) {
+        return;
     }
+    const bool isHeld =
+        status == GenTL::GC_ERR_ACCESS_DENIED || status == GenTL::GC_ERR_RESOURCE_IN_USE;
+    throw ToolError(
+        "can't ask " + m_path + ": " + function + " fails with " + std::to_string(status),
+        isHeld ? ExitCode::AccessDenied : ExitCode::Failed);
 }
 
 void GenTLProducer::ForEachInterface(uint32_t timeout,
@@ -171,7 +177,7 @@ void VisitCamera(const std::string& deviceId, uint32_t timeout,
                  const std::function<void(const GenTLProducer&, GenTL::IF_HANDLE,
                                           const std::string& id)>& visit) {
     bool found = false;
-    for (const char* const name : {"OvGVTL.cti", "OvU3VTL.cti", "KwTL.cti"}) {
+    for (const char* const name : kProducerFiles) {
         const std::string path = LibraryFolder() + "/" + name;
         if (found || access(path.c_str(), F_OK) != 0) {
             continue;

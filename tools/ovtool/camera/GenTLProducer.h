@@ -12,7 +12,10 @@
 #include "GenTL/GenTL.h"
 #include "support/Json.h"
 
-/// The folder of liboviapi.so, where producers stand.
+/// The producers that the library looks for, in its order.
+constexpr const char* kProducerFiles[] = {"OvGVTL.cti", "OvU3VTL.cti", "KwTL.cti"};
+
+/// The folder of liboviapi.so, where producers are.
 std::string LibraryFolder();
 
 class GenTLProducer {
@@ -31,7 +34,7 @@ public:
                           const std::function<void(GenTL::IF_HANDLE)>& visit) const;
     std::vector<std::string> DeviceIds(GenTL::IF_HANDLE iface, uint32_t timeout) const;
 
-    /// Opens a camera for reading and gives its own port. Raises when it can't.
+    /// Opens a camera for reading and visits its own port. Raises when it can't.
     void WithDevice(GenTL::IF_HANDLE iface, const std::string& id,
                     const std::function<void(GenTL::PORT_HANDLE)>& visit) const;
     /// Raises what `function` answered unless it went well.

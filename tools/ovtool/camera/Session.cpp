@@ -13,18 +13,25 @@ bool IsIndex(const std::string& key) {
                        [](char digit) { return digit >= '0' && digit <= '9'; });
 }
 
-OV_STATUS Open(const CameraChoice& choice, OV_DEV_HANDLE& handle) {
-    OV_OPEN_PARAM param{};
-    param.pszContent = choice.key.c_str();
-    param.openMode = IsIndex(choice.key) ? OV_OPEN_INDEX : OV_OPEN_SN;
-    param.accessMode = choice.readOnly ? OV_ACCESS_READONLY : OV_ACCESS_EXCLUSIVE;
-    return OVOpenDevice(&param, &handle);
+ToolError NoSuchCamera(const std::string& key, size_t found) {
+    const std::string number = found == 1 ? "1 was" : std::to_string(found) + " were";
+    return ToolError("there is no camera " + key + "; " + number + " found", ExitCode::NoCamera);
+}
+
+/// What the library answers where a place of the list or a serial number is nobody's.
+bool IsNobody(OV_STATUS status) {
+    return status == OV_STATUS_NOT_FOUND_DEVICE || status == OV_STATUS_OUT_OF_RANGE;
 }
 
 }  // namespace
 
 Library::Library() {
-    Check(OVInitLib(), "start the library");
+    try {
+        Check(OVInitLib(), "start the library");
+    } catch (const ToolError& error) {
+        // Whatever a producer fails of, there are no cameras.
+        throw ToolError(error.what(), ExitCode::NoCamera, error.Detail());
+    }
 }
 
 Library::~Library() {
@@ -55,28 +62,51 @@ size_t IndexOf(const CameraChoice& choice, const std::vector<OV_DEVICE_BASE_INFO
             return static_cast<size_t>(found - cameras.begin()) + 1;
         }
     }
-    throw ToolError("there is no camera " + choice.key + "; look at them with: ovtool list");
+    throw NoSuchCamera(choice.key, cameras.size());
 }
 
-OpenCamera::OpenCamera(const CameraChoice& choice) : m_handle(nullptr) {
-    Check(Open(choice, m_handle), "open camera " + choice.key);
+OpenCamera::OpenCamera(const CameraChoice& choice, Access access, size_t found)
+    : m_handle(nullptr) {
+    OV_OPEN_PARAM param{};
+    param.pszContent = choice.key.c_str();
+    param.openMode = IsIndex(choice.key) ? OV_OPEN_INDEX : OV_OPEN_SN;
+    param.accessMode = access == Access::ReadOnly ? OV_ACCESS_READONLY : OV_ACCESS_CONTROL;
+    const OV_STATUS status = OVOpenDevice(&param, &m_handle);
+    if (IsNobody(status)) {
+        throw NoSuchCamera(choice.key, found);
+    }
+    const std::string what = "open camera " + choice.key;
+    if (CodeOf(status) == ExitCode::AccessDenied) {
+        Check(status, what,
+              access == Access::ReadOnly
+                  ? "That program lets nobody look at the camera; close it first."
+                  : "Close that program, or only look at the camera: ovtool get, features, read");
+    }
+    Check(status, what);
 }
 
 OpenCamera::~OpenCamera() {
     OVCloseDevice(m_handle);
 }
 
-std::unique_ptr<OpenCamera> OpenCamera::UnlessHeld(const CameraChoice& choice) {
-    OV_DEV_HANDLE handle = nullptr;
-    const OV_STATUS status = Open(choice, handle);
-    if (status == OV_STATUS_INVALID_ACCESS) {
-        return nullptr;
+std::unique_ptr<OpenCamera> OpenCamera::UnlessHeld(const CameraChoice& choice, size_t found) {
+    try {
+        return std::make_unique<OpenCamera>(choice, Access::ReadOnly, found);
+    } catch (const ToolError& error) {
+        if (error.Code() == ExitCode::AccessDenied) {
+            return nullptr;
+        }
+        throw;
     }
-    Check(status, "open camera " + choice.key);
-    return std::unique_ptr<OpenCamera>(new OpenCamera(handle));
 }
 
-Camera::Camera(const CameraChoice& choice) {
-    Library::FindCameras(kSearchTimeout);
-    m_open = std::make_unique<OpenCamera>(choice);
+Camera::Camera(const CameraChoice& choice, Access access)
+    : m_choice(choice),
+      m_access(access),
+      m_found(Library::FindCameras(kSearchTimeout).size()),
+      m_open(std::make_unique<OpenCamera>(choice, access, m_found)) {}
+
+void Camera::Reopen() {
+    m_open.reset();
+    m_open = std::make_unique<OpenCamera>(m_choice, m_access, m_found);
 }

@@ -23,7 +23,7 @@ public:
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
 
-    /// Searches and gives the cameras, in the order of their places.
+    /// Searches and returns the cameras, in the order of their places.
     static std::vector<OV_DEVICE_BASE_INFO> FindCameras(uint32_t timeout,
                                                         Reach reach = Reach::OwnNetworks);
 };
@@ -31,8 +31,10 @@ public:
 /// Which camera a command works on: an index from 1, or a serial number.
 struct CameraChoice {
     std::string key = "1";
-    bool readOnly = false;
 };
+
+/// What a command does with a camera. Others can look at one that is open for control.
+enum class Access { ReadOnly, Control };
 
 /// The camera's place in the list, from 1. Raises when it isn't there.
 size_t IndexOf(const CameraChoice& choice, const std::vector<OV_DEVICE_BASE_INFO>& cameras);
@@ -41,31 +43,37 @@ size_t IndexOf(const CameraChoice& choice, const std::vector<OV_DEVICE_BASE_INFO
 /// business, as is the search before.
 class OpenCamera {
 public:
-    explicit OpenCamera(const CameraChoice& choice);
+    /// @param found  how many cameras the search found
+    OpenCamera(const CameraChoice& choice, Access access, size_t found);
     ~OpenCamera();
     OpenCamera(const OpenCamera&) = delete;
     OpenCamera& operator=(const OpenCamera&) = delete;
 
-    /// Null when another program holds the camera.
-    static std::unique_ptr<OpenCamera> UnlessHeld(const CameraChoice& choice);
+    /// Open for reading; null when another program holds the camera.
+    static std::unique_ptr<OpenCamera> UnlessHeld(const CameraChoice& choice, size_t found);
 
     OV_DEV_HANDLE Handle() const { return m_handle; }
 
 private:
-    explicit OpenCamera(OV_DEV_HANDLE handle) : m_handle(handle) {}
-
     OV_DEV_HANDLE m_handle;
 };
 
 /// The library, a search, and an open camera.
 class Camera {
 public:
-    explicit Camera(const CameraChoice& choice);
+    Camera(const CameraChoice& choice, Access access);
 
     OV_DEV_HANDLE Handle() const { return m_open->Handle(); }
 
+    /// Closes the camera and opens it anew, so that values come from the camera and not from
+    /// what the library remembers of them.
+    void Reopen();
+
 private:
+    const CameraChoice m_choice;
+    const Access m_access;
     Library m_library;
+    size_t m_found;
     std::unique_ptr<OpenCamera> m_open;
 };
 

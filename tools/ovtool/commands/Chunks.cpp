@@ -13,11 +13,14 @@
 #include "GenApi/IInteger.h"
 #include "GenApi/INodeMap.h"
 #include "GenApi/NodeMapFactory.h"
+#include "camera/FrameReceiver.h"
 #include "camera/GenTLProducer.h"
 #include "camera/Session.h"
 #include "commands/Commands.h"
 #include "support/Error.h"
+#include "support/Interrupts.h"
 #include "support/Json.h"
+#include "support/Output.h"
 #include "support/Text.h"
 
 namespace {
@@ -116,7 +119,7 @@ public:
         Json values = Json::object();
         for (const auto& [node, value] : m_features) {
             if (IsReadable(*node)) {
-                values[node->GetName().c_str()] = ToJson(*value);
+                values[node->GetName().c_str()] = ValueOrNull(*value);
             }
         }
         m_adapter->DetachBuffer();
@@ -142,6 +145,14 @@ private:
             Engine::CNodeMapFactory(form, file.bytes.data(), file.bytes.size()).CreateNodeMap());
     }
     static bool IsReadable(Engine::INode& node) { return Engine::IsReadable(node.GetAccessMode()); }
+    /// Null for one that can't be read though the frame has it.
+    static Json ValueOrNull(Engine::IValue& value) {
+        try {
+            return ToJson(value);
+        } catch (const GenICam_3_0_ORVANE::GenericException&) {
+            return nullptr;
+        }
+    }
     static Json ToJson(Engine::IValue& value) {
         if (auto* const integer = dynamic_cast<Engine::IInteger*>(&value)) {
             return integer->GetValue();
@@ -182,46 +193,85 @@ private:
     bool m_before = false;
 };
 
-Json ReadFrame(OV_DEV_HANDLE camera, FrameFeatures& features, uint32_t timeout) {
-    OV_FRAME_BUFFER* frame = nullptr;
-    Check(OVDQBuf(camera, &frame, timeout), "get a frame");
-    Json document = {{"id", frame->nFrameID}, {"chunks", features.Read(*frame)}};
-    Check(OVQBuf(camera, frame), "give a frame back");
+/// Nothing when an interrupt came.
+std::optional<Json> ReadFrame(FrameReceiver& receiver, FrameFeatures& features, uint32_t timeout) {
+    OV_FRAME_BUFFER* const frame = receiver.Await(timeout);
+    if (frame == nullptr) {
+        return std::nullopt;
+    }
+    const uint64_t id = frame->nFrameID;
+    if (!IsComplete(*frame)) {
+        receiver.GiveBack(frame);
+        throw IncompleteFrame(id);
+    }
+    Json document = {{"id", id}, {"chunks", features.Read(*frame)}};
+    receiver.GiveBack(frame);
     return document;
 }
 
 void Print(const Json& frame) {
     std::printf("frame %s\n", frame["id"].dump().c_str());
     for (const auto& [name, value] : frame["chunks"].items()) {
-        std::printf("  %s = %s\n", name.c_str(),
-                    value.is_string() ? value.get<std::string>().c_str() : value.dump().c_str());
+        std::printf("  %s = %s\n", name.c_str(), ToText(value).c_str());
     }
+    FlushOutput();
 }
 
-void TakeFrames(const CameraChoice& choice, const ChunkOptions& options, bool json) {
-    FrameFeatures features(Look(choice));
-    const Camera camera(choice);
-    const ChunkMode mode(camera.Handle());
-    const Acquisition acquisition(camera.Handle());
-    Json frames = Json::array();
-    for (uint32_t number = 0; number < options.count; ++number) {
-        Json frame = ReadFrame(camera.Handle(), features, options.timeout);
-        if (json) {
-            frames.push_back(std::move(frame));
+/// Frames for people at once, for machines at the end, also at one by a failure.
+class ChunkReport {
+public:
+    explicit ChunkReport(bool json) : m_json(json) {}
+    void Tell(Json frame) {
+        if (m_json) {
+            m_frames.push_back(std::move(frame));
         } else {
             Print(frame);
         }
     }
-    if (json) {
-        PrintJson({{"frames", frames}});
+    void End() const {
+        if (m_json) {
+            PrintJson({{"frames", m_frames}});
+        }
     }
+
+private:
+    const bool m_json;
+    Json m_frames = Json::array();
+};
+
+void TakeFramesWithChunks(OV_DEV_HANDLE camera, Interrupts& interrupts, FrameFeatures& features,
+                          const ChunkOptions& options, ChunkReport& report) {
+    const ChunkMode mode(camera);
+    const Acquisition acquisition(camera);
+    FrameReceiver receiver(camera, interrupts);
+    for (uint32_t number = 0; number < options.count; ++number) {
+        std::optional<Json> frame = ReadFrame(receiver, features, options.timeout);
+        if (!frame) {
+            return;
+        }
+        report.Tell(*std::move(frame));
+    }
+}
+
+void ReadChunks(const CameraChoice& choice, const ChunkOptions& options, bool json) {
+    Interrupts interrupts;
+    FrameFeatures features(Look(choice));
+    const Camera camera(choice, Access::Control);
+    ChunkReport report(json);
+    const auto failure = FailureOf(
+        [&] { TakeFramesWithChunks(camera.Handle(), interrupts, features, options, report); });
+    report.End();
+    if (failure) {
+        throw *failure;
+    }
+    interrupts.Check();
 }
 
 }  // namespace
 
 void PrintChunks(const CameraChoice& choice, const ChunkOptions& options, bool json) {
     try {
-        TakeFrames(choice, options, json);
+        ReadChunks(choice, options, json);
     } catch (const GenICam_3_0_ORVANE::GenericException& error) {
         throw ToolError(std::string("can't read chunks: ") + error.GetDescription());
     }

@@ -21,12 +21,15 @@ void ShowInfo(const CameraChoice& choice, bool json);
 
 // Features of a camera, read and written by name.
 
-/// All that the camera has, with type, value and range.
+/// All that the camera has, with type, value and range. What can't be read is told in its line.
 void ListFeatures(const CameraChoice& choice, bool json);
 /// Values, one a line.
+/// @param names  may choose an entry of a selector: "Gain[GainSelector=AnalogAll]"
 void Get(const CameraChoice& choice, const std::vector<std::string>& names, bool json);
-/// Sets a value, or runs a command.
-void Set(const CameraChoice& choice, const std::string& name, const std::string& value);
+/// Sets values and runs commands, in their order, and prints what the camera made of each.
+/// @param arguments  "NAME=VALUE" or a command's name, any number of them, or one pair of a
+///                   name and a value
+void Set(const CameraChoice& choice, const std::vector<std::string>& arguments, bool json);
 
 // All settings of a camera in a file.
 
@@ -55,10 +58,13 @@ struct GrabOptions {
     bool raw = false;
     /// For each frame, in milliseconds.
     uint32_t timeout = 5000;
+    /// For frames that wait to be written, in MiB; else half of what is free.
+    std::optional<size_t> memory;
     /// What pictures go through.
     PipelineOptions pipeline;
 };
 
+/// What was taken is written whatever ends it, and what was lost is told.
 void Grab(const CameraChoice& choice, const GrabOptions& options, bool json);
 
 // What a camera appends to its frames.
@@ -75,9 +81,16 @@ void PrintChunks(const CameraChoice& choice, const ChunkOptions& options, bool j
 
 // How well frames come.
 
+struct StreamOptions {
+    /// From the first frame on.
+    double seconds = 5;
+    /// For the first frame, in milliseconds.
+    uint32_t timeout = 5000;
+};
+
 /// Takes frames for some seconds and tells how many came a second, and how many
-/// were lost or incomplete, as the stream itself counts them.
-void MeasureStream(const CameraChoice& choice, double seconds, bool json);
+/// were lost or incomplete.
+void MeasureStream(const CameraChoice& choice, const StreamOptions& options, bool json);
 
 // Raw files to pictures.
 

@@ -15,8 +15,8 @@ namespace {
 
 void CheckSide(const char* name, int32_t side) {
     if (side < 1 || side > kLongestSide) {
-        throw ToolError(std::string(name) + " " + std::to_string(side) + " is outside 1 to " +
-                        std::to_string(kLongestSide));
+        throw UsageError(std::string(name) + " " + std::to_string(side) + " is outside 1 to " +
+                         std::to_string(kLongestSide));
     }
 }
 
@@ -51,7 +51,7 @@ std::string OutputOf(const std::string& file, const ConvertOptions& options) {
                              ? std::filesystem::path(file).replace_extension("png").string()
                              : options.output;
     if (output == file) {
-        throw ToolError(file + " would be overwritten by its own picture; name another by -o");
+        throw UsageError(file + " would be overwritten by its own picture; name another by -o");
     }
     return output;
 }
@@ -71,8 +71,8 @@ void Convert(const ConvertOptions& options, bool json) {
     CheckSide("--width", options.width);
     CheckSide("--height", options.height);
     if (!options.output.empty() && options.files.size() > 1) {
-        throw ToolError("-o names the picture of one file; there are " +
-                        std::to_string(options.files.size()));
+        throw UsageError("-o names the picture of one file; there are " +
+                         std::to_string(options.files.size()));
     }
     Json pictures = Json::array();
     for (const std::string& file : options.files) {

@@ -12,7 +12,10 @@
 #include "camera/Session.h"
 #include "commands/Commands.h"
 #include "support/Error.h"
+#include "support/Interrupts.h"
 #include "support/Json.h"
+#include "support/Output.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -33,15 +36,21 @@ public:
         m_changed.notify_one();
     }
 
-    /// The next event, or nothing at the end. A loss is raised, but not before
-    /// what was under way then.
-    std::optional<Json> Take(Clock::time_point end) {
+    /// The next event, or nothing at the end, which an interrupt brings too. A loss is
+    /// raised, but not before what was under way then.
+    std::optional<Json> Take(Clock::time_point end, Interrupts& interrupts) {
         constexpr std::chrono::milliseconds kLastWords(100);
+        constexpr std::chrono::milliseconds kSlice(50);
         const auto hasEvent = [this] { return !m_events.empty(); };
         std::unique_lock lock(m_mutex);
-        m_changed.wait_until(lock, end, [&] { return m_isLost || hasEvent(); });
+        while (!m_changed.wait_until(lock, std::min(end, Clock::now() + kSlice),
+                                     [&] { return m_isLost || hasEvent(); })) {
+            if (interrupts.Came() || Clock::now() >= end) {
+                return std::nullopt;
+            }
+        }
         if (m_isLost && !m_changed.wait_for(lock, kLastWords, hasEvent)) {
-            throw ToolError("the camera is lost");
+            throw LossOfCamera();
         }
         if (!hasEvent()) {
             return std::nullopt;
@@ -227,7 +236,7 @@ void Print(const Json& event, bool json) {
         return;
     }
     const auto name = event["event"].get<std::string>();
-    std::printf("%s", name.c_str());
+    std::printf("%s", Visible(name).c_str());
     if (!event["id"].is_null()) {
         std::printf(" 0x%" PRIx64, event["id"].get<int64_t>());
     }
@@ -236,17 +245,18 @@ void Print(const Json& event, bool json) {
     }
     const size_t prefix = ("Event" + name).size();
     for (const auto& [feature, value] : event["data"].items()) {
-        std::printf("  %s %s", feature.c_str() + prefix, value.dump().c_str());
+        std::printf("  %s %s", feature.c_str() + prefix, ToText(value).c_str());
     }
     std::printf("\n");
-    std::fflush(stdout);
+    FlushOutput();
 }
 
 }  // namespace
 
 void PrintEvents(const CameraChoice& choice, const EventOptions& options, bool json) {
+    Interrupts interrupts;
     Inbox inbox;
-    const Camera camera(choice);
+    const Camera camera(choice, Access::Control);
     void* loss = nullptr;
     Check(OVRegisterDeviceOfflineCallback(
               camera.Handle(), &inbox, [](void* user) { static_cast<Inbox*>(user)->PutLoss(); },
@@ -264,10 +274,11 @@ void PrintEvents(const CameraChoice& choice, const EventOptions& options, bool j
     const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(
                                         std::chrono::duration<double>(options.seconds));
     for (uint32_t number = 0; !options.count || number < *options.count; ++number) {
-        const std::optional<Json> event = inbox.Take(end);
-        if (!event) {
-            return;
+        const std::optional<Json> event = inbox.Take(end, interrupts);
+        if (!event || interrupts.Came()) {
+            break;
         }
         Print(*event, json);
     }
+    interrupts.Check();
 }

@@ -28,12 +28,12 @@ constexpr Detail kDetails[] = {
 };
 
 /// Null for each when another program holds the camera.
-Json Details(const std::string& key) {
+Json Details(const CameraChoice& choice, size_t found) {
     Json details = Json::object();
     for (const Detail& detail : kDetails) {
         details[detail.key] = nullptr;
     }
-    if (const auto camera = OpenCamera::UnlessHeld({key, true})) {
+    if (const auto camera = OpenCamera::UnlessHeld(choice, found)) {
         for (const Detail& detail : kDetails) {
             if (const auto value = TryReadFeature(camera->Handle(), detail.feature)) {
                 details[detail.key] = ToJson(*value);
@@ -64,7 +64,7 @@ Knowledge AskLibrary(const CameraChoice& choice) {
         known.cameraAddresses = CameraAddresses(info);
         known.adapterAddresses = AdapterAddresses(info);
     }
-    known.camera.update(Details(choice.key));
+    known.camera.update(Details(choice, cameras.size()));
     return known;
 }
 

@@ -62,9 +62,11 @@ void Print(const Sight& sight) {
     const OV_DEVICE_IP_INFO& info = sight.ip;
     const IpAddresses camera{info.szIP, info.szSubnetMask, info.szGateway};
     const IpAddresses adapter{info.szNICIP, info.szNICSubnetMask, info.szNICGateway};
+    const auto show = [](const auto& field) { return Visible(FieldText(field)); };
     std::printf("%zu  %s  %s  serial %s  %s\n   on %s  %s  %s\n", sight.index, info.szMAC,
-                sight.base.szModelName, sight.base.szSN, ToText(camera).c_str(), info.szNICMAC,
-                info.szNICDescription, ToText(adapter).c_str());
+                show(sight.base.szModelName).c_str(), show(sight.base.szSN).c_str(),
+                ToText(camera).c_str(), info.szNICMAC, show(info.szNICDescription).c_str(),
+                ToText(adapter).c_str());
 }
 
 /// What a camera was told, in one line or as a document.
@@ -95,7 +97,7 @@ const IpMode& ModeNamed(const std::string& name) {
         std::find_if(std::begin(kIpModes), std::end(kIpModes),
                      [&name](const IpMode& mode) { return name == mode.name; });
     if (found == std::end(kIpModes)) {
-        throw ToolError("there is no mode '" + name + "'");
+        throw UsageError("there is no mode '" + name + "'");
     }
     return *found;
 }
@@ -133,12 +135,15 @@ void ListAddresses(uint32_t timeout, bool json) {
             cameras.push_back(ToJson(sight));
         }
         PrintJson({{"cameras", cameras}});
-        return;
+    } else {
+        for (const Sight& sight : sights) {
+            Print(sight);
+        }
+        std::printf("%zu GigE Vision camera%s\n", sights.size(), sights.size() == 1 ? "" : "s");
     }
-    for (const Sight& sight : sights) {
-        Print(sight);
+    if (sights.empty()) {
+        throw ToolError("no GigE Vision camera was found", ExitCode::NoCamera);
     }
-    std::printf("%zu GigE Vision camera%s\n", sights.size(), sights.size() == 1 ? "" : "s");
 }
 
 void ForceIp(const std::string& mac, const IpAddresses& addresses, bool json) {
@@ -158,7 +163,7 @@ void ConfigureIp(const std::string& mac, const IpConfiguration& configuration, b
     const IpMode& mode = ModeNamed(configuration.mode);
     const IpAddresses& addresses = configuration.addresses;
     if (mode.isPersistent && addresses.gateway.empty()) {
-        throw ToolError("mode " + configuration.mode + " needs address, mask and gateway");
+        throw UsageError("mode " + configuration.mode + " needs address, mask and gateway");
     }
     Check(OVGigEIpConfiguration(listed.c_str(), mode.mode, addresses.ip.c_str(),
                                 addresses.mask.c_str(), addresses.gateway.c_str(),
@@ -182,7 +187,7 @@ void ResetCamera(const std::string& mac, OV_RESET_MODE mode, bool json) {
 }
 
 void PersistentIp(const CameraChoice& choice, const IpAddresses& wanted, bool json) {
-    const Camera camera(choice);
+    const Camera camera(choice, wanted.ip.empty() ? Access::ReadOnly : Access::Control);
     if (!wanted.ip.empty()) {
         Check(OVSetDevicePersistentIpAddress(camera.Handle(), wanted.ip.c_str(),
                                              wanted.mask.c_str(), wanted.gateway.c_str()),

@@ -10,9 +10,11 @@
 namespace {
 
 void Print(size_t index, const OV_DEVICE_BASE_INFO& camera) {
-    std::printf("%zu  %s %s  serial %s  user ID \"%s\"  %s  %s\n", index, camera.szVendorName,
-                camera.szModelName, camera.szSN, camera.szUserID, ClassName(camera.deviceClass),
-                camera.szDisplayName);
+    const auto show = [](const auto& field) { return Visible(FieldText(field)); };
+    std::printf("%zu  %s %s  serial %s  user ID \"%s\"  %s  %s\n", index,
+                show(camera.szVendorName).c_str(), show(camera.szModelName).c_str(),
+                show(camera.szSN).c_str(), show(camera.szUserID).c_str(),
+                ClassName(camera.deviceClass), show(camera.szDisplayName).c_str());
 }
 
 }  // namespace
@@ -32,5 +34,8 @@ void List(uint32_t timeout, bool json) {
         PrintJson({{"cameras", documents}});
     } else {
         std::printf("%zu camera%s\n", cameras.size(), cameras.size() == 1 ? "" : "s");
+    }
+    if (cameras.empty()) {
+        throw ToolError("no camera was found", ExitCode::NoCamera);
     }
 }

@@ -32,7 +32,7 @@ void PrintLines(uint64_t address, const std::vector<uint8_t>& bytes) {
 }  // namespace
 
 void ReadRegisters(const CameraChoice& choice, uint64_t address, size_t size, bool json) {
-    const Camera camera(choice);
+    const Camera camera(choice, Access::ReadOnly);
     // The library wants an address even where no byte is asked for.
     std::vector<uint8_t> bytes(std::max(size, size_t{1}));
     Check(OVReadRemoteDevicePort(camera.Handle(), address, bytes.data(), &size),
@@ -48,11 +48,12 @@ void ReadRegisters(const CameraChoice& choice, uint64_t address, size_t size, bo
 void WriteRegisters(const CameraChoice& choice, uint64_t address, const std::string& bytes) {
     const std::string what = "write at " + AddressText(address);
     const std::vector<uint8_t> data = ParseHex(bytes, what);
-    const Camera camera(choice);
+    const Camera camera(choice, Access::Control);
     size_t size = data.size();
     Check(OVWriteRemoteDevicePort(camera.Handle(), address, data.data(), &size), what);
     if (size < data.size()) {
         throw ToolError("can't " + what + ": the camera took " + std::to_string(size) + " of " +
-                        std::to_string(data.size()) + " bytes");
+                            std::to_string(data.size()) + " bytes",
+                        ExitCode::Incomplete);
     }
 }

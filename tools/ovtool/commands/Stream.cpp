@@ -2,7 +2,8 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "camera/Features.h"
+#include "camera/FrameReceiver.h"
+#include "camera/FrameTally.h"
 #include "camera/Session.h"
 #include "commands/Commands.h"
 #include "support/Error.h"
@@ -12,91 +13,87 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// A counter of the stream, or nothing when its producer has none.
-using Counter = std::optional<int64_t>;
+/// From one frame, whose arrival begins the measurement, to the last.
+class Measurement {
+public:
+    explicit Measurement(const OV_FRAME_BUFFER& first) { m_tally.Count(first.nFrameID); }
 
-struct Counters {
-    Counter delivered;
-    Counter lost;
-    Counter incomplete;
+    void Count(const OV_FRAME_BUFFER& frame) {
+        m_tally.Count(frame.nFrameID);
+        m_incomplete += IsComplete(frame) ? 0 : 1;
+    }
+    Clock::duration Elapsed() const { return Clock::now() - m_begin; }
+    void End() { m_seconds = std::chrono::duration<double>(Elapsed()).count(); }
+    int64_t Incomplete() const { return m_incomplete; }
+
+    void Print(bool json) const {
+        // The first frame took its time before the measurement.
+        const int64_t frames = m_tally.Frames() - 1;
+        const double rate = static_cast<double>(frames) / m_seconds;
+        const auto lost = m_tally.Lost();
+        if (json) {
+            PrintJson({{"seconds", m_seconds},
+                       {"frames", frames},
+                       {"framesPerSecond", rate},
+                       {"lost", lost ? Json(*lost) : Json()},
+                       {"incomplete", m_incomplete}});
+            return;
+        }
+        std::printf("%lld frames in %.1f s, %.1f a second, %s lost, %lld incomplete\n",
+                    static_cast<long long>(frames), m_seconds, rate,
+                    lost ? std::to_string(*lost).c_str() : "unknown",
+                    static_cast<long long>(m_incomplete));
+    }
+
+private:
+    const Clock::time_point m_begin = Clock::now();
+    FrameTally m_tally;
+    int64_t m_incomplete = 0;
+    double m_seconds = 0;
 };
 
-Counter ReadCounter(OV_DEV_HANDLE camera, OV_FEATURE_ID feature) {
-    const auto value = TryReadFeature(camera, feature);
-    return value ? Counter(std::get<int64_t>(*value)) : std::nullopt;
-}
-
-Counters ReadCounters(OV_DEV_HANDLE camera) {
-    return {ReadCounter(camera, OV_FEATURE_StreamDeliveredFrameCount),
-            ReadCounter(camera, OV_FEATURE_StreamLostFrameCount),
-            ReadCounter(camera, OV_FEATURE_StreamIncompleteFrameCount)};
-}
-
-Counter Difference(const Counter& later, const Counter& earlier) {
-    return later && earlier ? Counter(*later - *earlier) : std::nullopt;
-}
-
-/// Takes frames and gives them back at once; tells how many there were.
-int64_t TakeFrames(OV_DEV_HANDLE camera, Clock::time_point end) {
+/// Takes frames and gives them back at once, until the time is over.
+void TakeFramesFor(FrameReceiver& receiver, Interrupts& interrupts, Clock::duration time,
+                   Measurement& result) {
     constexpr uint32_t kTimeout = 100;
-    int64_t count = 0;
-    while (Clock::now() < end) {
-        OV_FRAME_BUFFER* frame = nullptr;
-        const OV_STATUS status = OVDQBuf(camera, &frame, kTimeout);
-        if (status != OV_STATUS_TIMEOUT) {
-            Check(status, "get a frame");
-            Check(OVQBuf(camera, frame), "give a frame back");
-            ++count;
+    while (result.Elapsed() < time && !interrupts.Came()) {
+        if (OV_FRAME_BUFFER* const frame = receiver.Take(kTimeout)) {
+            result.Count(*frame);
+            receiver.GiveBack(frame);
         }
     }
-    return count;
 }
 
-Json ToJson(const Counter& counter) {
-    return counter ? Json(*counter) : Json();
-}
-
-std::string ToText(const Counter& counter) {
-    return counter ? std::to_string(*counter) : "unknown";
-}
-
-struct Measurement {
-    double seconds;
-    int64_t frames;
-    Counter lost;
-    Counter incomplete;
-};
-
-void Print(const Measurement& result, bool json) {
-    const double rate = static_cast<double>(result.frames) / result.seconds;
-    if (json) {
-        PrintJson({{"seconds", result.seconds},
-                   {"frames", result.frames},
-                   {"framesPerSecond", rate},
-                   {"lost", ToJson(result.lost)},
-                   {"incomplete", ToJson(result.incomplete)}});
+void Measure(FrameReceiver& receiver, Interrupts& interrupts, const StreamOptions& options,
+             bool json) {
+    OV_FRAME_BUFFER* const first = receiver.Await(options.timeout);
+    if (first == nullptr) {
         return;
     }
-    std::printf("%lld frames in %.1f s, %.1f a second, %s lost, %s incomplete\n",
-                static_cast<long long>(result.frames), result.seconds, rate,
-                ToText(result.lost).c_str(), ToText(result.incomplete).c_str());
-}
-
-Measurement Measure(OV_DEV_HANDLE camera, double seconds) {
-    const Counters before = ReadCounters(camera);
-    const auto begin = Clock::now();
-    const int64_t taken = TakeFrames(camera, begin + std::chrono::duration_cast<Clock::duration>(
-                                                         std::chrono::duration<double>(seconds)));
-    const Counters after = ReadCounters(camera);
-    const std::chrono::duration<double> elapsed = Clock::now() - begin;
-    return {elapsed.count(), Difference(after.delivered, before.delivered).value_or(taken),
-            Difference(after.lost, before.lost), Difference(after.incomplete, before.incomplete)};
+    Measurement result(*first);
+    receiver.GiveBack(first);
+    const auto time =
+        std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(options.seconds));
+    const auto failure = FailureOf([&] { TakeFramesFor(receiver, interrupts, time, result); });
+    result.End();
+    result.Print(json);
+    if (failure) {
+        throw *failure;
+    }
+    if (result.Incomplete() != 0 && !interrupts.Came()) {
+        throw ToolError(
+            std::to_string(result.Incomplete()) + " frames are incomplete\n" + kCheckLink,
+            ExitCode::Incomplete);
+    }
 }
 
 }  // namespace
 
-void MeasureStream(const CameraChoice& choice, double seconds, bool json) {
-    const Camera camera(choice);
+void MeasureStream(const CameraChoice& choice, const StreamOptions& options, bool json) {
+    Interrupts interrupts;
+    const Camera camera(choice, Access::Control);
     const Acquisition acquisition(camera.Handle());
-    Print(Measure(camera.Handle(), seconds), json);
+    FrameReceiver receiver(camera.Handle(), interrupts);
+    Measure(receiver, interrupts, options, json);
+    interrupts.Check();
 }

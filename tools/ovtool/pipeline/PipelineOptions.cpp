@@ -49,8 +49,8 @@ template <class T>
 void RequireRange(const std::string& name, T value, T low, T high) {
     // Turned round so that what is no number at all fails too.
     if (!(value >= low && value <= high)) {
-        throw ToolError(name + " " + TextOf(value) + " is outside " + TextOf(low) + " to " +
-                        TextOf(high));
+        throw UsageError(name + " " + TextOf(value) + " is outside " + TextOf(low) + " to " +
+                         TextOf(high));
     }
 }
 
@@ -63,7 +63,7 @@ std::vector<double> NumbersFrom(const std::string& name, const std::string& text
         char* end = nullptr;
         numbers.push_back(std::strtod(part.c_str(), &end));
         if (part.empty() || end != part.c_str() + part.size()) {
-            throw ToolError(name + complaint);
+            throw UsageError(name + complaint);
         }
     }
     return numbers;
@@ -90,7 +90,7 @@ public:
                         return;
                     }
                 }
-                throw ToolError(name + " '" + text + "' is none of: " + TextsOf(words));
+                throw UsageError(name + " '" + text + "' is none of: " + TextsOf(words));
             },
             help + ": " + TextsOf(words));
     }
@@ -115,8 +115,8 @@ public:
             [name, &value, low, high](const std::string& text) {
                 const std::vector<double> numbers = NumbersFrom(name, text);
                 if (numbers.size() != Count) {
-                    throw ToolError(name + " takes " + std::to_string(Count) + " numbers, not " +
-                                    std::to_string(numbers.size()));
+                    throw UsageError(name + " takes " + std::to_string(Count) + " numbers, not " +
+                                     std::to_string(numbers.size()));
                 }
                 value.emplace();
                 for (size_t i = 0; i < Count; ++i) {

@@ -48,7 +48,7 @@ void Require(const PipelineOptions& options, unsigned work, const std::string& b
              const std::string& behind) {
     for (const Trait& trait : kTraits) {
         if (trait.given(options) && (trait.works & work) == 0) {
-            throw ToolError(std::string(before).append(trait.name).append(behind));
+            throw UsageError(std::string(before).append(trait.name).append(behind));
         }
     }
 }
@@ -64,7 +64,7 @@ bool AsksForBytes(const PipelineOptions& options) {
 
 void RequireNot(bool wrong, const std::string& text) {
     if (wrong) {
-        throw ToolError(text);
+        throw UsageError(text);
     }
 }
 

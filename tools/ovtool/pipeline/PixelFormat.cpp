@@ -101,8 +101,8 @@ const PixelFormat& RequirePixelFormat(const std::string& nameOrCode) {
         found = FindPixelFormat(CodeFrom(nameOrCode));
     }
     if (found == nullptr) {
-        throw ToolError("there is no pixel format '" + nameOrCode + "'; these are known:\n" +
-                        AllNames());
+        throw UsageError("there is no pixel format '" + nameOrCode + "'; these are known:\n" +
+                         AllNames());
     }
     return *found;
 }

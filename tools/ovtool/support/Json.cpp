@@ -1,8 +1,12 @@
 #include "support/Json.h"
 
+#include <array>
 #include <cctype>
 #include <cstdio>
 #include <nlohmann/json.hpp>
+
+#include "support/Output.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -19,15 +23,35 @@ std::string Words(const std::string& key) {
     return words;
 }
 
-void Print(const Json& document, int indent) {
-    std::printf("%s\n", document.dump(indent, ' ', false, Json::error_handler_t::replace).c_str());
+/// Control characters that a document may hold as they are, but a terminal may obey. They can
+/// only be within texts, so that their numbers mean the same.
+std::string Escaped(const std::string& document) {
+    std::string escaped;
+    for (size_t at = 0; at < document.size();) {
+        const size_t length = CharacterLength(std::string_view(document).substr(at));
+        const auto last = static_cast<unsigned char>(document[at + length - 1]);
+        if (last == 0x7F || (length == 2 && document[at] == '\xC2' && last < 0xA0)) {
+            std::array<char, 8> code{};
+            std::snprintf(code.data(), code.size(), "\\u%04x", static_cast<unsigned>(last));
+            escaped += code.data();
+        } else {
+            escaped.append(document, at, length);
+        }
+        at += length;
+    }
+    return escaped;
 }
 
-std::string Text(const Json& value) {
-    return value.is_string() ? value.get<std::string>() : value.dump();
+void Print(const Json& document, int indent) {
+    const std::string text = document.dump(indent, ' ', false, Json::error_handler_t::replace);
+    std::printf("%s\n", Escaped(text).c_str());
 }
 
 }  // namespace
+
+std::string ToText(const Json& value) {
+    return value.is_string() ? Visible(value.get_ref<const std::string&>()) : value.dump();
+}
 
 void PrintJson(const Json& document) {
     Print(document, 2);
@@ -35,14 +59,14 @@ void PrintJson(const Json& document) {
 
 void PrintJsonLine(const Json& document) {
     Print(document, -1);
-    std::fflush(stdout);
+    FlushOutput();
 }
 
 void PrintSections(const Json& document) {
     for (const auto& [heading, values] : document.items()) {
         std::printf("%s\n", Words(heading).c_str());
         for (const auto& [key, value] : values.items()) {
-            const std::string text = value.is_null() ? "" : Text(value);
+            const std::string text = value.is_null() ? "" : ToText(value);
             if (!text.empty()) {
                 std::printf("  %-20s %s\n", Words(key).c_str(), text.c_str());
             }
