@@ -51,7 +51,8 @@ std::string TextOf(const Endpoint& endpoint);
 struct MacAddress {
     std::array<uint8_t, 6> bytes{};
 
-    auto operator<=>(const MacAddress&) const = default;
+    bool operator==(const MacAddress&) const = default;
+    bool operator<(const MacAddress& other) const { return bytes < other.bytes; }
     /// The six bytes as a number, the first one on top.
     uint64_t Value() const;
     static MacAddress Of(uint64_t value);

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "QyImageProc.h"
-#include "image/TestColourRecord.h"
 #include "image/Frames.h"
+#include "image/TestColourRecord.h"
 
 namespace {
 
