@@ -12,13 +12,6 @@ std::vector<std::byte> BytesOf(std::string_view text) {
     return {first, first + text.size()};
 }
 
-std::string LocalUrl(const std::string& file, uint64_t address, uint64_t size) {
-    char place[64];
-    std::snprintf(place, sizeof place, ";%llX;%llX?SchemaVersion=1.1.0",
-                  static_cast<unsigned long long>(address), static_cast<unsigned long long>(size));
-    return "Local:" + file + place;
-}
-
 GenTL::URL_SCHEME_ID SchemeOf(const std::string& url) {
     switch (url.empty() ? '\0' : url.front()) {
         case 'H':
@@ -104,12 +97,20 @@ void Port::AddDescription(const Description& description, uint64_t address) {
 }
 
 void Port::AddFile(const std::string& fileName, std::vector<std::byte> content, uint64_t address) {
+    AddPlace(fileName, address, content.size());
+    m_urls.back().url += "?SchemaVersion=1.1.0";
+    m_registers.AddConstant(address, std::move(content));
+}
+
+void Port::AddPlace(const std::string& fileName, uint64_t address, uint64_t size) {
+    char place[64];
+    std::snprintf(place, sizeof place, ";%llX;%llX", static_cast<unsigned long long>(address),
+                  static_cast<unsigned long long>(size));
     DescriptionUrl url;
+    url.url = "Local:" + fileName + place;
     url.fileName = fileName;
     url.address = address;
-    url.size = content.size();
-    url.url = LocalUrl(fileName, address, url.size);
-    m_registers.AddConstant(address, std::move(content));
+    url.size = size;
     AddUrl(std::move(url));
 }
 

@@ -58,7 +58,9 @@ public:
     void AddDescription(const Description& description, uint64_t address);
     /// Like `AddDescription`, with the bytes of the file.
     void AddFile(const std::string& fileName, std::vector<std::byte> content, uint64_t address);
-    /// Adds the URL of a file that isn't in the registers.
+    /// Adds the URL of a file that readers of the port find at the address.
+    void AddPlace(const std::string& fileName, uint64_t address, uint64_t size);
+    /// Adds any other URL.
     void AddUrl(DescriptionUrl url) { m_urls.push_back(std::move(url)); }
     /// Removes all URLs. The files stay in the registers.
     void ForgetUrls() { m_urls.clear(); }

@@ -55,10 +55,4 @@ TEST(CameraUrlText, IsNoneWithoutAFile) {
     }
 }
 
-TEST(LocalUrlText, HasHexadecimalNumbersWithoutPrefix) {
-    EXPECT_EQ(LocalUrl("Camera.zip", 0xF000, 0x2B39), "Local:Camera.zip;f000;2b39");
-    EXPECT_EQ(ParseCameraUrl(LocalUrl("Camera.zip", 0xF000, 0x2B39)),
-              InCamera("Camera.zip", 0xF000, 0x2B39));
-}
-
 }  // namespace

@@ -125,11 +125,10 @@ std::optional<Bytes> ControlChannel::Await(const Awaited& awaited) {
             ++m_counters.ignored;
             continue;
         }
-        m_lastAnswer = m_link->Now();
         if (answer->answer == kPendingAnswer) {
             ++m_counters.pendings;
             const std::chrono::milliseconds wanted{pause.value_or(0)};
-            deadline = m_lastAnswer + std::max(wanted, awaited.timeout);
+            deadline = m_link->Now() + std::max(wanted, awaited.timeout);
             continue;
         }
         if (answer->status != Status::Success) {
@@ -153,11 +152,6 @@ void ControlChannel::SetPatience(Patience patience) {
 ControlCounters ControlChannel::Counters() const {
     const std::lock_guard lock(m_state);
     return m_counters;
-}
-
-Clock::time_point ControlChannel::LastAnswer() const {
-    const std::lock_guard lock(m_state);
-    return m_lastAnswer;
 }
 
 }  // namespace OvGige

@@ -30,7 +30,7 @@ struct Patience {
     int tries = 3;
 };
 
-/// What arrived that wasn't awaited.
+/// What happened on the channel.
 struct ControlCounters {
     uint64_t commands = 0;
     uint64_t repeats = 0;    ///< commands sent again
@@ -56,8 +56,6 @@ public:
     /// The patience of the commands that begin from now on.
     void SetPatience(Patience patience);
     ControlCounters Counters() const;
-    /// When the last answer of any kind arrived; the camera was alive then.
-    Clock::time_point LastAnswer() const;
 
 private:
     struct Awaited;
@@ -73,7 +71,6 @@ private:
     mutable std::mutex m_state;  // guards what follows; held for a look
     Patience m_patience;
     ControlCounters m_counters;
-    Clock::time_point m_lastAnswer;
 };
 
 }  // namespace OvGige

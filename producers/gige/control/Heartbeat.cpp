@@ -48,21 +48,25 @@ bool Heartbeat::Beat() {
         const milliseconds timeout{m_camera.ReadRegister(kRegHeartbeatTimeout)};
         m_timeout = timeout.count() > 0 ? timeout : kUsualTimeout;
         return true;
-    } catch (const Failure& failure) {
-        return BeatFailed(failure);
+    } catch (const Refusal& refusal) {
+        return Refused(refusal);
+    } catch (const Failure&) {
+        return Unanswered();
     }
 }
 
-// A busy camera is there. One that doesn't answer may still do so: only after its own time-out
-// is it sure to have given up this host.
-bool Heartbeat::BeatFailed(const Failure& failure) {
-    if (failure.Code() == GenTL::GC_ERR_ACCESS_DENIED) {
+// A camera that is busy is there.
+bool Heartbeat::Refused(const Refusal& refusal) {
+    if (refusal.GetStatus() == Status::AccessDenied) {
         return Lose("The camera has another owner");
     }
-    if (dynamic_cast<const Refusal*>(&failure) != nullptr) {
-        m_lastAnswer = Clock::now();
-        return true;
-    }
+    m_lastAnswer = Clock::now();
+    return true;
+}
+
+// A camera that doesn't answer may still do so: only after its own time-out is it sure to have
+// given up this host.
+bool Heartbeat::Unanswered() {
     if (Clock::now() - m_lastAnswer < m_timeout) {
         return true;
     }

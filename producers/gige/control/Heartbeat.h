@@ -30,7 +30,8 @@ private:
     void Run();
     /// True as long as the camera is there.
     bool Beat();
-    bool BeatFailed(const OvProducer::Failure& failure);
+    bool Refused(const Refusal& refusal);
+    bool Unanswered();
     bool Lose(const std::string& why);
     bool WaitForNext();
 

@@ -57,12 +57,7 @@ void AddFromCamera(CameraMemory& camera, Port& port, const CameraUrl& url) {
     if (!IsBeginning(beginning)) {
         ThrowUnavailable("neither an XML text nor a zip archive is there");
     }
-    OvProducer::DescriptionUrl found;
-    found.url = LocalUrl(url.fileName, url.address, url.size);
-    found.fileName = url.fileName;
-    found.address = url.address;
-    found.size = url.size;
-    port.AddUrl(std::move(found));
+    port.AddPlace(url.fileName, url.address, url.size);
 }
 
 void AddFromHost(Port& port, const CameraUrl& url) {

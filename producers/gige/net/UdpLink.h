@@ -14,7 +14,6 @@ public:
         : m_socket(std::move(socket)), m_camera(camera) {}
 
     Endpoint Local() const { return m_socket.Local(); }
-    Endpoint Camera() const { return m_camera; }
 
     void Send(ByteView packet) override { m_socket.SendTo(m_camera, packet); }
     std::optional<Bytes> Receive(Clock::time_point deadline) override;

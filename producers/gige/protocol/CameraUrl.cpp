@@ -1,7 +1,6 @@
 #include "gige/protocol/CameraUrl.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstdint>
 
@@ -98,15 +97,6 @@ std::optional<CameraUrl> ParseCameraUrl(std::string_view text) {
         return Elsewhere(CameraUrl::Place::Web, whole);
     }
     return {};
-}
-
-std::string LocalUrl(const std::string& fileName, uint64_t address, uint64_t size) {
-    const auto hex = [](uint64_t value) {
-        std::array<char, 16> digits{};
-        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value, 16);
-        return std::string(digits.data(), end.ptr);
-    };
-    return "Local:" + fileName + ";" + hex(address) + ";" + hex(size);
 }
 
 }  // namespace OvGige

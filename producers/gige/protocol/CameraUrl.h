@@ -29,8 +29,4 @@ struct CameraUrl {
 /// Nothing is returned for what names no file.
 std::optional<CameraUrl> ParseCameraUrl(std::string_view text);
 
-/// "Local:name;address;size" with hexadecimal numbers: the form that consumers of the port
-/// expect.
-std::string LocalUrl(const std::string& fileName, uint64_t address, uint64_t size);
-
 }  // namespace OvGige

@@ -20,10 +20,6 @@ constexpr size_t kControlHeaderSize = 8;
 /// that were only ever asked for 512.
 constexpr size_t kMemoryBlockMax = 512;
 
-/// Most registers in one READREG and one WRITEREG: a datagram has at most 576 bytes.
-constexpr size_t kReadRegistersMax = 135;
-constexpr size_t kWriteRegistersMax = 67;
-
 /// Commands. The answer to each has the next number.
 enum class Command : uint16_t {
     Discovery = 0x0002,
@@ -80,7 +76,7 @@ enum class Status : uint16_t {
     Error = 0x8FFF,
 };
 
-/// The status in words, for texts of failures: "access denied (0x8006)".
+/// The status in words: "access denied".
 const char* NameOf(Status status);
 
 }  // namespace OvGige

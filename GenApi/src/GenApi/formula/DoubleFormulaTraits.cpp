@@ -58,10 +58,7 @@ double ReadExtreme(std::string_view number) {
 /// formulas.
 size_t DoubleFormulaTraits::ParseNumber(std::string_view text, double& number) {
     if (IsHex(text)) {
-        uint64_t bits = 0;
-        const size_t length = ParseHex(text, bits);
-        number = static_cast<double>(bits);
-        return length;
+        return ParseHex(text, number);
     }
     // In capitals the prefix is that of the C library's hexadecimal fractions.
     constexpr std::string_view kPrefix = "0X";

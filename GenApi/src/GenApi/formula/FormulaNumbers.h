@@ -20,20 +20,21 @@ inline bool IsHex(std::string_view text) {
     return text.starts_with("0x");
 }
 
-/// Reads the hexadecimal number at the beginning of a text.
+/// Reads the hexadecimal number at the beginning of a text, whose bits are those of an integer
+/// and whose value becomes a float.
 /// @return its length
-inline size_t ParseHex(std::string_view text, uint64_t& number) {
+template <class Value>
+size_t ParseHex(std::string_view text, Value& number) {
     constexpr size_t kPrefix = 2;
     const char* const begin = text.data() + kPrefix;
-    const auto [end, error] = std::from_chars(begin, text.data() + text.size(), number, 16);
+    uint64_t bits = 0;
+    const auto [end, error] = std::from_chars(begin, text.data() + text.size(), bits, 16);
     if (error == std::errc::result_out_of_range) {
-        number = std::numeric_limits<uint64_t>::max();
-    } else if (end == begin) {
-        // "0x" without a digit is a zero, followed by a name.
-        number = 0;
-        return 1;
+        bits = std::numeric_limits<uint64_t>::max();
     }
-    return static_cast<size_t>(end - text.data());
+    number = static_cast<Value>(bits);
+    // "0x" without a digit is a zero, followed by a name.
+    return end == begin ? 1 : static_cast<size_t>(end - text.data());
 }
 
 /// Comparisons and logic, which are alike for both kinds of numbers. A truth is 1, for use in

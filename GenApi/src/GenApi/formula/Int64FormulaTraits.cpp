@@ -28,10 +28,7 @@ int64_t TruncateToInt64(long double value) {
 /// after it is a wrong syntax.
 size_t Int64FormulaTraits::ParseNumber(std::string_view text, int64_t& number) {
     if (IsHex(text)) {
-        uint64_t bits = 0;
-        const size_t length = ParseHex(text, bits);
-        number = static_cast<int64_t>(bits);
-        return length;
+        return ParseHex(text, number);
     }
     const char* const last = text.data() + text.size();
     auto [end, error] = std::from_chars(text.data(), last, number);
