@@ -115,6 +115,13 @@ TEST_F(UserLogTest, EndsEachLineOnce) {
     EXPECT_EQ(Lines(), (Strings{"info A line", "info A subject: line", "info A "}));
 }
 
+TEST_F(UserLogTest, ShowsWhatATerminalWouldObey) {
+    CUserLog log("all:info", FileName());
+    log.Write("Transport", LogInfo, "\x1b[2J\xc2\x9b\xff a\nerror Transport forged \xc3\xa9");
+    EXPECT_EQ(Lines(), Strings{"info Transport \\x1b[2J\\xc2\\x9b\\xff a\\x0a"
+                               "error Transport forged \xc3\xa9"});
+}
+
 TEST_F(UserLogTest, AppendsToTheFile) {
     CUserLog("all:info", FileName()).Write("A", LogInfo, "first");
     CUserLog("all:info", FileName()).Write("A", LogInfo, "second");

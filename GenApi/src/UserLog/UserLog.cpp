@@ -16,6 +16,8 @@
 #include <memory>
 #include <optional>
 
+#include "VisibleText.h"
+
 namespace OvBase {
 
 namespace {
@@ -190,10 +192,12 @@ void CUserLog::Write(std::string_view category, int level, std::string_view subj
 void CUserLog::WriteLine(std::string_view category, int level, std::string_view line) {
     // Some lines of the transport model end with a line break of their own.
     line = line.substr(0, line.find_last_not_of('\n') + 1);
+    // Cameras' texts are in it, and neither a terminal nor a second line must come of them.
+    const std::string visible = Visible(line);
     std::string text = TimeNow();
     for (const std::string_view piece :
          {std::string_view(" "), NameOf(level), std::string_view(" "), category,
-          std::string_view(" "), line}) {
+          std::string_view(" "), std::string_view(visible)}) {
         text += piece;
     }
     text += '\n';
