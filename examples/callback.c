@@ -11,8 +11,8 @@ static void OnFrame(OV_FRAME_CALLBACK_PARAM* frame) {
     }
 }
 
-int main(void) {
-    OV_DEV_HANDLE camera = OpenFirst();
+int main(int argc, char** argv) {
+    OV_DEV_HANDLE camera = OpenCamera(argc > 1 ? argv[1] : NULL);
     sem_t complete;
     sem_init(&complete, 0, 0);
     Check(OVRegisterCaptureCallback(camera, &complete, OnFrame), "OVRegisterCaptureCallback");

@@ -42,8 +42,8 @@ static void OnExposureEnd(OV_FEATURE_ID feature, void* user) {
     }
 }
 
-int main(void) {
-    Listener listener = {OpenFirst(), 0};
+int main(int argc, char** argv) {
+    Listener listener = {OpenCamera(argc > 1 ? argv[1] : NULL), 0};
     OV_DEV_HANDLE camera = listener.camera;
     OV_FEATURE_CALLBACK_HANDLE callback = NULL;
     Check(OVRegisterFeatureCallback(camera, &listener, OnExposureEnd, OV_FEATURE_EventExposureEnd,

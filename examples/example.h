@@ -1,5 +1,4 @@
-// What the examples share: a failure ends the program with its text, and the first camera
-// is opened.
+// What the examples share: a failure ends the program with its text, and a camera is opened.
 #ifndef OVI_EXAMPLE_H
 #define OVI_EXAMPLE_H
 
@@ -21,7 +20,12 @@ static inline void Check(OV_STATUS status, const char* what) {
     exit(1);
 }
 
-static inline OV_DEV_HANDLE OpenFirst(void) {
+// The first virtual camera, so that no example takes a camera that others work with.
+#define VIRTUAL_CAMERA "VC000001"
+
+// Opens the camera of a serial number, the virtual one without it.
+static inline OV_DEV_HANDLE OpenCamera(const char* serial) {
+    const OV_OPEN_PARAM param = {serial ? serial : VIRTUAL_CAMERA, OV_OPEN_SN, OV_ACCESS_EXCLUSIVE};
     uint32_t count = 0;
     OV_DEV_HANDLE camera = NULL;
     Check(OVInitLib(), "OVInitLib");
@@ -31,7 +35,7 @@ static inline OV_DEV_HANDLE OpenFirst(void) {
         OVCloseLib();
         exit(1);
     }
-    Check(OVOpenDeviceByIndex(1, &camera), "OVOpenDeviceByIndex");
+    Check(OVOpenDevice(&param, &camera), "OVOpenDevice");
     return camera;
 }
 

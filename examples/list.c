@@ -1,4 +1,4 @@
-// Lists all cameras and opens one by its serial number, the first if none is named.
+// Lists all cameras and opens one by its serial number, the virtual one if none is named.
 // Usage: list [SERIAL NUMBER]
 #include "example.h"
 
@@ -21,7 +21,7 @@ int main(int argc, char** argv) {
     }
 
     // Exclusive access: nobody else can open the camera meanwhile.
-    const char* const serial = argc > 1 ? argv[1] : cameras[0].szSN;
+    const char* const serial = argc > 1 ? argv[1] : VIRTUAL_CAMERA;
     const OV_OPEN_PARAM param = {serial, OV_OPEN_SN, OV_ACCESS_EXCLUSIVE};
     OV_DEV_HANDLE camera = NULL;
     int64_t width = 0;

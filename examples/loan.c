@@ -11,8 +11,8 @@ static unsigned long long Sum(const OV_FRAME_BUFFER* frame) {
     return sum;
 }
 
-int main(void) {
-    OV_DEV_HANDLE camera = OpenFirst();
+int main(int argc, char** argv) {
+    OV_DEV_HANDLE camera = OpenCamera(argc > 1 ? argv[1] : NULL);
     Check(OVSetAcqusitionBufferNumber(camera, 8), "OVSetAcqusitionBufferNumber");
     Check(OVStreamOn(camera), "OVStreamOn");
     for (int i = 0; i < 10; ++i) {

@@ -1,6 +1,6 @@
 // Takes frames and survives that the camera is lost: it is closed, searched for and opened
 // again, by its serial number, until all frames were taken.
-// Usage: lost_camera [FRAMES]
+// Usage: lost_camera [FRAMES [SERIAL NUMBER]]
 // To see it with a virtual camera, let that drop off after three frames, before:
 //     ovtool write 0xa28 03000000
 #include <stdatomic.h>
@@ -53,7 +53,7 @@ int main(int argc, char** argv) {
     int left = argc > 1 ? atoi(argv[1]) : 10;
     char serial[64];
     size_t size = sizeof serial;
-    OV_DEV_HANDLE camera = OpenFirst();
+    OV_DEV_HANDLE camera = OpenCamera(argc > 2 ? argv[2] : NULL);
     Check(OVGetString(camera, OV_FEATURE_DeviceSerialNumber, serial, &size), "DeviceSerialNumber");
     for (;;) {
         const int taken = TakeFrames(camera, left);

@@ -33,8 +33,8 @@ static int WritePng(const char* path, const void* pixels, int32_t width, int32_t
     return png_image_write_to_file(&image, path, 0, pixels, 0, NULL);
 }
 
-int main(void) {
-    OV_DEV_HANDLE camera = OpenFirst();
+int main(int argc, char** argv) {
+    OV_DEV_HANDLE camera = OpenCamera(argc > 1 ? argv[1] : NULL);
     OV_FRAME_DATA frame = {0};
     int64_t size = 0;
     Choose(camera, OV_FEATURE_PixelFormat, "BayerRG8");

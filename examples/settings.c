@@ -1,8 +1,8 @@
 // Changes a setting within its limits, and brings the camera back to what it was.
 #include "example.h"
 
-int main(void) {
-    OV_DEV_HANDLE camera = OpenFirst();
+int main(int argc, char** argv) {
+    OV_DEV_HANDLE camera = OpenCamera(argc > 1 ? argv[1] : NULL);
     OV_FLOAT_RANGE limits;
     double exposure = 0;
     Check(OVExportConfigFile(camera, "settings.txt"), "OVExportConfigFile");

@@ -1,8 +1,8 @@
 // Takes a frame whenever the program says so.
 #include "example.h"
 
-int main(void) {
-    OV_DEV_HANDLE camera = OpenFirst();
+int main(int argc, char** argv) {
+    OV_DEV_HANDLE camera = OpenCamera(argc > 1 ? argv[1] : NULL);
     Choose(camera, OV_FEATURE_TriggerMode, "On");
     Choose(camera, OV_FEATURE_TriggerSource, "Software");
     Check(OVStreamOn(camera), "OVStreamOn");
