@@ -36,9 +36,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_G
     AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 14)
   add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-dangling-reference>)
 endif()
-# GCC 12 sees overlapping copies in the string additions of its own library.
+# GCC 12 sees overlapping copies in the string additions of its own library, and an empty
+# optional's memory read.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   add_compile_options($<$<AND:$<CONFIG:Release>,$<COMPILE_LANGUAGE:CXX>>:-Wno-restrict>)
+  add_compile_options($<$<AND:$<CONFIG:Release>,$<COMPILE_LANGUAGE:CXX>>:-Wno-maybe-uninitialized>)
 endif()
 # Line tables are all that a debugger and the sanitizers need to name a place;
 # full debug information doubles the time of a build.
