@@ -2,6 +2,7 @@
 /// A link whose other end is a script, with a clock that runs only while somebody waits.
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <deque>
 #include <functional>
@@ -37,6 +38,9 @@ public:
     }
 
     std::optional<OvGige::Bytes> Receive(OvGige::Clock::time_point deadline) override {
+        if (m_isCancelled) {
+            return {};
+        }
         if (m_due.empty() || m_due.front().time > deadline) {
             m_now = std::max(m_now, deadline);
             return {};
@@ -46,6 +50,8 @@ public:
         m_due.pop_front();
         return packet;
     }
+
+    void Cancel() override { m_isCancelled = true; }
 
     OvGige::Clock::time_point Now() const override { return m_now; }
 
@@ -59,6 +65,7 @@ private:
     std::vector<OvGige::Bytes> m_sent;
     std::deque<Due> m_due;  // in the order of their times
     OvGige::Clock::time_point m_now;
+    std::atomic<bool> m_isCancelled = false;
 };
 
 /// The regular answer to a command.

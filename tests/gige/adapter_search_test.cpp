@@ -24,6 +24,7 @@ Adapter LoopbackAdapter() {
             .ip = kLoopback,
             .mask = {0xFF000000},
             .broadcast = {},
+            .gateway = {},
             .isLoopback = true};
 }
 
@@ -67,9 +68,9 @@ private:
 class AdapterSearchTest : public testing::Test {
 protected:
     /// Searches until `count` cameras are found, or for a minute.
-    std::vector<Identity> SearchFor(size_t count, const std::vector<Endpoint>& cameras) {
+    std::vector<FoundCamera> SearchFor(size_t count, const std::vector<Endpoint>& cameras) {
         const auto end = Clock::now() + 60s;
-        std::vector<Identity> list;
+        std::vector<FoundCamera> list;
         while (list.size() < count && Clock::now() < end) {
             m_search.Run(20ms, {false, false, cameras}, m_found);
             list = m_found.List(LoopbackAdapter(), SearchRange::Subnet, Clock::now());
@@ -91,19 +92,70 @@ TEST_F(AdapterSearchTest, FindsWhatAnswers) {
     FakeCamera two(answer(2));
     const auto list = SearchFor(2, {one.Address(), two.Address()});
     ASSERT_EQ(list.size(), 2U);
-    EXPECT_EQ(list[0].mac.Value(), 1U);
-    EXPECT_EQ(list[1].mac.Value(), 2U);
+    EXPECT_EQ(list[0].identity.mac.Value(), 1U);
+    EXPECT_EQ(list[1].identity.mac.Value(), 2U);
 }
 
 TEST_F(AdapterSearchTest, AsksForAnswersThatMayBeBroadcast) {
     std::atomic<int> flags = -1;
     FakeCamera camera([&](const CommandPacket& command) {
-        flags = command.flags;
+        if (command.command == Command::Discovery) {
+            flags = command.flags;
+        }
         return std::vector<Bytes>{AnswerOf(command, IdentityOf(1))};
     });
     SearchFor(1, {camera.Address()});
     EXPECT_EQ(flags, 0x11);
 }
+
+TEST_F(AdapterSearchTest, SearchesAtLeastOnce) {
+    UdpSocket camera = LoopbackSocket();
+    m_search.Run(0ms, {false, false, {camera.Local()}}, m_found);
+    EXPECT_TRUE(camera.Receive(Clock::now() + 60s));
+}
+
+TEST_F(AdapterSearchTest, KnowsWhereANamedCameraListens) {
+    FakeCamera camera([](const CommandPacket& command) {
+        return std::vector<Bytes>{AnswerOf(command, IdentityOf(1))};
+    });
+    const auto list = SearchFor(1, {camera.Address()});
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list[0].endpoint, camera.Address());
+    EXPECT_TRUE(list[0].isNamed);
+}
+
+/// What a camera says of its use, and what is made of it.
+struct UseCase {
+    const char* name;
+    Status status;
+    const char* privilege;
+    CameraUse use;
+};
+class AdapterSearchUseTest : public AdapterSearchTest,
+                             public testing::WithParamInterface<UseCase> {};
+
+TEST_P(AdapterSearchUseTest, AsksWhoUsesACamera) {
+    FakeCamera camera([](const CommandPacket& command) {
+        return std::vector<Bytes>{
+            command.command == Command::Discovery
+                ? AnswerOf(command, IdentityOf(1))
+                : AnswerOf(command, FromHex(GetParam().privilege), GetParam().status)};
+    });
+    while (m_search.Counters().uses == 0) {
+        SearchFor(1, {camera.Address()});
+        m_search.Run(20ms, {false, false, {camera.Address()}}, m_found);
+    }
+    EXPECT_EQ(m_found.List(LoopbackAdapter(), SearchRange::Subnet, Clock::now()).front().use,
+              GetParam().use);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Answers, AdapterSearchUseTest,
+    testing::Values(UseCase{"Free", Status::Success, "00 00 00 00", CameraUse::Free},
+                    UseCase{"Controlled", Status::Success, "00 00 00 02", CameraUse::Controlled},
+                    UseCase{"Exclusive", Status::Success, "00 00 00 01", CameraUse::Exclusive},
+                    UseCase{"Denied", Status::AccessDenied, "", CameraUse::Exclusive}),
+    [](const auto& use) { return use.param.name; });
 
 TEST_F(AdapterSearchTest, IgnoresAndCountsWhatIsNoAnswer) {
     FakeCamera camera([](const CommandPacket& command) {
@@ -116,7 +168,7 @@ TEST_F(AdapterSearchTest, IgnoresAndCountsWhatIsNoAnswer) {
     });
     const auto list = SearchFor(1, {camera.Address()});
     ASSERT_EQ(list.size(), 1U);
-    EXPECT_EQ(list[0].mac.Value(), 1U);
+    EXPECT_EQ(list[0].identity.mac.Value(), 1U);
     EXPECT_GE(m_search.Counters().ignored, 4U);
 }
 

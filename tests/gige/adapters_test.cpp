@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 
 namespace {
 
@@ -15,6 +16,7 @@ Adapter Ethernet() {
             .ip = {0xC0A80101},
             .mask = {0xFFFFFF00},
             .broadcast = {0xC0A801FF},
+            .gateway = {},
             .isLoopback = false};
 }
 
@@ -25,6 +27,7 @@ Adapter Loopback() {
             .ip = {0x7F000001},
             .mask = {0xFF000000},
             .broadcast = {},
+            .gateway = {},
             .isLoopback = true};
 }
 
@@ -49,6 +52,18 @@ TEST(AdapterChoiceText, AllowsWhatItNames) {
     EXPECT_FALSE(AdapterChoice("192.168.1.2").Allows(Ethernet()));
     EXPECT_TRUE(AdapterChoice("lo").Allows(Loopback()));
     EXPECT_TRUE(AdapterChoice("127.0.0.1,eth0").Allows(Loopback()));
+}
+
+TEST(Gateways, AreThoseOfDefaultRoutes) {
+    std::istringstream routes(
+        "Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\n"
+        "eth0\t00000000\t0101A8C0\t0003\t0\t0\t0\t00000000\n"
+        "eth0\t0000000A\t0201A8C0\t0003\t0\t0\t0\t000000FF\n"
+        "eth0\t00000000\t0301A8C0\t0003\t0\t0\t9\t00000000\n"
+        "eth1\t0001A8C0\t00000000\t0001\t0\t0\t0\t00FFFFFF\n"
+        "eth2\tnot a route\n");
+    const std::map<std::string, Ipv4> expected{{"eth0", {0xC0A80101}}};
+    EXPECT_EQ(ReadGateways(routes), expected);
 }
 
 TEST(AllAdaptersOfThisMachine, HaveNamesIndexesAndAddresses) {

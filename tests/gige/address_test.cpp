@@ -82,4 +82,23 @@ TEST(MacAddressValue, HasTheFirstByteOnTop) {
     EXPECT_EQ(MacAddress::Of(0x010203040506U), mac);
 }
 
+TEST(EndpointText, HasAPortOrTheUsualOne) {
+    EXPECT_EQ(ParseEndpoint("10.1.2.3", 3956), (Endpoint{{0x0A010203}, 3956}));
+    EXPECT_EQ(ParseEndpoint("10.1.2.3:4000", 3956), (Endpoint{{0x0A010203}, 4000}));
+    EXPECT_EQ(ParseEndpoint("10.1.2.3:65535", 3956), (Endpoint{{0x0A010203}, 65535}));
+}
+
+TEST(EndpointText, IsNothingElse) {
+    for (const char* text : {"", ":", "0.0.0.0", "camera", "10.1.2", "10.1.2.3:", "10.1.2.3:0",
+                             "10.1.2.3:65536", "10.1.2.3:123456", "10.1.2.3:40 ", "10.1.2.3 "}) {
+        EXPECT_FALSE(ParseEndpoint(text, 3956)) << text;
+    }
+}
+
+TEST(List, HasItsItemsBetweenCommasAndBlanks) {
+    EXPECT_EQ(ItemsOf("a, b\tc,,d "), std::vector<std::string>({"a", "b", "c", "d"}));
+    EXPECT_TRUE(ItemsOf(" , ").empty());
+    EXPECT_TRUE(ItemsOf("").empty());
+}
+
 }  // namespace

@@ -32,6 +32,7 @@ protected:
     std::unique_ptr<CameraConnection> Connect(Access access = Access::Control) {
         return std::make_unique<CameraConnection>(
             m_camera.Link(), ConnectionOptions{.access = access,
+                                               .patience = {},
                                                .isAbandoned = [](const Endpoint&) { return false; },
                                                .pause = [](std::chrono::milliseconds) {},
                                                .onLoss =
@@ -114,6 +115,23 @@ TEST_F(CameraConnectionTest, IsLostOnceWithTheFirstReason) {
         EXPECT_EQ(failure.Code(), GenTL::GC_ERR_CUSTOM_ID);
         EXPECT_STREQ(failure.what(), "The adapter eth0 is down");
     }
+}
+
+TEST_F(CameraConnectionTest, ServesNobodyOnceItIsClosed) {
+    const auto connection = Connect();
+    connection->Close();
+    EXPECT_EQ(m_camera.Writes(), Writes({{kRegPrivilege, kPrivilegeControl}, {kRegPrivilege, 0}}));
+    EXPECT_THROW(connection->Memory().ReadRegister(0), Failure);
+    connection->Close();
+    EXPECT_EQ(m_camera.Writes().size(), 2U);
+}
+
+TEST_F(CameraConnectionTest, SendsNothingOnceItIsLost) {
+    const auto connection = Connect();
+    connection->Lose("The adapter eth0 is down");
+    const int before = m_camera.Commands();
+    EXPECT_THROW(connection->Memory().ReadRegister(0), Failure);
+    EXPECT_EQ(m_camera.Commands(), before);
 }
 
 TEST_F(CameraConnectionTest, IsNotGivenBackOnceItIsLost) {

@@ -45,6 +45,33 @@ TEST_F(ControlChannelTest, NumbersCommandsAndLeavesOutZero) {
     EXPECT_EQ(ids, std::vector<uint16_t>({0xFFFE, 0xFFFF, 1}));
 }
 
+TEST_F(ControlChannelTest, SendsNothingOnceItIsAbandoned) {
+    m_channel.Abandon();
+    try {
+        Read();
+        FAIL();
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.Code(), GenTL::GC_ERR_ABORT);
+        EXPECT_STREQ(failure.what(), "The connection to the camera has ended");
+    }
+    EXPECT_TRUE(m_link->Sent().empty());
+}
+
+TEST_F(ControlChannelTest, EndsTheWaitThatRunsWhenItIsAbandoned) {
+    Answer([this](const CommandPacket&) {
+        m_channel.Abandon();
+        return std::vector<ScriptedReply>();
+    });
+    try {
+        Read();
+        FAIL();
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.Code(), GenTL::GC_ERR_ABORT);
+    }
+    EXPECT_EQ(m_link->Sent().size(), 1U);
+    EXPECT_EQ(m_link->Elapsed(), 0ms);
+}
+
 TEST_F(ControlChannelTest, RepeatsTheSameBytesUntilTheTriesAreOver) {
     m_channel.SetPatience({.timeout = 200ms, .tries = 3});
     try {

@@ -19,21 +19,23 @@ Adapter OfSubnet192() {
             .ip = {0xC0A80101},
             .mask = {0xFFFFFF00},
             .broadcast = {0xC0A801FF},
+            .gateway = {},
             .isLoopback = false};
 }
 
-Identity Camera(uint8_t number, Ipv4 ip, const char* userName = "") {
-    Identity identity;
-    identity.mac = {{0, 0, 0, 0, 0, number}};
-    identity.ip = ip;
-    identity.userName = userName;
-    return identity;
+FoundCamera Camera(uint8_t number, Ipv4 ip, const char* userName = "") {
+    FoundCamera camera;
+    camera.identity.mac = {{0, 0, 0, 0, 0, number}};
+    camera.identity.ip = ip;
+    camera.identity.userName = userName;
+    camera.endpoint = {ip, 3956};
+    return camera;
 }
 
-std::vector<uint64_t> MacsOf(const std::vector<Identity>& cameras) {
+std::vector<uint64_t> MacsOf(const std::vector<FoundCamera>& cameras) {
     std::vector<uint64_t> macs;
-    for (const Identity& camera : cameras) {
-        macs.push_back(camera.mac.Value());
+    for (const FoundCamera& camera : cameras) {
+        macs.push_back(camera.identity.mac.Value());
     }
     return macs;
 }
@@ -66,7 +68,27 @@ TEST_F(FoundCamerasTest, AnswerTwiceAndAreListedOnceAsTheyWereLast) {
     m_found.Note(Camera(3, {0xC0A80103}, "after"), kNoon + 1s);
     const auto cameras = m_found.List(OfSubnet192(), SearchRange::Subnet, kNoon + 1s);
     ASSERT_EQ(cameras.size(), 1U);
-    EXPECT_EQ(cameras.front().userName, "after");
+    EXPECT_EQ(cameras.front().identity.userName, "after");
+}
+
+TEST_F(FoundCamerasTest, OfOtherSubnetsAreListedWhenTheUserNamedThem) {
+    FoundCamera beyondARouter = Camera(3, {0x0A000003});
+    beyondARouter.isNamed = true;
+    m_found.Note(beyondARouter, kNoon);
+    EXPECT_EQ(List(SearchRange::Subnet, kNoon), Macs({3}));
+}
+
+TEST_F(FoundCamerasTest, KeepTheirUseUntilTheySayAnother) {
+    const auto use = [this] {
+        return m_found.List(OfSubnet192(), SearchRange::Subnet, kNoon).front().use;
+    };
+    m_found.Note(Camera(3, {0xC0A80103}), kNoon);
+    EXPECT_EQ(use(), CameraUse::Unknown);
+    m_found.NoteUse({{0xC0A80104}, 3956}, CameraUse::Exclusive);
+    EXPECT_EQ(use(), CameraUse::Unknown);
+    m_found.NoteUse({{0xC0A80103}, 3956}, CameraUse::Controlled);
+    m_found.Note(Camera(3, {0xC0A80103}), kNoon);
+    EXPECT_EQ(use(), CameraUse::Controlled);
 }
 
 TEST_F(FoundCamerasTest, GoAfterThreeSecondsOfSilence) {

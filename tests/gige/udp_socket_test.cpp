@@ -62,6 +62,14 @@ TEST(UdpSocketTest, IsWokenByAFile) {
     close(wake);
 }
 
+TEST(UdpLinkTest, EndsWaitsOnceItIsCancelled) {
+    const UdpSocket camera = LoopbackSocket();
+    UdpLink link(LoopbackSocket(), camera.Local());
+    link.Cancel();
+    EXPECT_FALSE(link.Receive(Clock::time_point::max()));
+    EXPECT_FALSE(link.Receive(Clock::time_point::max()));
+}
+
 TEST(UdpSocketTest, SurvivesAPortThatNobodyHas) {
     UdpSocket one = LoopbackSocket();
     Endpoint nobody;

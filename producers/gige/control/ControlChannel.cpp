@@ -83,6 +83,7 @@ Bytes ControlChannel::Exchange(Command command, ByteView payload, uint8_t extraF
                       .requestId = awaited.requestId,
                       .payload = payload});
     for (int attempt = 0; attempt < patience.tries; ++attempt) {
+        RequireLink();
         if (attempt > 0) {
             const std::lock_guard lock(m_state);
             ++m_counters.repeats;
@@ -91,12 +92,24 @@ Bytes ControlChannel::Exchange(Command command, ByteView payload, uint8_t extraF
             return *std::move(answer);
         }
     }
+    RequireLink();
     const std::lock_guard lock(m_state);
     ++m_counters.abandoned;
     throw Failure(GenTL::GC_ERR_TIMEOUT, std::string("The camera doesn't answer a ") +
                                              NameOf(command) + ": " +
                                              std::to_string(patience.tries) + " tries of " +
                                              std::to_string(patience.timeout.count()) + " ms");
+}
+
+void ControlChannel::Abandon() {
+    m_isAbandoned = true;
+    m_link->Cancel();
+}
+
+void ControlChannel::RequireLink() const {
+    if (m_isAbandoned) {
+        throw Failure(GenTL::GC_ERR_ABORT, "The connection to the camera has ended");
+    }
 }
 
 uint16_t ControlChannel::TakeRequestId() {

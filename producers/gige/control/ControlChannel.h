@@ -50,9 +50,13 @@ public:
     /// number and bytes, so that a camera may notice the repetition; a write whose answer was
     /// lost may still be done twice.
     /// @throws Refusal if the camera answers with another status than success,
-    ///         OvProducer::Failure GC_ERR_TIMEOUT if it doesn't answer
+    ///         OvProducer::Failure GC_ERR_TIMEOUT if it doesn't answer, GC_ERR_ABORT once the
+    ///         channel is abandoned
     Bytes Exchange(Command command, ByteView payload, uint8_t extraFlags = 0);
 
+    /// Fails the command that is on its way, and those to come: nobody waits for a camera that
+    /// is known to be gone.
+    void Abandon();
     /// The patience of the commands that begin from now on.
     void SetPatience(Patience patience);
     ControlCounters Counters() const;
@@ -65,7 +69,10 @@ private:
     std::optional<Bytes> Await(const Awaited& awaited);
     bool IsFor(const AnswerPacket& answer, const Awaited& awaited) const;
 
+    void RequireLink() const;
+
     const std::unique_ptr<DatagramLink> m_link;
+    std::atomic<bool> m_isAbandoned = false;
     mutable std::mutex m_exchange;  // held for a whole command
     uint16_t m_nextRequest;
     mutable std::mutex m_state;  // guards what follows; held for a look

@@ -21,6 +21,8 @@ public:
     /// returned once the deadline has passed.
     /// @throws OvProducer::Failure GC_ERR_IO if the network is gone
     virtual std::optional<Bytes> Receive(Clock::time_point deadline) = 0;
+    /// Ends a wait that runs, and those to come. Any thread may call it at any time.
+    virtual void Cancel() = 0;
     /// The present time, by which deadlines are made.
     virtual Clock::time_point Now() const { return Clock::now(); }
 };

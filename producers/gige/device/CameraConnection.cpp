@@ -11,7 +11,6 @@ using namespace std::chrono_literals;
 /// shall not be waited for long.
 constexpr Patience kFirstContact{.timeout = 300ms, .tries = 2};
 constexpr Patience kLastContact{.timeout = 200ms, .tries = 1};
-constexpr Patience kUsual{.timeout = 500ms, .tries = 3};
 
 constexpr uint16_t kFirstRequest = 1;
 
@@ -34,7 +33,7 @@ CameraConnection::CameraConnection(std::unique_ptr<DatagramLink> link, Connectio
     m_channel.SetPatience(kFirstContact);
     m_memory.SetCapability(m_memory.ReadRegister(kRegControlCapability));
     TakeAccess(m_memory, m_options.access, m_options.isAbandoned, m_options.pause);
-    m_channel.SetPatience(kUsual);
+    m_channel.SetPatience(m_options.patience);
     const bool isOwner = m_options.access != Access::ReadOnly;
     try {
         if (isOwner) {
@@ -50,12 +49,16 @@ CameraConnection::CameraConnection(std::unique_ptr<DatagramLink> link, Connectio
     }
 }
 
-CameraConnection::~CameraConnection() {
+void CameraConnection::Close() {
+    if (!m_heartbeat) {
+        return;  // closed already
+    }
     m_heartbeat.reset();
     if (m_options.access != Access::ReadOnly && !IsLost()) {
         m_channel.SetPatience(kLastContact);
         ReleaseAccess(m_memory);
     }
+    m_channel.Abandon();
 }
 
 // The settings of the host before may still be there, a heartbeat that is switched off among
@@ -94,6 +97,7 @@ void CameraConnection::Lose(const std::string& why) {
         }
         m_loss = why;
     }
+    m_channel.Abandon();
     m_options.onLoss();
 }
 

@@ -15,6 +15,7 @@ namespace OvGige {
 /// How a connection is opened.
 struct ConnectionOptions {
     Access access = Access::Control;
+    Patience patience;  ///< of the accesses once the camera is open
     IsAbandoned isAbandoned;
     std::function<void(std::chrono::milliseconds)> pause;
     /// Called once when the camera is gone, on a thread of the connection. It must not end the
@@ -22,20 +23,25 @@ struct ConnectionOptions {
     std::function<void()> onLoss;
 };
 
-/// All functions may be called from any thread; the end of the connection only when no other
-/// call runs.
+/// All functions may be called from any thread; `Close` by one.
 class CameraConnection {
 public:
     /// Takes the camera and keeps it until the end of the connection.
     /// @throws OvProducer::Failure GC_ERR_ACCESS_DENIED if somebody else has it,
     ///         GC_ERR_TIMEOUT if it doesn't answer
     CameraConnection(std::unique_ptr<DatagramLink> link, ConnectionOptions options);
-    /// Gives the camera back. One that is gone isn't waited for.
-    ~CameraConnection();
+    /// Closes the connection.
+    ~CameraConnection() { Close(); }
     CameraConnection(const CameraConnection&) = delete;
     CameraConnection& operator=(const CameraConnection&) = delete;
 
+    /// Gives the camera back. One that is gone isn't waited for. Accesses of other threads fail
+    /// from then on.
+    void Close();
+
     CameraMemory& Memory() { return m_memory; }
+    /// How long a camera is waited for in each access from now on.
+    void SetPatience(Patience patience) { m_channel.SetPatience(patience); }
     ControlCounters Counters() const { return m_channel.Counters(); }
     /// Ticks per second of the camera's clock; 0 if it has none.
     uint64_t TickFrequency();

@@ -3,9 +3,11 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <array>
 
 #include "framework/Failure.h"
-#include "gige/protocol/ControlPacket.h"
+#include "gige/protocol/Bootstrap.h"
+#include "gige/protocol/Registers.h"
 
 namespace OvGige {
 namespace {
@@ -21,6 +23,13 @@ constexpr std::chrono::milliseconds kRepeat{400};
 /// Answers of a few hundred cameras that come at once.
 constexpr size_t kReceiveBuffer = 1 << 20;
 
+CameraUse UseOf(uint32_t privilege) {
+    if ((privilege & kPrivilegeExclusive) != 0) {
+        return CameraUse::Exclusive;
+    }
+    return (privilege & kPrivilegeControl) != 0 ? CameraUse::Controlled : CameraUse::Free;
+}
+
 }  // namespace
 
 AdapterSearch::AdapterSearch(Adapter adapter, uint16_t cameraPort)
@@ -31,13 +40,14 @@ void AdapterSearch::Run(std::chrono::milliseconds time, const SearchTargets& tar
     const Time deadline = steady_clock::now() + time;
     const std::lock_guard search(m_search);
     m_stop.Clear();
-    for (Time next = steady_clock::now(); next < deadline && !m_stop.IsSignalled();) {
+    Time next = steady_clock::now();
+    do {
         SendToAll(targets);
         next += kRepeat;
         while (const auto datagram = Receive(std::min(next, deadline))) {
-            Take(*datagram, found);
+            Take(*datagram, targets, found);
         }
-    }
+    } while (next < deadline && !m_stop.IsSignalled());
 }
 
 // The socket has no address of its own: bound to one, it would get no broadcast answers, by
@@ -56,32 +66,30 @@ void AdapterSearch::Open() {
 // name: the next round has a new socket. One that refuses a part keeps its socket, to which
 // the answers to the other part come.
 void AdapterSearch::SendToAll(const SearchTargets& targets) {
-    m_requestId = m_requestId == 0xFFFF ? uint16_t{1} : static_cast<uint16_t>(m_requestId + 1);
-    size_t tried = 0;
-    size_t sent = 0;
-    const auto send = [&](const Endpoint& to) {
-        ++tried;
-        sent += Send(to) ? 1 : 0;
-    };
+    std::vector<Endpoint> all = targets.cameras;
     if (targets.limitedBroadcast) {
-        send({kEverybody, m_cameraPort});
+        all.push_back({kEverybody, m_cameraPort});
     }
     if (targets.directedBroadcast && !m_adapter.broadcast.IsNone()) {
-        send({m_adapter.broadcast, m_cameraPort});
+        all.push_back({m_adapter.broadcast, m_cameraPort});
     }
-    std::for_each(targets.cameras.begin(), targets.cameras.end(), send);
-    if (tried > 0 && sent == 0) {
+    const Bytes packet = BuildCommand({.flags = kFlagAnswerRequired | kFlagBroadcastAnswer,
+                                       .command = Command::Discovery,
+                                       .requestId = TakeRequestId(),
+                                       .payload = {}});
+    if (SendToEach(packet, all) == 0 && !all.empty()) {
         m_socket.reset();
     }
 }
 
+size_t AdapterSearch::SendToEach(ByteView packet, const std::vector<Endpoint>& to) {
+    return static_cast<size_t>(std::count_if(
+        to.begin(), to.end(), [&](const Endpoint& endpoint) { return Send(endpoint, packet); }));
+}
+
 // An adapter that is down, or that a firewall closes, has no cameras; that is no failure of a
 // search.
-bool AdapterSearch::Send(const Endpoint& to) {
-    const Bytes packet = BuildCommand({.flags = kFlagAnswerRequired | kFlagBroadcastAnswer,
-                                       .command = Command::Discovery,
-                                       .requestId = m_requestId,
-                                       .payload = {}});
+bool AdapterSearch::Send(const Endpoint& to, ByteView packet) {
     try {
         if (!m_socket) {
             Open();
@@ -94,6 +102,12 @@ bool AdapterSearch::Send(const Endpoint& to) {
     const std::lock_guard lock(m_state);
     ++m_counters.sent;
     return true;
+}
+
+// A camera may take a number that it has just seen for a repetition.
+uint16_t AdapterSearch::TakeRequestId() {
+    m_requestId = m_requestId == 0xFFFF ? uint16_t{1} : static_cast<uint16_t>(m_requestId + 1);
+    return m_requestId;
 }
 
 void AdapterSearch::CountFailure() {
@@ -127,17 +141,55 @@ void AdapterSearch::Wait(Time deadline) const {
 }
 
 // An answer to an earlier search is as good as one to this: the camera is there.
-void AdapterSearch::Take(const Datagram& datagram, FoundCameras& found) {
+void AdapterSearch::Take(const Datagram& datagram, const SearchTargets& targets,
+                         FoundCameras& found) {
     const auto answer = ParseAnswer(datagram.bytes);
     const auto identity = answer && answer->answer == AnswerTo(Command::Discovery) &&
                                   answer->status == Status::Success
                               ? ParseIdentity(answer->payload)
                               : std::optional<Identity>();
     if (identity) {
-        found.Note(*identity, steady_clock::now());
+        TakeIdentity(*identity, datagram.sender, targets, found);
     }
+    const bool isUse = answer && !identity && TakeUse(*answer, datagram.sender, found);
     const std::lock_guard lock(m_state);
-    ++(identity ? m_counters.answers : m_counters.ignored);
+    ++(identity ? m_counters.answers : isUse ? m_counters.uses : m_counters.ignored);
+}
+
+// A camera that answers a broadcast listens where the broadcast went, from whichever port it
+// answers. One of another subnet can't be asked anything unless a router leads to it.
+void AdapterSearch::TakeIdentity(const Identity& identity, const Endpoint& sender,
+                                 const SearchTargets& targets, FoundCameras& found) {
+    FoundCamera camera{.identity = identity, .endpoint = sender};
+    camera.isNamed =
+        std::find(targets.cameras.begin(), targets.cameras.end(), sender) != targets.cameras.end();
+    if (!camera.isNamed) {
+        camera.endpoint.port = m_cameraPort;
+    }
+    found.Note(camera, steady_clock::now());
+    if (camera.isNamed || IsSameSubnet(sender.ip, m_adapter.ip, m_adapter.mask)) {
+        Send(camera.endpoint, BuildCommand({.flags = kFlagAnswerRequired,
+                                            .command = Command::ReadRegister,
+                                            .requestId = TakeRequestId(),
+                                            .payload = BuildNumbers(std::array{kRegPrivilege})}));
+    }
+}
+
+bool AdapterSearch::TakeUse(const AnswerPacket& answer, const Endpoint& sender,
+                            FoundCameras& found) {
+    if (answer.answer != AnswerTo(Command::ReadRegister)) {
+        return false;
+    }
+    if (answer.status == Status::AccessDenied) {
+        found.NoteUse(sender, CameraUse::Exclusive);
+        return true;
+    }
+    const auto privilege = ParseNumbers(answer.payload);
+    if (answer.status != Status::Success || !privilege || privilege->size() != 1) {
+        return false;
+    }
+    found.NoteUse(sender, UseOf(privilege->front()));
+    return true;
 }
 
 SearchCounters AdapterSearch::Counters() const {

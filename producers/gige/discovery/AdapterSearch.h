@@ -11,6 +11,7 @@
 #include "gige/net/Adapters.h"
 #include "gige/net/UdpSocket.h"
 #include "gige/net/WakeFile.h"
+#include "gige/protocol/ControlPacket.h"
 
 namespace OvGige {
 
@@ -18,13 +19,14 @@ namespace OvGige {
 struct SearchTargets {
     bool limitedBroadcast = true;   ///< 255.255.255.255
     bool directedBroadcast = true;  ///< that of the adapter's subnet
-    std::vector<Endpoint> cameras;  ///< one by one, such as those beyond routers
+    std::vector<Endpoint> cameras;  ///< named by the user, such as those beyond routers
 };
 
 struct SearchCounters {
     uint64_t sent = 0;
-    uint64_t answers = 0;
-    uint64_t ignored = 0;   ///< packets that aren't answers to a search
+    uint64_t answers = 0;   ///< to searches
+    uint64_t uses = 0;      ///< answers to the question who uses a camera
+    uint64_t ignored = 0;   ///< packets that are no such answers
     uint64_t failures = 0;  ///< times that the adapter refused to send
 };
 
@@ -37,22 +39,29 @@ public:
 
     const Adapter& GetAdapter() const { return m_adapter; }
 
-    /// Searches and notes what answers. Always takes the whole time, even if the adapter is
-    /// down, unless `Stop` ends it: how long a search takes says nothing about what it finds.
-    /// One search runs at a time; another thread's waits.
+    /// Searches and notes what answers: at least once, and always takes the whole time, even if the
+    /// adapter is down, unless `Stop` ends it: how long a search takes says nothing about what it
+    /// finds. One search runs at a time; another thread's waits.
     void Run(std::chrono::milliseconds time, const SearchTargets& targets, FoundCameras& found);
     /// Ends the search that runs; one that begins later isn't affected.
     void Stop() const { m_stop.Signal(); }
+    /// Sends a packet by this adapter. Must not be called while a search runs.
+    /// @return to how many places it could be sent
+    size_t SendToEach(ByteView packet, const std::vector<Endpoint>& to);
     SearchCounters Counters() const;
 
 private:
     void Open();
     void SendToAll(const SearchTargets& targets);
-    bool Send(const Endpoint& to);
+    bool Send(const Endpoint& to, ByteView packet);
+    uint16_t TakeRequestId();
+    void TakeIdentity(const Identity& identity, const Endpoint& sender,
+                      const SearchTargets& targets, FoundCameras& found);
+    bool TakeUse(const AnswerPacket& answer, const Endpoint& sender, FoundCameras& found);
     void CountFailure();
     void Wait(FoundCameras::Time deadline) const;
     std::optional<Datagram> Receive(FoundCameras::Time deadline);
-    void Take(const Datagram& datagram, FoundCameras& found);
+    void Take(const Datagram& datagram, const SearchTargets& targets, FoundCameras& found);
 
     const Adapter m_adapter;
     const uint16_t m_cameraPort;

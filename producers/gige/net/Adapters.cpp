@@ -8,8 +8,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <map>
+#include <fstream>
 #include <memory>
+#include <sstream>
 #include <system_error>
 
 #include "framework/Failure.h"
@@ -53,44 +54,59 @@ std::map<std::string, MacAddress> ReadMacs(const ifaddrs* list) {
     return macs;
 }
 
+template <typename Value>
+Value ValueAt(const std::map<std::string, Value>& values, const std::string& name) {
+    const auto found = values.find(name);
+    return found == values.end() ? Value() : found->second;
+}
+
 bool IsUsable(const ifaddrs& entry) {
     return (entry.ifa_flags & IFF_UP) != 0 && !AddressOf(entry.ifa_addr).IsNone();
 }
 
 }  // namespace
 
+// A line has the adapter, the destination and the gateway, the latter two as the number that
+// the address's bytes make in the machine's memory. The first line is a heading.
+std::map<std::string, Ipv4> ReadGateways(std::istream& routes) {
+    std::map<std::string, Ipv4> gateways;
+    std::string line;
+    while (std::getline(routes, line)) {
+        std::istringstream fields(line);
+        std::string name;
+        uint32_t destination = 0;
+        uint32_t gateway = 0;
+        fields >> name >> std::hex >> destination >> gateway;
+        if (fields && destination == 0 && gateway != 0) {
+            gateways.try_emplace(name, Ipv4{ntohl(gateway)});
+        }
+    }
+    return gateways;
+}
+
 std::vector<Adapter> AllAdapters() {
     const SystemList list = ReadSystemList();
     const std::map<std::string, MacAddress> macs = ReadMacs(list.get());
+    std::ifstream routes("/proc/net/route");
+    const std::map<std::string, Ipv4> gateways = ReadGateways(routes);
     std::vector<Adapter> adapters;
     for (const ifaddrs* entry = list.get(); entry != nullptr; entry = entry->ifa_next) {
         if (!IsUsable(*entry)) {
             continue;
         }
         const std::string name = entry->ifa_name;
-        const auto mac = macs.find(name);
         adapters.push_back({.name = name,
                             .index = static_cast<int>(if_nametoindex(entry->ifa_name)),
-                            .mac = mac == macs.end() ? MacAddress() : mac->second,
+                            .mac = ValueAt(macs, name),
                             .ip = AddressOf(entry->ifa_addr),
                             .mask = AddressOf(entry->ifa_netmask),
                             .broadcast = (entry->ifa_flags & IFF_BROADCAST) != 0
                                              ? AddressOf(entry->ifa_broadaddr)
                                              : Ipv4(),
+                            .gateway = ValueAt(gateways, name),
                             .isLoopback = (entry->ifa_flags & IFF_LOOPBACK) != 0});
     }
     return adapters;
-}
-
-AdapterChoice::AdapterChoice(std::string_view text) {
-    constexpr std::string_view kSeparators = ", \t";
-    while (!text.empty()) {
-        const size_t end = std::min(text.find_first_of(kSeparators), text.size());
-        if (end > 0) {
-            m_wanted.emplace_back(text.substr(0, end));
-        }
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
 }
 
 bool AdapterChoice::Allows(const Adapter& adapter) const {

@@ -1,6 +1,8 @@
 #pragma once
 /// The network adapters of this machine, and which of them a user allows.
 
+#include <istream>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,10 +19,14 @@ struct Adapter {
     Ipv4 ip;
     Ipv4 mask;
     Ipv4 broadcast;  ///< none where the adapter can't broadcast, such as loopback
+    Ipv4 gateway;    ///< of its default route; none without one
     bool isLoopback = false;
 
     bool operator==(const Adapter&) const = default;
 };
+
+/// Gateways of default routes by the name of their adapter, from the system's table of routes.
+std::map<std::string, Ipv4> ReadGateways(std::istream& routes);
 
 /// All adapters that are up and have an IPv4 address, in the system's order.
 std::vector<Adapter> AllAdapters();
@@ -29,7 +35,7 @@ std::vector<Adapter> AllAdapters();
 /// An empty text allows all but loopback, "none" allows nothing, and loopback must be named.
 class AdapterChoice {
 public:
-    explicit AdapterChoice(std::string_view text);
+    explicit AdapterChoice(std::string_view text) : m_wanted(ItemsOf(text)) {}
     bool Allows(const Adapter& adapter) const;
 
 private:

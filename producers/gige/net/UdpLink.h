@@ -3,6 +3,7 @@
 
 #include "gige/control/DatagramLink.h"
 #include "gige/net/UdpSocket.h"
+#include "gige/net/WakeFile.h"
 
 namespace OvGige {
 
@@ -17,8 +18,10 @@ public:
 
     void Send(ByteView packet) override { m_socket.SendTo(m_camera, packet); }
     std::optional<Bytes> Receive(Clock::time_point deadline) override;
+    void Cancel() override { m_cancelled.Signal(); }
 
 private:
+    const WakeFile m_cancelled;
     UdpSocket m_socket;
     Endpoint m_camera;
 };

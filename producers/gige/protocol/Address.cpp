@@ -1,5 +1,6 @@
 #include "gige/protocol/Address.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace OvGige {
@@ -86,6 +87,37 @@ std::string AddressFault(Ipv4 address, Ipv4 mask, Ipv4 gateway) {
 
 std::string TextOf(const Endpoint& endpoint) {
     return TextOf(endpoint.ip) + ":" + std::to_string(endpoint.port);
+}
+
+std::optional<Endpoint> ParseEndpoint(std::string_view text, uint16_t usualPort) {
+    constexpr size_t kPortDigits = 5;
+    const size_t colon = text.find(':');
+    const auto ip = ParseIpv4(text.substr(0, colon));
+    if (!ip || ip->IsNone()) {
+        return {};
+    }
+    if (colon == std::string_view::npos) {
+        return Endpoint{*ip, usualPort};
+    }
+    text.remove_prefix(colon + 1);
+    const auto port = TakeNumber(text, 10, kPortDigits);
+    if (!port || *port == 0 || *port > 0xFFFF || !text.empty()) {
+        return {};
+    }
+    return Endpoint{*ip, static_cast<uint16_t>(*port)};
+}
+
+std::vector<std::string> ItemsOf(std::string_view list) {
+    constexpr std::string_view kSeparators = ", \t";
+    std::vector<std::string> items;
+    while (!list.empty()) {
+        const size_t end = std::min(list.find_first_of(kSeparators), list.size());
+        if (end > 0) {
+            items.emplace_back(list.substr(0, end));
+        }
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    return items;
 }
 
 uint64_t MacAddress::Value() const {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace OvGige {
 
@@ -46,6 +47,12 @@ struct Endpoint {
 
 /// "192.168.1.10:3956".
 std::string TextOf(const Endpoint& endpoint);
+/// Reads "192.168.1.10" or "192.168.1.10:4000".
+/// @param usualPort  port of a text without one
+std::optional<Endpoint> ParseEndpoint(std::string_view text, uint16_t usualPort);
+
+/// What stands between the commas and blanks of a list.
+std::vector<std::string> ItemsOf(std::string_view list);
 
 /// A MAC address, first byte first.
 struct MacAddress {
