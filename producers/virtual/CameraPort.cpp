@@ -393,10 +393,15 @@ void Builder::SelectedBit(uint64_t address, SelectorField which, int64_t CameraS
 
 }  // namespace
 
+void AddCameraRegisters(RegisterSpace& registers, const std::shared_ptr<Camera>& camera,
+                        const OvProducer::PortFacts& facts) {
+    Builder(camera, registers).AddAll(facts);
+}
+
 std::unique_ptr<OvProducer::Port> MakeCameraPort(const std::shared_ptr<Camera>& camera,
                                                  const OvProducer::PortFacts& facts) {
     auto port = std::make_unique<OvProducer::Port>(facts);
-    Builder(camera, port->Registers()).AddAll(facts);
+    AddCameraRegisters(port->Registers(), camera, facts);
     OvProducer::Description description;
     description.name = "OvVirtualCamera_1_0_0";
     description.xml = std::string(OvProducer::kVirtualCameraDescription);

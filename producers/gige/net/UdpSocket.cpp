@@ -1,7 +1,6 @@
 #include "gige/net/UdpSocket.h"
 
 #include <net/if.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -13,6 +12,7 @@
 #include <utility>
 
 #include "framework/Failure.h"
+#include "gige/net/WaitForFiles.h"
 
 namespace OvGige {
 namespace {
@@ -111,6 +111,10 @@ void UdpSocket::AllowBroadcast() {
     SetOption(SOL_SOCKET, SO_BROADCAST, 1, "No broadcasts");
 }
 
+void UdpSocket::ShareAddress() {
+    SetOption(SOL_SOCKET, SO_REUSEADDR, 1, "No shared address");
+}
+
 size_t UdpSocket::SetReceiveBuffer(size_t bytes) {
     const int wanted = static_cast<int>(std::min(bytes, size_t{0x3FFFFFFF}));
     // Beyond the system's limit only with the right to it; up to the limit for everybody.
@@ -172,19 +176,7 @@ std::optional<Datagram> UdpSocket::Receive(steady_clock::time_point deadline, in
 
 bool UdpSocket::WaitReadable(steady_clock::time_point deadline, int wake) const {
     std::array<pollfd, 2> files{{{m_file, POLLIN, 0}, {wake, POLLIN, 0}}};
-    for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::nanoseconds>(
-            std::max(deadline - steady_clock::now(), steady_clock::duration::zero()));
-        const timespec wait{.tv_sec = left.count() / 1'000'000'000,
-                            .tv_nsec = left.count() % 1'000'000'000};
-        const int ready = ppoll(files.data(), files.size(), &wait, nullptr);
-        if (ready >= 0) {
-            return files[1].revents == 0 && files[0].revents != 0;
-        }
-        if (errno != EINTR) {
-            ThrowSystem("Waiting for a datagram");
-        }
-    }
+    return WaitForFiles(files, deadline) && files[1].revents == 0;
 }
 
 // A socket may be readable and yet have nothing: a datagram with a wrong checksum is dropped

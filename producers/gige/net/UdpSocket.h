@@ -36,9 +36,14 @@ public:
     /// Takes an address of this machine (none: all of them) and a port (0: any that is free).
     void Bind(const Endpoint& local);
     void AllowBroadcast();
+    /// Lets other sockets have the same address, before `Bind`. A broadcast then arrives at all
+    /// of them.
+    void ShareAddress();
     /// Asks for a receive buffer; the system may allow less. Returns the bytes that it allows.
     size_t SetReceiveBuffer(size_t bytes);
     Endpoint Local() const;
+    /// The system's number of the socket, for waits for several.
+    int File() const { return m_file; }
 
     /// @param via  adapter by which the datagram leaves; 0: by route
     void SendTo(const Endpoint& to, ByteView packet, int via = 0);

@@ -1,0 +1,56 @@
+#pragma once
+/// What a simulated camera did, by cause, so that a test or a user can hold it against what
+/// arrived at the other end.
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace OvSimulator {
+
+enum class Count : size_t {
+    Commands,          ///< that were meant for this camera
+    Ignored,           ///< packets that no camera answers
+    Repeated,          ///< commands that came again
+    Discoveries,       ///< answered searches
+    ForcedAddresses,   ///< commands that gave the camera an address or took it away
+    AddressesRefused,  ///< addresses that this machine didn't let the camera have
+    RegisterReads,     ///< registers, not commands
+    RegisterWrites,
+    MemoryReads,  ///< commands
+    MemoryWrites,
+    Refusals,         ///< answers with an error
+    ControlTaken,     ///< by an application
+    ControlDenied,    ///< to a second application
+    ControlGiven,     ///< back by its owner
+    ControlLost,      ///< by an owner who fell silent
+    Answers,          ///< packets sent on the control channel
+    NetworkFailures,  ///< of this machine, to send or to receive
+    Total
+};
+
+/// The counts of one camera. Any thread may use it.
+class Account {
+public:
+    void Add(Count count, uint64_t number = 1) {
+        m_counts[static_cast<size_t>(count)].fetch_add(number, std::memory_order_relaxed);
+    }
+    uint64_t operator[](Count count) const {
+        return m_counts[static_cast<size_t>(count)].load(std::memory_order_relaxed);
+    }
+
+private:
+    std::array<std::atomic<uint64_t>, static_cast<size_t>(Count::Total)> m_counts{};
+};
+
+/// The count's name for people and machines: "controlTaken".
+std::string_view NameOf(Count count);
+
+/// All counts with their names, in order.
+std::vector<std::pair<std::string_view, uint64_t>> RowsOf(const Account& account);
+
+}  // namespace OvSimulator

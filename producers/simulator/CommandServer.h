@@ -1,0 +1,84 @@
+#pragma once
+/// What a simulated camera answers to commands.
+
+#include <optional>
+#include <vector>
+
+#include "gige/protocol/ControlPacket.h"
+#include "simulator/Account.h"
+#include "simulator/CameraDevice.h"
+#include "simulator/Ownership.h"
+#include "simulator/RecentCommands.h"
+
+namespace OvSimulator {
+
+/// A packet from anyone.
+struct Arrival {
+    OvGige::Endpoint sender;
+    bool wasBroadcast = false;
+    OvGige::ByteView packet;
+};
+
+/// The camera's place on the network.
+class NetworkPlace {
+public:
+    virtual ~NetworkPlace() = default;
+    /// Gives the camera other addresses. False if this machine doesn't allow it; the camera
+    /// keeps its addresses then.
+    virtual bool Move(const IpAddresses& addresses) = 0;
+};
+
+/// Knows no sockets and no threads. Used by one thread at a time.
+class CommandServer {
+public:
+    CommandServer(CameraDevice& device, NetworkPlace& place, Account& account);
+
+    /// @return the packets that answer; none for what isn't for this camera
+    Replies Handle(const Arrival& arrival, Clock::time_point now);
+
+    /// Takes control away from an owner who has been silent for too long.
+    void Expire(Clock::time_point now);
+    /// When `Expire` would do so, unless the owner is heard of before.
+    std::optional<Clock::time_point> ExpiryTime() const;
+    /// Forgets who has control, as without power.
+    void Forget();
+
+private:
+    /// What a command came to.
+    struct Outcome {
+        OvGige::Status status = OvGige::Status::Success;
+        OvGige::Bytes payload = {};
+    };
+    struct Asked {
+        const OvGige::Endpoint& sender;
+        const OvGige::CommandPacket& command;
+        Clock::time_point now;
+    };
+
+    Replies HandleCommand(const Arrival& arrival, const OvGige::CommandPacket& command,
+                          Clock::time_point now);
+    Replies Search(const Arrival& arrival, const OvGige::CommandPacket& command);
+    Replies ForceAddress(const Arrival& arrival, const OvGige::CommandPacket& command);
+    OvGige::Status MoveTo(const IpAddresses& addresses);
+    /// To a host that the camera can't reach by its address, only a broadcast gets through.
+    Replies Route(const Arrival& arrival, uint8_t flags, OvGige::Bytes packet) const;
+
+    Outcome Run(const Asked& asked);
+    Outcome ReadRegisters(const Asked& asked);
+    Outcome WriteRegisters(const Asked& asked);
+    Outcome ReadMemory(const Asked& asked);
+    Outcome WriteMemory(const Asked& asked);
+    OvGige::Status Read(const OvGige::Endpoint& sender, uint32_t address, std::span<std::byte> out);
+    OvGige::Status Write(const Asked& asked, uint32_t address, OvGige::ByteView in);
+    OvGige::Status RequestControl(const Asked& asked, uint32_t value);
+    void ShowOwner();
+    OvGige::Bytes Answer(const OvGige::CommandPacket& command, const Outcome& outcome);
+
+    CameraDevice& m_device;
+    NetworkPlace& m_place;
+    Account& m_account;
+    Ownership m_ownership;
+    RecentCommands m_recent;
+};
+
+}  // namespace OvSimulator

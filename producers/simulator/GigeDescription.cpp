@@ -1,0 +1,70 @@
+#include "simulator/GigeDescription.h"
+
+#include <array>
+#include <charconv>
+#include <string_view>
+
+#include "Base/OvAssert.h"
+
+namespace OvProducer {
+extern const std::string_view kVirtualCameraDescription;
+extern const std::string_view kGigeFeatures;
+}  // namespace OvProducer
+
+namespace OvSimulator {
+namespace {
+
+std::string HexText(uint64_t value) {
+    std::array<char, 16> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value, 16);
+    return std::string(digits.data(), end.ptr);
+}
+
+/// Only the camera's own registers have hexadecimal addresses: those of chunks and events
+/// count from their data and are decimal.
+std::string WithMovedRegisters(std::string_view xml, uint64_t base) {
+    constexpr std::string_view kAddress = "<Address>0x";
+    std::string moved;
+    for (size_t at = xml.find(kAddress); at != std::string_view::npos; at = xml.find(kAddress)) {
+        const size_t digits = at + kAddress.size();
+        const size_t end = xml.find('<', digits);
+        OV_ASSERT(end != std::string_view::npos);
+        uint64_t address = 0;
+        std::from_chars(xml.data() + digits, xml.data() + end, address, 16);
+        moved += xml.substr(0, digits);
+        moved += HexText(base + address);
+        xml.remove_prefix(end);
+    }
+    moved += xml;
+    return moved;
+}
+
+/// Puts `text` before the first `mark`.
+void InsertBefore(std::string& xml, std::string_view mark, std::string_view text) {
+    const size_t at = xml.find(mark);
+    OV_ASSERT(at != std::string::npos);
+    xml.insert(at, text);
+}
+
+void Replace(std::string& xml, std::string_view old, std::string_view text) {
+    const size_t at = xml.find(old);
+    OV_ASSERT(at != std::string::npos);
+    xml.replace(at, old.size(), text);
+}
+
+}  // namespace
+
+std::string GigeDescription(uint64_t base) {
+    std::string xml = WithMovedRegisters(OvProducer::kVirtualCameraDescription, base);
+    // A description with an identity of its own: hosts keep what they know of one by it.
+    Replace(xml, "ModelName=\"VirtualCamera\"", "ModelName=\"SimulatedCamera\"");
+    Replace(xml, "StandardNameSpace=\"None\"", "StandardNameSpace=\"GEV\"");
+    Replace(xml, "B3E6-1F490C8A0001", "B3E6-1F490C8A0002");
+    Replace(xml, "B3E6-1F490C8A1000", "B3E6-1F490C8A2000");
+    InsertBefore(xml, "<pFeature>ChunkDataControl</pFeature>",
+                 "<pFeature>GigEVisionControl</pFeature>\n    ");
+    InsertBefore(xml, "</RegisterDescription>", OvProducer::kGigeFeatures);
+    return xml;
+}
+
+}  // namespace OvSimulator

@@ -1,0 +1,116 @@
+#include "simulator/SimulatedCamera.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <array>
+
+#include "framework/Failure.h"
+#include "gige/net/WaitForFiles.h"
+
+namespace OvSimulator {
+namespace {
+
+using namespace OvGige;
+
+/// How often a camera looks whether it fell off the bus or its owner silent.
+constexpr std::chrono::milliseconds kRound{100};
+
+}  // namespace
+
+SimulatedCamera::SimulatedCamera(const CameraProfile& profile)
+    : m_profile(profile),
+      m_adapter(AdapterFor(profile.adapter, profile.address.ip)),
+      m_device(profile),
+      m_server(m_device, *this, m_account) {
+    Occupy(profile.address);
+    m_thread = std::thread([this] { Run(); });
+}
+
+SimulatedCamera::~SimulatedCamera() {
+    m_stop.Signal();
+    m_thread.join();
+}
+
+Endpoint SimulatedCamera::Address() const {
+    const std::lock_guard lock(m_mutex);
+    return m_address;
+}
+
+void SimulatedCamera::Occupy(const IpAddresses& addresses) {
+    if (!IsOwnAddress(addresses.ip)) {
+        // Addresses stay until the camera's end: the system would take others of the same
+        // subnet away with the first.
+        m_leases.emplace_back(m_adapter.index, addresses);
+    }
+    // The new place may be the old one with another subnet.
+    m_sockets.reset();
+    const uint16_t port = Address().port != 0 ? Address().port : m_profile.port;
+    m_sockets.emplace(m_adapter, addresses, port);
+    const std::lock_guard lock(m_mutex);
+    m_address = m_sockets->Local();
+}
+
+bool SimulatedCamera::TryToOccupy(const IpAddresses& addresses) {
+    try {
+        Occupy(addresses);
+        return true;
+    } catch (const OvProducer::Failure&) {
+        return false;
+    }
+}
+
+bool SimulatedCamera::Move(const IpAddresses& addresses) {
+    const IpAddresses before = m_device.Addresses();
+    if (addresses == before || TryToOccupy(addresses)) {
+        return true;
+    }
+    Occupy(before);
+    return false;
+}
+
+void SimulatedCamera::Run() {
+    while (!m_stop.IsSignalled()) {
+        try {
+            Serve();
+        } catch (const OvProducer::Failure&) {
+            // The network is down; it may come back.
+            m_account.Add(Count::NetworkFailures);
+            std::array<pollfd, 1> files{{{m_stop.File(), POLLIN, 0}}};
+            WaitForFiles(files, Clock::now() + kRound);
+        }
+    }
+}
+
+void SimulatedCamera::Serve() {
+    const bool isOnBus = m_device.Camera().Link().IsOnBus();
+    if (isOnBus && m_isAway) {
+        m_device.Camera().Link().Close();
+        m_server.Forget();
+    }
+    m_isAway = !isOnBus;
+    const auto now = Clock::now();
+    m_server.Expire(now);
+    const auto deadline = std::min(now + kRound, m_server.ExpiryTime().value_or(now + kRound));
+    const auto packet = m_sockets->Receive(deadline, m_stop.File());
+    if (!packet || m_isAway) {
+        return;
+    }
+    const Arrival arrival{.sender = packet->datagram.sender,
+                          .wasBroadcast = packet->wasBroadcast,
+                          .packet = packet->datagram.bytes};
+    for (const Reply& reply : m_server.Handle(arrival, Clock::now())) {
+        Send(reply);
+    }
+}
+
+void SimulatedCamera::Send(const Reply& reply) {
+    try {
+        m_sockets->Send(reply.to, reply.packet);
+        m_account.Add(Count::Answers);
+    } catch (const OvProducer::Failure&) {
+        m_account.Add(Count::NetworkFailures);
+    }
+}
+
+}  // namespace OvSimulator

@@ -1,0 +1,50 @@
+#pragma once
+/// A camera on the network of this machine, for tests of programs and networks.
+
+#include <atomic>
+#include <list>
+#include <mutex>
+#include <thread>
+
+#include "gige/net/WakeFile.h"
+#include "simulator/AddressLease.h"
+#include "simulator/CameraSockets.h"
+#include "simulator/CommandServer.h"
+
+namespace OvSimulator {
+
+/// Is there from its construction to its end. Any thread may call all operations.
+class SimulatedCamera : private NetworkPlace {
+public:
+    /// @throws OvProducer::Failure if the camera's address can't be had on this machine
+    explicit SimulatedCamera(const CameraProfile& profile);
+    ~SimulatedCamera() override;
+
+    /// The camera's present address.
+    OvGige::Endpoint Address() const;
+    const CameraProfile& Profile() const { return m_profile; }
+    const Account& Counts() const { return m_account; }
+
+private:
+    bool Move(const IpAddresses& addresses) override;
+    void Occupy(const IpAddresses& addresses);
+    bool TryToOccupy(const IpAddresses& addresses);
+    void Run();
+    void Serve();
+    void Send(const Reply& reply);
+
+    const CameraProfile m_profile;
+    const OvGige::Adapter m_adapter;
+    Account m_account;
+    CameraDevice m_device;
+    CommandServer m_server;
+    std::list<AddressLease> m_leases;
+    std::optional<CameraSockets> m_sockets;
+    mutable std::mutex m_mutex;
+    OvGige::Endpoint m_address;  // guarded by the mutex
+    bool m_isAway = false;
+    OvGige::WakeFile m_stop;
+    std::thread m_thread;
+};
+
+}  // namespace OvSimulator
