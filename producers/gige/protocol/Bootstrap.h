@@ -123,6 +123,32 @@ constexpr uint32_t kConfigPending = 0x00000002;
 constexpr uint32_t kConfigHeartbeatOff = 0x00000001;
 ///@}
 
+/// Bits of the streams' capability and configuration (`kRegStreamCapability`,
+/// `kRegStreamConfig`).
+///@{
+constexpr uint32_t kOffersStreamSourcePort = 0x80000000;
+constexpr uint32_t kOffersShortBlockIds = 0x40000000;
+constexpr uint32_t kStreamConfigExtendedIds = 0x40000000;
+///@}
+
+/// Bits of a stream's packet size register. The size counts the headers of IP and UDP.
+///@{
+constexpr uint32_t kPacketSizeFireTest = 0x80000000;  ///< send a packet of this size now
+constexpr uint32_t kPacketSizeDontFragment = 0x40000000;
+constexpr uint32_t kPacketSizeBigEndian = 0x20000000;  ///< order of pixels' bytes
+constexpr uint32_t kPacketSizeMask = 0x0000FFFF;
+///@}
+
+/// The host's port within a stream's port register. 0 closes the stream.
+constexpr uint32_t kStreamPortMask = 0x0000FFFF;
+
+/// Bits of a stream's own capability and configuration.
+///@{
+constexpr uint32_t kStreamChannelBothByteOrders = 0x80000000;
+constexpr uint32_t kStreamChannelMultiPart = 0x00000040;
+constexpr uint32_t kStreamChannelAllIn = 0x00000004;
+///@}
+
 /// Bits of the control channel privilege. 0: nobody has control.
 ///@{
 constexpr uint32_t kPrivilegeExclusive = 0x1;
