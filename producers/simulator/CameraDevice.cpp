@@ -18,6 +18,8 @@ constexpr uint32_t kHeartbeatDefault = 3000;
 constexpr uint32_t kHeartbeatMin = 500;
 constexpr uint32_t kPendingMax = 5000;
 constexpr uint32_t kLinkSpeed = 1000;
+constexpr uint32_t kPacketSizeDefault = 1500;
+constexpr uint32_t kDoNotFragment = 0x40000000;
 
 /// 169.254.x.y with what the MAC address says, which no other camera has.
 constexpr Ipv4 kLinkLocal{0xA9FE0000};
@@ -120,6 +122,7 @@ void CameraDevice::FillCapabilities() {
     m_bootstrap.Set(kRegControlCapability, kOffered);
     m_bootstrap.Set(kRegHeartbeatTimeout, kHeartbeatDefault);
     m_bootstrap.Set(kRegPendingTimeout, kPendingMax);
+    m_bootstrap.Set(kRegStreamPacketSize, kDoNotFragment | kPacketSizeDefault);
     m_bootstrap.Set(kRegTickFrequencyLow,
                     static_cast<uint32_t>(OvVirtual::Camera::kTicksPerSecond));
 }

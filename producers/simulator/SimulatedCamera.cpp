@@ -83,17 +83,11 @@ void SimulatedCamera::Run() {
 }
 
 void SimulatedCamera::Serve() {
-    const bool isOnBus = m_device.Camera().Link().IsOnBus();
-    if (isOnBus && m_isAway) {
-        m_device.Camera().Link().Close();
-        m_server.Forget();
-    }
-    m_isAway = !isOnBus;
     const auto now = Clock::now();
     m_server.Expire(now);
     const auto deadline = std::min(now + kRound, m_server.ExpiryTime().value_or(now + kRound));
     const auto packet = m_sockets->Receive(deadline, m_stop.File());
-    if (!packet || m_isAway) {
+    if (!packet || !IsOnBus()) {
         return;
     }
     const Arrival arrival{.sender = packet->datagram.sender,
@@ -102,6 +96,19 @@ void SimulatedCamera::Serve() {
     for (const Reply& reply : m_server.Handle(arrival, Clock::now())) {
         Send(reply);
     }
+}
+
+bool SimulatedCamera::IsOnBus() {
+    OvVirtual::CameraLink& link = m_device.Camera().Link();
+    if (!link.IsOnBus()) {
+        return false;
+    }
+    if (link.IsLost()) {
+        // It comes back as a camera that was switched off and on.
+        link.Close();
+        m_server.Forget();
+    }
+    return true;
 }
 
 void SimulatedCamera::Send(const Reply& reply) {

@@ -31,6 +31,8 @@ private:
     bool TryToOccupy(const IpAddresses& addresses);
     void Run();
     void Serve();
+    /// Whether the camera hears anything: its features let it drop off the bus for a while.
+    bool IsOnBus();
     void Send(const Reply& reply);
 
     const CameraProfile m_profile;
@@ -42,7 +44,6 @@ private:
     std::optional<CameraSockets> m_sockets;
     mutable std::mutex m_mutex;
     OvGige::Endpoint m_address;  // guarded by the mutex
-    bool m_isAway = false;
     OvGige::WakeFile m_stop;
     std::thread m_thread;
 };

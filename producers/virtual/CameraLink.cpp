@@ -34,10 +34,13 @@ bool CameraLink::IsOnBus() const {
     return Clock::now() >= m_back;
 }
 
-void CameraLink::CheckUsable() const {
-    const bool isOnBus = IsOnBus();
+bool CameraLink::IsLost() const {
     const std::lock_guard lock(m_mutex);
-    Require(isOnBus && !m_isLost);
+    return m_isLost;
+}
+
+void CameraLink::CheckUsable() const {
+    Require(IsOnBus() && !IsLost());
 }
 
 void CameraLink::DropOff(std::chrono::milliseconds time) {

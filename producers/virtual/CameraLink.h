@@ -22,6 +22,8 @@ public:
 
     /// Whether a search finds the camera.
     bool IsOnBus() const;
+    /// Whether the connection was lost since the camera was opened.
+    bool IsLost() const;
     /// Fails with -10000 while the camera is off the bus, and after the connection was
     /// lost until the camera is opened again.
     void CheckUsable() const;

@@ -1,28 +1,34 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
 #include <string>
 
 #include "gige/control/CameraMemory.h"
+#include "gige/discovery/AdapterSearch.h"
 #include "gige/net/UdpLink.h"
 #include "gige/protocol/Bootstrap.h"
 #include "gige/protocol/CameraUrl.h"
+#include "gige/protocol/Discovery.h"
 #include "simulator/SimulatedCamera.h"
 
 namespace {
 
 using namespace OvGige;
 using namespace OvSimulator;
+using namespace std::chrono_literals;
+using OvSimulator::Clock;
 
 constexpr IpAddresses kHere{.ip = {0x7F000001}, .mask = {0xFF000000}, .gateway = {}};
 
 /// A host with a socket of its own.
 class Host {
 public:
-    explicit Host(const Endpoint& camera) : m_channel(MakeLink(camera), 1) {
+    explicit Host(const Endpoint& camera) : m_camera(camera), m_channel(MakeLink(camera), 1) {
         m_memory.SetCapability(m_memory.ReadRegister(kRegControlCapability));
     }
     CameraMemory& Memory() { return m_memory; }
+    Endpoint Camera() const { return m_camera; }
 
 private:
     static std::unique_ptr<DatagramLink> MakeLink(const Endpoint& camera) {
@@ -31,6 +37,7 @@ private:
         return std::make_unique<UdpLink>(std::move(socket), camera);
     }
 
+    const Endpoint m_camera;
     ControlChannel m_channel;
     CameraMemory m_memory{m_channel};
 };
@@ -63,12 +70,12 @@ TEST_F(SimulatedCameraTest, HasItsDescriptionInItsMemory) {
 }
 
 TEST_F(SimulatedCameraTest, IsSetByItsOwner) {
-    constexpr uint32_t kWidth = kApplicationBase + 0x0310;
+    constexpr uint32_t kAddress = kApplicationBase + 0x0310;
     m_host.Memory().WriteRegister(kRegPrivilege, kPrivilegeControl);
     const std::array width{std::byte{64}, std::byte{1}, std::byte{0}, std::byte{0}};
-    m_host.Memory().Write(kWidth, width);
+    m_host.Memory().Write(kAddress, width);
     Bytes read(4);
-    m_host.Memory().Read(kWidth, read);
+    m_host.Memory().Read(kAddress, read);
     EXPECT_EQ(read, Bytes(width.begin(), width.end()));
     EXPECT_EQ(m_camera.Counts()[Count::ControlTaken], 1U);
     EXPECT_EQ(m_camera.Counts()[Count::MemoryWrites], 1U);
@@ -81,6 +88,58 @@ TEST_F(SimulatedCameraTest, RefusesASecondOwnerAndNamesTheFirst) {
     EXPECT_EQ(second.Memory().ReadRegister(kRegOwnerIp), 0x7F000001U);
     EXPECT_NE(second.Memory().ReadRegister(kRegOwnerPort), 0U);
     EXPECT_EQ(m_camera.Counts()[Count::ControlDenied], 1U);
+}
+
+TEST_F(SimulatedCameraTest, IsFreeAgainAfterItDroppedOffTheBus) {
+    constexpr uint32_t kDropOff = kApplicationBase + 0x0A20;
+    constexpr uint32_t kDropOffTime = kApplicationBase + 0x0A24;
+    m_host.Memory().WriteRegister(kRegPrivilege, kPrivilegeControl);
+    m_host.Memory().WriteRegister(kDropOffTime, 0);
+    m_host.Memory().WriteRegister(kDropOff, 1);
+    EXPECT_EQ(m_host.Memory().ReadRegister(kRegPrivilege), 0U);
+}
+
+TEST_F(SimulatedCameraTest, AnswersAtTheAddressThatItIsGiven) {
+    const IpAddresses there{.ip = {0x7F000109}, .mask = {0xFF000000}, .gateway = {}};
+    UdpSocket host;
+    host.Bind({kHere.ip, 0});
+    const Bytes payload = BuildForcedAddress(
+        {.mac = m_camera.Profile().mac, .ip = there.ip, .mask = there.mask, .gateway = {}});
+    host.SendTo(m_camera.Address(), BuildCommand({.flags = kFlagAnswerRequired,
+                                                  .command = Command::ForceIp,
+                                                  .requestId = 1,
+                                                  .payload = payload}));
+    const Datagram answer = host.Receive(Clock::now() + 10s).value();
+    const Endpoint moved{there.ip, m_host.Camera().port};
+    EXPECT_EQ(answer.sender, moved);
+    EXPECT_EQ(m_camera.Address(), moved);
+    Host atNewPlace(moved);
+    EXPECT_EQ(atNewPlace.Memory().ReadRegister(kRegCurrentIp), there.ip.value);
+}
+
+TEST(SimulatedCameras, AreAllFoundByOneSearch) {
+    const IpAddresses next{.ip = {0x7F000002}, .mask = {0xFF000000}, .gateway = {}};
+    const SimulatedCamera first(MakeProfile(0, kHere, 0));
+    const SimulatedCamera second(MakeProfile(1, next, first.Address().port));
+    const Adapter loopback = AdapterFor("", kHere.ip);
+    AdapterSearch search(loopback, first.Address().port);
+    FoundCameras found;
+    search.Run(500ms, {}, found);
+    std::vector<std::string> models;
+    for (const FoundCamera& camera : found.List(loopback, SearchRange::Network, Clock::now())) {
+        models.push_back(camera.identity.model);
+    }
+    EXPECT_THAT(models, testing::UnorderedElementsAre("Simulated-5M-Color", "Simulated-5M-Mono"));
+}
+
+TEST(SimulatedCameras, CantHaveAnAddressOfNoAdapter) {
+    const IpAddresses nowhere{.ip = {0xC6336401}, .mask = {0xFFFFFF00}, .gateway = {}};
+    EXPECT_THROW(SimulatedCamera(MakeProfile(0, nowhere, 0)), OvProducer::Failure);
+}
+
+TEST(SimulatedCameras, CantHaveTheSameAddress) {
+    const SimulatedCamera first(MakeProfile(0, kHere, 0));
+    EXPECT_THROW(SimulatedCamera(MakeProfile(1, kHere, first.Address().port)), OvProducer::Failure);
 }
 
 }  // namespace

@@ -1,0 +1,128 @@
+// The description of a simulated camera as live nodes over its registers.
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "GenApi/ICategory.h"
+#include "GenApi/ICommand.h"
+#include "GenApi/IInteger.h"
+#include "GenApi/INodeMap.h"
+#include "GenApi/IPort.h"
+#include "GenApi/NodeMapFactory.h"
+#include "simulator/CameraDevice.h"
+#include "simulator/GigeDescription.h"
+
+namespace {
+
+namespace GenApi = GenApi_3_0_ORVANE;
+using namespace OvSimulator;
+
+class DevicePort : public GenApi::IPort {
+public:
+    explicit DevicePort(CameraDevice& device) : m_device(device) {}
+
+    GenApi::EAccessMode GetAccessMode() override { return GenApi::RW; }
+    void Read(void* buffer, int64_t address, int64_t length) override {
+        Require(m_device.Read(static_cast<uint32_t>(address),
+                              {static_cast<std::byte*>(buffer), static_cast<size_t>(length)}),
+                address);
+    }
+    void Write(const void* buffer, int64_t address, int64_t length) override {
+        Require(
+            m_device.Write(static_cast<uint32_t>(address),
+                           {static_cast<const std::byte*>(buffer), static_cast<size_t>(length)}),
+            address);
+    }
+
+private:
+    static void Require(OvGige::Status status, int64_t address) {
+        if (status != OvGige::Status::Success) {
+            throw std::runtime_error("Address " + std::to_string(address) + ": " +
+                                     OvGige::NameOf(status));
+        }
+    }
+
+    CameraDevice& m_device;
+};
+
+class SimulatedDescription : public testing::Test {
+protected:
+    SimulatedDescription() {
+        const std::string xml = GigeDescription(kApplicationBase);
+        m_map = GenApi::CNodeMapFactory(GenApi::ContentType_Xml, xml.data(), xml.size())
+                    .CreateNodeMap();
+        m_map->Connect(&m_port, "Device");
+    }
+    ~SimulatedDescription() override { dynamic_cast<GenApi::IDestroy*>(m_map)->Destroy(); }
+
+    template <class T>
+    T& As(const std::string& name) {
+        return dynamic_cast<T&>(*m_map->GetNode(name.c_str()));
+    }
+
+    std::vector<GenApi::IValue*> Features(const std::string& category) {
+        GenApi::value_vector values;
+        As<GenApi::ICategory>(category).GetFeatures(values);
+        std::vector<GenApi::IValue*> found;
+        for (GenApi::IValue* value : values) {
+            if (dynamic_cast<GenApi::ICategory*>(value) == nullptr) {
+                found.push_back(value);
+                continue;
+            }
+            const auto below = Features(value->GetNode()->GetName().c_str());
+            found.insert(found.end(), below.begin(), below.end());
+        }
+        return found;
+    }
+
+    static constexpr IpAddresses kHere{
+        .ip = {0xC0A80702}, .mask = {0xFFFFFF00}, .gateway = {0xC0A80701}};
+    CameraDevice m_device{MakeProfile(0, kHere, 0)};
+    DevicePort m_port{m_device};
+    GenApi::INodeMap* m_map = nullptr;
+};
+
+TEST_F(SimulatedDescription, HasFeaturesThatCanAllBeReadAndWritten) {
+    for (GenApi::IValue* const feature : Features("Root")) {
+        GenApi::INode& node = *feature->GetNode();
+        const std::string name = node.GetName().c_str();
+        if (GenApi::IsReadable(node.GetAccessMode())) {
+            EXPECT_NO_THROW(feature->ToString(true, true)) << name;
+        }
+        if (node.GetAccessMode() == GenApi::RW &&
+            dynamic_cast<GenApi::ICommand*>(feature) == nullptr) {
+            EXPECT_NO_THROW(feature->FromString(feature->ToString())) << name;
+        }
+        EXPECT_GT(node.GetToolTip().size(), 0U) << name;
+    }
+}
+
+TEST_F(SimulatedDescription, HasTheFeaturesOfTheVirtualCameraAtMovedAddresses) {
+    As<GenApi::IInteger>("Width").SetValue(320);
+    EXPECT_EQ(m_device.Camera().Settings().width, 320);
+}
+
+TEST_F(SimulatedDescription, HasTheFeaturesOfEveryGigEVisionCamera) {
+    EXPECT_EQ(As<GenApi::IInteger>("GevVersionMajor").GetValue(), 2);
+    EXPECT_EQ(As<GenApi::IInteger>("GevVersionMinor").GetValue(), 0);
+    EXPECT_EQ(As<GenApi::IInteger>("GevCurrentIPAddress").GetValue(), 0xC0A80702);
+    EXPECT_EQ(As<GenApi::IInteger>("GevMACAddress").GetValue(),
+              static_cast<int64_t>(MakeProfile(0, kHere, 0).mac.Value()));
+    EXPECT_EQ(As<GenApi::IInteger>("GevTimestampTickFrequency").GetValue(), 1'000'000'000);
+    EXPECT_EQ(As<GenApi::IInteger>("GevSCPSPacketSize").GetValue(), 1500);
+    As<GenApi::IInteger>("GevHeartbeatTimeout").SetValue(10'000);
+    EXPECT_EQ(m_device.Bootstrap().Get(OvGige::kRegHeartbeatTimeout), 10'000U);
+}
+
+TEST_F(SimulatedDescription, KeepsTheTimeThatIsLatched) {
+    As<GenApi::ICommand>("GevTimestampControlLatch").Execute();
+    const int64_t first = As<GenApi::IInteger>("GevTimestampValue").GetValue();
+    EXPECT_GT(first, 0);
+    EXPECT_EQ(As<GenApi::IInteger>("GevTimestampValue").GetValue(), first);
+    As<GenApi::ICommand>("GevTimestampControlLatch").Execute();
+    EXPECT_GT(As<GenApi::IInteger>("GevTimestampValue").GetValue(), first);
+}
+
+}  // namespace
