@@ -6,6 +6,7 @@
 /// whether their modules are open or not. Any thread may call their operations unless a
 /// comment says otherwise. They throw `Failure`.
 
+#include <chrono>
 #include <memory>
 #include <span>
 #include <string>
@@ -70,6 +71,12 @@ struct StreamFacts {
 /// The kinds of modules for which the framework has descriptions.
 enum class ModuleKind { System, Interface, Device, Stream };
 
+/// How long a device may take for a command, and how often one without an answer is repeated.
+struct CommandPatience {
+    std::chrono::milliseconds timeout{1000};
+    int64_t retries = 3;
+};
+
 /// Receives a device's events while the device is open.
 class EventSink {
 public:
@@ -102,6 +109,12 @@ public:
     /// Is called before each access to the local device module. Throws if the device is
     /// gone.
     virtual void CheckUsable() = 0;
+    /// What the device begins with when it is opened.
+    virtual CommandPatience InitialPatience() { return {}; }
+    virtual void SetPatience(const CommandPatience& patience) { static_cast<void>(patience); }
+    /// Sets whether the camera's numbers of four bytes are read as registers (true), as the
+    /// descriptions of old GigE Vision cameras expect it, or as memory.
+    virtual void SetLegacyEndianess(bool isLegacy) { static_cast<void>(isLegacy); }
 };
 
 class InterfaceBackend {
@@ -117,6 +130,9 @@ public:
     virtual void SetSearchMode(int64_t mode) { static_cast<void>(mode); }
     /// Ends a `Discover` that is running on another thread.
     virtual void StopDiscover() {}
+    /// Gives a device of this interface another address until its next start. Only GigE Vision
+    /// devices have addresses.
+    virtual void ForceAddress(DeviceBackend& device, const NetworkAddress& address);
 };
 
 class ProducerBackend {
@@ -124,6 +140,12 @@ public:
     virtual ~ProducerBackend() = default;
     virtual ProducerFacts Facts() = 0;
     virtual std::vector<std::shared_ptr<InterfaceBackend>> Discover(uint64_t timeout) = 0;
+    /// Addresses of devices that no broadcast reaches, as the user wrote them. Only GigE Vision
+    /// devices have addresses.
+    ///@{
+    virtual std::string NamedAddresses() { return {}; }
+    virtual void SetNamedAddresses(const std::string& addresses);
+    ///@}
     /// Adds a module's description and its URL to the module's port, which has its
     /// registers already. By default the framework's own files are added.
     virtual void Describe(ModuleKind kind, Port& port);

@@ -28,6 +28,16 @@ PortFacts PortFactsOf(const DeviceFacts& facts) {
             "TLDevice", facts.version, "DevicePort"};
 }
 
+/// The port of a camera that was just opened. It is closed again if it has none.
+std::unique_ptr<Port> RemotePortOf(DeviceBackend& backend) {
+    try {
+        return backend.MakeRemotePort();
+    } catch (...) {
+        backend.Close();
+        throw;
+    }
+}
+
 }  // namespace
 
 InfoValue DeviceInfo(const DeviceFacts& facts, GenTL::DEVICE_INFO_CMD command) {
@@ -39,7 +49,7 @@ std::shared_ptr<Device> Device::Open(Session& session, std::weak_ptr<Interface> 
                                      GenTL::DEVICE_ACCESS_FLAGS flags) {
     auto device = std::make_shared<Device>(session, std::move(parent), backend);
     backend->Open(flags, device);
-    std::unique_ptr<Port> remote = backend->MakeRemotePort();
+    std::unique_ptr<Port> remote = RemotePortOf(*backend);
     if (flags == GenTL::DEVICE_ACCESS_READONLY) {
         remote->MakeReadOnly();
     }
@@ -53,9 +63,11 @@ Device::Device(Session& session, std::weak_ptr<Interface> parent,
                std::shared_ptr<DeviceBackend> backend)
     : Module(session, PortFactsOf(backend->Facts())),
       m_parent(std::move(parent)),
-      m_backend(std::move(backend)) {
+      m_backend(std::move(backend)),
+      m_patience(m_backend->InitialPatience()) {
     m_streams.Update(m_backend->Streams());
     AddRegisters();
+    AddStreamListRegisters();
     AddSettingRegisters();
     GetOwnPort().SetGate([this] { m_backend->CheckUsable(); });
     session.producer->Describe(ModuleKind::Device, GetOwnPort());
@@ -118,19 +130,44 @@ void Device::AddRegisters() {
         0x03B8, 8, [this] { return static_cast<int64_t>(m_backend->Facts().timestampFrequency); });
 }
 
-void Device::AddSettingRegisters() {
+void Device::AddStreamListRegisters() {
     RegisterSpace& registers = GetOwnPort().Registers();
     registers.AddInteger(
         0x03C0, 8, [this] { return m_streams.Selected(); },
         [this](int64_t index) { m_streams.Select(index); });
     registers.AddInteger(0x03C8, 8, [this] { return m_streams.LastIndex(); });
-    registers.AddInteger(
-        0x03D0, 8, [this] { return m_commandTimeout.load(); },
-        [this](int64_t value) { m_commandTimeout = value; });
-    registers.AddInteger(
-        0x03D8, 8, [this] { return m_commandRetries.load(); },
-        [this](int64_t value) { m_commandRetries = value; });
     registers.AddText(0x0400, 128, [this] { return m_streams.SelectedBackend()->Facts().id; });
+}
+
+// A setting is only kept if the backend takes it.
+void Device::AddSettingRegisters() {
+    RegisterSpace& registers = GetOwnPort().Registers();
+    const auto setPatience = [this](auto CommandPatience::*field, int64_t value) {
+        using Field = std::remove_reference_t<decltype(m_patience.*field)>;
+        const std::lock_guard lock(m_settings);
+        CommandPatience patience = m_patience;
+        patience.*field = Field(value);
+        m_backend->SetPatience(patience);
+        m_patience = patience;
+    };
+    const auto locked = [this](auto read) {
+        return [this, read] {
+            const std::lock_guard lock(m_settings);
+            return static_cast<int64_t>(read());
+        };
+    };
+    registers.AddInteger(
+        0x03D0, 8, locked([this] { return m_patience.timeout.count(); }),
+        [setPatience](int64_t value) { setPatience(&CommandPatience::timeout, value); });
+    registers.AddInteger(
+        0x03D8, 8, locked([this] { return m_patience.retries; }),
+        [setPatience](int64_t value) { setPatience(&CommandPatience::retries, value); });
+    registers.AddInteger(0x03E0, 8, locked([this] { return m_isLegacy ? 0 : 1; }),
+                         [this](int64_t value) {
+                             const std::lock_guard lock(m_settings);
+                             m_backend->SetLegacyEndianess(value == 0);
+                             m_isLegacy = value == 0;
+                         });
 }
 
 }  // namespace OvProducer

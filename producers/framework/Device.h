@@ -2,8 +2,8 @@
 /// The device module, which is the host's view of a camera, and the port of the camera
 /// itself.
 
-#include <atomic>
 #include <memory>
+#include <mutex>
 
 #include "framework/ChildList.h"
 #include "framework/Module.h"
@@ -25,7 +25,8 @@ private:
 
 class Device : public Module, public EventSink, public std::enable_shared_from_this<Device> {
 public:
-    /// Opens the camera, and adds the module and its remote port to the handles.
+    /// Opens the camera, and adds the module and its remote port to the handles. A camera whose
+    /// port can't be made is closed again.
     static std::shared_ptr<Device> Open(Session& session, std::weak_ptr<Interface> parent,
                                         const std::shared_ptr<DeviceBackend>& backend,
                                         GenTL::DEVICE_ACCESS_FLAGS flags);
@@ -52,14 +53,16 @@ protected:
 
 private:
     void AddRegisters();
+    void AddStreamListRegisters();
     void AddSettingRegisters();
 
     const std::weak_ptr<Interface> m_parent;
     const std::shared_ptr<DeviceBackend> m_backend;
     std::shared_ptr<RemoteDevice> m_remote;
     ChildList<StreamBackend, Stream> m_streams;
-    std::atomic<int64_t> m_commandTimeout = 1000;  // milliseconds
-    std::atomic<int64_t> m_commandRetries = 3;
+    std::mutex m_settings;  // guards what follows
+    CommandPatience m_patience;
+    bool m_isLegacy = false;
 };
 
 /// Answers a device query from the device's facts, whether it is open or not.

@@ -31,6 +31,7 @@ Interface::Interface(Session& session, std::weak_ptr<System> parent,
       m_backend(std::move(backend)) {
     AddRegisters();
     AddDeviceListRegisters();
+    AddForceRegisters();
     session.producer->Describe(ModuleKind::Interface, GetOwnPort());
 }
 
@@ -109,8 +110,8 @@ void Interface::AddDeviceListRegisters() {
     registers.AddInteger(
         0x0240, 8, [this] { return m_searchMode.load(); },
         [this](int64_t mode) {
-            m_searchMode = mode;
             m_backend->SetSearchMode(mode);
+            m_searchMode = mode;
         });
     registers.AddCommand(0x0248, [this] { m_backend->StopDiscover(); });
 
@@ -122,6 +123,24 @@ void Interface::AddDeviceListRegisters() {
         registers.AddText(address, 128, [selected, field] { return selected().*field; });
         address += 128;
     }
+}
+
+void Interface::AddForceRegisters() {
+    RegisterSpace& registers = GetOwnPort().Registers();
+    constexpr std::atomic<int64_t> ForcedAddress::*fields[] = {
+        &ForcedAddress::ip, &ForcedAddress::mask, &ForcedAddress::gateway};
+    uint64_t address = 0x0580;
+    for (const auto field : fields) {
+        registers.AddInteger(
+            address, 8, [this, field] { return (m_forced.*field).load(); },
+            [this, field](int64_t value) { m_forced.*field = value; });
+        address += 8;
+    }
+    registers.AddCommand(address, [this] {
+        m_backend->ForceAddress(
+            *m_devices.SelectedBackend(),
+            {.mac = 0, .ip = m_forced.ip, .mask = m_forced.mask, .gateway = m_forced.gateway});
+    });
 }
 
 }  // namespace OvProducer

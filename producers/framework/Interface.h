@@ -40,11 +40,20 @@ protected:
 private:
     void AddRegisters();
     void AddDeviceListRegisters();
+    void AddForceRegisters();
+
+    /// What the command that gives the selected device another address uses.
+    struct ForcedAddress {
+        std::atomic<int64_t> ip = 0;
+        std::atomic<int64_t> mask = 0;
+        std::atomic<int64_t> gateway = 0;
+    };
 
     const std::weak_ptr<System> m_parent;
     const std::shared_ptr<InterfaceBackend> m_backend;
     ChildList<DeviceBackend, Device> m_devices;
     std::atomic<int64_t> m_searchMode = 0;
+    ForcedAddress m_forced;
 };
 
 /// Answers an interface query from the interface's facts, whether it is open or not.

@@ -115,6 +115,10 @@ void System::AddInterfaceListRegisters() {
     AddAddressRegisters(registers, 0x0720, [selected] { return selected().address; });
     registers.AddText(0x0780, 128, [selected] { return selected().id; });
     registers.AddText(0x0800, 128, [selected] { return selected().displayName; });
+    ProducerBackend& producer = *GetSession().producer;
+    registers.AddText(
+        0x0880, 512, [&producer] { return producer.NamedAddresses(); },
+        [&producer](const std::string& addresses) { producer.SetNamedAddresses(addresses); });
 }
 
 }  // namespace OvProducer
