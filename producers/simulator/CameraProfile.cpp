@@ -11,8 +11,8 @@ namespace {
 constexpr uint64_t kOwnAddressBit = uint64_t{0x02} << 40;
 constexpr uint64_t kLowBytes = 0xFF'FFFF'FFFF;
 
-OvGige::MacAddress MacOf(const IpAddresses& address, uint16_t port) {
-    const uint64_t place = uint64_t{address.ip.value} << 16 | port;
+OvGige::MacAddress MacOf(unsigned index, const IpAddresses& address, uint16_t port) {
+    const uint64_t place = Mix(index) ^ (uint64_t{address.ip.value} << 16 | port);
     return OvGige::MacAddress::Of(kOwnAddressBit | (Mix(place) & kLowBytes));
 }
 
@@ -25,7 +25,7 @@ CameraProfile MakeProfile(unsigned index, const IpAddresses& address, uint16_t p
     profile.vendor = "oviapi";
     profile.model = profile.color ? "Simulated-5M-Color" : "Simulated-5M-Mono";
     profile.version = "1.0.0";
-    profile.mac = MacOf(address, port);
+    profile.mac = MacOf(index, address, port);
     char serial[16];
     std::snprintf(serial, sizeof serial, "SC%010llX",
                   static_cast<unsigned long long>(profile.mac.Value() & kLowBytes));

@@ -42,8 +42,8 @@ struct CameraProfile {
     bool zipped = true;  ///< whether the camera's description is
 };
 
-/// A camera with an identity of its own, which follows from the address and the port: it is
-/// the same each time.
+/// A camera with an identity of its own, which follows from what is given: it is the same each
+/// time.
 CameraProfile MakeProfile(unsigned index, const IpAddresses& address, uint16_t port);
 
 }  // namespace OvSimulator

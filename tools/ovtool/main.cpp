@@ -36,6 +36,7 @@ struct CommandLine {
     IpAddresses addresses;
     IpConfiguration configuration;
     OV_RESET_MODE resetMode = OV_RESET_MODE_1;
+    SimulationOptions simulation;
 };
 
 /// Before the command's name or after it.
@@ -252,6 +253,28 @@ void AddIpCommands(CLI::App& app, CommandLine& options) {
     reset->callback([&options] { ResetCamera(options.mac, options.resetMode, options.json); });
 }
 
+void AddSimulate(CLI::App& app, CommandLine& options) {
+    SimulationOptions& simulation = options.simulation;
+    CLI::App* const simulate =
+        AddCommand(app, "simulate", "be GigE Vision cameras on the network", options);
+    simulate
+        ->add_option("addresses", simulation.places,
+                     "where cameras are: ADDRESS, with /BITS of the subnet and :PORT")
+        ->capture_default_str();
+    simulate
+        ->add_option("-n,--count", simulation.count,
+                     "cameras for each address, at addresses that count on from it")
+        ->check(CLI::Range(1, 250))
+        ->capture_default_str();
+    simulate->add_option("-a,--adapter", simulation.adapter,
+                         "network adapter of the cameras, which gets the addresses that it lacks");
+    simulate->add_flag("--zip,!--no-zip", simulation.zipped,
+                       "serve the description as an archive (the default)");
+    simulate->add_option("--account", simulation.account,
+                         "file for what the cameras did, at the end and at each SIGUSR1");
+    simulate->callback([&options] { Simulate(options.simulation, options.json); });
+}
+
 void AddCommands(CLI::App& app, CommandLine& options) {
     app.set_version_flag("--version", std::string(OVGetLibVersion()));
     app.footer(ExitCodesText());
@@ -268,6 +291,7 @@ void AddCommands(CLI::App& app, CommandLine& options) {
     AddConvert(app, options);
     AddEvents(app, options);
     AddIpCommands(app, options);
+    AddSimulate(app, options);
 }
 
 /// Commands run while their arguments are taken.
