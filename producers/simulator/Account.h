@@ -30,6 +30,15 @@ enum class Count : size_t {
     ControlLost,      ///< by an owner who fell silent
     Answers,          ///< packets sent on the control channel
     NetworkFailures,  ///< of this machine, to send or to receive
+    Blocks,           ///< frames sent, each with a number
+    StreamPackets,    ///< sent, those of `ResentPackets` and `TestPackets` included
+    StreamBytes,      ///< with the headers of IP
+    PacketsTooLarge,  ///< that the network doesn't take in one piece
+    TestPackets,
+    ResendCommands,
+    AskedPackets,    ///< that those commands asked for
+    ResentPackets,   ///< sent again
+    RefusedResends,  ///< commands answered by a packet that says why not
     Total
 };
 

@@ -18,8 +18,6 @@ constexpr uint32_t kHeartbeatDefault = 3000;
 constexpr uint32_t kHeartbeatMin = 500;
 constexpr uint32_t kPendingMax = 5000;
 constexpr uint32_t kLinkSpeed = 1000;
-constexpr uint32_t kPacketSizeDefault = 1500;
-constexpr uint32_t kDoNotFragment = 0x40000000;
 
 /// 169.254.x.y with what the MAC address says, which no other camera has.
 constexpr Ipv4 kLinkLocal{0xA9FE0000};
@@ -31,8 +29,8 @@ constexpr uint32_t kLatchTime = 0x2;
 
 constexpr uint32_t kOffered = kOffersUserName | kOffersSerialNumber | kOffersHeartbeatOff |
                               kOffersLinkSpeed | kOffersOwner | kOffersExtendedStatus1 |
-                              kOffersExtendedStatus2 | kOffersPending | kOffersWriteMemory |
-                              kOffersConcatenation;
+                              kOffersExtendedStatus2 | kOffersPending | kOffersResend |
+                              kOffersWriteMemory | kOffersConcatenation;
 constexpr uint32_t kSwitches =
     kConfigExtendedStatus2 | kConfigExtendedStatus1 | kConfigPending | kConfigHeartbeatOff;
 
@@ -122,7 +120,6 @@ void CameraDevice::FillCapabilities() {
     m_bootstrap.Set(kRegControlCapability, kOffered);
     m_bootstrap.Set(kRegHeartbeatTimeout, kHeartbeatDefault);
     m_bootstrap.Set(kRegPendingTimeout, kPendingMax);
-    m_bootstrap.Set(kRegStreamPacketSize, kDoNotFragment | kPacketSizeDefault);
     m_bootstrap.Set(kRegTickFrequencyLow,
                     static_cast<uint32_t>(OvVirtual::Camera::kTicksPerSecond));
 }
@@ -248,8 +245,9 @@ void CameraDevice::Release() {
     m_camera->Stop();
     m_camera->SetParamsLocked(false);
     m_camera->Files().Reset();
-    m_bootstrap.Set(kRegStreamPort, 0);
-    m_bootstrap.Set(kRegMessagePort, 0);
+    for (const uint32_t channel : {kRegStreamPort, kRegMessagePort}) {
+        m_bootstrap.Write(channel, 0);
+    }
 }
 
 }  // namespace OvSimulator

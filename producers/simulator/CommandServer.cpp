@@ -38,6 +38,9 @@ Replies CommandServer::Handle(const Arrival& arrival, Clock::time_point now) {
             return Search(arrival, *command);
         case Command::ForceIp:
             return ForceAddress(arrival, *command);
+        case Command::PacketResend:
+            Resend(*command);
+            return {};
         default:
             break;
     }
@@ -116,6 +119,21 @@ Replies CommandServer::ForceAddress(const Arrival& arrival, const CommandPacket&
         return {};
     }
     return Route(arrival, command.flags, Answer(command, {.status = status}));
+}
+
+void CommandServer::Resend(const CommandPacket& command) {
+    const auto request = ParseResend(command.payload, command.flags);
+    if (!request || request->channel != 0) {
+        m_account.Add(Count::Ignored);
+        return;
+    }
+    m_account.Add(Count::ResendCommands);
+    if (request->firstPacket <= request->lastPacket) {
+        m_account.Add(Count::AskedPackets,
+                      uint64_t{request->lastPacket} - request->firstPacket + 1);
+    }
+    const uint32_t config = m_device.Bootstrap().Get(kRegControlConfig);
+    m_place.Resend(*request, (config & kConfigExtendedStatus1) != 0);
 }
 
 Status CommandServer::MoveTo(const IpAddresses& addresses) {

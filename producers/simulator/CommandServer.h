@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "gige/protocol/ControlPacket.h"
+#include "gige/protocol/GvspResend.h"
 #include "simulator/Account.h"
 #include "simulator/CameraDevice.h"
 #include "simulator/Ownership.h"
@@ -26,6 +27,9 @@ public:
     /// Gives the camera other addresses. False if this machine doesn't allow it; the camera
     /// keeps its addresses then.
     virtual bool Move(const IpAddresses& addresses) = 0;
+    /// Sends packets of the camera's frames again.
+    /// @param saysMore  whether the host understands why a packet can't be had
+    virtual void Resend(const OvGige::ResendRequest& request, bool saysMore) = 0;
 };
 
 /// Knows no sockets and no threads. Used by one thread at a time.
@@ -59,6 +63,7 @@ private:
                           Clock::time_point now);
     Replies Search(const Arrival& arrival, const OvGige::CommandPacket& command);
     Replies ForceAddress(const Arrival& arrival, const OvGige::CommandPacket& command);
+    void Resend(const OvGige::CommandPacket& command);
     OvGige::Status MoveTo(const IpAddresses& addresses);
     /// To a host that the camera can't reach by its address, only a broadcast gets through.
     Replies Route(const Arrival& arrival, uint8_t flags, OvGige::Bytes packet) const;

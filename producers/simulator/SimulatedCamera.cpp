@@ -7,6 +7,7 @@
 
 #include "framework/Failure.h"
 #include "gige/net/WaitForFiles.h"
+#include "simulator/StreamRegisters.h"
 
 namespace OvSimulator {
 namespace {
@@ -22,7 +23,11 @@ SimulatedCamera::SimulatedCamera(const CameraProfile& profile)
     : m_profile(profile),
       m_adapter(AdapterFor(profile.adapter, profile.address.ip)),
       m_device(profile),
+      m_stream(m_device.Camera(), m_account),
       m_server(m_device, *this, m_account) {
+    ConnectStreamRegisters(
+        m_device.Bootstrap(), [this](const StreamSetup& setup) { m_stream.Configure(setup); },
+        [this] { m_stream.FireTestPacket(); });
     Occupy(profile.address);
     m_thread = std::thread([this] { Run(); });
 }
@@ -47,6 +52,7 @@ void SimulatedCamera::Occupy(const IpAddresses& addresses) {
     m_sockets.reset();
     const uint16_t port = Address().port != 0 ? Address().port : m_profile.port;
     m_sockets.emplace(m_adapter, addresses, port);
+    m_device.Bootstrap().Set(kRegStreamSourcePort, m_stream.Occupy(addresses.ip));
     const std::lock_guard lock(m_mutex);
     m_address = m_sockets->Local();
 }

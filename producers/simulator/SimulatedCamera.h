@@ -10,6 +10,7 @@
 #include "simulator/AddressLease.h"
 #include "simulator/CameraSockets.h"
 #include "simulator/CommandServer.h"
+#include "simulator/StreamSender.h"
 
 namespace OvSimulator {
 
@@ -27,6 +28,9 @@ public:
 
 private:
     bool Move(const IpAddresses& addresses) override;
+    void Resend(const OvGige::ResendRequest& request, bool saysMore) override {
+        m_stream.Resend(request, saysMore);
+    }
     void Occupy(const IpAddresses& addresses);
     bool TryToOccupy(const IpAddresses& addresses);
     void Run();
@@ -39,6 +43,7 @@ private:
     const OvGige::Adapter m_adapter;
     Account m_account;
     CameraDevice m_device;
+    StreamSender m_stream;
     CommandServer m_server;
     std::list<AddressLease> m_leases;
     std::optional<CameraSockets> m_sockets;

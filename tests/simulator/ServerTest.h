@@ -25,7 +25,14 @@ public:
         return true;
     }
 
+    void Resend(const OvGige::ResendRequest& request, bool saysMore) override {
+        resends.push_back(request);
+        saidMore = saysMore;
+    }
+
     std::vector<IpAddresses> moves;
+    std::vector<OvGige::ResendRequest> resends;
+    bool saidMore = false;
     bool isRefusing = false;
 };
 

@@ -115,6 +115,11 @@ void UdpSocket::ShareAddress() {
     SetOption(SOL_SOCKET, SO_REUSEADDR, 1, "No shared address");
 }
 
+void UdpSocket::SetDoNotFragment(bool on) {
+    SetOption(IPPROTO_IP, IP_MTU_DISCOVER, on ? IP_PMTUDISC_PROBE : IP_PMTUDISC_DONT,
+              "No choice of fragments");
+}
+
 size_t UdpSocket::SetReceiveBuffer(size_t bytes) {
     const int wanted = static_cast<int>(std::min(bytes, size_t{0x3FFFFFFF}));
     // Beyond the system's limit only with the right to it; up to the limit for everybody.

@@ -41,6 +41,9 @@ public:
     void ShareAddress();
     /// Asks for a receive buffer; the system may allow less. Returns the bytes that it allows.
     size_t SetReceiveBuffer(size_t bytes);
+    /// Whether datagrams may be split on their way. One that is too large and may not is
+    /// refused.
+    void SetDoNotFragment(bool on);
     Endpoint Local() const;
     /// The system's number of the socket, for waits for several.
     int File() const { return m_file; }

@@ -13,6 +13,7 @@
 #include "GenApi/NodeMapFactory.h"
 #include "simulator/CameraDevice.h"
 #include "simulator/GigeDescription.h"
+#include "simulator/StreamRegisters.h"
 
 namespace {
 
@@ -54,6 +55,8 @@ protected:
         m_map = GenApi::CNodeMapFactory(GenApi::ContentType_Xml, xml.data(), xml.size())
                     .CreateNodeMap();
         m_map->Connect(&m_port, "Device");
+        ConnectStreamRegisters(
+            m_device.Bootstrap(), [](const StreamSetup&) {}, [] {});
     }
     ~SimulatedDescription() override { dynamic_cast<GenApi::IDestroy*>(m_map)->Destroy(); }
 
