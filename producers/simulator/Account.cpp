@@ -6,12 +6,15 @@ namespace {
 constexpr size_t kCounts = static_cast<size_t>(Count::Total);
 
 constexpr std::array<std::string_view, kCounts> kNames = {
-    "commands",         "ignored",         "repeated",       "discoveries",   "forcedAddresses",
-    "addressesRefused", "registerReads",   "registerWrites", "memoryReads",   "memoryWrites",
-    "refusals",         "controlTaken",    "controlDenied",  "controlGiven",  "controlLost",
-    "answers",          "networkFailures", "blocks",         "streamPackets", "streamBytes",
-    "packetsTooLarge",  "testPackets",     "resendCommands", "askedPackets",  "resentPackets",
-    "refusedResends",
+    "commands",         "ignored",          "repeated",         "discoveries",    "forcedAddresses",
+    "addressesRefused", "registerReads",    "registerWrites",   "memoryReads",    "memoryWrites",
+    "refusals",         "controlTaken",     "controlDenied",    "controlGiven",   "controlLost",
+    "answers",          "networkFailures",  "blocks",           "streamPackets",  "streamBytes",
+    "packetsTooLarge",  "testPackets",      "resendCommands",   "askedPackets",   "resentPackets",
+    "refusedResends",   "missingAnswers",   "doubledAnswers",   "lateAnswers",    "foreignAnswers",
+    "pendingAnswers",   "controlRefused",   "deaths",           "unheardPackets", "addressChanges",
+    "lostPackets",      "truncatedPackets", "corruptedPackets", "doubledPackets", "delayedPackets",
+    "reorderedPackets", "damagedBlocks",    "wrongLeaders",     "jumpsBack",
 };
 static_assert(!kNames.back().empty(), "A count without a name");
 

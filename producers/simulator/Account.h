@@ -39,6 +39,25 @@ enum class Count : size_t {
     AskedPackets,    ///< that those commands asked for
     ResentPackets,   ///< sent again
     RefusedResends,  ///< commands answered by a packet that says why not
+    // What was done wrong on purpose.
+    MissingAnswers,
+    DoubledAnswers,
+    LateAnswers,
+    ForeignAnswers,
+    PendingAnswers,
+    ControlRefused,  ///< to whoever asked
+    Deaths,          ///< the camera fell silent for ever
+    UnheardPackets,  ///< that came after that, or while it was off the bus
+    AddressChanges,  ///< that nobody asked for
+    LostPackets,     ///< of the stream, as those that follow
+    TruncatedPackets,
+    CorruptedPackets,
+    DoubledPackets,
+    DelayedPackets,
+    ReorderedPackets,
+    DamagedBlocks,  ///< with a packet that was lost, truncated or corrupted
+    WrongLeaders,
+    JumpsBack,
     Total
 };
 

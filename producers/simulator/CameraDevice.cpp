@@ -71,6 +71,12 @@ std::string UrlOf(const std::string& fileName, size_t size) {
     return "Local:" + fileName + place;
 }
 
+/// The length that the camera says, which needn't be true.
+size_t DescriptionLength(size_t length, const Faults& faults) {
+    const int64_t said = static_cast<int64_t>(length) + faults.control.wrongLength;
+    return static_cast<size_t>(std::max<int64_t>(said, 0));
+}
+
 /// A simulated camera forgets what it was set to when its process ends, as without power.
 OvVirtual::Environment WithoutMemory() {
     return {.cameras = 1, .frameRate = {}, .stateFolder = {}};
@@ -132,8 +138,8 @@ void CameraDevice::AddDescription() {
     if (m_profile.zipped) {
         content = OvProducer::MakeZip(name + ".xml", xml);
     }
-    m_bootstrap.SetText(kRegFirstUrl,
-                        UrlOf(name + (m_profile.zipped ? ".zip" : ".xml"), content.size()));
+    m_bootstrap.SetText(kRegFirstUrl, UrlOf(name + (m_profile.zipped ? ".zip" : ".xml"),
+                                            DescriptionLength(content.size(), m_profile.faults)));
     // Hosts read whole words.
     content.resize((content.size() + kWord - 1) / kWord * kWord);
     m_application.AddConstant(kDescriptionAddress - kApplicationBase, std::move(content));

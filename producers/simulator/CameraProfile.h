@@ -6,6 +6,7 @@
 
 #include "gige/protocol/Address.h"
 #include "gige/protocol/Gvcp.h"
+#include "simulator/Faults.h"
 
 namespace OvSimulator {
 
@@ -40,6 +41,7 @@ struct CameraProfile {
     uint16_t port = OvGige::kControlPort;  ///< 0: any that is free
 
     bool zipped = true;  ///< whether the camera's description is
+    Faults faults;
 };
 
 /// A camera with an identity of its own, which follows from what is given: it is the same each

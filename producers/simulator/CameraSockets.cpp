@@ -65,6 +65,13 @@ void CameraSockets::Send(const Endpoint& to, ByteView packet) {
     m_own.SendTo(to, packet, to.ip == kEveryone ? m_adapter.index : 0);
 }
 
+void CameraSockets::SendAsStranger(const Endpoint& to, ByteView packet) const {
+    UdpSocket stranger;
+    stranger.AllowBroadcast();
+    stranger.Bind({Local().ip, 0});
+    stranger.SendTo(to, packet, to.ip == kEveryone ? m_adapter.index : 0);
+}
+
 std::optional<Packet> CameraSockets::Take() {
     if (auto datagram = m_own.Receive(Clock::time_point())) {
         return Packet{.datagram = std::move(*datagram), .wasBroadcast = false};

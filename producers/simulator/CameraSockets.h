@@ -35,6 +35,8 @@ public:
     OvGige::Endpoint Local() const { return m_own.Local(); }
     /// To the host, or to everyone on the adapter's network.
     void Send(const OvGige::Endpoint& to, OvGige::ByteView packet);
+    /// From another port of the camera's address, as somebody else would.
+    void SendAsStranger(const OvGige::Endpoint& to, OvGige::ByteView packet) const;
     /// Waits for a packet until the deadline, or until the file `wake` has something to read.
     std::optional<Packet> Receive(Clock::time_point deadline, int wake);
 

@@ -24,8 +24,9 @@ bool IsAboutControl(uint32_t address) {
 
 }  // namespace
 
-CommandServer::CommandServer(CameraDevice& device, NetworkPlace& place, Account& account)
-    : m_device(device), m_place(place), m_account(account) {}
+CommandServer::CommandServer(CameraDevice& device, const ControlFaults& faults, NetworkPlace& place,
+                             Account& account)
+    : m_device(device), m_faults(faults), m_place(place), m_account(account) {}
 
 Replies CommandServer::Handle(const Arrival& arrival, Clock::time_point now) {
     const auto command = ParseCommand(arrival.packet);
@@ -247,6 +248,10 @@ Status CommandServer::Write(const Asked& asked, uint32_t address, ByteView in) {
 }
 
 Status CommandServer::RequestControl(const Asked& asked, uint32_t value) {
+    if (m_faults.refusesControl) {
+        m_account.Add(Count::ControlRefused);
+        return Status::AccessDenied;
+    }
     const bool wasHeld = m_ownership.IsHeld();
     const Status status = m_ownership.Request(asked.sender, value, asked.now);
     if (status != Status::Success) {
@@ -286,6 +291,17 @@ void CommandServer::Expire(Clock::time_point now) {
         m_account.Add(Count::ControlLost);
         Forget();
     }
+}
+
+void CommandServer::ChangeAddress(Ipv4 address) {
+    IpAddresses addresses = m_device.Addresses();
+    addresses.ip = address;
+    Forget();
+    MoveTo(addresses);
+}
+
+bool CommandServer::KnowsPatience() const {
+    return (m_device.Bootstrap().Get(kRegControlConfig) & kConfigPending) != 0;
 }
 
 void CommandServer::Forget() {

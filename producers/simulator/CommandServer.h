@@ -35,7 +35,8 @@ public:
 /// Knows no sockets and no threads. Used by one thread at a time.
 class CommandServer {
 public:
-    CommandServer(CameraDevice& device, NetworkPlace& place, Account& account);
+    CommandServer(CameraDevice& device, const ControlFaults& faults, NetworkPlace& place,
+                  Account& account);
 
     /// @return the packets that answer; none for what isn't for this camera
     Replies Handle(const Arrival& arrival, Clock::time_point now);
@@ -44,6 +45,11 @@ public:
     void Expire(Clock::time_point now);
     /// When `Expire` would do so, unless the owner is heard of before.
     std::optional<Clock::time_point> ExpiryTime() const;
+    /// Whether hosts understand that an answer takes longer.
+    bool KnowsPatience() const;
+    /// Takes another address of the same subnet, as a camera does whose server of addresses has
+    /// changed its mind; whoever had control has lost it.
+    void ChangeAddress(OvGige::Ipv4 address);
     /// Forgets who has control, as without power.
     void Forget();
 
@@ -80,6 +86,7 @@ private:
     OvGige::Bytes Answer(const OvGige::CommandPacket& command, const Outcome& outcome);
 
     CameraDevice& m_device;
+    const ControlFaults m_faults;
     NetworkPlace& m_place;
     Account& m_account;
     Ownership m_ownership;

@@ -23,8 +23,9 @@ SimulatedCamera::SimulatedCamera(const CameraProfile& profile)
     : m_profile(profile),
       m_adapter(AdapterFor(profile.adapter, profile.address.ip)),
       m_device(profile),
-      m_stream(m_device.Camera(), m_account),
-      m_server(m_device, *this, m_account) {
+      m_stream(m_device.Camera(), profile.faults, m_account),
+      m_server(m_device, profile.faults.control, *this, m_account),
+      m_answers(profile.faults, m_account) {
     ConnectStreamRegisters(
         m_device.Bootstrap(), [this](const StreamSetup& setup) { m_stream.Configure(setup); },
         [this] { m_stream.FireTestPacket(); });
@@ -91,22 +92,61 @@ void SimulatedCamera::Run() {
 void SimulatedCamera::Serve() {
     const auto now = Clock::now();
     m_server.Expire(now);
-    const auto deadline = std::min(now + kRound, m_server.ExpiryTime().value_or(now + kRound));
+    SendDue(now);
+    auto deadline = std::min(now + kRound, m_server.ExpiryTime().value_or(now + kRound));
+    if (!m_waiting.empty()) {
+        deadline = std::min(deadline, m_waiting.begin()->first);
+    }
     const auto packet = m_sockets->Receive(deadline, m_stop.File());
-    if (!packet || !IsOnBus()) {
+    if (!packet) {
         return;
     }
-    const Arrival arrival{.sender = packet->datagram.sender,
-                          .wasBroadcast = packet->wasBroadcast,
-                          .packet = packet->datagram.bytes};
-    for (const Reply& reply : m_server.Handle(arrival, Clock::now())) {
-        Send(reply);
+    if (!IsOnBus()) {
+        m_account.Add(Count::UnheardPackets);
+        return;
+    }
+    Answer(*packet);
+    Misbehave();
+}
+
+void SimulatedCamera::Answer(const Packet& packet) {
+    const Arrival arrival{.sender = packet.datagram.sender,
+                          .wasBroadcast = packet.wasBroadcast,
+                          .packet = packet.datagram.bytes};
+    const auto now = Clock::now();
+    for (const Reply& reply : m_server.Handle(arrival, now)) {
+        for (TimedReply& timed : m_answers.Apply(reply, m_server.KnowsPatience(), now)) {
+            m_waiting.emplace(timed.time, std::move(timed));
+        }
+    }
+    SendDue(now);
+}
+
+void SimulatedCamera::SendDue(Clock::time_point now) {
+    const auto end = m_waiting.upper_bound(now);
+    std::for_each(m_waiting.begin(), end, [this](const auto& entry) { Send(entry.second); });
+    m_waiting.erase(m_waiting.begin(), end);
+}
+
+void SimulatedCamera::Misbehave() {
+    const ControlFaults& faults = m_profile.faults.control;
+    const uint64_t commands = m_account[Count::Commands];
+    if (faults.diesAfter != 0 && commands >= faults.diesAfter) {
+        m_account.Add(Count::Deaths);
+        m_isDead = true;
+        m_waiting.clear();
+        m_server.Forget();
+    }
+    if (faults.movesAfter != 0 && commands >= faults.movesAfter &&
+        m_account[Count::AddressChanges] == 0) {
+        m_account.Add(Count::AddressChanges);
+        m_server.ChangeAddress(faults.movesTo);
     }
 }
 
 bool SimulatedCamera::IsOnBus() {
     OvVirtual::CameraLink& link = m_device.Camera().Link();
-    if (!link.IsOnBus()) {
+    if (m_isDead || !link.IsOnBus()) {
         return false;
     }
     if (link.IsLost()) {
@@ -117,9 +157,14 @@ bool SimulatedCamera::IsOnBus() {
     return true;
 }
 
-void SimulatedCamera::Send(const Reply& reply) {
+void SimulatedCamera::Send(const TimedReply& timed) {
+    const Reply& reply = timed.reply;
     try {
-        m_sockets->Send(reply.to, reply.packet);
+        if (timed.isFromStranger) {
+            m_sockets->SendAsStranger(reply.to, reply.packet);
+        } else {
+            m_sockets->Send(reply.to, reply.packet);
+        }
         m_account.Add(Count::Answers);
     } catch (const OvProducer::Failure&) {
         m_account.Add(Count::NetworkFailures);

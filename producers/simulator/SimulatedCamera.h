@@ -3,11 +3,13 @@
 
 #include <atomic>
 #include <list>
+#include <map>
 #include <mutex>
 #include <thread>
 
 #include "gige/net/WakeFile.h"
 #include "simulator/AddressLease.h"
+#include "simulator/AnswerFaults.h"
 #include "simulator/CameraSockets.h"
 #include "simulator/CommandServer.h"
 #include "simulator/StreamSender.h"
@@ -37,7 +39,11 @@ private:
     void Serve();
     /// Whether the camera hears anything: its features let it drop off the bus for a while.
     bool IsOnBus();
-    void Send(const Reply& reply);
+    void Answer(const Packet& packet);
+    /// Falls silent, or takes another address, when it is time.
+    void Misbehave();
+    void SendDue(Clock::time_point now);
+    void Send(const TimedReply& timed);
 
     const CameraProfile m_profile;
     const OvGige::Adapter m_adapter;
@@ -45,6 +51,9 @@ private:
     CameraDevice m_device;
     StreamSender m_stream;
     CommandServer m_server;
+    AnswerFaults m_answers;
+    std::multimap<Clock::time_point, TimedReply> m_waiting;  // by the time at which they leave
+    bool m_isDead = false;
     std::list<AddressLease> m_leases;
     std::optional<CameraSockets> m_sockets;
     mutable std::mutex m_mutex;

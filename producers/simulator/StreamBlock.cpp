@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Base/OvAssert.h"
 #include "gige/protocol/GvspBlock.h"
 
 namespace OvSimulator {
@@ -52,8 +53,11 @@ void StreamBlock::Fill(const StreamSetup& setup, const OvProducer::FrameInfo& fr
         std::max<size_t>(DataPerPacket(setup.packetSize, m_isExtended, PacketFormat::Data), 1);
 }
 
-size_t StreamBlock::HeaderSize() const {
-    return m_isExtended ? kExtendedStreamHeaderSize : kStreamHeaderSize;
+void StreamBlock::SpoilLeader() {
+    auto leader = ParseLeader(m_leader);
+    OV_ASSERT(leader);
+    leader->shape.sizeY *= 2;
+    m_leader = BuildLeader(*leader);
 }
 
 uint32_t StreamBlock::PacketCount() const {

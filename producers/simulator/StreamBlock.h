@@ -34,9 +34,10 @@ public:
     uint64_t Id() const { return m_id; }
     /// Gives the block another number, as a camera does that has lost count.
     void Renumber(uint64_t id) { m_id = id; }
+    /// Makes the leader say another size than the frame has.
+    void SpoilLeader();
     uint32_t PacketCount() const;
     bool IsExtended() const { return m_isExtended; }
-    size_t HeaderSize() const;
     /// @param packetId  below `PacketCount()`
     OvGige::StreamHeader Header(uint32_t packetId) const;
     /// What follows the header.

@@ -5,6 +5,7 @@
 
 #include "framework/Failure.h"
 #include "simulator/Ownership.h"
+#include "simulator/PacketPlan.h"
 
 namespace OvSimulator {
 namespace {
@@ -19,8 +20,9 @@ constexpr size_t kTrain = 32;
 
 }  // namespace
 
-StreamSender::StreamSender(OvVirtual::Camera& camera, Account& account)
+StreamSender::StreamSender(OvVirtual::Camera& camera, const Faults& faults, Account& account)
     : m_camera(camera),
+      m_faults(faults),
       m_account(account),
       m_thread([this](const std::stop_token& stop) { Run(stop); }) {}
 
@@ -65,9 +67,27 @@ void StreamSender::CarryFrame(const std::stop_token& stop) {
         return;  // the camera is being switched off
     }
     block->Fill(setup, frame);
+    SpoilBlock(*block, frame.frameId);
     Keep(block);
-    SendBlock(*block, setup, stop);
+    const PacketPlan plan(*block, frame.frameId, m_faults, m_account);
+    SendPaced(plan.Packets(), setup, stop);
     m_account.Add(Count::Blocks);
+}
+
+void StreamSender::SpoilBlock(StreamBlock& block, uint64_t frame) {
+    const Chance chance(m_faults.seed);
+    const Occasion occasion{.block = frame, .packet = 0};
+    if (frame == 0) {
+        m_firstFrame = 0;
+    } else if (chance.Hits(m_faults.stream.jumpBack, Cause::JumpBack, occasion)) {
+        m_account.Add(Count::JumpsBack);
+        m_firstFrame = frame;
+    }
+    block.Renumber(BlockIdOf(frame - m_firstFrame, block.IsExtended()));
+    if (chance.Hits(m_faults.stream.wrongLeader, Cause::WrongLeader, occasion)) {
+        m_account.Add(Count::WrongLeaders);
+        block.SpoilLeader();
+    }
 }
 
 StreamSender::Block StreamSender::TakeBlock() {
@@ -91,16 +111,6 @@ StreamSender::Block StreamSender::Find(uint64_t id) const {
     const auto found = std::find_if(m_blocks.rbegin(), m_blocks.rend(),
                                     [id](const Block& block) { return block->Id() == id; });
     return found == m_blocks.rend() ? nullptr : *found;
-}
-
-void StreamSender::SendBlock(const StreamBlock& block, const StreamSetup& setup,
-                             const std::stop_token& stop) {
-    std::vector<StreamPacket> packets;
-    packets.reserve(block.PacketCount());
-    for (uint32_t id = 0; id < block.PacketCount(); ++id) {
-        packets.push_back({block.Header(id), block.Payload(id)});
-    }
-    SendPaced(packets, setup, stop);
 }
 
 void StreamSender::SendPaced(std::span<const StreamPacket> packets, const StreamSetup& setup,
@@ -145,7 +155,7 @@ void StreamSender::FireTestPacket() {
     header.isExtended = setup.isExtended;
     const size_t headers = kIpUdpHeaderSize + header.Size();
     const Bytes filling(setup.packetSize - std::min(setup.packetSize, headers));
-    const StreamPacket packet{header, filling};
+    const StreamPacket packet(header, filling);
     Send({&packet, 1}, setup);
     m_account.Add(Count::TestPackets);
 }
@@ -162,7 +172,7 @@ void StreamSender::Resend(const ResendRequest& request, bool saysMore) {
         StreamHeader header = block->Header(id);
         header.status = Status::PacketResend;
         header.flags = header.isExtended ? kStreamFlagResent : uint16_t{0};
-        packets.push_back({header, block->Payload(id)});
+        packets.emplace_back(header, block->Payload(id));
     }
     Send(packets, Setup());
     m_account.Add(Count::ResentPackets, packets.size());
@@ -175,7 +185,7 @@ void StreamSender::Refuse(const ResendRequest& request, bool saysMore) {
     header.blockId = request.blockId;
     header.packetId = request.firstPacket;
     header.status = saysMore ? Status::PacketAndPreviousRemoved : Status::PacketUnavailable;
-    const StreamPacket packet{header, {}};
+    const StreamPacket packet(header, {});
     Send({&packet, 1}, Setup());
     m_account.Add(Count::RefusedResends);
 }

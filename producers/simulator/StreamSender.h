@@ -8,6 +8,7 @@
 
 #include "gige/protocol/GvspResend.h"
 #include "simulator/Account.h"
+#include "simulator/Faults.h"
 #include "simulator/StreamBlock.h"
 #include "simulator/StreamSocket.h"
 #include "virtual/Camera.h"
@@ -18,7 +19,7 @@ namespace OvSimulator {
 /// operations.
 class StreamSender {
 public:
-    StreamSender(OvVirtual::Camera& camera, Account& account);
+    StreamSender(OvVirtual::Camera& camera, const Faults& faults, Account& account);
 
     /// Takes the camera's address, and a port that is free.
     /// @return the port
@@ -37,7 +38,8 @@ private:
 
     void Run(const std::stop_token& stop);
     void CarryFrame(const std::stop_token& stop);
-    void SendBlock(const StreamBlock& block, const StreamSetup& setup, const std::stop_token& stop);
+    /// Does to the block as a whole what chance has for it.
+    void SpoilBlock(StreamBlock& block, uint64_t frame);
     void SendPaced(std::span<const StreamPacket> packets, const StreamSetup& setup,
                    const std::stop_token& stop);
     void Send(std::span<const StreamPacket> packets, const StreamSetup& setup);
@@ -47,7 +49,9 @@ private:
     void Refuse(const OvGige::ResendRequest& request, bool saysMore);
 
     OvVirtual::Camera& m_camera;
+    const Faults m_faults;
     Account& m_account;
+    uint64_t m_firstFrame = 0;   // that of the block with the number 1; only the thread's own
     mutable std::mutex m_mutex;  // guards what follows
     StreamSetup m_setup;
     std::shared_ptr<StreamSocket> m_socket;

@@ -22,7 +22,7 @@ constexpr size_t kBatch = 32;
 /// How long the system may take to make room for a packet.
 constexpr std::chrono::milliseconds kPatience{100};
 
-/// Packets with their headers, in the form that the system takes.
+/// Packets in the form that the system takes.
 class Batch {
 public:
     Batch(const Endpoint& to, std::span<const StreamPacket> packets) : m_count(packets.size()) {
@@ -38,8 +38,7 @@ public:
 
 private:
     void Add(size_t index, const StreamPacket& packet) {
-        WriteStreamHeader(m_headers[index], packet.header);
-        m_parts[index][0] = {m_headers[index].data(), packet.header.Size()};
+        m_parts[index][0] = {const_cast<std::byte*>(packet.header.data()), packet.headerSize};
         m_parts[index][1] = {const_cast<std::byte*>(packet.payload.data()), packet.payload.size()};
         msghdr& message = m_messages[index].msg_hdr;
         message.msg_name = &m_address;
@@ -50,7 +49,6 @@ private:
 
     const size_t m_count;
     sockaddr_in m_address{};
-    std::array<std::array<std::byte, kExtendedStreamHeaderSize>, kBatch> m_headers{};
     std::array<std::array<iovec, 2>, kBatch> m_parts{};
     std::array<mmsghdr, kBatch> m_messages{};
 };

@@ -1,6 +1,7 @@
 #pragma once
 /// The socket that a camera's frames leave by.
 
+#include <array>
 #include <span>
 
 #include "gige/net/UdpSocket.h"
@@ -10,7 +11,13 @@ namespace OvSimulator {
 
 /// A packet of a stream. The payload must live until it is sent.
 struct StreamPacket {
-    OvGige::StreamHeader header;
+    StreamPacket(const OvGige::StreamHeader& fields, OvGige::ByteView content)
+        : headerSize(fields.Size()), payload(content) {
+        OvGige::WriteStreamHeader(header, fields);
+    }
+
+    std::array<std::byte, OvGige::kExtendedStreamHeaderSize> header{};
+    size_t headerSize;
     OvGige::ByteView payload;
 };
 

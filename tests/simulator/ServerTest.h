@@ -130,7 +130,7 @@ protected:
     Account m_account;
     CameraDevice m_device{m_profile};
     NotingPlace m_place;
-    CommandServer m_server{m_device, m_place, m_account};
+    CommandServer m_server{m_device, ControlFaults(), m_place, m_account};
     uint16_t m_requestId = 0;
 };
 

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
+#include <optional>
 #include <vector>
 
 #include "gige/protocol/GvspBlock.h"
@@ -20,7 +20,7 @@ protected:
     StreamTest() {
         m_host.SetReceiveBuffer(kBufferSize);
         m_host.Bind({kHere, 0});
-        m_sourcePort = m_sender.Occupy(kHere);
+        Misbehave({});
         m_setup.destination = m_host.Local();
         m_setup.packetSize = 1500;
         m_device.Camera().Change(true, [](OvVirtual::CameraSettings& settings) {
@@ -32,9 +32,16 @@ protected:
         });
     }
 
+    /// Makes the camera anew, with these faults.
+    void Misbehave(const Faults& faults) {
+        m_sender.reset();
+        m_sender.emplace(m_device.Camera(), faults, m_account);
+        m_sourcePort = m_sender->Occupy(kHere);
+    }
+
     /// Lets the camera send that many frames.
     void Run(int64_t frames) {
-        m_sender.Configure(m_setup);
+        m_sender->Configure(m_setup);
         m_device.Camera().Change(
             true, [frames](OvVirtual::CameraSettings& settings) { settings.frameCount = frames; });
         m_device.Camera().Start();
@@ -60,7 +67,7 @@ protected:
     CameraDevice m_device{MakeProfile(1, {.ip = kHere, .mask = {0xFF000000}, .gateway = {}}, 0)};
     StreamSetup m_setup;
     OvGige::UdpSocket m_host;
-    StreamSender m_sender{m_device.Camera(), m_account};
+    std::optional<StreamSender> m_sender;
     uint16_t m_sourcePort = 0;
 };
 

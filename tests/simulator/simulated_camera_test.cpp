@@ -117,6 +117,82 @@ TEST_F(SimulatedCameraTest, AnswersAtTheAddressThatItIsGiven) {
     EXPECT_EQ(atNewPlace.Memory().ReadRegister(kRegCurrentIp), there.ip.value);
 }
 
+/// A camera with faults, and a host that is patient enough for them.
+class FaultyCamera {
+public:
+    explicit FaultyCamera(const ControlFaults& faults) : camera(ProfileWith(faults)) {}
+
+    SimulatedCamera camera;
+    Host host{camera.Address()};
+
+private:
+    static CameraProfile ProfileWith(const ControlFaults& faults) {
+        CameraProfile profile = MakeProfile(0, kHere, 0);
+        profile.faults.control = faults;
+        return profile;
+    }
+};
+
+TEST(FaultyCameras, AreReadInSpiteOfForeignAndDoubledAnswers) {
+    ControlFaults faults;
+    faults.foreign = 1;
+    faults.doubled = 1;
+    FaultyCamera faulty(faults);
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_EQ(faulty.host.Memory().ReadRegister(kRegCurrentIp), kHere.ip.value);
+    }
+    EXPECT_EQ(faulty.camera.Counts()[Count::ForeignAnswers], 21U);
+    EXPECT_EQ(faulty.camera.Counts()[Count::DoubledAnswers], 21U);
+}
+
+TEST(FaultyCameras, RefuseControlToEveryone) {
+    ControlFaults faults;
+    faults.refusesControl = true;
+    FaultyCamera faulty(faults);
+    EXPECT_THROW(faulty.host.Memory().WriteRegister(kRegPrivilege, kPrivilegeControl), Refusal);
+    EXPECT_EQ(faulty.host.Memory().ReadRegister(kRegPrivilege), 0U);
+    EXPECT_EQ(faulty.camera.Counts()[Count::ControlRefused], 1U);
+}
+
+TEST(FaultyCameras, FallSilentForEver) {
+    ControlFaults faults;
+    faults.diesAfter = 3;
+    FaultyCamera faulty(faults);  // the host's first command
+    faulty.host.Memory().ReadRegister(kRegVersion);
+    faulty.host.Memory().ReadRegister(kRegVersion);
+    EXPECT_THROW(faulty.host.Memory().ReadRegister(kRegVersion), OvProducer::Failure);
+    EXPECT_EQ(faulty.camera.Counts()[Count::Commands], 3U);
+    EXPECT_EQ(faulty.camera.Counts()[Count::Deaths], 1U);
+    EXPECT_GT(faulty.camera.Counts()[Count::UnheardPackets], 0U);
+}
+
+TEST(FaultyCameras, TakeAnotherAddress) {
+    ControlFaults faults;
+    faults.movesAfter = 2;
+    faults.movesTo = {0x7F000107};
+    FaultyCamera faulty(faults);
+    faulty.host.Memory().WriteRegister(kRegPrivilege, kPrivilegeControl);
+    const Endpoint before = faulty.host.Camera();
+    EXPECT_THROW(faulty.host.Memory().ReadRegister(kRegVersion), OvProducer::Failure);
+    EXPECT_EQ(faulty.camera.Address(), Endpoint(faults.movesTo, before.port));
+    Host there(faulty.camera.Address());
+    EXPECT_EQ(there.Memory().ReadRegister(kRegPrivilege), 0U);
+    EXPECT_EQ(faulty.camera.Counts()[Count::AddressChanges], 1U);
+}
+
+TEST(FaultyCameras, LieAboutTheLengthOfTheirDescription) {
+    const auto length = [](int64_t wrong) {
+        ControlFaults faults;
+        faults.wrongLength = wrong;
+        FaultyCamera faulty(faults);
+        Bytes bytes(kRegFirstUrl.width);
+        faulty.host.Memory().Read(kRegFirstUrl.address, bytes);
+        return ParseCameraUrl(ReadText(bytes)).value().size;
+    };
+    EXPECT_EQ(length(1000), length(0) + 1000);
+    EXPECT_EQ(length(-1000), length(0) - 1000);
+}
+
 TEST(SimulatedCameras, AreAllFoundByOneSearch) {
     const IpAddresses next{.ip = {0x7F000002}, .mask = {0xFF000000}, .gateway = {}};
     const SimulatedCamera first(MakeProfile(0, kHere, 0));

@@ -40,8 +40,8 @@ TEST_F(StreamSenderTest, SendsTheLongFormIfItIsAskedTo) {
 }
 
 TEST_F(StreamSenderTest, SendsAPacketOfTheSizeThatIsTested) {
-    m_sender.Configure(m_setup);
-    m_sender.FireTestPacket();
+    m_sender->Configure(m_setup);
+    m_sender->FireTestPacket();
     const Datagram packet = Receive();
     EXPECT_EQ(packet.bytes.size(), 1500 - kIpUdpHeaderSize);
     EXPECT_EQ(ParseStreamHeader(packet.bytes)->blockId, 0U);
@@ -51,7 +51,7 @@ TEST_F(StreamSenderTest, SendsAPacketOfTheSizeThatIsTested) {
 TEST_F(StreamSenderTest, SendsPacketsAgain) {
     Run(1);
     const auto packets = ReceiveUpTo(1);
-    m_sender.Resend({.isExtended = false, .blockId = 1, .firstPacket = 1, .lastPacket = 2}, true);
+    m_sender->Resend({.isExtended = false, .blockId = 1, .firstPacket = 1, .lastPacket = 2}, true);
     for (const size_t packet : {1U, 2U}) {
         const Bytes again = Receive().bytes;
         EXPECT_EQ(ParseStreamHeader(again)->status, Status::PacketResend);
@@ -62,13 +62,13 @@ TEST_F(StreamSenderTest, SendsPacketsAgain) {
 }
 
 TEST_F(StreamSenderTest, SaysWhyAPacketCantBeSentAgain) {
-    m_sender.Configure(m_setup);
-    m_sender.Resend({.isExtended = false, .blockId = 9, .firstPacket = 3, .lastPacket = 4}, true);
+    m_sender->Configure(m_setup);
+    m_sender->Resend({.isExtended = false, .blockId = 9, .firstPacket = 3, .lastPacket = 4}, true);
     const StreamHeader header = ParseStreamHeader(Receive().bytes).value();
     EXPECT_EQ(header.status, Status::PacketAndPreviousRemoved);
     EXPECT_EQ(header.blockId, 9U);
     EXPECT_EQ(header.packetId, 3U);
-    m_sender.Resend({.isExtended = false, .blockId = 9, .firstPacket = 3, .lastPacket = 4}, false);
+    m_sender->Resend({.isExtended = false, .blockId = 9, .firstPacket = 3, .lastPacket = 4}, false);
     EXPECT_EQ(ParseStreamHeader(Receive().bytes)->status, Status::PacketUnavailable);
     EXPECT_EQ(m_account[Count::RefusedResends], 2U);
 }
@@ -76,25 +76,25 @@ TEST_F(StreamSenderTest, SaysWhyAPacketCantBeSentAgain) {
 TEST_F(StreamSenderTest, RefusesPacketsThatABlockHasNot) {
     Run(1);
     ReceiveUpTo(1);
-    m_sender.Resend({.isExtended = false, .blockId = 1, .firstPacket = 4, .lastPacket = kPackets},
-                    true);
+    m_sender->Resend({.isExtended = false, .blockId = 1, .firstPacket = 4, .lastPacket = kPackets},
+                     true);
     EXPECT_FALSE(ParseStreamHeader(Receive().bytes)->IsGood());
-    m_sender.Resend({.isExtended = false, .blockId = 1, .firstPacket = 2, .lastPacket = 1}, true);
+    m_sender->Resend({.isExtended = false, .blockId = 1, .firstPacket = 2, .lastPacket = 1}, true);
     EXPECT_FALSE(ParseStreamHeader(Receive().bytes)->IsGood());
 }
 
 TEST_F(StreamSenderTest, KeepsTheLastBlocksForResends) {
     Run(6);
     ReceiveUpTo(6);
-    m_sender.Resend({.isExtended = false, .blockId = 3, .firstPacket = 1, .lastPacket = 1}, true);
+    m_sender->Resend({.isExtended = false, .blockId = 3, .firstPacket = 1, .lastPacket = 1}, true);
     EXPECT_EQ(ParseStreamHeader(Receive().bytes)->status, Status::PacketResend);
-    m_sender.Resend({.isExtended = false, .blockId = 2, .firstPacket = 1, .lastPacket = 1}, true);
+    m_sender->Resend({.isExtended = false, .blockId = 2, .firstPacket = 1, .lastPacket = 1}, true);
     EXPECT_EQ(ParseStreamHeader(Receive().bytes)->status, Status::PacketAndPreviousRemoved);
 }
 
 TEST_F(StreamSenderTest, SendsNothingThroughAClosedChannel) {
-    m_sender.Resend({.isExtended = false, .blockId = 1, .firstPacket = 1, .lastPacket = 1}, true);
-    m_sender.FireTestPacket();
+    m_sender->Resend({.isExtended = false, .blockId = 1, .firstPacket = 1, .lastPacket = 1}, true);
+    m_sender->FireTestPacket();
     EXPECT_EQ(m_account[Count::StreamPackets], 0U);
     EXPECT_EQ(m_account[Count::TestPackets], 0U);
     EXPECT_EQ(m_account[Count::NetworkFailures], 0U);
@@ -104,6 +104,47 @@ TEST_F(StreamSenderTest, PausesBetweenPacketsWithoutLosingOne) {
     m_setup.delay = 1000;
     Run(2);
     EXPECT_EQ(ReceiveUpTo(2).size(), 2 * kPackets);
+}
+
+TEST_F(StreamSenderTest, BeginsItsNumbersAnewWhenItLosesCount) {
+    Faults faults;
+    faults.stream.jumpBack = 1;
+    Misbehave(faults);
+    Run(3);
+    std::vector<uint64_t> blocks;
+    for (uint32_t i = 0; i < 3 * kPackets; ++i) {
+        const StreamHeader header = ParseStreamHeader(Receive().bytes).value();
+        if (header.format == PacketFormat::Leader) {
+            blocks.push_back(header.blockId);
+        }
+    }
+    EXPECT_EQ(blocks, (std::vector<uint64_t>{1, 1, 1}));
+    EXPECT_EQ(m_account[Count::JumpsBack], 2U);
+}
+
+TEST_F(StreamSenderTest, SaysAnotherSizeThanTheFrameHas) {
+    Faults faults;
+    faults.stream.wrongLeader = 1;
+    Misbehave(faults);
+    Run(1);
+    const Bytes packet = Receive().bytes;
+    EXPECT_EQ(ParseLeader(ByteView(packet).subspan(kStreamHeaderSize))->shape.sizeY, 128U);
+    EXPECT_EQ(m_account[Count::WrongLeaders], 1U);
+}
+
+TEST_F(StreamSenderTest, SendsAgainWhatItLost) {
+    Faults faults;
+    faults.stream.lost = 1;
+    Misbehave(faults);
+    Run(1);
+    while (m_account[Count::Blocks] == 0) {
+        std::this_thread::yield();
+    }
+    m_sender->Resend({.isExtended = false, .blockId = 1, .firstPacket = 0, .lastPacket = 4}, true);
+    for (uint32_t i = 0; i < kPackets; ++i) {
+        EXPECT_EQ(ParseStreamHeader(Receive().bytes)->packetId, i);
+    }
+    EXPECT_EQ(m_account[Count::LostPackets], kPackets);
 }
 
 }  // namespace
