@@ -65,6 +65,21 @@ TEST_F(SimulateTest, WritesItsAccountAtTheEndAndWhenAsked) {
     EXPECT_EQ(Account().at("cameras").at(0).at("counts").at("controlTaken"), 0);
 }
 
+TEST_F(SimulateTest, NamesItsSeedInTheAccount) {
+    const auto run = Simulate("127.0.0.1:0 --seed 42 --lose 1.5 --missing 10 --json --account '" +
+                              AccountFile() + "'");
+    run->ReadLine();
+    ExpectPrints(End(*run), "");
+    EXPECT_EQ(Account().at("seed"), 42);
+}
+
+TEST_F(SimulateTest, RefusesFaultsThatMakeNoSense) {
+    EXPECT_EQ(Run(OV_TOOL_BARE, "simulate --lose 101").status, Exit::kUsage);
+    EXPECT_EQ(Run(OV_TOOL_BARE, "simulate --move-after 3").status, Exit::kUsage);
+    ExpectFails(Run(OV_TOOL_BARE, "simulate --move-after 3 --move-to nowhere"),
+                "ovtool: \"nowhere\" is no address; write it as 192.168.1.10\n", Exit::kUsage);
+}
+
 TEST_F(SimulateTest, RefusesWhatIsNoAddress) {
     for (const std::string place : {"127.0.0", "127.0.0.1/0", "1.2.3.4x"}) {
         ExpectFails(Run(OV_TOOL_BARE, "simulate " + place),

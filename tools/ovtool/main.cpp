@@ -9,6 +9,7 @@
 #include "camera/Session.h"
 #include "commands/Commands.h"
 #include "pipeline/PipelineOptions.h"
+#include "simulation/FaultOptions.h"
 #include "support/Error.h"
 #include "support/Output.h"
 #include "support/Text.h"
@@ -272,6 +273,7 @@ void AddSimulate(CLI::App& app, CommandLine& options) {
                        "serve the description as an archive (the default)");
     simulate->add_option("--account", simulation.account,
                          "file for what the cameras did, at the end and at each SIGUSR1");
+    AddFaultOptions(*simulate, simulation.faults);
     simulate->callback([&options] { Simulate(options.simulation, options.json); });
 }
 

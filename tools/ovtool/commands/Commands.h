@@ -10,6 +10,7 @@
 #include "OvIAPI.h"
 #include "camera/Session.h"
 #include "pipeline/PipelineOptions.h"
+#include "simulator/Faults.h"
 
 // The cameras that are found.
 
@@ -171,6 +172,7 @@ struct SimulationOptions {
     bool zipped = true;
     /// File with what the cameras did; empty: none is written.
     std::string account;
+    OvSimulator::Faults faults;
 };
 
 /// Simulates cameras until Ctrl-C or a request to end. SIGUSR1 has the account written at once.

@@ -67,6 +67,9 @@ std::vector<CameraProfile> ProfilesOf(const SimulationOptions& options) {
                                                              place.addresses, place.port);
             profile.adapter = options.adapter;
             profile.zipped = options.zipped;
+            profile.faults = options.faults;
+            // Cameras don't all do the same thing at once.
+            profile.faults.seed += profile.index;
             profiles.push_back(std::move(profile));
         }
     }
@@ -108,7 +111,7 @@ Json IdentityOf(const SimulatedCamera& camera) {
             {"port", address.port}};
 }
 
-Json AccountOf(const std::list<SimulatedCamera>& cameras) {
+Json AccountOf(const std::list<SimulatedCamera>& cameras, uint64_t seed) {
     Json document = Json::array();
     for (const SimulatedCamera& camera : cameras) {
         Json entry = IdentityOf(camera);
@@ -117,14 +120,14 @@ Json AccountOf(const std::list<SimulatedCamera>& cameras) {
         }
         document.push_back(std::move(entry));
     }
-    return {{"cameras", std::move(document)}};
+    return {{"seed", seed}, {"cameras", std::move(document)}};
 }
 
 /// Whoever reads the file finds a whole one, the last or this.
-void WriteAccount(const std::string& file, const std::list<SimulatedCamera>& cameras) {
+void WriteAccount(const std::string& file, const Json& account) {
     const std::string fresh = file + ".new";
     std::ofstream out(fresh);
-    out << AccountOf(cameras).dump(2) << '\n';
+    out << account.dump(2) << '\n';
     out.close();
     std::error_code error;
     if (out) {
@@ -174,7 +177,7 @@ void Simulate(const SimulationOptions& options, bool json) {
     const std::list<SimulatedCamera> cameras = MakeCameras(profiles);
     const auto account = [&] {
         if (!options.account.empty()) {
-            WriteAccount(options.account, cameras);
+            WriteAccount(options.account, AccountOf(cameras, options.faults.seed));
         }
     };
     account();
