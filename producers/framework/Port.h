@@ -23,6 +23,7 @@ struct PortFacts {
     std::string version;  ///< of the module
     std::string name;     ///< of the Port node in the module's description
     bool writable = true;
+    bool isBigEndian = false;  ///< as which its numbers are stored
 };
 
 /// A module's description, as text.

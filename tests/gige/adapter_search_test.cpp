@@ -4,66 +4,14 @@
 #include <cstdint>
 #include <thread>
 
+#include "FakeCamera.h"
 #include "HexBytes.h"
-#include "LoopbackSocket.h"
-#include "ScriptedLink.h"
 #include "gige/discovery/AdapterSearch.h"
 
 namespace {
 
 using namespace OvGige;
 using namespace std::chrono_literals;
-
-/// Nobody listens there: broadcasts of these tests reach no real camera.
-constexpr uint16_t kNobodysPort = 9;
-
-Adapter LoopbackAdapter() {
-    return {.name = "lo",
-            .index = 1,
-            .mac = {},
-            .ip = kLoopback,
-            .mask = {0xFF000000},
-            .broadcast = {},
-            .gateway = {},
-            .isLoopback = true};
-}
-
-Bytes IdentityOf(uint8_t number) {
-    Identity identity;
-    identity.mac = {{0, 0, 0, 0, 0, number}};
-    identity.ip = kLoopback;
-    return BuildIdentity(identity);
-}
-
-/// Answers each packet with what a script makes of it, on a thread of its own.
-class FakeCamera {
-public:
-    using Script = std::function<std::vector<Bytes>(const CommandPacket&)>;
-
-    explicit FakeCamera(Script script)
-        : m_script(std::move(script)), m_thread([this] { Serve(); }) {}
-    ~FakeCamera() {
-        m_stop.Signal();
-        m_thread.join();
-    }
-
-    Endpoint Address() const { return m_socket.Local(); }
-
-private:
-    void Serve() {
-        while (const auto datagram = m_socket.Receive(Clock::time_point::max(), m_stop.File())) {
-            const auto command = ParseCommand(datagram->bytes);
-            for (const Bytes& packet : m_script(command.value())) {
-                m_socket.SendTo(datagram->sender, packet);
-            }
-        }
-    }
-
-    const Script m_script;
-    WakeFile m_stop;
-    UdpSocket m_socket = LoopbackSocket();
-    std::thread m_thread;  // last, since it uses the others
-};
 
 class AdapterSearchTest : public testing::Test {
 protected:

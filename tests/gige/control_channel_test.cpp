@@ -45,6 +45,24 @@ TEST_F(ControlChannelTest, NumbersCommandsAndLeavesOutZero) {
     EXPECT_EQ(ids, std::vector<uint16_t>({0xFFFE, 0xFFFF, 1}));
 }
 
+TEST_F(ControlChannelTest, AwaitsNoLongerThanItsLimit) {
+    m_channel.SetPatience({.timeout = 200ms, .tries = 3});
+    try {
+        m_channel.Exchange(Command::ReadRegister, {}, 0, 300ms);
+        FAIL();
+    } catch (const Failure& failure) {
+        EXPECT_STREQ(failure.what(), "The camera doesn't answer a read: 2 tries of 200 ms");
+    }
+    EXPECT_EQ(m_link->Elapsed(), 300ms);
+}
+
+TEST_F(ControlChannelTest, TriesOnceHoweverShortItsLimitIs) {
+    Answer([](const CommandPacket& command) {
+        return std::vector<ScriptedReply>{{0ms, AnswerOf(command, FromHex("01"))}};
+    });
+    EXPECT_EQ(m_channel.Exchange(Command::ReadRegister, {}, 0, 0ms), FromHex("01"));
+}
+
 TEST_F(ControlChannelTest, SendsNothingOnceItIsAbandoned) {
     m_channel.Abandon();
     try {

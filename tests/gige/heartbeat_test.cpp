@@ -39,8 +39,8 @@ protected:
             return {{0ms, AnswerOf(command, {}, m_status)}};
         }
         const bool isPrivilege = ParseNumbers(command.payload).value().front() == kRegPrivilege;
-        return {{0ms, AnswerOf(command,
-                               BuildNumbers(std::array{isPrivilege ? m_privilege.load() : 3U}))}};
+        return {{0ms, AnswerOf(command, BuildNumbers(std::array{
+                                            (isPrivilege ? m_privilege : m_timeout).load()}))}};
     }
 
     auto OnLoss() {
@@ -53,6 +53,7 @@ protected:
     std::atomic<bool> m_isSilent = false;
     std::atomic<Status> m_status = Status::Success;
     std::atomic<uint32_t> m_privilege = kPrivilegeControl;
+    std::atomic<uint32_t> m_timeout = 3;
     std::atomic<int> m_asked = 0;
     std::counting_semaphore<> m_beats{0};
     std::binary_semaphore m_lost{0};
@@ -121,6 +122,16 @@ TEST_F(HeartbeatTest, AsksNothingAfterALoss) {
         m_lost.acquire();
     }
     EXPECT_EQ(m_asked, 1);
+}
+
+TEST_F(HeartbeatTest, BeatsAtOnceWhenItIsToldTo) {
+    m_timeout = 600'000;  // in turn, the second beat would come after minutes
+    Heartbeat heartbeat(m_memory, true, OnLoss());
+    for (int beat = 0; beat < 20; ++beat) {
+        m_beats.acquire();
+        m_beats.acquire();
+        heartbeat.BeatNow();
+    }
 }
 
 TEST_F(HeartbeatTest, EndsAtOnceHoweverLongItsTimeoutIs) {

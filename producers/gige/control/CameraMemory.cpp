@@ -42,9 +42,10 @@ void InPieces(size_t length, size_t largest, const Move& move) {
 
 }  // namespace
 
-uint32_t CameraMemory::ReadRegister(uint32_t address) {
-    const auto answer =
-        ParseNumbers(m_channel.Exchange(Command::ReadRegister, BuildNumbers(std::array{address})));
+uint32_t CameraMemory::ReadRegister(uint32_t address,
+                                    std::optional<std::chrono::milliseconds> limit) {
+    const auto answer = ParseNumbers(
+        m_channel.Exchange(Command::ReadRegister, BuildNumbers(std::array{address}), 0, limit));
     if (!answer || answer->size() != 1) {
         ThrowWrongAnswer();
     }

@@ -19,8 +19,11 @@ public:
     void SetCapability(uint32_t capability) { m_capability = capability; }
     uint32_t Capability() const { return m_capability; }
 
-    uint32_t ReadRegister(uint32_t address);
+    /// @param limit  as in `ControlChannel::Exchange`
+    uint32_t ReadRegister(uint32_t address, std::optional<std::chrono::milliseconds> limit = {});
     void WriteRegister(uint32_t address, uint32_t value);
+
+    Clock::time_point LastAnswer() const { return m_channel.LastAnswer(); }
 
     /// Reads bytes at any address: the words around them are read.
     /// @throws OvProducer::Failure GC_ERR_INVALID_ADDRESS beyond 32 bits

@@ -63,12 +63,14 @@ struct ControlChannel::Awaited {
     Command command;
     uint16_t requestId;
     std::chrono::milliseconds timeout;
+    Clock::time_point end;  ///< when it isn't awaited any more
 };
 
 ControlChannel::ControlChannel(std::unique_ptr<DatagramLink> link, uint16_t firstRequest)
     : m_link(std::move(link)), m_nextRequest(firstRequest) {}
 
-Bytes ControlChannel::Exchange(Command command, ByteView payload, uint8_t extraFlags) {
+Bytes ControlChannel::Exchange(Command command, ByteView payload, uint8_t extraFlags,
+                               std::optional<std::chrono::milliseconds> limit) {
     const std::lock_guard exchange(m_exchange);
     Patience patience;
     {
@@ -76,13 +78,15 @@ Bytes ControlChannel::Exchange(Command command, ByteView payload, uint8_t extraF
         patience = m_patience;
         ++m_counters.commands;
     }
-    const Awaited awaited{command, TakeRequestId(), patience.timeout};
+    const Clock::time_point end = limit ? m_link->Now() + *limit : Clock::time_point::max();
+    const Awaited awaited{command, TakeRequestId(), patience.timeout, end};
     const Bytes packet =
         BuildCommand({.flags = static_cast<uint8_t>(kFlagAnswerRequired | extraFlags),
                       .command = command,
                       .requestId = awaited.requestId,
                       .payload = payload});
-    for (int attempt = 0; attempt < patience.tries; ++attempt) {
+    int attempt = 0;
+    for (; attempt < patience.tries && (attempt == 0 || m_link->Now() < end); ++attempt) {
         RequireLink();
         if (attempt > 0) {
             const std::lock_guard lock(m_state);
@@ -96,8 +100,8 @@ Bytes ControlChannel::Exchange(Command command, ByteView payload, uint8_t extraF
     const std::lock_guard lock(m_state);
     ++m_counters.abandoned;
     throw Failure(GenTL::GC_ERR_TIMEOUT, std::string("The camera doesn't answer a ") +
-                                             NameOf(command) + ": " +
-                                             std::to_string(patience.tries) + " tries of " +
+                                             NameOf(command) + ": " + std::to_string(attempt) +
+                                             " tries of " +
                                              std::to_string(patience.timeout.count()) + " ms");
 }
 
@@ -127,7 +131,7 @@ std::optional<Bytes> ControlChannel::Try(const Awaited& awaited, ByteView packet
 // An answer that comes late, to an earlier try or command, neither ends the wait nor extends
 // it: a camera that chatters must not hold the channel.
 std::optional<Bytes> ControlChannel::Await(const Awaited& awaited) {
-    Clock::time_point deadline = m_link->Now() + awaited.timeout;
+    Clock::time_point deadline = std::min(m_link->Now() + awaited.timeout, awaited.end);
     while (const auto packet = m_link->Receive(deadline)) {
         const auto answer = ParseAnswer(*packet);
         const bool isOurs = answer && IsFor(*answer, awaited);
@@ -138,6 +142,7 @@ std::optional<Bytes> ControlChannel::Await(const Awaited& awaited) {
             ++m_counters.ignored;
             continue;
         }
+        m_lastAnswer = Clock::now();
         if (answer->answer == kPendingAnswer) {
             ++m_counters.pendings;
             const std::chrono::milliseconds wanted{pause.value_or(0)};
@@ -160,6 +165,11 @@ bool ControlChannel::IsFor(const AnswerPacket& answer, const Awaited& awaited) c
 void ControlChannel::SetPatience(Patience patience) {
     const std::lock_guard lock(m_state);
     m_patience = patience;
+}
+
+Clock::time_point ControlChannel::LastAnswer() const {
+    const std::lock_guard lock(m_state);
+    return m_lastAnswer;
 }
 
 ControlCounters ControlChannel::Counters() const {

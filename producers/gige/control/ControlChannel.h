@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 #include "framework/Failure.h"
 #include "gige/control/DatagramLink.h"
@@ -52,7 +53,10 @@ public:
     /// @throws Refusal if the camera answers with another status than success,
     ///         OvProducer::Failure GC_ERR_TIMEOUT if it doesn't answer, GC_ERR_ABORT once the
     ///         channel is abandoned
-    Bytes Exchange(Command command, ByteView payload, uint8_t extraFlags = 0);
+    /// @param limit  for how long an answer is awaited at most, from when the command is sent
+    ///               first; without one, the patience alone decides
+    Bytes Exchange(Command command, ByteView payload, uint8_t extraFlags = 0,
+                   std::optional<std::chrono::milliseconds> limit = {});
 
     /// Fails the command that is on its way, and those to come: nobody waits for a camera that
     /// is known to be gone.
@@ -60,6 +64,8 @@ public:
     /// The patience of the commands that begin from now on.
     void SetPatience(Patience patience);
     ControlCounters Counters() const;
+    /// When the camera answered last, whatever it answered.
+    Clock::time_point LastAnswer() const;
 
 private:
     struct Awaited;
@@ -78,6 +84,7 @@ private:
     mutable std::mutex m_state;  // guards what follows; held for a look
     Patience m_patience;
     ControlCounters m_counters;
+    Clock::time_point m_lastAnswer;
 };
 
 }  // namespace OvGige

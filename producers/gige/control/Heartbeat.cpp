@@ -1,5 +1,7 @@
 #include "gige/control/Heartbeat.h"
 
+#include <algorithm>
+
 #include "gige/protocol/Bootstrap.h"
 
 namespace OvGige {
@@ -33,15 +35,26 @@ Heartbeat::~Heartbeat() {
     m_thread.join();
 }
 
-void Heartbeat::Run() {
-    while (Beat() && WaitForNext()) {
+void Heartbeat::BeatNow() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isDue = true;
     }
+    m_wake.notify_all();
+}
+
+void Heartbeat::Run() {
+    Clock::time_point begin;
+    do {
+        begin = Clock::now();
+    } while (Beat() && WaitForNext(begin));
 }
 
 bool Heartbeat::Beat() {
     try {
-        const uint32_t privilege = m_camera.ReadRegister(kRegPrivilege);
-        m_lastAnswer = Clock::now();
+        // A camera that is silent shall be known to be lost as soon as its time-out is over.
+        const auto limit = std::max(m_timeout - Silence(), Interval());
+        const uint32_t privilege = m_camera.ReadRegister(kRegPrivilege, limit);
         if (m_isOwner && (privilege & kPrivilegeHeld) == 0) {
             return Lose("The camera has given up this host as its owner");
         }
@@ -60,14 +73,13 @@ bool Heartbeat::Refused(const Refusal& refusal) {
     if (refusal.GetStatus() == Status::AccessDenied) {
         return Lose("The camera has another owner");
     }
-    m_lastAnswer = Clock::now();
     return true;
 }
 
 // A camera that doesn't answer may still do so: only after its own time-out is it sure to have
 // given up this host.
 bool Heartbeat::Unanswered() {
-    if (Clock::now() - m_lastAnswer < m_timeout) {
+    if (Silence() < m_timeout) {
         return true;
     }
     return Lose("The camera hasn't answered for " + std::to_string(m_timeout.count()) + " ms");
@@ -78,9 +90,22 @@ bool Heartbeat::Lose(const std::string& why) {
     return false;
 }
 
-bool Heartbeat::WaitForNext() {
+// What the camera answers to others is a sign of life, too: while one of their commands takes its
+// time, no beat gets through.
+milliseconds Heartbeat::Silence() const {
+    return std::chrono::duration_cast<milliseconds>(Clock::now() -
+                                                    std::max(m_begin, m_camera.LastAnswer()));
+}
+
+milliseconds Heartbeat::Interval() const {
+    return m_timeout / kBeatsPerTimeout;
+}
+
+bool Heartbeat::WaitForNext(Clock::time_point begin) {
     std::unique_lock lock(m_mutex);
-    return !m_wake.wait_for(lock, m_timeout / kBeatsPerTimeout, [this] { return m_isEnding; });
+    m_wake.wait_until(lock, begin + Interval(), [this] { return m_isEnding || m_isDue; });
+    m_isDue = false;
+    return !m_isEnding;
 }
 
 }  // namespace OvGige

@@ -12,8 +12,7 @@
 namespace OvGige {
 
 /// Reads the camera's privilege on a thread of its own, three times within the camera's
-/// heartbeat time-out, from its construction to its end. The time-out is read anew each time,
-/// so it follows what a user sets.
+/// heartbeat time-out, from its construction to its end. The time-out is read anew each time.
 class Heartbeat {
 public:
     /// @param onLoss  called once, on the heartbeat's thread, when the camera hasn't answered
@@ -26,6 +25,9 @@ public:
     Heartbeat(const Heartbeat&) = delete;
     Heartbeat& operator=(const Heartbeat&) = delete;
 
+    /// Reads at once: after a shorter time-out was set, the next read in turn may be too late.
+    void BeatNow();
+
 private:
     void Run();
     /// True as long as the camera is there.
@@ -33,16 +35,20 @@ private:
     bool Refused(const Refusal& refusal);
     bool Unanswered();
     bool Lose(const std::string& why);
-    bool WaitForNext();
+    std::chrono::milliseconds Silence() const;
+    std::chrono::milliseconds Interval() const;
+    /// @param begin  of the beat before
+    bool WaitForNext(Clock::time_point begin);
 
     CameraMemory& m_camera;
     const bool m_isOwner;
     const std::function<void(const std::string&)> m_onLoss;
     std::chrono::milliseconds m_timeout;
-    Clock::time_point m_lastAnswer = Clock::now();
+    const Clock::time_point m_begin = Clock::now();
     std::mutex m_mutex;
     std::condition_variable m_wake;
     bool m_isEnding = false;
+    bool m_isDue = false;
     std::thread m_thread;
 };
 

@@ -50,10 +50,13 @@ CameraConnection::CameraConnection(std::unique_ptr<DatagramLink> link, Connectio
 }
 
 void CameraConnection::Close() {
-    if (!m_heartbeat) {
-        return;  // closed already
+    {
+        const std::lock_guard lock(m_closing);
+        if (!m_heartbeat) {
+            return;  // closed already
+        }
+        m_heartbeat.reset();
     }
-    m_heartbeat.reset();
     if (m_options.access != Access::ReadOnly && !IsLost()) {
         m_channel.SetPatience(kLastContact);
         ReleaseAccess(m_memory);
@@ -86,6 +89,13 @@ void CameraConnection::CheckUsable() const {
     const std::lock_guard lock(m_mutex);
     if (!m_loss.empty()) {
         throw OvProducer::Failure(GenTL::GC_ERR_CUSTOM_ID, m_loss);
+    }
+}
+
+void CameraConnection::FollowHeartbeatTimeout() {
+    const std::lock_guard lock(m_closing);
+    if (m_heartbeat) {
+        m_heartbeat->BeatNow();
     }
 }
 

@@ -49,18 +49,21 @@ public:
     /// @throws OvProducer::Failure GC_ERR_CUSTOM_ID once the camera is gone; the text says how
     ///         that was noticed
     void CheckUsable() const;
+    bool IsLost() const;
+    /// To be called after the camera's heartbeat time-out was written.
+    void FollowHeartbeatTimeout();
     /// For what else notices a loss, such as an adapter that goes down.
     void Lose(const std::string& why);
 
 private:
     void Configure();
-    bool IsLost() const;
 
     const ConnectionOptions m_options;
     ControlChannel m_channel;
     CameraMemory m_memory{m_channel};
     mutable std::mutex m_mutex;  // guards what follows
     std::string m_loss;          // empty while the camera is there
+    std::mutex m_closing;        // guards what follows, and is never taken by the heartbeat
     std::unique_ptr<Heartbeat> m_heartbeat;
 };
 

@@ -73,16 +73,17 @@ void AdapterSearch::SendToAll(const SearchTargets& targets) {
     if (targets.directedBroadcast && !m_adapter.broadcast.IsNone()) {
         all.push_back({m_adapter.broadcast, m_cameraPort});
     }
-    const Bytes packet = BuildCommand({.flags = kFlagAnswerRequired | kFlagBroadcastAnswer,
-                                       .command = Command::Discovery,
-                                       .requestId = TakeRequestId(),
-                                       .payload = {}});
-    if (SendToEach(packet, all) == 0 && !all.empty()) {
+    if (SendToEach(Command::Discovery, {}, all) == 0 && !all.empty()) {
         m_socket.reset();
     }
 }
 
-size_t AdapterSearch::SendToEach(ByteView packet, const std::vector<Endpoint>& to) {
+size_t AdapterSearch::SendToEach(Command command, ByteView payload,
+                                 const std::vector<Endpoint>& to) {
+    const Bytes packet = BuildCommand({.flags = kFlagAnswerRequired | kFlagBroadcastAnswer,
+                                       .command = command,
+                                       .requestId = TakeRequestId(),
+                                       .payload = payload});
     return static_cast<size_t>(std::count_if(
         to.begin(), to.end(), [&](const Endpoint& endpoint) { return Send(endpoint, packet); }));
 }

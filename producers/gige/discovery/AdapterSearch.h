@@ -45,9 +45,10 @@ public:
     void Run(std::chrono::milliseconds time, const SearchTargets& targets, FoundCameras& found);
     /// Ends the search that runs; one that begins later isn't affected.
     void Stop() const { m_stop.Signal(); }
-    /// Sends a packet by this adapter. Must not be called while a search runs.
+    /// Sends a command whose answers don't matter, so that they may be broadcast. Must not be
+    /// called while a search runs.
     /// @return to how many places it could be sent
-    size_t SendToEach(ByteView packet, const std::vector<Endpoint>& to);
+    size_t SendToEach(Command command, ByteView payload, const std::vector<Endpoint>& to);
     SearchCounters Counters() const;
 
 private:
