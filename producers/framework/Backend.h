@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "framework/Acquisition.h"
+#include "framework/FrameCopier.h"
 #include "framework/Functions.h"
 #include "framework/Port.h"
 
@@ -89,10 +89,25 @@ class StreamBackend {
 public:
     virtual ~StreamBackend() = default;
     virtual StreamFacts Facts() = 0;
-    virtual FrameSource& Source() = 0;
+    /// Makes what fills the buffers. Is called when the stream is opened; the engine lives until
+    /// it is closed.
+    virtual std::unique_ptr<FrameEngine> MakeEngine() = 0;
     /// Is called before the engine starts. Throws if the stream can't be used, for
     /// instance because the device is gone.
     virtual void CheckUsable() = 0;
+    /// Is called when a consumer has waited in vain. Throws if no frame can come any more.
+    virtual void CheckAfterTimeout() {}
+    /// Adds registers to those that the streams of all producers have.
+    virtual void AddRegisters(RegisterSpace& registers) { static_cast<void>(registers); }
+};
+
+/// A stream whose frames are copied from a source.
+class CopyingStream : public StreamBackend {
+public:
+    virtual FrameSource& Source() = 0;
+    std::unique_ptr<FrameEngine> MakeEngine() override {
+        return std::make_unique<FrameCopier>(Source());
+    }
 };
 
 class DeviceBackend {

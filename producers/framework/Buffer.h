@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "framework/BufferFacts.h"
@@ -25,6 +26,7 @@ struct Buffer : Object {
     /// is full.
     bool discardWhenFilled = false;
     std::vector<GenTL::S_SINGLE_CHUNK_DATA> chunks;  ///< of the present frame
+    std::string fileName;                            ///< of the present frame
 
     std::span<std::byte> Memory() const { return {base, size}; }
 };

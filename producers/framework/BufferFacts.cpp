@@ -194,7 +194,8 @@ InfoValue BufferFacts::Answer(GenTL::BUFFER_INFO_CMD command) const {
 std::optional<InfoValue> BufferFacts::TryAnswer(const void* stream, const void* handle,
                                                 GenTL::BUFFER_INFO_CMD command) const {
     const uint64_t number = m_frameNumber;
-    if (!HasFrameOf(stream, handle)) {
+    // A file's name isn't among the facts.
+    if (!HasFrameOf(stream, handle) || command == GenTL::BUFFER_INFO_FILENAME) {
         return std::nullopt;
     }
     InfoValue answer = Answer(command);

@@ -15,8 +15,10 @@ namespace {
 
 class BufferPool::NewBufferEvent : public Event {
 public:
-    explicit NewBufferEvent(std::shared_ptr<Queues> queues)
-        : Event(GenTL::EVENT_NEW_BUFFER, queues->mutex), m_queues(std::move(queues)) {}
+    NewBufferEvent(std::shared_ptr<Queues> queues, std::function<void()> checkAfterTimeout)
+        : Event(GenTL::EVENT_NEW_BUFFER, queues->mutex),
+          m_queues(std::move(queues)),
+          m_checkAfterTimeout(std::move(checkAfterTimeout)) {}
 
     using Event::Wake;
 
@@ -50,6 +52,7 @@ protected:
     size_t InfoSizeMax() const override { return sizeof(void*); }
     size_t Pending() const override { return m_queues->entries.size(); }
     size_t FrontSize() const override { return EntrySizeMax(); }
+    void CheckAfterTimeout() const override { m_checkAfterTimeout(); }
 
     void TakeFront(void* buffer) override {
         const std::shared_ptr<Buffer> front = m_queues->entries.Pop();
@@ -69,7 +72,8 @@ protected:
     }
 
 private:
-    std::shared_ptr<Queues> m_queues;
+    const std::shared_ptr<Queues> m_queues;
+    const std::function<void()> m_checkAfterTimeout;
 };
 
 std::shared_ptr<Buffer> BufferPool::MakeBuffer(void* memory, size_t size, void* userPointer) const {
@@ -95,16 +99,16 @@ void BufferPool::Announce(const std::shared_ptr<Buffer>& buffer, const void* str
         throw Failure(GenTL::GC_ERR_RESOURCE_IN_USE, "The memory is announced already");
     }
     m_announced.push_back(buffer);
+    m_byHandle[buffer->Handle()] = buffer;
     buffer->facts->Publish(stream, buffer->Handle());
 }
 
 const std::shared_ptr<Buffer>& BufferPool::Announced(const void* handle) const {
-    const auto found = std::find_if(m_announced.begin(), m_announced.end(),
-                                    [=](const auto& known) { return known->Handle() == handle; });
-    if (found == m_announced.end()) {
+    const auto found = m_byHandle.find(handle);
+    if (found == m_byHandle.end()) {
         ThrowNotAnnounced();
     }
-    return *found;
+    return found->second;
 }
 
 void BufferPool::Revoke(const std::shared_ptr<Buffer>& buffer) {
@@ -117,6 +121,7 @@ void BufferPool::Revoke(const std::shared_ptr<Buffer>& buffer) {
         throw Failure(GenTL::GC_ERR_BUSY, "The buffer is in a queue or being filled");
     }
     m_announced.erase(found);
+    m_byHandle.erase(buffer->Handle());
     buffer->facts->ClearFrame();
 }
 
@@ -128,6 +133,7 @@ std::vector<std::shared_ptr<Buffer>> BufferPool::RevokeAll() {
     for (const std::shared_ptr<Buffer>& buffer : m_announced) {
         buffer->facts->ClearFrame();
     }
+    m_byHandle.clear();
     return std::exchange(m_announced, {});
 }
 
@@ -192,7 +198,12 @@ std::shared_ptr<Buffer> BufferPool::At(size_t index) const {
 
 InfoValue BufferPool::Info(const void* handle, GenTL::BUFFER_INFO_CMD command) const {
     const std::lock_guard lock(m_queues->mutex);
-    return Announced(handle)->facts->Answer(command);
+    const std::shared_ptr<Buffer>& buffer = Announced(handle);
+    if (command == GenTL::BUFFER_INFO_FILENAME && buffer->facts->HasFrame() &&
+        !buffer->fileName.empty()) {
+        return InfoValue::Text(buffer->fileName);
+    }
+    return buffer->facts->Answer(command);
 }
 
 std::vector<GenTL::S_SINGLE_CHUNK_DATA> BufferPool::Chunks(const void* handle) const {
@@ -223,8 +234,8 @@ void BufferPool::SetHandling(BufferHandling handling) {
     m_handling = handling;
 }
 
-std::shared_ptr<Event> BufferPool::MakeEvent() {
-    auto event = std::make_shared<NewBufferEvent>(m_queues);
+std::shared_ptr<Event> BufferPool::MakeEvent(std::function<void()> checkAfterTimeout) {
+    auto event = std::make_shared<NewBufferEvent>(m_queues, std::move(checkAfterTimeout));
     const std::lock_guard lock(m_queues->mutex);
     m_event = event;
     return event;
@@ -261,14 +272,15 @@ std::shared_ptr<Buffer> BufferPool::WaitInput(const std::stop_token& stop) {
     return ready ? TakeInputLocked() : nullptr;
 }
 
-void BufferPool::Deliver(const std::shared_ptr<Buffer>& buffer, FrameInfo frame) {
+void BufferPool::Deliver(const std::shared_ptr<Buffer>& buffer, const FrameInfo& frame) {
     std::shared_ptr<NewBufferEvent> event;
     {
         const std::lock_guard lock(m_queues->mutex);
         m_counters.incomplete += frame.incomplete ? 1 : 0;
         buffer->facts->SetFrame(frame);
         buffer->facts->SetNewData(true);
-        buffer->chunks = std::move(frame.chunks);
+        buffer->chunks = frame.chunks;
+        buffer->fileName = frame.fileName;
         if (std::exchange(buffer->discardWhenFilled, false)) {
             buffer->facts->SetState(BufferState::Idle);
             return;
@@ -285,6 +297,18 @@ void BufferPool::Deliver(const std::shared_ptr<Buffer>& buffer, FrameInfo frame)
     if (event) {
         event->Wake();
     }
+}
+
+void BufferPool::GiveBack(const std::shared_ptr<Buffer>& buffer) {
+    {
+        const std::lock_guard lock(m_queues->mutex);
+        if (std::exchange(buffer->discardWhenFilled, false)) {
+            buffer->facts->SetState(BufferState::Idle);
+        } else {
+            ToInput(buffer);
+        }
+    }
+    m_inputReady.notify_all();
 }
 
 void BufferPool::CountLost() {

@@ -3,9 +3,11 @@
 /// filled, in the output queue, and idle again after its delivery.
 
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <stop_token>
+#include <unordered_map>
 #include <vector>
 
 #include "framework/BufferQueue.h"
@@ -62,7 +64,8 @@ public:
     void SetHandling(BufferHandling handling);
 
     /// Makes the stream's new-buffer event, for which entries are collected from now on.
-    std::shared_ptr<Event> MakeEvent();
+    /// @param checkAfterTimeout  is called when a wait is over without a frame, and may throw
+    std::shared_ptr<Event> MakeEvent(std::function<void()> checkAfterTimeout = [] {});
     /// Ends the waits for the event, and collects no more entries for it.
     void CloseEvent();
 
@@ -75,7 +78,9 @@ public:
     /// Waits for a buffer to fill. Returns null only if `stop` was requested.
     std::shared_ptr<Buffer> WaitInput(const std::stop_token& stop);
     /// Puts a filled buffer into the output queue and wakes the threads that wait for it.
-    void Deliver(const std::shared_ptr<Buffer>& buffer, FrameInfo frame);
+    void Deliver(const std::shared_ptr<Buffer>& buffer, const FrameInfo& frame);
+    /// Puts a buffer that isn't delivered back to those that wait to be filled.
+    void GiveBack(const std::shared_ptr<Buffer>& buffer);
     void CountLost();
 
 private:
@@ -101,7 +106,8 @@ private:
     const std::shared_ptr<Queues> m_queues;
     std::condition_variable_any m_inputReady;
     SpinBeforeSleep m_inputSpin;
-    std::vector<std::shared_ptr<Buffer>> m_announced;
+    std::vector<std::shared_ptr<Buffer>> m_announced;  ///< in the order of their indices
+    std::unordered_map<const void*, std::shared_ptr<Buffer>> m_byHandle;
     std::shared_ptr<NewBufferEvent> m_event;
     StreamCounters m_counters;
     BufferHandling m_handling = BufferHandling::OldestFirst;

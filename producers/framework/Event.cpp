@@ -79,6 +79,8 @@ void Event::GetData(void* buffer, size_t* size, uint64_t timeout) {
     if (timeout == GenTL::GENTL_INFINITE) {
         m_wake.wait(lock, ready);
     } else if (!m_wake.wait_until(lock, deadline, ready)) {
+        lock.unlock();
+        CheckAfterTimeout();
         throw Failure(GenTL::GC_ERR_TIMEOUT, "No event within the time-out");
     }
     if (m_closed || m_kills != 0) {

@@ -60,6 +60,10 @@ protected:
     virtual void TakeFront(void* buffer) = 0;
     virtual void DropAll() = 0;
 
+    /// Called without the lock when a wait is over and nothing came. May throw what the wait
+    /// fails with instead of -1011.
+    virtual void CheckAfterTimeout() const {}
+
     /// Counts an entry that was just added. To be called with the lock held; `Wake` must
     /// follow after the lock was released.
     void Added() {

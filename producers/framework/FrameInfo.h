@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "GenTL/GenTL.h"
@@ -30,6 +31,7 @@ struct FrameInfo {
     bool incomplete = false;
     bool largerThanBuffer = false;
     std::vector<GenTL::S_SINGLE_CHUNK_DATA> chunks;
+    std::string fileName;  ///< of a frame that is a file
 };
 
 }  // namespace OvProducer

@@ -53,8 +53,10 @@ Stream::Stream(Session& session, std::weak_ptr<Device> parent,
       m_parent(std::move(parent)),
       m_backend(std::move(backend)),
       m_pool(m_backend->Facts().tlType),
-      m_acquisition(m_pool, m_backend->Source()) {
+      m_engine(m_backend->MakeEngine()),
+      m_acquisition(m_pool, *m_engine) {
     AddRegisters();
+    m_backend->AddRegisters(GetOwnPort().Registers());
     session.producer->Describe(ModuleKind::Stream, GetOwnPort());
 }
 
@@ -160,7 +162,7 @@ Stream::Snapshot Stream::Current() const {
 
 std::shared_ptr<Event> Stream::MakeEvent(GenTL::EVENT_TYPE type) {
     static_cast<void>(type);
-    return m_pool.MakeEvent();
+    return m_pool.MakeEvent([backend = m_backend] { backend->CheckAfterTimeout(); });
 }
 
 void Stream::EndEvent(Event& event) {

@@ -63,6 +63,7 @@ private:
     const std::weak_ptr<Device> m_parent;
     const std::shared_ptr<StreamBackend> m_backend;
     BufferPool m_pool;
+    const std::unique_ptr<FrameEngine> m_engine;
     Acquisition m_acquisition;
     std::atomic<int64_t> m_paramsLocked = 0;
 };

@@ -27,7 +27,7 @@ CameraIdentity IdentityOf(unsigned index) {
     return identity;
 }
 
-class VirtualStream : public OvProducer::StreamBackend {
+class VirtualStream : public OvProducer::CopyingStream {
 public:
     explicit VirtualStream(std::shared_ptr<Camera> camera) : m_camera(std::move(camera)) {}
 

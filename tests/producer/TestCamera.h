@@ -114,7 +114,7 @@ private:
 };
 
 /// One stream of the camera, and the source of its frames.
-class TestStream : public OvProducer::StreamBackend, public OvProducer::FrameSource {
+class TestStream : public OvProducer::CopyingStream, public OvProducer::FrameSource {
 public:
     TestStream(TestCamera& camera, std::string id) : m_camera(camera), m_id(std::move(id)) {}
 

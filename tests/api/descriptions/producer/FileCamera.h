@@ -15,7 +15,7 @@
 namespace OvTest {
 
 /// Frames of 8 x 8 pixels, as fast as buffers come, whatever the memory says.
-class FileStream : public OvProducer::StreamBackend, public OvProducer::FrameSource {
+class FileStream : public OvProducer::CopyingStream, public OvProducer::FrameSource {
 public:
     OvProducer::StreamFacts Facts() override;
     OvProducer::FrameSource& Source() override { return *this; }
