@@ -4,6 +4,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -40,6 +41,10 @@ public:
         const std::lock_guard lock(m_mutex);
         m_refused[address] = status;
     }
+    /// Called after each write that was done, on the thread that made it.
+    void Watch(std::function<void(const OvGige::RegisterWrite&)> watcher) {
+        m_watcher = std::move(watcher);
+    }
     void Set(uint32_t address, uint32_t value) {
         const std::lock_guard lock(m_mutex);
         m_registers[address] = value;
@@ -55,6 +60,9 @@ private:
             }
             m_writes.push_back(write);
             m_registers[write.address] = write.value;
+            if (m_watcher) {
+                m_watcher(write);
+            }
             return AnswerOf(command, OvGige::BuildCount(1));
         }
         const uint32_t address = OvGige::ParseNumbers(command.payload)->front();
@@ -65,6 +73,7 @@ private:
     std::map<uint32_t, uint32_t> m_registers;
     std::map<uint32_t, OvGige::Status> m_refused;
     std::vector<OvGige::RegisterWrite> m_writes;
+    std::function<void(const OvGige::RegisterWrite&)> m_watcher;
     std::atomic<int> m_commands = 0;
     std::atomic<bool> m_isSilent = false;
 };

@@ -147,6 +147,7 @@ constexpr uint32_t kStreamPortMask = 0x0000FFFF;
 constexpr uint32_t kStreamChannelBothByteOrders = 0x80000000;
 constexpr uint32_t kStreamChannelMultiPart = 0x00000040;
 constexpr uint32_t kStreamChannelAllIn = 0x00000004;
+constexpr uint32_t kStreamSwitchGenDc = 0x00000080;
 ///@}
 
 /// Bits of the control channel privilege. 0: nobody has control.

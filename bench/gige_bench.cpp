@@ -1,0 +1,329 @@
+// What receiving frames from the network costs, beside a bare loop that takes the same
+// datagrams into memory of a frame's size and looks at nothing. A process of its own sends them
+// at a set rate: over the loopback adapter, or to another address of this machine that a
+// network namespace leads to. CPU time of the receiving thread counts.
+
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <vector>
+
+#include "Measure.h"
+#include "framework/BufferQueue.h"
+#include "gige/stream/StreamReceiver.h"
+
+namespace {
+
+using namespace OvGige;
+using std::chrono::steady_clock;
+
+constexpr int kRounds = 3;
+constexpr size_t kMeasuredBytes = 400'000'000;
+/// After so many frames the receiver has all the memory that it needs.
+constexpr int kWarmUp = 33;
+constexpr size_t kSocketBuffer = 32 << 20;
+constexpr Ipv4 kLoopback{0x7F000001};
+/// The sender's batch: as many packets as are due at a time.
+constexpr size_t kBatch = 16;
+
+uint64_t g_allocations = 0;
+
+/// What is sent.
+struct Load {
+    const char* name;
+    size_t packetSize;
+    size_t frameSize;
+    double bytesPerSecond;
+    double goal;  ///< CPU time in relation to the bare loop's
+
+    int Frames() const { return static_cast<int>(kMeasuredBytes / frameSize); }
+    size_t DataSize() const { return DataPerPacket(packetSize, false, PacketFormat::Data); }
+    uint32_t DataCount() const {
+        return static_cast<uint32_t>((frameSize + DataSize() - 1) / DataSize());
+    }
+};
+
+constexpr Load kLoads[] = {
+    {"2 MP in packets of 1500", 1500, 2'000'000, 100e6, 2.0},
+    {"12 MP in packets of 1500", 1500, 12'000'000, 100e6, 2.0},
+    {"2 MP in packets of 9000", 9000, 2'000'000, 400e6, 1.5},
+    {"12 MP in packets of 9000", 9000, 12'000'000, 400e6, 1.5},
+};
+
+[[noreturn]] void Fail(const char* what) {
+    std::perror(what);
+    std::exit(1);
+}
+
+/// Sends frames at the load's rate.
+class Sender {
+public:
+    Sender(const Load& load, const Endpoint& to) : m_load(load) {
+        m_socket.Bind({kLoopback, 0});
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(to.port);
+        address.sin_addr.s_addr = htonl(to.ip.value);
+        if (connect(m_socket.File(), reinterpret_cast<const sockaddr*>(&address), sizeof address) !=
+            0) {
+            Fail("connect");
+        }
+    }
+
+    void Run() {
+        for (uint64_t block = 1; block <= static_cast<uint64_t>(kWarmUp + m_load.Frames());
+             ++block) {
+            BlockLeader leader;
+            leader.payloadType = static_cast<uint16_t>(PayloadType::Raw);
+            leader.timestamp = block;
+            leader.size = m_load.frameSize;
+            Add(block, 0, PacketFormat::Leader, BuildLeader(leader));
+            const Bytes data(m_load.DataSize());
+            for (uint32_t id = 1; id <= m_load.DataCount(); ++id) {
+                const size_t rest = m_load.frameSize - (id - 1) * data.size();
+                Add(block, id, PacketFormat::Data,
+                    ByteView(data).first(std::min(rest, data.size())));
+            }
+            Add(block, m_load.DataCount() + 1, PacketFormat::Trailer,
+                BuildTrailer({.payloadType = leader.payloadType}));
+            Flush();
+        }
+    }
+
+private:
+    void Add(uint64_t block, uint32_t id, PacketFormat format, ByteView payload) {
+        const StreamHeader header{.format = format, .blockId = block, .packetId = id};
+        Bytes& packet = m_packets[m_count++];
+        packet.resize(header.Size());
+        WriteStreamHeader(packet, header);
+        Append(packet, payload);
+        if (m_count == kBatch) {
+            Flush();
+        }
+    }
+    void Flush() {
+        std::array<mmsghdr, kBatch> messages{};
+        std::array<iovec, kBatch> parts{};
+        size_t bytes = 0;
+        for (size_t i = 0; i < m_count; ++i) {
+            parts[i] = {m_packets[i].data(), m_packets[i].size()};
+            messages[i].msg_hdr.msg_iov = &parts[i];
+            messages[i].msg_hdr.msg_iovlen = 1;
+            bytes += m_packets[i].size();
+        }
+        while (steady_clock::now() < m_due) {
+        }
+        for (size_t sent = 0; sent < m_count;) {
+            const int count = sendmmsg(m_socket.File(), &messages[sent],
+                                       static_cast<unsigned>(m_count - sent), 0);
+            sent += static_cast<size_t>(std::max(count, 0));
+        }
+        m_due = std::max(m_due, steady_clock::now() - std::chrono::milliseconds(1)) +
+                std::chrono::nanoseconds(
+                    static_cast<int64_t>(static_cast<double>(bytes) * 1e9 / m_load.bytesPerSecond));
+        m_count = 0;
+    }
+
+    const Load& m_load;
+    UdpSocket m_socket;
+    std::array<Bytes, kBatch> m_packets;
+    size_t m_count = 0;
+    steady_clock::time_point m_due;
+};
+
+/// The sender in a process of its own, which ends with this one.
+class SenderProcess {
+public:
+    SenderProcess(const Load& load, const Endpoint& to) : m_process(fork()) {
+        if (m_process < 0) {
+            Fail("fork");
+        }
+        if (m_process == 0) {
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            Sender(load, to).Run();
+            _exit(0);
+        }
+    }
+    ~SenderProcess() { waitpid(m_process, nullptr, 0); }
+    SenderProcess(const SenderProcess&) = delete;
+    SenderProcess& operator=(const SenderProcess&) = delete;
+
+private:
+    const pid_t m_process;
+};
+
+struct Result {
+    double nanoseconds = 0;  ///< CPU time per GB
+    double whole = 0;        ///< share of the datagrams, or of the frames, that came
+    uint64_t allocations = 0;
+};
+
+UdpSocket MakeSocket() {
+    UdpSocket socket;
+    socket.Bind({kLoopback, 0});
+    socket.SetReceiveBuffer(kSocketBuffer);
+    return socket;
+}
+
+double PerGigabyte(double nanoseconds, const Load& load) {
+    return nanoseconds * 1e9 / (static_cast<double>(load.frameSize) * load.Frames());
+}
+
+/// Takes datagrams into a frame's memory, one behind the other.
+Result RunBare(const Load& load) {
+    UdpSocket socket = MakeSocket();
+    const timeval wait{.tv_sec = 1, .tv_usec = 0};
+    setsockopt(socket.File(), SOL_SOCKET, SO_RCVTIMEO, &wait, sizeof wait);
+    fcntl(socket.File(), F_SETFL, 0);
+    Bytes frame(load.frameSize + PacketBatch::kMax * load.packetSize);
+    std::array<mmsghdr, PacketBatch::kMax> messages{};
+    std::array<std::array<iovec, 2>, PacketBatch::kMax> parts{};
+    std::array<std::array<std::byte, kStreamHeaderSize>, PacketBatch::kMax> heads{};
+    const size_t perFrame = load.DataCount() + 2;
+    const size_t begin = perFrame * kWarmUp;
+    const size_t end = perFrame * static_cast<size_t>(kWarmUp + load.Frames());
+    const SenderProcess sender(load, socket.Local());
+    double cpu = 0;
+    size_t taken = 0;
+    while (taken < end) {
+        const size_t at = taken % perFrame * load.DataSize();
+        for (size_t i = 0; i < messages.size(); ++i) {
+            parts[i][0] = {heads[i].data(), heads[i].size()};
+            parts[i][1] = {frame.data() + std::min(at + i * load.DataSize(), load.frameSize),
+                           load.DataSize()};
+            messages[i].msg_hdr.msg_iov = parts[i].data();
+            messages[i].msg_hdr.msg_iovlen = 2;
+        }
+        const int count =
+            recvmmsg(socket.File(), messages.data(), messages.size(), MSG_WAITFORONE, nullptr);
+        if (count <= 0) {
+            break;
+        }
+        cpu = taken < begin ? ThreadNanoseconds() : cpu;
+        taken += static_cast<size_t>(count);
+    }
+    return {PerGigabyte(ThreadNanoseconds() - cpu, load),
+            static_cast<double>(taken) / static_cast<double>(end)};
+}
+
+/// Buffers that are free again as soon as they are delivered.
+class Shelf : public BlockClient {
+public:
+    explicit Shelf(size_t size) {
+        for (int i = 0; i < 5; ++i) {
+            auto buffer = std::make_shared<OvProducer::Buffer>();
+            buffer->ownMemory.resize(size);
+            buffer->base = buffer->ownMemory.data();
+            buffer->size = size;
+            m_free.Push(buffer);
+        }
+    }
+    int Delivered() const { return m_delivered; }
+
+    std::shared_ptr<OvProducer::Buffer> TakeBuffer() override {
+        return m_free.empty() ? nullptr : m_free.Pop();
+    }
+    void Deliver(const std::shared_ptr<OvProducer::Buffer>& buffer,
+                 const OvProducer::FrameInfo& frame) override {
+        Keep(frame.sizeFilled);
+        ++m_delivered;
+        m_free.Push(buffer);
+    }
+    void GiveBack(const std::shared_ptr<OvProducer::Buffer>& buffer) override {
+        m_free.Push(buffer);
+    }
+    void AskAgain(const ResendRequest& request) override { Keep(request.blockId); }
+
+private:
+    OvProducer::BufferQueue m_free;
+    int m_delivered = 0;
+};
+
+Result RunReceiver(const Load& load) {
+    UdpSocket socket = MakeSocket();
+    AssemblerSettings settings;
+    settings.packetSize = load.packetSize;
+    settings.resends = false;
+    StreamAccount account;
+    Shelf shelf(load.frameSize);
+    BlockAssembler assembler(settings, account, shelf);
+    StreamReceiver receiver(socket, assembler, kLoopback);
+    const WakeFile wake;
+    const SenderProcess sender(load, socket.Local());
+    const TimePoint end = Clock::now() + std::chrono::seconds(60);
+    double cpu = 0;
+    uint64_t allocations = 0;
+    TimePoint last = Clock::now();
+    for (int seen = 0; shelf.Delivered() < kWarmUp + load.Frames() && Clock::now() < end;) {
+        receiver.Work(Clock::now() + std::chrono::milliseconds(100), wake);
+        if (shelf.Delivered() != seen) {
+            seen = shelf.Delivered();
+            last = Clock::now();
+            if (seen == kWarmUp) {
+                cpu = ThreadNanoseconds();
+                allocations = g_allocations;
+            }
+        } else if (Clock::now() - last > std::chrono::seconds(1)) {
+            break;
+        }
+    }
+    return {PerGigabyte(ThreadNanoseconds() - cpu, load),
+            static_cast<double>(account.complete.Value()) / (kWarmUp + load.Frames()),
+            g_allocations - allocations};
+}
+
+Result Better(const Result& one, const Result& other) {
+    if (one.nanoseconds == 0) {
+        return other;
+    }
+    return {std::min(one.nanoseconds, other.nanoseconds), std::min(one.whole, other.whole),
+            std::max(one.allocations, other.allocations)};
+}
+
+}  // namespace
+
+void* operator new(size_t size) {
+    ++g_allocations;
+    if (void* const memory = std::malloc(size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, size_t size) noexcept {
+    static_cast<void>(size);
+    std::free(memory);
+}
+
+int main() {
+    std::printf("%-26s %9s %9s %6s %6s %9s %9s %11s\n", "", "bare", "receiver", "ratio", "goal",
+                "datagrams", "frames", "allocations");
+    for (const Load& load : kLoads) {
+        Result bare;
+        Result receiver;
+        for (int round = 0; round < kRounds; ++round) {
+            bare = Better(bare, RunBare(load));
+            receiver = Better(receiver, RunReceiver(load));
+        }
+        std::printf("%-26s %6.1f ms %6.1f ms %6.2f %6.2f %8.1f%% %8.1f%% %11llu\n", load.name,
+                    bare.nanoseconds / 1e6, receiver.nanoseconds / 1e6,
+                    receiver.nanoseconds / bare.nanoseconds, load.goal, bare.whole * 100,
+                    receiver.whole * 100, static_cast<unsigned long long>(receiver.allocations));
+    }
+    std::printf("CPU time of the receiving thread per GB; frames that came whole\n");
+    return 0;
+}

@@ -1,0 +1,139 @@
+#include "gige/assembly/BlockFrame.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace OvGige {
+namespace {
+
+struct PayloadName {
+    PayloadType type;
+    size_t payloadType;
+    bool isImage;
+};
+constexpr PayloadName kPayloads[] = {
+    {PayloadType::Image, GenTL::PAYLOAD_TYPE_IMAGE, true},
+    {PayloadType::Raw, GenTL::PAYLOAD_TYPE_RAW_DATA, false},
+    {PayloadType::File, GenTL::PAYLOAD_TYPE_FILE, false},
+    {PayloadType::Chunk, GenTL::PAYLOAD_TYPE_CHUNK_DATA, true},
+    {PayloadType::ExtendedChunk, GenTL::PAYLOAD_TYPE_CHUNK_DATA, true},
+    {PayloadType::Jpeg, GenTL::PAYLOAD_TYPE_JPEG, true},
+    {PayloadType::Jpeg2000, GenTL::PAYLOAD_TYPE_JPEG2000, true},
+    {PayloadType::H264, GenTL::PAYLOAD_TYPE_H264, true},
+    {PayloadType::MultiZone, GenTL::PAYLOAD_TYPE_IMAGE, true},
+    {PayloadType::MultiPart, GenTL::PAYLOAD_TYPE_MULTI_PART, true},
+};
+
+void NamePayload(OvProducer::FrameInfo& frame, const BlockLeader& leader) {
+    frame.payloadType = leader.payloadType >= kDeviceSpecificPayload
+                            ? GenTL::PAYLOAD_TYPE_DEVICE_SPECIFIC
+                            : GenTL::PAYLOAD_TYPE_UNKNOWN;
+    frame.imagePresent = false;
+    for (const PayloadName& name : kPayloads) {
+        if (name.type == leader.Type()) {
+            frame.payloadType = name.payloadType;
+            frame.imagePresent = name.isImage;
+        }
+    }
+}
+
+/// The bytes that a block must have, if its leader or its trailer says so.
+uint64_t LeastDataSize(const Block& block) {
+    const BlockLeader& leader = *block.leader;
+    const PayloadType type = leader.Type();
+    if (type == PayloadType::Image && !leader.HasChunks()) {
+        const uint32_t lines =
+            block.trailer && block.trailer->sizeY ? *block.trailer->sizeY : leader.shape.sizeY;
+        return LeastImageSize(leader.shape, std::min(lines, leader.shape.sizeY));
+    }
+    if (leader.HasChunks()) {
+        return block.trailer ? block.trailer->chunkPayloadLength.value_or(0) : 0;
+    }
+    return DataSizeOf(leader, block.partsLength).value_or(0);
+}
+
+}  // namespace
+
+bool LacksData(const Block& block) {
+    if (!block.leader || block.isLarger || block.isDamaged ||
+        block.packets.Count() < block.WantedEnd()) {
+        return true;
+    }
+    // Without its trailer a block is whole only if its leader said how much it has.
+    if (!block.trailer && !DataSizeOf(*block.leader, block.partsLength)) {
+        return true;
+    }
+    return block.filledEnd < LeastDataSize(block);
+}
+
+const OvProducer::FrameInfo& BlockFrame::Describe(const Block& block) {
+    // The memory of the last frame's chunks and name serves again.
+    OvProducer::FrameInfo frame;
+    frame.chunks.swap(m_frame.chunks);
+    frame.chunks.clear();
+    frame.fileName.swap(m_frame.fileName);
+    frame.fileName = block.fileName;
+    m_frame = std::move(frame);
+    m_frame.imagePresent = false;
+    m_frame.payloadType = GenTL::PAYLOAD_TYPE_UNKNOWN;
+    m_frame.frameId = block.number;
+    m_frame.sizeFilled = block.filledEnd;
+    m_frame.incomplete = LacksData(block);
+    m_frame.largerThanBuffer = block.isLarger;
+    if (block.leader) {
+        TakeLeader(*block.leader);
+    }
+    m_frame.timestampNs = Nanoseconds(block);
+    if (block.trailer) {
+        TakeTrailer(*block.trailer);
+    }
+    if (block.leader && block.leader->HasChunks() && !m_frame.incomplete) {
+        TakeChunks(block);
+    }
+    return m_frame;
+}
+
+void BlockFrame::TakeLeader(const BlockLeader& leader) {
+    NamePayload(m_frame, leader);
+    m_frame.width = leader.shape.sizeX;
+    m_frame.height = leader.shape.sizeY;
+    m_frame.offsetX = leader.shape.offsetX;
+    m_frame.offsetY = leader.shape.offsetY;
+    m_frame.paddingX = leader.shape.paddingX;
+    m_frame.paddingY = leader.shape.paddingY;
+    m_frame.deliveredHeight = leader.shape.sizeY;
+    m_frame.pixelFormat = leader.shape.pixelFormat;
+    m_frame.timestamp = leader.timestamp;
+}
+
+void BlockFrame::TakeTrailer(const BlockTrailer& trailer) {
+    if (trailer.sizeY) {
+        m_frame.deliveredHeight = *trailer.sizeY;
+    }
+    m_frame.chunkPayloadSize = trailer.chunkPayloadLength.value_or(0);
+    m_frame.chunkLayoutId = trailer.chunkLayoutId.value_or(0);
+}
+
+void BlockFrame::TakeChunks(const Block& block) {
+    FindChunks(ByteView(block.buffer->Memory()).first(block.filledEnd), m_places);
+    for (const ChunkPlace& place : m_places) {
+        m_frame.chunks.push_back({place.id, static_cast<int64_t>(place.offset), place.length});
+    }
+}
+
+uint64_t BlockFrame::Nanoseconds(const Block& block) const {
+    constexpr uint64_t kPerSecond = 1'000'000'000;
+    uint64_t frequency = m_tickFrequency;
+    if (block.leader && block.leader->tickFrequency != 0) {
+        frequency = block.leader->tickFrequency;
+    }
+    // A camera without a clock leaves only this machine's.
+    if (frequency == 0) {
+        return static_cast<uint64_t>(
+            std::chrono::nanoseconds(block.begin.time_since_epoch()).count());
+    }
+    const uint64_t ticks = m_frame.timestamp;
+    return ticks / frequency * kPerSecond + ticks % frequency * kPerSecond / frequency;
+}
+
+}  // namespace OvGige
