@@ -77,6 +77,11 @@ struct CommandPatience {
     int64_t retries = 3;
 };
 
+/// The framework's own description of such modules.
+Description OwnDescription(ModuleKind kind);
+/// Where a module's description is stored: beyond all its registers.
+constexpr uint64_t kDescriptionAddress = 0x10000;
+
 /// Receives a device's events while the device is open.
 class EventSink {
 public:

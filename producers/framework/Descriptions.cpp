@@ -10,12 +10,7 @@ extern const std::string_view kInterfaceDescription;
 extern const std::string_view kDeviceDescription;
 extern const std::string_view kStreamDescription;
 
-namespace {
-
-// Beyond all registers of a module.
-constexpr uint64_t kDescriptionAddress = 0x10000;
-
-Description DescriptionOf(ModuleKind kind) {
+Description OwnDescription(ModuleKind kind) {
     switch (kind) {
         case ModuleKind::System:
             return {"OvSystem_1_0_0", std::string(kSystemDescription)};
@@ -28,10 +23,8 @@ Description DescriptionOf(ModuleKind kind) {
     }
 }
 
-}  // namespace
-
 void ProducerBackend::Describe(ModuleKind kind, Port& port) {
-    port.AddDescription(DescriptionOf(kind), kDescriptionAddress);
+    port.AddDescription(OwnDescription(kind), kDescriptionAddress);
 }
 
 }  // namespace OvProducer

@@ -283,6 +283,15 @@ TEST_F(BlockAssembly, IgnoresTestPacketsAndRubbish) {
     EXPECT_TRUE(shelf.delivered.empty());
 }
 
+TEST_F(BlockAssembly, IgnoresIdsThatNoCameraReaches) {
+    station.isExtended = true;
+    station.Whole(0xFFFFFFFFFFFFFFFF);
+    station.Whole(0x4000000000000001);
+    EXPECT_EQ(account.ignored.Value(), station.sent);
+    station.Whole(1);
+    EXPECT_EQ(station.DeliveredIds(), (std::vector<uint64_t>{1}));
+}
+
 TEST_F(BlockAssembly, IgnoresWhatComesAfterItsBlockWasGivenUp) {
     station.Some(1, 2, {1});
     station.Pass(100ms);
@@ -299,6 +308,34 @@ TEST_F(BlockAssembly, FollowsACameraThatCountsAnewNearby) {
     EXPECT_EQ(account.restarts.Value(), 1U);
     EXPECT_EQ(account.lostOnWire.Value(), 0U);
     EXPECT_FALSE(shelf.delivered[1].frame.incomplete);
+}
+
+TEST_F(BlockAssembly, FollowsACameraThatCountsAnewAmongIdsThatItJustHad) {
+    for (const uint64_t id : {1U, 2U, 3U, 1U, 1U, 2U}) {
+        station.Whole(id);
+    }
+    EXPECT_EQ(station.DeliveredIds(), (std::vector<uint64_t>{1, 2, 3, 1, 1, 2}));
+    EXPECT_EQ(account.restarts.Value(), 2U);
+    EXPECT_EQ(account.complete.Value(), 6U);
+}
+
+TEST_F(BlockAssembly, TakesALeaderThatComesTwiceForNoRestart) {
+    station.Whole(1);
+    station.ticks = 0;
+    station.Leader(1, 16);
+    station.Data(1, 1);
+    auto buffers = std::exchange(shelf.free, {});
+    station.Data(2, 1);
+    station.ticks = 7;
+    station.Leader(2, 16);
+    station.ticks = 7;
+    station.Leader(2, 16);
+    station.Data(2, 2);
+    shelf.free = std::move(buffers);
+    station.Whole(3);
+    EXPECT_EQ(station.DeliveredIds(), (std::vector<uint64_t>{1, 3}));
+    EXPECT_EQ(account.restarts.Value(), 0U);
+    EXPECT_EQ(account.noBuffer.Value(), 1U);
 }
 
 TEST_F(BlockAssembly, FollowsACameraThatCountsAnewFarAway) {
@@ -319,6 +356,12 @@ TEST_F(BlockAssembly, IsntMisledByADamagedId) {
     EXPECT_EQ(station.DeliveredIds(), (std::vector<uint64_t>{7, 8}));
     EXPECT_EQ(account.restarts.Value(), 0U);
     EXPECT_EQ(account.lostOnWire.Value(), 0U);
+}
+
+TEST_F(BlockAssembly, CountsAnEmptyLeaderOfAnotherRun) {
+    station.Whole(7);
+    station.Send(station.Header(40000, 0, PacketFormat::Leader), {});
+    EXPECT_EQ(account.ignored.Value(), 1U);
 }
 
 TEST_F(BlockAssembly, TakesALateLeaderForNoRestart) {

@@ -80,7 +80,8 @@ protected:
     }
     /// By the description, as a consumer finds it.
     static uint64_t AddressOf(const std::string& name) {
-        const std::string xml = WithStreamFeatures("  </Category>\n</RegisterDescription>");
+        const std::string xml =
+            WithStreamFeatures(OvProducer::OwnDescription(OvProducer::ModuleKind::Stream).xml);
         const size_t at = std::min(xml.find("<IntReg Name=\"" + name + "\""),
                                    xml.find("<IntReg Name=\"" + name + "Reg\""));
         const std::string mark = "<Address>";

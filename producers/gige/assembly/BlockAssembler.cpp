@@ -9,6 +9,8 @@ namespace {
 
 /// Ids that are farther away than this aren't an effect of the network.
 constexpr int64_t kNear = 100;
+/// No camera lives long enough for greater ids: they are damaged.
+constexpr uint64_t kIdMax = uint64_t{1} << 62;
 /// Leaders are no longer, unless they have many parts.
 constexpr size_t kLeaderMax = 576;
 
@@ -113,7 +115,7 @@ bool BlockAssembler::IsPlanned(const StreamHeader& header, ByteView prefix,
 
 Block* BlockAssembler::Find(const StreamHeader& header, ByteView data, TimePoint now) {
     // Test packets have no block.
-    if (header.blockId == 0) {
+    if (header.blockId == 0 || header.blockId > kIdMax) {
         return nullptr;
     }
     if (!m_isStarted) {
@@ -122,7 +124,7 @@ Block* BlockAssembler::Find(const StreamHeader& header, ByteView data, TimePoint
     }
     const int64_t distance = m_ids.Distance(header.blockId, header.isExtended);
     Block* block = FindKnown(distance);
-    if (block == nullptr && header.IsGood()) {
+    if (header.IsGood() && (block == nullptr || IsOfNewRun(*block, header, data, now))) {
         block = FindNew(header, data, distance, now);
     } else if (block != nullptr && block->state == BlockState::Awaited && header.IsGood()) {
         Open(*block, header, now);
@@ -160,6 +162,13 @@ Block* BlockAssembler::FindNew(const StreamHeader& header, ByteView data, int64_
     return &BlockOf(m_ids.Newest());
 }
 
+/// Whether a packet with the id of a block that is over belongs to another one.
+bool BlockAssembler::IsOfNewRun(const Block& block, const StreamHeader& header, ByteView data,
+                                TimePoint now) const {
+    return block.state == BlockState::Over && block.HasLeader() &&
+           (m_suspect.blockId == header.blockId || IsRestart(header, data, now));
+}
+
 /// Whether a block that isn't next is from a camera that began to count anew. A leader that was
 /// only late is older than the newest one.
 bool BlockAssembler::IsRestart(const StreamHeader& header, ByteView data, TimePoint now) const {
@@ -175,7 +184,7 @@ bool BlockAssembler::IsRestart(const StreamHeader& header, ByteView data, TimePo
 /// one: only a second packet of the same block says that it isn't.
 void BlockAssembler::Suspect(const StreamHeader& header, ByteView data) {
     DropSuspect();
-    m_isHeld = header.format == PacketFormat::Leader && data.size() <= kLeaderMax;
+    m_isHeld = header.format == PacketFormat::Leader && !data.empty() && data.size() <= kLeaderMax;
     m_suspect.blockId = header.blockId;
     m_suspect.leader.assign(data.begin(), m_isHeld ? data.end() : data.begin());
 }
@@ -258,13 +267,20 @@ void BlockAssembler::TakeLeader(Block& block, ByteView payload, TimePoint now) {
         return;
     }
     const auto leader = ParseLeader(payload);
-    if (!leader || block.state != BlockState::Open) {
+    if (!leader) {
+        Ignore();
+        return;
+    }
+    if (block.number == m_ids.Newest()) {
+        m_lastTimestamp = leader->timestamp;
+    }
+    if (block.state != BlockState::Open) {
+        block.packets.Insert(0);
         Ignore();
         return;
     }
     const bool wasAsked = block.packets.WasAsked(0);
     block.SetLeader(*leader);
-    m_lastTimestamp = leader->timestamp;
     NotePacket(block, wasAsked, now);
 }
 

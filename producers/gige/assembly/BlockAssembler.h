@@ -67,6 +67,8 @@ private:
     Block* Find(const StreamHeader& header, ByteView data, TimePoint now);
     Block* FindKnown(int64_t distance);
     Block* FindNew(const StreamHeader& header, ByteView data, int64_t distance, TimePoint now);
+    bool IsOfNewRun(const Block& block, const StreamHeader& header, ByteView data,
+                    TimePoint now) const;
     bool IsRestart(const StreamHeader& header, ByteView data, TimePoint now) const;
     void Suspect(const StreamHeader& header, ByteView data);
     void DropSuspect();

@@ -161,7 +161,8 @@ std::unique_ptr<OvProducer::Port> GigeDevice::MakeRemotePort() {
 }
 
 std::vector<std::shared_ptr<OvProducer::StreamBackend>> GigeDevice::Streams() {
-    return {};
+    // The stream needs the camera, so whoever has the one keeps the other.
+    return {std::shared_ptr<OvProducer::StreamBackend>(shared_from_this(), &m_stream)};
 }
 
 OvProducer::CommandPatience GigeDevice::InitialPatience() {

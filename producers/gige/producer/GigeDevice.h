@@ -10,12 +10,14 @@
 #include "gige/producer/CameraContact.h"
 #include "gige/producer/CameraPort.h"
 #include "gige/producer/IpSettings.h"
-#include "gige/stream/StreamHost.h"
+#include "gige/stream/CameraStream.h"
 
 namespace OvGige {
 
 /// Its ID is the MAC address, which no other camera has.
-class GigeDevice : public OvProducer::DeviceBackend, public StreamHost {
+class GigeDevice : public OvProducer::DeviceBackend,
+                   public StreamHost,
+                   public std::enable_shared_from_this<GigeDevice> {
 public:
     GigeDevice(const Adapter& adapter, const FoundCamera& camera);
 
@@ -72,6 +74,7 @@ private:
     std::shared_ptr<CameraConnection> ConnectForWriting() const;
     OvProducer::PortFacts PortFactsOf() const;
 
+    CameraStream m_stream{*this};
     mutable std::mutex m_mutex;  // guards what follows
     Adapter m_adapter;
     FoundCamera m_camera;

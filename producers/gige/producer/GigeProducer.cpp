@@ -4,6 +4,7 @@
 
 #include "framework/Failure.h"
 #include "gige/producer/Log.h"
+#include "gige/stream/StreamFeatures.h"
 
 namespace OvGige {
 
@@ -75,6 +76,15 @@ void GigeProducer::LogIfNone(bool isNone) {
             "address and allowed by OV_GIGE_ADAPTERS");
     }
     m_isNoneLogged = isNone;
+}
+
+void GigeProducer::Describe(OvProducer::ModuleKind kind, OvProducer::Port& port) {
+    OvProducer::Description description = OvProducer::OwnDescription(kind);
+    if (kind == OvProducer::ModuleKind::Stream) {
+        description.name = "OvGigeStream_1_0_0";
+        description.xml = WithStreamFeatures(std::move(description.xml));
+    }
+    port.AddDescription(description, OvProducer::kDescriptionAddress);
 }
 
 }  // namespace OvGige

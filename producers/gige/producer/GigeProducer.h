@@ -23,6 +23,8 @@ public:
 
     OvProducer::ProducerFacts Facts() override;
     std::vector<std::shared_ptr<OvProducer::InterfaceBackend>> Discover(uint64_t timeout) override;
+    /// A stream has features beside those of every stream.
+    void Describe(OvProducer::ModuleKind kind, OvProducer::Port& port) override;
     std::string NamedAddresses() override { return m_addresses->Text(); }
     void SetNamedAddresses(const std::string& addresses) override { m_addresses->Set(addresses); }
 

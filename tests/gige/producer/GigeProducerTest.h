@@ -34,11 +34,13 @@ protected:
     }
 
     /// Adds a camera. Cameras differ by their number.
-    OvSimulator::SimulatedCamera& AddCamera(unsigned index = 0) {
+    OvSimulator::SimulatedCamera& AddCamera(unsigned index = 0,
+                                            const OvSimulator::Faults& faults = {}) {
         constexpr OvSimulator::IpAddresses kHere{
             .ip = kLoopback, .mask = {0xFF000000}, .gateway = {}};
-        m_simulated.push_back(std::make_unique<OvSimulator::SimulatedCamera>(
-            OvSimulator::MakeProfile(index, kHere, 0)));
+        OvSimulator::CameraProfile profile = OvSimulator::MakeProfile(index, kHere, 0);
+        profile.faults = faults;
+        m_simulated.push_back(std::make_unique<OvSimulator::SimulatedCamera>(profile));
         return *m_simulated.back();
     }
     OvSimulator::SimulatedCamera& Simulated(size_t index = 0) { return *m_simulated[index]; }
