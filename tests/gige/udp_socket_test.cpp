@@ -102,6 +102,15 @@ TEST(UdpSocketTest, ReturnsTheReceiveBufferThatTheSystemAllows) {
     EXPECT_GE(socket.SetReceiveBuffer(128 << 10), small);
 }
 
+TEST(UdpSocketTest, SendsFromItsOwnAddressByAnAdapterThatHasSeveral) {
+    UdpSocket host = LoopbackSocket();
+    UdpSocket sender;
+    sender.Bind({{0x7F000005}, 0});
+    constexpr int kLoopbackIndex = 1;
+    sender.SendTo(host.Local(), FromHex("01"), kLoopbackIndex);
+    EXPECT_EQ(host.Receive(Soon())->sender, sender.Local());
+}
+
 TEST(UdpSocketTest, KnowsNoAdapterThatIsntThere) {
     UdpSocket socket;
     EXPECT_FALSE(socket.BindToDevice("no-such-adapter"));

@@ -56,7 +56,8 @@ struct alignas(cmsghdr) PacketInfoSpace {
     std::array<char, CMSG_SPACE(sizeof(in_pktinfo))> bytes{};
 };
 
-void NameAdapter(msghdr& message, PacketInfoSpace& space, int adapter) {
+/// Names the sender's address, too: the system would choose another one of the adapter's.
+void NameAdapter(msghdr& message, PacketInfoSpace& space, int adapter, Ipv4 sender) {
     message.msg_control = space.bytes.data();
     message.msg_controllen = space.bytes.size();
     cmsghdr* const item = CMSG_FIRSTHDR(&message);
@@ -65,6 +66,7 @@ void NameAdapter(msghdr& message, PacketInfoSpace& space, int adapter) {
     item->cmsg_len = CMSG_LEN(sizeof(in_pktinfo));
     in_pktinfo info{};
     info.ipi_ifindex = adapter;
+    info.ipi_spec_dst.s_addr = htonl(sender.value);
     std::memcpy(CMSG_DATA(item), &info, sizeof info);
 }
 
@@ -159,7 +161,7 @@ void UdpSocket::SendTo(const Endpoint& to, ByteView packet, int via) {
     message.msg_iovlen = 1;
     PacketInfoSpace space;
     if (via > 0) {
-        NameAdapter(message, space, via);
+        NameAdapter(message, space, via, Local().ip);
     }
     // ECONNREFUSED is about an earlier datagram, to a port that nobody had; it says nothing of
     // this one.
