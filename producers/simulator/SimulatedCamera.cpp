@@ -7,7 +7,7 @@
 
 #include "framework/Failure.h"
 #include "gige/net/WaitForFiles.h"
-#include "simulator/StreamRegisters.h"
+#include "simulator/stream/StreamRegisters.h"
 
 namespace OvSimulator {
 namespace {

@@ -8,11 +8,11 @@
 #include <thread>
 
 #include "gige/net/WakeFile.h"
-#include "simulator/AddressLease.h"
-#include "simulator/AnswerFaults.h"
-#include "simulator/CameraSockets.h"
-#include "simulator/CommandServer.h"
-#include "simulator/StreamSender.h"
+#include "simulator/control/AnswerFaults.h"
+#include "simulator/control/CommandServer.h"
+#include "simulator/net/AddressLease.h"
+#include "simulator/net/CameraSockets.h"
+#include "simulator/stream/StreamSender.h"
 
 namespace OvSimulator {
 

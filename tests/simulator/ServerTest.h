@@ -10,7 +10,7 @@
 
 #include "gige/protocol/Discovery.h"
 #include "gige/protocol/Registers.h"
-#include "simulator/CommandServer.h"
+#include "simulator/control/CommandServer.h"
 
 namespace OvSimulator {
 

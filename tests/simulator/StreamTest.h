@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "gige/protocol/GvspBlock.h"
-#include "simulator/CameraDevice.h"
-#include "simulator/StreamSender.h"
+#include "simulator/device/CameraDevice.h"
+#include "simulator/stream/StreamSender.h"
 
 namespace OvSimulator {
 

@@ -2,7 +2,7 @@
 
 #include "gige/protocol/ControlPacket.h"
 #include "gige/protocol/Registers.h"
-#include "simulator/AnswerFaults.h"
+#include "simulator/control/AnswerFaults.h"
 
 namespace {
 

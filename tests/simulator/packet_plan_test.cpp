@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "simulator/PacketPlan.h"
+#include "simulator/stream/PacketPlan.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "gige/protocol/GvspBlock.h"
-#include "simulator/StreamBlock.h"
+#include "simulator/stream/StreamBlock.h"
 
 namespace {
 

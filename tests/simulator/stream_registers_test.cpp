@@ -1,7 +1,7 @@
 // How registers steer a simulated camera's stream.
 
 #include "ServerTest.h"
-#include "simulator/StreamRegisters.h"
+#include "simulator/stream/StreamRegisters.h"
 
 namespace {
 

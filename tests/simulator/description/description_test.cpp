@@ -11,9 +11,9 @@
 #include "GenApi/INodeMap.h"
 #include "GenApi/IPort.h"
 #include "GenApi/NodeMapFactory.h"
-#include "simulator/CameraDevice.h"
-#include "simulator/GigeDescription.h"
-#include "simulator/StreamRegisters.h"
+#include "simulator/device/CameraDevice.h"
+#include "simulator/device/GigeDescription.h"
+#include "simulator/stream/StreamRegisters.h"
 
 namespace {
 

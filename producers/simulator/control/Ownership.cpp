@@ -1,4 +1,4 @@
-#include "simulator/Ownership.h"
+#include "simulator/control/Ownership.h"
 
 #include "gige/protocol/Bootstrap.h"
 

@@ -1,4 +1,4 @@
-#include "simulator/PacketPlan.h"
+#include "simulator/stream/PacketPlan.h"
 
 #include <algorithm>
 #include <utility>

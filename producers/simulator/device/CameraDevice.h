@@ -7,8 +7,8 @@
 
 #include "framework/RegisterSpace.h"
 #include "gige/protocol/BigEndian.h"
-#include "simulator/BootstrapRegisters.h"
 #include "simulator/CameraProfile.h"
+#include "simulator/device/BootstrapRegisters.h"
 #include "virtual/Camera.h"
 
 namespace OvSimulator {

@@ -1,4 +1,4 @@
-#include "simulator/AddressLease.h"
+#include "simulator/net/AddressLease.h"
 
 #include <linux/netlink.h>
 #include <linux/rtnetlink.h>

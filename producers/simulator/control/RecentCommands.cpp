@@ -1,4 +1,4 @@
-#include "simulator/RecentCommands.h"
+#include "simulator/control/RecentCommands.h"
 
 #include <algorithm>
 

@@ -9,8 +9,8 @@
 #include "gige/protocol/GvspResend.h"
 #include "simulator/Account.h"
 #include "simulator/Faults.h"
-#include "simulator/StreamBlock.h"
-#include "simulator/StreamSocket.h"
+#include "simulator/stream/StreamBlock.h"
+#include "simulator/stream/StreamSocket.h"
 #include "virtual/Camera.h"
 
 namespace OvSimulator {

@@ -1,4 +1,4 @@
-#include "simulator/StreamBlock.h"
+#include "simulator/stream/StreamBlock.h"
 
 #include <algorithm>
 

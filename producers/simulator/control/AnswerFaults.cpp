@@ -1,4 +1,4 @@
-#include "simulator/AnswerFaults.h"
+#include "simulator/control/AnswerFaults.h"
 
 #include "gige/protocol/ControlPacket.h"
 #include "gige/protocol/Registers.h"

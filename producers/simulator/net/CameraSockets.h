@@ -7,7 +7,7 @@
 #include "gige/net/Adapters.h"
 #include "gige/net/UdpSocket.h"
 #include "simulator/CameraProfile.h"
-#include "simulator/Ownership.h"
+#include "simulator/Clock.h"
 
 namespace OvSimulator {
 

@@ -7,9 +7,9 @@
 #include "gige/protocol/ControlPacket.h"
 #include "gige/protocol/GvspResend.h"
 #include "simulator/Account.h"
-#include "simulator/CameraDevice.h"
-#include "simulator/Ownership.h"
-#include "simulator/RecentCommands.h"
+#include "simulator/control/Ownership.h"
+#include "simulator/control/RecentCommands.h"
+#include "simulator/device/CameraDevice.h"
 
 namespace OvSimulator {
 

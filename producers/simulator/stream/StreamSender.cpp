@@ -1,11 +1,11 @@
-#include "simulator/StreamSender.h"
+#include "simulator/stream/StreamSender.h"
 
 #include <algorithm>
 #include <chrono>
 
 #include "framework/Failure.h"
-#include "simulator/Ownership.h"
-#include "simulator/PacketPlan.h"
+#include "simulator/Clock.h"
+#include "simulator/stream/PacketPlan.h"
 
 namespace OvSimulator {
 namespace {

@@ -1,4 +1,4 @@
-#include "simulator/GigeDescription.h"
+#include "simulator/device/GigeDescription.h"
 
 #include <array>
 #include <charconv>

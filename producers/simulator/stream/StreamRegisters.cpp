@@ -1,4 +1,4 @@
-#include "simulator/StreamRegisters.h"
+#include "simulator/stream/StreamRegisters.h"
 
 #include <algorithm>
 #include <memory>

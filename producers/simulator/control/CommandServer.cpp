@@ -1,4 +1,4 @@
-#include "simulator/CommandServer.h"
+#include "simulator/control/CommandServer.h"
 
 #include "gige/protocol/Discovery.h"
 #include "gige/protocol/Registers.h"

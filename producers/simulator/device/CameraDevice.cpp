@@ -1,4 +1,4 @@
-#include "simulator/CameraDevice.h"
+#include "simulator/device/CameraDevice.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -6,7 +6,7 @@
 #include "framework/Failure.h"
 #include "framework/Zip.h"
 #include "gige/protocol/Discovery.h"
-#include "simulator/GigeDescription.h"
+#include "simulator/device/GigeDescription.h"
 #include "virtual/CameraPort.h"
 
 namespace OvSimulator {

@@ -8,8 +8,8 @@
 #include "simulator/Account.h"
 #include "simulator/Chance.h"
 #include "simulator/Faults.h"
-#include "simulator/StreamBlock.h"
-#include "simulator/StreamSocket.h"
+#include "simulator/stream/StreamBlock.h"
+#include "simulator/stream/StreamSocket.h"
 
 namespace OvSimulator {
 

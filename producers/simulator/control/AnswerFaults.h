@@ -6,7 +6,7 @@
 #include "simulator/Account.h"
 #include "simulator/Chance.h"
 #include "simulator/Faults.h"
-#include "simulator/RecentCommands.h"
+#include "simulator/control/RecentCommands.h"
 
 namespace OvSimulator {
 

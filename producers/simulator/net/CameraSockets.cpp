@@ -1,4 +1,4 @@
-#include "simulator/CameraSockets.h"
+#include "simulator/net/CameraSockets.h"
 
 #include <poll.h>
 

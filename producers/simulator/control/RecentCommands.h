@@ -8,7 +8,7 @@
 
 #include "gige/protocol/Address.h"
 #include "gige/protocol/BigEndian.h"
-#include "simulator/Ownership.h"
+#include "simulator/Clock.h"
 
 namespace OvSimulator {
 

@@ -1,8 +1,8 @@
 #pragma once
 /// The registers of a camera's stream channel.
 
-#include "simulator/BootstrapRegisters.h"
-#include "simulator/StreamBlock.h"
+#include "simulator/device/BootstrapRegisters.h"
+#include "simulator/stream/StreamBlock.h"
 
 namespace OvSimulator {
 

@@ -1,4 +1,4 @@
-#include "simulator/StreamSocket.h"
+#include "simulator/stream/StreamSocket.h"
 
 #include <netinet/in.h>
 #include <poll.h>

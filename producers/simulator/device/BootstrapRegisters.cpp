@@ -1,4 +1,4 @@
-#include "simulator/BootstrapRegisters.h"
+#include "simulator/device/BootstrapRegisters.h"
 
 #include <algorithm>
 #include <array>

@@ -1,16 +1,14 @@
 #pragma once
 /// Which application has control of a camera, and what others may do meanwhile.
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
 
 #include "gige/protocol/Address.h"
 #include "gige/protocol/Gvcp.h"
+#include "simulator/Clock.h"
 
 namespace OvSimulator {
-
-using Clock = std::chrono::steady_clock;
 
 /// An application is known by address and port. Times are parameters, so that whoever has
 /// this decides what time it is.
