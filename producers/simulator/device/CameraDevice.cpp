@@ -251,9 +251,7 @@ void CameraDevice::Release() {
     m_camera->Stop();
     m_camera->SetParamsLocked(false);
     m_camera->Files().Reset();
-    for (const uint32_t channel : {kRegStreamPort, kRegMessagePort}) {
-        m_bootstrap.Write(channel, 0);
-    }
+    m_bootstrap.Write(kRegStreamPort, 0);
 }
 
 }  // namespace OvSimulator

@@ -1,5 +1,6 @@
 #include "simulator/net/CameraSockets.h"
 
+#include <net/if.h>
 #include <poll.h>
 
 #include <algorithm>
@@ -18,18 +19,29 @@ bool Has(const Adapter& adapter, Ipv4 address) {
            (adapter.isLoopback && IsSameSubnet(adapter.ip, address, adapter.mask));
 }
 
+/// It may be down, or have no address yet.
+Adapter AdapterNamed(const std::string& name) {
+    Adapter adapter;
+    adapter.name = name;
+    adapter.index = static_cast<int>(if_nametoindex(name.c_str()));
+    if (adapter.index == 0) {
+        throw OvProducer::Failure(GenTL::GC_ERR_NOT_AVAILABLE, "There is no adapter " + name);
+    }
+    return adapter;
+}
+
 }  // namespace
 
 Adapter AdapterFor(const std::string& name, Ipv4 address) {
+    if (!name.empty()) {
+        return AdapterNamed(name);
+    }
     const std::vector<Adapter> adapters = AllAdapters();
-    const auto found = std::find_if(adapters.begin(), adapters.end(), [&](const Adapter& adapter) {
-        return name.empty() ? Has(adapter, address) : adapter.name == name;
-    });
+    const auto found = std::find_if(adapters.begin(), adapters.end(),
+                                    [&](const Adapter& adapter) { return Has(adapter, address); });
     if (found == adapters.end()) {
-        throw OvProducer::Failure(
-            GenTL::GC_ERR_NOT_AVAILABLE,
-            name.empty() ? "No adapter of this machine has the address " + TextOf(address)
-                         : "There is no adapter " + name + " that is up and has an address");
+        throw OvProducer::Failure(GenTL::GC_ERR_NOT_AVAILABLE,
+                                  "No adapter of this machine has the address " + TextOf(address));
     }
     return *found;
 }
