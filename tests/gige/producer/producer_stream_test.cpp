@@ -7,7 +7,7 @@
 #include "GigeProducerTest.h"
 #include "framework/Backend.h"
 #include "gige/stream/StreamFeatures.h"
-#include "simulator/CameraDevice.h"
+#include "simulator/device/CameraDevice.h"
 
 namespace {
 
