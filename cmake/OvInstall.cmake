@@ -14,7 +14,8 @@ target_include_directories(oviapi INTERFACE
 install(TARGETS oviapi EXPORT oviapiTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development)
 
-install(FILES OvIAPI/OvIAPI.h OvIAPI/OvIDef.h OvIAPI/OvIFeatureTable.h ImageProc/QyImageProc.h
+install(FILES OvIAPI/OvIAPI.h OvIAPI/OvIDef.h OvIAPI/OvIFeatureTable.h OvIAPI/OvINodes.h
+  ImageProc/QyImageProc.h
   DESTINATION ${headers} COMPONENT development)
 # The node templates below GenApi/impl are the engine's own.
 install(DIRECTORY inc/Genicam/Base inc/Genicam/NodeMapData inc/Genicam/GenApi

@@ -1,38 +1,22 @@
 // Integers, floats, enumerations, booleans and commands. Each function checks handle,
 // type and name, then the caller's pointers, and only then asks the camera.
 
-#include <algorithm>
-#include <cstring>
-
 #include "OvIAPI.h"
 #include "TLClassFeature/FeatureControl.h"
 #include "TLClassSupport/OvException.h"
 #include "api/FeatureAccess.h"
+#include "api/RangeRecords.h"
 #include "errors/OVIError.h"
 #include "frames/Acquisition.h"
 
 using namespace OVTLClass;
-
-namespace {
-
-/// Copies as much as fits into a zeroed field. A text that fills its field has no
-/// terminating zero.
-template <size_t Size>
-void FillField(char (&field)[Size], const std::string& text) {
-    std::memset(field, 0, Size);
-    std::memcpy(field, text.data(), std::min(text.size(), Size));
-}
-
-}  // namespace
 
 OV_STATUS OVGetIntRange(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
                         OV_INT_RANGE* pIntRange) try {
     const CFeatureAccess feature(hDevice, featureID, OV_FEATURE_TYPE_INT, OV_HERE);
     OV_CHECK_POINTER(pIntRange);
     const FEATURE_INT_RANGE range = feature.Control().DoGetIntRange(feature.Name());
-    pIntRange->nMin = range.min;
-    pIntRange->nMax = range.max;
-    pIntRange->nInc = range.inc;
+    FillRecord(*pIntRange, range);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -60,11 +44,7 @@ OV_STATUS OVGetFloatRange(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
     const CFeatureAccess feature(hDevice, featureID, OV_FEATURE_TYPE_FLOAT, OV_HERE);
     OV_CHECK_POINTER(pFloatRange);
     const FEATURE_FLOAT_RANGE range = feature.Control().DoGetFloatRange(feature.Name());
-    pFloatRange->dMin = range.min;
-    pFloatRange->dMax = range.max;
-    pFloatRange->dInc = range.inc;
-    FillField(pFloatRange->szUnit, range.unit);
-    pFloatRange->bIncIsValid = range.hasInc;
+    FillRecord(*pFloatRange, range);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();

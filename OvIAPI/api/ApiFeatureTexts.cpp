@@ -7,7 +7,6 @@
 
 #include "OvIAPI.h"
 #include "TLClassFeature/FeatureControl.h"
-#include "TLClassModule/IDevice.h"
 #include "TLClassSupport/OvException.h"
 #include "api/FeatureAccess.h"
 #include "errors/OVIError.h"
@@ -59,13 +58,8 @@ OV_STATUS OVSetString(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, const char
     const CFeatureAccess feature(hDevice, featureID, OV_FEATURE_TYPE_STRING, OV_HERE);
     OV_CHECK_POINTER(pszContent);
     feature.Control().DoSetString(feature.Name(), pszContent);
-    // Cameras are also opened by their user ID, and the lists keep the one that a search
-    // found.
     if (featureID == OV_FEATURE_DeviceUserID) {
-        feature.Info().SetUserId(pszContent);
-        feature.Info().GetDevice()->DoSetUserId(pszContent);
-        CDeviceManager::GetInstance().GetDeviceInfoFactory().GetKnownCameras().SetUserId(
-            feature.Info().deviceId, pszContent);
+        TakeUserId(feature.Info(), pszContent);
     }
     return OV_STATUS_SUCCESS;
 } catch (...) {

@@ -73,6 +73,13 @@ bool HasFeatureCallback(const COvDeviceInfo& info, const void* handle) {
     });
 }
 
+void TakeUserId(COvDeviceInfo& info, const std::string& userId) {
+    info.SetUserId(userId);
+    info.GetDevice()->DoSetUserId(userId);
+    CDeviceManager::GetInstance().GetDeviceInfoFactory().GetKnownCameras().SetUserId(info.deviceId,
+                                                                                     userId);
+}
+
 CFeatureAccess::CFeatureAccess(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, OV_FEATURE_TYPE type,
                                const OvPlace& place)
     : m_info(VerifyFeatureCall(hDevice, featureID, type, place)),

@@ -1,6 +1,8 @@
 #pragma once
 /// From a handle and an identifier to a feature.
 
+#include <string>
+
 #include "OvIDef.h"
 #include "api/DeviceManager.h"
 
@@ -17,6 +19,10 @@ OVTLClass::CFeatureControl& GetFeatureControl(const COvDeviceInfo& info, OV_FEAT
 
 /// Whether the callback is registered on a module of the camera.
 bool HasFeatureCallback(const COvDeviceInfo& info, const void* handle);
+
+/// Takes a user ID that the camera has accepted: cameras are also opened by it, and the lists
+/// keep the one that a search found.
+void TakeUserId(COvDeviceInfo& info, const std::string& userId);
 
 /// The checks at the beginning of every typed feature call, in this order: initialised,
 /// handle, type, name. The control is looked up later because the caller's pointers are

@@ -29,7 +29,7 @@ void OvAddresses::Set(const GEV_ADDRESS_INFO& info) {
     gatewayText = IpText(gateway);
 }
 
-/// Only the description is copied. Locks, frames, gate and polling belong to one handle.
+/// Only the description is copied. Locks, frames, gate, polling and nodes belong to one handle.
 COvDeviceInfo::COvDeviceInfo(const COvDeviceInfo& other)
     : IOvDeviceInfo(other),
       vendorName(other.vendorName),

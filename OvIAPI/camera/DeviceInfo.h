@@ -9,6 +9,7 @@
 #include "OvIDef.h"
 #include "TLClassInfo/InfoRecords.h"
 #include "TLClassSupport/OvLock.h"
+#include "camera/CameraNodes.h"
 #include "camera/CameraPolling.h"
 #include "camera/FetchGate.h"
 #include "camera/FramePool.h"
@@ -71,6 +72,7 @@ public:
     /// Starts and stops hold it from beginning to end.
     OVTLClass::CLock& GetAcquisitionLock() { return m_acquisitionLock; }
     CCameraPolling& GetPolling() const { return m_polling; }
+    CCameraNodes& GetNodes() { return m_nodes; }
 
     std::string vendorName;
     std::string modelName;
@@ -96,4 +98,5 @@ private:
     CFetchGate m_fetchGate;
     OVTLClass::CLock m_acquisitionLock{OVTLClass::LockRank::Acquisition};
     mutable CCameraPolling m_polling;
+    CCameraNodes m_nodes;
 };

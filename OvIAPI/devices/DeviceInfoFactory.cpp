@@ -162,6 +162,8 @@ void CDeviceInfoFactory::__Close(COvDeviceInfo& info) {
     // stream and device go.
     m_polling.Detach(info.GetPolling());
     EndAcquisition(info);
+    // Before the nodes themselves: none of their handles leads to what is gone.
+    info.GetNodes().Release();
     OV_RUN_LOGGED([&info] { info.GetStream()->DoCloseDataStream(); });
     OV_RUN_LOGGED([&info] { info.GetDevice()->DoCloseDevice(); });
 }

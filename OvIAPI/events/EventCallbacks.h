@@ -1,7 +1,10 @@
 #pragma once
 /// Pass a camera's events to the application's callbacks.
 
+#include <memory>
+
 #include "OvIDef.h"
+#include "TLClassEvent/CallbackScope.h"
 #include "TLClassSupport/EventCallback.h"
 
 namespace OVTLClass {
@@ -22,22 +25,39 @@ private:
     OVDeviceOfflineCallback m_function;
 };
 
-/// Refers to the camera, which must outlive it: while the callback runs, calls that it
-/// makes are recognised as calls from a callback of this camera.
-class COvFeatureCallback : public OVTLClass::IFeatureCallback {
-public:
-    COvFeatureCallback(OVTLClass::IDevice& camera, void* userParam, OVFeatureCallback function,
-                       OV_FEATURE_ID featureID)
-        : m_camera(camera), m_userParam(userParam), m_function(function), m_featureID(featureID) {}
+/// A feature's callback runs on the thread that changes the feature. If that is the thread of
+/// the camera's events, the rules for callbacks of events apply.
+OVTLClass::CallbackKind KindOfFeatureCallback(OVTLClass::IDevice& camera);
 
-    /// Passes the identifier that was registered, whichever node changed. Does nothing if
-    /// the function is null.
-    void operator()(GenApi_3_0_ORVANE::INode* node) override;
-    OVTLClass::IFeatureCallback* Clone() const override;
+/// Passes what the application registered it for, whichever node changed. Refers to the camera,
+/// which must outlive it: while the callback runs, calls that it makes are recognised as calls
+/// from a callback of this camera.
+template <class Feature>
+class COvChangeCallback : public OVTLClass::IFeatureCallback {
+public:
+    using Function = void (*)(Feature feature, void* userParam);
+
+    COvChangeCallback(OVTLClass::IDevice& camera, void* userParam, Function function,
+                      Feature feature)
+        : m_camera(camera), m_userParam(userParam), m_function(function), m_feature(feature) {}
+
+    /// Does nothing if the function is null.
+    void operator()(GenApi_3_0_ORVANE::INode* /*node*/) override {
+        if (m_function != nullptr) {
+            const OVTLClass::CCallbackScope scope(KindOfFeatureCallback(m_camera), &m_camera);
+            m_function(m_feature, m_userParam);
+        }
+    }
+    OVTLClass::IFeatureCallback* Clone() const override {
+        return std::make_unique<COvChangeCallback>(m_camera, m_userParam, m_function, m_feature)
+            .release();
+    }
 
 private:
     OVTLClass::IDevice& m_camera;
     void* m_userParam;
-    OVFeatureCallback m_function;
-    OV_FEATURE_ID m_featureID;
+    Function m_function;
+    Feature m_feature;
 };
+
+using COvFeatureCallback = COvChangeCallback<OV_FEATURE_ID>;

@@ -9,6 +9,7 @@
 #include "GenApi/IString.h"
 #include "TLClassFeature/EngineCall.h"
 #include "TLClassFeature/FeatureCallbackHandle.h"
+#include "TLClassFeature/FeatureRange.h"
 #include "TLClassSupport/OvString.h"
 
 namespace OVTLClass {
@@ -21,10 +22,6 @@ std::string NotImplementedText(const std::string& name) {
     return "The feature \"" + name + "\" is not implemented";
 }
 
-std::string ToStd(const gcstring& text) {
-    return {text.c_str(), text.size()};
-}
-
 EAccessMode AccessModeOf(INode* node) {
     return node == nullptr ? NI : node->GetAccessMode();
 }
@@ -32,20 +29,6 @@ EAccessMode AccessModeOf(INode* node) {
 /// A port has an access mode as well, but no value that could be read.
 EAccessMode ValueAccessModeOf(INode& node) {
     return dynamic_cast<const IValue*>(&node) == nullptr ? NI : node.GetAccessMode();
-}
-
-FEATURE_INT_RANGE RangeOf(IInteger& node) {
-    return {node.GetMin(), node.GetMax(), node.GetInc()};
-}
-
-FEATURE_FLOAT_RANGE RangeOf(IFloat& node) {
-    FEATURE_FLOAT_RANGE range;
-    range.min = node.GetMin();
-    range.max = node.GetMax();
-    range.hasInc = node.HasInc();
-    range.inc = range.hasInc ? node.GetInc() : 0;
-    range.unit = ToStd(node.GetUnit());
-    return range;
 }
 
 /// The entries that can be chosen now.

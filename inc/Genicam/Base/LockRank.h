@@ -53,6 +53,8 @@ enum class LockRank : uint8_t {
     Updater,
     ProducersInstance,
     UserId,
+    NodeHandles,
+    NodeTable,
     Folders,
     LogInstance,
     Log,

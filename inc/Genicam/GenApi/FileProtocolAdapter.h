@@ -29,9 +29,9 @@ struct OV_ENGINE_API IFileProtocolAdapter {
     ///         The bytes of the buffer after them mean nothing
     virtual int64_t read(char* buffer, int64_t offset, int64_t length, const char* name) = 0;
     /// Writes to an open file. What the device doesn't take at once, without failing, is offered
-    /// again.
+    /// again, unless it takes nothing three times in a row.
     /// @param offset  in the file, in bytes
-    /// @return the number of bytes written; less than `length` if the device fails
+    /// @return the number of bytes written; less than `length` if the device fails or is full
     virtual int64_t write(const char* buffer, int64_t offset, int64_t length, const char* name) = 0;
     /// Returns how many bytes the device moves at most in one step.
     /// @param mode  as for openFile

@@ -469,6 +469,13 @@ TEST_F(FileProtocol, OffersAgainWhatTheDeviceDidNotTake) {
     EXPECT_EQ(m_Device.content, "The quick brown fox");
 }
 
+TEST_F(FileProtocol, EndsWritingWhenTheDeviceTakesNothingThreeTimesInARow) {
+    Attach();
+    m_Device.answers = {{0}, {0}, {4}, {0}, {0}, {0}, {16}};
+    EXPECT_EQ(WriteFile(0, "The quick"), 4);
+    EXPECT_EQ(m_Device.answers.size(), 1U);
+}
+
 TEST_F(FileProtocol, CountsWhatIsWrittenWhenTheDeviceFails) {
     Attach();
     m_Device.answers = {{16}, {.result = 2, .status = 1}};

@@ -39,6 +39,10 @@ constexpr char kSuccess[] = "Success";
 /// question.
 constexpr std::chrono::microseconds kPollInterval(2);
 
+/// A device may take nothing once while it is busy with its memory. One that takes nothing so often
+/// in a row is full.
+constexpr int kMostIdleSteps = 3;
+
 const char* DirectionOf(std::ios_base::openmode mode) {
     return (mode & std::ios_base::out) != 0 ? kWrite : kRead;
 }
@@ -216,10 +220,13 @@ int64_t FileProtocolAdapter::FileAccess::Read(uint8_t* buffer, int64_t offset,
 /// What the device doesn't take of a piece without failing is offered again with the next one.
 int64_t FileProtocolAdapter::FileAccess::Write(const uint8_t* buffer, int64_t offset,
                                                int64_t length) const {
+    int idleSteps = 0;
     return MovePieces(length, [&](int64_t& position, int64_t chunk) {
         FillBuffer(buffer + position, chunk);
-        position += ExecuteChunk(offset + position, chunk);
-        return IsSuccess();
+        const int64_t moved = ExecuteChunk(offset + position, chunk);
+        position += moved;
+        idleSteps = moved == 0 ? idleSteps + 1 : 0;
+        return IsSuccess() && idleSteps < kMostIdleSteps;
     });
 }
 
