@@ -127,7 +127,8 @@ enum {
 /** What a node is and what can be done with it. */
 typedef struct OV_NODE_INFO {
     OV_NODE_TYPE type;                     /**< what it is */
-    OV_NODE_ACCESS access;                 /**< at present */
+    OV_NODE_ACCESS access;                 /**< at present; not available if the camera fails,
+                                                and OvNodeGetAccess() returns why */
     OV_NODE_VISIBILITY visibility;         /**< of a category, that of its most visible feature */
     uint32_t nFlags;                       /**< OV_NODE_FLAG_... */
     OV_NODE_REPRESENTATION representation; /**< of an integer or a float */

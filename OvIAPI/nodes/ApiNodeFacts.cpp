@@ -6,6 +6,7 @@
 #include "GenApi/ISelector.h"
 #include "TLClassFeature/EngineCall.h"
 #include "TLClassFeature/FeatureRange.h"
+#include "TLClassSupport/OvLog.h"
 #include "api/DeviceManager.h"
 #include "errors/OVIError.h"
 #include "nodes/CopyOut.h"
@@ -40,11 +41,26 @@ OV_NODE_REPRESENTATION RepresentationOf(const CNodeRecord& record) {
                              : number->GetRepresentation();
 }
 
+/// The access alone may need the camera. What a node is must be known of a camera that is gone as
+/// well.
+OV_NODE_ACCESS AccessOrNone(INode& node) {
+    try {
+        return node.GetAccessMode();
+    } catch (const GenICam_3_0_ORVANE::BadAllocException&) {
+        throw;
+    } catch (const GenICam_3_0_ORVANE::GenericException& error) {
+        OV_LOG(error.what());
+    } catch (const COvException& error) {
+        OV_LOG(error.what());
+    }
+    return OV_NODE_ACCESS_NOT_AVAILABLE;
+}
+
 OV_NODE_INFO InfoOf(const CNodeRecord& record) {
     INode& node = record.node;
     OV_NODE_INFO info{};
     info.type = TypeOf(record);
-    info.access = node.GetAccessMode();
+    info.access = AccessOrNone(node);
     info.visibility = node.GetVisibility();
     info.nFlags = FlagsOf(node);
     info.representation = RepresentationOf(record);
