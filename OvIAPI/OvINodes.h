@@ -374,6 +374,37 @@ OV_API OV_STATUS OvNodeRegisterCallback(OV_NODE_HANDLE hNode, void* pUserParam,
 OV_API OV_STATUS OvNodeUnregisterCallback(OV_NODE_HANDLE hNode, OV_NODE_CALLBACK_HANDLE hCallback);
 
 /** @} */
+/** @name Files in a camera
+ *
+ * Some cameras keep files: look-up tables, calibrations, firmware. The entries of
+ * "FileSelector" are their names. Each call opens the file, transfers it and closes it, and
+ * lasts as long as the camera takes; transfers of several threads follow one another. A
+ * program shouldn't set the camera's features of file access meanwhile.
+ *
+ * - OV_STATUS_NOT_IMPLEMENTED: the camera has no file access.
+ * - OV_STATUS_INVALID_PARAMETER: the camera doesn't know the file.
+ * - OV_STATUS_INVALID_CALL: from a callback of a feature of the camera.
+ * - OV_STATUS_ERROR: the camera refuses; the text has its "FileOperationStatus".
+ */
+/** @{ */
+
+/** Reads a part of a file.
+ *  @param pszFile  the name of the file
+ *  @param nOffset  of the first byte, in bytes
+ *  @param pBuffer  receives the bytes. After a failure its content means nothing
+ *  @param pnSize   in: size of pBuffer; out: number of bytes, fewer at the end of the file */
+OV_API OV_STATUS OvNodeReadFile(OV_DEV_HANDLE hDevice, const char* pszFile, uint64_t nOffset,
+                                uint8_t* pBuffer, size_t* pnSize);
+/** Replaces a file. If the camera doesn't take all of it, the text says how much it took.
+ *  @param pszFile  the name of the file
+ *  @param pBuffer  nSize bytes; not null */
+OV_API OV_STATUS OvNodeWriteFile(OV_DEV_HANDLE hDevice, const char* pszFile,
+                                 const uint8_t* pBuffer, size_t nSize);
+/** Deletes a file.
+ *  @param pszFile  the name of the file */
+OV_API OV_STATUS OvNodeDeleteFile(OV_DEV_HANDLE hDevice, const char* pszFile);
+
+/** @} */
 
 #ifdef __cplusplus
 #define OV_CHECK_LAYOUT(condition) static_assert(condition, #condition)

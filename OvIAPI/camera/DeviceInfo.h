@@ -71,6 +71,8 @@ public:
     CFetchGate& GetFetchGate() { return m_fetchGate; }
     /// Starts and stops hold it from beginning to end.
     OVTLClass::CLock& GetAcquisitionLock() { return m_acquisitionLock; }
+    /// A transfer of a file holds it from beginning to end.
+    OVTLClass::CLock& GetFileLock() { return m_fileLock; }
     CCameraPolling& GetPolling() const { return m_polling; }
     CCameraNodes& GetNodes() { return m_nodes; }
 
@@ -97,6 +99,7 @@ private:
     CFramePool m_framePool;
     CFetchGate m_fetchGate;
     OVTLClass::CLock m_acquisitionLock{OVTLClass::LockRank::Acquisition};
+    OVTLClass::CLock m_fileLock{OVTLClass::LockRank::FileTransfer};
     mutable CCameraPolling m_polling;
     CCameraNodes m_nodes;
 };

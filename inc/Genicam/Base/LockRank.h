@@ -34,6 +34,8 @@ enum class LockRank : uint8_t {
     LoadDescription,
     /// Held while a capture callback runs, which may use features.
     CaptureCallback,
+    /// Held while a file goes to a camera or comes from it.
+    FileTransfer,
     /// Held while a feature callback runs.
     NodeMap,
     OfflineChannel,
