@@ -1,5 +1,10 @@
 #include "framework/Acquisition.h"
 
+#include <exception>
+#include <string>
+
+#include "Base/UserLog.h"
+
 namespace OvProducer {
 
 void Acquisition::Start(uint64_t frames) {
@@ -15,7 +20,7 @@ void Acquisition::Start(uint64_t frames) {
     m_grabbing = true;
     m_thread =
         std::jthread([this, abort = m_abort.get_token(), frames](const std::stop_token& stop) {
-            m_engine.Run(m_pool, {stop, abort, frames});
+            RunEngine({stop, abort, frames});
             m_grabbing = false;
         });
 }
@@ -36,6 +41,15 @@ void Acquisition::Halt(bool kill) {
         m_abort.request_stop();
     }
     EndRun();
+}
+
+void Acquisition::RunEngine(const EngineRun& run) {
+    try {
+        m_engine.Run(m_pool, run);
+    } catch (const std::exception& failure) {
+        ProducerLog().Write("Producer", GenICam_3_0_ORVANE::LogError,
+                            std::string("The acquisition has ended: ") + failure.what());
+    }
 }
 
 void Acquisition::EndRun() {

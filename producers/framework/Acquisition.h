@@ -32,6 +32,8 @@ public:
     bool IsGrabbing() const { return m_grabbing; }
 
 private:
+    /// Nobody could catch what an engine throws on its thread.
+    void RunEngine(const EngineRun& run);
     void EndRun();
 
     BufferPool& m_pool;

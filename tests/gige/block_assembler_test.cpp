@@ -115,6 +115,22 @@ TEST_F(BlockAssembly, TakesALongerBlockThanItsLeaderSays) {
     EXPECT_EQ(DataOf(shelf.delivered[0]), Filled({1, 2}));
 }
 
+TEST_F(BlockAssembly, IsntMisledByADamagedPacketNumber) {
+    station.Some(1, 3, {1, 2});
+    station.Data(1, 6);
+    station.Data(1, 100);
+    station.Pass(1ms);
+    ASSERT_EQ(shelf.requests.size(), 1U);
+    EXPECT_EQ(shelf.requests[0].firstPacket, 3U);
+    EXPECT_EQ(shelf.requests[0].lastPacket, 3U);
+    station.Data(1, 3);
+    station.Trailer(1, 4);
+    ASSERT_EQ(shelf.delivered.size(), 1U);
+    EXPECT_EQ(DataOf(shelf.delivered[0]), Filled({1, 2, 3}));
+    EXPECT_FALSE(shelf.delivered[0].frame.incomplete);
+    EXPECT_FALSE(shelf.delivered[0].frame.largerThanBuffer);
+}
+
 TEST_F(BlockAssembly, NeverWritesPastTheBuffer) {
     station.shelf.free.clear();
     auto buffer = std::make_shared<OvProducer::Buffer>();

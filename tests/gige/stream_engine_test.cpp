@@ -367,6 +367,18 @@ TEST_F(CameraStreams, OfAReaderJoinTheGroupThatTheOwnerSendsTo) {
     EXPECT_TRUE(host.camera.Writes().empty());
 }
 
+TEST_F(CameraStreams, KeepTheGroupThatTheUserSet) {
+    const Ipv4 group{0xEF010204};
+    host.camera[kRegStreamDestination] = group.value;
+    Announce(1);
+    acquisition.Start(GenTL::GENTL_INFINITE);
+    EXPECT_EQ(host.camera[kRegStreamDestination], group.value);
+    const in_addr out{htonl(kLoopback.value)};
+    ASSERT_EQ(setsockopt(host.sender.File(), IPPROTO_IP, IP_MULTICAST_IF, &out, sizeof out), 0);
+    SendBlock(1);
+    EXPECT_EQ(Next()->facts->FrameId(), 1U);
+}
+
 TEST_F(CameraStreams, OfAReaderNeedAGroup) {
     host.isWritable = false;
     host.camera[kRegStreamDestination] = kLoopback.value;

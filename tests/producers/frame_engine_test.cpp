@@ -23,6 +23,9 @@ public:
         }
     }
     void Run(BufferPool& pool, const EngineRun& run) override {
+        if (failsToRun) {
+            throw Failure(GenTL::GC_ERR_IO, "The network is gone");
+        }
         for (uint64_t frame = 0; frame + 1 < run.frames; frame += 2) {
             const auto first = pool.WaitInput(run.stop);
             const auto second = pool.WaitInput(run.stop);
@@ -37,6 +40,7 @@ public:
 
     std::vector<std::string> calls;
     bool failsToBegin = false;
+    bool failsToRun = false;
 
 private:
     static void Deliver(BufferPool& pool, const std::shared_ptr<Buffer>& buffer, uint64_t id) {
@@ -99,6 +103,15 @@ TEST_F(Engines, DontRunIfTheyFailToBegin) {
     EXPECT_FALSE(acquisition.IsGrabbing());
     EXPECT_THROW(acquisition.Stop(true), Failure);
     EXPECT_EQ(engine.calls, (std::vector<std::string>{"begin"}));
+}
+
+TEST_F(Engines, MayFailWhileTheyRun) {
+    engine.failsToRun = true;
+    acquisition.Start(2);
+    while (acquisition.IsGrabbing()) {
+    }
+    acquisition.Stop(false);
+    EXPECT_EQ(engine.calls, (std::vector<std::string>{"begin", "end"}));
 }
 
 TEST_F(Engines, GiveABufferBackToThoseThatWait) {

@@ -64,7 +64,7 @@ void Block::Begin(uint64_t newNumber, uint64_t newId, TimePoint now) {
     fileName.clear();
     partsLength = 0;
     dataCount.reset();
-    isLarger = isDamaged = wasDropping = isRefused = trailerAsked = false;
+    isCut = hasBeyond = isDamaged = wasDropping = isRefused = trailerAsked = false;
     begin = lastPacket = now;
     overtaken = gapDue = repeatDue = kNever;
     askedEnd = gapEnd = laterGapEnd = askedCount = 0;
@@ -128,13 +128,34 @@ void Block::SetLeader(const BlockLeader& newLeader) {
     }
 }
 
-void Block::CountData() {
-    dataCount.reset();
+bool Block::IsLarger() const {
+    return isCut ||
+           (dataCount && !HasOffset(form.format) ? *dataCount >= packets.Capacity() : hasBeyond);
+}
+
+std::optional<uint32_t> Block::LeaderCount() const {
     const auto size = leader ? DataSizeOf(*leader, partsLength) : std::nullopt;
     // Parts begin with packets of their own: their number is known when the trailer comes.
-    if (size && leader->Type() != PayloadType::MultiPart) {
-        dataCount = PacketCount(*size, stride.size);
+    if (!size || leader->Type() == PayloadType::MultiPart) {
+        return {};
     }
+    return PacketCount(*size, stride.size);
+}
+
+bool Block::DropBeyond(uint32_t count) {
+    if (LeaderCount() != count) {
+        return false;
+    }
+    for (uint32_t beyond = count + 1; beyond <= highest; ++beyond) {
+        packets.Erase(beyond);
+    }
+    highest = count;
+    filledEnd = std::min(filledEnd, count * stride.size);
+    return true;
+}
+
+void Block::CountData() {
+    dataCount = LeaderCount();
     if (dataCount && *dataCount < highest) {
         dataCount.reset();
     }

@@ -61,7 +61,8 @@ struct Block {
     /// Data packets: as the trailer says, or as many as the leader's size takes. None if
     /// neither is known.
     std::optional<uint32_t> dataCount;
-    bool isLarger = false;     ///< than the buffer
+    bool isCut = false;        ///< data didn't fit the buffer
+    bool hasBeyond = false;    ///< a packet came whose number doesn't fit the buffer
     bool isDamaged = false;    ///< by the camera
     bool wasDropping = false;  ///< the system dropped packets before it was noticed
 
@@ -95,14 +96,22 @@ struct Block {
     bool IsComplete() const;
     /// Whether nothing more can come.
     bool IsSettled() const;
+    /// Whether it is larger than its buffer. A single packet beyond the end that leader or
+    /// trailer name is a damaged one.
+    bool IsLarger() const;
     /// Packets that haven't come, the trailer among them.
     uint32_t MissingCount() const;
     /// Where the data of a packet belongs.
     size_t PlaceOf(uint32_t packetId) const { return (packetId - 1) * stride.size; }
 
     void SetLeader(const BlockLeader& newLeader);
+    /// How many data packets the leader's size takes.
+    std::optional<uint32_t> LeaderCount() const;
     /// Derives the number of data packets from the leader.
     void CountData();
+    /// Forgets packets beyond the number that leader and trailer agree on: they were damaged.
+    /// False if the leader doesn't say that number.
+    bool DropBeyond(uint32_t count);
 };
 
 /// Bytes of a block's data by its leader; none if only the trailer says it.

@@ -291,13 +291,13 @@ void BlockAssembler::TakeTrailer(Block& block, const StreamHeader& header, ByteV
         return;
     }
     const auto trailer = ParseTrailer(payload);
-    if (!trailer || block.state != BlockState::Open || header.packetId <= block.highest) {
+    if (!trailer || block.state != BlockState::Open || header.packetId == 0 ||
+        (header.packetId <= block.highest && !block.DropBeyond(header.packetId - 1))) {
         Ignore();
         return;
     }
     block.trailer = *trailer;
     block.dataCount = header.packetId - 1;
-    block.isLarger = block.isLarger || header.packetId > block.packets.Capacity();
     DropShort(block, header.packetId - 1, now);
     if (block.highest + 1 < header.packetId || !block.HasLeader()) {
         m_resends.NoteGap(block, block.WantedEnd(), now);
@@ -342,7 +342,7 @@ void BlockAssembler::TakeData(Block& block, const StreamHeader& header, ByteView
     const size_t offset =
         hasOffset ? ParseDataPrefix(header.format, prefix).offset : block.PlaceOf(id);
     if (id >= block.packets.Capacity() || offset >= block.buffer->size) {
-        block.isLarger = true;
+        block.hasBeyond = true;
         block.lastPacket = now;
         Ignore();
         return;
@@ -358,7 +358,8 @@ void BlockAssembler::TakeData(Block& block, const StreamHeader& header, ByteView
     }
     Place(block, offset, data);
     if (id > block.highest + 1 || (block.highest == 0 && !block.HasLeader())) {
-        m_resends.NoteGap(block, id, now);
+        // A damaged number mustn't make the rest of the block look lost.
+        m_resends.NoteGap(block, std::min(id, block.LeaderCount().value_or(id - 1) + 1), now);
     }
     const bool wasAsked = block.packets.WasAsked(id);
     block.packets.Insert(id);
@@ -424,7 +425,7 @@ void BlockAssembler::DropShort(Block& block, uint32_t followingId, TimePoint now
 
 void BlockAssembler::Place(Block& block, size_t offset, ByteView data) {
     const size_t room = block.buffer->size - offset;
-    block.isLarger = block.isLarger || data.size() > room;
+    block.isCut = block.isCut || data.size() > room;
     const size_t length = std::min(data.size(), room);
     std::byte* const place = block.buffer->base + offset;
     if (place != data.data()) {

@@ -7,21 +7,21 @@ namespace OvGige {
 namespace {
 
 struct PayloadName {
-    PayloadType type;
     size_t payloadType;
+    PayloadType type;
     bool isImage;
 };
 constexpr PayloadName kPayloads[] = {
-    {PayloadType::Image, GenTL::PAYLOAD_TYPE_IMAGE, true},
-    {PayloadType::Raw, GenTL::PAYLOAD_TYPE_RAW_DATA, false},
-    {PayloadType::File, GenTL::PAYLOAD_TYPE_FILE, false},
-    {PayloadType::Chunk, GenTL::PAYLOAD_TYPE_CHUNK_DATA, true},
-    {PayloadType::ExtendedChunk, GenTL::PAYLOAD_TYPE_CHUNK_DATA, true},
-    {PayloadType::Jpeg, GenTL::PAYLOAD_TYPE_JPEG, true},
-    {PayloadType::Jpeg2000, GenTL::PAYLOAD_TYPE_JPEG2000, true},
-    {PayloadType::H264, GenTL::PAYLOAD_TYPE_H264, true},
-    {PayloadType::MultiZone, GenTL::PAYLOAD_TYPE_IMAGE, true},
-    {PayloadType::MultiPart, GenTL::PAYLOAD_TYPE_MULTI_PART, true},
+    {GenTL::PAYLOAD_TYPE_IMAGE, PayloadType::Image, true},
+    {GenTL::PAYLOAD_TYPE_RAW_DATA, PayloadType::Raw, false},
+    {GenTL::PAYLOAD_TYPE_FILE, PayloadType::File, false},
+    {GenTL::PAYLOAD_TYPE_CHUNK_DATA, PayloadType::Chunk, true},
+    {GenTL::PAYLOAD_TYPE_CHUNK_DATA, PayloadType::ExtendedChunk, true},
+    {GenTL::PAYLOAD_TYPE_JPEG, PayloadType::Jpeg, true},
+    {GenTL::PAYLOAD_TYPE_JPEG2000, PayloadType::Jpeg2000, true},
+    {GenTL::PAYLOAD_TYPE_H264, PayloadType::H264, true},
+    {GenTL::PAYLOAD_TYPE_IMAGE, PayloadType::MultiZone, true},
+    {GenTL::PAYLOAD_TYPE_MULTI_PART, PayloadType::MultiPart, true},
 };
 
 void NamePayload(OvProducer::FrameInfo& frame, const BlockLeader& leader) {
@@ -55,7 +55,7 @@ uint64_t LeastDataSize(const Block& block) {
 }  // namespace
 
 bool LacksData(const Block& block) {
-    if (!block.leader || block.isLarger || block.isDamaged ||
+    if (!block.leader || block.IsLarger() || block.isDamaged ||
         block.packets.Count() < block.WantedEnd()) {
         return true;
     }
@@ -79,7 +79,7 @@ const OvProducer::FrameInfo& BlockFrame::Describe(const Block& block) {
     m_frame.frameId = block.number;
     m_frame.sizeFilled = block.filledEnd;
     m_frame.incomplete = LacksData(block);
-    m_frame.largerThanBuffer = block.isLarger;
+    m_frame.largerThanBuffer = block.IsLarger();
     if (block.leader) {
         TakeLeader(*block.leader);
     }

@@ -19,14 +19,14 @@ constexpr uint64_t kOffsetMask = 0xFFFF'FFFF'FFFF;  // 48 bits
 
 /// Formats with a prefix before their data.
 struct FormatTraits {
-    PacketFormat format;
     size_t prefixSize;
+    PacketFormat format;
     bool hasOffset;
 };
 constexpr FormatTraits kDataFormats[] = {
-    {PacketFormat::Data, 0, false},         {PacketFormat::H264Data, 8, false},
-    {PacketFormat::MultiZoneData, 8, true}, {PacketFormat::MultiPartData, 8, true},
-    {PacketFormat::GenDcData, 16, false},
+    {0, PacketFormat::Data, false},         {8, PacketFormat::H264Data, false},
+    {8, PacketFormat::MultiZoneData, true}, {8, PacketFormat::MultiPartData, true},
+    {16, PacketFormat::GenDcData, false},
 };
 
 const FormatTraits* TraitsOf(PacketFormat format) {

@@ -42,7 +42,7 @@ StreamSettings CameraStream::Settings() const {
     return m_settings;
 }
 
-void CameraStream::SetFacts(const StreamFacts& facts) {
+void CameraStream::SetFacts(const ReceiverFacts& facts) {
     const std::lock_guard lock(m_mutex);
     m_facts = facts;
 }

@@ -23,13 +23,13 @@ public:
 
 private:
     StreamSettings Settings() const override;
-    void SetFacts(const StreamFacts& facts) override;
+    void SetFacts(const ReceiverFacts& facts) override;
     StreamAccount& Account() override { return m_account; }
 
     StreamHost& m_host;
     mutable std::mutex m_mutex;  // guards settings and facts
     StreamSettings m_settings;
-    StreamFacts m_facts;
+    ReceiverFacts m_facts;
     StreamAccount m_account;
 };
 

@@ -9,11 +9,10 @@
 #include <cstring>
 
 #include "Base/UserLog.h"
-#include "framework/BufferPool.h"
 #include "gige/net/CameraSocket.h"
 #include "gige/protocol/Bootstrap.h"
-#include "gige/protocol/ControlPacket.h"
 #include "gige/stream/PacketSizeSearch.h"
+#include "gige/stream/PoolClient.h"
 #include "gige/stream/StreamReceiver.h"
 #include "gige/stream/ThreadTuning.h"
 
@@ -46,17 +45,23 @@ bool IsGroup(Ipv4 address) {
     return IN_MULTICAST(address.value);
 }
 
-void JoinGroup(const UdpSocket& socket, Ipv4 group, const Adapter& adapter) {
+/// A socket for what is sent to a group, which others on this machine may receive, too.
+/// @param group  port 0: any that is free
+UdpSocket MakeGroupSocket(const Endpoint& group, const Adapter& adapter) {
+    UdpSocket socket;
+    socket.ShareAddress();
+    socket.Bind(group);
     ip_mreqn request{};
-    request.imr_multiaddr.s_addr = htonl(group.value);
+    request.imr_multiaddr.s_addr = htonl(group.ip.value);
     request.imr_address.s_addr = htonl(adapter.ip.value);
     request.imr_ifindex = adapter.index;
     const int zero = 0;
     static_cast<void>(setsockopt(socket.File(), IPPROTO_IP, IP_MULTICAST_ALL, &zero, sizeof zero));
     if (setsockopt(socket.File(), IPPROTO_IP, IP_ADD_MEMBERSHIP, &request, sizeof request) != 0) {
         throw OvProducer::Failure(GenTL::GC_ERR_IO,
-                                  "The group " + TextOf(group) + " can't be joined");
+                                  "The group " + TextOf(group.ip) + " can't be joined");
     }
+    return socket;
 }
 
 /// Waits for a test packet of a size. Whatever else comes is late or somebody else's.
@@ -71,56 +76,6 @@ bool AwaitTestPacket(UdpSocket& socket, size_t size, Ipv4 camera, Clock::time_po
 
 }  // namespace
 
-/// Buffers of the pool, and requests to the camera.
-class StreamEngine::Client : public BlockClient {
-public:
-    Client(OvProducer::BufferPool& pool, UdpSocket& socket, const Endpoint& camera)
-        : m_pool(pool), m_socket(socket), m_camera(camera) {}
-
-    uint64_t Delivered() const { return m_delivered; }
-    void Limit(uint64_t frames) { m_limit = frames; }
-
-    std::shared_ptr<OvProducer::Buffer> TakeBuffer() override {
-        std::shared_ptr<OvProducer::Buffer> buffer = m_pool.TakeInput();
-        if (!buffer) {
-            m_pool.CountLost();
-        }
-        return buffer;
-    }
-    void Deliver(const std::shared_ptr<OvProducer::Buffer>& buffer,
-                 const OvProducer::FrameInfo& frame) override {
-        if (m_delivered == m_limit) {
-            m_pool.GiveBack(buffer);
-            return;
-        }
-        m_pool.Deliver(buffer, frame);
-        ++m_delivered;
-    }
-    void GiveBack(const std::shared_ptr<OvProducer::Buffer>& buffer) override {
-        m_pool.GiveBack(buffer);
-    }
-    void AskAgain(const ResendRequest& request) override {
-        m_requestId = static_cast<uint16_t>(std::max(1, (m_requestId + 1) & 0xFFFF));
-        const Bytes payload = BuildResend(request);
-        try {
-            m_socket.SendTo(m_camera, BuildCommand({.flags = request.Flags(),
-                                                    .command = Command::PacketResend,
-                                                    .requestId = m_requestId,
-                                                    .payload = payload}));
-        } catch (const OvProducer::Failure&) {
-            // A request that can't be sent is like one that is lost: it is repeated.
-        }
-    }
-
-private:
-    OvProducer::BufferPool& m_pool;
-    UdpSocket& m_socket;
-    const Endpoint m_camera;
-    uint16_t m_requestId = 0;
-    uint64_t m_delivered = 0;
-    uint64_t m_limit = 0;
-};
-
 StreamEngine::StreamEngine(StreamHost& host, StreamState& state) : m_host(host), m_state(state) {}
 
 StreamEngine::~StreamEngine() = default;
@@ -131,6 +86,7 @@ void StreamEngine::Begin() {
     m_facts = {};
     m_wake.Clear();
     m_state.Account().Reset();
+    m_camera = m_host.CameraEndpoint();
     const Adapter adapter = m_host.HostAdapter();
     try {
         if (m_host.IsWritable()) {
@@ -138,6 +94,7 @@ void StreamEngine::Begin() {
         } else {
             JoinAsReader(adapter);
         }
+        m_assembly = MakeSettings();
     } catch (...) {
         End();
         throw;
@@ -146,18 +103,13 @@ void StreamEngine::Begin() {
 }
 
 void StreamEngine::OpenAsOwner(const Adapter& adapter) {
-    m_socket = MakeCameraSocket(adapter);
-    const auto wanted = static_cast<size_t>(m_settings.socketBuffer);
-    const size_t granted = m_socket->SetReceiveBuffer(wanted);
-    m_facts.socketBuffer = static_cast<int64_t>(granted);
-    if (granted < wanted) {
-        LogWarning("The socket of a stream has " + std::to_string(granted) + " bytes instead of " +
-                   std::to_string(wanted) + "; net.core.rmem_max limits it");
-    }
-    const uint16_t port = m_socket->Local().port;
-    m_facts.hostPort = port;
     m_channel.emplace(m_host.Memory());
-    m_channel->Open({adapter.ip, port});
+    // A group that the user has set stays, so that other hosts see the stream.
+    const Ipv4 group = m_channel->Destination().ip;
+    const Ipv4 destination = IsGroup(group) ? group : adapter.ip;
+    m_socket = IsGroup(group) ? MakeGroupSocket({group, 0}, adapter) : MakeCameraSocket(adapter);
+    SizeSocket();
+    m_channel->Open({destination, m_socket->Local().port});
     m_facts.packetSize = static_cast<int64_t>(NegotiatePacketSize(adapter));
     m_sourcePort = m_channel->SourcePort();
     OpenFirewall();
@@ -172,14 +124,20 @@ void StreamEngine::JoinAsReader(const Adapter& adapter) {
                                   "The camera was opened for reading, and its owner doesn't send "
                                   "its stream to a group");
     }
-    m_socket.emplace();
-    m_socket->ShareAddress();
-    m_socket->Bind(destination);
-    JoinGroup(*m_socket, destination.ip, adapter);
-    m_facts.socketBuffer = static_cast<int64_t>(
-        m_socket->SetReceiveBuffer(static_cast<size_t>(m_settings.socketBuffer)));
-    m_facts.hostPort = destination.port;
+    m_socket = MakeGroupSocket(destination, adapter);
+    SizeSocket();
     m_facts.packetSize = static_cast<int64_t>(channel.PacketSize());
+}
+
+void StreamEngine::SizeSocket() {
+    const auto wanted = static_cast<size_t>(m_settings.socketBuffer);
+    const size_t granted = m_socket->SetReceiveBuffer(wanted);
+    m_facts.socketBuffer = static_cast<int64_t>(granted);
+    m_facts.hostPort = m_socket->Local().port;
+    if (granted < wanted) {
+        LogWarning("The socket of a stream has " + std::to_string(granted) + " bytes instead of " +
+                   std::to_string(wanted) + "; net.core.rmem_max limits it");
+    }
 }
 
 size_t StreamEngine::NegotiatePacketSize(const Adapter& adapter) {
@@ -187,7 +145,6 @@ size_t StreamEngine::NegotiatePacketSize(const Adapter& adapter) {
     if (m_settings.findsPacketSize == 0 || m_host.IsPacketSizeChosen()) {
         return present;
     }
-    const Ipv4 camera = m_host.CameraEndpoint().ip;
     const auto test = [&](size_t size,
                           std::chrono::milliseconds patience) -> std::optional<size_t> {
         // Late test packets of other sizes mustn't be taken for this one's.
@@ -195,7 +152,7 @@ size_t StreamEngine::NegotiatePacketSize(const Adapter& adapter) {
         }
         const auto granted = m_channel->FireTestPacket(size);
         const bool came =
-            granted && AwaitTestPacket(*m_socket, *granted, camera, Clock::now() + patience);
+            granted && AwaitTestPacket(*m_socket, *granted, m_camera.ip, Clock::now() + patience);
         return came ? granted : std::nullopt;
     };
     const size_t largest = LargestPacket(*m_socket, adapter);
@@ -220,14 +177,12 @@ AssemblerSettings StreamEngine::MakeSettings() const {
 
 void StreamEngine::Run(OvProducer::BufferPool& pool, const OvProducer::EngineRun& run) {
     TuneThread();
-    const AssemblerSettings settings = MakeSettings();
-    Client client(pool, *m_socket, m_host.CameraEndpoint());
-    client.Limit(run.frames);
-    BlockAssembler assembler(settings, m_state.Account(), client);
-    StreamReceiver receiver(*m_socket, assembler, m_host.CameraEndpoint().ip);
+    PoolClient client(pool, run.frames, *m_socket, m_camera);
+    BlockAssembler assembler(m_assembly, m_state.Account(), client);
+    StreamReceiver receiver(*m_socket, assembler, m_camera.ip);
     const std::stop_callback wake(run.stop, [this] { m_wake.Signal(); });
     TimePoint firewallDue = Clock::now() + kFirewallPeriod;
-    while (!run.stop.stop_requested() && client.Delivered() != run.frames) {
+    while (!run.stop.stop_requested() && !client.IsDone()) {
         receiver.Work(firewallDue, m_wake);
         if (Clock::now() >= firewallDue) {
             OpenFirewall();
@@ -236,12 +191,12 @@ void StreamEngine::Run(OvProducer::BufferPool& pool, const OvProducer::EngineRun
     }
     // The block in progress may still be completed. The wake is over: it would end each wait.
     m_wake.Clear();
-    const TimePoint end = Clock::now() + settings.retention;
+    const TimePoint end = Clock::now() + m_assembly.retention;
     while (!run.abort.stop_requested() && assembler.IsBusy() && Clock::now() < end &&
-           client.Delivered() != run.frames) {
+           !client.IsDone()) {
         receiver.Work(end, m_wake);
     }
-    assembler.End(client.Delivered() != run.frames);
+    assembler.End(!client.IsDone());
 }
 
 void StreamEngine::End() noexcept {
@@ -267,7 +222,7 @@ void StreamEngine::OpenFirewall() {
     }
     try {
         const Bytes nothing(1);
-        m_socket->SendTo({m_host.CameraEndpoint().ip, m_sourcePort}, nothing);
+        m_socket->SendTo({m_camera.ip, m_sourcePort}, nothing);
     } catch (const OvProducer::Failure& failure) {
         LogWarning(std::string("The stream's way through a firewall: ") + failure.what());
     }

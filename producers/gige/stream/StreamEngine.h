@@ -20,7 +20,7 @@ class StreamState {
 public:
     virtual ~StreamState() = default;
     virtual StreamSettings Settings() const = 0;
-    virtual void SetFacts(const StreamFacts& facts) = 0;
+    virtual void SetFacts(const ReceiverFacts& facts) = 0;
     virtual StreamAccount& Account() = 0;
 };
 
@@ -30,17 +30,17 @@ public:
     StreamEngine(StreamHost& host, StreamState& state);
     ~StreamEngine() override;
 
-    /// Opens the camera's stream channel; a reader joins a channel that is sent to a group.
+    /// Opens the camera's stream channel; a reader joins a channel that is sent to a group. The
+    /// camera isn't asked for anything after that: it may be lost at any time.
     void Begin() override;
     void Run(OvProducer::BufferPool& pool, const OvProducer::EngineRun& run) override;
     /// Closes the channel.
     void End() noexcept override;
 
 private:
-    class Client;
-
     void OpenAsOwner(const Adapter& adapter);
     void JoinAsReader(const Adapter& adapter);
+    void SizeSocket();
     size_t NegotiatePacketSize(const Adapter& adapter);
     AssemblerSettings MakeSettings() const;
     void TuneThread() const;
@@ -49,7 +49,9 @@ private:
     StreamHost& m_host;
     StreamState& m_state;
     StreamSettings m_settings;
-    StreamFacts m_facts;
+    ReceiverFacts m_facts;
+    AssemblerSettings m_assembly;
+    Endpoint m_camera;
     WakeFile m_wake;
     std::optional<UdpSocket> m_socket;
     std::optional<StreamChannel> m_channel;

@@ -8,7 +8,7 @@ namespace OvGige {
 namespace {
 
 using S = StreamSettings;
-using F = StreamFacts;
+using F = ReceiverFacts;
 using A = StreamAccount;
 
 constexpr uint64_t kFirstAddress = 0x1000;

@@ -28,7 +28,7 @@ struct FactFeature {
     const char* displayName;
     const char* description;
     const char* unit;
-    int64_t StreamFacts::*field;
+    int64_t ReceiverFacts::*field;
 };
 
 /// A counter.

@@ -23,7 +23,7 @@ struct StreamSettings {
 };
 
 /// What a running stream uses.
-struct StreamFacts {
+struct ReceiverFacts {
     int64_t packetSize = 0;
     int64_t socketBuffer = 0;  ///< bytes that the system granted
     int64_t hostPort = 0;
