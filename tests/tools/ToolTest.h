@@ -37,10 +37,10 @@ protected:
     /// @param arguments  as a shell takes them
     std::unique_ptr<ToolProcess> Start(const std::string& library,
                                        const std::string& arguments) const {
-        const std::string command = prelude + " OV_GIGE_ADAPTERS=none OV_VIRTUAL_CAMERAS=" + std::to_string(cameras) +
-                                    " OV_VIRTUAL_STATE='" + state + "' OV_TEST_STEERING='" +
-                                    steering + "' LD_LIBRARY_PATH='" + library +
-                                    "' exec '" OV_TOOL "' " + arguments;
+        const std::string command =
+            prelude + " OV_GIGE_ADAPTERS=none OV_VIRTUAL_CAMERAS=" + std::to_string(cameras) +
+            " OV_VIRTUAL_STATE='" + state + "' OV_TEST_STEERING='" + steering +
+            "' LD_LIBRARY_PATH='" + library + "' exec '" OV_TOOL "' " + arguments;
         const std::string errors = "errors" + std::to_string(m_runs++);
         return std::make_unique<ToolProcess>(command, folder / errors);
     }

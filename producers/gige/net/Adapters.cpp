@@ -60,6 +60,23 @@ Value ValueAt(const std::map<std::string, Value>& values, const std::string& nam
     return found == values.end() ? Value() : found->second;
 }
 
+/// The system's, or where it was configured without one, the last address of the subnet. A
+/// subnet of one or two addresses has none.
+Ipv4 BroadcastOf(const ifaddrs& entry) {
+    if ((entry.ifa_flags & IFF_BROADCAST) == 0) {
+        return {};
+    }
+    const Ipv4 own = AddressOf(entry.ifa_addr);
+    const Ipv4 configured = AddressOf(entry.ifa_broadaddr);
+    // Without one the system's record has the adapter's own address in its place.
+    if (!configured.IsNone() && configured != own) {
+        return configured;
+    }
+    constexpr uint32_t kLargestMaskWithOne = 0xFFFFFFFC;
+    const uint32_t mask = AddressOf(entry.ifa_netmask).value;
+    return mask <= kLargestMaskWithOne ? Ipv4{own.value | ~mask} : Ipv4();
+}
+
 bool IsUsable(const ifaddrs& entry) {
     return (entry.ifa_flags & IFF_UP) != 0 && !AddressOf(entry.ifa_addr).IsNone();
 }
@@ -100,9 +117,7 @@ std::vector<Adapter> AllAdapters() {
                             .mac = ValueAt(macs, name),
                             .ip = AddressOf(entry->ifa_addr),
                             .mask = AddressOf(entry->ifa_netmask),
-                            .broadcast = (entry->ifa_flags & IFF_BROADCAST) != 0
-                                             ? AddressOf(entry->ifa_broadaddr)
-                                             : Ipv4(),
+                            .broadcast = BroadcastOf(*entry),
                             .gateway = ValueAt(gateways, name),
                             .isLoopback = (entry->ifa_flags & IFF_LOOPBACK) != 0});
     }

@@ -31,9 +31,8 @@ protected:
         try {
             m_host.emplace();
         } catch (const std::system_error& error) {
-            if (geteuid() == 0) {
-                throw;
-            }
+            // Where everything must be tested, nothing may be skipped.
+            ASSERT_EQ(std::getenv("OV_NETWORK_TESTS"), nullptr) << error.what();
             GTEST_SKIP() << "Networks of its own are for root: " << error.what();
         }
         m_far.emplace();

@@ -1,0 +1,71 @@
+// What goes over the wire, read by a program that knows the protocols and nothing of this one.
+
+#include <csignal>
+
+#include "NetworkTest.h"
+
+namespace {
+
+class NetworkCaptures : public NetworkTest {
+protected:
+    void SetUp() override {
+        NetworkTest::SetUp();
+        if (!IsSkipped() && !HasFatalFailure() && !HasDissector()) {
+            ASSERT_FALSE(IsRequired()) << "tshark isn't installed";
+            GTEST_SKIP() << "needs tshark";
+        }
+    }
+
+    /// Both ends' packets from here to the capture's end.
+    std::unique_ptr<ToolProcess> StartCapture() {
+        auto capture = std::make_unique<ToolProcess>(
+            "exec dumpcap -i host0 -w '" + File() + "' 2>&1", folder / "capture");
+        for (std::string line = capture->ReadLine(); !line.starts_with("File: ");
+             line = capture->ReadLine()) {
+            if (line.empty()) {
+                throw std::runtime_error("The capture hasn't started");
+            }
+        }
+        return capture;
+    }
+    static void End(ToolProcess& capture) {
+        capture.Signal(SIGINT);
+        EXPECT_EQ(capture.Wait().status, 0);
+    }
+    /// The packets that fit a filter, one a line.
+    std::string Packets(const std::string& filter) {
+        return ToolProcess("exec tshark -r '" + File() + "' -Y '" + filter + "'",
+                           folder / "dissection")
+            .Wait()
+            .out;
+    }
+
+private:
+    static bool HasDissector() { return std::system("command -v tshark >/dev/null") == 0; }
+    std::string File() const { return (folder / "packets.pcapng").string(); }
+};
+
+TEST_F(NetworkCaptures, EveryPacketOfBothEndsIsWellFormed) {
+    const SimulatedCameras simulated = SimulateOne();
+    const auto capture = StartCapture();
+    Printed("ip list");
+    Printed("ip force " + simulated.Mac() + " 10.1.0.9 255.255.255.0 10.1.0.1");
+    Printed("set Width=640 Height=480 DeviceUserID=captured");
+    Printed("grab --count 3 --raw --no-png --output '" + folder.string() + "'");
+    End(*capture);
+    EXPECT_EQ(Packets("_ws.malformed"), "");
+    // Discovery, force IP, both kinds of reads and writes, and their answers.
+    for (const char* const command : {"0x0002", "0x0003", "0x0004", "0x0005", "0x0080", "0x0081",
+                                      "0x0082", "0x0083", "0x0084", "0x0085", "0x0086", "0x0087"}) {
+        EXPECT_NE(
+            Packets(std::string("gvcp.cmd.command == ") + command + " || gvcp.ack == " + command),
+            "")
+            << command;
+    }
+    EXPECT_NE(Packets("gvsp.format == 1"), "") << "a leader";
+    EXPECT_NE(Packets("gvsp.format == 2"), "") << "a trailer";
+    EXPECT_NE(Packets("gvsp.format == 3"), "") << "payload";
+    EXPECT_NE(Packets("gvcp.cmd.forceip.ip == 10.1.0.9"), "");
+}
+
+}  // namespace
