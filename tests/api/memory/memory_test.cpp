@@ -5,6 +5,7 @@
 #include <iostream>
 #include <thread>
 
+#include "OvINodes.h"
 #include "support/AcquisitionTest.h"
 #include "support/CallbackCounter.h"
 #include "support/FailingMemory.h"
@@ -219,6 +220,66 @@ TEST_F(MemoryTest, ACloseOfTheLibraryIsMadeOrCanBeRepeated) {
                  ExpectClosed({"Library", "System", "Interface", "Device", "Stream", "Buffer",
                                "Event", "Acquisition"});
                  OpenCameraTest::SetUp();
+             }});
+}
+
+TEST_F(MemoryTest, NodesAreListedOrNoneIs) {
+    size_t number = 0;
+    Run({.prepare =
+             [&] {
+                 CloseAndOpenAgain();
+                 number = 0;
+             },
+         .action = [&] { return OvNodeGetAll(camera, OV_NODE_MODULE_CAMERA, nullptr, &number); },
+         .check =
+             [&](OV_STATUS status) {
+                 EXPECT_EQ(number != 0, status == OV_STATUS_SUCCESS);
+                 size_t again = 0;
+                 EXPECT_OV_OK(OvNodeGetAll(camera, OV_NODE_MODULE_CAMERA, nullptr, &again));
+                 EXPECT_GT(again, 40U);
+                 EXPECT_TRUE(number == 0 || number == again);
+             }});
+}
+
+TEST_F(MemoryTest, ANodeIsFoundOrNot) {
+    OV_NODE_HANDLE node = 0;
+    Run({.prepare =
+             [&] {
+                 CloseAndOpenAgain();
+                 node = 0;
+             },
+         .action = [&] { return OvNodeFind(camera, OV_NODE_MODULE_CAMERA, "Width", &node); },
+         .check =
+             [&](OV_STATUS status) {
+                 EXPECT_EQ(node != 0, status == OV_STATUS_SUCCESS);
+                 OV_NODE_HANDLE again = 0;
+                 EXPECT_OV_OK(OvNodeFind(camera, OV_NODE_MODULE_CAMERA, "Width", &again));
+                 EXPECT_TRUE(node == 0 || node == again);
+                 int64_t width = 0;
+                 EXPECT_OV_OK(OvNodeGetInteger(again, &width));
+             }});
+}
+
+TEST_F(MemoryTest, ACallbackOfANodeIsRegisteredOrNotAtAll) {
+    static unsigned called = 0;
+    OV_NODE_CALLBACK_HANDLE handle = nullptr;
+    OV_NODE_HANDLE node = 0;
+    ASSERT_OV_OK(OvNodeFind(camera, OV_NODE_MODULE_INTERFACE, "InterfaceID", &node));
+    const auto registerCallback = [&] {
+        return OvNodeRegisterCallback(
+            node, nullptr, [](OV_NODE_HANDLE, void*) { ++called; }, &handle);
+    };
+    Run({.prepare = [&] { handle = nullptr; },
+         .action = registerCallback,
+         .check =
+             [&](OV_STATUS status) {
+                 called = 0;
+                 EXPECT_OV_OK(OvNodeInvalidate(node));
+                 EXPECT_EQ(called != 0, status == OV_STATUS_SUCCESS);
+                 if (status != OV_STATUS_SUCCESS) {
+                     EXPECT_OV_OK(registerCallback());
+                 }
+                 EXPECT_OV_OK(OvNodeUnregisterCallback(node, handle));
              }});
 }
 
