@@ -1,7 +1,7 @@
 #include "gige/producer/AddressChange.h"
 
-#include <algorithm>
 #include <functional>
+#include <utility>
 
 #include "framework/Failure.h"
 #include "gige/discovery/AdapterSearch.h"
@@ -16,7 +16,7 @@ using std::chrono::steady_clock;
 
 /// A camera looks for a few seconds whether others have the address already, and one that asks
 /// a server for it takes longer.
-constexpr milliseconds kForcedTime = 5s;
+constexpr milliseconds kForcedTime = 6s;
 constexpr milliseconds kRestartTime = 15s;
 constexpr milliseconds kSettingsTime = 3s;
 
@@ -45,11 +45,14 @@ public:
     /// For cameras that no broadcast reaches.
     void AlsoAsk(Ipv4 ip) { m_targets.cameras.push_back({ip, m_camera.endpoint.port}); }
 
-    /// Sends the command to everybody and to those that are asked.
+    /// Sends the command to everybody, but first of all to the address that the user named, which
+    /// may be beyond the reach of a broadcast. The camera shall get it only once.
     void Send(Command command, ByteView payload) {
-        std::vector<Endpoint> to = m_targets.cameras;
-        to.push_back({kEverybody, m_camera.endpoint.port});
-        if (m_search.SendToEach(command, payload, to) == 0) {
+        const bool isFirst = !std::exchange(m_isSent, true);
+        const Endpoint to = isFirst && m_camera.isNamed
+                                ? m_camera.endpoint
+                                : Endpoint{kEverybody, m_camera.endpoint.port};
+        if (m_search.SendToEach(command, payload, {to}) == 0) {
             throw Failure(GenTL::GC_ERR_IO, "Nothing can be sent by " + m_adapter.name);
         }
     }
@@ -73,6 +76,7 @@ private:
     const FoundCamera& m_camera;
     AdapterSearch m_search;
     SearchTargets m_targets;
+    bool m_isSent = false;
 };
 
 }  // namespace
