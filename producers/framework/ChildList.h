@@ -57,15 +57,24 @@ public:
         return found == m_listed.end() ? nullptr : *found;
     }
 
-    /// Opens the child by `make`. Fails with -1004 if it is open already, without calling
-    /// `make`.
+    /// Opens the child by `make`, which may take its time: the list can be used meanwhile. Fails
+    /// with -1004 if it is open already, without calling `make`.
     template <typename Make>
     std::shared_ptr<Child> Open(const std::string& id, Make make) {
-        const std::lock_guard lock(m_mutex);
-        if (m_open.contains(id)) {
-            throw Failure(GenTL::GC_ERR_RESOURCE_IN_USE, "'" + id + "' is open already");
+        Reserve(id);
+        std::shared_ptr<Child> child;
+        try {
+            child = make();
+        } catch (...) {
+            const std::lock_guard lock(m_mutex);
+            m_open.erase(id);
+            throw;
         }
-        return m_open.emplace(id, make()).first->second;
+        if (!Enter(id, child)) {
+            child->Close();
+            throw Failure(GenTL::GC_ERR_INVALID_HANDLE, "The module was closed meanwhile");
+        }
+        return child;
     }
 
     /// Removes the child from the open ones. Fails with -1006 if it isn't open.
@@ -84,7 +93,9 @@ public:
         const std::lock_guard lock(m_mutex);
         std::vector<std::shared_ptr<Child>> children;
         for (const auto& [id, child] : m_open) {
-            children.push_back(child);
+            if (child) {
+                children.push_back(child);
+            }
         }
         m_open.clear();
         return children;
@@ -114,6 +125,24 @@ public:
     std::shared_ptr<Backend> SelectedBackend() const { return At(static_cast<size_t>(Selected())); }
 
 private:
+    void Reserve(const std::string& id) {
+        const std::lock_guard lock(m_mutex);
+        if (!m_open.try_emplace(id).second) {
+            throw Failure(GenTL::GC_ERR_RESOURCE_IN_USE, "'" + id + "' is open already");
+        }
+    }
+
+    /// False if the open ones were taken away since the ID was reserved.
+    bool Enter(const std::string& id, const std::shared_ptr<Child>& child) {
+        const std::lock_guard lock(m_mutex);
+        const auto reserved = m_open.find(id);
+        if (reserved == m_open.end()) {
+            return false;
+        }
+        reserved->second = child;
+        return true;
+    }
+
     using Facts = decltype(std::declval<Backend&>().Facts());
     using Sight = std::pair<std::string, std::vector<int64_t>>;
 
@@ -137,8 +166,8 @@ private:
 
     mutable std::mutex m_mutex;
     Backends m_listed;
-    std::set<Sight> m_sights;  // of the listed ones, as they were then
-    std::map<std::string, std::shared_ptr<Child>> m_open;
+    std::set<Sight> m_sights;                              // of the listed ones, as they were then
+    std::map<std::string, std::shared_ptr<Child>> m_open;  // null while one is being opened
     int64_t m_selected = 0;
 };
 

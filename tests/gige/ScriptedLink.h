@@ -52,6 +52,7 @@ public:
     }
 
     void Cancel() override { m_isCancelled = true; }
+    void Resume() override { m_isCancelled = false; }
 
     OvGige::Clock::time_point Now() const override { return m_now; }
 

@@ -2,7 +2,7 @@
 /// What modules ask of a producer's own classes, with classes of the test's own.
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <functional>
 #include <optional>
 
 #include "framework/System.h"
@@ -23,7 +23,10 @@ Facts NamedFacts(const char* id) {
 class FakeDevice : public DeviceBackend {
 public:
     DeviceFacts Facts() override { return m_facts; }
-    void Open(GenTL::DEVICE_ACCESS_FLAGS, std::weak_ptr<EventSink>) override { ++m_opened; }
+    void Open(GenTL::DEVICE_ACCESS_FLAGS, std::weak_ptr<EventSink>) override {
+        ++m_opened;
+        m_opening();
+    }
     void Close() override { ++m_closed; }
     bool OffersEvent(GenTL::EVENT_TYPE) override { return false; }
     std::unique_ptr<Port> MakeRemotePort() override {
@@ -40,6 +43,7 @@ public:
 
     DeviceFacts m_facts = NamedFacts<DeviceFacts>("camera");
     bool m_hasNoPort = false;
+    std::function<void()> m_opening = [] {};  // called while it is opened
     int m_opened = 0;
     int m_closed = 0;
     std::optional<CommandPatience> m_patience;
@@ -118,6 +122,28 @@ TEST_F(Backend, IsClosedWhenItsPortCantBeMade) {
     OpenDevice();
     EXPECT_EQ(camera.m_opened, 2);
     EXPECT_EQ(camera.m_closed, 1);
+}
+
+TEST_F(Backend, MayBeListedWhileItIsOpened) {
+    m_interface->m_device->m_opening = [this] {
+        EXPECT_EQ(m_adapter->Devices().Count(), 1U);
+        EXPECT_FALSE(m_adapter->UpdateDevices(0));
+        EXPECT_THROW(OpenDevice(), Failure);
+    };
+    EXPECT_TRUE(OpenDevice());
+    EXPECT_EQ(m_interface->m_device->m_opened, 1);
+}
+
+TEST_F(Backend, IsClosedAgainWhenItsInterfaceClosesWhileItIsOpened) {
+    m_interface->m_device->m_opening = [this] { m_system->CloseInterface(m_adapter); };
+    try {
+        OpenDevice();
+        FAIL();
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.Code(), GenTL::GC_ERR_INVALID_HANDLE);
+        EXPECT_STREQ(failure.what(), "The module was closed meanwhile");
+    }
+    EXPECT_EQ(m_interface->m_device->m_closed, 1);
 }
 
 TEST_F(Backend, IsToldHowLongCommandsMayTake) {

@@ -199,7 +199,11 @@ struct NamedBackend {
     std::string id;
     NamedFacts Facts() const { return {id}; }
 };
-using Children = ChildList<NamedBackend, Buffer>;
+struct NamedChild {
+    void Close() { isClosed = true; }
+    bool isClosed = false;
+};
+using Children = ChildList<NamedBackend, NamedChild>;
 
 std::shared_ptr<NamedBackend> Named(const char* id) {
     return std::make_shared<NamedBackend>(NamedBackend{id});
@@ -227,8 +231,8 @@ TEST(ChildLists, SelectionStaysInRange) {
 
 TEST(ChildLists, ForgetAChildOnlyOnce) {
     Children children;
-    const auto child = children.Open("a", [] { return std::make_shared<Buffer>(); });
-    EXPECT_EQ(CodeOf([&] { children.Open("a", [] { return std::make_shared<Buffer>(); }); }),
+    const auto child = children.Open("a", [] { return std::make_shared<NamedChild>(); });
+    EXPECT_EQ(CodeOf([&] { children.Open("a", [] { return std::make_shared<NamedChild>(); }); }),
               GenTL::GC_ERR_RESOURCE_IN_USE);
     children.Remove(child);
     EXPECT_EQ(CodeOf([&] { children.Remove(child); }), GenTL::GC_ERR_INVALID_HANDLE);

@@ -110,6 +110,11 @@ void ControlChannel::Abandon() {
     m_link->Cancel();
 }
 
+void ControlChannel::Resume() {
+    m_link->Resume();
+    m_isAbandoned = false;
+}
+
 void ControlChannel::RequireLink() const {
     if (m_isAbandoned) {
         throw Failure(GenTL::GC_ERR_ABORT, "The connection to the camera has ended");

@@ -61,6 +61,8 @@ public:
     /// Fails the command that is on its way, and those to come: nobody waits for a camera that
     /// is known to be gone.
     void Abandon();
+    /// Lets commands through again.
+    void Resume();
     /// The patience of the commands that begin from now on.
     void SetPatience(Patience patience);
     ControlCounters Counters() const;

@@ -23,6 +23,8 @@ public:
     virtual std::optional<Bytes> Receive(Clock::time_point deadline) = 0;
     /// Ends a wait that runs, and those to come. Any thread may call it at any time.
     virtual void Cancel() = 0;
+    /// Lets waits last again.
+    virtual void Resume() = 0;
     /// The present time, by which deadlines are made.
     virtual Clock::time_point Now() const { return Clock::now(); }
 };

@@ -49,19 +49,22 @@ CameraConnection::CameraConnection(std::unique_ptr<DatagramLink> link, Connectio
     }
 }
 
+// The heartbeat's command must not be waited for: the camera may have just fallen silent.
 void CameraConnection::Close() {
     {
         const std::lock_guard lock(m_closing);
         if (!m_heartbeat) {
             return;  // closed already
         }
+        m_channel.Abandon();
         m_heartbeat.reset();
     }
     if (m_options.access != Access::ReadOnly && !IsLost()) {
         m_channel.SetPatience(kLastContact);
+        m_channel.Resume();
         ReleaseAccess(m_memory);
+        m_channel.Abandon();
     }
-    m_channel.Abandon();
 }
 
 // The settings of the host before may still be there, a heartbeat that is switched off among

@@ -19,6 +19,7 @@ public:
     void Send(ByteView packet) override { m_socket.SendTo(m_camera, packet); }
     std::optional<Bytes> Receive(Clock::time_point deadline) override;
     void Cancel() override { m_cancelled.Signal(); }
+    void Resume() override { m_cancelled.Clear(); }
 
 private:
     const WakeFile m_cancelled;
