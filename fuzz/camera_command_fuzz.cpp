@@ -57,7 +57,10 @@ public:
         if (m_account[Count::ControlTaken] == 0) {
             OV_ASSERT(registers.Get(kRegPersistentIp) == 0);
             OV_ASSERT(registers.Get(kRegPrivilege) == 0);
-            OV_ASSERT(m_account[Count::MemoryWrites] == 0);
+            OV_ASSERT(registers.Get(kRegStreamPort) == 0);
+            OV_ASSERT(m_device.Camera().UserId().empty());
+            OV_ASSERT(m_device.Camera().Settings().width == OvVirtual::kFullWidth);
+            OV_ASSERT(!m_device.Camera().IsAcquiring());
         }
     }
 

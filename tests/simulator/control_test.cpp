@@ -63,6 +63,13 @@ TEST_F(Control, CantBeHandedOn) {
     EXPECT_EQ(Register(kRegPrivilege), 0U);
 }
 
+TEST_F(Control, MayBeGivenBackByWhoNeverHadIt) {
+    EXPECT_EQ(WriteRegister(kRegPrivilege, 0), Status::Success);
+    EXPECT_EQ(WriteMemory(kRegPrivilege, Bytes(4)).status, Status::Success);
+    EXPECT_EQ(Register(kRegPrivilege), 0U);
+    EXPECT_EQ(m_account[Count::ControlGiven], 0U);
+}
+
 TEST_F(Control, CantBeTakenAsPartOfMemory) {
     TakeControl();
     const Bytes words = BuildNumbers(std::array{0U, 0U});

@@ -57,8 +57,8 @@ StreamSetup StreamSetupOf(const BootstrapRegisters& registers) {
 }
 
 void ConnectStreamRegisters(BootstrapRegisters& registers,
-                            std::function<void(const StreamSetup&)> configure,
-                            std::function<void()> fire) {
+                            const std::function<void(const StreamSetup&)>& configure,
+                            const std::function<void()>& fire) {
     FillDefaults(registers);
     KeepBits(registers, kRegStreamConfig, kExtendedIds);
     KeepBits(registers, kRegStreamSwitches, kExtendedChunks);

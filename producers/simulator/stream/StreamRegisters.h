@@ -13,7 +13,7 @@ StreamSetup StreamSetupOf(const BootstrapRegisters& registers);
 /// @param configure  called after each change
 /// @param fire       called when the host asks for a test packet
 void ConnectStreamRegisters(BootstrapRegisters& registers,
-                            std::function<void(const StreamSetup&)> configure,
-                            std::function<void()> fire);
+                            const std::function<void(const StreamSetup&)>& configure,
+                            const std::function<void()>& fire);
 
 }  // namespace OvSimulator
