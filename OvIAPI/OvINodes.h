@@ -338,7 +338,7 @@ OV_API OV_STATUS OvNodeGetRegisterPlace(OV_NODE_HANDLE hNode, int64_t* pnAddress
  *  "AcquisitionStart" and "AcquisitionStop" do what OVStreamOn() and OVStreamOff() do,
  *  and fail like them. */
 OV_API OV_STATUS OvNodeExecute(OV_NODE_HANDLE hNode);
-/** Tells whether a command that was executed is done. Asks the camera each time. */
+/** Returns whether a command that was executed is done. Asks the camera each time. */
 OV_API OV_STATUS OvNodeIsDone(OV_NODE_HANDLE hNode, bool* pbIsDone);
 
 /** @} */
@@ -398,8 +398,8 @@ OV_API OV_STATUS OvNodeReadFile(OV_DEV_HANDLE hDevice, const char* pszFile, uint
 /** Replaces a file. If the camera doesn't take all of it, the text says how much it took.
  *  @param pszFile  the name of the file
  *  @param pBuffer  nSize bytes; not null */
-OV_API OV_STATUS OvNodeWriteFile(OV_DEV_HANDLE hDevice, const char* pszFile,
-                                 const uint8_t* pBuffer, size_t nSize);
+OV_API OV_STATUS OvNodeWriteFile(OV_DEV_HANDLE hDevice, const char* pszFile, const uint8_t* pBuffer,
+                                 size_t nSize);
 /** Deletes a file.
  *  @param pszFile  the name of the file */
 OV_API OV_STATUS OvNodeDeleteFile(OV_DEV_HANDLE hDevice, const char* pszFile);

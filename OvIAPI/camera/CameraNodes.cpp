@@ -94,10 +94,10 @@ void CCameraNodes::KeepCallback(IFeatureControl& control, INodeMap& map, const v
     m_callbacks.push_back({control, map, callback});
 }
 
-void CCameraNodes::ForgetCallback(const void* callback) {
+bool CCameraNodes::ForgetCallback(const void* callback) {
     const CAutoLock lock(m_lock);
-    m_callbacks.remove_if(
-        [callback](const OuterCallback& kept) { return kept.handle == callback; });
+    return m_callbacks.remove_if(
+               [callback](const OuterCallback& kept) { return kept.handle == callback; }) != 0;
 }
 
 void CCameraNodes::Release() noexcept {

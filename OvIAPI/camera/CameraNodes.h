@@ -79,7 +79,8 @@ public:
     /// is registered with stays open.
     void KeepCallback(OVTLClass::IFeatureControl& control, GenApi_3_0_ORVANE::INodeMap& map,
                       const void* callback);
-    void ForgetCallback(const void* callback);
+    /// @return whether it was kept
+    bool ForgetCallback(const void* callback);
     /// All handles are invalid afterwards, and none is made any more. Removes the callbacks that
     /// it keeps and waits for those that are running.
     void Release() noexcept;

@@ -76,11 +76,12 @@ OV_STATUS OvNodeUnregisterCallback(OV_NODE_HANDLE hNode, OV_NODE_CALLBACK_HANDLE
     CheckNotInCallback(*record.camera.GetDevice(), "unregister node callback",
                        {CallbackKind::Event}, OV_HERE);
     CFeatureControl& control = GetFeatureControl(record.camera, LevelOf(record.module));
-    if (!control.CheckExist(QualifiedName(record), hCallback)) {
+    // Several cameras share the modules that outlive them: a callback may be another camera's.
+    if (!control.CheckExist(QualifiedName(record), hCallback) ||
+        (OutlivesCamera(record.module) && !record.camera.GetNodes().ForgetCallback(hCallback))) {
         OV_RAISE(CInvalidHandleError, "Invalid node callback handle");
     }
     control.DoUnregisterFeatureCallback(reinterpret_cast<intptr_t>(hCallback));
-    record.camera.GetNodes().ForgetCallback(hCallback);
     PollingThread().RemoveListener(record.camera.GetPolling());
     return OV_STATUS_SUCCESS;
 } catch (...) {

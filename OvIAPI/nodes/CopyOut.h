@@ -9,7 +9,7 @@
 #include "TLClassSupport/OvException.h"
 #include "errors/Place.h"
 
-/// Copies elements to the caller's memory, or only tells how many there are if that is null.
+/// Copies elements to the caller's memory, or only returns how many there are if that is null.
 /// Throws if the memory is too small; then neither it nor the number is changed.
 template <class T>
 void CopyOut(const T* elements, size_t number, T* memory, size_t* pnNumber, const OvPlace& place) {

@@ -142,4 +142,25 @@ TEST_F(NodeCallback, OfAModuleThatStaysOpenEndsWithTheCamera) {
     EXPECT_EQ(listener.count, 1U);
 }
 
+TEST_F(NodeCallback, IsRemovedByItsOwnCameraOnly) {
+    ASSERT_OV_OK(OVCloseLib());
+    producer.SetDeviceCount(0, 2);
+    Init();
+    ASSERT_EQ(Update(), 2U);
+    camera = Open(1);
+    OV_DEV_HANDLE const other = Open(2);
+    OV_NODE_HANDLE others = 0;
+    ASSERT_OV_OK(OvNodeFind(other, OV_NODE_MODULE_INTERFACE, "InterfaceID", &others));
+    const OV_NODE_HANDLE own = Node("InterfaceID", OV_NODE_MODULE_INTERFACE);
+    EXPECT_NE(own, others);
+    OV_NODE_CALLBACK_HANDLE const handle = Listen(own, &Listener::Count);
+    ExpectFailure(OvNodeUnregisterCallback(others, handle), OV_STATUS_INVALID_HANDLE,
+                  "Invalid node callback handle");
+    EXPECT_OV_OK(OvNodeInvalidate(others));
+    EXPECT_EQ(listener.count, 1U);
+    EXPECT_OV_OK(OvNodeUnregisterCallback(own, handle));
+    EXPECT_OV_OK(OvNodeInvalidate(own));
+    EXPECT_EQ(listener.count, 1U);
+}
+
 }  // namespace
