@@ -101,12 +101,12 @@ TEST_F(FailureTest, ACameraThatIsNotThereSaysHowManyAre) {
 
 TEST_F(FailureTest, TextsHaveNoInternalsUnlessAskedFor) {
     const std::string text =
-        "ovtool: can't read LineSource: The feature \"LineSource\" is not implemented\n"
+        "ovtool: can't find LineSource: There is no feature \"LineSource\"\n"
         "The camera's features with their limits: ovtool features\n";
     ExpectFails(Virtual("get LineSource"), text);
     const ToolRun run = Virtual("get LineSource --verbose");
     EXPECT_THAT(run.err, testing::StartsWith(text + "The library says: {-12}{"));
-    EXPECT_THAT(run.err, testing::EndsWith("]}{The feature \"LineSource\" is not implemented}\n"));
+    EXPECT_THAT(run.err, testing::EndsWith("]}{There is no feature \"LineSource\"}\n"));
     EXPECT_EQ(run.status, Exit::kFailed);
 }
 

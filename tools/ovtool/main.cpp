@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "camera/Node.h"
 #include "camera/SearchReport.h"
 #include "camera/Session.h"
 #include "commands/Commands.h"
@@ -26,9 +27,12 @@ struct CommandLine {
     ConvertOptions convert;
     ChunkOptions chunks;
     EventOptions events;
+    FeatureListOptions features;
     std::vector<std::string> names;
+    std::string module = "camera";
     std::string bytes;
     std::string file;
+    std::string cameraFile;
     bool verify = false;
     uint64_t address = 0;
     size_t size = 4;
@@ -80,10 +84,32 @@ CLI::App* WithMac(CLI::App* command, CommandLine& options) {
 }
 
 void AddFeatureCommands(CLI::App& app, CommandLine& options) {
-    WithCamera(
+    CLI::App* const features = WithCamera(
         AddCommand(app, "features", "list the features of a camera with their values", options),
-        options)
-        ->callback([&options] { ListFeatures(options.choice, options.json); });
+        options);
+    features->add_option("pattern", options.features.pattern,
+                         "part of a name, or a name with wildcards");
+    features->add_flag("--tree", options.features.tree, "with their categories");
+    features
+        ->add_option("--visibility", options.features.visibility,
+                     "the rarest users whose features are listed")
+        ->check(CLI::IsMember(VisibilityNames()))
+        ->capture_default_str();
+    features->callback(
+        [&options] { ListFeatures(options.choice, options.features, options.json); });
+
+    CLI::App* const describe = WithCamera(
+        AddCommand(app, "describe", "print all that is known of features", options), options);
+    describe->add_option("feature", options.names, "names of features")->required();
+    describe->callback(
+        [&options] { DescribeFeatures(options.choice, options.names, options.json); });
+
+    CLI::App* const xml = WithCamera(
+        AddQuietCommand(app, "xml", "print the description of a camera", options), options);
+    xml->add_option("--module", options.module, "whose description")
+        ->check(CLI::IsMember(ModuleNames()))
+        ->capture_default_str();
+    xml->callback([&options] { PrintXml(options.choice, options.module); });
 
     CLI::App* const get =
         WithCamera(AddCommand(app, "get", "print values of features", options), options);
@@ -112,6 +138,27 @@ void AddSettingsCommands(CLI::App& app, CommandLine& options) {
     load->add_option("file", options.file, "a file of a camera of the same model")->required();
     load->add_flag("--verify", options.verify, "tell also what the camera rounded");
     load->callback([&options] { LoadSettings(options.choice, options.file, options.verify); });
+}
+
+/// A command on a file of the camera.
+CLI::App* AddFileCommand(CLI::App& file, const char* name, const char* help, CommandLine& options) {
+    CLI::App* const command = WithCamera(AddQuietCommand(file, name, help, options), options);
+    command->add_option("name", options.cameraFile, "the camera's name of the file")->required();
+    return command;
+}
+
+void AddFileCommands(CLI::App& app, CommandLine& options) {
+    CLI::App& file = *app.add_subcommand("file", "files that a camera keeps");
+    file.require_subcommand(1);
+    CLI::App* const get = AddFileCommand(file, "get", "copy a file from a camera", options);
+    get->add_option("path", options.file, "the file here, replaced if it is there")->required();
+    get->callback([&options] { GetFile(options.choice, options.cameraFile, options.file); });
+    CLI::App* const put = AddFileCommand(file, "put", "copy a file to a camera", options);
+    put->add_option("path", options.file, "the file here")->required();
+    put->callback([&options] { PutFile(options.choice, options.cameraFile, options.file); });
+    AddFileCommand(file, "delete", "delete a file of a camera", options)->callback([&options] {
+        DeleteFile(options.choice, options.cameraFile);
+    });
 }
 
 void AddRegisterCommands(CLI::App& app, CommandLine& options) {
@@ -288,6 +335,7 @@ void AddCommands(CLI::App& app, CommandLine& options) {
         ->callback([&options] { ShowInfo(options.choice, options.json); });
     AddFeatureCommands(app, options);
     AddSettingsCommands(app, options);
+    AddFileCommands(app, options);
     AddRegisterCommands(app, options);
     AddFrameCommands(app, options);
     AddConvert(app, options);

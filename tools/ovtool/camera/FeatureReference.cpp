@@ -17,13 +17,6 @@ size_t FindAssign(const std::string& text) {
     return close == std::string::npos ? close : text.find('=', close);
 }
 
-FeatureRow RowByName(const std::string& name) {
-    const OV_FEATURE_ID id = FeatureByName(name);
-    const auto& rows = AllFeatures();
-    return *std::find_if(rows.begin(), rows.end(),
-                         [id](const FeatureRow& row) { return row.id == id; });
-}
-
 /// "GainSelector=AnalogAll", several with commas between.
 std::vector<SelectorChoice> ParseChoices(const std::string& text, const std::string& whole) {
     std::vector<SelectorChoice> choices;
@@ -47,18 +40,29 @@ Assignment ParseAssignment(const std::string& argument) {
         return {ParseReference(argument.substr(0, assign)), argument.substr(assign + 1)};
     }
     Assignment command{ParseReference(argument), std::nullopt};
-    if (!IsCommand(command.target.feature.id)) {
-        throw UsageError("'" + argument + "' has no value; give it one: " + argument + "=VALUE");
+    if (!MayBeCommand(command.target.feature)) {
+        throw NoValue(argument);
     }
     return command;
 }
 
+/// Only the camera knows whether a feature without an identifier is a command: its name with
+/// another word is taken for a name and a value.
+bool IsTwoCommands(const std::vector<std::string>& arguments) {
+    const FeatureRow first = ParseReference(arguments[0]).feature;
+    return MayBeCommand(first) && first.id != kNoIdentifier;
+}
+
 bool IsOnePair(const std::vector<std::string>& arguments) {
     return arguments.size() == 2 && FindAssign(arguments[0]) == std::string::npos &&
-           !IsCommand(ParseReference(arguments[0]).feature.id);
+           !IsTwoCommands(arguments);
 }
 
 }  // namespace
+
+ToolError NoValue(const std::string& feature) {
+    return UsageError("'" + feature + "' has no value; give it one: " + feature + "=VALUE");
+}
 
 FeatureReference ParseReference(const std::string& text) {
     const size_t open = text.find('[');
@@ -92,10 +96,10 @@ SelectedEntries::SelectedEntries(OV_DEV_HANDLE camera, const std::vector<Selecto
 }
 
 void SelectedEntries::Choose(const SelectorChoice& choice) {
-    const std::string before = ToText(ReadFeature(m_camera, choice.selector.id));
+    const std::string before = ToText(ReadFeature(m_camera, choice.selector));
     if (before != choice.entry) {
         m_before.push_back({choice.selector, before});
-        WriteFeature(m_camera, choice.selector.id, choice.entry);
+        WriteFeature(m_camera, choice.selector, choice.entry);
     }
 }
 
@@ -112,6 +116,6 @@ void SelectedEntries::PutBack() {
     while (!m_before.empty()) {
         const SelectorChoice before = m_before.back();
         m_before.pop_back();
-        WriteFeature(m_camera, before.selector.id, before.entry);
+        WriteFeature(m_camera, before.selector, before.entry);
     }
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "camera/Features.h"
+#include "support/Error.h"
 
 /// A selector and the entry that it is to have.
 struct SelectorChoice {
@@ -23,7 +24,7 @@ struct FeatureReference {
     std::vector<SelectorChoice> choices;
 };
 
-/// Raises a text that isn't such, and names that no feature has.
+/// Raises a text that isn't such. Whether the camera has the feature is found out later.
 FeatureReference ParseReference(const std::string& text);
 
 /// A value for a feature; none for a command.
@@ -31,6 +32,9 @@ struct Assignment {
     FeatureReference target;
     std::optional<std::string> value;
 };
+
+/// The failure of a feature that needs a value and has none.
+ToolError NoValue(const std::string& feature);
 
 /// "A=x" "B=y" and so on, among which may be names of commands, or the one pair "A" "x".
 std::vector<Assignment> ParseAssignments(const std::vector<std::string>& arguments);

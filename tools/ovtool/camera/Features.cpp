@@ -3,134 +3,102 @@
 #include <algorithm>
 #include <charconv>
 
+#include "camera/Node.h"
 #include "support/Error.h"
 #include "support/Text.h"
 
 namespace {
 
-constexpr OV_FEATURE_ID kTypeBits = 0xF0000000U;
-
-OV_FEATURE_TYPE TypeOf(OV_FEATURE_ID id) {
-    return id & kTypeBits;
+OV_NODE_MODULE ModuleOf(OV_FEATURE_ID id) {
+    constexpr unsigned kModuleShift = 24;
+    return static_cast<OV_NODE_MODULE>((id & OV_FEATURE_LEVEL_MASK) >> kModuleShift);
 }
 
-std::string NameOf(OV_FEATURE_ID id) {
-    const auto& rows = AllFeatures();
-    const auto found = std::find_if(rows.begin(), rows.end(),
-                                    [id](const FeatureRow& row) { return row.id == id; });
-    return found == rows.end() ? "?" : found->name;
-}
-
-std::string Read(OV_FEATURE_ID id) {
-    return "read " + NameOf(id);
-}
-
-std::string Write(OV_FEATURE_ID id) {
-    return "set " + NameOf(id);
+std::string Write(const Node& node) {
+    return "set " + node.Name();
 }
 
 template <class T>
-T ParseNumber(const std::string& text, OV_FEATURE_ID id) {
+T ParseNumber(const std::string& text, const Node& node) {
     T value{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc() || end != text.data() + text.size()) {
-        throw UsageError("can't " + Write(id) + ": '" + text + "' is not a number");
+        throw UsageError("can't " + Write(node) + ": '" + text + "' is not a number");
     }
     return value;
 }
 
-std::vector<OV_ENUM_DESCRIPTION> EntriesOf(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
-    size_t size = 0;
-    Check(OVGetEnumDescription(camera, id, nullptr, &size), Read(id));
-    std::vector<OV_ENUM_DESCRIPTION> entries(size / sizeof(OV_ENUM_DESCRIPTION));
-    Check(OVGetEnumDescription(camera, id, entries.data(), &size), Read(id));
-    return entries;
-}
-
-int64_t ReadInt(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
-    int64_t value = 0;
-    Check(OVGetInt(camera, id, &value), Read(id));
-    return value;
-}
-
-double ReadFloat(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
-    double value = 0;
-    Check(OVGetFloat(camera, id, &value), Read(id));
-    return value;
-}
-
-bool ReadBool(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
-    bool value = false;
-    Check(OVGetBool(camera, id, &value), Read(id));
-    return value;
-}
-
-std::string ReadEnum(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
-    int64_t value = 0;
-    Check(OVGetEnum(camera, id, &value), Read(id));
-    for (const OV_ENUM_DESCRIPTION& entry : EntriesOf(camera, id)) {
-        if (entry.nValue == value) {
-            return FieldText(entry.szSymbolic);
-        }
-    }
-    return std::to_string(value);
-}
-
-std::string ReadString(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
-    size_t size = 0;
-    Check(OVGetString(camera, id, nullptr, &size), Read(id));
-    std::vector<char> text(size);
-    Check(OVGetString(camera, id, text.data(), &size), Read(id));
-    return {text.data(), strnlen(text.data(), text.size())};
-}
-
-std::string ReadBuffer(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
-    size_t size = 0;
-    Check(OVGetBuffer(camera, id, nullptr, &size), Read(id));
-    std::vector<uint8_t> bytes(size);
-    Check(OVGetBuffer(camera, id, bytes.data(), &size), Read(id));
-    return ToHex(bytes);
-}
-
-int64_t ParseEntry(OV_DEV_HANDLE camera, OV_FEATURE_ID id, const std::string& text) {
-    for (const OV_ENUM_DESCRIPTION& entry : EntriesOf(camera, id)) {
-        if (FieldText(entry.szSymbolic) == text || std::to_string(entry.nValue) == text) {
-            return entry.nValue;
-        }
-    }
-    throw ToolError("can't " + Write(id) + ": it has no entry '" + text +
-                    "', but: " + ToText(ReadRange(camera, id)));
-}
-
-bool ParseBool(const std::string& text, OV_FEATURE_ID id) {
+bool ParseBool(const std::string& text, const Node& node) {
     if (text == "true" || text == "1") {
         return true;
     }
     if (text == "false" || text == "0") {
         return false;
     }
-    throw UsageError("can't " + Write(id) + ": '" + text + "' is neither true nor false");
+    throw UsageError("can't " + Write(node) + ": '" + text + "' is neither true nor false");
 }
 
 /// The limits, as a hint; what must be told is the failure that it is for.
-std::string LimitsText(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
+std::string LimitsText(const Node& node) {
     try {
-        return "\n" + NameOf(id) + " takes " + ToText(ReadRange(camera, id));
+        return "\n" + node.Name() + " takes " + ToText(node.ReadRange());
     } catch (const ToolError&) {
         return "";
     }
 }
 
 /// Raises a value that the camera refuses, with the limits if it is outside them.
-void CheckNumber(OV_STATUS status, OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
+void CheckNumber(OV_STATUS status, const Node& node) {
     if (status != OV_STATUS_OUT_OF_RANGE) {
-        Check(status, Write(id));
+        Check(status, Write(node));
         return;
     }
     try {
-        Check(status, Write(id), "");
+        Check(status, Write(node), "");
     } catch (const ToolError& error) {
-        throw ToolError(error.what() + LimitsText(camera, id), error.Code(), error.Detail());
+        throw ToolError(error.what() + LimitsText(node), error.Code(), error.Detail());
+    }
+}
+
+void WriteEntry(const Node& node, const std::string& text) {
+    for (const Node& entry : node.AvailableEntries()) {
+        if (entry.Symbolic() == text || std::to_string(entry.Number()) == text) {
+            Check(OvNodeSetNumber(node.Handle(), entry.Number()), Write(node));
+            return;
+        }
+    }
+    throw ToolError("can't " + Write(node) + ": it has no entry '" + text +
+                    "', but: " + ToText(node.ReadRange()));
+}
+
+void WriteRegister(const Node& node, const std::string& text) {
+    const std::vector<uint8_t> bytes = ParseHex(text, Write(node));
+    Check(OvNodeSetRegister(node.Handle(), bytes.data(), bytes.size()), Write(node));
+}
+
+void WriteNode(const Node& node, const std::string& text) {
+    switch (node.Type()) {
+        case OV_NODE_TYPE_INTEGER:
+            CheckNumber(OvNodeSetInteger(node.Handle(), ParseNumber<int64_t>(text, node)), node);
+            break;
+        case OV_NODE_TYPE_FLOAT:
+            CheckNumber(OvNodeSetFloat(node.Handle(), ParseNumber<double>(text, node)), node);
+            break;
+        case OV_NODE_TYPE_ENUMERATION:
+            WriteEntry(node, text);
+            break;
+        case OV_NODE_TYPE_BOOLEAN:
+            Check(OvNodeSetBoolean(node.Handle(), ParseBool(text, node)), Write(node));
+            break;
+        case OV_NODE_TYPE_STRING:
+            Check(OvNodeSetString(node.Handle(), text.c_str()), Write(node));
+            break;
+        case OV_NODE_TYPE_REGISTER:
+            WriteRegister(node, text);
+            break;
+        default:
+            Check(OvNodeExecute(node.Handle()), "run " + node.Name());
+            break;
     }
 }
 
@@ -145,58 +113,60 @@ const std::vector<FeatureRow>& AllFeatures() {
     return rows;
 }
 
-OV_FEATURE_ID FeatureByName(const std::string& name) {
-    for (const FeatureRow& row : AllFeatures()) {
-        if (name == row.name) {
-            return row.id;
+FeatureRow RowByName(const std::string& name) {
+    const auto& rows = AllFeatures();
+    const auto found = std::find_if(rows.begin(), rows.end(),
+                                    [&](const FeatureRow& row) { return row.name == name; });
+    return found == rows.end() ? FeatureRow{name, kNoIdentifier} : *found;
+}
+
+FeatureRow RowOf(OV_FEATURE_ID id) {
+    const auto& rows = AllFeatures();
+    const auto found = std::find_if(rows.begin(), rows.end(),
+                                    [id](const FeatureRow& row) { return row.id == id; });
+    return found == rows.end() ? FeatureRow{"?", id} : *found;
+}
+
+bool MayBeCommand(const FeatureRow& row) {
+    return row.id == kNoIdentifier || (row.id & OV_FEATURE_TYPE_MASK) == OV_FEATURE_TYPE_COMMAND;
+}
+
+std::optional<Node> FindNode(OV_DEV_HANDLE camera, const FeatureRow& row) {
+    if (row.id != kNoIdentifier) {
+        return Node::Find(camera, ModuleOf(row.id), row.name);
+    }
+    for (const OV_NODE_MODULE module : kModules) {
+        if (auto node = Node::Find(camera, module, row.name)) {
+            return node;
         }
     }
-    throw UsageError("there is no feature '" + name + "'; all that a camera has: ovtool features");
+    return std::nullopt;
 }
 
-bool IsCommand(OV_FEATURE_ID id) {
-    return TypeOf(id) == OV_FEATURE_TYPE_COMMAND;
+Node NodeOf(OV_DEV_HANDLE camera, const FeatureRow& row) {
+    // The failure is that of the camera, which has the names that are like it.
+    const auto node = FindNode(camera, row);
+    return node ? *node : Node(camera, ModuleOf(row.id), row.name);
 }
 
-const char* TypeName(OV_FEATURE_ID id) {
-    static constexpr const char* kNames[] = {"?",    "integer", "float",  "enum",
-                                             "bool", "string",  "buffer", "command"};
-    const size_t index = id >> 28;
-    return index < std::size(kNames) ? kNames[index] : kNames[0];
+bool IsCommand(OV_DEV_HANDLE camera, const FeatureRow& row) {
+    const auto node = FindNode(camera, row);
+    return node && node->Type() == OV_NODE_TYPE_COMMAND;
 }
 
-FeatureValue ReadFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
-    switch (TypeOf(id)) {
-        case OV_FEATURE_TYPE_INT:
-            return ReadInt(camera, id);
-        case OV_FEATURE_TYPE_FLOAT:
-            return ReadFloat(camera, id);
-        case OV_FEATURE_TYPE_ENUM:
-            return ReadEnum(camera, id);
-        case OV_FEATURE_TYPE_BOOL:
-            return ReadBool(camera, id);
-        case OV_FEATURE_TYPE_STRING:
-            return ReadString(camera, id);
-        case OV_FEATURE_TYPE_BUFFER:
-            return ReadBuffer(camera, id);
-        default:
-            throw ToolError("can't " + Read(id) + ": a command has no value");
-    }
+FeatureValue ReadFeature(OV_DEV_HANDLE camera, const FeatureRow& row) {
+    return NodeOf(camera, row).Read();
 }
 
-std::optional<FeatureValue> ReadIfReadable(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
-    bool readable = false;
-    const OV_STATUS status =
-        IsCommand(id) ? OV_STATUS_NOT_IMPLEMENTED : OVIsReadable(camera, id, &readable);
-    if (status != OV_STATUS_NOT_IMPLEMENTED) {
-        Check(status, Read(id));
-    }
-    return readable ? std::optional(ReadFeature(camera, id)) : std::nullopt;
+std::optional<FeatureValue> ReadIfReadable(OV_DEV_HANDLE camera, const FeatureRow& row) {
+    const auto node = FindNode(camera, row);
+    const bool hasValue = node && node->Type() != OV_NODE_TYPE_COMMAND && node->IsReadable();
+    return hasValue ? std::optional(node->Read()) : std::nullopt;
 }
 
-std::optional<FeatureValue> TryReadFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
+std::optional<FeatureValue> TryReadFeature(OV_DEV_HANDLE camera, const FeatureRow& row) {
     try {
-        return ReadIfReadable(camera, id);
+        return ReadIfReadable(camera, row);
     } catch (const ToolError& error) {
         if (error.Code() == ExitCode::Lost) {
             throw;
@@ -205,51 +175,29 @@ std::optional<FeatureValue> TryReadFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID i
     }
 }
 
-FeatureRange ReadRange(OV_DEV_HANDLE camera, OV_FEATURE_ID id) {
-    if (TypeOf(id) == OV_FEATURE_TYPE_INT) {
-        OV_INT_RANGE range{};
-        Check(OVGetIntRange(camera, id, &range), Read(id));
-        return range;
-    }
-    if (TypeOf(id) == OV_FEATURE_TYPE_FLOAT) {
-        OV_FLOAT_RANGE range{};
-        Check(OVGetFloatRange(camera, id, &range), Read(id));
-        return range;
-    }
-    if (TypeOf(id) == OV_FEATURE_TYPE_ENUM) {
-        std::vector<std::string> names;
-        for (const OV_ENUM_DESCRIPTION& entry : EntriesOf(camera, id)) {
-            names.push_back(FieldText(entry.szSymbolic));
-        }
-        return names;
-    }
-    return std::monostate{};
+FeatureRange ReadRange(OV_DEV_HANDLE camera, const FeatureRow& row) {
+    return NodeOf(camera, row).ReadRange();
 }
 
-void WriteFeature(OV_DEV_HANDLE camera, OV_FEATURE_ID id, const std::string& text) {
-    switch (TypeOf(id)) {
-        case OV_FEATURE_TYPE_INT:
-            CheckNumber(OVSetInt(camera, id, ParseNumber<int64_t>(text, id)), camera, id);
-            break;
-        case OV_FEATURE_TYPE_FLOAT:
-            CheckNumber(OVSetFloat(camera, id, ParseNumber<double>(text, id)), camera, id);
-            break;
-        case OV_FEATURE_TYPE_ENUM:
-            Check(OVSetEnum(camera, id, ParseEntry(camera, id, text)), Write(id));
-            break;
-        case OV_FEATURE_TYPE_BOOL:
-            Check(OVSetBool(camera, id, ParseBool(text, id)), Write(id));
-            break;
-        case OV_FEATURE_TYPE_STRING:
-            Check(OVSetString(camera, id, text.c_str()), Write(id));
-            break;
-        case OV_FEATURE_TYPE_BUFFER: {
-            const std::vector<uint8_t> bytes = ParseHex(text, Write(id));
-            Check(OVSetBuffer(camera, id, bytes.data(), bytes.size()), Write(id));
-            break;
-        }
-        default:
-            Check(OVSendCommand(camera, id), "run " + NameOf(id));
-            break;
+void WriteFeature(OV_DEV_HANDLE camera, const FeatureRow& row, const std::string& text) {
+    WriteNode(NodeOf(camera, row), text);
+}
+
+void RequireFeature(OV_DEV_HANDLE camera, const FeatureRow& row) {
+    if (row.id != kNoIdentifier) {
+        return;
+    }
+    const auto failure = FailureOf([&] { static_cast<void>(NodeOf(camera, row)); });
+    if (failure && failure->Code() == ExitCode::Lost) {
+        throw *failure;
+    }
+    if (failure) {
+        // The names that are like it.
+        const std::string text = failure->what();
+        const size_t like = text.find("; like it: ");
+        const std::string names =
+            like == std::string::npos ? "" : text.substr(like, text.find('\n', like) - like);
+        throw UsageError("there is no feature '" + row.name + "'" + names +
+                         "; all that a camera has: ovtool features");
     }
 }

@@ -16,7 +16,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds kUnnoticed(50);
 
 bool WaitsForTrigger(OV_DEV_HANDLE camera) {
-    const auto mode = TryReadFeature(camera, OV_FEATURE_TriggerMode);
+    const auto mode = TryReadFeature(camera, RowOf(OV_FEATURE_TriggerMode));
     return mode && ToText(*mode) == "On";
 }
 

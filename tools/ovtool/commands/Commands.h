@@ -22,8 +22,23 @@ void ShowInfo(const CameraChoice& choice, bool json);
 
 // Features of a camera, read and written by name.
 
+struct FeatureListOptions {
+    /// Part of a name, or a whole one with the wildcards of a shell.
+    std::string pattern;
+    /// Features for rarer users aren't listed.
+    std::string visibility = "guru";
+    /// With the categories, each before its content.
+    bool tree = false;
+};
 /// All that the camera has, with type, value and range. What can't be read is told in its line.
-void ListFeatures(const CameraChoice& choice, bool json);
+void ListFeatures(const CameraChoice& choice, const FeatureListOptions& options, bool json);
+/// All that the descriptions say of features, and what can be done with them at present.
+void DescribeFeatures(const CameraChoice& choice, const std::vector<std::string>& names, bool json);
+/// The description of a module as its XML.
+/// @param module  a name of ModuleNames()
+void PrintXml(const CameraChoice& choice, const std::string& module);
+/// "camera" is the first.
+const std::vector<std::string>& ModuleNames();
 /// Values, one a line.
 /// @param names  may choose an entry of a selector: "Gain[GainSelector=AnalogAll]"
 void Get(const CameraChoice& choice, const std::vector<std::string>& names, bool json);
@@ -31,6 +46,14 @@ void Get(const CameraChoice& choice, const std::vector<std::string>& names, bool
 /// @param arguments  "NAME=VALUE" or a command's name, any number of them, or one pair of a
 ///                   name and a value
 void Set(const CameraChoice& choice, const std::vector<std::string>& arguments, bool json);
+
+// Files that a camera keeps.
+
+/// @param name  as the camera has it
+/// @param path  of the file here, which is replaced
+void GetFile(const CameraChoice& choice, const std::string& name, const std::string& path);
+void PutFile(const CameraChoice& choice, const std::string& name, const std::string& path);
+void DeleteFile(const CameraChoice& choice, const std::string& name);
 
 // All settings of a camera in a file.
 

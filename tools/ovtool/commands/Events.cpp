@@ -102,7 +102,7 @@ public:
             if (!isThere) {
                 continue;
             }
-            const auto value = TryReadFeature(camera, part.row.id);
+            const auto value = TryReadFeature(camera, part.row);
             const Json read = value ? ToJson(*value) : Json();
             if (part.name.empty()) {
                 event["id"] = read;
@@ -154,10 +154,10 @@ class Notification {
 public:
     Notification(OV_DEV_HANDLE camera, const std::string& name) : m_camera(camera) {
         Check(OVGetEnum(camera, OV_FEATURE_EventSelector, &m_selectorBefore), "read EventSelector");
-        WriteFeature(camera, OV_FEATURE_EventSelector, name);
+        WriteFeature(camera, RowOf(OV_FEATURE_EventSelector), name);
         Check(OVGetEnum(camera, OV_FEATURE_EventSelector, &m_selector), "read EventSelector");
         Check(OVGetEnum(camera, OV_FEATURE_EventNotification, &m_before), "read EventNotification");
-        WriteFeature(camera, OV_FEATURE_EventNotification, "On");
+        WriteFeature(camera, RowOf(OV_FEATURE_EventNotification), "On");
     }
     ~Notification() {
         OVSetEnum(m_camera, OV_FEATURE_EventSelector, m_selector);
@@ -200,7 +200,7 @@ private:
 /// The events that are asked for; all that can be heard if none is named.
 std::vector<EventFeatures> ChosenEvents(OV_DEV_HANDLE camera,
                                         const std::vector<std::string>& names) {
-    const FeatureRange range = ReadRange(camera, OV_FEATURE_EventSelector);
+    const FeatureRange range = ReadRange(camera, RowOf(OV_FEATURE_EventSelector));
     const auto& offered = std::get<std::vector<std::string>>(range);
     std::vector<EventFeatures> events;
     for (const std::string& name : names.empty() ? offered : names) {

@@ -16,70 +16,6 @@
 
 namespace {
 
-struct Feature {
-    FeatureRow row;
-    bool isWritable = false;
-    std::optional<FeatureValue> value;
-    FeatureRange range;
-    /// Why it can't be looked at; empty when it can.
-    std::string failure;
-};
-
-/// The first line of a failure, without the word on what to try.
-std::string Headline(const ToolError& error) {
-    const std::string text = error.what();
-    return text.substr(0, text.find('\n'));
-}
-
-void Look(OV_DEV_HANDLE camera, Feature& feature) {
-    feature.value = ReadIfReadable(camera, feature.row.id);
-    Check(OVIsWritable(camera, feature.row.id, &feature.isWritable),
-          "look at " + std::string(feature.row.name));
-    if (feature.value) {
-        feature.range = ReadRange(camera, feature.row.id);
-    }
-}
-
-/// Nothing for a feature that the camera lacks.
-std::optional<Feature> LookAt(OV_DEV_HANDLE camera, const FeatureRow& row) {
-    Feature feature{row, false, std::nullopt, {}, ""};
-    try {
-        bool isImplemented = false;
-        Check(OVIsImplemented(camera, row.id, &isImplemented), "look at " + std::string(row.name));
-        if (!isImplemented) {
-            return std::nullopt;
-        }
-        Look(camera, feature);
-    } catch (const ToolError& error) {
-        if (error.Code() == ExitCode::Lost) {
-            throw;
-        }
-        feature.failure = Headline(error);
-    }
-    return feature;
-}
-
-Json Describe(const Feature& feature) {
-    Json document = {{"name", feature.row.name},
-                     {"type", TypeName(feature.row.id)},
-                     {"writable", feature.isWritable},
-                     {"value", feature.value ? ToJson(*feature.value) : Json()},
-                     {"range", ToJson(feature.range)}};
-    if (!feature.failure.empty()) {
-        document["failure"] = feature.failure;
-    }
-    return document;
-}
-
-void Print(const Feature& feature) {
-    const std::string value = feature.value ? Visible(ToText(*feature.value)) : "-";
-    const std::string remark =
-        feature.failure.empty() ? Visible(ToText(feature.range)) : Visible(feature.failure);
-    std::printf("%-40s %-8s %-2s %s%s%s%s\n", feature.row.name, TypeName(feature.row.id),
-                feature.isWritable ? "rw" : "r", value.c_str(), remark.empty() ? "" : "  (",
-                remark.c_str(), remark.empty() ? "" : ")");
-}
-
 /// Those that a command needs, with as much access as they ask for.
 Access AccessFor(const std::vector<FeatureReference>& references) {
     const bool choose =
@@ -90,7 +26,7 @@ Access AccessFor(const std::vector<FeatureReference>& references) {
 
 FeatureValue Read(OV_DEV_HANDLE camera, const FeatureReference& reference) {
     SelectedEntries selected(camera, reference.choices);
-    FeatureValue value = ReadFeature(camera, reference.feature.id);
+    FeatureValue value = ReadFeature(camera, reference.feature);
     selected.PutBack();
     return value;
 }
@@ -139,6 +75,23 @@ bool IsSelector(const FeatureRow& row) {
     return std::string_view(row.name).ends_with("Selector");
 }
 
+void RequireFeatures(OV_DEV_HANDLE camera, const FeatureReference& reference) {
+    RequireFeature(camera, reference.feature);
+    for (const SelectorChoice& choice : reference.choices) {
+        RequireFeature(camera, choice.selector);
+    }
+}
+
+/// Before anything is set: a mistake in the last word must leave the camera as it was.
+void RequireAssignable(OV_DEV_HANDLE camera, const std::vector<Assignment>& assignments) {
+    for (const auto& [target, value] : assignments) {
+        RequireFeatures(camera, target);
+        if (!value && target.feature.id == kNoIdentifier && !IsCommand(camera, target.feature)) {
+            throw NoValue(target.text);
+        }
+    }
+}
+
 void SetAll(OV_DEV_HANDLE camera, const std::vector<Assignment>& assignments,
             Interrupts& interrupts, std::vector<Done>& done) {
     std::vector<SelectorChoice> choices;
@@ -146,7 +99,7 @@ void SetAll(OV_DEV_HANDLE camera, const std::vector<Assignment>& assignments,
         interrupts.Check();
         const auto& [target, value] = assignment;
         SelectedEntries selected(camera, target.choices);
-        WriteFeature(camera, target.feature.id, value.value_or(""));
+        WriteFeature(camera, target.feature, value.value_or(""));
         if (IsSelector(target.feature) && target.choices.empty()) {
             choices.push_back({target.feature, *value});
         }
@@ -171,12 +124,12 @@ void TellValue(const FeatureReference& target, const FeatureValue& value, const 
 /// What the camera made of it.
 void Tell(OV_DEV_HANDLE camera, const Done& done, Values& values) {
     const auto& [target, asked] = *done.assignment;
-    if (IsCommand(target.feature.id)) {
+    if (IsCommand(camera, target.feature)) {
         values.Add(target.text, nullptr, target.text + " done");
         return;
     }
     SelectedEntries selected(camera, done.choices);
-    if (const auto value = TryReadFeature(camera, target.feature.id)) {
+    if (const auto value = TryReadFeature(camera, target.feature)) {
         TellValue(target, *value, *asked, values);
     } else {
         values.Add(target.text, nullptr, target.text + " is set, but can't be read");
@@ -186,28 +139,14 @@ void Tell(OV_DEV_HANDLE camera, const Done& done, Values& values) {
 
 }  // namespace
 
-void ListFeatures(const CameraChoice& choice, bool json) {
-    const Camera camera(choice, Access::ReadOnly);
-    Json features = Json::array();
-    for (const FeatureRow& row : AllFeatures()) {
-        if (const auto feature = LookAt(camera.Handle(), row)) {
-            if (json) {
-                features.push_back(Describe(*feature));
-            } else {
-                Print(*feature);
-            }
-        }
-    }
-    if (json) {
-        PrintJson({{"features", features}});
-    }
-}
-
 void Get(const CameraChoice& choice, const std::vector<std::string>& names, bool json) {
     Interrupts interrupts;
     std::vector<FeatureReference> references;
     std::transform(names.begin(), names.end(), std::back_inserter(references), ParseReference);
     const Camera camera(choice, AccessFor(references));
+    for (const FeatureReference& reference : references) {
+        RequireFeatures(camera.Handle(), reference);
+    }
     Values values(json);
     std::optional<ToolError> failure;
     for (const FeatureReference& reference : references) {
@@ -234,6 +173,7 @@ void Set(const CameraChoice& choice, const std::vector<std::string>& arguments, 
     Interrupts interrupts;
     const std::vector<Assignment> assignments = ParseAssignments(arguments);
     Camera camera(choice, Access::Control);
+    RequireAssignable(camera.Handle(), assignments);
     std::vector<Done> done;
     const auto failure = FailureOf([&] { SetAll(camera.Handle(), assignments, interrupts, done); });
     if (!done.empty()) {

@@ -35,7 +35,7 @@ Json Details(const CameraChoice& choice, size_t found) {
     }
     if (const auto camera = OpenCamera::UnlessHeld(choice, found)) {
         for (const Detail& detail : kDetails) {
-            if (const auto value = TryReadFeature(camera->Handle(), detail.feature)) {
+            if (const auto value = TryReadFeature(camera->Handle(), RowOf(detail.feature))) {
                 details[detail.key] = ToJson(*value);
             }
         }
