@@ -1,5 +1,12 @@
 // Registers on a port: what is read and written, in which bytes and how often.
 
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <fstream>
+#include <limits>
+
 #include "GenApi/IFloat.h"
 #include "GenApi/IInteger.h"
 #include "GenApi/IRegister.h"
@@ -338,6 +345,82 @@ TEST(StringRegister, KeepsRoomForTheTerminator) {
 }
 
 // Ports.
+
+namespace {
+
+/// A device that has one text for whatever is read.
+class TextPort : public IPort {
+public:
+    EAccessMode GetAccessMode() override { return RW; }
+    void Read(void* buffer, int64_t /*address*/, int64_t length) override {
+        lengths.push_back(length);
+        std::memcpy(buffer, "text", 4);
+    }
+    void Write(const void* /*buffer*/, int64_t /*address*/, int64_t length) override {
+        lengths.push_back(length);
+    }
+
+    std::vector<int64_t> lengths;
+};
+
+constexpr int64_t kLongestRegister = std::numeric_limits<int32_t>::max();
+
+std::string UncachedText(int64_t length) {
+    return RegXml{.name = "S",
+                  .caching = "NoCache",
+                  .type = "StringReg",
+                  .length = Element("Length", std::to_string(length)),
+                  .sign = "",
+                  .endianess = ""}();
+}
+
+/// Lets the process have no more than so many further bytes of addresses.
+class AddressLimit {
+public:
+    explicit AddressLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_AS, &m_Old);
+        size_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        rlimit limit = m_Old;
+        limit.rlim_cur = pages * static_cast<size_t>(sysconf(_SC_PAGESIZE)) + bytes;
+        EXPECT_EQ(setrlimit(RLIMIT_AS, &limit), 0);
+    }
+    ~AddressLimit() { setrlimit(RLIMIT_AS, &m_Old); }
+    AddressLimit(const AddressLimit&) = delete;
+    AddressLimit& operator=(const AddressLimit&) = delete;
+
+private:
+    rlimit m_Old{};
+};
+
+}  // namespace
+
+TEST(LongRegister, IsReadAndWrittenWhateverItsLength) {
+    for (const int64_t length :
+         {int64_t{257}, int64_t{1} << 20, (int64_t{1} << 20) + 1, kLongestRegister}) {
+        XmlNodeMap nodes(UncachedText(length));
+        TextPort port;
+        nodes->Connect(&port);
+        auto& text = nodes.Get<IString>("S");
+        EXPECT_EQ(text.GetValue(), "text") << length;
+        text.SetValue("other", false);
+        EXPECT_EQ(port.lengths, (std::vector<int64_t>{length, length}));
+    }
+}
+
+TEST(LongRegister, FailsWhereThereIsNoMemoryForIt) {
+    XmlNodeMap nodes(UncachedText(kLongestRegister));
+    TextPort port;
+    nodes->Connect(&port);
+    auto& text = nodes.Get<IString>("S");
+    const auto failure = [&] {
+        const AddressLimit limit(rlim_t{1} << 30);
+        return DescriptionOf<RuntimeException>([&] { text.GetValue(); });
+    };
+    EXPECT_EQ(failure(), "Node 'S' : no memory for a length of 2147483647");
+    EXPECT_EQ(port.lengths, std::vector<int64_t>());
+    EXPECT_EQ(text.GetValue(), "text");
+}
 
 TEST(Port, WithoutImplementationIsNotThereYetWithAChunk) {
     XmlNodeMap map("<Port Name=\"Bare\"/><Port Name=\"Chunk\"><ChunkID>1F</ChunkID></Port>");

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 
 #include "core/INodePrivate.h"
@@ -23,17 +23,24 @@ public:
     const char* Text() { return reinterpret_cast<const char*>(Data()); }
 
 private:
-    struct Free {
-        // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): what std::calloc gave
-        void operator()(uint8_t* bytes) const { std::free(bytes); }
+    struct Release {
+        Release() : pages(0) {}
+        explicit Release(size_t size) : pages(size) {}
+        void operator()(uint8_t* bytes) const;
+
+        /// How many bytes of pages there are; 0 for what std::calloc gave.
+        size_t pages;
     };
+    using Bytes = std::unique_ptr<uint8_t, Release>;
+
+    static Bytes Allocate(size_t size);
 
     /// As many bytes as a usual register has; those of longer ones are allocated.
     static constexpr size_t kShortBytes = 256;
 
     /// There is always one more byte than the register has, which ends a text.
     std::array<uint8_t, kShortBytes> m_Short{};
-    std::unique_ptr<uint8_t, Free> m_pLong;
+    Bytes m_pLong;
 };
 
 }  // namespace GenApi_3_0_ORVANE
