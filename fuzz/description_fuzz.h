@@ -30,8 +30,7 @@ struct Input {
 
 /// Fills the map. Raises for a malformed document.
 inline void Parse(const Input& input, CNodeDataMap& map) {
-    CNodeDataMapFactory::ParseXmlBuffer(&map, ContentType_Xml, input.document.data(),
-                                        input.document.size(), input.suppressStrings);
+    CNodeDataMapFactory::ParseXml(&map, input.document, input.suppressStrings);
 }
 
 }  // namespace DescriptionFuzz

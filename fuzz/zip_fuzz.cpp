@@ -27,8 +27,10 @@ void RunArchive(const Bytes& archive) {
     CZip::Uncompress(archive, unpacked);
     GenApi_3_0_ORVANE::CNodeDataMap map;
     try {
-        GenApi_3_0_ORVANE::CNodeDataMapFactory::ParseXmlBuffer(
-            &map, GenApi_3_0_ORVANE::ContentType_ZippedXml, archive.data(), archive.size(), false);
+        std::string document;
+        GenApi_3_0_ORVANE::CNodeDataMapFactory::ReadXmlBuffer(
+            GenApi_3_0_ORVANE::ContentType_ZippedXml, archive.data(), archive.size(), document);
+        GenApi_3_0_ORVANE::CNodeDataMapFactory::ParseXml(&map, document, false);
     } catch (const GenICam_3_0_ORVANE::GenericException&) {  // NOLINT(bugprone-empty-catch)
     }
 }

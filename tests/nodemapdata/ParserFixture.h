@@ -56,7 +56,15 @@ inline const char* const kRegisterRest =
 class Parser : public testing::Test {
 protected:
     void ParseText(const std::string& document, bool suppress = false) {
-        CNodeDataMapFactory::ParseXmlString(&m_Map, document.c_str(), suppress);
+        CNodeDataMapFactory::ParseXml(&m_Map, document.c_str(), suppress);
+    }
+    void ParseFile(EContentType_t type, const std::string& name) {
+        CNodeDataMapFactory::ParseXml(&m_Map, CNodeDataMapFactory::ReadXmlFile(type, name), false);
+    }
+    void ParseBlock(EContentType_t type, const void* data, size_t size) {
+        std::string unpacked;
+        CNodeDataMapFactory::ParseXml(
+            &m_Map, CNodeDataMapFactory::ReadXmlBuffer(type, data, size, unpacked), false);
     }
     void Parse(const std::string& body, int minor = 1) { ParseText(Describe(body, minor)); }
 

@@ -66,7 +66,7 @@ TEST_F(ParserDocument, GivesTheSameDataForBothVersionsOfTheSchema) {
     const auto dump = [&](int version) {
         CNodeDataMap map;
         const std::string text = DescribeWith(RootAttributes(), body, version);
-        CNodeDataMapFactory::ParseXmlString(&map, text.c_str(), false);
+        CNodeDataMapFactory::ParseXml(&map, text, false);
         std::ostringstream stream;
         CNodeDataMap::Print(stream, map, tssText);
         return stream.str();
@@ -129,7 +129,7 @@ TEST_F(ParserDocument, LeavesDanglingReferencesToLaterSteps) {
 TEST_F(ParserDocument, ReadsABlockOfMemoryWithoutATerminator) {
     const std::string text = Describe("<Node Name=\"A\"/>");
     const std::vector<char> bytes(text.begin(), text.end());
-    CNodeDataMapFactory::ParseXmlBuffer(&m_Map, ContentType_Xml, bytes.data(), bytes.size(), false);
+    ParseBlock(ContentType_Xml, bytes.data(), bytes.size());
     EXPECT_TRUE(IsDefined("A"));
 }
 
@@ -142,26 +142,19 @@ TEST_F(ParserDocument, ReadsATextUpToItsZero) {
 
 TEST_F(ParserDocument, ReadsAFile) {
     const std::string name = WriteFile(Describe("<Node Name=\"A\"/>"));
-    CNodeDataMapFactory::ParseXmlFile(&m_Map, ContentType_Xml, name, false);
+    ParseFile(ContentType_Xml, name);
     EXPECT_TRUE(IsDefined("A"));
 }
 
 TEST_F(ParserDocument, DoesNotExpandVariablesInTheNameOfAPlainFile) {
-    EXPECT_EQ(FailureText([&] {
-                  CNodeDataMapFactory::ParseXmlFile(&m_Map, ContentType_Xml, "$(HOME)/none.xml",
-                                                    false);
-              }),
+    EXPECT_EQ(FailureText([&] { ParseFile(ContentType_Xml, "$(HOME)/none.xml"); }),
               "Failed to open xml file $(HOME)/none.xml.");
 }
 
 TEST_F(ParserDocument, RefusesUnknownContentTypes) {
     const auto unknown = static_cast<EContentType_t>(2);
-    EXPECT_EQ(
-        FailureText([&] { CNodeDataMapFactory::ParseXmlFile(&m_Map, unknown, "a.xml", false); }),
-        "ParseXmlBuffer not implemented.");
-    EXPECT_EQ(
-        FailureText([&] { CNodeDataMapFactory::ParseXmlBuffer(&m_Map, unknown, "", 0, false); }),
-        "ParseXmlBuffer not implemented.");
+    EXPECT_EQ(FailureText([&] { ParseFile(unknown, "a.xml"); }), "ParseXmlBuffer not implemented.");
+    EXPECT_EQ(FailureText([&] { ParseBlock(unknown, "", 0); }), "ParseXmlBuffer not implemented.");
 }
 
 // Failures
@@ -175,15 +168,12 @@ TEST_F(ParserDocument, TellsOfAnEmptyTextWithoutASecondRun) {
 
 TEST_F(ParserDocument, TellsOfAnEmptyFile) {
     const std::string name = WriteFile("");
-    EXPECT_EQ(FailureText(
-                  [&] { CNodeDataMapFactory::ParseXmlFile(&m_Map, ContentType_Xml, name, false); }),
+    EXPECT_EQ(FailureText([&] { ParseFile(ContentType_Xml, name); }),
               ErrorAt(1, 0, "no element found"));
 }
 
 TEST_F(ParserDocument, TellsOfAnEmptyBlock) {
-    EXPECT_EQ(FailureText([&] {
-                  CNodeDataMapFactory::ParseXmlBuffer(&m_Map, ContentType_Xml, nullptr, 0, false);
-              }),
+    EXPECT_EQ(FailureText([&] { ParseBlock(ContentType_Xml, nullptr, 0); }),
               ErrorAt(1, 0, "no element found"));
 }
 

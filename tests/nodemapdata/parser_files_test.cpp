@@ -30,7 +30,8 @@ TEST(ParserFiles, ReadsEveryDescriptionOfTheFolder) {
     for (const std::string& file : files) {
         CNodeDataMap map;
         EXPECT_EQ(FailureText<GenICam_3_0_ORVANE::GenericException>([&] {
-                      CNodeDataMapFactory::ParseXmlFile(&map, ContentType_Xml, file, false);
+                      CNodeDataMapFactory::ParseXml(
+                          &map, CNodeDataMapFactory::ReadXmlFile(ContentType_Xml, file), false);
                       map.CheckConsistency();
                   }),
                   "")

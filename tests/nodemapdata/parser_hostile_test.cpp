@@ -137,8 +137,8 @@ TEST_F(ParserHostile, FailsAtEveryPlaceOfACutDocument) {
         "</IntConverter><Node Name=\"N\"><Extension><a b=\"c\"/></Extension></Node>");
     for (size_t length = 0; length < document.size(); ++length) {
         CNodeDataMap map;
-        EXPECT_THROW(CNodeDataMapFactory::ParseXmlBuffer(&map, ContentType_Xml, document.data(),
-                                                         length, false),
+        EXPECT_THROW(CNodeDataMapFactory::ParseXml(
+                         &map, std::string_view(document).substr(0, length), false),
                      GenICam_3_0_ORVANE::RuntimeException)
             << document.substr(0, length);
         EXPECT_EQ(map.GetContextNode(), nullptr);

@@ -29,12 +29,9 @@ protected:
         return FileName();
     }
     void ParseMemory(const std::string& archive) {
-        CNodeDataMapFactory::ParseXmlBuffer(&m_Map, ContentType_ZippedXml, archive.data(),
-                                            archive.size(), false);
+        ParseBlock(ContentType_ZippedXml, archive.data(), archive.size());
     }
-    void ParseFile(const std::string& name) {
-        CNodeDataMapFactory::ParseXmlFile(&m_Map, ContentType_ZippedXml, name, false);
-    }
+    void ParseFile(const std::string& name) { Parser::ParseFile(ContentType_ZippedXml, name); }
     std::string FailureOfMemory(const std::string& archive) {
         return FailureText([&] { ParseMemory(archive); });
     }

@@ -58,6 +58,7 @@ enum class LockRank : uint8_t {
     NodeHandles,
     NodeTable,
     Folders,
+    SharedDescriptions,
     LogInstance,
     Log,
 };

@@ -11,6 +11,7 @@
 #include "cache/CacheFile.h"
 #include "factory/NodeMapFactoryNodes.h"
 #include "factory/NodeMapFactoryStyleSheet.h"
+#include "factory/SharedDescriptions.h"
 #include "zip/ZipReader.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -24,6 +25,19 @@ gcstring CNodeMapFactory::CNodeMapFactoryImpl::Source::GetFileName() const {
         GenICam_3_0_ORVANE::ReplaceEnvironmentVariables(name);
     }
     return name;
+}
+
+/// At most one of the three sources is there.
+std::string_view CNodeMapFactory::CNodeMapFactoryImpl::Source::GetDocument(
+    std::string& storage) const {
+    if (!fileName.empty()) {
+        storage = CNodeDataMapFactory::ReadXmlFile(contentType, fileName.c_str());
+        return storage;
+    }
+    if (!text.empty()) {
+        return text.c_str();
+    }
+    return CNodeDataMapFactory::ReadXmlBuffer(contentType, pData, size, storage);
 }
 
 /// For style sheets, which need the whole text.
@@ -57,7 +71,7 @@ CNodeMapFactory::CNodeMapFactoryImpl::CNodeMapFactoryImpl(Source source, ECacheU
 /// The nodes of a map have everything that preprocessing would add.
 auto CNodeMapFactory::CNodeMapFactoryImpl::FromNodeMap(INodeMap* nodeMap) -> Pointer {
     auto factory = std::make_shared<CNodeMapFactoryImpl>();
-    DescribeNodeMap(nodeMap, factory->m_Map);
+    DescribeNodeMap(nodeMap, *factory->m_pMap);
     factory->m_isPreprocessed = true;
     return factory;
 }
@@ -103,7 +117,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::ClearOnFailure(const Step& step) {
     try {
         step();
     } catch (...) {
-        m_Map.Clear();
+        m_pMap->Clear();
         m_isLoaded = false;
         throw;
     }
@@ -114,25 +128,16 @@ void CNodeMapFactory::CNodeMapFactoryImpl::LoadAndInject() {
         return;
     }
     RequireSource("load and inject");
-    ClearOnFailure([this] {
-        Parse();
+    std::string storage;
+    Load(m_Source.GetDocument(storage));
+}
+
+void CNodeMapFactory::CNodeMapFactoryImpl::Load(std::string_view document) {
+    ClearOnFailure([&] {
+        CNodeDataMapFactory::ParseXml(m_pMap.get(), document, m_SuppressStrings);
         Inject();
     });
     m_isLoaded = true;
-}
-
-/// At most one of the three sources is there.
-void CNodeMapFactory::CNodeMapFactoryImpl::Parse() {
-    const EContentType_t type = m_Source.contentType;
-    if (!m_Source.fileName.empty()) {
-        CNodeDataMapFactory::ParseXmlFile(&m_Map, type, m_Source.fileName.c_str(),
-                                          m_SuppressStrings);
-    } else if (!m_Source.text.empty()) {
-        CNodeDataMapFactory::ParseXmlString(&m_Map, m_Source.text.c_str(), m_SuppressStrings);
-    } else {
-        CNodeDataMapFactory::ParseXmlBuffer(&m_Map, type, m_Source.pData, m_Source.size,
-                                            m_SuppressStrings);
-    }
 }
 
 /// In the order in which clients added them: where two define one node, the later one decides
@@ -145,8 +150,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Inject() {
         }
         // Only what is complete in itself is merged: a dangling link would otherwise be
         // blamed on the camera's description.
-        other->m_Map.CheckConsistency();
-        m_Map.Inject(other->m_Map);
+        other->GetMap().CheckConsistency();
+        m_pMap->Inject(other->GetMap());
     }
 }
 
@@ -161,8 +166,7 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Preprocess(LiveNodes* pLiveNodes) {
     // description first.
     RefuseForcedCache();
     if (!UsesCache()) {
-        LoadAndInject();
-        PreprocessDescription();
+        PreprocessOrShare();
         return;
     }
     uint32_t hash = 0;
@@ -181,13 +185,35 @@ void CNodeMapFactory::CNodeMapFactoryImpl::Preprocess(LiveNodes* pLiveNodes) {
     LoadAndInject();
     // Preprocessing checks the same with another text. Callers that use a cache get this
     // one.
-    ClearOnFailure([this] { m_Map.CheckConsistency(); });
+    ClearOnFailure([this] { m_pMap->CheckConsistency(); });
     PreprocessDescription();
     CacheWrite(hash);
 }
 
+/// Cameras of one model have equal descriptions. What one of them took long to load serves all
+/// that are opened while it is. A description that others are injected into isn't its text alone.
+void CNodeMapFactory::CNodeMapFactoryImpl::PreprocessOrShare() {
+    if (m_isLoaded || !m_Injected.empty()) {
+        LoadAndInject();
+        PreprocessDescription();
+        return;
+    }
+    std::string storage;
+    const std::string_view document = m_Source.GetDocument(storage);
+    CSharedDescriptions& shared = CSharedDescriptions::Get();
+    m_pShared = shared.Find(document, m_SuppressStrings);
+    if (m_pShared == nullptr) {
+        Load(document);
+        PreprocessDescription();
+        m_pShared = shared.Enter(document, m_SuppressStrings, m_pMap);
+        m_pMap = std::make_shared<CNodeDataMap>();
+    }
+    m_isLoaded = true;
+    m_isPreprocessed = true;
+}
+
 void CNodeMapFactory::CNodeMapFactoryImpl::PreprocessDescription() {
-    ClearOnFailure([this] { CNodeDataMapFactory::PreProcessNodeDataMap(&m_Map); });
+    ClearOnFailure([this] { CNodeDataMapFactory::PreProcessNodeDataMap(m_pMap.get()); });
     m_isPreprocessed = true;
 }
 
@@ -207,7 +233,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::RefuseForcedCache() const {
 /// Injected descriptions have no other use than this one.
 void CNodeMapFactory::CNodeMapFactoryImpl::ReleaseSource() {
     m_Source = Source();
-    m_Map.Clear();
+    m_pShared.reset();
+    m_pMap->Clear();
     m_isLoaded = false;
     m_isPreprocessed = false;
     m_IsReleased = true;
@@ -236,7 +263,7 @@ auto CNodeMapFactory::CNodeMapFactoryImpl::ExtractIndependentSubtree(const gcstr
         }
     }
     Preprocess();
-    m_Map.ExtractIndependentSubtree(subtree->m_Map, nodeName.c_str(), renameToRoot);
+    GetMap().ExtractIndependentSubtree(*subtree->m_pMap, nodeName.c_str(), renameToRoot);
     subtree->m_isPreprocessed = true;
     subtree->CacheWrite(hash);
     return subtree;

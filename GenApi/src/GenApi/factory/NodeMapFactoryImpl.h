@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Base/GCString.h"
@@ -34,6 +35,10 @@ public:
         bool IsGiven() const { return !fileName.empty() || !text.empty() || pData != nullptr; }
         /// The file, with the variables in the name of a zipped one replaced.
         gcstring GetFileName() const;
+        /// Returns the text that is parsed, which `storage` keeps where it had to be read or
+        /// unpacked.
+        /// @throws RuntimeException for what can't be read
+        std::string_view GetDocument(std::string& storage) const;
         /// The whole XML text. RuntimeException when it cannot be had.
         std::string Read() const;
     };
@@ -60,7 +65,9 @@ public:
     Pointer ApplyStyleSheet(const gcstring& fileName) const;
 
     /// Returns the data, as far as the steps above have come.
-    const CNodeDataMap& GetMap() const { return m_Map; }
+    const CNodeDataMap& GetMap() const { return m_pShared != nullptr ? *m_pShared : *m_pMap; }
+    /// Returns the same where others may share it, else null.
+    std::shared_ptr<const CNodeDataMap> GetSharedMap() const { return m_pShared; }
     bool IsEmpty() const { return !m_Source.IsGiven() && !m_isLoaded && !m_isPreprocessed; }
     bool IsLoaded() const { return m_isLoaded; }
     bool IsPreprocessed() const { return m_isPreprocessed; }
@@ -70,6 +77,7 @@ private:
     void RequireSource(const char* operation) const;
     bool UsesCache() const { return !m_CacheFolder.empty() && m_CacheUsage != CacheUsage_Ignore; }
     void RefuseForcedCache() const;
+    void PreprocessOrShare();
     void PreprocessDescription();
     uint32_t ComputeHash(const std::string& subtreeName = {}) const;
     void FeedHash(CDescriptionHash& hash, const std::string& subtreeName, int level) const;
@@ -78,7 +86,7 @@ private:
     void CacheWrite(uint32_t hash) const;
     bool TryCacheWrite(uint32_t hash) const;
     bool Holds(const CNodeMapFactoryImpl& other) const;
-    void Parse();
+    void Load(std::string_view document);
     void Inject();
     template <class Step>
     void ClearOnFailure(const Step& step);
@@ -86,7 +94,9 @@ private:
     Source m_Source;
     ECacheUsage_t m_CacheUsage = CacheUsage_Ignore;
     bool m_SuppressStrings = false;
-    CNodeDataMap m_Map;
+    /// This one's own data; empty while it shares others'.
+    std::shared_ptr<CNodeDataMap> m_pMap = std::make_shared<CNodeDataMap>();
+    std::shared_ptr<const CNodeDataMap> m_pShared;
     std::vector<Pointer> m_Injected;
     bool m_isLoaded = false;
     bool m_isPreprocessed = false;

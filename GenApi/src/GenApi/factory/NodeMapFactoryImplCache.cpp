@@ -145,10 +145,10 @@ void CNodeMapFactory::CNodeMapFactoryImpl::TakeFromCache(CCacheReader& reader,
             CreateNodeMapDirectFromCache(reader, pLiveNodes->deviceName, pLiveNodes->lock);
         return;
     }
-    m_Map.FromFile(reader);
+    m_pMap->FromFile(reader);
     // A part of a map is worse than none.
     if (!reader.IsGood()) {
-        m_Map.Clear();
+        m_pMap->Clear();
         return;
     }
     m_isLoaded = true;
@@ -166,13 +166,13 @@ void CNodeMapFactory::CNodeMapFactoryImpl::CacheWrite(uint32_t hash) const {
 
 bool CNodeMapFactory::CNodeMapFactoryImpl::TryCacheWrite(uint32_t hash) const {
     // Identifiers have two bytes in the file and can't count further.
-    if (hash == 0 || !FitsCacheFile(m_Map)) {
+    if (hash == 0 || !FitsCacheFile(GetMap())) {
         return false;
     }
     // Filled before the lock is taken, so that others only wait while the file is
     // written.
     CCacheWriter writer;
-    m_Map.ToFile(writer);
+    GetMap().ToFile(writer);
     return CCacheFile(m_CacheFolder, hash).Write(writer.GetBytes());
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "GenApi/IDestroy.h"
@@ -111,6 +112,9 @@ public:
     /// The same without a map.
     static void ListSupportedSchemaVersions(gcstring_vector& list);
 
+    /// Keeps what others shall find while this map is there. The nodes don't use it.
+    void KeepAlive(std::shared_ptr<const void> shared) { m_Shared = std::move(shared); }
+
     /// Deletes the map.
     void Destroy() override;
     /// @name IUserData
@@ -145,6 +149,7 @@ private:
     CLock m_OwnLock;
     CCallState m_CallState;
     UserData_t m_pUserData = nullptr;
+    std::shared_ptr<const void> m_Shared;
 };
 
 }  // namespace GenApi_3_0_ORVANE

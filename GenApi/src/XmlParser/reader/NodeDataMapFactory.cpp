@@ -24,23 +24,6 @@ namespace {
 constexpr std::string_view kVersion11 = "http://www.genicam.org/GenApi/Version_1_1";
 constexpr std::string_view kVersion10 = "http://www.genicam.org/GenApi/Version_1_0";
 
-/// Descriptions name one of two name spaces, and an element of the wrong one is
-/// unexpected. So is any other element out of place: then the second run fails, too, and
-/// its error is the one reported.
-void ParseDocument(CNodeDataMap& map, std::string_view document, bool suppressStrings) {
-    auto error = CDescriptionReader(map, suppressStrings, kVersion11).Read(document);
-    if (error && error->code == SchemaError::UnexpectedElement) {
-        // What the first run stored before it failed must not meet its own repeat. The
-        // same grammar serves both versions of the schema.
-        map.Clear();
-        error = CDescriptionReader(map, suppressStrings, kVersion10).Read(document);
-    }
-    if (error) {
-        RUNTIME_EXCEPTION("Error while parsing XML stream at line %lu and column %lu : '%s'",
-                          error->line, error->column, error->text.c_str());
-    }
-}
-
 /// Only names of zipped files may hold variables.
 std::string UnzipFile(const std::string& fileName) {
     GenICam_3_0_ORVANE::gcstring expanded(fileName.c_str());
@@ -90,36 +73,47 @@ std::string ReadFile(const std::string& fileName) {
 
 }  // namespace
 
-void CNodeDataMapFactory::ParseXmlFile(CNodeDataMap* pNodeDataMap, EContentType_t contentType,
-                                       const std::string& fileName, bool suppressStrings) {
-    switch (contentType) {
-        case ContentType_Xml:
-            ParseDocument(*pNodeDataMap, ReadFile(fileName), suppressStrings);
-            return;
-        case ContentType_ZippedXml:
-            ParseDocument(*pNodeDataMap, UnzipFile(fileName), suppressStrings);
-            return;
-    }
-    RUNTIME_EXCEPTION("ParseXmlBuffer not implemented.");
-}
-
 /// An enumeration of a caller may hold any number.
-void CNodeDataMapFactory::ParseXmlBuffer(CNodeDataMap* pNodeDataMap, EContentType_t contentType,
-                                         const void* pData, size_t size, bool suppressStrings) {
+std::string CNodeDataMapFactory::ReadXmlFile(EContentType_t contentType,
+                                             const std::string& fileName) {
     switch (contentType) {
         case ContentType_Xml:
-            ParseDocument(*pNodeDataMap, {static_cast<const char*>(pData), size}, suppressStrings);
-            return;
+            return ReadFile(fileName);
         case ContentType_ZippedXml:
-            ParseDocument(*pNodeDataMap, UnzipMemory(pData, size), suppressStrings);
-            return;
+            return UnzipFile(fileName);
     }
     RUNTIME_EXCEPTION("ParseXmlBuffer not implemented.");
 }
 
-void CNodeDataMapFactory::ParseXmlString(CNodeDataMap* pNodeDataMap, const char* pText,
-                                         bool suppressStrings) {
-    ParseDocument(*pNodeDataMap, pText, suppressStrings);
+std::string_view CNodeDataMapFactory::ReadXmlBuffer(EContentType_t contentType, const void* pData,
+                                                    size_t size, std::string& unpacked) {
+    switch (contentType) {
+        case ContentType_Xml:
+            return {static_cast<const char*>(pData), size};
+        case ContentType_ZippedXml:
+            unpacked = UnzipMemory(pData, size);
+            return unpacked;
+    }
+    RUNTIME_EXCEPTION("ParseXmlBuffer not implemented.");
+}
+
+/// Descriptions name one of two name spaces, and an element of the wrong one is
+/// unexpected. So is any other element out of place: then the second run fails, too, and
+/// its error is the one reported.
+void CNodeDataMapFactory::ParseXml(CNodeDataMap* pNodeDataMap, std::string_view document,
+                                   bool suppressStrings) {
+    CNodeDataMap& map = *pNodeDataMap;
+    auto error = CDescriptionReader(map, suppressStrings, kVersion11).Read(document);
+    if (error && error->code == SchemaError::UnexpectedElement) {
+        // What the first run stored before it failed must not meet its own repeat. The
+        // same grammar serves both versions of the schema.
+        map.Clear();
+        error = CDescriptionReader(map, suppressStrings, kVersion10).Read(document);
+    }
+    if (error) {
+        RUNTIME_EXCEPTION("Error while parsing XML stream at line %lu and column %lu : '%s'",
+                          error->line, error->column, error->text.c_str());
+    }
 }
 
 void CNodeDataMapFactory::PreProcessNodeDataMap(CNodeDataMap* pNodeDataMap) {

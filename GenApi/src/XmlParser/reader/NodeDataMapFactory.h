@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "NodeMapData/ContentType.h"
 
@@ -9,24 +10,27 @@ namespace GenApi_3_0_ORVANE {
 
 class CNodeDataMap;
 
-/// Turns a camera description into node data. The Parse operations only fill
-/// the map, which may still refer to nodes that injected data brings; the
-/// preprocessing completes it. The caller owns the map. One thread at a time.
+/// Turns a camera description into node data. Parsing only fills the map, which
+/// may still refer to nodes that injected data brings; the preprocessing
+/// completes it. The caller owns the map. One thread at a time.
 class CNodeDataMapFactory {
 public:
     CNodeDataMapFactory() = delete;
 
-    /// Parses a file. Only the name of a zipped one may hold "$(VARIABLE)".
+    /// Returns the text of a file. Only the name of a zipped one may hold "$(VARIABLE)".
+    /// @throws RuntimeException for what can't be read or unpacked
+    static std::string ReadXmlFile(EContentType_t contentType, const std::string& fileName);
+    /// Returns the text of a block of memory: the block itself, or what it unpacks to, which
+    /// @p unpacked then keeps. Failures as for a file.
+    static std::string_view ReadXmlBuffer(EContentType_t contentType, const void* pData,
+                                          size_t size, std::string& unpacked);
+
+    /// Fills the empty map with the nodes of a text.
     /// @param suppressStrings leaves out the texts that only people read.
     /// @throws RuntimeException with line and column for what cannot be parsed,
     ///         PropertyException for a text that is no integer.
-    static void ParseXmlFile(CNodeDataMap* pNodeDataMap, EContentType_t contentType,
-                             const std::string& fileName, bool suppressStrings);
-    /// Parses a block of memory; failures as for a file.
-    static void ParseXmlBuffer(CNodeDataMap* pNodeDataMap, EContentType_t contentType,
-                               const void* pData, size_t size, bool suppressStrings);
-    /// Parses a text up to its zero; failures as for a file.
-    static void ParseXmlString(CNodeDataMap* pNodeDataMap, const char* pText, bool suppressStrings);
+    static void ParseXml(CNodeDataMap* pNodeDataMap, std::string_view document,
+                         bool suppressStrings);
 
     /// Adds what live nodes need and a description does not say: which nodes
     /// depend on one, in which terminal nodes its value ends, what a selector
