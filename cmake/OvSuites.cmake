@@ -18,7 +18,12 @@ string(REGEX REPLACE "[^\n]*\\.main\\.cc\n" "" listing "${listing}")
 string(REGEX REPLACE " +#[^\n]*" "" listing "${listing}")
 string(REGEX MATCHALL "[^\n]+" lines "${listing}")
 
+# Those that take longest begin first, so that none of them is left at the end of a run.
 function(ov_add_suite suite count)
+  set(cost 0)
+  if(LABELS MATCHES "slow" OR suite MATCHES "^Files/")
+    set(cost 100)
+  endif()
   math(EXPR parts "(${count} + ${tests_in_a_process} - 1) / ${tests_in_a_process}")
   foreach(part RANGE 1 ${parts})
     math(EXPR index "${part} - 1")
@@ -27,7 +32,7 @@ function(ov_add_suite suite count)
       set(name "${suite}(${part} of ${parts})")
     endif()
     add_test("${name}" ${PROGRAM} "--gtest_filter=${suite}.*" --gtest_brief=1)
-    set_tests_properties("${name}" PROPERTIES TIMEOUT 900 LABELS "${LABELS}"
+    set_tests_properties("${name}" PROPERTIES TIMEOUT 900 COST ${cost} LABELS "${LABELS}"
       ENVIRONMENT "GTEST_TOTAL_SHARDS=${parts};GTEST_SHARD_INDEX=${index}")
   endforeach()
 endfunction()
