@@ -124,6 +124,18 @@ TEST_F(Resends, StopAfterTheLimitOfABlock) {
     EXPECT_TRUE(station.Assembler().IsBusy());
 }
 
+TEST_F(Resends, HaveTheirTimeAlsoWhenNoMoreAreAllowed) {
+    station.Some(1, 40, {1, 18});
+    station.Leader(2, 16);
+    station.Pass(30ms);
+    EXPECT_EQ(Asked(), (Runs{{2, 17}}));
+    EXPECT_EQ(station.Assembler().Due(), station.now + 20ms);
+    station.Pass(19'999us);
+    EXPECT_TRUE(station.shelf.delivered.empty());
+    station.Pass(1us);
+    EXPECT_EQ(station.shelf.delivered.size(), 1U);
+}
+
 TEST_F(Resends, AreAllowedForSmallBlocks) {
     station.Some(1, 3, {1, 3});
     station.Trailer(1, 4);

@@ -465,8 +465,13 @@ TimePoint BlockAssembler::GiveUpDue(const Block& block) const {
     if (!isOvertaken) {
         return block.lastPacket + m_settings.retention;
     }
-    return std::max(block.lastPacket, block.overtaken) +
-           (m_resends.MayAsk(block) ? m_settings.retention : m_settings.packetTimeout);
+    const TimePoint last = std::max(block.lastPacket, block.overtaken);
+    if (m_resends.MayAsk(block)) {
+        return last + m_settings.retention;
+    }
+    // The last packets that could be asked for have their time to come.
+    const TimePoint asked = block.repeatDue == Block::kNever ? last : block.repeatDue;
+    return std::max(last + m_settings.packetTimeout, asked);
 }
 
 TimePoint BlockAssembler::Due() const {
