@@ -4,6 +4,7 @@
 
 #include <array>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "framework/Failure.h"

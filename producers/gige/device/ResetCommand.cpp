@@ -2,10 +2,12 @@
 
 #include <expat.h>
 
+#include <algorithm>
 #include <charconv>
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "framework/Failure.h"

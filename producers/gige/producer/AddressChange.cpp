@@ -1,5 +1,6 @@
 #include "gige/producer/AddressChange.h"
 
+#include <chrono>
 #include <functional>
 #include <utility>
 

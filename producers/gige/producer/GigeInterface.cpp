@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <chrono>
 #include <iterator>
+#include <optional>
 
 #include "framework/Failure.h"
 #include "gige/discovery/Inquiry.h"
