@@ -121,7 +121,8 @@ OV_STATUS OvNodeGetText(OV_NODE_HANDLE hNode, OV_NODE_TEXT text, char* pszText,
                         size_t* pnSize) try {
     const CNodeRecord& record = EnterNode(hNode, OV_HERE);
     OV_CHECK_POINTER(pnSize);
-    CopyOut(OV_ENGINE_GET(ToStd(TextOf(record, text, OV_HERE))), pszText, pnSize, OV_HERE);
+    const OvPlace place = OV_HERE;
+    CopyOut(OV_ENGINE_GET(ToStd(TextOf(record, text, place))), pszText, pnSize, place);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();

@@ -140,14 +140,15 @@ OV_STATUS OvNodeGetRelated(OV_NODE_HANDLE hNode, OV_NODE_RELATION relation, OV_N
                            size_t* pnNumber) try {
     const CNodeRecord& record = EnterNode(hNode, OV_HERE);
     OV_CHECK_POINTER(pnNumber);
-    const Nodes nodes = OV_ENGINE_GET(RelatedNodes(record, relation, OV_HERE));
+    const OvPlace place = OV_HERE;
+    const Nodes nodes = OV_ENGINE_GET(RelatedNodes(record, relation, place));
     std::vector<OV_NODE_HANDLE> handles;
     handles.reserve(nodes.size());
     for (INode* const node : nodes) {
         handles.push_back(
             OV_ENGINE_GET(record.camera.GetNodes().HandleOf(record.camera, record.module, *node)));
     }
-    CopyOut(handles, phNodes, pnNumber, OV_HERE);
+    CopyOut(handles, phNodes, pnNumber, place);
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();

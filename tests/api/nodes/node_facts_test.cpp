@@ -83,8 +83,10 @@ TEST_F(NodeFacts, OfOtherKindsAreUnknown) {
     size_t size = 7;
     ExpectFailure(OvNodeGetText(Node("Width"), 99, nullptr, &size), OV_STATUS_INVALID_PARAMETER,
                   "Unknown node text");
+    EXPECT_NE(LastError::Get().text.find("{OvNodeGetText:line["), std::string::npos);
     ExpectFailure(OvNodeGetRelated(Node("Width"), 99, nullptr, &size), OV_STATUS_INVALID_PARAMETER,
                   "Unknown node relation");
+    EXPECT_NE(LastError::Get().text.find("{OvNodeGetRelated:line["), std::string::npos);
     for (const OV_NODE_MODULE module : {-1, 5}) {
         OV_NODE_HANDLE node = 0;
         ExpectFailure(OvNodeFind(camera, module, "Root", &node), OV_STATUS_INVALID_PARAMETER,

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr size_t kPiece = 64 * 1024;
+constexpr size_t kPiece = size_t{64} * 1024;
 
 ToolError LocalFailure(const std::string& what, const std::string& path) {
     return ToolError("can't " + what + " " + path + ": " + std::strerror(errno));
