@@ -40,6 +40,7 @@ install(FILES ${PROJECT_BINARY_DIR}/package/oviapi.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
 # The library looks for producers beside its real file.
+install(TARGETS OvGVTL LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT producer_gige)
 install(TARGETS KwTL LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT producer_virtual)
 
 file(RELATIVE_PATH library_from_tool
@@ -51,7 +52,7 @@ install(FILES tools/ovtool/completion/ovtool.bash RENAME ovtool
 
 # All that is installed. The manual page is made of what the tool says of itself, which a
 # tool for another machine can't.
-add_custom_target(product DEPENDS oviapi KwTL ovtool)
+add_custom_target(product DEPENDS oviapi OvGVTL KwTL ovtool)
 if(NOT CMAKE_CROSSCOMPILING)
   set(page ${PROJECT_BINARY_DIR}/package/ovtool.1)
   add_custom_command(OUTPUT ${page}.gz

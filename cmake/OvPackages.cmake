@@ -31,6 +31,7 @@ ov_package(library liboviapi1 libs
   "liboviapi finds GigE Vision, USB3 Vision and other cameras, reads and writes their"
   "features, receives their frames and makes pictures of raw sensor data."
   "Cameras are reached through producers (.cti), which lie beside the library.")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS liboviapi-producer-gige)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SUGGESTS liboviapi-producer-virtual)
 
 ov_package(development liboviapi-dev libdevel
@@ -42,6 +43,12 @@ ov_package(tools oviapi-tools utils
   "Industrial cameras on the command line"
   "ovtool lists cameras, reads and writes their features, and grabs frames.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "liboviapi1 ${same_version}")
+
+ov_package(producer_gige liboviapi-producer-gige libs
+  "GigE Vision cameras for liboviapi"
+  "The producer by which liboviapi finds, controls and configures GigE Vision cameras,"
+  "and receives their frames.")
+set(CPACK_DEBIAN_PRODUCER_GIGE_PACKAGE_DEPENDS "liboviapi1 ${same_version}")
 
 ov_package(producer_virtual liboviapi-producer-virtual libs
   "Virtual cameras for liboviapi"

@@ -9,7 +9,6 @@
 #include <mutex>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "framework/Failure.h"
@@ -22,13 +21,11 @@ class ChildList {
 public:
     using Backends = std::vector<std::shared_ptr<Backend>>;
 
-    /// Replaces the list. Returns true if the set of IDs has changed, or the address of one of
-    /// them: whoever lists addresses has to read them anew then.
+    /// Replaces the list. Returns true if the set of IDs has changed.
     bool Update(Backends found) {
+        const std::set<std::string> after = IdsOf(found);
         const std::lock_guard lock(m_mutex);
-        std::set<Sight> sights = SightsOf(found);
-        const bool changed = m_sights != sights;
-        m_sights = std::move(sights);
+        const bool changed = IdsOf(m_listed) != after;
         m_listed = std::move(found);
         m_selected = std::clamp<int64_t>(m_selected, 0, std::max<int64_t>(Last(), 0));
         return changed;
@@ -143,30 +140,18 @@ private:
         return true;
     }
 
-    using Facts = decltype(std::declval<Backend&>().Facts());
-    using Sight = std::pair<std::string, std::vector<int64_t>>;
-
-    static std::vector<int64_t> AddressOf(const Facts& facts) {
-        if constexpr (requires { facts.address; }) {
-            return {facts.address.ip, facts.address.mask, facts.address.gateway};
-        }
-        return {};
-    }
-
-    static std::set<Sight> SightsOf(const Backends& backends) {
-        std::set<Sight> sights;
+    static std::set<std::string> IdsOf(const Backends& backends) {
+        std::set<std::string> ids;
         for (const auto& backend : backends) {
-            const Facts facts = backend->Facts();
-            sights.emplace(facts.id, AddressOf(facts));
+            ids.insert(backend->Facts().id);
         }
-        return sights;
+        return ids;
     }
 
     int64_t Last() const { return static_cast<int64_t>(m_listed.size()) - 1; }
 
     mutable std::mutex m_mutex;
     Backends m_listed;
-    std::set<Sight> m_sights;                              // of the listed ones, as they were then
     std::map<std::string, std::shared_ptr<Child>> m_open;  // null while one is being opened
     int64_t m_selected = 0;
 };
