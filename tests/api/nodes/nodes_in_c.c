@@ -10,8 +10,7 @@ int ReadNodesInC(void) {
     int64_t width = 0;
     OV_NODE_HANDLE node = 0;
     OV_DEV_HANDLE camera = NULL;
-    if (OVInitLib() != OV_STATUS_SUCCESS ||
-        OVUpdateDeviceList(&count, 1000) != OV_STATUS_SUCCESS ||
+    if (OVInitLib() != OV_STATUS_SUCCESS || OVUpdateDeviceList(&count, 1000) != OV_STATUS_SUCCESS ||
         OVOpenDeviceByIndex(1, &camera) != OV_STATUS_SUCCESS) {
         return 1;
     }
