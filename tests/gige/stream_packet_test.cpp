@@ -144,8 +144,9 @@ TEST(Leader, OfAnyTypeIsWrittenAsItWasRead) {
 }
 
 TEST(Leader, OfAFileHasItsName) {
-    const auto leader = ParseLeader(
-        FromHex("00 00 00 03 00 00 00 00 00 00 00 01 00 00 00 00 00 00 10 00 61 2E 62 00"));
+    const Bytes bytes =
+        FromHex("00 00 00 03 00 00 00 00 00 00 00 01 00 00 00 00 00 00 10 00 61 2E 62 00");
+    const auto leader = ParseLeader(bytes);
     ASSERT_TRUE(leader);
     EXPECT_EQ(leader->size, 0x1000U);
     EXPECT_EQ(ReadText(leader->fileName), "a.b");

@@ -191,11 +191,12 @@ TEST_F(Backend, HasNoNamedAddressesUnlessItSaysSo) {
     }
 }
 
-TEST_F(Backend, IsListedAnewWhenItHasAnotherAddress) {
+TEST_F(Backend, ChangesTheListByItsIdAndNotByItsAddress) {
     EXPECT_FALSE(m_adapter->UpdateDevices(0));
     m_interface->m_device->m_facts.address.ip = 0x0A000005;
-    EXPECT_TRUE(m_adapter->UpdateDevices(0));
     EXPECT_FALSE(m_adapter->UpdateDevices(0));
+    m_interface->m_device->m_facts.id = "another";
+    EXPECT_TRUE(m_adapter->UpdateDevices(0));
 }
 
 }  // namespace

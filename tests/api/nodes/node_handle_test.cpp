@@ -20,9 +20,9 @@ protected:
 TEST_F(NodeHandle, AnyOtherNumberIsRefused) {
     const OV_NODE_HANDLE width = Node("Width");
     for (const OV_NODE_HANDLE garbage :
-         {OV_NODE_HANDLE{0}, OV_NODE_HANDLE{1}, ~OV_NODE_HANDLE{0}, OV_NODE_HANDLE{1} << 32,
-          width + 1, width + 4096, width + (OV_NODE_HANDLE{1} << 32),
-          width - (OV_NODE_HANDLE{1} << 32), width ^ (OV_NODE_HANDLE{1} << 63)}) {
+         {OV_NODE_HANDLE{0}, OV_NODE_HANDLE{1}, ~OV_NODE_HANDLE{0}, width + 1, width + 4096,
+          width + (OV_NODE_HANDLE{1} << 32), width - (OV_NODE_HANDLE{1} << 32),
+          width ^ (OV_NODE_HANDLE{1} << 63)}) {
         SCOPED_TRACE(garbage);
         ExpectInvalid(garbage);
     }

@@ -39,6 +39,10 @@ OV_FRAME_BUFFER* FrameReceiver::TryTake(uint32_t timeout) {
     if (status == OV_STATUS_SUCCESS) {
         return frame;
     }
+    // The fetch may hear of it before the callback does.
+    if (status == OV_STATUS_OFFLINE) {
+        throw LossOfCamera();
+    }
     if (status != OV_STATUS_TIMEOUT && !m_loss.IsLost()) {
         Check(status, "get a frame");
     }
