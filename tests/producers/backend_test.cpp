@@ -191,12 +191,10 @@ TEST_F(Backend, HasNoNamedAddressesUnlessItSaysSo) {
     }
 }
 
-TEST_F(Backend, ChangesTheListByItsIdAndNotByItsAddress) {
+TEST_F(Backend, IsTheSameEntryOfTheListWithAnotherAddress) {
     EXPECT_FALSE(m_adapter->UpdateDevices(0));
     m_interface->m_device->m_facts.address.ip = 0x0A000005;
     EXPECT_FALSE(m_adapter->UpdateDevices(0));
-    m_interface->m_device->m_facts.id = "another";
-    EXPECT_TRUE(m_adapter->UpdateDevices(0));
 }
 
 }  // namespace
