@@ -37,12 +37,13 @@ std::string Description() {
     std::string nodes = "<Port Name=\"Device\"/>";
     for (int i = 0; i < kFeatures; ++i) {
         const std::string name = "Feature" + std::to_string(i);
-        category += "<pFeature>" + name + "</pFeature>";
-        nodes += "<Integer Name=\"" + name + "\"><pValue>" + name +
-                 "Reg</pValue><Min>0</Min><Max>1000000</Max></Integer><IntReg Name=\"" + name +
-                 "Reg\"><Address>" + std::to_string(4 * i) +
-                 "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
-                 "<Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>";
+        category.append("<pFeature>").append(name).append("</pFeature>");
+        nodes.append("<Integer Name=\"").append(name).append("\"><pValue>").append(name);
+        nodes.append("Reg</pValue><Min>0</Min><Max>1000000</Max></Integer><IntReg Name=\"");
+        nodes.append(name).append("Reg\"><Address>").append(std::to_string(4 * i));
+        nodes.append(
+            "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+            "<Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>");
     }
     return R"(<RegisterDescription ModelName="M" VendorName="V" ToolTip="T" )"
            R"(StandardNameSpace="GEV" SchemaMajorVersion="1" SchemaMinorVersion="1" )"
