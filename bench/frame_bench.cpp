@@ -6,18 +6,17 @@
 #include <time.h>
 
 #include <algorithm>
-#include <atomic>
 #include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <mutex>
-#include <new>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "CountingMemory.h"
 #include "Measure.h"
 #include "OvIAPI.h"
 #include "OvTestControl.h"
@@ -36,8 +35,6 @@ constexpr uint64_t kCopiedFrames = kFrames / kRounds;
 constexpr double kGoalProcess = 8e-6;
 constexpr double kGoalThread = 3e-6;
 constexpr double kGoalRate = 100000;
-
-std::atomic<uint64_t> g_allocations{0};
 
 double SecondsOf(clockid_t clock) {
     timespec now{};
@@ -58,7 +55,7 @@ struct Spent {
     double process = SecondsOf(CLOCK_PROCESS_CPUTIME_ID);
     double thread = SecondsOf(CLOCK_THREAD_CPUTIME_ID);
     double switches = ContextSwitches();
-    uint64_t allocations = g_allocations;
+    uint64_t allocations = CountOfAllocations();
 
     Spent Since(const Spent& begin) const {
         Spent spent = *this;
@@ -337,23 +334,6 @@ void Measure(TestProducer& producer, uint32_t width, uint32_t height) {
 }
 
 }  // namespace
-
-// Counts the allocations of all libraries of the process.
-// NOLINTBEGIN(cppcoreguidelines-no-malloc): this is what manages memory
-void* operator new(size_t size) {
-    ++g_allocations;
-    if (void* const memory = std::malloc(size == 0 ? 1 : size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, size_t /*size*/) noexcept {
-    std::free(memory);
-}
-// NOLINTEND(cppcoreguidelines-no-malloc)
 
 int main() {
     TestProducer producer(OV_BENCH_STAGE "/KwTL.cti");

@@ -15,9 +15,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <new>
 #include <vector>
 
+#include "CountingMemory.h"
 #include "Measure.h"
 #include "framework/BufferQueue.h"
 #include "gige/stream/StreamReceiver.h"
@@ -35,8 +35,6 @@ constexpr size_t kSocketBuffer = 32 << 20;
 constexpr Ipv4 kLoopback{0x7F000001};
 /// The sender's batch: as many packets as are due at a time.
 constexpr size_t kBatch = 16;
-
-uint64_t g_allocations = 0;
 
 /// What is sent.
 struct Load {
@@ -272,7 +270,7 @@ Result RunReceiver(const Load& load) {
             last = Clock::now();
             if (seen == kWarmUp) {
                 cpu = ThreadNanoseconds();
-                allocations = g_allocations;
+                allocations = CountOfAllocations();
             }
         } else if (Clock::now() - last > std::chrono::seconds(1)) {
             break;
@@ -280,7 +278,7 @@ Result RunReceiver(const Load& load) {
     }
     return {PerGigabyte(ThreadNanoseconds() - cpu, load),
             static_cast<double>(account.complete.Value()) / (kWarmUp + load.Frames()),
-            g_allocations - allocations};
+            CountOfAllocations() - allocations};
 }
 
 Result Better(const Result& one, const Result& other) {
@@ -292,24 +290,6 @@ Result Better(const Result& one, const Result& other) {
 }
 
 }  // namespace
-
-// NOLINTBEGIN(cppcoreguidelines-no-malloc): this is what manages memory
-void* operator new(size_t size) {
-    ++g_allocations;
-    if (void* const memory = std::malloc(size == 0 ? 1 : size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, size_t /*size*/) noexcept {
-    std::free(memory);
-}
-// NOLINTEND(cppcoreguidelines-no-malloc)
 
 int main() {
     std::printf("%-26s %9s %9s %6s %6s %9s %9s %11s\n", "", "bare", "receiver", "ratio", "goal",

@@ -31,6 +31,10 @@ OvBase::CUserLog& ProducerLog() {
     return log;
 }
 
+void LogWarning(std::string_view line) {
+    ProducerLog().Write("Producer", GenICam_3_0_ORVANE::LogWarning, line);
+}
+
 void StoreLastError(GenTL::GC_ERROR code, std::string_view text) noexcept {
     t_record.code = code;
     const size_t length = std::min(text.size(), t_record.text.size() - 1);

@@ -31,6 +31,8 @@ void RequirePointer(const void* pointer, std::string_view what);
 
 /// The log that a user can switch on. It ends when the producer is unloaded.
 OvBase::CUserLog& ProducerLog();
+/// Writes a line there of what no call returns.
+void LogWarning(std::string_view line);
 
 /// The calling thread's last failure.
 struct LastError {

@@ -164,12 +164,16 @@ TEST_F(Commands, DoesARepeatedCommandOnce) {
     EXPECT_EQ(m_account[Count::Repeated], 1U);
 }
 
+CommandPacket NumberedRead(ByteView payload) {
+    return {.flags = kFlagAnswerRequired,
+            .command = Command::ReadRegister,
+            .requestId = 99,
+            .payload = payload};
+}
+
 TEST_F(Commands, DoesTheSameNumberOfAnotherHostAnew) {
     const Bytes payload = BuildNumbers(std::array{kRegVersion});
-    const CommandPacket command{.flags = kFlagAnswerRequired,
-                                .command = Command::ReadRegister,
-                                .requestId = 99,
-                                .payload = payload};
+    const CommandPacket command = NumberedRead(payload);
     AskWith(command, kFirst);
     AskWith(command, kSecond);
     EXPECT_EQ(m_account[Count::Repeated], 0U);
@@ -178,10 +182,7 @@ TEST_F(Commands, DoesTheSameNumberOfAnotherHostAnew) {
 
 TEST_F(Commands, ForgetsACommandAfterAWhile) {
     const Bytes payload = BuildNumbers(std::array{kRegVersion});
-    const CommandPacket command{.flags = kFlagAnswerRequired,
-                                .command = Command::ReadRegister,
-                                .requestId = 99,
-                                .payload = payload};
+    const CommandPacket command = NumberedRead(payload);
     AskWith(command, kFirst);
     m_now += std::chrono::seconds(3);
     AskWith(command, kFirst);

@@ -6,12 +6,12 @@
 #include "framework/Failure.h"
 #include "gige/net/CameraSocket.h"
 #include "gige/net/UdpLink.h"
-#include "gige/producer/Log.h"
 
 namespace OvGige {
 namespace {
 
 using OvProducer::Failure;
+using OvProducer::LogWarning;
 
 /// Whether a camera's owner was a process of this machine that has ended: then its port is free.
 bool IsGoneProcess(const Endpoint& owner) {

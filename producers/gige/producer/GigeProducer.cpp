@@ -3,12 +3,12 @@
 #include <algorithm>
 
 #include "framework/Failure.h"
-#include "gige/producer/Log.h"
 #include "gige/stream/StreamFeatures.h"
 
 namespace OvGige {
 
 using OvProducer::Failure;
+using OvProducer::LogWarning;
 
 GigeProducer::GigeProducer(std::string_view adapters, const std::string& addresses)
     : m_choice(adapters), m_addresses(std::make_shared<OvGige::NamedAddresses>()) {

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Base/UserLog.h"
 #include "gige/net/CameraSocket.h"
 #include "gige/protocol/Bootstrap.h"
 #include "gige/stream/PacketSizeSearch.h"
@@ -24,9 +23,11 @@ using namespace std::chrono_literals;
 /// Firewalls forget a sender that nothing was sent to for half a minute.
 constexpr auto kFirewallPeriod = 15s;
 
-void LogWarning(const std::string& line) {
-    if (!line.empty()) {
-        OvProducer::ProducerLog().Write("Producer", GenICam_3_0_ORVANE::LogWarning, line);
+using OvProducer::LogWarning;
+
+void LogObstacle(const std::string& obstacle) {
+    if (!obstacle.empty()) {
+        LogWarning(obstacle);
     }
 }
 
@@ -205,8 +206,8 @@ void StreamEngine::End() noexcept {
 }
 
 void StreamEngine::TuneThread() const {
-    LogWarning(SetThreadPriority(static_cast<int>(m_settings.priority)));
-    LogWarning(SetThreadProcessor(static_cast<int>(m_settings.processor)));
+    LogObstacle(SetThreadPriority(static_cast<int>(m_settings.priority)));
+    LogObstacle(SetThreadProcessor(static_cast<int>(m_settings.processor)));
     const int time = static_cast<int>(m_settings.busyPoll);
     if (time != 0 &&
         setsockopt(m_socket->File(), SOL_SOCKET, SO_BUSY_POLL, &time, sizeof time) != 0) {
