@@ -45,20 +45,20 @@ install(TARGETS KwTL LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT produ
 
 file(RELATIVE_PATH library_from_tool
   /prefix/${CMAKE_INSTALL_BINDIR} /prefix/${CMAKE_INSTALL_LIBDIR})
-set_target_properties(ovtool PROPERTIES INSTALL_RPATH "$ORIGIN/${library_from_tool}")
-install(TARGETS ovtool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+set_target_properties(ovtool ovtool-simulate PROPERTIES INSTALL_RPATH "$ORIGIN/${library_from_tool}")
+install(TARGETS ovtool ovtool-simulate RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
 install(FILES tools/ovtool/completion/ovtool.bash RENAME ovtool
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
 
 # All that is installed. The manual page is made of what the tool says of itself, which a
 # tool for another machine can't.
-add_custom_target(product DEPENDS oviapi OvGVTL KwTL ovtool)
+add_custom_target(product DEPENDS oviapi OvGVTL KwTL ovtool ovtool-simulate)
 if(NOT CMAKE_CROSSCOMPILING)
   set(page ${PROJECT_BINARY_DIR}/package/ovtool.1)
   add_custom_command(OUTPUT ${page}.gz
     COMMAND ${PROJECT_SOURCE_DIR}/scripts/generate-man-page $<TARGET_FILE:ovtool> > ${page}
     COMMAND gzip -9nf ${page}
-    DEPENDS ovtool ${PROJECT_SOURCE_DIR}/scripts/generate-man-page)
+    DEPENDS ovtool ovtool-simulate ${PROJECT_SOURCE_DIR}/scripts/generate-man-page)
   add_custom_target(man_page ALL DEPENDS ${page}.gz)
   add_dependencies(product man_page)
   install(FILES ${page}.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)

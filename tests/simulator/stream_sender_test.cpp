@@ -137,7 +137,7 @@ TEST_F(StreamSenderTest, SendsAgainWhatItLost) {
     faults.stream.lost = 1;
     Misbehave(faults);
     Run(1);
-    while (m_account[Count::Blocks] == 0) {
+    while (m_account[Count::LostPackets] < kPackets) {
         std::this_thread::yield();
     }
     m_sender->Resend({.isExtended = false, .blockId = 1, .firstPacket = 0, .lastPacket = 4}, true);

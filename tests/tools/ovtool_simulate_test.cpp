@@ -80,6 +80,25 @@ TEST_F(SimulateTest, RefusesFaultsThatMakeNoSense) {
                 "ovtool: \"nowhere\" is no address; write it as 192.168.1.10\n", Exit::kUsage);
 }
 
+TEST_F(SimulateTest, PrintsItsOwnHelp) {
+    const ToolRun run = Run(OV_TOOL_BARE, "simulate --help");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.out.starts_with("be GigE Vision cameras on the network"));
+    EXPECT_NE(run.out.find("Usage: " OV_TOOL " simulate [OPTIONS] [addresses...]"),
+              std::string::npos)
+        << run.out;
+}
+
+TEST_F(SimulateTest, SaysWhatIsMissingWhereOnlyTheToolWasBuilt) {
+    const std::filesystem::path tool = folder / "ovtool";
+    std::filesystem::copy_file(OV_TOOL, tool);
+    ToolProcess alone("LD_LIBRARY_PATH='" OV_TOOL_BARE "' exec '" + tool.string() + "' simulate",
+                      folder / "errors");
+    ExpectFails(alone.Wait(), "ovtool: the simulator can't be run: No such file or directory: " +
+                                  (folder / "ovtool-simulate").string() +
+                                  "\nWhere the tool was built, build it, too: ovtool-simulate\n");
+}
+
 TEST_F(SimulateTest, RefusesWhatIsNoAddress) {
     for (const std::string place : {"127.0.0", "127.0.0.1/0", "1.2.3.4x"}) {
         ExpectFails(Run(OV_TOOL_BARE, "simulate " + place),

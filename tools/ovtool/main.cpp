@@ -2,23 +2,21 @@
 // through the same public headers.
 
 #include <CLI/CLI.hpp>
-#include <csignal>
-#include <cstdio>
 
 #include "camera/Node.h"
 #include "camera/SearchReport.h"
 #include "camera/Session.h"
 #include "commands/Commands.h"
 #include "pipeline/PipelineOptions.h"
-#include "simulation/FaultOptions.h"
 #include "support/Error.h"
-#include "support/Output.h"
-#include "support/Text.h"
+#include "support/Program.h"
 
 namespace {
 
 /// Where all commands put what they are told; each run has one command.
 struct CommandLine {
+    /// As it was called.
+    std::string program;
     CameraChoice choice;
     bool json = false;
     bool verbose = false;
@@ -41,17 +39,11 @@ struct CommandLine {
     IpAddresses addresses;
     IpConfiguration configuration;
     OV_RESET_MODE resetMode = OV_RESET_MODE_1;
-    SimulationOptions simulation;
 };
-
-/// Before the command's name or after it.
-void AddVerbose(CLI::App& app, CommandLine& options) {
-    app.add_flag("--verbose", options.verbose, "also print the library's own text of a failure");
-}
 
 CLI::App* AddQuietCommand(CLI::App& app, const char* name, const char* help, CommandLine& options) {
     CLI::App* const command = app.add_subcommand(name, help);
-    AddVerbose(*command, options);
+    AddVerbose(*command, options.verbose);
     command->footer(ExitCodesText());
     return command;
 }
@@ -301,33 +293,25 @@ void AddIpCommands(CLI::App& app, CommandLine& options) {
     reset->callback([&options] { ResetCamera(options.mac, options.resetMode, options.json); });
 }
 
+/// A program of its own takes its arguments, and answers for its help, too.
 void AddSimulate(CLI::App& app, CommandLine& options) {
-    SimulationOptions& simulation = options.simulation;
     CLI::App* const simulate =
-        AddCommand(app, "simulate", "be GigE Vision cameras on the network", options);
-    simulate
-        ->add_option("addresses", simulation.places,
-                     "where cameras are: ADDRESS, with /BITS of the subnet and :PORT")
-        ->capture_default_str();
-    simulate
-        ->add_option("-n,--count", simulation.count,
-                     "cameras for each address, at addresses that count on from it")
-        ->check(CLI::Range(1, 250))
-        ->capture_default_str();
-    simulate->add_option("-a,--adapter", simulation.adapter,
-                         "network adapter of the cameras, which gets the addresses that it lacks");
-    simulate->add_flag("--zip,!--no-zip", simulation.zipped,
-                       "serve the description as an archive (the default)");
-    simulate->add_option("--account", simulation.account,
-                         "file for what the cameras did, at the end and at each SIGUSR1");
-    AddFaultOptions(*simulate, simulation.faults);
-    simulate->callback([&options] { Simulate(options.simulation, options.json); });
+        app.add_subcommand("simulate", "be GigE Vision cameras on the network");
+    simulate->set_help_flag();
+    simulate->prefix_command();
+    simulate->callback([simulate, &options] {
+        std::vector<std::string> arguments = simulate->remaining();
+        if (options.verbose) {
+            arguments.emplace_back("--verbose");
+        }
+        RunSimulator(options.program, arguments);
+    });
 }
 
 void AddCommands(CLI::App& app, CommandLine& options) {
     app.set_version_flag("--version", std::string(OVGetLibVersion()));
     app.footer(ExitCodesText());
-    AddVerbose(app, options);
+    AddVerbose(app, options.verbose);
     app.require_subcommand(1);
     WithSearch(AddCommand(app, "list", "find cameras and list them", options), options)
         ->callback([&options] { List(options.timeout, options.json); });
@@ -344,59 +328,18 @@ void AddCommands(CLI::App& app, CommandLine& options) {
     AddSimulate(app, options);
 }
 
-/// Commands run while their arguments are taken.
-ExitCode Run(CLI::App& app, int argc, char** argv) {
-    try {
-        OccupyStandardStreams();
-        app.parse(argc, argv);
-        FlushOutput();
-    } catch (const CLI::ParseError& wish) {
-        const bool isHelp = app.exit(wish) == static_cast<int>(CLI::ExitCodes::Success);
-        FlushOutput();
-        return isHelp ? ExitCode::Done : ExitCode::Usage;
-    }
-    return ExitCode::Done;
-}
-
-/// Texts of cameras may be among it.
-void PrintFailure(const std::string& text) {
-    // What was printed before it comes before it.
-    std::fflush(stdout);
-    std::fprintf(stderr, "ovtool: %s\n", VisibleLines(text).c_str());
-}
-
-ExitCode Explain(const ToolError& error, bool verbose) {
-    std::string text = error.what();
-    if (error.Code() == ExitCode::NoCamera) {
-        text += "\n" + SearchReport();
-    }
-    if (verbose && !error.Detail().empty()) {
-        text += "\nThe library says: " + error.Detail();
-    }
-    PrintFailure(text);
-    return error.Code();
-}
-
-ExitCode RunAndExplain(int argc, char** argv) {
-    CLI::App app("Looks at cameras, reads and writes their features, and grabs frames");
-    CommandLine options;
-    AddCommands(app, options);
-    try {
-        return Run(app, argc, argv);
-    } catch (const ToolError& error) {
-        return Explain(error, options.verbose);
-    }
+std::string AdviceOn(const ToolError& error) {
+    return error.Code() == ExitCode::NoCamera ? SearchReport() : "";
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    // An output that nobody reads any more is a failure, which has to put things back.
-    std::signal(SIGPIPE, SIG_IGN);
-    try {
-        return static_cast<int>(RunAndExplain(argc, argv));
-    } catch (const std::exception& error) {
-        PrintFailure(error.what());
-        return static_cast<int>(ExitCode::Failed);
-    }
+    return RunProgram([&] {
+        CLI::App app("Looks at cameras, reads and writes their features, and grabs frames");
+        CommandLine options;
+        options.program = argv[0];
+        AddCommands(app, options);
+        return RunCommandLine(app, argc, argv, options.verbose, AdviceOn);
+    });
 }

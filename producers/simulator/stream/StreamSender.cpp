@@ -59,6 +59,8 @@ void StreamSender::Run(const std::stop_token& stop) {
 }
 
 void StreamSender::CarryFrame(const std::stop_token& stop) {
+    // At once: whoever has stopped the camera knows for how many blocks to wait.
+    m_account.Add(Count::Blocks);
     const Block block = TakeBlock();
     const StreamSetup setup = Setup();
     const auto room = block->MakeRoom(m_camera.FrameSize());
@@ -71,7 +73,6 @@ void StreamSender::CarryFrame(const std::stop_token& stop) {
     Keep(block);
     const PacketPlan plan(*block, frame.frameId, m_faults, m_account);
     SendPaced(plan.Packets(), setup, stop);
-    m_account.Add(Count::Blocks);
 }
 
 void StreamSender::SpoilBlock(StreamBlock& block, uint64_t frame) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <iterator>
 #include <map>
 
 namespace {
@@ -51,6 +52,18 @@ Step FirstNoticed(const Steps& steps, const std::string& call, int32_t code) {
     const auto found = std::find_if(steps.begin(), steps.end(), isNoticed);
     return found == steps.end() ? Step{call, 1, Fate::Swallowed, "every one is passed over"}
                                 : *found;
+}
+
+std::vector<int32_t> AllFaultsOf(const std::string& call) {
+    std::vector<int32_t> codes;
+    std::copy_if(std::begin(kFaultCodes), std::end(kFaultCodes), std::back_inserter(codes),
+                 [&call](int32_t code) { return IsFault(call, code); });
+    return codes;
+}
+
+std::vector<int32_t> OneFaultOf(const std::string& call, size_t turn) {
+    const std::vector<int32_t> codes = AllFaultsOf(call);
+    return {codes[turn % codes.size()]};
 }
 
 }  // namespace
@@ -186,10 +199,10 @@ void FaultMatrix::Run(const FaultPlan& plan) {
     for (const Step& step : plan.steps) {
         for (unsigned i = 0; i < step.count; ++i) {
             ++nth[step.call];
-            for (const int32_t code : kFaultCodes) {
-                if (IsFault(step.call, code)) {
-                    RunOne(plan, {step, nth[step.call], code, false, false, OutcomeOf(step, code)});
-                }
+            // Between the first and the last of calls alike, each fails with one of the codes.
+            const bool isOuter = i == 0 || i + 1 == step.count;
+            for (const int32_t code : isOuter ? AllFaultsOf(step.call) : OneFaultOf(step.call, i)) {
+                RunOne(plan, {step, nth[step.call], code, false, false, OutcomeOf(step, code)});
             }
             constexpr int32_t kAnyCode = -1010;
             RunOne(plan, {step, nth[step.call], kAnyCode, false, true,
@@ -208,11 +221,9 @@ void FaultMatrix::RunPersistent(const FaultPlan& plan) {
         calls.insert(step.call);
     }
     for (const std::string& call : calls) {
-        for (const int32_t code : kFaultCodes) {
-            if (IsFault(call, code)) {
-                const Step step = FirstNoticed(plan.steps, call, code);
-                RunOne(plan, {step, 0, code, false, false, OutcomeOf(step, code, true)});
-            }
+        for (const int32_t code : AllFaultsOf(call)) {
+            const Step step = FirstNoticed(plan.steps, call, code);
+            RunOne(plan, {step, 0, code, false, false, OutcomeOf(step, code, true)});
         }
     }
 }

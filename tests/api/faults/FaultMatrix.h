@@ -61,7 +61,7 @@ protected:
     FaultMatrix();
     ~FaultMatrix() override;
 
-    /// Runs the plan for each call and each code.
+    /// Runs the plan for each call, and for each code with the first and the last of calls alike.
     void Run(const FaultPlan& plan);
     /// Runs the plan with calls that fail as often as they are made.
     void RunPersistent(const FaultPlan& plan);

@@ -10,7 +10,6 @@
 #include "OvIAPI.h"
 #include "camera/Session.h"
 #include "pipeline/PipelineOptions.h"
-#include "simulator/Faults.h"
 
 // The cameras that are found.
 
@@ -185,18 +184,7 @@ void PersistentIp(const CameraChoice& choice, const IpAddresses& wanted, bool js
 
 // Cameras that others find on the network.
 
-struct SimulationOptions {
-    /// "ADDRESS", with "/BITS" of the subnet and ":PORT" where they aren't the usual ones.
-    std::vector<std::string> places = {"127.0.0.1/8"};
-    /// Cameras for each place, at addresses that count on from it.
-    uint32_t count = 1;
-    /// Adapter that the cameras sit on; else the one that has the address.
-    std::string adapter;
-    bool zipped = true;
-    /// File with what the cameras did; empty: none is written.
-    std::string account;
-    OvSimulator::Faults faults;
-};
-
-/// Simulates cameras until Ctrl-C or a request to end. SIGUSR1 has the account written at once.
-void Simulate(const SimulationOptions& options, bool json);
+/// Becomes the simulator, a program of its own beside this one; returns only by a ToolError.
+/// @param program    this program as it was called, for the other's help
+/// @param arguments  what the simulator is told
+void RunSimulator(const std::string& program, const std::vector<std::string>& arguments);

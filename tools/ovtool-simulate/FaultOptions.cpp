@@ -1,4 +1,4 @@
-#include "simulation/FaultOptions.h"
+#include "FaultOptions.h"
 
 #include <CLI/CLI.hpp>
 #include <string>
