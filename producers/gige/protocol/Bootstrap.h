@@ -69,6 +69,11 @@ constexpr uint32_t kRegPrivilege = 0x0A00;
 constexpr uint32_t kRegOwnerPort = 0x0A04;
 constexpr uint32_t kRegOwnerIp = 0x0A14;
 constexpr uint32_t kRegMessagePort = 0x0B00;
+constexpr uint32_t kRegMessageDestination = 0x0B10;
+constexpr uint32_t kRegMessageTimeout = 0x0B14;  ///< milliseconds; 0: no answers are wanted
+constexpr uint32_t kRegMessageRetries = 0x0B18;
+constexpr uint32_t kRegMessageSourcePort = 0x0B1C;
+constexpr uint32_t kRegMessageConfig = 0x0B20;
 constexpr uint32_t kRegStreamPort = 0x0D00;
 constexpr uint32_t kRegStreamPacketSize = 0x0D04;
 constexpr uint32_t kRegStreamPacketDelay = 0x0D08;
@@ -126,6 +131,17 @@ constexpr uint32_t kOffersStreamSourcePort = 0x80000000;
 constexpr uint32_t kOffersShortBlockIds = 0x40000000;
 constexpr uint32_t kStreamConfigExtendedIds = 0x40000000;
 ///@}
+
+/// Bits of the message channel's capability and configuration.
+///@{
+constexpr uint32_t kOffersMessageSourcePort = 0x80000000;
+constexpr uint32_t kOffersMessageConfig = 0x40000000;
+constexpr uint32_t kOffersSeveralEvents = 0x20000000;
+constexpr uint32_t kMessageConfigSeveralEvents = 0x80000000;  ///< in one message
+///@}
+
+/// The host's port within the register of the message channel's port. 0 closes the channel.
+constexpr uint32_t kMessagePortMask = 0x0000FFFF;
 
 /// Bits of a stream's packet size register. The size counts the headers of IP and UDP.
 ///@{

@@ -32,19 +32,25 @@ Bytes Build(uint16_t first, uint16_t number, ByteView payload, uint16_t requestI
 
 }  // namespace
 
-std::optional<CommandPacket> ParseCommand(ByteView packet) {
+std::optional<CommandPacket> ParseMessage(ByteView packet) {
     if (packet.size() < kControlHeaderSize || packet[0] != std::byte{kCommandKey}) {
         return {};
     }
+    const auto length = ReadBig<uint16_t>(packet.subspan(kLengthAt));
     const ByteView payload = packet.subspan(kControlHeaderSize);
-    const auto requestId = ReadBig<uint16_t>(packet.subspan(kRequestAt));
-    if (ReadBig<uint16_t>(packet.subspan(kLengthAt)) != payload.size() || requestId == 0) {
+    if (length > payload.size()) {
         return {};
     }
     return CommandPacket{.flags = std::to_integer<uint8_t>(packet[kFlagsAt]),
                          .command = Command{ReadBig<uint16_t>(packet.subspan(kNumberAt))},
-                         .requestId = requestId,
-                         .payload = payload};
+                         .requestId = ReadBig<uint16_t>(packet.subspan(kRequestAt)),
+                         .payload = payload.first(length)};
+}
+
+std::optional<CommandPacket> ParseCommand(ByteView packet) {
+    const auto command = ParseMessage(packet);
+    const bool isExact = command && kControlHeaderSize + command->payload.size() == packet.size();
+    return isExact && command->requestId != 0 ? command : std::nullopt;
 }
 
 std::optional<AnswerPacket> ParseAnswer(ByteView packet) {

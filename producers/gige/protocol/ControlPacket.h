@@ -29,6 +29,10 @@ struct AnswerPacket {
 /// length that isn't that of the payload, the request number 0.
 std::optional<CommandPacket> ParseCommand(ByteView packet);
 
+/// Reads what a camera sends on its own. Like `ParseCommand`, but bytes beyond the length are
+/// ignored, and the number may be 0: a camera that counts through it shall not lose a message.
+std::optional<CommandPacket> ParseMessage(ByteView packet);
+
 /// Reads a packet from anyone. Nothing is returned for what isn't an answer. Bytes beyond the
 /// length are ignored, since some cameras fill their packets up.
 std::optional<AnswerPacket> ParseAnswer(ByteView packet);
