@@ -39,6 +39,12 @@ enum class Count : size_t {
     AskedPackets,    ///< that those commands asked for
     ResentPackets,   ///< sent again
     RefusedResends,  ///< commands answered by a packet that says why not
+    Events,          ///< that happened while somebody wanted them
+    DroppedEvents,   ///< of these, since too many waited
+    Messages,        ///< with events, each counted once
+    RepeatedMessages,
+    Acknowledgements,
+    AbandonedMessages,  ///< that nobody acknowledged
     // What was done wrong on purpose.
     MissingAnswers,
     DoubledAnswers,
@@ -58,6 +64,10 @@ enum class Count : size_t {
     DamagedBlocks,  ///< with a packet that was lost, truncated or corrupted
     WrongLeaders,
     JumpsBack,
+    LostMessages,
+    DoubledMessages,
+    IgnoredAcknowledgements,
+    ForeignMessages,
     Total
 };
 

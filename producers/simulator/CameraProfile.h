@@ -22,6 +22,13 @@ struct IpAddresses {
     bool operator==(const IpAddresses&) const = default;
 };
 
+/// What of the messages that carry events a camera sends.
+enum class MessageKind {
+    None,       ///< it has no channel for them
+    Event,      ///< time and frame of events
+    EventData,  ///< all that belongs to an event
+};
+
 struct CameraProfile {
     unsigned index = 0;   ///< tells the pictures of cameras apart
     std::string vendor;   ///< at most 31 bytes, as the other texts of the identity
@@ -40,6 +47,7 @@ struct CameraProfile {
     IpAddresses address;
     uint16_t port = OvGige::kControlPort;  ///< 0: any that is free
 
+    MessageKind messages = MessageKind::EventData;
     bool zipped = true;  ///< whether the camera's description is
     Faults faults;
 };

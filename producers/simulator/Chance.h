@@ -27,6 +27,10 @@ enum class Cause : uint64_t {
     Truncated,
     WrongLeader,
     JumpBack,
+    LostMessage,
+    DoubledMessage,
+    IgnoredAcknowledgement,
+    ForeignMessage,
 };
 
 /// Where something may happen: numbers that say which of its kind it is.

@@ -40,10 +40,19 @@ struct StreamFaults {
     double jumpBack = 0;     ///< blocks whose number is 1 again
 };
 
+/// On the message channel.
+struct MessageFaults {
+    double lost = 0;     ///< sendings of messages that don't take place
+    double doubled = 0;  ///< that take place twice
+    double ignored = 0;  ///< acknowledgements that the camera doesn't hear
+    double foreign = 0;  ///< sendings after one of the same events by somebody else
+};
+
 struct Faults {
     uint64_t seed = 0;
     ControlFaults control;
     StreamFaults stream;
+    MessageFaults message;
 };
 
 }  // namespace OvSimulator

@@ -7,6 +7,7 @@
 
 #include "framework/Failure.h"
 #include "gige/net/WaitForFiles.h"
+#include "simulator/message/MessageRegisters.h"
 #include "simulator/stream/StreamRegisters.h"
 
 namespace OvSimulator {
@@ -24,11 +25,15 @@ SimulatedCamera::SimulatedCamera(const CameraProfile& profile)
       m_adapter(AdapterFor(profile.adapter, profile.address.ip)),
       m_device(profile),
       m_stream(m_device.Camera(), profile.faults, m_account),
+      m_messages(std::make_shared<MessageSender>(profile, m_account)),
       m_server(m_device, profile.faults.control, *this, m_account),
       m_answers(profile.faults, m_account) {
     ConnectStreamRegisters(
         m_device.Bootstrap(), [this](const StreamSetup& setup) { m_stream.Configure(setup); },
         [this] { m_stream.FireTestPacket(); });
+    ConnectMessageRegisters(m_device.Bootstrap(), profile.messages,
+                            [this](const MessageSetup& setup) { m_messages->Configure(setup); });
+    m_device.Camera().Link().Open(m_messages);
     Occupy(profile.address);
     m_thread = std::thread([this] { Run(); });
 }
@@ -54,6 +59,10 @@ void SimulatedCamera::Occupy(const IpAddresses& addresses) {
     const uint16_t port = Address().port != 0 ? Address().port : m_profile.port;
     m_sockets.emplace(m_adapter, addresses, port);
     m_device.Bootstrap().Set(kRegStreamSourcePort, m_stream.Occupy(addresses.ip));
+    const uint16_t messagePort = m_messages->Occupy(addresses.ip);
+    if (m_profile.messages != MessageKind::None) {
+        m_device.Bootstrap().Set(kRegMessageSourcePort, messagePort);
+    }
     const std::lock_guard lock(m_mutex);
     m_address = m_sockets->Local();
 }
@@ -151,7 +160,7 @@ bool SimulatedCamera::IsOnBus() {
     }
     if (link.IsLost()) {
         // It comes back as a camera that was switched off and on.
-        link.Close();
+        link.Open(m_messages);
         m_server.Forget();
     }
     return true;

@@ -10,6 +10,7 @@
 #include "gige/net/WakeFile.h"
 #include "simulator/control/AnswerFaults.h"
 #include "simulator/control/CommandServer.h"
+#include "simulator/message/MessageSender.h"
 #include "simulator/net/AddressLease.h"
 #include "simulator/net/CameraSockets.h"
 #include "simulator/stream/StreamSender.h"
@@ -50,6 +51,7 @@ private:
     Account m_account;
     CameraDevice m_device;
     StreamSender m_stream;
+    const std::shared_ptr<MessageSender> m_messages;
     CommandServer m_server;
     AnswerFaults m_answers;
     std::multimap<Clock::time_point, TimedReply> m_waiting;  // by the time at which they leave

@@ -68,7 +68,8 @@ TEST_F(Commands, RefusesWhatTheCamerasMemoryHasNot) {
     TakeControl();
     EXPECT_EQ(ReadMemory(0x00010C00, 4).status, Status::InvalidAddress);
     EXPECT_EQ(ReadMemory(0x0000B000, 4).status, Status::InvalidAddress);
-    EXPECT_EQ(ReadRegister(kRegMessagePort).status, Status::InvalidAddress);  // no such channel
+    EXPECT_EQ(ReadRegister(kRegStreamPort + kRegStreamChannelStride).status,
+              Status::InvalidAddress);  // no such channel
     EXPECT_EQ(ReadMemory(0xFFFFFFFC, 8).status, Status::InvalidAddress);
     EXPECT_EQ(WriteMemory(kWidth, Word(0x05000000)).status, Status::InvalidParameter);
     EXPECT_EQ(WriteMemory(kPayloadSize, Word(0)).status, Status::AccessDenied);

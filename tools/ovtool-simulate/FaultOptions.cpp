@@ -9,6 +9,7 @@ namespace {
 
 using OvSimulator::ControlFaults;
 using OvSimulator::Faults;
+using OvSimulator::MessageFaults;
 using OvSimulator::StreamFaults;
 
 /// A share of all occasions, which the command line says in percent.
@@ -36,6 +37,15 @@ constexpr ShareOption<StreamFaults> kPacketShares[] = {
     {"--reorder", &StreamFaults::reordered, "percent that come after the next packet"},
     {"--wrong-leader", &StreamFaults::wrongLeader, "percent of the frames that say another size"},
     {"--jump-back", &StreamFaults::jumpBack, "percent of the frames whose number is 1 again"},
+};
+
+constexpr ShareOption<MessageFaults> kMessageShares[] = {
+    {"--lose-messages", &MessageFaults::lost, "percent of the messages that aren't sent"},
+    {"--double-messages", &MessageFaults::doubled, "percent that are sent twice"},
+    {"--ignore-acknowledgements", &MessageFaults::ignored,
+     "percent of the acknowledgements that the camera doesn't hear"},
+    {"--foreign-messages", &MessageFaults::foreign,
+     "percent of the messages that come after one of another sender"},
 };
 
 template <class Kind, size_t Count>
@@ -95,6 +105,8 @@ void AddFaultOptions(CLI::App& command, Faults& faults) {
     AddControlFaults(*command.add_option_group("Faults of answers"), faults.control);
     CLI::Option_group& stream = *command.add_option_group("Faults of frames");
     AddShares(stream, faults.stream, kPacketShares);
+    AddShares(*command.add_option_group("Faults of messages with events"), faults.message,
+              kMessageShares);
     stream.add_option("--burst", faults.stream.burst, "packets in a row that are lost at a time")
         ->check(CLI::Range(1, 100000))
         ->capture_default_str();

@@ -58,6 +58,12 @@ constexpr auto kRows = std::to_array<Row>({
     {.address = kRegPrivilege},  // written only by way of who asks
     {.address = kRegOwnerPort},
     {.address = kRegOwnerIp},
+    {.address = kRegMessagePort, .writable = 0x000FFFFF},
+    {.address = kRegMessageDestination, .writable = kAll},
+    {.address = kRegMessageTimeout, .writable = kAll},
+    {.address = kRegMessageRetries, .writable = kAll},
+    {.address = kRegMessageSourcePort},
+    {.address = kRegMessageConfig, .writable = kMessageConfigSeveralEvents},
     {.address = kRegStreamPort, .writable = 0x000FFFFF},
     {.address = kRegStreamPacketSize, .writable = kAll},
     {.address = kRegStreamPacketDelay, .writable = kAll},
@@ -118,7 +124,11 @@ void BootstrapRegisters::CheckWrites(uint32_t address, Check check) {
 }
 
 void BootstrapRegisters::FollowWrites(uint32_t address, Effect effect) {
-    At(address).effect = std::move(effect);
+    At(address).effects.push_back(std::move(effect));
+}
+
+void BootstrapRegisters::Remove(uint32_t address) {
+    m_words.erase(address);
 }
 
 Status BootstrapRegisters::Read(uint32_t address, uint32_t& value) const {
@@ -150,8 +160,8 @@ Status BootstrapRegisters::Write(uint32_t address, uint32_t value) {
         }
     }
     word.value = next;
-    if (word.effect) {
-        word.effect(next);
+    for (const Effect& effect : word.effects) {
+        effect(next);
     }
     return Status::Success;
 }

@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "gige/protocol/Bootstrap.h"
 #include "gige/protocol/Gvcp.h"
@@ -39,7 +40,10 @@ public:
     /// Cuts what doesn't fit, a zero at the end included.
     void SetText(OvGige::TextRegister text, std::string_view value);
     void CheckWrites(uint32_t address, Check check);
+    /// Effects of the same register take place in the order in which they were added.
     void FollowWrites(uint32_t address, Effect effect);
+    /// Takes away a register that not every camera has.
+    void Remove(uint32_t address);
 
     // A host's side.
 
@@ -52,7 +56,7 @@ private:
         uint32_t writable = 0;  ///< bits that a host may change
         bool isReadable = true;
         Check check;
-        Effect effect;
+        std::vector<Effect> effects;
     };
 
     Word& At(uint32_t address);

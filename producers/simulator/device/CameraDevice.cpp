@@ -252,6 +252,7 @@ void CameraDevice::Release() {
     m_camera->SetParamsLocked(false);
     m_camera->Files().Reset();
     m_bootstrap.Write(kRegStreamPort, 0);
+    m_bootstrap.Write(kRegMessagePort, 0);
 }
 
 }  // namespace OvSimulator

@@ -39,17 +39,28 @@ std::string WithMovedRegisters(std::string_view xml, uint64_t base) {
     return moved;
 }
 
+void Replace(std::string& xml, std::string_view old, std::string_view text, size_t from = 0) {
+    const size_t at = xml.find(old, from);
+    OV_ASSERT(at != std::string::npos);
+    xml.replace(at, old.size(), text);
+}
+
+/// Where time and data of an event are depends on whether numbers of blocks have 64 bits.
+void MoveEventData(std::string& xml) {
+    for (const std::string_view event : {"ExposureEnd", "FrameStartOvertrigger", "BlockDiscard"}) {
+        const std::string node = "<IntReg Name=\"Event" + std::string(event);
+        Replace(xml, "<Address>8</Address>", "<pAddress>EventTimestampAddress</pAddress>",
+                xml.find(node + "Timestamp\""));
+        Replace(xml, "<Address>16</Address>", "<pAddress>EventDataAddress</pAddress>",
+                xml.find(node + "FrameID\""));
+    }
+}
+
 /// Puts `text` before the first `mark`.
 void InsertBefore(std::string& xml, std::string_view mark, std::string_view text) {
     const size_t at = xml.find(mark);
     OV_ASSERT(at != std::string::npos);
     xml.insert(at, text);
-}
-
-void Replace(std::string& xml, std::string_view old, std::string_view text) {
-    const size_t at = xml.find(old);
-    OV_ASSERT(at != std::string::npos);
-    xml.replace(at, old.size(), text);
 }
 
 }  // namespace
@@ -61,6 +72,7 @@ std::string GigeDescription(uint64_t base) {
     Replace(xml, "StandardNameSpace=\"None\"", "StandardNameSpace=\"GEV\"");
     Replace(xml, "B3E6-1F490C8A0001", "B3E6-1F490C8A0002");
     Replace(xml, "B3E6-1F490C8A1000", "B3E6-1F490C8A2000");
+    MoveEventData(xml);
     InsertBefore(xml, "<pFeature>ChunkDataControl</pFeature>",
                  "<pFeature>GigEVisionControl</pFeature>\n    ");
     InsertBefore(xml, "</RegisterDescription>", OvProducer::kGigeFeatures);
