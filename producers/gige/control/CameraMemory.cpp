@@ -52,6 +52,14 @@ uint32_t CameraMemory::ReadRegister(uint32_t address,
     return answer->front();
 }
 
+uint32_t CameraMemory::ReadRegisterIfThere(uint32_t address) {
+    try {
+        return ReadRegister(address);
+    } catch (const Refusal&) {
+        return 0;
+    }
+}
+
 void CameraMemory::WriteRegister(uint32_t address, uint32_t value) {
     const std::array writes{RegisterWrite{.address = address, .value = value}};
     m_channel.Exchange(Command::WriteRegister, BuildWrites(writes));

@@ -21,6 +21,8 @@ public:
 
     /// @param limit  as in `ControlChannel::Exchange`
     uint32_t ReadRegister(uint32_t address, std::optional<std::chrono::milliseconds> limit = {});
+    /// The value of a register that not every camera has; 0 if the camera refuses to be read there.
+    uint32_t ReadRegisterIfThere(uint32_t address);
     void WriteRegister(uint32_t address, uint32_t value);
 
     Clock::time_point LastAnswer() const { return m_channel.LastAnswer(); }

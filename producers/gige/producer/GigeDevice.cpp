@@ -5,6 +5,8 @@
 
 #include "framework/Failure.h"
 #include "gige/device/ResetCommand.h"
+#include "gige/message/MessageChannel.h"
+#include "gige/net/CameraSocket.h"
 #include "gige/protocol/Bootstrap.h"
 
 namespace OvGige {
@@ -126,15 +128,39 @@ void GigeDevice::Open(GenTL::DEVICE_ACCESS_FLAGS flags, std::weak_ptr<OvProducer
     session->endpoint = camera.endpoint;
     session->isWritable = flags != GenTL::DEVICE_ACCESS_READONLY;
     session->connection =
-        ConnectTo(session->adapter, camera, AccessOf(flags), [sink = std::move(sink)] {
+        ConnectTo(session->adapter, camera, AccessOf(flags), [sink, end = session->end] {
+            end->Signal();
             if (const auto device = sink.lock()) {
                 device->Post(GenTL::EVENT_DEVICE_OFFLINE, {});
             }
         });
     session->tickFrequency = TickFrequencyOf(*session->connection);
     session->watch = WatchAdapter(session->adapter, session->connection);
+    session->messages = OpenMessages(*session, std::move(sink));
     const std::lock_guard lock(m_mutex);
     m_session = std::move(session);
+}
+
+// A camera without events is still a camera. One that was opened for reading sends its events to
+// its owner.
+std::unique_ptr<MessageReceiver> GigeDevice::OpenMessages(
+    const Session& session, std::weak_ptr<OvProducer::EventSink> sink) {
+    try {
+        MessageChannel channel(session.connection->Memory());
+        if (!session.isWritable || !channel.IsThere()) {
+            return nullptr;
+        }
+        UdpSocket socket = MakeCameraSocket(session.adapter);
+        const Endpoint destination = socket.Local();
+        auto receiver = std::make_unique<MessageReceiver>(
+            std::move(socket), Endpoint{session.endpoint.ip, channel.SourcePort()}, std::move(sink),
+            session.end);
+        channel.Open(destination);
+        return receiver;
+    } catch (const Failure& failure) {
+        OvProducer::LogWarning(std::string("The camera sends no events: ") + failure.what());
+        return nullptr;
+    }
 }
 
 // Calls of other threads may still have the session; what they do fails once the connection is
@@ -147,12 +173,17 @@ void GigeDevice::Close() {
     }
     if (session) {
         session->watch.reset();
+        if (session->messages) {
+            session->messages->Stop();
+        }
         session->connection->Close();
     }
 }
 
 bool GigeDevice::OffersEvent(GenTL::EVENT_TYPE type) {
-    return type == GenTL::EVENT_DEVICE_OFFLINE;
+    const auto session = FindSession();
+    return type == GenTL::EVENT_DEVICE_OFFLINE ||
+           (type == GenTL::EVENT_REMOTE_DEVICE && session && session->messages);
 }
 
 std::unique_ptr<OvProducer::Port> GigeDevice::MakeRemotePort() {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "framework/Backend.h"
+#include "gige/message/MessageReceiver.h"
 #include "gige/producer/CameraContact.h"
 #include "gige/producer/CameraPort.h"
 #include "gige/producer/IpSettings.h"
@@ -65,9 +66,14 @@ private:
         uint64_t tickFrequency = 0;
         std::shared_ptr<CameraConnection> connection;
         std::unique_ptr<AdapterWatch> watch;
+        /// Signalled once the camera is closed or lost.
+        std::shared_ptr<const WakeFile> end = std::make_shared<const WakeFile>();
+        std::unique_ptr<MessageReceiver> messages;  ///< null if the camera sends none to this host
         std::shared_ptr<PortState> port = std::make_shared<PortState>();
     };
 
+    static std::unique_ptr<MessageReceiver> OpenMessages(const Session& session,
+                                                         std::weak_ptr<OvProducer::EventSink> sink);
     std::shared_ptr<Session> FindSession() const;
     /// @throws OvProducer::Failure GC_ERR_INVALID_HANDLE if the camera is closed
     std::shared_ptr<Session> GetSession() const;

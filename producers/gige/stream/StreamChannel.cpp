@@ -3,24 +3,12 @@
 #include "gige/protocol/Bootstrap.h"
 
 namespace OvGige {
-namespace {
-
-/// The value of a register that not every camera has; 0 if it has none.
-uint32_t ReadIfThere(CameraMemory& camera, uint32_t address) {
-    try {
-        return camera.ReadRegister(address);
-    } catch (const Refusal&) {
-        return 0;
-    }
-}
-
-}  // namespace
 
 void StreamChannel::Open(const Endpoint& destination) {
     m_camera.WriteRegister(kRegStreamPort, 0);
     m_camera.WriteRegister(kRegStreamDestination, destination.ip.value);
     // An earlier user may have switched to a form that isn't understood here.
-    if (const uint32_t switches = ReadIfThere(m_camera, kRegStreamSwitches);
+    if (const uint32_t switches = m_camera.ReadRegisterIfThere(kRegStreamSwitches);
         (switches & kStreamSwitchGenDc) != 0) {
         m_camera.WriteRegister(kRegStreamSwitches, switches & ~kStreamSwitchGenDc);
     }
@@ -62,8 +50,8 @@ std::optional<size_t> StreamChannel::FireTestPacket(size_t size) {
 
 uint16_t StreamChannel::SourcePort() const {
     const bool isOffered =
-        (ReadIfThere(m_camera, kRegStreamCapability) & kOffersStreamSourcePort) != 0;
-    return isOffered ? static_cast<uint16_t>(ReadIfThere(m_camera, kRegStreamSourcePort) &
+        (m_camera.ReadRegisterIfThere(kRegStreamCapability) & kOffersStreamSourcePort) != 0;
+    return isOffered ? static_cast<uint16_t>(m_camera.ReadRegisterIfThere(kRegStreamSourcePort) &
                                              kStreamPortMask)
                      : uint16_t{0};
 }

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <deque>
 #include <memory>
@@ -13,6 +14,7 @@
 
 #include "GenTLApi.h"
 #include "LoopbackSocket.h"
+#include "gige/protocol/BigEndian.h"
 #include "simulator/SimulatedCamera.h"
 
 class GigeProducerTest : public testing::Test {
@@ -34,12 +36,14 @@ protected:
     }
 
     /// Adds a camera. Cameras differ by their number.
-    OvSimulator::SimulatedCamera& AddCamera(unsigned index = 0,
-                                            const OvSimulator::Faults& faults = {}) {
+    OvSimulator::SimulatedCamera& AddCamera(
+        unsigned index = 0, const OvSimulator::Faults& faults = {},
+        OvSimulator::MessageKind messages = OvSimulator::MessageKind::EventData) {
         constexpr OvSimulator::IpAddresses kHere{
             .ip = kLoopback, .mask = {0xFF000000}, .gateway = {}};
         OvSimulator::CameraProfile profile = OvSimulator::MakeProfile(index, kHere, 0);
         profile.faults = faults;
+        profile.messages = messages;
         m_simulated.push_back(std::make_unique<OvSimulator::SimulatedCamera>(profile));
         return *m_simulated.back();
     }
@@ -135,6 +139,18 @@ protected:
         size_t size = sizeof value;
         return Api().GCWritePort(port, address, &value, &size);
     }
+    /// Registers of the camera, which have the most significant byte first.
+    ///@{
+    uint32_t ReadBigRegister(uint32_t address) {
+        const auto bytes = Read<std::array<std::byte, 4>>(Way().port, address);
+        return OvGige::ReadBig<uint32_t>(bytes);
+    }
+    GenTL::GC_ERROR WriteBigRegister(uint32_t address, uint32_t value) {
+        std::array<std::byte, 4> bytes{};
+        OvGige::WriteBig(std::span<std::byte>(bytes), value);
+        return Write(Way().port, address, bytes);
+    }
+    ///@}
     GenTL::GC_ERROR WriteText(GenTL::PORT_HANDLE port, uint64_t address, const std::string& text) {
         size_t size = text.size() + 1;
         return Api().GCWritePort(port, address, text.c_str(), &size);

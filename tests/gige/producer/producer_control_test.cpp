@@ -14,15 +14,6 @@ using OvSimulator::Count;
 /// An open camera and the calls on its ports.
 class GigeControl : public GigeProducerTest {
 protected:
-    uint32_t ReadBigRegister(uint32_t address) {
-        const auto bytes = Read<std::array<std::byte, 4>>(Way().port, address);
-        return ReadBig<uint32_t>(bytes);
-    }
-    GenTL::GC_ERROR WriteBigRegister(uint32_t address, uint32_t value) {
-        std::array<std::byte, 4> bytes{};
-        WriteBig(std::span<std::byte>(bytes), value);
-        return Write(Way().port, address, bytes);
-    }
     /// Waits until the camera is known to be lost.
     void AwaitLoss() {
         GenTL::EVENT_HANDLE event = nullptr;
