@@ -33,8 +33,9 @@ protected:
         EXPECT_EQ(capture.Wait().status, 0);
     }
     /// The packets that fit a filter, one a line.
-    std::string Packets(const std::string& filter) {
-        return ToolProcess("exec tshark -r '" + File() + "' -Y '" + filter + "'",
+    /// @param more  options of the program
+    std::string Packets(const std::string& filter, const std::string& more = "") {
+        return ToolProcess("exec tshark -r '" + File() + "' -Y '" + filter + "' " + more,
                            folder / "dissection")
             .Wait()
             .out;
@@ -66,6 +67,25 @@ TEST_F(NetworkCaptures, EveryPacketOfBothEndsIsWellFormed) {
     EXPECT_NE(Packets("gvsp.format == 2"), "") << "a trailer";
     EXPECT_NE(Packets("gvsp.format == 3"), "") << "payload";
     EXPECT_NE(Packets("gvcp.cmd.forceip.ip == 10.1.0.9"), "");
+}
+
+TEST_F(NetworkCaptures, EveryMessageWithEventsIsWellFormed) {
+    const SimulatedCameras simulated = SimulateOne();
+    const auto capture = StartCapture();
+    Printed("events --event ExposureEnd --count 3");
+    End(*capture);
+    // The dissector knows the protocol by the camera's port for commands, which messages don't use.
+    const std::string ports =
+        Packets("ip.src == 10.1.0.2 && udp.srcport != 3956 && udp.length == 40",
+                "-T fields -e udp.dstport");
+    const std::string port = ports.substr(0, ports.find('\n'));
+    ASSERT_NE(port, "");
+    const std::string known = "-d udp.port==" + port + ",gvcp";
+    EXPECT_EQ(Packets("_ws.malformed", known), "");
+    EXPECT_EQ(Packets("gvcp.cmd.command == 0x00c2", known + " -T fields -e gvcp.cmd.eventdata.data")
+                  .substr(0, 3 * 17),
+              "0000000000000000\n0000000000000001\n0000000000000002\n");
+    EXPECT_NE(Packets("gvcp.ack == 0x00c3 && gvcp.cmd.status == 0", known), "");
 }
 
 }  // namespace

@@ -5,14 +5,18 @@
 #include <stdexcept>
 #include <string>
 
+#include "GenApi/EventAdapterGeneric.h"
+#include "GenApi/IBoolean.h"
 #include "GenApi/ICategory.h"
 #include "GenApi/ICommand.h"
 #include "GenApi/IInteger.h"
 #include "GenApi/INodeMap.h"
 #include "GenApi/IPort.h"
 #include "GenApi/NodeMapFactory.h"
+#include "gige/protocol/GvcpEvent.h"
 #include "simulator/device/CameraDevice.h"
 #include "simulator/device/GigeDescription.h"
+#include "simulator/message/MessageRegisters.h"
 #include "simulator/stream/StreamRegisters.h"
 
 namespace {
@@ -117,6 +121,36 @@ TEST_F(SimulatedDescription, HasTheFeaturesOfEveryGigEVisionCamera) {
     EXPECT_EQ(As<GenApi::IInteger>("GevSCPSPacketSize").GetValue(), 1500);
     As<GenApi::IInteger>("GevHeartbeatTimeout").SetValue(10'000);
     EXPECT_EQ(m_device.Bootstrap().Get(OvGige::kRegHeartbeatTimeout), 10'000U);
+}
+
+TEST_F(SimulatedDescription, FindsTimeAndDataOfEventsInBothForms) {
+    OvGige::Bytes data;
+    OvGige::Append(data, uint64_t{7});
+    GenApi::CEventAdapterGeneric adapter(m_map);
+    for (const bool isExtended : {false, true}) {
+        As<GenApi::IBoolean>("GevGVSPExtendedIDMode").SetValue(isExtended);
+        const OvGige::Bytes event =
+            OvGige::BuildEvent({.id = 0x9001, .timestamp = 123, .data = data}, isExtended);
+        adapter.DeliverMessage(reinterpret_cast<const uint8_t*>(event.data()),
+                               static_cast<int64_t>(event.size()), 0x9001);
+        EXPECT_EQ(As<GenApi::IInteger>("EventExposureEnd").GetValue(), 0x9001);
+        EXPECT_EQ(As<GenApi::IInteger>("EventExposureEndTimestamp").GetValue(), 123);
+        EXPECT_EQ(As<GenApi::IInteger>("EventExposureEndFrameID").GetValue(), 7);
+    }
+}
+
+TEST_F(SimulatedDescription, ShowsTheMessageChannel) {
+    ConnectMessageRegisters(m_device.Bootstrap(), MessageKind::EventData,
+                            [](const MessageSetup&) {});
+    EXPECT_EQ(As<GenApi::IInteger>("GevMessageChannelCount").GetValue(), 1);
+    As<GenApi::IInteger>("GevMCTT").SetValue(50);
+    As<GenApi::IInteger>("GevMCRC").SetValue(3);
+    As<GenApi::IInteger>("GevMCDA").SetValue(0x0A010001);
+    As<GenApi::IInteger>("GevMCPHostPort").SetValue(50'000);
+    EXPECT_EQ(MessageSetupOf(m_device.Bootstrap()),
+              (MessageSetup{.destination = {{0x0A010001}, 50'000},
+                            .timeout = std::chrono::milliseconds(50),
+                            .retries = 3}));
 }
 
 TEST_F(SimulatedDescription, KeepsTheTimeThatIsLatched) {
