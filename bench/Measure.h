@@ -1,11 +1,11 @@
 #pragma once
-/// Times of short operations. Machines are noisy, so the best of many rounds counts, and
-/// figures are ratios to others of the same run.
+/// Times of short operations. Machines are noisy, so the median of many rounds counts (the best
+/// would be a round that no other program has), and figures are ratios to others of the same run.
 
 #include <algorithm>
 #include <cstddef>
 #include <ctime>
-#include <limits>
+#include <utility>
 #include <vector>
 
 /// Keeps the compiler from removing the computation of the value.
@@ -21,23 +21,22 @@ inline double ThreadNanoseconds() {
     return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
 }
 
-/// CPU time of one call in nanoseconds: the best of some rounds of `calls` calls each.
+inline double Median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    const size_t middle = values.size() / 2;
+    return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+/// CPU time of one call in nanoseconds: the median of some rounds of `calls` calls each.
 template <class Call>
 double Nanoseconds(size_t calls, const Call& call, int rounds = 15) {
-    double best = std::numeric_limits<double>::max();
+    std::vector<double> times;
     for (int round = 0; round < rounds; ++round) {
         const double begin = ThreadNanoseconds();
         for (size_t i = 0; i < calls; ++i) {
             call();
         }
-        const double elapsed = ThreadNanoseconds() - begin;
-        best = std::min(best, elapsed / static_cast<double>(calls));
+        times.push_back((ThreadNanoseconds() - begin) / static_cast<double>(calls));
     }
-    return best;
-}
-
-inline double Median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    const size_t middle = values.size() / 2;
-    return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+    return Median(std::move(times));
 }

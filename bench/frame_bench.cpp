@@ -1,6 +1,6 @@
 // How long a frame takes from the producer's buffer to the application, compared to a
-// bare hand-over between threads. The source draws nothing and only waits for free
-// buffers.
+// bare hand-over between threads: in a flood, whose source draws nothing and only waits for free
+// buffers, and at the pace of cameras.
 
 #include <sys/resource.h>
 #include <time.h>
@@ -10,16 +10,20 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 #include <mutex>
+#include <optional>
+#include <stop_token>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "CountingMemory.h"
+#include "Goals.h"
 #include "Measure.h"
 #include "OvIAPI.h"
 #include "OvTestControl.h"
+#include "Pace.h"
 
 namespace {
 
@@ -93,45 +97,57 @@ private:
     Spent m_spent;
 };
 
-/// The best figures of all rounds, per frame.
-class Best {
+/// The medians of all rounds, per frame.
+class Medians {
 public:
-    explicit Best(uint64_t frames) : m_frames(static_cast<double>(frames)) {}
+    explicit Medians(uint64_t frames) : m_frames(static_cast<double>(frames)) {}
 
-    void Add(const Spent& spent) {
-        m_wall = std::min(m_wall, spent.wall / m_frames);
-        m_process = std::min(m_process, spent.process / m_frames);
-        m_thread = std::min(m_thread, spent.thread / m_frames);
-        m_switches = std::min(m_switches, spent.switches / m_frames);
-        m_allocations = std::min(m_allocations, static_cast<double>(spent.allocations));
+    void Add(const Spent& spent) { m_rounds.push_back(spent); }
+    double Thread() const {
+        return Of([](const Spent& spent) { return spent.thread; });
     }
-    double Thread() const { return m_thread; }
 
     void Print(const std::string& name) const {
         std::printf(
             "%-20s %7.0f frames/s  CPU %6.2f us/frame  receiver %6.2f us  switches %5.2f"
             "  allocations %g\n",
-            name.c_str(), 1 / m_wall, m_process * 1e6, m_thread * 1e6, m_switches, m_allocations);
+            name.c_str(), 1 / Wall(), Process() * 1e6, Thread() * 1e6,
+            Of([](const Spent& spent) { return spent.switches; }), Allocations());
     }
     void PrintBesideGoals(const std::string& name) const {
         Print(name);
         std::printf(
             "%-20s %7.0f %s      %6.2f us %s           %6.2f us %s                   0 %s\n",
-            "  goal", kGoalRate, Met(1 / m_wall >= kGoalRate), kGoalProcess * 1e6,
-            Met(m_process <= kGoalProcess), kGoalThread * 1e6, Met(m_thread <= kGoalThread),
-            Met(m_allocations == 0));
+            "  goal", kGoalRate, Met(1 / Wall() >= kGoalRate), kGoalProcess * 1e6,
+            Met(Process() <= kGoalProcess), kGoalThread * 1e6, Met(Thread() <= kGoalThread),
+            Met(Allocations() == 0));
     }
 
 private:
     static const char* Met(bool met) { return met ? "met   " : "missed"; }
 
-    static constexpr double kNone = std::numeric_limits<double>::max();
-    const double m_frames;
-    double m_wall = kNone;
-    double m_process = kNone;
-    double m_thread = kNone;
-    double m_switches = kNone;
-    double m_allocations = kNone;
+    double Wall() const {
+        return Of([](const Spent& spent) { return spent.wall; });
+    }
+    double Process() const {
+        return Of([](const Spent& spent) { return spent.process; });
+    }
+    /// Of a whole round.
+    double Allocations() const {
+        return m_frames *
+               Of([](const Spent& spent) { return static_cast<double>(spent.allocations); });
+    }
+    template <class Figure>
+    double Of(const Figure& figure) const {
+        std::vector<double> values;
+        for (const Spent& round : m_rounds) {
+            values.push_back(figure(round) / m_frames);
+        }
+        return Median(std::move(values));
+    }
+
+    double m_frames;
+    std::vector<Spent> m_rounds;
 };
 
 void Check(OV_STATUS status, const char* call) {
@@ -218,11 +234,18 @@ public:
     }
 
     Spent OnLoan() {
-        return Pull(kFrames, [this] {
-            OV_FRAME_BUFFER* frame = nullptr;
-            Check(OVDQBuf(m_handle, &frame, kTimeOut), "OVDQBuf");
-            Check(OVQBuf(m_handle, frame), "OVQBuf");
-        });
+        return Pull(kFrames, [this] { TakeOnLoan(); });
+    }
+
+    /// What one frame costs when they come at that pace.
+    FrameCost OnLoanAtPace(const Placement& placement, unsigned perSecond, unsigned frames) {
+        placement.MoveToOthers();
+        Check(OVStreamOn(m_handle), "OVStreamOn");
+        const FrameCost cost = MeasureAtPace(
+            placement, perSecond, frames, [this] { m_producer.Trigger(0, 0, 1); },
+            [this] { TakeOnLoan(); });
+        Check(OVStreamOff(m_handle), "OVStreamOff");
+        return cost;
     }
 
     Spent ByCopy(uint8_t* memory) {
@@ -254,6 +277,12 @@ private:
         }
     };
 
+    void TakeOnLoan() {
+        OV_FRAME_BUFFER* frame = nullptr;
+        Check(OVDQBuf(m_handle, &frame, kTimeOut), "OVDQBuf");
+        Check(OVQBuf(m_handle, frame), "OVQBuf");
+    }
+
     template <class Take>
     Spent Pull(uint64_t frames, const Take& take) {
         Start();
@@ -279,12 +308,12 @@ private:
 };
 
 template <class Run>
-Best BestOf(const Run& run) {
-    Best best(kFrames);
+Medians MediansOf(const Run& run) {
+    Medians medians(kFrames);
     for (int round = 0; round < kRounds; ++round) {
-        best.Add(run());
+        medians.Add(run());
     }
-    return best;
+    return medians;
 }
 
 /// CPU time of a bare copy from five buffers in turn, as with a camera.
@@ -313,12 +342,13 @@ private:
 void MeasureCopies(Camera& camera, const std::string& size) {
     std::vector<uint8_t> memory(camera.Payload());
     BareCopy bare(camera.Payload());
-    double bareSeconds = std::numeric_limits<double>::max();
-    Best copied(kCopiedFrames);
+    std::vector<double> bareTimes;
+    Medians copied(kCopiedFrames);
     for (int round = 0; round < kRounds; ++round) {
         copied.Add(camera.ByCopy(memory.data()));
-        bareSeconds = std::min(bareSeconds, bare.Run());
+        bareTimes.push_back(bare.Run());
     }
+    const double bareSeconds = Median(std::move(bareTimes));
     copied.Print("copy" + size);
     std::printf("%-20s %7.2f us for memcpy; the receiver takes %.2f us or %.0f %% more\n", "",
                 bareSeconds * 1e6, (copied.Thread() - bareSeconds) * 1e6,
@@ -328,16 +358,104 @@ void MeasureCopies(Camera& camera, const std::string& size) {
 void Measure(TestProducer& producer, uint32_t width, uint32_t height) {
     const std::string size = " " + std::to_string(width) + "x" + std::to_string(height);
     Camera camera(producer, width, height);
-    BestOf([&] { return camera.ByCallback(); }).PrintBesideGoals("callback" + size);
-    BestOf([&] { return camera.OnLoan(); }).PrintBesideGoals("loan" + size);
+    MediansOf([&] { return camera.ByCallback(); }).PrintBesideGoals("callback" + size);
+    MediansOf([&] { return camera.OnLoan(); }).PrintBesideGoals("loan" + size);
     MeasureCopies(camera, size);
+}
+
+/// The same with a lock and a condition alone.
+FrameCost BareAtPace(const Placement& placement, unsigned perSecond, unsigned frames) {
+    std::mutex mutex;
+    std::condition_variable filled;
+    unsigned waiting = 0;
+    return MeasureAtPace(
+        placement, perSecond, frames,
+        [&] {
+            {
+                const std::lock_guard lock(mutex);
+                ++waiting;
+            }
+            filled.notify_one();
+        },
+        [&] {
+            std::unique_lock lock(mutex);
+            filled.wait(lock, [&] { return waiting != 0; });
+            --waiting;
+        });
+}
+
+/// A thread that computes all the time beside those of the frames, or none.
+class SecondThread {
+public:
+    SecondThread(const Placement& placement, bool isThere) {
+        if (isThere) {
+            m_thread = std::jthread([&placement](const std::stop_token& stop) {
+                placement.MoveToOthers();
+                for (uint64_t number = 1; !stop.stop_requested();) {
+                    number = number * 6364136223846793005U + 1;
+                    Keep(number);
+                }
+            });
+        }
+    }
+
+private:
+    std::jthread m_thread;
+};
+
+FrameCost MedianCost(const std::vector<FrameCost>& rounds) {
+    std::vector<double> seconds;
+    std::vector<double> instructions;
+    for (const FrameCost& round : rounds) {
+        seconds.push_back(round.seconds);
+        instructions.push_back(round.instructions.value_or(0));
+    }
+    FrameCost cost{Median(std::move(seconds)), std::nullopt};
+    if (rounds.front().instructions) {
+        cost.instructions = Median(std::move(instructions));
+    }
+    return cost;
+}
+
+/// Rounds of library and bare hand-over alternate, since the machine's load changes.
+void MeasureAtPaces(TestProducer& producer, bool withSecondThread) {
+    constexpr int kPaceRounds = 5;
+    Goals goals("frame_bench");
+    Camera camera(producer, 640, 480);
+    const Placement placement;
+    std::printf(
+        "A frame on loan beside a bare hand-over, medians of %d rounds, %s;\n%s:\n", kPaceRounds,
+        placement.Text().c_str(),
+        withSecondThread ? "a second thread computes there all the time" : "nothing else runs");
+    const SecondThread second(placement, withSecondThread);
+    for (const unsigned perSecond : {30U, 200U, 1000U}) {
+        std::vector<FrameCost> bare;
+        std::vector<FrameCost> loan;
+        const unsigned frames = std::max(20U, perSecond / 4);
+        for (int round = 0; round < kPaceRounds; ++round) {
+            bare.push_back(BareAtPace(placement, perSecond, frames));
+            loan.push_back(camera.OnLoanAtPace(placement, perSecond, frames));
+        }
+        const FrameCost cost = MedianCost(loan);
+        const double base = MedianCost(bare).seconds;
+        goals.Print(std::to_string(perSecond) + " frames/s" + (withSecondThread ? ", busy" : ""),
+                    cost.seconds * 1e6, "us", cost.seconds / base);
+        if (cost.instructions) {
+            std::printf("  %-46s %11.0f, without those of the system\n", "    instructions",
+                        *cost.instructions);
+        } else {
+            std::printf("    This system doesn't let a program count instructions.\n");
+        }
+    }
 }
 
 }  // namespace
 
 int main() {
     TestProducer producer(OV_BENCH_STAGE "/KwTL.cti");
-    BestOf(&BareHandOver).Print("bare hand-over");
+    MeasureAtPaces(producer, false);
+    MeasureAtPaces(producer, true);
+    MediansOf(&BareHandOver).Print("bare hand-over");
     Measure(producer, 640, 480);
     Measure(producer, 4096, 3000);
 }

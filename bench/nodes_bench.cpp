@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "FlatCall.h"
 #include "GenApi/IInteger.h"
 #include "GenApi/INode.h"
 #include "GenApi/IPort.h"
@@ -23,13 +24,6 @@ using namespace GenApi_3_0_ORVANE;  // NOLINT(google-build-using-namespace)
 constexpr size_t kCalls = 20000;
 constexpr size_t kLists = 100;
 constexpr int kFeatures = 2400;
-
-void Require(OV_STATUS status) {
-    if (status != OV_STATUS_SUCCESS) {
-        std::fprintf(stderr, "a call failed with %d\n", status);
-        std::exit(1);
-    }
-}
 
 /// A description of many integers, whose values are kept.
 std::string Description() {
