@@ -73,7 +73,7 @@ OV_STATUS OVRegisterFeatureCallback(OV_DEV_HANDLE hDevice, void* pUserParam,
                                     OVFeatureCallback callBackFun, OV_FEATURE_ID featureID,
                                     OV_FEATURE_CALLBACK_HANDLE* pHCallBack) try {
     const COvDeviceInfo& info = EnterCamera(hDevice, OV_HERE);
-    const char* const name = CDeviceManager::GetInstance().GetFeatureName(featureID);
+    const CFeatureName name = CDeviceManager::GetInstance().GetFeatureName(featureID);
     OV_CHECK_POINTER(reinterpret_cast<const void*>(callBackFun));
     OV_CHECK_POINTER(pHCallBack);
     IDevice& device = *info.GetDevice();
@@ -104,12 +104,12 @@ OV_STATUS OVUnregisterFeatureCallback(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featu
         pHCallBack, CallbackKind::Event, *info.GetDevice(),
         [&info](const void* handle) { return HasFeatureCallback(info, handle); },
         "Invalid feature callback handle", OV_HERE);
-    const char* const name = CDeviceManager::GetInstance().GetFeatureName(featureID);
+    const CFeatureName name = CDeviceManager::GetInstance().GetFeatureName(featureID);
     CheckNotInside(CallbackKind::Event, *info.GetDevice(),
                    "Can't unregister feature event callback in callback", OV_HERE);
     CFeatureControl& control = GetFeatureControl(info, featureID);
     // The handle is valid, but it is another feature's.
-    if (!control.CheckExist(name, pHCallBack)) {
+    if (!control.CheckExist(name.Get(), pHCallBack)) {
         OV_RAISE(CInvalidParameterError, "Invalid Feature ID");
     }
     control.DoUnregisterFeatureCallback(reinterpret_cast<intptr_t>(pHCallBack));

@@ -2,6 +2,8 @@
 
 #include "api/DeviceManager.h"
 
+#include <typeinfo>
+
 #include "TLClassModule/IDevice.h"
 #include "TLClassSupport/OvException.h"
 
@@ -18,12 +20,12 @@ void CDeviceManager::CheckInit() const {
     }
 }
 
-const char* CDeviceManager::GetFeatureName(OV_FEATURE_ID featureID) const {
-    const char* const name = m_featureTable.Find(featureID);
+CFeatureName CDeviceManager::GetFeatureName(OV_FEATURE_ID featureID) const {
+    const CFeatureName* const name = m_featureTable.Find(featureID);
     if (name == nullptr) {
         OV_RAISE(CInvalidParameterError, "Invalid feature ID");
     }
-    return name;
+    return *name;
 }
 
 CDeviceManager& EnterApi() {
@@ -42,11 +44,15 @@ COvDeviceInfo& VerifyDeviceHandle(OV_DEV_HANDLE hDevice, const OvPlace& place) {
     // The handle is a pointer and isn't looked up: null and a camera that is no longer open
     // are noticed, but a handle whose camera was closed points to freed memory. Using one is
     // the application's mistake.
-    auto* const info = dynamic_cast<COvDeviceInfo*>(static_cast<IOvDeviceInfo*>(hDevice));
-    if (info == nullptr || !info->GetDevice()->DoIsDeviceOpen()) {
-        OV_RAISE_AT(CInvalidHandleError, place, "Invalid device handle");
+    auto* const handle = static_cast<IOvDeviceInfo*>(hDevice);
+    // Compared rather than cast: every call passes here, and no class derives from this one.
+    if (handle != nullptr && typeid(*handle) == typeid(COvDeviceInfo)) {
+        auto& info = static_cast<COvDeviceInfo&>(*handle);
+        if (info.GetDevice()->DoIsDeviceOpen()) {
+            return info;
+        }
     }
-    return *info;
+    OV_RAISE_AT(CInvalidHandleError, place, "Invalid device handle");
 }
 
 COvDeviceInfo& EnterCamera(OV_DEV_HANDLE hDevice, const OvPlace& place) {

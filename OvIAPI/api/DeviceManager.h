@@ -23,7 +23,7 @@ public:
     void SetInitialised(bool initialised) { m_initialised = initialised; }
 
     /// Throws "Invalid feature ID" if no feature has the identifier.
-    const char* GetFeatureName(OV_FEATURE_ID featureID) const;
+    OVTLClass::CFeatureName GetFeatureName(OV_FEATURE_ID featureID) const;
 
     CDeviceInfoFactory& GetDeviceInfoFactory() { return m_deviceInfoFactory; }
     /// Held by OVInitLib, OVCloseLib and the two list updates from start to end.

@@ -32,12 +32,12 @@ public:
     CFeatureAccess(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, OV_FEATURE_TYPE type,
                    const OvPlace& place);
 
-    const char* Name() const { return m_name; }
+    OVTLClass::CFeatureName Name() const { return m_name; }
     OVTLClass::CFeatureControl& Control() const { return GetFeatureControl(m_info, m_featureID); }
     COvDeviceInfo& Info() const { return m_info; }
 
 private:
     COvDeviceInfo& m_info;
     OV_FEATURE_ID m_featureID;
-    const char* m_name;
+    OVTLClass::CFeatureName m_name;
 };

@@ -63,15 +63,18 @@ void COvDeviceInfo::SetDeviceClass(const std::string& tlType, const std::string&
     }
 }
 
-std::shared_ptr<IDataStream> COvDeviceInfo::GetStream() const {
+const std::shared_ptr<IDataStream>& COvDeviceInfo::GetStream() const {
+    if (m_hasStream.load(std::memory_order_acquire)) {
+        return m_stream;
+    }
     const CAutoLock lock(m_streamLock);
-    // Looked up once, since fetches ask for it with every frame.
     if (!m_stream) {
         const auto streams = m_device->DoGetDataStreamList();
         if (streams.empty()) {
             OV_RAISE(CUnexpectedError, "DataStream's number is 0");
         }
         m_stream = streams.front();
+        m_hasStream.store(true, std::memory_order_release);
     }
     return m_stream;
 }

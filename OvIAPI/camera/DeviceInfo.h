@@ -2,6 +2,7 @@
 /// One camera of the flat interface: an entry of the device list, or the object that a
 /// handle points to.
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -54,9 +55,9 @@ public:
 
     void SetDevice(std::shared_ptr<OVTLClass::IDevice> device) { m_device = std::move(device); }
     const std::shared_ptr<OVTLClass::IDevice>& GetDevice() const { return m_device; }
-    /// The first stream, the only one that is ever opened. It is looked up once, so that
-    /// calls that fetch frames allocate nothing.
-    std::shared_ptr<OVTLClass::IDataStream> GetStream() const;
+    /// The first stream, the only one that is ever opened. It is looked up once and then
+    /// returned without a lock or a count, since calls that fetch frames ask several times.
+    const std::shared_ptr<OVTLClass::IDataStream>& GetStream() const;
 
     void SetAccessStatus(int32_t producerStatus);
     OV_ACCESS_STATUS GetAccessStatus() const { return m_accessStatus; }
@@ -96,6 +97,8 @@ private:
     mutable OVTLClass::CLock m_userIdLock{OVTLClass::LockRank::UserId};
     mutable OVTLClass::CLock m_streamLock{OVTLClass::LockRank::HandleStream};
     mutable std::shared_ptr<OVTLClass::IDataStream> m_stream;
+    /// Set after the stream, which then stays as it is.
+    mutable std::atomic<bool> m_hasStream{false};
     CFramePool m_framePool;
     CFetchGate m_fetchGate;
     OVTLClass::CLock m_acquisitionLock{OVTLClass::LockRank::Acquisition};

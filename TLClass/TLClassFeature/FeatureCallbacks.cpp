@@ -47,11 +47,11 @@ CFeatureControl::~CFeatureControl() {
 }
 
 IFeatureControl::IFeatureCallbackHandle* CFeatureControl::DoRegisterFeatureCallback(
-    const std::string& name, const IFeatureCallback& callback) {
+    CFeatureName name, const IFeatureCallback& callback) {
     std::unique_ptr<IFeatureCallback> clone(callback.Clone());
     // The handle's memory is taken before the node knows the callback.
     HandleList added;
-    added.push_back(std::make_unique<CFeatureCallbackHandle>(name));
+    added.push_back(std::make_unique<CFeatureCallbackHandle>(name.Get()));
     CFeatureCallbackHandle& handle = *added.back();
     handle.SetEngineHandle(OV_ENGINE_REGISTER(
         CFeatureNodeCallback::Register(&__GetGenAPINode(name), std::move(clone))));
@@ -112,7 +112,7 @@ bool CFeatureControl::CheckExist(const void* handle) const {
                        [handle](const auto& callback) { return IsHandle(callback.get(), handle); });
 }
 
-bool CFeatureControl::CheckEventNode(const std::string& name) const {
+bool CFeatureControl::CheckEventNode(CFeatureName name) const {
     std::set<const INode*> visited;
     return OV_ENGINE_GET(IsEventNode(__FindNode(name), visited));
 }

@@ -18,8 +18,8 @@ using namespace GenApi_3_0_ORVANE;  // NOLINT(google-build-using-namespace): one
 
 namespace {
 
-std::string NotImplementedText(const std::string& name) {
-    return "The feature \"" + name + "\" is not implemented";
+std::string NotImplementedText(CFeatureName name) {
+    return std::string("The feature \"") + name.Get() + "\" is not implemented";
 }
 
 EAccessMode AccessModeOf(INode* node) {
@@ -47,11 +47,18 @@ std::vector<IEnumEntry*> AvailableEntriesOf(IEnumeration& enumeration) {
 
 }  // namespace
 
-INode* CFeatureControl::__FindNode(const std::string& name) const {
-    return m_nodeMap->_GetNode(name.c_str());
+INode* CFeatureControl::__FindNode(CFeatureName name) const {
+    if (const CKnownNode* const known = m_known.Find(name)) {
+        return &known->Node();
+    }
+    INode* const node = m_nodeMap->_GetNode(name.Get());
+    if (node != nullptr) {
+        m_known.Add(name, *node);
+    }
+    return node;
 }
 
-INode& CFeatureControl::__GetGenAPINode(const std::string& name) const {
+INode& CFeatureControl::__GetGenAPINode(CFeatureName name) const {
     INode* const node = __FindNode(name);
     if (node == nullptr) {
         OV_RAISE(CNotImplementedError, NotImplementedText(name));
@@ -60,76 +67,77 @@ INode& CFeatureControl::__GetGenAPINode(const std::string& name) const {
 }
 
 template <class T>
-T& CFeatureControl::__GetNodeHandle(const std::string& name) const {
+T& CFeatureControl::__GetNodeHandle(CFeatureName name) const {
     INode& node = __GetGenAPINode(name);
     // Before the type: a description may have a feature of any type that this camera lacks.
     if (node.GetAccessMode() == NI) {
         OV_RAISE(CNotImplementedError, NotImplementedText(name));
     }
-    auto* const handle = dynamic_cast<T*>(&node);
+    const CKnownNode* const known = m_known.Find(name);
+    T* const handle = known == nullptr ? dynamic_cast<T*>(&node) : known->As<T>();
     if (handle == nullptr) {
         OV_RAISE(CUnexpectedError, "Dynamic_cast failed");
     }
     return *handle;
 }
 
-std::string CFeatureControl::DoGetFeatureDisplayName(const std::string& name) const {
+std::string CFeatureControl::DoGetFeatureDisplayName(CFeatureName name) const {
     return OV_ENGINE_GET(ToStd(__GetGenAPINode(name).GetDisplayName()));
 }
 
-bool CFeatureControl::DoExist(const std::string& name) const {
+bool CFeatureControl::DoExist(CFeatureName name) const {
     return OV_ENGINE_GET(__FindNode(name)) != nullptr;
 }
 
-bool CFeatureControl::DoIsImplemented(const std::string& name) const {
+bool CFeatureControl::DoIsImplemented(CFeatureName name) const {
     return OV_ENGINE_GET(AccessModeOf(__FindNode(name))) != NI;
 }
 
-bool CFeatureControl::DoIsReadable(const std::string& name) const {
+bool CFeatureControl::DoIsReadable(CFeatureName name) const {
     return IsReadable(OV_ENGINE_GET(ValueAccessModeOf(__GetGenAPINode(name))));
 }
 
-bool CFeatureControl::DoIsWritable(const std::string& name) const {
+bool CFeatureControl::DoIsWritable(CFeatureName name) const {
     return IsWritable(OV_ENGINE_GET(ValueAccessModeOf(__GetGenAPINode(name))));
 }
 
-FEATURE_INT_RANGE CFeatureControl::DoGetIntRange(const std::string& name) const {
+FEATURE_INT_RANGE CFeatureControl::DoGetIntRange(CFeatureName name) const {
     return OV_ENGINE_GET(RangeOf(__GetNodeHandle<IInteger>(name)));
 }
 
 // Reads don't verify: a camera may have a value beyond its own limits, and whoever reads
 // has to see it. Writes do, so that the camera gets no value that it can't take.
-int64_t CFeatureControl::DoGetInt(const std::string& name) const {
+int64_t CFeatureControl::DoGetInt(CFeatureName name) const {
     return OV_ENGINE_GET(__GetNodeHandle<IInteger>(name).GetValue(false, false));
 }
 
-int64_t CFeatureControl::DoReadInt(const std::string& name) const {
+int64_t CFeatureControl::DoReadInt(CFeatureName name) const {
     return OV_ENGINE_GET(__GetNodeHandle<IInteger>(name).GetValue(false, true));
 }
 
-void CFeatureControl::DoSetInt(const std::string& name, int64_t value) const {
+void CFeatureControl::DoSetInt(CFeatureName name, int64_t value) const {
     OV_ENGINE_SET(__GetNodeHandle<IInteger>(name).SetValue(value, true));
 }
 
-FEATURE_FLOAT_RANGE CFeatureControl::DoGetFloatRange(const std::string& name) const {
+FEATURE_FLOAT_RANGE CFeatureControl::DoGetFloatRange(CFeatureName name) const {
     return OV_ENGINE_GET(RangeOf(__GetNodeHandle<IFloat>(name)));
 }
 
-double CFeatureControl::DoGetFloat(const std::string& name) const {
+double CFeatureControl::DoGetFloat(CFeatureName name) const {
     return OV_ENGINE_GET(__GetNodeHandle<IFloat>(name).GetValue(false, false));
 }
 
-void CFeatureControl::DoSetFloat(const std::string& name, double value) const {
+void CFeatureControl::DoSetFloat(CFeatureName name, double value) const {
     OV_ENGINE_SET(__GetNodeHandle<IFloat>(name).SetValue(value, true));
 }
 
-uint32_t CFeatureControl::DoGetEnumEntryNums(const std::string& name) const {
+uint32_t CFeatureControl::DoGetEnumEntryNums(CFeatureName name) const {
     return static_cast<uint32_t>(
         OV_ENGINE_GET(AvailableEntriesOf(__GetNodeHandle<IEnumeration>(name))).size());
 }
 
 void CFeatureControl::DoGetEnumDescription(
-    const std::string& name, std::vector<FEATURE_ENUM_ENTRY_INFORMATION>& entries) const {
+    CFeatureName name, std::vector<FEATURE_ENUM_ENTRY_INFORMATION>& entries) const {
     const auto available = OV_ENGINE_GET(AvailableEntriesOf(__GetNodeHandle<IEnumeration>(name)));
     for (IEnumEntry* const entry : available) {
         FEATURE_ENUM_ENTRY_INFORMATION& information = entries.emplace_back();
@@ -138,55 +146,54 @@ void CFeatureControl::DoGetEnumDescription(
     }
 }
 
-int64_t CFeatureControl::DoGetEnum(const std::string& name) const {
+int64_t CFeatureControl::DoGetEnum(CFeatureName name) const {
     return OV_ENGINE_GET(__GetNodeHandle<IEnumeration>(name).GetIntValue(false, false));
 }
 
-void CFeatureControl::DoSetEnum(const std::string& name, int64_t value) const {
+void CFeatureControl::DoSetEnum(CFeatureName name, int64_t value) const {
     OV_ENGINE_SET(__GetNodeHandle<IEnumeration>(name).SetIntValue(value, true));
 }
 
-int64_t CFeatureControl::DoGetEnumEntryValue(const std::string& name,
-                                             const std::string& entry) const {
+int64_t CFeatureControl::DoGetEnumEntryValue(CFeatureName name, const std::string& entry) const {
     // An entry that isn't available has a value, too: the write shows whether it can be chosen.
     IEnumEntry* const found =
         OV_ENGINE_GET(__GetNodeHandle<IEnumeration>(name).GetEntryByName(entry.c_str()));
     if (found == nullptr) {
-        OV_RAISE(CInvalidParameterError, "The enumeration feature \"" + name +
+        OV_RAISE(CInvalidParameterError, std::string("The enumeration feature \"") + name.Get() +
                                              "\" does not contain the entry \"" + entry + "\"");
     }
     return OV_ENGINE_GET(found->GetValue());
 }
 
-bool CFeatureControl::DoGetBool(const std::string& name) const {
+bool CFeatureControl::DoGetBool(CFeatureName name) const {
     return OV_ENGINE_GET(__GetNodeHandle<IBoolean>(name).GetValue(false, false));
 }
 
-void CFeatureControl::DoSetBool(const std::string& name, bool value) const {
+void CFeatureControl::DoSetBool(CFeatureName name, bool value) const {
     OV_ENGINE_SET(__GetNodeHandle<IBoolean>(name).SetValue(value, true));
 }
 
-int64_t CFeatureControl::DoGetMaxStringLength(const std::string& name) const {
+int64_t CFeatureControl::DoGetMaxStringLength(CFeatureName name) const {
     return OV_ENGINE_GET(__GetNodeHandle<IString>(name).GetMaxLength());
 }
 
-std::string CFeatureControl::DoGetString(const std::string& name) const {
-    return OV_ENGINE_GET(ToStd(__GetNodeHandle<IString>(name).GetValue(false, false)));
+std::string CFeatureControl::DoGetString(CFeatureName name) const {
+    return ToStd(OV_ENGINE_GET(__GetNodeHandle<IString>(name).GetValue(false, false)));
 }
 
-std::string CFeatureControl::DoReadString(const std::string& name) const {
-    return OV_ENGINE_GET(ToStd(__GetNodeHandle<IString>(name).GetValue(false, true)));
+std::string CFeatureControl::DoReadString(CFeatureName name) const {
+    return ToStd(OV_ENGINE_GET(__GetNodeHandle<IString>(name).GetValue(false, true)));
 }
 
-void CFeatureControl::DoSetString(const std::string& name, const std::string& value) const {
+void CFeatureControl::DoSetString(CFeatureName name, const std::string& value) const {
     OV_ENGINE_SET(__GetNodeHandle<IString>(name).SetValue(value.c_str(), true));
 }
 
-size_t CFeatureControl::DoGetBufferLength(const std::string& name) const {
+size_t CFeatureControl::DoGetBufferLength(CFeatureName name) const {
     return static_cast<size_t>(OV_ENGINE_GET(__GetNodeHandle<IRegister>(name).GetLength()));
 }
 
-void CFeatureControl::DoGetBuffer(const std::string& name, size_t size, uint8_t* buffer) const {
+void CFeatureControl::DoGetBuffer(CFeatureName name, size_t size, uint8_t* buffer) const {
     if (buffer == nullptr) {
         OV_RAISE(CInvalidParameterError, "pBuffer can't be NULL");
     }
@@ -198,15 +205,14 @@ void CFeatureControl::DoGetBuffer(const std::string& name, size_t size, uint8_t*
     OV_ENGINE_GET(__GetNodeHandle<IRegister>(name).Get(buffer, static_cast<int64_t>(length)));
 }
 
-void CFeatureControl::DoSetBuffer(const std::string& name, size_t size,
-                                  const uint8_t* buffer) const {
+void CFeatureControl::DoSetBuffer(CFeatureName name, size_t size, const uint8_t* buffer) const {
     if (buffer == nullptr) {
         OV_RAISE(CInvalidParameterError, "pBuffer can't be NULL");
     }
     OV_ENGINE_SET(__GetNodeHandle<IRegister>(name).Set(buffer, static_cast<int64_t>(size), true));
 }
 
-void CFeatureControl::DoSendCommand(const std::string& name) const {
+void CFeatureControl::DoSendCommand(CFeatureName name) const {
     OV_ENGINE_SET(__GetNodeHandle<ICommand>(name).Execute(true));
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "TLClassFeature/FeatureName.h"
 #include "TLClassSupport/UnCopyable.h"
 
 namespace OVTLClass {
@@ -51,47 +52,46 @@ public:
 
     virtual ~IFeatureControl() = default;
 
-    virtual std::string DoGetFeatureDisplayName(const std::string& name) const = 0;
+    virtual std::string DoGetFeatureDisplayName(CFeatureName name) const = 0;
     /// Whether the description has a node of that name.
-    virtual bool DoExist(const std::string& name) const = 0;
-    virtual bool DoIsImplemented(const std::string& name) const = 0;
-    virtual bool DoIsReadable(const std::string& name) const = 0;
-    virtual bool DoIsWritable(const std::string& name) const = 0;
-    virtual FEATURE_INT_RANGE DoGetIntRange(const std::string& name) const = 0;
-    virtual int64_t DoGetInt(const std::string& name) const = 0;
-    virtual void DoSetInt(const std::string& name, int64_t value) const = 0;
-    virtual FEATURE_FLOAT_RANGE DoGetFloatRange(const std::string& name) const = 0;
-    virtual double DoGetFloat(const std::string& name) const = 0;
-    virtual void DoSetFloat(const std::string& name, double value) const = 0;
+    virtual bool DoExist(CFeatureName name) const = 0;
+    virtual bool DoIsImplemented(CFeatureName name) const = 0;
+    virtual bool DoIsReadable(CFeatureName name) const = 0;
+    virtual bool DoIsWritable(CFeatureName name) const = 0;
+    virtual FEATURE_INT_RANGE DoGetIntRange(CFeatureName name) const = 0;
+    virtual int64_t DoGetInt(CFeatureName name) const = 0;
+    virtual void DoSetInt(CFeatureName name, int64_t value) const = 0;
+    virtual FEATURE_FLOAT_RANGE DoGetFloatRange(CFeatureName name) const = 0;
+    virtual double DoGetFloat(CFeatureName name) const = 0;
+    virtual void DoSetFloat(CFeatureName name, double value) const = 0;
     /// How many entries can be chosen now.
-    virtual uint32_t DoGetEnumEntryNums(const std::string& name) const = 0;
+    virtual uint32_t DoGetEnumEntryNums(CFeatureName name) const = 0;
     /// Appends the entries that can be chosen now.
     virtual void DoGetEnumDescription(
-        const std::string& name, std::vector<FEATURE_ENUM_ENTRY_INFORMATION>& entries) const = 0;
-    virtual int64_t DoGetEnum(const std::string& name) const = 0;
-    virtual void DoSetEnum(const std::string& name, int64_t value) const = 0;
-    virtual int64_t DoGetEnumEntryValue(const std::string& name,
-                                        const std::string& entry) const = 0;
-    virtual bool DoGetBool(const std::string& name) const = 0;
-    virtual void DoSetBool(const std::string& name, bool value) const = 0;
+        CFeatureName name, std::vector<FEATURE_ENUM_ENTRY_INFORMATION>& entries) const = 0;
+    virtual int64_t DoGetEnum(CFeatureName name) const = 0;
+    virtual void DoSetEnum(CFeatureName name, int64_t value) const = 0;
+    virtual int64_t DoGetEnumEntryValue(CFeatureName name, const std::string& entry) const = 0;
+    virtual bool DoGetBool(CFeatureName name) const = 0;
+    virtual void DoSetBool(CFeatureName name, bool value) const = 0;
     /// Without a terminating zero.
-    virtual int64_t DoGetMaxStringLength(const std::string& name) const = 0;
-    virtual std::string DoGetString(const std::string& name) const = 0;
-    virtual void DoSetString(const std::string& name, const std::string& value) const = 0;
-    virtual size_t DoGetBufferLength(const std::string& name) const = 0;
+    virtual int64_t DoGetMaxStringLength(CFeatureName name) const = 0;
+    virtual std::string DoGetString(CFeatureName name) const = 0;
+    virtual void DoSetString(CFeatureName name, const std::string& value) const = 0;
+    virtual size_t DoGetBufferLength(CFeatureName name) const = 0;
     /// Reads the whole feature into `buffer` of `size` bytes.
-    virtual void DoGetBuffer(const std::string& name, size_t size, uint8_t* buffer) const = 0;
-    virtual void DoSetBuffer(const std::string& name, size_t size, const uint8_t* buffer) const = 0;
-    virtual void DoSendCommand(const std::string& name) const = 0;
+    virtual void DoGetBuffer(CFeatureName name, size_t size, uint8_t* buffer) const = 0;
+    virtual void DoSetBuffer(CFeatureName name, size_t size, const uint8_t* buffer) const = 0;
+    virtual void DoSendCommand(CFeatureName name) const = 0;
     /// Keeps a clone of the callback; the handle is owned here.
-    virtual IFeatureCallbackHandle* DoRegisterFeatureCallback(const std::string& name,
+    virtual IFeatureCallbackHandle* DoRegisterFeatureCallback(CFeatureName name,
                                                               const IFeatureCallback& callback) = 0;
     /// An unknown handle has no effect. The handle is an address as a number.
     virtual void DoUnregisterFeatureCallback(intptr_t handle) = 0;
     virtual void DoUnregisterAllFeatureCallback() = 0;
     // As DoGetInt and DoGetString, past the caches.
-    virtual int64_t DoReadInt(const std::string& name) const = 0;
-    virtual std::string DoReadString(const std::string& name) const = 0;
+    virtual int64_t DoReadInt(CFeatureName name) const = 0;
+    virtual std::string DoReadString(CFeatureName name) const = 0;
 };
 
 }  // namespace OVTLClass

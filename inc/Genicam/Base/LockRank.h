@@ -57,6 +57,7 @@ enum class LockRank : uint8_t {
     UserId,
     NodeHandles,
     NodeTable,
+    KnownNodes,
     Folders,
     SharedDescriptions,
     LogInstance,

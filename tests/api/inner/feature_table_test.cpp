@@ -23,10 +23,22 @@ TEST(FeatureTable, HasEveryFeatureOnce) {
     EXPECT_EQ(table.GetSize(), 243U);
     std::set<std::string> names;
     for (const FeatureRow& row : kFeatureRows) {
-        EXPECT_STREQ(table.Find(row.id), row.name);
+        ASSERT_NE(table.Find(row.id), nullptr) << row.name;
+        EXPECT_STREQ(table.Find(row.id)->Get(), row.name);
         names.insert(row.name);
     }
     EXPECT_EQ(names.size(), 243U);
+}
+
+TEST(FeatureTable, NumbersEveryFeatureDifferently) {
+    const CFeatureTable table;
+    std::set<size_t> numbers;
+    for (const FeatureRow& row : kFeatureRows) {
+        ASSERT_NE(table.Find(row.id), nullptr) << row.name;
+        EXPECT_TRUE(table.Find(row.id)->HasNumber()) << row.name;
+        numbers.insert(table.Find(row.id)->GetNumber());
+    }
+    EXPECT_EQ(numbers.size(), table.GetSize());
 }
 
 TEST(FeatureTable, HasNoOtherIdentifier) {
@@ -96,7 +108,8 @@ const FeatureRow kFixed[] = {
 TEST(FeatureTable, KeepsTheNumbersThatApplicationsStored) {
     const CFeatureTable table;
     for (const FeatureRow& row : kFixed) {
-        EXPECT_STREQ(table.Find(row.id), row.name);
+        ASSERT_NE(table.Find(row.id), nullptr) << row.name;
+        EXPECT_STREQ(table.Find(row.id)->Get(), row.name);
     }
 }
 

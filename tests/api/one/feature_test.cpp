@@ -5,6 +5,7 @@
 
 #include "support/ApiTest.h"
 #include "support/CommaLocale.h"
+#include "support/FeatureCalls.h"
 #include "support/FeatureRows.h"
 
 namespace {
@@ -24,6 +25,29 @@ TEST_F(FeatureTest, IntegersRoundTripWithinTheirLimits) {
     EXPECT_EQ(OVSetInt(camera, OV_FEATURE_Width, 9), OV_STATUS_OUT_OF_RANGE);
     ASSERT_OV_OK(OVGetInt(camera, OV_FEATURE_Width, &value));
     EXPECT_EQ(value, 32);
+}
+
+TEST_F(FeatureTest, AreThoseOfTheDescriptionThatTheCameraHasNow) {
+    int64_t value = 0;
+    ASSERT_OV_OK(OVGetInt(camera, OV_FEATURE_Width, &value));
+    ASSERT_EQ(value, 64);
+    ASSERT_OV_OK(OVCloseDevice(camera));
+    const std::string text = DescribeCamera(
+        "<Integer Name=\"Width\"><Value>4711</Value></Integer>"
+        "<Float Name=\"Height\"><Value>0.5</Value></Float>");
+    producer.SetDescription("Remote", "Other.xml", text.data(), text.size());
+    camera = Open();
+    ASSERT_NE(camera, nullptr);
+    ASSERT_OV_OK(OVGetInt(camera, OV_FEATURE_Width, &value));
+    EXPECT_EQ(value, 4711);
+    ASSERT_OV_OK(OVGetInt(camera, OV_FEATURE_Width, &value)) << "a second time";
+    EXPECT_EQ(value, 4711);
+    for (int time = 0; time < 2; ++time) {
+        ExpectFailure(OVGetInt(camera, OV_FEATURE_Height, &value), OV_STATUS_ERROR,
+                      "Dynamic_cast failed");
+        ExpectFailure(OVGetInt(camera, OV_FEATURE_OffsetX, &value), OV_STATUS_NOT_IMPLEMENTED,
+                      "The feature \"OffsetX\" is not implemented");
+    }
 }
 
 TEST_F(FeatureTest, FloatsRoundTripWithinTheirLimits) {
