@@ -3,13 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cfenv>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <limits>
 #include <random>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "text/FloatText.h"
 #include "text/Value2String.h"
@@ -91,6 +94,24 @@ double LeastDistance(const CFloatText& form, double value, double min, double ma
     return least;
 }
 
+/// As printf writes a number in the "C" locale.
+std::string PrintedByC(EDisplayNotation notation, int precision, double value) {
+    const char* const format = notation == fnFixed        ? "%.*f"
+                               : notation == fnScientific ? "%.*e"
+                                                          : "%.*g";
+    std::string text(static_cast<size_t>(std::snprintf(nullptr, 0, format, precision, value)), 0);
+    std::snprintf(text.data(), text.size() + 1, format, precision, value);
+    return text;
+}
+
+void ExpectTheTextsOfC(double value, int precision) {
+    for (const EDisplayNotation notation : {fnAutomatic, fnFixed, fnScientific}) {
+        ASSERT_EQ(std::string(CFloatText(notation, precision).Print(value).c_str()),
+                  PrintedByC(notation, precision, value))
+            << "notation " << notation << ", precision " << precision;
+    }
+}
+
 }  // namespace
 
 TEST(FloatText, ReadsBackWithinItsLimitsAndNextToTheValue) {
@@ -125,6 +146,56 @@ TEST(FloatText, ReadsBackWithinItsLimitsAndNextToTheValue) {
         nudged += text != form.Print(value) ? 1 : 0;
     }
     EXPECT_GT(nudged, 1000);
+}
+
+TEST(FloatText, IsThatOfCForEdgesOfAllPrecisions) {
+    using Limits = std::numeric_limits<double>;
+    const std::vector<double> edges = {0.0,
+                                       0.5,
+                                       1.5,
+                                       2.5,
+                                       0.125,
+                                       9.5,
+                                       99.5,
+                                       999999.5,
+                                       9.9999995,
+                                       1e5,
+                                       1e6,
+                                       1e-4,
+                                       1e-5,
+                                       0.1,
+                                       0.3,
+                                       1e21,
+                                       1e22,
+                                       1e23,
+                                       4503599627370496.5,
+                                       9007199254740993.0,
+                                       Limits::max(),
+                                       Limits::min(),
+                                       Limits::denorm_min(),
+                                       Limits::epsilon(),
+                                       Limits::infinity(),
+                                       Limits::quiet_NaN()};
+    for (const double edge : edges) {
+        for (const int precision : {0, 1, 2, 3, 5, 6, 7, 15, 16, 17, 18, 25, 60, 350, 767, 1100}) {
+            ExpectTheTextsOfC(edge, precision);
+            ExpectTheTextsOfC(-edge, precision);
+        }
+    }
+}
+
+TEST(FloatText, IsThatOfCForAnyBits) {
+    std::mt19937_64 random(21);
+    for (int round = 0; round < 50000; ++round) {
+        ExpectTheTextsOfC(std::bit_cast<double>(random()), static_cast<int>(random() % 20));
+        // Numbers that people write end in few digits, where halves are rounded.
+        const double shortOne = static_cast<double>(random() % 2000000) / 64;
+        ExpectTheTextsOfC(shortOne, static_cast<int>(random() % 8));
+    }
+}
+
+TEST(FloatText, TakesMoreDigitsThanAnyDoubleHasForAll) {
+    EXPECT_EQ(CFloatText(fnFixed, 1000000).Print(0.5), CFloatText(fnFixed, 1100).Print(0.5));
 }
 
 TEST(FloatText, LeavesTheRoundingOfTheProcessorAsItWas) {

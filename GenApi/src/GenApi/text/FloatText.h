@@ -9,8 +9,7 @@ namespace GenApi_3_0_ORVANE {
 class CFloatText {
 public:
     /// @param precision  digits; -1 for the default of the notation
-    CFloatText(EDisplayNotation notation, int64_t precision)
-        : m_Notation(notation), m_Precision(precision < 0 ? kDefaultPrecision : precision) {}
+    CFloatText(EDisplayNotation notation, int64_t precision);
 
     gcstring Print(double value) const;
     /// The text next to the value among those that read back as a number within

@@ -4,10 +4,10 @@
 
 #include "text/Value2String.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
-#include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
 #include <istream>
@@ -19,6 +19,16 @@
 namespace GenApi_3_0_ORVANE {
 
 namespace {
+
+/// A whole number in digits of a base, after a prefix of at most two characters.
+template <class Number>
+gcstring InDigits(std::string_view prefix, Number value, int base) {
+    // 64 bits have 20 decimal digits, or 19 and a sign.
+    std::array<char, 2 + 20> buffer;
+    char* const begin = std::copy(prefix.begin(), prefix.end(), buffer.data());
+    const char* const end = std::to_chars(begin, buffer.data() + buffer.size(), value, base).ptr;
+    return {buffer.data(), static_cast<size_t>(end - buffer.data())};
+}
 
 /// For numbers only, which fit into the buffer.
 template <class... Values>
@@ -106,7 +116,7 @@ void Value2String(int64_t value, gcstring& text, ERepresentation representation)
             text = value != 0 ? "true" : "false";
             break;
         case HexNumber:
-            text = Formatted("0x%" PRIx64, static_cast<uint64_t>(value));
+            text = InDigits("0x", static_cast<uint64_t>(value), 16);
             break;
         case IPV4Address:
             text = Formatted("%u.%u.%u.%u", ByteOf(value, 3), ByteOf(value, 2), ByteOf(value, 1),
@@ -118,7 +128,7 @@ void Value2String(int64_t value, gcstring& text, ERepresentation representation)
                           ByteOf(value, 3), ByteOf(value, 2), ByteOf(value, 1), ByteOf(value, 0));
             break;
         default:
-            text = Formatted("%" PRId64, value);
+            text = InDigits("", value, 10);
             break;
     }
 }
