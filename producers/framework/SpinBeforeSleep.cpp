@@ -2,16 +2,10 @@
 
 #include <algorithm>
 
+#include "Base/Pause.h"
+
 namespace OvProducer {
 namespace {
-
-void Pause() {
-#if defined(__x86_64__) || defined(__i386__)
-    __builtin_ia32_pause();
-#elif defined(__aarch64__)
-    asm volatile("yield");
-#endif
-}
 
 /// The thread that notified holds the lock a moment longer. Waiting for it by sleeping
 /// would cost what the spin has saved.
@@ -21,7 +15,7 @@ void LockSoon(std::unique_lock<std::mutex>& lock) {
         if (lock.try_lock()) {
             return;
         }
-        Pause();
+        OvBase::Pause();
     }
     lock.lock();
 }
@@ -43,7 +37,7 @@ void SpinBeforeSleep::Spin(std::unique_lock<std::mutex>& lock) {
 bool SpinBeforeSleep::IsNotifiedWithin(Clock::duration time, unsigned seen) const {
     const Clock::time_point end = Clock::now() + time;
     do {
-        Pause();
+        OvBase::Pause();
         if (m_notifications.load(std::memory_order_acquire) != seen) {
             return true;
         }

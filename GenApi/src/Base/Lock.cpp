@@ -7,8 +7,28 @@
 #include <cstring>
 
 #include "Base/GCException.h"
+#include "Base/Pause.h"
 
 namespace GenICam_3_0_ORVANE {
+
+namespace {
+
+/// Looks again a few times, at growing distances: a read of a kept value holds the lock for less
+/// time than a thread takes to fall asleep and to be woken, and the owner is not to be disturbed.
+/// @return what the last look at the mutex said, which is EBUSY if another thread has it
+int TryForAMoment(pthread_mutex_t& mutex) {
+    constexpr int kLongestPause = 32;
+    int error = pthread_mutex_trylock(&mutex);
+    for (int pauses = 1; error == EBUSY && pauses <= kLongestPause; pauses *= 2) {
+        for (int i = 0; i < pauses; ++i) {
+            OvBase::Pause();
+        }
+        error = pthread_mutex_trylock(&mutex);
+    }
+    return error;
+}
+
+}  // namespace
 
 /// The mutex is of the kind that refuses to be unlocked by another thread, rather than going on
 /// in an undefined state.
@@ -27,7 +47,11 @@ CLock::~CLock() {
 /// The order is checked before the wait: afterwards it would be too late to report a deadlock.
 void CLock::LockMutex() {
     OvBase::CheckLockOrder(this, m_Rank, nullptr);
-    if (const int error = pthread_mutex_lock(&m_Mutex)) {
+    int error = TryForAMoment(m_Mutex);
+    if (error == EBUSY) {
+        error = pthread_mutex_lock(&m_Mutex);
+    }
+    if (error != 0) {
         RUNTIME_EXCEPTION("CLock::Lock() failed: %d (%s)", error, std::strerror(error));
     }
     m_Owner.store(pthread_self(), std::memory_order_relaxed);
