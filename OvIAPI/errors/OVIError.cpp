@@ -3,9 +3,14 @@
 
 #include "errors/OVIError.h"
 
+#include <algorithm>
+#include <iterator>
 #include <new>
+#include <typeinfo>
 
 #include "TLClassSupport/OvException.h"
+
+using namespace OVTLClass;
 
 COVIError& COVIError::GetInstance() noexcept {
     static thread_local COVIError error;
@@ -17,7 +22,11 @@ void COVIError::Set(OV_STATUS status, const char* text) {
     if (text == nullptr) {
         return;
     }
-    m_text = "{" + std::to_string(status) + "}" + text;
+    const std::string number = std::to_string(status);
+    const std::string_view rest(text);
+    // Nothing below takes memory, so that a failure to get it leaves the last failure.
+    m_text.reserve(number.size() + 2 + rest.size());
+    m_text.assign("{").append(number).append("}").append(rest);
     m_status = status;
 }
 
@@ -42,33 +51,49 @@ OV_STATUS Store(OV_STATUS status, const char* text) {
     return status;
 }
 
-}  // namespace
+struct StatusOfClass {
+    const std::type_info* type;
+    OV_STATUS status;
+};
 
-#define OV_CATCH(type, status)                \
-    catch (const OVTLClass::type& error) {    \
-        return Store((status), error.what()); \
+const StatusOfClass kStatuses[] = {
+    {&typeid(CNotFoundTLError), OV_STATUS_NOT_FOUND_TL},
+    {&typeid(CNotFoundDeviceError), OV_STATUS_NOT_FOUND_DEVICE},
+    {&typeid(CDeviceOfflineError), OV_STATUS_OFFLINE},
+    {&typeid(CInvalidParameterError), OV_STATUS_INVALID_PARAMETER},
+    {&typeid(CNeedMoreBufferError), OV_STATUS_NEED_MORE_BUFFER},
+    {&typeid(CInvalidHandleError), OV_STATUS_INVALID_HANDLE},
+    {&typeid(CErrorTypeError), OV_STATUS_ERROR_TYPE},
+    {&typeid(COutOfRangeError), OV_STATUS_OUT_OF_RANGE},
+    {&typeid(CInvalidAccessError), OV_STATUS_INVALID_ACCESS},
+    {&typeid(CNotImplementedError), OV_STATUS_NOT_IMPLEMENTED},
+    {&typeid(CInvalidCallError), OV_STATUS_INVALID_CALL},
+    {&typeid(CNotInitApiError), OV_STATUS_NOT_INIT_API},
+    {&typeid(CTimeoutError), OV_STATUS_TIMEOUT},
+};
+
+/// A clause for each class would be compared with every exception, which takes longer than to
+/// throw it.
+OV_STATUS StatusOf(const COvException& error) {
+    const std::type_info& type = typeid(error);
+    // The only class with a status of its own: a producer's code passes through it.
+    if (type == typeid(CUnexpectedError)) {
+        return static_cast<const CUnexpectedError&>(error).GetStatus();
     }
+    const auto* const found =
+        std::find_if(std::begin(kStatuses), std::end(kStatuses),
+                     [&type](const StatusOfClass& row) { return row.type == &type; });
+    return found == std::end(kStatuses) ? OV_STATUS_ERROR : found->status;
+}
+
+}  // namespace
 
 OV_STATUS CaughtStatus() noexcept {
     try {
         throw;
-    }
-    // The only class with a status of its own: a producer's code passes through it.
-    OV_CATCH(CUnexpectedError, error.GetStatus())
-    OV_CATCH(CNotFoundTLError, OV_STATUS_NOT_FOUND_TL)
-    OV_CATCH(CNotFoundDeviceError, OV_STATUS_NOT_FOUND_DEVICE)
-    OV_CATCH(CDeviceOfflineError, OV_STATUS_OFFLINE)
-    OV_CATCH(CInvalidParameterError, OV_STATUS_INVALID_PARAMETER)
-    OV_CATCH(CNeedMoreBufferError, OV_STATUS_NEED_MORE_BUFFER)
-    OV_CATCH(CInvalidHandleError, OV_STATUS_INVALID_HANDLE)
-    OV_CATCH(CErrorTypeError, OV_STATUS_ERROR_TYPE)
-    OV_CATCH(COutOfRangeError, OV_STATUS_OUT_OF_RANGE)
-    OV_CATCH(CInvalidAccessError, OV_STATUS_INVALID_ACCESS)
-    OV_CATCH(CNotImplementedError, OV_STATUS_NOT_IMPLEMENTED)
-    OV_CATCH(CInvalidCallError, OV_STATUS_INVALID_CALL)
-    OV_CATCH(CNotInitApiError, OV_STATUS_NOT_INIT_API)
-    OV_CATCH(CTimeoutError, OV_STATUS_TIMEOUT)
-    catch (const std::exception& error) {
+    } catch (const COvException& error) {
+        return Store(StatusOf(error), error.what());
+    } catch (const std::exception& error) {
         return Store(OV_STATUS_ERROR, error.what());
     }
     // The engine's exceptions aren't standard ones. One that nothing has translated ends

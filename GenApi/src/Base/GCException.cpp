@@ -15,10 +15,13 @@ namespace GenICam_3_0_ORVANE {
 namespace {
 
 /// The folders of a build machine mean nothing to a user.
-std::string FileNameOf(std::string_view path) {
+std::string_view FileNameOf(std::string_view path) {
     const size_t separator = path.find_last_of("/\\");
-    return std::string(separator == std::string_view::npos ? path : path.substr(separator + 1));
+    return separator == std::string_view::npos ? path : path.substr(separator + 1);
 }
+
+/// Longer than all words of a message together.
+constexpr size_t kWords = 128;
 
 }  // namespace
 
@@ -62,7 +65,10 @@ const char* GenericException::what() const noexcept {
 
 /// Parts that are empty leave out their words, too.
 void GenericException::AssembleMessage() {
-    std::string message = m_Description.c_str();
+    std::string message;
+    message.reserve(kWords + m_Description.size() + m_NodeName.size() + m_EntryPoint.size() +
+                    m_ExceptionType.size() + m_SourceFileName.size());
+    message.append(m_Description.c_str());
     if (!m_ExceptionType.empty()) {
         message.append(" : ").append(m_ExceptionType.c_str()).append(" thrown");
     }
@@ -95,7 +101,7 @@ void ThrowBadAlloc(const char* file, unsigned line) {
 
 /// Numbers in descriptions of failures are the same for every user, whatever the locale.
 void FormatDescription(DescriptionBuffer& buffer, const char* format, va_list arguments) {
-    buffer.fill('\0');
+    buffer.front() = '\0';
     const CPlainLocale plain;
     std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
 }
