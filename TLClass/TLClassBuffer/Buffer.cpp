@@ -5,6 +5,7 @@
 #include <new>
 
 #include "GenApi/ChunkAdapterGeneric.h"
+#include "TLClassInfo/FrameFacts.h"
 #include "TLClassInfo/InformationAgency.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 #include "TLClassSupport/OvException.h"
@@ -117,8 +118,7 @@ BUFFER_INFO CBuffer::GetAnnouncedInfo() {
 }
 
 void CBuffer::CompleteFrameInfo(BUFFER_INFO& info) const {
-    COvInformationAgency::CompleteBufferInformation(m_lib, m_stream, m_handle, InfoUse::Frame,
-                                                    info);
+    CompleteFrameFacts(m_lib, m_stream, m_handle, info);
 }
 
 std::vector<GenTL::S_SINGLE_CHUNK_DATA> CBuffer::GetChunkData() const {

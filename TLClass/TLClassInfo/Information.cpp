@@ -1,5 +1,6 @@
 #include "TLClassInfo/Information.h"
 
+#include "TLClassInfo/BufferRows.h"
 #include "TLClassLoadTL/GenTLText.h"
 
 namespace OVTLClass {
@@ -8,9 +9,6 @@ namespace {
 
 constexpr auto kString = GenTL::INFO_DATATYPE_STRING;
 constexpr auto kInt32 = GenTL::INFO_DATATYPE_INT32;
-constexpr auto kUint64 = GenTL::INFO_DATATYPE_UINT64;
-constexpr auto kPointer = GenTL::INFO_DATATYPE_PTR;
-constexpr auto kBool8 = GenTL::INFO_DATATYPE_BOOL8;
 constexpr auto kSize = GenTL::INFO_DATATYPE_SIZET;
 
 constexpr InfoRow<TL_INFO> kTLRows[] = {
@@ -50,27 +48,6 @@ constexpr InfoRow<DS_INFO> kStreamRows[] = {
 constexpr InfoRow<PORT_INFO> kPortRows[] = {
     {GenTL::PORT_INFO_ID, kString, &PORT_INFO::id},
     {GenTL::PORT_INFO_PORTNAME, kString, &PORT_INFO::portName},
-};
-
-constexpr InfoRow<BUFFER_INFO> kBufferRows[] = {
-    {GenTL::BUFFER_INFO_TLTYPE, kString, &BUFFER_INFO::tlType, InfoUse::Announcement},
-    {GenTL::BUFFER_INFO_SIZE, kSize, &BUFFER_INFO::size, InfoUse::Announcement},
-    {GenTL::BUFFER_INFO_SIZE_FILLED, kSize, &BUFFER_INFO::sizeFilled, InfoUse::Frame},
-    {GenTL::BUFFER_INFO_WIDTH, kSize, &BUFFER_INFO::width, InfoUse::Frame},
-    {GenTL::BUFFER_INFO_HEIGHT, kSize, &BUFFER_INFO::height, InfoUse::Frame},
-    {GenTL::BUFFER_INFO_XOFFSET, kSize, &BUFFER_INFO::xOffset, InfoUse::Frame},
-    {GenTL::BUFFER_INFO_YOFFSET, kSize, &BUFFER_INFO::yOffset, InfoUse::Frame},
-    {GenTL::BUFFER_INFO_XPADDING, kSize, &BUFFER_INFO::xPadding},
-    {GenTL::BUFFER_INFO_YPADDING, kSize, &BUFFER_INFO::yPadding},
-    {GenTL::BUFFER_INFO_IMAGEOFFSET, kSize, &BUFFER_INFO::imageOffset},
-    {GenTL::BUFFER_INFO_PAYLOADTYPE, kSize, &BUFFER_INFO::payloadType},
-    {GenTL::BUFFER_INFO_TIMESTAMP, kUint64, &BUFFER_INFO::timestamp, InfoUse::Frame},
-    {GenTL::BUFFER_INFO_FRAMEID, kUint64, &BUFFER_INFO::frameId, InfoUse::Frame},
-    {GenTL::BUFFER_INFO_PIXELFORMAT, kUint64, &BUFFER_INFO::pixelFormat, InfoUse::Frame},
-    {GenTL::BUFFER_INFO_PIXELFORMAT_NAMESPACE, kUint64, &BUFFER_INFO::pixelFormatNamespace},
-    {GenTL::BUFFER_INFO_BASE, kPointer, &BUFFER_INFO::base, InfoUse::Announcement},
-    {GenTL::BUFFER_INFO_USER_PTR, kPointer, &BUFFER_INFO::userPointer},
-    {GenTL::BUFFER_INFO_IS_INCOMPLETE, kBool8, &BUFFER_INFO::incomplete, InfoUse::Frame},
 };
 
 }  // namespace

@@ -15,6 +15,10 @@ CGenTLLib::CGenTLLib(const std::string& path) {
 #define OV_GENTL_RESOLVE(name, parameters) name.Set(m_library.Resolve(#name));
     OV_GENTL_FUNCTIONS(OV_GENTL_RESOLVE)
 #undef OV_GENTL_RESOLVE
+    // Most producers lack these, which is nothing to tell anybody.
+#define OV_GENTL_FIND(name, parameters) name.Set(m_library.Find(#name));
+    OV_GENTL_OPTIONAL_FUNCTIONS(OV_GENTL_FIND)
+#undef OV_GENTL_FIND
     // Only these may be borrowed: others would pass by what the library knows of the modules.
     m_functions = {{"GCReadPort", GCReadPort.GetAddress()},
                    {"GCWritePort", GCWritePort.GetAddress()},

@@ -51,6 +51,7 @@ private:
 public:
 #define OV_GENTL_MEMBER(name, parameters) CEntryPoint<GenTL::P##name> name;
     OV_GENTL_FUNCTIONS(OV_GENTL_MEMBER)
+    OV_GENTL_OPTIONAL_FUNCTIONS(OV_GENTL_MEMBER)
 #undef OV_GENTL_MEMBER
 
 private:

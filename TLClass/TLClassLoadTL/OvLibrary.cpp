@@ -25,12 +25,13 @@ bool COvLibrary::Unload() {
     return result == 0;
 }
 
+void* COvLibrary::Find(const char* name) const {
+    return m_handle == nullptr ? nullptr : dlsym(m_handle, name);
+}
+
 void* COvLibrary::Resolve(const char* name) const {
-    if (m_handle == nullptr) {
-        return nullptr;
-    }
-    void* const address = dlsym(m_handle, name);
-    if (address == nullptr) {
+    void* const address = Find(name);
+    if (address == nullptr && m_handle != nullptr) {
         COvLog::GetInstance().WriteLog(
             COvString::MsgComposer("Failed to get ProcAddress %s\n", name));
     }

@@ -19,6 +19,8 @@ public:
     bool Unload();
     /// Null, and a line in the log, when the name isn't exported.
     void* Resolve(const char* name) const;
+    /// The same without the line.
+    void* Find(const char* name) const;
 
 private:
     void* m_handle = nullptr;

@@ -378,8 +378,19 @@ struct S_SINGLE_CHUNK_DATA {
 };
 using SINGLE_CHUNK_DATA = S_SINGLE_CHUNK_DATA;
 
+/// One question of a stacked buffer query, with its answer.
+struct S_DS_BUFFER_INFO_STACKED {
+    BUFFER_INFO_CMD iInfoCmd;
+    INFO_DATATYPE iType;
+    void* pBuffer;
+    std::size_t iSize;
+    GC_ERROR iResult;
+};
+using DS_BUFFER_INFO_STACKED = S_DS_BUFFER_INFO_STACKED;
+
 #pragma pack(pop)
 
+static_assert(sizeof(S_DS_BUFFER_INFO_STACKED) == 28);
 static_assert(sizeof(S_PORT_REGISTER_STACK_ENTRY) == 24);
 static_assert(sizeof(S_EVENT_NEW_BUFFER) == 16);
 static_assert(sizeof(S_SINGLE_CHUNK_DATA) == 24);
@@ -485,6 +496,11 @@ static_assert(sizeof(S_SINGLE_CHUNK_DATA) == 24);
     X(IFForceIp, (GenTL::IF_HANDLE hIface, const char* sDeviceID, const char* sIp,                 \
                   const char* sMask, const char* sGateway))                                        \
     X(IFResetDevice, (GenTL::IF_HANDLE hIface, const char* sDeviceID, std::int32_t iMode))
+/// Entry points of later versions, which only few producers have and nobody misses.
+#define OV_GENTL_OPTIONAL_FUNCTIONS(X)                                                             \
+    X(DSGetBufferInfoStacked, (GenTL::DS_HANDLE hDataStream, GenTL::BUFFER_HANDLE hBuffer,         \
+                               GenTL::DS_BUFFER_INFO_STACKED* pInfoStacked,                        \
+                               std::size_t iNumInfos))
 // clang-format on
 
 /// All 55 entry points in resolving order.
@@ -498,6 +514,7 @@ namespace GenTL {
 // NOLINTBEGIN(bugprone-macro-parentheses): lists of declarations take none.
 #define OV_GENTL_POINTER_TYPE(name, parameters) using P##name = GC_ERROR(*) parameters;
 OV_GENTL_FUNCTIONS(OV_GENTL_POINTER_TYPE)
+OV_GENTL_OPTIONAL_FUNCTIONS(OV_GENTL_POINTER_TYPE)
 #undef OV_GENTL_POINTER_TYPE
 
 #define OV_GENTL_COUNT(name, parameters) +1
