@@ -25,8 +25,10 @@ struct Buffer : Object {
     /// The queues were emptied while it was being filled, so that it becomes idle when it
     /// is full.
     bool discardWhenFilled = false;
-    std::vector<GenTL::S_SINGLE_CHUNK_DATA> chunks;  ///< of the present frame
-    std::string fileName;                            ///< of the present frame
+    // Of the present frame.
+    bool hasWrongChunks = false;
+    std::vector<GenTL::S_SINGLE_CHUNK_DATA> chunks;
+    std::string fileName;
 
     std::span<std::byte> Memory() const { return {base, size}; }
 };

@@ -212,6 +212,10 @@ std::vector<GenTL::S_SINGLE_CHUNK_DATA> BufferPool::Chunks(const void* handle) c
     if (!buffer->facts->HasFrame()) {
         ThrowNotAvailable();
     }
+    if (buffer->hasWrongChunks) {
+        throw Failure(GenTL::GC_ERR_PARSING_CHUNK_DATA,
+                      "The end of the frame's data doesn't say where its chunks are");
+    }
     return buffer->chunks;
 }
 
@@ -279,6 +283,7 @@ void BufferPool::Deliver(const std::shared_ptr<Buffer>& buffer, const FrameInfo&
         m_counters.incomplete += frame.incomplete ? 1 : 0;
         buffer->facts->SetFrame(frame);
         buffer->facts->SetNewData(true);
+        buffer->hasWrongChunks = frame.hasWrongChunks;
         buffer->chunks = frame.chunks;
         buffer->fileName = frame.fileName;
         if (std::exchange(buffer->discardWhenFilled, false)) {

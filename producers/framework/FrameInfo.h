@@ -30,6 +30,7 @@ struct FrameInfo {
     bool imagePresent = true;
     bool incomplete = false;
     bool largerThanBuffer = false;
+    bool hasWrongChunks = false;  ///< nothing is missing, but where chunks are can't be told
     std::vector<GenTL::S_SINGLE_CHUNK_DATA> chunks;
     std::string fileName;  ///< of a frame that is a file
 };

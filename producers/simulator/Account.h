@@ -36,12 +36,16 @@ enum class Count : size_t {
     PacketsTooLarge,  ///< that the network doesn't take in one piece
     TestPackets,
     ResendCommands,
-    AskedPackets,    ///< that those commands asked for
-    ResentPackets,   ///< sent again
-    RefusedResends,  ///< commands answered by a packet that says why not
-    Events,          ///< that happened while somebody wanted them
-    DroppedEvents,   ///< of these, since too many waited
-    Messages,        ///< with events, each counted once
+    AskedPackets,      ///< that those commands asked for
+    ResentPackets,     ///< sent again
+    RefusedResends,    ///< commands answered by a packet that says why not
+    Actions,           ///< signals asserted
+    ScheduledActions,  ///< commands that were kept for their time
+    LateActions,       ///< commands that came after their time
+    ActionsOfOthers,   ///< commands with other keys or masks
+    Events,            ///< that happened while somebody wanted them
+    DroppedEvents,     ///< of these, since too many waited
+    Messages,          ///< with events, each counted once
     RepeatedMessages,
     Acknowledgements,
     AbandonedMessages,  ///< that nobody acknowledged
@@ -64,6 +68,7 @@ enum class Count : size_t {
     DamagedBlocks,  ///< with a packet that was lost, truncated or corrupted
     WrongLeaders,
     JumpsBack,
+    WrongChunks,
     LostMessages,
     DoubledMessages,
     IgnoredAcknowledgements,

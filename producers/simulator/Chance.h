@@ -31,6 +31,7 @@ enum class Cause : uint64_t {
     DoubledMessage,
     IgnoredAcknowledgement,
     ForeignMessage,
+    WrongChunk,
 };
 
 /// Where something may happen: numbers that say which of its kind it is.

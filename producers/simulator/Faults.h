@@ -38,6 +38,7 @@ struct StreamFaults {
     double reordered = 0;    ///< packets that come after the next one
     double wrongLeader = 0;  ///< blocks whose leader says another size
     double jumpBack = 0;     ///< blocks whose number is 1 again
+    double wrongChunk = 0;   ///< of blocks with chunks: those with a wrong length or identifier
 };
 
 /// On the message channel.

@@ -509,6 +509,113 @@ TEST_F(BlockAssembly, FindsChunksAfterTheImage) {
     EXPECT_EQ(frame.payloadType, GenTL::PAYLOAD_TYPE_IMAGE);
 }
 
+/// Blocks with two chunks, whose data comes in three packets.
+class ChunkedBlocks : public BlockAssembly {
+protected:
+    static constexpr uint16_t kMarkedImage = static_cast<uint16_t>(PayloadType::Image) | kChunkMark;
+
+    ChunkedBlocks() { station.settings.resends = false; }
+
+    /// @param filling  what follows the chunks
+    void Send(std::initializer_list<uint32_t> packets, const std::string& filling = {},
+              uint16_t type = kMarkedImage) {
+        BlockLeader leader;
+        leader.payloadType = type;
+        leader.shape = {.pixelFormat = 0x01080001, .sizeX = 4, .sizeY = 1};
+        station.Leader(1, leader);
+        Bytes block = FromHex("01 02 03 04 00 00 00 0A 00 00 00 04 11 22 00 00 00 0B 00 00 00 02");
+        Append(block, FromHex(filling));
+        for (const uint32_t id : packets) {
+            const ByteView data = ByteView(block).subspan((id - 1) * kDataSize);
+            station.Send(station.Header(1, id, PacketFormat::Data),
+                         data.first(std::min(kDataSize, data.size())));
+        }
+    }
+    void End(uint32_t chunkBytes = 22, uint16_t type = kMarkedImage) {
+        station.Trailer(1, 4, {.payloadType = type, .sizeY = 1, .chunkPayloadLength = chunkBytes});
+        station.Pass(200ms);
+    }
+    const OvProducer::FrameInfo& Frame() { return shelf.delivered.at(0).frame; }
+    std::vector<uint64_t> ChunkIds() {
+        std::vector<uint64_t> ids;
+        for (const auto& chunk : Frame().chunks) {
+            ids.push_back(chunk.ChunkID);
+        }
+        return ids;
+    }
+    void ReadsAllOf(PayloadType type) {
+        Send({1, 2, 3}, {}, static_cast<uint16_t>(type));
+        End(22, static_cast<uint16_t>(type));
+        EXPECT_EQ(ChunkIds(), (std::vector<uint64_t>{0xA, 0xB}));
+        EXPECT_EQ(Frame().payloadType, GenTL::PAYLOAD_TYPE_CHUNK_DATA);
+    }
+};
+
+TEST_F(ChunkedBlocks, EndWhereTheirTrailerSays) {
+    Send({1, 2, 3}, "FF FF");
+    End();
+    EXPECT_EQ(ChunkIds(), (std::vector<uint64_t>{0xA, 0xB}));
+    EXPECT_EQ(Frame().sizeFilled, 22U);
+    EXPECT_FALSE(Frame().incomplete);
+    EXPECT_FALSE(Frame().hasWrongChunks);
+}
+
+TEST_F(ChunkedBlocks, EndWithTheirDataIfTheirTrailerDoesntSay) {
+    Send({1, 2, 3});
+    End(0);
+    EXPECT_EQ(ChunkIds(), (std::vector<uint64_t>{0xA, 0xB}));
+    EXPECT_EQ(Frame().sizeFilled, 22U);
+}
+
+TEST_F(ChunkedBlocks, NeedNoImage) {
+    ReadsAllOf(PayloadType::Chunk);
+}
+
+TEST_F(ChunkedBlocks, MayNameTheirImageInTheOldWay) {
+    ReadsAllOf(PayloadType::ExtendedChunk);
+    EXPECT_EQ(Frame().width, 4U);
+}
+
+TEST_F(ChunkedBlocks, KeepTheChunksAfterTheirLastGap) {
+    Send({2, 3});
+    End();
+    EXPECT_TRUE(Frame().incomplete);
+    ASSERT_EQ(ChunkIds(), (std::vector<uint64_t>{0xB}));
+    EXPECT_EQ(Frame().chunks[0].ChunkOffset, 12);
+    EXPECT_EQ(Frame().chunks[0].ChunkLength, 2U);
+    EXPECT_FALSE(Frame().hasWrongChunks);
+}
+
+TEST_F(ChunkedBlocks, LackChunksWithoutTheirEnd) {
+    Send({1, 2});
+    End();
+    EXPECT_TRUE(Frame().incomplete);
+    EXPECT_TRUE(Frame().chunks.empty());
+    EXPECT_FALSE(Frame().hasWrongChunks);
+}
+
+TEST_F(ChunkedBlocks, LackChunksWithoutTheirTrailer) {
+    Send({1, 2, 3});
+    station.Pass(200ms);
+    EXPECT_TRUE(Frame().incomplete);
+    EXPECT_TRUE(Frame().chunks.empty());
+}
+
+TEST_F(ChunkedBlocks, LackChunksIfTheyAreShorterThanTheirTrailerSays) {
+    Send({1, 2, 3});
+    End(23);
+    EXPECT_TRUE(Frame().incomplete);
+    EXPECT_TRUE(Frame().chunks.empty());
+}
+
+TEST_F(ChunkedBlocks, AreWrongIfTheirLengthsMakeNoSense) {
+    Send({1, 2, 3}, "FF FF");
+    End(24);
+    EXPECT_FALSE(Frame().incomplete);
+    EXPECT_TRUE(Frame().chunks.empty());
+    EXPECT_TRUE(Frame().hasWrongChunks);
+}
+
 TEST_F(BlockAssembly, NamesTheFileOfABlock) {
     const Bytes name = FromHex("61 2E 62");
     BlockLeader leader;

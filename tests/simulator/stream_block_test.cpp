@@ -102,6 +102,41 @@ TEST(StreamBlock, SaysImageAndChunksIfTheHostKnowsBoth) {
     EXPECT_EQ(ParseTrailer(block.Payload(2))->chunkPayloadLength, 100U);
 }
 
+/// A block with an image of 16 bytes and a chunk of 4.
+StreamBlock BlockWithChunks() {
+    StreamBlock block;
+    const auto room = block.MakeRoom(36);
+    WriteBig(room.subspan(16), uint32_t{0xA});
+    WriteBig(room.subspan(20), uint32_t{16});
+    WriteBig(room.subspan(28), uint32_t{0xB});
+    WriteBig(room.subspan(32), uint32_t{4});
+    OvProducer::FrameInfo frame = Frame(36);
+    frame.payloadType = GenTL::PAYLOAD_TYPE_CHUNK_DATA;
+    frame.chunkPayloadSize = 36;
+    frame.chunks = {{0xA, 0, 16}, {0xB, 24, 4}};
+    block.Fill(SetupOf(), frame);
+    return block;
+}
+
+TEST(StreamBlock, SpoilsTheEndOfAChunk) {
+    constexpr size_t kId = 28;
+    constexpr size_t kLength = 32;
+    const auto spoilt = [](uint64_t fault, size_t at) {
+        StreamBlock block = BlockWithChunks();
+        EXPECT_TRUE(block.SpoilChunk(2 * fault + 1));
+        return ReadBig<uint32_t>(block.Payload(1).subspan(at));
+    };
+    EXPECT_EQ(spoilt(0, kLength), 29U);  // begins before the block
+    EXPECT_EQ(spoilt(1, kLength), 3U);
+    EXPECT_EQ(spoilt(2, kLength), 0xFFFFFFF8U);  // 0 together with its end
+    EXPECT_EQ(spoilt(3, kId), 0xFFFFFFF4U);
+}
+
+TEST(StreamBlock, HasNoChunkToSpoilWithoutChunks) {
+    StreamBlock block = BlockOf(100);
+    EXPECT_FALSE(block.SpoilChunk(1));
+}
+
 TEST(StreamBlock, CountsFromOneAndNeverHasTheNumberNone) {
     EXPECT_EQ(BlockIdOf(0, false), 1U);
     EXPECT_EQ(BlockIdOf(65534, false), 65535U);

@@ -37,6 +37,8 @@ constexpr ShareOption<StreamFaults> kPacketShares[] = {
     {"--reorder", &StreamFaults::reordered, "percent that come after the next packet"},
     {"--wrong-leader", &StreamFaults::wrongLeader, "percent of the frames that say another size"},
     {"--jump-back", &StreamFaults::jumpBack, "percent of the frames whose number is 1 again"},
+    {"--wrong-chunk", &StreamFaults::wrongChunk,
+     "percent of the frames with a chunk that says another length or identifier"},
 };
 
 constexpr ShareOption<MessageFaults> kMessageShares[] = {

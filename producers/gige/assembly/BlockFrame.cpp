@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <optional>
 
 namespace OvGige {
 namespace {
@@ -52,6 +53,29 @@ uint64_t LeastDataSize(const Block& block) {
     return DataSizeOf(leader, block.partsLength).value_or(0);
 }
 
+/// Where the chunks end: some cameras fill their last packet up.
+size_t ChunkEnd(const Block& block) {
+    const size_t said = block.trailer ? block.trailer->chunkPayloadLength.value_or(0) : 0;
+    return said == 0 ? block.filledEnd : std::min(said, block.filledEnd);
+}
+
+/// Where the data begins that reaches the end of an incomplete block without a gap. Nothing is
+/// returned if the end itself is missing or its place isn't known.
+std::optional<size_t> BeginOfEnd(const Block& block) {
+    if (!block.trailer || block.trailer->chunkPayloadLength.value_or(0) > block.filledEnd ||
+        block.IsLarger() || block.isDamaged || HasOffset(block.form.format)) {
+        return {};
+    }
+    const uint32_t last = block.dataCount.value_or(0);
+    uint32_t first = last + 1;
+    // What follows a packet that was cut counts only from the next one on.
+    while (first > 1 && block.packets.Has(first - 1) &&
+           (first - 1 == last || first - 1 != block.shortId)) {
+        --first;
+    }
+    return first > last ? std::nullopt : std::optional(block.PlaceOf(first));
+}
+
 }  // namespace
 
 bool LacksData(const Block& block) {
@@ -87,7 +111,8 @@ const OvProducer::FrameInfo& BlockFrame::Describe(const Block& block) {
     if (block.trailer) {
         TakeTrailer(*block.trailer);
     }
-    if (block.leader && block.leader->HasChunks() && !m_frame.incomplete) {
+    if (block.leader && block.leader->HasChunks()) {
+        m_frame.sizeFilled = ChunkEnd(block);
         TakeChunks(block);
     }
     return m_frame;
@@ -114,11 +139,19 @@ void BlockFrame::TakeTrailer(const BlockTrailer& trailer) {
     m_frame.chunkLayoutId = trailer.chunkLayoutId.value_or(0);
 }
 
+// Chunks are found from their end, so those after the last gap are as good as in a whole block.
 void BlockFrame::TakeChunks(const Block& block) {
-    FindChunks(ByteView(block.buffer->Memory()).first(block.filledEnd), m_places);
-    for (const ChunkPlace& place : m_places) {
-        m_frame.chunks.push_back({place.id, static_cast<int64_t>(place.offset), place.length});
+    const std::optional<size_t> begin = m_frame.incomplete ? BeginOfEnd(block) : 0;
+    m_places.clear();
+    if (begin && *begin < m_frame.sizeFilled) {
+        const ByteView memory(block.buffer->Memory());
+        FindChunks(memory.subspan(*begin, m_frame.sizeFilled - *begin), m_places);
     }
+    for (const ChunkPlace& place : m_places) {
+        m_frame.chunks.push_back(
+            {place.id, static_cast<int64_t>(*begin + place.offset), place.length});
+    }
+    m_frame.hasWrongChunks = !m_frame.incomplete && m_places.empty();
 }
 
 uint64_t BlockFrame::Nanoseconds(const Block& block) const {

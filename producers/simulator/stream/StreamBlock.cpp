@@ -10,6 +10,11 @@ namespace {
 
 using namespace OvGige;
 
+/// Bytes of a chunk's identifier and length, which follow it.
+constexpr uint32_t kChunkEnd = 8;
+/// What can be wrong with them.
+constexpr uint64_t kChunkFaults = 4;
+
 uint16_t PayloadTypeOf(const StreamSetup& setup, const OvProducer::FrameInfo& frame) {
     if (frame.payloadType != GenTL::PAYLOAD_TYPE_CHUNK_DATA) {
         return static_cast<uint16_t>(PayloadType::Image);
@@ -49,6 +54,7 @@ void StreamBlock::Fill(const StreamSetup& setup, const OvProducer::FrameInfo& fr
     m_isExtended = setup.isExtended;
     m_id = BlockIdOf(frame.frameId, m_isExtended);
     m_size = frame.sizeFilled;
+    m_chunks = frame.chunks;
     m_dataPerPacket =
         std::max<size_t>(DataPerPacket(setup.packetSize, m_isExtended, PacketFormat::Data), 1);
 }
@@ -58,6 +64,30 @@ void StreamBlock::SpoilLeader() {
     OV_ASSERT(leader);
     leader->shape.sizeY *= 2;
     m_leader = BuildLeader(*leader);
+}
+
+bool StreamBlock::SpoilChunk(uint64_t choice) {
+    if (m_chunks.empty()) {
+        return false;
+    }
+    const GenTL::S_SINGLE_CHUNK_DATA& chunk = m_chunks[choice % m_chunks.size()];
+    const size_t end = static_cast<size_t>(chunk.ChunkOffset) + chunk.ChunkLength;
+    const auto id = std::span(m_room).subspan(end, sizeof(uint32_t));
+    const auto length = std::span(m_room).subspan(end + id.size(), sizeof(uint32_t));
+    switch (choice / m_chunks.size() % kChunkFaults) {
+        case 0:  // begins before the frame
+            WriteBig(length, static_cast<uint32_t>(end + 1));
+            break;
+        case 1:
+            WriteBig(length, static_cast<uint32_t>(chunk.ChunkLength - 1));
+            break;
+        case 2:  // together with its end's own length, 0
+            WriteBig(length, ~uint32_t{0} - (kChunkEnd - 1));
+            break;
+        default:
+            WriteBig(id, ~static_cast<uint32_t>(chunk.ChunkID));
+    }
+    return true;
 }
 
 uint32_t StreamBlock::PacketCount() const {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "framework/FrameInfo.h"
 #include "gige/protocol/Address.h"
@@ -36,6 +37,10 @@ public:
     void Renumber(uint64_t id) { m_id = id; }
     /// Makes the leader say another size than the frame has.
     void SpoilLeader();
+    /// Makes the end of a chunk say another length or identifier.
+    /// @param choice  any number: of which chunk, and what is wrong
+    /// @return false if the frame has no chunks
+    bool SpoilChunk(uint64_t choice);
     uint32_t PacketCount() const;
     bool IsExtended() const { return m_isExtended; }
     /// @param packetId  below `PacketCount()`
@@ -46,6 +51,7 @@ public:
 private:
     OvGige::Bytes m_room;
     size_t m_size = 0;  ///< of the frame, in bytes
+    std::vector<GenTL::S_SINGLE_CHUNK_DATA> m_chunks;
     size_t m_dataPerPacket = 1;
     bool m_isExtended = false;
     uint64_t m_id = 0;

@@ -89,6 +89,12 @@ void StreamSender::SpoilBlock(StreamBlock& block, uint64_t frame) {
         m_account.Add(Count::WrongLeaders);
         block.SpoilLeader();
     }
+    constexpr uint64_t kChoices = 1 << 16;
+    if (chance.Hits(m_faults.stream.wrongChunk, Cause::WrongChunk, occasion) &&
+        block.SpoilChunk(
+            chance.Below(kChoices, Cause::WrongChunk, {.block = frame, .packet = 1}))) {
+        m_account.Add(Count::WrongChunks);
+    }
 }
 
 StreamSender::Block StreamSender::TakeBlock() {
