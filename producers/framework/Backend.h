@@ -153,6 +153,9 @@ public:
     /// Gives a device of this interface another address until its next start. Only GigE Vision
     /// devices have addresses.
     virtual void ForceAddress(DeviceBackend& device, const NetworkAddress& address);
+    /// Adds registers to those that the interfaces of all producers have. They are used while the
+    /// backend lives.
+    virtual void AddRegisters(RegisterSpace& registers) { static_cast<void>(registers); }
 };
 
 class ProducerBackend {

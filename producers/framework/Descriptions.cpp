@@ -1,4 +1,7 @@
-/// @file The framework's own module descriptions, which are compiled into the producer.
+/// @file The framework's own module descriptions, which are compiled into the producer, and how
+/// producers add to them.
+#include "framework/Descriptions.h"
+
 #include <string_view>
 
 #include "framework/Backend.h"
@@ -9,6 +12,27 @@ extern const std::string_view kSystemDescription;
 extern const std::string_view kInterfaceDescription;
 extern const std::string_view kDeviceDescription;
 extern const std::string_view kStreamDescription;
+
+namespace {
+
+void SetAttribute(std::string& description, std::string_view name, std::string_view value) {
+    const std::string mark = std::string(name) + "=\"";
+    const size_t begin = description.find(mark) + mark.size();
+    description.replace(begin, description.find('"', begin) - begin, value);
+}
+
+}  // namespace
+
+std::string WithNodes(std::string description, const DescriptionIdentity& identity,
+                      std::string_view rootFeatures, std::string_view nodes) {
+    SetAttribute(description, "ModelName", identity.model);
+    SetAttribute(description, "ProductGuid", identity.product);
+    SetAttribute(description, "VersionGuid", identity.version);
+    // The root category is the first one.
+    description.insert(description.find("  </Category>"), rootFeatures);
+    description.insert(description.rfind("</RegisterDescription>"), nodes);
+    return description;
+}
 
 Description OwnDescription(ModuleKind kind) {
     switch (kind) {

@@ -32,6 +32,7 @@ Interface::Interface(Session& session, std::weak_ptr<System> parent,
     AddRegisters();
     AddDeviceListRegisters();
     AddForceRegisters();
+    m_backend->AddRegisters(GetOwnPort().Registers());
     session.producer->Describe(ModuleKind::Interface, GetOwnPort());
 }
 

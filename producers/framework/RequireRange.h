@@ -5,14 +5,13 @@
 
 #include "framework/Failure.h"
 
-namespace OvVirtual {
+namespace OvProducer {
 
 /// Fails with -1019 unless the value is in the range.
 inline void RequireRange(int64_t value, int64_t min, int64_t max) {
     if (value < min || value > max) {
-        throw OvProducer::Failure(GenTL::GC_ERR_INVALID_VALUE,
-                                  "The value is out of the register's range");
+        throw Failure(GenTL::GC_ERR_INVALID_VALUE, "The value is out of the register's range");
     }
 }
 
-}  // namespace OvVirtual
+}  // namespace OvProducer

@@ -10,9 +10,6 @@
 
 namespace OvSimulator {
 
-/// The address of a broadcast that reaches other subnets of the same network, too.
-constexpr OvGige::Ipv4 kEveryone{0xFFFFFFFF};
-
 /// Addresses that a camera has at a time.
 struct IpAddresses {
     OvGige::Ipv4 ip;

@@ -101,8 +101,10 @@ void SimulatedCamera::Run() {
 void SimulatedCamera::Serve() {
     const auto now = Clock::now();
     m_server.Expire(now);
+    m_server.RunDueActions();
     SendDue(now);
-    auto deadline = std::min(now + kRound, m_server.ExpiryTime().value_or(now + kRound));
+    auto deadline = std::min({now + kRound, m_server.ExpiryTime().value_or(now + kRound),
+                              m_server.ActionTime(now).value_or(now + kRound)});
     if (!m_waiting.empty()) {
         deadline = std::min(deadline, m_waiting.begin()->first);
     }

@@ -4,12 +4,13 @@
 #include <utility>
 
 #include "framework/Failure.h"
+#include "framework/RequireRange.h"
 #include "virtual/FactoryCalibration.h"
-#include "virtual/RequireRange.h"
 
 namespace OvVirtual {
 
 using OvProducer::Failure;
+using OvProducer::RequireRange;
 
 namespace {
 
@@ -244,10 +245,10 @@ bool Camera::IsAcquiring() const {
     return m_acquiring;
 }
 
-void Camera::TriggerSoftware() {
+void Camera::Trigger(TriggerSource source) {
     {
         const std::lock_guard lock(m_mutex);
-        if (!TakesSoftwareTriggers()) {
+        if (!TakesTriggers(source)) {
             return;
         }
         if (m_triggers != 0 && !m_unpaced) {
@@ -261,10 +262,10 @@ void Camera::TriggerSoftware() {
     m_changed.notify_all();
 }
 
-bool Camera::TakesSoftwareTriggers() const {
+bool Camera::TakesTriggers(TriggerSource source) const {
     const CameraSettings& settings = m_state.settings;
     return m_acquiring && settings.triggerMode != 0 &&
-           settings.triggerSource == static_cast<int64_t>(TriggerSource::Software);
+           settings.triggerSource == static_cast<int64_t>(source);
 }
 
 bool Camera::WaitsForTrigger() const {
@@ -278,12 +279,31 @@ int64_t Camera::Ticks() const {
 }
 
 uint64_t Camera::TicksNow() const {
+    using std::chrono::system_clock;
+    if (m_sharesClock) {
+        return static_cast<uint64_t>(
+            std::chrono::nanoseconds(system_clock::now().time_since_epoch()).count());
+    }
     return static_cast<uint64_t>(std::chrono::nanoseconds(Clock::now() - m_epoch).count());
 }
 
 void Camera::ResetTicks() {
     const std::lock_guard lock(m_mutex);
     m_epoch = Clock::now();
+}
+
+void Camera::ShareClock(bool on) {
+    const std::lock_guard lock(m_mutex);
+    if (m_sharesClock && !on) {
+        // Its own clock goes on from the time that it had.
+        m_epoch = Clock::now() - std::chrono::nanoseconds(TicksNow());
+    }
+    m_sharesClock = on;
+}
+
+bool Camera::SharesClock() const {
+    const std::lock_guard lock(m_mutex);
+    return m_sharesClock;
 }
 
 bool Camera::FrameIsPlanned() const {

@@ -93,10 +93,10 @@ public:
     void Start();
     void Stop();
     bool IsAcquiring() const;
-    /// Starts a frame if the camera is waiting for a software trigger. The trigger is
+    /// Starts a frame if the camera is waiting for a trigger of that source. The trigger is
     /// missed if the last frame is still being exposed, unless frames only wait for
     /// buffers.
-    void TriggerSoftware();
+    void Trigger(TriggerSource source);
     bool WaitsForTrigger() const;
 
     /// Drops off the bus for the time that is set, without a message.
@@ -106,7 +106,11 @@ public:
 
     static constexpr int64_t kTicksPerSecond = 1000000000;
     int64_t Ticks() const;
+    /// Does nothing while the camera shares a clock, which isn't its own to set.
     void ResetTicks();
+    /// Whether the camera has the time of a clock that cameras share: this machine's.
+    void ShareClock(bool on);
+    bool SharesClock() const;
 
     // The frames.
 
@@ -120,7 +124,7 @@ public:
 private:
     // To be called with the lock held.
     bool FrameIsPlanned() const;
-    bool TakesSoftwareTriggers() const;
+    bool TakesTriggers(TriggerSource source) const;
     Clock::duration FramePeriod() const;
     uint64_t TicksNow() const;
     void Send(CameraEvent event, uint64_t frame);
@@ -151,7 +155,8 @@ private:
     uint64_t m_triggers = 0;
     uint64_t m_frame = 0;
     Clock::time_point m_due;
-    Clock::time_point m_epoch = Clock::now();
+    Clock::time_point m_epoch = Clock::now();  ///< of the camera's own clock
+    bool m_sharesClock = false;
 
     // Used only by the thread of the frame source.
     // The frame that is due.

@@ -4,9 +4,9 @@
 #include <cstring>
 #include <string_view>
 
+#include "framework/RequireRange.h"
 #include "virtual/Chunks.h"
 #include "virtual/FileRegisters.h"
-#include "virtual/RequireRange.h"
 #include "virtual/SettingRegisters.h"
 
 namespace OvProducer {
@@ -17,6 +17,7 @@ namespace OvVirtual {
 namespace {
 
 using OvProducer::RegisterSpace;
+using OvProducer::RequireRange;
 
 /// Registers that aren't in the tables of SettingRegisters.cpp, CameraSelectors.cpp and
 /// FileRegisters.cpp.
@@ -292,7 +293,8 @@ void Builder::AddAcquisition() {
     m_registers.AddFloat(Address::kResultingFrameRate, [c = m_camera] {
         return static_cast<float>(1 / FrameTime(c->Settings()));
     });
-    m_registers.AddCommand(Address::kSoftwareTrigger, [c = m_camera] { c->TriggerSoftware(); });
+    m_registers.AddCommand(Address::kSoftwareTrigger,
+                           [c = m_camera] { c->Trigger(TriggerSource::Software); });
     const auto isActive = [c = m_camera] { return Bool(c->IsAcquiring()); };
     const auto waits = [c = m_camera] { return Bool(c->WaitsForTrigger()); };
     Number(Address::kSelectedStatus, [c = m_camera, isActive, waits] {

@@ -10,7 +10,8 @@
 namespace OvVirtual {
 
 enum class AcquisitionMode : int64_t { Continuous = 0, SingleFrame = 1, MultiFrame = 2 };
-enum class TriggerSource : int64_t { Software = 0, Line0 = 1 };
+/// Only a camera on a network has actions.
+enum class TriggerSource : int64_t { Software = 0, Line0, Action1, Action2, Count };
 
 // Size of the whole sensor, in the type of the registers.
 constexpr auto kFullWidth = static_cast<int64_t>(kSensorWidth);

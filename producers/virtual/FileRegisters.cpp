@@ -2,13 +2,14 @@
 
 #include <atomic>
 
+#include "framework/RequireRange.h"
 #include "virtual/CameraFiles.h"
-#include "virtual/RequireRange.h"
 
 namespace OvVirtual {
 namespace {
 
 using OvProducer::RegisterSpace;
+using OvProducer::RequireRange;
 
 constexpr uint64_t kMode = 0x0908;
 constexpr uint64_t kExecute = 0x090C;

@@ -8,6 +8,7 @@ namespace {
 
 using Settings = CameraSettings;
 
+constexpr auto kTriggerSources = static_cast<int64_t>(TriggerSource::Count);
 constexpr int64_t kPatterns = static_cast<int64_t>(TestPattern::Count);
 
 constexpr SettingRegister kSettings[] = {
@@ -26,7 +27,7 @@ constexpr SettingRegister kSettings[] = {
     {0x0410, {&Settings::frameRateMode, 0, 1, 1, false}},
     {0x0414, {&Settings::frameRate, 100, 1000000, 1, false}},
     {0x0420, {&Settings::triggerMode, 0, 1, 1, false}},
-    {0x0424, {&Settings::triggerSource, 0, 1, 1, false}},
+    {0x0424, {&Settings::triggerSource, 0, kTriggerSources - 1, 1, false}},
     {0x0428, {&Settings::triggerActivation, 0, 1, 1, false}},
     {0x0430, {&Settings::exposure, 40, 2000000, 1, false}},
     {0x0500, {&Settings::gain, 0, 240, 1, false}},

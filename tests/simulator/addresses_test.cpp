@@ -36,7 +36,7 @@ TEST_F(Addresses, AreSaidToForeignSubnetsByBroadcastIfThatIsAskedFor) {
     EXPECT_FALSE(Search(kForeign, true));
     EXPECT_EQ(m_account[Count::Ignored], 1U);
     const Answered answer = Search(kForeign, true, kFlagBroadcastAnswer).value();
-    EXPECT_EQ(answer.to, Endpoint(kEveryone, kForeign.port));
+    EXPECT_EQ(answer.to, Endpoint(kEverybody, kForeign.port));
 }
 
 TEST_F(Addresses, AreSaidToARouterWhoAsksTheCameraAlone) {

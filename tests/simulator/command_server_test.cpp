@@ -116,9 +116,10 @@ TEST_F(Commands, RefusesPayloadsThatArentOfTheirCommand) {
 }
 
 TEST_F(Commands, SaysWhichCommandsItLacks) {
-    const Answered answer = Ask(Command::Action, Bytes(12));
+    constexpr Command kUnknown{0x0200};
+    const Answered answer = Ask(kUnknown, {});
     EXPECT_EQ(answer.status, Status::NotImplemented);
-    EXPECT_EQ(answer.answer, AnswerTo(Command::Action));
+    EXPECT_EQ(answer.answer, AnswerTo(kUnknown));
 }
 
 TEST_F(Commands, IgnoresWhatIsNoCommand) {

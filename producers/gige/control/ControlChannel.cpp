@@ -124,7 +124,7 @@ void ControlChannel::RequireLink() const {
 uint16_t ControlChannel::TakeRequestId() {
     const uint16_t id = m_nextRequest;
     // 0 is no request.
-    m_nextRequest = id == 0xFFFF ? 1 : static_cast<uint16_t>(id + 1);
+    m_nextRequest = NextRequestId(id);
     return id;
 }
 

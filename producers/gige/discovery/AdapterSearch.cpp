@@ -6,6 +6,7 @@
 #include <array>
 
 #include "framework/Failure.h"
+#include "gige/net/CameraSocket.h"
 #include "gige/protocol/Bootstrap.h"
 #include "gige/protocol/Registers.h"
 
@@ -15,13 +16,8 @@ namespace {
 using Time = FoundCameras::Time;
 using std::chrono::steady_clock;
 
-constexpr Ipv4 kEverybody{0xFFFFFFFF};
-
 /// A broadcast may be lost, so it is repeated. Cameras may wait a second before they answer.
 constexpr std::chrono::milliseconds kRepeat{400};
-
-/// Answers of a few hundred cameras that come at once.
-constexpr size_t kReceiveBuffer = 1 << 20;
 
 CameraUse UseOf(uint32_t privilege) {
     if ((privilege & kPrivilegeExclusive) != 0) {
@@ -48,18 +44,6 @@ void AdapterSearch::Run(std::chrono::milliseconds time, const SearchTargets& tar
             Take(*datagram, targets, found);
         }
     } while (next < deadline && !m_stop.IsSignalled());
-}
-
-// The socket has no address of its own: bound to one, it would get no broadcast answers, by
-// which cameras of other subnets answer. Where it can't be bound to the adapter either, each
-// datagram names the adapter that it leaves by.
-void AdapterSearch::Open() {
-    UdpSocket socket;
-    static_cast<void>(socket.BindToDevice(m_adapter.name));
-    socket.AllowBroadcast();
-    socket.SetReceiveBuffer(kReceiveBuffer);
-    socket.Bind({});
-    m_socket = std::move(socket);
 }
 
 // An adapter that refuses everything may be down, and come back as another one with the same
@@ -93,7 +77,7 @@ size_t AdapterSearch::SendToEach(Command command, ByteView payload,
 bool AdapterSearch::Send(const Endpoint& to, ByteView packet) {
     try {
         if (!m_socket) {
-            Open();
+            m_socket = MakeBroadcastSocket(m_adapter);
         }
         m_socket->SendTo(to, packet, m_adapter.index);
     } catch (const OvProducer::Failure&) {
@@ -107,7 +91,7 @@ bool AdapterSearch::Send(const Endpoint& to, ByteView packet) {
 
 // A camera may take a number that it has just seen for a repetition.
 uint16_t AdapterSearch::TakeRequestId() {
-    m_requestId = m_requestId == 0xFFFF ? uint16_t{1} : static_cast<uint16_t>(m_requestId + 1);
+    m_requestId = NextRequestId(m_requestId);
     return m_requestId;
 }
 

@@ -52,7 +52,6 @@ public:
     SearchCounters Counters() const;
 
 private:
-    void Open();
     void SendToAll(const SearchTargets& targets);
     bool Send(const Endpoint& to, ByteView packet);
     uint16_t TakeRequestId();

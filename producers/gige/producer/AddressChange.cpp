@@ -26,8 +26,6 @@ constexpr milliseconds kSlice = 250ms;
 /// After so many slices without an answer, the command may have been lost.
 constexpr int kSlicesPerCommand = 8;
 
-constexpr Ipv4 kEverybody{0xFFFFFFFF};
-
 using IsProof = std::function<bool(const Identity&)>;
 
 /// A search by sockets of its own: that of the list may be running, and may be stopped.

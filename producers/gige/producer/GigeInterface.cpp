@@ -145,6 +145,17 @@ SearchTargets GigeInterface::Targets() const {
             .cameras = m_addresses->List()};
 }
 
+std::string GigeInterface::IdOfCamera(const Endpoint& place) const {
+    const std::lock_guard lock(m_mutex);
+    for (const auto& [mac, known] : m_devices) {
+        const std::shared_ptr<GigeDevice> device = known.lock();
+        if (device && device->Camera().endpoint == place) {
+            return TextOf(mac);
+        }
+    }
+    return {};
+}
+
 std::shared_ptr<GigeDevice> GigeInterface::DeviceOf(const FoundCamera& camera) {
     std::weak_ptr<GigeDevice>& known = m_devices[camera.identity.mac];
     std::shared_ptr<GigeDevice> device = known.lock();

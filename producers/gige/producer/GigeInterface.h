@@ -10,6 +10,7 @@
 
 #include "framework/Backend.h"
 #include "gige/discovery/AdapterSearch.h"
+#include "gige/producer/ActionFeatures.h"
 #include "gige/producer/GigeDevice.h"
 #include "gige/producer/NamedAddresses.h"
 
@@ -19,7 +20,7 @@ namespace OvGige {
 /// whose sockets are bound to the new address.
 std::string IdOf(const Adapter& adapter);
 
-class GigeInterface : public OvProducer::InterfaceBackend {
+class GigeInterface : public OvProducer::InterfaceBackend, private ActionHost {
 public:
     GigeInterface(const Adapter& adapter, std::shared_ptr<const NamedAddresses> addresses);
 
@@ -34,6 +35,9 @@ public:
     void StopDiscover() override;
     void ForceAddress(OvProducer::DeviceBackend& device,
                       const OvProducer::NetworkAddress& address) override;
+    void AddRegisters(OvProducer::RegisterSpace& registers) override {
+        m_actions.AddRegisters(registers);
+    }
 
     /// Changes that reach a camera by way of this adapter. The answers to the searches that prove
     /// them count for the next list.
@@ -49,6 +53,9 @@ private:
     std::shared_ptr<AdapterSearch> Search() const;
     SearchTargets Targets() const;
     std::shared_ptr<GigeDevice> DeviceOf(const FoundCamera& camera);
+    Adapter ActionAdapter() const override { return Search()->GetAdapter(); }
+    std::vector<Endpoint> ActionTargets() const override { return m_addresses->List(); }
+    std::string IdOfCamera(const Endpoint& place) const override;
 
     const std::shared_ptr<const NamedAddresses> m_addresses;
     std::atomic<SearchRange> m_range = SearchRange::Subnet;
@@ -57,6 +64,7 @@ private:
     std::shared_ptr<AdapterSearch> m_search;
     /// Those that anybody has: the last list, or who has opened them.
     std::map<MacAddress, std::weak_ptr<GigeDevice>> m_devices;
+    ActionFeatures m_actions{*this};
 };
 
 }  // namespace OvGige

@@ -84,6 +84,10 @@ void GigeProducer::Describe(OvProducer::ModuleKind kind, OvProducer::Port& port)
         description.name = "OvGigeStream_1_0_0";
         description.xml = WithStreamFeatures(std::move(description.xml));
     }
+    if (kind == OvProducer::ModuleKind::Interface) {
+        description.name = "OvGigeInterface_1_0_0";
+        description.xml = WithActionFeatures(std::move(description.xml));
+    }
     port.AddDescription(description, OvProducer::kDescriptionAddress);
 }
 

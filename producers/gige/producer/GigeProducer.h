@@ -25,7 +25,7 @@ public:
 
     OvProducer::ProducerFacts Facts() override;
     std::vector<std::shared_ptr<OvProducer::InterfaceBackend>> Discover(uint64_t timeout) override;
-    /// A stream has features beside those of every stream.
+    /// Streams and interfaces have features beside those of all producers.
     void Describe(OvProducer::ModuleKind kind, OvProducer::Port& port) override;
     std::string NamedAddresses() override { return m_addresses->Text(); }
     void SetNamedAddresses(const std::string& addresses) override { m_addresses->Set(addresses); }

@@ -20,6 +20,9 @@ struct Ipv4 {
     bool IsNone() const { return value == 0; }
 };
 
+/// The address of a broadcast that reaches other subnets of the same network, too.
+constexpr Ipv4 kEverybody{0xFFFFFFFF};
+
 /// "192.168.1.10".
 std::string TextOf(Ipv4 address);
 /// Reads four dotted numbers from 0 to 255 and nothing else.

@@ -65,6 +65,8 @@ constexpr uint32_t kRegPendingTimeout = 0x0958;  ///< milliseconds
 constexpr uint32_t kRegStreamConfig = 0x0960;
 constexpr uint32_t kRegLinkCapability = 0x0964;
 constexpr uint32_t kRegLinkConfig = 0x0968;
+constexpr uint32_t kRegClockState = 0x096C;       ///< of the synchronised clock
+constexpr uint32_t kRegActionQueueSize = 0x0970;  ///< scheduled actions that can wait
 constexpr uint32_t kRegPrivilege = 0x0A00;
 constexpr uint32_t kRegOwnerPort = 0x0A04;
 constexpr uint32_t kRegOwnerIp = 0x0A14;
@@ -82,6 +84,9 @@ constexpr uint32_t kRegStreamSourcePort = 0x0D1C;
 constexpr uint32_t kRegStreamFeatures = 0x0D20;  ///< what the channel can do
 constexpr uint32_t kRegStreamSwitches = 0x0D24;  ///< what of it is on
 constexpr uint32_t kRegStreamChannelStride = 0x0040;
+constexpr uint32_t kRegActionGroupKey = 0x9800;  ///< of the first signal
+constexpr uint32_t kRegActionGroupMask = 0x9804;
+constexpr uint32_t kRegActionStride = 0x0010;
 ///@}
 
 /// Bits of the device mode.
@@ -105,8 +110,11 @@ constexpr uint32_t kOffersHeartbeatOff = 0x20000000;
 constexpr uint32_t kOffersLinkSpeed = 0x10000000;
 constexpr uint32_t kOffersOwner = 0x08000000;  ///< registers 0x0A04 and 0x0A14
 constexpr uint32_t kOffersDiscoveryDelay = 0x01000000;
-constexpr uint32_t kOffersExtendedStatus1 = 0x00400000;  ///< status codes since 1.1
-constexpr uint32_t kOffersExtendedStatus2 = 0x00040000;  ///< status codes since 2.0
+constexpr uint32_t kOffersExtendedStatus1 = 0x00400000;      ///< status codes since 1.1
+constexpr uint32_t kOffersExtendedStatus2 = 0x00040000;      ///< status codes since 2.0
+constexpr uint32_t kOffersUnconditionalAction = 0x00100000;  ///< of hosts without control
+constexpr uint32_t kOffersSharedClock = 0x00080000;
+constexpr uint32_t kOffersScheduledAction = 0x00020000;
 constexpr uint32_t kOffersAction = 0x00000040;
 constexpr uint32_t kOffersPending = 0x00000020;
 constexpr uint32_t kOffersEventData = 0x00000010;
@@ -118,10 +126,18 @@ constexpr uint32_t kOffersConcatenation = 0x00000001;  ///< several registers pe
 
 /// Bits of the control configuration.
 ///@{
+constexpr uint32_t kConfigSharedClock = 0x00080000;
 constexpr uint32_t kConfigExtendedStatus2 = 0x00040000;
+constexpr uint32_t kConfigUnconditionalAction = 0x00000008;
 constexpr uint32_t kConfigExtendedStatus1 = 0x00000004;
 constexpr uint32_t kConfigPending = 0x00000002;
 constexpr uint32_t kConfigHeartbeatOff = 0x00000001;
+///@}
+
+/// States of the synchronised clock: others are on the way to one of these.
+///@{
+constexpr uint32_t kClockOff = 3;
+constexpr uint32_t kClockFollows = 9;  ///< has the time of another clock
 ///@}
 
 /// Bits of the streams' capability and configuration (`kRegStreamCapability`,

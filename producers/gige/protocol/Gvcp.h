@@ -43,6 +43,11 @@ constexpr uint16_t AnswerTo(Command command) {
     return static_cast<uint16_t>(static_cast<uint16_t>(command) + 1);
 }
 
+/// The number of the command after the one with that number. No command has the number 0.
+constexpr uint16_t NextRequestId(uint16_t last) {
+    return last == 0xFFFF ? uint16_t{1} : static_cast<uint16_t>(last + 1);
+}
+
 /// Flags of a command.
 ///@{
 constexpr uint8_t kFlagAnswerRequired = 0x01;

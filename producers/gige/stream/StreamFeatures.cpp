@@ -4,6 +4,8 @@
 #include <iomanip>
 #include <sstream>
 
+#include "framework/Descriptions.h"
+
 namespace OvGige {
 namespace {
 
@@ -179,13 +181,6 @@ private:
     size_t m_index = 0;
 };
 
-/// Gives an attribute of the description another value.
-void SetAttribute(std::string& description, const std::string& name, const std::string& value) {
-    const std::string mark = name + "=\"";
-    const size_t begin = description.find(mark) + mark.size();
-    description.replace(begin, description.find('"', begin) - begin, value);
-}
-
 }  // namespace
 
 std::span<const SettingFeature> SettingFeatures() {
@@ -230,15 +225,12 @@ std::string WithStreamFeatures(std::string description) {
     for (const CountFeature& feature : kCounts) {
         writer.Number(feature, "");
     }
-    // Consumers keep what they know of a description by its identity.
-    SetAttribute(description, "ModelName", "GigeStreamModule");
-    SetAttribute(description, "ProductGuid", "E7104A6D-93B5-4E2C-A5F8-0C6D2B1A0001");
-    SetAttribute(description, "VersionGuid", "E7104A6D-93B5-4E2C-A5F8-0C6D2B1A1000");
     const std::string nodes = "\n" + writer.Nodes();
-    // The root category is the first one.
-    description.insert(description.find("  </Category>"), writer.Root());
-    description.insert(description.rfind("</RegisterDescription>"), nodes);
-    return description;
+    return OvProducer::WithNodes(std::move(description),
+                                 {.model = "GigeStreamModule",
+                                  .product = "E7104A6D-93B5-4E2C-A5F8-0C6D2B1A0001",
+                                  .version = "E7104A6D-93B5-4E2C-A5F8-0C6D2B1A1000"},
+                                 writer.Root(), nodes);
 }
 
 }  // namespace OvGige

@@ -42,6 +42,8 @@ Replies CommandServer::Handle(const Arrival& arrival, Clock::time_point now) {
         case Command::PacketResend:
             Resend(*command);
             return {};
+        case Command::Action:
+            return Act(arrival, *command, now);
         default:
             break;
     }
@@ -85,7 +87,7 @@ Replies CommandServer::Route(const Arrival& arrival, uint8_t flags, Bytes packet
         return {{.to = arrival.sender, .packet = std::move(packet)}};
     }
     if ((flags & kFlagBroadcastAnswer) != 0) {
-        return {{.to = {kEveryone, arrival.sender.port}, .packet = std::move(packet)}};
+        return {{.to = {kEverybody, arrival.sender.port}, .packet = std::move(packet)}};
     }
     return {};
 }
@@ -120,6 +122,38 @@ Replies CommandServer::ForceAddress(const Arrival& arrival, const CommandPacket&
         return {};
     }
     return Route(arrival, command.flags, Answer(command, {.status = status}));
+}
+
+// Only cameras that are meant answer: an action may be heard by all of a network.
+Replies CommandServer::Act(const Arrival& arrival, const CommandPacket& command,
+                           Clock::time_point now) {
+    const auto request = ParseAction(command.payload, command.flags);
+    if (!request || !MayAct(arrival.sender)) {
+        m_account.Add(Count::Ignored);
+        return {};
+    }
+    if (const Replies* const known = m_recent.Find(arrival.sender, arrival.packet, now)) {
+        m_account.Add(Count::Repeated);
+        return *known;
+    }
+    const auto status = m_actions.Take(*request);
+    if (!status) {
+        m_account.Add(Count::ActionsOfOthers);
+        return {};
+    }
+    Replies replies;
+    if ((command.flags & kFlagAnswerRequired) != 0) {
+        replies = Route(arrival, 0, Answer(command, {.status = *status}));
+    }
+    m_recent.Keep(arrival.sender, arrival.packet, replies, now);
+    return replies;
+}
+
+// The sender has a port of its own: one command is for many cameras, which have control channels
+// of their own with the same host.
+bool CommandServer::MayAct(const Endpoint& sender) const {
+    return (m_device.Bootstrap().Get(kRegControlConfig) & kConfigUnconditionalAction) != 0 ||
+           (m_ownership.IsHeld() && m_ownership.Owner().ip == sender.ip);
 }
 
 void CommandServer::Resend(const CommandPacket& command) {
@@ -307,6 +341,7 @@ bool CommandServer::KnowsPatience() const {
 void CommandServer::Forget() {
     m_ownership.Clear();
     m_recent.Clear();
+    m_actions.Forget();
     m_device.Release();
     ShowOwner();
 }

@@ -7,6 +7,7 @@
 #include "gige/protocol/ControlPacket.h"
 #include "gige/protocol/GvspResend.h"
 #include "simulator/Account.h"
+#include "simulator/control/ActionSignals.h"
 #include "simulator/control/Ownership.h"
 #include "simulator/control/RecentCommands.h"
 #include "simulator/device/CameraDevice.h"
@@ -45,6 +46,12 @@ public:
     void Expire(Clock::time_point now);
     /// When `Expire` would do so, unless the owner is heard of before.
     std::optional<Clock::time_point> ExpiryTime() const;
+    /// Does scheduled actions that are due.
+    void RunDueActions() { m_actions.RunDue(); }
+    /// When `RunDueActions` has something to do.
+    std::optional<Clock::time_point> ActionTime(Clock::time_point now) const {
+        return m_actions.DueTime(now);
+    }
     /// Whether hosts understand that an answer takes longer.
     bool KnowsPatience() const;
     /// Takes another address of the same subnet, as a camera does whose server of addresses has
@@ -69,6 +76,9 @@ private:
                           Clock::time_point now);
     Replies Search(const Arrival& arrival, const OvGige::CommandPacket& command);
     Replies ForceAddress(const Arrival& arrival, const OvGige::CommandPacket& command);
+    Replies Act(const Arrival& arrival, const OvGige::CommandPacket& command,
+                Clock::time_point now);
+    bool MayAct(const OvGige::Endpoint& sender) const;
     void Resend(const OvGige::CommandPacket& command);
     OvGige::Status MoveTo(const IpAddresses& addresses);
     /// To a host that the camera can't reach by its address, only a broadcast gets through.
@@ -90,6 +100,7 @@ private:
     NetworkPlace& m_place;
     Account& m_account;
     Ownership m_ownership;
+    ActionSignals m_actions{m_device, m_account};
     RecentCommands m_recent;
 };
 

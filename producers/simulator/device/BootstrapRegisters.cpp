@@ -39,6 +39,7 @@ constexpr auto kRows = std::to_array<Row>({
     {.address = kRegMessageChannelCount},
     {.address = kRegStreamChannelCount},
     {.address = kRegActionSignalCount},
+    {.address = kRegActionDeviceKey, .writable = kAll, .isReadable = false},
     {.address = kRegActiveLinkCount},
     {.address = kRegStreamCapability},
     {.address = kRegMessageCapability},
@@ -55,6 +56,8 @@ constexpr auto kRows = std::to_array<Row>({
     {.address = kRegStreamConfig, .writable = kAll},
     {.address = kRegLinkCapability},
     {.address = kRegLinkConfig, .writable = kAll},
+    {.address = kRegClockState},
+    {.address = kRegActionQueueSize},
     {.address = kRegPrivilege},  // written only by way of who asks
     {.address = kRegOwnerPort},
     {.address = kRegOwnerIp},
@@ -71,6 +74,8 @@ constexpr auto kRows = std::to_array<Row>({
     {.address = kRegStreamSourcePort},
     {.address = kRegStreamFeatures},
     {.address = kRegStreamSwitches, .writable = kAll},
+    {.address = kRegActionGroupKey, .bytes = 2 * kWord, .writable = kAll},
+    {.address = kRegActionGroupKey + kRegActionStride, .bytes = 2 * kWord, .writable = kAll},
 });
 
 }  // namespace

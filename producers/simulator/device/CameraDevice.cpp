@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "Base/OvAssert.h"
 #include "framework/Failure.h"
 #include "framework/Zip.h"
 #include "gige/protocol/Discovery.h"
@@ -27,12 +28,17 @@ constexpr Ipv4 kLinkLocalMask{0xFFFF0000};
 constexpr uint32_t kResetTime = 0x1;
 constexpr uint32_t kLatchTime = 0x2;
 
-constexpr uint32_t kOffered = kOffersUserName | kOffersSerialNumber | kOffersHeartbeatOff |
-                              kOffersLinkSpeed | kOffersOwner | kOffersExtendedStatus1 |
-                              kOffersExtendedStatus2 | kOffersPending | kOffersResend |
-                              kOffersWriteMemory | kOffersConcatenation;
-constexpr uint32_t kSwitches =
-    kConfigExtendedStatus2 | kConfigExtendedStatus1 | kConfigPending | kConfigHeartbeatOff;
+constexpr uint32_t kOffered =
+    kOffersUserName | kOffersSerialNumber | kOffersHeartbeatOff | kOffersLinkSpeed | kOffersOwner |
+    kOffersExtendedStatus1 | kOffersExtendedStatus2 | kOffersPending | kOffersResend |
+    kOffersWriteMemory | kOffersConcatenation | kOffersAction | kOffersScheduledAction |
+    kOffersUnconditionalAction | kOffersSharedClock;
+constexpr uint32_t kSwitches = kConfigExtendedStatus2 | kConfigExtendedStatus1 | kConfigPending |
+                               kConfigHeartbeatOff | kConfigUnconditionalAction |
+                               kConfigSharedClock;
+
+constexpr uint32_t kActionSignals = 2;
+constexpr uint32_t kActionQueue = 16;
 
 Status StatusOf(const OvProducer::Failure& failure) {
     switch (failure.Code()) {
@@ -84,6 +90,12 @@ OvVirtual::Environment WithoutMemory() {
 
 }  // namespace
 
+OvVirtual::TriggerSource SourceOf(uint32_t signal) {
+    OV_ASSERT(signal < kActionSignals);
+    return OvVirtual::TriggerSource{static_cast<int64_t>(OvVirtual::TriggerSource::Action1) +
+                                    signal};
+}
+
 CameraDevice::CameraDevice(const CameraProfile& profile)
     : m_profile(profile),
       m_camera(std::make_shared<OvVirtual::Camera>(IdentityOf(profile), WithoutMemory())) {
@@ -128,6 +140,9 @@ void CameraDevice::FillCapabilities() {
     m_bootstrap.Set(kRegPendingTimeout, kPendingMax);
     m_bootstrap.Set(kRegTickFrequencyLow,
                     static_cast<uint32_t>(OvVirtual::Camera::kTicksPerSecond));
+    m_bootstrap.Set(kRegActionSignalCount, kActionSignals);
+    m_bootstrap.Set(kRegActionQueueSize, kActionQueue);
+    m_bootstrap.Set(kRegClockState, kClockOff);
 }
 
 void CameraDevice::AddDescription() {
@@ -157,7 +172,23 @@ void CameraDevice::FollowWrites() {
     m_bootstrap.CheckWrites(kRegLinkConfig, [](uint32_t& value) {
         return value == 1 ? Status::Success : Status::InvalidParameter;
     });
+    m_bootstrap.FollowWrites(kRegControlConfig, [this](uint32_t value) {
+        ShareClock((value & kConfigSharedClock) != 0);
+    });
+    CheckTimestampWrites();
+    for (uint32_t offset = 0; offset < kRegUserName.width; offset += kWord) {
+        m_bootstrap.FollowWrites(kRegUserName.address + offset, [this](uint32_t) {
+            m_camera->SetUserId(m_bootstrap.GetText(kRegUserName));
+        });
+    }
+}
+
+void CameraDevice::CheckTimestampWrites() {
     m_bootstrap.CheckWrites(kRegTimestampControl, [this](uint32_t& value) {
+        // A clock that others share isn't this camera's to set.
+        if ((value & kResetTime) != 0 && m_camera->SharesClock()) {
+            return Status::AccessDenied;
+        }
         if ((value & kLatchTime) != 0) {
             const auto ticks = static_cast<uint64_t>(m_camera->Ticks());
             m_bootstrap.Set(kRegTimestampHigh, static_cast<uint32_t>(ticks >> 32));
@@ -169,11 +200,11 @@ void CameraDevice::FollowWrites() {
         value = 0;
         return Status::Success;
     });
-    for (uint32_t offset = 0; offset < kRegUserName.width; offset += kWord) {
-        m_bootstrap.FollowWrites(kRegUserName.address + offset, [this](uint32_t) {
-            m_camera->SetUserId(m_bootstrap.GetText(kRegUserName));
-        });
-    }
+}
+
+void CameraDevice::ShareClock(bool on) {
+    m_camera->ShareClock(on);
+    m_bootstrap.Set(kRegClockState, on ? kClockFollows : kClockOff);
 }
 
 Status CameraDevice::ReadWord(uint32_t address, std::span<std::byte> out) const {

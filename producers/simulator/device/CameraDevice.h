@@ -18,6 +18,9 @@ constexpr uint32_t kApplicationBase = 0x00010000;
 /// Where the description begins.
 constexpr uint32_t kDescriptionAddress = 0x00200000;
 
+/// The trigger that an action signal is, counted from 0.
+OvVirtual::TriggerSource SourceOf(uint32_t signal);
+
 /// Used by one thread at a time.
 class CameraDevice {
 public:
@@ -50,6 +53,8 @@ private:
     void FillCapabilities();
     void AddDescription();
     void FollowWrites();
+    void CheckTimestampWrites();
+    void ShareClock(bool on);
     OvGige::Status ReadWord(uint32_t address, std::span<std::byte> out) const;
     OvGige::Status WriteApplication(uint32_t address, OvGige::ByteView in);
 

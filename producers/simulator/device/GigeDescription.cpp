@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "Base/OvAssert.h"
+#include "virtual/CameraSettings.h"
 
 namespace OvProducer {
 extern const std::string_view kVirtualCameraDescription;
@@ -63,6 +64,20 @@ void InsertBefore(std::string& xml, std::string_view mark, std::string_view text
     xml.insert(at, text);
 }
 
+/// The entries of the trigger's sources that only a camera on a network has.
+std::string ActionSources() {
+    std::string entries;
+    for (const int signal : {1, 2}) {
+        const std::string number = std::to_string(signal);
+        const auto value = static_cast<int64_t>(OvVirtual::TriggerSource::Action1) + signal - 1;
+        entries += "<EnumEntry Name=\"Action" + number +
+                   "\" NameSpace=\"Standard\">\n      <ToolTip>The action signal " + number +
+                   "</ToolTip>\n      <Value>" + std::to_string(value) +
+                   "</Value>\n    </EnumEntry>\n    ";
+    }
+    return entries;
+}
+
 }  // namespace
 
 std::string GigeDescription(uint64_t base) {
@@ -74,7 +89,9 @@ std::string GigeDescription(uint64_t base) {
     Replace(xml, "B3E6-1F490C8A1000", "B3E6-1F490C8A2000");
     MoveEventData(xml);
     InsertBefore(xml, "<pFeature>ChunkDataControl</pFeature>",
+                 "<pFeature>ActionControl</pFeature>\n    "
                  "<pFeature>GigEVisionControl</pFeature>\n    ");
+    InsertBefore(xml, "<pValue>TriggerSourceReg</pValue>", ActionSources());
     InsertBefore(xml, "</RegisterDescription>", OvProducer::kGigeFeatures);
     return xml;
 }

@@ -57,7 +57,7 @@ CameraSockets::CameraSockets(const Adapter& adapter, const IpAddresses& addresse
     m_own.AllowBroadcast();
     m_own.Bind({addresses.ip, port});
     const uint16_t granted = m_own.Local().port;
-    Listen(kEveryone, granted);
+    Listen(kEverybody, granted);
     Listen({addresses.ip.value | ~addresses.mask.value}, granted);
 }
 
@@ -74,14 +74,14 @@ void CameraSockets::Listen(Ipv4 broadcast, uint16_t port) {
 }
 
 void CameraSockets::Send(const Endpoint& to, ByteView packet) {
-    m_own.SendTo(to, packet, to.ip == kEveryone ? m_adapter.index : 0);
+    m_own.SendTo(to, packet, to.ip == kEverybody ? m_adapter.index : 0);
 }
 
 void CameraSockets::SendAsStranger(const Endpoint& to, ByteView packet) const {
     UdpSocket stranger;
     stranger.AllowBroadcast();
     stranger.Bind({Local().ip, 0});
-    stranger.SendTo(to, packet, to.ip == kEveryone ? m_adapter.index : 0);
+    stranger.SendTo(to, packet, to.ip == kEverybody ? m_adapter.index : 0);
 }
 
 std::optional<Packet> CameraSockets::Take() {

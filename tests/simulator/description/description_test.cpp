@@ -9,6 +9,7 @@
 #include "GenApi/IBoolean.h"
 #include "GenApi/ICategory.h"
 #include "GenApi/ICommand.h"
+#include "GenApi/IEnumeration.h"
 #include "GenApi/IInteger.h"
 #include "GenApi/INodeMap.h"
 #include "GenApi/IPort.h"
@@ -151,6 +152,33 @@ TEST_F(SimulatedDescription, ShowsTheMessageChannel) {
               (MessageSetup{.destination = {{0x0A010001}, 50'000},
                             .timeout = std::chrono::milliseconds(50),
                             .retries = 3}));
+}
+
+TEST_F(SimulatedDescription, SetsUpEachActionSignal) {
+    using OvVirtual::TriggerSource;
+    As<GenApi::IInteger>("ActionDeviceKey").SetValue(7);
+    EXPECT_EQ(m_device.Bootstrap().Get(OvGige::kRegActionDeviceKey), 7U);
+    for (const int64_t signal : {1, 2}) {
+        As<GenApi::IInteger>("ActionSelector").SetValue(signal);
+        As<GenApi::IInteger>("ActionGroupKey").SetValue(10 * signal);
+        As<GenApi::IInteger>("ActionGroupMask").SetValue(100 * signal);
+    }
+    EXPECT_EQ(m_device.Bootstrap().Get(OvGige::kRegActionGroupKey), 10U);
+    EXPECT_EQ(m_device.Bootstrap().Get(OvGige::kRegActionGroupMask), 100U);
+    EXPECT_EQ(m_device.Bootstrap().Get(OvGige::kRegActionGroupKey + 0x10), 20U);
+    EXPECT_EQ(m_device.Bootstrap().Get(OvGige::kRegActionGroupMask + 0x10), 200U);
+    As<GenApi::IEnumeration>("TriggerSource").FromString("Action2");
+    EXPECT_EQ(m_device.Camera().Settings().triggerSource,
+              static_cast<int64_t>(TriggerSource::Action2));
+    As<GenApi::IEnumeration>("ActionUnconditionalMode").FromString("On");
+    EXPECT_EQ(m_device.Bootstrap().Get(OvGige::kRegControlConfig),
+              OvGige::kConfigUnconditionalAction);
+}
+
+TEST_F(SimulatedDescription, SaysWhatItsSharedClockIsDoing) {
+    EXPECT_STREQ(As<GenApi::IEnumeration>("PtpStatus").ToString().c_str(), "Disabled");
+    As<GenApi::IBoolean>("PtpEnable").SetValue(true);
+    EXPECT_STREQ(As<GenApi::IEnumeration>("PtpStatus").ToString().c_str(), "Slave");
 }
 
 TEST_F(SimulatedDescription, KeepsTheTimeThatIsLatched) {

@@ -81,7 +81,7 @@ protected:
                                                       .ip = addresses.ip,
                                                       .mask = addresses.mask,
                                                       .gateway = addresses.gateway});
-            socket.SendTo({kEveryone, kControlPort},
+            socket.SendTo({kEverybody, kControlPort},
                           BuildCommand({.flags = kFlagAnswerRequired | kFlagBroadcastAnswer,
                                         .command = Command::ForceIp,
                                         .requestId = 1,
