@@ -135,6 +135,9 @@ public:
     /// Sets whether the camera's numbers of four bytes are read as registers (true), as the
     /// descriptions of old GigE Vision cameras expect it, or as memory.
     virtual void SetLegacyEndianess(bool isLegacy) { static_cast<void>(isLegacy); }
+    /// Adds registers to those that the devices of all producers have. They are used while the
+    /// backend lives.
+    virtual void AddRegisters(RegisterSpace& registers) { static_cast<void>(registers); }
 };
 
 class InterfaceBackend {

@@ -69,6 +69,7 @@ Device::Device(Session& session, std::weak_ptr<Interface> parent,
     AddRegisters();
     AddStreamListRegisters();
     AddSettingRegisters();
+    m_backend->AddRegisters(GetOwnPort().Registers());
     GetOwnPort().SetGate([this] { m_backend->CheckUsable(); });
     session.producer->Describe(ModuleKind::Device, GetOwnPort());
 }

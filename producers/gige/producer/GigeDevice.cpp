@@ -6,6 +6,7 @@
 #include "framework/Failure.h"
 #include "gige/device/ResetCommand.h"
 #include "gige/message/MessageChannel.h"
+#include "gige/message/MessageFeatures.h"
 #include "gige/net/CameraSocket.h"
 #include "gige/protocol/Bootstrap.h"
 
@@ -207,6 +208,14 @@ void GigeDevice::SetPatience(const OvProducer::CommandPatience& patience) {
 
 void GigeDevice::SetLegacyEndianess(bool isLegacy) {
     GetSession()->port->isLegacy = isLegacy;
+}
+
+void GigeDevice::AddRegisters(OvProducer::RegisterSpace& registers) {
+    AddMessageRegisters(registers, [this](const MessageFeature& feature) {
+        const auto session = FindSession();
+        return session && session->messages ? (session->messages->Account().*feature.count).load()
+                                            : uint64_t{0};
+    });
 }
 
 void GigeDevice::CheckUsable() {

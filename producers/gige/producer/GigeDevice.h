@@ -48,6 +48,7 @@ public:
     OvProducer::CommandPatience InitialPatience() override;
     void SetPatience(const OvProducer::CommandPatience& patience) override;
     void SetLegacyEndianess(bool isLegacy) override;
+    void AddRegisters(OvProducer::RegisterSpace& registers) override;
 
     void CheckUsable() override;
     CameraMemory& Memory() override;

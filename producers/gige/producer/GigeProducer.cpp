@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "framework/Failure.h"
+#include "gige/message/MessageFeatures.h"
 #include "gige/stream/StreamFeatures.h"
 
 namespace OvGige {
@@ -83,6 +84,10 @@ void GigeProducer::Describe(OvProducer::ModuleKind kind, OvProducer::Port& port)
     if (kind == OvProducer::ModuleKind::Stream) {
         description.name = "OvGigeStream_1_0_0";
         description.xml = WithStreamFeatures(std::move(description.xml));
+    }
+    if (kind == OvProducer::ModuleKind::Device) {
+        description.name = "OvGigeDevice_1_0_0";
+        description.xml = WithMessageFeatures(std::move(description.xml));
     }
     if (kind == OvProducer::ModuleKind::Interface) {
         description.name = "OvGigeInterface_1_0_0";

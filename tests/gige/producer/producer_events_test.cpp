@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "GigeProducerTest.h"
+#include "gige/message/MessageFeatures.h"
 #include "gige/protocol/Bootstrap.h"
 #include "gige/protocol/GvcpEvent.h"
 #include "simulator/device/CameraDevice.h"
@@ -100,6 +101,28 @@ protected:
         std::iota(numbers.begin(), numbers.end(), uint64_t{0});
         return numbers;
     }
+    /// Stops the frames, and waits until the camera has nothing left to send.
+    void Settle() {
+        StopFrames();
+        while (Counted(Count::Acknowledgements) != Counted(Count::Messages) ||
+               Counted(Count::Messages) != Counted(Count::Events)) {
+            std::this_thread::yield();
+        }
+    }
+    uint64_t Counter(const std::string& name) {
+        const auto features = MessageFeatures();
+        const auto found = std::find_if(features.begin(), features.end(),
+                                        [&](const auto& feature) { return feature.name == name; });
+        return Read<uint64_t>(Way().device, 0x1000 + 8 * (found - features.begin()));
+    }
+    /// Waits for what is still on its way.
+    void ExpectCounter(const std::string& name, uint64_t value) {
+        const auto end = Clock::now() + std::chrono::minutes(1);
+        while (Counter(name) != value && Clock::now() < end) {
+            std::this_thread::yield();
+        }
+        EXPECT_EQ(Counter(name), value) << name;
+    }
     uint64_t Counted(Count count) { return Simulated().Counts()[count]; }
 
     /// A message of whoever has the socket, as if it were the camera's.
@@ -173,6 +196,13 @@ TEST_F(GigeEvents, AreNotDeliveredTwiceOrOutOfOrderWhenTheNetworkIsBad) {
                               Count::IgnoredAcknowledgements, Count::ForeignMessages}) {
         EXPECT_GT(Counted(fault), 0U) << NameOf(fault);
     }
+    Settle();
+    ExpectCounter("MessageEventCount", Counted(Count::Events));
+    ExpectCounter("MessageCount", Counted(Count::Messages));
+    ExpectCounter("MessageForeignCount", Counted(Count::ForeignMessages));
+    ExpectCounter("MessageRepeatCount", Counted(Count::RepeatedMessages) -
+                                            Counted(Count::LostMessages) +
+                                            Counted(Count::DoubledMessages));
 }
 
 TEST_F(GigeEvents, AreMissingOnlyIfTheCameraGaveThemUp) {
@@ -228,6 +258,7 @@ TEST_F(GigeEvents, AreNotTakenFromOthers) {
     UdpSocket camera = LoopbackSocket();
     SendMessage(camera, Command::Event, BuildEvent({.id = 2}, false));
     EXPECT_EQ(Next().id, 2U);
+    ExpectCounter("MessageForeignCount", 1);
     EXPECT_FALSE(stranger.Receive(Clock::now())) << "an acknowledgement";
     RemoteEvent event;
     EXPECT_EQ(Fetch(event, 0), GenTL::GC_ERR_TIMEOUT);
@@ -283,14 +314,7 @@ TEST_F(GigeEvents, StopWithTheFrames) {
     Register();
     StartFrames();
     Next();
-    StopFrames();
-    const auto isOver = [this] {
-        return Counted(Count::Acknowledgements) == Counted(Count::Messages) &&
-               Counted(Count::Messages) == Counted(Count::Events);
-    };
-    while (!isOver()) {
-        std::this_thread::yield();
-    }
+    Settle();
     RemoteEvent event;
     uint64_t fetched = 1;
     while (Fetch(event, 0) == 0) {
