@@ -10,9 +10,8 @@ namespace {
 using OvProducer::Failure;
 using std::chrono::milliseconds;
 
-/// What cameras have unless they are told otherwise; until the first answer, and for those
-/// that say 0.
-constexpr milliseconds kUsualTimeout{3000};
+/// Until the first answer, and for cameras that say 0.
+constexpr milliseconds kUsualTimeout{kUsualHeartbeatTimeout};
 
 constexpr int kBeatsPerTimeout = 3;
 

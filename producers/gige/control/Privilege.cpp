@@ -41,6 +41,24 @@ bool TryTake(CameraMemory& camera, Access access) {
     }
 }
 
+/// The owner of a camera that refuses everything to others can't be read either.
+std::optional<Endpoint> OwnerIfReadable(CameraMemory& camera) {
+    try {
+        return OwnerOf(camera);
+    } catch (const Refusal&) {
+        return {};
+    }
+}
+
+/// How long a camera waits for its owner, or most cameras do if this one doesn't say it.
+milliseconds HeartbeatTimeout(CameraMemory& camera) {
+    try {
+        return milliseconds(camera.ReadRegister(kRegHeartbeatTimeout));
+    } catch (const Refusal&) {
+        return milliseconds(kUsualHeartbeatTimeout);
+    }
+}
+
 /// A camera may be read unless another host has it exclusively. Some refuse to say so.
 void RequireReadable(CameraMemory& camera) {
     try {
@@ -53,16 +71,7 @@ void RequireReadable(CameraMemory& camera) {
         }
         ThrowInUse({});
     }
-    ThrowInUse(OwnerOf(camera));
-}
-
-/// The owner of a camera that refuses everything to others can't be read either.
-std::optional<Endpoint> OwnerIfReadable(CameraMemory& camera) {
-    try {
-        return OwnerOf(camera);
-    } catch (const Refusal&) {
-        return {};
-    }
+    ThrowInUse(OwnerIfReadable(camera));
 }
 
 }  // namespace
@@ -81,7 +90,7 @@ void TakeAccess(CameraMemory& camera, Access access, const IsAbandoned& isAbando
         }
         if (!left) {
             // One pause more than the time-out, since the camera looks at it now and then.
-            left = milliseconds(camera.ReadRegister(kRegHeartbeatTimeout)) + kRetryPause;
+            left = HeartbeatTimeout(camera) + kRetryPause;
         }
         if (left->count() <= 0) {
             ThrowInUse(owner);

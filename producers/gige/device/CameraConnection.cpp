@@ -31,11 +31,14 @@ constexpr OfferedSetting kSettings[] = {
 CameraConnection::CameraConnection(std::unique_ptr<DatagramLink> link, ConnectionOptions options)
     : m_options(std::move(options)), m_channel(std::move(link), kFirstRequest) {
     m_channel.SetPatience(kFirstContact);
-    m_memory.SetCapability(m_memory.ReadRegister(kRegControlCapability));
+    const bool isReadable = ReadCapability();
     TakeAccess(m_memory, m_options.access, m_options.isAbandoned, m_options.pause);
     m_channel.SetPatience(m_options.patience);
     const bool isOwner = m_options.access != Access::ReadOnly;
     try {
+        if (!isReadable) {
+            m_memory.SetCapability(m_memory.ReadRegister(kRegControlCapability));
+        }
         if (isOwner) {
             Configure();
         }
@@ -64,6 +67,20 @@ void CameraConnection::Close() {
         m_channel.Resume();
         ReleaseAccess(m_memory);
         m_channel.Abandon();
+    }
+}
+
+// A camera that another host has for itself may let nobody read more than who that is.
+bool CameraConnection::ReadCapability() {
+    try {
+        m_memory.SetCapability(m_memory.ReadRegister(kRegControlCapability));
+        return true;
+    } catch (const Refusal& refusal) {
+        if (refusal.GetStatus() != Status::AccessDenied) {
+            throw;
+        }
+        m_memory.SetCapability(kOffersOwner);
+        return false;
     }
 }
 

@@ -56,6 +56,7 @@ public:
     void Lose(const std::string& why);
 
 private:
+    bool ReadCapability();
     void Configure();
 
     const ConnectionOptions m_options;

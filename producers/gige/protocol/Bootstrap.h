@@ -54,6 +54,8 @@ constexpr uint32_t kRegStreamCapability = 0x092C;
 constexpr uint32_t kRegMessageCapability = 0x0930;
 constexpr uint32_t kRegControlCapability = 0x0934;
 constexpr uint32_t kRegHeartbeatTimeout = 0x0938;  ///< milliseconds
+/// What cameras have there unless they are told otherwise.
+constexpr uint32_t kUsualHeartbeatTimeout = 3000;
 constexpr uint32_t kRegTickFrequencyHigh = 0x093C;
 constexpr uint32_t kRegTickFrequencyLow = 0x0940;
 constexpr uint32_t kRegTimestampControl = 0x0944;

@@ -102,14 +102,19 @@ TEST_F(GigeControl, NamesTheOwnerOfACameraInUse) {
     EXPECT_EQ(Open(IdOfCamera(), GenTL::DEVICE_ACCESS_READONLY), 0) << LastError();
 }
 
-TEST_F(GigeControl, TakesOverFromAProcessOfThisMachineThatHasGone) {
+/// What a process had that has gone without giving it back.
+class GigeTakeOver : public GigeControl, public testing::WithParamInterface<uint32_t> {};
+INSTANTIATE_TEST_SUITE_P(Privileges, GigeTakeOver,
+                         testing::Values(kPrivilegeControl, kPrivilegeExclusive));
+
+TEST_P(GigeTakeOver, IsOfACameraWhoseProcessOfThisMachineHasGone) {
     AddCamera();
     FindAll();
     {
         ControlChannel channel(std::make_unique<UdpLink>(LoopbackSocket(), Simulated().Address()),
                                1);
         CameraMemory memory(channel);
-        memory.WriteRegister(kRegPrivilege, kPrivilegeControl);
+        memory.WriteRegister(kRegPrivilege, GetParam());
         memory.WriteRegister(kRegHeartbeatTimeout, 500);
     }
     EXPECT_EQ(Open(IdOfCamera()), 0) << LastError();
