@@ -66,7 +66,8 @@ OvProducer::InterfaceFacts GigeInterface::Facts() {
 }
 
 // What has been opened stays in the list for as long as the camera answers its owner: some
-// cameras leave searches unanswered while they send frames.
+// cameras leave searches unanswered while they send frames. One that was opened by an address that
+// no search finds doesn't come into the list by that.
 std::vector<std::shared_ptr<DeviceBackend>> GigeInterface::Discover(uint64_t timeout) {
     const std::shared_ptr<AdapterSearch> search = Search();
     search->Run(SearchTime(timeout), Targets(), m_found);
@@ -79,13 +80,17 @@ std::vector<std::shared_ptr<DeviceBackend>> GigeInterface::Discover(uint64_t tim
     std::erase_if(m_devices, [](const auto& entry) { return entry.second.expired(); });
     for (const auto& [mac, known] : m_devices) {
         const std::shared_ptr<GigeDevice> device = known.lock();
-        if (device && device->IsConnected()) {
+        if (device && device->IsConnected() && m_listed.contains(mac)) {
             listed[mac] = device;
         }
     }
+    m_listed.clear();
     std::vector<std::shared_ptr<DeviceBackend>> devices;
     std::transform(listed.begin(), listed.end(), std::back_inserter(devices),
-                   [](const auto& entry) { return entry.second; });
+                   [this](const auto& entry) {
+                       m_listed.insert(entry.first);
+                       return entry.second;
+                   });
     return devices;
 }
 

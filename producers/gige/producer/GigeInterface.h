@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -64,6 +65,7 @@ private:
     std::shared_ptr<AdapterSearch> m_search;
     /// Those that anybody has: the last list, or who has opened them.
     std::map<MacAddress, std::weak_ptr<GigeDevice>> m_devices;
+    std::set<MacAddress> m_listed;  ///< those of the last list
     ActionFeatures m_actions{*this};
 };
 
