@@ -41,6 +41,8 @@ public:
 
     OvProducer::FrameSource& Source() override { return *m_camera; }
     void CheckUsable() override { m_camera->Link().CheckUsable(); }
+    /// No frame comes from a camera that has left the bus.
+    void CheckAfterTimeout() override { m_camera->Link().CheckUsable(); }
 
 private:
     std::shared_ptr<Camera> m_camera;
