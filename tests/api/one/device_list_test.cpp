@@ -1,5 +1,6 @@
 // The list of cameras: when it is searched for, and what it holds until then.
 
+#include <cstring>
 #include <future>
 
 #include "support/ApiTest.h"

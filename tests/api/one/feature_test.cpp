@@ -1,6 +1,7 @@
 // Features by their identifiers: values and sizes.
 
 #include <algorithm>
+#include <cstring>
 #include <set>
 
 #include "support/ApiTest.h"

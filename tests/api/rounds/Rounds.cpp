@@ -1,7 +1,5 @@
 #include "Rounds.h"
 
-#include <iostream>
-
 RoundsTest::RoundsTest() {
     for (TestProducer* const producer : {&gev, &custom}) {
         producer->Reset();
@@ -29,21 +27,6 @@ RoundsTest::~RoundsTest() {
 void RoundsTest::SetUp() {
     ASSERT_OV_OK(OVInitLib());
     ASSERT_EQ(Update(), kCameras);
-}
-
-void RoundsTest::Run(const std::function<void(unsigned round)>& round) {
-    constexpr unsigned kDefault = 20;
-    const char* const wish = std::getenv("OV_TEST_ROUNDS");
-    const unsigned rounds =
-        wish == nullptr ? kDefault : static_cast<unsigned>(std::strtoul(wish, nullptr, 10));
-    ASSERT_GT(rounds, 0U) << "OV_TEST_ROUNDS is no number";
-    unsigned done = 0;
-    for (; done < rounds && !HasFailure(); ++done) {
-        SCOPED_TRACE("round " + std::to_string(done));
-        round(done);
-    }
-    RecordProperty("rounds", static_cast<int>(done));
-    std::cout << "[  ROUNDS  ] " << done << '\n';
 }
 
 uint32_t RoundsTest::Update() {

@@ -1,14 +1,10 @@
 #pragma once
 /// What happens at once, again and again.
-///
-/// `OV_TEST_ROUNDS` sets the number of rounds, for runs of half an hour.
-
-#include <cstdlib>
-#include <functional>
-#include <thread>
 
 #include "support/ApiTest.h"
+#include "support/Beside.h"
 #include "support/FrameCounter.h"
+#include "support/RunRounds.h"
 
 /// A feature that comes with events.
 constexpr OV_FEATURE_ID kEvent = OV_FEATURE_EventExposureEndFrameID;
@@ -42,34 +38,6 @@ private:
     uint64_t m_before;
 };
 
-/// A call on a thread of its own, and what it came to.
-class Beside {
-public:
-    explicit Beside(const std::function<OV_STATUS()>& call)
-        : m_thread([this, call] {
-              m_status = call();
-              m_text = LastError::Get().text;
-          }) {}
-    Beside(const Beside&) = delete;
-    Beside& operator=(const Beside&) = delete;
-    ~Beside() { Join(); }
-
-    OV_STATUS Join() {
-        if (m_thread.joinable()) {
-            m_thread.join();
-        }
-        return m_status;
-    }
-
-    /// The thread's last error, after `Join`.
-    const std::string& GetText() const { return m_text; }
-
-private:
-    OV_STATUS m_status = OV_STATUS_ERROR;
-    std::string m_text;
-    std::thread m_thread;
-};
-
 /// Two producers with two interfaces of two cameras each; the library is
 /// initialised once and closed at the end.
 class RoundsTest : public testing::Test {
@@ -83,8 +51,7 @@ protected:
 
     void SetUp() override;
 
-    /// Runs them all, or up to the first that fails.
-    static void Run(const std::function<void(unsigned round)>& round);
+    static void Run(const std::function<void(unsigned round)>& round) { RunRounds(round); }
 
     static uint32_t Update();
     /// The index of a camera on the list.

@@ -2,16 +2,21 @@
 
 #include <array>
 #include <atomic>
-#include <iostream>
 #include <memory>
+#include <thread>
 
-#include "RandomCalls.h"
 #include "Rounds.h"
+#include "support/RandomCalls.h"
 
 namespace {
 
 constexpr unsigned kThreads = 4;
 constexpr unsigned kCallsInARound = 100;
+constexpr HarmlessArguments kHarmless{.memory = 0xF000,
+                                      .mode = OV_IP_CONFIGURE_LLA,
+                                      .ip = "192.168.0.7",
+                                      .mask = "255.255.255.0",
+                                      .gateway = "0.0.0.0"};
 
 /// Takes a camera away now and then, brings it back, and searches for cameras.
 class Updating {
@@ -50,44 +55,16 @@ protected:
         gev.SetDeviceText(0, 0, "SerialNumber", "Of the first producer");
         for (unsigned i = 0; i < kThreads; ++i) {
             m_callers.emplace_back(std::make_unique<RandomCaller>(
-                i, std::vector<SharedCamera*>{&m_cameras[0], &m_cameras[1]}));
+                i, std::vector<SharedCamera*>{&m_cameras[0], &m_cameras[1]}, kHarmless));
         }
     }
 
-    ~RandomMix() override {
-        std::map<std::string, uint64_t> calls;
-        std::map<OV_STATUS, uint64_t> statuses;
-        for (const auto& caller : m_callers) {
-            for (const auto& [function, count] : caller->GetCalls()) {
-                calls[function] += count;
-            }
-            for (const auto& [status, count] : caller->GetStatuses()) {
-                statuses[status] += count;
-            }
-        }
-        for (const auto& [function, count] : calls) {
-            std::cout << function << ' ' << count << '\n';
-        }
-        for (const auto& [status, count] : statuses) {
-            std::cout << "status " << status << ": " << count << '\n';
-        }
-    }
+    ~RandomMix() override { PrintCalls(m_callers); }
 
     void CallAtRandom(unsigned round) {
         const Updating first(gev, 2 * round, true);
         const Updating second(custom, 2 * round + 1, false);
-        std::vector<std::thread> threads;
-        threads.reserve(kThreads);
-        for (const auto& caller : m_callers) {
-            threads.emplace_back([&caller] {
-                for (unsigned i = 0; i < kCallsInARound; ++i) {
-                    caller->CallOne();
-                }
-            });
-        }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
+        CallAtOnce(m_callers, kCallsInARound);
     }
 
     /// Whatever was before, both cameras open and deliver.
@@ -109,7 +86,7 @@ protected:
 private:
     std::array<SharedCamera, 2> m_cameras{SharedCamera("Gev" + IdOf(0, 0)),
                                           SharedCamera(IdOf(0, 0))};
-    std::vector<std::unique_ptr<RandomCaller>> m_callers;
+    RandomCallers m_callers;
 };
 
 }  // namespace

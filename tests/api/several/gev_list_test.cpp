@@ -2,6 +2,7 @@
 // a camera is listed with, and its addresses.
 
 #include <algorithm>
+#include <cstring>
 #include <future>
 
 #include "support/SeveralProducersTest.h"

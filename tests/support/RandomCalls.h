@@ -3,13 +3,14 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <random>
 #include <shared_mutex>
 #include <string>
 #include <vector>
 
-#include "support/ApiTest.h"
+#include "support/LastError.h"
 
 /// A camera that any thread opens, uses and closes. All it keeps to is what
 /// applications must: a handle is closed once, when no other thread uses it.
@@ -44,10 +45,20 @@ private:
     std::vector<void*> m_offlineCallbacks;
 };
 
+/// What calls may do to the cameras, and to the machine, without harm.
+struct HarmlessArguments {
+    uint64_t memory = 0;  ///< address of eight bytes that no feature minds
+    OV_IP_CONFIGURE_MODE mode = OV_IP_CONFIGURE_LLA;
+    const char* ip = "";  ///< to force
+    const char* mask = "";
+    const char* gateway = "";
+};
+
 /// One thread's calls.
 class RandomCaller {
 public:
-    RandomCaller(unsigned seed, std::vector<SharedCamera*> cameras);
+    RandomCaller(unsigned seed, std::vector<SharedCamera*> cameras,
+                 const HarmlessArguments& harmless);
 
     /// One call, or the few that belong together.
     void CallOne();
@@ -93,8 +104,18 @@ private:
 
     std::minstd_rand m_draw;
     std::vector<SharedCamera*> m_cameras;
+    HarmlessArguments m_harmless;
     std::string m_settingsFile;
     std::vector<uint8_t> m_image;
     std::map<std::string, uint64_t> m_calls;
     std::map<OV_STATUS, uint64_t> m_statuses;
 };
+
+/// One for each thread.
+using RandomCallers = std::vector<std::unique_ptr<RandomCaller>>;
+
+/// Has each make so many calls on a thread of its own.
+void CallAtOnce(const RandomCallers& callers, unsigned calls);
+
+/// Prints how often each function was called, and each status came.
+void PrintCalls(const RandomCallers& callers);

@@ -5,12 +5,12 @@
 #include <thread>
 #include <vector>
 
+#include "CameraTest.h"
 #include "OvINodes.h"
-#include "VirtualApiTest.h"
 
 namespace {
 
-class VirtualFiles : public VirtualApiTest {
+class CameraFiles : public CameraTest {
 protected:
     OV_STATUS Write(const std::string& name, const std::string& content) const {
         return OvNodeWriteFile(camera, name.c_str(),
@@ -26,7 +26,7 @@ protected:
     }
 };
 
-TEST_F(VirtualFiles, AreWrittenAndReadBack) {
+TEST_F(CameraFiles, AreWrittenAndReadBack) {
     // More than the camera's buffer holds, and not a whole number of words.
     std::string content;
     for (int i = 0; i < 10001; ++i) {
@@ -41,7 +41,7 @@ TEST_F(VirtualFiles, AreWrittenAndReadBack) {
     EXPECT_EQ(Read("UserFile", 0, 100), "short");
 }
 
-TEST_F(VirtualFiles, AreDeleted) {
+TEST_F(CameraFiles, AreDeleted) {
     ASSERT_OV_OK(Write("UserFile", "content"));
     EXPECT_OV_OK(OvNodeDeleteFile(camera, "UserFile"));
     ExpectFailure(OvNodeDeleteFile(camera, "UserFile"), OV_STATUS_ERROR,
@@ -53,7 +53,7 @@ TEST_F(VirtualFiles, AreDeleted) {
     EXPECT_EQ(size, 4U);
 }
 
-TEST_F(VirtualFiles, ThatCantBeWrittenStayAsTheyAre) {
+TEST_F(CameraFiles, ThatCantBeWrittenStayAsTheyAre) {
     const std::string before = Read("FactoryCalibration", 0, 100000);
     EXPECT_FALSE(before.empty());
     ExpectFailure(Write("FactoryCalibration", "mine"), OV_STATUS_ERROR,
@@ -61,12 +61,12 @@ TEST_F(VirtualFiles, ThatCantBeWrittenStayAsTheyAre) {
     EXPECT_EQ(Read("FactoryCalibration", 0, 100000), before);
 }
 
-TEST_F(VirtualFiles, ThatTheCameraDoesntKnowAreRefused) {
+TEST_F(CameraFiles, ThatTheCameraDoesntKnowAreRefused) {
     EXPECT_EQ(Write("Nothing", "content"), OV_STATUS_INVALID_PARAMETER);
     EXPECT_EQ(OvNodeDeleteFile(camera, "Nothing"), OV_STATUS_INVALID_PARAMETER);
 }
 
-TEST_F(VirtualFiles, AreTransferredByOneThreadAtATime) {
+TEST_F(CameraFiles, AreTransferredByOneThreadAtATime) {
     std::vector<std::thread> threads;
     for (const char letter : {'a', 'b', 'c'}) {
         threads.emplace_back([this, letter] {
@@ -83,7 +83,7 @@ TEST_F(VirtualFiles, AreTransferredByOneThreadAtATime) {
     EXPECT_EQ(content, std::string(6000, content[0]));
 }
 
-TEST_F(VirtualFiles, AreNotTransferredInACallbackOfAFeature) {
+TEST_F(CameraFiles, AreNotTransferredInACallbackOfAFeature) {
     struct Called {
         OV_DEV_HANDLE camera;
         OV_STATUS status = OV_STATUS_SUCCESS;
@@ -104,7 +104,7 @@ TEST_F(VirtualFiles, AreNotTransferredInACallbackOfAFeature) {
     EXPECT_OV_OK(OvNodeUnregisterCallback(width, handle));
 }
 
-TEST_F(VirtualFiles, NeedPointers) {
+TEST_F(CameraFiles, NeedPointers) {
     uint8_t byte = 0;
     size_t size = 1;
     for (const OV_STATUS status :

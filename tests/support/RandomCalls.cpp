@@ -1,14 +1,16 @@
-#include "RandomCalls.h"
+#include "support/RandomCalls.h"
+
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <iostream>
+#include <thread>
 
 namespace {
 
 constexpr uint32_t kTimeOut = 3;
-/// Memory of the test camera that no feature uses.
-constexpr uint64_t kFreeAddress = 0xF000;
 constexpr size_t kBytes = 8;
 
 constexpr OV_FEATURE_ID kIntegers[] = {OV_FEATURE_Width, OV_FEATURE_Height, OV_FEATURE_OffsetX,
@@ -113,11 +115,14 @@ void* SharedCamera::TakeOfflineCallback() {
     return TakeLast(m_mutex, m_offlineCallbacks);
 }
 
-RandomCaller::RandomCaller(unsigned seed, std::vector<SharedCamera*> cameras)
+RandomCaller::RandomCaller(unsigned seed, std::vector<SharedCamera*> cameras,
+                           const HarmlessArguments& harmless)
     : m_draw(seed + 1),
       m_cameras(std::move(cameras)),
-      m_settingsFile(testing::TempDir() + "random_calls_" + std::to_string(seed) + ".xml"),
-      m_image(size_t{1} << 22) {}
+      m_harmless(harmless),
+      m_settingsFile(testing::TempDir() + "random_calls_" + std::to_string(getpid()) + "_" +
+                     std::to_string(seed) + ".xml"),
+      m_image(size_t{1} << 23) {}
 
 void RandomCaller::CallOne() {
     SharedCamera& camera = *m_cameras[Draw(static_cast<unsigned>(m_cameras.size()))];
@@ -238,7 +243,7 @@ void RandomCaller::ReadTexts(SharedCamera& camera) {
         size = m_image.size();
         OV_NOTE(OVGetBuffer, handle, OV_FEATURE_LUTValueAll, m_image.data(), &size);
         size = kBytes;
-        OV_NOTE(OVReadRemoteDevicePort, handle, kFreeAddress, m_image.data(), &size);
+        OV_NOTE(OVReadRemoteDevicePort, handle, m_harmless.memory, m_image.data(), &size);
     });
 }
 
@@ -261,7 +266,7 @@ void RandomCaller::Write(SharedCamera& camera) {
         OV_NOTE(OVSetString, handle, OV_FEATURE_DeviceUserID, Draw(2) == 0 ? "left" : "right");
         OV_NOTE(OVSetBuffer, handle, OV_FEATURE_LUTValueAll, m_image.data(), 4);
         size_t size = kBytes;
-        OV_NOTE(OVWriteRemoteDevicePort, handle, kFreeAddress, m_image.data(), &size);
+        OV_NOTE(OVWriteRemoteDevicePort, handle, m_harmless.memory, m_image.data(), &size);
     });
 }
 
@@ -388,9 +393,9 @@ void RandomCaller::Settings(SharedCamera& camera) {
 void RandomCaller::Addresses(SharedCamera& camera) {
     OV_DEVICE_IP_INFO info{};
     if (OV_NOTE(OVGetDeviceIPInfo, Draw(8) + 1, &info) == OV_STATUS_SUCCESS) {
-        OV_NOTE(OVGigEIpConfiguration, info.szMAC, OV_IP_CONFIGURE_LLA, nullptr, nullptr, nullptr,
+        OV_NOTE(OVGigEIpConfiguration, info.szMAC, m_harmless.mode, nullptr, nullptr, nullptr,
                 nullptr);
-        OV_NOTE(OVGigEForceIp, info.szMAC, "192.168.0.7", "255.255.255.0", "0.0.0.0");
+        OV_NOTE(OVGigEForceIp, info.szMAC, m_harmless.ip, m_harmless.mask, m_harmless.gateway);
         OV_NOTE(OVGigEResetDevice, info.szMAC, OV_RESET_MODE_1);
     }
     camera.Use([&](OV_DEV_HANDLE handle) {
@@ -402,4 +407,38 @@ void RandomCaller::Addresses(SharedCamera& camera) {
         OV_NOTE(OVGetDevicePersistentIpAddress, handle, ip.data(), &sizes[0], mask.data(),
                 &sizes[1], gateway.data(), &sizes[2]);
     });
+}
+
+void CallAtOnce(const RandomCallers& callers, unsigned calls) {
+    std::vector<std::thread> threads;
+    threads.reserve(callers.size());
+    for (const auto& caller : callers) {
+        threads.emplace_back([&caller, calls] {
+            for (unsigned i = 0; i < calls; ++i) {
+                caller->CallOne();
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+void PrintCalls(const RandomCallers& callers) {
+    std::map<std::string, uint64_t> calls;
+    std::map<OV_STATUS, uint64_t> statuses;
+    for (const auto& caller : callers) {
+        for (const auto& [function, count] : caller->GetCalls()) {
+            calls[function] += count;
+        }
+        for (const auto& [status, count] : caller->GetStatuses()) {
+            statuses[status] += count;
+        }
+    }
+    for (const auto& [function, count] : calls) {
+        std::cout << function << ' ' << count << '\n';
+    }
+    for (const auto& [status, count] : statuses) {
+        std::cout << "status " << status << ": " << count << '\n';
+    }
 }
