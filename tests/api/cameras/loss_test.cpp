@@ -60,11 +60,13 @@ protected:
         EXPECT_EQ(counter.losses, 0U);
     }
     void LoseForEver() {
-        CallbackCounter counter;
-        ListenForLoss(counter);
+        ListenForLoss(m_first);
         DropOff(kNever);
-        counter.AwaitLoss();
+        m_first.AwaitLoss();
     }
+
+private:
+    CallbackCounter m_first;
 };
 
 TEST_F(CameraLoss, IsToldWhileFramesFlowAndTheCameraComesBack) {
