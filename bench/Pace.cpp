@@ -1,11 +1,11 @@
 #include "Pace.h"
 
 #include <linux/perf_event.h>
-#include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <thread>
@@ -56,12 +56,10 @@ void MoveTo(int processor) {
 }  // namespace
 
 Placement::Placement() {
-    cpu_set_t set;
-    CPU_ZERO(&set);
-    sched_getaffinity(0, sizeof set, &set);
+    sched_getaffinity(0, sizeof m_all, &m_all);
     bool hasTaker = false;
     for (int processor = 0; processor < CPU_SETSIZE; ++processor) {
-        if (!CPU_ISSET(processor, &set)) {
+        if (!CPU_ISSET(processor, &m_all)) {
             continue;
         }
         (hasTaker ? m_others : m_taker) = processor;
@@ -71,6 +69,10 @@ Placement::Placement() {
         hasTaker = true;
         m_others = processor;
     }
+}
+
+Placement::~Placement() {
+    sched_setaffinity(0, sizeof m_all, &m_all);
 }
 
 void Placement::MoveToTaker() const {
@@ -91,10 +93,12 @@ FrameCost MeasureAtPace(const Placement& placement, unsigned perSecond, unsigned
     using Clock = std::chrono::steady_clock;
     // The first frames of an acquisition ask for what later ones know.
     constexpr unsigned kWarmUp = 5;
+    std::atomic<bool> isDone{false};
     std::thread giver([&] {
         placement.MoveToOthers();
         Clock::time_point due = Clock::now();
-        for (unsigned frame = 0; frame < frames + kWarmUp; ++frame) {
+        // Not so many times as frames are taken: a camera loses a frame that finds no buffer.
+        while (!isDone) {
             due += std::chrono::nanoseconds(1000000000 / perSecond);
             std::this_thread::sleep_until(due);
             give();
@@ -114,6 +118,7 @@ FrameCost MeasureAtPace(const Placement& placement, unsigned perSecond, unsigned
     if (cost.instructions) {
         *cost.instructions = (*cost.instructions - *countBefore) / frames;
     }
+    isDone = true;
     placement.MoveToOthers();
     giver.join();
     return cost;

@@ -418,11 +418,10 @@ FrameCost MedianCost(const std::vector<FrameCost>& rounds) {
 }
 
 /// Rounds of library and bare hand-over alternate, since the machine's load changes.
-void MeasureAtPaces(TestProducer& producer, bool withSecondThread) {
+void MeasureAtPaces(TestProducer& producer, const Placement& placement, bool withSecondThread) {
     constexpr int kPaceRounds = 5;
     Goals goals("frame_bench");
     Camera camera(producer, 640, 480);
-    const Placement placement;
     std::printf(
         "A frame on loan beside a bare hand-over, medians of %d rounds, %s;\n%s:\n", kPaceRounds,
         placement.Text().c_str(),
@@ -453,8 +452,11 @@ void MeasureAtPaces(TestProducer& producer, bool withSecondThread) {
 
 int main() {
     TestProducer producer(OV_BENCH_STAGE "/KwTL.cti");
-    MeasureAtPaces(producer, false);
-    MeasureAtPaces(producer, true);
+    {
+        const Placement placement;
+        MeasureAtPaces(producer, placement, false);
+        MeasureAtPaces(producer, placement, true);
+    }
     MediansOf(&BareHandOver).Print("bare hand-over");
     Measure(producer, 640, 480);
     Measure(producer, 4096, 3000);
