@@ -3,7 +3,11 @@
 
 #include "errors/OVIError.h"
 
+#include <cxxabi.h>
+
 #include <algorithm>
+#include <cstring>
+#include <exception>
 #include <iterator>
 #include <new>
 #include <typeinfo>
@@ -72,27 +76,45 @@ const StatusOfClass kStatuses[] = {
     {&typeid(CTimeoutError), OV_STATUS_TIMEOUT},
 };
 
-/// A clause for each class would be compared with every exception, which takes longer than to
-/// throw it.
-OV_STATUS StatusOf(const COvException& error) {
-    const std::type_info& type = typeid(error);
-    // The only class with a status of its own: a producer's code passes through it.
-    if (type == typeid(CUnexpectedError)) {
-        return static_cast<const CUnexpectedError&>(error).GetStatus();
-    }
+/// Null for another class.
+const StatusOfClass* FindStatus(const std::type_info& type) {
     const auto* const found =
         std::find_if(std::begin(kStatuses), std::end(kStatuses),
                      [&type](const StatusOfClass& row) { return row.type == &type; });
-    return found == std::end(kStatuses) ? OV_STATUS_ERROR : found->status;
+    return found == std::end(kStatuses) ? nullptr : found;
+}
+
+/// The exception of the library's own that is handled at present; null for any other. Its class is
+/// looked up: to throw it again, and to compare it with a clause for each class, would take
+/// longer than the rest of the failure.
+const COvException* OwnOf(const std::exception_ptr& handled) {
+    const std::type_info* const type = abi::__cxa_current_exception_type();
+    if (type == nullptr || (*type != typeid(CUnexpectedError) && FindStatus(*type) == nullptr)) {
+        return nullptr;
+    }
+    // The compiler's interface has the address of the exception here, and nothing else; a class
+    // of this family begins with its base.
+    static_assert(sizeof handled == sizeof(const COvException*));
+    const COvException* own = nullptr;
+    std::memcpy(&own, &handled, sizeof own);
+    return own;
+}
+
+OV_STATUS StatusOf(const COvException& error) {
+    const StatusOfClass* const row = FindStatus(typeid(error));
+    // The only class with a status of its own: a producer's code passes through it.
+    return row != nullptr ? row->status : static_cast<const CUnexpectedError&>(error).GetStatus();
 }
 
 }  // namespace
 
 OV_STATUS CaughtStatus() noexcept {
+    const std::exception_ptr handled = std::current_exception();
+    if (const COvException* const own = OwnOf(handled)) {
+        return Store(StatusOf(*own), own->what());
+    }
     try {
         throw;
-    } catch (const COvException& error) {
-        return Store(StatusOf(error), error.what());
     } catch (const std::exception& error) {
         return Store(OV_STATUS_ERROR, error.what());
     }
