@@ -3,6 +3,7 @@
 #ifndef OV_TEST_WORLD_H
 #define OV_TEST_WORLD_H
 
+#include <atomic>
 #include <condition_variable>
 #include <map>
 #include <memory>
@@ -66,6 +67,8 @@ public:
     static TestWorld& Instance();
 
     Faults faults;
+    std::atomic<bool> offersStack = false;
+    std::atomic<std::uint64_t> stacks = 0;
 
     void Reset();
     OvProducer::ProducerFacts Facts() const;

@@ -416,6 +416,50 @@ TEST_P(FrameQuestions, AreAllAskedAgainAfterTheNextAnnouncement) {
     EXPECT_EQ(Questions(), kPerAnnouncement + perFrame);
 }
 
+TEST_P(FrameQuestions, AreOneCallWhereTheProducerHasIt) {
+    Questions();
+    producer.OfferStack(1);
+    EXPECT_EQ(Questions(), perFrame) << "the producer's own";
+    EXPECT_EQ(producer.StackCount(), 1U);
+    Questions();
+    EXPECT_EQ(producer.StackCount(), 2U);
+}
+
+TEST_P(FrameQuestions, HaveTheSameAnswersInOneCall) {
+    for (const char* const key : {"Width", "Height", "OffsetX", "OffsetY", "PixelFormat",
+                                  "Timestamp", "SizeFilled", "Incomplete"}) {
+        producer.SetFrame(0, 0, key, 1);
+    }
+    const BUFFER_INFO single = Pull();
+    GiveBack(single);
+    producer.OfferStack(1);
+    const BUFFER_INFO stacked = Pull();
+    const auto expectSame = [](const auto& a, const auto& b) {
+        EXPECT_EQ(a.value, b.value);
+        EXPECT_TRUE(a.valid && b.valid);
+    };
+    expectSame(stacked.sizeFilled, single.sizeFilled);
+    expectSame(stacked.width, single.width);
+    expectSame(stacked.height, single.height);
+    expectSame(stacked.xOffset, single.xOffset);
+    expectSame(stacked.yOffset, single.yOffset);
+    expectSame(stacked.pixelFormat, single.pixelFormat);
+    expectSame(stacked.timestamp, single.timestamp);
+    expectSame(stacked.incomplete, single.incomplete);
+    EXPECT_EQ(stacked.frameId.value, single.frameId.value + 1);
+}
+
+TEST_P(FrameQuestions, MissOnlyTheAnswersThatAreRefusedInOneCall) {
+    Questions();
+    producer.OfferStack(1);
+    producer.FailCommand("DSGetBufferInfo", GenTL::BUFFER_INFO_TIMESTAMP,
+                         GenTL::GC_ERR_NOT_AVAILABLE);
+    const BUFFER_INFO frame = Pull();
+    EXPECT_FALSE(frame.timestamp.valid);
+    EXPECT_EQ(frame.timestamp.value, 0U);
+    EXPECT_TRUE(frame.frameId.valid && frame.incomplete.valid && frame.sizeFilled.valid);
+}
+
 TEST_P(FrameQuestions, NeedNoSecondAnswerOfWhatIsFixed) {
     const BUFFER_INFO first = Pull();
     GiveBack(first);
