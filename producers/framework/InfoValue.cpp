@@ -27,15 +27,16 @@ InfoValue InfoValue::Bytes(std::span<const std::byte> bytes) {
 
 void InfoValue::CopyOut(GenTL::INFO_DATATYPE* type, void* buffer, size_t* size) const {
     RequirePointer(size, "The size");
+    const std::string_view data = Data();
     if (buffer != nullptr) {
-        if (*size < m_bytes.size()) {
+        if (*size < data.size()) {
             throw Failure(GenTL::GC_ERR_BUFFER_TOO_SMALL,
                           "The buffer holds " + std::to_string(*size) + " bytes, needed are " +
-                              std::to_string(m_bytes.size()));
+                              std::to_string(data.size()));
         }
-        std::memcpy(buffer, m_bytes.data(), m_bytes.size());
+        std::memcpy(buffer, data.data(), data.size());
     }
-    *size = m_bytes.size();
+    *size = data.size();
     if (type != nullptr) {
         *type = m_type;
     }

@@ -2,6 +2,7 @@
 /// Answers of the information calls: a typed value that knows the two-call
 /// protocol, and tables that map a command to the member that answers it.
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -31,7 +32,9 @@ public:
     }
 
     GenTL::INFO_DATATYPE Type() const { return m_type; }
-    std::string_view Data() const { return m_bytes; }
+    std::string_view Data() const {
+        return m_numberSize != 0 ? std::string_view(m_number.data(), m_numberSize) : m_bytes;
+    }
 
     /// Copies the value to the caller. If `buffer` is null, only sets `*size`. `type` may
     /// be null.
@@ -43,13 +46,19 @@ private:
 
     template <typename T>
     static InfoValue Raw(GenTL::INFO_DATATYPE type, T value) {
-        std::string bytes(sizeof value, '\0');
-        std::memcpy(bytes.data(), &value, sizeof value);
-        return {type, std::move(bytes)};
+        InfoValue number(type, {});
+        static_assert(sizeof value <= sizeof number.m_number);
+        std::memcpy(number.m_number.data(), &value, sizeof value);
+        number.m_numberSize = sizeof value;
+        return number;
     }
 
     GenTL::INFO_DATATYPE m_type;
-    std::string m_bytes;  // short enough for numbers not to allocate
+    /// Numbers have a place of their own: a consumer asks for several with each frame, and a
+    /// text takes longer to make.
+    size_t m_numberSize = 0;
+    std::array<char, sizeof(uint64_t)> m_number{};
+    std::string m_bytes;
 };
 
 /// Fails with -1014, for a value that has no content at present.

@@ -47,9 +47,10 @@ inline GenTL::GC_ERROR Refuse(Function function, GenTL::GC_ERROR code, const cha
 template <typename Body>
 GenTL::GC_ERROR Serve(Function function, Body&& body) noexcept {
     try {
-        Observer().Enter(function);
+        CallObserver& observer = Observer();
+        observer.Enter(function);
         std::forward<Body>(body)();
-        Observer().Leave(function);
+        observer.Leave(function);
         LogCall(function, GenICam_3_0_ORVANE::LogDebug, "done");
         return GenTL::GC_ERR_SUCCESS;
     } catch (const Failure& failure) {
