@@ -51,7 +51,7 @@ std::optional<uint64_t> DataSizeOf(const BlockLeader& leader, uint64_t partsLeng
     }
 }
 
-void Block::Begin(uint64_t newNumber, uint64_t newId, TimePoint now) {
+void Block::Begin(uint64_t newNumber, uint64_t newId, uint32_t dataCountBefore, TimePoint now) {
     state = BlockState::Awaited;
     number = newNumber;
     id = newId;
@@ -63,6 +63,7 @@ void Block::Begin(uint64_t newNumber, uint64_t newId, TimePoint now) {
     trailer.reset();
     fileName.clear();
     partsLength = 0;
+    usualCount = dataCountBefore;
     dataCount.reset();
     isCut = hasBeyond = isDamaged = wasDropping = isRefused = trailerAsked = false;
     begin = lastPacket = now;
@@ -108,8 +109,12 @@ bool Block::IsSettled() const {
     return trailer.has_value() && packets.Count() + packets.GoneCount() >= WantedEnd();
 }
 
+uint32_t Block::ExpectedCount() const {
+    return dataCount.value_or(std::max(highest, usualCount));
+}
+
 uint32_t Block::MissingCount() const {
-    const uint32_t wanted = WantedEnd();
+    const uint32_t wanted = std::min(ExpectedCount() + 1, packets.Capacity());
     return wanted - std::min(packets.Count(), wanted) + (trailer ? 0 : 1);
 }
 

@@ -58,6 +58,7 @@ struct Block {
     std::optional<BlockTrailer> trailer;
     std::string fileName;
     uint64_t partsLength = 0;  ///< of a multi-part block
+    uint32_t usualCount = 0;   ///< data packets of whole blocks before it; 0 if there were none
     /// Data packets: as the trailer says, or as many as the leader's size takes. None if
     /// neither is known.
     std::optional<uint32_t> dataCount;
@@ -81,7 +82,8 @@ struct Block {
     bool trailerAsked = false;
 
     /// Begins a block of which nothing is known.
-    void Begin(uint64_t newNumber, uint64_t newId, TimePoint now);
+    /// @param dataCountBefore  data packets of whole blocks before it
+    void Begin(uint64_t newNumber, uint64_t newId, uint32_t dataCountBefore, TimePoint now);
     /// Takes the buffer and the form of packets, and makes room for as many as can be in it.
     void Open(std::shared_ptr<OvProducer::Buffer> newBuffer, DataForm newForm, Stride newStride);
     /// Forgets data packets, since they were in the wrong places.
@@ -99,6 +101,8 @@ struct Block {
     /// Whether it is larger than its buffer. A single packet beyond the end that leader or
     /// trailer name is a damaged one.
     bool IsLarger() const;
+    /// How many data packets it has, as far as anybody knows.
+    uint32_t ExpectedCount() const;
     /// Packets that haven't come, the trailer among them.
     uint32_t MissingCount() const;
     /// Where the data of a packet belongs.

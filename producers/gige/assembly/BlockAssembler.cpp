@@ -6,8 +6,10 @@
 namespace OvGige {
 namespace {
 
-/// Ids that are farther away than this aren't an effect of the network.
-constexpr int64_t kNear = 100;
+/// A late packet's block is no farther behind.
+constexpr int64_t kLate = 100;
+/// Most blocks that are taken for lost at once: some seconds of a fast camera.
+constexpr int64_t kGapMax = 4096;
 /// No camera lives long enough for greater ids: they are damaged.
 constexpr uint64_t kIdMax = uint64_t{1} << 62;
 
@@ -40,7 +42,7 @@ void BlockAssembler::Take(ByteView packet, TimePoint now) {
 
 void BlockAssembler::Take(const StreamHeader& header, ByteView prefix, ByteView data,
                           TimePoint now) {
-    Block* const block = Find(header, data, now);
+    Block* const block = Find(header, prefix, data, now);
     if (block == nullptr) {
         if (!m_jumps.TakesPacket()) {
             Ignore();
@@ -49,6 +51,8 @@ void BlockAssembler::Take(const StreamHeader& header, ByteView prefix, ByteView 
     }
     if (header.IsGood()) {
         m_filler.Take(*block, header, prefix, data, now);
+    } else if (!IsFailure(header.status)) {
+        Ignore();
     } else {
         m_account.refused.Add();
         m_resends.Refuse(*block, header.status, header.packetId, now);
@@ -71,7 +75,8 @@ size_t BlockAssembler::Plan(std::span<PlannedPacket> plan) const {
     }
     const uint32_t end = std::min(block.dataCount.value_or(PacketMap::kCapacityMax - 1) + 1,
                                   block.packets.Capacity());
-    size_t offset = HasOffset(PlannedForm().format) ? block.filledEnd : block.PlaceOf(block.highest + 1);
+    size_t offset =
+        HasOffset(PlannedForm().format) ? block.filledEnd : block.PlaceOf(block.highest + 1);
     size_t count = 0;
     for (uint32_t id = block.highest + 1; id < end && count < plan.size(); ++id, ++count) {
         if (offset >= block.buffer->size) {
@@ -90,22 +95,25 @@ bool BlockAssembler::IsPlanned(const StreamHeader& header, ByteView prefix,
     return header.IsGood() && header.format == PlannedForm().format &&
            header.isExtended == PlannedForm().isExtended && header.packetId == plan.packetId &&
            header.blockId == block.id &&
-           (!HasOffset(PlannedForm().format) || ParseDataPrefix(PlannedForm().format, prefix).offset ==
-                                             static_cast<size_t>(plan.place - block.buffer->base));
+           (!HasOffset(PlannedForm().format) ||
+            ParseDataPrefix(PlannedForm().format, prefix).offset ==
+                static_cast<size_t>(plan.place - block.buffer->base));
 }
 
-Block* BlockAssembler::Find(const StreamHeader& header, ByteView data, TimePoint now) {
+Block* BlockAssembler::Find(const StreamHeader& header, ByteView prefix, ByteView data,
+                            TimePoint now) {
     // Test packets have no block.
     if (header.blockId == 0 || header.blockId > kIdMax) {
         return nullptr;
     }
     if (!m_row.IsStarted()) {
-        return &Restart(header, now);
+        m_row.Start(header, now);
+        return &Begin(header, now);
     }
     const int64_t distance = m_row.Distance(header);
     Block* block = m_row.Known(distance);
     if (header.IsGood() && (block == nullptr || IsOfNewRun(*block, header, data, now))) {
-        block = FindNew(header, data, distance, now);
+        block = FindNew(header, prefix, data, distance, now);
     } else if (block != nullptr && block->state == BlockState::Awaited && header.IsGood()) {
         Open(*block, header, now);
     }
@@ -115,23 +123,27 @@ Block* BlockAssembler::Find(const StreamHeader& header, ByteView data, TimePoint
     return block;
 }
 
-Block* BlockAssembler::FindNew(const StreamHeader& header, ByteView data, int64_t distance,
-                               TimePoint now) {
-    if (distance > 0 && distance <= kNear) {
-        m_row.Advance(header, distance, now);
-        Open(m_row.Newest(), header, now);
-        return &m_row.Newest();
-    }
-    const bool isRestart = m_jumps.IsRestart(header, data, now);
-    if (header.format == PacketFormat::AllIn ? !isRestart
-                                             : !m_jumps.IsSuspected(header.blockId)) {
-        if (header.format != PacketFormat::AllIn && (std::abs(distance) > kNear || isRestart)) {
-            m_jumps.Suspect(header, data);
+/// The block of a packet whose block isn't known.
+Block* BlockAssembler::FindNew(const StreamHeader& header, ByteView prefix, ByteView data,
+                               int64_t distance, TimePoint now) {
+    const bool isAhead = distance > 0 && distance <= kGapMax;
+    const bool isRestart = !isAhead && m_jumps.IsRestart(header, data, now);
+    // The next block is what everybody expects, and one that is a single packet has no second.
+    const bool isSure = header.format == PacketFormat::AllIn ? isAhead || isRestart : distance == 1;
+    if (!isSure && !m_jumps.IsSuspected(header.blockId)) {
+        if (header.format != PacketFormat::AllIn &&
+            (isAhead || isRestart || std::abs(distance) > kLate)) {
+            m_jumps.Suspect(header, prefix, data);
         }
         return nullptr;
     }
-    m_account.restarts.Add();
-    return &Restart(header, now);
+    if (isAhead) {
+        m_row.Advance(header, distance, now);
+    } else {
+        m_account.restarts.Add();
+        m_row.Start(header, now);
+    }
+    return &Begin(header, now);
 }
 
 /// Whether a packet with the id of a block that is over belongs to another one.
@@ -141,14 +153,13 @@ bool BlockAssembler::IsOfNewRun(const Block& block, const StreamHeader& header, 
            (m_jumps.IsSuspected(header.blockId) || m_jumps.IsRestart(header, data, now));
 }
 
-/// Begins a run of the camera with the block of a packet.
-Block& BlockAssembler::Restart(const StreamHeader& header, TimePoint now) {
-    const Bytes leader = m_jumps.Confirm(header.blockId);
-    m_row.Start(header, now);
+/// Begins the newest block with a packet of it, and with the one that came before, if that was
+/// kept.
+Block& BlockAssembler::Begin(const StreamHeader& header, TimePoint now) {
     Block& block = m_row.Newest();
     Open(block, header, now);
-    if (!leader.empty()) {
-        m_filler.TakeLeader(block, leader, now);
+    if (const auto kept = m_jumps.Resolve(header.blockId)) {
+        m_filler.Take(block, kept->header, kept->prefix, kept->data, now);
     }
     return block;
 }
@@ -166,9 +177,6 @@ void BlockAssembler::Open(Block& block, const StreamHeader& header, TimePoint no
 
 void BlockAssembler::FinishIfOver(Block& block) {
     if (block.state == BlockState::Open && (block.IsComplete() || block.IsSettled())) {
-        if (block.IsComplete()) {
-            m_resends.SetUsualCount(*block.dataCount);
-        }
         m_row.Settle(block, true);
         m_row.DeliverReady();
     }

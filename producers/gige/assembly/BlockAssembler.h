@@ -53,11 +53,12 @@ public:
     void End(bool delivers);
 
 private:
-    Block* Find(const StreamHeader& header, ByteView data, TimePoint now);
-    Block* FindNew(const StreamHeader& header, ByteView data, int64_t distance, TimePoint now);
+    Block* Find(const StreamHeader& header, ByteView prefix, ByteView data, TimePoint now);
+    Block* FindNew(const StreamHeader& header, ByteView prefix, ByteView data, int64_t distance,
+                   TimePoint now);
     bool IsOfNewRun(const Block& block, const StreamHeader& header, ByteView data,
                     TimePoint now) const;
-    Block& Restart(const StreamHeader& header, TimePoint now);
+    Block& Begin(const StreamHeader& header, TimePoint now);
     void Open(Block& block, const StreamHeader& header, TimePoint now);
     void FinishIfOver(Block& block);
     TimePoint GiveUpDue(const Block& block) const;

@@ -7,11 +7,7 @@ namespace OvGige {
 
 BlockFiller::BlockFiller(const AssemblerSettings& settings, StreamAccount& account,
                          const BlockRow& row, ResendPlan& resends, JumpWatch& jumps)
-    : m_settings(settings),
-      m_account(account),
-      m_row(row),
-      m_resends(resends),
-      m_jumps(jumps) {}
+    : m_settings(settings), m_account(account), m_row(row), m_resends(resends), m_jumps(jumps) {}
 
 void BlockFiller::Open(Block& block, std::shared_ptr<OvProducer::Buffer> buffer,
                        const StreamHeader& header, TimePoint now) {
@@ -66,17 +62,19 @@ void BlockFiller::TakeLeader(Block& block, ByteView payload, TimePoint now) {
 }
 
 void BlockFiller::TakeTrailer(Block& block, const StreamHeader& header, ByteView payload,
-                                 TimePoint now) {
+                              TimePoint now) {
     if (block.trailer) {
         m_account.doubled.Add();
         return;
     }
     const auto trailer = ParseTrailer(payload);
+    const uint32_t before = block.packets.Count();
     if (!trailer || block.state != BlockState::Open || header.packetId == 0 ||
         (header.packetId <= block.highest && !block.DropBeyond(header.packetId - 1))) {
         Ignore();
         return;
     }
+    Disown(before - block.packets.Count());
     block.trailer = *trailer;
     block.dataCount = header.packetId - 1;
     DropShort(block, header.packetId - 1, now);
@@ -104,8 +102,8 @@ void BlockFiller::TakeWhole(Block& block, ByteView payload, TimePoint now) {
     NotePacket(block, block.askedCount != 0, now);
 }
 
-void BlockFiller::TakeData(Block& block, const StreamHeader& header, ByteView prefix,
-                              ByteView data, TimePoint now) {
+void BlockFiller::TakeData(Block& block, const StreamHeader& header, ByteView prefix, ByteView data,
+                           TimePoint now) {
     const uint32_t id = header.packetId;
     if (id == 0 || data.empty() || (block.trailer && id > *block.dataCount)) {
         Ignore();
@@ -179,12 +177,14 @@ bool BlockFiller::FitForm(Block& block, const StreamHeader& header, size_t lengt
     // Packets have another length than the camera's packet size said. Only the first one lies
     // where it belongs.
     const bool hasFirst = block.shortId == 1 && block.filledEnd == length;
+    const uint32_t before = block.packets.Count();
     block.SetStride(block.form, m_stride);
     if (hasFirst) {
         block.packets.Insert(1);
         block.highest = 1;
         block.filledEnd = length;
     }
+    Disown(before - block.packets.Count());
     return true;
 }
 
@@ -199,6 +199,7 @@ void BlockFiller::SetForm(const DataForm& form) {
 void BlockFiller::DropShort(Block& block, uint32_t followingId, TimePoint now) {
     if (block.shortId != 0 && followingId > block.shortId) {
         block.packets.Erase(block.shortId);
+        Disown(1);
         m_resends.NoteGap(block, block.shortId + 1, now);
         block.shortId = 0;
     }

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "gige/assembly/BlockRow.h"
-#include "gige/assembly/ResendPlan.h"
 #include "gige/assembly/JumpWatch.h"
+#include "gige/assembly/ResendPlan.h"
 
 namespace OvGige {
 
@@ -21,11 +21,11 @@ public:
     /// Takes a good packet of a block, whose data may lie at its place already.
     void Take(Block& block, const StreamHeader& header, ByteView prefix, ByteView data,
               TimePoint now);
-    void TakeLeader(Block& block, ByteView payload, TimePoint now);
     /// The form of the last data packets.
     const DataForm& Form() const { return m_form; }
 
 private:
+    void TakeLeader(Block& block, ByteView payload, TimePoint now);
     void TakeTrailer(Block& block, const StreamHeader& header, ByteView payload, TimePoint now);
     void TakeWhole(Block& block, ByteView payload, TimePoint now);
     void TakeData(Block& block, const StreamHeader& header, ByteView prefix, ByteView data,
@@ -36,6 +36,11 @@ private:
     void Place(Block& block, size_t offset, ByteView data);
     void NotePacket(Block& block, bool wasAsked, TimePoint now);
     void Ignore() { m_account.ignored.Add(); }
+    /// Packets that had been taken turned out to be damaged.
+    void Disown(uint32_t packets) {
+        m_account.used.Remove(packets);
+        m_account.ignored.Add(packets);
+    }
 
     const AssemblerSettings& m_settings;
     StreamAccount& m_account;

@@ -16,10 +16,7 @@ uint64_t IdBefore(const StreamHeader& header, uint64_t back) {
 }  // namespace
 
 BlockRow::BlockRow(const AssemblerSettings& settings, StreamAccount& account, BlockClient& client)
-    : m_settings(settings),
-      m_account(account),
-      m_client(client),
-      m_frame(settings.tickFrequency) {}
+    : m_settings(settings), m_account(account), m_client(client), m_frame(settings.tickFrequency) {}
 
 Block* BlockRow::Known(int64_t distance) {
     if (distance > 0 || distance <= -static_cast<int64_t>(kBlocks)) {
@@ -55,7 +52,7 @@ void BlockRow::Advance(const StreamHeader& header, int64_t distance, TimePoint n
             DeliverReady();
         }
         Block& block = At(number);
-        block.Begin(number, IdBefore(header, newest - number), now);
+        block.Begin(number, IdBefore(header, newest - number), m_usualCount, now);
         block.overtaken = number < newest ? now : Block::kNever;
         block.wasDropping = m_isDropping;
     }
@@ -70,6 +67,7 @@ void BlockRow::Settle(Block& block, bool delivers) {
         const bool isIncomplete = LacksData(block);
         (isIncomplete ? m_account.incomplete : m_account.complete).Add();
         m_account.missing.Add(isIncomplete ? block.MissingCount() : 0);
+        m_usualCount = block.IsComplete() ? *block.dataCount : m_usualCount;
         if (!delivers || (isIncomplete && !m_settings.deliversIncomplete)) {
             m_account.leftOut.Add();
             m_client.GiveBack(block.buffer);

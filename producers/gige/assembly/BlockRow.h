@@ -62,7 +62,8 @@ private:
     BlockFrame m_frame;
     std::array<Block, kBlocks> m_blocks;
     BlockIds m_ids;
-    uint64_t m_oldest = 0;  ///< first number that isn't settled
+    uint64_t m_oldest = 0;      ///< first number that isn't settled
+    uint32_t m_usualCount = 0;  ///< data packets of the last whole block
     bool m_isStarted = false;
     bool m_isDropping = false;  ///< since the newest block began
 };

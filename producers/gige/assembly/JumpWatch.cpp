@@ -3,12 +3,6 @@
 #include "gige/protocol/GvspBlock.h"
 
 namespace OvGige {
-namespace {
-
-/// Leaders are no longer, unless they have many parts.
-constexpr size_t kLeaderMax = 576;
-
-}  // namespace
 
 bool JumpWatch::IsRestart(const StreamHeader& header, ByteView data, TimePoint now) const {
     if (header.format != PacketFormat::Leader && header.format != PacketFormat::AllIn) {
@@ -19,27 +13,29 @@ bool JumpWatch::IsRestart(const StreamHeader& header, ByteView data, TimePoint n
            (leader->timestamp > m_lastTimestamp || now - m_lastPacket >= m_settings.retention);
 }
 
-void JumpWatch::Suspect(const StreamHeader& header, ByteView data) {
+void JumpWatch::Suspect(const StreamHeader& header, ByteView prefix, ByteView data) {
     Drop();
-    m_isHeld = header.format == PacketFormat::Leader && !data.empty() && data.size() <= kLeaderMax;
-    m_blockId = header.blockId;
-    m_leader.assign(data.begin(), m_isHeld ? data.end() : data.begin());
-}
-
-Bytes JumpWatch::Confirm(uint64_t blockId) {
-    if (m_blockId != blockId) {
-        Drop();
+    m_header = header;
+    m_isNew = !data.empty();
+    if (m_isNew) {
+        m_prefixSize = prefix.size();
+        m_packet.assign(prefix.begin(), prefix.end());
+        Append(m_packet, data);
+        m_packetSize = m_packet.size();
     }
-    m_blockId = 0;
-    return std::exchange(m_leader, {});
 }
 
-void JumpWatch::Drop() {
-    if (!m_leader.empty()) {
+std::optional<JumpWatch::Kept> JumpWatch::Resolve(uint64_t blockId) {
+    const StreamHeader header = std::exchange(m_header, {});
+    if (m_packetSize == 0) {
+        return {};
+    }
+    const ByteView packet = ByteView(m_packet).first(std::exchange(m_packetSize, 0));
+    if (header.blockId != blockId) {
         m_account.ignored.Add();
+        return {};
     }
-    m_blockId = 0;
-    m_leader.clear();
+    return Kept{header, packet.first(m_prefixSize), packet.subspan(m_prefixSize)};
 }
 
 }  // namespace OvGige

@@ -46,12 +46,8 @@ void ResendPlan::Refuse(Block& block, Status status, uint32_t packetId, TimePoin
     }
 }
 
-uint32_t ResendPlan::ExpectedCount(const Block& block) const {
-    return block.dataCount.value_or(std::max(block.highest, m_usualCount));
-}
-
 uint32_t ResendPlan::Limit(const Block& block) const {
-    const uint64_t share = uint64_t{ExpectedCount(block)} * m_settings.resendPercent / 100;
+    const uint64_t share = uint64_t{block.ExpectedCount()} * m_settings.resendPercent / 100;
     return m_settings.resendPercent == 0 ? 0 : std::max(kLeastLimit, static_cast<uint32_t>(share));
 }
 
@@ -100,7 +96,7 @@ void ResendPlan::AskGaps(Block& block, TimePoint now) {
 }
 
 void ResendPlan::AskTail(Block& block, TimePoint now) {
-    const uint32_t end = std::min(ExpectedCount(block) + 1, block.packets.Capacity());
+    const uint32_t end = std::min(block.ExpectedCount() + 1, block.packets.Capacity());
     block.askedEnd = std::max(block.askedEnd, AskMissing(block, block.askedEnd, end, now));
     block.trailerAsked = true;
     AskTrailer(block, now);
@@ -135,7 +131,7 @@ uint32_t ResendPlan::AskMissing(Block& block, uint32_t from, uint32_t end, TimeP
 }
 
 void ResendPlan::AskTrailer(Block& block, TimePoint now) {
-    Add(block, {ExpectedCount(block) + 1, Grant(block, 1, now)});
+    Add(block, {block.ExpectedCount() + 1, Grant(block, 1, now)});
 }
 
 /// How many of the wanted packets may be asked for now. What isn't granted in this second is

@@ -14,9 +14,6 @@ public:
     ResendPlan(const AssemblerSettings& settings, StreamAccount& account, BlockClient& client)
         : m_settings(settings), m_account(account), m_client(client) {}
 
-    /// The data packets of a whole block, for blocks that don't say how many they have.
-    void SetUsualCount(uint32_t dataCount) { m_usualCount = dataCount; }
-
     /// Packets below `end` should have come before the one that came now.
     void NoteGap(Block& block, uint32_t end, TimePoint now) const;
     /// Follows a packet that is a status in place of data.
@@ -35,7 +32,6 @@ private:
         uint32_t count = 0;
     };
 
-    uint32_t ExpectedCount(const Block& block) const;
     uint32_t Limit(const Block& block) const;
     TimePoint TailDue(const Block& block) const;
     void AskGaps(Block& block, TimePoint now);
@@ -50,7 +46,6 @@ private:
     const AssemblerSettings& m_settings;
     StreamAccount& m_account;
     BlockClient& m_client;
-    uint32_t m_usualCount = 0;
     Run m_pending;
     TimePoint m_secondBegin{};
     uint32_t m_askedInSecond = 0;

@@ -10,6 +10,8 @@ namespace OvGige {
 class Count {
 public:
     void Add(uint64_t more = 1) { m_value.store(Value() + more, std::memory_order_relaxed); }
+    /// Takes back what turned out to be something else.
+    void Remove(uint64_t less) { m_value.store(Value() - less, std::memory_order_relaxed); }
     void Reset() { m_value.store(0, std::memory_order_relaxed); }
     uint64_t Value() const { return m_value.load(std::memory_order_relaxed); }
 

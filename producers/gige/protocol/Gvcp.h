@@ -81,6 +81,11 @@ enum class Status : uint16_t {
     Error = 0x8FFF,
 };
 
+/// Whether the status is a failure. One that is neither that nor a success is damaged.
+constexpr bool IsFailure(Status status) {
+    return static_cast<uint16_t>(status) >> 12 == 0x8;
+}
+
 /// The status in words: "access denied".
 const char* NameOf(Status status);
 
