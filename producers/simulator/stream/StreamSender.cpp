@@ -24,6 +24,7 @@ StreamSender::StreamSender(OvVirtual::Camera& camera, const Faults& faults, Acco
     : m_camera(camera),
       m_faults(faults),
       m_account(account),
+      m_spoiler(faults, account),
       m_thread([this](const std::stop_token& stop) { Run(stop); }) {}
 
 uint16_t StreamSender::Occupy(Ipv4 address) {
@@ -69,32 +70,10 @@ void StreamSender::CarryFrame(const std::stop_token& stop) {
         return;  // the camera is being switched off
     }
     block->Fill(setup, frame);
-    SpoilBlock(*block, frame.frameId);
+    m_spoiler.Spoil(*block, frame.frameId);
     Keep(block);
     const PacketPlan plan(*block, frame.frameId, m_faults, m_account);
     SendPaced(plan.Packets(), setup, stop);
-}
-
-void StreamSender::SpoilBlock(StreamBlock& block, uint64_t frame) {
-    const Chance chance(m_faults.seed);
-    const Occasion occasion{.block = frame, .packet = 0};
-    if (frame == 0) {
-        m_firstFrame = 0;
-    } else if (chance.Hits(m_faults.stream.jumpBack, Cause::JumpBack, occasion)) {
-        m_account.Add(Count::JumpsBack);
-        m_firstFrame = frame;
-    }
-    block.Renumber(BlockIdOf(frame - m_firstFrame, block.IsExtended()));
-    if (chance.Hits(m_faults.stream.wrongLeader, Cause::WrongLeader, occasion)) {
-        m_account.Add(Count::WrongLeaders);
-        block.SpoilLeader();
-    }
-    constexpr uint64_t kChoices = 1 << 16;
-    if (chance.Hits(m_faults.stream.wrongChunk, Cause::WrongChunk, occasion) &&
-        block.SpoilChunk(
-            chance.Below(kChoices, Cause::WrongChunk, {.block = frame, .packet = 1}))) {
-        m_account.Add(Count::WrongChunks);
-    }
 }
 
 StreamSender::Block StreamSender::TakeBlock() {

@@ -9,6 +9,7 @@
 #include "gige/protocol/GvspResend.h"
 #include "simulator/Account.h"
 #include "simulator/Faults.h"
+#include "simulator/stream/BlockSpoiler.h"
 #include "simulator/stream/StreamBlock.h"
 #include "simulator/stream/StreamSocket.h"
 #include "virtual/Camera.h"
@@ -38,8 +39,6 @@ private:
 
     void Run(const std::stop_token& stop);
     void CarryFrame(const std::stop_token& stop);
-    /// Does to the block as a whole what chance has for it.
-    void SpoilBlock(StreamBlock& block, uint64_t frame);
     void SendPaced(std::span<const StreamPacket> packets, const StreamSetup& setup,
                    const std::stop_token& stop);
     void Send(std::span<const StreamPacket> packets, const StreamSetup& setup);
@@ -51,7 +50,7 @@ private:
     OvVirtual::Camera& m_camera;
     const Faults m_faults;
     Account& m_account;
-    uint64_t m_firstFrame = 0;   // that of the block with the number 1; only the thread's own
+    BlockSpoiler m_spoiler;      // only the thread's own
     mutable std::mutex m_mutex;  // guards what follows
     StreamSetup m_setup;
     std::shared_ptr<StreamSocket> m_socket;

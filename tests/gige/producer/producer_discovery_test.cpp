@@ -219,8 +219,9 @@ TEST_F(GigeDiscovery, FindsNobodyAtAnotherAddress) {
         const UdpSocket gone = LoopbackSocket();
         nobody = gone.Local();
     }
-    for (const std::string& id : {"IP::" + TextOf(nobody), std::string("IP::"),
-                                  std::string("IP::camera"), std::string("00-00-00-00-00-01")}) {
+    for (const std::string& id :
+         {"IP::" + TextOf(nobody), std::string("IP::"), std::string("IP::camera"),
+          std::string("00-00-00-00-00-01"), std::string("IP::192.0.2.1")}) {
         EXPECT_EQ(Open(id), GenTL::GC_ERR_INVALID_ID) << id;
         EXPECT_EQ(LastError(), "The interface has no device '" + id + "'");
     }
