@@ -2,7 +2,10 @@
 
 #include "gige/net/Adapters.h"
 
+#include <algorithm>
+
 #include "NetworkTest.h"
+#include "gige/net/Routes.h"
 
 namespace {
 
@@ -24,6 +27,28 @@ TEST_F(NetworkTest, AnAdaptersBroadcastAddressIsThatOfItsConfigurationOrOfItsSub
     EXPECT_EQ(BroadcastWith("10.1.0.1/30"), "10.1.0.3");
     EXPECT_EQ(BroadcastWith("10.1.0.0/31"), "0.0.0.0");
     EXPECT_EQ(BroadcastWith("10.1.0.1/32"), "0.0.0.0");
+}
+
+const OvGige::Adapter& Named(const std::vector<OvGige::Adapter>& adapters,
+                             const std::string& name) {
+    return *std::find_if(adapters.begin(), adapters.end(),
+                         [&](const OvGige::Adapter& adapter) { return adapter.name == name; });
+}
+
+TEST_F(NetworkTest, AnAddressIsReachedByItsSubnetsAdapterAndByThatOfItsRoute) {
+    Shell("ip link add other0 type veth && ip address add 10.2.0.1/24 dev other0");
+    Shell("ip link set other0 up && ip route add 192.168.7.0/24 dev other0");
+    const std::vector<OvGige::Adapter> adapters = OvGige::AllAdapters();
+    const OvGige::Adapter& host = Named(adapters, "host0");
+    const OvGige::Adapter& other = Named(adapters, "other0");
+    const auto address = [](const char* text) { return OvGige::ParseIpv4(text).value(); };
+    EXPECT_TRUE(LeadsTo(host, address("10.1.0.9")));
+    EXPECT_FALSE(LeadsTo(other, address("10.1.0.9")));
+    EXPECT_FALSE(LeadsTo(host, address("192.168.7.9")));
+    EXPECT_TRUE(LeadsTo(other, address("192.168.7.9")));
+    EXPECT_FALSE(LeadsTo(host, address("172.16.0.1"))) << "no route";
+    EXPECT_FALSE(LeadsTo(other, address("172.16.0.1")));
+    Shell("ip link delete other0");
 }
 
 }  // namespace

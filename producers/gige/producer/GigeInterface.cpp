@@ -8,6 +8,7 @@
 
 #include "framework/Failure.h"
 #include "gige/discovery/Inquiry.h"
+#include "gige/net/Routes.h"
 #include "gige/producer/AddressChange.h"
 
 namespace OvGige {
@@ -100,8 +101,11 @@ std::shared_ptr<DeviceBackend> GigeInterface::Reach(const std::string& id) {
     }
     const auto endpoint =
         ParseEndpoint(std::string_view(id).substr(kAddressId.size()), kControlPort);
-    const auto camera =
-        endpoint ? Inquire(Search()->GetAdapter(), *endpoint) : std::optional<FoundCamera>();
+    const Adapter adapter = Search()->GetAdapter();
+    if (!endpoint || !LeadsTo(adapter, endpoint->ip)) {
+        return nullptr;
+    }
+    const auto camera = Inquire(adapter, *endpoint);
     if (!camera) {
         return nullptr;
     }

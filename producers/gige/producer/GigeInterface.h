@@ -30,7 +30,8 @@ public:
 
     OvProducer::InterfaceFacts Facts() override;
     std::vector<std::shared_ptr<OvProducer::DeviceBackend>> Discover(uint64_t timeout) override;
-    /// Reaches "IP::a.b.c.d", with ":port" where a camera doesn't listen at the usual one.
+    /// Reaches "IP::a.b.c.d", with ":port" where a camera doesn't listen at the usual one. Asks
+    /// nobody if another adapter leads there.
     std::shared_ptr<OvProducer::DeviceBackend> Reach(const std::string& id) override;
     void SetSearchMode(int64_t mode) override;
     void StopDiscover() override;
