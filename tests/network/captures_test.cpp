@@ -1,6 +1,8 @@
 // What goes over the wire, read by a program that knows the protocols and nothing of this one.
 
+#include <algorithm>
 #include <csignal>
+#include <fstream>
 
 #include "NetworkTest.h"
 
@@ -86,6 +88,30 @@ TEST_F(NetworkCaptures, EveryMessageWithEventsIsWellFormed) {
                   .substr(0, 3 * 17),
               "0000000000000000\n0000000000000001\n0000000000000002\n");
     EXPECT_NE(Packets("gvcp.ack == 0x00c3 && gvcp.cmd.status == 0", known), "");
+}
+
+TEST_F(NetworkCaptures, OnlyPacketsThatWereDamagedOnPurposeAreMalformed) {
+    const std::string file = (folder / "account.json").string();
+    SimulatedCameras simulated = Simulate(
+        "10.1.0.2/24 --seed 3 --lose 1 --reorder 2 --double 1 --delay 1 --truncate 1"
+        " --corrupt 1 --wrong-leader 10 --jump-back 10 --account '" +
+        file + "'");
+    const auto capture = StartCapture();
+    Host(
+        "stream --seconds 1 --set Width=640 Height=480 AcquisitionMode=MultiFrame"
+        " AcquisitionFrameCount=20");
+    End(*capture);
+    simulated.Process().Signal(SIGTERM);
+    simulated.Process().Wait();
+    std::ifstream account(file);
+    const Json counts = Json::parse(account)["cameras"][0]["counts"];
+    const std::string malformed = Packets("_ws.malformed");
+    EXPECT_LE(
+        std::count(malformed.begin(), malformed.end(), '\n'),
+        counts["truncatedPackets"].get<int64_t>() + counts["corruptedPackets"].get<int64_t>());
+    EXPECT_EQ(Packets("gvcp && _ws.malformed"), "");
+    EXPECT_NE(Packets("gvcp.cmd.command == 0x0040"), "") << "a request to send again";
+    EXPECT_NE(Packets("gvsp.status == 0x0100"), "") << "its answer";
 }
 
 }  // namespace

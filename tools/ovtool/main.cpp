@@ -208,6 +208,9 @@ void AddFrameCommands(CLI::App& app, CommandLine& options) {
     stream
         ->add_option("-t,--timeout", options.stream.timeout, "for the first frame, in milliseconds")
         ->capture_default_str();
+    stream->add_option("--set", options.stream.settings,
+                       "NAME=VALUE, set before frames flow; the stream's own settings hold for "
+                       "this run alone");
     stream->callback([&options] { MeasureStream(options.choice, options.stream, options.json); });
 }
 

@@ -109,10 +109,12 @@ struct StreamOptions {
     double seconds = 5;
     /// For the first frame, in milliseconds.
     uint32_t timeout = 5000;
+    /// Features to set before, as for `Set`.
+    std::vector<std::string> settings = {};
 };
 
-/// Takes frames for some seconds and tells how many came a second, and how many
-/// were lost or incomplete.
+/// Takes frames for some seconds and tells how many came a second, how many were lost or
+/// incomplete, and what the producer knows of the reasons.
 void MeasureStream(const CameraChoice& choice, const StreamOptions& options, bool json);
 
 // Raw files to pictures.
