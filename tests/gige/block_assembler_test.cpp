@@ -105,6 +105,17 @@ TEST_F(BlockAssembly, TakesAShorterBlockThanItsLeaderSays) {
     EXPECT_EQ(frame.sizeFilled, 8U);
 }
 
+TEST_F(BlockAssembly, TakesTheShortLastPacketOfAShorterBlockThanItsLeaderSays) {
+    station.Leader(1, 4 * kDataSize);
+    station.Data(1, 1);
+    station.Data(1, 2, 3);
+    station.Trailer(1, 3);
+    EXPECT_EQ(account.ignored.Value(), 0U);
+    EXPECT_TRUE(shelf.requests.empty());
+    ASSERT_EQ(shelf.delivered.size(), 1U);
+    EXPECT_EQ(shelf.delivered[0].frame.sizeFilled, kDataSize + 3);
+}
+
 TEST_F(BlockAssembly, TakesALongerBlockThanItsLeaderSays) {
     station.Leader(1, kDataSize);
     station.Data(1, 1);
@@ -188,6 +199,81 @@ TEST_F(BlockAssembly, CountsABlockThatNeverCame) {
     EXPECT_EQ(account.lostOnWire.Value(), 2U);
     EXPECT_EQ(account.complete.Value(), 2U);
     EXPECT_EQ(station.CountedBlocks(), 4U);
+}
+
+TEST_F(BlockAssembly, IsntMisledByADamagedIdAheadOfTheOthers) {
+    station.Some(7, 2, {1});
+    station.Data(57, 2);
+    station.Data(7, 2);
+    station.Trailer(7, 3);
+    station.Whole(8);
+    EXPECT_EQ(station.DeliveredIds(), (std::vector<uint64_t>{7, 8}));
+    EXPECT_EQ(account.lostOnWire.Value(), 0U);
+    EXPECT_EQ(account.restarts.Value(), 0U);
+    EXPECT_EQ(account.ignored.Value(), 1U);
+}
+
+TEST_F(BlockAssembly, KeepsWhatComesFirstOfABlockAfterAGap) {
+    station.Whole(1);
+    station.Data(4, 1);
+    EXPECT_EQ(station.CountedBlocks(), 1U);
+    station.Leader(4, 2 * kDataSize);
+    station.Data(4, 2);
+    station.Trailer(4, 3);
+    station.Pass(1ms);
+    EXPECT_EQ(station.DeliveredIds(), (std::vector<uint64_t>{1, 4}));
+    EXPECT_EQ(DataOf(shelf.delivered[1]), Filled({1, 2}));
+    EXPECT_FALSE(shelf.delivered[1].frame.incomplete);
+    EXPECT_EQ(account.lostOnWire.Value(), 2U);
+    EXPECT_EQ(account.ignored.Value(), 0U);
+}
+
+TEST_F(BlockAssembly, BelievesASinglePacketAfterAGapIfOthersFollow) {
+    station.settings.resends = false;
+    station.Whole(1);
+    station.Data(4, 1);
+    station.Leader(7, 2 * kDataSize);
+    station.Whole(8);
+    station.Pass(1ms);
+    EXPECT_EQ(station.DeliveredIds(), (std::vector<uint64_t>{1, 4, 7, 8}));
+    EXPECT_EQ(account.lostOnWire.Value(), 4U);
+    EXPECT_EQ(account.incomplete.Value(), 2U);
+    EXPECT_EQ(account.ignored.Value(), 0U);
+}
+
+TEST_F(BlockAssembly, CountsEveryBlockOfALongGap) {
+    station.Whole(1);
+    station.Whole(4002);
+    station.Pass(1ms);
+    EXPECT_EQ(account.lostOnWire.Value(), 4000U);
+    EXPECT_EQ(account.restarts.Value(), 0U);
+}
+
+TEST_F(BlockAssembly, TakesAnUnknownStatusForADamagedPacket) {
+    station.Some(1, 2, {1});
+    station.Refusal(1, 2, static_cast<Status>(0x00FF));
+    station.Refusal(1, 2, static_cast<Status>(0xFF00));
+    EXPECT_EQ(account.refused.Value(), 0U);
+    EXPECT_EQ(account.ignored.Value(), 2U);
+}
+
+TEST_F(BlockAssembly, MissesAsManyPacketsAsBlocksUsuallyHave) {
+    station.settings.resends = false;
+    station.Whole(1, 5);
+    station.Data(2, 1);
+    station.Whole(3, 5);
+    station.Pass(1ms);
+    EXPECT_EQ(account.incomplete.Value(), 1U);
+    EXPECT_EQ(account.missing.Value(), 6U) << "leader, four of data and trailer";
+}
+
+TEST_F(BlockAssembly, MissesTheTrailerOfAWholeBlock) {
+    station.settings.resends = false;
+    station.Some(1, 2, {1, 2});
+    station.Whole(2);
+    station.Pass(1ms);
+    EXPECT_EQ(account.complete.Value(), 2U);
+    EXPECT_EQ(account.missing.Value(), 1U);
 }
 
 TEST_F(BlockAssembly, BlamesTheSocketForABlockThatItDropped) {

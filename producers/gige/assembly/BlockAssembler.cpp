@@ -10,6 +10,8 @@ namespace {
 constexpr int64_t kLate = 100;
 /// Most blocks that are taken for lost at once: some seconds of a fast camera.
 constexpr int64_t kGapMax = 4096;
+/// Blocks that follow each other when some between them are lost.
+constexpr int64_t kSoon = 8;
 /// No camera lives long enough for greater ids: they are damaged.
 constexpr uint64_t kIdMax = uint64_t{1} << 62;
 
@@ -130,6 +132,9 @@ Block* BlockAssembler::FindNew(const StreamHeader& header, ByteView prefix, Byte
     const bool isRestart = !isAhead && m_jumps.IsRestart(header, data, now);
     // The next block is what everybody expects, and one that is a single packet has no second.
     const bool isSure = header.format == PacketFormat::AllIn ? isAhead || isRestart : distance == 1;
+    if (!isSure && isAhead && BeginSuspected(distance, now)) {
+        return FindNew(header, prefix, data, m_row.Distance(header), now);
+    }
     if (!isSure && !m_jumps.IsSuspected(header.blockId)) {
         if (header.format != PacketFormat::AllIn &&
             (isAhead || isRestart || std::abs(distance) > kLate)) {
@@ -144,6 +149,19 @@ Block* BlockAssembler::FindNew(const StreamHeader& header, ByteView prefix, Byte
         m_row.Start(header, now);
     }
     return &Begin(header, now);
+}
+
+/// A packet of a block soon after the suspected one says as much as a second packet of that: a
+/// block may have lost all others.
+bool BlockAssembler::BeginSuspected(int64_t distance, TimePoint now) {
+    const StreamHeader suspected = m_jumps.Suspected();
+    const int64_t before = suspected.blockId == 0 ? 0 : m_row.Distance(suspected);
+    if (before <= 0 || distance <= before || distance > before + kSoon) {
+        return false;
+    }
+    m_row.Advance(suspected, before, now);
+    Begin(suspected, now);
+    return true;
 }
 
 /// Whether a packet with the id of a block that is over belongs to another one.
@@ -184,7 +202,7 @@ void BlockAssembler::FinishIfOver(Block& block) {
 
 TimePoint BlockAssembler::GiveUpDue(const Block& block) const {
     if (block.state == BlockState::Awaited) {
-        return block.begin + m_settings.packetTimeout;
+        return block.begin + m_settings.gapTime;
     }
     const bool isOvertaken = block.overtaken != Block::kNever;
     if (block.state != BlockState::Open || (!block.HasData() && !isOvertaken)) {
@@ -197,9 +215,10 @@ TimePoint BlockAssembler::GiveUpDue(const Block& block) const {
     if (m_resends.MayAsk(block)) {
         return last + m_settings.retention;
     }
-    // The last packets that could be asked for have their time to come.
+    // The last packets that could be asked for have their time to come. What was only overtaken
+    // comes sooner.
     const TimePoint asked = block.repeatDue == Block::kNever ? last : block.repeatDue;
-    return std::max(last + m_settings.packetTimeout, asked);
+    return std::max(last + m_settings.gapTime, asked);
 }
 
 TimePoint BlockAssembler::Due() const {

@@ -56,6 +56,7 @@ private:
     Block* Find(const StreamHeader& header, ByteView prefix, ByteView data, TimePoint now);
     Block* FindNew(const StreamHeader& header, ByteView prefix, ByteView data, int64_t distance,
                    TimePoint now);
+    bool BeginSuspected(int64_t distance, TimePoint now);
     bool IsOfNewRun(const Block& block, const StreamHeader& header, ByteView data,
                     TimePoint now) const;
     Block& Begin(const StreamHeader& header, TimePoint now);

@@ -159,7 +159,8 @@ bool BlockFiller::FitForm(Block& block, const StreamHeader& header, size_t lengt
         return true;
     }
     const uint32_t id = header.packetId;
-    const bool mayBeLast = block.dataCount ? id >= *block.dataCount : id > block.highest;
+    // A block may have fewer packets than its leader says, and a cut packet is followed by others.
+    const bool mayBeLast = id > block.highest || (block.dataCount && id >= *block.dataCount);
     if (length < block.stride.size) {
         // Parts end with short packets, too.
         if (HasOffset(form.format) || (mayBeLast && (block.stride.isSeen || block.shortId == 0))) {

@@ -66,7 +66,7 @@ void BlockRow::Settle(Block& block, bool delivers) {
     if (block.state == BlockState::Open) {
         const bool isIncomplete = LacksData(block);
         (isIncomplete ? m_account.incomplete : m_account.complete).Add();
-        m_account.missing.Add(isIncomplete ? block.MissingCount() : 0);
+        m_account.missing.Add(block.MissingCount());
         m_usualCount = block.IsComplete() ? *block.dataCount : m_usualCount;
         if (!delivers || (isIncomplete && !m_settings.deliversIncomplete)) {
             m_account.leftOut.Add();

@@ -35,6 +35,8 @@ public:
     bool IsRestart(const StreamHeader& header, ByteView data, TimePoint now) const;
     /// Whether a packet of the same block came before.
     bool IsSuspected(uint64_t blockId) const { return m_header.blockId == blockId; }
+    /// The packet whose block is suspected; one of block 0 if there is none.
+    const StreamHeader& Suspected() const { return m_header; }
     /// Suspects the block of a packet, and keeps the packet unless it is empty.
     void Suspect(const StreamHeader& header, ByteView prefix, ByteView data);
     /// Whether the packet that was suspected last is kept. Asked once for each packet.

@@ -75,6 +75,7 @@ public:
     uint64_t arrived = 0;   ///< packets that reached the assembler
     uint64_t answered = 0;  ///< of them, those that the camera sent again
     uint64_t overflow = 0;  ///< packets that didn't fit the socket
+    uint64_t trailerOnly = 0;  ///< blocks of which the trailer was damaged or lost and nothing else
 
 private:
     static constexpr std::chrono::microseconds kPacketTime{10};
@@ -99,6 +100,7 @@ private:
             m_blocks.pop_front();
         }
         const OvSimulator::PacketPlan plan(*block, frame, m_faults, camera);
+        trailerOnly += LacksOnlyTrailer(*block, plan) ? 1 : 0;
         for (const OvSimulator::StreamPacket& packet : plan.Packets()) {
             Bytes bytes(packet.header.begin(),
                         packet.header.begin() + static_cast<ptrdiff_t>(packet.headerSize));
@@ -107,6 +109,23 @@ private:
             Pass(kPacketTime);
         }
         camera.Add(OvSimulator::Count::Blocks);
+    }
+
+    static bool LacksOnlyTrailer(const OvSimulator::StreamBlock& block,
+                                 const OvSimulator::PacketPlan& plan) {
+        const auto leaves = [&](uint32_t id) {
+            const ByteView payload = block.Payload(id);
+            return std::any_of(plan.Packets().begin(), plan.Packets().end(),
+                               [&](const OvSimulator::StreamPacket& packet) {
+                                   return packet.payload.data() == payload.data() &&
+                                          packet.payload.size() == payload.size();
+                               });
+        };
+        uint32_t whole = 0;
+        while (whole < block.PacketCount() && leaves(whole)) {
+            ++whole;
+        }
+        return whole + 1 == block.PacketCount();
     }
 
     void Arrive(Bytes packet) {
