@@ -28,6 +28,10 @@ protected:
         std::ifstream stream(file);
         camera = Json::parse(stream).at("cameras").at(0).at("counts");
         EXPECT_EQ(camera.at("blocks"), kFrames);
+    }
+    /// Every frame that the camera sent is one of the host's.
+    void StreamAll(const std::string& faults, const std::string& settings = {}) {
+        Stream(faults, settings);
         EXPECT_EQ(FramesOfHost(), kFrames) << host;
     }
     int64_t Frames(const char* key) const { return host.at("frames").at(key); }
@@ -41,11 +45,6 @@ protected:
         return host.at("remedy").is_null() ? "" : host.at("remedy").get<std::string>();
     }
 
-    ToolRun run;
-    Json host;    ///< its account
-    Json camera;  ///< its counts
-
-private:
     int64_t FramesOfHost() const {
         int64_t sum = 0;
         for (const Json& frames : host.at("frames")) {
@@ -53,4 +52,8 @@ private:
         }
         return sum;
     }
+
+    ToolRun run;
+    Json host;    ///< its account
+    Json camera;  ///< its counts
 };

@@ -39,14 +39,14 @@ TEST_F(NetworkTest, AnAddressIsReachedByItsSubnetsAdapterAndByThatOfItsRoute) {
     Shell("ip link add other0 type veth && ip address add 10.2.0.1/24 dev other0");
     Shell("ip link set other0 up && ip route add 192.168.7.0/24 dev other0");
     const std::vector<OvGige::Adapter> adapters = OvGige::AllAdapters();
-    const OvGige::Adapter& host = Named(adapters, "host0");
+    const OvGige::Adapter& near = Named(adapters, "host0");
     const OvGige::Adapter& other = Named(adapters, "other0");
     const auto address = [](const char* text) { return OvGige::ParseIpv4(text).value(); };
-    EXPECT_TRUE(LeadsTo(host, address("10.1.0.9")));
+    EXPECT_TRUE(LeadsTo(near, address("10.1.0.9")));
     EXPECT_FALSE(LeadsTo(other, address("10.1.0.9")));
-    EXPECT_FALSE(LeadsTo(host, address("192.168.7.9")));
+    EXPECT_FALSE(LeadsTo(near, address("192.168.7.9")));
     EXPECT_TRUE(LeadsTo(other, address("192.168.7.9")));
-    EXPECT_FALSE(LeadsTo(host, address("172.16.0.1"))) << "no route";
+    EXPECT_FALSE(LeadsTo(near, address("172.16.0.1"))) << "no route";
     EXPECT_FALSE(LeadsTo(other, address("172.16.0.1")));
     Shell("ip link delete other0");
 }

@@ -5,7 +5,7 @@
 namespace {
 
 TEST_F(StreamNetworkTest, EveryFrameIsWholeThoughPacketsAreLost) {
-    Stream("--lose 1");
+    StreamAll("--lose 1");
     EXPECT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(Frames("delivered"), kFrames);
     EXPECT_GT(Camera("lostPackets"), 0);
@@ -17,7 +17,7 @@ TEST_F(StreamNetworkTest, EveryFrameIsWholeThoughPacketsAreLost) {
 }
 
 TEST_F(StreamNetworkTest, WithoutResendsFramesAreMarkedAndTheRemedyIsNamed) {
-    Stream("--lose 1", "StreamResend=0");
+    StreamAll("--lose 1", "StreamResend=0");
     EXPECT_EQ(run.status, Exit::kIncomplete) << run.err;
     EXPECT_EQ(Frames("incomplete") + Frames("lostOnWire"), Camera("damagedBlocks"));
     EXPECT_EQ(Packets("missing"), Camera("lostPackets"));
@@ -27,7 +27,7 @@ TEST_F(StreamNetworkTest, WithoutResendsFramesAreMarkedAndTheRemedyIsNamed) {
 }
 
 TEST_F(StreamNetworkTest, DisorderAndRepeatsHarmNoFrame) {
-    Stream("--reorder 2 --double 1 --delay 0.2 --wrong-leader 5");
+    StreamAll("--reorder 2 --double 1 --delay 0.2 --wrong-leader 5");
     EXPECT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(Frames("delivered"), kFrames);
     EXPECT_GE(Packets("double"), Camera("doubledPackets"));
@@ -36,7 +36,7 @@ TEST_F(StreamNetworkTest, DisorderAndRepeatsHarmNoFrame) {
 }
 
 TEST_F(StreamNetworkTest, DamagedPacketsAreCountedOnTheirOwn) {
-    Stream("--corrupt 0.1 --truncate 0.1", "StreamResend=0");
+    StreamAll("--corrupt 0.1 --truncate 0.1", "StreamResend=0");
     EXPECT_LE(Frames("incomplete"), Camera("damagedBlocks"));
     EXPECT_EQ(Frames("lostOnWire"), 0);
     EXPECT_GT(Packets("ignored"), 0);
@@ -47,7 +47,11 @@ TEST_F(StreamNetworkTest, ASocketThatIsTooSmallIsNamed) {
     Stream("", "StreamResend=0 StreamSocketBufferSize=4096");
     EXPECT_GT(Packets("dropped"), 0);
     EXPECT_EQ(Frames("lostOnWire"), 0);
-    EXPECT_EQ(Packets("missing") + Frames("lostInSocket") * PacketsOfFrame(), Packets("dropped"));
+    // Nothing tells the host of frames that were dropped after the last packet that it has.
+    EXPECT_GE(FramesOfHost(), kFrames - 1);
+    const int64_t lost = Packets("missing") + Frames("lostInSocket") * PacketsOfFrame();
+    EXPECT_LE(lost, Packets("dropped"));
+    EXPECT_GE(lost, Packets("dropped") - PacketsOfFrame());
     EXPECT_EQ(Remedy(),
               "The socket was full: use larger packets, give the receiving thread a processor "
               "(StreamThreadPriority, StreamThreadProcessor), or raise StreamSocketBufferSize.");
