@@ -1,10 +1,13 @@
 // What receiving frames from the network costs, beside a bare loop that takes the same
-// datagrams into memory of a frame's size and looks at nothing. A process of its own sends them
-// at a set rate: over the loopback adapter, or to another address of this machine that a
-// network namespace leads to. CPU time of the receiving thread counts.
+// datagrams into memory of a frame's size and looks at nothing. Processes of their own send them
+// at a set rate, one for each camera: over the loopback adapter, or from a network of their own.
+// CPU time of the receiving threads counts.
+// Usage: gige_bench [ADDRESS NETWORK]
+//     ADDRESS  this end's of a cable, NETWORK the name of the network at its other end
 
 #include <fcntl.h>
 #include <netinet/in.h>
+#include <sched.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -15,10 +18,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <string>
+#include <thread>
 #include <vector>
 
 #include "CountingMemory.h"
 #include "Measure.h"
+#include "TrainNote.h"
 #include "framework/BufferQueue.h"
 #include "gige/stream/StreamReceiver.h"
 
@@ -27,14 +33,21 @@ namespace {
 using namespace OvGige;
 using std::chrono::steady_clock;
 
-constexpr int kRounds = 3;
+constexpr int kRounds = 2;
 constexpr size_t kMeasuredBytes = 400'000'000;
 /// After so many frames the receiver has all the memory that it needs.
 constexpr int kWarmUp = 33;
 constexpr size_t kSocketBuffer = 32 << 20;
-constexpr Ipv4 kLoopback{0x7F000001};
+/// Both ends of the way that is measured.
+struct Way {
+    Ipv4 host{0x7F000001};
+    std::string network;  ///< of the senders; empty: this one
+};
+
 /// The sender's batch: as many packets as are due at a time.
 constexpr size_t kBatch = 16;
+/// Bytes of a train of packets that the sender's system gets as one.
+constexpr size_t kTrainMax = 60'000;
 
 /// What is sent.
 struct Load {
@@ -42,7 +55,9 @@ struct Load {
     size_t packetSize;
     size_t frameSize;
     double bytesPerSecond;
-    double goal;  ///< CPU time in relation to the bare loop's
+    double goal;          ///< CPU time in relation to the bare loop's
+    int cameras = 1;      ///< that send at once
+    bool trains = false;  ///< packets come as trains, as many adapters make them
 
     int Frames() const { return static_cast<int>(kMeasuredBytes / frameSize); }
     size_t DataSize() const { return DataPerPacket(packetSize, false, PacketFormat::Data); }
@@ -56,6 +71,11 @@ constexpr Load kLoads[] = {
     {"12 MP in packets of 1500", 1500, 12'000'000, 100e6, 2.0},
     {"2 MP in packets of 9000", 9000, 2'000'000, 400e6, 1.5},
     {"12 MP in packets of 9000", 9000, 12'000'000, 400e6, 1.5},
+    {"the same of 2 cameras", 9000, 12'000'000, 200e6, 1.5, 2},
+    {"the same of 4 cameras", 9000, 12'000'000, 100e6, 1.5, 4},
+    {"2 MP, 1500, in trains", 1500, 2'000'000, 100e6, 2.0, 1, true},
+    {"12 MP, 1500, in trains", 1500, 12'000'000, 100e6, 2.0, 1, true},
+    {"12 MP, 9000, in trains", 9000, 12'000'000, 400e6, 1.5, 1, true},
 };
 
 [[noreturn]] void Fail(const char* what) {
@@ -67,7 +87,6 @@ constexpr Load kLoads[] = {
 class Sender {
 public:
     Sender(const Load& load, const Endpoint& to) : m_load(load) {
-        m_socket.Bind({kLoopback, 0});
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_port = htons(to.port);
@@ -106,8 +125,22 @@ private:
         packet.resize(header.Size());
         WriteStreamHeader(packet, header);
         Append(packet, payload);
-        if (m_count == kBatch) {
+        const size_t most =
+            m_load.trains ? std::min(kBatch, kTrainMax / m_load.packetSize) : kBatch;
+        // A train ends with a packet that is shorter than those before it.
+        const bool isTrainsEnd = m_load.trains && packet.size() < header.Size() + m_load.DataSize();
+        if (m_count == most || isTrainsEnd) {
             Flush();
+        }
+    }
+    /// All packets as one message, which the system takes apart when it must.
+    void SendTrain(std::span<iovec> parts, size_t size) {
+        msghdr message{};
+        message.msg_iov = parts.data();
+        message.msg_iovlen = parts.size();
+        const OvTest::TrainNote note(message, size);
+        if (sendmsg(m_socket.File(), &message, 0) < 0 && errno != ECONNREFUSED) {
+            Fail("sendmsg");
         }
     }
     void Flush() {
@@ -122,7 +155,10 @@ private:
         }
         while (steady_clock::now() < m_due) {
         }
-        for (size_t sent = 0; sent < m_count;) {
+        if (m_load.trains && m_count > 1) {
+            SendTrain(std::span(parts).first(m_count), parts[0].iov_len);
+        }
+        for (size_t sent = m_load.trains && m_count > 1 ? m_count : 0; sent < m_count;) {
             const int count = sendmmsg(m_socket.File(), &messages[sent],
                                        static_cast<unsigned>(m_count - sent), 0);
             sent += static_cast<size_t>(std::max(count, 0));
@@ -143,12 +179,13 @@ private:
 /// The sender in a process of its own, which ends with this one.
 class SenderProcess {
 public:
-    SenderProcess(const Load& load, const Endpoint& to) : m_process(fork()) {
+    SenderProcess(const Load& load, const Way& way, const Endpoint& to) : m_process(fork()) {
         if (m_process < 0) {
             Fail("fork");
         }
         if (m_process == 0) {
             prctl(PR_SET_PDEATHSIG, SIGKILL);
+            Enter(way.network);
             Sender(load, to).Run();
             _exit(0);
         }
@@ -158,6 +195,16 @@ public:
     SenderProcess& operator=(const SenderProcess&) = delete;
 
 private:
+    static void Enter(const std::string& network) {
+        if (network.empty()) {
+            return;
+        }
+        const int file = open(("/run/netns/" + network).c_str(), O_RDONLY | O_CLOEXEC);
+        if (file < 0 || setns(file, CLONE_NEWNET) != 0) {
+            Fail(network.c_str());
+        }
+    }
+
     const pid_t m_process;
 };
 
@@ -167,9 +214,9 @@ struct Result {
     uint64_t allocations = 0;
 };
 
-UdpSocket MakeSocket() {
+UdpSocket MakeSocket(const Way& way) {
     UdpSocket socket;
-    socket.Bind({kLoopback, 0});
+    socket.Bind({way.host, 0});
     socket.SetReceiveBuffer(kSocketBuffer);
     return socket;
 }
@@ -179,8 +226,8 @@ double PerGigabyte(double nanoseconds, const Load& load) {
 }
 
 /// Takes datagrams into a frame's memory, one behind the other.
-Result RunBare(const Load& load) {
-    UdpSocket socket = MakeSocket();
+Result RunBare(const Load& load, const Way& way) {
+    UdpSocket socket = MakeSocket(way);
     const timeval wait{.tv_sec = 1, .tv_usec = 0};
     setsockopt(socket.File(), SOL_SOCKET, SO_RCVTIMEO, &wait, sizeof wait);
     fcntl(socket.File(), F_SETFL, 0);
@@ -191,7 +238,7 @@ Result RunBare(const Load& load) {
     const size_t perFrame = load.DataCount() + 2;
     const size_t begin = perFrame * kWarmUp;
     const size_t end = perFrame * static_cast<size_t>(kWarmUp + load.Frames());
-    const SenderProcess sender(load, socket.Local());
+    const SenderProcess sender(load, way, socket.Local());
     double cpu = 0;
     size_t taken = 0;
     while (taken < end) {
@@ -248,17 +295,23 @@ private:
     int m_delivered = 0;
 };
 
-Result RunReceiver(const Load& load) {
-    UdpSocket socket = MakeSocket();
+/// The address that packets of the way come from.
+Ipv4 SenderOf(const Way& way) {
+    return way.network.empty() ? way.host : Ipv4{way.host.value + 1};
+}
+
+template <bool kTakesTrains>
+Result RunReceiver(const Load& load, const Way& way) {
+    UdpSocket socket = MakeSocket(way);
     AssemblerSettings settings;
     settings.packetSize = load.packetSize;
     settings.resends = false;
     StreamAccount account;
     Shelf shelf(load.frameSize);
     BlockAssembler assembler(settings, account, shelf);
-    StreamReceiver receiver(socket, assembler, kLoopback);
+    StreamReceiver receiver(socket, assembler, SenderOf(way), kTakesTrains);
     const WakeFile wake;
-    const SenderProcess sender(load, socket.Local());
+    const SenderProcess sender(load, way, socket.Local());
     const TimePoint end = Clock::now() + std::chrono::seconds(60);
     double cpu = 0;
     uint64_t allocations = 0;
@@ -289,23 +342,86 @@ Result Better(const Result& one, const Result& other) {
             std::max(one.allocations, other.allocations)};
 }
 
+/// A thread for each camera. Their mean counts.
+template <typename Run>
+Result OfAllCameras(const Load& load, const Way& way, const Run& run) {
+    std::vector<Result> results(static_cast<size_t>(load.cameras));
+    {
+        std::vector<std::jthread> threads;
+        for (Result& result : results) {
+            threads.emplace_back([&] { result = run(load, way); });
+        }
+    }
+    Result mean{.nanoseconds = 0, .whole = 1, .allocations = 0};
+    for (const Result& result : results) {
+        mean.nanoseconds += result.nanoseconds / load.cameras;
+        mean.whole = std::min(mean.whole, result.whole);
+        // Others' preparations count, too.
+        mean.allocations = load.cameras == 1 ? result.allocations : 0;
+    }
+    return mean;
+}
+
+void Measure(const Load& load, const Way& way) {
+    Result bare;
+    Result receiver;
+    Result joined;
+    for (int round = 0; round < kRounds; ++round) {
+        bare = Better(bare, OfAllCameras(load, way, RunBare));
+        receiver = Better(receiver, OfAllCameras(load, way, RunReceiver<false>));
+        joined = Better(joined, OfAllCameras(load, way, RunReceiver<true>));
+    }
+    std::printf("%-26s %6.1f ms %6.2f %6.2f %6.2f %8.1f%% %8.1f%% %8.1f%% %11llu\n", load.name,
+                bare.nanoseconds / 1e6, receiver.nanoseconds / bare.nanoseconds,
+                joined.nanoseconds / bare.nanoseconds, load.goal, bare.whole * 100,
+                receiver.whole * 100, joined.whole * 100,
+                static_cast<unsigned long long>(receiver.allocations + joined.allocations));
+    std::fflush(stdout);
+}
+
+/// Up to which share of the rate that would fill the receiving thread's processor no frame is
+/// lost, where the senders can send so fast.
+void FindRate(Load load, const Way& way) {
+    const double full = 1e18 / RunReceiver<true>(load, way).nanoseconds;
+    std::printf("%-26s %6.2f GB/s fill it; whole frames at", load.name, full / 1e9);
+    for (const int share : {50, 60, 70, 80, 90}) {
+        load.bytesPerSecond = full * share / 100;
+        const auto begin = steady_clock::now();
+        const Result result = RunReceiver<true>(load, way);
+        const double seconds = std::chrono::duration<double>(steady_clock::now() - begin).count();
+        const double rate =
+            static_cast<double>(load.frameSize) * (kWarmUp + load.Frames()) / seconds;
+        std::printf("  %d%%: %.1f%% (%.0f%% sent)", share, result.whole * 100,
+                    std::min(100.0, rate / full * 100));
+        std::fflush(stdout);
+    }
+    std::printf("\n");
+}
+
 }  // namespace
 
-int main() {
-    std::printf("%-26s %9s %9s %6s %6s %9s %9s %11s\n", "", "bare", "receiver", "ratio", "goal",
-                "datagrams", "frames", "allocations");
-    for (const Load& load : kLoads) {
-        Result bare;
-        Result receiver;
-        for (int round = 0; round < kRounds; ++round) {
-            bare = Better(bare, RunBare(load));
-            receiver = Better(receiver, RunReceiver(load));
+int main(int argc, char** argv) {
+    Way way;
+    if (argc == 3) {
+        const auto host = ParseIpv4(argv[1]);
+        if (!host) {
+            std::fprintf(stderr, "%s is no address\n", argv[1]);
+            return 2;
         }
-        std::printf("%-26s %6.1f ms %6.1f ms %6.2f %6.2f %8.1f%% %8.1f%% %11llu\n", load.name,
-                    bare.nanoseconds / 1e6, receiver.nanoseconds / 1e6,
-                    receiver.nanoseconds / bare.nanoseconds, load.goal, bare.whole * 100,
-                    receiver.whole * 100, static_cast<unsigned long long>(receiver.allocations));
+        way = {*host, argv[2]};
     }
-    std::printf("CPU time of the receiving thread per GB; frames that came whole\n");
+    std::printf("%-26s %9s %6s %6s %6s %9s %9s %9s %11s\n", "", "bare", "ratio", "joined", "goal",
+                "datagrams", "frames", "joined", "allocations");
+    for (const Load& load : kLoads) {
+        Measure(load, way);
+    }
+    std::printf(
+        "CPU time of the receiving thread per GB, of the receiver in relation to the bare "
+        "loop,\nwithout and with packets that the system joins; what came whole\n\n");
+    for (const Load& load : kLoads) {
+        if (load.cameras == 1) {
+            FindRate(load, way);
+        }
+    }
     return 0;
 }

@@ -180,7 +180,7 @@ void StreamEngine::Run(OvProducer::BufferPool& pool, const OvProducer::EngineRun
     TuneThread();
     PoolClient client(pool, run.frames, *m_socket, m_camera);
     BlockAssembler assembler(m_assembly, m_state.Account(), client);
-    StreamReceiver receiver(*m_socket, assembler, m_camera.ip);
+    StreamReceiver receiver(*m_socket, assembler, m_camera.ip, m_settings.trains != 0);
     const std::stop_callback wake(run.stop, [this] { m_wake.Signal(); });
     TimePoint firewallDue = Clock::now() + kFirewallPeriod;
     while (!run.stop.stop_requested() && !client.IsDone()) {
@@ -197,6 +197,7 @@ void StreamEngine::Run(OvProducer::BufferPool& pool, const OvProducer::EngineRun
            !client.IsDone()) {
         receiver.Work(end, m_wake);
     }
+    receiver.NoteLastDrops();
     assembler.End(!client.IsDone());
 }
 

@@ -17,6 +17,7 @@ struct StreamSettings {
     int64_t retention = 100'000;      ///< microseconds
     int64_t findsPacketSize = 1;      ///< unless the user has set the camera's
     int64_t socketBuffer = 16 << 20;  ///< bytes
+    int64_t trains = 1;               ///< whether the system may join packets
     int64_t priority = 0;
     int64_t processor = -1;
     int64_t busyPoll = 0;  ///< microseconds
