@@ -153,8 +153,7 @@ private:
             messages[i].msg_hdr.msg_iovlen = 1;
             bytes += m_packets[i].size();
         }
-        while (steady_clock::now() < m_due) {
-        }
+        std::this_thread::sleep_until(m_due);
         if (m_load.trains && m_count > 1) {
             SendTrain(std::span(parts).first(m_count), parts[0].iov_len);
         }

@@ -223,7 +223,7 @@ TimePoint BlockAssembler::GiveUpDue(const Block& block) const {
 
 TimePoint BlockAssembler::Due() const {
     TimePoint due = Block::kNever;
-    for (const uint64_t number : m_row.Waiting()) {
+    for (uint64_t number = m_row.Oldest(); number < m_row.End(); ++number) {
         const Block& block = m_row.At(number);
         due = std::min({due, m_resends.Due(block), GiveUpDue(block)});
     }
@@ -231,7 +231,7 @@ TimePoint BlockAssembler::Due() const {
 }
 
 void BlockAssembler::Tick(TimePoint now) {
-    for (const uint64_t number : m_row.Waiting()) {
+    for (uint64_t number = m_row.Oldest(); number < m_row.End(); ++number) {
         Block& block = m_row.At(number);
         if (now >= GiveUpDue(block)) {
             m_row.Settle(block, true);

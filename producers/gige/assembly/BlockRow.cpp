@@ -78,7 +78,7 @@ void BlockRow::Settle(Block& block, bool delivers) {
 }
 
 void BlockRow::SettleAll(bool delivers) {
-    for (const uint64_t number : Waiting()) {
+    for (uint64_t number = Oldest(); number < End(); ++number) {
         Settle(At(number), delivers);
     }
     DeliverReady();

@@ -2,7 +2,6 @@
 /// The blocks of a stream in the order of their numbers.
 
 #include <array>
-#include <ranges>
 
 #include "gige/assembly/BlockClient.h"
 #include "gige/assembly/BlockFrame.h"
@@ -37,10 +36,11 @@ public:
     /// The system dropped packets: blocks of which nothing came may be among them.
     void NoteDrops() { m_isDropping = true; }
 
-    /// The numbers of the blocks from the oldest that isn't over to the newest.
-    auto Waiting() const {
-        return std::views::iota(m_oldest, m_isStarted ? m_ids.Newest() + 1 : m_oldest);
-    }
+    /// The numbers of the blocks from the oldest that isn't over to the one before the end.
+    ///@{
+    uint64_t Oldest() const { return m_oldest; }
+    uint64_t End() const { return m_isStarted ? m_ids.Newest() + 1 : m_oldest; }
+    ///@}
     Block& At(uint64_t number) { return m_blocks[number % kBlocks]; }
     const Block& At(uint64_t number) const { return m_blocks[number % kBlocks]; }
 

@@ -36,8 +36,8 @@ struct StreamAccount {
     Count ignored;   ///< malformed, too late, of a block without a buffer or beyond its end
     Count asked;     ///< packets that were asked for again
     Count answered;  ///< of them, those that came
-    Count missing;   ///< of blocks of which others came; a block may be complete without its trailer
-    Count dropped;   ///< by the system, because the socket was full
+    Count missing;  ///< of blocks of which others came; a block may be complete without its trailer
+    Count dropped;  ///< by the system, because the socket was full
 
     void Reset();
 };

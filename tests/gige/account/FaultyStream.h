@@ -25,7 +25,7 @@ public:
     static constexpr uint32_t kSide = 64;  ///< of the square frames, in pixels of a byte
 
     FaultyStream(const OvSimulator::StreamFaults& faults, uint64_t seed)
-        : m_faults{.seed = seed, .control = {}, .stream = faults} {
+        : m_faults{.seed = seed, .control = {}, .stream = faults, .message = {}} {
         constexpr size_t kFrame = size_t{kSide} * kSide;
         m_setup.packetSize =
             kFrame / kDataPackets + OvGige::kIpUdpHeaderSize + OvGige::kStreamHeaderSize;
