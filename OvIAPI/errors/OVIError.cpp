@@ -94,9 +94,12 @@ const COvException* OwnOf(const std::exception_ptr& handled) {
     }
     // The compiler's interface has the address of the exception here, and nothing else; a class
     // of this family begins with its base.
+    // NOLINTBEGIN(bugprone-sizeof-expression,bugprone-undefined-memory-manipulation): only looked
+    // at
     static_assert(sizeof handled == sizeof(const COvException*));
     const COvException* own = nullptr;
     std::memcpy(&own, &handled, sizeof own);
+    // NOLINTEND(bugprone-sizeof-expression,bugprone-undefined-memory-manipulation)
     return own;
 }
 
