@@ -19,8 +19,8 @@ TEST(MessageFeatures, AreReadAtTheAddressesOfTheirDescription) {
     AddMessageRegisters(registers, [&account](const MessageFeature& feature) {
         return (account.*feature.count).load();
     });
-    const std::string xml = WithMessageFeatures(
-        OvProducer::OwnDescription(OvProducer::ModuleKind::Device).xml);
+    const std::string xml =
+        WithMessageFeatures(OvProducer::OwnDescription(OvProducer::ModuleKind::Device).xml);
     const std::string mark = "<Address>";
     const size_t at = xml.find(mark, xml.find("<IntReg Name=\"MessageForeignCount\""));
     std::array<std::byte, 8> bytes{};

@@ -72,9 +72,9 @@ public:
     OvSimulator::Account camera;
     BlockShelf shelf;
     SlowHost host;
-    uint64_t arrived = 0;   ///< packets that reached the assembler
-    uint64_t answered = 0;  ///< of them, those that the camera sent again
-    uint64_t overflow = 0;  ///< packets that didn't fit the socket
+    uint64_t arrived = 0;      ///< packets that reached the assembler
+    uint64_t answered = 0;     ///< of them, those that the camera sent again
+    uint64_t overflow = 0;     ///< packets that didn't fit the socket
     uint64_t trailerOnly = 0;  ///< blocks of which the trailer was damaged or lost and nothing else
 
 private:

@@ -19,5 +19,6 @@ void RunSimulator(const std::string& program, const std::vector<std::string>& ar
     pointers.push_back(nullptr);
     execv(simulator.c_str(), pointers.data());
     const std::string reason = std::generic_category().message(errno);
-    throw ToolError("the simulator can't be run: " + reason + ": " + simulator + "\nWhere the tool was built, build it, too: ovtool-simulate");
+    throw ToolError("the simulator can't be run: " + reason + ": " + simulator +
+                    "\nWhere the tool was built, build it, too: ovtool-simulate");
 }
