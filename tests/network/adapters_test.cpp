@@ -51,4 +51,17 @@ TEST_F(NetworkTest, AnAddressIsReachedByItsSubnetsAdapterAndByThatOfItsRoute) {
     Shell("ip link delete other0");
 }
 
+TEST_F(NetworkTest, TheLogNamesTheFilterThatHidesCamerasOfOtherSubnets) {
+    const SimulatedCameras simulated = Simulate("192.168.77.5/24");
+    const std::string log = (folder / "log").string();
+    host = "OV_LOG=Producer:warning OV_LOG_FILE='" + log + "'";
+    Shell("echo 0 >/proc/sys/net/ipv4/conf/all/rp_filter");
+    Shell("echo 0 >/proc/sys/net/ipv4/conf/host0/rp_filter");
+    EXPECT_EQ(Json::parse(Printed("ip list --json")).at("cameras").size(), 1U);
+    Shell("! grep rp_filter '" + log + "'");
+    Shell("echo 1 >/proc/sys/net/ipv4/conf/host0/rp_filter");
+    Host("ip list");
+    Shell("grep -q 'aren.t heard by host0: .*net.ipv4.conf.host0.rp_filter is 1' '" + log + "'");
+}
+
 }  // namespace

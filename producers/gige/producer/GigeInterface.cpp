@@ -9,6 +9,7 @@
 #include "framework/Failure.h"
 #include "gige/discovery/Inquiry.h"
 #include "gige/net/Routes.h"
+#include "gige/net/SourceFilter.h"
 #include "gige/producer/AddressChange.h"
 
 namespace OvGige {
@@ -71,6 +72,7 @@ OvProducer::InterfaceFacts GigeInterface::Facts() {
 // no search finds doesn't come into the list by that.
 std::vector<std::shared_ptr<DeviceBackend>> GigeInterface::Discover(uint64_t timeout) {
     const std::shared_ptr<AdapterSearch> search = Search();
+    WarnOfFilter(search->GetAdapter());
     search->Run(SearchTime(timeout), Targets(), m_found);
     std::map<MacAddress, std::shared_ptr<DeviceBackend>> listed;
     const std::lock_guard lock(m_mutex);
@@ -141,6 +143,18 @@ void GigeInterface::Configure(GigeDevice& device, const IpSettings& settings) {
     RequireSense(settings);
     device.Configure(settings);
     ProveSettings(Search()->GetAdapter(), device.Camera(), settings, m_found);
+}
+
+// Once: applications search all the time.
+void GigeInterface::WarnOfFilter(const Adapter& adapter) {
+    if (m_range == SearchRange::Network && DropsForeignSenders(adapter.name) &&
+        !m_isFilterLogged.exchange(true)) {
+        OvProducer::LogWarning("Cameras with addresses of other subnets aren't heard by " +
+                               adapter.name +
+                               ": the system drops their answers, as net.ipv4.conf.all.rp_filter "
+                               "or net.ipv4.conf." +
+                               adapter.name + ".rp_filter is 1; set both to 0");
+    }
 }
 
 std::shared_ptr<AdapterSearch> GigeInterface::Search() const {

@@ -52,6 +52,7 @@ public:
     ///@}
 
 private:
+    void WarnOfFilter(const Adapter& adapter);
     std::shared_ptr<AdapterSearch> Search() const;
     SearchTargets Targets() const;
     std::shared_ptr<GigeDevice> DeviceOf(const FoundCamera& camera);
@@ -61,6 +62,7 @@ private:
 
     const std::shared_ptr<const NamedAddresses> m_addresses;
     std::atomic<SearchRange> m_range = SearchRange::Subnet;
+    std::atomic<bool> m_isFilterLogged = false;
     FoundCameras m_found;
     mutable std::mutex m_mutex;  // guards what follows
     std::shared_ptr<AdapterSearch> m_search;
