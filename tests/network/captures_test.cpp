@@ -55,11 +55,17 @@ TEST_F(NetworkCaptures, EveryPacketOfBothEndsIsWellFormed) {
     Printed("ip force " + simulated.Mac() + " 10.1.0.9 255.255.255.0 10.1.0.1");
     Printed("set Width=640 Height=480 DeviceUserID=captured");
     Printed("grab --count 3 --raw --no-png --output '" + folder.string() + "'");
+    Printed(
+        "set ActionDeviceKey=287454020 ActionGroupKey=2 ActionGroupMask=1 "
+        "ActionUnconditionalMode=On");
+    Printed("action --device-key 0x11223344 --group-key 2");
+    Printed("action --device-key 0x11223344 --group-key 2 --at 1");
     End(*capture);
     EXPECT_EQ(Packets("_ws.malformed"), "");
-    // Discovery, force IP, both kinds of reads and writes, and their answers.
-    for (const char* const command : {"0x0002", "0x0003", "0x0004", "0x0005", "0x0080", "0x0081",
-                                      "0x0082", "0x0083", "0x0084", "0x0085", "0x0086", "0x0087"}) {
+    // Discovery, force IP, both kinds of reads and writes, actions, and their answers.
+    for (const char* const command :
+         {"0x0002", "0x0003", "0x0004", "0x0005", "0x0080", "0x0081", "0x0082", "0x0083", "0x0084",
+          "0x0085", "0x0086", "0x0087", "0x0100", "0x0101"}) {
         EXPECT_NE(
             Packets(std::string("gvcp.cmd.command == ") + command + " || gvcp.ack == " + command),
             "")

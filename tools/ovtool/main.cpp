@@ -38,6 +38,7 @@ struct CommandLine {
     std::string mac;
     IpAddresses addresses;
     IpConfiguration configuration;
+    ActionOptions action;
     OV_RESET_MODE resetMode = OV_RESET_MODE_1;
 };
 
@@ -241,6 +242,32 @@ void AddEvents(CLI::App& app, CommandLine& options) {
     events->callback([&options] { PrintEvents(options.choice, options.events, options.json); });
 }
 
+void AddAction(CLI::App& app, CommandLine& options) {
+    constexpr uint32_t kLongestWait = 10'000;
+    ActionOptions& wanted = options.action;
+    CLI::App* const action =
+        AddCommand(app, "action", "make GigE Vision cameras do something at once", options);
+    action->add_option("--device-key", wanted.deviceKey, "of the cameras that are meant")
+        ->required();
+    action->add_option("--group-key", wanted.groupKey, "of their signals that are meant")
+        ->required();
+    action
+        ->add_option("--group-mask", wanted.groupMask,
+                     "signals are meant whose mask has a bit in common with it")
+        ->capture_default_str();
+    action->add_option("--at", wanted.time,
+                       "when, in nanoseconds of the clock that the cameras share; else at once");
+    action->add_option("-i,--interface", wanted.interface,
+                       "the interface's ID, or the adapter's name; else all");
+    action->add_option("--to", wanted.destination, "address of one camera, or of a broadcast");
+    action
+        ->add_option("-w,--wait", wanted.wait,
+                     "for answers, in milliseconds; 0: cameras needn't answer")
+        ->check(CLI::Range(uint32_t{0}, kLongestWait))
+        ->capture_default_str();
+    action->callback([&options] { SendAction(options.action, options.json); });
+}
+
 /// The three addresses as arguments; `required` or all or none.
 void AddAddressArguments(CLI::App* command, IpAddresses& addresses, bool required) {
     CLI::Option* const ip = command->add_option("address", addresses.ip, "dotted address");
@@ -327,6 +354,7 @@ void AddCommands(CLI::App& app, CommandLine& options) {
     AddFrameCommands(app, options);
     AddConvert(app, options);
     AddEvents(app, options);
+    AddAction(app, options);
     AddIpCommands(app, options);
     AddSimulate(app, options);
 }

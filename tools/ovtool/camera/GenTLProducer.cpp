@@ -98,7 +98,9 @@ void GenTLProducer::ResolveAll() {
     Resolve(DevClose, "DevClose");
     Resolve(DevGetPort, "DevGetPort");
     Resolve(GCGetPortURLInfo, "GCGetPortURLInfo");
+    Resolve(GCGetPortInfo, "GCGetPortInfo");
     Resolve(GCReadPort, "GCReadPort");
+    Resolve(GCWritePort, "GCWritePort");
 }
 
 void GenTLProducer::Require(GenTL::GC_ERROR status, const char* function) const {

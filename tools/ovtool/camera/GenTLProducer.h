@@ -50,7 +50,9 @@ public:
     GenTL::PIFGetInfo IFGetInfo = nullptr;
     GenTL::PIFGetDeviceInfo IFGetDeviceInfo = nullptr;
     GenTL::PGCGetPortURLInfo GCGetPortURLInfo = nullptr;
+    GenTL::PGCGetPortInfo GCGetPortInfo = nullptr;
     GenTL::PGCReadPort GCReadPort = nullptr;
+    GenTL::PGCWritePort GCWritePort = nullptr;
 
 private:
     template <class Pointer>

@@ -12,9 +12,9 @@
 #include "GenApi/IFloat.h"
 #include "GenApi/IInteger.h"
 #include "GenApi/INodeMap.h"
-#include "GenApi/NodeMapFactory.h"
 #include "camera/FrameReceiver.h"
 #include "camera/GenTLProducer.h"
+#include "camera/ProducerNodes.h"
 #include "camera/Session.h"
 #include "commands/Commands.h"
 #include "support/Error.h"
@@ -40,64 +40,28 @@ Listed Look(const CameraChoice& choice) {
     return {FieldText(camera.szDeviceID), camera.deviceClass};
 }
 
-// A camera's own description, which the library keeps to itself.
-
-/// The file as the camera has it.
-struct CameraDescription {
-    std::vector<char> bytes;
-    bool zipped = false;
-};
-
-bool EndsWith(const std::string& text, const std::string& end) {
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
-CameraDescription ReadFrom(const GenTLProducer& producer, GenTL::PORT_HANDLE port) {
-    const auto ask = [&](GenTL::URL_INFO_CMD command) {
-        return [&producer, port, command](auto* type, void* buffer, size_t* size) {
-            return producer.GCGetPortURLInfo(port, 0, command, type, buffer, size);
-        };
-    };
-    const Json name = producer.Text(ask(GenTL::URL_INFO_FILENAME));
-    const Json address = producer.Number(ask(GenTL::URL_INFO_FILE_REGISTER_ADDRESS));
-    const Json length = producer.Number(ask(GenTL::URL_INFO_FILE_SIZE));
-    if (name.is_null() || address.is_null() || length.is_null()) {
-        throw ToolError("the camera keeps its description elsewhere");
-    }
-    CameraDescription description;
-    description.zipped = EndsWith(name.get<std::string>(), ".zip");
-    description.bytes.resize(length.get<size_t>());
-    size_t size = description.bytes.size();
-    producer.Require(
-        producer.GCReadPort(port, address.get<uint64_t>(), description.bytes.data(), &size),
-        "GCReadPort");
-    return description;
-}
-
-/// Reads the description from the camera by its producer, while the library is
-/// closed. Raises when the camera isn't there, when another program holds it and
-/// when its description lies elsewhere.
-/// @param deviceId  as in the device list, maybe cut
-/// @param timeout   for each search, in milliseconds
-CameraDescription FetchDescription(const std::string& deviceId, uint32_t timeout) {
-    std::optional<CameraDescription> description;
-    VisitCamera(deviceId, timeout,
+/// The nodes of the camera's own description, which the library keeps to itself: read by its
+/// producer, while the library is closed. Raises when the camera isn't there, when another program
+/// holds it and when its description lies elsewhere.
+NodeMap LoadCameraNodes(const std::string& deviceId) {
+    NodeMap nodes;
+    VisitCamera(deviceId, kSearchTimeout,
                 [&](const GenTLProducer& producer, GenTL::IF_HANDLE iface, const std::string& id) {
                     producer.WithDevice(iface, id, [&](GenTL::PORT_HANDLE port) {
-                        description = ReadFrom(producer, port);
+                        nodes = LoadNodes(producer, port);
                     });
                 });
-    if (!description) {
+    if (!nodes) {
         throw ToolError("the camera vanished while it was looked at");
     }
-    return *std::move(description);
+    return nodes;
 }
 
 /// The features that frames bring: nodes of their own, without a way to the
 /// camera, so that what can be read comes from the frame.
 class FrameFeatures {
 public:
-    explicit FrameFeatures(const Listed& camera) : m_map(Load(camera)) {
+    explicit FrameFeatures(const Listed& camera) : m_map(LoadCameraNodes(camera.deviceId)) {
         if (camera.deviceClass == OV_DEVICE_CLASS_U3V) {
             m_adapter = std::make_unique<Engine::CChunkAdapterU3V>(m_map.get());
         } else {
@@ -131,19 +95,6 @@ private:
         Engine::INode* node;
         Engine::IValue* value;
     };
-    struct Destroyer {
-        void operator()(Engine::INodeMap* map) const {
-            dynamic_cast<Engine::IDestroy&>(*map).Destroy();
-        }
-    };
-    using Map = std::unique_ptr<Engine::INodeMap, Destroyer>;
-
-    static Map Load(const Listed& camera) {
-        const CameraDescription file = FetchDescription(camera.deviceId, kSearchTimeout);
-        const auto form = file.zipped ? Engine::ContentType_ZippedXml : Engine::ContentType_Xml;
-        return Map(
-            Engine::CNodeMapFactory(form, file.bytes.data(), file.bytes.size()).CreateNodeMap());
-    }
     static bool IsReadable(Engine::INode& node) { return Engine::IsReadable(node.GetAccessMode()); }
     /// Null for one that can't be read though the frame has it.
     static Json ValueOrNull(Engine::IValue& value) {
@@ -166,7 +117,7 @@ private:
         return value.ToString().c_str();
     }
 
-    Map m_map;
+    NodeMap m_map;
     std::unique_ptr<Engine::CChunkAdapter> m_adapter;
     std::vector<Feature> m_features;
 };

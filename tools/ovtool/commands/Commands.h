@@ -184,6 +184,25 @@ void ResetCamera(const std::string& mac, OV_RESET_MODE mode, bool json);
 /// The address that a camera keeps; sets it first when `wanted` has one.
 void PersistentIp(const CameraChoice& choice, const IpAddresses& wanted, bool json);
 
+// What many cameras do at the same time.
+
+struct ActionOptions {
+    uint32_t deviceKey = 0;
+    uint32_t groupKey = 0;
+    uint32_t groupMask = 0xFFFFFFFF;
+    /// In nanoseconds of the clock that the cameras share; else at once.
+    std::optional<uint64_t> time;
+    /// ID of an interface or name of an adapter; empty: all that send actions.
+    std::string interface;
+    /// Dotted address; empty: all cameras of the network.
+    std::string destination;
+    /// For answers, in milliseconds; 0: none is asked for.
+    uint32_t wait = 500;
+};
+
+/// Prints who answered. Raises when nobody did.
+void SendAction(const ActionOptions& options, bool json);
+
 // Cameras that others find on the network.
 
 /// Becomes the simulator, a program of its own beside this one; returns only by a ToolError.

@@ -4,6 +4,7 @@
 #include "camera/Features.h"
 #include "camera/GenTLProducer.h"
 #include "camera/ListedCamera.h"
+#include "camera/Node.h"
 #include "commands/Commands.h"
 #include "support/Error.h"
 #include "support/Json.h"
@@ -27,6 +28,19 @@ constexpr Detail kDetails[] = {
     {"temperature", OV_FEATURE_DeviceTemperature},
 };
 
+/// What tells of the clock that a camera shares with others, the newer name first.
+constexpr const char* kClockStates[] = {"PtpStatus", "GevIEEE1588Status"};
+
+void AddClock(OV_DEV_HANDLE camera, Json& details) {
+    for (const char* const name : kClockStates) {
+        const auto state = Node::Find(camera, OV_NODE_MODULE_CAMERA, name);
+        if (state && state->IsReadable()) {
+            details["sharedClock"] = state->Symbolic();
+            return;
+        }
+    }
+}
+
 /// Null for each when another program holds the camera.
 Json Details(const CameraChoice& choice, size_t found) {
     Json details = Json::object();
@@ -39,6 +53,7 @@ Json Details(const CameraChoice& choice, size_t found) {
                 details[detail.key] = ToJson(*value);
             }
         }
+        AddClock(camera->Handle(), details);
     }
     return details;
 }
