@@ -66,7 +66,7 @@ TEST_P(CameraAcquisitionWay, DeliversThePicturesThatAllOthersDo) {
 }
 
 TEST_P(CameraAcquisitionWay, StartsAnewAfterEachStop) {
-    constexpr double kShare = 0.5;
+    constexpr double kShare = 0.25;
     RunRounds([this](unsigned) { ExpectInOrder(GetParam().take(camera, 1), kWidth, kHeight); },
               kShare);
 }
