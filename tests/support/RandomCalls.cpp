@@ -259,7 +259,7 @@ void RandomCaller::ReadAccess(SharedCamera& camera) {
 void RandomCaller::Write(SharedCamera& camera) {
     camera.Use([&](OV_DEV_HANDLE handle) {
         constexpr unsigned kWidths = 9;
-        OV_NOTE(OVSetInt, handle, DrawFrom(kIntegers), 8 * Draw(kWidths));
+        OV_NOTE(OVSetInt, handle, DrawFrom(kIntegers), int64_t{8} * Draw(kWidths));
         OV_NOTE(OVSetFloat, handle, DrawFrom(kFloats), Draw(10));
         OV_NOTE(OVSetEnum, handle, DrawFrom(kEnumerations), Draw(3));
         OV_NOTE(OVSetBool, handle, DrawFrom(kBooleans), Draw(2) != 0);
