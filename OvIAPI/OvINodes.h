@@ -148,6 +148,13 @@ enum {
     OV_NODE_TEXT_EVENT = 6         /**< the event that updates it, in hexadecimal digits */
 };
 
+/** Part of what a description says of a node. */
+typedef int32_t OV_NODE_PROPERTY_PART;
+enum {
+    OV_NODE_PROPERTY_VALUE = 0,    /**< what the element contains */
+    OV_NODE_PROPERTY_ATTRIBUTE = 1 /**< what qualifies it, such as the name of a variable */
+};
+
 /** How other nodes are related to a node. */
 typedef int32_t OV_NODE_RELATION;
 enum {
@@ -214,6 +221,22 @@ OV_API OV_STATUS OvNodeGetText(OV_NODE_HANDLE hNode, OV_NODE_TEXT text, char* ps
  *  @param pnSize  in: size of pszXml; out: size of the text */
 OV_API OV_STATUS OvNodeGetXml(OV_DEV_HANDLE hDevice, OV_NODE_MODULE module, char* pszXml,
                               size_t* pnSize);
+
+/** Returns the names of all that the description says of a node, such as "Formula", "pIsLocked"
+ *  or "AccessMode": the names of the elements of its XML. Links that the library has found, such
+ *  as "pSelecting" to its selectors, are among them.
+ *  @param pszNames  receives the names with a tab between them; null to ask for the size
+ *  @param pnSize    in: size of pszNames; out: size of the text */
+OV_API OV_STATUS OvNodeGetPropertyNames(OV_NODE_HANDLE hNode, char* pszNames, size_t* pnSize);
+/** Returns what the description says of a node under one name. Links are names of nodes.
+ *  Several texts have a tab between them.
+ *  @param pszName  one of OvNodeGetPropertyNames()
+ *  @param part     the text itself, or its attribute
+ *  @param pszText  receives the text; null to ask for the size
+ *  @param pnSize   in: size of pszText; out: size of the text
+ *  @return OV_STATUS_NOT_IMPLEMENTED if the description doesn't say it of this node */
+OV_API OV_STATUS OvNodeGetProperty(OV_NODE_HANDLE hNode, const char* pszName,
+                                   OV_NODE_PROPERTY_PART part, char* pszText, size_t* pnSize);
 
 /** Drops what the library knows of the node's value and of all that depends on it, and
  *  runs the callbacks. The next read asks the camera. */
@@ -372,6 +395,43 @@ OV_API OV_STATUS OvNodeRegisterCallback(OV_NODE_HANDLE hNode, void* pUserParam,
  *  @return OV_STATUS_INVALID_CALL from a callback of the camera's events;
  *          OV_STATUS_INVALID_HANDLE if the callback isn't registered for the node */
 OV_API OV_STATUS OvNodeUnregisterCallback(OV_NODE_HANDLE hNode, OV_NODE_CALLBACK_HANDLE hCallback);
+
+/** @} */
+/** @name Chunks of frames
+ *
+ * A camera may append data to its frames, such as the exposure time that a frame was taken
+ * with ("ChunkModeActive"). Features show them ("ChunkExposureTime") while the frame is
+ * attached to the camera's nodes. At other times these features aren't available, and reading
+ * them returns OV_STATUS_INVALID_ACCESS.
+ *
+ * One frame of a camera can be attached at a time, because each feature has one value:
+ * attaching a frame detaches the one before. A frame is also detached when it is given back,
+ * when its callback returns, when the acquisition stops and when the camera is closed.
+ * Attaching and detaching run the callbacks of the chunk features; these callbacks may read
+ * them, but not attach, detach or give back a frame, which returns OV_STATUS_INVALID_CALL.
+ * Copies of frames (OVGetImage()) can't be attached.
+ *
+ * The producer lists where the chunks are. If it can't, the library looks for them in complete
+ * frames of GigE Vision and USB3 Vision cameras.
+ */
+/** @{ */
+
+/** Attaches a frame on loan. A frame without chunks can be attached, too.
+ *  @param pFrame  a frame of OVDQBuf() or OVDQAllBufs() that was not given back
+ *  @return OV_STATUS_INVALID_PARAMETER if the frame isn't on loan; another frame stays
+ *          attached then. After any other failure no frame is attached:
+ *          OV_STATUS_NOT_IMPLEMENTED if the chunks can't be found, OV_STATUS_ERROR or a
+ *          code of the producer if they are faulty */
+OV_API OV_STATUS OvNodeAttachFrame(OV_DEV_HANDLE hDevice, const OV_FRAME_BUFFER* pFrame);
+/** The same for the frame of a capture callback. It can only be called in that callback, on its
+ *  thread.
+ *  @param pFrame  what the callback received
+ *  @return OV_STATUS_INVALID_PARAMETER if it isn't that frame; otherwise as
+ *          OvNodeAttachFrame() */
+OV_API OV_STATUS OvNodeAttachCallbackFrame(OV_DEV_HANDLE hDevice,
+                                           const OV_FRAME_CALLBACK_PARAM* pFrame);
+/** Detaches the frame that is attached. Succeeds without effect if there is none. */
+OV_API OV_STATUS OvNodeDetachFrame(OV_DEV_HANDLE hDevice);
 
 /** @} */
 /** @name Files in a camera

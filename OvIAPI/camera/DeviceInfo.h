@@ -10,6 +10,7 @@
 #include "OvIDef.h"
 #include "TLClassInfo/InfoRecords.h"
 #include "TLClassSupport/OvLock.h"
+#include "camera/AttachedFrame.h"
 #include "camera/CameraNodes.h"
 #include "camera/CameraPolling.h"
 #include "camera/FetchGate.h"
@@ -76,6 +77,7 @@ public:
     OVTLClass::CLock& GetFileLock() { return m_fileLock; }
     CCameraPolling& GetPolling() const { return m_polling; }
     CCameraNodes& GetNodes() { return m_nodes; }
+    CAttachedFrame& GetAttachedFrame() { return m_attachedFrame; }
 
     std::string vendorName;
     std::string modelName;
@@ -99,7 +101,8 @@ private:
     mutable std::shared_ptr<OVTLClass::IDataStream> m_stream;
     /// Set after the stream, which then stays as it is.
     mutable std::atomic<bool> m_hasStream{false};
-    CFramePool m_framePool;
+    CAttachedFrame m_attachedFrame{*this};
+    CFramePool m_framePool{[this] { m_attachedFrame.Detach(); }};
     CFetchGate m_fetchGate;
     OVTLClass::CLock m_acquisitionLock{OVTLClass::LockRank::Acquisition};
     OVTLClass::CLock m_fileLock{OVTLClass::LockRank::FileTransfer};

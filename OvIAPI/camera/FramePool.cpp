@@ -25,13 +25,29 @@ void QueueBufferOf(const OV_FRAME_BUFFER& frame) {
 
 }  // namespace
 
+template <class IsInTheWay, class Action>
+auto CFramePool::RunLocked(const IsInTheWay& isInTheWay, const Action& action) {
+    // Again until it is free: another thread may attach a frame in between.
+    while (true) {
+        {
+            const std::scoped_lock freeLock(m_freeMutex);
+            const std::scoped_lock deliveredLock(m_deliveredMutex);
+            if (m_attached == nullptr || !isInTheWay()) {
+                return action();
+            }
+        }
+        m_detach();
+    }
+}
+
 void CFramePool::Make(size_t count) {
     // Allocated before the locks are taken and before anything has changed.
     Queue fresh(count);
-    const std::scoped_lock freeLock(m_freeMutex);
-    const std::scoped_lock deliveredLock(m_deliveredMutex);
-    FreeLocked();
-    m_free.swap(fresh);
+    RunLocked([] { return true; },
+              [&] {
+                  FreeLocked();
+                  m_free.swap(fresh);
+              });
 }
 
 OV_FRAME_BUFFER* CFramePool::Take(const OV_FRAME_BUFFER& content) {
@@ -45,25 +61,31 @@ OV_FRAME_BUFFER* CFramePool::Take(const OV_FRAME_BUFFER& content) {
     return &m_delivered.back();
 }
 
+/// By address and without a look at what the pointer points to: it may be anything.
+CFramePool::Queue::iterator CFramePool::FindLent(const OV_FRAME_BUFFER* frame) {
+    return std::find_if(m_delivered.begin(), m_delivered.end(),
+                        [frame](const auto& record) { return &record == frame; });
+}
+
 bool CFramePool::Return(OV_FRAME_BUFFER* frame) {
-    const std::scoped_lock freeLock(m_freeMutex);
-    const std::scoped_lock deliveredLock(m_deliveredMutex);
-    // By address and without a look at what the pointer points to: it may be anything.
-    const auto found = std::find_if(m_delivered.begin(), m_delivered.end(),
-                                    [frame](const auto& record) { return &record == frame; });
-    if (found == m_delivered.end()) {
-        return false;
-    }
-    ReturnAt(found);
-    return true;
+    return RunLocked([&] { return m_attached == frame; },
+                     [&] {
+                         const auto found = FindLent(frame);
+                         if (found == m_delivered.end()) {
+                             return false;
+                         }
+                         ReturnAt(found);
+                         return true;
+                     });
 }
 
 void CFramePool::ReturnAll() {
-    const std::scoped_lock freeLock(m_freeMutex);
-    const std::scoped_lock deliveredLock(m_deliveredMutex);
-    while (!m_delivered.empty()) {
-        ReturnAt(m_delivered.begin());
-    }
+    RunLocked([] { return true; },
+              [this] {
+                  while (!m_delivered.empty()) {
+                      ReturnAt(m_delivered.begin());
+                  }
+              });
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): an iterator is a pointer
@@ -73,9 +95,23 @@ void CFramePool::ReturnAt(Queue::iterator frame) {
 }
 
 void CFramePool::Free() {
-    const std::scoped_lock freeLock(m_freeMutex);
-    const std::scoped_lock deliveredLock(m_deliveredMutex);
-    FreeLocked();
+    RunLocked([] { return true; }, [this] { FreeLocked(); });
+}
+
+bool CFramePool::Attach(const OV_FRAME_BUFFER* frame) {
+    const auto isLent = [&] { return FindLent(frame) != m_delivered.end(); };
+    return RunLocked(isLent, [&] {
+        if (!isLent()) {
+            return false;
+        }
+        m_attached = frame;
+        return true;
+    });
+}
+
+void CFramePool::NoteDetached() {
+    const std::scoped_lock lock(m_deliveredMutex);
+    m_attached = nullptr;
 }
 
 void CFramePool::FreeLocked() {

@@ -4,7 +4,9 @@
 
 #include <memory>
 
+#include "TLClassBuffer/Buffer.h"
 #include "TLClassEvent/CallbackScope.h"
+#include "camera/AttachedFrame.h"
 #include "frames/FrameRecord.h"
 
 OVTLClass::INewBufferCallback* COvNewBufferCallback::Clone() const {
@@ -23,5 +25,7 @@ void COvNewBufferCallback::operator()(const OVTLClass::BUFFER_INFO& info) {
     // While this scope lives, calls that would wait for the end of this callback are
     // refused.
     const OVTLClass::CCallbackScope scope(OVTLClass::CallbackKind::Capture, &m_camera);
+    const CDeliveredFrame delivered(m_camera, param,
+                                    *static_cast<OVTLClass::CBuffer*>(info.userPointer.value));
     m_function(&param);
 }

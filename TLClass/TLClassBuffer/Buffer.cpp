@@ -124,6 +124,9 @@ void CBuffer::CompleteFrameInfo(BUFFER_INFO& info) const {
 std::vector<GenTL::S_SINGLE_CHUNK_DATA> CBuffer::GetChunkData() const {
     void* const handle = m_handle;
     size_t count = 0;
+    if (m_lib.DSGetBufferChunkData.GetAddress() == nullptr) {
+        OV_RAISE(CNotImplementedError, "The producer doesn't list chunks");
+    }
     OV_VERIFY(m_lib.DSGetBufferChunkData(m_stream, handle, nullptr, &count), m_lib);
     std::vector<GenTL::S_SINGLE_CHUNK_DATA> chunks(count);
     if (count != 0) {

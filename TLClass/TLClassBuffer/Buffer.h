@@ -52,7 +52,8 @@ public:
     /// Asks for those facts of the frame which the record doesn't have yet. Only what the
     /// records of an application have is asked for: each fact costs a call per frame.
     void CompleteFrameInfo(BUFFER_INFO& info) const;
-    /// Where the metadata lies that came with the frame.
+    /// Where the metadata lies that came with the frame. CNotImplementedError for a producer that
+    /// never says.
     std::vector<GenTL::S_SINGLE_CHUNK_DATA> GetChunkData() const;
     /// Whether a chunk reaches beyond the buffer's memory, as a producer's word
     /// may have it.

@@ -42,6 +42,7 @@ public:
 
 private:
     friend class ChunkStreamTest;
+    friend class CStreamChunks;
 
     int32_t __GetData(uint64_t timeout, CBuffer*& buffer);
     void __TakeFromCamera(BUFFER_INFO& info);
@@ -50,6 +51,8 @@ private:
     /// time and while the frame is held. CUnexpectedError when no event is
     /// registered and for chunks beyond the buffer; nothing changes then.
     void __UpdateChunkData(CBuffer& buffer);
+    /// After the features were detached: a list that is as before is bound anew.
+    void __ForgetChunks() { m_chunks.clear(); }
 
     const CGenTLLib& m_lib;
     std::atomic<void*> m_stream{nullptr};

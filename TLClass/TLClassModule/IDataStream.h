@@ -8,6 +8,7 @@
 
 namespace OVTLClass {
 
+class CBuffer;
 class CNativeNewBufferEvent;
 class IBufferInitInfo;
 class IDevice;
@@ -55,6 +56,12 @@ public:
     virtual size_t DoGetDeliveryBufferListSize() = 0;
     /// How many buffers the next start announces.
     virtual size_t DoGetAnnounceBufferListSize() = 0;
+    /// Makes the camera's chunk features read from a frame that was fetched. The caller holds the
+    /// lock of the camera's nodes, and detaches before the buffer is queued and after a failure.
+    virtual void DoAttachChunks(CBuffer& buffer) = 0;
+    /// The chunk features have no values afterwards. The caller holds the lock of the camera's
+    /// nodes.
+    virtual void DoDetachChunks() = 0;
 };
 
 }  // namespace OVTLClass

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "GenApi/ChunkAdapterGeneric.h"
 #include "GenApi/NodeMapRef.h"
 #include "TLClassFeature/FeatureControl.h"
 #include "TLClassInfo/InformationAgency.h"
@@ -31,10 +30,9 @@ int32_t ReadStreamNumber(const CGenTLLib& lib, void* stream, GenTL::STREAM_INFO_
 /// The camera's chunk features, reading from this stream's frames.
 class CDataStream::CAttachNodeMapAgency : public CAgency {
 public:
-    CAttachNodeMapAgency(GenApi_3_0_ORVANE::CChunkAdapter& adapter,
-                         GenApi_3_0_ORVANE::INodeMap* map) {
-        adapter.AttachNodeMap(map);
-        Arm([&adapter] { adapter.DetachNodeMap(); });
+    CAttachNodeMapAgency(CStreamChunks& chunks, GenApi_3_0_ORVANE::INodeMap* map) {
+        chunks.AttachNodeMap(map);
+        Arm([&chunks] { chunks.DetachNodeMap(); });
     }
 };
 
@@ -60,7 +58,6 @@ CDataStream::CDataStream(std::shared_ptr<const CGenTLLib> lib, std::shared_ptr<I
       m_deviceHandle(deviceHandle),
       m_streamId(std::move(streamId)),
       m_bufferNumber(kDefaultBufferNumber),
-      m_chunkAdapter(std::make_unique<GenApi_3_0_ORVANE::CChunkAdapterGeneric>()),
       m_newBufferEvent(GetLib()),
       m_streamLock(LockRank::Stream, m_device.get()) {}
 
@@ -76,7 +73,7 @@ void CDataStream::DoOpenDataStream() {
         OV_RAISE(CUnexpectedError, "The node map of remote device  is invalid");
     }
     // Chunk features exist in the camera's map, and read from the frames of this stream.
-    CAttachNodeMapAgency attached(*m_chunkAdapter, remote->GetMap());
+    CAttachNodeMapAgency attached(m_chunks, remote->GetMap());
     CDevOpenDataStreamAgency opened(GetLib(), m_deviceHandle, m_streamId);
     CXMLLoadAgency loaded(GetAnalyzer(), opened.GetHandle());
     SetFeatureControl(std::make_unique<CFeatureControl>(GetNodeMapRef()));
@@ -104,7 +101,7 @@ void CDataStream::DoCloseDataStream() {
     m_handle = nullptr;
     // Only a closed producer is sure not to write to the buffers any more.
     __FreeBuffers();
-    OV_RUN_LOGGED([this] { m_chunkAdapter->DetachNodeMap(); });
+    OV_RUN_LOGGED([this] { m_chunks.DetachNodeMap(); });
     m_open = false;
 }
 
@@ -163,6 +160,14 @@ void CDataStream::__RaiseBufferNumber(const InfoSize& minimum) {
     if (minimum.valid) {
         m_bufferNumber = std::max<size_t>(m_bufferNumber, minimum.value);
     }
+}
+
+void CDataStream::DoAttachChunks(CBuffer& buffer) {
+    m_chunks.AttachFrame(DoGetNativeNewBufferEvent(), buffer);
+}
+
+void CDataStream::DoDetachChunks() {
+    m_chunks.DetachFrame(DoGetNativeNewBufferEvent());
 }
 
 size_t CDataStream::DoGetDeliveryBufferListSize() {

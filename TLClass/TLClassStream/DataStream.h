@@ -10,10 +10,7 @@
 #include "TLClassEvent/NewBufferEvent.h"
 #include "TLClassInfo/InfoRecords.h"
 #include "TLClassModule/IDataStream.h"
-
-namespace GenApi_3_0_ORVANE {
-class CChunkAdapterGeneric;
-}
+#include "TLClassStream/StreamChunks.h"
 
 namespace OVTLClass {
 
@@ -43,6 +40,8 @@ public:
     size_t GetAcqusitionBufferNumber() override { return m_bufferNumber; }
     size_t DoGetDeliveryBufferListSize() override;
     size_t DoGetAnnounceBufferListSize() override { return m_bufferNumber; }
+    void DoAttachChunks(CBuffer& buffer) override;
+    void DoDetachChunks() override;
 
 private:
     class CAttachNodeMapAgency;
@@ -76,7 +75,7 @@ private:
     BufferList m_keptByProducer;
     std::atomic<size_t> m_bufferNumber;
     /// Before the event, which knows it while started.
-    std::unique_ptr<GenApi_3_0_ORVANE::CChunkAdapterGeneric> m_chunkAdapter;
+    CStreamChunks m_chunks;
     CNewBufferEvent m_newBufferEvent;
     std::atomic<bool> m_acquiring{false};
     CLock m_streamLock;

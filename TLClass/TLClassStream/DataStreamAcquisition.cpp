@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "GenApi/ChunkAdapterGeneric.h"
 #include "TLClassFeature/IFeatureControl.h"
 #include "TLClassInfo/InformationAgency.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
@@ -94,7 +93,7 @@ void CDataStream::DoStartDataStreamAcqusition(const IBufferInitInfo& info) {
     CStreamTLParamsLockedAgency locked(*this);
     __AllocateBuffers(static_cast<size_t>(info.GetPayloadSize()));
     // Before the first buffer can fill.
-    CStartGetNewBufferAgency event(m_newBufferEvent, m_handle, info, m_chunkAdapter.get());
+    CStartGetNewBufferAgency event(m_newBufferEvent, m_handle, info, m_chunks.GetAdapter());
     CAnnouceBuffersAgency announced(*this);
     CDSFlushQueueAgency queued(*this);
     CDSStartAcquisitionAgency started(GetLib(), m_handle);
@@ -146,7 +145,7 @@ void CDataStream::__SetTLParamsLocked(int64_t locked) const {
 
 void CDataStream::__AllocateBuffers(size_t payloadSize) {
     // Memory may go; no feature reads from it any more.
-    m_chunkAdapter->DetachBuffer();
+    m_chunks.DetachBuffer();
     const DS_INFO info =
         COvInformationAgency::GetDataStreamInformationFromHandle(GetLib(), m_handle);
     __RaiseBufferNumber(info.minAnnounce);
@@ -203,7 +202,7 @@ void CDataStream::__RevokeBuffers() {
 }
 
 void CDataStream::__FreeBuffers() {
-    m_chunkAdapter->DetachBuffer();
+    m_chunks.DetachBuffer();
     m_keptByProducer.clear();
     while (!m_buffers.empty()) {
         m_buffers.pop_back();

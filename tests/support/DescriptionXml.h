@@ -61,6 +61,17 @@ inline std::string ChunkPortXml(const std::string& name, const std::string& id,
     return NodeXml("Port", name, Element("ChunkID", id) + Element("CacheChunkData", cache));
 }
 
+/// A chunk's first byte, and the port for the chunk.
+inline std::string ChunkByteXml(const std::string& name, const std::string& id,
+                                const std::string& cache) {
+    return ChunkPortXml(name + "Port", id, cache) + RegXml{.name = name,
+                                                           .access = "RO",
+                                                           .caching = "",
+                                                           .length = "<Length>1</Length>",
+                                                           .port = name + "Port",
+                                                           .sign = "Unsigned"}();
+}
+
 /// A whole description around its nodes.
 struct DocumentXml {
     std::string model = "Model";

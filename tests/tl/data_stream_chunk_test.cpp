@@ -17,21 +17,11 @@ protected:
     static constexpr uint64_t kSecond = 0xA2;
 
     void SetUp() override {
-        const std::string xml = EngineTest::XmlNodeMap::Describe(Port("First", "000000A1", "No") +
-                                                                 Port("Second", "A2", "Yes"));
+        const std::string xml = EngineTest::XmlNodeMap::Describe(
+            DescriptionXml::ChunkByteXml("First", "000000A1", "No") +
+            DescriptionXml::ChunkByteXml("Second", "A2", "Yes"));
         producer.SetDescription("Remote", "Chunks.xml", xml.data(), xml.size());
         StreamTest::SetUp();
-    }
-
-    static std::string Port(const std::string& name, const std::string& id,
-                            const std::string& cache) {
-        return DescriptionXml::ChunkPortXml(name + "Port", id, cache) +
-               DescriptionXml::RegXml{.name = name,
-                                      .access = "RO",
-                                      .caching = "",
-                                      .length = "<Length>1</Length>",
-                                      .port = name + "Port",
-                                      .sign = "Unsigned"}();
     }
 
     void Add(const Chunk& chunk) {

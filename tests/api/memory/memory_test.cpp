@@ -9,6 +9,7 @@
 #include "support/AcquisitionTest.h"
 #include "support/CallbackCounter.h"
 #include "support/FailingMemory.h"
+#include "support/StartableCamera.h"
 
 namespace {
 
@@ -281,6 +282,82 @@ TEST_F(MemoryTest, ACallbackOfANodeIsRegisteredOrNotAtAll) {
                  }
                  EXPECT_OV_OK(OvNodeUnregisterCallback(node, handle));
              }});
+}
+
+/// A camera whose frames have a chunk, of which the library keeps a copy.
+class ChunkMemoryTest : public MemoryTest {
+protected:
+    void SetUp() override {
+        const std::string text =
+            DescribeStartable(DescriptionXml::ChunkPortXml("Chunk", "A1", "Yes") +
+                              DescribeRegister("ChunkValue", "0", "Chunk"));
+        producer.SetDescription("Remote", "Chunks.xml", text.data(), text.size());
+        producer.AddChunk(0, 0, 0xA1, 5, 4);
+        MemoryTest::SetUp();
+        Start();
+    }
+    bool IsReadable() {
+        OV_NODE_HANDLE node = 0;
+        int64_t value = 0;
+        EXPECT_OV_OK(OvNodeFind(camera, OV_NODE_MODULE_CAMERA, "ChunkValue", &node));
+        const OV_STATUS status = OvNodeGetInteger(node, &value);
+        EXPECT_TRUE(status == OV_STATUS_SUCCESS || status == OV_STATUS_INVALID_ACCESS) << status;
+        return status == OV_STATUS_SUCCESS;
+    }
+};
+
+TEST_F(ChunkMemoryTest, AFrameIsAttachedOrNoneIs) {
+    producer.Trigger(0, 0, 1);
+    OV_FRAME_BUFFER* const frame = Borrow();
+    Run({.prepare = [&] { EXPECT_OV_OK(OvNodeDetachFrame(camera)); },
+         .action = [&] { return OvNodeAttachFrame(camera, frame); },
+         .check =
+             [&](OV_STATUS status) {
+                 EXPECT_EQ(IsReadable(), status == OV_STATUS_SUCCESS);
+                 EXPECT_OV_OK(OvNodeAttachFrame(camera, frame));
+                 EXPECT_TRUE(IsReadable());
+             }});
+}
+
+TEST_F(ChunkMemoryTest, AFrameThatIsGivenBackIsDetached) {
+    OV_FRAME_BUFFER* frame = nullptr;
+    Run({.prepare =
+             [&] {
+                 producer.Trigger(0, 0, 1);
+                 frame = Borrow();
+                 EXPECT_OV_OK(OvNodeAttachFrame(camera, frame));
+             },
+         .action = [&] { return OVQBuf(camera, frame); },
+         .check =
+             [&](OV_STATUS status) {
+                 if (status != OV_STATUS_SUCCESS) {
+                     EXPECT_OV_OK(OVQBuf(camera, frame));
+                 }
+                 EXPECT_FALSE(IsReadable());
+             }});
+}
+
+TEST_F(MemoryTest, APropertyIsReturnedOrNot) {
+    OV_NODE_HANDLE node = 0;
+    ASSERT_OV_OK(OvNodeFind(camera, OV_NODE_MODULE_CAMERA, "Width", &node));
+    std::array<char, 64> text{};
+    size_t size = 0;
+    Run({.prepare =
+             [&] {
+                 text.fill('?');
+                 size = text.size();
+             },
+         .action =
+             [&] {
+                 return OvNodeGetProperty(node, "Name", OV_NODE_PROPERTY_VALUE, text.data(), &size);
+             },
+         .check =
+             [&](OV_STATUS status) {
+                 EXPECT_EQ(std::string(text.data(), 5) == "Width", status == OV_STATUS_SUCCESS);
+             }});
+    Run({.prepare = [&] { size = 0; },
+         .action = [&] { return OvNodeGetPropertyNames(node, nullptr, &size); },
+         .check = [&](OV_STATUS status) { EXPECT_EQ(size != 0, status == OV_STATUS_SUCCESS); }});
 }
 
 TEST_F(MemoryTest, AFailureIsToldWithoutMemory) {

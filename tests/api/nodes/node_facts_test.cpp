@@ -99,6 +99,50 @@ TEST_F(NodeFacts, OfOtherKindsAreUnknown) {
     EXPECT_EQ(size, 7U);
 }
 
+class NodeProperties : public NodeTest {
+protected:
+    std::string Property(const std::string& node, const char* name,
+                         OV_NODE_PROPERTY_PART part = OV_NODE_PROPERTY_VALUE) const {
+        return TextFrom([&](char* memory, size_t* size) {
+            return OvNodeGetProperty(Node(node), name, part, memory, size);
+        });
+    }
+};
+
+TEST_F(NodeProperties, AreWhatTheDescriptionSays) {
+    EXPECT_EQ(Property("Width", "pIsLocked"), "TLParamsLocked");
+    EXPECT_EQ(Property("Width", "pMax"), "WidthLimit");
+    EXPECT_EQ(Property("Width", "Min"), "8");
+    EXPECT_EQ(Property("WidthReg", "pPort"), "Device");
+    Describe(DescribeCamera(
+        "<IntSwissKnife Name=\"Sum\"><pVariable Name=\"A\">One</pVariable>"
+        "<pVariable Name=\"B\">Two</pVariable><Formula>A + B</Formula></IntSwissKnife>"
+        "<Integer Name=\"One\"><Value>1</Value></Integer>"
+        "<Integer Name=\"Two\"><Value>2</Value></Integer>"));
+    EXPECT_EQ(Property("Sum", "Formula"), "A + B");
+    EXPECT_EQ(Property("Sum", "pVariable"), "One\tTwo");
+    EXPECT_EQ(Property("Sum", "pVariable", OV_NODE_PROPERTY_ATTRIBUTE), "A\tB");
+    EXPECT_EQ(Property("One", "Value", OV_NODE_PROPERTY_ATTRIBUTE), "");
+}
+
+TEST_F(NodeProperties, AreListedByName) {
+    Describe(DescribeCamera("<Integer Name=\"One\"><Value>1</Value></Integer>"));
+    const std::string names = TextFrom([&](char* memory, size_t* size) {
+        return OvNodeGetPropertyNames(Node("One"), memory, size);
+    });
+    EXPECT_EQ(names, "pTerminal\tName\tValue") << "what the library has found is among it";
+}
+
+TEST_F(NodeProperties, OfOtherNamesAreUnknown) {
+    size_t size = 7;
+    const OV_NODE_HANDLE node = Node("Width");
+    ExpectFailure(OvNodeGetProperty(node, "Formula", OV_NODE_PROPERTY_VALUE, nullptr, &size),
+                  OV_STATUS_NOT_IMPLEMENTED, "The description of \"Width\" has no \"Formula\"");
+    ExpectFailure(OvNodeGetProperty(node, "Min", 2, nullptr, &size), OV_STATUS_INVALID_PARAMETER,
+                  "Unknown part of a property");
+    EXPECT_EQ(size, 7U);
+}
+
 /// The value leads to a node that isn't there, and a formula divides by zero.
 TEST_F(NodeFacts, OfANodeThatFailsDontEndAList) {
     Describe(DescribeCamera(

@@ -4,8 +4,8 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "StartableCamera.h"
 #include "support/AcquisitionTest.h"
+#include "support/StartableCamera.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "GenTL/GenTL.h"
-#include "StartableCamera.h"
 #include "support/AcquisitionTest.h"
+#include "support/StartableCamera.h"
 
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <sstream>
 
 #include "support/Error.h"
 #include "support/Text.h"
@@ -28,6 +29,16 @@ template <class Call>
 std::string TextOf(const Call& call, const std::string& what) {
     const std::vector<char> text = ContentOf<char>(call, what);
     return {text.data(), strnlen(text.data(), text.size())};
+}
+
+/// The library puts a tab between them.
+std::vector<std::string> EntriesOf(const std::string& list) {
+    std::vector<std::string> entries;
+    std::istringstream text(list);
+    for (std::string entry; std::getline(text, entry, '\t');) {
+        entries.push_back(entry);
+    }
+    return entries;
 }
 
 std::vector<Node> NodesOf(const std::vector<OV_NODE_HANDLE>& handles) {
@@ -99,6 +110,34 @@ std::string Node::Text(OV_NODE_TEXT text) const {
     return TextOf(
         [&](char* memory, size_t* size) { return OvNodeGetText(m_handle, text, memory, size); },
         "look at " + m_name);
+}
+
+std::vector<std::string> Node::PropertyNames() const {
+    return EntriesOf(TextOf(
+        [&](char* memory, size_t* size) { return OvNodeGetPropertyNames(m_handle, memory, size); },
+        "look at " + m_name));
+}
+
+std::vector<std::string> Node::PropertyPart(const std::string& name,
+                                            OV_NODE_PROPERTY_PART part) const {
+    size_t size = 0;
+    if (OvNodeGetProperty(m_handle, name.c_str(), part, nullptr, &size) ==
+        OV_STATUS_NOT_IMPLEMENTED) {
+        return {};
+    }
+    return EntriesOf(TextOf(
+        [&](char* memory, size_t* room) {
+            return OvNodeGetProperty(m_handle, name.c_str(), part, memory, room);
+        },
+        "look at " + m_name));
+}
+
+std::vector<std::string> Node::Property(const std::string& name) const {
+    return PropertyPart(name, OV_NODE_PROPERTY_VALUE);
+}
+
+std::vector<std::string> Node::PropertyAttributes(const std::string& name) const {
+    return PropertyPart(name, OV_NODE_PROPERTY_ATTRIBUTE);
 }
 
 std::vector<Node> Node::Related(OV_NODE_RELATION relation) const {

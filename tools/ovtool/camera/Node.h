@@ -32,6 +32,12 @@ public:
     bool IsWritable() const;
 
     std::string Text(OV_NODE_TEXT text) const;
+    /// The names of all that the description says of it.
+    std::vector<std::string> PropertyNames() const;
+    /// What the description says of it under that name, one after the other; nothing if it doesn't.
+    std::vector<std::string> Property(const std::string& name) const;
+    /// What qualifies each of them, such as the name of a variable.
+    std::vector<std::string> PropertyAttributes(const std::string& name) const;
     std::vector<Node> Related(OV_NODE_RELATION relation) const;
     /// Those that can be chosen at present.
     std::vector<Node> AvailableEntries() const;
@@ -44,6 +50,9 @@ public:
     FeatureRange ReadRange() const;
 
 private:
+    std::vector<std::string> PropertyPart(const std::string& name,
+                                          OV_NODE_PROPERTY_PART part) const;
+
     OV_NODE_HANDLE m_handle;
     std::string m_name;
     OV_NODE_INFO m_info{};

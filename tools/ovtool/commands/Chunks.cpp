@@ -1,20 +1,11 @@
+#include <algorithm>
 #include <cstdio>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
-#include <set>
 #include <vector>
 
-#include "Base/GCException.h"
-#include "GenApi/ChunkAdapterGEV.h"
-#include "GenApi/ChunkAdapterU3V.h"
-#include "GenApi/IBoolean.h"
-#include "GenApi/IFloat.h"
-#include "GenApi/IInteger.h"
-#include "GenApi/INodeMap.h"
 #include "camera/FrameReceiver.h"
-#include "camera/GenTLProducer.h"
-#include "camera/ProducerNodes.h"
+#include "camera/Node.h"
 #include "camera/Session.h"
 #include "commands/Commands.h"
 #include "support/Error.h"
@@ -25,101 +16,49 @@
 
 namespace {
 
-namespace Engine = GenApi_3_0_ORVANE;
-
-/// Which camera it is, as the library has it.
-struct Listed {
-    std::string deviceId;
-    OV_DEVICE_CLASS deviceClass;
-};
-
-Listed Look(const CameraChoice& choice) {
-    const Library library;
-    const auto cameras = Library::FindCameras(kSearchTimeout);
-    const OV_DEVICE_BASE_INFO& camera = cameras[IndexOf(choice, cameras) - 1];
-    return {FieldText(camera.szDeviceID), camera.deviceClass};
+/// Whether the register lies in what frames bring, and not in the camera's memory.
+bool IsInChunk(const Node& bytes) {
+    const auto sources = bytes.Related(OV_NODE_RELATION_SOURCES);
+    return std::any_of(sources.begin(), sources.end(), [](const Node& source) {
+        return source.Type() == OV_NODE_TYPE_PORT && !source.Property("ChunkID").empty();
+    });
 }
 
-/// The nodes of the camera's own description, which the library keeps to itself: read by its
-/// producer, while the library is closed. Raises when the camera isn't there, when another program
-/// holds it and when its description lies elsewhere.
-NodeMap LoadCameraNodes(const std::string& deviceId) {
-    NodeMap nodes;
-    VisitCamera(deviceId, kSearchTimeout,
-                [&](const GenTLProducer& producer, GenTL::IF_HANDLE iface, const std::string& id) {
-                    producer.WithDevice(iface, id, [&](GenTL::PORT_HANDLE port) {
-                        nodes = LoadNodes(producer, port);
-                    });
-                });
-    if (!nodes) {
-        throw ToolError("the camera vanished while it was looked at");
-    }
-    return nodes;
-}
-
-/// The features that frames bring: nodes of their own, without a way to the
-/// camera, so that what can be read comes from the frame.
+/// The features that frames bring.
 class FrameFeatures {
 public:
-    explicit FrameFeatures(const Listed& camera) : m_map(LoadCameraNodes(camera.deviceId)) {
-        if (camera.deviceClass == OV_DEVICE_CLASS_U3V) {
-            m_adapter = std::make_unique<Engine::CChunkAdapterU3V>(m_map.get());
-        } else {
-            m_adapter = std::make_unique<Engine::CChunkAdapterGEV>(m_map.get());
-        }
-        Engine::node_vector nodes;
-        m_map->GetNodes(nodes);
-        for (Engine::INode* const node : nodes) {
-            auto* const value = dynamic_cast<Engine::IValue*>(node);
-            if (value != nullptr && node->IsFeature() && !IsReadable(*node)) {
-                m_features.push_back({node, value});
+    explicit FrameFeatures(OV_DEV_HANDLE camera) : m_camera(camera) {
+        for (const Node& node : Node::All(camera, OV_NODE_MODULE_CAMERA)) {
+            const auto registers = node.Related(OV_NODE_RELATION_REGISTERS);
+            if (node.Type() != OV_NODE_TYPE_CATEGORY &&
+                std::any_of(registers.begin(), registers.end(), IsInChunk)) {
+                m_features.push_back(node);
             }
         }
     }
 
     /// The features of a frame by name.
-    Json Read(const OV_FRAME_BUFFER& frame) {
-        m_adapter->AttachBuffer(static_cast<uint8_t*>(frame.pImgBuf), frame.nImgSize);
+    Json Read(const OV_FRAME_BUFFER& frame) const {
+        Check(OvNodeAttachFrame(m_camera, &frame), "read chunks");
         Json values = Json::object();
-        for (const auto& [node, value] : m_features) {
-            if (IsReadable(*node)) {
-                values[node->GetName().c_str()] = ValueOrNull(*value);
+        for (const Node& feature : m_features) {
+            if (feature.IsReadable()) {
+                values[feature.Name()] = ValueOrNull(feature);
             }
         }
-        m_adapter->DetachBuffer();
         return values;
     }
 
 private:
-    struct Feature {
-        Engine::INode* node;
-        Engine::IValue* value;
-    };
-    static bool IsReadable(Engine::INode& node) { return Engine::IsReadable(node.GetAccessMode()); }
     /// Null for one that can't be read though the frame has it.
-    static Json ValueOrNull(Engine::IValue& value) {
-        try {
-            return ToJson(value);
-        } catch (const GenICam_3_0_ORVANE::GenericException&) {
-            return nullptr;
-        }
-    }
-    static Json ToJson(Engine::IValue& value) {
-        if (auto* const integer = dynamic_cast<Engine::IInteger*>(&value)) {
-            return integer->GetValue();
-        }
-        if (auto* const number = dynamic_cast<Engine::IFloat*>(&value)) {
-            return number->GetValue();
-        }
-        if (auto* const boolean = dynamic_cast<Engine::IBoolean*>(&value)) {
-            return boolean->GetValue();
-        }
-        return value.ToString().c_str();
+    static Json ValueOrNull(const Node& feature) {
+        Json value;
+        FailureOf([&] { value = ToJson(feature.Read()); });
+        return value;
     }
 
-    NodeMap m_map;
-    std::unique_ptr<Engine::CChunkAdapter> m_adapter;
-    std::vector<Feature> m_features;
+    OV_DEV_HANDLE m_camera;
+    std::vector<Node> m_features;
 };
 
 /// The camera's chunk mode, on for the life of the object.
@@ -145,7 +84,8 @@ private:
 };
 
 /// Nothing when an interrupt came.
-std::optional<Json> ReadFrame(FrameReceiver& receiver, FrameFeatures& features, uint32_t timeout) {
+std::optional<Json> ReadFrame(FrameReceiver& receiver, const FrameFeatures& features,
+                              uint32_t timeout) {
     OV_FRAME_BUFFER* const frame = receiver.Await(timeout);
     if (frame == nullptr) {
         return std::nullopt;
@@ -190,8 +130,9 @@ private:
     Json m_frames = Json::array();
 };
 
-void TakeFramesWithChunks(OV_DEV_HANDLE camera, Interrupts& interrupts, FrameFeatures& features,
-                          const ChunkOptions& options, ChunkReport& report) {
+void TakeFramesWithChunks(OV_DEV_HANDLE camera, Interrupts& interrupts, const ChunkOptions& options,
+                          ChunkReport& report) {
+    const FrameFeatures features(camera);
     const ChunkMode mode(camera);
     const Acquisition acquisition(camera);
     FrameReceiver receiver(camera, interrupts);
@@ -204,26 +145,17 @@ void TakeFramesWithChunks(OV_DEV_HANDLE camera, Interrupts& interrupts, FrameFea
     }
 }
 
-void ReadChunks(const CameraChoice& choice, const ChunkOptions& options, bool json) {
+}  // namespace
+
+void PrintChunks(const CameraChoice& choice, const ChunkOptions& options, bool json) {
     Interrupts interrupts;
-    FrameFeatures features(Look(choice));
     const Camera camera(choice, Access::Control);
     ChunkReport report(json);
-    const auto failure = FailureOf(
-        [&] { TakeFramesWithChunks(camera.Handle(), interrupts, features, options, report); });
+    const auto failure =
+        FailureOf([&] { TakeFramesWithChunks(camera.Handle(), interrupts, options, report); });
     report.End();
     if (failure) {
         throw *failure;
     }
     interrupts.Check();
-}
-
-}  // namespace
-
-void PrintChunks(const CameraChoice& choice, const ChunkOptions& options, bool json) {
-    try {
-        ReadChunks(choice, options, json);
-    } catch (const GenICam_3_0_ORVANE::GenericException& error) {
-        throw ToolError(std::string("can't read chunks: ") + error.GetDescription());
-    }
 }

@@ -67,10 +67,10 @@ void CChunkAdapter::UpdateBuffer(uint8_t* buffer) {
                            });
 }
 
+/// As above: a callback that fails must not leave ports with the buffer.
 void CChunkAdapter::DetachBuffer() {
-    for (const auto& port : m_ppChunkPorts) {
-        port->DetachChunk();
-    }
+    ForEachDespiteFailures(m_ppChunkPorts.begin(), m_ppChunkPorts.end(),
+                           [](const auto& port) { port->DetachChunk(); });
 }
 
 /// Memory that one long chunk has claimed is kept for the next until this is called.
