@@ -97,6 +97,13 @@ void AddFeatureCommands(CLI::App& app, CommandLine& options) {
     describe->callback(
         [&options] { DescribeFeatures(options.choice, options.names, options.json); });
 
+    CLI::App* const explain = WithCamera(
+        AddCommand(app, "explain",
+                   "tell why features can't be read or set now, and what limits them", options),
+        options);
+    explain->add_option("feature", options.names, "names of features")->required();
+    explain->callback([&options] { ExplainFeatures(options.choice, options.names, options.json); });
+
     CLI::App* const xml = WithCamera(
         AddQuietCommand(app, "xml", "print the description of a camera", options), options);
     xml->add_option("--module", options.module, "whose description")

@@ -38,6 +38,8 @@ void DescribeFeatures(const CameraChoice& choice, const std::vector<std::string>
 void PrintXml(const CameraChoice& choice, const std::string& module);
 /// "camera" is the first.
 const std::vector<std::string>& ModuleNames();
+/// Why features are as they are now, what they are made of, and what limits them.
+void ExplainFeatures(const CameraChoice& choice, const std::vector<std::string>& names, bool json);
 /// Values, one a line.
 /// @param names  may choose an entry of a selector: "Gain[GainSelector=AnalogAll]"
 void Get(const CameraChoice& choice, const std::vector<std::string>& names, bool json);

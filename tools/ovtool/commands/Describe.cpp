@@ -6,6 +6,7 @@
 #include "commands/Commands.h"
 #include "support/Error.h"
 #include "support/Json.h"
+#include "support/OrNull.h"
 #include "support/Output.h"
 #include "support/Text.h"
 
@@ -17,17 +18,6 @@ Json NamesOf(const std::vector<Node>& nodes) {
         names.push_back(node.Name());
     }
     return names;
-}
-
-/// Null where it can't be asked for, such as the limits of a feature that isn't available.
-template <class Ask>
-Json OrNull(const Ask& ask) {
-    Json answer;
-    const auto failure = FailureOf([&] { answer = ask(); });
-    if (failure && failure->Code() == ExitCode::Lost) {
-        throw *failure;
-    }
-    return answer;
 }
 
 Json Flags(const Node& node) {

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cinttypes>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
@@ -11,12 +10,6 @@
 namespace {
 
 constexpr size_t kBytesInALine = 16;
-
-std::string AddressText(uint64_t address) {
-    char text[24] = {};
-    std::snprintf(text, sizeof text, "0x%08" PRIx64, address);
-    return text;
-}
 
 void PrintLines(uint64_t address, const std::vector<uint8_t>& bytes) {
     for (size_t at = 0; at < bytes.size(); at += kBytesInALine) {

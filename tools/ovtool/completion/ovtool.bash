@@ -43,7 +43,7 @@ _ovtool() {
         words=$(_ovtool_help options "${command[@]}")
     elif [[ -n $commands ]]; then
         words=$commands
-    elif [[ ${command[1]} == get || ${command[1]} == describe ]] ||
+    elif [[ ${command[1]} == get || ${command[1]} == describe || ${command[1]} == explain ]] ||
         [[ ${command[1]} == set && $previous != "=" && (${#arguments[@]} -eq 0 || " ${arguments[*]} " == *" = "*) ]]; then
         words=$(_ovtool_features "${command[0]}" features "${camera[@]}")
     fi

@@ -3,11 +3,18 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cinttypes>
 #include <cstdio>
 #include <iomanip>
 #include <sstream>
 
 #include "support/Error.h"
+
+std::string AddressText(uint64_t address) {
+    char text[24] = {};
+    std::snprintf(text, sizeof text, "0x%08" PRIx64, address);
+    return text;
+}
 
 std::string ToHex(const std::vector<uint8_t>& bytes) {
     std::ostringstream text;

@@ -20,6 +20,9 @@ using OvBase::CharacterLength;
 using OvBase::Visible;
 using OvBase::VisibleLines;
 
+/// An address in hexadecimal, of at least eight digits.
+std::string AddressText(uint64_t address);
+
 /// Two hexadecimal digits for each byte, nothing in between.
 std::string ToHex(const std::vector<uint8_t>& bytes);
 
