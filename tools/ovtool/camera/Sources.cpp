@@ -67,7 +67,9 @@ private:
         }
         source["type"] = TypeName(node->Type());
         source["access"] = OrNull([&] { return Json(NodeAccessName(node->Access())); });
-        source["value"] = OrNull([&] { return ToJson(node->Read()); });
+        // A converter's formula has a value only while a value passes through it.
+        const bool isConversion = role == "pSwissKnifeTo" || role == "pSwissKnifeFrom";
+        source["value"] = isConversion ? Json() : OrNull([&] { return ToJson(node->Read()); });
         const auto formula = node->Property("Formula");
         source["formula"] = formula.empty() ? Json() : Json(formula.front());
         source["register"] = RegisterOf(*node);
