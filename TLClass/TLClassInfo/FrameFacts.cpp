@@ -1,5 +1,4 @@
-// Every frame passes here, so that the table is made by the compiler and one loop asks for all of
-// it.
+// Every frame passes here, so that the table is made once and one loop asks for all of it.
 
 #include "TLClassInfo/FrameFacts.h"
 
@@ -29,7 +28,7 @@ constexpr bool IsOfFrame(const InfoRow<BUFFER_INFO>& row) {
 constexpr size_t kFacts =
     static_cast<size_t>(std::count_if(std::begin(kBufferRows), std::end(kBufferRows), IsOfFrame));
 
-constexpr std::array<FrameFact, kFacts> MakeFacts() {
+std::array<FrameFact, kFacts> MakeFacts() {
     std::array<FrameFact, kFacts> facts;
     size_t count = 0;
     for (const InfoRow<BUFFER_INFO>& row : kBufferRows) {
@@ -48,7 +47,8 @@ constexpr std::array<FrameFact, kFacts> MakeFacts() {
     return facts;
 }
 
-constexpr std::array<FrameFact, kFacts> kFrameFacts = MakeFacts();
+/// When the library is loaded: the sanitizers make no constant of it.
+const std::array<FrameFact, kFacts> kFrameFacts = MakeFacts();
 
 /// The questions about one frame, and their answers.
 class Questions {
