@@ -31,6 +31,8 @@ constexpr OV_FEATURE_ID kHeard[] = {OV_FEATURE_Width, OV_FEATURE_Gain, OV_FEATUR
 /// Callbacks ask the camera that they belong to, which closing waits for.
 void OnFrame(OV_FRAME_CALLBACK_PARAM* frame) {
     EXPECT_NE(frame->pImgBuf, nullptr);
+    // A camera that was lost or is being closed can't have its frames attached.
+    EXPECT_LE(OvNodeAttachCallbackFrame(frame->pUserParam, frame), OV_STATUS_SUCCESS);
 }
 
 void OnFeature(OV_FEATURE_ID /*featureID*/, void* handle) {
@@ -87,6 +89,7 @@ OV_STATUS SharedCamera::Close() {
         m_loans.clear();
         m_callbacks.clear();
         m_offlineCallbacks.clear();
+        m_nodeCallbacks.clear();
     }
     return handle == nullptr ? OV_STATUS_SUCCESS : OVCloseDevice(handle);
 }
@@ -115,6 +118,14 @@ void* SharedCamera::TakeOfflineCallback() {
     return TakeLast(m_mutex, m_offlineCallbacks);
 }
 
+void SharedCamera::AddNodeCallback(OV_NODE_HANDLE node, OV_NODE_CALLBACK_HANDLE callback) {
+    Append(m_mutex, m_nodeCallbacks, {node, callback});
+}
+
+std::pair<OV_NODE_HANDLE, OV_NODE_CALLBACK_HANDLE> SharedCamera::TakeNodeCallback() {
+    return TakeLast(m_mutex, m_nodeCallbacks);
+}
+
 RandomCaller::RandomCaller(unsigned seed, std::vector<SharedCamera*> cameras,
                            const HarmlessArguments& harmless)
     : m_draw(seed + 1),
@@ -132,14 +143,44 @@ void RandomCaller::CallOne() {
 /// What is named twice is called as often again.
 const std::vector<RandomCaller::Step>& RandomCaller::Steps() {
     using R = RandomCaller;
-    static const std::vector<Step> steps = {
-        &R::Open,          &R::Open,        &R::Open,      &R::Close,
-        &R::ReadList,      &R::ReadNumbers, &R::ReadTexts, &R::ReadAccess,
-        &R::Write,         &R::Write,       &R::Command,   &R::Start,
-        &R::Start,         &R::Stop,        &R::CopyFrame, &R::SetUpAcquisition,
-        &R::BorrowFrame,   &R::BorrowFrame, &R::GiveBack,  &R::BorrowAllFrames,
-        &R::Flush,         &R::Listen,      &R::Listen,    &R::ListenNoMore,
-        &R::ListenForLoss, &R::Settings,    &R::Addresses};
+    static const std::vector<Step> steps = {&R::Open,
+                                            &R::Open,
+                                            &R::Open,
+                                            &R::Close,
+                                            &R::ReadList,
+                                            &R::ReadNumbers,
+                                            &R::ReadTexts,
+                                            &R::ReadAccess,
+                                            &R::Write,
+                                            &R::Write,
+                                            &R::Command,
+                                            &R::Start,
+                                            &R::Start,
+                                            &R::Stop,
+                                            &R::CopyFrame,
+                                            &R::SetUpAcquisition,
+                                            &R::BorrowFrame,
+                                            &R::BorrowFrame,
+                                            &R::GiveBack,
+                                            &R::BorrowAllFrames,
+                                            &R::Flush,
+                                            &R::Listen,
+                                            &R::Listen,
+                                            &R::ListenNoMore,
+                                            &R::ListenForLoss,
+                                            &R::Settings,
+                                            &R::Addresses,
+                                            &R::AttachFrame,
+                                            &R::AttachFrame,
+                                            &R::DetachFrame,
+                                            &R::ReadNode,
+                                            &R::ReadNode,
+                                            &R::RelateNode,
+                                            &R::WriteNodes,
+                                            &R::ExecuteNode,
+                                            &R::ListenToNode,
+                                            &R::ListenToNodeNoMore,
+                                            &R::Files};
     return steps;
 }
 
@@ -155,9 +196,6 @@ OV_STATUS RandomCaller::Note(const char* function, OV_STATUS status) {
     }
     return status;
 }
-
-// A call by its name.
-#define OV_NOTE(function, ...) Note(#function, function(__VA_ARGS__))
 
 void RandomCaller::Open(SharedCamera& camera) {
     if (camera.Use([](OV_DEV_HANDLE) {}) && Draw(4) != 0) {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "OvINodes.h"
 #include "support/LastError.h"
 
 /// A camera that any thread opens, uses and closes. All it keeps to is what
@@ -34,6 +35,8 @@ public:
     std::pair<OV_FEATURE_ID, void*> TakeCallback();
     void AddOfflineCallback(void* callback);
     void* TakeOfflineCallback();
+    void AddNodeCallback(OV_NODE_HANDLE node, OV_NODE_CALLBACK_HANDLE callback);
+    std::pair<OV_NODE_HANDLE, OV_NODE_CALLBACK_HANDLE> TakeNodeCallback();
 
 private:
     std::string m_id;
@@ -43,6 +46,7 @@ private:
     std::vector<OV_FRAME_BUFFER*> m_loans;
     std::vector<std::pair<OV_FEATURE_ID, void*>> m_callbacks;
     std::vector<void*> m_offlineCallbacks;
+    std::vector<std::pair<OV_NODE_HANDLE, OV_NODE_CALLBACK_HANDLE>> m_nodeCallbacks;
 };
 
 /// What calls may do to the cameras, and to the machine, without harm.
@@ -93,6 +97,23 @@ private:
     void ListenForLoss(SharedCamera& camera);
     void Settings(SharedCamera& camera);
     void Addresses(SharedCamera& camera);
+    void AttachFrame(SharedCamera& camera);
+    void DetachFrame(SharedCamera& camera);
+    void ReadNode(SharedCamera& camera);
+    void RelateNode(SharedCamera& camera);
+    void WriteNodes(SharedCamera& camera);
+    void ExecuteNode(SharedCamera& camera);
+    void ListenToNode(SharedCamera& camera);
+    void ListenToNodeNoMore(SharedCamera& camera);
+    void Files(SharedCamera& camera);
+
+    void ReadNumbersOf(OV_NODE_HANDLE node);
+    void ReadTextsOf(OV_NODE_HANDLE node);
+    void ReadFactsOf(OV_NODE_HANDLE node);
+    /// A node of the camera; 0 after a failure.
+    OV_NODE_HANDLE Find(OV_DEV_HANDLE handle, const char* name);
+    /// Any feature of any module; 0 if there is none.
+    OV_NODE_HANDLE DrawNode(OV_DEV_HANDLE handle);
 
     unsigned Draw(unsigned count) { return static_cast<unsigned>(m_draw() % count); }
     template <class T, size_t N>
@@ -110,6 +131,9 @@ private:
     std::map<std::string, uint64_t> m_calls;
     std::map<OV_STATUS, uint64_t> m_statuses;
 };
+
+// A call by its name.
+#define OV_NOTE(function, ...) Note(#function, function(__VA_ARGS__))
 
 /// One for each thread.
 using RandomCallers = std::vector<std::unique_ptr<RandomCaller>>;
