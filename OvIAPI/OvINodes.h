@@ -346,7 +346,8 @@ OV_API OV_STATUS OvNodeGetStringMaxSize(OV_NODE_HANDLE hNode, size_t* pnSize);
  *  @param pBuffer  receives the bytes; null to ask for the size
  *  @param pnSize   in: size of pBuffer; out: size of the register */
 OV_API OV_STATUS OvNodeGetRegister(OV_NODE_HANDLE hNode, uint8_t* pBuffer, size_t* pnSize);
-/** Sets the first nSize bytes of a register and leaves the others.
+/** Sets the first nSize bytes of a register and leaves the others. A new "DeviceUserID" of the
+ *  camera is in the device list at once.
  *  @param pBuffer  nSize bytes; not null
  *  @return OV_STATUS_OUT_OF_RANGE if the register has fewer bytes */
 OV_API OV_STATUS OvNodeSetRegister(OV_NODE_HANDLE hNode, const uint8_t* pBuffer, size_t nSize);

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "GenApi/ICommand.h"
+#include "GenApi/INode.h"
 #include "GenApi/IRegister.h"
 #include "GenApi/IString.h"
 #include "TLClassFeature/EngineCall.h"
@@ -23,6 +24,16 @@ namespace {
 void NoteText(const CNodeRecord& record, const char* text) {
     if (record.role == NodeRole::UserId) {
         TakeUserId(record.camera, text);
+    }
+}
+
+/// After the camera has accepted bytes. They may be the beginning of a text only, so that the rest
+/// is asked for.
+void NoteBytes(const CNodeRecord& record) {
+    auto* const text = record.As<IString>();
+    if (record.role == NodeRole::UserId && text != nullptr &&
+        OV_ENGINE_GET(record.node.GetAccessMode()) == RW) {
+        NoteText(record, OV_ENGINE_GET(ToStd(text->GetValue(false, false))).c_str());
     }
 }
 
@@ -112,6 +123,7 @@ OV_STATUS OvNodeSetRegister(OV_NODE_HANDLE hNode, const uint8_t* pBuffer, size_t
     const CNodeAccess<IRegister> node(hNode, OV_HERE);
     OV_CHECK_POINTER(pBuffer);
     OV_ENGINE_SET(node.Ask().Set(pBuffer, static_cast<int64_t>(nSize), true));
+    NoteBytes(node.Record());
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();

@@ -171,6 +171,25 @@ TEST_F(NodeValues, ANewUserIdIsInTheDeviceListAtOnce) {
     }
 }
 
+TEST_F(NodeValues, BytesOfTheUserIdAreInTheDeviceListAtOnce) {
+    const auto listed = [] {
+        OV_DEVICE_BASE_INFO info{};
+        size_t size = sizeof info;
+        EXPECT_OV_OK(OVGetAllDeviceBaseInfo(&info, &size));
+        return std::string(info.szUserID);
+    };
+    const auto set = [&](const std::string& text, size_t size) {
+        return OvNodeSetRegister(Node("DeviceUserID"),
+                                 reinterpret_cast<const uint8_t*>(text.c_str()), size);
+    };
+    EXPECT_OV_OK(set("Right", 6));
+    EXPECT_EQ(listed(), "Right");
+    EXPECT_OV_OK(set("N", 1));
+    EXPECT_EQ(listed(), "Night");
+    EXPECT_EQ(set(std::string(65, 'x'), 65), OV_STATUS_OUT_OF_RANGE);
+    EXPECT_EQ(listed(), "Night");
+}
+
 TEST_F(NodeValues, ARegisterIsReadAndSetInPart) {
     const OV_NODE_HANDLE data = Node("UserData");
     const std::array<uint8_t, 3> bytes{1, 2, 3};
