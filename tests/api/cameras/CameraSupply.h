@@ -22,6 +22,8 @@ public:
     virtual uint32_t SearchTime() const { return 0; }
     /// Where the registers begin that both kinds have.
     virtual uint64_t RegisterBase() const { return 0; }
+    /// The number of the first frame after a start.
+    virtual uint64_t FirstFrame() const { return 0; }
     virtual OV_DEVICE_CLASS DeviceClass() const = 0;
     virtual std::string ModelPrefix() const = 0;
     virtual HarmlessArguments Harmless() const = 0;

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <deque>
 #include <mutex>
+#include <utility>
+#include <vector>
 
 #include "support/LastError.h"
 
@@ -28,11 +30,20 @@ struct EventIds {
 class EventEar {
 public:
     EventEar(OV_DEV_HANDLE camera, const EventIds& ids) : m_camera(camera), m_ids(ids) {}
+    EventEar(const EventEar&) = delete;
+    EventEar& operator=(const EventEar&) = delete;
+    /// Events may come until here, long after the last frame.
+    ~EventEar() {
+        for (const auto& [feature, callback] : m_callbacks) {
+            EXPECT_OV_OK(OVUnregisterFeatureCallback(m_camera, feature, callback));
+        }
+    }
 
-    /// Hears of the events by one of their features until the camera is closed.
+    /// Hears of the events by one of their features.
     void Listen(OV_FEATURE_ID feature) {
         OV_FEATURE_CALLBACK_HANDLE handle = nullptr;
         ASSERT_OV_OK(OVRegisterFeatureCallback(m_camera, this, &OnEvent, feature, &handle));
+        m_callbacks.emplace_back(feature, handle);
     }
     static void OnEvent(OV_FEATURE_ID feature, void* user) {
         static_cast<EventEar*>(user)->Hear(feature);
@@ -64,6 +75,7 @@ private:
 
     OV_DEV_HANDLE m_camera;
     EventIds m_ids;
+    std::vector<std::pair<OV_FEATURE_ID, OV_FEATURE_CALLBACK_HANDLE>> m_callbacks;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<EventData> m_heard;

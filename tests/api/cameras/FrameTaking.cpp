@@ -7,23 +7,13 @@
 
 namespace {
 
-constexpr uint32_t kLongestFrame = 60000;
-
-template <class Record>
-TakenFrame Keep(OV_FRAME_STATUS status, const Record& record) {
-    const auto* const first = static_cast<const uint8_t*>(record.pImgBuf);
-    const size_t size = first == nullptr ? 0 : static_cast<size_t>(record.nImgSize);
-    return {status,         record.nFrameID, record.nTimestamp,   record.nWidth,
-            record.nHeight, record.nOffsetX, record.nPixelFormat, {first, first + size}};
-}
-
 /// Takes frames on the thread that delivers them.
 class Collector {
 public:
     explicit Collector(size_t count) : m_count(count) {}
 
     static void OnFrame(OV_FRAME_CALLBACK_PARAM* frame) {
-        static_cast<Collector*>(frame->pUserParam)->Add(Keep(frame->status, *frame));
+        static_cast<Collector*>(frame->pUserParam)->Add(KeepFrame(frame->status, *frame));
     }
     void Await() {
         std::unique_lock lock(m_mutex);
@@ -80,7 +70,7 @@ std::vector<TakenFrame> TakeByCopy(OV_DEV_HANDLE camera, size_t count) {
         const OV_STATUS status = OVGetImage(camera, &frame, kLongestFrame);
         EXPECT_EQ(status, OV_STATUS_SUCCESS) << LastError::Get().text;
         if (status == OV_STATUS_SUCCESS) {
-            frames.push_back(Keep(frame.nStatus, frame));
+            frames.push_back(KeepFrame(frame.nStatus, frame));
         }
         return status == OV_STATUS_SUCCESS;
     });
@@ -93,7 +83,7 @@ std::vector<TakenFrame> TakeByLoan(OV_DEV_HANDLE camera, size_t count) {
         if (frame == nullptr) {
             return false;
         }
-        frames.push_back(Keep(frame->nStatus, *frame));
+        frames.push_back(KeepFrame(frame->nStatus, *frame));
         EXPECT_OV_OK(OVQBuf(camera, frame));
         return true;
     });
@@ -105,7 +95,7 @@ std::vector<TakenFrame> TakeAllThatWait(OV_DEV_HANDLE camera, size_t count) {
         uint32_t number = 0;
         EXPECT_OV_OK(OVDQAllBufs(camera, waiting, 16, &number, kLongestFrame));
         for (uint32_t i = 0; i < number; ++i) {
-            frames.push_back(Keep(waiting[i]->nStatus, *waiting[i]));
+            frames.push_back(KeepFrame(waiting[i]->nStatus, *waiting[i]));
         }
         EXPECT_OV_OK(OVQAllBufs(camera));
         return number != 0;

@@ -7,6 +7,9 @@
 
 #include "OvIAPI.h"
 
+/// How long a frame is waited for, in milliseconds.
+constexpr uint32_t kLongestFrame = 60000;
+
 /// A frame as it came.
 struct TakenFrame {
     OV_FRAME_STATUS status;
@@ -18,6 +21,15 @@ struct TakenFrame {
     int32_t format;
     std::vector<uint8_t> content;
 };
+
+/// Copies a frame from one of the records in which frames come.
+template <class Record>
+TakenFrame KeepFrame(OV_FRAME_STATUS status, const Record& record) {
+    const auto* const first = static_cast<const uint8_t*>(record.pImgBuf);
+    const size_t size = first == nullptr ? 0 : static_cast<size_t>(record.nImgSize);
+    return {status,         record.nFrameID, record.nTimestamp,   record.nWidth,
+            record.nHeight, record.nOffsetX, record.nPixelFormat, {first, first + size}};
+}
 
 /// One of the ways.
 struct TakingWay {

@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "CameraTest.h"
+#include "FrameChunks.h"
 #include "OvINodes.h"
 #include "support/FrameCounter.h"
 #include "support/RunRounds.h"
@@ -274,6 +275,137 @@ TEST_F(CameraLoss, IsWhatEveryCallThatReachesTheCameraFailsWith) {
         EXPECT_EQ(call.run(camera), call.status) << call.name << " " << LastError::Get().text;
     }
     EXPECT_FALSE(std::filesystem::exists(SettingsFile()));
+    EXPECT_OV_OK(OVCloseDevice(camera));
+}
+
+/// What a call returned.
+struct ReadResult {
+    OV_STATUS status = OV_STATUS_ERROR;
+    std::vector<uint8_t> bytes;
+
+    bool operator==(const ReadResult&) const = default;
+};
+
+/// A call that reads what a cache has.
+struct CachedRead {
+    const char* name;
+    std::function<ReadResult(OV_DEV_HANDLE)> run;
+};
+
+template <class Value, class Call>
+ReadResult ReadValue(const Call& call) {
+    ReadResult result{.bytes = std::vector<uint8_t>(sizeof(Value))};
+    result.status = call(reinterpret_cast<Value*>(result.bytes.data()));
+    return result;
+}
+
+template <class Value>
+CachedRead Cached(const char* name, OV_STATUS (*get)(OV_DEV_HANDLE, OV_FEATURE_ID, Value*),
+                  OV_FEATURE_ID feature) {
+    return {name, [get, feature](OV_DEV_HANDLE c) {
+                return ReadValue<Value>([&](Value* value) { return get(c, feature, value); });
+            }};
+}
+
+/// Of a call that says how much room it needs.
+template <class Element, class Call>
+ReadResult ReadRow(const Call& call) {
+    size_t size = 0;
+    ReadResult result{call(nullptr, &size), {}};
+    if (result.status == OV_STATUS_SUCCESS) {
+        result.bytes.resize(size);
+        result.status = call(reinterpret_cast<Element*>(result.bytes.data()), &size);
+    }
+    return result;
+}
+
+template <class Element>
+CachedRead CachedRow(const char* name,
+                     OV_STATUS (*get)(OV_DEV_HANDLE, OV_FEATURE_ID, Element*, size_t*),
+                     OV_FEATURE_ID feature) {
+    return {name, [get, feature](OV_DEV_HANDLE c) {
+                return ReadRow<Element>(
+                    [&](Element* first, size_t* size) { return get(c, feature, first, size); });
+            }};
+}
+
+OV_NODE_HANDLE FindNode(OV_DEV_HANDLE camera, const char* feature) {
+    OV_NODE_HANDLE node = 0;
+    EXPECT_OV_OK(OvNodeFind(camera, OV_NODE_MODULE_CAMERA, feature, &node));
+    return node;
+}
+
+template <class Value>
+CachedRead CachedNode(const char* name, OV_STATUS (*get)(OV_NODE_HANDLE, Value*),
+                      const char* feature) {
+    return {
+        name, [get, feature](OV_DEV_HANDLE c) {
+            return ReadValue<Value>([&](Value* value) { return get(FindNode(c, feature), value); });
+        }};
+}
+
+CachedRead CachedNodeText(const char* name, OV_STATUS (*get)(OV_NODE_HANDLE, char*, size_t*),
+                          const char* feature) {
+    return {name, [get, feature](OV_DEV_HANDLE c) {
+                return ReadRow<char>([&](char* text, size_t* size) {
+                    return get(FindNode(c, feature), text, size);
+                });
+            }};
+}
+
+/// Features whose access doesn't depend on whether frames flow: that is asked of the camera.
+const CachedRead kCachedReads[] = {
+    Cached("OVIsImplemented", &OVIsImplemented, OV_FEATURE_OffsetX),
+    Cached("OVIsReadable", &OVIsReadable, OV_FEATURE_OffsetX),
+    Cached("OVIsWritable", &OVIsWritable, OV_FEATURE_OffsetX),
+    Cached("OVGetInt", &OVGetInt, OV_FEATURE_OffsetX),
+    Cached("OVGetIntRange", &OVGetIntRange, OV_FEATURE_OffsetX),
+    Cached("OVGetFloat", &OVGetFloat, OV_FEATURE_ExposureTime),
+    Cached("OVGetFloatRange", &OVGetFloatRange, OV_FEATURE_ExposureTime),
+    Cached("OVGetEnum", &OVGetEnum, OV_FEATURE_TriggerSource),
+    Cached("OVGetEnumEntryNums", &OVGetEnumEntryNums, OV_FEATURE_TriggerSource),
+    CachedRow("OVGetEnumDescription", &OVGetEnumDescription, OV_FEATURE_TriggerSource),
+    Cached("OVGetBool", &OVGetBool, OV_FEATURE_ReverseX),
+    Cached("OVGetStringLength", &OVGetStringLength, OV_FEATURE_DeviceModelName),
+    Cached("OVGetStringMaxLength", &OVGetStringMaxLength, OV_FEATURE_DeviceModelName),
+    CachedRow("OVGetString", &OVGetString, OV_FEATURE_DeviceModelName),
+    Cached("OVGetBufferLength", &OVGetBufferLength, OV_FEATURE_LUTValueAll),
+    CachedNode("OvNodeGetAccess", &OvNodeGetAccess, "OffsetX"),
+    CachedNode("OvNodeGetInfo", &OvNodeGetInfo, "OffsetX"),
+    CachedNode("OvNodeGetInteger", &OvNodeGetInteger, "OffsetX"),
+    CachedNode("OvNodeGetIntegerRange", &OvNodeGetIntegerRange, "OffsetX"),
+    CachedNode("OvNodeGetFloat", &OvNodeGetFloat, "ExposureTime"),
+    CachedNode("OvNodeGetFloatRange", &OvNodeGetFloatRange, "ExposureTime"),
+    CachedNode("OvNodeGetBoolean", &OvNodeGetBoolean, "ReverseX"),
+    CachedNode("OvNodeGetNumber", &OvNodeGetNumber, "TriggerSource"),
+    CachedNodeText("OvNodeGetAsText", &OvNodeGetAsText, "ExposureTime"),
+    CachedNodeText("OvNodeGetSymbolic", &OvNodeGetSymbolic, "TriggerSource"),
+    CachedNodeText("OvNodeGetString", &OvNodeGetString, "DeviceModelName"),
+};
+
+TEST_F(CameraLoss, LeavesWhatWasReadBefore) {
+    std::vector<ReadResult> before;
+    for (const CachedRead& read : kCachedReads) {
+        before.push_back(read.run(camera));
+        EXPECT_OV_OK(before.back().status) << read.name;
+    }
+    LoseForEver();
+    for (size_t i = 0; i < before.size(); ++i) {
+        EXPECT_TRUE(kCachedReads[i].run(camera) == before[i])
+            << kCachedReads[i].name << " " << LastError::Get().text;
+    }
+    EXPECT_OV_OK(OVCloseDevice(camera));
+}
+
+TEST_F(CameraLoss, LeavesTheChunksOfAFrameOnLoan) {
+    SwitchChunksOn(camera);
+    ASSERT_OV_OK(OVStreamOn(camera));
+    OV_FRAME_BUFFER* frame = nullptr;
+    ASSERT_OV_OK(OVDQBuf(camera, &frame, kFrameTimeOut));
+    LoseForEver();
+    EXPECT_OV_OK(OvNodeAttachFrame(camera, frame));
+    EXPECT_EQ(ReadChunks(camera),
+              ChunksOf(KeepFrame(frame->nStatus, *frame), Supply().FirstFrame()));
     EXPECT_OV_OK(OVCloseDevice(camera));
 }
 

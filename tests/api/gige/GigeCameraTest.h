@@ -43,6 +43,16 @@ protected:
     }
     static uint64_t Counted(OvSimulator::Count count) { return First().Counts()[count]; }
 
+    /// Opens the first camera again, which has faults from now on.
+    void OpenFaulty(OvSimulator::Faults faults) {
+        SpoilCameras();
+        EXPECT_OV_OK(OVCloseDevice(camera));
+        faults.seed = 1;
+        Cameras().Replace(0, faults);
+        AwaitCameras(kCameras);
+        camera = OpenQuick();
+    }
+
     /// A feature of the camera's stream that has no identifier.
     OV_NODE_HANDLE StreamNode(const char* name) const {
         OV_NODE_HANDLE node = 0;

@@ -16,6 +16,7 @@ public:
 
     uint32_t SearchTime() const override { return 20; }
     uint64_t RegisterBase() const override { return OvSimulator::kApplicationBase; }
+    uint64_t FirstFrame() const override { return 1; }
     OV_DEVICE_CLASS DeviceClass() const override { return OV_DEVICE_CLASS_GEV; }
     std::string ModelPrefix() const override { return "Simulated-5M-"; }
     /// They only take up the address anew that they have: no other is to be added to this

@@ -10,16 +10,6 @@ using OvSimulator::Count;
 
 class GigeEventFaults : public GigeCameraTest {
 protected:
-    void OpenFaulty(const OvSimulator::MessageFaults& message) {
-        SpoilCameras();
-        EXPECT_OV_OK(OVCloseDevice(camera));
-        OvSimulator::Faults faults;
-        faults.seed = 1;
-        faults.message = message;
-        Cameras().Replace(0, faults);
-        AwaitCameras(kCameras);
-        camera = OpenQuick();
-    }
     int64_t MessageNumber(const char* name) const {
         OV_NODE_HANDLE node = 0;
         EXPECT_OV_OK(OvNodeFind(camera, OV_NODE_MODULE_HOST_DEVICE, name, &node));
@@ -32,7 +22,9 @@ protected:
 };
 
 TEST_F(GigeEventFaults, LeaveEachEventToBeHeardOnceAndInItsOrder) {
-    OpenFaulty({.lost = 0.05, .doubled = 0.3, .ignored = 0.05, .foreign = 0.3});
+    OvSimulator::Faults faults;
+    faults.message = {.lost = 0.05, .doubled = 0.3, .ignored = 0.05, .foreign = 0.3};
+    OpenFaulty(faults);
     EventEar ear(camera,
                  {"ExposureEnd", OV_FEATURE_EventExposureEnd, OV_FEATURE_EventExposureEndTimestamp,
                   OV_FEATURE_EventExposureEndFrameID});

@@ -13,14 +13,9 @@ class GigeStreamFaults : public GigeCameraTest {
 protected:
     /// Opens a camera of which packets are lost, with frames of some two hundred.
     void OpenLossy(double share) {
-        SpoilCameras();
-        EXPECT_OV_OK(OVCloseDevice(camera));
         OvSimulator::Faults faults;
-        faults.seed = 1;
         faults.stream.lost = share;
-        Cameras().Replace(0, faults);
-        AwaitCameras(kCameras);
-        camera = OpenQuick();
+        OpenFaulty(faults);
         EXPECT_OV_OK(OVSetInt(camera, OV_FEATURE_Width, 640));
         EXPECT_OV_OK(OVSetInt(camera, OV_FEATURE_Height, 480));
         SetStream("StreamFindPacketSize", 0);
