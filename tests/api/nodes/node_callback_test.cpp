@@ -114,6 +114,22 @@ TEST_F(NodeCallback, MayNotCloseItsCamera) {
     EXPECT_OV_OK(OvNodeSetInteger(Node("Width"), 40));
 }
 
+TEST_F(NodeCallback, OfAnEventMayNotCloseItsCamera) {
+    Listen(Node("EventExposureEndFrameID"), &Listener::Close);
+    producer.FireExposureEnd(0, 0, 1);
+    listener.Await(1);
+    EXPECT_EQ(listener.closed, OV_STATUS_INVALID_CALL);
+    EXPECT_OV_OK(OVCloseDevice(camera));
+}
+
+TEST_F(NodeCallback, OfAnotherModuleMayNotCloseItsCamera) {
+    const OV_NODE_HANDLE node = Node("InterfaceID", OV_NODE_MODULE_INTERFACE);
+    Listen(node, &Listener::Close);
+    EXPECT_OV_OK(OvNodeInvalidate(node));
+    EXPECT_EQ(listener.closed, OV_STATUS_INVALID_CALL);
+    EXPECT_OV_OK(OVCloseDevice(camera));
+}
+
 TEST_F(NodeCallback, HearsTheCamerasEvents) {
     const OV_NODE_HANDLE event = Node("EventExposureEndFrameID");
     Listen(event, &Listener::Read);

@@ -168,6 +168,8 @@ TEST_F(CameraNodeChecks, TheModuleComesBeforePointers) {
                   "Unknown node module");
     ExpectFailure(OvNodeGetAll(camera, 99, nullptr, nullptr), OV_STATUS_INVALID_PARAMETER,
                   "Unknown node module");
+    ExpectFailure(OvNodeGetXml(camera, -1, nullptr, nullptr), OV_STATUS_INVALID_PARAMETER,
+                  "Unknown node module");
 }
 
 TEST_F(CameraNodeChecks, PointersAreNeeded) {

@@ -111,6 +111,9 @@ TEST_F(NodeValues, AnEntryThatCantBeChosenNowIsRefused) {
         "<Value>0</Value></Enumeration><Integer Name=\"Switch\"><Value>0</Value></Integer>"));
     ExpectFailure(OvNodeSetSymbolic(Node("Mode"), "B"), OV_STATUS_INVALID_ACCESS,
                   "Failed to write enumeration value. Enum entry is not writable");
+    EXPECT_EQ(OvNodeSetNumber(Node("Mode"), 1), OV_STATUS_INVALID_ACCESS);
+    EXPECT_EQ(OvNodeSetAsText(Node("Mode"), "B"), OV_STATUS_INVALID_ACCESS);
+    ExpectSymbolic("Mode", "A");
     EXPECT_EQ(Info(Node("EnumEntry_Mode_B")).access, OV_NODE_ACCESS_NOT_AVAILABLE);
     EXPECT_OV_OK(OvNodeSetInteger(Node("Switch"), 1));
     EXPECT_OV_OK(OvNodeSetSymbolic(Node("Mode"), "B"));
@@ -275,7 +278,10 @@ TEST_F(NodeValues, ACameraThatIsGoneIsOffline) {
     producer.LoseDevice(0, 0);
     EXPECT_EQ(Integer("Width"), 64);
     int64_t value = 7;
-    EXPECT_NE(OvNodeGetInteger(payload, &value), OV_STATUS_SUCCESS);
+    EXPECT_EQ(OvNodeGetInteger(payload, &value), OV_STATUS_OFFLINE);
+    EXPECT_EQ(OvNodeSetInteger(Node("Width"), 32), OV_STATUS_OFFLINE);
+    EXPECT_EQ(OvNodeSetAsText(Node("DeviceUserID"), "gone"), OV_STATUS_OFFLINE);
+    EXPECT_EQ(OvNodeExecute(Node("UserSetSave")), OV_STATUS_OFFLINE);
     EXPECT_EQ(value, 7);
     producer.ReturnDevice(0, 0);
 }
