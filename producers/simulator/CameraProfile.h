@@ -45,7 +45,8 @@ struct CameraProfile {
     uint16_t port = OvGige::kControlPort;  ///< 0: any that is free
 
     MessageKind messages = MessageKind::EventData;
-    bool zipped = true;  ///< whether the camera's description is
+    bool zipped = true;          ///< whether the camera's description is
+    size_t descriptionSize = 0;  ///< a smaller description is filled up with blanks to it
     Faults faults;
 };
 

@@ -147,7 +147,8 @@ void CameraDevice::FillCapabilities() {
 
 void CameraDevice::AddDescription() {
     const std::string name = "OvSimulatedCamera_1_0_0";
-    const std::string xml = GigeDescription(kApplicationBase);
+    std::string xml = GigeDescription(kApplicationBase);
+    xml.resize(std::max(xml.size(), m_profile.descriptionSize), ' ');
     Bytes content =
         OvGige::Bytes(std::as_bytes(std::span(xml)).begin(), std::as_bytes(std::span(xml)).end());
     if (m_profile.zipped) {

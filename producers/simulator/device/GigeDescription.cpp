@@ -70,10 +70,10 @@ std::string ActionSources() {
     for (const int signal : {1, 2}) {
         const std::string number = std::to_string(signal);
         const auto value = static_cast<int64_t>(OvVirtual::TriggerSource::Action1) + signal - 1;
-        entries += "<EnumEntry Name=\"Action" + number +
-                   "\" NameSpace=\"Standard\">\n      <ToolTip>The action signal " + number +
-                   "</ToolTip>\n      <Value>" + std::to_string(value) +
-                   "</Value>\n    </EnumEntry>\n    ";
+        entries.append("<EnumEntry Name=\"Action").append(number);
+        entries.append("\" NameSpace=\"Standard\">\n      <ToolTip>The action signal ");
+        entries.append(number).append("</ToolTip>\n      <Value>").append(std::to_string(value));
+        entries.append("</Value>\n    </EnumEntry>\n    ");
     }
     return entries;
 }
