@@ -42,8 +42,13 @@ TEST_F(GigeStream, AsksForWhatIsLost) {
     EXPECT_EQ(Fetch(100), 0);
     SettleAccount();
     EXPECT_EQ(Counter("StreamBlockIncompleteCount"), 0U);
-    EXPECT_EQ(Counter("StreamPacketAnsweredCount"), Simulated().Counts()[Count::LostPackets]);
-    EXPECT_GT(Counter("StreamPacketAnsweredCount"), 0U);
+    const uint64_t answered = Counter("StreamPacketAnsweredCount");
+    const uint64_t lost = Simulated().Counts()[Count::LostPackets];
+    EXPECT_GT(lost, 0U);
+    EXPECT_GE(answered, lost);
+    // On a busy machine a packet may be so late that it was asked for, too, or be dropped.
+    EXPECT_LE(answered,
+              lost + Counter("StreamPacketDoubleCount") + Counter("StreamPacketDroppedCount"));
 }
 
 TEST_F(GigeStream, MarksWhatIsLostWithoutResends) {
