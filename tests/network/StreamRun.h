@@ -18,8 +18,8 @@ protected:
         SimulatedCameras simulated =
             Simulate("10.1.0.2/24 --seed 7 --account '" + file + "' " + faults);
         run = Host(
-            "stream --json --seconds 1.5 --set Width=640 Height=480 AcquisitionMode=MultiFrame"
-            " AcquisitionFrameRateMode=Off ExposureTime=5000 AcquisitionFrameCount=" +
+            "stream --json --seconds 3 --set Width=640 Height=480 AcquisitionMode=MultiFrame"
+            " AcquisitionFrameRateMode=Off ExposureTime=20000 AcquisitionFrameCount=" +
             std::to_string(kFrames) + " " + settings);
         simulated.Process().Signal(SIGTERM);
         EXPECT_EQ(simulated.Process().Wait().err, "");

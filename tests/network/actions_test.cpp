@@ -139,7 +139,8 @@ TEST_F(NetworkActions, ChunksWithWrongLengthsEndTheirReading) {
     const ToolRun run = Host("chunks --count 20");
     EXPECT_EQ(run.status, Exit::kFailed);
     EXPECT_EQ(run.err,
-              "ovtool: can't read chunks: Invalid layout of buffer attached to chunk parser!\n");
+              "ovtool: can't read chunks: The end of the frame's data doesn't say where its chunks "
+              "are\n");
 }
 
 }  // namespace
