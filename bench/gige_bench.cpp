@@ -347,6 +347,7 @@ Result OfAllCameras(const Load& load, const Way& way, const Run& run) {
     std::vector<Result> results(static_cast<size_t>(load.cameras));
     {
         std::vector<std::jthread> threads;
+        threads.reserve(results.size());
         for (Result& result : results) {
             threads.emplace_back([&] { result = run(load, way); });
         }
@@ -370,11 +371,11 @@ void Measure(const Load& load, const Way& way) {
         receiver = Better(receiver, OfAllCameras(load, way, RunReceiver<false>));
         joined = Better(joined, OfAllCameras(load, way, RunReceiver<true>));
     }
-    std::printf("%-26s %6.1f ms %6.2f %6.2f %6.2f %8.1f%% %8.1f%% %8.1f%% %11llu\n", load.name,
+    std::printf("%-26s %6.1f ms %6.2f %6.2f %6.2f %8.1f%% %8.1f%% %8.1f%% %11zu\n", load.name,
                 bare.nanoseconds / 1e6, receiver.nanoseconds / bare.nanoseconds,
                 joined.nanoseconds / bare.nanoseconds, load.goal, bare.whole * 100,
                 receiver.whole * 100, joined.whole * 100,
-                static_cast<unsigned long long>(receiver.allocations + joined.allocations));
+                receiver.allocations + joined.allocations);
     std::fflush(stdout);
 }
 

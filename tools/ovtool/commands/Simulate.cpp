@@ -13,6 +13,7 @@ void RunSimulator(const std::string& program, const std::vector<std::string>& ar
     std::vector<std::string> texts = {program + " simulate"};
     texts.insert(texts.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         pointers.push_back(text.data());
     }
