@@ -14,9 +14,6 @@ using std::chrono::steady_clock;
 /// A burst of events waits here while the thread waits for a processor.
 constexpr size_t kSocketBuffer = 1 << 20;
 
-/// Firewalls forget a sender that nothing was sent to for half a minute.
-constexpr auto kFirewallPeriod = 15s;
-
 /// How long a network that doesn't work is left alone.
 constexpr auto kNetworkPause = 100ms;
 
@@ -26,10 +23,9 @@ MessageReceiver::MessageReceiver(UdpSocket socket, const Endpoint& source,
                                  std::weak_ptr<OvProducer::EventSink> sink,
                                  std::shared_ptr<const WakeFile> end)
     : m_socket(std::move(socket)),
-      m_source(source),
+      m_hole(source),
       m_end(std::move(end)),
-      m_intake(source.ip, std::move(sink), m_account),
-      m_firewallDue(source.port != 0 ? steady_clock::now() : steady_clock::time_point::max()) {
+      m_intake(source.ip, std::move(sink), m_account) {
     m_socket.SetReceiveBuffer(kSocketBuffer);
     m_thread = std::thread([this] { Run(); });
 }
@@ -52,24 +48,14 @@ void MessageReceiver::Run() {
 }
 
 void MessageReceiver::Work() {
-    if (steady_clock::now() >= m_firewallDue) {
-        m_firewallDue = steady_clock::now() + kFirewallPeriod;
-        OpenFirewall();
-    }
-    const auto datagram = m_socket.Receive(m_firewallDue, m_end->File());
+    m_hole.KeepOpen(m_socket);
+    const auto datagram = m_socket.Receive(m_hole.Due(), m_end->File());
     if (!datagram) {
         return;
     }
     if (const auto answer = m_intake.Take(*datagram)) {
         m_socket.SendTo(datagram->sender, *answer);
     }
-}
-
-/// Anything sent to where the messages come from makes a firewall let them in. The camera drops
-/// it.
-void MessageReceiver::OpenFirewall() {
-    const Bytes nothing(1);
-    m_socket.SendTo(m_source, nothing);
 }
 
 // An adapter that is down fails at once, again and again, until the camera is known to be lost.

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "gige/message/MessageIntake.h"
+#include "gige/net/FirewallHole.h"
 #include "gige/net/WakeFile.h"
 
 namespace OvGige {
@@ -28,15 +29,13 @@ public:
 private:
     void Run();
     void Work();
-    void OpenFirewall();
     void PauseAfter(const std::string& failure);
 
     UdpSocket m_socket;
-    const Endpoint m_source;
+    FirewallHole m_hole;
     const std::shared_ptr<const WakeFile> m_end;
     MessageAccount m_account;
     MessageIntake m_intake;
-    std::chrono::steady_clock::time_point m_firewallDue;
     std::string m_lastFailure;  // that was logged
     std::thread m_thread;       // last, since it uses the others
 };

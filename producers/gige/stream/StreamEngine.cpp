@@ -20,9 +20,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Firewalls forget a sender that nothing was sent to for half a minute.
-constexpr auto kFirewallPeriod = 15s;
-
 using OvProducer::LogWarning;
 
 void LogObstacle(const std::string& obstacle) {
@@ -83,6 +80,7 @@ StreamEngine::~StreamEngine() = default;
 
 void StreamEngine::Begin() {
     m_host.CheckUsable();
+    m_hole = FirewallHole();
     m_settings = m_state.Settings();
     m_facts = {};
     m_wake.Clear();
@@ -112,8 +110,8 @@ void StreamEngine::OpenAsOwner(const Adapter& adapter) {
     SizeSocket();
     m_channel->Open({destination, m_socket->Local().port});
     m_facts.packetSize = static_cast<int64_t>(NegotiatePacketSize(adapter));
-    m_sourcePort = m_channel->SourcePort();
-    OpenFirewall();
+    m_hole = FirewallHole({m_camera.ip, m_channel->SourcePort()});
+    KeepFirewallOpen();
 }
 
 /// A second host sees a stream only if its owner sends it to a group.
@@ -182,13 +180,9 @@ void StreamEngine::Run(OvProducer::BufferPool& pool, const OvProducer::EngineRun
     BlockAssembler assembler(m_assembly, m_state.Account(), client);
     StreamReceiver receiver(*m_socket, assembler, m_camera.ip, m_settings.trains != 0);
     const std::stop_callback wake(run.stop, [this] { m_wake.Signal(); });
-    TimePoint firewallDue = Clock::now() + kFirewallPeriod;
     while (!run.stop.stop_requested() && !client.IsDone()) {
-        receiver.Work(firewallDue, m_wake);
-        if (Clock::now() >= firewallDue) {
-            OpenFirewall();
-            firewallDue = Clock::now() + kFirewallPeriod;
-        }
+        receiver.Work(m_hole.Due(), m_wake);
+        KeepFirewallOpen();
     }
     // The block in progress may still be completed. The wake is over: it would end each wait.
     m_wake.Clear();
@@ -216,15 +210,9 @@ void StreamEngine::TuneThread() const {
     }
 }
 
-/// Anything sent to where the packets come from makes a firewall let them in. The camera drops
-/// it.
-void StreamEngine::OpenFirewall() {
-    if (m_sourcePort == 0) {
-        return;
-    }
+void StreamEngine::KeepFirewallOpen() {
     try {
-        const Bytes nothing(1);
-        m_socket->SendTo({m_camera.ip, m_sourcePort}, nothing);
+        m_hole.KeepOpen(*m_socket);
     } catch (const OvProducer::Failure& failure) {
         LogWarning(std::string("The stream's way through a firewall: ") + failure.what());
     }

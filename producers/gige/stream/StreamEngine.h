@@ -7,6 +7,7 @@
 
 #include "framework/FrameEngine.h"
 #include "gige/assembly/BlockAssembler.h"
+#include "gige/net/FirewallHole.h"
 #include "gige/net/UdpSocket.h"
 #include "gige/net/WakeFile.h"
 #include "gige/stream/StreamChannel.h"
@@ -44,7 +45,7 @@ private:
     size_t NegotiatePacketSize(const Adapter& adapter);
     AssemblerSettings MakeSettings() const;
     void TuneThread() const;
-    void OpenFirewall();
+    void KeepFirewallOpen();
 
     StreamHost& m_host;
     StreamState& m_state;
@@ -55,7 +56,7 @@ private:
     WakeFile m_wake;
     std::optional<UdpSocket> m_socket;
     std::optional<StreamChannel> m_channel;
-    uint16_t m_sourcePort = 0;
+    FirewallHole m_hole;
 };
 
 }  // namespace OvGige
