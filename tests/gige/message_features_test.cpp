@@ -24,7 +24,7 @@ TEST(MessageFeatures, AreReadAtTheAddressesOfTheirDescription) {
     const std::string mark = "<Address>";
     const size_t at = xml.find(mark, xml.find("<IntReg Name=\"MessageForeignCount\""));
     std::array<std::byte, 8> bytes{};
-    registers.Read(std::stoull(xml.substr(at + mark.size())), bytes);
+    registers.Read(std::stoull(xml.substr(at + mark.size(), 6), nullptr, 16), bytes);
     uint64_t value = 0;
     std::memcpy(&value, bytes.data(), bytes.size());
     EXPECT_EQ(value, 7U);

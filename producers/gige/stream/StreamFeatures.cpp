@@ -1,10 +1,9 @@
 #include "gige/stream/StreamFeatures.h"
 
 #include <array>
-#include <iomanip>
-#include <sstream>
 
 #include "framework/Descriptions.h"
+#include "framework/FeatureNodes.h"
 
 namespace OvGige {
 namespace {
@@ -12,9 +11,6 @@ namespace {
 using S = StreamSettings;
 using F = ReceiverFacts;
 using A = StreamAccount;
-
-constexpr uint64_t kFirstAddress = 0x1000;
-constexpr size_t kRegisterSize = 8;
 
 constexpr int64_t kSecond = 1'000'000;
 
@@ -100,89 +96,10 @@ constexpr auto kCounts = std::to_array<CountFeature>({
      "Packets that the system dropped because the socket was full", &A::dropped},
 });
 
-uint64_t AddressAt(size_t index) {
-    return kFirstAddress + index * kRegisterSize;
+template <typename Feature>
+OvProducer::FeatureTexts TextsOf(const Feature& feature) {
+    return {feature.name, feature.displayName, feature.description};
 }
-
-std::string Hex(uint64_t value) {
-    std::ostringstream text;
-    text << "0x" << std::uppercase << std::hex << std::setw(4) << std::setfill('0') << value;
-    return text.str();
-}
-
-/// Writes the nodes of features whose registers follow each other.
-class NodeWriter {
-public:
-    void Begin(const std::string& category, const std::string& toolTip) {
-        m_root += "    <pFeature>" + category + "</pFeature>\n";
-        EndCategory();
-        m_category = "  <Category Name=\"" + category + "\" NameSpace=\"Custom\">\n    <ToolTip>" +
-                     toolTip + "</ToolTip>\n";
-    }
-    template <typename Feature>
-    void Setting(const Feature& feature) {
-        const std::string name = feature.name;
-        Open("Integer", feature);
-        Line("pIsLocked", "TLParamsLocked");
-        Line("pValue", name + "Reg");
-        Line("Min", std::to_string(feature.min));
-        Line("Max", std::to_string(feature.max));
-        Unit(feature.unit);
-        m_nodes += "  </Integer>\n\n  <IntReg Name=\"" + name + "Reg\" NameSpace=\"Custom\">\n";
-        Line("Visibility", "Invisible");
-        Register("RW", "");
-    }
-    template <typename Feature>
-    void Number(const Feature& feature, const char* unit) {
-        Open("IntReg", feature);
-        Register("RO", unit);
-    }
-    std::string Root() const { return m_root; }
-    std::string Nodes() {
-        EndCategory();
-        return m_nodes;
-    }
-
-private:
-    template <typename Feature>
-    void Open(const std::string& kind, const Feature& feature) {
-        m_category += std::string("    <pFeature>") + feature.name + "</pFeature>\n";
-        m_nodes += "  <" + kind + " Name=\"" + feature.name + "\" NameSpace=\"Custom\">\n";
-        Line("ToolTip", feature.description);
-        Line("Description", feature.description);
-        Line("DisplayName", feature.displayName);
-        Line("Visibility", "Expert");
-    }
-    void Register(const char* access, const char* unit) {
-        Line("Address", Hex(AddressAt(m_index++)));
-        Line("Length", std::to_string(kRegisterSize));
-        Line("AccessMode", access);
-        Line("pPort", "StreamPort");
-        Line("Cachable", "NoCache");
-        Line("Sign", "Signed");
-        Line("Endianess", "LittleEndian");
-        Unit(unit);
-        m_nodes += "  </IntReg>\n\n";
-    }
-    void Unit(const std::string& unit) {
-        if (!unit.empty()) {
-            Line("Unit", unit);
-        }
-    }
-    void Line(const std::string& element, const std::string& value) {
-        m_nodes += "    <" + element + ">" + value + "</" + element + ">\n";
-    }
-    void EndCategory() {
-        if (!m_category.empty()) {
-            m_nodes += m_category + "  </Category>\n\n";
-        }
-    }
-
-    std::string m_root;
-    std::string m_category;
-    std::string m_nodes;
-    size_t m_index = 0;
-};
 
 }  // namespace
 
@@ -202,38 +119,40 @@ void AddFeatureRegisters(OvProducer::RegisterSpace& registers, const FeatureAcce
     size_t index = 0;
     for (const SettingFeature& feature : kSettings) {
         registers.AddInteger(
-            AddressAt(index++), kRegisterSize, [=] { return access.readSetting(feature); },
+            OvProducer::FeatureRegisterAddress(index++), OvProducer::kFeatureRegisterSize,
+            [=] { return access.readSetting(feature); },
             [=](int64_t value) { access.writeSetting(feature, value); });
     }
     for (const FactFeature& feature : kFacts) {
-        registers.AddInteger(AddressAt(index++), kRegisterSize,
+        registers.AddInteger(OvProducer::FeatureRegisterAddress(index++),
+                             OvProducer::kFeatureRegisterSize,
                              [=] { return access.readFact(feature); });
     }
     for (const CountFeature& feature : kCounts) {
-        registers.AddInteger(AddressAt(index++), kRegisterSize,
+        registers.AddInteger(OvProducer::FeatureRegisterAddress(index++),
+                             OvProducer::kFeatureRegisterSize,
                              [=] { return static_cast<int64_t>(access.readCount(feature)); });
     }
 }
 
 std::string WithStreamFeatures(std::string description) {
-    NodeWriter writer;
-    writer.Begin("StreamReceiverControl", "How packets are received");
+    OvProducer::FeatureNodes nodes("StreamPort");
+    nodes.Begin("StreamReceiverControl", "How packets are received");
     for (const SettingFeature& feature : kSettings) {
-        writer.Setting(feature);
+        nodes.AddSetting(TextsOf(feature), feature.min, feature.max, feature.unit);
     }
     for (const FactFeature& feature : kFacts) {
-        writer.Number(feature, feature.unit);
+        nodes.AddNumber(TextsOf(feature), feature.unit);
     }
-    writer.Begin("StreamAccount", "What became of frames and packets since the start");
+    nodes.Begin("StreamAccount", "What became of frames and packets since the start");
     for (const CountFeature& feature : kCounts) {
-        writer.Number(feature, "");
+        nodes.AddNumber(TextsOf(feature), "");
     }
-    const std::string nodes = "\n" + writer.Nodes();
     return OvProducer::WithNodes(std::move(description),
                                  {.model = "GigeStreamModule",
                                   .product = "E7104A6D-93B5-4E2C-A5F8-0C6D2B1A0001",
                                   .version = "E7104A6D-93B5-4E2C-A5F8-0C6D2B1A1000"},
-                                 writer.Root(), nodes);
+                                 nodes.Root(), "\n" + nodes.Take());
 }
 
 }  // namespace OvGige
