@@ -6,6 +6,7 @@
 
 #include "Base/OvAssert.h"
 #include "gige/protocol/ControlPacket.h"
+#include "record_fuzz.h"
 #include "simulator/control/CommandServer.h"
 #include "simulator/stream/StreamRegisters.h"
 
@@ -14,7 +15,6 @@ namespace {
 using namespace OvGige;
 using namespace OvSimulator;
 
-constexpr size_t kRecordHead = 4;
 constexpr uint8_t kBroadcast = 0x80;
 constexpr std::chrono::milliseconds kTimeUnit{50};
 // An answer fits a datagram that nobody splits.
@@ -83,13 +83,9 @@ private:
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Camera camera;
-    std::span<const uint8_t> input(data, size);
-    while (input.size() >= kRecordHead) {
-        const size_t length =
-            std::min<size_t>(input[2] * size_t{256} + input[3], input.size() - kRecordHead);
-        camera.Take(input[0], input[1], std::as_bytes(input.subspan(kRecordHead, length)));
-        input = input.subspan(kRecordHead + length);
-    }
+    ForEachRecord(data, size, [&camera](uint8_t first, uint8_t second, auto content) {
+        camera.Take(first, second, content);
+    });
     camera.Check();
     return 0;
 }

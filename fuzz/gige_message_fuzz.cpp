@@ -9,6 +9,7 @@
 #include "Base/OvAssert.h"
 #include "framework/Event.h"
 #include "gige/message/MessageIntake.h"
+#include "record_fuzz.h"
 #include "simulator/message/MessageOutbox.h"
 
 namespace {
@@ -16,7 +17,6 @@ namespace {
 using namespace OvGige;
 using namespace OvSimulator;
 
-constexpr size_t kRecordHead = 4;
 constexpr Endpoint kCamera{{0xC0A80702}, 49152};
 constexpr Endpoint kStranger{{0xC0A80703}, 49152};
 constexpr Endpoint kHost{{0xC0A80714}, 50000};
@@ -138,14 +138,9 @@ private:
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Run run;
-    std::span<const uint8_t> input(data, size);
-    while (input.size() >= kRecordHead) {
-        const size_t length =
-            std::min<size_t>(input[2] * size_t{256} + input[3], input.size() - kRecordHead);
-        const auto step = static_cast<Step>(input[0] % static_cast<uint8_t>(Step::Count));
-        run.Do(step, input[1], std::as_bytes(input.subspan(kRecordHead, length)));
-        input = input.subspan(kRecordHead + length);
-    }
+    ForEachRecord(data, size, [&run](uint8_t first, uint8_t second, auto content) {
+        run.Do(static_cast<Step>(first % static_cast<uint8_t>(Step::Count)), second, content);
+    });
     run.Check();
     return 0;
 }

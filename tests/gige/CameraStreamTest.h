@@ -5,9 +5,9 @@
 
 #include <cstring>
 
+#include "StreamFeatureAddress.h"
 #include "StreamStage.h"
 #include "framework/Acquisition.h"
-#include "gige/stream/StreamFeatures.h"
 
 namespace OvTest {
 
@@ -67,22 +67,13 @@ protected:
     }
     uint64_t Counter(const std::string& name) {
         std::array<std::byte, 8> bytes{};
-        registers.Read(AddressOf(name), bytes);
+        registers.Read(StreamFeatureAddress(name), bytes);
         uint64_t value = 0;
         std::memcpy(&value, bytes.data(), bytes.size());
         return value;
     }
     void Set(const std::string& name, int64_t value) {
-        registers.Write(AddressOf(name), std::as_bytes(std::span(&value, 1)));
-    }
-    /// By the description, as a consumer finds it.
-    static uint64_t AddressOf(const std::string& name) {
-        const std::string xml = OvGige::WithStreamFeatures(
-            OvProducer::OwnDescription(OvProducer::ModuleKind::Stream).xml);
-        const size_t at = std::min(xml.find("<IntReg Name=\"" + name + "\""),
-                                   xml.find("<IntReg Name=\"" + name + "Reg\""));
-        const std::string mark = "<Address>";
-        return std::stoull(xml.substr(xml.find(mark, at) + mark.size(), 6), nullptr, 16);
+        registers.Write(StreamFeatureAddress(name), std::as_bytes(std::span(&value, 1)));
     }
 
     static constexpr size_t kData = 64;

@@ -23,19 +23,14 @@ protected:
         EXPECT_OV_OK(ask(camera, feature, &answer));
         return answer;
     }
-    OV_STATUS ReadText(Feature feature) const {
+    /// Asks for the size, and then for the content.
+    template <class Element>
+    OV_STATUS ReadTwice(OV_STATUS (*read)(OV_DEV_HANDLE, Feature, Element*, size_t*),
+                        Feature feature) const {
         size_t size = 0;
-        const OV_STATUS status = OVGetString(camera, feature, nullptr, &size);
-        std::vector<char> text(size);
-        return status == OV_STATUS_SUCCESS ? OVGetString(camera, feature, text.data(), &size)
-                                           : status;
-    }
-    OV_STATUS ReadBytes(Feature feature) const {
-        size_t size = 0;
-        const OV_STATUS status = OVGetBuffer(camera, feature, nullptr, &size);
-        std::vector<uint8_t> bytes(size);
-        return status == OV_STATUS_SUCCESS ? OVGetBuffer(camera, feature, bytes.data(), &size)
-                                           : status;
+        const OV_STATUS status = read(camera, feature, nullptr, &size);
+        std::vector<Element> content(size);
+        return status == OV_STATUS_SUCCESS ? read(camera, feature, content.data(), &size) : status;
     }
     OV_STATUS ReadEntries(Feature feature) const {
         uint32_t count = 0;
@@ -68,9 +63,9 @@ protected:
             case OV_FEATURE_TYPE_BOOL:
                 return OVGetBool(camera, feature, &flag);
             case OV_FEATURE_TYPE_STRING:
-                return ReadText(feature);
+                return ReadTwice(OVGetString, feature);
             case OV_FEATURE_TYPE_BUFFER:
-                return ReadBytes(feature);
+                return ReadTwice(OVGetBuffer, feature);
             default:
                 return OV_STATUS_ERROR_TYPE;
         }

@@ -6,8 +6,7 @@
 #include <thread>
 
 #include "GigeProducerTest.h"
-#include "framework/Backend.h"
-#include "gige/stream/StreamFeatures.h"
+#include "StreamFeatureAddress.h"
 #include "simulator/device/CameraDevice.h"
 
 /// Registers of the camera's own features.
@@ -32,19 +31,11 @@ protected:
         ASSERT_EQ(Write<uint32_t>(way.port, kWidth, 640), 0) << LastError();
         ASSERT_EQ(Write<uint32_t>(way.port, kHeight, 480), 0) << LastError();
     }
-    uint64_t StreamAddress(const std::string& name) {
-        const std::string xml = OvGige::WithStreamFeatures(
-            OvProducer::OwnDescription(OvProducer::ModuleKind::Stream).xml);
-        const size_t at = std::min(xml.find("<IntReg Name=\"" + name + "\""),
-                                   xml.find("<IntReg Name=\"" + name + "Reg\""));
-        const std::string mark = "<Address>";
-        return std::stoull(xml.substr(xml.find(mark, at) + mark.size(), 6), nullptr, 16);
-    }
     uint64_t Counter(const std::string& name) {
-        return Read<uint64_t>(Way().stream, StreamAddress(name));
+        return Read<uint64_t>(Way().stream, StreamFeatureAddress(name));
     }
     void Set(const std::string& name, int64_t value) {
-        ASSERT_EQ(Write(Way().stream, StreamAddress(name), value), 0) << LastError();
+        ASSERT_EQ(Write(Way().stream, StreamFeatureAddress(name), value), 0) << LastError();
     }
     void Start(size_t buffers) {
         const auto payload = Read<uint32_t>(Way().port, kPayload);
