@@ -2,8 +2,9 @@
 // datagrams into memory of a frame's size and looks at nothing. Processes of their own send them
 // at a set rate, one for each camera: over the loopback adapter, or from a network of their own.
 // CPU time of the receiving threads counts.
-// Usage: gige_bench [ADDRESS NETWORK]
-//     ADDRESS  this end's of a cable, NETWORK the name of the network at its other end
+// Usage: gige_bench [ADDRESS NETWORK [TEXT]]
+//     ADDRESS  this end's of a cable, NETWORK the name of the network at its other end;
+//     TEXT     only rows whose name contains it
 
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -14,11 +15,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -379,20 +384,36 @@ void Measure(const Load& load, const Way& way) {
     std::fflush(stdout);
 }
 
+/// What came of the frames that were sent, and the rate at which they were.
+struct Share {
+    double whole = 0;
+    double bytesPerSecond = 0;
+    bool operator<(const Share& other) const { return whole < other.whole; }
+};
+
+Share RunAtRate(const Load& load, const Way& way) {
+    const auto begin = steady_clock::now();
+    const Result result = RunReceiver<true>(load, way);
+    const double seconds = std::chrono::duration<double>(steady_clock::now() - begin).count();
+    return {result.whole,
+            static_cast<double>(load.frameSize) * (kWarmUp + load.Frames()) / seconds};
+}
+
 /// Up to which share of the rate that would fill the receiving thread's processor no frame is
-/// lost, where the senders can send so fast.
+/// lost, where the senders can send so fast. The median counts: a machine that stops for some
+/// milliseconds fills any socket.
 void FindRate(Load load, const Way& way) {
     const double full = 1e18 / RunReceiver<true>(load, way).nanoseconds;
     std::printf("%-26s %6.2f GB/s fill it; whole frames at", load.name, full / 1e9);
     for (const int share : {50, 60, 70, 80, 90}) {
         load.bytesPerSecond = full * share / 100;
-        const auto begin = steady_clock::now();
-        const Result result = RunReceiver<true>(load, way);
-        const double seconds = std::chrono::duration<double>(steady_clock::now() - begin).count();
-        const double rate =
-            static_cast<double>(load.frameSize) * (kWarmUp + load.Frames()) / seconds;
-        std::printf("  %d%%: %.1f%% (%.0f%% sent)", share, result.whole * 100,
-                    std::min(100.0, rate / full * 100));
+        std::array<Share, 3> rounds;
+        for (Share& round : rounds) {
+            round = RunAtRate(load, way);
+        }
+        std::sort(rounds.begin(), rounds.end());
+        std::printf("  %d%%: %.1f%% (%.0f%% sent)", share, rounds[1].whole * 100,
+                    std::min(100.0, rounds[1].bytesPerSecond / full * 100));
         std::fflush(stdout);
     }
     std::printf("\n");
@@ -402,7 +423,8 @@ void FindRate(Load load, const Way& way) {
 
 int main(int argc, char** argv) {
     Way way;
-    if (argc == 3) {
+    const std::string_view text = argc == 4 ? argv[3] : "";
+    if (argc >= 3) {
         const auto host = ParseIpv4(argv[1]);
         if (!host) {
             std::fprintf(stderr, "%s is no address\n", argv[1]);
@@ -412,13 +434,18 @@ int main(int argc, char** argv) {
     }
     std::printf("%-26s %9s %6s %6s %6s %9s %9s %9s %11s\n", "", "bare", "ratio", "joined", "goal",
                 "datagrams", "frames", "joined", "allocations");
-    for (const Load& load : kLoads) {
+    std::vector<Load> loads;
+    std::copy_if(std::begin(kLoads), std::end(kLoads), std::back_inserter(loads),
+                 [text](const Load& load) {
+                     return std::string_view(load.name).find(text) != std::string_view::npos;
+                 });
+    for (const Load& load : loads) {
         Measure(load, way);
     }
     std::printf(
         "CPU time of the receiving thread per GB, of the receiver in relation to the bare "
         "loop,\nwithout and with packets that the system joins; what came whole\n\n");
-    for (const Load& load : kLoads) {
+    for (const Load& load : loads) {
         if (load.cameras == 1) {
             FindRate(load, way);
         }

@@ -168,8 +168,7 @@ struct Variables {
 };
 
 template <class Parser, class Number, class Compiled>
-void MeasureFormula(const char* kind, const Compiled& compiled) {
-    constexpr const char* kFormula = "(A+B*C-2)/(B+1)";
+void MeasureFormula(const char* kind, const char* formula, const Compiled& compiled) {
     Parser parser;
     for (const char* name : {"A", "B", "C"}) {
         parser.AddVariable(name);
@@ -179,7 +178,7 @@ void MeasureFormula(const char* kind, const Compiled& compiled) {
         asm volatile("" : : "r"(&variables) : "memory");
         Keep(compiled(variables));
     });
-    const double compile = Nanoseconds(kCalls / 10, [&] { Keep(parser.Compile(kFormula, false)); });
+    const double compile = Nanoseconds(kCalls / 10, [&] { Keep(parser.Compile(formula, false)); });
     parser.GetVariableSlot(0) = variables.a;
     parser.GetVariableSlot(1) = variables.b;
     parser.GetVariableSlot(2) = variables.c;
@@ -188,10 +187,21 @@ void MeasureFormula(const char* kind, const Compiled& compiled) {
         Keep(parser.Evaluate(result));
         Keep(result);
     });
-    std::printf("%s formula %s\n", kind, kFormula);
+    std::printf("%s formula %s\n", kind, formula);
     Print("  compiled by the C++ compiler", reference, reference);
     Print("  evaluated", evaluate, reference);
     Print("  compiled", compile, reference);
+}
+
+template <class Parser, class Number>
+void MeasureFormulas(const char* kind) {
+    using V = Variables<Number>;
+    MeasureFormula<Parser, Number>(kind, "(A+B*C-2)/(B+1)",
+                                   [](const V& v) { return (v.a + v.b * v.c - 2) / (v.b + 1); });
+    // How cameras compute their frame rate: the longer of two times takes effect.
+    MeasureFormula<Parser, Number>(kind, "(A+B>C)?(1000000/(A+B)):(1000000/C)", [](const V& v) {
+        return v.a + v.b > v.c ? 1000000 / (v.a + v.b) : 1000000 / v.c;
+    });
 }
 
 void MeasureEnumeration(Camera& camera) {
@@ -234,10 +244,8 @@ void MeasureAll() {
     const IdleThread idle;
     Camera camera(Features());
     MeasureAccess(camera);
-    MeasureFormula<MathParser, double>(
-        "double", [](const Variables<double>& v) { return (v.a + v.b * v.c - 2) / (v.b + 1); });
-    MeasureFormula<Int64MathParser, int64_t>(
-        "integer", [](const Variables<int64_t>& v) { return (v.a + v.b * v.c - 2) / (v.b + 1); });
+    MeasureFormulas<MathParser, double>("double");
+    MeasureFormulas<Int64MathParser, int64_t>("integer");
     MeasureEnumeration(camera);
 }
 

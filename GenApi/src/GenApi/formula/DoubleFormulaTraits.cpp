@@ -13,9 +13,6 @@ namespace GenApi_3_0_ORVANE {
 
 namespace {
 
-/// Divisors below this magnitude count as zero: a sum of floats that should be zero seldom is.
-constexpr double kSmallestDivisor = 0x1p-52;
-
 /// The bit operations of floats work on 32 bits: descriptions mask register values with them.
 /// What doesn't fit is refused rather than cut.
 bool ToInt32(double value, int32_t& number) {
@@ -80,18 +77,14 @@ size_t DoubleFormulaTraits::ParseNumber(std::string_view text, double& number) {
 
 /// Results that overflow are infinities, which no limit admits.
 const char* DoubleFormulaTraits::Apply(FormulaOp op, double left, double right, double& result) {
-    if (ApplyTest(op, left, right, result)) {
-        return nullptr;
-    }
     int32_t leftBits = 0;
     int32_t rightBits = 0;
     switch (op) {
-        case FormulaOp::Divide:
         case FormulaOp::Modulo:
-            if (std::fabs(right) < kSmallestDivisor) {
-                return kInfinity;
+            if (const char* const error = Divide(left, right, result)) {
+                return error;
             }
-            result = op == FormulaOp::Divide ? left / right : std::fmod(left, right);
+            result = std::fmod(left, right);
             return nullptr;
         case FormulaOp::Power:
             result = std::pow(left, right);

@@ -252,7 +252,7 @@ private:
         if (m_Depth != 1) {
             EmitFailure(kInvalid);
         }
-        // One value more: the top of an empty stack is the one before the first.
+        // One more: a loaded value sends the one before it to the stack, the first an empty one.
         m_Parser.m_Stack.assign(std::max(m_MaxDepth, MathParserT::kReserved) + 1, Value());
         return nullptr;
     }
@@ -267,27 +267,28 @@ private:
         PushValue();
     }
 
-    /// Where the right side was just loaded, the operator takes it from its slot.
+    /// Values that were just loaded are taken from their slots instead.
     void EmitOperator(FormulaOp op) {
-        auto& program = m_Parser.m_Program;
-        const bool isLoaded = !program.empty() && program.back().code == Code::Load;
-        Instruction& instruction = isLoaded ? program.back() : Emit(Code::Operator);
-        instruction.code = CodeOf(op, isLoaded);
+        const Code code = !LoadsLast(1)   ? Code::Operator
+                          : !LoadsLast(2) ? Code::OperatorSlot
+                                          : Code::OperatorSlots;
+        if (code == Code::OperatorSlots) {
+            const size_t right = m_Parser.m_Program.back().slot;
+            m_Parser.m_Program.pop_back();
+            Instruction& load = m_Parser.m_Program.back();
+            load.left = static_cast<uint32_t>(load.slot);
+            load.slot = right;
+        }
+        Instruction& instruction = code == Code::Operator ? Emit(code) : m_Parser.m_Program.back();
+        instruction.code = code;
         instruction.detail = static_cast<uint8_t>(op);
         PopValues(1);
     }
 
-    static Code CodeOf(FormulaOp op, bool fromSlot) {
-        switch (op) {
-            case FormulaOp::Add:
-                return fromSlot ? Code::AddSlot : Code::Add;
-            case FormulaOp::Subtract:
-                return fromSlot ? Code::SubtractSlot : Code::Subtract;
-            case FormulaOp::Multiply:
-                return fromSlot ? Code::MultiplySlot : Code::Multiply;
-            default:
-                return fromSlot ? Code::OperatorSlot : Code::Operator;
-        }
+    /// Whether the instruction that is so many from the end loads a value.
+    bool LoadsLast(size_t distance) const {
+        const auto& program = m_Parser.m_Program;
+        return program.size() >= distance && program[program.size() - distance].code == Code::Load;
     }
 
     void EmitPrefix(const Entry& prefix) {

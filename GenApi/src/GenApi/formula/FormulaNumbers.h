@@ -4,6 +4,7 @@
 /// depends on the user's locale.
 
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string_view>
@@ -37,12 +38,34 @@ size_t ParseHex(std::string_view text, Value& number) {
     return end == begin ? 1 : static_cast<size_t>(end - text.data());
 }
 
-/// Comparisons and logic, which are alike for both kinds of numbers. A truth is 1, for use in
-/// further calculations.
-template <class Value>
-bool ApplyTest(FormulaOp op, Value left, Value right, Value& result) {
+/// Divisors below this magnitude count as zero: a sum of floats that should be zero seldom is.
+inline const char* DoubleFormulaTraits::Divide(double left, double right, double& result) {
+    constexpr double kSmallestDivisor = 0x1p-52;
+    if (std::fabs(right) < kSmallestDivisor) {
+        return kInfinity;
+    }
+    result = left / right;
+    return nullptr;
+}
+
+/// Applies an operator between two values. What formulas use most is here, so that it takes no
+/// call. A truth is 1, for use in further calculations.
+template <class Traits, class Value = typename Traits::Value>
+[[gnu::always_inline]] inline const char* ApplyOperator(FormulaOp op, Value left, Value right,
+                                                        Value& result) {
     bool truth = false;
     switch (op) {
+        case FormulaOp::Add:
+            result = Traits::Add(left, right);
+            return nullptr;
+        case FormulaOp::Subtract:
+            result = Traits::Subtract(left, right);
+            return nullptr;
+        case FormulaOp::Multiply:
+            result = Traits::Multiply(left, right);
+            return nullptr;
+        case FormulaOp::Divide:
+            return Traits::Divide(left, right, result);
         case FormulaOp::NotEqual:
             truth = left != right;
             break;
@@ -67,11 +90,16 @@ bool ApplyTest(FormulaOp op, Value left, Value right, Value& result) {
         case FormulaOp::Less:
             truth = left < right;
             break;
-        default:
-            return false;
+        default: {
+            // Memory of its own, so that the caller's result can be in a register.
+            Value computed{};
+            const char* const error = Traits::Apply(op, left, right, computed);
+            result = computed;
+            return error;
+        }
     }
     result = truth ? Value(1) : Value(0);
-    return true;
+    return nullptr;
 }
 
 /// Operators that the compiler accepts as text and no number knows. The dollar sign

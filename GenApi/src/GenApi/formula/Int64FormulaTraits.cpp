@@ -45,27 +45,27 @@ size_t Int64FormulaTraits::ParseNumber(std::string_view text, int64_t& number) {
     return static_cast<size_t>(end - text.data());
 }
 
+/// The lowest number divided by -1 has no result in 64 bits; processors stop the program there.
+const char* Int64FormulaTraits::Divide(int64_t left, int64_t right, int64_t& result) {
+    if (right == 0) {
+        return kInfinity;
+    }
+    result = right == -1 ? Subtract(0, left) : left / right;
+    return nullptr;
+}
+
 /// Unsigned throughout, so that an overflow wraps rather than being undefined.
 const char* Int64FormulaTraits::Apply(FormulaOp op, int64_t left, int64_t right, int64_t& result) {
-    if (ApplyTest(op, left, right, result)) {
-        return nullptr;
-    }
     constexpr uint64_t kShiftMask = 63;
     const auto a = static_cast<uint64_t>(left);
     const auto b = static_cast<uint64_t>(right);
     switch (op) {
-        case FormulaOp::Divide:
         case FormulaOp::Modulo:
             if (right == 0) {
                 return kInfinity;
             }
-            // The lowest number divided by -1 has no result in 64 bits; processors stop the
-            // program there.
-            if (right == -1) {
-                result = op == FormulaOp::Divide ? static_cast<int64_t>(0 - a) : 0;
-            } else {
-                result = op == FormulaOp::Divide ? left / right : left % right;
-            }
+            // As in a division.
+            result = right == -1 ? 0 : left % right;
             return nullptr;
         case FormulaOp::Power:
             result = TruncateToInt64(

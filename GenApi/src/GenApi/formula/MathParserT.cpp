@@ -4,6 +4,7 @@
 #include "formula/MathParserT.h"
 
 #include "formula/FormulaCompiler.h"
+#include "formula/FormulaNumbers.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -25,58 +26,45 @@ const char* MathParserT<Traits>::Evaluate(Value& result) {
         return kInvalid;
     }
     const Value* const slots = m_Slots.data();
-    Value* top = m_Stack.data();
+    // The topmost value, which stays in a register; the others are on the stack.
+    Value value{};
+    Value* end = m_Stack.data();
     for (const Instruction& instruction : m_Program) {
         const char* error = nullptr;
+        const auto op = static_cast<FormulaOp>(instruction.detail);
         switch (instruction.code) {
             case Code::Load:
-                *++top = slots[instruction.slot];
-                break;
-            case Code::Add:
-                --top;
-                *top = Traits::Add(top[0], top[1]);
-                break;
-            case Code::Subtract:
-                --top;
-                *top = Traits::Subtract(top[0], top[1]);
-                break;
-            case Code::Multiply:
-                --top;
-                *top = Traits::Multiply(top[0], top[1]);
-                break;
-            case Code::AddSlot:
-                *top = Traits::Add(*top, slots[instruction.slot]);
-                break;
-            case Code::SubtractSlot:
-                *top = Traits::Subtract(*top, slots[instruction.slot]);
-                break;
-            case Code::MultiplySlot:
-                *top = Traits::Multiply(*top, slots[instruction.slot]);
+                *end++ = value;
+                value = slots[instruction.slot];
                 break;
             case Code::Operator:
-                --top;
-                error =
-                    Traits::Apply(static_cast<FormulaOp>(instruction.detail), top[0], top[1], *top);
+                error = ApplyOperator<Traits>(op, *--end, value, value);
                 break;
             case Code::OperatorSlot:
-                error = Traits::Apply(static_cast<FormulaOp>(instruction.detail), *top,
-                                      slots[instruction.slot], *top);
+                error = ApplyOperator<Traits>(op, value, slots[instruction.slot], value);
                 break;
-            case Code::Complement:
-                error = Traits::Complement(*top, *top);
+            case Code::OperatorSlots:
+                *end++ = value;
+                error = ApplyOperator<Traits>(op, slots[instruction.left], slots[instruction.slot],
+                                              value);
                 break;
+            case Code::Complement: {
+                Value complement{};
+                error = Traits::Complement(value, complement);
+                value = complement;
+                break;
+            }
             case Code::Function:
-                *top = Traits::Call(static_cast<FormulaFunction>(instruction.detail), *top);
+                value = Traits::Call(static_cast<FormulaFunction>(instruction.detail), value);
                 break;
             case Code::RoundAt:
-                --top;
                 if constexpr (Traits::HasFunctions) {
-                    *top = RoundAt(top[0], top[1]);
+                    value = RoundAt(*--end, value);
                 }
                 break;
             case Code::Select:
-                top -= 2;
-                *top = top[0] != 0 ? top[1] : top[2];
+                end -= 2;
+                value = end[0] != 0 ? end[1] : value;
                 break;
             case Code::Fail:
                 error = instruction.text;
@@ -86,7 +74,7 @@ const char* MathParserT<Traits>::Evaluate(Value& result) {
             return error;
         }
     }
-    result = *top;
+    result = value;
     return nullptr;
 }
 

@@ -95,18 +95,13 @@ public:
     const char* Evaluate(Value& result);
 
 private:
-    /// An arithmetic operator takes either both values from the stack or the right one from a
-    /// slot, because most have a variable or a number there.
+    /// An operator takes both values from the stack, the right one from a slot, or both from
+    /// slots, because most have variables or numbers there.
     enum class Code : uint8_t {
         Load,
-        Add,
-        Subtract,
-        Multiply,
-        AddSlot,
-        SubtractSlot,
-        MultiplySlot,
         Operator,
         OperatorSlot,
+        OperatorSlots,
         Complement,
         Function,
         RoundAt,
@@ -116,6 +111,7 @@ private:
     struct Instruction {
         Code code;
         uint8_t detail;  ///< which operator or function
+        uint32_t left;   ///< the slot of the left value, if it comes from one
         union {
             size_t slot;
             const char* text;
@@ -153,7 +149,8 @@ struct DoubleFormulaTraits {
     static Value Multiply(Value left, Value right) { return left * right; }
     /// Reads the number at the beginning of a text and returns its length.
     static size_t ParseNumber(std::string_view text, Value& number);
-    /// All other operators.
+    static const char* Divide(Value left, Value right, Value& result);
+    /// The operators that aren't the same for all numbers, except those above.
     static const char* Apply(FormulaOp op, Value left, Value right, Value& result);
     static const char* Complement(Value operand, Value& result);
     static Value Call(FormulaFunction function, Value operand);
@@ -175,6 +172,7 @@ struct Int64FormulaTraits {
         return static_cast<Value>(static_cast<uint64_t>(left) * static_cast<uint64_t>(right));
     }
     static size_t ParseNumber(std::string_view text, Value& number);
+    static const char* Divide(Value left, Value right, Value& result);
     static const char* Apply(FormulaOp op, Value left, Value right, Value& result);
     static const char* Complement(Value operand, Value& result);
     static Value Call(FormulaFunction function, Value operand);
