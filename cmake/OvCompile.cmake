@@ -88,3 +88,12 @@ function(ov_object_library target)
   target_include_directories(${target} PUBLIC ${ARG_INCLUDE})
   target_link_libraries(${target} PUBLIC ${ARG_LINK})
 endfunction()
+
+# ov_compile_together(<target>...)
+# Compiles the sources of each target in one batch where the library is built for delivery: most
+# of the time of a batch goes to headers that the next one would read again.
+function(ov_compile_together)
+  if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    set_target_properties(${ARGV} PROPERTIES UNITY_BUILD_BATCH_SIZE 0)
+  endif()
+endfunction()

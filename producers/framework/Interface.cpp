@@ -15,9 +15,6 @@ PortFacts PortFactsOf(const Session& session, const InterfaceFacts& facts) {
             "TLInterface", session.facts.version, "InterfacePort"};
 }
 
-// Time-out of a list update that a feature starts, in milliseconds.
-constexpr uint64_t kFeatureUpdateTimeout = 200;
-
 }  // namespace
 
 InfoValue InterfaceInfo(const InterfaceFacts& facts, GenTL::INTERFACE_INFO_CMD command) {

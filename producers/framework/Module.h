@@ -26,6 +26,9 @@ public:
     virtual const Port& GetPort() const = 0;
 };
 
+/// Time-out of a list update that a feature starts, in milliseconds.
+inline constexpr uint64_t kFeatureUpdateTimeout = 200;
+
 /// A module of the tree. Its handle is invalid as soon as its close begins. A call that
 /// is under way then may still use the object.
 class Module : public PortObject {

@@ -32,9 +32,6 @@ PortFacts PortFactsOf(const ProducerFacts& facts) {
     return {facts.id, facts.vendor, facts.model, facts.tlType, "TLSystem", facts.version, "TLPort"};
 }
 
-// Time-out of a list update that a feature starts, in milliseconds.
-constexpr uint64_t kFeatureUpdateTimeout = 200;
-
 }  // namespace
 
 InfoValue ProducerInfo(const ProducerFacts& facts, GenTL::TL_INFO_CMD command) {
