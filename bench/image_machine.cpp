@@ -1,11 +1,8 @@
-// Like the library, allows instruction sets that are only used where they pay.
-#define HWY_WANT_AVX3_DL
-
 #include "image_machine.h"
 
-#include <hwy/targets.h>
-
 #include <fstream>
+
+#include "support/InstructionSets.h"
 
 #ifdef OV_BENCH_OPENCV
 #include <opencv2/core/version.hpp>
@@ -37,12 +34,6 @@ std::string ProcessorText() {
            ProcessorField("model") + ")";
 }
 
-/// The best instruction set that the library can use: the one with the lowest bit.
-std::string VectorText() {
-    const int64_t targets = hwy::SupportedTargets() & HWY_TARGETS;
-    return hwy::TargetName(targets & -targets);
-}
-
 /// The other libraries of the comparison.
 std::string RivalText() {
     std::string text;
@@ -58,8 +49,8 @@ std::string RivalText() {
 }  // namespace
 
 std::string MachineText() {
-    return ProcessorText() + "; vectors up to " + VectorText() + "; " OV_BENCH_COMPILER +
-           RivalText();
+    return ProcessorText() + "; vectors up to " + QyVectors::NameOf(QyVectors::BestSet()) +
+           "; " OV_BENCH_COMPILER + RivalText();
 }
 
 }  // namespace ImageBench

@@ -5,6 +5,7 @@
 
 #include "bayer/BayerAdaptive.h"
 #include "bayer/BayerVector.h"
+#include "support/InstructionSets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "bayer/BayerAdaptiveVector.cpp"
@@ -273,9 +274,9 @@ namespace QyBayer {
 
 namespace {
 
-HWY_EXPORT(InsideToThreeBytes);
-HWY_EXPORT(InsideToFourBytes);
-HWY_EXPORT(InsideToThreeWords);
+QY_DISPATCH(InsideToThreeBytes);
+QY_DISPATCH(InsideToFourBytes);
+QY_DISPATCH(InsideToThreeWords);
 
 /// Interpolates pixel by pixel where no vector fits, and where an image is so small that
 /// its border is copied from pixels that depend on the old content of the destination.
@@ -290,15 +291,15 @@ void FinishAdaptive(const Image<Sample, Width>& image, Layout layout, bool isDon
 }  // namespace
 
 void InterpolateAdaptive(const Image<uint8_t, 3>& image, Layout layout) {
-    FinishAdaptive(image, layout, HWY_DYNAMIC_DISPATCH(InsideToThreeBytes)(image, layout));
+    FinishAdaptive(image, layout, InsideToThreeBytes(image, layout));
 }
 
 void InterpolateAdaptive(const Image<uint8_t, 4>& image, Layout layout) {
-    FinishAdaptive(image, layout, HWY_DYNAMIC_DISPATCH(InsideToFourBytes)(image, layout));
+    FinishAdaptive(image, layout, InsideToFourBytes(image, layout));
 }
 
 void InterpolateAdaptive(const Image<Word, 3>& image, Layout layout) {
-    FinishAdaptive(image, layout, HWY_DYNAMIC_DISPATCH(InsideToThreeWords)(image, layout));
+    FinishAdaptive(image, layout, InsideToThreeWords(image, layout));
 }
 
 }  // namespace QyBayer

@@ -2,6 +2,8 @@
 
 #include "bayer/BayerVector.h"
 
+#include "support/InstructionSets.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "bayer/BayerVector.cpp"
 #include <hwy/foreach_target.h>
@@ -197,20 +199,20 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace QyBayer {
 
-HWY_EXPORT(FastToThreeBytes);
-HWY_EXPORT(FastToFourBytes);
-HWY_EXPORT(FastToThreeWords);
+QY_DISPATCH(FastToThreeBytes);
+QY_DISPATCH(FastToFourBytes);
+QY_DISPATCH(FastToThreeWords);
 
 void InterpolateFast(const Image<uint8_t, 3>& image, Neighbours neighbours, Layout layout) {
-    HWY_DYNAMIC_DISPATCH(FastToThreeBytes)(image, neighbours, layout);
+    FastToThreeBytes(image, neighbours, layout);
 }
 
 void InterpolateFast(const Image<uint8_t, 4>& image, Neighbours neighbours, Layout layout) {
-    HWY_DYNAMIC_DISPATCH(FastToFourBytes)(image, neighbours, layout);
+    FastToFourBytes(image, neighbours, layout);
 }
 
 void InterpolateFast(const Image<Word, 3>& image, Neighbours neighbours, Layout layout) {
-    HWY_DYNAMIC_DISPATCH(FastToThreeWords)(image, neighbours, layout);
+    FastToThreeWords(image, neighbours, layout);
 }
 
 }  // namespace QyBayer

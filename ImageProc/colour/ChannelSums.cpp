@@ -2,12 +2,13 @@
 
 #include "colour/ChannelSums.h"
 
-#include <hwy/cache_control.h>
-
 #include <array>
+
+#include "support/InstructionSets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "colour/ChannelSums.cpp"
+#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -147,10 +148,10 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace QyWhiteBalance {
 
-HWY_EXPORT(SumLoop);
+QY_DISPATCH(SumLoop);
 
 Sums SumChannels(const uint8_t* pixels, size_t width, size_t height, size_t rowBytes) {
-    return HWY_DYNAMIC_DISPATCH(SumLoop)(pixels, width, height, rowBytes);
+    return SumLoop(pixels, width, height, rowBytes);
 }
 
 }  // namespace QyWhiteBalance

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "colour/ColourMatrix.h"
+#include "support/InstructionSets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "colour/ColourMatrixVector.cpp"
@@ -100,10 +101,10 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace QyColour {
 
-HWY_EXPORT(MixLoop);
+QY_DISPATCH(MixLoop);
 
 void MixColours(uint8_t* image, size_t pixels, const Matrix& matrix) {
-    HWY_DYNAMIC_DISPATCH(MixLoop)(image, pixels, matrix);
+    MixLoop(image, pixels, matrix);
 }
 
 }  // namespace QyColour

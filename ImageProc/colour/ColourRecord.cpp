@@ -48,14 +48,14 @@ using Words = std::array<int32_t, kCount>;
 /// Places in the matrix of the array's words: the diagonal comes first.
 constexpr std::array<size_t, kCount> kPlaces = {0, 4, 8, 1, 5, 2, 3, 7, 6};
 /// Added to the words that aren't on the diagonal, so that they aren't negative.
-constexpr int32_t kOffset = 256;
+constexpr int32_t kWordOffset = 256;
 
 /// The matrix at the neutral saturation, in 256ths, in the order of the array.
 Words NeutralWords(const QyColorCorrectionRecord& record) {
     const QyColour::RecordLock lock(record);
     Words words{};
     for (size_t i = 0; i < kCount; ++i) {
-        words[i] = record.table[kPlaces[i]][1] * 16 + (i < kDiagonal ? 0 : kOffset);
+        words[i] = record.table[kPlaces[i]][1] * 16 + (i < kDiagonal ? 0 : kWordOffset);
     }
     return words;
 }

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "support/InstructionSets.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "colour/ImproveVector.cpp"
 #include <hwy/foreach_target.h>
@@ -232,21 +234,21 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace QyImprove {
 
-HWY_EXPORT(CorrectRgb);
-HWY_EXPORT(CorrectBgr);
-HWY_EXPORT(CorrectRgba);
+QY_DISPATCH(CorrectRgb);
+QY_DISPATCH(CorrectBgr);
+QY_DISPATCH(CorrectRgba);
 
 void CorrectBySmallMatrix(const uint8_t* src, uint8_t* dst, size_t pixels, PixelOrder order,
                           const SmallMatrix& matrix, const uint8_t* tone) {
     switch (order) {
         case PixelOrder::Rgb:
-            HWY_DYNAMIC_DISPATCH(CorrectRgb)(src, dst, pixels, matrix, tone);
+            CorrectRgb(src, dst, pixels, matrix, tone);
             break;
         case PixelOrder::Bgr:
-            HWY_DYNAMIC_DISPATCH(CorrectBgr)(src, dst, pixels, matrix, tone);
+            CorrectBgr(src, dst, pixels, matrix, tone);
             break;
         case PixelOrder::Rgba:
-            HWY_DYNAMIC_DISPATCH(CorrectRgba)(src, dst, pixels, matrix, tone);
+            CorrectRgba(src, dst, pixels, matrix, tone);
             break;
     }
 }

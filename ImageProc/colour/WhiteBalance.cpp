@@ -14,15 +14,15 @@ using Means = std::array<double, 3>;
 /// Width of the border that doesn't count: its colours were interpolated from fewer
 /// samples.
 constexpr int32_t kBorder = 2;
-constexpr int32_t kLeast = 2 * kBorder + 1;
-constexpr size_t kPixelBytes = 3;
+constexpr int32_t kLeastSide = 2 * kBorder + 1;
+constexpr size_t kRgbBytes = 3;
 
 Means MeansOf(const uint8_t* image, int32_t width, int32_t height) {
     const auto innerWidth = static_cast<size_t>(width - 2 * kBorder);
     const auto innerHeight = static_cast<size_t>(height - 2 * kBorder);
-    const size_t rowBytes = static_cast<size_t>(width) * kPixelBytes;
-    const auto sums = QyWhiteBalance::SumChannels(
-        image + kBorder * rowBytes + kBorder * kPixelBytes, innerWidth, innerHeight, rowBytes);
+    const size_t rowBytes = static_cast<size_t>(width) * kRgbBytes;
+    const auto sums = QyWhiteBalance::SumChannels(image + kBorder * rowBytes + kBorder * kRgbBytes,
+                                                  innerWidth, innerHeight, rowBytes);
     const double count = static_cast<double>(innerWidth) * static_cast<double>(innerHeight);
     Means means{};
     std::transform(sums.begin(), sums.end(), means.begin(),
@@ -53,7 +53,8 @@ QY_STATUS QyGetWhiteBalanceRatio(const void* src, int32_t width, int32_t height,
     if (src == nullptr || ratio0 == nullptr || ratio1 == nullptr || ratio2 == nullptr) {
         return QY_PARAMETER_INVALID;
     }
-    if (width < kLeast || height < kLeast || !QySize::IsPossible(width, height, kPixelBytes)) {
+    if (width < kLeastSide || height < kLeastSide ||
+        !QySize::IsPossible(width, height, kRgbBytes)) {
         return QY_PARAMETER_OUT_OF_BOUND;
     }
     const Means means = MeansOf(static_cast<const uint8_t*>(src), width, height);

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "support/InstructionSets.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "convert/ConvertVector.cpp"
 #include <hwy/foreach_target.h>
@@ -176,20 +178,20 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace QyConvert {
 
-HWY_EXPORT(Unpack12Loop);
-HWY_EXPORT(Unpack10Loop);
-HWY_EXPORT(ReduceLoop);
+QY_DISPATCH(Unpack12Loop);
+QY_DISPATCH(Unpack10Loop);
+QY_DISPATCH(ReduceLoop);
 
 void Unpack12(const uint8_t* src, Word* dst, size_t pairs) {
-    HWY_DYNAMIC_DISPATCH(Unpack12Loop)(src, dst, pairs);
+    Unpack12Loop(src, dst, pairs);
 }
 
 void Unpack10(const uint8_t* src, Word* dst, size_t samples) {
-    HWY_DYNAMIC_DISPATCH(Unpack10Loop)(src, dst, samples);
+    Unpack10Loop(src, dst, samples);
 }
 
 void Reduce(const Word* src, uint8_t* dst, size_t samples, int shift) {
-    HWY_DYNAMIC_DISPATCH(ReduceLoop)(src, dst, samples, shift);
+    ReduceLoop(src, dst, samples, shift);
 }
 
 }  // namespace QyConvert

@@ -6,7 +6,7 @@
 namespace {
 
 constexpr int32_t kReach = QyDefect::kReach;
-constexpr int32_t kLeast = 2 * kReach + 1;
+constexpr int32_t kLeastLength = 2 * kReach + 1;
 
 template <class Sample>
 void RepairFrame(void* buffer, int32_t width, int32_t height, int32_t threshold) {
@@ -27,7 +27,7 @@ QY_STATUS QyAutoRawDefectivePixelCorrect(void* buffer, int32_t width, int32_t he
     if (buffer == nullptr) {
         return QY_PARAMETER_INVALID;
     }
-    if (width < kLeast || height < kLeast || bits < kByteBits || bits > kMostBits) {
+    if (width < kLeastLength || height < kLeastLength || bits < kByteBits || bits > kMostBits) {
         return QY_PARAMETER_OUT_OF_BOUND;
     }
     const int32_t threshold = kByteThreshold << (bits - kByteBits);

@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "filter/DefectRow.h"
+#include "support/InstructionSets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "filter/DefectVector.cpp"
@@ -79,15 +80,15 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace QyDefect {
 
-HWY_EXPORT(RepairBytes);
-HWY_EXPORT(RepairWords);
+QY_DISPATCH(RepairBytes);
+QY_DISPATCH(RepairWords);
 
 void RepairRow(uint8_t* row, size_t width, int32_t threshold) {
-    HWY_DYNAMIC_DISPATCH(RepairBytes)(row, width, threshold);
+    RepairBytes(row, width, threshold);
 }
 
 void RepairRow(Word* row, size_t width, int32_t threshold) {
-    HWY_DYNAMIC_DISPATCH(RepairWords)(row, width, threshold);
+    RepairWords(row, width, threshold);
 }
 
 }  // namespace QyDefect

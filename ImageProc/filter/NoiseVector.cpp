@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "filter/NoiseRow.h"
+#include "support/InstructionSets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "filter/NoiseVector.cpp"
@@ -155,16 +156,16 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace QyNoise {
 
-HWY_EXPORT(KeepLoop);
-HWY_EXPORT(ReduceLoop);
+QY_DISPATCH(KeepLoop);
+QY_DISPATCH(ReduceLoop);
 
 void KeepRow(const uint8_t* row, size_t width, const KeptRow& kept) {
-    HWY_DYNAMIC_DISPATCH(KeepLoop)(row, width, kept);
+    KeepLoop(row, width, kept);
 }
 
 void ReduceRow(const KeptRows& rows, const uint8_t* tolerances, uint8_t* dst, size_t width,
                size_t radius) {
-    HWY_DYNAMIC_DISPATCH(ReduceLoop)(rows, tolerances, dst, width, radius);
+    ReduceLoop(rows, tolerances, dst, width, radius);
 }
 
 }  // namespace QyNoise

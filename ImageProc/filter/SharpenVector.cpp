@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "filter/SharpenRow.h"
+#include "support/InstructionSets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "filter/SharpenVector.cpp"
@@ -241,31 +242,31 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace QySharpen {
 
-HWY_EXPORT(KeepOneByte);
-HWY_EXPORT(KeepThreeBytes);
-HWY_EXPORT(SharpenOneByte);
-HWY_EXPORT(SharpenThreeBytes);
+QY_DISPATCH(KeepOneByte);
+QY_DISPATCH(KeepThreeBytes);
+QY_DISPATCH(SharpenOneByte);
+QY_DISPATCH(SharpenThreeBytes);
 
 template <>
 void KeepRow<1>(const uint8_t* row, size_t width, const KeptRow& kept) {
-    HWY_DYNAMIC_DISPATCH(KeepOneByte)(row, width, kept);
+    KeepOneByte(row, width, kept);
 }
 
 template <>
 void KeepRow<3>(const uint8_t* row, size_t width, const KeptRow& kept) {
-    HWY_DYNAMIC_DISPATCH(KeepThreeBytes)(row, width, kept);
+    KeepThreeBytes(row, width, kept);
 }
 
 template <>
 void SharpenRow<1>(const KeptRows& rows, const uint8_t* src, uint8_t* dst, size_t width,
                    int32_t strength) {
-    HWY_DYNAMIC_DISPATCH(SharpenOneByte)(rows, src, dst, width, strength);
+    SharpenOneByte(rows, src, dst, width, strength);
 }
 
 template <>
 void SharpenRow<3>(const KeptRows& rows, const uint8_t* src, uint8_t* dst, size_t width,
                    int32_t strength) {
-    HWY_DYNAMIC_DISPATCH(SharpenThreeBytes)(rows, src, dst, width, strength);
+    SharpenThreeBytes(rows, src, dst, width, strength);
 }
 
 }  // namespace QySharpen

@@ -1,14 +1,14 @@
 // Mirroring and turning in whole vectors, compiled once for each instruction set.
 
-#include <hwy/cache_control.h>
-
 #include <algorithm>
 #include <cstring>
 
 #include "geometry/Geometry.h"
+#include "support/InstructionSets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "geometry/GeometryVector.cpp"
+#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -194,11 +194,11 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace QyGeometry {
 
-HWY_EXPORT(ReverseRowsLoop);
-HWY_EXPORT(TransposeLoop);
+QY_DISPATCH(ReverseRowsLoop);
+QY_DISPATCH(TransposeLoop);
 
 void ReverseRows(const uint8_t* src, uint8_t* dst, size_t width, size_t height) {
-    HWY_DYNAMIC_DISPATCH(ReverseRowsLoop)(src, dst, width, height);
+    ReverseRowsLoop(src, dst, width, height);
 }
 
 void ReverseOrderOfRows(const uint8_t* src, uint8_t* dst, size_t width, size_t height) {
@@ -208,15 +208,13 @@ void ReverseOrderOfRows(const uint8_t* src, uint8_t* dst, size_t width, size_t h
 }
 
 void TurnClockwise(const uint8_t* src, uint8_t* dst, size_t width, size_t height) {
-    HWY_DYNAMIC_DISPATCH(TransposeLoop)
-    (src + (height - 1) * width, -static_cast<ptrdiff_t>(width), dst,
-     static_cast<ptrdiff_t>(height), width, height);
+    TransposeLoop(src + (height - 1) * width, -static_cast<ptrdiff_t>(width), dst,
+                  static_cast<ptrdiff_t>(height), width, height);
 }
 
 void TurnCounterClockwise(const uint8_t* src, uint8_t* dst, size_t width, size_t height) {
-    HWY_DYNAMIC_DISPATCH(TransposeLoop)
-    (src, static_cast<ptrdiff_t>(width), dst + (width - 1) * height,
-     -static_cast<ptrdiff_t>(height), width, height);
+    TransposeLoop(src, static_cast<ptrdiff_t>(width), dst + (width - 1) * height,
+                  -static_cast<ptrdiff_t>(height), width, height);
 }
 
 }  // namespace QyGeometry

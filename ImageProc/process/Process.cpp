@@ -14,9 +14,9 @@
 
 namespace {
 
-constexpr uint32_t kLutSize = 256;
+constexpr uint32_t kLutEntries = 256;
 constexpr int32_t kFrameBits = 8;
-constexpr size_t kPixelBytes = 3;
+constexpr size_t kThreeBytes = 3;
 
 /// The checks that both functions begin with.
 template <class Record>
@@ -41,7 +41,7 @@ bool IsWhole(const void* table, uint32_t size, uint32_t wanted) {
 QY_STATUS CheckStages(const QyRawImgRecord& record) {
     constexpr uint32_t kParamSize = std::tuple_size_v<QyColour::Matrix> * sizeof *record.CCParam;
     if (!IsWhole(record.CCParam, record.CCParamSize, kParamSize) ||
-        !IsWhole(record.Lut, record.LutSize, kLutSize)) {
+        !IsWhole(record.Lut, record.LutSize, kLutEntries)) {
         return QY_PARAMETER_INVALID;
     }
     const bool isKnown = static_cast<uint32_t>(record.Method) <= QY_RAW2RGB_NEIGHBOUR3 &&
@@ -76,7 +76,7 @@ public:
             QyColour::MixColours(row, m_width, m_matrix);
         }
         if (m_lut != nullptr) {
-            QyTone::MapBytes(row, row, m_width * kPixelBytes, m_lut);
+            QyTone::MapBytes(row, row, m_width * kThreeBytes, m_lut);
         }
     }
 
@@ -103,7 +103,7 @@ void MakeColours(const void* src, void* dst, int32_t width, int32_t height,
 
 QY_STATUS QyRaw8ImgProcess(void* src, void* dst, int32_t width, int32_t height,
                            const QyRawImgRecord* record) {
-    QY_STATUS status = CheckFrame(src, dst, width, height, kPixelBytes, record);
+    QY_STATUS status = CheckFrame(src, dst, width, height, kThreeBytes, record);
     if (status == QY_OK) {
         status = CheckStages(*record);
     }
@@ -133,7 +133,7 @@ QY_STATUS QyMono8ImgProcess(void* src, void* dst, int32_t width, int32_t height,
     if (status != QY_OK) {
         return status;
     }
-    if (!IsWhole(record->Lut, record->LutSize, kLutSize)) {
+    if (!IsWhole(record->Lut, record->LutSize, kLutEntries)) {
         return QY_PARAMETER_INVALID;
     }
     const auto columns = static_cast<size_t>(width);

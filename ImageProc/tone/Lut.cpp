@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr uint32_t kGammaKind = 0;
-constexpr uint32_t kContrastKind = 1;
+constexpr uint32_t kGammaLut = 0;
+constexpr uint32_t kContrastLut = 1;
 constexpr uint16_t kLutSize = 256;
 
 /// What is left to do after the sizes were checked.
@@ -95,7 +95,7 @@ QY_STATUS QyGetGammatLut(uint32_t* lut, int32_t* size, double gamma) {
         lut[i] = static_cast<uint32_t>(std::pow(static_cast<double>(i) * (1 / kScale), 1 / gamma) *
                                        kScale);
     }
-    Finish(lut, kGammaKind, size);
+    Finish(lut, kGammaLut, size);
     return QY_OK;
 }
 
@@ -105,7 +105,7 @@ QY_STATUS QyGetContrastLut(int32_t contrast, uint32_t* lut, int32_t* size) {
     }
     const QY_STATUS status = QyTone::MakeContrastTable(contrast, QyTone::kRecordBits, lut);
     if (status == QY_OK) {
-        Finish(lut, kContrastKind, size);
+        Finish(lut, kContrastLut, size);
     }
     return status;
 }

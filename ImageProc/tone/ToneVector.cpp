@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "support/InstructionSets.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "tone/ToneVector.cpp"
 #include <hwy/foreach_target.h>
@@ -231,20 +233,20 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace QyTone {
 
-HWY_EXPORT(MapBytesLoop);
-HWY_EXPORT(SaturateLoop);
-HWY_EXPORT(ToGreyLoop);
+QY_DISPATCH(MapBytesLoop);
+QY_DISPATCH(SaturateLoop);
+QY_DISPATCH(ToGreyLoop);
 
 void MapBytes(const uint8_t* src, uint8_t* dst, size_t count, const uint8_t* table) {
-    HWY_DYNAMIC_DISPATCH(MapBytesLoop)(src, dst, count, table);
+    MapBytesLoop(src, dst, count, table);
 }
 
 void Saturate(const uint8_t* src, uint8_t* dst, size_t pixels, const SaturationMatrix& matrix) {
-    HWY_DYNAMIC_DISPATCH(SaturateLoop)(src, dst, pixels, matrix);
+    SaturateLoop(src, dst, pixels, matrix);
 }
 
 void ToGrey(const uint8_t* src, uint8_t* dst, size_t pixels) {
-    HWY_DYNAMIC_DISPATCH(ToGreyLoop)(src, dst, pixels);
+    ToGreyLoop(src, dst, pixels);
 }
 
 }  // namespace QyTone

@@ -10,16 +10,16 @@
 
 namespace {
 
-std::map<int64_t, size_t>& Counts() {
-    static std::map<int64_t, size_t> counts;
+std::map<QyVectors::InstructionSet, size_t>& Counts() {
+    static std::map<QyVectors::InstructionSet, size_t> counts;
     return counts;
 }
 
 class Summary : public testing::Environment {
 public:
     void TearDown() override {
-        for (const auto& [target, count] : Counts()) {
-            std::printf("[  CASES   ] %zu by %s\n", count, hwy::TargetName(target));
+        for (const auto& [set, count] : Counts()) {
+            std::printf("[  CASES   ] %zu by %s\n", count, QyVectors::NameOf(set));
         }
     }
 };
@@ -30,5 +30,5 @@ const testing::Environment* const kSummary =
 }  // namespace
 
 void CountCase() {
-    ++Counts()[hwy::SupportedAndGeneratedTargets().front()];
+    ++Counts()[QyVectors::ChosenSet()];
 }

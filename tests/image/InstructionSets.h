@@ -2,37 +2,30 @@
 /// Runs tests on each instruction set of the machine.
 
 #include <gtest/gtest.h>
-#include <hwy/targets.h>
 
 #include <cstddef>
-#include <cstdint>
-#include <set>
+
+#include "support/InstructionSets.h"
 
 /// Restricts the library to one instruction set during the object's lifetime.
 class OnlyInstructionSet {
 public:
-    explicit OnlyInstructionSet(int64_t target) { Allow(target); }
+    explicit OnlyInstructionSet(QyVectors::InstructionSet set) { QyVectors::Choose(set); }
     OnlyInstructionSet(const OnlyInstructionSet&) = delete;
     OnlyInstructionSet& operator=(const OnlyInstructionSet&) = delete;
-    ~OnlyInstructionSet() { Allow(0); }
-
-private:
-    static void Allow(int64_t targets) {
-        hwy::SetSupportedTargetsForTest(targets);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-    }
+    ~OnlyInstructionSet() { QyVectors::Choose(QyVectors::BestSet()); }
 };
 
 /// Calls `run` once with every instruction set that is compiled in and that the
 /// machine has.
 template <class Run>
 void WithEachInstructionSet(const Run& run) {
-    std::set<size_t> chosen;
-    for (const int64_t target : hwy::SupportedAndGeneratedTargets()) {
-        const OnlyInstructionSet only(target);
-        SCOPED_TRACE(hwy::TargetName(target));
-        EXPECT_TRUE(chosen.insert(hwy::GetChosenTarget().GetIndex()).second);
-        run();
+    for (size_t i = 0; i < QyVectors::kInstructionSets; ++i) {
+        const auto set = static_cast<QyVectors::InstructionSet>(i);
+        if (QyVectors::IsAvailable(set)) {
+            const OnlyInstructionSet only(set);
+            SCOPED_TRACE(QyVectors::NameOf(set));
+            run();
+        }
     }
-    EXPECT_FALSE(chosen.empty());
 }

@@ -148,6 +148,76 @@ TEST_F(ParserZip, TellsOfASpoiltStream) {
     ExpectFailure(archive, "Unzip failed in ParseXmlBuffer", "File unzip failed in ParseXmlFile.");
 }
 
+/// Where the directory's record of the first entry begins.
+size_t DirectoryOf(const std::string& archive) {
+    return archive.find("PK\x01\x02");
+}
+
+TEST_F(ParserZip, ReadsAnArchiveWithAComment) {
+    const std::string comment = "made by a camera, not PK\x05\x06";
+    std::string archive = ZipOf(m_Document, ZipWriter::Deflated);
+    archive[archive.size() - 2] = static_cast<char>(comment.size());
+    ParseMemory(archive + comment);
+    EXPECT_TRUE(IsDefined("A"));
+}
+
+TEST_F(ParserZip, ReadsAnArchiveWithBytesAfterIt) {
+    ParseMemory(ZipOf(m_Document, ZipWriter::Deflated) + std::string(1000, '\xFF'));
+    EXPECT_TRUE(IsDefined("A"));
+}
+
+TEST_F(ParserZip, TakesSizesFromTheDirectoryAlone) {
+    // Programs that write without going back leave them out before the data.
+    std::string archive = ZipOf(m_Document, ZipWriter::Deflated);
+    archive[6] = 8;
+    archive.replace(14, 12, 12, '\0');
+    ParseMemory(archive);
+    EXPECT_TRUE(IsDefined("A"));
+}
+
+TEST_F(ParserZip, TellsOfAnEncryptedEntry) {
+    std::string archive = ZipOf(m_Document);
+    archive[DirectoryOf(archive) + 8] = 1;
+    ExpectFailure(archive, "Unzip failed in ParseXmlBuffer", "File unzip failed in ParseXmlFile.");
+}
+
+TEST_F(ParserZip, TellsOfAMethodThatIsNotKnown) {
+    std::string archive = ZipOf(m_Document);
+    archive[DirectoryOf(archive) + 10] = 99;
+    ExpectFailure(archive, "Unzip failed in ParseXmlBuffer", "File unzip failed in ParseXmlFile.");
+}
+
+TEST_F(ParserZip, TellsOfADirectoryBeyondTheArchive) {
+    std::string archive = ZipOf(m_Document);
+    archive[archive.size() - 4] = '\x7F';
+    ExpectFailure(archive, "Invalid ZIP string in ParseXmlBuffer",
+                  "File open failed in ParseXmlFile.");
+}
+
+TEST_F(ParserZip, TellsOfAnEntryBeyondTheArchive) {
+    std::string archive = ZipOf(m_Document);
+    archive[DirectoryOf(archive) + 45] = '\x7F';
+    ExpectFailure(archive, "Unzip failed in ParseXmlBuffer", "File unzip failed in ParseXmlFile.");
+}
+
+TEST_F(ParserZip, FailsCleanlyForEverySpoiltByte) {
+    const std::string archive = ZipOf(m_Document, ZipWriter::Deflated);
+    for (size_t place = 0; place < archive.size(); ++place) {
+        for (const char value : {'\x00', '\x7F', '\xFF'}) {
+            std::string spoilt = archive;
+            spoilt[place] = value;
+            std::string text;
+            try {
+                CNodeDataMapFactory::ReadXmlBuffer(ContentType_ZippedXml, spoilt.data(),
+                                                   spoilt.size(), text);
+                EXPECT_EQ(text, m_Document) << place;
+            } catch (const GenICam_3_0_ORVANE::RuntimeException&) {
+                EXPECT_EQ(text, "") << place;
+            }
+        }
+    }
+}
+
 TEST_F(ParserZip, FailsCleanlyForEveryCutArchive) {
     const std::string archive = ZipOf(m_Document, ZipWriter::Deflated);
     for (size_t length = 0; length < archive.size(); ++length) {
