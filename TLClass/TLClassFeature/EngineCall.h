@@ -12,11 +12,18 @@ namespace OVTLClass {
 /// where a callback is registered.
 enum class EngineCallKind { Getter, Setter, Registration };
 
-/// Runs `call`. A failure of the engine is raised anew with its description
-/// and the caller's place; a failure of the transport model, which a port
+/// Where a call of the engine stands, which its failures name.
+struct EnginePlace {
+    const char* file;
+    int line;
+    const char* function;
+};
+
+/// Runs `call`, which gets the place. A failure of the engine is raised anew with its
+/// description and the place; a failure of the transport model, which a port
 /// raised beneath, passes as it is.
 template <EngineCallKind Kind, class Call>
-auto CallEngine(const char* file, int line, const char* function, const Call& call) {
+auto CallEngine(const EnginePlace& place, const Call& call) {
     namespace Engine = GenICam_3_0_ORVANE;
     constexpr bool kIsSetter = Kind == EngineCallKind::Setter;
     using AccessError = std::conditional_t<Kind == EngineCallKind::Registration, CUnexpectedError,
@@ -24,15 +31,15 @@ auto CallEngine(const char* file, int line, const char* function, const Call& ca
     using ArgumentError = std::conditional_t<kIsSetter, CInvalidParameterError, CUnexpectedError>;
     using RangeError = std::conditional_t<kIsSetter, COutOfRangeError, CUnexpectedError>;
     try {
-        return call();
+        return call(place);
     } catch (const Engine::AccessException& error) {
-        throw AccessError(error.GetDescription(), file, line, function);
+        throw AccessError(error.GetDescription(), place.file, place.line, place.function);
     } catch (const Engine::InvalidArgumentException& error) {
-        throw ArgumentError(error.GetDescription(), file, line, function);
+        throw ArgumentError(error.GetDescription(), place.file, place.line, place.function);
     } catch (const Engine::OutOfRangeException& error) {
-        throw RangeError(error.GetDescription(), file, line, function);
+        throw RangeError(error.GetDescription(), place.file, place.line, place.function);
     } catch (const Engine::GenericException& error) {
-        throw CUnexpectedError(error.GetDescription(), file, line, function);
+        throw CUnexpectedError(error.GetDescription(), place.file, place.line, place.function);
     }
 }
 
@@ -40,9 +47,10 @@ auto CallEngine(const char* file, int line, const char* function, const Call& ca
 
 // Each operation wraps all that it asks of the engine, the search for the node
 // included, so that the failure has its own name.
-#define OV_ENGINE_CALL(kind, call)                                                           \
-    ::OVTLClass::CallEngine<::OVTLClass::EngineCallKind::kind>(__FILE__, __LINE__, __func__, \
-                                                               [&] { return call; })
+#define OV_ENGINE_CALL(kind, call)                              \
+    ::OVTLClass::CallEngine<::OVTLClass::EngineCallKind::kind>( \
+        {__FILE__, __LINE__, __func__},                         \
+        [&]([[maybe_unused]] const ::OVTLClass::EnginePlace& enginePlace) { return call; })
 #define OV_ENGINE_GET(call) OV_ENGINE_CALL(Getter, call)
 #define OV_ENGINE_SET(call) OV_ENGINE_CALL(Setter, call)
 #define OV_ENGINE_REGISTER(call) OV_ENGINE_CALL(Registration, call)

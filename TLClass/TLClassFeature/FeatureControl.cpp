@@ -1,5 +1,6 @@
 #include "TLClassFeature/FeatureControl.h"
 
+#include "Base/Lock.h"
 #include "GenApi/IBoolean.h"
 #include "GenApi/ICommand.h"
 #include "GenApi/IEnumeration.h"
@@ -21,6 +22,14 @@ namespace {
 std::string NotImplementedText(CFeatureName name) {
     return std::string("The feature \"") + name.Get() + "\" is not implemented";
 }
+
+// Reads don't verify: a camera may have a value beyond its own limits, and whoever reads
+// has to see it. Writes do, so that the camera gets no value that it can't take.
+
+/// Reads a node's value, which the node may have kept.
+constexpr auto kValue = [](auto& node) { return node.GetValue(false, false); };
+/// Asks the camera.
+constexpr auto kValueOfCamera = [](auto& node) { return node.GetValue(false, true); };
 
 EAccessMode AccessModeOf(INode* node) {
     return node == nullptr ? NI : node->GetAccessMode();
@@ -66,11 +75,15 @@ INode& CFeatureControl::__GetGenAPINode(CFeatureName name) const {
     return *node;
 }
 
+/// What can only be written is refused to readers here, in the engine's words. The exception of
+/// the engine would have to be thrown a second time, as one of the transport model, and to throw
+/// takes longer than all the rest.
 template <class T>
-T& CFeatureControl::__GetNodeHandle(CFeatureName name) const {
+T& CFeatureControl::__GetNodeHandle(CFeatureName name, const EnginePlace* reader) const {
     INode& node = __GetGenAPINode(name);
+    const EAccessMode mode = node.GetAccessMode();
     // Before the type: a description may have a feature of any type that this camera lacks.
-    if (node.GetAccessMode() == NI) {
+    if (mode == NI) {
         OV_RAISE(CNotImplementedError, NotImplementedText(name));
     }
     const CKnownNode* const known = m_known.Find(name);
@@ -78,7 +91,33 @@ T& CFeatureControl::__GetNodeHandle(CFeatureName name) const {
     if (handle == nullptr) {
         OV_RAISE(CUnexpectedError, "Dynamic_cast failed");
     }
+    if (reader != nullptr && mode == WO) {
+        throw CInvalidAccessError("Node is not readable.", reader->file, reader->line,
+                                  reader->function);
+    }
     return *handle;
+}
+
+/// The lock is taken once: the node would take it for its access mode, and again for its value.
+/// Whoever is refused is told so without it. Inlined, because an exception takes longer with each
+/// function that it has to leave.
+template <class T, class Read>
+[[gnu::always_inline]] inline auto CFeatureControl::__Read(CFeatureName name,
+                                                           const EnginePlace& place,
+                                                           const Read& read) const {
+    const CKnownNode* const known = m_known.Find(name);
+    if (known == nullptr) {
+        // From here, the exception for a feature that the camera lacks has the shortest way.
+        static_cast<void>(__GetGenAPINode(name));
+    }
+    T* const handle = known == nullptr ? nullptr : known->As<T>();
+    if (handle != nullptr) {
+        const AutoLock lock(m_nodeMap->GetMap()->GetLock());
+        if (IsReadable(known->Node().GetAccessMode())) {
+            return read(*handle);
+        }
+    }
+    return read(__GetNodeHandle<T>(name, &place));
 }
 
 std::string CFeatureControl::DoGetFeatureDisplayName(CFeatureName name) const {
@@ -105,14 +144,12 @@ FEATURE_INT_RANGE CFeatureControl::DoGetIntRange(CFeatureName name) const {
     return OV_ENGINE_GET(RangeOf(__GetNodeHandle<IInteger>(name)));
 }
 
-// Reads don't verify: a camera may have a value beyond its own limits, and whoever reads
-// has to see it. Writes do, so that the camera gets no value that it can't take.
 int64_t CFeatureControl::DoGetInt(CFeatureName name) const {
-    return OV_ENGINE_GET(__GetNodeHandle<IInteger>(name).GetValue(false, false));
+    return OV_ENGINE_GET(__Read<IInteger>(name, enginePlace, kValue));
 }
 
 int64_t CFeatureControl::DoReadInt(CFeatureName name) const {
-    return OV_ENGINE_GET(__GetNodeHandle<IInteger>(name).GetValue(false, true));
+    return OV_ENGINE_GET(__Read<IInteger>(name, enginePlace, kValueOfCamera));
 }
 
 void CFeatureControl::DoSetInt(CFeatureName name, int64_t value) const {
@@ -124,7 +161,7 @@ FEATURE_FLOAT_RANGE CFeatureControl::DoGetFloatRange(CFeatureName name) const {
 }
 
 double CFeatureControl::DoGetFloat(CFeatureName name) const {
-    return OV_ENGINE_GET(__GetNodeHandle<IFloat>(name).GetValue(false, false));
+    return OV_ENGINE_GET(__Read<IFloat>(name, enginePlace, kValue));
 }
 
 void CFeatureControl::DoSetFloat(CFeatureName name, double value) const {
@@ -147,7 +184,8 @@ void CFeatureControl::DoGetEnumDescription(
 }
 
 int64_t CFeatureControl::DoGetEnum(CFeatureName name) const {
-    return OV_ENGINE_GET(__GetNodeHandle<IEnumeration>(name).GetIntValue(false, false));
+    return OV_ENGINE_GET(__Read<IEnumeration>(
+        name, enginePlace, [](IEnumeration& node) { return node.GetIntValue(false, false); }));
 }
 
 void CFeatureControl::DoSetEnum(CFeatureName name, int64_t value) const {
@@ -166,7 +204,7 @@ int64_t CFeatureControl::DoGetEnumEntryValue(CFeatureName name, const std::strin
 }
 
 bool CFeatureControl::DoGetBool(CFeatureName name) const {
-    return OV_ENGINE_GET(__GetNodeHandle<IBoolean>(name).GetValue(false, false));
+    return OV_ENGINE_GET(__Read<IBoolean>(name, enginePlace, kValue));
 }
 
 void CFeatureControl::DoSetBool(CFeatureName name, bool value) const {
@@ -178,11 +216,11 @@ int64_t CFeatureControl::DoGetMaxStringLength(CFeatureName name) const {
 }
 
 std::string CFeatureControl::DoGetString(CFeatureName name) const {
-    return ToStd(OV_ENGINE_GET(__GetNodeHandle<IString>(name).GetValue(false, false)));
+    return ToStd(OV_ENGINE_GET(__Read<IString>(name, enginePlace, kValue)));
 }
 
 std::string CFeatureControl::DoReadString(CFeatureName name) const {
-    return ToStd(OV_ENGINE_GET(__GetNodeHandle<IString>(name).GetValue(false, true)));
+    return ToStd(OV_ENGINE_GET(__Read<IString>(name, enginePlace, kValueOfCamera)));
 }
 
 void CFeatureControl::DoSetString(CFeatureName name, const std::string& value) const {
@@ -202,7 +240,9 @@ void CFeatureControl::DoGetBuffer(CFeatureName name, size_t size, uint8_t* buffe
     if (length > size) {
         OV_RAISE(CNeedMoreBufferError, "Need more buffer");
     }
-    OV_ENGINE_GET(__GetNodeHandle<IRegister>(name).Get(buffer, static_cast<int64_t>(length)));
+    OV_ENGINE_GET(__Read<IRegister>(name, enginePlace, [&](IRegister& node) {
+        node.Get(buffer, static_cast<int64_t>(length));
+    }));
 }
 
 void CFeatureControl::DoSetBuffer(CFeatureName name, size_t size, const uint8_t* buffer) const {

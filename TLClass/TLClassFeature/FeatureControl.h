@@ -12,6 +12,8 @@
 
 namespace OVTLClass {
 
+struct EnginePlace;
+
 /// Feature access over a node map, which outlives it.
 class CFeatureControl : public IFeatureControl {
 public:
@@ -64,8 +66,12 @@ public:
 private:
     GenApi_3_0_ORVANE::INode* __FindNode(CFeatureName name) const;
     GenApi_3_0_ORVANE::INode& __GetGenAPINode(CFeatureName name) const;
+    /// @param reader  of the call that reads the value; null for any other call
     template <class T>
-    T& __GetNodeHandle(CFeatureName name) const;
+    T& __GetNodeHandle(CFeatureName name, const EnginePlace* reader = nullptr) const;
+    /// Calls `read` with the node, for its value.
+    template <class T, class Read>
+    auto __Read(CFeatureName name, const EnginePlace& place, const Read& read) const;
     using HandleList = std::list<std::unique_ptr<CFeatureCallbackHandle>>;
 
     void __Keep(HandleList& handles);

@@ -1,6 +1,7 @@
 // The narrow front of a node map: plain values, and one family of exceptions.
 
 #include <array>
+#include <functional>
 
 #include "Base/GCException.h"
 #include "FeatureNodes.h"
@@ -102,6 +103,57 @@ TEST_F(Control, RaisesForAnUnknownName) {
 TEST_F(Control, RaisesForAFeatureThatIsNotImplementedLikeForAnUnknownOne) {
     EXPECT_RAISES(CNotImplementedError, "The feature \"Absent\" is not implemented",
                   control().DoGetInt("Absent"));
+}
+
+/// A feature of each type that can only be written.
+const std::string kWriteOnlyNodes = UncachedRegXml("Raw", 0, "WO") +
+                                    R"(<Integer Name="Width"><pValue>Raw</pValue></Integer>
+       <Float Name="Gain"><pValue>Raw</pValue></Float>
+       <Boolean Name="Active"><pValue>Raw</pValue></Boolean>
+       <Enumeration Name="Mode"><EnumEntry Name="Off"><Value>0</Value></EnumEntry>
+         <pValue>Raw</pValue></Enumeration>
+       <StringReg Name="Name"><Address>32</Address><Length>8</Length><AccessMode>WO</AccessMode>
+         <pPort>Device</pPort></StringReg>
+       <Register Name="Table"><Address>64</Address><Length>16</Length><AccessMode>WO</AccessMode>
+         <pPort>Device</pPort></Register>)";
+
+TEST(ControlOfWriteOnlyFeatures, RefusesReadsInTheEnginesWordsAndNamesTheRead) {
+    FeatureNodes nodes(kWriteOnlyNodes);
+    const CFeatureControl& control = nodes.Control();
+    std::array<uint8_t, 16> bytes{};
+    const auto expectRefused = [](const char* function, const std::function<void()>& read) {
+        const auto refused = Raised<CInvalidAccessError>(read);
+        EXPECT_EQ(refused.GetDescription(), "Node is not readable.");
+        EXPECT_EQ(refused.GetFunction(), function);
+    };
+    expectRefused("DoGetInt", [&] { control.DoGetInt("Width"); });
+    expectRefused("DoReadInt", [&] { control.DoReadInt("Width"); });
+    expectRefused("DoGetFloat", [&] { control.DoGetFloat("Gain"); });
+    expectRefused("DoGetBool", [&] { control.DoGetBool("Active"); });
+    expectRefused("DoGetEnum", [&] { control.DoGetEnum("Mode"); });
+    expectRefused("DoGetString", [&] { control.DoGetString("Name"); });
+    expectRefused("DoReadString", [&] { control.DoReadString("Name"); });
+    expectRefused("DoGetBuffer", [&] { control.DoGetBuffer("Table", bytes.size(), bytes.data()); });
+    try {
+        nodes.Node<GenApi_3_0_ORVANE::IInteger>("Width").GetValue();
+        ADD_FAILURE() << "the engine has no words";
+    } catch (const GenICam_3_0_ORVANE::AccessException& words) {
+        EXPECT_STREQ(words.GetDescription(), "Node is not readable.");
+    }
+}
+
+TEST(ControlOfWriteOnlyFeatures, FindsAnotherTypeBeforeItRefusesTheRead) {
+    FeatureNodes nodes(kWriteOnlyNodes);
+    EXPECT_UNEXPECTED(-1, "Dynamic_cast failed", nodes.Control().DoGetInt("Gain"));
+}
+
+TEST(ControlOfWriteOnlyFeatures, AnswersWhatIsNoRead) {
+    FeatureNodes nodes(kWriteOnlyNodes);
+    EXPECT_EQ(nodes.Control().DoGetBufferLength("Table"), 16U);
+    EXPECT_EQ(nodes.Control().DoGetEnumEntryNums("Mode"), 1U);
+    EXPECT_EQ(nodes.Control().DoGetMaxStringLength("Name"), 8);
+    nodes.Control().DoSetInt("Width", 48);
+    EXPECT_EQ(nodes.Port().Peek<int32_t>(0), 48);
 }
 
 TEST_F(Control, RaisesForAFeatureOfAnotherType) {
