@@ -191,6 +191,8 @@ public:
         static_cast<void>(function);
         static_cast<void>(command);
     }
+    /// Whether the stacked buffer query is answered. Producers of older versions haven't got it.
+    virtual bool OffersStack() { return true; }
     /// Changes the size that a query with a null buffer reports, and the number of bytes
     /// that an access to a port reports.
     virtual size_t ReportedSize(Function function, size_t size) {

@@ -45,8 +45,9 @@ private:
     std::set<std::string> m_texts;
 };
 
-// Handles count up, so that the buffers of a stream have places of their own. Facts that
-// lose their place to a later buffer are still found in the stream's list.
+// Handles that are valid at the same time differ in the digits above the step, so that the buffers
+// of a stream have places of their own. Facts that lose their place to a later buffer are still
+// found in the stream's list.
 constexpr size_t kPlaces = 1024;
 std::array<std::atomic<const BufferFacts*>, kPlaces> g_places{};
 

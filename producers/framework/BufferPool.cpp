@@ -267,13 +267,28 @@ std::shared_ptr<Buffer> BufferPool::TakeInput() {
 }
 
 std::shared_ptr<Buffer> BufferPool::WaitInput(const std::stop_token& stop) {
+    if (std::shared_ptr<Buffer> buffer = TakeInputSoon()) {
+        return buffer;
+    }
+    // Outlives the lock, because its destructor waits for the call, which takes the lock. That is
+    // so that no wait begins between the request and the wake-up.
+    const std::stop_callback wake(stop, [this] {
+        { const std::lock_guard lock(m_queues->mutex); }
+        m_inputReady.notify_all();
+    });
+    // A condition that knows of stops itself has a second mutex, for which a thread that was woken
+    // would wait again.
     std::unique_lock lock(m_queues->mutex);
-    const auto filled = [this] { return !m_queues->input.empty(); };
-    if (!filled()) {
+    m_inputReady.wait(lock, [&] { return !m_queues->input.empty() || stop.stop_requested(); });
+    return m_queues->input.empty() ? nullptr : TakeInputLocked();
+}
+
+std::shared_ptr<Buffer> BufferPool::TakeInputSoon() {
+    std::unique_lock lock(m_queues->mutex);
+    if (m_queues->input.empty()) {
         m_inputSpin.Spin(lock);
     }
-    const bool ready = m_inputReady.wait(lock, stop, filled);
-    return ready ? TakeInputLocked() : nullptr;
+    return m_queues->input.empty() ? nullptr : TakeInputLocked();
 }
 
 void BufferPool::Deliver(const std::shared_ptr<Buffer>& buffer, const FrameInfo& frame) {

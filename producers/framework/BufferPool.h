@@ -101,10 +101,12 @@ private:
     void OutputToIdle();
     void OutputToInput();
     std::shared_ptr<Buffer> TakeInputLocked();
+    /// Waits for the length of a spin. Null if no buffer was free by then.
+    std::shared_ptr<Buffer> TakeInputSoon();
 
     const std::string m_tlType;
     const std::shared_ptr<Queues> m_queues;
-    std::condition_variable_any m_inputReady;
+    std::condition_variable m_inputReady;
     SpinBeforeSleep m_inputSpin;
     std::vector<std::shared_ptr<Buffer>> m_announced;  ///< in the order of their indices
     std::unordered_map<const void*, std::shared_ptr<Buffer>> m_byHandle;

@@ -54,8 +54,8 @@ std::shared_ptr<Device> Device::Open(Session& session, std::weak_ptr<Interface> 
         remote->MakeReadOnly();
     }
     device->m_remote = std::make_shared<RemoteDevice>(std::move(remote));
-    session.handles.Add(device->m_remote);
-    session.handles.Add(device);
+    session.Add(device->m_remote);
+    session.Add(device);
     return device;
 }
 
@@ -102,7 +102,7 @@ std::shared_ptr<Stream> Device::OpenStream(const std::string& id) {
     }
     return m_streams.Open(id, [&] {
         auto stream = std::make_shared<Stream>(GetSession(), weak_from_this(), backend);
-        GetSession().handles.Add(stream);
+        GetSession().Add(stream);
         return stream;
     });
 }

@@ -69,16 +69,8 @@ InfoValue MessageInfo(std::span<const std::byte> entry, GenTL::EVENT_DATA_INFO_C
 
 void Event::GetData(void* buffer, size_t* size, uint64_t timeout) {
     RequirePointer(size, "The size");
-    const auto deadline = std::chrono::steady_clock::now() +
-                          std::chrono::milliseconds(std::min(timeout, kLongestWaitMs));
     std::unique_lock lock(m_mutex);
-    const auto ready = [this] { return m_closed || m_kills != 0 || Pending() != 0; };
-    if (timeout != 0 && !ready()) {
-        m_spin.Spin(lock);
-    }
-    if (timeout == GenTL::GENTL_INFINITE) {
-        m_wake.wait(lock, ready);
-    } else if (!m_wake.wait_until(lock, deadline, ready)) {
+    if (!IsReady() && !Wait(lock, timeout)) {
         lock.unlock();
         CheckAfterTimeout();
         throw Failure(GenTL::GC_ERR_TIMEOUT, "No event within the time-out");
@@ -93,6 +85,21 @@ void Event::GetData(void* buffer, size_t* size, uint64_t timeout) {
     }
     TakeFront(buffer);
     *size = needed;
+}
+
+bool Event::Wait(std::unique_lock<std::mutex>& lock, uint64_t timeout) {
+    if (timeout == 0) {
+        return false;
+    }
+    const auto deadline = std::chrono::steady_clock::now() +
+                          std::chrono::milliseconds(std::min(timeout, kLongestWaitMs));
+    m_spin.Spin(lock);
+    const auto ready = [this] { return IsReady(); };
+    if (timeout == GenTL::GENTL_INFINITE) {
+        m_wake.wait(lock, ready);
+        return true;
+    }
+    return m_wake.wait_until(lock, deadline, ready);
 }
 
 void Event::Kill() {

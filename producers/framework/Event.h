@@ -27,6 +27,7 @@ public:
     Event(GenTL::EVENT_TYPE type, std::mutex& mutex) : m_type(type), m_mutex(mutex) {}
 
     GenTL::EVENT_TYPE Type() const { return m_type; }
+    Event* AsEvent() final { return this; }
 
     /// Waits for the oldest entry and removes it from the queue. If `buffer` is null, the
     /// entry is dropped. Fails with -1011 after `timeout` milliseconds, with -1012 after
@@ -75,6 +76,11 @@ protected:
     bool Closed() const { return m_closed; }
 
 private:
+    /// Whether a wait has something to return.
+    bool IsReady() const { return m_closed || m_kills != 0 || Pending() != 0; }
+    /// Waits for that. Returns false after the time-out.
+    bool Wait(std::unique_lock<std::mutex>& lock, uint64_t timeout);
+
     const GenTL::EVENT_TYPE m_type;
     std::mutex& m_mutex;
     std::condition_variable m_wake;

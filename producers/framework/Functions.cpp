@@ -8,7 +8,7 @@ namespace {
 
 #define OV_PRODUCER_NAME(name, parameters) #name,
 constexpr std::array<std::string_view, kFunctionCount> kNames = {
-    OV_GENTL_FUNCTIONS(OV_PRODUCER_NAME)};
+    OV_GENTL_FUNCTIONS(OV_PRODUCER_NAME) OV_GENTL_OPTIONAL_FUNCTIONS(OV_PRODUCER_NAME)};
 #undef OV_PRODUCER_NAME
 
 }  // namespace

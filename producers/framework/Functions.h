@@ -1,5 +1,5 @@
 #pragma once
-/// The GenTL entry points as an enumeration, in the order of their table.
+/// The GenTL entry points as an enumeration, in the order of their tables.
 
 #include <cstddef>
 #include <string_view>
@@ -9,7 +9,10 @@
 namespace OvProducer {
 
 #define OV_PRODUCER_ENUMERATOR(name, parameters) name,
-enum class Function : size_t { OV_GENTL_FUNCTIONS(OV_PRODUCER_ENUMERATOR) Count };
+enum class Function : size_t {
+    OV_GENTL_FUNCTIONS(OV_PRODUCER_ENUMERATOR) OV_GENTL_OPTIONAL_FUNCTIONS(OV_PRODUCER_ENUMERATOR)
+        Count
+};
 #undef OV_PRODUCER_ENUMERATOR
 
 constexpr size_t kFunctionCount = static_cast<size_t>(Function::Count);

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -33,7 +34,8 @@ public:
 
     GenTL::INFO_DATATYPE Type() const { return m_type; }
     std::string_view Data() const {
-        return m_numberSize != 0 ? std::string_view(m_number.data(), m_numberSize) : m_bytes;
+        return m_bytes != nullptr ? std::string_view(*m_bytes)
+                                  : std::string_view(m_number.data(), m_numberSize);
     }
 
     /// Copies the value to the caller. If `buffer` is null, only sets `*size`. `type` may
@@ -42,11 +44,12 @@ public:
 
 private:
     InfoValue(GenTL::INFO_DATATYPE type, std::string bytes)
-        : m_type(type), m_bytes(std::move(bytes)) {}
+        : m_type(type), m_bytes(std::make_unique<const std::string>(std::move(bytes))) {}
+    explicit InfoValue(GenTL::INFO_DATATYPE type) : m_type(type) {}
 
     template <typename T>
     static InfoValue Raw(GenTL::INFO_DATATYPE type, T value) {
-        InfoValue number(type, {});
+        InfoValue number(type);
         static_assert(sizeof value <= sizeof number.m_number);
         std::memcpy(number.m_number.data(), &value, sizeof value);
         number.m_numberSize = sizeof value;
@@ -58,7 +61,7 @@ private:
     /// text takes longer to make.
     size_t m_numberSize = 0;
     std::array<char, sizeof(uint64_t)> m_number{};
-    std::string m_bytes;
+    std::unique_ptr<const std::string> m_bytes;  ///< null for a number
 };
 
 /// Fails with -1014, for a value that has no content at present.

@@ -14,7 +14,7 @@ std::shared_ptr<Event> Module::RegisterEvent(GenTL::EVENT_TYPE type) {
         throw Failure(GenTL::GC_ERR_RESOURCE_IN_USE, "The event is registered already");
     }
     std::shared_ptr<Event> event = MakeEvent(type);
-    m_session.handles.Add(event);
+    m_session.Add(event);
     m_events.emplace(type, event);
     return event;
 }

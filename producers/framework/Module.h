@@ -13,17 +13,25 @@
 
 namespace OvProducer {
 
-/// The objects that live from `GCInitLib` to `GCCloseLib`.
-struct Session {
+/// What lives from `GCInitLib` to `GCCloseLib`, and as long as one of its objects is in use.
+struct Session : std::enable_shared_from_this<Session> {
+    explicit Session(HandleTable& table) : handles(table) {}
+
+    /// Gives the object a handle. The session lives at least as long as the object.
+    void* Add(const std::shared_ptr<Object>& object) {
+        return handles.Add(object, shared_from_this());
+    }
+
+    HandleTable& handles;
     std::unique_ptr<ProducerBackend> producer;
     ProducerFacts facts;
-    HandleTable handles;
 };
 
 /// An object with a port.
 class PortObject : public Object {
 public:
     virtual const Port& GetPort() const = 0;
+    PortObject* AsPortObject() final { return this; }
 };
 
 /// Time-out of a list update that a feature starts, in milliseconds.

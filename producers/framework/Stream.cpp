@@ -93,12 +93,11 @@ void* Stream::Announce(void* memory, size_t size, void* userPointer) {
     const std::shared_ptr<Buffer> buffer = m_pool.MakeBuffer(memory, size, userPointer);
     // The handle is made first: as soon as the buffer is announced, another thread may
     // queue it by a flush, and an event may report its handle.
-    HandleTable& handles = GetSession().handles;
-    handles.Add(buffer);
+    GetSession().Add(buffer);
     try {
         m_pool.Announce(buffer, Handle());
     } catch (const Failure&) {
-        handles.Remove(buffer->Handle());
+        GetSession().handles.Remove(buffer->Handle());
         throw;
     }
     return buffer->Handle();

@@ -77,7 +77,7 @@ std::shared_ptr<Interface> System::OpenInterface(const std::string& id) {
     const std::shared_ptr<InterfaceBackend> backend = InterfaceNamed(id);
     return m_interfaces.Open(id, [&] {
         auto iface = std::make_shared<Interface>(GetSession(), weak_from_this(), backend);
-        GetSession().handles.Add(iface);
+        GetSession().Add(iface);
         return iface;
     });
 }

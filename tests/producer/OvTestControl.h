@@ -55,10 +55,9 @@
     /* Whether calls are watched, by default 1. With 0 no fault strikes and nothing is recorded,   \
        and a call takes as long as in other producers. */                                          \
     X(void, WatchCalls, (int on))                                                                  \
-    /* Whether the stacked buffer query is answered, by one call for each of its questions; by     \
-       default it's refused. The number of those answered since `Reset`. */                        \
+    /* Whether the stacked buffer query is answered; by default it's refused. Its questions can    \
+       be refused as those of `DSGetBufferInfo`. */                                                \
     X(void, OfferStack, (int on))                                                                  \
-    X(std::uint64_t, StackCount, (void))                                                           \
                                                                                                    \
     /* --- What happened. --- */                                                                   \
     /* Calls that entered the function, and those that ended well, since `Reset`. */               \

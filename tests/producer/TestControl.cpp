@@ -186,6 +186,10 @@ void OvTest_WatchCalls(int on) {
     World().faults.Watch(on != 0);
 }
 
+void OvTest_OfferStack(int on) {
+    World().faults.OfferStack(on != 0);
+}
+
 int OvTest_BlockCall(const char* function) {
     return OnFunction(function, [](Faults& f, Function id) { f.BlockCall(id, true); });
 }

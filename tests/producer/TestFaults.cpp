@@ -82,6 +82,7 @@ std::size_t Faults::ReportedSize(Function function, std::size_t size) {
 
 void Faults::Reset() {
     m_watching = true;
+    m_offersStack = false;
     const std::lock_guard lock(m_mutex);
     m_states = {};
     m_log.clear();

@@ -24,6 +24,7 @@ public:
     void Enter(Function function) override;
     void Leave(Function function) override;
     void Ask(Function function, std::int32_t command) override;
+    bool OffersStack() override { return m_offersStack; }
     std::size_t ReportedSize(Function function, std::size_t size) override;
 
     void Reset();
@@ -35,6 +36,7 @@ public:
     void DelayCall(Function function, unsigned milliseconds);
     void BlockCall(Function function, bool on);
     void Watch(bool on) { m_watching = on; }
+    void OfferStack(bool on) { m_offersStack = on; }
 
     std::uint64_t CallCount(Function function) const;
     std::uint64_t SuccessCount(Function function) const;
@@ -66,6 +68,7 @@ private:
     }
 
     std::atomic<bool> m_watching = true;
+    std::atomic<bool> m_offersStack = false;
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     std::array<State, OvProducer::kFunctionCount> m_states;

@@ -183,8 +183,6 @@ TestWorld::TestWorld() {
 
 void TestWorld::Reset() {
     faults.Reset();
-    offersStack = false;
-    stacks = 0;
     const std::lock_guard lock(m_mutex);
     const std::string tlType = TlTypeByFileName();
     for (const auto& iface : m_interfaces) {

@@ -3,7 +3,6 @@
 #ifndef OV_TEST_WORLD_H
 #define OV_TEST_WORLD_H
 
-#include <atomic>
 #include <condition_variable>
 #include <map>
 #include <memory>
@@ -67,8 +66,6 @@ public:
     static TestWorld& Instance();
 
     Faults faults;
-    std::atomic<bool> offersStack = false;
-    std::atomic<std::uint64_t> stacks = 0;
 
     void Reset();
     OvProducer::ProducerFacts Facts() const;

@@ -28,6 +28,7 @@ public:
 #define OV_GENTL_RESOLVE(name, parameters) \
     name = reinterpret_cast<GenTL::P##name>(dlsym(m_library, #name));
         OV_GENTL_FUNCTIONS(OV_GENTL_RESOLVE)
+        OV_GENTL_OPTIONAL_FUNCTIONS(OV_GENTL_RESOLVE)
 #undef OV_GENTL_RESOLVE
     }
     GenTLApi(const GenTLApi&) = delete;
@@ -38,6 +39,7 @@ public:
 
 #define OV_GENTL_MEMBER(name, parameters) GenTL::P##name name = nullptr;
     OV_GENTL_FUNCTIONS(OV_GENTL_MEMBER)
+    OV_GENTL_OPTIONAL_FUNCTIONS(OV_GENTL_MEMBER)
 #undef OV_GENTL_MEMBER
 
     /// The text of an information call, by `ask(type, buffer, size)`; "" when

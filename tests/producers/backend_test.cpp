@@ -79,9 +79,9 @@ protected:
     Backend() {
         auto producer = std::make_unique<FakeProducer>();
         m_interface = producer->m_interface;
-        m_session.producer = std::move(producer);
-        m_session.facts = m_session.producer->Facts();
-        m_system = std::make_shared<System>(m_session);
+        m_session->producer = std::move(producer);
+        m_session->facts = m_session->producer->Facts();
+        m_system = std::make_shared<System>(*m_session);
         m_system->UpdateInterfaces(0);
         m_adapter = m_system->OpenInterface("adapter");
         m_adapter->UpdateDevices(0);
@@ -101,7 +101,8 @@ protected:
         module.GetPort().Write(address, std::as_bytes(std::span(&value, 1)));
     }
 
-    Session m_session;
+    HandleTable m_handles;
+    const std::shared_ptr<Session> m_session = std::make_shared<Session>(m_handles);
     std::shared_ptr<FakeInterface> m_interface;
     std::shared_ptr<System> m_system;
     std::shared_ptr<Interface> m_adapter;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -129,6 +130,86 @@ TEST(Handles, KeepAnObjectThatIsInUse) {
     EXPECT_EQ(used->Handle(), handle);
 }
 
+TEST(Handles, AreFoundHoweverManyThereAre) {
+    constexpr std::size_t kCount = 1000;
+    HandleTable table;
+    std::vector<void*> handles;
+    for (std::size_t i = 0; i < kCount; ++i) {
+        handles.push_back(table.Add(std::make_shared<Buffer>()));
+    }
+    for (std::size_t i = 0; i < kCount; i += 2) {
+        table.Remove(handles[i]);
+    }
+    for (std::size_t i = 0; i < kCount; ++i) {
+        if (i % 2 == 0) {
+            EXPECT_EQ(CodeOf([&] { table.Get<Buffer>(handles[i]); }), GenTL::GC_ERR_INVALID_HANDLE);
+        } else {
+            EXPECT_EQ(table.Get<Buffer>(handles[i])->Handle(), handles[i]);
+        }
+    }
+}
+
+TEST(Handles, AreOfOneTableOnly) {
+    HandleTable table;
+    HandleTable other;
+    void* const handle = table.Add(std::make_shared<Buffer>());
+    EXPECT_NE(other.Add(std::make_shared<Buffer>()), handle);
+    EXPECT_EQ(CodeOf([&] { other.Get<Buffer>(handle); }), GenTL::GC_ERR_INVALID_HANDLE);
+    other.Remove(handle);
+    EXPECT_EQ(table.Get<Buffer>(handle)->Handle(), handle);
+}
+
+TEST(Handles, KeepTheOwnerAsLongAsTheObjectLives) {
+    HandleTable table;
+    auto owner = std::make_shared<int>(0);
+    const std::weak_ptr<int> watched = owner;
+    void* const handle = table.Add(std::make_shared<Buffer>(), owner);
+    owner = nullptr;
+    std::shared_ptr<Buffer> used = table.Get<Buffer>(handle);
+    table.Remove(handle);
+    EXPECT_FALSE(watched.expired());
+    used = nullptr;
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST(Handles, AreRemovedWithThoseOfTheSameOwner) {
+    HandleTable table;
+    const auto owner = std::make_shared<int>(0);
+    const auto another = std::make_shared<int>(0);
+    void* const first = table.Add(std::make_shared<Buffer>(), owner);
+    void* const second = table.Add(std::make_shared<Buffer>(), another);
+    void* const third = table.Add(std::make_shared<Buffer>(), owner);
+    table.RemoveAllOf(owner.get());
+    EXPECT_EQ(CodeOf([&] { table.Get<Buffer>(first); }), GenTL::GC_ERR_INVALID_HANDLE);
+    EXPECT_EQ(CodeOf([&] { table.Get<Buffer>(third); }), GenTL::GC_ERR_INVALID_HANDLE);
+    EXPECT_NE(table.Get<Buffer>(second), nullptr);
+    EXPECT_EQ(owner.use_count(), 1);
+}
+
+TEST(Handles, AreFoundWhileOthersComeAndGo) {
+    HandleTable table;
+    void* const handle = table.Add(std::make_shared<Buffer>());
+    std::atomic<bool> over = false;
+    {
+        std::vector<std::jthread> others;
+        for (int i = 0; i < 2; ++i) {
+            others.emplace_back([&] {
+                for (int round = 0; round < 2000; ++round) {
+                    void* const own = table.Add(std::make_shared<Buffer>());
+                    EXPECT_EQ(table.Get<Buffer>(own)->Handle(), own);
+                    table.Remove(own);
+                    EXPECT_EQ(CodeOf([&] { table.Get<Buffer>(own); }),
+                              GenTL::GC_ERR_INVALID_HANDLE);
+                }
+                over = true;
+            });
+        }
+        while (!over) {
+            EXPECT_EQ(table.Get<Buffer>(handle)->Handle(), handle);
+        }
+    }
+}
+
 TEST(SpinsBeforeSleep, EndWithTheLockHeldWhenNothingComes) {
     SpinBeforeSleep spin;
     std::mutex mutex;
@@ -182,7 +263,7 @@ TEST(Functions, KnowTheirNames) {
     EXPECT_EQ(NameOf(Function::DSQueueBuffer), "DSQueueBuffer");
     EXPECT_EQ(FunctionNamed("IFForceIp"), Function::IFForceIp);
     EXPECT_EQ(FunctionNamed("Nothing"), Function::Count);
-    EXPECT_EQ(kFunctionCount, 55U);
+    EXPECT_EQ(kFunctionCount, 56U);
 }
 
 TEST(Failures, LongTextsAreCut) {

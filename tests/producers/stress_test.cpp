@@ -70,29 +70,79 @@ TEST_F(Stress, StartAndStopWhileOthersWaitAndFlush) {
     }
 }
 
+/// Closes what `close` does under a thread that reads and one that waits for frames. Both shall end
+/// with the code of a closed module.
+template <typename Close>
+void CloseUnderCalls(const GenTLApi& api, const OpenCamera& opened, Close close) {
+    const auto isOfAClosedOne = [](GenTL::GC_ERROR code) {
+        return code == GenTL::GC_ERR_INVALID_HANDLE || code == GenTL::GC_ERR_NOT_INITIALIZED;
+    };
+    std::atomic<bool> over = false;
+    std::jthread reader([&] {
+        while (!over) {
+            std::uint32_t value = 0;
+            std::size_t size = sizeof value;
+            const GenTL::GC_ERROR code = api.GCReadPort(opened.port, 0x400, &value, &size);
+            EXPECT_TRUE(code == GenTL::GC_ERR_SUCCESS || isOfAClosedOne(code)) << code;
+            api.DSGetInfo(opened.stream, GenTL::STREAM_INFO_NUM_QUEUED, nullptr, nullptr, &size);
+        }
+    });
+    std::jthread waiter([&] {
+        GenTL::S_EVENT_NEW_BUFFER data{};
+        const GenTL::GC_ERROR code = opened.GetFrame(data, GenTL::GENTL_INFINITE);
+        EXPECT_TRUE(code == GenTL::GC_ERR_ABORT || isOfAClosedOne(code)) << code;
+    });
+    EXPECT_EQ(close(), 0);
+    over = true;
+}
+
 TEST_F(Stress, ClosingUnderOtherCallsEndsThemWithACode) {
     for (int round = 0; round < 20; ++round) {
         OpenCamera opened(api);
         opened.OpenStream();
         opened.RegisterNewBuffer();
-        std::atomic<bool> over = false;
+        CloseUnderCalls(api, opened, [&] { return api.DevClose(opened.device); });
+    }
+}
+
+TEST_F(Stress, ClosingTheProducerUnderOtherCallsEndsThemWithACode) {
+    for (int round = 0; round < 20; ++round) {
+        OpenCamera opened(api);
+        opened.OpenStream();
+        opened.RegisterNewBuffer();
+        CloseUnderCalls(api, opened, [&] { return api.GCCloseLib(); });
+        opened.library = false;
+    }
+}
+
+TEST_F(Stress, OneCameraIsReadWhileAnotherComesAndGoes) {
+    control.SetDeviceCount(0, 2);
+    camera.OpenDevice();
+    std::atomic<bool> over = false;
+    std::atomic<int> failures = 0;
+    {
         std::jthread reader([&] {
             while (!over) {
-                std::uint32_t value = 0;
-                std::size_t size = sizeof value;
-                api.GCReadPort(opened.port, 0x400, &value, &size);
-                api.DSGetInfo(opened.stream, GenTL::STREAM_INFO_NUM_QUEUED, nullptr, nullptr,
-                              &size);
+                std::uint32_t width = 0;
+                std::size_t size = sizeof width;
+                const GenTL::GC_ERROR code = api.GCReadPort(camera.port, 0x400, &width, &size);
+                failures += code == 0 && width == 64 ? 0 : 1;
             }
         });
-        std::jthread waiter([&] {
-            GenTL::S_EVENT_NEW_BUFFER data{};
-            const GenTL::GC_ERROR code = opened.GetFrame(data, GenTL::GENTL_INFINITE);
-            EXPECT_TRUE(code == GenTL::GC_ERR_ABORT || code == GenTL::GC_ERR_INVALID_HANDLE);
-        });
-        EXPECT_EQ(api.DevClose(opened.device), 0);
+        for (int round = 0; round < 100; ++round) {
+            GenTL::DEV_HANDLE device = nullptr;
+            GenTL::PORT_HANDLE port = nullptr;
+            std::uint32_t width = 0;
+            std::size_t size = sizeof width;
+            EXPECT_EQ(api.IFOpenDevice(camera.iface, "TestCamera0_1", 4, &device), 0);
+            EXPECT_EQ(api.DevGetPort(device, &port), 0);
+            EXPECT_EQ(api.GCReadPort(port, 0x400, &width, &size), 0);
+            EXPECT_EQ(api.DevClose(device), 0);
+            EXPECT_EQ(api.GCReadPort(port, 0x400, &width, &size), GenTL::GC_ERR_INVALID_HANDLE);
+        }
         over = true;
     }
+    EXPECT_EQ(failures, 0);
 }
 
 }  // namespace

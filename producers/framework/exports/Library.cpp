@@ -14,10 +14,11 @@ void Library::Init() {
     if (m_session) {
         throw Failure(GenTL::GC_ERR_RESOURCE_IN_USE, "The producer is initialised already");
     }
-    auto session = std::make_shared<Session>();
+    auto session = std::make_shared<Session>(m_handles);
     session->producer = MakeProducer();
     session->facts = session->producer->Facts();
     m_session = std::move(session);
+    m_isInitialised.store(true, std::memory_order_release);
 }
 
 void Library::Close() {
@@ -27,19 +28,26 @@ void Library::Close() {
         const std::lock_guard lock(m_mutex);
         session = std::exchange(m_session, nullptr);
         system = std::exchange(m_system, nullptr);
+        m_isInitialised.store(false, std::memory_order_release);
     }
     if (!session) {
-        throw Failure(GenTL::GC_ERR_NOT_INITIALIZED, "The producer isn't initialised");
+        ThrowNotInitialised();
     }
     if (system) {
         system->Close();
     }
+    // What other threads were just opening.
+    m_handles.RemoveAllOf(session.get());
+}
+
+void Library::ThrowNotInitialised() {
+    throw Failure(GenTL::GC_ERR_NOT_INITIALIZED, "The producer isn't initialised");
 }
 
 std::shared_ptr<Session> Library::Current() const {
     const std::lock_guard lock(m_mutex);
     if (!m_session) {
-        throw Failure(GenTL::GC_ERR_NOT_INITIALIZED, "The producer isn't initialised");
+        ThrowNotInitialised();
     }
     return m_session;
 }
@@ -64,11 +72,11 @@ void* Library::OpenSystem() {
         throw Failure(GenTL::GC_ERR_RESOURCE_IN_USE, "The system is open already");
     }
     m_system = std::make_shared<System>(*session);
-    return session->handles.Add(m_system);
+    return session->Add(m_system);
 }
 
 void Library::CloseSystem(void* handle) {
-    const std::shared_ptr<System> system = Current()->handles.Get<System>(handle);
+    const std::shared_ptr<System> system = Get<System>(handle);
     {
         const std::lock_guard lock(m_mutex);
         if (m_system != system) {

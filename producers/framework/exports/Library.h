@@ -1,6 +1,7 @@
 #pragma once
 /// The producer as a whole: whether it is initialised, and its one system module.
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 
@@ -22,6 +23,17 @@ public:
     /// Returns the session, which lives as long as the caller keeps the result. Fails
     /// with -1002 if there is none.
     std::shared_ptr<Session> Current() const;
+    /// Returns the object of the handle, whose session lives at least as long. Takes no lock but
+    /// the handle's own and counts nothing that other modules count: calls on several cameras
+    /// would slow each other down. Fails with -1002 without a session and with -1006 for a handle
+    /// that isn't that of such an object.
+    template <typename T>
+    std::shared_ptr<T> Get(const void* handle) const {
+        if (!m_isInitialised.load(std::memory_order_acquire)) {
+            ThrowNotInitialised();
+        }
+        return m_handles.Get<T>(handle);
+    }
 
     /// The facts on the producer, also before `Init`.
     ProducerFacts Facts() const;
@@ -32,7 +44,12 @@ public:
     void CloseSystem(void* handle);
 
 private:
+    [[noreturn]] static void ThrowNotInitialised();
+
+    /// Of all sessions, so that no call has to find out first which session it belongs to.
+    HandleTable m_handles;
     mutable std::mutex m_mutex;
+    std::atomic<bool> m_isInitialised = false;  ///< whether there is a session
     std::shared_ptr<Session> m_session;
     std::shared_ptr<System> m_system;
 };

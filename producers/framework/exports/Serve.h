@@ -20,6 +20,7 @@
 // Declares all functions, so that the compiler compares each definition with the table.
 #define OV_PRODUCER_DECLARE(name, parameters) OV_PRODUCER_EXPORT name parameters;
 OV_GENTL_FUNCTIONS(OV_PRODUCER_DECLARE)
+OV_GENTL_OPTIONAL_FUNCTIONS(OV_PRODUCER_DECLARE)
 #undef OV_PRODUCER_DECLARE
 
 namespace OvProducer {
@@ -65,8 +66,7 @@ GenTL::GC_ERROR Serve(Function function, Body&& body) noexcept {
 /// Runs `body` on the object that has the handle. The session lives at least as long.
 template <typename T, typename Body>
 void WorkOn(const void* handle, Body&& body) {
-    const std::shared_ptr<Session> session = Library::Instance().Current();
-    const std::shared_ptr<T> object = session->handles.Get<T>(handle);
+    const std::shared_ptr<T> object = Library::Instance().Get<T>(handle);
     std::forward<Body>(body)(*object);
 }
 

@@ -6,6 +6,50 @@
 
 using namespace OvProducer;
 
+namespace {
+
+/// Answers one question about a buffer. Nearly all are about a frame that the consumer holds. Its
+/// facts answer without a lock: as long as they have the frame, session, stream and buffer exist.
+void AnswerOnBuffer(GenTL::DS_HANDLE stream, GenTL::BUFFER_HANDLE buffer,
+                    GenTL::BUFFER_INFO_CMD command, const InfoTarget& target) {
+    constexpr Function kFunction = Function::DSGetBufferInfo;
+    const BufferFacts* const facts = BufferFacts::Find(buffer);
+    if (facts != nullptr && facts->HasFrameOf(stream, buffer)) {
+        Observer().Ask(kFunction, command);
+        if (const auto value = facts->TryAnswer(stream, buffer, command)) {
+            return Answer(kFunction, *value, target);
+        }
+    }
+    WorkOn<Stream>(stream, [&](const Stream& found) {
+        Observer().Ask(kFunction, command);
+        Answer(kFunction, found.BufferInfo(buffer, command), target);
+    });
+}
+
+/// Answers one of several questions. What can't be answered of it alone is its own result.
+void AnswerInStack(GenTL::DS_HANDLE stream, GenTL::BUFFER_HANDLE buffer,
+                   GenTL::DS_BUFFER_INFO_STACKED& question) {
+    // The entries are packed, which pointers can't be told.
+    GenTL::INFO_DATATYPE type = question.iType;
+    size_t size = question.iSize;
+    try {
+        AnswerOnBuffer(stream, buffer, question.iInfoCmd, {&type, question.pBuffer, &size});
+        question.iResult = GenTL::GC_ERR_SUCCESS;
+    } catch (const Failure& failure) {
+        // No question has an answer then.
+        if (failure.Code() == GenTL::GC_ERR_NOT_INITIALIZED ||
+            failure.Code() == GenTL::GC_ERR_INVALID_HANDLE ||
+            failure.Code() == GenTL::GC_ERR_INVALID_BUFFER) {
+            throw;
+        }
+        question.iResult = failure.Code();
+    }
+    question.iType = type;
+    question.iSize = size;
+}
+
+}  // namespace
+
 OV_PRODUCER_EXPORT DSAnnounceBuffer(GenTL::DS_HANDLE hDataStream, void* pBuffer, size_t iSize,
                                     void* pPrivate, GenTL::BUFFER_HANDLE* phBuffer) {
     return ServeOn<Stream>(Function::DSAnnounceBuffer, hDataStream, [&](Stream& stream) {
@@ -74,23 +118,22 @@ OV_PRODUCER_EXPORT DSQueueBuffer(GenTL::DS_HANDLE hDataStream, GenTL::BUFFER_HAN
 OV_PRODUCER_EXPORT DSGetBufferInfo(GenTL::DS_HANDLE hDataStream, GenTL::BUFFER_HANDLE hBuffer,
                                    GenTL::BUFFER_INFO_CMD iInfoCmd, OV_GENTL_INFO_TAIL) {
     return Serve(Function::DSGetBufferInfo, [&] {
-        const InfoTarget target{piType, pBuffer, piSize};
-        const auto answer = [&](const InfoValue& value) {
-            Answer(Function::DSGetBufferInfo, value, target);
-        };
-        // Nearly all questions are about a frame that the consumer holds. Its facts answer
-        // without a lock: as long as they have the frame, session, stream and buffer exist.
-        const BufferFacts* const facts = BufferFacts::Find(hBuffer);
-        if (facts != nullptr && facts->HasFrameOf(hDataStream, hBuffer)) {
-            Observer().Ask(Function::DSGetBufferInfo, iInfoCmd);
-            if (const auto value = facts->TryAnswer(hDataStream, hBuffer, iInfoCmd)) {
-                return answer(*value);
-            }
+        AnswerOnBuffer(hDataStream, hBuffer, iInfoCmd, {piType, pBuffer, piSize});
+    });
+}
+
+OV_PRODUCER_EXPORT DSGetBufferInfoStacked(GenTL::DS_HANDLE hDataStream,
+                                          GenTL::BUFFER_HANDLE hBuffer,
+                                          GenTL::DS_BUFFER_INFO_STACKED* pInfoStacked,
+                                          size_t iNumInfos) {
+    if (!Observer().OffersStack()) {
+        return GenTL::GC_ERR_NOT_IMPLEMENTED;
+    }
+    return Serve(Function::DSGetBufferInfoStacked, [&] {
+        RequirePointer(pInfoStacked, "The questions");
+        for (size_t i = 0; i < iNumInfos; ++i) {
+            AnswerInStack(hDataStream, hBuffer, pInfoStacked[i]);
         }
-        WorkOn<Stream>(hDataStream, [&](const Stream& stream) {
-            Observer().Ask(Function::DSGetBufferInfo, iInfoCmd);
-            answer(stream.BufferInfo(hBuffer, iInfoCmd));
-        });
     });
 }
 
