@@ -100,8 +100,7 @@ BUFFER_INFO CBuffer::GetBufferInfo() const {
     return COvInformationAgency::GetBufferInformationFromHandle(m_lib, m_stream, m_handle);
 }
 
-BUFFER_INFO CBuffer::GetAnnouncedInfo() {
-    BUFFER_INFO info;
+void CBuffer::GetAnnouncedInfo(BUFFER_INFO& info) {
     {
         const std::scoped_lock lock(m_queueMutex);
         info = m_announced;
@@ -114,7 +113,6 @@ BUFFER_INFO CBuffer::GetAnnouncedInfo() {
         const std::scoped_lock lock(m_queueMutex);
         m_announced = info;
     }
-    return info;
 }
 
 void CBuffer::CompleteFrameInfo(BUFFER_INFO& info) const {

@@ -45,10 +45,10 @@ public:
     size_t GetSize() const { return m_size; }
     /// All that the producer says of the frame in it, asked anew.
     BUFFER_INFO GetBufferInfo() const;
-    /// What can't change while the buffer is announced: its place and size, the technology
-    /// of the transport, and this object as user pointer. The producer is asked with the
-    /// first frame, and with each further one for what it has refused so far.
-    BUFFER_INFO GetAnnouncedInfo();
+    /// Fills in what can't change while the buffer is announced: its place and size, the
+    /// technology of the transport, and this object as user pointer. The producer is asked with
+    /// the first frame, and with each further one for what it has refused so far.
+    void GetAnnouncedInfo(BUFFER_INFO& info);
     /// Asks for those facts of the frame which the record doesn't have yet. Only what the
     /// records of an application have is asked for: each fact costs a call per frame.
     void CompleteFrameInfo(BUFFER_INFO& info) const;

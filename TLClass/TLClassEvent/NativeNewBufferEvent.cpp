@@ -69,7 +69,7 @@ void CNativeNewBufferEvent::GetBuffer(BUFFER_INFO& info, unsigned timeout) {
     if (buffer == nullptr) {
         OV_RAISE(CUnexpectedError, "pUserPointer should not be NULL");
     }
-    info = buffer->GetAnnouncedInfo();
+    buffer->GetAnnouncedInfo(info);
     // First: the producer isn't asked for what the camera's word overrules.
     __TakeFromCamera(info);
     buffer->CompleteFrameInfo(info);

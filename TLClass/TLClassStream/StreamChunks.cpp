@@ -67,7 +67,8 @@ bool CStreamChunks::__AttachByList(CNativeNewBufferEvent& event, CBuffer& buffer
 }
 
 void CStreamChunks::__AttachByLayout(CBuffer& buffer) {
-    BUFFER_INFO info = buffer.GetAnnouncedInfo();
+    BUFFER_INFO info;
+    buffer.GetAnnouncedInfo(info);
     buffer.CompleteFrameInfo(info);
     if (!info.sizeFilled.valid || !info.incomplete.valid || info.incomplete.value) {
         // A trailer where something is missing may be that of an earlier frame.
