@@ -417,16 +417,29 @@ FrameCost MedianCost(const std::vector<FrameCost>& rounds) {
     return cost;
 }
 
+/// What else there is while frames come at a pace.
+struct PaceScene {
+    const char* suffix;     ///< of the names of its rows
+    bool withSecondThread;  ///< where the other threads are; it computes all the time
+    bool inOneQuery;        ///< the producer answers all questions about a frame in one call
+    const char* text;
+};
+
+constexpr PaceScene kPaceScenes[] = {
+    {"", false, false, "nothing else runs"},
+    {", one query", false, true, "nothing else runs, the producer answers all in one call"},
+    {", busy", true, false, "a second thread computes there all the time"},
+};
+
 /// Rounds of library and bare hand-over alternate, since the machine's load changes.
-void MeasureAtPaces(TestProducer& producer, const Placement& placement, bool withSecondThread) {
+void MeasureAtPaces(TestProducer& producer, const Placement& placement, const PaceScene& scene) {
     constexpr int kPaceRounds = 5;
     Goals goals("frame_bench");
     Camera camera(producer, 640, 480);
-    std::printf(
-        "A frame on loan beside a bare hand-over, medians of %d rounds, %s;\n%s:\n", kPaceRounds,
-        placement.Text().c_str(),
-        withSecondThread ? "a second thread computes there all the time" : "nothing else runs");
-    const SecondThread second(placement, withSecondThread);
+    producer.OfferStack(scene.inOneQuery ? 1 : 0);
+    std::printf("A frame on loan beside a bare hand-over, medians of %d rounds, %s;\n%s:\n",
+                kPaceRounds, placement.Text().c_str(), scene.text);
+    const SecondThread second(placement, scene.withSecondThread);
     for (const unsigned perSecond : {30U, 200U, 1000U}) {
         std::vector<FrameCost> bare;
         std::vector<FrameCost> loan;
@@ -437,8 +450,8 @@ void MeasureAtPaces(TestProducer& producer, const Placement& placement, bool wit
         }
         const FrameCost cost = MedianCost(loan);
         const double base = MedianCost(bare).seconds;
-        goals.Print(std::to_string(perSecond) + " frames/s" + (withSecondThread ? ", busy" : ""),
-                    cost.seconds * 1e6, "us", cost.seconds / base);
+        goals.Print(std::to_string(perSecond) + " frames/s" + scene.suffix, cost.seconds * 1e6,
+                    "us", cost.seconds / base);
         if (cost.instructions) {
             std::printf("  %-46s %11.0f, without those of the system\n", "    instructions",
                         *cost.instructions);
@@ -454,8 +467,9 @@ int main() {
     TestProducer producer(OV_BENCH_STAGE "/KwTL.cti");
     {
         const Placement placement;
-        MeasureAtPaces(producer, placement, false);
-        MeasureAtPaces(producer, placement, true);
+        for (const PaceScene& scene : kPaceScenes) {
+            MeasureAtPaces(producer, placement, scene);
+        }
     }
     MediansOf(&BareHandOver).Print("bare hand-over");
     Measure(producer, 640, 480);
