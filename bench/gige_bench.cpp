@@ -29,6 +29,7 @@
 
 #include "CountingMemory.h"
 #include "Measure.h"
+#include "Pace.h"
 #include "TrainNote.h"
 #include "framework/BufferQueue.h"
 #include "gige/stream/StreamReceiver.h"
@@ -180,12 +181,21 @@ private:
     steady_clock::time_point m_due;
 };
 
-/// The sender in a process of its own, which ends with this one.
+/// The sender in a process of its own, which ends with this one. A single one has another
+/// processor than the calling thread.
 class SenderProcess {
 public:
-    SenderProcess(const Load& load, const Way& way, const Endpoint& to) : m_process(fork()) {
+    SenderProcess(const Load& load, const Way& way, const Endpoint& to)
+        : m_isPlaced(load.cameras == 1), m_process(fork()) {
         if (m_process < 0) {
             Fail("fork");
+        }
+        // A receiver that shares the sender's processor waits for its turn, which no adapter makes
+        // it do.
+        if (m_isPlaced && m_process == 0) {
+            m_placement.MoveToOthers();
+        } else if (m_isPlaced) {
+            m_placement.MoveToTaker();
         }
         if (m_process == 0) {
             prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -209,6 +219,8 @@ private:
         }
     }
 
+    const Placement m_placement;
+    const bool m_isPlaced;
     const pid_t m_process;
 };
 
