@@ -31,8 +31,10 @@ HandleTable::Place* HandleTable::PlaceAt(size_t index) const {
     if (index >= kPlaces) {
         return nullptr;
     }
-    const auto block = static_cast<size_t>(std::bit_width(index / kFirstBlock + 1)) - 1;
-    const size_t first = kFirstBlock * ((size_t{1} << block) - 1);
+    // The blocks before it have 1, 3, 7 and so on times the places of the first one.
+    const size_t number = index / kFirstBlock + 1;
+    const size_t first = kFirstBlock * (std::bit_floor(number) - 1);
+    const auto block = static_cast<size_t>(std::bit_width(number / 2));
     Place* const places = m_blocks[block].load(std::memory_order_acquire);
     return places == nullptr ? nullptr : places + (index - first);
 }
