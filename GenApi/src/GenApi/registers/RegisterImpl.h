@@ -13,7 +13,8 @@
 namespace GenApi_3_0_ORVANE {
 
 /// A range of bytes in a port, with a computed address and a cache by address.
-class CRegisterImpl : public CNodeImpl, public IBytesUser, virtual public IRegister {
+/// A base that isn't virtual would have each template above refer to tables of its own class.
+class CRegisterImpl : public CNodeImpl, virtual public IBytesUser, virtual public IRegister {
 public:
     void SetProperty(const CProperty& property) override;
     void FinalConstruct() override;
