@@ -10,142 +10,219 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "support/FastInterleave3-inl.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace QyNoise {
 namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
+using Bytes = hn::ScalableTag<uint8_t>;
 using Shorts = hn::ScalableTag<int16_t>;
-using Bytes = hn::Rebind<uint8_t, Shorts>;
 using Vector = hn::Vec<Shorts>;
 
-static_assert(HWY_MAX_BYTES <= kPadding);
+static_assert(2 * HWY_MAX_BYTES <= kPadding);
 
 constexpr size_t kPixelBytes = 3;
+/// Vectors of 16-bit lanes for the bytes of a vector.
+constexpr size_t kParts = HWY_TARGET == HWY_SCALAR ? 1 : 2;
 
-/// The bytes of some pixels, or values for them: one vector for each place within a
-/// pixel.
-struct Pixels {
-    Vector first;
-    Vector green;
-    Vector third;
+/// Lanes of 16 bits for the bytes of a vector.
+struct Wide {
+    Vector parts[kParts];
 };
 
-HWY_INLINE Pixels LoadPixels(const uint8_t* bytes) {
-    hn::Vec<Bytes> first;
-    hn::Vec<Bytes> green;
-    hn::Vec<Bytes> third;
-    hn::LoadInterleaved3(Bytes(), bytes, first, green, third);
-    const Shorts d;
-    return {hn::PromoteTo(d, first), hn::PromoteTo(d, green), hn::PromoteTo(d, third)};
+/// The bytes of some pixels, or values for them: one for each place within a pixel.
+template <class Values>
+struct Pixels {
+    Values first;
+    Values green;
+    Values third;
+};
+using BytePixels = Pixels<hn::Vec<Bytes>>;
+
+HWY_INLINE Wide Widen(hn::Vec<Bytes> bytes) {
+#if HWY_TARGET == HWY_SCALAR
+    return {{hn::PromoteTo(Shorts(), bytes)}};
+#else
+    const hn::Half<Bytes> half;
+    return {{hn::PromoteTo(Shorts(), hn::LowerHalf(half, bytes)),
+             hn::PromoteTo(Shorts(), hn::UpperHalf(half, bytes))}};
+#endif
 }
+
+/// Keeps some pixels at column `x`.
+HWY_INLINE void Keep(const BytePixels& pixels, const KeptRow& kept, size_t x) {
+    const Shorts d;
+    hn::StoreU(pixels.first, Bytes(), kept.first.reaches + x);
+    hn::StoreU(pixels.green, Bytes(), kept.green.reaches + x);
+    hn::StoreU(pixels.third, Bytes(), kept.third.reaches + x);
+    const Wide first = Widen(pixels.first);
+    const Wide green = Widen(pixels.green);
+    const Wide third = Widen(pixels.third);
+    for (size_t part = 0; part < kParts; ++part) {
+        const Vector own = green.parts[part];
+        const auto keep = [&](Vector values, int16_t* to) HWY_ATTR {
+            hn::StoreU(hn::ShiftLeft<4>(values), d, to + x + part * hn::Lanes(d));
+        };
+        keep(hn::Sub(first.parts[part], own), kept.first.values);
+        keep(own, kept.green.values);
+        keep(hn::Sub(third.parts[part], own), kept.third.values);
+    }
+}
+
+/// The sum of the differences between neighbours and the pixels in the middle, of which only
+/// those within reach count.
+///
+/// A neighbour takes three steps: its distance from the upper end of the range, one comparison
+/// for both ends, since what is above the range wraps, and one addition. Sums are of distances
+/// with 1 in the lowest four bits, which so count the neighbours; that many distances between
+/// the upper end and the middle, less the sum, are the differences. Lanes have signs, so
+/// half of their range is added for an unsigned comparison; as often as its top bit is summed,
+/// it is also in what the sum is taken from.
+class Differences {
+public:
+    HWY_INLINE Differences(const KeptChannel& centre, size_t x)
+        : Differences(hn::LoadU(Shorts(), centre.values + x), Reach(centre.reaches + x)) {}
+
+    HWY_INLINE void Add(const int16_t* neighbours) {
+        const Vector distance = hn::Sub(m_top, hn::LoadU(Shorts(), neighbours));
+        const auto isNear = hn::Lt(distance, m_limit);
+#if HWY_TARGET <= HWY_AVX3
+        // One instruction there; elsewhere a selection takes longer than a zero.
+        m_sum = hn::IfThenElse(isNear, hn::Add(m_sum, distance), m_sum);
+#else
+        m_sum = hn::Add(m_sum, hn::IfThenElseZero(isNear, distance));
+#endif
+    }
+
+    /// The middle, moved by a part of the sum, which is truncated towards zero.
+    /// @tparam Inverse 65536 divided by the divisor, rounded up
+    template <int16_t Inverse>
+    HWY_INLINE Vector Moved() const {
+        const Shorts d;
+        const Vector count = hn::And(m_sum, hn::Set(d, 15));
+        const Vector sum = hn::Sub(hn::Mul(count, m_step), m_sum);
+        const Vector part = hn::MulHigh(sum, hn::Set(d, Inverse));
+        const Vector rounding = hn::And(hn::BroadcastSignBit(sum), hn::Set(d, 16));
+        return hn::ShiftRight<4>(hn::Add(hn::Add(m_centre, part), rounding));
+    }
+
+private:
+    static constexpr int16_t kOne = 1;
+    static constexpr int16_t kHalfRange = -32768;
+
+    HWY_INLINE Differences(Vector centre, Vector reach)
+        : m_centre(centre),
+          m_step(hn::Or(reach, hn::Set(Shorts(), kOne | kHalfRange))),
+          m_top(hn::Add(centre, m_step)),
+          m_limit(hn::Add(m_step, hn::Or(reach, hn::Set(Shorts(), kOne)))),
+          m_sum(hn::Zero(Shorts())) {}
+
+    static HWY_INLINE Vector Reach(const uint8_t* reaches) {
+        const hn::Rebind<uint8_t, Shorts> narrow;
+        return hn::ShiftLeft<4>(hn::PromoteTo(Shorts(), hn::LoadU(narrow, reaches)));
+    }
+
+    Vector m_centre;
+    Vector m_step;
+    Vector m_top;
+    Vector m_limit;
+    Vector m_sum;
+};
+
+template <int16_t Inverse>
+HWY_INLINE Vector Moved(const KeptRows& rows, KeptChannel KeptRow::*channel, size_t x,
+                        size_t radius) {
+    Differences differences(rows[1].*channel, x);
+    const int16_t* const above = (rows[0].*channel).values + x;
+    const int16_t* const beside = (rows[1].*channel).values + x;
+    const int16_t* const below = (rows[2].*channel).values + x;
+    differences.Add(above - radius);
+    differences.Add(above);
+    differences.Add(above + radius);
+    differences.Add(beside - radius);
+    differences.Add(beside + radius);
+    differences.Add(below - radius);
+    differences.Add(below);
+    differences.Add(below + radius);
+    return differences.Moved<Inverse>();
+}
+
+/// The pixels at column `x` in lanes of 16 bits. Green is damped more than the differences of
+/// the others to it.
+HWY_INLINE Pixels<Vector> ReducedPart(const KeptRows& rows, size_t x, size_t radius) {
+    constexpr int16_t kFifteenth = 4370;
+    constexpr int16_t kNinth = 7282;
+    const Vector green = Moved<kFifteenth>(rows, &KeptRow::green, x, radius);
+    return {hn::Add(Moved<kNinth>(rows, &KeptRow::first, x, radius), green), green,
+            hn::Add(Moved<kNinth>(rows, &KeptRow::third, x, radius), green)};
+}
+
+#if HWY_TARGET == HWY_SCALAR
+
+HWY_INLINE BytePixels Reduced(const KeptRows& rows, size_t x, size_t radius) {
+    const Bytes d;
+    const auto pixels = ReducedPart(rows, x, radius);
+    return {hn::DemoteTo(d, pixels.first), hn::DemoteTo(d, pixels.green),
+            hn::DemoteTo(d, pixels.third)};
+}
+
+#else
 
 /// Limits to 0 .. 255.
-HWY_INLINE void StorePixels(const Pixels& pixels, uint8_t* bytes) {
-    const Bytes d;
-    hn::StoreInterleaved3(hn::DemoteTo(d, pixels.first), hn::DemoteTo(d, pixels.green),
-                          hn::DemoteTo(d, pixels.third), d, bytes);
+HWY_INLINE hn::Vec<Bytes> Narrow(Vector low, Vector high) {
+    const hn::Half<Bytes> half;
+    return hn::Combine(Bytes(), hn::DemoteTo(half, high), hn::DemoteTo(half, low));
 }
 
-HWY_INLINE Pixels LoadKept(const KeptRow& row, size_t x) {
-    const Shorts d;
-    return {hn::LoadU(d, row.first + x), hn::LoadU(d, row.green + x), hn::LoadU(d, row.third + x)};
+/// The pixels at column `x`.
+HWY_INLINE BytePixels Reduced(const KeptRows& rows, size_t x, size_t radius) {
+    const auto low = ReducedPart(rows, x, radius);
+    const auto high = ReducedPart(rows, x + hn::Lanes(Shorts()), radius);
+    return {Narrow(low.first, high.first), Narrow(low.green, high.green),
+            Narrow(low.third, high.third)};
 }
+
+#endif
 
 void KeepLoop(const uint8_t* row, size_t width, const KeptRow& kept) {
-    const Shorts d;
-    const auto keep = [&](const uint8_t* bytes, size_t x) HWY_ATTR {
-        const Pixels pixels = LoadPixels(bytes);
-        hn::StoreU(hn::Sub(pixels.first, pixels.green), d, kept.first + x);
-        hn::StoreU(pixels.green, d, kept.green + x);
-        hn::StoreU(hn::Sub(pixels.third, pixels.green), d, kept.third + x);
+    const size_t lanes = hn::Lanes(Bytes());
+    const auto load = [](const uint8_t* bytes) HWY_ATTR {
+        return QyBlocks::HWY_NAMESPACE::FastLoadInterleaved3Into<BytePixels>(Bytes(), bytes);
     };
-    const size_t lanes = hn::Lanes(d);
     size_t x = 0;
     for (; x + lanes <= width; x += lanes) {
-        keep(row + x * kPixelBytes, x);
+        Keep(load(row + x * kPixelBytes), kept, x);
     }
     if (x < width) {
         uint8_t rest[HWY_MAX_BYTES * kPixelBytes] = {};
         std::memcpy(rest, row + x * kPixelBytes, (width - x) * kPixelBytes);
-        keep(rest, x);
+        Keep(load(rest), kept, x);
     }
 }
 
-/// A quotient, truncated towards zero. The dividend is a sum of eight differences, each
-/// between -256 and 256.
-/// @tparam Inverse 65536 divided by the divisor, rounded up
-template <int16_t Inverse>
-HWY_INLINE Vector Part(Vector sum) {
-    const Vector sign = hn::BroadcastSignBit(sum);
-    const Vector part = hn::MulHigh(hn::Abs(sum), hn::Set(Shorts(), Inverse));
-    return hn::Sub(hn::Xor(part, sign), sign);
+void ToKeptLoop(const KeptRows& rows, size_t width, size_t radius, const KeptRow& result) {
+    for (size_t x = 0; x < width; x += hn::Lanes(Bytes())) {
+        Keep(Reduced(rows, x, radius), result, x);
+    }
 }
 
-/// Sums of the differences between neighbours and the pixels in the middle. Only those
-/// below a tolerance count.
-class Differences {
-public:
-    Differences(const Pixels& centre, const Pixels& tolerances)
-        : m_centre(centre),
-          m_tolerances(tolerances),
-          m_sums{hn::Zero(Shorts()), hn::Zero(Shorts()), hn::Zero(Shorts())} {}
-
-    HWY_INLINE void Add(const KeptRow& row, size_t x) {
-        const Pixels neighbours = LoadKept(row, x);
-        AddTo(m_sums.first, neighbours.first, m_centre.first, m_tolerances.first);
-        AddTo(m_sums.green, neighbours.green, m_centre.green, m_tolerances.green);
-        AddTo(m_sums.third, neighbours.third, m_centre.third, m_tolerances.third);
+void ToPixelsLoop(const KeptRows& rows, size_t width, size_t radius, uint8_t* row) {
+    const size_t lanes = hn::Lanes(Bytes());
+    const auto store = [](const BytePixels& pixels, uint8_t* bytes) HWY_ATTR {
+        QyBlocks::HWY_NAMESPACE::FastStoreInterleaved3(pixels.first, pixels.green, pixels.third,
+                                                       Bytes(), bytes);
+    };
+    size_t x = 0;
+    for (; x + lanes <= width; x += lanes) {
+        store(Reduced(rows, x, radius), row + x * kPixelBytes);
     }
-
-    /// Green is damped more than the differences of the others to it.
-    HWY_INLINE Pixels Result() const {
-        constexpr int16_t kFifteenth = 4370;
-        constexpr int16_t kNinth = 7282;
-        const Vector green = hn::Add(m_centre.green, Part<kFifteenth>(m_sums.green));
-        return {hn::Add(hn::Add(m_centre.first, green), Part<kNinth>(m_sums.first)), green,
-                hn::Add(hn::Add(m_centre.third, green), Part<kNinth>(m_sums.third))};
-    }
-
-private:
-    static HWY_INLINE void AddTo(Vector& sum, Vector neighbour, Vector centre, Vector tolerance) {
-        const Vector difference = hn::Sub(neighbour, centre);
-        const auto isNear = hn::Lt(hn::Abs(difference), tolerance);
-        sum = hn::Add(sum, hn::IfThenElseZero(isNear, difference));
-    }
-
-    Pixels m_centre;
-    Pixels m_tolerances;
-    Pixels m_sums;
-};
-
-HWY_INLINE Pixels Reduced(const KeptRows& rows, const uint8_t* tolerances, size_t x,
-                          size_t radius) {
-    Differences differences(LoadKept(rows[1], x), LoadPixels(tolerances + x * kPixelBytes));
-    differences.Add(rows[0], x - radius);
-    differences.Add(rows[0], x);
-    differences.Add(rows[0], x + radius);
-    differences.Add(rows[1], x - radius);
-    differences.Add(rows[1], x + radius);
-    differences.Add(rows[2], x - radius);
-    differences.Add(rows[2], x);
-    differences.Add(rows[2], x + radius);
-    return differences.Result();
-}
-
-void ReduceLoop(const KeptRows& rows, const uint8_t* tolerances, uint8_t* dst, size_t width,
-                size_t radius) {
-    const size_t lanes = hn::Lanes(Shorts());
-    const size_t end = width - radius;
-    size_t x = radius;
-    for (; x + lanes <= end; x += lanes) {
-        StorePixels(Reduced(rows, tolerances, x, radius), dst + x * kPixelBytes);
-    }
-    if (x < end) {
+    if (x < width) {
         uint8_t rest[HWY_MAX_BYTES * kPixelBytes];
-        StorePixels(Reduced(rows, tolerances, x, radius), rest);
-        std::memcpy(dst + x * kPixelBytes, rest, (end - x) * kPixelBytes);
+        store(Reduced(rows, x, radius), rest);
+        std::memcpy(row + x * kPixelBytes, rest, (width - x) * kPixelBytes);
     }
 }
 
@@ -157,15 +234,19 @@ HWY_AFTER_NAMESPACE();
 namespace QyNoise {
 
 QY_DISPATCH(KeepLoop);
-QY_DISPATCH(ReduceLoop);
+QY_DISPATCH(ToKeptLoop);
+QY_DISPATCH(ToPixelsLoop);
 
 void KeepRow(const uint8_t* row, size_t width, const KeptRow& kept) {
     KeepLoop(row, width, kept);
 }
 
-void ReduceRow(const KeptRows& rows, const uint8_t* tolerances, uint8_t* dst, size_t width,
-               size_t radius) {
-    ReduceLoop(rows, tolerances, dst, width, radius);
+void ReduceToKept(const KeptRows& rows, size_t width, size_t radius, const KeptRow& result) {
+    ToKeptLoop(rows, width, radius, result);
+}
+
+void ReduceToPixels(const KeptRows& rows, size_t width, size_t radius, uint8_t* row) {
+    ToPixelsLoop(rows, width, radius, row);
 }
 
 }  // namespace QyNoise

@@ -47,6 +47,13 @@ TEST(NoiseReduction, EveryWidthUpToSomeVectors) {
     }
 }
 
+TEST(NoiseReduction, WidthsOfManyVectors) {
+    for (const int width : {127, 128, 129, 130, 190, 194, 258, 1023}) {
+        ExpectSame(MakeContent(width, 7, Content::Random), width, 7, 0);
+        ExpectSame(MakeContent(width, 7, Content::Extremes), width, 7, 2);
+    }
+}
+
 TEST(NoiseReduction, EveryHeight) {
     for (int height = 1; height <= 16; ++height) {
         ExpectSame(MakeNoisy(12, height, 30), 12, height, 0);
