@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "colour/ToneSteps.h"
 #include "support/InstructionSets.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -119,8 +120,10 @@ struct Rows {
         : red(matrix.data()), green(matrix.data() + 3), blue(matrix.data() + 6) {}
 };
 
-template <int Width, size_t Red>
-void CorrectColours(const uint8_t* src, uint8_t* dst, size_t pixels, const Rows& rows) {
+/// @param toBytes  makes bytes of the sums of one colour
+template <int Width, size_t Red, class ToBytes>
+void CorrectColours(const uint8_t* src, uint8_t* dst, size_t pixels, const Rows& rows,
+                    const ToBytes& toBytes) {
     constexpr size_t kBlue = 2 - Red;
     ForEachBlock<Width>(src, dst, pixels,
                         [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
@@ -128,12 +131,63 @@ void CorrectColours(const uint8_t* src, uint8_t* dst, size_t pixels, const Rows&
                             const auto r = SplitBytes(Shorts(), p.bytes[Red]);
                             const auto g = SplitBytes(Shorts(), p.bytes[1]);
                             const auto b = SplitBytes(Shorts(), p.bytes[kBlue]);
-                            p.bytes[Red] = Sixteenth(rows.red.Of(r, g, b));
-                            p.bytes[1] = Sixteenth(rows.green.Of(r, g, b));
-                            p.bytes[kBlue] = Sixteenth(rows.blue.Of(r, g, b));
+                            p.bytes[Red] = toBytes(rows.red.Of(r, g, b));
+                            p.bytes[1] = toBytes(rows.green.Of(r, g, b));
+                            p.bytes[kBlue] = toBytes(rows.blue.Of(r, g, b));
                             StorePixels(p, out);
                         });
 }
+
+#if HWY_TARGET <= HWY_AVX3_DL
+
+/// Looks up the sums of one colour in a table that grows slowly.
+class SteppedTone {
+public:
+    explicit HWY_INLINE SteppedTone(const ToneSteps& steps)
+        : m_steps(steps), m_low(steps.low.data()), m_first(steps.first.data()) {}
+
+    HWY_INLINE hn::Vec<Bytes> operator()(const Split<Shorts>& sums) const {
+        const Bytes d;
+        const auto part = Sixteenth(sums);
+        const auto lower = hn::BitCast(
+            d, hn::Or(hn::And(sums.even, hn::Set(Shorts(), 0xFF)), hn::ShiftLeft<8>(sums.odd)));
+        const auto place = hn::And(lower, hn::Set(d, ToneSteps::kPartValues - 1));
+        auto byte = m_first.Of(part);
+        for (size_t i = 0; i < m_steps.count; ++i) {
+            const auto before = ByteTable(m_steps.before[i].data()).Of(part);
+            byte = hn::IfThenElse(hn::Gt(place, before), hn::Add(byte, hn::Set(d, 1)), byte);
+        }
+        const auto isLow = hn::Lt(part, hn::Set(d, ToneSteps::kParts / ToneSteps::kPartValues));
+        return hn::IfThenElse(isLow, m_low.Of(lower), byte);
+    }
+
+private:
+    const ToneSteps& m_steps;
+    ByteTable m_low;
+    ByteTable m_first;
+};
+
+/// Corrects pixels, if the table grows slowly.
+template <int Width, size_t Red>
+bool CorrectBySteps(const uint8_t* src, uint8_t* dst, size_t pixels, const Rows& rows,
+                    const uint8_t* tone) {
+    const auto steps = ToneStepsOf(tone);
+    if (steps) {
+        CorrectColours<Width, Red>(src, dst, pixels, rows, SteppedTone(*steps));
+    }
+    return steps.has_value();
+}
+
+#else
+
+// Without a table in registers, the look-ups would take longer than in memory.
+template <int Width, size_t Red>
+bool CorrectBySteps(const uint8_t* /*src*/, uint8_t* /*dst*/, size_t /*pixels*/,
+                    const Rows& /*rows*/, const uint8_t* /*tone*/) {
+    return false;
+}
+
+#endif
 
 /// Half of a vector's bytes, in lanes of 16 bits.
 template <bool Upper>
@@ -204,8 +258,10 @@ void CorrectLoop(const uint8_t* src, uint8_t* dst, size_t pixels, const SmallMat
                  const uint8_t* tone) {
     const Rows rows(matrix);
     if (tone == nullptr) {
-        CorrectColours<Width, Red>(src, dst, pixels, rows);
-    } else {
+        CorrectColours<Width, Red>(src, dst, pixels, rows, [](const Split<Shorts>& sums) HWY_ATTR {
+            return Sixteenth(sums);
+        });
+    } else if (!CorrectBySteps<Width, Red>(src, dst, pixels, rows, tone)) {
         CorrectThroughTable<Width, Red>(src, dst, pixels, rows, tone);
     }
 }

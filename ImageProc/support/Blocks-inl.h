@@ -40,6 +40,32 @@ HWY_INLINE Split<D> SplitBytes(D d, hn::Vec<Bytes> bytes) {
             hn::BitCast(d, hn::ShiftRight<8>(pairs))};
 }
 
+#if HWY_TARGET <= HWY_AVX3_DL
+
+/// A table of 256 bytes, in four registers.
+class ByteTable {
+public:
+    explicit HWY_INLINE ByteTable(const uint8_t* table)
+        : m_first(hn::LoadU(Bytes(), table)),
+          m_second(hn::LoadU(Bytes(), table + 64)),
+          m_third(hn::LoadU(Bytes(), table + 128)),
+          m_fourth(hn::LoadU(Bytes(), table + 192)) {}
+
+    HWY_INLINE hn::Vec<Bytes> Of(hn::Vec<Bytes> index) const {
+        const __m512i low = _mm512_permutex2var_epi8(m_first.raw, index.raw, m_second.raw);
+        const __m512i high = _mm512_permutex2var_epi8(m_third.raw, index.raw, m_fourth.raw);
+        return hn::Vec<Bytes>{_mm512_mask_blend_epi8(_mm512_movepi8_mask(index.raw), low, high)};
+    }
+
+private:
+    hn::Vec<Bytes> m_first;
+    hn::Vec<Bytes> m_second;
+    hn::Vec<Bytes> m_third;
+    hn::Vec<Bytes> m_fourth;
+};
+
+#endif
+
 /// Calls `at(in, out, first pixel)` for whole vectors of pixels. The pixels that don't
 /// fill a vector are copied to a buffer and back, so that nothing is read or written
 /// beyond the images, and no pixel is overwritten before it is read.

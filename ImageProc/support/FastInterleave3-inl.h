@@ -19,13 +19,14 @@ namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
 /// Whether the instruction set has a look-up of lanes of this type in two registers at
-/// once. With it, two look-ups compose each of three vectors from three others.
+/// once. With it, two look-ups compose each of three vectors from three others. Better
+/// instruction sets have lower numbers.
 template <class T>
 constexpr bool HasLookup() {
-    return (HWY_TARGET == HWY_AVX3 && sizeof(T) == 2) || HWY_TARGET == HWY_AVX3_DL;
+    return (HWY_TARGET == HWY_AVX3 && sizeof(T) == 2) || HWY_TARGET <= HWY_AVX3_DL;
 }
 
-#if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
+#if HWY_TARGET <= HWY_AVX3
 
 /// Tables that compose vectors from three others: the first look-up takes lanes of the
 /// first two, the second one lanes of its result and of the third.
@@ -64,7 +65,7 @@ HWY_INLINE V Among(D d, V a, V b, const hn::TFromD<D>* places) {
     if constexpr (sizeof(hn::TFromD<D>) == 2) {
         return V{_mm512_permutex2var_epi16(a.raw, index.raw, b.raw)};
     } else {
-#if HWY_TARGET == HWY_AVX3_DL
+#if HWY_TARGET <= HWY_AVX3_DL
         return V{_mm512_permutex2var_epi8(a.raw, index.raw, b.raw)};
 #else
         return index;
@@ -85,7 +86,7 @@ template <class D, class V = hn::Vec<D>>
 HWY_INLINE void FastLoadInterleaved3(D d, const hn::TFromD<D>* from, V& a, V& b, V& c) {
     using T = hn::TFromD<D>;
     if constexpr (HasLookup<T>()) {
-#if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
+#if HWY_TARGET <= HWY_AVX3
         const size_t lanes = hn::Lanes(d);
         const V v0 = hn::LoadU(d, from);
         const V v1 = hn::LoadU(d, from + lanes);
@@ -116,7 +117,7 @@ template <class D, class V = hn::Vec<D>>
 HWY_INLINE void FastStoreInterleaved3(V a, V b, V c, D d, hn::TFromD<D>* to) {
     using T = hn::TFromD<D>;
     if constexpr (HasLookup<T>()) {
-#if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
+#if HWY_TARGET <= HWY_AVX3
         const size_t lanes = hn::Lanes(d);
         hn::StoreU(Arranged<0>(d, kPutTogether<T>, a, b, c), d, to);
         hn::StoreU(Arranged<1>(d, kPutTogether<T>, a, b, c), d, to + lanes);

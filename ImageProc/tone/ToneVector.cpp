@@ -23,20 +23,12 @@ namespace hn = hwy::HWY_NAMESPACE;
 using namespace QyBlocks::HWY_NAMESPACE;
 #endif
 
-#if HWY_TARGET == HWY_AVX3_DL
+#if HWY_TARGET <= HWY_AVX3_DL
 
 void MapBytesLoop(const uint8_t* src, uint8_t* dst, size_t count, const uint8_t* table) {
-    const Bytes d;
-    const auto first = hn::LoadU(d, table);
-    const auto second = hn::LoadU(d, table + 64);
-    const auto third = hn::LoadU(d, table + 128);
-    const auto fourth = hn::LoadU(d, table + 192);
+    const ByteTable bytes(table);
     ForEachBlock<1>(src, dst, count, [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
-        const auto index = hn::LoadU(d, in);
-        const __m512i low = _mm512_permutex2var_epi8(first.raw, index.raw, second.raw);
-        const __m512i high = _mm512_permutex2var_epi8(third.raw, index.raw, fourth.raw);
-        const __m512i value = _mm512_mask_blend_epi8(_mm512_movepi8_mask(index.raw), low, high);
-        hn::StoreU(hn::Vec<Bytes>{value}, d, out);
+        hn::StoreU(bytes.Of(hn::LoadU(Bytes(), in)), Bytes(), out);
     });
 }
 

@@ -157,9 +157,9 @@ TEST_P(Improve, TablesOfWhichOneEntryIsNoMultiple) {
 }
 
 TEST_P(Improve, GentleTables) {
-    for (const double gamma : {0.1, 1.0, 10.0}) {
+    for (const double gamma : {0.1, 0.45, 1.0, 1.8, 2.2, 10.0}) {
         m_gamma = MakeGamma(gamma);
-        for (const int contrast : {-50, 0, 100}) {
+        for (const int contrast : {-50, 0, 20, 100}) {
             m_contrast = MakeContrast(contrast);
             ExpectSame(40, 7, Content::Random, 0);
         }
