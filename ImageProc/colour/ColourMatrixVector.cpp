@@ -36,7 +36,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 using namespace QyBlocks::HWY_NAMESPACE;
 
 using Quads = hn::Repartition<int32_t, Bytes>;
-using Vector = hn::Vec<Quads>;
+using Vector = hn::Vec<Shorts>;
 
 /// Three vectors of pixels' bytes.
 struct Colours {
@@ -45,51 +45,73 @@ struct Colours {
     hn::Vec<Bytes> b;
 };
 
-/// Every fourth byte of a vector, from `Place` on, in wider lanes.
-template <int Place>
-HWY_INLINE Vector Quarter(hn::Vec<Bytes> bytes) {
-    const hn::RebindToUnsigned<Quads> words;
-    const auto moved = hn::ShiftRight<Place * 8>(hn::BitCast(words, bytes));
-    return hn::BitCast(Quads(), hn::And(moved, hn::Set(words, 0xFF)));
+/// Half of the bytes of some pixels in lanes of 16 bits, in the pairs that are multiplied and
+/// added at once: red and green, blue and nothing.
+struct Pairs {
+    Vector redGreenLower;
+    Vector redGreenUpper;
+    Vector blueLower;
+    Vector blueUpper;
+};
+
+/// The pixels at even and at odd places of a vector.
+struct Halves {
+    Pairs even;
+    Pairs odd;
+};
+
+HWY_INLINE Pairs PairsOf(Vector r, Vector g, Vector b) {
+    const Shorts d;
+    const Vector zero = hn::Zero(d);
+    return {hn::InterleaveLower(d, r, g), hn::InterleaveUpper(d, r, g),
+            hn::InterleaveLower(d, b, zero), hn::InterleaveUpper(d, b, zero)};
 }
 
 /// A row of the matrix.
-struct Row {
-    Vector r;
-    Vector g;
-    Vector b;
+class Row {
+public:
+    explicit HWY_INLINE Row(const int16_t* row)
+        : m_redGreen(hn::OddEven(hn::Set(Shorts(), row[1]), hn::Set(Shorts(), row[0]))),
+          m_blue(hn::Set(Shorts(), row[2])) {}
 
-    explicit Row(const int16_t* row)
-        : r(hn::Set(Quads(), row[0])), g(hn::Set(Quads(), row[1])), b(hn::Set(Quads(), row[2])) {}
-
-    HWY_INLINE hn::Vec<Bytes> Mix(const Colours& colours) const {
-        const Vector low = hn::Or(MixQuarter<0>(colours), MixQuarter<1>(colours));
-        const Vector high = hn::Or(MixQuarter<2>(colours), MixQuarter<3>(colours));
-        return hn::BitCast(Bytes(), hn::Or(low, high));
+    HWY_INLINE hn::Vec<Bytes> Mix(const Halves& halves) const {
+        return hn::BitCast(Bytes(),
+                           hn::Or(MixHalf(halves.even), hn::ShiftLeft<8>(MixHalf(halves.odd))));
     }
 
 private:
-    template <int Place>
-    HWY_INLINE Vector MixQuarter(const Colours& colours) const {
-        const Vector sum = hn::Add(
-            hn::Add(hn::Mul(Quarter<Place>(colours.r), r), hn::Mul(Quarter<Place>(colours.g), g)),
-            hn::Mul(Quarter<Place>(colours.b), b));
-        const Vector mixed =
-            hn::Min(hn::Max(hn::ShiftRight<8>(sum), hn::Zero(Quads())), hn::Set(Quads(), 255));
-        return hn::ShiftLeft<Place * 8>(mixed);
+    HWY_INLINE Vector MixHalf(const Pairs& pairs) const {
+        const Shorts d;
+        const Vector mixed = hn::ReorderDemote2To(d, Sum(pairs.redGreenLower, pairs.blueLower),
+                                                  Sum(pairs.redGreenUpper, pairs.blueUpper));
+        return hn::Min(hn::Max(mixed, hn::Zero(d)), hn::Set(d, 255));
     }
+    HWY_INLINE hn::Vec<Quads> Sum(Vector redGreen, Vector blue) const {
+        const Quads d;
+        hn::Vec<Quads> rest = hn::Zero(d);
+        auto sum = hn::ReorderWidenMulAccumulate(d, redGreen, m_redGreen, hn::Zero(d), rest);
+        sum = hn::ReorderWidenMulAccumulate(d, blue, m_blue, sum, rest);
+        return hn::ShiftRight<8>(hn::RearrangeToOddPlusEven(sum, rest));
+    }
+
+    Vector m_redGreen;
+    Vector m_blue;
 };
 
 void MixLoop(uint8_t* image, size_t pixels, const Matrix& matrix) {
     const Row first(matrix.data());
     const Row second(matrix.data() + 3);
     const Row third(matrix.data() + 6);
-    ForEachBlock<3>(image, image, pixels,
-                    [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
-                        const auto colours = FastLoadInterleaved3Into<Colours>(Bytes(), in);
-                        FastStoreInterleaved3(first.Mix(colours), second.Mix(colours),
-                                              third.Mix(colours), Bytes(), out);
-                    });
+    ForEachBlock<3>(
+        image, image, pixels, [&](const uint8_t* in, uint8_t* out, size_t /*x*/) HWY_ATTR {
+            const auto colours = FastLoadInterleaved3Into<Colours>(Bytes(), in);
+            const auto r = SplitBytes(Shorts(), colours.r);
+            const auto g = SplitBytes(Shorts(), colours.g);
+            const auto b = SplitBytes(Shorts(), colours.b);
+            const Halves halves{PairsOf(r.even, g.even, b.even), PairsOf(r.odd, g.odd, b.odd)};
+            FastStoreInterleaved3(first.Mix(halves), second.Mix(halves), third.Mix(halves), Bytes(),
+                                  out);
+        });
 }
 
 #endif
