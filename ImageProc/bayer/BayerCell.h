@@ -61,6 +61,8 @@ struct Image {
     Sample alpha;
     /// The largest value of a sample.
     int32_t limit;
+    /// Images of more bytes are written past the caches, which would keep nothing of them.
+    size_t cached;
     /// Is called once for each row as soon as it is finished; may be null.
     const RowWork<Sample>* onRow;
 

@@ -42,8 +42,7 @@ HWY_INLINE void PrefetchLine(const T* line) {
 /// if its rows are read again at once.
 template <class Sample, int Width>
 bool IsLarge(const Image<Sample, Width>& image) {
-    constexpr size_t kCaches = 16 << 20;
-    return image.onRow == nullptr && image.height * image.stride * sizeof(Sample) > kCaches;
+    return image.onRow == nullptr && image.height * image.stride * sizeof(Sample) > image.cached;
 }
 
 template <class D, class Sample, int Width, class V = hn::Vec<D>>
@@ -86,19 +85,18 @@ public:
         m_next = x + count;
         return m_buffer + (x - m_first) * Width;
     }
-    /// Writes the buffer to the row. Prefetches a line further on as well: finding its
-    /// page takes as long as writing several buffers.
     HWY_INLINE void Finish() {
         auto* const to = static_cast<uint8_t*>(static_cast<void*>(m_out + m_first * Width));
-        PrefetchLine(to + kAhead);
         QyStream::HWY_NAMESPACE::CopyPastCaches(
             static_cast<const uint8_t*>(static_cast<const void*>(m_buffer)), to,
             (m_next - m_first) * Width * sizeof(Sample));
     }
 
 private:
-    static constexpr size_t kPixels = 448;
-    static constexpr size_t kAhead = 8192;
+    /// Lines at the ends of the buffer are written through the caches, so the buffer has as
+    /// many lines as leave room for the source in the first-level cache.
+    static constexpr size_t kBytes = size_t{12} << 10;
+    static constexpr size_t kPixels = kBytes / (Width * sizeof(Sample));
 
     Sample* m_out;
     size_t m_first = 0;

@@ -92,40 +92,96 @@ size_t Unpack12InVectors(const uint8_t* src, Word* dst, size_t pairs) {
     return pair;
 }
 
-/// Where a vector's 10-bit samples are: the two bytes of each within its block, and the
+/// Where the 10-bit samples of a vector are: the two bytes of each within its block, and the
 /// power of two whose product moves the sample to the top of their 16 bits.
 struct Places10 {
+    static constexpr size_t kBlockWords = kBlockBytes / 2;
+
     alignas(kMostBytes) uint8_t bytes[kMostBytes];
     alignas(kMostBytes) uint16_t factors[kMostBytes / sizeof(uint16_t)];
 
-    explicit Places10(size_t lanes) {
-        constexpr size_t kBlockWords = kBlockBytes / 2;
-        for (size_t lane = 0; lane < lanes; ++lane) {
-            const size_t first = lane / kBlockWords * kBlockWords / 3;
-            const size_t place = (lane / 3 - first) * 4 + lane % 3;
+    /// @param before  samples of the vector's first 32-bit word that aren't in it
+    explicit Places10(size_t before) {
+        for (size_t lane = 0; lane < hn::Lanes(Words()); ++lane) {
+            const size_t first = (before + lane / kBlockWords * kBlockWords) / 3;
+            const size_t sample = before + lane;
+            const size_t place = (sample / 3 - first) * 4 + sample % 3;
             bytes[lane * 2] = static_cast<uint8_t>(place);
             bytes[lane * 2 + 1] = static_cast<uint8_t>(place + 1);
-            factors[lane] = static_cast<uint16_t>(64U >> (2 * (lane % 3)));
+            factors[lane] = static_cast<uint16_t>(64U >> (2 * (sample % 3)));
         }
     }
 };
 
-/// A vector stores a sample or two beyond its last whole group of three, which the next
-/// one overwrites.
+/// Where the blocks of such a vector begin.
+HWY_INLINE auto BlocksOf10(size_t before) {
+    return BlockIndices(
+        [before](size_t block) { return (before + block * Places10::kBlockWords) / 3; });
+}
+
+/// Unpacks the 10-bit samples of one vector.
+class Vector10 {
+public:
+    /// @param first  the vector's first sample, counted from the start of a 32-bit word
+    explicit HWY_INLINE Vector10(size_t first) : Vector10(first, Places10(first % 3)) {}
+
+    /// @param src, dst  where samples from 0 on are
+    HWY_INLINE void Unpack(const uint8_t* src, Word* dst) const {
+        const auto words = Gather(LoadBlocks(src + m_first / 3 * 4, m_blocks), m_places);
+        StoreWords(hn::ShiftRight<6>(hn::Mul(words, m_factors)), dst + m_first);
+    }
+
+private:
+    HWY_INLINE Vector10(size_t first, const Places10& places)
+        : m_first(first),
+          m_blocks(BlocksOf10(first % 3)),
+          m_places(hn::Load(Bytes(), places.bytes)),
+          m_factors(hn::Load(Words(), places.factors)) {}
+
+    size_t m_first;
+    decltype(BlocksOf10(0)) m_blocks;
+    hn::Vec<Bytes> m_places;
+    hn::Vec<Words> m_factors;
+};
+
+/// The first sample that begins a 32-bit word and whose place in memory is aligned like a
+/// vector; three vectors of samples if no place is.
+HWY_INLINE size_t AlignedSample(const Word* dst) {
+    constexpr uintptr_t kInverseOfThree = 0xAAAAAAAB;
+    const size_t lanes = hn::Lanes(Words());
+    const auto address = reinterpret_cast<uintptr_t>(dst);
+    if (address % 2 != 0) {
+        return 3 * lanes;
+    }
+    return 3 * ((0 - address / 2) * kInverseOfThree % lanes);
+}
+
+/// Three vectors of samples are whole 32-bit words. Stores are aligned: each would else write to
+/// two cache lines.
 size_t Unpack10InVectors(const uint8_t* src, Word* dst, size_t samples) {
     const size_t lanes = hn::Lanes(Words());
-    const Places10 tables(lanes);
-    const auto places = hn::Load(Bytes(), tables.bytes);
-    const auto factors = hn::Load(Words(), tables.factors);
-    const auto blocks = BlockIndices([](size_t block) { return block * (kBlockBytes / 2) / 3; });
-    const size_t quads = (samples + 2) / 3;
-    const size_t step = lanes / 3;
-    size_t quad = 0;
-    for (; quad + hn::Lanes(Quads()) <= quads && quad * 3 + lanes <= samples; quad += step) {
-        const auto words = Gather(LoadBlocks(src + quad * 4, blocks), places);
-        StoreWords(hn::ShiftRight<6>(hn::Mul(words, factors)), dst + quad * 3);
+    const Vector10 first(0);
+    const Vector10 second(lanes);
+    const Vector10 third(2 * lanes);
+    const size_t words = (samples + 2) / 3;
+    // The third vector reads the furthest, by the length of a vector.
+    const size_t read = 2 * lanes / 3 + hn::Lanes(Quads());
+    const auto fits = [&](size_t i) { return i / 3 + read <= words && i + 3 * lanes <= samples; };
+    const auto unpack = [&](size_t i) HWY_ATTR {
+        const uint8_t* const in = src + i / 3 * 4;
+        first.Unpack(in, dst + i);
+        second.Unpack(in, dst + i);
+        third.Unpack(in, dst + i);
+    };
+    if (!fits(0)) {
+        return 0;
     }
-    return quad * 3;
+    unpack(0);
+    size_t i = AlignedSample(dst);
+    for (; fits(i); i += 3 * lanes) {
+        unpack(i);
+    }
+    return i;
 }
 
 size_t ReduceInVectors(const Word* src, uint8_t* dst, size_t samples, int shift) {

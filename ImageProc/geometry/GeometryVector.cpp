@@ -158,33 +158,49 @@ void TransposeNarrow(const Source& src, const Destination& dst, size_t width, si
     }
 }
 
-/// Calls `run` with the start of each square, so that together they cover 0 to `size`. The
-/// first two and the last two squares may overlap.
-/// @param second  start of the second square, at most kSquare
-template <class Run>
-HWY_INLINE void ForEachSquare(size_t size, size_t second, const Run& run) {
-    run(0);
-    for (size_t place = second; place < size; place += kSquare) {
-        run(std::min(place, size - kSquare));
-    }
-}
+/// The squares that together cover a side of an image. The first two and the last two may
+/// overlap.
+class Squares {
+public:
+    /// @param size    of the side, at least kSquare
+    /// @param second  start of the second square, at most kSquare
+    HWY_INLINE Squares(size_t size, size_t second) : m_size(size), m_second(second) {}
 
-/// Rows become columns. Squares are processed along the rows of the destination, so that its
-/// cache lines are written whole, and they are aligned to the source's cache lines, so that
-/// none is read twice.
+    HWY_INLINE size_t Count() const { return 1 + (m_size - m_second + kSquare - 1) / kSquare; }
+    HWY_INLINE size_t Start(size_t i) const {
+        return i == 0 ? 0 : std::min(m_second + (i - 1) * kSquare, m_size - kSquare);
+    }
+
+private:
+    size_t m_size;
+    size_t m_second;
+};
+
+/// Rows become columns. Squares are aligned to the source's cache lines, so that none is read
+/// twice. They are processed in bands of some columns, along the rows of the destination, so
+/// that its cache lines are written whole; a band is wide enough that each row of the source
+/// is worth finding its page, and narrow enough that the pages of the destination stay found.
 void TransposeLoop(const uint8_t* src, ptrdiff_t srcStep, uint8_t* dst, ptrdiff_t dstStep,
                    size_t width, size_t height) {
+    constexpr size_t kBand = 8;
     const Source from{src, srcStep};
     const Destination to{dst, dstStep};
     if (width < kSquare || height < kSquare) {
         TransposeNarrow(from, to, width, height);
         return;
     }
-    const size_t aligned = kSquare - reinterpret_cast<uintptr_t>(src) % kSquare;
-    ForEachSquare(width, aligned, [&](size_t x) HWY_ATTR {
-        ForEachSquare(height, kSquare,
-                      [&](size_t y) HWY_ATTR { TransposeSquare(from.From(x, y), to.From(y, x)); });
-    });
+    const Squares columns(width, kSquare - reinterpret_cast<uintptr_t>(src) % kSquare);
+    const Squares rows(height, kSquare);
+    for (size_t band = 0; band < columns.Count(); band += kBand) {
+        const size_t end = std::min(band + kBand, columns.Count());
+        for (size_t row = 0; row < rows.Count(); ++row) {
+            const size_t y = rows.Start(row);
+            for (size_t column = band; column < end; ++column) {
+                const size_t x = columns.Start(column);
+                TransposeSquare(from.From(x, y), to.From(y, x));
+            }
+        }
+    }
 }
 
 }  // namespace HWY_NAMESPACE

@@ -87,59 +87,6 @@ TEST_P(BayerStride, LeavesWhatLiesBetweenRowsAsItWas) {
 
 INSTANTIATE_TEST_SUITE_P(All, BayerStride, Combine(Values(0, 1, 2), Values(1, 2, 3, 4, 5)));
 
-/// Rows that repeat over a height that is a multiple of theirs. What becomes of them
-/// repeats as well, but for the rows at either end: a low frame tells them all.
-constexpr int kPeriod = 8;
-constexpr int kLow = 4 * kPeriod;
-
-BayerReference::Raw MakePeriodic(int width, int height, int limit) {
-    const auto rows = MakeRaw(width, kPeriod, Content::Random, limit);
-    BayerReference::Raw raw{width, height, {}};
-    for (int y = 0; y < height; y += kPeriod) {
-        raw.samples.insert(raw.samples.end(), rows.samples.begin(), rows.samples.end());
-    }
-    return raw;
-}
-
-int LowRow(int y, int height) {
-    if (y < 2 * kPeriod) {
-        return y;
-    }
-    return y < height - 2 * kPeriod ? kPeriod + y % kPeriod : y - height + kLow;
-}
-
-/// Form, method.
-class BayerLargeFrames : public testing::TestWithParam<std::tuple<Form, int>> {};
-
-TEST_P(BayerLargeFrames, LargerThanTheCaches) {
-    constexpr int kWidth = 4106;
-    constexpr size_t kSize = size_t{17} << 20;
-    Conversion conversion;
-    conversion.form = std::get<0>(GetParam());
-    conversion.options.method = std::get<1>(GetParam());
-    conversion.options.filter = QY_BAYER_GB;
-    const auto low = MakePeriodic(kWidth, kLow, conversion.Limit());
-    const auto ofLow = Expected(conversion, low, OldBytes(conversion, low));
-    const size_t rowBytes = conversion.Bytes(kWidth, 1);
-    const int height = static_cast<int>(kSize / rowBytes) / kPeriod * kPeriod;
-    // Half of the frames are flipped, and they begin at any address.
-    const bool flip = (conversion.options.method + height / kPeriod) % 2 != 0;
-    conversion.options.flip = flip;
-    conversion.offset = flip ? 3 : 0;
-    std::vector<uint8_t> expected;
-    for (int row = 0; row < height; ++row) {
-        const int y = LowRow(flip ? height - 1 - row : row, height);
-        const auto begin =
-            ofLow.begin() + static_cast<ptrdiff_t>(rowBytes) * static_cast<ptrdiff_t>(y);
-        expected.insert(expected.end(), begin, begin + static_cast<ptrdiff_t>(rowBytes));
-    }
-    const auto raw = MakePeriodic(kWidth, height, conversion.Limit());
-    WithEachInstructionSet([&] { EXPECT_EQ(Compare(conversion, raw, expected), ""); });
-}
-
-INSTANTIATE_TEST_SUITE_P(All, BayerLargeFrames,
-                         Combine(Values(Form::Rgb24, Form::Argb32, Form::Rgb48), Values(0, 1, 2)));
-
 /// Words that hold more bits than the call says: layout.
 class BayerWords : public testing::TestWithParam<int> {
 protected:

@@ -1,0 +1,105 @@
+// Pictures written past the caches, beside the same ones written through them.
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "Bytes.h"
+#include "QyImageProc.h"
+#include "bayer/BayerVector.h"
+
+namespace {
+
+using QyBayer::Image;
+
+/// A frame to interpolate: sizes, method, layout and address.
+struct StreamedFrame {
+    int width;
+    int method;
+    int filter;
+    bool flip;
+    size_t offset;
+};
+
+constexpr int kStreamedHeight = 8;
+
+template <class Sample, int Width>
+void Run(const Image<Sample, Width>& image, const StreamedFrame& frame) {
+    const auto layout = QyBayer::LayoutOf(frame.filter);
+    switch (frame.method) {
+        case QY_RAW2RGB_NEIGHBOUR:
+            QyBayer::InterpolateFast(image, QyBayer::Neighbours::TwoByTwo, layout);
+            break;
+        case QY_RAW2RGB_NEIGHBOUR3:
+            QyBayer::InterpolateFast(image, QyBayer::Neighbours::ThreeByThree, layout);
+            break;
+        default:
+            QyBayer::InterpolateAdaptive(image, layout);
+            break;
+    }
+}
+
+/// The picture of a frame on a machine with caches of that size.
+template <class Sample, int Width>
+GuardedBytes Picture(const SourceBytes<uint8_t>& src, const StreamedFrame& frame, size_t cached) {
+    const auto width = static_cast<size_t>(frame.width);
+    GuardedBytes out(width * kStreamedHeight * Width * sizeof(Sample), frame.offset);
+    Image<Sample, Width> image{};
+    image.src = static_cast<const Sample*>(static_cast<const void*>(src.Data()));
+    image.dst = static_cast<Sample*>(static_cast<void*>(out.Data()));
+    image.width = width;
+    image.height = kStreamedHeight;
+    image.stride = width * Width;
+    image.flip = frame.flip;
+    image.red = QyBayer::R;
+    image.blue = QyBayer::B;
+    image.alpha = Sample(9);
+    image.limit = (1 << (8 * sizeof(Sample))) - 1;
+    image.cached = cached;
+    CountCase();
+    Run(image, frame);
+    return out;
+}
+
+template <class Sample, int Width>
+void ExpectSame(const StreamedFrame& frame) {
+    const auto raw = MakeRaw(frame.width * static_cast<int>(sizeof(Sample)), kStreamedHeight,
+                             Content::Random, 255);
+    const SourceBytes<uint8_t> src(raw, SourceOffset(frame.offset));
+    constexpr size_t kAll = std::numeric_limits<size_t>::max();
+    auto cached = Picture<Sample, Width>(src, frame, kAll);
+    auto streamed = Picture<Sample, Width>(src, frame, 0);
+    const std::vector<uint8_t> expected(cached.Data(), cached.Data() + cached.Size());
+    EXPECT_EQ(Difference(streamed, expected), "")
+        << frame.width << " wide, method " << frame.method << ", layout " << frame.filter
+        << ", flip " << frame.flip << " at " << frame.offset;
+}
+
+template <class Sample, int Width>
+void ExpectAllSame() {
+    WithEachInstructionSet([] {
+        for (const int width : {6, 38, 140, 500, 1020, 2058, 4106}) {
+            for (int method = 0; method <= QY_RAW2RGB_NEIGHBOUR3; ++method) {
+                for (int filter = QY_BAYER_RG; filter <= QY_BAYER_BG; ++filter) {
+                    const auto offset = static_cast<size_t>(filter * 17 + method);
+                    ExpectSame<Sample, Width>({width, method, filter, filter % 2 == 0, offset});
+                    ExpectSame<Sample, Width>({width, method, filter, filter % 2 != 0, 0});
+                }
+            }
+        }
+    });
+}
+
+TEST(BayerStreams, WriteTheSameThreeBytes) {
+    ExpectAllSame<uint8_t, 3>();
+}
+
+TEST(BayerStreams, WriteTheSameFourBytes) {
+    ExpectAllSame<uint8_t, 4>();
+}
+
+TEST(BayerStreams, WriteTheSameThreeWords) {
+    ExpectAllSame<QyBayer::Word, 3>();
+}
+
+}  // namespace
