@@ -30,18 +30,13 @@ void Rgb48(const uint8_t* src, uint8_t* dst, int width, int height) {
 
 std::vector<Row> BayerRows() {
     return {
-        {"Bayer to RGB, method 0", Kind::Cells, 8, 24, {2.3, 1.6}, Rgb24<QY_RAW2RGB_NEIGHBOUR>},
-        {"Bayer to RGB, method 2", Kind::Bilinear, 8, 24, {4, 2.1}, Rgb24<QY_RAW2RGB_NEIGHBOUR3>},
-        {"Bayer to RGB, method 1", Kind::EdgeAware, 8, 24, {14, 6}, Rgb24<QY_RAW2RGB_ADAPTIVE>},
-        {"to four bytes, method 2",
-         Kind::BilinearFourBytes,
-         8,
-         32,
-         {3.2, 1.7},
-         Argb32<QY_RAW2RGB_NEIGHBOUR3>},
-        {"16-bit, method 0", Kind::Other, 16, 48, {2, 1.4}, Rgb48<QY_RAW2RGB_NEIGHBOUR>},
-        {"16-bit, method 2", Kind::Bilinear16, 16, 48, {5, 2.2}, Rgb48<QY_RAW2RGB_NEIGHBOUR3>},
-        {"16-bit, method 1", Kind::EdgeAware16, 16, 48, {12, 5}, Rgb48<QY_RAW2RGB_ADAPTIVE>},
+        {"Bayer to RGB, method 0", Kind::Cells, 8, 24, Rgb24<QY_RAW2RGB_NEIGHBOUR>},
+        {"Bayer to RGB, method 2", Kind::Bilinear, 8, 24, Rgb24<QY_RAW2RGB_NEIGHBOUR3>},
+        {"Bayer to RGB, method 1", Kind::EdgeAware, 8, 24, Rgb24<QY_RAW2RGB_ADAPTIVE>},
+        {"to four bytes, method 2", Kind::BilinearFourBytes, 8, 32, Argb32<QY_RAW2RGB_NEIGHBOUR3>},
+        {"16-bit, method 0", Kind::Other, 16, 48, Rgb48<QY_RAW2RGB_NEIGHBOUR>},
+        {"16-bit, method 2", Kind::Bilinear16, 16, 48, Rgb48<QY_RAW2RGB_NEIGHBOUR3>},
+        {"16-bit, method 1", Kind::EdgeAware16, 16, 48, Rgb48<QY_RAW2RGB_ADAPTIVE>},
     };
 }
 

@@ -83,12 +83,16 @@ void ReduceNoise(const uint8_t* /*src*/, uint8_t* dst, int width, int height) {
 
 }  // namespace
 
+Row SharedRecordRow() {
+    return {"improvement, record and both tables", Kind::ColoursAndTables, 24, 24, Improve};
+}
+
 std::vector<Row> ColourRows() {
     return {
-        {"improvement, record and both tables", Kind::ColoursAndTables, 24, 24, {14, 6}, Improve},
-        {"raw pipeline: method 2, matrix, table", Kind::RawPipeline, 8, 24, {16, 7.5}, Process},
-        {"white-balance ratios", Kind::ChannelSums, 24, 0, {2, 1.3}, Ratios},
-        {"noise reduction", Kind::NoiseReduction, 24, 24, {}, ReduceNoise, true},
+        SharedRecordRow(),
+        {"raw pipeline: method 2, matrix, table", Kind::RawPipeline, 8, 24, Process},
+        {"white-balance ratios", Kind::ChannelSums, 24, 0, Ratios},
+        {"noise reduction", Kind::NoiseReduction, 24, 24, ReduceNoise, true},
     };
 }
 

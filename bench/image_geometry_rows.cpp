@@ -26,21 +26,11 @@ void Repair(const uint8_t* /*src*/, uint8_t* dst, int width, int height) {
 
 std::vector<Row> GeometryRows() {
     return {
-        {"mirror, horizontal",
-         Kind::MirrorHorizontal,
-         8,
-         8,
-         {1.1, 1.5},
-         Mirror<QY_MIRROR_HORIZONTAL>},
-        {"mirror, vertical", Kind::MirrorVertical, 8, 8, {1.1, 1.2}, Mirror<QY_MIRROR_VERTICAL>},
-        {"rotate clockwise", Kind::TurnClockwise, 8, 8, {2, 4.5}, Turn<QyRotate90CW8B>},
-        {"rotate counter-clockwise",
-         Kind::TurnCounterClockwise,
-         8,
-         8,
-         {2, 4.5},
-         Turn<QyRotate90CCW8B>},
-        {"defect repair in place", Kind::Other, 8, 8, {6, 6}, Repair, true},
+        {"mirror, horizontal", Kind::MirrorHorizontal, 8, 8, Mirror<QY_MIRROR_HORIZONTAL>},
+        {"mirror, vertical", Kind::MirrorVertical, 8, 8, Mirror<QY_MIRROR_VERTICAL>},
+        {"rotate clockwise", Kind::TurnClockwise, 8, 8, Turn<QyRotate90CW8B>},
+        {"rotate counter-clockwise", Kind::TurnCounterClockwise, 8, 8, Turn<QyRotate90CCW8B>},
+        {"defect repair in place", Kind::Other, 8, 8, Repair, true},
     };
 }
 

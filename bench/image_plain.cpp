@@ -73,7 +73,7 @@ void ReduceNoisePlainly(const uint8_t* /*src*/, uint8_t* dst, int width, int hei
 }  // namespace
 
 std::vector<Rival> PlainRivals() {
-    return {{"scalar form", Kind::NoiseReduction, ReduceNoisePlainly, true, 8}};
+    return {{"scalar form", Kind::NoiseReduction, ReduceNoisePlainly, true}};
 }
 
 }  // namespace ImageBench

@@ -13,10 +13,14 @@ struct Size {
     int height;
 };
 
-/// A size that fits into the last-level cache, and one that doesn't.
-constexpr std::array<Size, 2> kSizes = {{{1920, 1080}, {4096, 3000}}};
-template <class T>
-using PerSize = std::array<T, kSizes.size()>;
+/// A frame's size, and what it is called in the rows.
+struct NamedSize {
+    Size size;
+    const char* name;
+};
+
+/// A size that fits into most last-level caches, and one that doesn't.
+constexpr std::array<NamedSize, 2> kSizes = {{{{1920, 1080}, "2 MP"}, {{4096, 3000}, "12 MP"}}};
 
 /// Works on a frame once. Functions in place find a copy of the source in the destination
 /// and don't use the source.
@@ -53,8 +57,6 @@ struct Row {
     /// Bits of a pixel.
     double read;
     double written;
-    /// The goal: at most this many times the time of the copy; 0 for no goal.
-    PerSize<double> goal;
     Run run;
     bool isInPlace = false;
 };
@@ -66,8 +68,6 @@ struct Rival {
     Run run;
     /// Whether its picture must be the same as that of our function, byte for byte.
     bool isExact = false;
-    /// The goal: at least this many times the time of our function.
-    double goal = 1;
 };
 
 std::vector<Row> BayerRows();
@@ -75,6 +75,8 @@ std::vector<Row> FormatRows();
 std::vector<Row> ToneRows();
 std::vector<Row> ColourRows();
 std::vector<Row> GeometryRows();
+/// The row whose function reads a colour record.
+Row SharedRecordRow();
 
 std::vector<Rival> PlainRivals();
 std::vector<Rival> OpenCvRivals();

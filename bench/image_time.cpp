@@ -1,10 +1,14 @@
 #include "image_time.h"
 
 #include <algorithm>
+#include <array>
+#include <chrono>
 #include <cstring>
 #include <functional>
+#include <iterator>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "Measure.h"
 #include "image_scene.h"
@@ -70,42 +74,75 @@ void Check(Frame& frame, const Row& row, std::span<const Rival> rivals) {
     }
 }
 
-/// Times several calls in a row, so that each finds the caches as the one before has left
-/// them. Functions that take long are called fewer times: the caches keep nothing of them
-/// anyway.
-/// @return nanoseconds of all calls together together
-double TakeTurn(Frame& frame, const std::function<void()>& call, double& best) {
-    constexpr int kCalls = 4;
+/// Nanoseconds of a call, on average over a few in a row. Each finds the caches as the one
+/// before has left them, so the first one doesn't count; it does if it takes long, since the
+/// caches keep nothing of it anyway.
+double TakeTurn(Frame& frame, const std::function<void()>& call) {
+    constexpr int kCalls = 3;
     constexpr double kLong = 30 * kMillisecond;
-    double spent = 0;
-    for (int i = 0; i < kCalls && spent < kLong; ++i) {
+    const auto once = [&] {
         frame.Prepare();
-        const double time = Nanoseconds(1, call, 1);
-        best = std::min(best, time);
-        spent += time;
+        return Nanoseconds(1, call, 1);
+    };
+    const double first = once();
+    if (first > kLong) {
+        return first;
     }
-    return spent;
+    double spent = 0;
+    for (int i = 0; i < kCalls; ++i) {
+        spent += once();
+    }
+    return spent / kCalls;
+}
+
+/// Nanoseconds of some work in time of day.
+double Elapsed(const std::function<void()>& work) {
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - begin)
+        .count();
 }
 
 }  // namespace
 
-void TimeRow(const Row& row, std::span<const Rival> rivals, Size size, Times& times) {
-    constexpr int kLeastTurns = 4;
-    constexpr double kEnough = 400 * kMillisecond;
+Times TimeRow(const Row& row, std::span<const Rival> rivals, Size size, int rounds) {
     Frame frame(row, size);
     Check(frame, row, rivals);
-    times.rivals.resize(rivals.size(), kNever);
-    double spent = 0;
-    for (int turn = 0; turn < kLeastTurns || spent < kEnough; ++turn) {
-        spent += TakeTurn(
-            frame, [&] { frame.Call(row.run); }, times.row);
-        spent += TakeTurn(
-            frame, [&] { frame.Copy(); }, times.copy);
+    std::vector<double> ofRow;
+    std::vector<double> ofCopy;
+    std::vector<std::vector<double>> ofRivals(rivals.size());
+    for (int round = 0; round < rounds; ++round) {
+        ofRow.push_back(TakeTurn(frame, [&] { frame.Call(row.run); }));
+        ofCopy.push_back(TakeTurn(frame, [&] { frame.Copy(); }));
         for (size_t i = 0; i < rivals.size(); ++i) {
-            spent += TakeTurn(
-                frame, [&] { frame.Call(rivals[i].run); }, times.rivals[i]);
+            ofRivals[i].push_back(TakeTurn(frame, [&] { frame.Call(rivals[i].run); }));
         }
     }
+    Times times{Median(ofRow), Median(ofCopy), {}};
+    std::transform(ofRivals.begin(), ofRivals.end(), std::back_inserter(times.rivals), Median);
+    return times;
+}
+
+double TimeSharedRecord(Size size, int rounds) {
+    constexpr int kPictures = 4;
+    const Row row = SharedRecordRow();
+    std::array<Frame, 2> frames = {Frame(row, size), Frame(row, size)};
+    const auto work = [&row](Frame& frame) {
+        for (int i = 0; i < kPictures; ++i) {
+            frame.Call(row.run);
+        }
+    };
+    std::vector<double> ratios;
+    for (int round = 0; round < rounds; ++round) {
+        const double one = Elapsed([&] { work(frames[0]); });
+        const double two = Elapsed([&] {
+            std::thread other([&] { work(frames[1]); });
+            work(frames[0]);
+            other.join();
+        });
+        ratios.push_back(two / one);
+    }
+    return Median(std::move(ratios));
 }
 
 }  // namespace ImageBench

@@ -2,7 +2,6 @@
 /// Times of a row, of its rivals and of the copy, which are measured in turns so that the
 /// machine's load is the same for all.
 
-#include <limits>
 #include <span>
 #include <vector>
 
@@ -10,19 +9,20 @@
 
 namespace ImageBench {
 
-constexpr double kNever = std::numeric_limits<double>::max();
-
-/// The best times so far, in nanoseconds of CPU time.
+/// Nanoseconds of CPU time of a call: medians of the rounds.
 struct Times {
-    double row = kNever;
+    double row;
     /// A copy that reads and writes as many bytes in total as the row does.
-    double copy = kNever;
+    double copy;
     std::vector<double> rivals;
 };
 
 /// @param rivals  functions of other libraries for the row's kind of work
-/// @param times   the best times so far, which each call improves
 /// @throws std::runtime_error if a rival's picture differs from ours and must not
-void TimeRow(const Row& row, std::span<const Rival> rivals, Size size, Times& times);
+Times TimeRow(const Row& row, std::span<const Rival> rivals, Size size, int rounds);
+
+/// How many times as long two threads take for a picture each, with one colour record, as one
+/// thread for one: the median of the rounds.
+double TimeSharedRecord(Size size, int rounds);
 
 }  // namespace ImageBench

@@ -21,35 +21,19 @@ void SharpenOneByte(const uint8_t* src, uint8_t* dst, int width, int height) {
 
 std::vector<Row> FormatRows() {
     return {
-        {"12-bit unpacking",
-         Kind::Other,
-         12,
-         16,
-         {1.2, 1.1},
+        {"12-bit unpacking", Kind::Other, 12, 16,
          [](const uint8_t* src, uint8_t* dst, int w, int h) {
              QyRaw12PackedToRaw16(src, dst, w, h);
          }},
-        {"10-bit unpacking",
-         Kind::Other,
-         32.0 / 3,
-         16,
-         {1.2, 1.1},
+        {"10-bit unpacking", Kind::Other, 32.0 / 3, 16,
          [](const uint8_t* src, uint8_t* dst, int w, int h) {
              QyRaw10PackedToRaw16(src, dst, w, h);
          }},
-        {"16 to 8 bits",
-         Kind::Other,
-         16,
-         8,
-         {1.1, 1.2},
+        {"16 to 8 bits", Kind::Other, 16, 8,
          [](const uint8_t* src, uint8_t* dst, int w, int h) {
              QyRaw16toRaw8(src, dst, w, h, QY_BIT_4_11);
          }},
-        {"RGB48 to RGB24",
-         Kind::Other,
-         48,
-         24,
-         {1.1, 1.2},
+        {"RGB48 to RGB24", Kind::Other, 48, 24,
          [](const uint8_t* src, uint8_t* dst, int w, int h) {
              QyRGB48toRGB24(src, dst, w, h, QY_BIT_4_11);
          }},
@@ -58,35 +42,19 @@ std::vector<Row> FormatRows() {
 
 std::vector<Row> ToneRows() {
     return {
-        {"brightness",
-         Kind::Brightness,
-         8,
-         8,
-         {6, 5.5},
+        {"brightness", Kind::Brightness, 8, 8,
          [](const uint8_t* src, uint8_t* dst, int w, int h) { QyBrightness(src, dst, w * h, 30); }},
-        {"contrast",
-         Kind::Contrast,
-         8,
-         8,
-         {6, 5.5},
+        {"contrast", Kind::Contrast, 8, 8,
          [](const uint8_t* src, uint8_t* dst, int w, int h) { QyContrast(src, dst, w * h, 30); }},
-        {"saturation",
-         Kind::Matrix,
-         24,
-         24,
-         {4, 1.8},
+        {"saturation", Kind::Matrix, 24, 24,
          [](const uint8_t* src, uint8_t* dst, int w, int h) {
              QySaturation(src, dst, w * h, 100);
          }},
-        {"sharpen, three bytes",
-         Kind::SharpenThreeBytes,
-         24,
-         24,
-         {9, 4},
+        {"sharpen, three bytes", Kind::SharpenThreeBytes, 24, 24,
          [](const uint8_t* src, uint8_t* dst, int w, int h) {
              QySharpen24B(src, dst, w, h, kSharpness);
          }},
-        {"sharpen, one byte", Kind::SharpenOneByte, 8, 8, {16, 15}, SharpenOneByte},
+        {"sharpen, one byte", Kind::SharpenOneByte, 8, 8, SharpenOneByte},
     };
 }
 
