@@ -56,6 +56,63 @@ TEST(NodeData, RemovesAllPropertiesOfAKindAndKeepsTheOrderOfTheRest) {
     EXPECT_EQ(node.GetProperties()[1].Integer(), 3);
 }
 
+/// A node with two properties, the links of a closure between them.
+class NodeDataClosure : public testing::Test {
+protected:
+    NodeDataClosure() {
+        m_Node.AddProperty(ID::Value_ID, 1);
+        const NodeID_t b = m_Map.GetNodeID("B", true);
+        const NodeID_t a = m_Map.GetNodeID("A", true);
+        m_Node.SetClosure({b, a}, {m_Map.GetNodeID("C", true)});
+        m_Node.AddProperty(ID::IsFeature_ID, CProperty::EYesNo_ID, Yes);
+    }
+
+    CNodeDataMap m_Map;
+    CNodeData& m_Node = AddNode(m_Map, CNodeData::Integer_ID, "x");
+};
+
+TEST_F(NodeDataClosure, CountsAsPropertiesAtItsPlace) {
+    EXPECT_THAT(IDsOf(m_Node),
+                testing::ElementsAre(ID::Name_ID, ID::Value_ID, ID::pDependent_ID,
+                                     ID::pDependent_ID, ID::pTerminal_ID, ID::IsFeature_ID));
+    EXPECT_THAT(LinksOf(m_Map, "x", ID::pDependent_ID), testing::ElementsAre("B", "A"));
+    EXPECT_THAT(LinksOf(m_Map, "x", ID::pTerminal_ID), testing::ElementsAre("C"));
+}
+
+TEST_F(NodeDataClosure, IsPrintedAtItsPlace) {
+    EXPECT_EQ(m_Node.ToString(tssText),
+              "Integer::x\n"
+              "  NodeID = 0\n"
+              "  Name = 0 'x'\n"
+              "  Value = 1\n"
+              "  pDependent = 1 (B)\n"
+              "  pDependent = 2 (A)\n"
+              "  pTerminal = 3 (C)\n"
+              "  IsFeature = 1 <Yes>\n");
+}
+
+TEST_F(NodeDataClosure, StaysWhereItIsWhenPropertiesGo) {
+    m_Node.RemoveProperties(ID::IsFeature_ID);
+    m_Node.RemoveProperties(ID::Name_ID);
+    m_Node.AddProperty(ID::Name_ID, "y");
+    EXPECT_THAT(IDsOf(m_Node),
+                testing::ElementsAre(ID::Value_ID, ID::pDependent_ID, ID::pDependent_ID,
+                                     ID::pTerminal_ID, ID::Name_ID));
+}
+
+TEST_F(NodeDataClosure, IsCopiedAsFarAsTheTargetKnowsTheNodes) {
+    CNodeDataMap target;
+    target.GetNodeID("C", true);
+    target.GetNodeID("A", true);
+    target.SetNodeData(
+        std::make_unique<CNodeData>(m_Node, target.GetNodeID("x", true), &target, true), false);
+    EXPECT_THAT(IDsOf(NodeOf(target, "x")),
+                testing::ElementsAre(ID::Name_ID, ID::Value_ID, ID::pDependent_ID, ID::pTerminal_ID,
+                                     ID::IsFeature_ID));
+    EXPECT_THAT(LinksOf(target, "x", ID::pDependent_ID), testing::ElementsAre("A"));
+    EXPECT_THAT(LinksOf(target, "x", ID::pTerminal_ID), testing::ElementsAre("C"));
+}
+
 TEST(NodeData, HasMergePriorityZeroUnlessItSays) {
     CNodeDataMap map;
     CNodeData node(CNodeData::Integer_ID, &map);

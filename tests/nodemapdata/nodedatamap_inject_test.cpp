@@ -19,7 +19,9 @@ protected:
         NodeOf(m_Other, "x").AddProperty(ID::MergePriority_ID, priority);
         m_Main.Inject(m_Other);
     }
-    std::string UnitOfX() const { return NodeOf(m_Main, "x").FindProperty(ID::Unit_ID)->String(); }
+    std::string UnitOfX() const {
+        return std::string(NodeOf(m_Main, "x").FindProperty(ID::Unit_ID)->String());
+    }
 
     CNodeDataMap m_Main;
     CNodeDataMap m_Other;

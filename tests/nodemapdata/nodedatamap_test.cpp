@@ -94,7 +94,7 @@ public:
     NodeID_t GetNodeID(std::string_view, bool) override { return NodeID_t(0); }
     const std::string& GetNodeName(NodeID_t) const override { throw Failure("no such name"); }
     StringID_t SetString(std::string_view) override { return StringID_t(0); }
-    const std::string& GetString(StringID_t) const override { throw Failure("no such text"); }
+    std::string_view GetString(StringID_t) const override { throw Failure("no such text"); }
 };
 
 template <typename Failure>
@@ -174,6 +174,35 @@ TEST(NodeDataMapDeathTest, IsNotClearedWithAContextNode) {
     CNodeDataMap map;
     map.SetContextNode(&AddNode(map, CNodeData::Enumeration_ID, "E"));
     EXPECT_DEATH(map.Clear(), testing::HasSubstr("m_pContextNode == NULL"));
+}
+
+TEST(NodeDataMap, KeepsTextsWhereTheyAre) {
+    CNodeDataMap map;
+    const std::string large(100000, 'x');
+    const std::string_view first = map.GetString(map.SetString("first"));
+    const std::string_view empty = map.GetString(map.SetString(""));
+    const std::string_view second = map.GetString(map.SetString(large));
+    for (int i = 0; i < 10000; ++i) {
+        map.SetString("another text " + std::to_string(i));
+    }
+    EXPECT_EQ(map.GetString(StringID_t(0)).data(), first.data());
+    EXPECT_EQ(first, "first");
+    EXPECT_EQ(empty, "");
+    EXPECT_EQ(second, large);
+    for (const std::string_view text : {first, empty, second}) {
+        EXPECT_EQ(*text.end(), '\0') << "for whoever wants a C string";
+    }
+    EXPECT_EQ(map.GetString(StringID_t(10002)), "another text 9999");
+}
+
+TEST(NodeDataMap, CountsTheLinksOfAClosureAsProperties) {
+    CNodeDataMap map;
+    CNodeData& node = AddNode(map, CNodeData::Integer_ID, "x");
+    node.SetClosure({NodeID_t(0), NodeID_t(0)}, {NodeID_t(0)});
+    CNodeDataMap::NodeStatistics_t statistics;
+    map.GetNodeStatistics(statistics);
+    EXPECT_EQ(statistics.NumProperties, 4U);
+    EXPECT_EQ(statistics.NumLinks, 3U);
 }
 
 TEST(NodeDataMap, CountsNodesPropertiesLinksAndStrings) {

@@ -216,14 +216,14 @@ private:
     std::vector<std::vector<LinkEntry>> Lists() const {
         std::vector<std::vector<LinkEntry>> lists(m_Map.GetNumNodeIDs());
         for (size_t i = 0; i < lists.size(); ++i) {
-            for (const CProperty& property : m_Map.GetNodeData(NodeID_t(i))->GetProperties()) {
+            m_Map.GetNodeData(NodeID_t(i))->ForEachProperty([&](const CProperty& property) {
                 const CPropertyID id = property.GetPropertyID();
                 if (property.GetDataType() == CProperty::Node_ID) {
                     lists[i].emplace_back(id, property.NodeID().ToIndex());
                 } else if (id == CPropertyID::IsFeature_ID) {
                     lists[i].emplace_back(id, kNoTarget);
                 }
-            }
+            });
         }
         return lists;
     }

@@ -49,12 +49,8 @@ TEST_F(Preprocessing, AppendsBehindWhatTheDescriptionSays) {
     Add(CNodeData::Integer_ID, "Gain", {{ID::pValue_ID, "Reg"}});
     Add(CNodeData::IntReg_ID, "Reg").AddProperty(ID::Address_ID, 0);
     Run();
-    const auto& properties = NodeOf(m_Map, "Reg").GetProperties();
-    ASSERT_EQ(properties.size(), 4U);
-    EXPECT_EQ(properties[0].GetPropertyID(), ID::Name_ID);
-    EXPECT_EQ(properties[1].GetPropertyID(), ID::Address_ID);
-    EXPECT_EQ(properties[2].GetPropertyID(), ID::pDependent_ID);
-    EXPECT_EQ(properties[3].GetPropertyID(), ID::pTerminal_ID);
+    EXPECT_THAT(IDsOf(NodeOf(m_Map, "Reg")),
+                ElementsAre(ID::Name_ID, ID::Address_ID, ID::pDependent_ID, ID::pTerminal_ID));
 }
 
 TEST_F(Preprocessing, FollowsDependenciesThroughAnyChain) {

@@ -56,19 +56,26 @@ inline CNodeData& NodeOf(const CNodeDataMap& map, const char* name) {
 /// Names of the targets of a node's links of one kind, in list order.
 inline std::vector<std::string> LinksOf(const CNodeDataMap& map, const char* name, CPropertyID id) {
     std::vector<std::string> targets;
-    for (const CProperty& property : NodeOf(map, name).GetProperties()) {
+    NodeOf(map, name).ForEachProperty([&](const CProperty& property) {
         if (property.GetPropertyID() == id) {
             targets.push_back(map.GetNodeName(property.NodeID()));
         }
-    }
+    });
     return targets;
+}
+
+/// The identifiers of all properties of a node in their order.
+inline std::vector<CPropertyID::EProperty_ID_t> IDsOf(const CNodeData& node) {
+    std::vector<CPropertyID::EProperty_ID_t> ids;
+    node.ForEachProperty(
+        [&ids](const CProperty& property) { ids.push_back(property.GetPropertyID()); });
+    return ids;
 }
 
 inline size_t CountOf(const CNodeData& node, CPropertyID id) {
     size_t count = 0;
-    for (const CProperty& property : node.GetProperties()) {
-        count += property.GetPropertyID() == id ? 1 : 0;
-    }
+    node.ForEachProperty(
+        [&](const CProperty& property) { count += property.GetPropertyID() == id ? 1 : 0; });
     return count;
 }
 

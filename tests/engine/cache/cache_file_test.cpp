@@ -31,9 +31,18 @@ public:
             const uint64_t type = Number(2);
             types.emplace_back(type, Number(4));
         }
+        numLinks = Number(4);
         for (size_t node = 0; node < types.size(); ++node) {
             for (uint64_t left = Number(4); left > 0; --left) {
                 ReadProperty(node);
+            }
+            Closure& closure = closures.emplace_back();
+            closure.position = m_Position;
+            closure.place = Number(4);
+            for (auto* const links : {&closure.dependents, &closure.terminals}) {
+                for (uint64_t left = Number(4); left > 0; --left) {
+                    links->push_back(Number(2));
+                }
             }
         }
     }
@@ -48,9 +57,17 @@ public:
         uint64_t value;
         bool operator==(const Property&) const = default;
     };
+    struct Closure {
+        size_t position = 0;
+        uint64_t place = 0;
+        std::vector<uint64_t> dependents = {};
+        std::vector<uint64_t> terminals = {};
+    };
     std::vector<std::string> strings;
     std::vector<std::pair<uint64_t, uint64_t>> types;
+    uint64_t numLinks = 0;
     std::vector<Property> properties;
+    std::vector<Closure> closures;
     size_t stringsEnd;
 
 private:
@@ -97,7 +114,7 @@ std::string ForeignText(const CacheFolder& folder) {
 TEST(CacheFile, BeginsWithItsVersionAndText) {
     const CacheFolder folder;
     Store(kSmall);
-    const std::string header("\3\0\0\0\2\0D{CE5EC8AE-C875-498E-8E7B-48F78F219876}\0", 46);
+    const std::string header("\3\0\0\0\3\0D{CE5EC8AE-C875-498E-8E7B-48F78F219876}\0", 46);
     EXPECT_EQ(BytesOf(folder.File()).substr(0, 46), header);
 }
 
@@ -198,11 +215,40 @@ TEST(CacheFile, IsReportedWhenCutOffAnywhereBehindItsVersions) {
     }
 }
 
+TEST(CacheFile, KeepsTheLinksOfClosuresAsPlainIdentifiers) {
+    const CacheFolder folder;
+    Store(Description(RegXml{.name = "R"}() + IntegerXml("A", "", "<pValue>R</pValue>") +
+                      IntegerXml("B", "", "<pValue>A</pValue>")));
+    const ParsedFile file(BytesOf(folder.File()));
+    EXPECT_TRUE(file.IsWhole());
+    const auto idOf = [&file](const std::string& name) {
+        for (const auto& property : file.properties) {
+            if (property.id == CPropertyID::Name_ID && file.strings.at(property.value) == name) {
+                return property.node;
+            }
+        }
+        return size_t{0};
+    };
+    const ParsedFile::Closure& closure = file.closures.at(idOf("R"));
+    EXPECT_THAT(closure.dependents, testing::UnorderedElementsAre(idOf("A"), idOf("B")));
+    EXPECT_GT(closure.dependents[0], closure.dependents[1]);
+    EXPECT_THAT(closure.terminals, testing::ElementsAre(idOf("R")));
+    uint64_t numLinks = 0;
+    for (const auto& each : file.closures) {
+        numLinks += each.dependents.size() + each.terminals.size();
+    }
+    EXPECT_EQ(file.numLinks, numLinks);
+    for (const auto& property : file.properties) {
+        EXPECT_NE(property.id, CPropertyID::pDependent_ID);
+        EXPECT_NE(property.id, CPropertyID::pTerminal_ID);
+    }
+}
+
 TEST(CacheFile, IsRefusedWithAnotherVersion) {
     const CacheFolder folder;
     Store(kSmall);
     std::string bytes = BytesOf(folder.File());
-    bytes[kThirdVersion] = 3;
+    bytes[kThirdVersion] = 2;
     folder.Put(bytes);
     EXPECT_EQ(LoadFailureOfSmall(), ForeignText(folder));
     EXPECT_EQ(LoadFailureOfSmall(CacheUsage_ForceRead), ForeignText(folder));
@@ -340,6 +386,52 @@ TEST(CacheFile, IsCorruptWhereANodeHasAPropertyOfOthers) {
         FailuresOf(folder, Replaced(bytes, access,
                                     head(CPropertyID::AccessMode_ID, CProperty::ECachingMode_ID))),
         testing::Each(CorruptText(folder)));
+}
+
+TEST(CacheFile, IsCorruptWhereALinkOfAClosureLeadsToNoNode) {
+    const CacheFolder folder;
+    Store(kSmall);
+    folder.ForgetChecksum();
+    const std::string bytes = BytesOf(folder.File());
+    const ParsedFile file(bytes);
+    const auto closure = std::find_if(file.closures.begin(), file.closures.end(),
+                                      [](const auto& each) { return !each.terminals.empty(); });
+    ASSERT_NE(closure, file.closures.end());
+    // After the place, the dependents and the number of terminals.
+    const size_t position = closure->position + 4 + 4 + 2 * closure->dependents.size() + 4;
+    ASSERT_EQ(static_cast<uint8_t>(bytes[position]), closure->terminals[0]);
+    for (const size_t node : {file.types.size(), size_t{255}}) {
+        std::string changed = bytes;
+        changed[position] = static_cast<char>(node);
+        EXPECT_THAT(FailuresOf(folder, changed), testing::Each(CorruptText(folder))) << node;
+    }
+}
+
+TEST(CacheFile, IsCorruptWhereTheNumbersOfAClosureAreWrong) {
+    const CacheFolder folder;
+    Store(kSmall);
+    folder.ForgetChecksum();
+    const std::string bytes = BytesOf(folder.File());
+    const ParsedFile file(bytes);
+    const size_t total = file.stringsEnd + 4 + 6 * file.types.size();
+    const size_t place = file.closures.back().position;
+    for (const size_t position : {total, total + 3, place, place + 3, place + 4, place + 7}) {
+        std::string changed = bytes;
+        changed[position] = static_cast<char>(changed[position] + 100);
+        EXPECT_THAT(FailuresOf(folder, changed), testing::Each(CorruptText(folder))) << position;
+    }
+}
+
+TEST(CacheFile, GivesNodesThatReturnTheSameProperties) {
+    const CacheFolder folder;
+    Store(kManifold);
+    const MapOwner parsed(CNodeMapFactory(kManifold).CreateNodeMap());
+    const MapOwner cached(CNodeMapFactory(kManifold, CacheUsage_ForceRead).CreateNodeMap());
+    const auto text = [](const MapOwner& map) {
+        return std::string(
+            CNodeMapFactory::CreateNodeDataFromNodeMap(map.operator->()).ToXml().c_str());
+    };
+    EXPECT_EQ(text(cached), text(parsed));
 }
 
 TEST(CacheFile, OfAConverterWhoseKnifeIsAnotherNodeFailsThatConverter) {

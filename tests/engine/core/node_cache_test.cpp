@@ -11,8 +11,8 @@ namespace {
 class Chain : public testing::Test {
 protected:
     Chain() {
-        m_Nodes.Link(m_First, CPropertyID::pDependent_ID, m_Second);
-        m_Nodes.Link(m_Second, CPropertyID::pDependent_ID, m_Third);
+        m_Nodes.Depend(m_Second, m_First);
+        m_Nodes.Depend(m_Third, m_Second);
         m_Nodes.Complete();
         for (CInteger* const node : {&m_First, &m_Second, &m_Third}) {
             node->GetValue();

@@ -129,7 +129,7 @@ TEST(ConstantReferenceValue, CannotBeWrittenWhereItIsANumber) {
 
 TEST(ReferenceToANode, NeedsAnInterfaceThatFits) {
     XmlNodeMap nodes("<Float Name=\"F\"><Value>1</Value></Float>");
-    IBase* const port = &nodes.Get<IBase>("Device");
+    INodePrivate* const port = &nodes.Get<INodePrivate>("Device");
     CIntegerPolyRef integer;
     EXPECT_EQ(DescriptionOf<RuntimeException>([&] { integer = port; }),
               "CIntegerPolyRef::operator(IBase*) : pointer is neither IInteger*, nor "
@@ -139,11 +139,11 @@ TEST(ReferenceToANode, NeedsAnInterfaceThatFits) {
               "CFloatPolyRef::operator(IBase*) : pointer is neither IFloat*, IInteger*, nor "
               "IEnumeration*");
     CBooleanPolyRef flag;
-    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { flag = &nodes.Get<IBase>("F"); }),
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { flag = &nodes.Get<INodePrivate>("F"); }),
               "CIntegerPolyRef::operator(IBase*) : pointer is neither IInteger*, IEnumeration*, "
               "nor IBoolean*");
     CStringPolyRef text;
-    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { text = &nodes.Get<IBase>("F"); }),
+    EXPECT_EQ(DescriptionOf<RuntimeException>([&] { text = &nodes.Get<INodePrivate>("F"); }),
               "CStringPolyRef::operator(IBase*) : pointer is not IString*");
 }
 
@@ -151,9 +151,9 @@ TEST(ReferenceToANode, NeedsAnInterfaceThatFits) {
 class ReferenceToKind : public testing::Test {
 protected:
     ReferenceToKind() {
-        integer = &m_Nodes.Get<IBase>("E");
-        real = &m_Nodes.Get<IBase>("E");
-        boolean = &m_Nodes.Get<IBase>("B");
+        integer = &m_Nodes.Get<INodePrivate>("E");
+        real = &m_Nodes.Get<INodePrivate>("E");
+        boolean = &m_Nodes.Get<INodePrivate>("B");
     }
 
     XmlNodeMap m_Nodes{RegXml{.name = "EReg", .address = 0}() +
@@ -220,7 +220,7 @@ TEST(ReferenceToEntries, NeedsOneThatIsThere) {
         R"(<Enumeration Name="E"><EnumEntry Name="A"><pIsAvailable>Switch</pIsAvailable>
            <Value>0</Value></EnumEntry><Value>0</Value></Enumeration>)");
     CIntegerPolyRef integer;
-    integer = &nodes.Get<IBase>("E");
+    integer = &nodes.Get<INodePrivate>("E");
     EXPECT_EQ(DescriptionOf<AccessException>([&] { integer.SetValue(0); }),
               "Failed to write enumeration. None of the entries is writable");
 }

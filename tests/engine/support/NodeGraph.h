@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <deque>
 #include <future>
 #include <limits>
 #include <string>
@@ -70,6 +71,11 @@ public:
     void Link(INodePrivate& from, CPropertyID id, INodePrivate& to) {
         Set(from, id, to.GetNodeID());
     }
+    /// Has a node set invalid with another one.
+    void Depend(INodePrivate& node, INodePrivate& on) {
+        const NodeID_t& dependent = m_Dependents.emplace_back(node.GetNodeID());
+        on.SetClosure({&dependent, 1}, {});
+    }
     /// Makes the nodes ready for use.
     void Complete() {
         for (int32_t i = 0; i < static_cast<int32_t>(m_Data.GetNumNodeIDs()); ++i) {
@@ -80,6 +86,8 @@ public:
 
 private:
     CNodeDataMap m_Data;
+    /// Where the nodes have them: it never moves any.
+    std::deque<NodeID_t> m_Dependents;
     CNodeMap m_Map;
 };
 

@@ -129,6 +129,7 @@ protected:
             for (const CProperty& property : data.GetProperties()) {
                 node.SetProperty(property);
             }
+            node.SetClosure(data.GetClosure().dependents, data.GetClosure().terminals);
         });
         ForEachNode([](INodePrivate& node, const CNodeData&) { node.FinalConstruct(); });
         m_Map->FinalConstruct();

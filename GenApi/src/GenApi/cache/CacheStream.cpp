@@ -10,7 +10,7 @@ namespace {
 using namespace std::string_view_literals;
 
 /// Three version numbers of two bytes, then the text that names the form, with its zero.
-constexpr auto kHeader = "\3\0\0\0\2\0D{CE5EC8AE-C875-498E-8E7B-48F78F219876}\0"sv;
+constexpr auto kHeader = "\3\0\0\0\3\0D{CE5EC8AE-C875-498E-8E7B-48F78F219876}\0"sv;
 static_assert(kHeader.size() == 46);
 
 }  // namespace

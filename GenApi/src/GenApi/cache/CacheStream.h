@@ -10,8 +10,9 @@
 namespace GenApi_3_0_ORVANE {
 
 /// What a cache file begins with: three version numbers of two bytes and a text
-/// with its zero. Another form of the file gets another text, and with it other
-/// file names, since the names are hashes that take these bytes in.
+/// with its zero. Another form of the file gets another version, and with it other
+/// file names, since the names are hashes that take these bytes in: files of an old
+/// form are never read, and written anew.
 std::string_view GetCacheFileHeader();
 
 /// No more texts and no more nodes than this fit in a cache file, which keeps
@@ -59,6 +60,16 @@ public:
     }
     /// Returns a text, without its zero. It lives as long as the file's bytes.
     std::string_view Text();
+    /// Returns that many bytes, or none if there are fewer. They live as long as the file's.
+    std::string_view Raw(size_t bytes) {
+        if (m_Rest.size() < bytes) {
+            Fail(State::Corrupt);
+            return {};
+        }
+        const std::string_view raw = m_Rest.substr(0, bytes);
+        m_Rest.remove_prefix(bytes);
+        return raw;
+    }
     /// Skips the header, or fails as Foreign.
     void Header();
     /// Returns how many bytes are left.

@@ -20,6 +20,7 @@ namespace {
 constexpr size_t kTypeBytes = 2;
 constexpr size_t kNodeIDBytes = 4;
 constexpr size_t kCountBytes = 4;
+constexpr size_t kLinkBytes = 2;
 
 /// No description nests attributes deeper than one level. Without a bound, a wrong file could
 /// make the reader call itself until the stack ends.
@@ -42,6 +43,15 @@ size_t ReadCount(CCacheReader& reader) {
         return 0;
     }
     return count;
+}
+
+/// Identifiers in two bytes each, as plain numbers: a description has ten times as many of these
+/// links as properties.
+void WriteLinks(CCacheWriter& writer, const CNodeData::NodeIDs_t& links) {
+    writer.Number(links.size(), kCountBytes);
+    for (const NodeID_t link : links) {
+        writer.Number(static_cast<uint32_t>(link.ToIndex()), kLinkBytes);
+    }
 }
 
 /// Reads two bytes more of a value without a type than the writer writes. No property has such a
@@ -114,7 +124,36 @@ CCacheTables ReadCacheTables(CCacheReader& reader) {
     if (numNodes == 0) {
         reader.Fail(CCacheReader::State::Corrupt);
     }
+    tables.numClosureLinks = reader.Number<kCountBytes>();
+    if (tables.numClosureLinks > reader.GetRest() / kLinkBytes) {
+        reader.Fail(CCacheReader::State::Corrupt);
+        tables.numClosureLinks = 0;
+    }
     return tables;
+}
+
+size_t ReadCacheLinks(CCacheReader& reader, const CCacheCounts& counts, size_t room,
+                      CNodeData::NodeIDs_t& links) {
+    const size_t count = reader.Number<kCountBytes>();
+    if (count + links.size() > room) {
+        reader.Fail(CCacheReader::State::Corrupt);
+        return 0;
+    }
+    const std::string_view raw = reader.Raw(count * kLinkBytes);
+    links.reserve(links.size() + raw.size() / kLinkBytes);
+    for (size_t at = 0; at < raw.size(); at += kLinkBytes) {
+        const int32_t link = static_cast<uint8_t>(raw[at]) | static_cast<uint8_t>(raw[at + 1]) << 8;
+        if (static_cast<size_t>(link) >= counts.nodes) {
+            reader.Fail(CCacheReader::State::Corrupt);
+            return 0;
+        }
+        links.emplace_back(link);
+    }
+    return count;
+}
+
+size_t ReadClosurePlace(CCacheReader& reader) {
+    return reader.Number<kCountBytes>();
 }
 
 /// The order of the fields is the form of the file.
@@ -158,10 +197,13 @@ CProperty CProperty::FromFile(CCacheReader& reader, const CCacheCounts& counts,
 }
 
 void CNodeData::ToFile(CCacheWriter& writer) const {
-    writer.Number(m_pPropertyVector->size(), kCountBytes);
-    for (const CProperty& property : *m_pPropertyVector) {
+    writer.Number(m_Properties.size(), kCountBytes);
+    for (const CProperty& property : m_Properties) {
         property.ToFile(writer);
     }
+    writer.Number(m_Closure.place, kCountBytes);
+    WriteLinks(writer, m_Closure.dependents);
+    WriteLinks(writer, m_Closure.terminals);
 }
 
 /// The list is as long as it will ever be.
@@ -169,6 +211,13 @@ void CNodeData::FromFile(CCacheReader& reader, const CCacheCounts& counts) {
     ReadCacheProperties(reader, counts, m_NodeType, m_pNodeDataMap,
                         [this](CProperty&& property) { AddProperty(std::move(property)); });
     ShrinkToFit();
+    m_Closure.place = ReadClosurePlace(reader);
+    const size_t room = reader.GetRest();
+    ReadCacheLinks(reader, counts, room, m_Closure.dependents);
+    ReadCacheLinks(reader, counts, room, m_Closure.terminals);
+    if (m_Closure.place > m_Properties.size()) {
+        reader.Fail(CCacheReader::State::Corrupt);
+    }
 }
 
 /// Types and identifiers of all nodes come before the first property: a reader that makes live
@@ -176,14 +225,17 @@ void CNodeData::FromFile(CCacheReader& reader, const CCacheCounts& counts) {
 void CNodeDataMap::ToFile(CCacheWriter& writer) const {
     writer.Raw(GetCacheFileHeader());
     writer.Number(m_pStringID2String->size(), kCountBytes);
-    for (const std::string& text : *m_pStringID2String) {
+    for (const std::string_view text : *m_pStringID2String) {
         writer.Text(text);
     }
     writer.Number(m_pNodeID2NodeData->size(), kCountBytes);
+    size_t numClosureLinks = 0;
     for (const auto& pNodeData : *m_pNodeID2NodeData) {
         writer.Number(pNodeData->GetNodeType(), kTypeBytes);
         writer.Number(static_cast<uint32_t>(pNodeData->GetNodeID().ToIndex()), kNodeIDBytes);
+        numClosureLinks += pNodeData->GetClosure().GetNumLinks();
     }
+    writer.Number(numClosureLinks, kCountBytes);
     for (const auto& pNodeData : *m_pNodeID2NodeData) {
         pNodeData->ToFile(writer);
     }
@@ -191,15 +243,22 @@ void CNodeDataMap::ToFile(CCacheWriter& writer) const {
 
 /// For clients that want data rather than live nodes.
 void CNodeDataMap::FromFile(CCacheReader& reader) {
-    CCacheTables tables = ReadCacheTables(reader);
+    const CCacheTables tables = ReadCacheTables(reader);
     const CCacheCounts counts = tables.Count();
-    *m_pStringID2String = std::move(tables.strings);
+    for (const std::string_view text : tables.strings) {
+        m_pStringID2String->Add(text);
+    }
     for (const CNodeData::ENodeType_t type : tables.types) {
         const NodeID_t id(m_pNodeID2NodeData->size());
         m_pNodeID2NodeData->push_back(std::make_unique<CNodeData>(type, id, this));
     }
+    size_t numClosureLinks = 0;
     for (const auto& pNodeData : *m_pNodeID2NodeData) {
         pNodeData->FromFile(reader, counts);
+        numClosureLinks += pNodeData->GetClosure().GetNumLinks();
+    }
+    if (numClosureLinks != tables.numClosureLinks) {
+        reader.Fail(CCacheReader::State::Corrupt);
     }
     if (reader.IsGood()) {
         NameNodesFromFile(reader);
@@ -221,12 +280,14 @@ void CNodeDataMap::NameNodesFromFile(CCacheReader& reader) {
             reader.Fail(CCacheReader::State::Corrupt);
             return;
         }
-        m_pNodeID2NodeName->push_back(found->String());
-        if (!m_pNodeName2NodeID->emplace(found->String(), pNodeData->GetNodeID()).second) {
+        const auto [name, isFirst] =
+            m_pNodeName2NodeID->emplace(found->String(), pNodeData->GetNodeID());
+        m_pNodeID2NodeName->push_back(&name->first);
+        if (!isFirst) {
             reader.Fail(CCacheReader::State::Corrupt);
         }
     }
-    if (m_pNodeID2NodeName->front() != kRootNodeName) {
+    if (*m_pNodeID2NodeName->front() != kRootNodeName) {
         reader.Fail(CCacheReader::State::Corrupt);
     }
 }

@@ -1,11 +1,10 @@
 #pragma once
-/// The parts of a cache file in their order: texts, node table, property lists. The
-/// operations of the data classes that write and read them are defined here too, where
-/// all of the disk cache is.
-/// Two readers share them, the one of the data map and the one that makes live
-/// nodes at once.
+/// The parts of a cache file in their order: texts, node table, and for each node its property
+/// list and its closure. The operations of the data classes that write and read them are defined
+/// here too, where all of the disk cache is. Two readers share them, the one of the data map and
+/// the one that makes live nodes at once.
 
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "cache/CacheStream.h"
@@ -22,8 +21,9 @@ struct CCacheCounts {
 
 /// All that comes before the property lists.
 struct CCacheTables {
-    std::vector<std::string> strings;           ///< by StringID_t
+    std::vector<std::string_view> strings;      ///< by StringID_t; in the file's bytes
     std::vector<CNodeData::ENodeType_t> types;  ///< by NodeID_t; the first is the map's own
+    size_t numClosureLinks = 0;                 ///< of all nodes together
 
     CCacheCounts Count() const { return {strings.size(), types.size()}; }
 };
@@ -51,5 +51,13 @@ void ReadCacheProperties(CCacheReader& reader, const CCacheCounts& counts,
         take(std::move(property));
     }
 }
+
+/// Appends the links of one kind in the closure of a node, each of which leads to a node.
+/// @param room  how many links the list may have afterwards
+/// @return how many there are
+size_t ReadCacheLinks(CCacheReader& reader, const CCacheCounts& counts, size_t room,
+                      CNodeData::NodeIDs_t& links);
+/// Reads how many properties come before a node's closure.
+size_t ReadClosurePlace(CCacheReader& reader);
 
 }  // namespace GenApi_3_0_ORVANE

@@ -1,5 +1,5 @@
 #pragma once
-/// Takes the place of a data map while live nodes are made from a cache file.
+/// Takes the place of a data map for live nodes that are made from a cache file.
 
 #include <algorithm>
 #include <string>
@@ -13,10 +13,11 @@
 
 namespace GenApi_3_0_ORVANE {
 
-/// Resolves texts for the nodes, and collects the names that were read so far.
+/// Resolves texts for the nodes, and collects the names that were read so far. The texts are in
+/// the bytes of the file.
 class DirectNodeDataMap final : public INodeDataMap {
 public:
-    DirectNodeDataMap(std::vector<std::string> strings, size_t numNodes)
+    DirectNodeDataMap(std::vector<std::string_view> strings, size_t numNodes)
         : m_Strings(std::move(strings)), m_Names(numNodes) {}
 
     /// Links in the file are identifiers already.
@@ -24,14 +25,17 @@ public:
         OV_ASSERT(0);
         return {};
     }
-    const std::string& GetNodeName(NodeID_t NodeID) const override {
-        return GetString(m_Names.at(static_cast<size_t>(NodeID.ToIndex())));
+    /// Live nodes have their names themselves.
+    const std::string& GetNodeName(NodeID_t) const override {
+        OV_ASSERT(0);
+        return m_NoName;
     }
-    StringID_t SetString(std::string_view text) override {
-        m_Strings.emplace_back(text);
-        return StringID_t(m_Strings.size() - 1);
+    /// A file has all texts from the start.
+    StringID_t SetString(std::string_view) override {
+        OV_ASSERT(0);
+        return {};
     }
-    const std::string& GetString(StringID_t StringID) const override {
+    std::string_view GetString(StringID_t StringID) const override {
         OV_ASSERT(StringID.IsValid());
         return m_Strings.at(static_cast<size_t>(StringID.ToIndex()));
     }
@@ -55,11 +59,12 @@ public:
 
 private:
     std::string_view GetNameOrNothing(StringID_t name) const {
-        return name.IsValid() ? std::string_view(GetString(name)) : std::string_view();
+        return name.IsValid() ? GetString(name) : std::string_view();
     }
 
-    std::vector<std::string> m_Strings;
+    std::vector<std::string_view> m_Strings;
     std::vector<StringID_t> m_Names;
+    std::string m_NoName;
 };
 
 }  // namespace GenApi_3_0_ORVANE

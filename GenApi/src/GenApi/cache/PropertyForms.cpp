@@ -85,8 +85,7 @@ private:
         }
         Add(node, P::Comment_ID, D::String_ID);
         Add(node, P::IsFeature_ID, D::EYesNo_ID);
-        for (const auto link :
-             {P::pSelected_ID, P::pSelecting_ID, P::pDependent_ID, P::pTerminal_ID}) {
+        for (const auto link : {P::pSelected_ID, P::pSelecting_ID}) {
             Add(node, link, D::Node_ID);
         }
     }

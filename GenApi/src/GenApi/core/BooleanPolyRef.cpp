@@ -5,8 +5,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
-CBooleanPolyRef& CBooleanPolyRef::operator=(IBase* base) {
-    if (!SetPointer(base)) {
+CBooleanPolyRef& CBooleanPolyRef::operator=(INodePrivate* node) {
+    if (!SetPointer(node)) {
         RUNTIME_EXCEPTION(
             "CIntegerPolyRef::operator(IBase*) : pointer is neither IInteger*, "
             "IEnumeration*, nor IBoolean*");

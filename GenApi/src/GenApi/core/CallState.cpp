@@ -44,9 +44,8 @@ void ThrowTooManyCalls(INodePrivate& node) {
 /// reads have to see one state.
 void CCallState::LeaveEntryPoint() {
     if (m_EntryIgnoreCache) {
-        for (INodePrivate* const terminal : m_pEntryNode->GetAllTerminalNodes()) {
-            terminal->SetInvalid(simAll);
-        }
+        ForEachNode(m_pEntryNode->GetAllTerminalNodes(),
+                    [](INodePrivate& terminal) { terminal.SetInvalid(simAll); });
     }
     m_EntryMethod = meUndefined;
     m_pEntryNode = nullptr;

@@ -24,9 +24,21 @@ constexpr uint32_t kMaxNestedCalls = uint32_t{1} << 22;
 /// with the lock held.
 class CCallState {
 public:
-    explicit CCallState(CLock& lock) : m_Lock(lock) {}
+    /// @param nodes  the map's table by identifier, which outlives this object
+    CCallState(CLock& lock, const std::vector<INodePrivate*>& nodes)
+        : m_Lock(lock), m_Nodes(nodes) {}
 
     CLock& GetLock() const { return m_Lock; }
+    /// Calls `use` with each of several nodes. The root element, which a description may link to
+    /// by its name, isn't one.
+    template <class Use>
+    void ForEachNode(NodeIDSpan nodeIDs, const Use& use) const {
+        for (const NodeID_t nodeID : nodeIDs) {
+            if (INodePrivate* const node = m_Nodes[static_cast<size_t>(nodeID.ToIndex())]) {
+                use(*node);
+            }
+        }
+    }
     /// Returns the depth of writes within writes.
     Counter& GetBathometer() { return m_Bathometer; }
     /// Returns how many nodes a question has passed through that has no entry point, such as that
@@ -70,6 +82,7 @@ private:
     void LeaveEntryPoint();
 
     CLock& m_Lock;
+    const std::vector<INodePrivate*>& m_Nodes;
     Counter m_Bathometer;
     Counter m_Nesting;
     INodePrivate* m_pEntryNode = nullptr;

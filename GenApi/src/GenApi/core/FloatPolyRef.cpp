@@ -6,8 +6,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
-CFloatPolyRef& CFloatPolyRef::operator=(IBase* base) {
-    if (!SetPointer(base)) {
+CFloatPolyRef& CFloatPolyRef::operator=(INodePrivate* node) {
+    if (!SetPointer(node)) {
         RUNTIME_EXCEPTION(
             "CFloatPolyRef::operator(IBase*) : pointer is neither IFloat*, "
             "IInteger*, nor IEnumeration*");

@@ -23,6 +23,7 @@ private:
 };
 
 class CCallState;
+struct INodeDescriptions;
 
 /// What nodes need of their map, called with its lock held.
 struct INodeMapPrivate : public INodeMap {
@@ -32,6 +33,10 @@ struct INodeMapPrivate : public INodeMap {
     virtual void FinalConstruct() = 0;
     virtual void SetNumNodes(size_t count) = 0;
     virtual INodePrivate* GetNodeByID(NodeID_t id) = 0;
+    /// Returns the nodes that have a link to a node, once for each link.
+    virtual const std::vector<INodePrivate*>& GetParents(NodeID_t id) = 0;
+    /// Returns what the nodes were made of; null for nodes that weren't made of a description.
+    virtual const INodeDescriptions* GetDescriptions() const = 0;
     virtual void SetProperty(const CProperty& property) = 0;
     /// Appends the map's property to the list. Returns false for an identifier that maps don't
     /// have.

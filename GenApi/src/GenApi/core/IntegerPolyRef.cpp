@@ -21,8 +21,8 @@ int64_t Reachable(double limit, const char* operation) {
 
 }  // namespace
 
-CIntegerPolyRef& CIntegerPolyRef::operator=(IBase* base) {
-    if (!SetPointer(base)) {
+CIntegerPolyRef& CIntegerPolyRef::operator=(INodePrivate* node) {
+    if (!SetPointer(node)) {
         RUNTIME_EXCEPTION(
             "CIntegerPolyRef::operator(IBase*) : pointer is neither IInteger*, "
             "nor IEnumeration*, nor IBoolean*, nor IFloat*");

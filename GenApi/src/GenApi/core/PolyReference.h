@@ -6,6 +6,7 @@
 /// row for each tag. Call them with the map's lock held.
 
 #include <string>
+#include <type_traits>
 #include <variant>
 
 #include "GenApi/IBoolean.h"
@@ -16,6 +17,23 @@
 #include "core/INodePrivate.h"
 
 namespace GenApi_3_0_ORVANE {
+
+/// Asks a node for an interface; null if it lacks that.
+template <class Interface>
+Interface* InterfaceOf(INodePrivate& node) {
+    if constexpr (std::is_same_v<Interface, IInteger>) {
+        return node.AsInteger();
+    } else if constexpr (std::is_same_v<Interface, IFloat>) {
+        return node.AsFloat();
+    } else if constexpr (std::is_same_v<Interface, IBoolean>) {
+        return node.AsBoolean();
+    } else if constexpr (std::is_same_v<Interface, IEnumeration>) {
+        return node.AsEnumeration();
+    } else {
+        static_assert(std::is_same_v<Interface, IString>);
+        return node.AsString();
+    }
+}
 
 /// What all references share. The alternatives of the variant are the tags, in this order:
 /// uninitialised, constant, then the interfaces.
@@ -46,17 +64,16 @@ protected:
 
     /// Uses the first of the interfaces that the node has.
     /// @return false if it has none of them
-    bool SetPointer(IBase* base) {
-        m_pNode = dynamic_cast<INodePrivate*>(base);
-        return (TryPointer<Interfaces>(base) || ...);
+    bool SetPointer(INodePrivate* node) {
+        m_pNode = node;
+        return node != nullptr && (TryPointer(InterfaceOf<Interfaces>(*node)) || ...);
     }
 
     std::variant<std::monostate, Constant, Interfaces*...> m_Source;
 
 private:
     template <class Interface>
-    bool TryPointer(IBase* base) {
-        auto* const pointer = dynamic_cast<Interface*>(base);
+    bool TryPointer(Interface* pointer) {
         if (pointer == nullptr) {
             return false;
         }
@@ -74,7 +91,7 @@ public:
         return *this;
     }
     /// RuntimeException for a node of no fitting interface.
-    CIntegerPolyRef& operator=(IBase* base);
+    CIntegerPolyRef& operator=(INodePrivate* node);
 
     int64_t GetValue(bool verify = false, bool ignoreCache = false) const {
         const int64_t* const constant = GetConstant();
@@ -108,7 +125,7 @@ public:
         return *this;
     }
     /// RuntimeException for a node of no fitting interface.
-    CFloatPolyRef& operator=(IBase* base);
+    CFloatPolyRef& operator=(INodePrivate* node);
 
     double GetValue(bool verify = false, bool ignoreCache = false) const;
     void SetValue(double value, bool verify = true) const;
@@ -133,7 +150,7 @@ public:
         return *this;
     }
     /// RuntimeException for a node of no fitting interface.
-    CBooleanPolyRef& operator=(IBase* base);
+    CBooleanPolyRef& operator=(INodePrivate* node);
 
     bool GetValue(bool verify = false, bool ignoreCache = false) const;
     ECachingMode GetCachingMode() const;
@@ -146,7 +163,7 @@ public:
         return *this;
     }
     /// RuntimeException for a node that is no text.
-    CStringPolyRef& operator=(IBase* base);
+    CStringPolyRef& operator=(INodePrivate* node);
 
     gcstring GetValue(bool verify = false, bool ignoreCache = false) const;
     void SetValue(const gcstring& value, bool verify = true);

@@ -4,8 +4,8 @@
 
 namespace GenApi_3_0_ORVANE {
 
-CStringPolyRef& CStringPolyRef::operator=(IBase* base) {
-    if (!SetPointer(base)) {
+CStringPolyRef& CStringPolyRef::operator=(INodePrivate* node) {
+    if (!SetPointer(node)) {
         RUNTIME_EXCEPTION("CStringPolyRef::operator(IBase*) : pointer is not IString*");
     }
     return *this;

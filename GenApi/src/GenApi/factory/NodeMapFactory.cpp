@@ -88,9 +88,8 @@ INodeMap* CNodeMapFactory::CreateNodeMapWith(CLock* lock, const gcstring& device
     CNodeMapFactoryImpl::LiveNodes nodes{.deviceName = deviceName, .lock = lock};
     m_pImpl->Preprocess(&nodes);
     if (nodes.map == nullptr) {
-        nodes.map = BuildNodeMap(m_pImpl->GetMap(), deviceName, lock);
         // The next camera of the model shares the description as long as this one is there.
-        nodes.map->KeepAlive(m_pImpl->GetSharedMap());
+        nodes.map = BuildNodeMap(m_pImpl->GetSharedMap(), deviceName, lock);
     }
     if (releaseDescription) {
         ReleaseCameraDescriptionFileData();

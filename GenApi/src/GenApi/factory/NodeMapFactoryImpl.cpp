@@ -234,7 +234,8 @@ void CNodeMapFactory::CNodeMapFactoryImpl::RefuseForcedCache() const {
 void CNodeMapFactory::CNodeMapFactoryImpl::ReleaseSource() {
     m_Source = Source();
     m_pShared.reset();
-    m_pMap->Clear();
+    // Not cleared: nodes may still refer to it.
+    m_pMap = std::make_shared<CNodeDataMap>();
     m_isLoaded = false;
     m_isPreprocessed = false;
     m_IsReleased = true;

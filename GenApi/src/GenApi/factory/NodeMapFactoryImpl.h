@@ -66,8 +66,10 @@ public:
 
     /// Returns the data, as far as the steps above have come.
     const CNodeDataMap& GetMap() const { return m_pShared != nullptr ? *m_pShared : *m_pMap; }
-    /// Returns the same where others may share it, else null.
-    std::shared_ptr<const CNodeDataMap> GetSharedMap() const { return m_pShared; }
+    /// Returns the same, preprocessed, for others to keep.
+    std::shared_ptr<const CNodeDataMap> GetSharedMap() const {
+        return m_pShared != nullptr ? m_pShared : m_pMap;
+    }
     bool IsEmpty() const { return !m_Source.IsGiven() && !m_isLoaded && !m_isPreprocessed; }
     bool IsLoaded() const { return m_isLoaded; }
     bool IsPreprocessed() const { return m_isPreprocessed; }
@@ -82,7 +84,8 @@ private:
     uint32_t ComputeHash(const std::string& subtreeName = {}) const;
     void FeedHash(CDescriptionHash& hash, const std::string& subtreeName, int level) const;
     bool CacheRead(uint32_t hash, LiveNodes* pLiveNodes);
-    void TakeFromCache(CCacheReader& reader, LiveNodes* pLiveNodes);
+    void TakeFromCache(CCacheReader& reader, std::shared_ptr<const std::string> bytes,
+                       LiveNodes* pLiveNodes);
     void CacheWrite(uint32_t hash) const;
     bool TryCacheWrite(uint32_t hash) const;
     bool Holds(const CNodeMapFactoryImpl& other) const;

@@ -2,8 +2,9 @@
 // everything that the result depends on: the source, the injected sources in their order and
 // depth, whether texts were left out, and which subtree was extracted.
 
-#include <optional>
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "Base/GCException.h"
 #include "cache/CacheFile.h"
@@ -43,7 +44,9 @@ struct CachedBytes {
     CachedBytes(const gcstring& folder, uint32_t hash) {
         const CCacheFile file(folder, hash);
         name = file.GetName();
-        bytes = file.Read();
+        if (auto content = file.Read()) {
+            bytes = std::make_shared<const std::string>(std::move(*content));
+        }
         const auto checksum = bytes ? file.Check(*bytes) : CCacheFile::EChecksum::Unreadable;
         if (checksum == CCacheFile::EChecksum::Unreadable) {
             bytes.reset();
@@ -52,7 +55,7 @@ struct CachedBytes {
     }
 
     std::string name;
-    std::optional<std::string> bytes;
+    std::shared_ptr<const std::string> bytes;
     bool isIntact = false;
 };
 
@@ -126,7 +129,7 @@ bool CNodeMapFactory::CNodeMapFactoryImpl::CacheRead(uint32_t hash, LiveNodes* p
             // Twice: what the header and the checksum show is known before anything is
             // built, and what the lists hold only afterwards.
             RequireGood(reader, file.name);
-            TakeFromCache(reader, pLiveNodes);
+            TakeFromCache(reader, file.bytes, pLiveNodes);
             RequireGood(reader, file.name);
             return true;
         }
@@ -139,10 +142,11 @@ bool CNodeMapFactory::CNodeMapFactoryImpl::CacheRead(uint32_t hash, LiveNodes* p
 
 /// Makes either live nodes or data of the file, as the caller wants, never both.
 void CNodeMapFactory::CNodeMapFactoryImpl::TakeFromCache(CCacheReader& reader,
+                                                         std::shared_ptr<const std::string> bytes,
                                                          LiveNodes* pLiveNodes) {
     if (pLiveNodes != nullptr) {
-        pLiveNodes->map =
-            CreateNodeMapDirectFromCache(reader, pLiveNodes->deviceName, pLiveNodes->lock);
+        pLiveNodes->map = CreateNodeMapDirectFromCache(reader, std::move(bytes),
+                                                       pLiveNodes->deviceName, pLiveNodes->lock);
         return;
     }
     m_pMap->FromFile(reader);

@@ -4,9 +4,10 @@
 
 #include "factory/NodeMapFactoryNodes.h"
 
+#include <utility>
+
 #include "Base/GCException.h"
-#include "cache/CacheTables.h"
-#include "cache/DirectNodeDataMap.h"
+#include "cache/CachedDescriptions.h"
 #include "factory/NodeCreation.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -43,6 +44,35 @@ void FinalConstruct(CNodeMap& map, size_t numNodes) {
     map.FinalConstruct();
 }
 
+/// Data of a description, which all cameras of one model share.
+class DataDescriptions final : public INodeDescriptions {
+public:
+    explicit DataDescriptions(std::shared_ptr<const CNodeDataMap> data) : m_Data(std::move(data)) {}
+
+    void ForEachProperty(NodeID_t nodeID,
+                         const std::function<void(const CProperty&)>& use) const override {
+        for (const CProperty& property : m_Data->GetNodeData(nodeID)->GetProperties()) {
+            use(property);
+        }
+    }
+
+private:
+    std::shared_ptr<const CNodeDataMap> m_Data;
+};
+
+/// The targets of the links that a node, or the map, has of one kind.
+template <class Teller>
+CNodeData::NodeIDs_t LinksOf(Teller& teller, CPropertyID id, CNodeDataMap& data) {
+    CNodeData::PropertyVector_t links;
+    teller.GetProperty(data, id, links);
+    CNodeData::NodeIDs_t targets;
+    targets.reserve(links.size());
+    for (const CProperty& link : links) {
+        targets.push_back(link.NodeID());
+    }
+    return targets;
+}
+
 /// Stores what a node, or the map, returns about itself under its name. The name comes first, as
 /// in a description that was parsed.
 template <class Teller>
@@ -52,20 +82,26 @@ void Describe(Teller& teller, CNodeData::ENodeType_t type, std::string_view name
     node->SetName(name);
     for (uint32_t number = 0; number < CPropertyID::_Undefined_ID; ++number) {
         const CPropertyID id(static_cast<CPropertyID::EProperty_ID_t>(number));
-        if (id != CPropertyID::Name_ID) {
+        const bool isApart = id == CPropertyID::Name_ID || id == CPropertyID::pDependent_ID ||
+                             id == CPropertyID::pTerminal_ID;
+        if (!isApart) {
             teller.GetProperty(data, id, node->GetProperties());
         }
     }
+    node->SetClosure(LinksOf(teller, CPropertyID::pDependent_ID, data),
+                     LinksOf(teller, CPropertyID::pTerminal_ID, data));
     data.SetNodeData(std::move(node), false);
 }
 
 }  // namespace
 
 /// A node that finds a fault in its properties keeps it, so one wrong node doesn't end the loop.
-std::unique_ptr<CNodeMap> BuildNodeMap(const CNodeDataMap& data, const gcstring& deviceName,
-                                       CLock* lock) {
+std::unique_ptr<CNodeMap> BuildNodeMap(std::shared_ptr<const CNodeDataMap> shared,
+                                       const gcstring& deviceName, CLock* lock) {
+    const CNodeDataMap& data = *shared;
     const size_t numNodes = data.GetNumNodeIDs();
     auto map = NewMap(deviceName, lock, numNodes);
+    map->SetDescriptions(std::make_shared<DataDescriptions>(std::move(shared)));
     const CNodeData* const itNodeData = data.GetNodeData(NodeID_t(0));
     OV_ASSERT(itNodeData->GetName() == kRootNodeName);
     for (const CProperty& property : itNodeData->GetProperties()) {
@@ -75,51 +111,41 @@ std::unique_ptr<CNodeMap> BuildNodeMap(const CNodeDataMap& data, const gcstring&
         Register(*map, data.GetNodeData(NodeID_t(i))->GetNodeType(), NodeID_t(i));
     }
     ForEachNode(*map, numNodes, [&](INodePrivate& node, NodeID_t id) {
-        for (const CProperty& property : data.GetNodeData(id)->GetProperties()) {
+        const CNodeData& description = *data.GetNodeData(id);
+        for (const CProperty& property : description.GetProperties()) {
             node.SetProperty(property);
         }
+        const CNodeData::Closure& closure = description.GetClosure();
+        node.SetClosure(closure.dependents, closure.terminals);
     });
     FinalConstruct(*map, numNodes);
     return map;
 }
 
 /// Reads properties and hands them to the nodes at once. A reader that fails leaves a map that
-/// nobody sees.
+/// nobody sees. A node's name is known only after the node has been read, and no node may ask for
+/// another's until then.
 std::unique_ptr<CNodeMap> CreateNodeMapDirectFromCache(CCacheReader& reader,
+                                                       std::shared_ptr<const std::string> bytes,
                                                        const gcstring& deviceName, CLock* lock) {
-    CCacheTables tables = ReadCacheTables(reader);
-    const CCacheCounts counts = tables.Count();
-    auto map = NewMap(deviceName, lock, counts.nodes);
-    for (size_t i = 1; i < counts.nodes; ++i) {
-        Register(*map, tables.types[i], NodeID_t(i));
-    }
-    DirectNodeDataMap texts(std::move(tables.strings), counts.nodes);
-    // Names aren't stored apart: each arrives as a property of its node. So a name is
-    // known only after its node has been read, and no node may ask for another's until
-    // then.
-    const auto read = [&](auto& taker, NodeID_t id) {
-        const CNodeData::ENodeType_t type = tables.types[static_cast<size_t>(id.ToIndex())];
-        ReadCacheProperties(reader, counts, type, &texts, [&](const CProperty& property) {
-            if (property.GetPropertyID() == CPropertyID::Name_ID &&
-                !texts.SetNodeName(id, property.StringID())) {
-                reader.Fail(CCacheReader::State::Corrupt);
-            }
-            taker.SetProperty(property);
-        });
-    };
+    const auto file = std::make_shared<CCachedDescriptions>(std::move(bytes), reader);
+    const size_t numNodes = file->GetNumNodes();
+    auto map = NewMap(deviceName, lock, numNodes);
+    map->SetDescriptions(file);
     if (reader.IsGood()) {
-        read(*map, NodeID_t(0));
-        ForEachNode(*map, counts.nodes, read);
-    }
-    // A file may be whole and still not be a map; it may have been made to look like one.
-    if (reader.IsGood() && !texts.AreNamesComplete()) {
-        reader.Fail(CCacheReader::State::Corrupt);
+        for (size_t i = 1; i < numNodes; ++i) {
+            Register(*map, file->GetType(NodeID_t(i)), NodeID_t(i));
+        }
+        file->ReadNode(reader, NodeID_t(0), *map);
+        ForEachNode(*map, numNodes,
+                    [&](INodePrivate& node, NodeID_t id) { file->ReadNode(reader, id, node); });
+        file->CheckEnd(reader);
     }
     if (!reader.IsGood()) {
         return nullptr;
     }
     // Only now: nodes look at each other when they finish.
-    FinalConstruct(*map, counts.nodes);
+    FinalConstruct(*map, numNodes);
     return map;
 }
 

@@ -13,7 +13,7 @@ void CConverterBase<Types>::SetProperty(const CProperty& property) {
     }
     switch (property.GetPropertyID()) {
         case CPropertyID::pValue_ID:
-            m_Value = static_cast<IBase*>(LinkChild(property, ReadRole | WriteRole | ValueRole));
+            m_Value = LinkChild(property, ReadRole | WriteRole | ValueRole);
             break;
         case CPropertyID::pSwissKnifeTo_ID:
             m_pConvertTo = LinkKnife(property);
@@ -147,7 +147,7 @@ ERepresentation CConverterBase<Types>::InternalGetRepresentation() const {
 
 template <class Types>
 gcstring CConverterBase<Types>::InternalGetUnit() const {
-    return m_Display.unit.empty() ? m_Value.GetUnit() : m_Display.unit;
+    return m_Display.unit.empty() ? m_Value.GetUnit() : TextOf(m_Display.unit);
 }
 
 /// What the description leaves open comes from the source; integers have no notation.

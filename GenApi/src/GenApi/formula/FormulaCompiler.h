@@ -21,7 +21,7 @@ class MathParserT<Traits>::Compiler {
 public:
     Compiler(MathParserT& parser, std::string_view formula, bool upperCase)
         : m_Parser(parser), m_Tokens(formula), m_UpperCase(upperCase) {
-        m_Waiting.reserve(MathParserT::kReserved);
+        m_Waiting.reserve(std::min(formula.size(), MathParserT::kReserved));
         const auto& names = m_Parser.m_Names;
         if (names.size() > kFewVariables) {
             for (size_t place = 0; place < names.size(); ++place) {
@@ -253,7 +253,9 @@ private:
             EmitFailure(kInvalid);
         }
         // One more: a loaded value sends the one before it to the stack, the first an empty one.
-        m_Parser.m_Stack.assign(std::max(m_MaxDepth, MathParserT::kReserved) + 1, Value());
+        m_Parser.m_Stack.assign(m_MaxDepth + 1, Value());
+        m_Parser.m_Program.shrink_to_fit();
+        m_Parser.m_Slots.shrink_to_fit();
         return nullptr;
     }
 

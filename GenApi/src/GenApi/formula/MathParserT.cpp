@@ -3,6 +3,8 @@
 
 #include "formula/MathParserT.h"
 
+#include <algorithm>
+
 #include "formula/FormulaCompiler.h"
 #include "formula/FormulaNumbers.h"
 
@@ -14,7 +16,8 @@ const char* MathParserT<Traits>::Compile(std::string_view formula, bool upperCas
     if (!DoBracketsMatch(formula)) {
         return kBrackets;
     }
-    m_Program.reserve(kReserved);
+    // No instruction without a character.
+    m_Program.reserve(std::min(formula.size(), kReserved));
     const char* const error = Compiler(*this, formula, upperCase).Compile();
     m_IsCompiled = error == nullptr;
     return error;

@@ -30,7 +30,7 @@ void CSwissKnifeBase<Types>::SetProperty(const CProperty& property) {
     }
     switch (property.GetPropertyID()) {
         case CPropertyID::Formula_ID:
-            m_Formula = property.String().c_str();
+            m_Formula = property.String();
             break;
         case CPropertyID::pVariable_ID:
             AddVariable(property);
@@ -61,7 +61,7 @@ void CSwissKnifeBase<Types>::AddVariable(const CProperty& property) {
     OV_ASSERT(property.GetAttribute() != nullptr);
     variable.name = property.GetAttribute()->String();
     variable.node = LinkChild(property, ReadRole | ValueRole);
-    variable.source = static_cast<IBase*>(variable.node);
+    variable.source = variable.node;
     const size_t point = variable.name.find('.');
     if (point == std::string::npos) {
         return;
@@ -120,11 +120,11 @@ std::string CSwissKnifeBase<Types>::CompileFormula() {
     if (m_InputDirection != idNone) {
         m_Parser.AddVariable(kInputNames[m_InputDirection]);
     }
-    const char* const error = m_Parser.Compile(m_Formula.c_str(), ReadsUpperCase());
+    const char* const error = m_Parser.Compile(m_Formula, ReadsUpperCase());
     if (error == nullptr) {
         return {};
     }
-    return std::string(m_Name.c_str()) + " : Failed to parse formula '" + m_Formula.c_str() +
+    return std::string(m_Name.c_str()) + " : Failed to parse formula '" + std::string(m_Formula) +
            "' : error message is '" + error + "'";
 }
 
@@ -215,7 +215,7 @@ typename CSwissKnifeBase<Types>::Value_t CSwissKnifeBase<Types>::GetValueWithInp
 template <class Types>
 void CSwissKnifeBase<Types>::ThrowFailedEvaluation(const char* text) {
     LOGICAL_ERROR_EXCEPTION_NODE("%s : Failed to evaluate formula '%s' : error message is '%s'",
-                                 m_Name.c_str(), m_Formula.c_str(), text);
+                                 m_Name.c_str(), std::string(m_Formula).c_str(), text);
 }
 
 /// Access modes and visibilities are used in formulas by their numbers.

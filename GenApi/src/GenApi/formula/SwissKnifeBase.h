@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "GenApi/impl/BaseT.h"
@@ -42,7 +43,7 @@ protected:
     Value_t InternalGetMin() const { return Types::kLowest; }
     Value_t InternalGetMax() const { return Types::kHighest; }
     ERepresentation InternalGetRepresentation() const;
-    gcstring InternalGetUnit() const { return m_Display.unit; }
+    gcstring InternalGetUnit() const { return TextOf(m_Display.unit); }
     EDisplayNotation InternalGetDisplayNotation() const;
     int64_t InternalGetDisplayPrecision() const { return m_Display.precision; }
 
@@ -70,7 +71,7 @@ private:
     bool ReadsUpperCase();
     [[noreturn]] void ThrowFailedEvaluation(const char* text);
 
-    gcstring m_Formula;
+    std::string_view m_Formula = "";
     EInputDirection m_InputDirection = idNone;
     std::vector<Variable> m_Variables;
     typename Types::Parser m_Parser;

@@ -30,8 +30,7 @@ constexpr uint16_t kGenApiSubMinor = 2;
 /// What preprocessing marks the targets of links with. A link may lead to the root element by its
 /// name; that is the map itself, which has no use for such marks.
 bool IsMarkOfLinks(CPropertyID id) {
-    return id == CPropertyID::pDependent_ID || id == CPropertyID::pTerminal_ID ||
-           id == CPropertyID::pSelecting_ID || id == CPropertyID::IsFeature_ID;
+    return id == CPropertyID::pSelecting_ID || id == CPropertyID::IsFeature_ID;
 }
 
 }  // namespace
@@ -80,7 +79,7 @@ INodePrivate* string2node_t::Find(std::string_view name, ENameSpace nameSpace) c
 
 /// Asking for the logging library once keeps thousands of nodes from doing so.
 CNodeMap::CNodeMap(const gcstring& deviceName, CLock* lock)
-    : m_DeviceName(deviceName), m_CallState(lock == nullptr ? m_OwnLock : *lock) {
+    : m_DeviceName(deviceName), m_CallState(lock == nullptr ? m_OwnLock : *lock, m_Node2NodeID) {
     m_IsLoggingEnabled = CLog::Exist("GenApi");
     m_IsDeviceLoggingEnabled = CLog::Exist(gcstring("GenApi.") + deviceName);
     ListSupportedSchemaVersions(m_SupportedSchemaVersions);
@@ -127,6 +126,26 @@ INodePrivate* CNodeMap::GetNodeByID(NodeID_t NodeID) {
     return m_Node2NodeID[static_cast<size_t>(NodeID.ToIndex())];
 }
 
+/// For clients that look at the graph, of which there are few: so the nodes don't keep their
+/// parents, and all are found at once.
+const std::vector<INodePrivate*>& CNodeMap::GetParents(NodeID_t id) {
+    if (m_Parents.empty()) {
+        m_Parents.resize(m_Node2NodeID.size());
+        std::vector<INodePrivate*> children;
+        for (INodePrivate* const node : m_Node2NodeID) {
+            if (node == nullptr) {
+                continue;
+            }
+            children.clear();
+            node->ListChildren(children);
+            for (INodePrivate* const child : children) {
+                m_Parents[static_cast<size_t>(child->GetNodeID().ToIndex())].push_back(node);
+            }
+        }
+    }
+    return m_Parents[static_cast<size_t>(id.ToIndex())];
+}
+
 /// Until all nodes have their properties they have no names either.
 const string2node_t& CNodeMap::Names() const {
     if (m_pNames == nullptr) {
@@ -138,6 +157,8 @@ const string2node_t& CNodeMap::Names() const {
 /// Runs after the nodes' own FinalConstruct. Nodes without a polling time aren't even looked at
 /// by later sweeps.
 void CNodeMap::FinalConstruct() {
+    // Links may have been added since.
+    m_Parents.clear();
     m_pNames = std::make_unique<string2node_t>();
     m_pNames->Reserve(m_Node2NodeID.size());
     for (INodePrivate* const node : m_Node2NodeID) {

@@ -10,6 +10,7 @@
 #include "GenApi/IDeviceInfo.h"
 #include "GenApi/Version.h"
 #include "core/CallState.h"
+#include "core/INodeDescriptions.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -80,6 +81,8 @@ public:
     void FinalConstruct() override;
     void SetNumNodes(size_t count) override { m_Node2NodeID.resize(count, nullptr); }
     INodePrivate* GetNodeByID(NodeID_t id) override;
+    const std::vector<INodePrivate*>& GetParents(NodeID_t id) override;
+    const INodeDescriptions* GetDescriptions() const override { return m_Descriptions.get(); }
     void SetProperty(const CProperty& property) override;
     bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
                      CNodeData::PropertyVector_t& properties) override;
@@ -112,8 +115,10 @@ public:
     /// The same without a map.
     static void ListSupportedSchemaVersions(gcstring_vector& list);
 
-    /// Keeps what others shall find while this map is there. The nodes don't use it.
-    void KeepAlive(std::shared_ptr<const void> shared) { m_Shared = std::move(shared); }
+    /// Keeps what the nodes are made of, which has their texts and links.
+    void SetDescriptions(std::shared_ptr<const INodeDescriptions> descriptions) {
+        m_Descriptions = std::move(descriptions);
+    }
 
     /// Deletes the map.
     void Destroy() override;
@@ -144,12 +149,14 @@ private:
     std::vector<INodePrivate*> m_Node2NodeID;
     std::unique_ptr<string2node_t> m_pNames;
     std::vector<INodePrivate*> m_PollingList;
+    /// By identifier; empty until somebody asks.
+    std::vector<std::vector<INodePrivate*>> m_Parents;
     bool m_IsLoggingEnabled = true;
     bool m_IsDeviceLoggingEnabled = true;
     CLock m_OwnLock;
     CCallState m_CallState;
     UserData_t m_pUserData = nullptr;
-    std::shared_ptr<const void> m_Shared;
+    std::shared_ptr<const INodeDescriptions> m_Descriptions;
 };
 
 }  // namespace GenApi_3_0_ORVANE

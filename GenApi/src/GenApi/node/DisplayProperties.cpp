@@ -9,7 +9,7 @@ bool DisplayProperties::Set(const CProperty& property) {
             representation = property.ERepresentation();
             return true;
         case CPropertyID::Unit_ID:
-            unit = property.String().c_str();
+            unit = property.String();
             return true;
         case CPropertyID::DisplayNotation_ID:
             notation = property.EDisplayNotation();

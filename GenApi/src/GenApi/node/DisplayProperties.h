@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "GenApi/Types.h"
 #include "properties/Property.h"
 
@@ -9,7 +11,7 @@ namespace GenApi_3_0_ORVANE {
 /// has the value that the node's class starts with.
 struct DisplayProperties {
     ERepresentation representation = _UndefinedRepresentation;
-    gcstring unit = {};
+    std::string_view unit = "";
     EDisplayNotation notation = _UndefinedEDisplayNotation;
     /// Digits; -1 where the description doesn't say.
     int64_t precision = -1;

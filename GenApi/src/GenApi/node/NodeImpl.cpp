@@ -15,14 +15,6 @@ namespace GenApi_3_0_ORVANE {
 
 using GenICam_3_0_ORVANE::CLog;
 
-namespace {
-
-bool StartsWith(const gcstring& text, const char* begin) {
-    return text.find(begin) == 0;
-}
-
-}  // namespace
-
 CNodeImpl::CNodeImpl() = default;
 
 /// Another thread may be about to run one of the callbacks outside the lock. Taking the callback
@@ -46,26 +38,26 @@ INodeMapPrivate& CNodeImpl::GetMap() const {
 }
 
 void CNodeImpl::FinalConstruct() {
-    m_DeviceName = GetMap().GetDeviceName();
     if (GetMap().IsLoggingEnabled()) {
         CreateLoggers();
     }
     // Names with an underscore are the parser's: nodes that it made of expressions and constants
     // inside a formula. Clients ask for value children to show them to users, who never see
     // those.
-    m_ValueChildren.erase(std::remove_if(m_ValueChildren.begin(), m_ValueChildren.end(),
-                                         [](INodePrivate* child) {
-                                             return StartsWith(child->InternalGetName(), "_");
-                                         }),
-                          m_ValueChildren.end());
+    for (Child& child : m_Children) {
+        if ((child.roles & ValueRole) != 0 && *child.node->InternalGetName().c_str() == '_') {
+            child.roles &= ~unsigned{ValueRole};
+        }
+    }
 }
 
 /// A category for each subject of each node, so that a user can follow one register without the
 /// noise of all others. Without a logging library all of them are null, and each line costs one
 /// test.
 void CNodeImpl::CreateLoggers() {
-    const auto logger = [this](const char* category) {
-        return CLog::GetLogger(gcstring("GenApi.") + m_DeviceName + category + m_Name);
+    const gcstring deviceName = GetMap().GetDeviceName();
+    const auto logger = [&](const char* category) {
+        return CLog::GetLogger(gcstring("GenApi.") + deviceName + category + m_Name);
     };
     m_pAccessLog = logger(".Access.");
     m_pValueLog = logger(".Value.");
@@ -133,9 +125,8 @@ ECachingMode CNodeImpl::InternalGetLimitsCachingMode() {
 /// they change, they set this node invalid.
 ECachingMode CNodeImpl::ComputeCachingMode() {
     ECachingMode mode = m_CachingMode;
-    for (INodePrivate* const child : m_WritingChildren) {
-        mode = Combine(mode, child->GetCachingMode());
-    }
+    ForEachChild(WriteRole,
+                 [&mode](INodePrivate& child) { mode = Combine(mode, child.GetCachingMode()); });
     return mode;
 }
 
@@ -164,7 +155,18 @@ gcstring CNodeImpl::InternalGetQualifiedName() {
 
 /// The name is better than nothing to show to a user.
 gcstring CNodeImpl::InternalGetDisplayName() const {
-    return m_DisplayName.empty() ? m_Name : m_DisplayName;
+    return m_DisplayName.empty() ? m_Name : TextOf(m_DisplayName);
+}
+
+void CNodeImpl::InternalGetFeatures(value_vector& list, const std::vector<IValue*>& features) {
+    list.clear();
+    for (IValue* const feature : features) {
+        list.push_back(feature);
+    }
+}
+
+void CNodeImpl::AppendNodes(node_vector& list, NodeIDSpan nodeIDs) const {
+    GetCallState().ForEachNode(nodeIDs, [&list](INodePrivate& node) { list.push_back(&node); });
 }
 
 /// A client's view of the graph: the converters' inner formulas are nodes of ours, and left out
@@ -175,25 +177,30 @@ void CNodeImpl::InternalGetChildren(node_vector& list, ELinkType linkType) const
             list.push_back(node);
         }
     };
+    const auto childrenOf = [this](unsigned roles) {
+        NodeList children;
+        AppendChildren(children, roles);
+        return children;
+    };
     list.clear();
     switch (linkType) {
         case GenApi_3_0_ORVANE::ParentNodes:
-            return append(m_Parents);
+            return append(GetMap().GetParents(m_NodeID));
         case GenApi_3_0_ORVANE::ReadingChildren:
-            return append(m_ReadingChildren);
+            return append(childrenOf(ReadRole));
         case GenApi_3_0_ORVANE::WritingChildren:
-            return append(m_WritingChildren);
+            return append(childrenOf(WriteRole));
         case GenApi_3_0_ORVANE::AllChildren:
-            return append(m_AllChildren);
+            return append(childrenOf(AnyRole));
         case GenApi_3_0_ORVANE::DependingNodes:
-            return append(m_DependingNodes);
+            return AppendNodes(list, m_DependingNodes);
         case GenApi_3_0_ORVANE::TerminalNodes:
-            return append(m_TerminalNodes);
+            return AppendNodes(list, m_TerminalNodes);
         case GenApi_3_0_ORVANE::ValueChildren:
             break;
     }
-    NodeList merged = m_ValueChildren;
-    merged.insert(merged.end(), m_WritingChildren.begin(), m_WritingChildren.end());
+    NodeList merged = childrenOf(ValueRole);
+    AppendChildren(merged, WriteRole);
     for (INodePrivate* const node : merged) {
         const gcstring& name = node->InternalGetName();
         const bool isInnerKnife = name.find("_ConvertTo") != gcstring::npos ||

@@ -4,6 +4,7 @@
 #include <bitset>
 #include <memory>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "Base/Log.h"
@@ -13,7 +14,6 @@
 #include "core/NodeExceptions.h"
 #include "core/NodeFault.h"
 #include "core/PolyReference.h"
-#include "node/DetachedProperty.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -38,13 +38,14 @@ public:
     NodeID_t GetNodeID() override { return m_NodeID; }
     void FinalConstruct() override;
     void SetProperty(const CProperty& property) override;
+    void SetClosure(NodeIDSpan dependents, NodeIDSpan terminals) override;
     using INodePrivate::GetProperty;
     bool GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
                      CNodeData::PropertyVector_t& properties) override;
     void SetInvalid(ESetInvalidMode mode) override;
     void CollectCallbacksToFire(CallbackList& list, bool allDependents) override;
     bool IsTerminalNode() override;
-    const NodeList& GetAllTerminalNodes() override { return m_TerminalNodes; }
+    NodeIDSpan GetAllTerminalNodes() override { return m_TerminalNodes; }
     bool Poll(int64_t elapsedTime) override;
     EAccessMode InternalGetAccessMode() override { return InternalGetAccessMode(nullptr); }
     EInterfaceType InternalGetPrincipalInterfaceType() override { return intfIBase; }
@@ -59,7 +60,7 @@ public:
     EYesNo InternalIsAccessModeCacheable() override;
     void InternalCheckError() override;
     bool InternalIsValueCacheValid() override { return m_ValueCacheValid; }
-    void AddParent(INodePrivate* parent) override { m_Parents.push_back(parent); }
+    void ListChildren(NodeList& list) const override { AppendChildren(list, AnyRole); }
     void SetInvisibleIfHigher(EVisibility /*visibility*/) override {}
 
     // For the templates and frames, with the lock held.
@@ -130,8 +131,8 @@ protected:
     EAccessMode CachedAccessMode(const Compute& compute);
     /// The same computation without the cache, as part of such a `compute`.
     EAccessMode ComputeAccessMode(IBase* value);
-    /// The same from the mode of the value and from the nodes that count.
-    EAccessMode ComputeAccessMode(EAccessMode mode, const NodeList& readingChildren) const;
+    /// The same from the mode of the value and from the children that count.
+    EAccessMode ComputeAccessMode(EAccessMode mode, unsigned roles) const;
 
     gcstring InternalGetQualifiedName();
     gcstring InternalGetDocuURL();
@@ -141,6 +142,9 @@ protected:
     void InternalGetPropertyNames(gcstring_vector& names);
     bool InternalGetProperty(const gcstring& name, gcstring& value, gcstring& attribute);
     gcstring InternalGetDisplayName() const;
+    /// A text of the description as a client gets it.
+    static gcstring TextOf(std::string_view text) { return {text.data(), text.size()}; }
+    static void InternalGetFeatures(value_vector& list, const std::vector<IValue*>& features);
     void InternalGetChildren(node_vector& list, ELinkType linkType) const;
     CallbackHandleType InternalRegisterCallback(CNodeCallback* callback);
     bool InternalDeregisterCallback(CallbackHandleType handle);
@@ -158,8 +162,29 @@ protected:
         NoRole = 0,     ///< known, but neither read nor written
         ReadRole = 1,   ///< read to compute this node
         WriteRole = 2,  ///< written when this node is written
-        ValueRole = 4   ///< its value is part of this node's value
+        ValueRole = 4,  ///< its value is part of this node's value
+        /// read whichever source an index selects
+        BesideIndexRole = 8,
+        AnyRole = ~0U
     };
+    /// A link to another node.
+    struct Child {
+        INodePrivate* node;
+        unsigned roles;
+    };
+
+    /// Calls `use` with the children that have one of the roles, once for each link.
+    template <class Use>
+    void ForEachChild(unsigned roles, const Use& use) const {
+        for (const Child& child : m_Children) {
+            if (roles == AnyRole || (child.roles & roles) != 0) {
+                use(*child.node);
+            }
+        }
+    }
+    void AppendChildren(NodeList& list, unsigned roles) const {
+        ForEachChild(roles, [&list](INodePrivate& child) { list.push_back(&child); });
+    }
     /// Runs a step of taking the description, and keeps the fault that it throws. The first fault
     /// counts.
     template <class Step>
@@ -169,12 +194,12 @@ protected:
     INodePrivate* LinkChild(const CProperty& property, unsigned roles);
 
     gcstring m_Name;
-    gcstring m_Extension;
+    // Texts are those of the description, which the map keeps.
+    std::string_view m_Extension = "";
     ENameSpace m_NameSpace = Custom;
-    gcstring m_DeviceName;
-    gcstring m_DisplayName;
-    gcstring m_ToolTip;
-    gcstring m_Description;
+    std::string_view m_DisplayName = "";
+    std::string_view m_ToolTip = "";
+    std::string_view m_Description = "";
     EVisibility m_Visibility = Beginner;
     CBooleanPolyRef m_IsImplemented;
     CBooleanPolyRef m_IsAvailable;
@@ -184,27 +209,24 @@ protected:
     INode* m_pAlias = nullptr;
     INode* m_pCastAlias = nullptr;
     ECachingMode m_CachingMode = WriteThrough;
-    value_vector m_SelectedFeatures;
-    value_vector m_SelectingFeatures;
-    gcstring m_EventID;
+    std::vector<IValue*> m_SelectedFeatures;
+    std::vector<IValue*> m_SelectingFeatures;
+    std::string_view m_EventID = "";
     EYesNo m_Streamable = No;
     EAccessMode m_ImposedAccessMode = RW;
     EVisibility m_ImposedVisibility = Beginner;
     int64_t m_PollingTime = -1;
-    node_vector m_Invalidators;
-    gcstring m_DocuURL;
+    NodeList m_Invalidators;
+    std::string_view m_DocuURL = "";
     EYesNo m_IsDeprecated = No;
     EYesNo m_IsFeature = No;
     EYesNo m_ExposeStatic = Yes;
     UserData_t m_pUserData = nullptr;
 
-    NodeList m_Parents;
-    NodeList m_ReadingChildren;
-    NodeList m_WritingChildren;
-    NodeList m_AllChildren;
-    NodeList m_DependingNodes;
-    NodeList m_TerminalNodes;
-    NodeList m_ValueChildren;
+    /// In the order of the links.
+    std::vector<Child> m_Children;
+    NodeIDSpan m_DependingNodes;
+    NodeIDSpan m_TerminalNodes;
 
     ECachingMode m_CachingModeCache = _UndefinedCachingMode;
     ECachingMode m_LimitsCachingModeCache = _UndefinedCachingMode;
@@ -226,8 +248,9 @@ protected:
 private:
     EAccessMode FindAccessMode();
     EYesNo ComputeAccessModeCacheability();
-    static EAccessMode LowerByChildren(EAccessMode mode, const NodeList& readingChildren);
+    EAccessMode LowerByChildren(EAccessMode mode, unsigned roles) const;
     EAccessMode LowerByReferences(EAccessMode mode) const;
+    void AppendNodes(node_vector& list, NodeIDSpan nodeIDs) const;
     void CreateLoggers();
     bool IsPollingBlocked();
     /// The field that keeps a property that is no link: calls `use` with it.
@@ -241,12 +264,17 @@ private:
     template <class Self, class Use>
     static bool WithLink(Self& self, CPropertyID id, const Use& use);
     bool IsCommonLink(CPropertyID id) const;
+    /// Returns the links of the closure that count as this property; null for any other.
+    const NodeIDSpan* FindClosure(CPropertyID id) const;
+    /// Appends those entries of a property that the description has.
+    void AppendDescribed(INodeDataMap& nodeDataMap, CPropertyID id,
+                         CNodeData::PropertyVector_t& properties) const;
+    CProperty MakeDescribed(INodeDataMap& nodeDataMap, const CProperty& described) const;
     /// Takes a link into its field, whatever kind of field that is.
     void TakeLink(const CProperty& property, EChildRole role, CBooleanPolyRef& field);
     void TakeLink(const CProperty& property, EChildRole role, IEnumeration*& field);
     void TakeLink(const CProperty& property, EChildRole role, INode*& field);
-    void TakeLink(const CProperty& property, EChildRole role, value_vector& field);
-    void TakeLink(const CProperty& property, EChildRole role, node_vector& field);
+    void TakeLink(const CProperty& property, EChildRole role, std::vector<IValue*>& field);
     void TakeLink(const CProperty& property, EChildRole role, NodeList& field);
     void SetLinkProperty(const CProperty& property);
     [[noreturn]] void RaiseFault(const NodeFault& fault);
@@ -258,7 +286,6 @@ private:
     CNodeData::ENodeType_t m_NodeType = CNodeData::_NotImpl_ID;
     NodeID_t m_NodeID;
     std::bitset<CPropertyID::_Undefined_ID> m_HeldProperties;
-    std::vector<CDetachedProperty> m_DetachedProperties;
     int64_t m_ElapsedTime = 0;
     /// The registers that the value comes from, once they have been searched for.
     std::optional<NodeList> m_Sources;

@@ -28,19 +28,22 @@ EAccessMode CNodeImpl::InternalGetAccessMode(IBase* value) {
 /// that.
 EAccessMode CNodeImpl::ComputeAccessMode(IBase* value) {
     const EAccessMode mode = value == nullptr ? RW : value->GetAccessMode();
-    return ComputeAccessMode(mode, m_ReadingChildren);
+    return ComputeAccessMode(mode, ReadRole);
 }
 
-EAccessMode CNodeImpl::ComputeAccessMode(EAccessMode mode, const NodeList& readingChildren) const {
-    return LowerByReferences(LowerByChildren(mode, readingChildren));
+EAccessMode CNodeImpl::ComputeAccessMode(EAccessMode mode, unsigned roles) const {
+    return LowerByReferences(LowerByChildren(mode, roles));
 }
 
 /// A node that can't be computed because a part is missing is missing, too. Parts that are
 /// write-only for example don't matter here: reading them fails with their own text, which says
 /// more.
-EAccessMode CNodeImpl::LowerByChildren(EAccessMode mode, const NodeList& readingChildren) {
-    for (INodePrivate* const child : readingChildren) {
-        const EAccessMode childMode = child->GetAccessMode();
+EAccessMode CNodeImpl::LowerByChildren(EAccessMode mode, unsigned roles) const {
+    for (const Child& child : m_Children) {
+        if ((child.roles & roles) == 0) {
+            continue;
+        }
+        const EAccessMode childMode = child.node->GetAccessMode();
         if (childMode == NI) {
             return NI;
         }
@@ -109,11 +112,11 @@ EYesNo CNodeImpl::ComputeAccessModeCacheability() {
         // Those that read this node and are read by it have to see it, too.
         m_AccessModeCacheability = No;
     }
-    for (INodePrivate* const child : m_ReadingChildren) {
-        if (child->IsAccessModeCacheable() == No) {
+    ForEachChild(ReadRole, [this](INodePrivate& child) {
+        if (child.IsAccessModeCacheable() == No) {
             m_AccessModeCacheability = No;
         }
-    }
+    });
     return m_AccessModeCacheability;
 }
 

@@ -119,7 +119,7 @@ std::string Replacement(std::string_view name, INodePrivate& node, INodeMap& map
 /// A replacement is searched for macros again, as its text may come from a node whose value holds
 /// some.
 gcstring CNodeImpl::InternalGetDocuURL() {
-    std::string text = m_DocuURL.c_str();
+    std::string text(m_DocuURL);
     for (int i = 0; i < kMaxReplacements; ++i) {
         const size_t begin = text.find("$(");
         const size_t end = text.find(')', begin);

@@ -3,7 +3,6 @@
 // nodes that depend on it; callbacks are gathered for the caller to run.
 
 #include <algorithm>
-#include <iterator>
 #include <limits>
 #include <unordered_set>
 #include <utility>
@@ -29,10 +28,10 @@ void CNodeImpl::PostSetValue(CallbackList& callbacks) {
     }
     // The value ended in these nodes, most of them registers. What depends on this node depends
     // on them, so they know all that has to be set invalid.
-    for (INodePrivate* const terminal : m_TerminalNodes) {
-        terminal->CollectCallbacksToFire(callbacks, true);
-        terminal->SetInvalid(simAll);
-    }
+    GetCallState().ForEachNode(m_TerminalNodes, [&callbacks](INodePrivate& terminal) {
+        terminal.CollectCallbacksToFire(callbacks, true);
+        terminal.SetInvalid(simAll);
+    });
     // Without terminal nodes nobody has consumed these marks.
     m_KeepCache = false;
     m_WasWritten = false;
@@ -74,9 +73,8 @@ void CNodeImpl::InvalidateCaches() {
 /// One level is enough: preprocessing has listed, for each node, all nodes that depend on it
 /// through any chain. So this needs no recursion, and no node is set invalid twice.
 void CNodeImpl::InvalidateDependents() {
-    for (INodePrivate* const dependent : m_DependingNodes) {
-        dependent->SetInvalid(simOnlyMe);
-    }
+    GetCallState().ForEachNode(m_DependingNodes,
+                               [](INodePrivate& dependent) { dependent.SetInvalid(simOnlyMe); });
 }
 
 /// A node without invalidators keeps its registers' bytes: its registers are set invalid on their
@@ -121,9 +119,12 @@ const CNodeImpl::NodeList& CNodeImpl::GetSources() {
             }
             continue;
         }
-        for (const NodeList* const children : {&node.m_ValueChildren, &node.m_WritingChildren}) {
-            std::copy_if(children->begin(), children->end(), std::back_inserter(open),
-                         [&found](INodePrivate* child) { return found.insert(child).second; });
+        for (const unsigned role : {ValueRole, WriteRole}) {
+            node.ForEachChild(role, [&](INodePrivate& child) {
+                if (found.insert(&child).second) {
+                    open.push_back(&child);
+                }
+            });
         }
     }
     return *m_Sources;
@@ -133,14 +134,15 @@ const CNodeImpl::NodeList& CNodeImpl::GetSources() {
 void CNodeImpl::CollectCallbacksToFire(CallbackList& list, bool allDependents) {
     list.insert(list.end(), m_Callbacks.begin(), m_Callbacks.end());
     if (allDependents) {
-        for (INodePrivate* const dependent : m_DependingNodes) {
-            dependent->CollectCallbacksToFire(list, false);
-        }
+        GetCallState().ForEachNode(m_DependingNodes, [&list](INodePrivate& dependent) {
+            dependent.CollectCallbacksToFire(list, false);
+        });
     }
 }
 
 bool CNodeImpl::IsTerminalNode() {
-    return std::find(m_TerminalNodes.begin(), m_TerminalNodes.end(), this) != m_TerminalNodes.end();
+    return std::find(m_TerminalNodes.begin(), m_TerminalNodes.end(), m_NodeID) !=
+           m_TerminalNodes.end();
 }
 
 /// The elapsed time is a client's number: sums of it must not overflow, and a huge one simply

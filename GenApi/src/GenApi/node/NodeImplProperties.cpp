@@ -1,9 +1,10 @@
 // How a node takes its description, property by property, and returns it. Properties that all
-// nodes have are kept in fields and lists of their own; those of the concrete classes are also
-// kept as they came, so that one place can return them.
+// nodes have are kept in fields and lists of their own; those of the concrete classes are returned
+// from the description, so that one place can do that.
 
 #include <string>
 
+#include "core/INodeDescriptions.h"
 #include "node/NodeImpl.h"
 #include "node/PropertyField.h"
 #include "nodes/NodeDataMap.h"
@@ -11,6 +12,9 @@
 namespace GenApi_3_0_ORVANE {
 
 namespace {
+
+/// As many as most nodes have.
+constexpr size_t kUsualChildren = 3;
 
 /// Texts of a description never hold tabs, so a reader can take the list apart again.
 void AppendEntry(gcstring& list, const std::string& entry) {
@@ -76,22 +80,14 @@ INodePrivate& CNodeImpl::FindLinked(const CProperty& property) {
     return *target;
 }
 
-/// The roles decide what the child means for this node's access mode, caching and value. Parents
-/// are entered only for clients that look at the graph.
+/// The roles decide what the child means for this node's access mode, caching and value.
 INodePrivate* CNodeImpl::LinkChild(const CProperty& property, unsigned roles) {
-    INodePrivate* const child = &FindLinked(property);
-    m_AllChildren.push_back(child);
-    if ((roles & ReadRole) != 0) {
-        m_ReadingChildren.push_back(child);
+    INodePrivate& child = FindLinked(property);
+    if (m_Children.capacity() == 0) {
+        m_Children.reserve(kUsualChildren);
     }
-    if ((roles & WriteRole) != 0) {
-        m_WritingChildren.push_back(child);
-    }
-    if ((roles & ValueRole) != 0) {
-        m_ValueChildren.push_back(child);
-    }
-    child->AddParent(this);
-    return child;
+    m_Children.push_back({&child, roles});
+    return &child;
 }
 
 CProperty CNodeImpl::MakeLink(INodeDataMap& nodeDataMap, CPropertyID id, INodePrivate& target) {
@@ -124,13 +120,28 @@ bool CNodeImpl::WithLink(Self& self, CPropertyID id, const Use& use) {
             return use(self.m_SelectingFeatures, NoRole);
         case CPropertyID::pInvalidator_ID:
             return use(self.m_Invalidators, NoRole);
-        case CPropertyID::pDependent_ID:
-            return use(self.m_DependingNodes, NoRole);
-        case CPropertyID::pTerminal_ID:
-            return use(self.m_TerminalNodes, NoRole);
         default:
             return false;
     }
+}
+
+const NodeIDSpan* CNodeImpl::FindClosure(CPropertyID id) const {
+    switch (id) {
+        case CPropertyID::pDependent_ID:
+            return &m_DependingNodes;
+        case CPropertyID::pTerminal_ID:
+            return &m_TerminalNodes;
+        default:
+            return nullptr;
+    }
+}
+
+/// What preprocessing has listed are no children: there are far too many of them.
+void CNodeImpl::SetClosure(NodeIDSpan dependents, NodeIDSpan terminals) {
+    m_DependingNodes = dependents;
+    m_TerminalNodes = terminals;
+    m_HeldProperties.set(CPropertyID::pDependent_ID, !dependents.empty());
+    m_HeldProperties.set(CPropertyID::pTerminal_ID, !terminals.empty());
 }
 
 bool CNodeImpl::IsCommonLink(CPropertyID id) const {
@@ -142,7 +153,7 @@ void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, CBooleanPol
 }
 
 void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, IEnumeration*& field) {
-    field = dynamic_cast<IEnumeration*>(LinkChild(property, role));
+    field = LinkChild(property, role)->AsEnumeration();
 }
 
 void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, INode*& field) {
@@ -151,23 +162,18 @@ void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, INode*& fie
 
 /// A node that selects itself is refused: it would have to be set before it can be set, which no
 /// walk over the values of selectors can do.
-void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, value_vector& field) {
+void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, std::vector<IValue*>& field) {
     if (property.NodeID() == m_NodeID) {
         const std::string name = m_Name.c_str();
         throw NodeFault("ERROR : pSelected cycle detected : " + name + " -> " + name);
     }
-    if (auto* const value = dynamic_cast<IValue*>(LinkChild(property, role))) {
+    if (IValue* const value = LinkChild(property, role)->AsValue()) {
         field.push_back(value);
     }
 }
 
-void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, node_vector& field) {
+void CNodeImpl::TakeLink(const CProperty& property, EChildRole role, NodeList& field) {
     field.push_back(LinkChild(property, role));
-}
-
-/// What preprocessing has listed are no children: there are far too many of them.
-void CNodeImpl::TakeLink(const CProperty& property, EChildRole /*role*/, NodeList& field) {
-    field.push_back(&FindLinked(property));
 }
 
 void CNodeImpl::SetLinkProperty(const CProperty& property) {
@@ -220,12 +226,60 @@ void CNodeImpl::SetProperty(const CProperty& property) {
     }
 }
 
-/// Fields may have changed since the description was taken; kept properties may not. So a
-/// property that has a field is returned from it, unless it was kept as well.
+/// A link for another map, in which it reserves the name of its node. Only the root element has a
+/// name and no node.
+CProperty CNodeImpl::MakeDescribed(INodeDataMap& nodeDataMap, const CProperty& described) const {
+    const CPropertyID id = described.GetPropertyID();
+    switch (described.GetDataType()) {
+        case CProperty::String_ID:
+            return {&nodeDataMap, id, described.String()};
+        case CProperty::Node_ID: {
+            INodePrivate* const target = GetMap().GetNodeByID(described.NodeID());
+            return target != nullptr
+                       ? MakeLink(nodeDataMap, id, *target)
+                       : CProperty(&nodeDataMap, id, nodeDataMap.GetNodeID(kRootNodeName, true));
+        }
+        case CProperty::Float_ID:
+            return {&nodeDataMap, id, described.Float()};
+        case CProperty::Integer_ID:
+            return {&nodeDataMap, id, described.Integer()};
+        default:
+            return {&nodeDataMap, id, described.GetDataType(), CEnumNumber(described.EnumNumber())};
+    }
+}
+
+void CNodeImpl::AppendDescribed(INodeDataMap& nodeDataMap, CPropertyID id,
+                                CNodeData::PropertyVector_t& properties) const {
+    const INodeDescriptions* const descriptions = GetMap().GetDescriptions();
+    if (descriptions == nullptr) {
+        return;
+    }
+    descriptions->ForEachProperty(m_NodeID, [&](const CProperty& described) {
+        if (described.GetPropertyID() != id) {
+            return;
+        }
+        CProperty property = MakeDescribed(nodeDataMap, described);
+        if (const CProperty* const attribute = described.GetAttribute()) {
+            property.SetAttribute(
+                std::make_unique<CProperty>(MakeDescribed(nodeDataMap, *attribute)));
+        }
+        properties.push_back(std::move(property));
+    });
+}
+
+/// Fields may have changed since the description was taken, so a property that has a field is
+/// returned from it. Categories change their visibility, to that of their features; what is
+/// returned is what the description said.
 bool CNodeImpl::GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
                             CNodeData::PropertyVector_t& properties) {
     if (!HoldsProperty(id)) {
         return false;
+    }
+    if (const NodeIDSpan* const closure = FindClosure(id)) {
+        GetCallState().ForEachNode(*closure, [&](INodePrivate& target) {
+            properties.push_back(MakeLink(nodeDataMap, id, target));
+        });
+        return true;
     }
     if (IsCommonLink(id)) {
         for (INodePrivate* const target : GetLinked(id)) {
@@ -233,16 +287,14 @@ bool CNodeImpl::GetProperty(INodeDataMap& nodeDataMap, CPropertyID id,
         }
         return true;
     }
-    const size_t count = properties.size();
-    for (const CDetachedProperty& kept : m_DetachedProperties) {
-        if (kept.GetID() == id) {
-            properties.push_back(kept.Make(nodeDataMap));
-        }
+    const auto fromField = [&](const auto& field) {
+        properties.push_back(MakeProperty(nodeDataMap, id, field));
+        return true;
+    };
+    if (id == CPropertyID::Visibility_ID || !WithField(*this, id, fromField)) {
+        AppendDescribed(nodeDataMap, id, properties);
     }
-    return properties.size() > count || WithField(*this, id, [&](const auto& field) {
-               properties.push_back(MakeProperty(nodeDataMap, id, field));
-               return true;
-           });
+    return true;
 }
 
 /// Runs after the concrete class has taken the property, whatever it did with it.
@@ -252,12 +304,6 @@ void CNodeImpl::NoteProperty(const CProperty& property) {
         return;
     }
     m_HeldProperties.set(id);
-    const bool hasField = WithField(*this, id, [](const auto&) { return true; });
-    // Categories change their visibility afterwards, to that of their features; what the
-    // description said is kept as well.
-    if (id == CPropertyID::Visibility_ID || (!IsCommonLink(id) && !hasField)) {
-        m_DetachedProperties.emplace_back(property, GetMap());
-    }
 }
 
 /// In the order of the identifiers, so that equal nodes return equal lists however their

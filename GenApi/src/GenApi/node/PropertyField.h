@@ -2,13 +2,19 @@
 /// Takes a property's value into the field of a node that keeps it, and makes the property again
 /// from the field, for all types of value.
 
+#include <string_view>
+
 #include "GenApi/Types.h"
 #include "properties/Property.h"
 
 namespace GenApi_3_0_ORVANE {
 
 inline void TakeProperty(const CProperty& property, gcstring& field) {
-    field = property.String().c_str();
+    const std::string_view text = property.String();
+    field.assign(text.data(), text.size());
+}
+inline void TakeProperty(const CProperty& property, std::string_view& field) {
+    field = property.String();
 }
 inline void TakeProperty(const CProperty& property, int64_t& field) {
     field = property.Integer();
@@ -19,6 +25,9 @@ inline void TakeProperty(const CProperty& property, uint16_t& field) {
 
 inline CProperty MakeProperty(INodeDataMap& map, CPropertyID id, const gcstring& field) {
     return {&map, id, std::string_view(field.c_str(), field.size())};
+}
+inline CProperty MakeProperty(INodeDataMap& map, CPropertyID id, std::string_view field) {
+    return {&map, id, field};
 }
 inline CProperty MakeProperty(INodeDataMap& map, CPropertyID id, std::integral auto field) {
     return {&map, id, int64_t{field}};

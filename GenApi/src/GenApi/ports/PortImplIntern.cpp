@@ -33,10 +33,10 @@ std::string UpperHex(const void* buffer, int64_t length) {
 void CPortImplIntern::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::ChunkID_ID:
-            m_ChunkID = gcstring(property.String().c_str());
+            m_ChunkID = TextOf(property.String());
             break;
         case CPropertyID::pChunkID_ID:
-            m_ChunkID = static_cast<IBase*>(LinkChild(property, ReadRole));
+            m_ChunkID = LinkChild(property, ReadRole);
             break;
         case CPropertyID::SwapEndianess_ID:
             m_SwapEndianess = property.EYesNo();

@@ -19,6 +19,7 @@ class CPortImplIntern : public CNodeImpl,
 public:
     void SetProperty(const CProperty& property) override;
     EInterfaceType InternalGetPrincipalInterfaceType() override { return intfIPort; }
+    CPortImplIntern* AsPort() override { return this; }
     using CNodeImpl::InternalGetAccessMode;
     EAccessMode InternalGetAccessMode() override;
 

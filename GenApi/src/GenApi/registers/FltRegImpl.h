@@ -22,7 +22,7 @@ protected:
     double InternalGetInc() const { return 0; }
     double_autovector_t InternalGetListOfValidValues() { return {}; }
     ERepresentation InternalGetRepresentation() const { return m_Display.representation; }
-    gcstring InternalGetUnit() const { return m_Display.unit; }
+    gcstring InternalGetUnit() const { return TextOf(m_Display.unit); }
     EDisplayNotation InternalGetDisplayNotation() const { return m_Display.notation; }
     int64_t InternalGetDisplayPrecision() const { return m_Display.precision; }
 

@@ -19,7 +19,7 @@ protected:
     int64_t InternalGetInc() { return 1; }
     int64_autovector_t InternalGetListOfValidValues() { return {}; }
     ERepresentation InternalGetRepresentation() const { return m_Display.representation; }
-    gcstring InternalGetUnit() const { return m_Display.unit; }
+    gcstring InternalGetUnit() const { return TextOf(m_Display.unit); }
 
     /// What a field of some bits can hold.
     struct Masks {

@@ -16,7 +16,7 @@ namespace GenApi_3_0_ORVANE {
 void CRegisterImpl::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::pPort_ID:
-            m_pPort = dynamic_cast<CPortImplIntern*>(LinkChild(property, ReadRole | WriteRole));
+            m_pPort = LinkChild(property, ReadRole | WriteRole)->AsPort();
             if (m_pPort == nullptr) {
                 RUNTIME_EXCEPTION_NODE("The 'pPort' of a register is no port.");
             }
@@ -25,13 +25,13 @@ void CRegisterImpl::SetProperty(const CProperty& property) {
             m_Length = property.Integer();
             break;
         case CPropertyID::pLength_ID:
-            m_Length = static_cast<IBase*>(LinkChild(property, ReadRole));
+            m_Length = LinkChild(property, ReadRole);
             break;
         case CPropertyID::Address_ID:
             m_Addresses.emplace_back() = property.Integer();
             break;
         case CPropertyID::pAddress_ID:
-            m_Addresses.emplace_back() = static_cast<IBase*>(LinkChild(property, ReadRole));
+            m_Addresses.emplace_back() = LinkChild(property, ReadRole);
             break;
         case CPropertyID::pIndex_ID:
             AddIndex(property);
@@ -52,13 +52,13 @@ void CRegisterImpl::SetProperty(const CProperty& property) {
 /// reached that way. The offset is a number, a node, or missing.
 void CRegisterImpl::AddIndex(const CProperty& property) {
     IndexedOffset& entry = m_Indices.emplace_back();
-    entry.index = static_cast<IBase*>(LinkChild(property, ReadRole));
+    entry.index = LinkChild(property, ReadRole);
     const CProperty* const offset = property.GetAttribute();
     if (offset == nullptr) {
         return;  // the index counts registers
     }
     if (offset->GetPropertyID() == CPropertyID::pOffset_ID) {
-        entry.offset = static_cast<IBase*>(LinkChild(*offset, ReadRole));
+        entry.offset = LinkChild(*offset, ReadRole);
     } else {
         entry.offset = offset->Integer();
     }

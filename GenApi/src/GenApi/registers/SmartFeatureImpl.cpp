@@ -45,9 +45,10 @@ CSmartFeatureImpl::CSmartFeatureImpl() {
 void CSmartFeatureImpl::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::FeatureID_ID:
-            if (!String2Value(gcstring(property.String().c_str()), &m_FeatureID)) {
+            if (const gcstring text = TextOf(property.String());
+                !String2Value(text, &m_FeatureID)) {
                 RUNTIME_EXCEPTION_NODE("Error while parsing XML file : %s is not a valid GUID",
-                                       property.String().c_str());
+                                       text.c_str());
             }
             break;
         default:

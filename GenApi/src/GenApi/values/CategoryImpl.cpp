@@ -11,18 +11,23 @@ namespace GenApi_3_0_ORVANE {
 void CCategoryImpl::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::pFeature_ID:
-            // A node without a value, a port for example, has nothing to show.
-            if (auto* const feature = dynamic_cast<IValue*>(LinkChild(property, ReadRole))) {
-                m_Features.push_back(feature);
-                if (auto* const inner = dynamic_cast<CCategoryImpl*>(feature)) {
-                    inner->m_Outer.push_back(this);
-                }
-            }
+            AddFeature(*LinkChild(property, ReadRole));
             break;
         case CPropertyID::Visibility_ID:
             break;
         default:
             CNodeImpl::SetProperty(property);
+    }
+}
+
+/// A node without a value, a port for example, has nothing to show.
+void CCategoryImpl::AddFeature(INodePrivate& feature) {
+    if (feature.AsValue() == nullptr) {
+        return;
+    }
+    m_Features.push_back(&feature);
+    if (CCategoryImpl* const inner = feature.AsCategory()) {
+        inner->m_Outer.push_back(this);
     }
 }
 
@@ -44,8 +49,7 @@ void CCategoryImpl::FinalConstruct() {
     while (!path.empty()) {
         Step& step = path.back();
         if (step.nextFeature < step.category->m_Features.size()) {
-            IValue* const feature = step.category->m_Features[step.nextFeature++];
-            enter(dynamic_cast<CCategoryImpl*>(feature));
+            enter(step.category->m_Features[step.nextFeature++]->AsCategory());
         } else {
             CCategoryImpl* const category = step.category;
             path.pop_back();
@@ -61,9 +65,8 @@ void CCategoryImpl::Construct() {
         OV_ASSERT(m_Visibility == Invisible);
         return;
     }
-    for (IValue* const feature : m_Features) {
-        m_Visibility =
-            std::min(m_Visibility, dynamic_cast<INodePrivate&>(*feature).InternalGetVisibility());
+    for (INodePrivate* const feature : m_Features) {
+        m_Visibility = std::min(m_Visibility, feature->InternalGetVisibility());
     }
     TellParents();
 }
@@ -99,7 +102,7 @@ EAccessMode CCategoryImpl::ComputeMode() const {
     if (m_IsImplemented.IsReadable() && !m_IsImplemented.GetValue()) {
         return NI;
     }
-    for (IValue* const feature : m_Features) {
+    for (INodePrivate* const feature : m_Features) {
         if (IsImplemented(feature->GetAccessMode())) {
             return RO;
         }
@@ -109,7 +112,11 @@ EAccessMode CCategoryImpl::ComputeMode() const {
 
 void CCategoryImpl::GetFeatures(value_vector& features) {
     const AutoLock lock(GetLock());
-    features = m_Features;
+    features.clear();
+    features.reserve(m_Features.size());
+    for (INodePrivate* const feature : m_Features) {
+        features.push_back(feature->AsValue());
+    }
 }
 
 }  // namespace GenApi_3_0_ORVANE

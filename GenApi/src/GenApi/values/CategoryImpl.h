@@ -20,16 +20,19 @@ public:
     EAccessMode InternalGetAccessMode() override;
     EInterfaceType InternalGetPrincipalInterfaceType() override { return intfICategory; }
     void SetInvisibleIfHigher(EVisibility visibility) override;
+    CCategoryImpl* AsCategory() override { return this; }
 
     void GetFeatures(value_vector& features) override;
 
 private:
+    void AddFeature(INodePrivate& feature);
     EAccessMode ComputeMode() const;
     void Construct();
     void TellParents();
     static void PassUp(std::vector<CCategoryImpl*> told, EVisibility visibility);
 
-    value_vector m_Features;
+    /// Those with a value.
+    NodeList m_Features;
     /// The categories that list this one. Nodes may be its parents for other reasons; their
     /// visibility doesn't depend on this one.
     std::vector<CCategoryImpl*> m_Outer;

@@ -19,7 +19,7 @@ void CEnumEntryImpl::SetProperty(const CProperty& property) {
             m_HasNumericValue = true;
             break;
         case CPropertyID::Symbolic_ID:
-            m_Symbolic = property.String().c_str();
+            m_Symbolic = property.String();
             break;
         case CPropertyID::IsSelfClearing_ID:
             m_IsSelfClearing = property.EYesNo();
@@ -30,7 +30,7 @@ void CEnumEntryImpl::SetProperty(const CProperty& property) {
 }
 
 gcstring CEnumEntryImpl::InternalToString(bool /*verify*/, bool /*ignoreCache*/) {
-    return m_Symbolic;
+    return TextOf(m_Symbolic);
 }
 
 /// An entry is a state of its enumeration and has no value of its own to set.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "GenApi/IEnumEntry.h"
 #include "GenApi/impl/BaseT.h"
 #include "GenApi/impl/NodeT.h"
@@ -12,9 +14,14 @@ class CEnumEntryImpl : public CNodeImpl, virtual public IEnumEntry {
 public:
     void SetProperty(const CProperty& property) override;
     EInterfaceType InternalGetPrincipalInterfaceType() override { return intfIEnumEntry; }
+    CEnumEntryImpl* AsEnumEntry() override { return this; }
 
+    /// The same as GetSymbolic without a copy; valid as long as the map is.
+    std::string_view GetSymbolicText() const { return m_Symbolic; }
+    /// The same as GetValue, for the enumeration.
+    int64_t GetNumber() const { return m_Value; }
     int64_t GetValue() override { return m_Value; }
-    gcstring GetSymbolic() override { return m_Symbolic; }
+    gcstring GetSymbolic() override { return TextOf(m_Symbolic); }
     double GetNumericValue() override { return m_NumericValue; }
     bool IsSelfClearing() override { return m_IsSelfClearing == Yes; }
 
@@ -26,7 +33,7 @@ private:
     int64_t m_Value = 0;
     double m_NumericValue = 0;
     bool m_HasNumericValue = false;
-    gcstring m_Symbolic;
+    std::string_view m_Symbolic = "";
     EYesNo m_IsSelfClearing = No;
 };
 

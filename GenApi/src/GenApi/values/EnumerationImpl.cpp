@@ -2,7 +2,11 @@
 
 #include "values/EnumerationImpl.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "core/NodeExceptions.h"
+#include "values/EnumEntryImpl.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -22,40 +26,77 @@ void CEnumerationImpl::SetProperty(const CProperty& property) {
     }
 }
 
+namespace {
+
+using Entries = std::vector<CEnumEntryImpl*>;
+
+/// Where two entries share a text or a number the first one counts.
+template <class KeyOf>
+void SortBy(Entries& entries, const KeyOf& keyOf) {
+    std::stable_sort(entries.begin(), entries.end(), [&](const auto* left, const auto* right) {
+        return keyOf(left) < keyOf(right);
+    });
+    const auto isRepeat = [&](const auto* left, const auto* right) {
+        return keyOf(left) == keyOf(right);
+    };
+    entries.erase(std::unique(entries.begin(), entries.end(), isRepeat), entries.end());
+}
+
+template <class Key, class KeyOf>
+CEnumEntryImpl* FindBy(const Entries& entries, const Key& key, const KeyOf& keyOf) {
+    const auto found = std::lower_bound(
+        entries.begin(), entries.end(), key,
+        [&](const auto* entry, const Key& wanted) { return keyOf(entry) < wanted; });
+    return found != entries.end() && keyOf(*found) == key ? *found : nullptr;
+}
+
+constexpr auto kSymbolicOf = [](const CEnumEntryImpl* entry) { return entry->GetSymbolicText(); };
+constexpr auto kValueOf = [](const CEnumEntryImpl* entry) { return entry->GetNumber(); };
+
+}  // namespace
+
 /// Entries are looked up by name and by number in every access, and some enumerations have
 /// hundreds of them: pixel formats, for example.
 void CEnumerationImpl::FinalConstruct() {
     CNodeImpl::FinalConstruct();
-    for (INode* const node : m_Entries) {
-        auto* const ptrEnumEntry = dynamic_cast<IEnumEntry*>(node);
+    m_BySymbolic.reserve(m_Entries.size());
+    for (INodePrivate* const node : m_Entries) {
+        CEnumEntryImpl* const ptrEnumEntry = node->AsEnumEntry();
         // A description may give another node the name of an entry.
         if (ptrEnumEntry == nullptr) {
             RUNTIME_EXCEPTION_NODE("An entry of the enumeration is another kind of node.");
         }
-        // Where two entries share a text or a number the first one counts.
-        m_BySymbolic.emplace(ptrEnumEntry->GetSymbolic(), ptrEnumEntry);
-        m_ByValue.emplace(ptrEnumEntry->GetValue(), ptrEnumEntry);
+        m_BySymbolic.push_back(ptrEnumEntry);
+    }
+    m_ByValue = m_BySymbolic;
+    SortBy(m_BySymbolic, kSymbolicOf);
+    SortBy(m_ByValue, kValueOf);
+}
+
+void CEnumerationImpl::InternalGetEntries(node_vector& entries) const {
+    entries.clear();
+    entries.reserve(m_Entries.size());
+    for (INodePrivate* const entry : m_Entries) {
+        entries.push_back(entry);
     }
 }
 
 /// Only those that can be chosen at present: clients fill the lists of user interfaces with them.
 void CEnumerationImpl::InternalGetSymbolics(gcstring_vector& symbolics) {
     symbolics.clear();
-    for (INode* const node : m_Entries) {
+    for (INodePrivate* const node : m_Entries) {
         if (IsAvailable(node->GetAccessMode())) {
-            symbolics.push_back(dynamic_cast<IEnumEntry&>(*node).GetSymbolic());
+            symbolics.push_back(node->AsEnumEntry()->GetSymbolic());
         }
     }
 }
 
 IEnumEntry* CEnumerationImpl::InternalGetEntryByName(const gcstring& symbolic) const {
-    const auto found = m_BySymbolic.find(symbolic);
-    return found == m_BySymbolic.end() ? nullptr : found->second;
+    return FindBy(m_BySymbolic, std::string_view(symbolic.c_str(), symbolic.size()), kSymbolicOf);
 }
 
 IEnumEntry* CEnumerationImpl::InternalGetEntry(int64_t value) const {
-    const auto found = m_ByValue.find(value);
-    return found == m_ByValue.end() ? nullptr : found->second;
+    return FindBy(m_ByValue, value, kValueOf);
 }
 
 /// A device may well have a number that the description doesn't know, after an update of its

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <map>
+#include <vector>
 
 #include "GenApi/impl/BaseT.h"
 #include "GenApi/impl/EnumerationT.h"
@@ -8,6 +8,8 @@
 #include "GenApi/impl/ValueT.h"
 
 namespace GenApi_3_0_ORVANE {
+
+class CEnumEntryImpl;
 
 /// A choice among entries, kept as a number by another node.
 class CEnumerationImpl : public CNodeImpl {
@@ -24,7 +26,7 @@ public:
 
 protected:
     void InternalGetSymbolics(gcstring_vector& symbolics);
-    void InternalGetEntries(node_vector& entries) const { entries = m_Entries; }
+    void InternalGetEntries(node_vector& entries) const;
     IEnumEntry* InternalGetEntryByName(const gcstring& symbolic) const;
     IEnumEntry* InternalGetEntry(int64_t value) const;
     int64_t InternalGetIntValue(bool verify, bool ignoreCache);
@@ -42,9 +44,11 @@ private:
     void LeaveSelfClearing(int64_t value);
 
     CIntegerPolyRef m_Value;
-    node_vector m_Entries;
-    std::map<gcstring, IEnumEntry*> m_BySymbolic;
-    std::map<int64_t, IEnumEntry*> m_ByValue;
+    NodeList m_Entries;
+    /// The same entries, sorted by what they are looked up by. Of two that share it only the first
+    /// is there.
+    std::vector<CEnumEntryImpl*> m_BySymbolic;
+    std::vector<CEnumEntryImpl*> m_ByValue;
     EState m_State = Normal;
     int64_t m_SelfClearingValue = 0;
 };

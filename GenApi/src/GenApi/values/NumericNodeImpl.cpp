@@ -51,10 +51,10 @@ bool CNumericNodeImpl<Types>::SetSourceProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::Value_ID:
         case CPropertyID::pValue_ID:
-            m_Sources.front() = Referred(property, SourceRoles);
+            m_Source = Referred(property, SourceRoles);
             return true;
         case CPropertyID::pValueCopy_ID:
-            m_Sources.push_back(Referred(property, SourceRoles));
+            m_Copies.push_back(Referred(property, SourceRoles));
             return true;
         case CPropertyID::pIndex_ID:
             m_Index = LinkChild(property, ReadRole);
@@ -97,7 +97,7 @@ bool CNumericNodeImpl<Types>::SetLimitProperty(const CProperty& property) {
 template <class Types>
 void CNumericNodeImpl<Types>::SetValidValues(std::string_view text) {
     constexpr std::string_view kSeparators = "; \t\r\n";
-    m_ValidValues = List_t();
+    m_ValidValues.emplace();
     for (size_t begin = text.find_first_not_of(kSeparators); begin != std::string_view::npos;
          begin = text.find_first_not_of(kSeparators, begin)) {
         const size_t end = std::min(text.find_first_of(kSeparators, begin), text.size());
@@ -107,7 +107,7 @@ void CNumericNodeImpl<Types>::SetValidValues(std::string_view text) {
             INVALID_ARGUMENT_EXCEPTION_NODE("Node '%s' : cannot convert string '%s' to a value.",
                                             m_Name.c_str(), token.c_str());
         }
-        m_ValidValues.push_back(value);
+        m_ValidValues->push_back(value);
         begin = end;
     }
 }
@@ -126,10 +126,13 @@ void CNumericNodeImpl<Types>::FinalConstruct() {
     for (const auto& [index, source] : m_Indexed) {
         ++sources[source.GetNode()];
     }
-    for (INodePrivate* const child : m_ReadingChildren) {
-        const auto source = sources.find(child);
+    for (Child& child : m_Children) {
+        if ((child.roles & ReadRole) == 0) {
+            continue;
+        }
+        const auto source = sources.find(child.node);
         if (source == sources.end() || source->second == 0) {
-            m_ReadBesideIndexed.push_back(child);
+            child.roles |= BesideIndexRole;
         } else {
             --source->second;
         }
@@ -165,9 +168,9 @@ ECachingMode CNumericNodeImpl<Types>::ComputeLimitsCachingMode() {
         }
     }
     if (!isComplete) {
-        for (INodePrivate* const source : m_WritingChildren) {
-            mode = Combine(mode, source->InternalGetLimitsCachingMode());
-        }
+        ForEachChild(WriteRole, [&mode](INodePrivate& source) {
+            mode = Combine(mode, source.InternalGetLimitsCachingMode());
+        });
     }
     return mode;
 }
@@ -176,7 +179,7 @@ ECachingMode CNumericNodeImpl<Types>::ComputeLimitsCachingMode() {
 template <class Types>
 auto CNumericNodeImpl<Types>::GetSource(bool ignoreCache) const -> const PolyRef_t& {
     if (!IsIndexed()) {
-        return m_Sources.front();
+        return m_Source;
     }
     const auto found = m_Indexed.find(m_Index.GetValue(false, ignoreCache));
     return found == m_Indexed.end() ? m_Default : found->second;
@@ -189,7 +192,7 @@ EAccessMode CNumericNodeImpl<Types>::ComputeMode() {
     if (IsIndexed()) {
         return ComputeIndexedMode();
     }
-    const EAccessMode mode = ComputeAccessMode(m_Sources.front().GetNode());
+    const EAccessMode mode = ComputeAccessMode(m_Source.GetNode());
     if (IsWritable(mode) && !DoAllSourcesFollow()) {
         return mode == RW ? RO : NA;
     }
@@ -208,19 +211,18 @@ EAccessMode CNumericNodeImpl<Types>::ComputeIndexedMode() {
         return NA;
     }
     const EAccessMode mode = source.IsConstant() ? RO : source.GetNode()->GetAccessMode();
-    return ComputeAccessMode(mode, m_ReadBesideIndexed);
+    return ComputeAccessMode(mode, BesideIndexRole);
 }
 
 /// Whether whatever the first source accepts can be written to all copies as well. A copy without
 /// an increment accepts everything.
 template <class Types>
 bool CNumericNodeImpl<Types>::DoAllSourcesFollow() const {
-    const PolyRef_t& first = m_Sources.front();
-    return std::all_of(m_Sources.begin() + 1, m_Sources.end(), [&first](const PolyRef_t& copy) {
+    return std::all_of(m_Copies.begin(), m_Copies.end(), [this](const PolyRef_t& copy) {
         if (!IsWritable(copy.GetNode()->GetAccessMode())) {
             return false;
         }
-        return !copy.HasInc() || (Types::HasInc(first) && copy.GetInc() == first.GetInc());
+        return !copy.HasInc() || (Types::HasInc(m_Source) && copy.GetInc() == m_Source.GetInc());
     });
 }
 
@@ -231,16 +233,15 @@ void CNumericNodeImpl<Types>::InternalSetValue(Value_t value, bool verify) {
         GetSource().SetValue(value, verify);
         return;
     }
-    PolyRef_t& first = m_Sources.front();
-    if (!first.IsConstant()) {
-        first.SetValue(value, verify);
+    if (!m_Source.IsConstant()) {
+        m_Source.SetValue(value, verify);
     }
-    for (auto copy = m_Sources.begin() + 1; copy != m_Sources.end(); ++copy) {
-        copy->SetValue(value, verify);
+    for (const PolyRef_t& copy : m_Copies) {
+        copy.SetValue(value, verify);
     }
-    if (first.IsConstant()) {
+    if (m_Source.IsConstant()) {
         // The last of all, so that it stays as it was where a copy fails.
-        first = value;
+        m_Source = value;
     }
 }
 
@@ -260,12 +261,13 @@ auto CNumericNodeImpl<Types>::InternalGetMin() -> Value_t {
     if (IsIndexed()) {
         return GetSource().GetMin();
     }
-    Value_t min = std::numeric_limits<Value_t>::lowest();
-    if (m_Sources.size() == 1) {
-        return std::max(min, m_Sources.front().GetMin());
+    constexpr Value_t kLowest = std::numeric_limits<Value_t>::lowest();
+    if (m_Copies.empty()) {
+        return std::max(kLowest, m_Source.GetMin());
     }
-    for (const PolyRef_t& source : m_Sources) {
-        min = std::max(min, Types::MinBesideOthers(source));
+    Value_t min = std::max(kLowest, Types::MinBesideOthers(m_Source));
+    for (const PolyRef_t& copy : m_Copies) {
+        min = std::max(min, Types::MinBesideOthers(copy));
     }
     return min;
 }
@@ -279,12 +281,13 @@ auto CNumericNodeImpl<Types>::InternalGetMax() -> Value_t {
     if (IsIndexed()) {
         return GetSource().GetMax();
     }
-    Value_t max = std::numeric_limits<Value_t>::max();
-    if (m_Sources.size() == 1) {
-        return std::min(max, m_Sources.front().GetMax());
+    constexpr Value_t kHighest = std::numeric_limits<Value_t>::max();
+    if (m_Copies.empty()) {
+        return std::min(kHighest, m_Source.GetMax());
     }
-    for (const PolyRef_t& source : m_Sources) {
-        max = std::min(max, Types::MaxBesideOthers(source));
+    Value_t max = std::min(kHighest, Types::MaxBesideOthers(m_Source));
+    for (const PolyRef_t& copy : m_Copies) {
+        max = std::min(max, Types::MaxBesideOthers(copy));
     }
     return max;
 }
@@ -307,7 +310,8 @@ auto CNumericNodeImpl<Types>::InternalGetListOfValidValues() -> List_t {
     if (m_Min.IsInitialized() || m_Max.IsInitialized() || m_Inc.IsInitialized()) {
         return {};
     }
-    return m_ValidValues.size() != 0 ? m_ValidValues : GetSource().GetListOfValidValues(false);
+    const bool hasOwn = m_ValidValues.has_value() && m_ValidValues->size() != 0;
+    return hasOwn ? *m_ValidValues : GetSource().GetListOfValidValues(false);
 }
 
 template <class Types>
@@ -318,7 +322,7 @@ ERepresentation CNumericNodeImpl<Types>::InternalGetRepresentation() {
 
 template <class Types>
 gcstring CNumericNodeImpl<Types>::InternalGetUnit() {
-    return m_Display.unit.empty() ? GetSource().GetUnit() : m_Display.unit;
+    return m_Display.unit.empty() ? GetSource().GetUnit() : TextOf(m_Display.unit);
 }
 
 template class CNumericNodeImpl<IntegerNodeTypes>;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -63,17 +64,16 @@ private:
     EAccessMode ComputeIndexedMode();
     bool DoAllSourcesFollow() const;
 
-    /// The source and then its copies. There is always the first.
-    std::vector<PolyRef_t> m_Sources{1};
+    PolyRef_t m_Source;
+    /// Further nodes that a write goes to.
+    std::vector<PolyRef_t> m_Copies;
     CIntegerPolyRef m_Index;
     std::map<int64_t, PolyRef_t> m_Indexed;
     PolyRef_t m_Default;
-    /// With an index: the reading children that aren't among the sources it selects from.
-    NodeList m_ReadBesideIndexed;
     PolyRef_t m_Min;
     PolyRef_t m_Max;
     PolyRef_t m_Inc;
-    List_t m_ValidValues;
+    std::optional<List_t> m_ValidValues;
 };
 
 struct IntegerNodeTypes {

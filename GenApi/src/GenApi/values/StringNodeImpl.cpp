@@ -8,7 +8,7 @@ namespace GenApi_3_0_ORVANE {
 void CStringNodeImpl::SetProperty(const CProperty& property) {
     switch (property.GetPropertyID()) {
         case CPropertyID::Value_ID:
-            m_Value = gcstring(property.String().c_str());
+            m_Value = TextOf(property.String());
             break;
         case CPropertyID::pValue_ID:
             m_Value = LinkChild(property, ReadRole | WriteRole | ValueRole);

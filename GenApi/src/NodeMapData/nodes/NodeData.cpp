@@ -11,21 +11,36 @@
 namespace GenApi_3_0_ORVANE {
 namespace {
 
+/// As many properties as most nodes have, so that their lists grow once.
+constexpr size_t kUsualProperties = 8;
+
+/// A node of one map in another; invalid where that one doesn't know its name.
+NodeID_t Translated(NodeID_t nodeID, const INodeDataMap& sourceMap, INodeDataMap& targetMap) {
+    return targetMap.GetNodeID(sourceMap.GetNodeName(nodeID), false);
+}
+
 /// A link to a node whose name the target map doesn't know.
 bool HasUnknownTarget(const CProperty& property, INodeDataMap& targetMap) {
-    if (property.GetDataType() != CProperty::Node_ID) {
-        return false;
+    return property.GetDataType() == CProperty::Node_ID &&
+           !Translated(property.NodeID(), *property.GetNodeDataMap(), targetMap).IsValid();
+}
+
+/// The nodes of one map that another one knows, as nodes of that one.
+CNodeData::NodeIDs_t KnownIn(INodeDataMap& targetMap, const CNodeData::NodeIDs_t& nodes,
+                             const INodeDataMap& sourceMap) {
+    CNodeData::NodeIDs_t known;
+    for (const NodeID_t nodeID : nodes) {
+        if (const NodeID_t target = Translated(nodeID, sourceMap, targetMap); target.IsValid()) {
+            known.push_back(target);
+        }
     }
-    const std::string& name = property.GetNodeDataMap()->GetNodeName(property.NodeID());
-    return !targetMap.GetNodeID(name, false).IsValid();
+    return known;
 }
 
 }  // namespace
 
 CNodeData::CNodeData(ENodeType_t nodeType, INodeDataMap* pNodeDataMap)
-    : m_NodeType(nodeType),
-      m_pPropertyVector(std::make_unique<PropertyVector_t>()),
-      m_pNodeDataMap(pNodeDataMap) {}
+    : m_NodeType(nodeType), m_pNodeDataMap(pNodeDataMap) {}
 
 CNodeData::CNodeData(ENodeType_t nodeType, NodeID_t nodeID, INodeDataMap* pNodeDataMap)
     : CNodeData(nodeType, pNodeDataMap) {
@@ -38,32 +53,29 @@ CNodeData::CNodeData(const CNodeData& source, NodeID_t nodeID, INodeDataMap* pTa
                      bool keepOnlyKnownTargets)
     : CNodeData(source.m_NodeType, pTargetMap) {
     m_NodeID = nodeID;
-    if (keepOnlyKnownTargets) {
-        m_TerminalState = source.m_TerminalState;
-    }
-    const PropertyVector_t& properties = *source.m_pPropertyVector;
+    const PropertyVector_t& properties = source.m_Properties;
     const size_t count =
         keepOnlyKnownTargets ? properties.size() : std::min(properties.size(), source.m_NumGiven);
-    m_pPropertyVector->reserve(count);
+    m_Properties.reserve(count);
+    const auto copyClosure = [&] {
+        const INodeDataMap& sourceMap = *source.m_pNodeDataMap;
+        SetClosure(KnownIn(*pTargetMap, source.m_Closure.dependents, sourceMap),
+                   KnownIn(*pTargetMap, source.m_Closure.terminals, sourceMap));
+    };
     for (size_t i = 0; i < count; ++i) {
+        if (keepOnlyKnownTargets && i == source.m_Closure.place) {
+            copyClosure();
+        }
         if (!keepOnlyKnownTargets || !HasUnknownTarget(properties[i], *pTargetMap)) {
             AddProperty(CProperty(properties[i], pTargetMap));
         }
     }
+    if (keepOnlyKnownTargets && source.m_Closure.place >= count) {
+        copyClosure();
+    }
 }
 
-/// A node that ends with scratch lists means that a preprocessing was left without its end.
-CNodeData::~CNodeData() {
-    m_pPropertyVector.reset();
-    // NOLINTBEGIN(modernize-use-nullptr): a failure prints the condition
-    OV_ASSERT(m_pWritingChildren == NULL);
-    OV_ASSERT(m_pReadingChildren == NULL);
-    OV_ASSERT(m_pParents == NULL);
-    OV_ASSERT(m_pInvalidatingChildren == NULL);
-    OV_ASSERT(m_pAllDependingNodes == NULL);
-    OV_ASSERT(m_pAllTerminalNodes == NULL);
-    // NOLINTEND(modernize-use-nullptr)
-}
+CNodeData::~CNodeData() = default;
 
 void CNodeData::SetName(std::string_view name) {
     m_NodeID = m_pNodeDataMap->GetNodeID(name, true);
@@ -86,22 +98,28 @@ CProperty& CNodeData::AddProperty(CProperty property) {
 /// A property without an identifier or a type would be read as garbage later; whoever adds it is
 /// mistaken here.
 CProperty& CNodeData::Append(CProperty* pProperty) {
-    OV_ASSERT(m_pPropertyVector);
     OV_ASSERT(pProperty);
     OV_ASSERT(pProperty->IsInitialized());
-    return m_pPropertyVector->emplace_back(std::move(*pProperty));
+    if (m_Properties.capacity() == 0) {
+        m_Properties.reserve(kUsualProperties);
+    }
+    return m_Properties.emplace_back(std::move(*pProperty));
 }
 
 const CProperty* CNodeData::FindProperty(CPropertyID id) const {
     const auto found =
-        std::find_if(m_pPropertyVector->begin(), m_pPropertyVector->end(),
+        std::find_if(m_Properties.begin(), m_Properties.end(),
                      [id](const CProperty& property) { return property.GetPropertyID() == id; });
-    return found == m_pPropertyVector->end() ? nullptr : &*found;
+    return found == m_Properties.end() ? nullptr : &*found;
 }
 
 void CNodeData::RemoveProperties(CPropertyID id) {
-    std::erase_if(*m_pPropertyVector,
-                  [id](const CProperty& property) { return property.GetPropertyID() == id; });
+    const auto isRemoved = [id](const CProperty& property) {
+        return property.GetPropertyID() == id;
+    };
+    const auto closure = m_Properties.begin() + static_cast<ptrdiff_t>(m_Closure.place);
+    m_Closure.place -= static_cast<size_t>(std::count_if(m_Properties.begin(), closure, isRemoved));
+    std::erase_if(m_Properties, isRemoved);
 }
 
 /// The priority is rare, and looked for only during merges.
@@ -113,8 +131,8 @@ int64_t CNodeData::GetMergePriority() const {
 /// Nodes that can't be compared pair by pair count as equal. The question is whether a repeated
 /// node says something else.
 bool CNodeData::operator==(const CNodeData& other) const {
-    const PropertyVector_t& mine = *m_pPropertyVector;
-    const PropertyVector_t& others = *other.m_pPropertyVector;
+    const PropertyVector_t& mine = m_Properties;
+    const PropertyVector_t& others = other.m_Properties;
     if (m_NodeType != other.m_NodeType || m_NodeID != other.m_NodeID ||
         mine.size() != others.size() || mine.empty()) {
         return true;

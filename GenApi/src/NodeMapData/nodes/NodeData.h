@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -7,14 +9,12 @@
 #include <utility>
 #include <vector>
 
-#include "nodes/NodeIDSet.h"
 #include "properties/NodeID.h"
 #include "properties/Property.h"
 #include "properties/ToStringStyle.h"
 
 namespace GenApi_3_0_ORVANE {
 
-class CNodeDataPreprocessor;
 class INodeDataMap;
 
 /// One node of a description: a type and a list of properties. Belongs to a
@@ -54,6 +54,22 @@ public:
 
     /// In the order in which they were added.
     using PropertyVector_t = std::vector<CProperty>;
+    /// Nodes that a node leads to or is reached from, in the order of their links.
+    using NodeIDs_t = std::vector<NodeID_t>;
+
+    /// What preprocessing has found through chains of links. A description has ten times as many
+    /// of these links as properties, so they are plain identifiers here. Everywhere else they
+    /// count as properties, one for each.
+    struct Closure {
+        /// The nodes that depend on this one, pDependent, from the highest down.
+        NodeIDs_t dependents = {};
+        /// The nodes where the value ends, pTerminal, in ascending order.
+        NodeIDs_t terminals = {};
+        /// How many properties come before these links.
+        size_t place = 0;
+
+        size_t GetNumLinks() const { return dependents.size() + terminals.size(); }
+    };
 
     /// A nameless node. @p pNodeDataMap is not owned and outlives the node.
     CNodeData(ENodeType_t nodeType, INodeDataMap* pNodeDataMap);
@@ -81,8 +97,27 @@ public:
 
     ENodeType_t GetNodeType() const { return m_NodeType; }
     INodeDataMap* GetNodeDataMap() const { return m_pNodeDataMap; }
-    const PropertyVector_t& GetProperties() const { return *m_pPropertyVector; }
-    PropertyVector_t& GetProperties() { return *m_pPropertyVector; }
+    /// The properties without the links of the closure.
+    const PropertyVector_t& GetProperties() const { return m_Properties; }
+    PropertyVector_t& GetProperties() { return m_Properties; }
+    const Closure& GetClosure() const { return m_Closure; }
+    /// Puts the links of a closure after the properties of the present.
+    void SetClosure(NodeIDs_t dependents, NodeIDs_t terminals) {
+        m_Closure = {std::move(dependents), std::move(terminals), m_Properties.size()};
+    }
+    /// Calls `use` with all properties in their order, including the links of the closure.
+    template <class Use>
+    void ForEachProperty(const Use& use) const {
+        const auto place = m_Properties.begin() + static_cast<ptrdiff_t>(m_Closure.place);
+        std::for_each(m_Properties.begin(), place, use);
+        for (const NodeID_t dependent : m_Closure.dependents) {
+            use(CProperty(m_pNodeDataMap, CPropertyID::pDependent_ID, dependent));
+        }
+        for (const NodeID_t terminal : m_Closure.terminals) {
+            use(CProperty(m_pNodeDataMap, CPropertyID::pTerminal_ID, terminal));
+        }
+        std::for_each(place, m_Properties.end(), use);
+    }
 
     /// Appends a property, which must be initialised. The reference lives until
     /// the list next changes.
@@ -95,23 +130,24 @@ public:
         return AddProperty(CProperty(m_pNodeDataMap, id, std::forward<Value>(value)...));
     }
     /// The first property with the identifier, or null; lives until the list
-    /// next changes.
+    /// next changes. Not for the links of the closure.
     const CProperty* FindProperty(CPropertyID id) const;
-    /// Deletes all properties with the identifier; the rest keep their order.
+    /// Deletes all properties with the identifier; the rest keep their order. Not for the links
+    /// of the closure.
     void RemoveProperties(CPropertyID id);
-    /// Writes the property list to a cache file.
+    /// Writes the property list and the closure to a cache file.
     void ToFile(CCacheWriter& writer) const;
     /// Reads it back. Incomplete when the reader has failed afterwards.
     void FromFile(CCacheReader& reader, const CCacheCounts& counts);
     /// Gives back the memory that growing has reserved.
-    void ShrinkToFit() { m_pPropertyVector->shrink_to_fit(); }
+    void ShrinkToFit() { m_Properties.shrink_to_fit(); }
 
     /// -1 yields to, 1 replaces a node of the same name on injection; 0 when
     /// the node does not say.
     int64_t GetMergePriority() const;
     /// Marks the end of what the description itself says; properties that are added from now on
     /// are derived from it.
-    void EndGivenProperties() { m_NumGiven = m_pPropertyVector->size(); }
+    void EndGivenProperties() { m_NumGiven = m_Properties.size(); }
 
     /// Whether this node says nothing that @p other, a node of the same name, doesn't say. Two
     /// nodes that can't be compared pair by pair (another type, identifier or number of
@@ -123,32 +159,17 @@ public:
     static const char* Value2String(ENodeType_t nodeType);
 
 private:
-    friend class CNodeDataPreprocessor;
-
     CProperty& Append(CProperty* pProperty);
     std::string Dump() const;
     std::string StartTag() const;
 
     ENodeType_t m_NodeType;
     NodeID_t m_NodeID;
-    std::unique_ptr<PropertyVector_t> m_pPropertyVector;
+    PropertyVector_t m_Properties;
+    Closure m_Closure;
     INodeDataMap* m_pNodeDataMap;
     /// How many of the properties come from the description.
     size_t m_NumGiven = SIZE_MAX;
-
-    // Scratch space of the preprocessing; null at all other times.
-    std::unique_ptr<std::vector<NodeID_t>> m_pParents;
-    std::unique_ptr<std::vector<NodeID_t>> m_pReadingChildren;
-    std::unique_ptr<std::vector<NodeID_t>> m_pWritingChildren;
-    std::unique_ptr<CNodeIDSet> m_pInvalidatingChildren;
-    std::unique_ptr<CNodeIDSet> m_pAllDependingNodes;
-    std::unique_ptr<CNodeIDSet> m_pAllTerminalNodes;
-
-    // Progress of the walks of the preprocessing: 0 untouched, 1 in progress,
-    // 2 done.
-    int32_t m_TerminalState = 0;
-    uint8_t m_ReadVisited = 0;
-    uint8_t m_SelectedVisited = 0;
 };
 
 }  // namespace GenApi_3_0_ORVANE

@@ -29,9 +29,9 @@ namespace {
 
 CNodeDataMap::CNodeDataMap()
     : m_pNodeName2NodeID(std::make_unique<NodeNameMap_t>()),
-      m_pNodeID2NodeName(std::make_unique<std::vector<std::string>>()),
+      m_pNodeID2NodeName(std::make_unique<std::vector<const std::string*>>()),
       m_pNodeID2NodeData(std::make_unique<std::vector<std::unique_ptr<CNodeData>>>()),
-      m_pStringID2String(std::make_unique<std::vector<std::string>>()) {}
+      m_pStringID2String(std::make_unique<CTextStore>()) {}
 
 CNodeDataMap::~CNodeDataMap() = default;
 
@@ -40,40 +40,32 @@ NodeID_t CNodeDataMap::FindNodeID(std::string_view name) const {
     return pos == m_pNodeName2NodeID->end() ? NodeID_t() : pos->second;
 }
 
-/// One search for both cases: its position is also where a new name goes. Identifiers follow the
-/// order in which a description first mentions the names.
+/// Identifiers follow the order in which a description first mentions the names.
 NodeID_t CNodeDataMap::GetNodeID(std::string_view name, bool create) {
-    const auto pos = m_pNodeName2NodeID->lower_bound(name);
-    if (pos != m_pNodeName2NodeID->end() && pos->first == name) {
-        return pos->second;
-    }
-    if (!create) {
-        return NodeID_t();
+    const NodeID_t known = FindNodeID(name);
+    if (known.IsValid() || !create) {
+        return known;
     }
     const NodeID_t nodeID(m_pNodeID2NodeName->size());
     // A name that is only referred to has an empty slot, so that the node which is
     // defined later takes the identifier that links already hold.
-    m_pNodeID2NodeName->emplace_back(name);
+    const auto pos = m_pNodeName2NodeID->emplace(name, nodeID).first;
+    m_pNodeID2NodeName->push_back(&pos->first);
     m_pNodeID2NodeData->emplace_back();
-    m_pNodeName2NodeID->emplace_hint(pos, name, nodeID);
     return nodeID;
 }
 
 const std::string& CNodeDataMap::GetNodeName(NodeID_t NodeID) const {
     OV_ASSERT(NodeID.IsValid());
     OV_ASSERT((size_t)NodeID.ToIndex() < m_pNodeID2NodeName->size());
-    return (*m_pNodeID2NodeName)[static_cast<size_t>(NodeID.ToIndex())];
+    return *(*m_pNodeID2NodeName)[static_cast<size_t>(NodeID.ToIndex())];
 }
 
-/// Equal texts aren't merged: comparing each new one would cost more than the memory that it
-/// saves.
 StringID_t CNodeDataMap::SetString(std::string_view text) {
-    const StringID_t stringID(m_pStringID2String->size());
-    m_pStringID2String->emplace_back(text);
-    return stringID;
+    return m_pStringID2String->Add(text);
 }
 
-const std::string& CNodeDataMap::GetString(StringID_t StringID) const {
+std::string_view CNodeDataMap::GetString(StringID_t StringID) const {
     OV_ASSERT(StringID.IsValid());
     OV_ASSERT((size_t)StringID.ToIndex() < m_pStringID2String->size());
     return (*m_pStringID2String)[static_cast<size_t>(StringID.ToIndex())];
@@ -107,8 +99,6 @@ void CNodeDataMap::SetNodeData(std::unique_ptr<CNodeData> pNodeData, bool replac
         // The first node stays in place.
         ThrowDuplicate(*pNodeData);
     }
-    // A stored node seldom grows, and a description has tens of thousands of them.
-    pNodeData->ShrinkToFit();
     slot = std::move(pNodeData);
     m_LastNodeID = nodeID;
 }
@@ -156,10 +146,12 @@ void CNodeDataMap::GetNodeStatistics(NodeStatistics_t& statistics) const {
         }
         const auto& properties = pNodeData->GetProperties();
         ++statistics.NumNodes;
-        statistics.NumProperties += static_cast<uint32_t>(properties.size());
-        statistics.NumLinks += static_cast<uint32_t>(std::count_if(
+        const size_t numDerived = pNodeData->GetClosure().GetNumLinks();
+        statistics.NumProperties += static_cast<uint32_t>(properties.size() + numDerived);
+        const auto numLinks = std::count_if(
             properties.begin(), properties.end(),
-            [](const CProperty& property) { return property.GetPropertyID().IsLink(); }));
+            [](const CProperty& property) { return property.GetPropertyID().IsLink(); });
+        statistics.NumLinks += static_cast<uint32_t>(numLinks) + static_cast<uint32_t>(numDerived);
     }
     statistics.NumStrings = static_cast<uint32_t>(m_pStringID2String->size());
 }

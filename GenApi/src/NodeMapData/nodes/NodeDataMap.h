@@ -4,14 +4,15 @@
 #include <cstdint>
 #include <functional>
 #include <iosfwd>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "NodeMapData/NodeStatistics.h"
 #include "nodes/NodeData.h"
+#include "nodes/TextStore.h"
 #include "properties/INodeDataMap.h"
 #include "properties/NodeID.h"
 #include "properties/ToStringStyle.h"
@@ -32,7 +33,7 @@ public:
     NodeID_t GetNodeID(std::string_view name, bool create) override;
     const std::string& GetNodeName(NodeID_t NodeID) const override;
     StringID_t SetString(std::string_view text) override;
-    const std::string& GetString(StringID_t StringID) const override;
+    std::string_view GetString(StringID_t StringID) const override;
     virtual ~CNodeDataMap();
 
     /// The identifier of a name; invalid when the name is unknown.
@@ -91,15 +92,23 @@ public:
     static void Print(std::ostream& stream, const CNodeDataMap& map, EToStringStyle_t style);
 
 private:
-    using NodeNameMap_t = std::map<std::string, NodeID_t, std::less<>>;
+    /// Finds a name without a copy of it.
+    struct NameHash {
+        using is_transparent = void;
+        size_t operator()(std::string_view name) const {
+            return std::hash<std::string_view>()(name);
+        }
+    };
+    using NodeNameMap_t = std::unordered_map<std::string, NodeID_t, NameHash, std::equal_to<>>;
 
     void NameNodesFromFile(CCacheReader& reader);
     static void RenameToRoot(CNodeDataMap& toExtractTree, std::string_view name);
 
     std::unique_ptr<NodeNameMap_t> m_pNodeName2NodeID;
-    std::unique_ptr<std::vector<std::string>> m_pNodeID2NodeName;
+    /// The names are those of the map above.
+    std::unique_ptr<std::vector<const std::string*>> m_pNodeID2NodeName;
     std::unique_ptr<std::vector<std::unique_ptr<CNodeData>>> m_pNodeID2NodeData;
-    std::unique_ptr<std::vector<std::string>> m_pStringID2String;
+    std::unique_ptr<CTextStore> m_pStringID2String;
     CNodeData* m_pContextNode = nullptr;
     NodeID_t m_LastNodeID;
 };

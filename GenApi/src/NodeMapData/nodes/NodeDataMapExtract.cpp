@@ -117,9 +117,10 @@ void CNodeDataMap::RenameToRoot(CNodeDataMap& toExtractTree, std::string_view na
     const auto pos = toExtractTree.m_pNodeName2NodeID->find(name);
     OV_ASSERT(pos != toExtractTree.m_pNodeName2NodeID->end());
     const NodeID_t nodeID = pos->second;
-    toExtractTree.m_pNodeName2NodeID->erase(pos);
-    toExtractTree.m_pNodeName2NodeID->emplace(rootName, nodeID);
-    (*toExtractTree.m_pNodeID2NodeName)[static_cast<size_t>(nodeID.ToIndex())] = rootName;
+    // The table of names points into the entry, which stays where it is.
+    auto entry = toExtractTree.m_pNodeName2NodeID->extract(pos);
+    entry.key() = rootName;
+    toExtractTree.m_pNodeName2NodeID->insert(std::move(entry));
 
     CNodeData& node = *toExtractTree.GetNodeData(nodeID);
     node.RemoveProperties(CPropertyID::Name_ID);

@@ -88,7 +88,6 @@ void MergeLinks(const CNodeData& source, CNodeData& existing, CPropertyID id,
             existing.AddProperty(std::move(copy));
         }
     }
-    existing.ShrinkToFit();
 }
 
 /// Merges into those existing nodes that are of the given type. The type of the existing

@@ -22,12 +22,12 @@ bool IsInStartTag(CPropertyID id) {
 /// All that the root element says is in attributes. Its name is ours and no part of the document.
 std::string RootTag(const CNodeData& root) {
     std::string tag = "<RegisterDescription";
-    for (const CProperty& property : root.GetProperties()) {
+    root.ForEachProperty([&tag](const CProperty& property) {
         if (property.GetPropertyID() != CPropertyID::Name_ID) {
             tag += ' ';
             property.AppendTo(tag, tssXmlAttribute);
         }
-    }
+    });
     return tag + ">\n";
 }
 
@@ -35,7 +35,7 @@ std::string RootTag(const CNodeData& root) {
 ///        only the nodes before the first feature say that they are none.
 std::string Element(const CNodeData& node, bool& isFeatureSeen) {
     std::string element = nodeIndent + node.ToString(tssXmlStartTag) + '\n';
-    for (const CProperty& property : node.GetProperties()) {
+    node.ForEachProperty([&](const CProperty& property) {
         const CPropertyID id = property.GetPropertyID();
         isFeatureSeen = isFeatureSeen || id == CPropertyID::IsFeature_ID;
         if (!IsInStartTag(id)) {
@@ -43,7 +43,7 @@ std::string Element(const CNodeData& node, bool& isFeatureSeen) {
             property.AppendTo(element, tssXmlElement);
             element += '\n';
         }
-    }
+    });
     if (!isFeatureSeen) {
         element.append(propertyIndent).append("<IsFeature>No</IsFeature>\n");
     }

@@ -40,18 +40,18 @@ std::string CNodeData::Dump() const {
     std::string text = Value2String(m_NodeType);
     text.append("::").append(GetName());
     text.append("\n  NodeID = ").append(std::to_string(m_NodeID.ToIndex())).append("\n");
-    for (const CProperty& property : *m_pPropertyVector) {
+    ForEachProperty([&text](const CProperty& property) {
         text += "  ";
         property.AppendTo(text, tssText);
         text += '\n';
-    }
+    });
     return text;
 }
 
 /// The name space is always written, so that no reader has to know the default.
 std::string CNodeData::StartTag() const {
     std::string text = std::string("<") + Value2String(m_NodeType);
-    for (const CProperty& property : *m_pPropertyVector) {
+    for (const CProperty& property : m_Properties) {
         switch (property.GetPropertyID()) {
             case CPropertyID::Name_ID:
             case CPropertyID::NameSpace_ID:

@@ -4,16 +4,28 @@
 #include <cstdint>
 #include <vector>
 
-#include "nodes/NodeDataMap.h"
+#include "properties/NodeID.h"
 
 namespace GenApi_3_0_ORVANE {
 
 /// How far a walk has come with a node.
 enum EWalkState : uint8_t { Untouched = 0, InProgress = 1, Done = 2 };
 
+/// The states of all nodes of a map, which keep a walk from coming to a node twice.
+class CWalkStates {
+public:
+    explicit CWalkStates(size_t numNodes) : m_States(numNodes, Untouched) {}
+    EWalkState& operator[](NodeID_t nodeID) {
+        return m_States[static_cast<size_t>(nodeID.ToIndex())];
+    }
+
+private:
+    std::vector<EWalkState> m_States;
+};
+
 /// A node on the way of a walk and the position of its next link to follow.
 struct WalkStep {
-    CNodeData* pNodeData;
+    NodeID_t nodeID;
     size_t cursor;
 };
 using WalkPath_t = std::vector<WalkStep>;
@@ -22,46 +34,45 @@ using WalkPath_t = std::vector<WalkStep>;
 /// decides how long a chain of links is.
 ///
 /// Policy has:
-/// - `State(node)`: a reference to a number that holds an EWalkState;
-/// - `NextLink(node, cursor)`: the next target from the cursor on, which it moves; the invalid
+/// - `states`: CWalkStates;
+/// - `NextLink(nodeID, cursor)`: the next target from the cursor on, which it moves; the invalid
 ///   identifier at the end;
-/// - `OnDone(node)`: called when all links of the node have been followed;
-/// - `OnCycle(path, node)`: called when a link of the last step leads to a node that is on the
+/// - `OnDone(nodeID)`: called when all links of the node have been followed;
+/// - `OnCycle(path, nodeID)`: called when a link of the last step leads to a node that is on the
 ///   path already. If it returns, the link is passed over.
 template <typename Policy>
-void WalkLinks(const CNodeDataMap& map, CNodeData& start, WalkPath_t& path, Policy& policy) {
-    const auto enter = [&](CNodeData& node) {
-        auto& state = policy.State(node);
+void WalkLinks(NodeID_t start, WalkPath_t& path, Policy& policy) {
+    const auto enter = [&](NodeID_t nodeID) {
+        EWalkState& state = policy.states[nodeID];
         if (state == Untouched) {
             state = InProgress;
-            path.push_back({&node, 0});
+            path.push_back({nodeID, 0});
         } else if (state == InProgress) {
-            policy.OnCycle(path, node);
+            policy.OnCycle(path, nodeID);
         }
     };
     path.clear();
     enter(start);
     while (!path.empty()) {
         WalkStep& step = path.back();
-        const NodeID_t target = policy.NextLink(*step.pNodeData, step.cursor);
+        const NodeID_t nodeID = step.nodeID;
+        const NodeID_t target = policy.NextLink(nodeID, step.cursor);
         if (target.IsValid()) {
-            enter(*map.GetNodeData(target));
+            enter(target);
             continue;
         }
-        CNodeData& node = *step.pNodeData;
-        policy.State(node) = Done;
+        policy.states[nodeID] = Done;
         path.pop_back();
-        policy.OnDone(node);
+        policy.OnDone(nodeID);
     }
 }
 
-/// The same walk from every node of the map, in identifier order.
-/// @param policy  keeps the states of all walks, so that no node is walked twice
+/// The same walk from every node of a map, in identifier order. No node is walked twice.
 template <typename Policy>
-void WalkAllLinks(const CNodeDataMap& map, Policy& policy) {
+void WalkAllLinks(size_t numNodes, Policy& policy) {
     WalkPath_t path;
-    for (size_t index = 0; index < map.GetNumNodeIDs(); ++index) {
-        WalkLinks(map, *map.GetNodeData(NodeID_t(index)), path, policy);
+    for (size_t index = 0; index < numNodes; ++index) {
+        WalkLinks(NodeID_t(index), path, policy);
     }
 }
 

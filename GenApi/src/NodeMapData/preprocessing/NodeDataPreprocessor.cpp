@@ -5,6 +5,9 @@
 
 #include "preprocessing/NodeDataPreprocessor.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "Base/GCException.h"
 #include "Base/OvAssert.h"
 #include "preprocessing/LinkCycle.h"
@@ -29,6 +32,7 @@ void CNodeDataPreprocessor::Run() {
     BuildChildLists();
     PropagateDependencies();
     PropagateTerminals();
+    StoreClosures();
     PreProcessSelecting();
     DetectSelectedCycles();
     DetectReadCycles();
@@ -71,48 +75,36 @@ void CNodeDataPreprocessor::BuildChildLists() {
 }
 
 /// Attributes may be links, too: the offset of an index, for example.
-void CNodeDataPreprocessor::BuildChildLists(CNodeData& node) {
-    node.m_pParents = std::make_unique<std::vector<NodeID_t>>();
-    node.m_pReadingChildren = std::make_unique<std::vector<NodeID_t>>();
-    node.m_pWritingChildren = std::make_unique<std::vector<NodeID_t>>();
-    node.m_pAllDependingNodes = std::make_unique<CNodeIDSet>();
-    node.m_pAllTerminalNodes = std::make_unique<CNodeIDSet>();
-
-    std::vector<NodeID_t> invalidating;
-    const auto addReader = [&](const CProperty& property) {
+void CNodeDataPreprocessor::BuildChildLists(const CNodeData& node) {
+    const auto addReader = [this](const CProperty& property) {
         if (property.GetPropertyID().IsInvalidatingLink()) {
-            invalidating.push_back(property.NodeID());
+            m_InvalidatingChildren.Add(property.NodeID());
         }
         if (property.GetPropertyID().IsReadingLink()) {
-            node.m_pReadingChildren->push_back(property.NodeID());
+            m_ReadingChildren.Add(property.NodeID());
         }
     };
     for (const CProperty& property : node.GetProperties()) {
         addReader(property);
         if (property.GetPropertyID().IsWritingLink()) {
-            node.m_pWritingChildren->push_back(property.NodeID());
+            m_WritingChildren.Add(property.NodeID());
         }
         // An attribute is read together with its link, and never written.
         if (const CProperty* pAttribute = property.GetAttribute()) {
             addReader(*pAttribute);
         }
     }
-    node.m_pInvalidatingChildren = std::make_unique<CNodeIDSet>(std::move(invalidating));
+    m_ReadingChildren.End();
+    m_WritingChildren.End();
+    m_InvalidatingChildren.EndAsSet();
 }
 
-/// Also runs after a failure, when some nodes have no lists yet.
-void CNodeDataPreprocessor::ReleaseChildLists() {
+/// Dependents from the highest down: printed maps and clients of the graph have them in this order.
+void CNodeDataPreprocessor::StoreClosures() {
     for (size_t index = 0; index < GetNumNodes(); ++index) {
-        CNodeData* const pNodeData = m_Map.GetNodeData(NodeID_t(index));
-        if (pNodeData == nullptr) {
-            continue;
-        }
-        pNodeData->m_pParents.reset();
-        pNodeData->m_pReadingChildren.reset();
-        pNodeData->m_pWritingChildren.reset();
-        pNodeData->m_pInvalidatingChildren.reset();
-        pNodeData->m_pAllDependingNodes.reset();
-        pNodeData->m_pAllTerminalNodes.reset();
+        NodeIDs_t& dependents = m_AllDependingNodes[index];
+        std::reverse(dependents.begin(), dependents.end());
+        Node(index).SetClosure(std::move(dependents), std::move(m_AllTerminalNodes[index]));
     }
 }
 
@@ -128,21 +120,22 @@ NodeID_t NextFeature(const CNodeData& node, size_t& cursor) {
 
 /// Collects the categories and their features, each after what it lists.
 struct CNodeDataPreprocessor::FeatureWalk {
-    explicit FeatureWalk(const CNodeDataMap& map) : states(map.GetNumNodeIDs()) {}
+    explicit FeatureWalk(const CNodeDataMap& dataMap)
+        : map(dataMap), states(dataMap.GetNumNodeIDs()) {}
 
-    uint8_t& State(const CNodeData& node) { return states[ToIndex(node.GetNodeID())]; }
-    static NodeID_t NextLink(const CNodeData& node, size_t& cursor) {
-        return NextFeature(node, cursor);
+    NodeID_t NextLink(NodeID_t nodeID, size_t& cursor) const {
+        return NextFeature(*map.GetNodeData(nodeID), cursor);
     }
-    void OnDone(const CNodeData& node) { order.push_back(node.GetNodeID()); }
+    void OnDone(NodeID_t nodeID) { order.push_back(nodeID); }
     /// Only descriptions whose read links weren't checked get here. Without this their
     /// walk would never end.
-    [[noreturn]] static void OnCycle(const WalkPath_t& path, const CNodeData& node) {
-        ThrowLinkCycle(readCycleText, path, node);
+    [[noreturn]] void OnCycle(const WalkPath_t& path, NodeID_t nodeID) const {
+        ThrowLinkCycle(readCycleText, path, nodeID, map);
     }
 
-    std::vector<uint8_t> states;
-    std::vector<NodeID_t> order;
+    const CNodeDataMap& map;
+    CWalkStates states;
+    NodeIDs_t order;
 };
 
 /// Marks each node once for every way that leads to it from the root. The ways are counted and
@@ -155,7 +148,7 @@ void CNodeDataPreprocessor::MarkFeatures() {
     }
     WalkPath_t path;
     FeatureWalk walk(m_Map);
-    WalkLinks(m_Map, Node(root), path, walk);
+    WalkLinks(root, path, walk);
     std::vector<size_t> numWays(GetNumNodes());
     numWays[ToIndex(root)] = 1;
     // In reverse, every category comes before what it lists, so its own count is complete

@@ -4,20 +4,19 @@
 #include <vector>
 
 #include "nodes/NodeDataMap.h"
+#include "preprocessing/NodeIDLists.h"
 #include "preprocessing/PreprocessingBudget.h"
 
 namespace GenApi_3_0_ORVANE {
 
 class CNodeIDUnion;
 
-/// One preprocessing of one map: the steps and the scratch lists on the nodes,
-/// which are gone with this object, whatever a step throws.
+/// One preprocessing of one map: the steps and their scratch lists.
 class CNodeDataPreprocessor {
 public:
     explicit CNodeDataPreprocessor(CNodeDataMap& map) : m_Map(map) {}
     CNodeDataPreprocessor(const CNodeDataPreprocessor&) = delete;
     CNodeDataPreprocessor& operator=(const CNodeDataPreprocessor&) = delete;
-    ~CNodeDataPreprocessor() { ReleaseChildLists(); }
 
     void Run();
     /// What has been spent so far.
@@ -31,8 +30,7 @@ private:
     struct Selection;
     struct SelectionWalk;
     struct FeatureWalk;
-    /// One list of nodes per node.
-    using NodeIDLists_t = std::vector<std::vector<NodeID_t>>;
+    using NodeIDs_t = CNodeData::NodeIDs_t;
 
     /// In the order in which they run.
     void CheckDanglingNodes() const;
@@ -44,26 +42,16 @@ private:
     void DetectSelectedCycles();
     void DetectReadCycles();
     void MarkFeatures();
-    void ReleaseChildLists();
 
-    static void BuildChildLists(CNodeData& node);
-    std::vector<NodeID_t> DependencyOrder() const;
-    NodeIDLists_t FindDependents(const std::vector<NodeID_t>& order) const;
-    static void FindCircle(NodeID_t nodeID, const NodeIDLists_t& dependents,
-                           std::vector<bool>& isInCircle, std::vector<NodeID_t>& circle);
-    void GatherDependencies(const std::vector<NodeID_t>& circle, const NodeIDLists_t& dependents,
+    void BuildChildLists(const CNodeData& node);
+    NodeIDs_t DependencyOrder() const;
+    static void FindCircle(NodeID_t nodeID, const CNodeIDLists& dependents,
+                           std::vector<bool>& isInCircle, NodeIDs_t& circle);
+    void GatherDependencies(const NodeIDs_t& circle, const CNodeIDLists& dependents,
                             CNodeIDUnion& scratch);
-    /// Appends one link per target of the range.
-    template <typename Iterator>
-    static void AppendLinks(CNodeData& node, CPropertyID id, Iterator begin, Iterator end) {
-        CNodeData::PropertyVector_t& properties = node.GetProperties();
-        properties.reserve(properties.size() + static_cast<size_t>(end - begin));
-        for (; begin != end; ++begin) {
-            node.AddProperty(id, *begin);
-        }
-    }
+    void StoreClosures();
 
-    NodeIDLists_t FindReaders() const;
+    CNodeIDLists FindReaders() const;
     void CheckSelectionEnds(Selection& selection);
     void WidenSelection(Selection& selection);
     bool IsReadCycleTolerated() const;
@@ -75,6 +63,15 @@ private:
 
     CNodeDataMap& m_Map;
     CPreprocessingBudget m_Budget;
+    // For every node the targets of its links, those of the attributes included. The lists keep
+    // repeats and the order of the description, the sets have neither.
+    CNodeIDLists m_ReadingChildren;
+    CNodeIDLists m_WritingChildren;
+    /// A set.
+    CNodeIDLists m_InvalidatingChildren;
+    /// For every node the set of those that depend on it, and of those in which its value ends.
+    std::vector<NodeIDs_t> m_AllDependingNodes;
+    std::vector<NodeIDs_t> m_AllTerminalNodes;
 };
 
 }  // namespace GenApi_3_0_ORVANE

@@ -7,20 +7,21 @@ namespace GenApi_3_0_ORVANE {
 
 /// Follows properties of some kinds, and refuses to come back to a node on the way.
 struct CNodeDataPreprocessor::PropertyCycleWalk {
-    uint8_t& State(CNodeData& node) const { return node.*state; }
-    NodeID_t NextLink(const CNodeData& node, size_t& cursor) const {
+    NodeID_t NextLink(NodeID_t nodeID, size_t& cursor) const {
+        const CNodeData& node = *map.GetNodeData(nodeID);
         NodeID_t target = NextProperty(node, cursor, isFollowed);
-        while (isSelfTolerated && target == node.GetNodeID()) {
+        while (isSelfTolerated && target == nodeID) {
             target = NextProperty(node, cursor, isFollowed);
         }
         return target;
     }
-    static void OnDone(const CNodeData&) {}
-    [[noreturn]] void OnCycle(const WalkPath_t& path, const CNodeData& node) const {
-        ThrowLinkCycle(text, path, node);
+    static void OnDone(NodeID_t) {}
+    [[noreturn]] void OnCycle(const WalkPath_t& path, NodeID_t nodeID) const {
+        ThrowLinkCycle(text, path, nodeID, map);
     }
 
-    uint8_t CNodeData::*state;
+    const CNodeDataMap& map;
+    CWalkStates states;
     bool (*isFollowed)(CPropertyID);
     const char* text;
     /// Whether a node may lead to itself. Such a node does no harm to others and fails
@@ -29,19 +30,19 @@ struct CNodeDataPreprocessor::PropertyCycleWalk {
 };
 
 void CNodeDataPreprocessor::DetectSelectedCycles() {
-    PropertyCycleWalk walk{&CNodeData::m_SelectedVisited,
+    PropertyCycleWalk walk{m_Map, CWalkStates(GetNumNodes()),
                            [](CPropertyID id) { return id == CPropertyID::pSelected_ID; },
                            selectedCycleText, true};
-    WalkAllLinks(m_Map, walk);
+    WalkAllLinks(GetNumNodes(), walk);
 }
 
 void CNodeDataPreprocessor::DetectReadCycles() {
     if (IsReadCycleTolerated()) {
         return;
     }
-    PropertyCycleWalk walk{&CNodeData::m_ReadVisited,
+    PropertyCycleWalk walk{m_Map, CWalkStates(GetNumNodes()),
                            [](CPropertyID id) { return id.IsReadingLink(); }, readCycleText, false};
-    WalkAllLinks(m_Map, walk);
+    WalkAllLinks(GetNumNodes(), walk);
 }
 
 /// Descriptions of the first schema version were never checked for read cycles, and some have

@@ -6,6 +6,7 @@
 // budget ends it before it takes more memory than any real camera needs.
 
 #include "Base/GCException.h"
+#include "preprocessing/LinkCycle.h"
 #include "preprocessing/LinkWalk.h"
 #include "preprocessing/NodeDataPreprocessor.h"
 #include "preprocessing/NodeIDUnion.h"
@@ -44,46 +45,30 @@ bool IsTerminalNodeType(const CNodeData& node, bool hasWritingChildren) {
 
 /// Collects the nodes, each after those that it depends on.
 struct CNodeDataPreprocessor::OrderWalk {
-    explicit OrderWalk(const CNodeDataMap& map) : states(map.GetNumNodeIDs()) {}
-
-    uint8_t& State(const CNodeData& node) { return states[ToIndex(node.GetNodeID())]; }
-    static NodeID_t NextLink(const CNodeData& node, size_t& cursor) {
-        const CNodeIDSet& children = *node.m_pInvalidatingChildren;
-        return cursor < children.size() ? children[cursor++] : NodeID_t();
+    NodeID_t NextLink(NodeID_t nodeID, size_t& cursor) const {
+        return NextMember(children[nodeID], cursor);
     }
-    void OnDone(const CNodeData& node) { order.push_back(node.GetNodeID()); }
+    void OnDone(NodeID_t nodeID) { order.push_back(nodeID); }
     /// Dependencies may be mutual: two features may each invalidate the other.
-    static void OnCycle(const WalkPath_t&, const CNodeData&) {}
+    static void OnCycle(const WalkPath_t&, NodeID_t) {}
 
-    std::vector<uint8_t> states;
-    std::vector<NodeID_t> order;
+    const CNodeIDLists& children;
+    CWalkStates states;
+    NodeIDs_t order = {};
 };
 
 /// Every node before those that it depends on, as far as circles allow.
-std::vector<NodeID_t> CNodeDataPreprocessor::DependencyOrder() const {
-    OrderWalk walk(m_Map);
-    WalkAllLinks(m_Map, walk);
+CNodeDataPreprocessor::NodeIDs_t CNodeDataPreprocessor::DependencyOrder() const {
+    OrderWalk walk{m_InvalidatingChildren, CWalkStates(GetNumNodes())};
+    WalkAllLinks(GetNumNodes(), walk);
     return {walk.order.rbegin(), walk.order.rend()};
-}
-
-/// For every node those that depend on it directly, in the given order.
-CNodeDataPreprocessor::NodeIDLists_t CNodeDataPreprocessor::FindDependents(
-    const std::vector<NodeID_t>& order) const {
-    NodeIDLists_t dependents(GetNumNodes());
-    for (const NodeID_t nodeID : order) {
-        for (const NodeID_t child : *Node(nodeID).m_pInvalidatingChildren) {
-            dependents[ToIndex(child)].push_back(nodeID);
-        }
-    }
-    return dependents;
 }
 
 /// Fills the circle with the nodes that depend on the node and on which it depends, with itself:
 /// in dependency order those that lead to it and aren't in a circle yet. Leaves it empty for a
 /// node that is in one. Most circles consist of one node.
-void CNodeDataPreprocessor::FindCircle(NodeID_t nodeID, const NodeIDLists_t& dependents,
-                                       std::vector<bool>& isInCircle,
-                                       std::vector<NodeID_t>& circle) {
+void CNodeDataPreprocessor::FindCircle(NodeID_t nodeID, const CNodeIDLists& dependents,
+                                       std::vector<bool>& isInCircle, NodeIDs_t& circle) {
     circle.clear();
     const auto enter = [&](NodeID_t member) {
         if (!isInCircle[ToIndex(member)]) {
@@ -93,7 +78,7 @@ void CNodeDataPreprocessor::FindCircle(NodeID_t nodeID, const NodeIDLists_t& dep
     };
     enter(nodeID);
     for (size_t position = 0; position < circle.size(); ++position) {
-        for (const NodeID_t dependent : dependents[ToIndex(circle[position])]) {
+        for (const NodeID_t dependent : dependents[circle[position]]) {
             enter(dependent);
         }
     }
@@ -102,19 +87,19 @@ void CNodeDataPreprocessor::FindCircle(NodeID_t nodeID, const NodeIDLists_t& dep
 /// All nodes of a circle depend on each other, so they share one set: the circle, those that
 /// depend on it directly, and their sets. Those that are nearest come first, as their sets hold
 /// most of the others, which are then skipped as a whole.
-void CNodeDataPreprocessor::GatherDependencies(const std::vector<NodeID_t>& circle,
-                                               const NodeIDLists_t& dependents,
+void CNodeDataPreprocessor::GatherDependencies(const NodeIDs_t& circle,
+                                               const CNodeIDLists& dependents,
                                                CNodeIDUnion& scratch) {
     scratch.Clear();
     for (const NodeID_t member : circle) {
         scratch.Add(member);
     }
     for (const NodeID_t member : circle) {
-        const std::vector<NodeID_t>& direct = dependents[ToIndex(member)];
+        const std::span<const NodeID_t> direct = dependents[member];
         m_Budget.SpendSteps(1 + direct.size());
         for (auto nodeID = direct.rbegin(); nodeID != direct.rend(); ++nodeID) {
             if (!scratch.Has(*nodeID)) {
-                const CNodeIDSet& further = *Node(*nodeID).m_pAllDependingNodes;
+                const NodeIDs_t& further = m_AllDependingNodes[ToIndex(*nodeID)];
                 m_Budget.SpendSteps(further.size());
                 scratch.Add(*nodeID);
                 scratch.Add(further);
@@ -124,7 +109,7 @@ void CNodeDataPreprocessor::GatherDependencies(const std::vector<NodeID_t>& circ
     for (const NodeID_t member : circle) {
         // Spent before the set is stored, so that the bound also bounds the memory.
         m_Budget.SpendProperties(scratch.Count() - 1);
-        scratch.Store(*Node(member).m_pAllDependingNodes, member);
+        m_AllDependingNodes[ToIndex(member)] = scratch.GetMembers(member);
     }
 }
 
@@ -132,67 +117,64 @@ void CNodeDataPreprocessor::GatherDependencies(const std::vector<NodeID_t>& circ
 /// to a circle are complete when it is reached. Each set is made once, and not again and
 /// again until none grows.
 void CNodeDataPreprocessor::PropagateDependencies() {
-    const std::vector<NodeID_t> order = DependencyOrder();
-    const NodeIDLists_t dependents = FindDependents(order);
+    const NodeIDs_t order = DependencyOrder();
+    // For every node those that depend on it directly, in that order.
+    const CNodeIDLists dependents =
+        m_InvalidatingChildren.Mirrored(order, [](NodeID_t, NodeID_t) { return true; });
+    m_AllDependingNodes.resize(GetNumNodes());
     CNodeIDUnion scratch(GetNumNodes());
     std::vector<bool> isInCircle(GetNumNodes());
-    std::vector<NodeID_t> circle;
+    NodeIDs_t circle;
     for (const NodeID_t nodeID : order) {
         FindCircle(nodeID, dependents, isInCircle, circle);
         if (!circle.empty()) {
             GatherDependencies(circle, dependents, scratch);
         }
     }
-    for (size_t index = 0; index < GetNumNodes(); ++index) {
-        const CNodeIDSet& depending = *Node(index).m_pAllDependingNodes;
-        // From the highest down: caches and printed maps have them in this order.
-        AppendLinks(Node(index), CPropertyID::pDependent_ID, depending.rbegin(), depending.rend());
-    }
 }
 
-/// Enters in each node the terminal nodes of the nodes that it writes to. A circle of writes
+/// Finds for each node the terminal nodes of the nodes that it writes to. A circle of writes
 /// would never end in a register, so it is refused.
 struct CNodeDataPreprocessor::TerminalWalk {
-    static int32_t& State(CNodeData& node) { return node.m_TerminalState; }
-    static NodeID_t NextLink(const CNodeData& node, size_t& cursor) {
-        const std::vector<NodeID_t>& children = *node.m_pWritingChildren;
-        return !IsTerminal(node) && cursor < children.size() ? children[cursor++] : NodeID_t();
+    NodeID_t NextLink(NodeID_t nodeID, size_t& cursor) const {
+        return IsTerminal(nodeID) ? NodeID_t() : NextMember(children[nodeID], cursor);
     }
-    void OnDone(const CNodeData& node) {
+    void OnDone(NodeID_t nodeID) {
         scratch.Clear();
-        if (IsTerminal(node)) {
-            scratch.Add(node.GetNodeID());
+        if (IsTerminal(nodeID)) {
+            scratch.Add(nodeID);
         } else {
-            for (const NodeID_t child : *node.m_pWritingChildren) {
-                const CNodeIDSet& terminals = *map.GetNodeData(child)->m_pAllTerminalNodes;
-                budget.SpendSteps(1 + terminals.size());
-                scratch.Add(terminals);
+            for (const NodeID_t child : children[nodeID]) {
+                const NodeIDs_t& further = terminals[ToIndex(child)];
+                budget.SpendSteps(1 + further.size());
+                scratch.Add(further);
             }
         }
         budget.SpendProperties(scratch.Count());
-        scratch.Store(*node.m_pAllTerminalNodes);
+        terminals[ToIndex(nodeID)] = scratch.GetMembers();
     }
-    [[noreturn]] static void OnCycle(const WalkPath_t&, const CNodeData& node) {
+    [[noreturn]] void OnCycle(const WalkPath_t&, NodeID_t nodeID) const {
         RUNTIME_EXCEPTION("WARNING: PropagateTerminals cycle detected in node = '%s'\n",
-                          node.GetName().c_str());
+                          map.GetNodeName(nodeID).c_str());
     }
-    static bool IsTerminal(const CNodeData& node) {
-        return IsTerminalNodeType(node, !node.m_pWritingChildren->empty());
+    bool IsTerminal(NodeID_t nodeID) const {
+        return IsTerminalNodeType(*map.GetNodeData(nodeID), !children[nodeID].empty());
     }
 
     const CNodeDataMap& map;
+    const CNodeIDLists& children;
+    std::vector<NodeIDs_t>& terminals;
     CPreprocessingBudget& budget;
     CNodeIDUnion scratch;
+    CWalkStates states;
 };
 
 /// A node whose value ends in itself names itself, too.
 void CNodeDataPreprocessor::PropagateTerminals() {
-    TerminalWalk walk{m_Map, m_Budget, CNodeIDUnion(GetNumNodes())};
-    WalkAllLinks(m_Map, walk);
-    for (size_t index = 0; index < GetNumNodes(); ++index) {
-        const CNodeIDSet& terminals = *Node(index).m_pAllTerminalNodes;
-        AppendLinks(Node(index), CPropertyID::pTerminal_ID, terminals.begin(), terminals.end());
-    }
+    m_AllTerminalNodes.resize(GetNumNodes());
+    TerminalWalk walk{m_Map,    m_WritingChildren,           m_AllTerminalNodes,
+                      m_Budget, CNodeIDUnion(GetNumNodes()), CWalkStates(GetNumNodes())};
+    WalkAllLinks(GetNumNodes(), walk);
 }
 
 }  // namespace GenApi_3_0_ORVANE

@@ -11,26 +11,20 @@ namespace GenApi_3_0_ORVANE {
 
 /// For every node the other nodes that read it directly, in ascending order.
 /// Categories do not count: they list nodes and take no value from them.
-CNodeDataPreprocessor::NodeIDLists_t CNodeDataPreprocessor::FindReaders() const {
-    NodeIDLists_t readers(GetNumNodes());
+CNodeIDLists CNodeDataPreprocessor::FindReaders() const {
+    NodeIDs_t order;
     for (size_t index = 0; index < GetNumNodes(); ++index) {
-        const NodeID_t reader(index);
-        if (Node(reader).GetNodeType() == CNodeData::Category_ID) {
-            continue;
-        }
-        for (const NodeID_t child : *Node(reader).m_pReadingChildren) {
-            std::vector<NodeID_t>& list = readers[ToIndex(child)];
-            if (child != reader && (list.empty() || list.back() != reader)) {
-                list.push_back(reader);
-            }
+        if (Node(index).GetNodeType() != CNodeData::Category_ID) {
+            order.emplace_back(index);
         }
     }
-    return readers;
+    return m_ReadingChildren.Mirrored(
+        order, [](NodeID_t reader, NodeID_t child) { return child != reader; });
 }
 
 /// What widening the selectors, one after the other, needs to know.
 struct CNodeDataPreprocessor::Selection {
-    Selection(size_t numNodes, NodeIDLists_t readersOfNodes)
+    Selection(size_t numNodes, CNodeIDLists readersOfNodes)
         : readers(std::move(readersOfNodes)),
           selected(numNodes),
           selectors(numNodes),
@@ -57,13 +51,13 @@ struct CNodeDataPreprocessor::Selection {
         }
     }
 
-    const NodeIDLists_t readers;
+    const CNodeIDLists readers;
     /// For every node the targets of its pSelected properties, in list order,
     /// and the nodes among whose targets it is.
-    NodeIDLists_t selected;
-    NodeIDLists_t selectors;
+    std::vector<NodeIDs_t> selected;
+    std::vector<NodeIDs_t> selectors;
     /// The states of the walk. Every walk leaves them untouched for the next.
-    std::vector<uint8_t> states;
+    CWalkStates states;
     NodeID_t selector;
     /// The nodes in the pSelecting properties of the selector, and those that
     /// have it in their pSelected properties.
@@ -73,24 +67,23 @@ struct CNodeDataPreprocessor::Selection {
 
 /// Names the nodes of a read cycle in the direction of reading.
 struct CNodeDataPreprocessor::ReadingCycleWalk {
-    static uint8_t& State(CNodeData& node) { return node.m_ReadVisited; }
-    static NodeID_t NextLink(const CNodeData& node, size_t& cursor) {
-        const std::vector<NodeID_t>& children = *node.m_pReadingChildren;
-        return cursor < children.size() ? children[cursor++] : NodeID_t();
+    NodeID_t NextLink(NodeID_t nodeID, size_t& cursor) const {
+        return NextMember(children[nodeID], cursor);
     }
-    static void OnDone(const CNodeData&) {}
-    [[noreturn]] static void OnCycle(const WalkPath_t& path, const CNodeData& node) {
-        ThrowLinkCycle(readCycleText, path, node);
+    static void OnDone(NodeID_t) {}
+    [[noreturn]] void OnCycle(const WalkPath_t& path, NodeID_t nodeID) const {
+        ThrowLinkCycle(readCycleText, path, nodeID, map);
     }
+
+    const CNodeDataMap& map;
+    const CNodeIDLists& children;
+    CWalkStates states;
 };
 
 /// Follows from a selected node the readers that its selection would draw in.
 struct CNodeDataPreprocessor::SelectionWalk {
-    uint8_t& State(const CNodeData& node) const {
-        return selection.states[ToIndex(node.GetNodeID())];
-    }
-    NodeID_t NextLink(const CNodeData& node, size_t& cursor) const {
-        const std::vector<NodeID_t>& list = selection.readers[ToIndex(node.GetNodeID())];
+    NodeID_t NextLink(NodeID_t nodeID, size_t& cursor) const {
+        const std::span<const NodeID_t> list = selection.readers[nodeID];
         while (cursor < list.size()) {
             const NodeID_t reader = list[cursor++];
             budget.SpendSteps(1);
@@ -100,33 +93,36 @@ struct CNodeDataPreprocessor::SelectionWalk {
         }
         return NodeID_t();
     }
-    void OnDone(const CNodeData& node) { walked.push_back(node.GetNodeID()); }
+    void OnDone(NodeID_t nodeID) { walked.push_back(nodeID); }
     /// This walk goes against the direction of reading, while the message names the cycle
     /// in that direction. So a walk of its own looks for it, and may meet another cycle
     /// first.
-    void OnCycle(const WalkPath_t&, const CNodeData&) const {
-        ReadingCycleWalk walk;
-        WalkAllLinks(map, walk);
+    void OnCycle(const WalkPath_t&, NodeID_t) const {
+        const size_t numNodes = map.GetNumNodeIDs();
+        ReadingCycleWalk walk{map, readingChildren, CWalkStates(numNodes)};
+        WalkAllLinks(numNodes, walk);
     }
 
     const CNodeDataMap& map;
+    const CNodeIDLists& readingChildren;
     Selection& selection;
     CPreprocessingBudget& budget;
-    std::vector<NodeID_t> walked = {};
+    CWalkStates& states;
+    NodeIDs_t walked = {};
 };
 
 /// Nodes that read each other would draw each other into the selection for ever, so they
 /// are found before the lists begin to grow.
 void CNodeDataPreprocessor::CheckSelectionEnds(Selection& selection) {
-    SelectionWalk walk{m_Map, selection, m_Budget};
+    SelectionWalk walk{m_Map, m_ReadingChildren, selection, m_Budget, selection.states};
     WalkPath_t path;
     for (const NodeID_t target : selection.selected[ToIndex(selection.selector)]) {
-        WalkLinks(m_Map, Node(target), path, walk);
+        WalkLinks(target, path, walk);
     }
     for (const NodeID_t nodeID : walk.walked) {
         // Only what was walked is reset: clearing the whole list for every selector would
         // take the square of the map's size.
-        selection.states[ToIndex(nodeID)] = Untouched;
+        selection.states[nodeID] = Untouched;
     }
 }
 
@@ -137,9 +133,9 @@ void CNodeDataPreprocessor::CheckSelectionEnds(Selection& selection) {
 /// needs to refuse its use.
 void CNodeDataPreprocessor::WidenSelection(Selection& selection) {
     const NodeID_t nodeID = selection.selector;
-    const std::vector<NodeID_t>& mine = selection.selected[ToIndex(nodeID)];
+    const NodeIDs_t& mine = selection.selected[ToIndex(nodeID)];
     for (size_t position = 0; position < mine.size(); ++position) {
-        const std::vector<NodeID_t>& readers = selection.readers[ToIndex(mine[position])];
+        const std::span<const NodeID_t> readers = selection.readers[mine[position]];
         m_Budget.SpendSteps(readers.size());
         for (const NodeID_t reader : readers) {
             if (!selection.selecting.Has(reader)) {

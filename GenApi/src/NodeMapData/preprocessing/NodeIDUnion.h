@@ -4,9 +4,10 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
-#include "nodes/NodeIDSet.h"
+#include "properties/NodeID.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -34,27 +35,28 @@ public:
         m_Count += (word & Bit(nodeID)) == 0 ? 1 : 0;
         word |= Bit(nodeID);
     }
-    void Add(const CNodeIDSet& set) {
-        for (const NodeID_t nodeID : set) {
+    void Add(std::span<const NodeID_t> nodes) {
+        for (const NodeID_t nodeID : nodes) {
             Add(nodeID);
         }
     }
     size_t Count() const { return m_Count; }
 
-    /// Puts the members into a set, in place of its own.
+    /// Returns the members in ascending order.
     /// @param except  is left out; the invalid identifier leaves out none
-    void Store(CNodeIDSet& set, NodeID_t except = NodeID_t()) {
+    std::vector<NodeID_t> GetMembers(NodeID_t except = NodeID_t()) {
         std::sort(m_Touched.begin(), m_Touched.end());
-        set.m_Members.clear();
-        set.m_Members.reserve(m_Count - (except.IsValid() && Has(except) ? 1 : 0));
+        std::vector<NodeID_t> members;
+        members.reserve(m_Count - (except.IsValid() && Has(except) ? 1 : 0));
         for (const size_t index : m_Touched) {
             for (uint64_t rest = m_Words[index]; rest != 0; rest &= rest - 1) {
                 const auto bit = static_cast<size_t>(std::countr_zero(rest));
                 if (const NodeID_t member(index * wordBits + bit); member != except) {
-                    set.m_Members.push_back(member);
+                    members.push_back(member);
                 }
             }
         }
+        return members;
     }
 
 private:

@@ -22,8 +22,9 @@ public:
     virtual const std::string& GetNodeName(NodeID_t NodeID) const = 0;
     /// Stores a text and returns its identifier. Equal texts aren't merged.
     virtual StringID_t SetString(std::string_view text) = 0;
-    /// Returns the text of a valid identifier; it lives until the map next changes.
-    virtual const std::string& GetString(StringID_t StringID) const = 0;
+    /// Returns the text of a valid identifier, with a zero at its end. It lives as long as the map
+    /// has it, and never moves.
+    virtual std::string_view GetString(StringID_t StringID) const = 0;
 
 protected:
     INodeDataMap() = default;

@@ -36,11 +36,6 @@ CProperty::CProperty(const CProperty& source, INodeDataMap* pTargetMap)
     }
 }
 
-/// The source is an empty property of the same map afterwards.
-CProperty::CProperty(CProperty&& source) noexcept : CProperty(source.GetNodeDataMap()) {
-    Swap(source);
-}
-
 CProperty& CProperty::operator=(CProperty source) noexcept {
     Swap(source);
     return *this;
@@ -54,7 +49,7 @@ void CProperty::Swap(CProperty& other) noexcept {
     std::swap(m_Context, other.m_Context);
 }
 
-const std::string& CProperty::String() const {
+std::string_view CProperty::String() const {
     return GetNodeDataMap()->GetString(StringID());
 }
 

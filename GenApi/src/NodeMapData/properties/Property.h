@@ -100,7 +100,18 @@ public:
     /// Copies into another map: texts are entered there and nodes are found by
     /// name, so the target map has to know the name of a linked node.
     CProperty(const CProperty& source, INodeDataMap* pTargetMap);
-    CProperty(CProperty&& source) noexcept;
+    /// The source keeps no attribute. Lists of properties grow by this.
+    CProperty(CProperty&& source) noexcept
+        : m_PropertyID(source.m_PropertyID),
+          m_DataType(source.m_DataType),
+          m_HasAttribute(source.m_HasAttribute),
+          m_Value(source.m_Value),
+          m_Context(source.m_Context) {
+        if (m_HasAttribute) [[unlikely]] {
+            source.m_HasAttribute = false;
+            source.m_Context.m_pNodeDataMap = GetNodeDataMap();
+        }
+    }
     CProperty& operator=(CProperty source) noexcept;
     ~CProperty() {
         if (m_HasAttribute) {
@@ -108,8 +119,8 @@ public:
         }
     }
 
-    /// The text of a String_ID value; lives until the map next changes.
-    virtual const std::string& String() const;
+    /// The text of a String_ID value, with a zero at its end; lives as long as the map has it.
+    virtual std::string_view String() const;
 
     CPropertyID GetPropertyID() const { return m_PropertyID; }
     EDataType_t GetDataType() const { return m_DataType; }

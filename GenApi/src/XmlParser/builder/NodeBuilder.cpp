@@ -182,8 +182,6 @@ void CNodeBuilder::CloseConverter(OpenNode& open) {
     };
     finish(std::move(formulaTo), "_ConvertTo", P::pSwissKnifeTo_ID);
     finish(std::move(formulaFrom), "_ConvertFrom", P::pSwissKnifeFrom_ID);
-    // Storing gave back the spare memory; the two links have reserved some again.
-    converter.ShrinkToFit();
 }
 
 /// Only the parent's type says what a nested node is to it: the same masked register is

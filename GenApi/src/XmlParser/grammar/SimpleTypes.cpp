@@ -27,6 +27,10 @@ bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
+bool IsBlank(char character) {
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
+
 bool IsHexDigit(char character) {
     return IsDigit(character) || (character >= 'a' && character <= 'f') ||
            (character >= 'A' && character <= 'F');
@@ -127,13 +131,15 @@ const char* CheckFloatLength(std::string_view text) {
 
 }  // namespace
 
+/// Character by character, since a good part of a description is blanks before elements.
 std::string_view Trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const size_t begin = text.find_first_not_of(kBlanks);
-    if (begin == std::string_view::npos) {
-        return {};
+    while (!text.empty() && IsBlank(text.front())) {
+        text.remove_prefix(1);
     }
-    return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+    while (!text.empty() && IsBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
 }
 
 /// In the plain locale and to the end of the text. Hexadecimal numbers are addresses and masks,

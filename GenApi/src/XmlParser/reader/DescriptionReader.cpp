@@ -244,7 +244,7 @@ void CDescriptionReader::Push(const CElementGrammar* grammar, const ElementRow* 
     frame.grammar = grammar;
     frame.row = row;
     frame.state = CContentModel::kBegin;
-    frame.open = OpenNode();
+    // There is no open node: the element that had the frame before has left none.
     frame.text.clear();
     frame.attributeRow = nullptr;
     if (grammar != nullptr) {

@@ -27,6 +27,7 @@ struct BooleanTraits {
 template <class Base>
 class BooleanT : public CachedValueT<Base, BooleanTraits>, virtual public IBoolean {
 public:
+    IBoolean* AsBoolean() override { return this; }
     void SetValue(bool value, bool verify = true) override {
         this->SetCached(value, verify, NoCheck(), [&] { this->InternalSetValue(value, verify); });
     }

@@ -27,6 +27,7 @@ struct EnumerationTraits {
 template <class Base>
 class EnumerationT : public CachedValueT<Base, EnumerationTraits>, virtual public IEnumeration {
 public:
+    IEnumeration* AsEnumeration() override { return this; }
     void GetSymbolics(gcstring_vector& symbolics) override {
         const AutoLock lock(Base::GetLock());
         this->InternalGetSymbolics(symbolics);

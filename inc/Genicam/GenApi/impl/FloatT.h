@@ -41,6 +41,7 @@ class FloatT : public NumericT<Base, FloatTraits> {
     using Numeric = NumericT<Base, FloatTraits>;
 
 public:
+    IFloat* AsFloat() override { return this; }
     bool HasInc() override {
         const AutoLock lock(Base::GetLock());
         const NestingScope nesting(*this);

@@ -39,6 +39,7 @@ class IntegerT : public NumericT<Base, IntegerTraits> {
 public:
     using Numeric::operator=;
 
+    IInteger* AsInteger() override { return this; }
     EIncMode GetIncMode() override {
         return Numeric::ReadIncMode([] { return true; });
     }

@@ -34,16 +34,16 @@ public:
         return Locked([&] { return this->InternalGetPollingTime(); });
     }
     gcstring GetToolTip() override {
-        return Locked([&] { return Base::m_ToolTip; });
+        return Locked([&] { return Base::TextOf(Base::m_ToolTip); });
     }
     gcstring GetDescription() override {
-        return Locked([&] { return Base::m_Description; });
+        return Locked([&] { return Base::TextOf(Base::m_Description); });
     }
     gcstring GetDisplayName() override {
         return Locked([&] { return Base::InternalGetDisplayName(); });
     }
     gcstring GetDeviceName() override {
-        return Locked([&] { return Base::m_DeviceName; });
+        return Locked([&] { return Base::GetMap().GetDeviceName(); });
     }
     void GetChildren(node_vector& list, ELinkType linkType) override {
         Locked([&] { Base::InternalGetChildren(list, linkType); });
@@ -59,7 +59,7 @@ public:
     }
     INodeMap* GetNodeMap() override { return &Base::GetMap(); }
     gcstring GetEventID() override {
-        return Locked([&] { return Base::m_EventID; });
+        return Locked([&] { return Base::TextOf(Base::m_EventID); });
     }
     bool IsStreamable() override {
         return Locked([&] { return Base::m_Streamable == Yes; });
@@ -110,10 +110,10 @@ public:
         return Locked([&] { return !Base::m_SelectedFeatures.empty(); });
     }
     void GetSelectedFeatures(value_vector& list) override {
-        Locked([&] { list = Base::m_SelectedFeatures; });
+        Locked([&] { Base::InternalGetFeatures(list, Base::m_SelectedFeatures); });
     }
     void GetSelectingFeatures(value_vector& list) override {
-        Locked([&] { list = Base::m_SelectingFeatures; });
+        Locked([&] { Base::InternalGetFeatures(list, Base::m_SelectingFeatures); });
     }
     UserData_t GetUserData() override {
         return Locked([&] { return Base::m_pUserData; });

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 #include "GenApi/impl/CachedValueT.h"
 
@@ -57,7 +58,8 @@ public:
             CLogIndent indent;
             GCLOGINFOPUSH(indent, Base::m_pRangeLog, "GetListOfValidValues...");
             RefreshValidValues();
-            List_t list = bounded ? BoundedValidValues() : m_CurrentValidValueSet;
+            List_t list =
+                bounded ? BoundedValidValues() : m_CurrentValidValueSet.value_or(List_t());
             GCLOGINFOPOP(indent, Base::m_pRangeLog, "...GetListOfValidValues");
             return list;
         });
@@ -122,8 +124,7 @@ protected:
             CLogIndent indent;
             GCLOGINFOPUSH(indent, Base::m_pRangeLog, "GetIncMode...");
             RefreshValidValues();
-            const EIncMode steps =
-                m_CurrentValidValueSet.size() != 0 ? listIncrement : fixedIncrement;
+            const EIncMode steps = HasValidValues() ? listIncrement : fixedIncrement;
             const EIncMode mode = hasInc() ? steps : noIncrement;
             GCLOGINFOPOP(indent, Base::m_pRangeLog, "...GetIncMode");
             return mode;
@@ -149,13 +150,17 @@ private:
         }
     }
 
+    bool HasValidValues() const {
+        return m_CurrentValidValueSet.has_value() && m_CurrentValidValueSet->size() != 0;
+    }
+
     List_t BoundedValidValues() {
         List_t list;
-        if (m_CurrentValidValueSet.size() != 0) {
+        if (HasValidValues()) {
             const Value_t min = GetMinInside();
             const Value_t max = GetMaxInside();
-            for (size_t i = 0; i < m_CurrentValidValueSet.size(); ++i) {
-                const Value_t value = m_CurrentValidValueSet[i];
+            for (size_t i = 0; i < m_CurrentValidValueSet->size(); ++i) {
+                const Value_t value = (*m_CurrentValidValueSet)[i];
                 if (value >= min && value <= max) {
                     list.push_back(value);
                 }
@@ -166,7 +171,8 @@ private:
 
     Value_t m_ImposedMin = std::numeric_limits<Value_t>::lowest();
     Value_t m_ImposedMax = std::numeric_limits<Value_t>::max();
-    List_t m_CurrentValidValueSet;
+    /// None until somebody asks: most nodes have no such list.
+    std::optional<List_t> m_CurrentValidValueSet;
 };
 
 }  // namespace GenApi_3_0_ORVANE

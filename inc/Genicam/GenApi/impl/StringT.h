@@ -26,6 +26,7 @@ struct StringTraits {
 template <class Base>
 class StringT : public CachedValueT<Base, StringTraits>, virtual public IString {
 public:
+    IString* AsString() override { return this; }
     void SetValue(const gcstring& value, bool verify = true) override {
         this->SetCached(value, verify, NoCheck(), [&] { this->InternalSetValue(value, verify); });
     }

@@ -9,6 +9,7 @@ template <class Base>
 class ValueT : public Base {
 public:
     INode* GetNode() override { return this; }
+    IValue* AsValue() override { return this; }
 
     gcstring ToString(bool verify = false, bool ignoreCache = false) override {
         return RunRead(*this, meToString, ignoreCache, [&] {
