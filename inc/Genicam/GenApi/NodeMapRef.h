@@ -29,7 +29,8 @@ public:
     CNodeMapRefT& operator=(const CNodeMapRefT& other);
     virtual ~CNodeMapRefT();
 
-    /// Makes the nodes of a description given as text.
+    /// Makes the nodes of a description given as text, or of what the cache has of it, where the
+    /// environment variable GENICAM_CACHE_V3_0 or SetGenICamCacheFolder names a folder for that.
     /// @throws RuntimeException if the handle has a map already, or if the description is wrong
     void _LoadXMLFromString(const gcstring& xmlData);
     /// The same from an XML file.

@@ -6,10 +6,42 @@
 #include <memory>
 
 #include "Base/GCException.h"
+#include "Base/Log.h"
 #include "GenApi/NodeMapFactory.h"
+#include "cache/CacheFile.h"
 #include "map/NodeMap.h"
 
 namespace GenApi_3_0_ORVANE {
+
+using GenICam_3_0_ORVANE::CLog;
+using GenICam_3_0_ORVANE::GenericException;
+
+namespace {
+
+void LogUnusedCache(const GenericException& failure) {
+    if (CLog::Exist("GenApi")) {
+        GCLOGWARN(CLog::GetLogger("GenApi.Cache"), "Loading without the cache : %s",
+                  failure.GetDescription());
+    }
+}
+
+/// Whoever names a folder for the cache wants it used. A cache that can't be used costs time and
+/// nothing else, as the description is at hand: so where loading fails with the cache, whatever
+/// the reason, the description alone decides.
+template <class Load>
+void LoadThroughCache(const Load& load) {
+    if (!FindCacheFolder().empty()) {
+        try {
+            load(CacheUsage_Automatic);
+            return;
+        } catch (const GenericException& failure) {
+            LogUnusedCache(failure);
+        }
+    }
+    load(CacheUsage_Ignore);
+}
+
+}  // namespace
 
 template <class LoaderParams>
 CNodeMapRefT<LoaderParams>::CNodeMapRefT(const gcstring& deviceName) : m_DeviceName(deviceName) {}
@@ -78,13 +110,16 @@ void CNodeMapRefT<LoaderParams>::Attach(CNodeMapFactory factory) {
 template <class LoaderParams>
 void CNodeMapRefT<LoaderParams>::_LoadXMLFromString(const gcstring& xmlData) {
     RefuseSecondMap();
-    Attach(CNodeMapFactory(ContentType_Xml, xmlData.c_str(), xmlData.size()));
+    LoadThroughCache([&](ECacheUsage_t usage) {
+        Attach(CNodeMapFactory(ContentType_Xml, xmlData.c_str(), xmlData.size(), usage));
+    });
 }
 
 template <class LoaderParams>
 void CNodeMapRefT<LoaderParams>::_LoadXMLFromFile(const gcstring& fileName) {
     RefuseSecondMap();
-    Attach(CNodeMapFactory(ContentType_Xml, fileName));
+    LoadThroughCache(
+        [&](ECacheUsage_t usage) { Attach(CNodeMapFactory(ContentType_Xml, fileName, usage)); });
 }
 
 /// The text is that of a feature that is used without its map.
