@@ -22,7 +22,7 @@ using Bytes = hn::ScalableTag<uint8_t>;
 using Shorts = hn::ScalableTag<int16_t>;
 using Vector = hn::Vec<Shorts>;
 
-static_assert(2 * HWY_MAX_BYTES <= kPadding);
+static_assert(size_t{2} * HWY_MAX_BYTES <= kPadding);
 
 constexpr size_t kPixelBytes = 3;
 /// Vectors of 16-bit lanes for the bytes of a vector.

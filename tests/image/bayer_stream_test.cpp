@@ -81,7 +81,8 @@ void ExpectAllSame() {
         for (const int width : {6, 38, 140, 500, 1020, 2058, 4106}) {
             for (int method = 0; method <= QY_RAW2RGB_NEIGHBOUR3; ++method) {
                 for (int filter = QY_BAYER_RG; filter <= QY_BAYER_BG; ++filter) {
-                    const auto offset = static_cast<size_t>(filter * 17 + method);
+                    const auto offset =
+                        static_cast<size_t>(filter) * 17 + static_cast<size_t>(method);
                     ExpectSame<Sample, Width>({width, method, filter, filter % 2 == 0, offset});
                     ExpectSame<Sample, Width>({width, method, filter, filter % 2 != 0, 0});
                 }

@@ -27,7 +27,7 @@ public:
         struct sigaction action {};
         action.sa_handler = Ask;
         // An access to other memory ends the test.
-        action.sa_flags = SA_RESETHAND;
+        action.sa_flags = static_cast<int>(SA_RESETHAND);
         EXPECT_EQ(sigaction(SIGSEGV, &action, &m_old), 0);
     }
     AskingPage(const AskingPage&) = delete;
