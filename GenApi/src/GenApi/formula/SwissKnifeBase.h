@@ -71,7 +71,7 @@ private:
     bool ReadsUpperCase();
     [[noreturn]] void ThrowFailedEvaluation(const char* text);
 
-    std::string_view m_Formula = "";
+    std::string_view m_Formula;
     EInputDirection m_InputDirection = idNone;
     std::vector<Variable> m_Variables;
     typename Types::Parser m_Parser;

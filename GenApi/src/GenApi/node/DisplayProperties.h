@@ -11,7 +11,7 @@ namespace GenApi_3_0_ORVANE {
 /// has the value that the node's class starts with.
 struct DisplayProperties {
     ERepresentation representation = _UndefinedRepresentation;
-    std::string_view unit = "";
+    std::string_view unit = {};
     EDisplayNotation notation = _UndefinedEDisplayNotation;
     /// Digits; -1 where the description doesn't say.
     int64_t precision = -1;

@@ -143,7 +143,9 @@ protected:
     bool InternalGetProperty(const gcstring& name, gcstring& value, gcstring& attribute);
     gcstring InternalGetDisplayName() const;
     /// A text of the description as a client gets it.
-    static gcstring TextOf(std::string_view text) { return {text.data(), text.size()}; }
+    static gcstring TextOf(std::string_view text) {
+        return text.empty() ? gcstring() : gcstring(text.data(), text.size());
+    }
     static void InternalGetFeatures(value_vector& list, const std::vector<IValue*>& features);
     void InternalGetChildren(node_vector& list, ELinkType linkType) const;
     CallbackHandleType InternalRegisterCallback(CNodeCallback* callback);
@@ -195,11 +197,11 @@ protected:
 
     gcstring m_Name;
     // Texts are those of the description, which the map keeps.
-    std::string_view m_Extension = "";
+    std::string_view m_Extension;
     ENameSpace m_NameSpace = Custom;
-    std::string_view m_DisplayName = "";
-    std::string_view m_ToolTip = "";
-    std::string_view m_Description = "";
+    std::string_view m_DisplayName;
+    std::string_view m_ToolTip;
+    std::string_view m_Description;
     EVisibility m_Visibility = Beginner;
     CBooleanPolyRef m_IsImplemented;
     CBooleanPolyRef m_IsAvailable;
@@ -211,13 +213,13 @@ protected:
     ECachingMode m_CachingMode = WriteThrough;
     std::vector<IValue*> m_SelectedFeatures;
     std::vector<IValue*> m_SelectingFeatures;
-    std::string_view m_EventID = "";
+    std::string_view m_EventID;
     EYesNo m_Streamable = No;
     EAccessMode m_ImposedAccessMode = RW;
     EVisibility m_ImposedVisibility = Beginner;
     int64_t m_PollingTime = -1;
     NodeList m_Invalidators;
-    std::string_view m_DocuURL = "";
+    std::string_view m_DocuURL;
     EYesNo m_IsDeprecated = No;
     EYesNo m_IsFeature = No;
     EYesNo m_ExposeStatic = Yes;

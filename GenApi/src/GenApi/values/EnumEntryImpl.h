@@ -33,7 +33,7 @@ private:
     int64_t m_Value = 0;
     double m_NumericValue = 0;
     bool m_HasNumericValue = false;
-    std::string_view m_Symbolic = "";
+    std::string_view m_Symbolic;
     EYesNo m_IsSelfClearing = No;
 };
 
