@@ -298,7 +298,7 @@ QY_API QY_STATUS QyCalcCCParam(const QyColorCorrectionRecord* record, int16_t sa
  *  matrix, then maps them by gamma and contrast. Each of the last three arguments may be
  *  null, but not all of them. In place allowed.
  *  @param src, dst     width * height * 3 bytes
- *  @param colorRecord  its lock is held while it is read, not while pixels are corrected
+ *  @param colorRecord  its lock is held for the whole image
  *  @param contrastLut  a record of QyGetContrastLut()
  *  @param gammaLut     a record of QyGetGammatLut()
  *  @return QY_PARAMETER_INVALID also for a tone record of the wrong kind */

@@ -1,7 +1,5 @@
 // The exported functions that correct colours and tone of whole images.
 
-#include <variant>
-
 #include "colour/ColourRecord.h"
 #include "colour/ColourTables.h"
 #include "support/FrameSize.h"
@@ -47,19 +45,6 @@ QY_STATUS Check(const void* src, const void* dst, int32_t width, int32_t height,
         return QY_PARAMETER_INVALID;
     }
     return QY_OK;
-}
-
-/// What a record says, in one of the forms that the loops over pixels need.
-using Correction = std::variant<QyImprove::SmallMatrix, PackedMatrix>;
-
-/// Copies what a record says while it holds the lock. So one picture has one colour
-/// correction, and neither those who write the record nor other pictures wait for its pixels.
-Correction CorrectionOf(const QyColorCorrectionRecord& record) {
-    const QyColour::RecordLock lock(record);
-    if (const auto matrix = QyColour::SmallMatrixOf(record)) {
-        return *matrix;
-    }
-    return PackedMatrix(record);
 }
 
 /// Corrects pixels of `Width` bytes whose R is at `Red` and whose B is at 2 - `Red`.
@@ -109,15 +94,16 @@ QY_STATUS Improve(const void* src, void* dst, int32_t width, int32_t height, con
         CorrectTone<Width>(frame, tone);
         return QY_OK;
     }
-    const Correction correction = CorrectionOf(*stages.record);
-    if (const auto* const matrix = std::get_if<QyImprove::SmallMatrix>(&correction)) {
+    // Held for the whole pass, so that one picture has one colour correction.
+    const QyColour::RecordLock lock(*stages.record);
+    if (const auto matrix = QyColour::SmallMatrixOf(*stages.record)) {
         const bool hasTone = stages.contrast != nullptr || stages.gamma != nullptr;
         constexpr auto kOrder =
             Width == 4 ? PixelOrder::Rgba : (Red == 0 ? PixelOrder::Rgb : PixelOrder::Bgr);
         QyImprove::CorrectBySmallMatrix(frame.src, frame.dst, frame.pixels, kOrder, *matrix,
                                         hasTone ? tone.Data() : nullptr);
     } else {
-        CorrectColours<Width, Red>(frame, std::get<PackedMatrix>(correction), tone);
+        CorrectColours<Width, Red>(frame, PackedMatrix(*stages.record), tone);
     }
     return QY_OK;
 }

@@ -64,8 +64,8 @@ private:
 
 AskingPage* AskingPage::asked = nullptr;
 
-/// Corrects an image into a page that asks, and expects the lock to be free by then.
-void ExpectFree(TestRecord& record) {
+/// Corrects an image into a page that asks, and expects the lock to be held by then.
+void ExpectHeld(TestRecord& record) {
     constexpr int kWidth = 20;
     constexpr int kHeight = 10;
     const auto image = MakeBytes(size_t{kWidth} * kHeight * 3, Content::Random);
@@ -74,19 +74,19 @@ void ExpectFree(TestRecord& record) {
     ASSERT_EQ(QyImageImprovment(image.data(), page.Data(), kWidth, kHeight, &record.record, nullptr,
                                 nullptr),
               QY_OK);
-    EXPECT_EQ(page.WasFree(), std::optional(true));
+    EXPECT_EQ(page.WasFree(), std::optional(false));
 }
 
-TEST(RecordLock, IsFreeWhileThePixelsOfAMatrixAreWritten) {
+TEST(RecordLock, IsHeldWhileThePixelsOfAMatrixAreWritten) {
     TestRecord record;
     record.SetMatrix({25, -6, -3, -4, 22, -2, 1, -9, 24});
-    ExpectFree(record);
+    ExpectHeld(record);
 }
 
-TEST(RecordLock, IsFreeWhileThePixelsOfTablesAreWritten) {
+TEST(RecordLock, IsHeldWhileThePixelsOfTablesAreWritten) {
     TestRecord record;
     record.SetNoise(1, -2000, 4000);
-    ExpectFree(record);
+    ExpectHeld(record);
 }
 
 }  // namespace
