@@ -1,235 +1,158 @@
-// Finds the entry by the directory at the end of the archive, where sizes and checksum are right
-// whichever way it was written. A library for archives of all kinds would be loaded, with others
-// that it needs for encryption, by every program that uses a camera.
+// Reads the first entry of a zip archive with one of two libraries, whichever a system has.
+// Cameras keep their descriptions zipped, with one entry.
 
 #include "zip/ZipReader.h"
 
-#include <zlib.h>
-
-#include <algorithm>
-#include <cstdint>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <system_error>
 #include <vector>
 
 #include "nodes/DescriptionLimits.h"
 
+#if OV_HAVE_MINIZ
+#include <miniz.h>
+#else
+#include <zip.h>
+
+#include <filesystem>
+#include <system_error>
+#endif
+
 namespace GenApi_3_0_ORVANE {
 
-namespace {
+#if OV_HAVE_MINIZ
 
-using ZipBytes = std::vector<unsigned char>;
+/// Owns the library's archive.
+struct CZipReader::Archive {
+    mz_zip_archive zip{};
+    bool isOpen = false;
 
-/// The little-endian number of `width` bytes at an offset that the caller knows to be there.
-uint32_t NumberAt(const ZipBytes& data, size_t offset, size_t width) {
-    uint32_t number = 0;
-    for (size_t i = 0; i < width; ++i) {
-        number |= static_cast<uint32_t>(data[offset + i]) << (8 * i);
+    ~Archive() {
+        if (isOpen) {
+            mz_zip_reader_end(&zip);
+        }
     }
-    return number;
+    bool Extract(char* buffer, size_t size) {
+        return mz_zip_reader_extract_to_mem_no_alloc(&zip, 0, buffer, size, 0, nullptr, 0) !=
+               MZ_FALSE;
+    }
+};
+
+bool CZipReader::OpenFile(const std::string& fileName) {
+    m_pArchive->isOpen = mz_zip_reader_init_file(&m_pArchive->zip, fileName.c_str(), 0) != MZ_FALSE;
+    return m_pArchive->isOpen;
 }
 
-/// The archive's bytes, wherever they are.
-class IArchive {
-public:
-    virtual ~IArchive() = default;
-    virtual uint64_t Size() const = 0;
-
-    /// Whether `count` bytes could be read.
-    bool Read(uint64_t offset, uint64_t count, ZipBytes& to) {
-        if (offset > Size() || count > Size() - offset) {
-            return false;
-        }
-        to.resize(count);
-        return Copy(offset, to);
-    }
-
-private:
-    /// Fills `to` with bytes that are within the size.
-    virtual bool Copy(uint64_t offset, ZipBytes& to) = 0;
-};
-
-class CMemoryArchive : public IArchive {
-public:
-    CMemoryArchive(const void* data, size_t size)
-        : m_pData(static_cast<const unsigned char*>(data)), m_Size(size) {}
-    uint64_t Size() const override { return m_Size; }
-
-private:
-    bool Copy(uint64_t offset, ZipBytes& to) override {
-        std::copy_n(m_pData + offset, to.size(), to.begin());
-        return true;
-    }
-
-    const unsigned char* m_pData;
-    size_t m_Size;
-};
-
-class CFileArchive : public IArchive {
-public:
-    /// What isn't a file that can be read is empty.
-    explicit CFileArchive(const std::string& name) : m_File(name, std::ios::binary) {
-        std::error_code failure;
-        const uintmax_t size = std::filesystem::file_size(name, failure);
-        m_Size = failure || !m_File ? 0 : size;
-    }
-    uint64_t Size() const override { return m_Size; }
-
-private:
-    /// Fails as well if the file has become shorter.
-    bool Copy(uint64_t offset, ZipBytes& to) override {
-        m_File.seekg(static_cast<std::streamoff>(offset));
-        m_File.read(reinterpret_cast<char*>(to.data()), static_cast<std::streamsize>(to.size()));
-        return m_File.good();
-    }
-
-    std::ifstream m_File;
-    uint64_t m_Size = 0;
-};
-
-/// The record that ends an archive, before a comment.
-struct ZipEnd {
-    static constexpr uint32_t kMagic = 0x06054B50;
-    static constexpr size_t kSize = 22;
-    static constexpr size_t kMostComment = 0xFFFF;
-
-    uint32_t entries = 0;
-    uint32_t directoryBegin = 0;
-
-    /// The last place where such a record fits.
-    bool Find(IArchive& archive) {
-        ZipBytes tail;
-        const uint64_t size = std::min<uint64_t>(archive.Size(), kSize + kMostComment);
-        if (size < kSize || !archive.Read(archive.Size() - size, size, tail)) {
-            return false;
-        }
-        for (size_t at = tail.size() - kSize + 1; at-- > 0;) {
-            if (NumberAt(tail, at, 4) == kMagic &&
-                at + kSize + NumberAt(tail, at + 20, 2) <= tail.size()) {
-                entries = NumberAt(tail, at + 10, 2);
-                directoryBegin = NumberAt(tail, at + 16, 4);
-                return true;
-            }
-        }
-        return false;
-    }
-};
-
-/// An entry as the directory describes it.
-struct ZipEntry {
-    static constexpr uint32_t kMagic = 0x02014B50;
-    static constexpr size_t kSize = 46;
-    static constexpr uint32_t kEncrypted = 1;
-    static constexpr uint32_t kStored = 0;
-    static constexpr uint32_t kDeflated = 8;
-
-    uint32_t flags = 0;
-    uint32_t method = 0;
-    uint32_t checksum = 0;
-    uint32_t packedSize = 0;
-    uint32_t size = 0;
-    uint32_t headerBegin = 0;
-
-    bool Read(IArchive& archive, uint64_t offset) {
-        ZipBytes record;
-        if (!archive.Read(offset, kSize, record) || NumberAt(record, 0, 4) != kMagic) {
-            return false;
-        }
-        flags = NumberAt(record, 8, 2);
-        method = NumberAt(record, 10, 2);
-        checksum = NumberAt(record, 16, 4);
-        packedSize = NumberAt(record, 20, 4);
-        size = NumberAt(record, 24, 4);
-        headerBegin = NumberAt(record, 42, 4);
-        return true;
-    }
-};
-
-/// The entry's bytes as they are in the archive, after a header of its own.
-bool ReadPacked(IArchive& archive, const ZipEntry& entry, ZipBytes& packed) {
-    constexpr uint32_t kMagic = 0x04034B50;
-    constexpr size_t kSize = 30;
-    ZipBytes header;
-    if (!archive.Read(entry.headerBegin, kSize, header) || NumberAt(header, 0, 4) != kMagic) {
-        return false;
-    }
-    const uint64_t begin =
-        uint64_t{entry.headerBegin} + kSize + NumberAt(header, 26, 2) + NumberAt(header, 28, 2);
-    return archive.Read(begin, entry.packedSize, packed);
+bool CZipReader::OpenMemory(const void* data, size_t size) {
+    m_pArchive->isOpen = mz_zip_reader_init_mem(&m_pArchive->zip, data, size, 0) != MZ_FALSE;
+    return m_pArchive->isOpen;
 }
 
-/// Whether raw deflated data fills the buffer and ends there.
-bool Inflate(ZipBytes& packed, ZipBytes& unpacked) {
-    z_stream stream{};
-    if (inflateInit2(&stream, -MAX_WBITS) != Z_OK) {
+bool CZipReader::FindFirstEntry() {
+    mz_zip_archive_file_stat entry{};
+    if (mz_zip_reader_file_stat(&m_pArchive->zip, 0, &entry) == MZ_FALSE) {
         return false;
     }
-    unsigned char none = 0;
-    stream.next_in = packed.data();
-    stream.avail_in = static_cast<uInt>(packed.size());
-    stream.next_out = unpacked.empty() ? &none : unpacked.data();
-    stream.avail_out = static_cast<uInt>(unpacked.size());
-    const bool isAtEnd = inflate(&stream, Z_FINISH) == Z_STREAM_END;
-    inflateEnd(&stream);
-    return isAtEnd && stream.avail_out == 0;
-}
-
-bool UnpackEntry(const ZipEntry& entry, ZipBytes& packed, ZipBytes& unpacked) {
-    switch (entry.method) {
-        case ZipEntry::kStored:
-            unpacked.swap(packed);
-            return unpacked.size() == entry.size;
-        case ZipEntry::kDeflated:
-            unpacked.resize(entry.size);
-            return Inflate(packed, unpacked);
-        default:
-            return false;
-    }
-}
-
-/// The sizes are what the archive claims, so they are bounded before memory is taken. The text
-/// ends at a zero byte, which no XML document holds.
-bool ExtractText(IArchive& archive, const ZipEntry& entry, std::string& text) {
-    ZipBytes packed;
-    ZipBytes unpacked;
-    if ((entry.flags & ZipEntry::kEncrypted) != 0 || entry.size > kMaxUnpackedBytes ||
-        !ReadPacked(archive, entry, packed) || !UnpackEntry(entry, packed, unpacked) ||
-        crc32_z(0, unpacked.data(), unpacked.size()) != entry.checksum) {
-        return false;
-    }
-    text.assign(unpacked.begin(), std::find(unpacked.begin(), unpacked.end(), '\0'));
+    m_Size = static_cast<size_t>(entry.m_uncomp_size);
     return true;
 }
 
-/// The three failures have texts of their own.
-CZipReader::Result ReadFirstEntry(IArchive& archive, std::string& text) {
-    ZipEnd end;
-    ZipEntry entry;
-    if (!end.Find(archive)) {
-        return CZipReader::Result::NotOpened;
+#else
+
+/// Owns the library's archive, which is only read and so never written back.
+struct CZipReader::Archive {
+    zip_t* zip = nullptr;
+
+    ~Archive() {
+        if (zip != nullptr) {
+            zip_discard(zip);
+        }
     }
-    if (end.entries == 0) {
-        return CZipReader::Result::NoEntry;
+    bool Extract(char* buffer, size_t size) const {
+        zip_file_t* const file = zip_fopen_index(zip, 0, 0);
+        if (file == nullptr) {
+            return false;
+        }
+        const zip_int64_t count = zip_fread(file, buffer, size);
+        // The library compares the checksum when it meets the end of the entry, so one
+        // byte more than there should be is asked for. It reports a bad one there or on
+        // closing.
+        char beyond = 0;
+        const bool isWhole =
+            count == static_cast<zip_int64_t>(size) && zip_fread(file, &beyond, 1) == 0;
+        return zip_fclose(file) == 0 && isWhole;
     }
-    if (!entry.Read(archive, end.directoryBegin)) {
-        return CZipReader::Result::NotOpened;
+};
+
+bool CZipReader::OpenFile(const std::string& fileName) {
+    std::error_code ignored;
+    if (std::filesystem::file_size(fileName, ignored) == 0) {
+        return false;  // the library takes it for an archive without entries
     }
-    return ExtractText(archive, entry, text) ? CZipReader::Result::Done
-                                             : CZipReader::Result::NotExtracted;
+    m_pArchive->zip = zip_open(fileName.c_str(), ZIP_RDONLY, nullptr);
+    return m_pArchive->zip != nullptr;
 }
 
-}  // namespace
+/// The library takes the source over only if it can open it.
+bool CZipReader::OpenMemory(const void* data, size_t size) {
+    if (size == 0) {
+        return false;  // as for a file
+    }
+    zip_source_t* const source = zip_source_buffer_create(data, size, 0, nullptr);
+    if (source == nullptr) {
+        return false;
+    }
+    m_pArchive->zip = zip_open_from_source(source, ZIP_RDONLY, nullptr);
+    if (m_pArchive->zip == nullptr) {
+        zip_source_free(source);
+    }
+    return m_pArchive->zip != nullptr;
+}
+
+bool CZipReader::FindFirstEntry() {
+    zip_stat_t entry;
+    zip_stat_init(&entry);
+    if (zip_stat_index(m_pArchive->zip, 0, 0, &entry) != 0 || (entry.valid & ZIP_STAT_SIZE) == 0) {
+        return false;
+    }
+    m_Size = static_cast<size_t>(entry.size);
+    return true;
+}
+
+#endif
+
+CZipReader::CZipReader() : m_pArchive(std::make_unique<Archive>()) {}
+CZipReader::~CZipReader() = default;
 
 CZipReader::Result CZipReader::ReadFile(const std::string& fileName, std::string& text) {
-    CFileArchive archive(fileName);
-    return ReadFirstEntry(archive, text);
+    CZipReader zip;
+    return zip.OpenFile(fileName) ? zip.ReadFirstEntry(text) : Result::NotOpened;
 }
 
 CZipReader::Result CZipReader::ReadMemory(const void* data, size_t size, std::string& text) {
-    CMemoryArchive archive(data, size);
-    return ReadFirstEntry(archive, text);
+    CZipReader zip;
+    return zip.OpenMemory(data, size) ? zip.ReadFirstEntry(text) : Result::NotOpened;
+}
+
+/// The three failures have texts of their own.
+CZipReader::Result CZipReader::ReadFirstEntry(std::string& text) {
+    if (!FindFirstEntry()) {
+        return Result::NoEntry;
+    }
+    return Extract(text) ? Result::Done : Result::NotExtracted;
+}
+
+/// The size is what the archive claims, so it is bounded before memory is taken. The text ends at
+/// a zero byte, which no XML document holds.
+bool CZipReader::Extract(std::string& text) {
+    if (m_Size > kMaxUnpackedBytes) {
+        return false;
+    }
+    std::vector<char> buffer(m_Size + 1, '\0');
+    if (!m_pArchive->Extract(buffer.data(), m_Size)) {
+        return false;
+    }
+    text.assign(buffer.data(), strnlen(buffer.data(), m_Size));
+    return true;
 }
 
 }  // namespace GenApi_3_0_ORVANE
