@@ -25,7 +25,11 @@ bool HasAvx2() {
 bool HasAvx512() {
     return HasAvx2() && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512cd") &&
            __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512dq") &&
-           __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vbmi") &&
+           __builtin_cpu_supports("avx512bw");
+}
+
+bool HasAvx512Dl() {
+    return HasAvx512() && __builtin_cpu_supports("avx512vbmi") &&
            __builtin_cpu_supports("avx512vbmi2") && __builtin_cpu_supports("avx512vnni") &&
            __builtin_cpu_supports("avx512bitalg") && __builtin_cpu_supports("avx512vpopcntdq") &&
            __builtin_cpu_supports("gfni") && __builtin_cpu_supports("vpclmulqdq");
@@ -42,6 +46,10 @@ bool HasAvx2() {
 bool HasAvx512() {
     return false;
 }
+
+bool HasAvx512Dl() {
+    return false;
+}
 #endif
 
 bool IsEverywhere() {
@@ -53,7 +61,8 @@ struct KnownSet {
     bool (*isThere)();
 };
 
-constexpr std::array<KnownSet, kInstructionSets> kKnown = {{{HWY_AVX3_DL, HasAvx512},
+constexpr std::array<KnownSet, kInstructionSets> kKnown = {{{HWY_AVX3_DL, HasAvx512Dl},
+                                                            {HWY_AVX3, HasAvx512},
                                                             {HWY_AVX2, HasAvx2},
                                                             {HWY_SSE4, HasSse4},
                                                             {HWY_STATIC_TARGET, IsEverywhere}}};
@@ -79,7 +88,7 @@ bool IsAvailable(InstructionSet set) {
 }
 
 InstructionSet BestSet() {
-    auto set = InstructionSet::Avx512;
+    auto set = InstructionSet::Avx512Dl;
     while (!IsAvailable(set)) {
         set = static_cast<InstructionSet>(static_cast<size_t>(set) + 1);
     }

@@ -14,13 +14,13 @@
 // What the headers assert in debug builds ends in the binary.
 #define HWY_IS_DEBUG_BUILD 0
 
-// Each set is a sixth of the code and of the time to compile it. Left out are SSSE3 and AVX3, whose
+// Each set is a sixth of the code and of the time to compile it. Left out are SSSE3, whose
 // few processors use the set below; what differs from a kept set only in encryption and short
 // floats; and vectors whose size the compiler doesn't know, which can be neither members nor
 // captured.
 #define QY_NEON (HWY_NEON_WITHOUT_AES ? HWY_NEON_WITHOUT_AES : HWY_NEON)
 #define QY_KEPT_SETS \
-    (HWY_AVX3_DL | HWY_AVX2 | HWY_SSE4 | HWY_SSE2 | QY_NEON | HWY_EMU128 | HWY_SCALAR)
+    (HWY_AVX3_DL | HWY_AVX3 | HWY_AVX2 | HWY_SSE4 | HWY_SSE2 | QY_NEON | HWY_EMU128 | HWY_SCALAR)
 #define HWY_DISABLED_TARGETS (~QY_KEPT_SETS)
 
 #include <hwy/detect_targets.h>
@@ -42,8 +42,8 @@
 namespace QyVectors {
 
 /// Best first. The baseline is what the compiler may use for everything.
-enum class InstructionSet : size_t { Avx512, Avx2, Sse4, Baseline };
-constexpr size_t kInstructionSets = 4;
+enum class InstructionSet : size_t { Avx512Dl, Avx512, Avx2, Sse4, Baseline };
+constexpr size_t kInstructionSets = 5;
 
 /// The name in the vector library.
 const char* NameOf(InstructionSet set);
@@ -78,7 +78,7 @@ struct Variants {
 #define QY_DISPATCH(loop)                                                           \
     constexpr QyVectors::Variants<decltype(&HWY_STATIC_DISPATCH(loop))> loop {      \
         {                                                                           \
-            HWY_CHOOSE_AVX3_DL(loop), HWY_CHOOSE_AVX2(loop), HWY_CHOOSE_SSE4(loop), \
-                &HWY_STATIC_DISPATCH(loop)                                          \
+            HWY_CHOOSE_AVX3_DL(loop), HWY_CHOOSE_AVX3(loop), HWY_CHOOSE_AVX2(loop), \
+                HWY_CHOOSE_SSE4(loop), &HWY_STATIC_DISPATCH(loop)                   \
         }                                                                           \
     }

@@ -40,7 +40,8 @@ TEST(InstructionSets, AreThoseThatTheSystemTellsOf) {
     };
     EXPECT_EQ(QyVectors::IsAvailable(InstructionSet::Sse4), has({"sse4_1", "sse4_2"}));
     EXPECT_EQ(QyVectors::IsAvailable(InstructionSet::Avx2), has({"avx2", "bmi2", "fma"}));
-    EXPECT_EQ(QyVectors::IsAvailable(InstructionSet::Avx512),
+    EXPECT_EQ(QyVectors::IsAvailable(InstructionSet::Avx512), has({"avx512bw", "avx512vl"}));
+    EXPECT_EQ(QyVectors::IsAvailable(InstructionSet::Avx512Dl),
               has({"avx512bw", "avx512vl", "avx512_vbmi2", "avx512_bitalg"}));
 }
 
@@ -68,7 +69,7 @@ TEST(InstructionSets, TheBestIsChosenUnlessATestChoosesAnother) {
 TEST(InstructionSets, TheLoopOfTheChosenOneIsCalled) {
     const QyVectors::Variants<int (*)(int)> loop{
         {[](int x) { return x; }, [](int x) { return 10 + x; }, [](int x) { return 20 + x; },
-         [](int x) { return 30 + x; }}};
+         [](int x) { return 30 + x; }, [](int x) { return 40 + x; }}};
     for (size_t i = 0; i < QyVectors::kInstructionSets; ++i) {
         const OnlyInstructionSet only(static_cast<InstructionSet>(i));
         EXPECT_EQ(loop(5), static_cast<int>(10 * i) + 5);
