@@ -184,7 +184,7 @@ TEST_F(ParserZip, TellsOfAnEncryptedEntry) {
 TEST_F(ParserZip, TellsOfAMethodThatIsNotKnown) {
     std::string archive = ZipOf(m_Document);
     constexpr size_t kMethodBesideData = 8;
-    archive[kMethodBesideData] = archive[DirectoryOf(archive) + 10] = 99;
+    archive[kMethodBesideData] = archive[DirectoryOf(archive) + 10] = 98;
     ExpectFailure(archive, "Unzip failed in ParseXmlBuffer", "File unzip failed in ParseXmlFile.");
 }
 
