@@ -130,20 +130,27 @@ INodePrivate* CNodeMap::GetNodeByID(NodeID_t NodeID) {
 /// parents, and all are found at once.
 const std::vector<INodePrivate*>& CNodeMap::GetParents(NodeID_t id) {
     if (m_Parents.empty()) {
-        m_Parents.resize(m_Node2NodeID.size());
-        std::vector<INodePrivate*> children;
-        for (INodePrivate* const node : m_Node2NodeID) {
-            if (node == nullptr) {
-                continue;
-            }
-            children.clear();
-            node->ListChildren(children);
-            for (INodePrivate* const child : children) {
-                m_Parents[static_cast<size_t>(child->GetNodeID().ToIndex())].push_back(node);
-            }
-        }
+        m_Parents = FindParents();
     }
     return m_Parents[static_cast<size_t>(id.ToIndex())];
+}
+
+/// The parents of all nodes, by the nodes' identifiers. A list of its own until it is whole: memory
+/// may be refused in between.
+std::vector<std::vector<INodePrivate*>> CNodeMap::FindParents() const {
+    std::vector<std::vector<INodePrivate*>> parents(m_Node2NodeID.size());
+    std::vector<INodePrivate*> children;
+    for (INodePrivate* const node : m_Node2NodeID) {
+        if (node == nullptr) {
+            continue;
+        }
+        children.clear();
+        node->ListChildren(children);
+        for (INodePrivate* const child : children) {
+            parents[static_cast<size_t>(child->GetNodeID().ToIndex())].push_back(node);
+        }
+    }
+    return parents;
 }
 
 /// Until all nodes have their properties they have no names either.

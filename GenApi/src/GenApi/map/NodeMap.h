@@ -134,6 +134,7 @@ private:
     static bool WithField(Self& self, CPropertyID id, const Use& use);
     /// @throws LogicalErrorException before FinalConstruct
     const string2node_t& Names() const;
+    std::vector<std::vector<INodePrivate*>> FindParents() const;
 
     gcstring m_ModelName;
     gcstring m_VendorName;
