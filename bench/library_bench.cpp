@@ -83,6 +83,7 @@ int main() {
     const Pair load = ProbeBoth("load", kRounds);
     const Pair memory = ProbeBoth("memory", kFewRounds);
     std::vector<double> camera;
+    camera.reserve(kFewRounds);
     for (int round = 0; round < kFewRounds; ++round) {
         camera.push_back(Probe("camera", OV_BENCH_LIBRARY));
     }

@@ -20,14 +20,16 @@ static double CpuNanoseconds(void) {
 }
 
 static double ResidentKilobytes(void) {
-    unsigned long size = 0;
-    unsigned long resident = 0;
+    char text[128] = "";
     FILE* const file = fopen("/proc/self/statm", "r");
-    if (file == NULL || fscanf(file, "%lu %lu", &size, &resident) != 2) {
+    if (file == NULL || fgets(text, sizeof text, file) == NULL) {
         exit(1);
     }
     fclose(file);
-    return (double)resident * (double)sysconf(_SC_PAGESIZE) / 1024;
+    // The first number is that of all pages.
+    char* second = text;
+    strtoul(text, &second, 10);
+    return (double)strtoul(second, NULL, 10) * (double)sysconf(_SC_PAGESIZE) / 1024;
 }
 
 static void Check(OV_STATUS status, const char* what) {
