@@ -23,8 +23,8 @@ constexpr uint32_t kMostUrls = 16;
 /// Whether the producer is of the first version of the standard, which knows
 /// one call for all URLs.
 bool IsNotOffered(int32_t status) {
-    constexpr int32_t kEntryPointMissing = -1;
-    return status == kEntryPointMissing || status == GenTL::GC_ERR_NOT_IMPLEMENTED;
+    constexpr int32_t kNoEntryPoint = -1;
+    return status == kNoEntryPoint || status == GenTL::GC_ERR_NOT_IMPLEMENTED;
 }
 
 }  // namespace
