@@ -324,13 +324,39 @@ TEST(CacheFile, NeverEndsTheProcessWithAnyByteChangedAndNoChecksum) {
 
 namespace {
 
-/// Both ways of loading refuse the file.
-std::vector<std::string> FailuresOf(const CacheFolder& folder, const std::string& bytes) {
-    folder.Put(bytes);
-    return {LoadFailureOfSmall(), DescriptionOf<RuntimeException>([] {
-                CNodeMapFactory(kSmall, CacheUsage_ForceRead).Preprocess();
-            })};
-}
+/// A small cache file whose checksum nobody compares.
+class UncheckedFile {
+public:
+    const std::string& Bytes() const { return m_Bytes; }
+    const ParsedFile& Parsed() const { return m_Parsed; }
+    /// Both ways of loading refuse the file with these bytes.
+    void ExpectCorrupt(const std::string& changed) const {
+        m_Folder.Put(changed);
+        EXPECT_EQ(LoadFailureOfSmall(), CorruptText(m_Folder));
+        EXPECT_EQ(DescriptionOf<RuntimeException>(
+                      [] { CNodeMapFactory(kSmall, CacheUsage_ForceRead).Preprocess(); }),
+                  CorruptText(m_Folder));
+    }
+    /// The same with some of its bytes, by place, so much greater.
+    void ExpectCorrupt(std::initializer_list<size_t> places, int more) const {
+        std::string changed = m_Bytes;
+        for (const size_t place : places) {
+            changed[place] = static_cast<char>(changed[place] + more);
+        }
+        ExpectCorrupt(changed);
+    }
+
+private:
+    std::string StoredBytes() const {
+        Store(kSmall);
+        m_Folder.ForgetChecksum();
+        return BytesOf(m_Folder.File());
+    }
+
+    const CacheFolder m_Folder;
+    const std::string m_Bytes = StoredBytes();
+    const ParsedFile m_Parsed{m_Bytes};
+};
 
 /// The bytes with one part in place of another of the same length.
 std::string Replaced(std::string bytes, const std::string& from, const std::string& to) {
@@ -343,34 +369,23 @@ std::string Replaced(std::string bytes, const std::string& from, const std::stri
 }  // namespace
 
 TEST(CacheFile, HoldsNoMoreThanIdentifiersReach) {
-    const CacheFolder folder;
-    Store(kSmall);
-    folder.ForgetChecksum();
-    const std::string bytes = BytesOf(folder.File());
-    for (const size_t count : {kNumStrings, ParsedFile(bytes).stringsEnd}) {
-        std::string changed = bytes;
+    const UncheckedFile file;
+    for (const size_t count : {kNumStrings, file.Parsed().stringsEnd}) {
+        std::string changed = file.Bytes();
         changed[count + 2] = 1;
-        EXPECT_THAT(FailuresOf(folder, changed), testing::Each(CorruptText(folder)));
+        file.ExpectCorrupt(changed);
     }
 }
 
 TEST(CacheFile, IsCorruptWhereNodesShareAName) {
-    const CacheFolder folder;
-    Store(kSmall);
-    folder.ForgetChecksum();
-    const std::string bytes = BytesOf(folder.File());
+    const UncheckedFile file;
     const std::string a("\0A", 3);
-    EXPECT_THAT(FailuresOf(folder, Replaced(bytes, a, std::string("\0R", 3))),
-                testing::Each(CorruptText(folder)));
-    EXPECT_THAT(FailuresOf(folder, Replaced(bytes, "_RegisterDescription", "_RegisterDescriptioN")),
-                testing::Each(CorruptText(folder)));
+    file.ExpectCorrupt(Replaced(file.Bytes(), a, std::string("\0R", 3)));
+    file.ExpectCorrupt(Replaced(file.Bytes(), "_RegisterDescription", "_RegisterDescriptioN"));
 }
 
 TEST(CacheFile, IsCorruptWhereANodeHasAPropertyOfOthers) {
-    const CacheFolder folder;
-    Store(kSmall);
-    folder.ForgetChecksum();
-    const std::string bytes = BytesOf(folder.File());
+    const UncheckedFile file;
     const auto head = [](CPropertyID::EProperty_ID_t id, CProperty::EDataType_t type) {
         return std::string{static_cast<char>(id), static_cast<char>(type), '\0'};
     };
@@ -378,48 +393,44 @@ TEST(CacheFile, IsCorruptWhereANodeHasAPropertyOfOthers) {
     for (const auto& other : {head(CPropertyID::OnValue_ID, CProperty::Integer_ID),
                               head(CPropertyID::Length_ID, CProperty::Float_ID),
                               head(CPropertyID::Name_ID, CProperty::Integer_ID)}) {
-        EXPECT_THAT(FailuresOf(folder, Replaced(bytes, length, other)),
-                    testing::Each(CorruptText(folder)));
+        file.ExpectCorrupt(Replaced(file.Bytes(), length, other));
     }
     const auto access = head(CPropertyID::AccessMode_ID, CProperty::EAccessMode_ID);
-    EXPECT_THAT(
-        FailuresOf(folder, Replaced(bytes, access,
-                                    head(CPropertyID::AccessMode_ID, CProperty::ECachingMode_ID))),
-        testing::Each(CorruptText(folder)));
+    file.ExpectCorrupt(Replaced(file.Bytes(), access,
+                                head(CPropertyID::AccessMode_ID, CProperty::ECachingMode_ID)));
 }
 
 TEST(CacheFile, IsCorruptWhereALinkOfAClosureLeadsToNoNode) {
-    const CacheFolder folder;
-    Store(kSmall);
-    folder.ForgetChecksum();
-    const std::string bytes = BytesOf(folder.File());
-    const ParsedFile file(bytes);
-    const auto closure = std::find_if(file.closures.begin(), file.closures.end(),
+    const UncheckedFile file;
+    const auto& closures = file.Parsed().closures;
+    const auto closure = std::find_if(closures.begin(), closures.end(),
                                       [](const auto& each) { return !each.terminals.empty(); });
-    ASSERT_NE(closure, file.closures.end());
+    ASSERT_NE(closure, closures.end());
     // After the place, the dependents and the number of terminals.
     const size_t position = closure->position + 4 + 4 + 2 * closure->dependents.size() + 4;
-    ASSERT_EQ(static_cast<uint8_t>(bytes[position]), closure->terminals[0]);
-    for (const size_t node : {file.types.size(), size_t{255}}) {
-        std::string changed = bytes;
+    ASSERT_EQ(static_cast<uint8_t>(file.Bytes()[position]), closure->terminals[0]);
+    for (const size_t node : {file.Parsed().types.size(), size_t{255}}) {
+        std::string changed = file.Bytes();
         changed[position] = static_cast<char>(node);
-        EXPECT_THAT(FailuresOf(folder, changed), testing::Each(CorruptText(folder))) << node;
+        file.ExpectCorrupt(changed);
     }
 }
 
 TEST(CacheFile, IsCorruptWhereTheNumbersOfAClosureAreWrong) {
-    const CacheFolder folder;
-    Store(kSmall);
-    folder.ForgetChecksum();
-    const std::string bytes = BytesOf(folder.File());
-    const ParsedFile file(bytes);
-    const size_t total = file.stringsEnd + 4 + 6 * file.types.size();
-    const size_t place = file.closures.back().position;
+    const UncheckedFile file;
+    const size_t total = file.Parsed().stringsEnd + 4 + 6 * file.Parsed().types.size();
+    const size_t place = file.Parsed().closures.back().position;
     for (const size_t position : {total, total + 3, place, place + 3, place + 4, place + 7}) {
-        std::string changed = bytes;
-        changed[position] = static_cast<char>(changed[position] + 100);
-        EXPECT_THAT(FailuresOf(folder, changed), testing::Each(CorruptText(folder))) << position;
+        file.ExpectCorrupt({position}, 100);
     }
+}
+
+TEST(CacheFile, IsCorruptWhereAClosureHasMoreLinksThanTheFileHasBytes) {
+    const UncheckedFile file;
+    const size_t total = file.Parsed().stringsEnd + 4 + 6 * file.Parsed().types.size();
+    const size_t dependents = file.Parsed().closures.back().position + 4;
+    // As many links as there may be in all, so that only the bytes are missing.
+    file.ExpectCorrupt({total, dependents}, 20);
 }
 
 TEST(CacheFile, GivesNodesThatReturnTheSameProperties) {

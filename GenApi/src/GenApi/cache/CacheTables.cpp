@@ -149,7 +149,7 @@ size_t ReadCacheLinks(CCacheReader& reader, const CCacheCounts& counts, size_t r
         }
         links.emplace_back(link);
     }
-    return count;
+    return raw.size() / kLinkBytes;
 }
 
 size_t ReadClosurePlace(CCacheReader& reader) {
