@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <sched.h>
+#include <sys/eventfd.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -181,8 +182,37 @@ private:
     steady_clock::time_point m_due;
 };
 
+/// Is given by one process and waited for by another.
+class StartSignal {
+public:
+    StartSignal() : m_file(eventfd(0, EFD_CLOEXEC)) {
+        if (m_file < 0) {
+            Fail("eventfd");
+        }
+    }
+    ~StartSignal() { close(m_file); }
+    StartSignal(const StartSignal&) = delete;
+    StartSignal& operator=(const StartSignal&) = delete;
+
+    void Give() const {
+        if (eventfd_write(m_file, 1) != 0) {
+            Fail("eventfd_write");
+        }
+    }
+    void Wait() const {
+        eventfd_t count = 0;
+        if (eventfd_read(m_file, &count) != 0) {
+            Fail("eventfd_read");
+        }
+    }
+
+private:
+    const int m_file;
+};
+
 /// The sender in a process of its own, which ends with this one. A single one has another
-/// processor than the calling thread.
+/// processor than the calling thread. It's made before the memory that frames land in: pages that
+/// two processes have are copied when the first packet is written there.
 class SenderProcess {
 public:
     SenderProcess(const Load& load, const Way& way, const Endpoint& to)
@@ -200,13 +230,18 @@ public:
         if (m_process == 0) {
             prctl(PR_SET_PDEATHSIG, SIGKILL);
             Enter(way.network);
-            Sender(load, to).Run();
+            Sender sender(load, to);
+            m_start.Wait();
+            sender.Run();
             _exit(0);
         }
     }
     ~SenderProcess() { waitpid(m_process, nullptr, 0); }
     SenderProcess(const SenderProcess&) = delete;
     SenderProcess& operator=(const SenderProcess&) = delete;
+
+    /// Lets it send.
+    void Start() { m_start.Give(); }
 
 private:
     static void Enter(const std::string& network) {
@@ -219,6 +254,7 @@ private:
         }
     }
 
+    StartSignal m_start;
     const Placement m_placement;
     const bool m_isPlaced;
     const pid_t m_process;
@@ -247,6 +283,7 @@ Result RunBare(const Load& load, const Way& way) {
     const timeval wait{.tv_sec = 1, .tv_usec = 0};
     setsockopt(socket.File(), SOL_SOCKET, SO_RCVTIMEO, &wait, sizeof wait);
     fcntl(socket.File(), F_SETFL, 0);
+    SenderProcess sender(load, way, socket.Local());
     Bytes frame(load.frameSize + PacketBatch::kMax * load.packetSize);
     std::array<mmsghdr, PacketBatch::kMax> messages{};
     std::array<std::array<iovec, 2>, PacketBatch::kMax> parts{};
@@ -254,7 +291,7 @@ Result RunBare(const Load& load, const Way& way) {
     const size_t perFrame = load.DataCount() + 2;
     const size_t begin = perFrame * kWarmUp;
     const size_t end = perFrame * static_cast<size_t>(kWarmUp + load.Frames());
-    const SenderProcess sender(load, way, socket.Local());
+    sender.Start();
     double cpu = 0;
     size_t taken = 0;
     while (taken < end) {
@@ -319,6 +356,7 @@ Ipv4 SenderOf(const Way& way) {
 template <bool kTakesTrains>
 Result RunReceiver(const Load& load, const Way& way) {
     UdpSocket socket = MakeSocket(way);
+    SenderProcess sender(load, way, socket.Local());
     AssemblerSettings settings;
     settings.packetSize = load.packetSize;
     settings.resends = false;
@@ -327,7 +365,7 @@ Result RunReceiver(const Load& load, const Way& way) {
     BlockAssembler assembler(settings, account, shelf);
     StreamReceiver receiver(socket, assembler, SenderOf(way), kTakesTrains);
     const WakeFile wake;
-    const SenderProcess sender(load, way, socket.Local());
+    sender.Start();
     const TimePoint end = Clock::now() + std::chrono::seconds(60);
     double cpu = 0;
     uint64_t allocations = 0;
