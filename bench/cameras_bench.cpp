@@ -1,5 +1,6 @@
-// What several virtual cameras that stream at once take of the machine: processor time, threads and
-// memory, those of the cameras themselves included. Usage: cameras_bench [CAMERAS [SECONDS]]
+// What several virtual cameras take of the machine when they stream at once: processor time,
+// threads and memory, those of the cameras themselves included; and what two threads get done that
+// ask two of them. Usage: cameras_bench [CAMERAS [SECONDS]]
 
 #include <time.h>
 
@@ -14,7 +15,9 @@
 #include <thread>
 
 #include "FlatCall.h"
+#include "Goals.h"
 #include "OvIAPI.h"
+#include "TwoThreads.h"
 
 namespace {
 
@@ -58,6 +61,11 @@ public:
     Camera(const Camera&) = delete;
     Camera& operator=(const Camera&) = delete;
 
+    /// Asks the camera itself.
+    void Ask() const {
+        bool reversed = false;
+        Require(OVGetBool(m_handle, OV_FEATURE_ReverseY, &reversed));
+    }
     void Start() { Require(OVStreamOn(m_handle)); }
     void Stop() { Require(OVStreamOff(m_handle)); }
     uint64_t Frames() const { return m_frames; }
@@ -93,6 +101,14 @@ void MeasureStreams(const std::deque<Camera>& cameras, double seconds) {
                 spent / time.count() * 100, spent / frames * 1e6);
 }
 
+void MeasureTwoThreads(const std::deque<Camera>& cameras) {
+    Goals goals("cameras_bench");
+    const double apart = RateOfTwoApart();
+    const double asked = RateOfTwo([&](size_t i) { cameras[i].Ask(); });
+    std::printf("  two threads that share nothing reach %.2f times the rate of one\n", apart);
+    goals.Print("two threads, two cameras that are asked: rate", asked, "", apart / asked);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -111,6 +127,9 @@ int main(int argc, char** argv) {
         cameras.emplace_back(index);
     }
     PrintSize("open");
+    if (count >= 2) {
+        MeasureTwoThreads(cameras);
+    }
     for (Camera& camera : cameras) {
         camera.Start();
     }

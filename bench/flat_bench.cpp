@@ -3,13 +3,10 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "Base/GCException.h"
@@ -27,6 +24,7 @@
 #include "OvIAPI.h"
 #include "OvINodes.h"
 #include "OvTestControl.h"
+#include "TwoThreads.h"
 
 namespace {
 
@@ -241,66 +239,19 @@ void MeasureFailures(Comparison table, OV_DEV_HANDLE camera, const Nodes& nodes)
         [&] { Keep(OVGetInt(camera, OV_FEATURE_SensorWidth, &number)); }, failAtNode);
 }
 
-/// Calls of `call(i)` of all threads in a second.
-template <class Call>
-double Rate(size_t threads, const Call& call) {
-    constexpr int kRounds = 7;
-    constexpr auto kRound = std::chrono::milliseconds(40);
-    std::vector<double> rates;
-    for (int round = 0; round < kRounds; ++round) {
-        std::atomic<bool> stop{false};
-        std::atomic<uint64_t> calls{0};
-        const auto begin = std::chrono::steady_clock::now();
-        std::vector<std::thread> all;
-        for (size_t i = 0; i < threads; ++i) {
-            all.emplace_back([&, i] {
-                uint64_t own = 0;
-                for (; !stop.load(std::memory_order_relaxed); ++own) {
-                    call(i);
-                }
-                calls += own;
-            });
-        }
-        std::this_thread::sleep_for(kRound);
-        stop = true;
-        for (std::thread& thread : all) {
-            thread.join();
-        }
-        const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
-        rates.push_back(static_cast<double>(calls) / time.count());
-    }
-    return Median(std::move(rates));
-}
-
-/// How many times one thread's rate two threads reach. The reference is what two threads reach
-/// that share nothing: where the processor runs both on one core, that isn't two.
+/// Of features that are kept. The reference is what two threads reach that share nothing.
 void MeasureThreads(Goals& goals, OV_DEV_HANDLE first, OV_DEV_HANDLE second) {
     const std::array<OV_DEV_HANDLE, 2> cameras = {first, second};
-    const auto read = [](OV_DEV_HANDLE camera, OV_FEATURE_ID feature) {
+    const auto read = [](OV_DEV_HANDLE camera) {
         int64_t number = 0;
-        Require(OVGetInt(camera, feature, &number));
+        Require(OVGetInt(camera, OV_FEATURE_Width, &number));
     };
-    const auto work = [](size_t i) {
-        auto number = static_cast<uint64_t>(i + 1);
-        for (int step = 0; step < 100; ++step) {
-            number = number * 6364136223846793005U + 1442695040888963407U;
-            Keep(number);
-        }
-    };
-    const double apart = Rate(2, work) / Rate(1, work);
-    /// How many times one thread's rate two threads reach, each at a camera of its own.
-    const auto atTwo = [&](OV_FEATURE_ID feature) {
-        return Rate(2, [&](size_t i) { read(cameras[i], feature); }) /
-               Rate(1, [&](size_t) { read(first, feature); });
-    };
-    const double same = Rate(2, [&](size_t) { read(first, OV_FEATURE_Width); }) /
-                        Rate(1, [&](size_t) { read(first, OV_FEATURE_Width); });
-    const double kept = atTwo(OV_FEATURE_Width);
-    const double asked = atTwo(OV_FEATURE_OffsetX);
+    const double apart = RateOfTwoApart();
+    const double same = RateOfTwo([&](size_t) { read(first); });
+    const double kept = RateOfTwo([&](size_t i) { read(cameras[i]); });
     std::printf("  two threads that share nothing reach %.2f times the rate of one\n", apart);
     goals.Print("two threads, one camera: rate", same, "", apart / same);
     goals.Print("two threads, two cameras: rate", kept, "", apart / kept);
-    goals.Print("two threads, two cameras that are asked: rate", asked, "", apart / asked);
 }
 
 void MeasureOpening(Goals& goals) {

@@ -15,12 +15,13 @@ namespace {
 
 /// Looks again a few times: a read of a kept value holds the lock for less time than a thread
 /// takes to fall asleep and to be woken. The looks are so far apart that the owner, if it comes
-/// again and again, makes several calls between two of them: two threads that take turns with
-/// each call would get less done than one.
+/// again and again, makes dozens of calls between two of them: two threads that take turns with
+/// each call would get less done than one. All looks together take no longer than to fall asleep
+/// and to be woken may take.
 /// @return what the last look at the mutex said, which is EBUSY if another thread has it
 int TryForAMoment(pthread_mutex_t& mutex) {
-    constexpr int kFirstPause = 8;
-    constexpr int kLongestPause = 32;
+    constexpr int kFirstPause = 64;
+    constexpr int kLongestPause = 256;
     int error = pthread_mutex_trylock(&mutex);
     for (int pauses = kFirstPause; error == EBUSY && pauses <= kLongestPause; pauses *= 2) {
         for (int i = 0; i < pauses; ++i) {
