@@ -32,6 +32,15 @@ ov_package(library liboviapi1 libs
   "features, receives their frames and makes pictures of raw sensor data."
   "Cameras are reached through producers (.cti), which lie beside the library.")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS liboviapi-producer-gige)
+# What is loaded late isn't found among what the library needs.
+if(OV_LIBZIP_FILE)
+  get_filename_component(libzip_folder ${LIBZIP_LINK_LIBRARIES} DIRECTORY)
+  execute_process(COMMAND dpkg-query -S ${libzip_folder}/${OV_LIBZIP_FILE}
+    OUTPUT_VARIABLE libzip_owner ERROR_QUIET)
+  if(libzip_owner MATCHES "^([^:]+):")
+    set(CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS ${CMAKE_MATCH_1})
+  endif()
+endif()
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SUGGESTS liboviapi-producer-virtual)
 
 ov_package(development liboviapi-dev libdevel

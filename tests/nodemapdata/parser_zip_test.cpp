@@ -8,6 +8,7 @@
 
 #include "ParserFixture.h"
 #include "support/ZipWriter.h"
+#include "zip/LateLibrary.h"
 
 namespace NodeDataTest {
 namespace {
@@ -226,6 +227,27 @@ TEST_F(ParserZip, FailsCleanlyForEveryCutArchive) {
                   "Invalid ZIP string in ParseXmlBuffer")
             << length;
     }
+}
+
+TEST(LateLibrary, CallsFunctionsOfWhatItLoaded) {
+    const CLateLibrary library("libm.so.6");
+    double (*power)(double, int) = nullptr;
+    library.Find("ldexp", power);
+    EXPECT_EQ(power(3, 2), 12);
+}
+
+TEST(LateLibrary, SaysWhichLibraryIsMissing) {
+    EXPECT_EQ(FailureText([] { const CLateLibrary library("libnone.so.1"); }),
+              "Library is missing or another one: libnone.so.1: cannot open shared object file: No "
+              "such file or directory");
+}
+
+TEST(LateLibrary, SaysWhichFunctionIsMissing) {
+    const CLateLibrary library("libm.so.6");
+    void (*none)() = nullptr;
+    const std::string text = FailureText([&] { library.Find("zip_none", none); });
+    EXPECT_THAT(text, testing::StartsWith("Library is missing or another one: "));
+    EXPECT_THAT(text, testing::EndsWith("undefined symbol: zip_none"));
 }
 
 }  // namespace

@@ -15,6 +15,8 @@
 
 #include <filesystem>
 #include <system_error>
+
+#include "zip/LateLibrary.h"
 #endif
 
 namespace GenApi_3_0_ORVANE {
@@ -58,28 +60,65 @@ bool CZipReader::FindFirstEntry() {
 
 #else
 
+namespace {
+
+#define OV_ZIP_FUNCTIONS(FUNCTION)     \
+    FUNCTION(zip_discard)              \
+    FUNCTION(zip_fclose)               \
+    FUNCTION(zip_fopen_index)          \
+    FUNCTION(zip_fread)                \
+    FUNCTION(zip_open)                 \
+    FUNCTION(zip_open_from_source)     \
+    FUNCTION(zip_source_buffer_create) \
+    FUNCTION(zip_source_free)          \
+    FUNCTION(zip_stat_index)           \
+    FUNCTION(zip_stat_init)
+
+/// The functions of the library. With it come others, of ciphers and of compression, which take
+/// longer to load than all that cameras need, and most cameras' descriptions come to the parser
+/// unpacked: so it's loaded with the first archive.
+struct LoadedZip {
+    LoadedZip() {
+        const CLateLibrary library(OV_LIBZIP_FILE);
+#define OV_ZIP_FIND(name) library.Find(#name, name);
+        OV_ZIP_FUNCTIONS(OV_ZIP_FIND)
+#undef OV_ZIP_FIND
+    }
+#define OV_ZIP_MEMBER(name) decltype(&::name) name;
+    OV_ZIP_FUNCTIONS(OV_ZIP_MEMBER)
+#undef OV_ZIP_MEMBER
+};
+#undef OV_ZIP_FUNCTIONS
+
+const LoadedZip& Zip() {
+    static const LoadedZip zip;
+    return zip;
+}
+
+}  // namespace
+
 /// Owns the library's archive, which is only read and so never written back.
 struct CZipReader::Archive {
     zip_t* zip = nullptr;
 
     ~Archive() {
         if (zip != nullptr) {
-            zip_discard(zip);
+            Zip().zip_discard(zip);
         }
     }
     bool Extract(char* buffer, size_t size) const {
-        zip_file_t* const file = zip_fopen_index(zip, 0, 0);
+        zip_file_t* const file = Zip().zip_fopen_index(zip, 0, 0);
         if (file == nullptr) {
             return false;
         }
-        const zip_int64_t count = zip_fread(file, buffer, size);
+        const zip_int64_t count = Zip().zip_fread(file, buffer, size);
         // The library compares the checksum when it meets the end of the entry, so one
         // byte more than there should be is asked for. It reports a bad one there or on
         // closing.
         char beyond = 0;
         const bool isWhole =
-            count == static_cast<zip_int64_t>(size) && zip_fread(file, &beyond, 1) == 0;
-        return zip_fclose(file) == 0 && isWhole;
+            count == static_cast<zip_int64_t>(size) && Zip().zip_fread(file, &beyond, 1) == 0;
+        return Zip().zip_fclose(file) == 0 && isWhole;
     }
 };
 
@@ -88,7 +127,7 @@ bool CZipReader::OpenFile(const std::string& fileName) {
     if (std::filesystem::file_size(fileName, ignored) == 0) {
         return false;  // the library takes it for an archive without entries
     }
-    m_pArchive->zip = zip_open(fileName.c_str(), ZIP_RDONLY, nullptr);
+    m_pArchive->zip = Zip().zip_open(fileName.c_str(), ZIP_RDONLY, nullptr);
     return m_pArchive->zip != nullptr;
 }
 
@@ -97,21 +136,22 @@ bool CZipReader::OpenMemory(const void* data, size_t size) {
     if (size == 0) {
         return false;  // as for a file
     }
-    zip_source_t* const source = zip_source_buffer_create(data, size, 0, nullptr);
+    zip_source_t* const source = Zip().zip_source_buffer_create(data, size, 0, nullptr);
     if (source == nullptr) {
         return false;
     }
-    m_pArchive->zip = zip_open_from_source(source, ZIP_RDONLY, nullptr);
+    m_pArchive->zip = Zip().zip_open_from_source(source, ZIP_RDONLY, nullptr);
     if (m_pArchive->zip == nullptr) {
-        zip_source_free(source);
+        Zip().zip_source_free(source);
     }
     return m_pArchive->zip != nullptr;
 }
 
 bool CZipReader::FindFirstEntry() {
     zip_stat_t entry;
-    zip_stat_init(&entry);
-    if (zip_stat_index(m_pArchive->zip, 0, 0, &entry) != 0 || (entry.valid & ZIP_STAT_SIZE) == 0) {
+    Zip().zip_stat_init(&entry);
+    if (Zip().zip_stat_index(m_pArchive->zip, 0, 0, &entry) != 0 ||
+        (entry.valid & ZIP_STAT_SIZE) == 0) {
         return false;
     }
     m_Size = static_cast<size_t>(entry.size);
