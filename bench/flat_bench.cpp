@@ -42,8 +42,8 @@ std::string RegisterXml(const char* kind, const char* name, int address, int len
            "</AccessMode><pPort>Device</pPort>" + more + "</" + kind + ">";
 }
 
-/// A feature of each type, all of which keep their values, one that can't be read, and one that
-/// asks the camera each time.
+/// A feature of each type, all of which keep their values, and one that can't be read. The text is
+/// none that the list of cameras shows, too.
 std::string Description() {
     constexpr const char* kUnsigned = "<Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess>";
     constexpr const char* kLittle = "<Endianess>LittleEndian</Endianess>";
@@ -54,15 +54,14 @@ std::string Description() {
         R"(ProductGuid="11111111-2222-3333-4444-555555555578" )"
         R"(VersionGuid="66666666-7777-8888-9999-AAAAAAAAAA78" )"
         R"(xmlns="http://www.genicam.org/GenApi/Version_1_1"><Category Name="Root">)";
-    for (const char* const name : {"Width", "Height", "OffsetX", "ExposureTime", "PixelFormat",
-                                   "ReverseX", "DeviceUserID"}) {
+    for (const char* const name :
+         {"Width", "Height", "ExposureTime", "PixelFormat", "ReverseX", "UserPassword"}) {
         xml.append("<pFeature>").append(name).append("</pFeature>");
     }
     xml +=
         "</Category><Port Name=\"Device\"/>"
         "<Integer Name=\"Width\"><pValue>WidthReg</pValue><Min>0</Min><Max>100000</Max></Integer>"
         "<Integer Name=\"Height\"><pValue>HeightReg</pValue></Integer>"
-        "<Integer Name=\"OffsetX\"><pValue>OffsetReg</pValue></Integer>"
         "<Float Name=\"ExposureTime\"><pValue>ExposureReg</pValue><Min>0</Min><Max>1e6</Max>"
         "</Float>"
         "<Enumeration Name=\"PixelFormat\"><EnumEntry Name=\"Mono8\"><Value>0</Value></EnumEntry>"
@@ -71,12 +70,10 @@ std::string Description() {
         "<Boolean Name=\"ReverseX\"><pValue>ReverseReg</pValue></Boolean>";
     xml += RegisterXml("IntReg", "WidthReg", 0, 4, "RW", kUnsigned);
     xml += RegisterXml("IntReg", "HeightReg", 4, 4, "WO", kUnsigned);
-    xml += RegisterXml("IntReg", "OffsetReg", 24, 4, "RW",
-                       std::string("<Cachable>NoCache</Cachable>") + kUnsigned);
     xml += RegisterXml("FloatReg", "ExposureReg", 8, 8, "RW", kLittle);
     xml += RegisterXml("IntReg", "FormatReg", 16, 4, "RW", kUnsigned);
     xml += RegisterXml("IntReg", "ReverseReg", 20, 4, "RW", kUnsigned);
-    xml += RegisterXml("StringReg", "DeviceUserID", 32, 16, "RW", "");
+    xml += RegisterXml("StringReg", "UserPassword", 32, 16, "RW", "");
     return xml + "</RegisterDescription>";
 }
 
@@ -148,7 +145,7 @@ void MeasureGets(Comparison table, OV_DEV_HANDLE camera, const Nodes& nodes) {
     auto& real = nodes.Get<IFloat>("ExposureTime");
     auto& choice = nodes.Get<IEnumeration>("PixelFormat");
     auto& flag = nodes.Get<IBoolean>("ReverseX");
-    auto& text = nodes.Get<IString>("DeviceUserID");
+    auto& text = nodes.Get<IString>("UserPassword");
     int64_t number = 0;
     double value = 0;
     bool isOn = false;
@@ -171,7 +168,7 @@ void MeasureGets(Comparison table, OV_DEV_HANDLE camera, const Nodes& nodes) {
         "get a string", kCalls,
         [&] {
             size_t size = content.size();
-            Require(OVGetString(camera, OV_FEATURE_DeviceUserID, content.data(), &size));
+            Require(OVGetString(camera, OV_FEATURE_UserPassword, content.data(), &size));
         },
         [&] { Keep(text.GetValue().size()); });
 }
@@ -181,7 +178,7 @@ void MeasureSets(Comparison table, OV_DEV_HANDLE camera, const Nodes& nodes) {
     auto& real = nodes.Get<IFloat>("ExposureTime");
     auto& choice = nodes.Get<IEnumeration>("PixelFormat");
     auto& flag = nodes.Get<IBoolean>("ReverseX");
-    auto& text = nodes.Get<IString>("DeviceUserID");
+    auto& text = nodes.Get<IString>("UserPassword");
     table.Print(
         "set an integer", kFewCalls, [&] { Require(OVSetInt(camera, OV_FEATURE_Width, 640)); },
         [&] { integer.SetValue(640); });
@@ -198,7 +195,7 @@ void MeasureSets(Comparison table, OV_DEV_HANDLE camera, const Nodes& nodes) {
         [&] { flag.SetValue(true); });
     table.Print(
         "set a string", kFewCalls,
-        [&] { Require(OVSetString(camera, OV_FEATURE_DeviceUserID, "Left")); },
+        [&] { Require(OVSetString(camera, OV_FEATURE_UserPassword, "Left")); },
         [&] { text.SetValue("Left"); });
 }
 
