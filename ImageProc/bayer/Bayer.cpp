@@ -5,7 +5,6 @@
 #include "QyImageProc.h"
 #include "bayer/BayerAdaptive.h"
 #include "bayer/BayerVector.h"
-#include "support/CacheSize.h"
 #include "support/FrameSize.h"
 
 namespace {
@@ -99,7 +98,7 @@ Image<Sample, Width> MakeImage(const void* src, void* dst, uint32_t width, uint3
     image.red = QyBayer::R;
     image.blue = QyBayer::B;
     image.limit = kByteLimit;
-    image.cached = QyCache::LargestBytes();
+    image.machine = QyWriting::ThisMachine();
     return image;
 }
 

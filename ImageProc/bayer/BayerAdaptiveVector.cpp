@@ -151,8 +151,9 @@ public:
     /// Pairs of columns at either end of the image that are left to the border.
     static constexpr size_t kOuterPairs = 1;
 
-    Strip(const Image<Sample, Width>& image, Layout layout, size_t begin, size_t end)
-        : m_image(image), m_layout(layout), m_begin(begin), m_end(end) {}
+    Strip(const Image<Sample, Width>& image, Layout layout, size_t begin, size_t end,
+          QyWriting::WayOfWriting& way)
+        : m_image(image), m_layout(layout), m_begin(begin), m_end(end), m_way(way) {}
 
     void Interpolate() {
         for (size_t y = 2; y + 2 < m_image.height; ++y) {
@@ -192,7 +193,8 @@ private:
     }
     template <bool IsRed, unsigned ColourX>
     void PutRow(size_t y) {
-        WithRowOf(m_image, m_image.Out(y), [&](auto& pixels) HWY_ATTR {
+        const bool isPast = m_way.IsPast((m_end - m_begin) * 2 * Width * sizeof(Sample));
+        WithRow<Sample, Width>(isPast, m_image.Out(y), 2 * m_begin, [&](auto& pixels) HWY_ATTR {
             CoverByVectors(m_begin, m_end, Base::kPairs, [&](size_t pair) HWY_ATTR {
                 PutVector<IsRed, ColourX>(pixels.At(2 * pair, 2 * Base::kPairs), y, pair);
             });
@@ -232,6 +234,7 @@ private:
     const Layout m_layout;
     const size_t m_begin;
     const size_t m_end;
+    QyWriting::WayOfWriting& m_way;
     Lane m_lacks[kRows][kMostPairs + 2] = {};
 };
 
@@ -243,9 +246,10 @@ bool InterpolateInside(const Image<Sample, Width>& image, Layout layout) {
     if (end < Part::kOuterPairs + kLeast || image.height <= 2 * kAdaptiveBorder) {
         return false;
     }
+    QyWriting::WayOfWriting way = WayOf(image);
     for (size_t first = Part::kOuterPairs; first < end; first += Part::kMostPairs) {
         const size_t begin = std::min(first, end - kLeast);
-        Part(image, layout, begin, std::min(begin + Part::kMostPairs, end)).Interpolate();
+        Part(image, layout, begin, std::min(begin + Part::kMostPairs, end), way).Interpolate();
     }
     hwy::FlushStream();
     return true;

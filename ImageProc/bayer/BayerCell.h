@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "support/WayOfWriting.h"
 #include "support/Word.h"
 
 namespace QyBayer {
@@ -61,8 +62,8 @@ struct Image {
     Sample alpha;
     /// The largest value of a sample.
     int32_t limit;
-    /// Images of more bytes are written past the caches, which would keep nothing of them.
-    size_t cached;
+    /// What decides whether the image is written past the caches.
+    QyWriting::Machine machine;
     /// Is called once for each row as soon as it is finished; may be null.
     const RowWork<Sample>* onRow;
 

@@ -15,6 +15,7 @@
 #include "bayer/BayerCell.h"
 #include "support/FastInterleave3-inl.h"
 #include "support/Stream-inl.h"
+#include "support/WayOfWriting.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace QyBayer {
@@ -38,11 +39,11 @@ HWY_INLINE void PrefetchLine(const T* line) {
     hwy::Prefetch(line);
 }
 
-/// Whether a picture is larger than the caches, so that writing past them is faster. Not
-/// if its rows are read again at once.
+/// How a picture is to be written: through the caches if its rows are read again at once.
 template <class Sample, int Width>
-bool IsLarge(const Image<Sample, Width>& image) {
-    return image.onRow == nullptr && image.height * image.stride * sizeof(Sample) > image.cached;
+QyWriting::WayOfWriting WayOf(const Image<Sample, Width>& image) {
+    const size_t bytes = image.height * image.stride * sizeof(Sample);
+    return {image.onRow == nullptr ? bytes : 0, image.machine};
 }
 
 template <class D, class Sample, int Width, class V = hn::Vec<D>>
@@ -70,45 +71,68 @@ private:
     Sample* m_out;
 };
 
-/// The same, past the caches and by way of a buffer. hwy::FlushStream() must follow the
-/// last row, so that other threads see the pixels.
+/// The same, past the caches and by way of a buffer. Columns must be ascending, each vector
+/// following the one before or overlapping it. hwy::FlushStream() must follow the last row, so
+/// that other threads see the pixels.
 template <class Sample, int Width>
 class StreamedRow {
 public:
-    explicit HWY_INLINE StreamedRow(Sample* out) : m_out(out) {}
+    /// @param begin  the first column
+    HWY_INLINE StreamedRow(Sample* out, size_t begin)
+        : m_out(static_cast<uint8_t*>(static_cast<void*>(out))), m_first(begin), m_next(begin) {}
 
     HWY_INLINE Sample* At(size_t x, size_t count) {
-        if (x != m_next || x + count - m_first > kPixels) {
-            Finish();
-            m_first = x;
+        if (x >= m_first + kPixels) {
+            WriteLines();
         }
         m_next = x + count;
-        return m_buffer + (x - m_first) * Width;
+        return static_cast<Sample*>(static_cast<void*>(Pixels() + (x - m_first) * kPixelBytes));
     }
-    HWY_INLINE void Finish() {
-        auto* const to = static_cast<uint8_t*>(static_cast<void*>(m_out + m_first * Width));
-        QyStream::HWY_NAMESPACE::CopyPastCaches(
-            static_cast<const uint8_t*>(static_cast<const void*>(m_buffer)), to,
-            (m_next - m_first) * Width * sizeof(Sample));
-    }
+    HWY_INLINE void Finish() { Write((m_next - m_first) * kPixelBytes); }
 
 private:
-    /// Lines at the ends of the buffer are written through the caches, so the buffer has as
-    /// many lines as leave room for the source in the first-level cache.
-    static constexpr size_t kBytes = size_t{12} << 10;
-    static constexpr size_t kPixels = kBytes / (Width * sizeof(Sample));
+    static constexpr size_t kLine = 64;
+    static constexpr size_t kPixelBytes = Width * sizeof(Sample);
+    /// So few that lines are on their way to the memory while the next pixels are made.
+    static constexpr size_t kPixels = 256;
+    static constexpr size_t kMostLanes = hn::MaxLanes(hn::ScalableTag<uint8_t>());
+    static_assert(kPixels % kMostLanes == 0);
 
-    Sample* m_out;
-    size_t m_first = 0;
-    size_t m_next = 0;
-    alignas(64) Sample m_buffer[kPixels * Width];
+    HWY_INLINE uint8_t* Pixels() { return m_buffer + kLine; }
+
+    /// Writes all whole lines of a full buffer. What is left of the last one waits for the next
+    /// pixels, because a line that is written in parts is read first.
+    HWY_INLINE void WriteLines() {
+        constexpr size_t kBytes = kPixels * kPixelBytes;
+        const auto end = reinterpret_cast<uintptr_t>(m_out + (m_first + kPixels) * kPixelBytes);
+        const size_t left = end % kLine;
+        Write(kBytes - left);
+        std::memcpy(m_buffer, Pixels() + kBytes - kLine, kLine);
+        m_left = left;
+        m_first += kPixels;
+    }
+    /// Writes what is left of a line and some bytes of the pixels.
+    HWY_INLINE void Write(size_t bytes) {
+        QyStream::HWY_NAMESPACE::CopyPastCaches(
+            Pixels() - m_left, m_out + m_first * kPixelBytes - m_left, m_left + bytes);
+    }
+
+    /// A line, and pixels that begin where vectors are aligned. The last vector may begin before
+    /// the buffer's end.
+    alignas(kLine) uint8_t m_buffer[kLine + (kPixels + kMostLanes) * kPixelBytes];
+    uint8_t* m_out;
+    size_t m_first;
+    size_t m_next;
+    /// Bytes before the first pixel that aren't written yet.
+    size_t m_left = 0;
 };
 
-/// Calls `run` with a DirectRow or a StreamedRow, depending on the size of the picture.
+/// Calls `run` with a row whose pixels from column `begin` on are written past the caches or
+/// through them.
 template <class Sample, int Width, class Run>
-HWY_INLINE void WithRowOf(const Image<Sample, Width>& image, Sample* out, const Run& run) {
-    if (IsLarge(image)) {
-        StreamedRow<Sample, Width> row(out);
+HWY_INLINE void WithRow(bool isPast, Sample* out, size_t begin, const Run& run) {
+    if (isPast) {
+        StreamedRow<Sample, Width> row(out, begin);
         run(row);
         row.Finish();
     } else {

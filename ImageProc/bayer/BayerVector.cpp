@@ -66,11 +66,11 @@ HWY_INLINE size_t ForEachVector(size_t begin, size_t end, size_t lanes, const At
 /// Calls `at(pixels, x)` for vectors that cover the columns of a row from `begin` on
 /// without the last column; `pixels` says where their pixels are to be stored.
 template <class Sample, int Width, class At>
-HWY_INLINE size_t PutVectors(const Image<Sample, Width>& image, Sample* out, size_t begin,
-                             const At& at) {
+HWY_INLINE size_t PutVectors(const Image<Sample, Width>& image, bool isPast, Sample* out,
+                             size_t begin, const At& at) {
     const size_t lanes = hn::Lanes(hn::ScalableTag<LaneOf<Sample>>());
     size_t x = begin;
-    WithRowOf(image, out, [&](auto& pixels) HWY_ATTR {
+    WithRow<Sample, Width>(isPast, out, begin, [&](auto& pixels) HWY_ATTR {
         x = ForEachVector(begin, image.width - 1, lanes,
                           [&](size_t column) HWY_ATTR { at(pixels, column); });
     });
@@ -80,7 +80,7 @@ HWY_INLINE size_t PutVectors(const Image<Sample, Width>& image, Sample* out, siz
 /// Makes a row of cells, whose last pixel repeats the one before. RedX and RedY are the
 /// layout of the row's first cell.
 template <unsigned RedX, unsigned RedY, class Sample, int Width>
-void PutCellRow(const Image<Sample, Width>& image, Sample* out, const Sample* top,
+void PutCellRow(const Image<Sample, Width>& image, bool isPast, Sample* out, const Sample* top,
                 const Sample* bottom) {
     const hn::ScalableTag<LaneOf<Sample>> d;
     const Sample* const redRow = RedY == 0 ? top : bottom;
@@ -97,7 +97,7 @@ void PutCellRow(const Image<Sample, Width>& image, Sample* out, const Sample* to
                   Mean(greenOfRed, greenOfBlue), Alternate<RedX>(blueNext, blue));
     };
     const size_t last = image.width - 1;
-    size_t x = PutVectors(image, out, 0, atVector);
+    size_t x = PutVectors(image, isPast, out, 0, atVector);
     for (; x < last; ++x) {
         PutCell(image, out + x * Width, top + x, bottom + x, (RedX + x) % 2, RedY);
     }
@@ -107,7 +107,7 @@ void PutCellRow(const Image<Sample, Width>& image, Sample* out, const Sample* to
 /// Makes a row that has neighbours above and below. RedX and RedY are the layout as seen
 /// from the row's first sample.
 template <unsigned RedX, unsigned RedY, class Sample, int Width>
-void PutInnerRow(const Image<Sample, Width>& image, size_t y) {
+void PutInnerRow(const Image<Sample, Width>& image, bool isPast, size_t y) {
     const Sample* const up = image.Row(y - 1);
     const Sample* const row = image.Row(y);
     const Sample* const down = image.Row(y + 1);
@@ -136,7 +136,7 @@ void PutInnerRow(const Image<Sample, Width>& image, size_t y) {
     };
     const size_t last = image.width - 1;
     PutCell(image, out, row, down, RedX, RedY);
-    size_t x = PutVectors(image, out, 1, atVector);
+    size_t x = PutVectors(image, isPast, out, 1, atVector);
     for (; x < last; ++x) {
         Sample* const pixel = out + x * Width;
         if (x % 2 == kColourX) {
@@ -151,18 +151,20 @@ void PutInnerRow(const Image<Sample, Width>& image, size_t y) {
 template <unsigned RedX, unsigned RedY, class Sample, int Width>
 void InterpolateRows(const Image<Sample, Width>& image, Neighbours neighbours) {
     const bool hasInner = neighbours == Neighbours::ThreeByThree;
+    QyWriting::WayOfWriting way = WayOf(image);
     for (size_t y = 0; y + 1 < image.height; ++y) {
         const bool isInner = hasInner && y != 0;
+        const bool isPast = way.IsPast(image.width * Width * sizeof(Sample));
         Sample* const out = image.Out(y);
         const Sample* const row = image.Row(y);
         if (isInner && y % 2 == 0) {
-            PutInnerRow<RedX, RedY>(image, y);
+            PutInnerRow<RedX, RedY>(image, isPast, y);
         } else if (isInner) {
-            PutInnerRow<RedX, 1 - RedY>(image, y);
+            PutInnerRow<RedX, 1 - RedY>(image, isPast, y);
         } else if (y % 2 == 0) {
-            PutCellRow<RedX, RedY>(image, out, row, row + image.width);
+            PutCellRow<RedX, RedY>(image, isPast, out, row, row + image.width);
         } else {
-            PutCellRow<RedX, 1 - RedY>(image, out, row, row + image.width);
+            PutCellRow<RedX, 1 - RedY>(image, isPast, out, row, row + image.width);
         }
         image.Finish(out);
     }
