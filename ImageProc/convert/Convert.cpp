@@ -48,7 +48,7 @@ QY_STATUS QyRaw12PackedToRaw16(const void* src, void* dst, int32_t width, int32_
     const QY_STATUS status = CheckPacked(src, dst, width, height);
     if (status == QY_OK) {
         QyConvert::Unpack12(static_cast<const uint8_t*>(src), static_cast<Word*>(dst),
-                            Samples(width, height) / 2);
+                            Samples(width, height) / 2, QyWriting::ThisMachine());
     }
     return status;
 }
@@ -57,7 +57,7 @@ QY_STATUS QyRaw10PackedToRaw16(const void* src, void* dst, int32_t width, int32_
     const QY_STATUS status = CheckPacked(src, dst, width, height);
     if (status == QY_OK) {
         QyConvert::Unpack10(static_cast<const uint8_t*>(src), static_cast<Word*>(dst),
-                            Samples(width, height));
+                            Samples(width, height), QyWriting::ThisMachine());
     }
     return status;
 }

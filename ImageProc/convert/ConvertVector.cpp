@@ -8,6 +8,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "convert/ConvertVector.cpp"
+#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -15,9 +16,14 @@ HWY_BEFORE_NAMESPACE();
 namespace QyConvert {
 namespace HWY_NAMESPACE {
 
+using QyWriting::Machine;
+using QyWriting::WayOfWriting;
+
 constexpr int kMask12 = 0xFFF;
 constexpr int kMask10 = 0x3FF;
 constexpr int kMostByte = 255;
+/// Bytes of two unpacked samples.
+constexpr size_t kPairBytes = 2 * sizeof(Word);
 
 inline Word LoadWord(const uint8_t* bytes) {
     return Word(bytes[0] | bytes[1] << 8);
@@ -25,11 +31,13 @@ inline Word LoadWord(const uint8_t* bytes) {
 
 #if HWY_TARGET == HWY_SCALAR
 
-size_t Unpack12InVectors(const uint8_t* /*src*/, Word* /*dst*/, size_t /*pairs*/) {
+size_t Unpack12InVectors(const uint8_t* /*src*/, Word* /*dst*/, size_t /*pairs*/,
+                         WayOfWriting& /*way*/) {
     return 0;
 }
 
-size_t Unpack10InVectors(const uint8_t* /*src*/, Word* /*dst*/, size_t /*samples*/) {
+size_t Unpack10InVectors(const uint8_t* /*src*/, Word* /*dst*/, size_t /*samples*/,
+                         WayOfWriting& /*way*/) {
     return 0;
 }
 
@@ -70,26 +78,71 @@ HWY_INLINE hn::Vec<Words> Gather(hn::Vec<Bytes> blocks, hn::Vec<Bytes> places) {
     return hn::BitCast(Words(), hn::TableLookupBytes(blocks, places));
 }
 
-HWY_INLINE void StoreWords(hn::Vec<Words> words, Word* dst) {
-    hn::StoreU(hn::BitCast(Bytes(), words), Bytes(),
-               static_cast<uint8_t*>(static_cast<void*>(dst)));
+HWY_INLINE uint8_t* BytesAt(Word* dst) {
+    return static_cast<uint8_t*>(static_cast<void*>(dst));
 }
 
-/// Unpacks pairs as long as vectors read nothing beyond the source, and returns how many.
-size_t Unpack12InVectors(const uint8_t* src, Word* dst, size_t pairs) {
+/// Stores vectors through the caches.
+struct Through {
+    static HWY_INLINE void Store(hn::Vec<Bytes> v, uint8_t* dst) { hn::StoreU(v, Bytes(), dst); }
+};
+
+/// The same past the caches. The address is aligned.
+struct Past {
+    static HWY_INLINE void Store(hn::Vec<Bytes> v, uint8_t* dst) { hn::Stream(v, Bytes(), dst); }
+};
+
+template <class Way>
+HWY_INLINE void StoreWords(Way way, hn::Vec<Words> words, Word* dst) {
+    way.Store(hn::BitCast(Bytes(), words), BytesAt(dst));
+}
+
+/// Calls `at(way, i)` in steps from `begin` on, each of which stores so many bytes to aligned
+/// addresses, as long as `fits(i)`. Returns where it ends.
+template <class Fits, class At>
+HWY_INLINE size_t ForEachStep(WayOfWriting& choice, size_t begin, size_t step, size_t stepBytes,
+                              const Fits& fits, const At& at) {
+    constexpr size_t kPartBytes = size_t{8} << 10;
+    const size_t part = kPartBytes / stepBytes * step;
+    size_t i = begin;
+    const auto put = [&](auto way) HWY_ATTR {
+        for (const size_t end = i + part; i < end && fits(i); i += step) {
+            at(way, i);
+        }
+    };
+    while (fits(i)) {
+        if (choice.IsPast(kPartBytes)) {
+            put(Past());
+        } else {
+            put(Through());
+        }
+    }
+    hwy::FlushStream();
+    return i;
+}
+
+/// Unpacks pairs as long as vectors read nothing beyond the source, and returns how many. Pairs
+/// that are aligned are stored to aligned addresses after the first vector.
+size_t Unpack12InVectors(const uint8_t* src, Word* dst, size_t pairs, WayOfWriting& way) {
     const size_t lanes = hn::Lanes(Bytes());
     alignas(kBlockBytes) static constexpr uint8_t kPlaces[kBlockBytes] = {
         0, 1, 1, 2, 3, 4, 4, 5, 6, 7, 7, 8, 9, 10, 10, 11};
     const auto places = hn::LoadDup128(Bytes(), kPlaces);
     const auto blocks = BlockIndices([](size_t block) { return block * 3; });
     const auto mask = hn::Set(Words(), kMask12);
-    const size_t step = lanes / 4;
-    size_t pair = 0;
-    for (; pair * 3 + lanes <= pairs * 3; pair += step) {
+    const size_t step = lanes / kPairBytes;
+    const auto fits = [&](size_t pair) { return pair * 3 + lanes <= pairs * 3; };
+    const auto unpack = [&](auto store, size_t pair) HWY_ATTR {
         const auto words = Gather(LoadBlocks(src + pair * 3, blocks), places);
-        StoreWords(hn::OddEven(hn::ShiftRight<4>(words), hn::And(words, mask)), dst + pair * 2);
+        StoreWords(store, hn::OddEven(hn::ShiftRight<4>(words), hn::And(words, mask)),
+                   dst + pair * 2);
+    };
+    if (!fits(0)) {
+        return 0;
     }
-    return pair;
+    unpack(Through(), 0);
+    const size_t begin = (lanes - reinterpret_cast<uintptr_t>(dst) % lanes) / kPairBytes;
+    return ForEachStep(way, begin, step, lanes, fits, unpack);
 }
 
 /// Where the 10-bit samples of a vector are: the two bytes of each within its block, and the
@@ -126,9 +179,10 @@ public:
     explicit HWY_INLINE Vector10(size_t first) : Vector10(first, Places10(first % 3)) {}
 
     /// @param src, dst  where samples from 0 on are
-    HWY_INLINE void Unpack(const uint8_t* src, Word* dst) const {
+    template <class Way>
+    HWY_INLINE void Unpack(Way way, const uint8_t* src, Word* dst) const {
         const auto words = Gather(LoadBlocks(src + m_first / 3 * 4, m_blocks), m_places);
-        StoreWords(hn::ShiftRight<6>(hn::Mul(words, m_factors)), dst + m_first);
+        StoreWords(way, hn::ShiftRight<6>(hn::Mul(words, m_factors)), dst + m_first);
     }
 
 private:
@@ -158,7 +212,7 @@ HWY_INLINE size_t AlignedSample(const Word* dst) {
 
 /// Three vectors of samples are whole 32-bit words. Stores are aligned: each would else write to
 /// two cache lines.
-size_t Unpack10InVectors(const uint8_t* src, Word* dst, size_t samples) {
+size_t Unpack10InVectors(const uint8_t* src, Word* dst, size_t samples, WayOfWriting& way) {
     const size_t lanes = hn::Lanes(Words());
     const Vector10 first(0);
     const Vector10 second(lanes);
@@ -167,21 +221,17 @@ size_t Unpack10InVectors(const uint8_t* src, Word* dst, size_t samples) {
     // The third vector reads the furthest, by the length of a vector.
     const size_t read = 2 * lanes / 3 + hn::Lanes(Quads());
     const auto fits = [&](size_t i) { return i / 3 + read <= words && i + 3 * lanes <= samples; };
-    const auto unpack = [&](size_t i) HWY_ATTR {
+    const auto unpack = [&](auto store, size_t i) HWY_ATTR {
         const uint8_t* const in = src + i / 3 * 4;
-        first.Unpack(in, dst + i);
-        second.Unpack(in, dst + i);
-        third.Unpack(in, dst + i);
+        first.Unpack(store, in, dst + i);
+        second.Unpack(store, in, dst + i);
+        third.Unpack(store, in, dst + i);
     };
     if (!fits(0)) {
         return 0;
     }
-    unpack(0);
-    size_t i = AlignedSample(dst);
-    for (; fits(i); i += 3 * lanes) {
-        unpack(i);
-    }
-    return i;
+    unpack(Through(), 0);
+    return ForEachStep(way, AlignedSample(dst), 3 * lanes, 3 * hn::Lanes(Bytes()), fits, unpack);
 }
 
 size_t ReduceInVectors(const Word* src, uint8_t* dst, size_t samples, int shift) {
@@ -205,16 +255,25 @@ size_t ReduceInVectors(const Word* src, uint8_t* dst, size_t samples, int shift)
 
 #endif
 
-void Unpack12Loop(const uint8_t* src, Word* dst, size_t pairs) {
-    for (size_t pair = Unpack12InVectors(src, dst, pairs); pair < pairs; ++pair) {
+/// How a picture of words is to be written: through the caches if no vector of whole samples is
+/// aligned.
+WayOfWriting WayOf(const Word* dst, size_t samples, size_t alignment, const Machine& machine) {
+    const bool canAlign = reinterpret_cast<uintptr_t>(dst) % alignment == 0;
+    return {canAlign ? samples * sizeof(Word) : 0, machine};
+}
+
+void Unpack12Loop(const uint8_t* src, Word* dst, size_t pairs, const Machine& machine) {
+    WayOfWriting way = WayOf(dst, 2 * pairs, kPairBytes, machine);
+    for (size_t pair = Unpack12InVectors(src, dst, pairs, way); pair < pairs; ++pair) {
         const uint8_t* const bytes = src + pair * 3;
         dst[pair * 2] = Word(LoadWord(bytes) & kMask12);
         dst[pair * 2 + 1] = Word(LoadWord(bytes + 1) >> 4);
     }
 }
 
-void Unpack10Loop(const uint8_t* src, Word* dst, size_t samples) {
-    for (size_t i = Unpack10InVectors(src, dst, samples); i < samples; ++i) {
+void Unpack10Loop(const uint8_t* src, Word* dst, size_t samples, const Machine& machine) {
+    WayOfWriting way = WayOf(dst, samples, sizeof(Word), machine);
+    for (size_t i = Unpack10InVectors(src, dst, samples, way); i < samples; ++i) {
         const size_t within = i % 3;
         const Word two = LoadWord(src + i / 3 * 4 + within);
         dst[i] = Word(two >> (2 * within) & kMask10);
@@ -238,12 +297,12 @@ QY_DISPATCH(Unpack12Loop);
 QY_DISPATCH(Unpack10Loop);
 QY_DISPATCH(ReduceLoop);
 
-void Unpack12(const uint8_t* src, Word* dst, size_t pairs) {
-    Unpack12Loop(src, dst, pairs);
+void Unpack12(const uint8_t* src, Word* dst, size_t pairs, const QyWriting::Machine& machine) {
+    Unpack12Loop(src, dst, pairs, machine);
 }
 
-void Unpack10(const uint8_t* src, Word* dst, size_t samples) {
-    Unpack10Loop(src, dst, samples);
+void Unpack10(const uint8_t* src, Word* dst, size_t samples, const QyWriting::Machine& machine) {
+    Unpack10Loop(src, dst, samples, machine);
 }
 
 void Reduce(const Word* src, uint8_t* dst, size_t samples, int shift) {

@@ -1,0 +1,78 @@
+// Samples unpacked past the caches, beside the same ones by the plain conversion.
+
+#include <limits>
+
+#include "Bytes.h"
+#include "ConvertReference.h"
+#include "convert/ConvertVector.h"
+
+namespace {
+
+using QyConvert::Word;
+using QyWriting::Machine;
+
+/// Writes past the caches, whatever the size of the picture.
+constexpr Machine kPastCaches = {0, 0, nullptr};
+
+void ExpectUnpacked12(size_t pairs, size_t offset, const Machine& machine) {
+    const auto packed = MakeBytes(pairs * 3, Content::Random);
+    const auto words = ConvertReference::Unpack12(packed, pairs * 2);
+    std::vector<uint8_t> expected(words.size() * sizeof(Word));
+    std::memcpy(expected.data(), words.data(), expected.size());
+    const auto call = [&](const void* src, void* dst) {
+        QyConvert::Unpack12(static_cast<const uint8_t*>(src), static_cast<Word*>(dst), pairs,
+                            machine);
+        return QY_OK;
+    };
+    EXPECT_EQ(CompareBytes(call, packed, expected, offset), "") << pairs << " pairs";
+}
+
+void ExpectUnpacked10(size_t samples, size_t offset, const Machine& machine) {
+    const auto packed = MakeBytes((samples + 2) / 3 * 4, Content::Random);
+    const auto words = ConvertReference::Unpack10(packed, samples);
+    std::vector<uint8_t> expected(words.size() * sizeof(Word));
+    std::memcpy(expected.data(), words.data(), expected.size());
+    const auto call = [&](const void* src, void* dst) {
+        QyConvert::Unpack10(static_cast<const uint8_t*>(src), static_cast<Word*>(dst), samples,
+                            machine);
+        return QY_OK;
+    };
+    EXPECT_EQ(CompareBytes(call, packed, expected, offset), "") << samples << " samples";
+}
+
+TEST(ConvertStreams, UnpackTheSameSamples) {
+    WithEachInstructionSet([] {
+        for (size_t count = 1; count <= 400; ++count) {
+            ExpectUnpacked12(count, 0, kPastCaches);
+            ExpectUnpacked10(count, 0, kPastCaches);
+        }
+    });
+}
+
+TEST(ConvertStreams, UnpackTheSameSamplesToAnyAddress) {
+    WithEachInstructionSet([] {
+        for (size_t offset = 0; offset < kAddresses; ++offset) {
+            ExpectUnpacked12(4500, offset, kPastCaches);
+            ExpectUnpacked10(9001, offset, kPastCaches);
+        }
+    });
+}
+
+/// A clock by which the way that is timed first is the faster one.
+int64_t SlowingTime() {
+    static int64_t time = 0;
+    static int64_t step = 0;
+    return time += ++step;
+}
+
+TEST(ConvertStreams, UnpackTheSameSamplesInTurns) {
+    constexpr Machine kInTurns = {0, std::numeric_limits<size_t>::max(), SlowingTime};
+    constexpr size_t kSamples = 10 * QyWriting::WayOfWriting::kStripeBytes / sizeof(Word);
+    WithEachInstructionSet([&] {
+        ExpectUnpacked12(kSamples / 2, 3, kInTurns);
+        ExpectUnpacked12(kSamples / 2, 4, kInTurns);
+        ExpectUnpacked10(kSamples, 2, kInTurns);
+    });
+}
+
+}  // namespace
