@@ -111,6 +111,9 @@ HWY_INLINE hn::Vec<D> GatherBlocks(D d, const uint8_t* blocks, size_t step) {
     }
 }
 
+/// Each row of the destination is continued only after many others, which no processor fetches
+/// ahead for. So the last line of its part of the next square is prefetched; the first one is
+/// there, because it is this square's last one.
 void TransposeSquare(const Source& in, const Destination& out) {
     const hn::ScalableTag<uint8_t> d;
     const size_t lanes = hn::Lanes(d);
@@ -123,6 +126,7 @@ void TransposeSquare(const Source& in, const Destination& out) {
     }
     for (size_t y = 0; y < kSquare; ++y) {
         const uint8_t* const blocks = &turned[y % kBlock][y / kBlock * kBlock];
+        hwy::Prefetch(out.At(y) + 2 * kSquare - 1);
         for (size_t x = 0; x < kSquare; x += lanes) {
             hn::StoreU(GatherBlocks(d, blocks + x / kBlock * kStep, kStep), d, out.At(y) + x);
         }
