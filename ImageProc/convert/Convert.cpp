@@ -38,7 +38,7 @@ QY_STATUS ReduceFrame(const void* src, void* dst, int32_t width, int32_t height,
         return QY_PARAMETER_OUT_OF_BOUND;
     }
     QyConvert::Reduce(static_cast<const Word*>(src), static_cast<uint8_t*>(dst),
-                      Samples(width, height) * channels, validBit);
+                      Samples(width, height) * channels, validBit, QyWriting::ThisMachine());
     return QY_OK;
 }
 

@@ -41,8 +41,13 @@ size_t Unpack10InVectors(const uint8_t* /*src*/, Word* /*dst*/, size_t /*samples
     return 0;
 }
 
-size_t ReduceInVectors(const Word* /*src*/, uint8_t* /*dst*/, size_t /*samples*/, int /*shift*/) {
+size_t AlignedByte(const uint8_t* /*dst*/) {
     return 0;
+}
+
+size_t ReduceInVectors(const Word* /*src*/, uint8_t* /*dst*/, size_t begin, size_t /*samples*/,
+                       int /*shift*/, WayOfWriting& /*way*/) {
+    return begin;
 }
 
 #else
@@ -234,7 +239,15 @@ size_t Unpack10InVectors(const uint8_t* src, Word* dst, size_t samples, WayOfWri
     return ForEachStep(way, AlignedSample(dst), 3 * lanes, 3 * hn::Lanes(Bytes()), fits, unpack);
 }
 
-size_t ReduceInVectors(const Word* src, uint8_t* dst, size_t samples, int shift) {
+/// The first byte that is aligned like a vector.
+size_t AlignedByte(const uint8_t* dst) {
+    return (0 - reinterpret_cast<uintptr_t>(dst)) % hn::Lanes(Bytes());
+}
+
+/// Reduces samples from an aligned one on. No vector overlaps another, because the source may be
+/// overwritten.
+size_t ReduceInVectors(const Word* src, uint8_t* dst, size_t begin, size_t samples, int shift,
+                       WayOfWriting& way) {
     const Bytes d;
     const auto most = hn::Set(Words(), kMostByte);
     const auto reduce = [&](const Word* from) HWY_ATTR {
@@ -244,13 +257,12 @@ size_t ReduceInVectors(const Word* src, uint8_t* dst, size_t samples, int shift)
                            hn::Min(hn::ShiftRightSame(hn::BitCast(Words(), bytes), shift), most));
     };
     const size_t half = hn::Lanes(Words());
-    size_t i = 0;
-    for (; i + 2 * half <= samples; i += 2 * half) {
+    const auto fits = [&](size_t i) { return i + 2 * half <= samples; };
+    return ForEachStep(way, begin, 2 * half, 2 * half, fits, [&](auto store, size_t i) HWY_ATTR {
         const auto lower = reduce(src + i);
         const auto upper = reduce(src + i + half);
-        hn::StoreU(hn::ConcatEven(d, upper, lower), d, dst + i);
-    }
-    return i;
+        store.Store(hn::ConcatEven(d, upper, lower), dst + i);
+    });
 }
 
 #endif
@@ -280,10 +292,18 @@ void Unpack10Loop(const uint8_t* src, Word* dst, size_t samples, const Machine& 
     }
 }
 
-void ReduceLoop(const Word* src, uint8_t* dst, size_t samples, int shift) {
-    for (size_t i = ReduceInVectors(src, dst, samples, shift); i < samples; ++i) {
+void ReducePlainly(const Word* src, uint8_t* dst, size_t begin, size_t end, int shift) {
+    for (size_t i = begin; i < end; ++i) {
         dst[i] = static_cast<uint8_t>(std::min(src[i] >> shift, kMostByte));
     }
+}
+
+void ReduceLoop(const Word* src, uint8_t* dst, size_t samples, int shift, const Machine& machine) {
+    WayOfWriting way(samples, machine);
+    const size_t first = std::min(AlignedByte(dst), samples);
+    ReducePlainly(src, dst, 0, first, shift);
+    const size_t rest = ReduceInVectors(src, dst, first, samples, shift, way);
+    ReducePlainly(src, dst, rest, samples, shift);
 }
 
 }  // namespace HWY_NAMESPACE
@@ -305,8 +325,9 @@ void Unpack10(const uint8_t* src, Word* dst, size_t samples, const QyWriting::Ma
     Unpack10Loop(src, dst, samples, machine);
 }
 
-void Reduce(const Word* src, uint8_t* dst, size_t samples, int shift) {
-    ReduceLoop(src, dst, samples, shift);
+void Reduce(const Word* src, uint8_t* dst, size_t samples, int shift,
+            const QyWriting::Machine& machine) {
+    ReduceLoop(src, dst, samples, shift, machine);
 }
 
 }  // namespace QyConvert

@@ -17,6 +17,7 @@ void Unpack12(const uint8_t* src, Word* dst, size_t pairs, const QyWriting::Mach
 void Unpack10(const uint8_t* src, Word* dst, size_t samples, const QyWriting::Machine& machine);
 /// Keeps eight bits of each sample, from bit `shift` on. Samples with higher bits become
 /// 255. In place allowed.
-void Reduce(const Word* src, uint8_t* dst, size_t samples, int shift);
+void Reduce(const Word* src, uint8_t* dst, size_t samples, int shift,
+            const QyWriting::Machine& machine);
 
 }  // namespace QyConvert

@@ -1,4 +1,4 @@
-// Samples unpacked past the caches, beside the same ones by the plain conversion.
+// Samples converted past the caches, beside the same ones by the plain conversion.
 
 #include <limits>
 
@@ -40,6 +40,23 @@ void ExpectUnpacked10(size_t samples, size_t offset, const Machine& machine) {
     EXPECT_EQ(CompareBytes(call, packed, expected, offset), "") << samples << " samples";
 }
 
+/// Also in place, on each instruction set.
+void ExpectReduced(size_t samples, int shift, size_t offset, const Machine& machine) {
+    const auto source = MakeBytes(samples * sizeof(Word), Content::Random);
+    std::vector<uint8_t> expected;
+    for (size_t i = 0; i < source.size(); i += sizeof(Word)) {
+        const int sample = source[i] | source[i + 1] << 8;
+        expected.push_back(ConvertReference::Reduce(static_cast<uint16_t>(sample), shift));
+    }
+    const auto call = [&](const void* src, void* dst) {
+        QyConvert::Reduce(static_cast<const Word*>(src), static_cast<uint8_t*>(dst), samples, shift,
+                          machine);
+        return QY_OK;
+    };
+    SCOPED_TRACE(testing::Message() << samples << " samples");
+    ExpectSameOnAll(call, source, expected, offset);
+}
+
 TEST(ConvertStreams, UnpackTheSameSamples) {
     WithEachInstructionSet([] {
         for (size_t count = 1; count <= 400; ++count) {
@@ -52,10 +69,22 @@ TEST(ConvertStreams, UnpackTheSameSamples) {
 TEST(ConvertStreams, UnpackTheSameSamplesToAnyAddress) {
     WithEachInstructionSet([] {
         for (size_t offset = 0; offset < kAddresses; ++offset) {
-            ExpectUnpacked12(4500, offset, kPastCaches);
-            ExpectUnpacked10(9001, offset, kPastCaches);
+            ExpectUnpacked12(2100, offset, kPastCaches);
+            ExpectUnpacked10(4201, offset, kPastCaches);
         }
     });
+}
+
+TEST(ConvertStreams, ReduceTheSameSamples) {
+    for (size_t count = 1; count <= 300; ++count) {
+        ExpectReduced(count, static_cast<int>(count % 5), 0, kPastCaches);
+    }
+}
+
+TEST(ConvertStreams, ReduceTheSameSamplesToAnyAddress) {
+    for (size_t offset = 0; offset < kAddresses; ++offset) {
+        ExpectReduced(20001, 4, offset, kPastCaches);
+    }
 }
 
 /// A clock by which the way that is timed first is the faster one.
@@ -65,14 +94,19 @@ int64_t SlowingTime() {
     return time += ++step;
 }
 
+constexpr Machine kInTurns = {0, std::numeric_limits<size_t>::max(), SlowingTime};
+
 TEST(ConvertStreams, UnpackTheSameSamplesInTurns) {
-    constexpr Machine kInTurns = {0, std::numeric_limits<size_t>::max(), SlowingTime};
-    constexpr size_t kSamples = 10 * QyWriting::WayOfWriting::kStripeBytes / sizeof(Word);
+    constexpr size_t kSamples = 8 * QyWriting::WayOfWriting::kStripeBytes / sizeof(Word);
     WithEachInstructionSet([&] {
         ExpectUnpacked12(kSamples / 2, 3, kInTurns);
         ExpectUnpacked12(kSamples / 2, 4, kInTurns);
         ExpectUnpacked10(kSamples, 2, kInTurns);
     });
+}
+
+TEST(ConvertStreams, ReduceTheSameSamplesInTurns) {
+    ExpectReduced(8 * QyWriting::WayOfWriting::kStripeBytes, 2, 3, kInTurns);
 }
 
 }  // namespace
