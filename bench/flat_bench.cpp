@@ -131,8 +131,7 @@ public:
 
     template <class Call, class Reference>
     void Print(const std::string& row, size_t calls, const Call& call, const Reference& reference) {
-        const double base = Nanoseconds(calls, reference);
-        const double time = Nanoseconds(calls, call);
+        const auto [base, time] = NanosecondsInTurns(calls, reference, call);
         m_goals.Print(row, time, "ns", time / base);
     }
 

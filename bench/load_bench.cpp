@@ -119,13 +119,11 @@ void MeasureFlat() {
 void Measure(const char* name, Figures& figures) {
     const std::string xml = ReadFile(name);
     MeasureMemory(xml, figures);
-    const double tokenise = Nanoseconds(1, [&] { Tokenise(xml); });
-    const double parse = Nanoseconds(1, [&] { FactoryOf(xml).LoadAndInject(); });
-    const double preprocess = Nanoseconds(1, [&] { FactoryOf(xml).Preprocess(); });
-    const double load = Nanoseconds(1, [&] { Destroy(FactoryOf(xml).CreateNodeMap()); });
     FactoryOf(xml, CacheUsage_Automatic).Preprocess();
-    const double cached =
-        Nanoseconds(1, [&] { Destroy(FactoryOf(xml, CacheUsage_ForceRead).CreateNodeMap()); });
+    const auto [tokenise, parse, preprocess, load, cached] = NanosecondsInTurns(
+        1, [&] { Tokenise(xml); }, [&] { FactoryOf(xml).LoadAndInject(); },
+        [&] { FactoryOf(xml).Preprocess(); }, [&] { Destroy(FactoryOf(xml).CreateNodeMap()); },
+        [&] { Destroy(FactoryOf(xml, CacheUsage_ForceRead).CreateNodeMap()); });
     figures.parse.push_back(parse / tokenise);
     figures.load.push_back(load / tokenise);
     figures.cached.push_back(cached / tokenise);
