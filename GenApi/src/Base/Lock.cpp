@@ -21,7 +21,7 @@ namespace {
 /// @return what the last look at the mutex said, which is EBUSY if another thread has it
 int TryForAMoment(pthread_mutex_t& mutex) {
     constexpr int kFirstPause = 64;
-    constexpr int kLongestPause = 256;
+    constexpr int kLongestPause = 512;
     int error = pthread_mutex_trylock(&mutex);
     for (int pauses = kFirstPause; error == EBUSY && pauses <= kLongestPause; pauses *= 2) {
         for (int i = 0; i < pauses; ++i) {
