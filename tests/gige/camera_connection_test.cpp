@@ -42,6 +42,14 @@ protected:
                                                    }});
     }
 
+    /// Waits for the heartbeat's first two reads, after which it sends nothing for the rest of a
+    /// test.
+    void WaitForFirstBeat() const {
+        while (m_camera.Commands() < 5) {
+            std::this_thread::yield();
+        }
+    }
+
     ScriptedCamera m_camera;
     std::atomic<int> m_losses = 0;
     std::binary_semaphore m_lost{0};
@@ -128,6 +136,7 @@ TEST_F(CameraConnectionTest, ServesNobodyOnceItIsClosed) {
 
 TEST_F(CameraConnectionTest, SendsNothingOnceItIsLost) {
     const auto connection = Connect();
+    WaitForFirstBeat();
     connection->Lose("The adapter eth0 is down");
     const int before = m_camera.Commands();
     EXPECT_THROW(connection->Memory().ReadRegister(0), Failure);
@@ -152,9 +161,7 @@ TEST_F(CameraConnectionTest, IsLostByAHeartbeatThatHasNoOwnerAnyMore) {
 
 TEST_F(CameraConnectionTest, WaitsForASilentCameraOnceWhenItEnds) {
     auto connection = Connect();
-    while (m_camera.Commands() < 5) {  // the heartbeat's first two reads
-        std::this_thread::yield();
-    }
+    WaitForFirstBeat();
     m_camera.FallSilent();
     connection.reset();
     EXPECT_EQ(m_camera.Commands(), 6);
