@@ -56,9 +56,7 @@ std::array<double, sizeof...(Calls)> NanosecondsInTurns(size_t calls, const Call
 /// CPU time of one call in nanoseconds: the median of some rounds of `calls` calls each.
 template <class Call>
 double Nanoseconds(size_t calls, const Call& call, int rounds = 15) {
-    std::vector<double> times;
-    for (int round = 0; round < rounds; ++round) {
-        times.push_back(NanosecondsOnce(calls, call));
-    }
+    std::vector<double> times(static_cast<size_t>(rounds));
+    std::generate(times.begin(), times.end(), [&] { return NanosecondsOnce(calls, call); });
     return Median(std::move(times));
 }
