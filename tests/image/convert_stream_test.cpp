@@ -14,30 +14,31 @@ using QyWriting::Machine;
 /// Writes past the caches, whatever the size of the picture.
 constexpr Machine kPastCaches = {0, 0, nullptr};
 
-void ExpectUnpacked12(size_t pairs, size_t offset, const Machine& machine) {
-    const auto packed = MakeBytes(pairs * 3, Content::Random);
-    const auto words = ConvertReference::Unpack12(packed, pairs * 2);
-    std::vector<uint8_t> expected(words.size() * sizeof(Word));
+/// Compares what a conversion writes with the words that it shall give.
+template <class Unpack>
+void ExpectWords(const std::vector<uint8_t>& packed, const std::vector<uint16_t>& words,
+                 size_t offset, const Unpack& unpack) {
+    std::vector<uint8_t> expected(words.size() * sizeof(uint16_t));
     std::memcpy(expected.data(), words.data(), expected.size());
     const auto call = [&](const void* src, void* dst) {
-        QyConvert::Unpack12(static_cast<const uint8_t*>(src), static_cast<Word*>(dst), pairs,
-                            machine);
+        unpack(static_cast<const uint8_t*>(src), static_cast<Word*>(dst));
         return QY_OK;
     };
-    EXPECT_EQ(CompareBytes(call, packed, expected, offset), "") << pairs << " pairs";
+    EXPECT_EQ(CompareBytes(call, packed, expected, offset), "") << words.size() << " words";
+}
+
+void ExpectUnpacked12(size_t pairs, size_t offset, const Machine& machine) {
+    const auto packed = MakeBytes(pairs * 3, Content::Random);
+    ExpectWords(
+        packed, ConvertReference::Unpack12(packed, pairs * 2), offset,
+        [&](const uint8_t* src, Word* dst) { QyConvert::Unpack12(src, dst, pairs, machine); });
 }
 
 void ExpectUnpacked10(size_t samples, size_t offset, const Machine& machine) {
     const auto packed = MakeBytes((samples + 2) / 3 * 4, Content::Random);
-    const auto words = ConvertReference::Unpack10(packed, samples);
-    std::vector<uint8_t> expected(words.size() * sizeof(Word));
-    std::memcpy(expected.data(), words.data(), expected.size());
-    const auto call = [&](const void* src, void* dst) {
-        QyConvert::Unpack10(static_cast<const uint8_t*>(src), static_cast<Word*>(dst), samples,
-                            machine);
-        return QY_OK;
-    };
-    EXPECT_EQ(CompareBytes(call, packed, expected, offset), "") << samples << " samples";
+    ExpectWords(
+        packed, ConvertReference::Unpack10(packed, samples), offset,
+        [&](const uint8_t* src, Word* dst) { QyConvert::Unpack10(src, dst, samples, machine); });
 }
 
 /// Also in place, on each instruction set.
