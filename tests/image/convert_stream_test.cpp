@@ -4,6 +4,7 @@
 
 #include "Bytes.h"
 #include "ConvertReference.h"
+#include "QyImageProc.h"
 #include "convert/ConvertVector.h"
 
 namespace {
