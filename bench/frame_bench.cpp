@@ -18,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "BareProducer.h"
 #include "CountingMemory.h"
 #include "Goals.h"
 #include "Measure.h"
@@ -431,33 +432,75 @@ constexpr PaceScene kPaceScenes[] = {
     {", busy", true, false, "a second thread computes there all the time"},
 };
 
-/// Rounds of library and bare hand-over alternate, since the machine's load changes.
+/// The producer again, for frames that are taken by its own functions.
+class BareCamera {
+public:
+    BareCamera() : m_producer(kFile), m_stream(Prepared(), size_t{640} * 480) {}
+
+    void OfferStack(bool offers) { m_producer.OfferStack(offers ? 1 : 0); }
+    FrameCost AtPace(const Placement& placement, unsigned perSecond, unsigned frames) {
+        return MeasureAtPace(
+            placement, perSecond, frames, [this] { m_producer.Trigger(0, 0, 1); },
+            [this] { m_stream.TakeFrame(); });
+    }
+
+private:
+    // A file of its own, so that it has its own state.
+    static constexpr const char* kFile = OV_BENCH_STAGE "/bare/KwTL.cti";
+
+    const char* Prepared() {
+        m_producer.Reset();
+        m_producer.SetFrame(0, 0, "Draw", 0);
+        m_producer.WatchCalls(0);
+        return kFile;
+    }
+
+    TestProducer m_producer;
+    BareStream m_stream;
+};
+
+void PrintInstructions(const FrameCost& cost) {
+    if (cost.instructions) {
+        std::printf("  %-46s %11.0f, without those of the system\n", "    instructions",
+                    *cost.instructions);
+    } else {
+        std::printf("    This system doesn't let a program count instructions.\n");
+    }
+}
+
+/// Rounds of library, producer and bare hand-over alternate, since the machine's load changes.
 void MeasureAtPaces(TestProducer& producer, const Placement& placement, const PaceScene& scene) {
     constexpr int kPaceRounds = 5;
     Goals goals("frame_bench");
+    placement.MoveToOthers();
+    BareCamera bareCamera;
+    bareCamera.OfferStack(scene.inOneQuery);
     Camera camera(producer, 640, 480);
     producer.OfferStack(scene.inOneQuery ? 1 : 0);
-    std::printf("A frame on loan beside a bare hand-over, medians of %d rounds, %s;\n%s:\n",
-                kPaceRounds, placement.Text().c_str(), scene.text);
+    std::printf(
+        "A frame on loan beside a bare hand-over, and beside the producer's functions alone;\n"
+        "medians of %d rounds, %s;\n%s:\n",
+        kPaceRounds, placement.Text().c_str(), scene.text);
     const SecondThread second(placement, scene.withSecondThread);
     for (const unsigned perSecond : {30U, 200U, 1000U}) {
         std::vector<FrameCost> bare;
+        std::vector<FrameCost> ofProducer;
         std::vector<FrameCost> loan;
         const unsigned frames = std::max(20U, perSecond / 4);
         for (int round = 0; round < kPaceRounds; ++round) {
             bare.push_back(BareAtPace(placement, perSecond, frames));
+            ofProducer.push_back(bareCamera.AtPace(placement, perSecond, frames));
             loan.push_back(camera.OnLoanAtPace(placement, perSecond, frames));
         }
         const FrameCost cost = MedianCost(loan);
-        const double base = MedianCost(bare).seconds;
-        goals.Print(std::to_string(perSecond) + " frames/s" + scene.suffix, cost.seconds * 1e6,
-                    "us", cost.seconds / base);
-        if (cost.instructions) {
-            std::printf("  %-46s %11.0f, without those of the system\n", "    instructions",
-                        *cost.instructions);
-        } else {
-            std::printf("    This system doesn't let a program count instructions.\n");
-        }
+        const std::string name = std::to_string(perSecond) + " frames/s" + scene.suffix;
+        const auto print = [&](const std::string& row, const std::vector<FrameCost>& reference) {
+            goals.Print(row, cost.seconds * 1e6, "us",
+                        cost.seconds / MedianCost(reference).seconds);
+        };
+        print(name, bare);
+        print(name + " : its producer", ofProducer);
+        PrintInstructions(cost);
     }
 }
 
