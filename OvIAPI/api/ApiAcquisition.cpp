@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "Base/EachFrame.h"
 #include "OvIAPI.h"
 #include "TLClassModule/IDataStream.h"
 #include "TLClassSupport/OvException.h"
@@ -18,7 +19,8 @@ namespace {
 
 /// Throws unless the camera acquires and the application fetches and returns frames
 /// itself.
-void CheckFrameCall(IDataStream& stream, bool isStarted, const char* call, const OvPlace& place) {
+OV_EACH_FRAME void CheckFrameCall(IDataStream& stream, bool isStarted, const char* call,
+                                  const OvPlace& place) {
     if (stream.DoIsRegisterCaptureCallback()) {
         OV_RAISE_AT(CInvalidCallError, place,
                     COvString::MsgComposer("Can't call %s after register capture callback", call));
@@ -95,7 +97,8 @@ OV_STATUS OVUnregisterCaptureCallback(OV_DEV_HANDLE hDevice) try {
     return CaughtStatus();
 }
 
-OV_STATUS OVGetImage(OV_DEV_HANDLE hDevice, OV_FRAME_DATA* pFrameData, uint32_t nTimeout) try {
+OV_EACH_FRAME OV_STATUS OVGetImage(OV_DEV_HANDLE hDevice, OV_FRAME_DATA* pFrameData,
+                                   uint32_t nTimeout) try {
     COvDeviceInfo& info = EnterCamera(hDevice, OV_HERE);
     OV_CHECK_POINTER(pFrameData);
     OV_CHECK_POINTER(pFrameData->pImgBuf);
@@ -133,7 +136,8 @@ OV_STATUS OVStreamOff(OV_DEV_HANDLE hDevice) try {
     return CaughtStatus();
 }
 
-OV_STATUS OVDQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBuffer, uint32_t nTimeOut) try {
+OV_EACH_FRAME OV_STATUS OVDQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBuffer,
+                                uint32_t nTimeOut) try {
     EnterApi();
     OV_CHECK_POINTER(ppFrameBuffer);
     // Before anything can fail for the camera's sake: a caller that doesn't look at the
@@ -147,7 +151,7 @@ OV_STATUS OVDQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER** ppFrameBuffer, uint32
     return CaughtStatus();
 }
 
-OV_STATUS OVQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER* pFrameBuffer) try {
+OV_EACH_FRAME OV_STATUS OVQBuf(OV_DEV_HANDLE hDevice, OV_FRAME_BUFFER* pFrameBuffer) try {
     COvDeviceInfo& info = EnterCamera(hDevice, OV_HERE);
     CheckReturn(*info.GetStream(), "QBuf", OV_HERE);
     if (!info.GetFramePool().Return(pFrameBuffer)) {

@@ -4,17 +4,18 @@
 
 #include <typeinfo>
 
+#include "Base/EachFrame.h"
 #include "TLClassModule/IDevice.h"
 #include "TLClassSupport/OvException.h"
 
 using namespace OVTLClass;
 
-CDeviceManager& CDeviceManager::GetInstance() {
+OV_EACH_FRAME CDeviceManager& CDeviceManager::GetInstance() {
     static CDeviceManager manager;
     return manager;
 }
 
-void CDeviceManager::CheckInit() const {
+OV_EACH_FRAME void CDeviceManager::CheckInit() const {
     if (!m_initialised) {
         OV_RAISE(CNotInitApiError, "Not init API");
     }
@@ -28,19 +29,19 @@ CFeatureName CDeviceManager::GetFeatureName(OV_FEATURE_ID featureID) const {
     return *name;
 }
 
-CDeviceManager& EnterApi() {
+OV_EACH_FRAME CDeviceManager& EnterApi() {
     CDeviceManager& manager = CDeviceManager::GetInstance();
     manager.CheckInit();
     return manager;
 }
 
-void CheckPointer(const void* pointer, const OvPlace& place) {
+OV_EACH_FRAME void CheckPointer(const void* pointer, const OvPlace& place) {
     if (pointer == nullptr) {
         OV_RAISE_AT(CInvalidParameterError, place, "NULL Pointer");
     }
 }
 
-COvDeviceInfo& VerifyDeviceHandle(OV_DEV_HANDLE hDevice, const OvPlace& place) {
+OV_EACH_FRAME COvDeviceInfo& VerifyDeviceHandle(OV_DEV_HANDLE hDevice, const OvPlace& place) {
     // The handle is a pointer and isn't looked up: null and a camera that is no longer open
     // are noticed, but a handle whose camera was closed points to freed memory. Using one is
     // the application's mistake.
@@ -55,7 +56,7 @@ COvDeviceInfo& VerifyDeviceHandle(OV_DEV_HANDLE hDevice, const OvPlace& place) {
     OV_RAISE_AT(CInvalidHandleError, place, "Invalid device handle");
 }
 
-COvDeviceInfo& EnterCamera(OV_DEV_HANDLE hDevice, const OvPlace& place) {
+OV_EACH_FRAME COvDeviceInfo& EnterCamera(OV_DEV_HANDLE hDevice, const OvPlace& place) {
     EnterApi();
     return VerifyDeviceHandle(hDevice, place);
 }

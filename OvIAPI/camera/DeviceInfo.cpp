@@ -3,6 +3,7 @@
 
 #include "camera/DeviceInfo.h"
 
+#include "Base/EachFrame.h"
 #include "TLClassModule/IDataStream.h"
 #include "TLClassModule/IDevice.h"
 #include "TLClassSupport/OvException.h"
@@ -63,7 +64,7 @@ void COvDeviceInfo::SetDeviceClass(const std::string& tlType, const std::string&
     }
 }
 
-const std::shared_ptr<IDataStream>& COvDeviceInfo::GetStream() const {
+OV_EACH_FRAME const std::shared_ptr<IDataStream>& COvDeviceInfo::GetStream() const {
     if (m_hasStream.load(std::memory_order_acquire)) {
         return m_stream;
     }

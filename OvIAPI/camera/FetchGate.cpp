@@ -5,6 +5,8 @@
 
 #include <chrono>
 
+#include "Base/EachFrame.h"
+
 namespace {
 
 /// A fetch that is just about to wait may miss the wake-up, so it is woken again after
@@ -24,7 +26,7 @@ bool CFetchGate::Close() noexcept {
     return m_inside == 0;
 }
 
-bool CFetchGate::TryEnter() noexcept {
+OV_EACH_FRAME bool CFetchGate::TryEnter() noexcept {
     const std::scoped_lock lock(m_mutex);
     // The look at the gate and the count are one step: a stop sees either a closed gate
     // or the fetch inside.
@@ -32,7 +34,7 @@ bool CFetchGate::TryEnter() noexcept {
     return m_isOpen;
 }
 
-void CFetchGate::Leave() noexcept {
+OV_EACH_FRAME void CFetchGate::Leave() noexcept {
     // Notifies with the lock held: the thread that waits may destroy the gate as soon as
     // the lock is free.
     const std::scoped_lock lock(m_mutex);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "Base/EachFrame.h"
 #include "TLClassBuffer/Buffer.h"
 #include "TLClassSupport/RunLogged.h"
 
@@ -50,7 +51,7 @@ void CFramePool::Make(size_t count) {
               });
 }
 
-OV_FRAME_BUFFER* CFramePool::Take(const OV_FRAME_BUFFER& content) {
+OV_EACH_FRAME OV_FRAME_BUFFER* CFramePool::Take(const OV_FRAME_BUFFER& content) {
     const std::scoped_lock freeLock(m_freeMutex);
     const std::scoped_lock deliveredLock(m_deliveredMutex);
     if (m_free.empty()) {
@@ -67,7 +68,7 @@ CFramePool::Queue::iterator CFramePool::FindLent(const OV_FRAME_BUFFER* frame) {
                         [frame](const auto& record) { return &record == frame; });
 }
 
-bool CFramePool::Return(OV_FRAME_BUFFER* frame) {
+OV_EACH_FRAME bool CFramePool::Return(OV_FRAME_BUFFER* frame) {
     return RunLocked([&] { return m_attached == frame; },
                      [&] {
                          const auto found = FindLent(frame);
@@ -89,7 +90,7 @@ void CFramePool::ReturnAll() {
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): an iterator is a pointer
-void CFramePool::ReturnAt(Queue::iterator frame) {
+OV_EACH_FRAME void CFramePool::ReturnAt(Queue::iterator frame) {
     QueueBufferOf(*frame);
     m_free.splice(m_free.end(), m_delivered, frame);
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Base/EachFrame.h"
 #include "TLClassBuffer/Buffer.h"
 #include "TLClassModule/IDataStream.h"
 #include "TLClassSupport/Agency.h"
@@ -31,7 +32,7 @@ private:
 
 }  // namespace
 
-void CopyFrame(COvDeviceInfo& info, OV_FRAME_DATA& frame, uint32_t timeout) {
+OV_EACH_FRAME void CopyFrame(COvDeviceInfo& info, OV_FRAME_DATA& frame, uint32_t timeout) {
     BUFFER_INFO buffer;
     info.GetStream()->DoGetBuffer(buffer, timeout);
     auto& memory = *static_cast<CBuffer*>(buffer.userPointer.value);
@@ -44,7 +45,8 @@ void CopyFrame(COvDeviceInfo& info, OV_FRAME_DATA& frame, uint32_t timeout) {
     memory.QueueBuffer();
 }
 
-OV_FRAME_BUFFER* LendFrame(COvDeviceInfo& info, uint32_t timeout, const OvPlace& place) {
+OV_EACH_FRAME OV_FRAME_BUFFER* LendFrame(COvDeviceInfo& info, uint32_t timeout,
+                                         const OvPlace& place) {
     CFetchedFrame fetched(*info.GetStream(), timeout);
     OV_FRAME_BUFFER record{};
     FillFrame(record, fetched.GetInfo());

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "Base/EachFrame.h"
 #include "TLClassBuffer/Buffer.h"
 #include "TLClassEvent/CallbackScope.h"
 #include "camera/AttachedFrame.h"
@@ -13,7 +14,7 @@ OVTLClass::INewBufferCallback* COvNewBufferCallback::Clone() const {
     return std::make_unique<COvNewBufferCallback>(m_camera, m_userParam, m_function).release();
 }
 
-void COvNewBufferCallback::operator()(const OVTLClass::BUFFER_INFO& info) {
+OV_EACH_FRAME void COvNewBufferCallback::operator()(const OVTLClass::BUFFER_INFO& info) {
     if (m_function == nullptr) {
         return;
     }

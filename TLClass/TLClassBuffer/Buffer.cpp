@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 
+#include "Base/EachFrame.h"
 #include "GenApi/ChunkAdapterGeneric.h"
 #include "TLClassInfo/FrameFacts.h"
 #include "TLClassInfo/InformationAgency.h"
@@ -25,6 +26,14 @@ std::unique_ptr<uint8_t[]> MakeMemory(size_t size, size_t more) {
         throw std::bad_alloc();
     }
     return std::make_unique<uint8_t[]>(size + more);
+}
+
+/// Copies what can't change while a buffer is announced, and leaves the rest.
+void CopyAnnouncement(const BUFFER_INFO& from, BUFFER_INFO& to) {
+    to.size = from.size;
+    to.base = from.base;
+    to.userPointer = from.userPointer;
+    to.tlType = from.tlType;
 }
 
 }  // namespace
@@ -68,7 +77,7 @@ void CBuffer::AnnounceBuffer() {
     m_announced = {};
 }
 
-void CBuffer::QueueBuffer() {
+OV_EACH_FRAME void CBuffer::QueueBuffer() {
     const std::scoped_lock lock(m_queueMutex);
     // Held over the call, so that a stop can't flush between the look and the queueing.
     void* const handle = m_handle;
@@ -100,10 +109,10 @@ BUFFER_INFO CBuffer::GetBufferInfo() const {
     return COvInformationAgency::GetBufferInformationFromHandle(m_lib, m_stream, m_handle);
 }
 
-void CBuffer::GetAnnouncedInfo(BUFFER_INFO& info) {
+OV_EACH_FRAME void CBuffer::GetAnnouncedInfo(BUFFER_INFO& info) {
     {
         const std::scoped_lock lock(m_queueMutex);
-        info = m_announced;
+        CopyAnnouncement(m_announced, info);
     }
     if (!info.base.valid || !info.size.valid || !info.tlType.valid) {
         // Without the lock: a stop takes it, and a producer may take its time.
@@ -111,11 +120,11 @@ void CBuffer::GetAnnouncedInfo(BUFFER_INFO& info) {
                                                         InfoUse::Announcement, info);
         info.userPointer = {this, true};
         const std::scoped_lock lock(m_queueMutex);
-        m_announced = info;
+        CopyAnnouncement(info, m_announced);
     }
 }
 
-void CBuffer::CompleteFrameInfo(BUFFER_INFO& info) const {
+OV_EACH_FRAME void CBuffer::CompleteFrameInfo(BUFFER_INFO& info) const {
     CompleteFrameFacts(m_lib, m_stream, m_handle, info);
 }
 

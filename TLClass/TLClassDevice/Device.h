@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Base/EachFrame.h"
 #include "TLClassEvent/DeviceOfflineEvent.h"
 #include "TLClassEvent/RemoteDeviceEvent.h"
 #include "TLClassInfo/InfoRecords.h"
@@ -23,7 +24,7 @@ public:
 
     void DoOpenDevice(int32_t accessMode) override;
     void DoCloseDevice() override;
-    bool DoIsDeviceOpen() override { return m_open; }
+    OV_EACH_FRAME bool DoIsDeviceOpen() override { return m_open; }
     DEV_INFO DoGetDeviceInfo() override;
     COMMON_DEVICE_INFO DoGetCommonDeviceInfo() override;
     DataStreamList DoGetDataStreamList() override;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Base/EachFrame.h"
 #include "GenApi/ChunkAdapterGeneric.h"
 #include "TLClassBuffer/Buffer.h"
 #include "TLClassEvent/RegisterEventAgency.h"
@@ -55,7 +56,7 @@ void CNativeNewBufferEvent::AbortWait() {
     }
 }
 
-int32_t CNativeNewBufferEvent::__GetData(uint64_t timeout, CBuffer*& buffer) {
+OV_EACH_FRAME int32_t CNativeNewBufferEvent::__GetData(uint64_t timeout, CBuffer*& buffer) {
     GenTL::EVENT_NEW_BUFFER_DATA data{};
     size_t size = sizeof(data);
     const int32_t status = m_lib.EventGetData(m_event, &data, &size, timeout);
@@ -63,7 +64,7 @@ int32_t CNativeNewBufferEvent::__GetData(uint64_t timeout, CBuffer*& buffer) {
     return status;
 }
 
-void CNativeNewBufferEvent::GetBuffer(BUFFER_INFO& info, unsigned timeout) {
+OV_EACH_FRAME void CNativeNewBufferEvent::GetBuffer(BUFFER_INFO& info, unsigned timeout) {
     CBuffer* buffer = nullptr;
     OV_VERIFY(__GetData(timeout, buffer), m_lib);
     if (buffer == nullptr) {
@@ -86,7 +87,7 @@ CBuffer* CNativeNewBufferEvent::TakeWaiting() {
     return buffer;
 }
 
-void CNativeNewBufferEvent::__TakeFromCamera(BUFFER_INFO& info) {
+OV_EACH_FRAME void CNativeNewBufferEvent::__TakeFromCamera(BUFFER_INFO& info) {
     const CAutoLock lock(m_initInfoLock);
     info.expectedPayloadSize = {static_cast<uint64_t>(m_initInfo.GetPayloadSize()), true};
     const bool isChunk = info.tlType.value == GenTL::TLTYPE_GEV && m_initInfo.GetChunkMode();

@@ -35,6 +35,7 @@ public:
     void AbortWait();
     /// Waits for a frame and reads what the records of an application have of it. Who
     /// needs more asks the buffer, which is the user pointer.
+    /// @param info     a fresh record: what it has already isn't asked for
     /// @param timeout  in milliseconds; CTimeoutError when nothing came
     void GetBuffer(BUFFER_INFO& info, unsigned timeout);
     /// A frame that waits already, without its facts; null for none.

@@ -1,5 +1,6 @@
 #include "TLClassEvent/NewBufferEvent.h"
 
+#include "Base/EachFrame.h"
 #include "TLClassBuffer/Buffer.h"
 #include "TLClassEvent/EndWait.h"
 #include "TLClassSupport/OvException.h"
@@ -53,7 +54,7 @@ void CNewBufferEvent::__SetCallback(std::unique_ptr<INewBufferCallback> callback
     m_hasCallback = m_callback != nullptr;
 }
 
-void* CNewBufferEvent::__OnThreadGetImage(void* self) {
+OV_EACH_FRAME void* CNewBufferEvent::__OnThreadGetImage(void* self) {
     auto* const event = static_cast<CNewBufferEvent*>(self);
     // The stop is an event of its own, because a producer may forget a kill.
     // Between two frames the stop is only looked at; after a failure the look
@@ -65,7 +66,7 @@ void* CNewBufferEvent::__OnThreadGetImage(void* self) {
     return nullptr;
 }
 
-bool CNewBufferEvent::__DeliverOneFrame() {
+OV_EACH_FRAME bool CNewBufferEvent::__DeliverOneFrame() {
     BUFFER_INFO info;
     OV_RUN_LOGGED([&] {
         try {
@@ -87,7 +88,7 @@ bool CNewBufferEvent::__DeliverOneFrame() {
     return true;
 }
 
-void CNewBufferEvent::__DoOnBufferCallback(const BUFFER_INFO& info) {
+OV_EACH_FRAME void CNewBufferEvent::__DoOnBufferCallback(const BUFFER_INFO& info) {
     const CAutoLock lock(m_callbackLock);
     if (m_callback) {
         OV_RUN_LOGGED([&] { (*m_callback)(info); });

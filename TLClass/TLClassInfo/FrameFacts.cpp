@@ -7,6 +7,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "Base/EachFrame.h"
 #include "TLClassInfo/BufferRows.h"
 
 namespace OVTLClass {
@@ -104,7 +105,8 @@ private:
 
 }  // namespace
 
-void CompleteFrameFacts(const CGenTLLib& lib, void* stream, void* buffer, BUFFER_INFO& info) {
+OV_EACH_FRAME void CompleteFrameFacts(const CGenTLLib& lib, void* stream, void* buffer,
+                                      BUFFER_INFO& info) {
     Questions questions(info);
     questions.Ask(lib, stream, buffer);
     questions.Store(info);

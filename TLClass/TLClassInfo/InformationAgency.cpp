@@ -1,5 +1,6 @@
 #include "TLClassInfo/InformationAgency.h"
 
+#include "Base/EachFrame.h"
 #include "TLClassInfo/Information.h"
 #include "TLClassInfo/ModuleID.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
@@ -70,8 +71,9 @@ BUFFER_INFO COvInformationAgency::GetBufferInformationFromHandle(const CGenTLLib
     return CInformationQuery(lib.DSGetBufferInfo, stream, buffer).Get<BUFFER_INFO>();
 }
 
-void COvInformationAgency::CompleteBufferInformation(const CGenTLLib& lib, void* stream,
-                                                     void* buffer, InfoUse use, BUFFER_INFO& info) {
+OV_EACH_FRAME void COvInformationAgency::CompleteBufferInformation(const CGenTLLib& lib,
+                                                                   void* stream, void* buffer,
+                                                                   InfoUse use, BUFFER_INFO& info) {
     CInformationQuery(lib.DSGetBufferInfo, stream, buffer).Complete(info, use);
 }
 

@@ -1,5 +1,6 @@
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
 
+#include "Base/EachFrame.h"
 #include "Base/GCException.h"
 #include "TLClassLoadTL/GenTLText.h"
 #include "TLClassSupport/OvException.h"
@@ -33,8 +34,8 @@ std::string CGenTLError::GetLastErrorDescription(const CGenTLLib& lib) {
     }
 }
 
-void ThrowExceptionIfFailed(int32_t status, const CGenTLLib& lib, const char* file, int line,
-                            const char* function) {
+OV_EACH_FRAME void ThrowExceptionIfFailed(int32_t status, const CGenTLLib& lib, const char* file,
+                                          int line, const char* function) {
     switch (status) {
         case 0:
             return;

@@ -36,6 +36,7 @@ public:
     /// Waits for a frame and reads what the records of an application have of it. Its
     /// CBuffer is the user pointer, which the caller returns by QueueBuffer and asks for
     /// further facts.
+    /// @param info     a fresh record: what it has already isn't asked for
     /// @param timeout  in milliseconds; CTimeoutError when nothing came
     virtual void DoGetBuffer(BUFFER_INFO& info, unsigned timeout) = 0;
     /// Announces and queues the buffers and starts the producer's side. No effect while

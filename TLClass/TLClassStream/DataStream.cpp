@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Base/EachFrame.h"
 #include "GenApi/NodeMapRef.h"
 #include "TLClassFeature/FeatureControl.h"
 #include "TLClassInfo/InformationAgency.h"
@@ -113,11 +114,11 @@ void CDataStream::DoUnregisterCaptureCallback() {
     m_newBufferEvent.UnregisterCaptureCallback();
 }
 
-bool CDataStream::DoIsRegisterCaptureCallback() {
+OV_EACH_FRAME bool CDataStream::DoIsRegisterCaptureCallback() {
     return m_newBufferEvent.DoIsRegisterCaptureCallback();
 }
 
-void CDataStream::DoGetBuffer(BUFFER_INFO& info, unsigned timeout) {
+OV_EACH_FRAME void CDataStream::DoGetBuffer(BUFFER_INFO& info, unsigned timeout) {
     m_newBufferEvent.GetBuffer(info, timeout);
 }
 

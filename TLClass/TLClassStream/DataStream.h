@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Base/EachFrame.h"
 #include "TLClassBuffer/Buffer.h"
 #include "TLClassEvent/NewBufferEvent.h"
 #include "TLClassInfo/InfoRecords.h"
@@ -23,7 +24,7 @@ public:
     void DoOpenDataStream() override;
     void DoCloseDataStream() override;
     bool DoIsDataStreamOpen() override { return m_open; }
-    bool DoIsDataStreamAcquisiton() override { return m_acquiring; }
+    OV_EACH_FRAME bool DoIsDataStreamAcquisiton() override { return m_acquiring; }
     void DoRegisterCaptureCallback(const INewBufferCallback& callback) override;
     void DoUnregisterCaptureCallback() override;
     bool DoIsRegisterCaptureCallback() override;

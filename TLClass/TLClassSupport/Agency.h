@@ -11,6 +11,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "Base/EachFrame.h"
 #include "TLClassSupport/RunLogged.h"
 #include "TLClassSupport/UnCopyable.h"
 
@@ -38,17 +39,20 @@ protected:
         static_assert(std::is_nothrow_move_constructible_v<Undo>);
         Commit();
         new (m_undo.data()) Undo(std::move(undo));
-        m_finish = [](void* place, bool runs) {
-            auto& kept = *static_cast<Undo*>(place);
-            if (runs) {
-                RunLogged(kept, __FILE__, __LINE__, "~CAgency");
-            }
-            std::destroy_at(&kept);
-        };
+        m_finish = &__FinishUndo<Undo>;
     }
 
 private:
     static constexpr size_t kRoom = 8 * sizeof(void*);
+
+    template <class Undo>
+    OV_EACH_FRAME static void __FinishUndo(void* place, bool runs) {
+        auto& kept = *static_cast<Undo*>(place);
+        if (runs) {
+            RunLogged(kept, __FILE__, __LINE__, "~CAgency");
+        }
+        std::destroy_at(&kept);
+    }
 
     void __Finish(bool runs) noexcept {
         if (m_finish != nullptr) {

@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <stdexcept>
 
+#include "Base/EachFrame.h"
+
 namespace OVTLClass {
 
 CLock::CLock(LockRank rank, const void* camera) : m_mutex(), m_rank(rank), m_camera(camera) {
@@ -17,7 +19,7 @@ CLock::~CLock() {
     pthread_mutex_destroy(&m_mutex);
 }
 
-void CLock::Lock() {
+OV_EACH_FRAME void CLock::Lock() {
     // Before the wait: a wrong order is reported instead of hanging.
     OvBase::CheckLockOrder(this, m_rank, m_camera);
     if (pthread_mutex_lock(&m_mutex) != 0) {
@@ -26,7 +28,7 @@ void CLock::Lock() {
     OvBase::NoteLocked(this, m_rank);
 }
 
-void CLock::Unlock() {
+OV_EACH_FRAME void CLock::Unlock() {
     // The text is the one of Lock: logs and tests of applications know it.
     if (pthread_mutex_unlock(&m_mutex) != 0) {
         throw std::runtime_error("CLock::Lock() failed");

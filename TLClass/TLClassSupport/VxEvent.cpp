@@ -2,6 +2,8 @@
 
 #include <ctime>
 
+#include "Base/EachFrame.h"
+
 namespace OVTLClass {
 
 namespace {
@@ -41,7 +43,7 @@ bool CVxEvent::Wait(unsigned milliseconds) {
     return true;
 }
 
-bool CVxEvent::TryWait() {
+OV_EACH_FRAME bool CVxEvent::TryWait() {
     return sem_trywait(m_semaphore.get()) == 0;
 }
 

@@ -6,6 +6,7 @@
 #include <set>
 #include <vector>
 
+#include "Base/EachFrame.h"
 #include "framework/Handles.h"
 
 namespace OvProducer {
@@ -62,7 +63,7 @@ std::shared_ptr<BufferFacts> BufferFacts::Make() {
     return {store->Take(), [store](BufferFacts* facts) { store->Return(facts); }};
 }
 
-const BufferFacts* BufferFacts::Find(const void* handle) {
+OV_EACH_FRAME const BufferFacts* BufferFacts::Find(const void* handle) {
     return PlaceOf(handle);
 }
 
@@ -119,17 +120,17 @@ struct BufferFacts::Rows {
     }
 
     template <Cell<size_t> Frame::*field>
-    static InfoValue FrameSize(const BufferFacts& facts) {
+    OV_EACH_FRAME static InfoValue FrameSize(const BufferFacts& facts) {
         return InfoValue::Size(FrameOf(facts).*field);
     }
 
     template <Cell<uint64_t> Frame::*field>
-    static InfoValue FrameNumber(const BufferFacts& facts) {
+    OV_EACH_FRAME static InfoValue FrameNumber(const BufferFacts& facts) {
         return InfoValue::Uint64(FrameOf(facts).*field);
     }
 
     template <Cell<bool> Frame::*field>
-    static InfoValue FrameFlag(const BufferFacts& facts) {
+    OV_EACH_FRAME static InfoValue FrameFlag(const BufferFacts& facts) {
         return InfoValue::Bool(FrameOf(facts).*field);
     }
 
@@ -189,12 +190,12 @@ struct BufferFacts::Rows {
     };
 };
 
-InfoValue BufferFacts::Answer(GenTL::BUFFER_INFO_CMD command) const {
+OV_EACH_FRAME InfoValue BufferFacts::Answer(GenTL::BUFFER_INFO_CMD command) const {
     return AnswerFrom(Rows::kAll, command, *this);
 }
 
-std::optional<InfoValue> BufferFacts::TryAnswer(const void* stream, const void* handle,
-                                                GenTL::BUFFER_INFO_CMD command) const {
+OV_EACH_FRAME std::optional<InfoValue> BufferFacts::TryAnswer(
+    const void* stream, const void* handle, GenTL::BUFFER_INFO_CMD command) const {
     const uint64_t number = m_frameNumber;
     // A file's name isn't among the facts.
     if (!HasFrameOf(stream, handle) || command == GenTL::BUFFER_INFO_FILENAME) {

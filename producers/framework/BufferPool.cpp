@@ -4,6 +4,8 @@
 #include <cstring>
 #include <utility>
 
+#include "Base/EachFrame.h"
+
 namespace OvProducer {
 namespace {
 
@@ -50,11 +52,11 @@ public:
 protected:
     size_t EntrySizeMax() const override { return sizeof(GenTL::S_EVENT_NEW_BUFFER); }
     size_t InfoSizeMax() const override { return sizeof(void*); }
-    size_t Pending() const override { return m_queues->entries.size(); }
-    size_t FrontSize() const override { return EntrySizeMax(); }
+    OV_EACH_FRAME size_t Pending() const override { return m_queues->entries.size(); }
+    OV_EACH_FRAME size_t FrontSize() const override { return EntrySizeMax(); }
     void CheckAfterTimeout() const override { m_checkAfterTimeout(); }
 
-    void TakeFront(void* buffer) override {
+    OV_EACH_FRAME void TakeFront(void* buffer) override {
         const std::shared_ptr<Buffer> front = m_queues->entries.Pop();
         m_queues->output.Erase(front);
         front->facts->SetState(BufferState::Idle);
@@ -103,7 +105,7 @@ void BufferPool::Announce(const std::shared_ptr<Buffer>& buffer, const void* str
     buffer->facts->Publish(stream, buffer->Handle());
 }
 
-const std::shared_ptr<Buffer>& BufferPool::Announced(const void* handle) const {
+OV_EACH_FRAME const std::shared_ptr<Buffer>& BufferPool::Announced(const void* handle) const {
     const auto found = m_byHandle.find(handle);
     if (found == m_byHandle.end()) {
         ThrowNotAnnounced();
@@ -137,7 +139,7 @@ std::vector<std::shared_ptr<Buffer>> BufferPool::RevokeAll() {
     return std::exchange(m_announced, {});
 }
 
-void BufferPool::Queue(const void* handle) {
+OV_EACH_FRAME void BufferPool::Queue(const void* handle) {
     {
         const std::lock_guard lock(m_queues->mutex);
         const std::shared_ptr<Buffer>& buffer = Announced(handle);
@@ -336,7 +338,7 @@ void BufferPool::CountLost() {
     ++m_counters.lost;
 }
 
-void BufferPool::ToInput(const std::shared_ptr<Buffer>& buffer) {
+OV_EACH_FRAME void BufferPool::ToInput(const std::shared_ptr<Buffer>& buffer) {
     buffer->facts->SetState(BufferState::Input);
     buffer->facts->SetNewData(false);
     buffer->facts->ClearFrame();

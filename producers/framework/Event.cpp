@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "Base/EachFrame.h"
+
 namespace OvProducer {
 namespace {
 
@@ -67,7 +69,11 @@ InfoValue MessageInfo(std::span<const std::byte> entry, GenTL::EVENT_DATA_INFO_C
 
 }  // namespace
 
-void Event::GetData(void* buffer, size_t* size, uint64_t timeout) {
+OV_EACH_FRAME Event* Event::AsEvent() {
+    return this;
+}
+
+OV_EACH_FRAME void Event::GetData(void* buffer, size_t* size, uint64_t timeout) {
     RequirePointer(size, "The size");
     std::unique_lock lock(m_mutex);
     if (!IsReady() && !Wait(lock, timeout)) {
@@ -87,7 +93,7 @@ void Event::GetData(void* buffer, size_t* size, uint64_t timeout) {
     *size = needed;
 }
 
-bool Event::Wait(std::unique_lock<std::mutex>& lock, uint64_t timeout) {
+OV_EACH_FRAME bool Event::Wait(std::unique_lock<std::mutex>& lock, uint64_t timeout) {
     if (timeout == 0) {
         return false;
     }

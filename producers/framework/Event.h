@@ -27,7 +27,7 @@ public:
     Event(GenTL::EVENT_TYPE type, std::mutex& mutex) : m_type(type), m_mutex(mutex) {}
 
     GenTL::EVENT_TYPE Type() const { return m_type; }
-    Event* AsEvent() final { return this; }
+    Event* AsEvent() final;
 
     /// Waits for the oldest entry and removes it from the queue. If `buffer` is null, the
     /// entry is dropped. Fails with -1011 after `timeout` milliseconds, with -1012 after

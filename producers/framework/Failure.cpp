@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 
+#include "Base/EachFrame.h"
 #include "Base/UserLog.h"
 
 namespace OvProducer {
@@ -20,13 +21,13 @@ thread_local constinit Record t_record;
 
 }  // namespace
 
-void RequirePointer(const void* pointer, std::string_view what) {
+OV_EACH_FRAME void RequirePointer(const void* pointer, std::string_view what) {
     if (pointer == nullptr) {
         throw Failure(GenTL::GC_ERR_INVALID_PARAMETER, std::string(what) + " must not be null");
     }
 }
 
-OvBase::CUserLog& ProducerLog() {
+OV_EACH_FRAME OvBase::CUserLog& ProducerLog() {
     static OvBase::CUserLog log = OvBase::CUserLog::FromEnvironment();
     return log;
 }

@@ -3,6 +3,8 @@
 #include <bit>
 #include <utility>
 
+#include "Base/EachFrame.h"
+
 namespace OvProducer {
 namespace {
 
@@ -114,7 +116,7 @@ void HandleTable::RemoveAllOf(const void* owner) {
     }
 }
 
-std::shared_ptr<Object> HandleTable::Find(const void* handle) const {
+OV_EACH_FRAME std::shared_ptr<Object> HandleTable::Find(const void* handle) const {
     Place* const place = PlaceOf(handle);
     if (place == nullptr) {
         return nullptr;

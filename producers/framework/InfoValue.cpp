@@ -1,5 +1,7 @@
 #include "framework/InfoValue.h"
 
+#include "Base/EachFrame.h"
+
 namespace OvProducer {
 
 InfoValue InfoValue::Text(std::string_view text) {
@@ -25,7 +27,8 @@ InfoValue InfoValue::Bytes(std::span<const std::byte> bytes) {
     return {GenTL::INFO_DATATYPE_BUFFER, std::move(copy)};
 }
 
-void InfoValue::CopyOut(GenTL::INFO_DATATYPE* type, void* buffer, size_t* size) const {
+OV_EACH_FRAME void InfoValue::CopyOut(GenTL::INFO_DATATYPE* type, void* buffer,
+                                      size_t* size) const {
     RequirePointer(size, "The size");
     const std::string_view data = Data();
     if (buffer != nullptr) {

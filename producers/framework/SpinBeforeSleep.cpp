@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Base/EachFrame.h"
 #include "Base/Pause.h"
 
 namespace OvProducer {
@@ -22,7 +23,7 @@ void LockSoon(std::unique_lock<std::mutex>& lock) {
 
 }  // namespace
 
-void SpinBeforeSleep::Spin(std::unique_lock<std::mutex>& lock) {
+OV_EACH_FRAME void SpinBeforeSleep::Spin(std::unique_lock<std::mutex>& lock) {
     const Clock::duration time = NextSpin();
     if (time == Clock::duration::zero()) {
         return;

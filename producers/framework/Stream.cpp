@@ -1,5 +1,6 @@
 #include "framework/Stream.h"
 
+#include "Base/EachFrame.h"
 #include "framework/Device.h"
 
 namespace OvProducer {
@@ -115,7 +116,7 @@ void Stream::Revoke(void* buffer, void** memory, void** userPointer) {
     }
 }
 
-void Stream::Queue(void* buffer) {
+OV_EACH_FRAME void Stream::Queue(void* buffer) {
     OnBuffer(buffer, [&] { m_pool.Queue(buffer); });
 }
 

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <iterator>
 
+#include "Base/EachFrame.h"
 #include "framework/Backend.h"
 #include "framework/Failure.h"
 #include "virtual/Camera.h"
@@ -195,7 +196,7 @@ std::unique_ptr<ProducerBackend> MakeProducer() {
     return std::make_unique<OvVirtual::VirtualProducer>();
 }
 
-CallObserver& Observer() {
+OV_EACH_FRAME CallObserver& Observer() {
     static CallObserver observer;
     return observer;
 }

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <thread>
 
+#include "Base/EachFrame.h"
 #include "framework/Failure.h"
 
 namespace OvTest {
@@ -30,7 +31,7 @@ GenTL::GC_ERROR Faults::Strike(std::vector<Planned>& planned) {
     return code;
 }
 
-void Faults::Enter(Function function) {
+OV_EACH_FRAME void Faults::Enter(Function function) {
     if (!m_watching) {
         return;
     }
@@ -51,7 +52,7 @@ void Faults::Enter(Function function) {
     }
 }
 
-void Faults::Leave(Function function) {
+OV_EACH_FRAME void Faults::Leave(Function function) {
     if (!m_watching) {
         return;
     }
@@ -63,7 +64,7 @@ void Faults::Leave(Function function) {
     ThrowPlanned(function, code);
 }
 
-void Faults::Ask(Function function, std::int32_t command) {
+OV_EACH_FRAME void Faults::Ask(Function function, std::int32_t command) {
     if (!m_watching) {
         return;
     }

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "Base/EachFrame.h"
 #include "framework/Backend.h"
 
 namespace OvTest {
@@ -24,7 +25,7 @@ public:
     void Enter(Function function) override;
     void Leave(Function function) override;
     void Ask(Function function, std::int32_t command) override;
-    bool OffersStack() override { return m_offersStack; }
+    OV_EACH_FRAME bool OffersStack() override { return m_offersStack; }
     std::size_t ReportedSize(Function function, std::size_t size) override;
 
     void Reset();

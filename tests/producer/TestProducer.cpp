@@ -3,6 +3,7 @@
 #include <initializer_list>
 #include <string>
 
+#include "Base/EachFrame.h"
 #include "TestWorld.h"
 #include "framework/exports/Serve.h"
 
@@ -53,7 +54,7 @@ std::unique_ptr<ProducerBackend> MakeProducer() {
     return std::make_unique<TestProducerBackend>();
 }
 
-CallObserver& Observer() {
+OV_EACH_FRAME CallObserver& Observer() {
     return TestWorld::Instance().faults;
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "Base/EachFrame.h"
 #include "framework/System.h"
 
 namespace OvProducer {
@@ -172,7 +173,7 @@ std::int64_t TestInterface::StopCount() const {
     return m_stopCount;
 }
 
-TestWorld& TestWorld::Instance() {
+OV_EACH_FRAME TestWorld& TestWorld::Instance() {
     static TestWorld world;
     return world;
 }

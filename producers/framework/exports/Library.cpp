@@ -2,9 +2,11 @@
 
 #include <utility>
 
+#include "Base/EachFrame.h"
+
 namespace OvProducer {
 
-Library& Library::Instance() {
+OV_EACH_FRAME Library& Library::Instance() {
     static Library library;
     return library;
 }

@@ -1,5 +1,6 @@
 /// @file
 /// `GC...` functions that belong to the producer as a whole, and the events.
+#include "Base/EachFrame.h"
 #include "framework/exports/Serve.h"
 
 using namespace OvProducer;
@@ -50,8 +51,8 @@ OV_PRODUCER_EXPORT GCUnregisterEvent(GenTL::EVENTSRC_HANDLE hEventSrc, GenTL::EV
                            [&](Module& module) { module.UnregisterEvent(iEventID); });
 }
 
-OV_PRODUCER_EXPORT EventGetData(GenTL::EVENT_HANDLE hEvent, void* pBuffer, size_t* piSize,
-                                uint64_t iTimeout) {
+OV_PRODUCER_EXPORT OV_EACH_FRAME EventGetData(GenTL::EVENT_HANDLE hEvent, void* pBuffer,
+                                              size_t* piSize, uint64_t iTimeout) {
     return ServeOn<Event>(Function::EventGetData, hEvent,
                           [&](Event& event) { event.GetData(pBuffer, piSize, iTimeout); });
 }

@@ -2,6 +2,7 @@
 /// The functions of data streams and buffers.
 #include <algorithm>
 
+#include "Base/EachFrame.h"
 #include "framework/exports/Serve.h"
 
 using namespace OvProducer;
@@ -10,8 +11,8 @@ namespace {
 
 /// Answers one question about a buffer. Nearly all are about a frame that the consumer holds. Its
 /// facts answer without a lock: as long as they have the frame, session, stream and buffer exist.
-void AnswerOnBuffer(GenTL::DS_HANDLE stream, GenTL::BUFFER_HANDLE buffer,
-                    GenTL::BUFFER_INFO_CMD command, const InfoTarget& target) {
+OV_EACH_FRAME void AnswerOnBuffer(GenTL::DS_HANDLE stream, GenTL::BUFFER_HANDLE buffer,
+                                  GenTL::BUFFER_INFO_CMD command, const InfoTarget& target) {
     constexpr Function kFunction = Function::DSGetBufferInfo;
     const BufferFacts* const facts = BufferFacts::Find(buffer);
     if (facts != nullptr && facts->HasFrameOf(stream, buffer)) {
@@ -110,22 +111,25 @@ OV_PRODUCER_EXPORT DSRevokeBuffer(GenTL::DS_HANDLE hDataStream, GenTL::BUFFER_HA
                            [&](Stream& stream) { stream.Revoke(hBuffer, ppBuffer, ppPrivate); });
 }
 
-OV_PRODUCER_EXPORT DSQueueBuffer(GenTL::DS_HANDLE hDataStream, GenTL::BUFFER_HANDLE hBuffer) {
+OV_PRODUCER_EXPORT OV_EACH_FRAME DSQueueBuffer(GenTL::DS_HANDLE hDataStream,
+                                               GenTL::BUFFER_HANDLE hBuffer) {
     return ServeOn<Stream>(Function::DSQueueBuffer, hDataStream,
                            [&](Stream& stream) { stream.Queue(hBuffer); });
 }
 
-OV_PRODUCER_EXPORT DSGetBufferInfo(GenTL::DS_HANDLE hDataStream, GenTL::BUFFER_HANDLE hBuffer,
-                                   GenTL::BUFFER_INFO_CMD iInfoCmd, OV_GENTL_INFO_TAIL) {
+OV_PRODUCER_EXPORT OV_EACH_FRAME DSGetBufferInfo(GenTL::DS_HANDLE hDataStream,
+                                                 GenTL::BUFFER_HANDLE hBuffer,
+                                                 GenTL::BUFFER_INFO_CMD iInfoCmd,
+                                                 OV_GENTL_INFO_TAIL) {
     return Serve(Function::DSGetBufferInfo, [&] {
         AnswerOnBuffer(hDataStream, hBuffer, iInfoCmd, {piType, pBuffer, piSize});
     });
 }
 
-OV_PRODUCER_EXPORT DSGetBufferInfoStacked(GenTL::DS_HANDLE hDataStream,
-                                          GenTL::BUFFER_HANDLE hBuffer,
-                                          GenTL::DS_BUFFER_INFO_STACKED* pInfoStacked,
-                                          size_t iNumInfos) {
+OV_PRODUCER_EXPORT OV_EACH_FRAME DSGetBufferInfoStacked(GenTL::DS_HANDLE hDataStream,
+                                                        GenTL::BUFFER_HANDLE hBuffer,
+                                                        GenTL::DS_BUFFER_INFO_STACKED* pInfoStacked,
+                                                        size_t iNumInfos) {
     if (!Observer().OffersStack()) {
         return GenTL::GC_ERR_NOT_IMPLEMENTED;
     }

@@ -1,6 +1,7 @@
 /// @file What the framework asks of the producer's file.
 #include <cstdlib>
 
+#include "Base/EachFrame.h"
 #include "gige/producer/GigeProducer.h"
 
 namespace {
@@ -19,7 +20,7 @@ std::unique_ptr<ProducerBackend> MakeProducer() {
                                                   Setting("OV_GIGE_ADDRESSES"));
 }
 
-CallObserver& Observer() {
+OV_EACH_FRAME CallObserver& Observer() {
     static CallObserver observer;
     return observer;
 }
