@@ -69,6 +69,13 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"NoLimits", fnAutomatic, -1, kNearly24, -kEndless, kEndless, "24"},
         Case{"AValueAboveItsMaximum", fnAutomatic, 3, 7.2, 0, 5, "7.2"},
         Case{"AValueBelowItsMinimum", fnAutomatic, 3, -7.2, 0, 5, "-7.2"},
+        Case{"AMaximumThatIsShort", fnAutomatic, -1, 59.94, 0, 59.94, "59.94"},
+        Case{"AMinimumThatIsShort", fnAutomatic, -1, 0.0001, 0.0001, 1, "0.0001"},
+        Case{"LimitsOfOneFixedNumber", fnFixed, 3, -12.125, -12.125, -12.125, "-12.125"},
+        Case{"Nothing", fnAutomatic, -1, 0, 0, 0, "0"},
+        Case{"NothingBelowZero", fnAutomatic, -1, -0.0, 0, 0, "-0"},
+        Case{"NothingFixed", fnFixed, 2, 0, 0, 0, "0.00"},
+        Case{"NothingScientific", fnScientific, 2, 0, 0, 0, "0.00e+00"},
         Case{"AnEndlessValue", fnAutomatic, 3, kEndless, 0, kEndless, "inf"},
         Case{"NoNumber", fnAutomatic, 3, std::numeric_limits<double>::quiet_NaN(), 0, 1, "nan"}),
     [](const auto& test) { return std::string(test.param.name); });
@@ -191,6 +198,36 @@ TEST(FloatText, IsThatOfCForAnyBits) {
         // Numbers that people write end in few digits, where halves are rounded.
         const double shortOne = static_cast<double>(random() % 2000000) / 64;
         ExpectTheTextsOfC(shortOne, static_cast<int>(random() % 8));
+    }
+}
+
+TEST(FloatText, IsThatOfCForEverydayNumbersAndTheirNeighbours) {
+    std::mt19937_64 random(22);
+    for (int round = 0; round < 20000; ++round) {
+        // Decimal numbers and the halves between them, from what takes an exponent below to what
+        // takes one above.
+        const double places = std::pow(10.0, static_cast<int>(random() % 9));
+        const double scale = std::pow(10.0, static_cast<int>(random() % 14));
+        const double halves = std::floor(static_cast<double>(random() % 1000000) * scale / 1e6);
+        const double number = halves / 2 / places;
+        for (const double value :
+             {number, std::nextafter(number, kEndless), std::nextafter(number, -kEndless)}) {
+            ExpectTheTextsOfC(value, static_cast<int>(random() % 18));
+            ExpectTheTextsOfC(-value, static_cast<int>(random() % 18));
+        }
+    }
+}
+
+TEST(FloatText, IsThatOfCWhereADigitIsAdded) {
+    for (int exponent = -6; exponent <= 17; ++exponent) {
+        const double power = std::pow(10.0, exponent);
+        for (double value = power, i = 0; i < 4; ++i) {
+            for (int precision = 0; precision <= 17; ++precision) {
+                ExpectTheTextsOfC(value, precision);
+                ExpectTheTextsOfC(power - power / std::pow(10.0, precision) / 2, precision);
+            }
+            value = std::nextafter(value, 0);
+        }
     }
 }
 

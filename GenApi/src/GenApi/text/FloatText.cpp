@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "Base/OvAssert.h"
+#include "text/PlainDecimal.h"
 
 namespace GenApi_3_0_ORVANE {
 
@@ -102,6 +103,9 @@ CFloatText::CFloatText(EDisplayNotation notation, int64_t precision)
       m_Precision(precision < 0 ? kDefaultPrecision : std::min(precision, kMostDigits)) {}
 
 gcstring CFloatText::Print(double value) const {
+    if (const auto plain = CPlainDecimal::Of(value, m_Notation, m_Precision)) {
+        return plain->Text();
+    }
     return Digits(m_Notation, m_Precision, value).Text();
 }
 
@@ -109,6 +113,10 @@ gcstring CFloatText::Print(double value) const {
 /// text is within the limits. That ends: with enough digits the text is the value itself.
 gcstring CFloatText::PrintWithin(double value, double min, double max) const {
     const auto isWithin = [&](double number) { return number >= min && number <= max; };
+    if (const auto plain = CPlainDecimal::Of(value, m_Notation, m_Precision);
+        plain && isWithin(value) && isWithin(plain->Value())) {
+        return plain->Text();
+    }
     // What a device sends out of range is shown as it is: other digits would hide a
     // fault.
     for (int64_t precision = m_Precision; isWithin(value) && precision <= kMostDigits;

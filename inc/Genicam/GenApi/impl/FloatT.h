@@ -81,10 +81,11 @@ protected:
     /// Returns a text that parses back to a value within the limits: rounding for display must
     /// not print a number that the node would refuse.
     gcstring InternalToString(bool verify, bool ignoreCache) override {
-        const CFloatText form(GetDisplayNotation(), GetDisplayPrecision());
+        const CFloatText form(this->InternalGetDisplayNotation(),
+                              this->InternalGetDisplayPrecision());
         const double value = this->GetValue(verify, ignoreCache);
-        const double max = this->GetMax();
-        return form.PrintWithin(value, this->GetMin(), max);
+        const double max = Numeric::GetMaxInside();
+        return form.PrintWithin(value, Numeric::GetMinInside(), max);
     }
     void InternalFromString(const gcstring& text, bool verify) override {
         double value = 0;
