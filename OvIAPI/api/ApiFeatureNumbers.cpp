@@ -25,8 +25,7 @@ OV_STATUS OVGetIntRange(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
 OV_STATUS OVGetInt(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, int64_t* pnValue) try {
     const CFeatureAccess feature(hDevice, featureID, OV_FEATURE_TYPE_INT, OV_HERE);
     OV_CHECK_POINTER(pnValue);
-    *pnValue = feature.Control().DoGetInt(feature.Name());
-    return OV_STATUS_SUCCESS;
+    return TakeReading(feature.Control().GetInt(feature.Name()), pnValue);
 } catch (...) {
     return CaughtStatus();
 }
@@ -61,8 +60,7 @@ OV_STATUS OVSetFloat(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, double dVal
 OV_STATUS OVGetFloat(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, double* pdValue) try {
     const CFeatureAccess feature(hDevice, featureID, OV_FEATURE_TYPE_FLOAT, OV_HERE);
     OV_CHECK_POINTER(pdValue);
-    *pdValue = feature.Control().DoGetFloat(feature.Name());
-    return OV_STATUS_SUCCESS;
+    return TakeReading(feature.Control().GetFloat(feature.Name()), pdValue);
 } catch (...) {
     return CaughtStatus();
 }
@@ -103,8 +101,7 @@ OV_STATUS OVGetEnumDescription(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID,
 OV_STATUS OVGetEnum(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, int64_t* pnValue) try {
     const CFeatureAccess feature(hDevice, featureID, OV_FEATURE_TYPE_ENUM, OV_HERE);
     OV_CHECK_POINTER(pnValue);
-    *pnValue = feature.Control().DoGetEnum(feature.Name());
-    return OV_STATUS_SUCCESS;
+    return TakeReading(feature.Control().GetEnum(feature.Name()), pnValue);
 } catch (...) {
     return CaughtStatus();
 }
@@ -120,8 +117,7 @@ OV_STATUS OVSetEnum(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, int64_t nVal
 OV_STATUS OVGetBool(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, bool* pbValue) try {
     const CFeatureAccess feature(hDevice, featureID, OV_FEATURE_TYPE_BOOL, OV_HERE);
     OV_CHECK_POINTER(pbValue);
-    *pbValue = feature.Control().DoGetBool(feature.Name());
-    return OV_STATUS_SUCCESS;
+    return TakeReading(feature.Control().GetBool(feature.Name()), pbValue);
 } catch (...) {
     return CaughtStatus();
 }

@@ -16,7 +16,11 @@ using namespace OVTLClass;
 OV_STATUS OVGetStringLength(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, size_t* pnSize) try {
     const CFeatureAccess feature(hDevice, featureID, OV_FEATURE_TYPE_STRING, OV_HERE);
     OV_CHECK_POINTER(pnSize);
-    *pnSize = feature.Control().DoGetString(feature.Name()).size() + 1;
+    CReading<std::string> text = feature.Control().GetString(feature.Name());
+    if (const CRefusal* const refusal = text.GetRefusal()) {
+        return StatusOfRefusal(*refusal);
+    }
+    *pnSize = text.Value().size() + 1;
     return OV_STATUS_SUCCESS;
 } catch (...) {
     return CaughtStatus();
@@ -35,8 +39,12 @@ OV_STATUS OVGetString(OV_DEV_HANDLE hDevice, OV_FEATURE_ID featureID, char* pszC
                       size_t* pnSize) try {
     const CFeatureAccess feature(hDevice, featureID, OV_FEATURE_TYPE_STRING, OV_HERE);
     OV_CHECK_POINTER(pnSize);
-    const IFeatureControl& control = feature.Control();
-    const size_t size = control.DoGetString(feature.Name()).size() + 1;
+    const CFeatureControl& control = feature.Control();
+    CReading<std::string> first = control.GetString(feature.Name());
+    if (const CRefusal* const refusal = first.GetRefusal()) {
+        return StatusOfRefusal(*refusal);
+    }
+    const size_t size = first.Value().size() + 1;
     if (pszContent != nullptr) {
         if (size > *pnSize) {
             OV_RAISE(CNeedMoreBufferError, "Need more buffer to get string");

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "OvINodes.h"
+#include "TLClassFeature/Reading.h"
 #include "TLClassSupport/OvLock.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -55,6 +56,7 @@ struct CNodeRecord {
                GenApi_3_0_ORVANE::IRegister*, GenApi_3_0_ORVANE::ICommand*,
                GenApi_3_0_ORVANE::IEnumeration*, GenApi_3_0_ORVANE::IEnumEntry*>
         interfaces;
+    mutable OVTLClass::CSoundMark mark;
 };
 
 /// Handles are made when they are asked for, and end all at once when the camera is closed.

@@ -127,3 +127,7 @@ OV_STATUS CaughtStatus() noexcept {
         return Store(OV_STATUS_ERROR, "{UnKnown Exception}");
     }
 }
+
+OV_STATUS StatusOfRefusal(const CRefusal& refusal) noexcept {
+    return Store(StatusOf(refusal.Get()), refusal.Get().what());
+}

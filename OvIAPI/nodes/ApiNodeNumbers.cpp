@@ -16,10 +16,11 @@ using namespace OVTLClass;
 namespace {
 
 template <class Interface, class Value>
-void GetValue(OV_NODE_HANDLE hNode, Value* pValue, const OvPlace& place) {
+OV_STATUS GetValue(OV_NODE_HANDLE hNode, Value* pValue, const OvPlace& place) {
     const CNodeAccess<Interface> node(hNode, place);
     CheckPointer(pValue, place);
-    *pValue = OV_ENGINE_GET(node.Read());
+    return StatusOfRead(
+        OV_ENGINE_GET(node.Read(enginePlace, [pValue](Value value) { *pValue = value; })));
 }
 
 template <class Interface, class Value>
@@ -51,8 +52,7 @@ void GetValues(OV_NODE_HANDLE hNode, Value* pValues, size_t* pnNumber, const OvP
 }  // namespace
 
 OV_STATUS OvNodeGetInteger(OV_NODE_HANDLE hNode, int64_t* pnValue) try {
-    GetValue<IInteger>(hNode, pnValue, OV_HERE);
-    return OV_STATUS_SUCCESS;
+    return GetValue<IInteger>(hNode, pnValue, OV_HERE);
 } catch (...) {
     return CaughtStatus();
 }
@@ -79,8 +79,7 @@ OV_STATUS OvNodeGetIntegerValues(OV_NODE_HANDLE hNode, int64_t* pnValues, size_t
 }
 
 OV_STATUS OvNodeGetFloat(OV_NODE_HANDLE hNode, double* pdValue) try {
-    GetValue<IFloat>(hNode, pdValue, OV_HERE);
-    return OV_STATUS_SUCCESS;
+    return GetValue<IFloat>(hNode, pdValue, OV_HERE);
 } catch (...) {
     return CaughtStatus();
 }
@@ -107,8 +106,7 @@ OV_STATUS OvNodeGetFloatValues(OV_NODE_HANDLE hNode, double* pdValues, size_t* p
 }
 
 OV_STATUS OvNodeGetBoolean(OV_NODE_HANDLE hNode, bool* pbValue) try {
-    GetValue<IBoolean>(hNode, pbValue, OV_HERE);
-    return OV_STATUS_SUCCESS;
+    return GetValue<IBoolean>(hNode, pbValue, OV_HERE);
 } catch (...) {
     return CaughtStatus();
 }

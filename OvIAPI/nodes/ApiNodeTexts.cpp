@@ -58,8 +58,9 @@ std::vector<uint8_t> BytesOf(IRegister& node) {
 OV_STATUS OvNodeGetAsText(OV_NODE_HANDLE hNode, char* pszValue, size_t* pnSize) try {
     const CNodeAccess<IValue> node(hNode, OV_HERE);
     OV_CHECK_POINTER(pnSize);
-    CopyOut(OV_ENGINE_GET(ToStd(node.Ask().ToString(false, false))), pszValue, pnSize, OV_HERE);
-    return OV_STATUS_SUCCESS;
+    const OvPlace place = OV_HERE;
+    return StatusOfRead(OV_ENGINE_GET(node.ReadText(
+        enginePlace, [&](const gcstring& text) { CopyOut(text, pszValue, pnSize, place); })));
 } catch (...) {
     return CaughtStatus();
 }
@@ -81,8 +82,9 @@ OV_STATUS OvNodeSetAsText(OV_NODE_HANDLE hNode, const char* pszValue) try {
 OV_STATUS OvNodeGetString(OV_NODE_HANDLE hNode, char* pszValue, size_t* pnSize) try {
     const CNodeAccess<IString> node(hNode, OV_HERE);
     OV_CHECK_POINTER(pnSize);
-    CopyOut(OV_ENGINE_GET(ToStd(node.Read())), pszValue, pnSize, OV_HERE);
-    return OV_STATUS_SUCCESS;
+    const OvPlace place = OV_HERE;
+    return StatusOfRead(OV_ENGINE_GET(node.Read(
+        enginePlace, [&](const gcstring& text) { CopyOut(text, pszValue, pnSize, place); })));
 } catch (...) {
     return CaughtStatus();
 }

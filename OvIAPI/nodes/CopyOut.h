@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Base/GCString.h"
 #include "TLClassSupport/OvException.h"
 #include "errors/Place.h"
 
@@ -29,5 +30,9 @@ void CopyOut(const std::vector<T>& elements, T* memory, size_t* pnNumber, const 
 
 /// With the terminating zero.
 inline void CopyOut(const std::string& text, char* memory, size_t* pnSize, const OvPlace& place) {
+    CopyOut(text.c_str(), text.size() + 1, memory, pnSize, place);
+}
+inline void CopyOut(const GenICam_3_0_ORVANE::gcstring& text, char* memory, size_t* pnSize,
+                    const OvPlace& place) {
     CopyOut(text.c_str(), text.size() + 1, memory, pnSize, place);
 }

@@ -54,6 +54,11 @@ void CheckModule(OV_NODE_MODULE module, const OvPlace& place) {
     }
 }
 
+CRefusal NotImplemented(const CNodeRecord& record) {
+    return CNotImplementedError("The feature \"" + NameOf(record) + "\" is not implemented",
+                                __FILE__, __LINE__, "RequireImplemented");
+}
+
 }  // namespace
 
 const CNodeRecord& EnterNode(OV_NODE_HANDLE hNode, const OvPlace& place) {
@@ -122,8 +127,30 @@ void PollBeforeCall(const CNodeRecord& record) {
 
 void RequireImplemented(const CNodeRecord& record) {
     if (OV_ENGINE_GET(record.node.GetAccessMode()) == NI) {
-        OV_RAISE(CNotImplementedError, "The feature \"" + NameOf(record) + "\" is not implemented");
+        NotImplemented(record).Raise();
     }
+}
+
+std::optional<CRefusal> FindRefusal(const CNodeRecord& record, const ReadWords& words) {
+    const EAccessMode mode = record.node.GetAccessMode();
+    if (mode == NI) {
+        return NotImplemented(record);
+    }
+    // A fault of the node would count for more.
+    if (mode == WO || (mode == NA && record.mark.IsSet())) {
+        return NotReadable(words.place, words.notReadable);
+    }
+    return std::nullopt;
+}
+
+CRefusal RefusalOf(const CNodeRecord& record, const GenICam_3_0_ORVANE::AccessException& error,
+                   const EnginePlace& place) {
+    const EAccessMode mode = record.node.GetAccessMode();
+    if (!IsReadable(mode)) {
+        record.mark.Set();
+    }
+    // That the camera lacks the feature says more than the node's words.
+    return mode == NI ? NotImplemented(record) : NotReadable(place, error.GetDescription());
 }
 
 void RaiseOtherType(const CNodeRecord& record, const char* wanted, const OvPlace& place) {

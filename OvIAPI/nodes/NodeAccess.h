@@ -1,10 +1,15 @@
 #pragma once
 /// From a handle to a node.
 
+#include <optional>
 #include <string>
 
 #include "Base/GCException.h"
+#include "Base/Lock.h"
+#include "GenApi/INode.h"
+#include "GenApi/INodeMap.h"
 #include "OvINodes.h"
+#include "TLClassFeature/EngineCall.h"
 #include "camera/CameraNodes.h"
 #include "errors/Place.h"
 
@@ -34,6 +39,21 @@ void RequireImplemented(const CNodeRecord& record);
 /// Throws that the node has another type than the one that a function is for.
 [[noreturn]] void RaiseOtherType(const CNodeRecord& record, const char* wanted,
                                  const OvPlace& place);
+
+/// What a read is refused with.
+struct ReadWords {
+    const OVTLClass::EnginePlace& place;
+    /// The engine's, for a node that can't be read at present.
+    const char* notReadable;
+};
+
+/// Why a node can't be read, by its access mode. None if it can, or if only the node itself knows.
+std::optional<OVTLClass::CRefusal> FindRefusal(const CNodeRecord& record, const ReadWords& words);
+
+/// Why a node couldn't be read that refused that itself.
+OVTLClass::CRefusal RefusalOf(const CNodeRecord& record,
+                              const GenICam_3_0_ORVANE::AccessException& error,
+                              const OVTLClass::EnginePlace& place);
 
 /// The words for types in failures, with their articles.
 template <class Interface>
@@ -74,19 +94,44 @@ public:
         RequireImplemented(m_record);
         return *m_interface;
     }
-    /// The value. Whether the camera has the feature is only asked after a failure: that takes
-    /// as long as the read of a value that is kept.
-    auto Read() const {
+    /// Hands the value to `use`, or returns why there is none. Whether the node can be read is
+    /// asked before only where it has refused once: that takes as long as the read of a value
+    /// that is kept.
+    template <class Use>
+    std::optional<OVTLClass::CRefusal> Read(const OVTLClass::EnginePlace& place,
+                                            const Use& use) const {
         PollBeforeCall(m_record);
-        try {
-            return m_interface->GetValue(false, false);
-        } catch (const GenICam_3_0_ORVANE::AccessException&) {
-            RequireImplemented(m_record);
-            throw;
+        if (m_record.mark.IsSet()) {
+            if (auto refusal = FindRefusal(m_record, {place, "Node is not readable."})) {
+                return refusal;
+            }
         }
+        return Try(place, [&] { use(m_interface->GetValue(false, false)); });
+    }
+    /// The same for the value as text. The lock is taken once for both questions.
+    template <class Use>
+    std::optional<OVTLClass::CRefusal> ReadText(const OVTLClass::EnginePlace& place,
+                                                const Use& use) const {
+        PollBeforeCall(m_record);
+        const GenICam_3_0_ORVANE::AutoLock lock(m_record.node.GetNodeMap()->GetLock());
+        if (auto refusal = FindRefusal(m_record, {place, "Node is not readable"})) {
+            return refusal;
+        }
+        return Try(place, [&] { use(m_interface->ToString(false, false)); });
     }
 
 private:
+    template <class Read>
+    std::optional<OVTLClass::CRefusal> Try(const OVTLClass::EnginePlace& place,
+                                           const Read& read) const {
+        try {
+            read();
+        } catch (const GenICam_3_0_ORVANE::AccessException& error) {
+            return RefusalOf(m_record, error, place);
+        }
+        return std::nullopt;
+    }
+
     const CNodeRecord& m_record;
     Interface* m_interface;
 };

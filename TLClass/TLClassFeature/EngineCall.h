@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "Base/GCException.h"
+#include "TLClassFeature/Reading.h"
 #include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {
@@ -43,14 +44,18 @@ auto CallEngine(const EnginePlace& place, const Call& call) {
     }
 }
 
+/// The engine's words for a node that can't be read at present, with the place of a read.
+CRefusal NotReadable(const EnginePlace& place, const char* description = "Node is not readable.");
+
 }  // namespace OVTLClass
 
 // Each operation wraps all that it asks of the engine, the search for the node
 // included, so that the failure has its own name.
-#define OV_ENGINE_CALL(kind, call)                              \
+#define OV_ENGINE_CALL_OF(function, kind, call)                 \
     ::OVTLClass::CallEngine<::OVTLClass::EngineCallKind::kind>( \
-        {__FILE__, __LINE__, __func__},                         \
+        {__FILE__, __LINE__, function},                         \
         [&]([[maybe_unused]] const ::OVTLClass::EnginePlace& enginePlace) { return call; })
+#define OV_ENGINE_CALL(kind, call) OV_ENGINE_CALL_OF(__func__, kind, call)
 #define OV_ENGINE_GET(call) OV_ENGINE_CALL(Getter, call)
 #define OV_ENGINE_SET(call) OV_ENGINE_CALL(Setter, call)
 #define OV_ENGINE_REGISTER(call) OV_ENGINE_CALL(Registration, call)

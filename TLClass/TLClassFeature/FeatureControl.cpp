@@ -19,8 +19,10 @@ using namespace GenApi_3_0_ORVANE;  // NOLINT(google-build-using-namespace): one
 
 namespace {
 
-std::string NotImplementedText(CFeatureName name) {
-    return std::string("The feature \"") + name.Get() + "\" is not implemented";
+/// @param function  that failures name, whether it throws them or not
+CNotImplementedError NotImplemented(CFeatureName name, const char* function) {
+    return {std::string("The feature \"") + name.Get() + "\" is not implemented", __FILE__,
+            __LINE__, function};
 }
 
 // Reads don't verify: a camera may have a value beyond its own limits, and whoever reads
@@ -30,6 +32,10 @@ std::string NotImplementedText(CFeatureName name) {
 constexpr auto kValue = [](auto& node) { return node.GetValue(false, false); };
 /// Asks the camera.
 constexpr auto kValueOfCamera = [](auto& node) { return node.GetValue(false, true); };
+
+// What fails before a node is asked is told by the names of these, by whomever it's found.
+constexpr const char* kNodeFinder = "__GetGenAPINode";
+constexpr const char* kHandleFinder = "__GetNodeHandle";
 
 EAccessMode AccessModeOf(INode* node) {
     return node == nullptr ? NI : node->GetAccessMode();
@@ -70,46 +76,33 @@ INode* CFeatureControl::__FindNode(CFeatureName name) const {
 INode& CFeatureControl::__GetGenAPINode(CFeatureName name) const {
     INode* const node = __FindNode(name);
     if (node == nullptr) {
-        OV_RAISE(CNotImplementedError, NotImplementedText(name));
+        throw NotImplemented(name, __func__);
     }
     return *node;
 }
 
-/// What can only be written is refused to readers here, in the engine's words. The exception of
-/// the engine would have to be thrown a second time, as one of the transport model, and to throw
-/// takes longer than all the rest.
 template <class T>
-T& CFeatureControl::__GetNodeHandle(CFeatureName name, const EnginePlace* reader) const {
+T& CFeatureControl::__GetNodeHandle(CFeatureName name) const {
     INode& node = __GetGenAPINode(name);
-    const EAccessMode mode = node.GetAccessMode();
     // Before the type: a description may have a feature of any type that this camera lacks.
-    if (mode == NI) {
-        OV_RAISE(CNotImplementedError, NotImplementedText(name));
+    if (node.GetAccessMode() == NI) {
+        throw NotImplemented(name, __func__);
     }
     const CKnownNode* const known = m_known.Find(name);
     T* const handle = known == nullptr ? dynamic_cast<T*>(&node) : known->As<T>();
     if (handle == nullptr) {
         OV_RAISE(CUnexpectedError, "Dynamic_cast failed");
     }
-    if (reader != nullptr && mode == WO) {
-        throw CInvalidAccessError("Node is not readable.", reader->file, reader->line,
-                                  reader->function);
-    }
     return *handle;
 }
 
 /// The lock is taken once: the node would take it for its access mode, and again for its value.
-/// Whoever is refused is told so without it. Inlined, because an exception takes longer with each
-/// function that it has to leave.
 template <class T, class Read>
 [[gnu::always_inline]] inline auto CFeatureControl::__Read(CFeatureName name,
                                                            const EnginePlace& place,
-                                                           const Read& read) const {
+                                                           const Read& read) const
+    -> CReading<decltype(read(std::declval<T&>()))> {
     const CKnownNode* const known = m_known.Find(name);
-    if (known == nullptr) {
-        // From here, the exception for a feature that the camera lacks has the shortest way.
-        static_cast<void>(__GetGenAPINode(name));
-    }
     T* const handle = known == nullptr ? nullptr : known->As<T>();
     if (handle != nullptr) {
         const AutoLock lock(m_nodeMap->GetMap()->GetLock());
@@ -117,7 +110,52 @@ template <class T, class Read>
             return read(*handle);
         }
     }
-    return read(__GetNodeHandle<T>(name, &place));
+    return __ReadDespite<T>(name, place, read);
+}
+
+/// For what isn't known yet or can't be read. Out of the way of all other reads.
+template <class T, class Read>
+[[gnu::noinline]] auto CFeatureControl::__ReadDespite(CFeatureName name, const EnginePlace& place,
+                                                      const Read& read) const
+    -> CReading<decltype(read(std::declval<T&>()))> {
+    INode* const node = __FindNode(name);
+    if (node == nullptr) {
+        return CRefusal(NotImplemented(name, kNodeFinder));
+    }
+    const CKnownNode* const known = m_known.Find(name);
+    T* const handle = known == nullptr ? dynamic_cast<T*>(node) : known->As<T>();
+    const AutoLock lock(m_nodeMap->GetMap()->GetLock());
+    const EAccessMode mode = node->GetAccessMode();
+    if (auto refusal = __FindRefusal(name, mode, handle != nullptr, place)) {
+        return *std::move(refusal);
+    }
+    try {
+        return read(*handle);
+    } catch (const GenICam_3_0_ORVANE::AccessException& error) {
+        if (known != nullptr && !IsReadable(mode)) {
+            known->Mark().Set();
+        }
+        return NotReadable(place, error.GetDescription());
+    }
+}
+
+/// Refuses what can only be written, and what has refused before, in the engine's words.
+/// @return none if the node itself has to say why it can't be read
+std::optional<CRefusal> CFeatureControl::__FindRefusal(CFeatureName name, EAccessMode mode,
+                                                       bool hasType,
+                                                       const EnginePlace& place) const {
+    if (mode == NI) {
+        return CRefusal(NotImplemented(name, kHandleFinder));
+    }
+    if (!hasType) {
+        throw CUnexpectedError("Dynamic_cast failed", __FILE__, __LINE__, kHandleFinder);
+    }
+    const CKnownNode* const known = m_known.Find(name);
+    const bool isSound = known != nullptr && known->Mark().IsSet();
+    if (mode == WO || (mode == NA && isSound)) {
+        return NotReadable(place);
+    }
+    return std::nullopt;
 }
 
 std::string CFeatureControl::DoGetFeatureDisplayName(CFeatureName name) const {
@@ -144,12 +182,16 @@ FEATURE_INT_RANGE CFeatureControl::DoGetIntRange(CFeatureName name) const {
     return OV_ENGINE_GET(RangeOf(__GetNodeHandle<IInteger>(name)));
 }
 
+CReading<int64_t> CFeatureControl::GetInt(CFeatureName name) const {
+    return OV_ENGINE_CALL_OF("DoGetInt", Getter, __Read<IInteger>(name, enginePlace, kValue));
+}
+
 int64_t CFeatureControl::DoGetInt(CFeatureName name) const {
-    return OV_ENGINE_GET(__Read<IInteger>(name, enginePlace, kValue));
+    return GetInt(name).Value();
 }
 
 int64_t CFeatureControl::DoReadInt(CFeatureName name) const {
-    return OV_ENGINE_GET(__Read<IInteger>(name, enginePlace, kValueOfCamera));
+    return OV_ENGINE_GET(__Read<IInteger>(name, enginePlace, kValueOfCamera)).Value();
 }
 
 void CFeatureControl::DoSetInt(CFeatureName name, int64_t value) const {
@@ -160,8 +202,12 @@ FEATURE_FLOAT_RANGE CFeatureControl::DoGetFloatRange(CFeatureName name) const {
     return OV_ENGINE_GET(RangeOf(__GetNodeHandle<IFloat>(name)));
 }
 
+CReading<double> CFeatureControl::GetFloat(CFeatureName name) const {
+    return OV_ENGINE_CALL_OF("DoGetFloat", Getter, __Read<IFloat>(name, enginePlace, kValue));
+}
+
 double CFeatureControl::DoGetFloat(CFeatureName name) const {
-    return OV_ENGINE_GET(__Read<IFloat>(name, enginePlace, kValue));
+    return GetFloat(name).Value();
 }
 
 void CFeatureControl::DoSetFloat(CFeatureName name, double value) const {
@@ -183,9 +229,15 @@ void CFeatureControl::DoGetEnumDescription(
     }
 }
 
+CReading<int64_t> CFeatureControl::GetEnum(CFeatureName name) const {
+    return OV_ENGINE_CALL_OF("DoGetEnum", Getter,
+                             __Read<IEnumeration>(name, enginePlace, [](IEnumeration& node) {
+                                 return node.GetIntValue(false, false);
+                             }));
+}
+
 int64_t CFeatureControl::DoGetEnum(CFeatureName name) const {
-    return OV_ENGINE_GET(__Read<IEnumeration>(
-        name, enginePlace, [](IEnumeration& node) { return node.GetIntValue(false, false); }));
+    return GetEnum(name).Value();
 }
 
 void CFeatureControl::DoSetEnum(CFeatureName name, int64_t value) const {
@@ -203,8 +255,12 @@ int64_t CFeatureControl::DoGetEnumEntryValue(CFeatureName name, const std::strin
     return OV_ENGINE_GET(found->GetValue());
 }
 
+CReading<bool> CFeatureControl::GetBool(CFeatureName name) const {
+    return OV_ENGINE_CALL_OF("DoGetBool", Getter, __Read<IBoolean>(name, enginePlace, kValue));
+}
+
 bool CFeatureControl::DoGetBool(CFeatureName name) const {
-    return OV_ENGINE_GET(__Read<IBoolean>(name, enginePlace, kValue));
+    return GetBool(name).Value();
 }
 
 void CFeatureControl::DoSetBool(CFeatureName name, bool value) const {
@@ -215,12 +271,19 @@ int64_t CFeatureControl::DoGetMaxStringLength(CFeatureName name) const {
     return OV_ENGINE_GET(__GetNodeHandle<IString>(name).GetMaxLength());
 }
 
+CReading<std::string> CFeatureControl::GetString(CFeatureName name) const {
+    return OV_ENGINE_CALL_OF("DoGetString", Getter,
+                             __Read<IString>(name, enginePlace, [](IString& node) {
+                                 return ToStd(node.GetValue(false, false));
+                             }));
+}
+
 std::string CFeatureControl::DoGetString(CFeatureName name) const {
-    return ToStd(OV_ENGINE_GET(__Read<IString>(name, enginePlace, kValue)));
+    return std::move(GetString(name).Value());
 }
 
 std::string CFeatureControl::DoReadString(CFeatureName name) const {
-    return ToStd(OV_ENGINE_GET(__Read<IString>(name, enginePlace, kValueOfCamera)));
+    return ToStd(OV_ENGINE_GET(__Read<IString>(name, enginePlace, kValueOfCamera)).Value());
 }
 
 void CFeatureControl::DoSetString(CFeatureName name, const std::string& value) const {
@@ -242,7 +305,8 @@ void CFeatureControl::DoGetBuffer(CFeatureName name, size_t size, uint8_t* buffe
     }
     OV_ENGINE_GET(__Read<IRegister>(name, enginePlace, [&](IRegister& node) {
         node.Get(buffer, static_cast<int64_t>(length));
-    }));
+        return length;
+    })).Value();
 }
 
 void CFeatureControl::DoSetBuffer(CFeatureName name, size_t size, const uint8_t* buffer) const {

@@ -2,12 +2,15 @@
 
 #include <list>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "GenApi/NodeMapRef.h"
 #include "TLClassFeature/IFeatureControl.h"
 #include "TLClassFeature/KnownNodes.h"
+#include "TLClassFeature/Reading.h"
 #include "TLClassSupport/OvLock.h"
 
 namespace OVTLClass {
@@ -28,6 +31,13 @@ public:
     bool DoIsReadable(CFeatureName name) const override;
     bool DoIsWritable(CFeatureName name) const override;
     FEATURE_INT_RANGE DoGetIntRange(CFeatureName name) const override;
+    // As those below, whose name failures give, for callers to whom a refusal is an answer.
+    CReading<int64_t> GetInt(CFeatureName name) const;
+    CReading<double> GetFloat(CFeatureName name) const;
+    CReading<int64_t> GetEnum(CFeatureName name) const;
+    CReading<bool> GetBool(CFeatureName name) const;
+    CReading<std::string> GetString(CFeatureName name) const;
+
     int64_t DoGetInt(CFeatureName name) const override;
     int64_t DoReadInt(CFeatureName name) const override;
     void DoSetInt(CFeatureName name, int64_t value) const override;
@@ -66,12 +76,17 @@ public:
 private:
     GenApi_3_0_ORVANE::INode* __FindNode(CFeatureName name) const;
     GenApi_3_0_ORVANE::INode& __GetGenAPINode(CFeatureName name) const;
-    /// @param reader  of the call that reads the value; null for any other call
     template <class T>
-    T& __GetNodeHandle(CFeatureName name, const EnginePlace* reader = nullptr) const;
+    T& __GetNodeHandle(CFeatureName name) const;
     /// Calls `read` with the node, for its value.
     template <class T, class Read>
-    auto __Read(CFeatureName name, const EnginePlace& place, const Read& read) const;
+    auto __Read(CFeatureName name, const EnginePlace& place, const Read& read) const
+        -> CReading<decltype(read(std::declval<T&>()))>;
+    template <class T, class Read>
+    auto __ReadDespite(CFeatureName name, const EnginePlace& place, const Read& read) const
+        -> CReading<decltype(read(std::declval<T&>()))>;
+    std::optional<CRefusal> __FindRefusal(CFeatureName name, GenApi_3_0_ORVANE::EAccessMode mode,
+                                          bool hasType, const EnginePlace& place) const;
     using HandleList = std::list<std::unique_ptr<CFeatureCallbackHandle>>;
 
     void __Keep(HandleList& handles);

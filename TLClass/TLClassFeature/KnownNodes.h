@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "TLClassFeature/FeatureName.h"
+#include "TLClassFeature/Reading.h"
 #include "TLClassSupport/OvLock.h"
 
 namespace GenApi_3_0_ORVANE {
@@ -33,6 +34,8 @@ public:
     Interface* As() const {
         return std::get<Interface*>(m_interfaces);
     }
+    /// Of the reads by this node's identifier.
+    CSoundMark& Mark() const { return m_mark; }
 
 private:
     GenApi_3_0_ORVANE::INode& m_node;
@@ -41,6 +44,7 @@ private:
                GenApi_3_0_ORVANE::IRegister*, GenApi_3_0_ORVANE::IBoolean*,
                GenApi_3_0_ORVANE::ICommand*>
         m_interfaces;
+    mutable CSoundMark m_mark;
 };
 
 /// Finding takes no lock, because threads that read features of one camera would wait for it.
