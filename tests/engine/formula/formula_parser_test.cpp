@@ -45,6 +45,18 @@ void ExpectOrderOfAllPairs() {
     }
 }
 
+/// Each value may be a number or the result of an operator before it.
+template <class Parser>
+void ExpectTheSameFromAnywhere(const std::string& op, const std::string& left,
+                               const std::string& right) {
+    const auto plain = OutcomeOf<Parser>(left + op + right);
+    for (const std::string& formula :
+         {"(" + left + "+0)" + op + right, left + op + "(" + right + "+0)",
+          "(" + left + "+0)" + op + "(" + right + "+0)"}) {
+        EXPECT_TRUE(IsSame(plain, OutcomeOf<Parser>(formula))) << formula;
+    }
+}
+
 std::string Repeat(const std::string& text, size_t count) {
     std::string repeated;
     repeated.reserve(text.size() * count);
@@ -59,6 +71,17 @@ std::string Repeat(const std::string& text, size_t count) {
 TEST(FormulaOrder, FollowsThePrioritiesOfAllPairsOfOperators) {
     ExpectOrderOfAllPairs<MathParser>();
     ExpectOrderOfAllPairs<Int64MathParser>();
+}
+
+TEST(FormulaOperators, TakeTheirValuesFromAnywhere) {
+    for (const Binary& op : kBinaries) {
+        for (const char* const left : {"7", "2", "0", "3000000000", "5000000000"}) {
+            for (const char* const right : {"7", "2", "0", "4294967295", "4294967296"}) {
+                ExpectTheSameFromAnywhere<MathParser>(op.text, left, right);
+                ExpectTheSameFromAnywhere<Int64MathParser>(op.text, left, right);
+            }
+        }
+    }
 }
 
 TEST(FormulaOrder, PutsConditionsBelowAllOtherOperators) {

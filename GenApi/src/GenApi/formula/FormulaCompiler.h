@@ -284,6 +284,7 @@ private:
         Instruction& instruction = code == Code::Operator ? Emit(code) : m_Parser.m_Program.back();
         instruction.code = code;
         instruction.detail = static_cast<uint8_t>(op);
+        instruction.step = StepOf(code, op);
         PopValues(1);
     }
 
@@ -319,6 +320,7 @@ private:
     Instruction& Emit(Code code) {
         Instruction instruction{};
         instruction.code = code;
+        instruction.step = StepOf(code);
         m_Parser.m_Program.push_back(instruction);
         return m_Parser.m_Program.back();
     }

@@ -48,57 +48,60 @@ inline const char* DoubleFormulaTraits::Divide(double left, double right, double
     return nullptr;
 }
 
-/// Applies an operator between two values. What formulas use most is here, so that it takes no
-/// call. A truth is 1, for use in further calculations.
-template <class Traits, class Value = typename Traits::Value>
-[[gnu::always_inline]] inline const char* ApplyOperator(FormulaOp op, Value left, Value right,
-                                                        Value& result) {
-    bool truth = false;
-    switch (op) {
-        case FormulaOp::Add:
-            result = Traits::Add(left, right);
-            return nullptr;
-        case FormulaOp::Subtract:
-            result = Traits::Subtract(left, right);
-            return nullptr;
-        case FormulaOp::Multiply:
-            result = Traits::Multiply(left, right);
-            return nullptr;
-        case FormulaOp::Divide:
-            return Traits::Divide(left, right, result);
-        case FormulaOp::NotEqual:
-            truth = left != right;
-            break;
-        case FormulaOp::GreaterEqual:
-            truth = left >= right;
-            break;
-        case FormulaOp::LessEqual:
-            truth = left <= right;
-            break;
-        case FormulaOp::LogicalAnd:
-            truth = left != 0 && right != 0;
-            break;
-        case FormulaOp::LogicalOr:
-            truth = left != 0 || right != 0;
-            break;
-        case FormulaOp::Equal:
-            truth = left == right;
-            break;
-        case FormulaOp::Greater:
-            truth = left > right;
-            break;
-        case FormulaOp::Less:
-            truth = left < right;
-            break;
-        default: {
-            // Memory of its own, so that the caller's result can be in a register.
-            Value computed{};
-            const char* const error = Traits::Apply(op, left, right, computed);
-            result = computed;
-            return error;
-        }
+/// The lowest number divided by -1 has no result in 64 bits; processors stop the program there.
+inline const char* Int64FormulaTraits::Divide(int64_t left, int64_t right, int64_t& result) {
+    constexpr unsigned kShortBits = 32;
+    if (right == 0) {
+        return kInfinity;
     }
-    result = truth ? Value(1) : Value(0);
+    const auto bits = static_cast<uint64_t>(left) | static_cast<uint64_t>(right);
+    if (bits >> kShortBits == 0) {
+        // Most numbers are short, and many processors divide those several times as fast.
+        result = static_cast<uint32_t>(left) / static_cast<uint32_t>(right);
+    } else {
+        result = right == -1 ? Subtract(0, left) : left / right;
+    }
+    return nullptr;
+}
+
+/// Whether two values are as an operator asks.
+template <FormulaOp Op, class Value>
+bool IsTrue(Value left, Value right) {
+    if constexpr (Op == FormulaOp::Equal) {
+        return left == right;
+    } else if constexpr (Op == FormulaOp::NotEqual) {
+        return left != right;
+    } else if constexpr (Op == FormulaOp::Greater) {
+        return left > right;
+    } else if constexpr (Op == FormulaOp::GreaterEqual) {
+        return left >= right;
+    } else if constexpr (Op == FormulaOp::Less) {
+        return left < right;
+    } else if constexpr (Op == FormulaOp::LessEqual) {
+        return left <= right;
+    } else if constexpr (Op == FormulaOp::LogicalAnd) {
+        return left != 0 && right != 0;
+    } else {
+        static_assert(Op == FormulaOp::LogicalOr);
+        return left != 0 || right != 0;
+    }
+}
+
+/// Applies an operator that formulas use so much that it shall take no call. A truth is 1, for use
+/// in further calculations.
+template <class Traits, FormulaOp Op, class Value = typename Traits::Value>
+[[gnu::always_inline]] inline const char* ApplyOperator(Value left, Value right, Value& result) {
+    if constexpr (Op == FormulaOp::Add) {
+        result = Traits::Add(left, right);
+    } else if constexpr (Op == FormulaOp::Subtract) {
+        result = Traits::Subtract(left, right);
+    } else if constexpr (Op == FormulaOp::Multiply) {
+        result = Traits::Multiply(left, right);
+    } else if constexpr (Op == FormulaOp::Divide) {
+        return Traits::Divide(left, right, result);
+    } else {
+        result = IsTrue<Op>(left, right) ? Value(1) : Value(0);
+    }
     return nullptr;
 }
 

@@ -45,15 +45,6 @@ size_t Int64FormulaTraits::ParseNumber(std::string_view text, int64_t& number) {
     return static_cast<size_t>(end - text.data());
 }
 
-/// The lowest number divided by -1 has no result in 64 bits; processors stop the program there.
-const char* Int64FormulaTraits::Divide(int64_t left, int64_t right, int64_t& result) {
-    if (right == 0) {
-        return kInfinity;
-    }
-    result = right == -1 ? Subtract(0, left) : left / right;
-    return nullptr;
-}
-
 /// Unsigned throughout, so that an overflow wraps rather than being undefined.
 const char* Int64FormulaTraits::Apply(FormulaOp op, int64_t left, int64_t right, int64_t& result) {
     constexpr uint64_t kShiftMask = 63;

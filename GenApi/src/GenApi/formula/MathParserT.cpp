@@ -23,6 +23,36 @@ const char* MathParserT<Traits>::Compile(std::string_view formula, bool upperCas
     return error;
 }
 
+/// Operators that take a call anyway: for these it counts for little to find out their form.
+template <class Traits>
+const char* MathParserT<Traits>::ApplyCalled(const Instruction& instruction, const Value* slots,
+                                             Value*& end, Value& value) {
+    const auto op = static_cast<FormulaOp>(instruction.detail);
+    switch (instruction.code) {
+        case Code::Operator:
+            return Traits::Apply(op, *--end, value, value);
+        case Code::OperatorSlot:
+            return Traits::Apply(op, value, slots[instruction.slot], value);
+        default:
+            *end++ = value;
+            return Traits::Apply(op, slots[instruction.left], slots[instruction.slot], value);
+    }
+}
+
+// The three forms of an operator that takes no call.
+#define OV_FORMULA_OPERATOR(op)                                                                 \
+    case StepOf(Code::Operator, op):                                                            \
+        error = ApplyOperator<Traits, op>(*--end, value, value);                                \
+        break;                                                                                  \
+    case StepOf(Code::OperatorSlot, op):                                                        \
+        error = ApplyOperator<Traits, op>(value, slots[instruction.slot], value);               \
+        break;                                                                                  \
+    case StepOf(Code::OperatorSlots, op):                                                       \
+        *end++ = value;                                                                         \
+        error =                                                                                 \
+            ApplyOperator<Traits, op>(slots[instruction.left], slots[instruction.slot], value); \
+        break
+
 template <class Traits>
 const char* MathParserT<Traits>::Evaluate(Value& result) {
     if (!m_IsCompiled) {
@@ -34,44 +64,53 @@ const char* MathParserT<Traits>::Evaluate(Value& result) {
     Value* end = m_Stack.data();
     for (const Instruction& instruction : m_Program) {
         const char* error = nullptr;
-        const auto op = static_cast<FormulaOp>(instruction.detail);
-        switch (instruction.code) {
-            case Code::Load:
+        switch (instruction.step) {
+            case StepOf(Code::Load):
                 *end++ = value;
                 value = slots[instruction.slot];
                 break;
-            case Code::Operator:
-                error = ApplyOperator<Traits>(op, *--end, value, value);
-                break;
-            case Code::OperatorSlot:
-                error = ApplyOperator<Traits>(op, value, slots[instruction.slot], value);
-                break;
-            case Code::OperatorSlots:
-                *end++ = value;
-                error = ApplyOperator<Traits>(op, slots[instruction.left], slots[instruction.slot],
-                                              value);
-                break;
-            case Code::Complement: {
+                OV_FORMULA_OPERATOR(FormulaOp::Add);
+                OV_FORMULA_OPERATOR(FormulaOp::Subtract);
+                OV_FORMULA_OPERATOR(FormulaOp::Multiply);
+                OV_FORMULA_OPERATOR(FormulaOp::Divide);
+                OV_FORMULA_OPERATOR(FormulaOp::Equal);
+                OV_FORMULA_OPERATOR(FormulaOp::NotEqual);
+                OV_FORMULA_OPERATOR(FormulaOp::Greater);
+                OV_FORMULA_OPERATOR(FormulaOp::GreaterEqual);
+                OV_FORMULA_OPERATOR(FormulaOp::Less);
+                OV_FORMULA_OPERATOR(FormulaOp::LessEqual);
+                OV_FORMULA_OPERATOR(FormulaOp::LogicalAnd);
+                OV_FORMULA_OPERATOR(FormulaOp::LogicalOr);
+            case StepOf(Code::Complement): {
                 Value complement{};
                 error = Traits::Complement(value, complement);
                 value = complement;
                 break;
             }
-            case Code::Function:
+            case StepOf(Code::Function):
                 value = Traits::Call(static_cast<FormulaFunction>(instruction.detail), value);
                 break;
-            case Code::RoundAt:
+            case StepOf(Code::RoundAt):
                 if constexpr (Traits::HasFunctions) {
                     value = RoundAt(*--end, value);
                 }
                 break;
-            case Code::Select:
+            case StepOf(Code::Select):
                 end -= 2;
                 value = end[0] != 0 ? end[1] : value;
                 break;
-            case Code::Fail:
+            case StepOf(Code::Fail):
                 error = instruction.text;
                 break;
+            default: {
+                // Memory of their own, so that both can be in registers.
+                Value operand = value;
+                Value* top = end;
+                error = ApplyCalled(instruction, slots, top, operand);
+                value = operand;
+                end = top;
+                break;
+            }
         }
         if (error != nullptr) {
             return error;
@@ -80,6 +119,8 @@ const char* MathParserT<Traits>::Evaluate(Value& result) {
     result = value;
     return nullptr;
 }
+
+#undef OV_FORMULA_OPERATOR
 
 template class MathParserT<DoubleFormulaTraits>;
 template class MathParserT<Int64FormulaTraits>;

@@ -111,6 +111,7 @@ private:
     struct Instruction {
         Code code;
         uint8_t detail;  ///< which operator or function
+        uint8_t step;    ///< both in one number, so that an evaluation branches once for each
         uint32_t left;   ///< the slot of the left value, if it comes from one
         union {
             size_t slot;
@@ -118,6 +119,18 @@ private:
         };
     };
     class Compiler;
+
+    // Codes come first, then the operators in each of their three forms.
+    static constexpr uint8_t StepOf(Code code) { return static_cast<uint8_t>(code); }
+    static constexpr uint8_t StepOf(Code form, FormulaOp op) {
+        constexpr int kCodes = static_cast<int>(Code::Fail) + 1;
+        constexpr int kOperators = static_cast<int>(FormulaOp::Semicolon) + 1;
+        const int place = static_cast<int>(form) - static_cast<int>(Code::Operator);
+        return static_cast<uint8_t>(kCodes + place * kOperators + static_cast<int>(op));
+    }
+    /// Takes the values of an operator from where its form says, and applies it.
+    static const char* ApplyCalled(const Instruction& instruction, const Value* slots, Value*& end,
+                                   Value& value);
 
     /// Room that most formulas don't exceed, for instructions and for values.
     static constexpr size_t kReserved = 64;
