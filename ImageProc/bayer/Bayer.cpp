@@ -74,11 +74,13 @@ void Interpolate(const Image<Sample, Width>& image, QyInterpolationMethod method
         CopyMono(image);
         return;
     }
+    const bool isAdaptive = method == QY_RAW2RGB_ADAPTIVE;
     if (static_cast<uint32_t>(filter) <= QY_BAYER_BG) {
         InterpolateMosaic(image, method, QyBayer::LayoutOf(filter));
-    }
-    if (method == QY_RAW2RGB_ADAPTIVE) {
+    } else if (isAdaptive) {
         QyBayer::CopyBorder(image);
+    }
+    if (isAdaptive) {
         for (size_t y = 0; y < image.height; ++y) {
             image.Finish(image.Out(y));
         }

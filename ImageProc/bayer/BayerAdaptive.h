@@ -171,10 +171,9 @@ void CopyBorderLines(size_t count, const Copy& copy) {
     }
 }
 
-/// Copies the border of the image from the lines next to it: rows first, in the order of
-/// the destination.
+/// Copies the rows of the border, in the order of the destination.
 template <class Sample, int Width>
-void CopyBorder(const Image<Sample, Width>& image) {
+void CopyBorderRows(const Image<Sample, Width>& image) {
     const size_t rowBytes = image.width * Width * sizeof(Sample);
     const auto row = [&image](size_t y) { return image.dst + y * image.stride; };
     CopyBorderLines(image.height, [&](size_t to, size_t from) {
@@ -182,8 +181,14 @@ void CopyBorder(const Image<Sample, Width>& image) {
             std::memcpy(row(to), row(from), rowBytes);
         }
     });
+}
+
+/// Copies the border of the image from the lines next to it, rows first.
+template <class Sample, int Width>
+void CopyBorder(const Image<Sample, Width>& image) {
+    CopyBorderRows(image);
     for (size_t y = 0; y < image.height; ++y) {
-        Sample* const pixels = row(y);
+        Sample* const pixels = image.dst + y * image.stride;
         CopyBorderLines(image.width, [pixels](size_t to, size_t from) {
             std::copy_n(pixels + from * Width, Width, pixels + to * Width);
         });

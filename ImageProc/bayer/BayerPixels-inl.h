@@ -10,6 +10,7 @@
 
 #include <hwy/highway.h>
 
+#include <algorithm>
 #include <type_traits>
 
 #include "bayer/BayerCell.h"
@@ -22,6 +23,9 @@ namespace QyBayer {
 namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
+
+/// For a lambda that is called for each vector: what it loads before its work is then loaded once.
+#define QY_ALWAYS_INLINE HWY_ATTR __attribute__((always_inline))
 
 /// The type of a vector's lane that holds a sample.
 template <class Sample>
@@ -46,16 +50,21 @@ QyWriting::WayOfWriting WayOf(const Image<Sample, Width>& image) {
     return {image.onRow == nullptr ? bytes : 0, image.machine};
 }
 
+/// Stores pixels whose samples come in the order of the destination.
 template <class D, class Sample, int Width, class V = hn::Vec<D>>
-HWY_INLINE void PutPixels(D d, const Image<Sample, Width>& image, Sample* pixels, V r, V g, V b) {
+HWY_INLINE void PutOrdered(D d, const Image<Sample, Width>& image, Sample* pixels, V first, V g,
+                           V third) {
     auto* const lanes = static_cast<hn::TFromD<D>*>(static_cast<void*>(pixels));
-    const V first = image.red == 0 ? r : b;
-    const V third = image.red == 0 ? b : r;
     if constexpr (Width == 4) {
         hn::StoreInterleaved4(first, g, third, hn::Set(d, image.alpha), d, lanes);
     } else {
         QyBlocks::HWY_NAMESPACE::FastStoreInterleaved3(first, g, third, d, lanes);
     }
+}
+
+template <class D, class Sample, int Width, class V = hn::Vec<D>>
+HWY_INLINE void PutPixels(D d, const Image<Sample, Width>& image, Sample* pixels, V r, V g, V b) {
+    image.red == 0 ? PutOrdered(d, image, pixels, r, g, b) : PutOrdered(d, image, pixels, b, g, r);
 }
 
 /// Stores the pixels of a row at their places in memory.
@@ -77,9 +86,13 @@ private:
 template <class Sample, int Width>
 class StreamedRow {
 public:
-    /// @param begin  the first column
-    HWY_INLINE StreamedRow(Sample* out, size_t begin)
-        : m_out(static_cast<uint8_t*>(static_cast<void*>(out))), m_first(begin), m_next(begin) {}
+    /// @param begin   the first column
+    /// @param before  how many pixels are put before it, together with the first ones
+    HWY_INLINE StreamedRow(Sample* out, size_t begin, size_t before)
+        : m_out(static_cast<uint8_t*>(static_cast<void*>(out))),
+          m_first(begin),
+          m_next(begin),
+          m_left(before * kPixelBytes) {}
 
     HWY_INLINE Sample* At(size_t x, size_t count) {
         if (x >= m_first + kPixels) {
@@ -124,15 +137,15 @@ private:
     size_t m_first;
     size_t m_next;
     /// Bytes before the first pixel that aren't written yet.
-    size_t m_left = 0;
+    size_t m_left;
 };
 
 /// Calls `run` with a row whose pixels from column `begin` on are written past the caches or
-/// through them.
+/// through them. Up to two pixels before are put together with the first ones.
 template <class Sample, int Width, class Run>
-HWY_INLINE void WithRow(bool isPast, Sample* out, size_t begin, const Run& run) {
+HWY_INLINE void WithRow(bool isPast, Sample* out, size_t begin, size_t before, const Run& run) {
     if (isPast) {
-        StreamedRow<Sample, Width> row(out, begin);
+        StreamedRow<Sample, Width> row(out, begin, before);
         run(row);
         row.Finish();
     } else {
@@ -150,6 +163,28 @@ HWY_INLINE void CoverByVectors(size_t begin, size_t end, size_t lanes, const At&
     }
     at(end - lanes);
 }
+
+/// The same from 0 on and in parts, so that several loops take turns.
+template <class At>
+class Cover {
+public:
+    HWY_INLINE Cover(size_t end, size_t lanes, const At& at)
+        : m_end(end), m_lanes(lanes), m_at(at) {}
+
+    /// Calls `at` for the vectors before a place. The last one begins before its own place.
+    HWY_INLINE void UpTo(size_t place) {
+        const size_t end = std::min(place, m_end);
+        for (; m_next < end; m_next += m_lanes) {
+            m_at(std::min(m_next, m_end - m_lanes));
+        }
+    }
+
+private:
+    size_t m_next = 0;
+    size_t m_end;
+    size_t m_lanes;
+    At m_at;
+};
 
 }  // namespace HWY_NAMESPACE
 }  // namespace QyBayer

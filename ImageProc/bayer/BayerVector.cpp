@@ -70,7 +70,7 @@ HWY_INLINE size_t PutVectors(const Image<Sample, Width>& image, bool isPast, Sam
                              size_t begin, const At& at) {
     const size_t lanes = hn::Lanes(hn::ScalableTag<LaneOf<Sample>>());
     size_t x = begin;
-    WithRow<Sample, Width>(isPast, out, begin, [&](auto& pixels) HWY_ATTR {
+    WithRow<Sample, Width>(isPast, out, begin, 0, [&](auto& pixels) HWY_ATTR {
         x = ForEachVector(begin, image.width - 1, lanes,
                           [&](size_t column) HWY_ATTR { at(pixels, column); });
     });

@@ -13,8 +13,7 @@ void InterpolateFast(const Image<uint8_t, 3>& image, Neighbours neighbours, Layo
 void InterpolateFast(const Image<uint8_t, 4>& image, Neighbours neighbours, Layout layout);
 void InterpolateFast(const Image<Word, 3>& image, Neighbours neighbours, Layout layout);
 
-/// Interpolates along edges, without the border. Doesn't call onRow, since the border
-/// still changes the rows.
+/// Interpolates along edges. Doesn't call onRow, since the border is copied last.
 void InterpolateAdaptive(const Image<uint8_t, 3>& image, Layout layout);
 void InterpolateAdaptive(const Image<uint8_t, 4>& image, Layout layout);
 void InterpolateAdaptive(const Image<Word, 3>& image, Layout layout);
