@@ -7,6 +7,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "filter/NoiseVector.cpp"
+#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -78,9 +79,9 @@ HWY_INLINE void Keep(const BytePixels& pixels, const KeptRow& kept, size_t x) {
 /// A neighbour takes three steps: its distance from the upper end of the range, one comparison
 /// for both ends, since what is above the range wraps, and one addition. Sums are of distances
 /// with 1 in the lowest four bits, which so count the neighbours; that many distances between
-/// the upper end and the middle, less the sum, are the differences. Lanes have signs, so
-/// half of their range is added for an unsigned comparison; as often as its top bit is summed,
-/// it is also in what the sum is taken from.
+/// the upper end and the middle, less the sum, are the differences. Where only lanes with signs
+/// can be compared, half of their range is added to each distance; as often as its top bit is
+/// summed, it is also in what the sum is taken from.
 class Differences {
 public:
     HWY_INLINE Differences(const KeptChannel& centre, size_t x)
@@ -88,12 +89,12 @@ public:
 
     HWY_INLINE void Add(const int16_t* neighbours) {
         const Vector distance = hn::Sub(m_top, hn::LoadU(Shorts(), neighbours));
-        const auto isNear = hn::Lt(distance, m_limit);
 #if HWY_TARGET <= HWY_AVX3
-        // One instruction there; elsewhere a selection takes longer than a zero.
-        m_sum = hn::IfThenElse(isNear, hn::Add(m_sum, distance), m_sum);
+        const Unsigned d;
+        const auto isNear = hn::Lt(hn::BitCast(d, distance), hn::BitCast(d, m_limit));
+        m_sum = AddWhere(hn::RebindMask(Shorts(), isNear), m_sum, distance);
 #else
-        m_sum = hn::Add(m_sum, hn::IfThenElseZero(isNear, distance));
+        m_sum = hn::Add(m_sum, hn::IfThenElseZero(hn::Lt(distance, m_limit), distance));
 #endif
     }
 
@@ -105,20 +106,35 @@ public:
         const Vector count = hn::And(m_sum, hn::Set(d, 15));
         const Vector sum = hn::Sub(hn::Mul(count, m_step), m_sum);
         const Vector part = hn::MulHigh(sum, hn::Set(d, Inverse));
-        const Vector rounding = hn::And(hn::BroadcastSignBit(sum), hn::Set(d, 16));
-        return hn::ShiftRight<4>(hn::Add(hn::Add(m_centre, part), rounding));
+        const Vector moved = hn::Add(m_centre, part);
+        const Vector one = hn::Set(d, 16);
+#if HWY_TARGET <= HWY_AVX3
+        return hn::ShiftRight<4>(AddWhere(hn::MaskFromVec(sum), moved, one));
+#else
+        return hn::ShiftRight<4>(hn::Add(moved, hn::And(hn::BroadcastSignBit(sum), one)));
+#endif
     }
 
 private:
+    using Unsigned = hn::RebindToUnsigned<Shorts>;
+
     static constexpr int16_t kOne = 1;
-    static constexpr int16_t kHalfRange = -32768;
+    static constexpr int16_t kHalfRange = HWY_TARGET <= HWY_AVX3 ? 0 : -32768;
 
     HWY_INLINE Differences(Vector centre, Vector reach)
         : m_centre(centre),
           m_step(hn::Or(reach, hn::Set(Shorts(), kOne | kHalfRange))),
           m_top(hn::Add(centre, m_step)),
-          m_limit(hn::Add(m_step, hn::Or(reach, hn::Set(Shorts(), kOne)))),
+          m_limit(
+              hn::Add(m_step, kHalfRange == 0 ? m_step : hn::Or(reach, hn::Set(Shorts(), kOne)))),
           m_sum(hn::Zero(Shorts())) {}
+
+#if HWY_TARGET <= HWY_AVX3
+    /// One instruction there; elsewhere a selection takes longer than a zero.
+    static HWY_INLINE Vector AddWhere(hn::Mask<Shorts> mask, Vector to, Vector more) {
+        return hn::IfThenElse(mask, hn::Add(to, more), to);
+    }
+#endif
 
     static HWY_INLINE Vector Reach(const uint8_t* reaches) {
         const hn::Rebind<uint8_t, Shorts> narrow;
@@ -173,8 +189,16 @@ HWY_INLINE BytePixels Reduced(const KeptRows& rows, size_t x, size_t radius) {
 
 /// Limits to 0 .. 255.
 HWY_INLINE hn::Vec<Bytes> Narrow(Vector low, Vector high) {
+#if HWY_TARGET <= HWY_AVX3
+    // Both halves at once; their blocks come in turns.
+    const hn::Repartition<uint64_t, Bytes> d;
+    alignas(64) static constexpr uint64_t kPlaces[8] = {0, 2, 4, 6, 1, 3, 5, 7};
+    const hn::Vec<decltype(d)> blocks{_mm512_packus_epi16(low.raw, high.raw)};
+    return hn::BitCast(Bytes(), hn::TableLookupLanes(blocks, hn::SetTableIndices(d, kPlaces)));
+#else
     const hn::Half<Bytes> half;
     return hn::Combine(Bytes(), hn::DemoteTo(half, high), hn::DemoteTo(half, low));
+#endif
 }
 
 /// The pixels at column `x`.
@@ -187,6 +211,16 @@ HWY_INLINE BytePixels Reduced(const KeptRows& rows, size_t x, size_t radius) {
 
 #endif
 
+/// Prefetches the lines of pixels that come some vectors later, for which the processor itself
+/// waits where a page begins. They may be beyond the image.
+HWY_INLINE void Prefetch(const uint8_t* pixels) {
+    constexpr size_t kLine = 64;
+    constexpr size_t kAhead = 32 * kLine;
+    for (size_t i = 0; i < kPixelBytes * hn::MaxLanes(Bytes()); i += kLine) {
+        hwy::Prefetch(pixels + kAhead + i);
+    }
+}
+
 void KeepLoop(const uint8_t* row, size_t width, const KeptRow& kept) {
     const size_t lanes = hn::Lanes(Bytes());
     const auto load = [](const uint8_t* bytes) HWY_ATTR {
@@ -194,6 +228,7 @@ void KeepLoop(const uint8_t* row, size_t width, const KeptRow& kept) {
     };
     size_t x = 0;
     for (; x + lanes <= width; x += lanes) {
+        Prefetch(row + x * kPixelBytes);
         Keep(load(row + x * kPixelBytes), kept, x);
     }
     if (x < width) {
