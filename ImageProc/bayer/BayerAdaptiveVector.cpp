@@ -98,9 +98,9 @@ class Strip : private Lanes<Sample> {
     using typename Base::Wide;
 
 public:
-    /// Most pairs of columns of a strip. What is kept of its rows stays in the
-    /// first-level cache, and the page of a row is looked up once for many columns.
-    static constexpr size_t kMostPairs = 1536 / sizeof(Lane);
+    /// Most pairs of columns of a strip. The page of a row is looked up once for many columns:
+    /// that spares more than first-level caches would if they held all that is kept of the rows.
+    static constexpr size_t kMostPairs = 4096 / sizeof(Lane);
     /// Pairs of columns at either end of the image that are left to the border.
     static constexpr size_t kOuterPairs = 1;
 
@@ -126,7 +126,7 @@ public:
 private:
     /// Pairs of columns after which the loops over a row take turns. The memory is busy with some
     /// pixels while the next ones are made.
-    static constexpr size_t kTurn = kMostPairs / 8;
+    static constexpr size_t kTurn = 256 / sizeof(Lane);
     static constexpr size_t kRows = 3;
 
     bool HasRed(size_t y) const { return y % 2 == m_layout.redY; }
