@@ -7,7 +7,8 @@
  *
  * - Functions are plain: they work on the caller's memory, keep nothing between calls
  *   and start no threads. Any thread may call any of them at any time, as long as no two
- *   calls at a time use the same memory and one of them writes it.
+ *   calls at a time use the same memory and one of them writes it. A call takes up to
+ *   128 kB of its thread's stack.
  * - Every function returns a QY_STATUS. Its checks run in a fixed order, and the first
  *   that fails decides. A function that returns a failure has written nothing, except
  *   where it says otherwise. Besides what a function lists, all of them return
