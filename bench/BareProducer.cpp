@@ -9,9 +9,9 @@
 namespace {
 
 constexpr size_t kBuffers = 5;
-constexpr uint64_t kTimeOut = 10000;
+constexpr uint64_t kLongestWait = 10000;
 
-void Check(GenTL::GC_ERROR status, const char* call) {
+void RequireSuccess(GenTL::GC_ERROR status, const char* call) {
     if (status != GenTL::GC_ERR_SUCCESS) {
         std::fprintf(stderr, "%s: %d\n", call, status);
         std::exit(1);
@@ -23,7 +23,7 @@ template <class Get>
 std::string FirstId(const Get& get, void* parent, const char* call) {
     std::array<char, 256> id{};
     size_t size = id.size();
-    Check(get(parent, 0, id.data(), &size), call);
+    RequireSuccess(get(parent, 0, id.data(), &size), call);
     return id.data();
 }
 
@@ -74,34 +74,40 @@ void BareStream::Load(const std::string& path) {
 }
 
 void BareStream::OpenStream() {
-    Check(m_call.GCInitLib(), "GCInitLib");
-    Check(m_call.TLOpen(&m_system), "TLOpen");
-    Check(m_call.TLUpdateInterfaceList(m_system, nullptr, kTimeOut), "TLUpdateInterfaceList");
-    Check(m_call.TLOpenInterface(
-              m_system, FirstId(m_call.TLGetInterfaceID, m_system, "TLGetInterfaceID").c_str(),
-              &m_interface),
-          "TLOpenInterface");
-    Check(m_call.IFUpdateDeviceList(m_interface, nullptr, kTimeOut), "IFUpdateDeviceList");
-    Check(m_call.IFOpenDevice(m_interface,
-                              FirstId(m_call.IFGetDeviceID, m_interface, "IFGetDeviceID").c_str(),
-                              GenTL::DEVICE_ACCESS_EXCLUSIVE, &m_device),
-          "IFOpenDevice");
-    Check(m_call.DevOpenDataStream(
-              m_device, FirstId(m_call.DevGetDataStreamID, m_device, "DevGetDataStreamID").c_str(),
-              &m_stream),
-          "DevOpenDataStream");
+    RequireSuccess(m_call.GCInitLib(), "GCInitLib");
+    RequireSuccess(m_call.TLOpen(&m_system), "TLOpen");
+    RequireSuccess(m_call.TLUpdateInterfaceList(m_system, nullptr, kLongestWait),
+                   "TLUpdateInterfaceList");
+    RequireSuccess(
+        m_call.TLOpenInterface(
+            m_system, FirstId(m_call.TLGetInterfaceID, m_system, "TLGetInterfaceID").c_str(),
+            &m_interface),
+        "TLOpenInterface");
+    RequireSuccess(m_call.IFUpdateDeviceList(m_interface, nullptr, kLongestWait),
+                   "IFUpdateDeviceList");
+    RequireSuccess(
+        m_call.IFOpenDevice(m_interface,
+                            FirstId(m_call.IFGetDeviceID, m_interface, "IFGetDeviceID").c_str(),
+                            GenTL::DEVICE_ACCESS_EXCLUSIVE, &m_device),
+        "IFOpenDevice");
+    RequireSuccess(
+        m_call.DevOpenDataStream(
+            m_device, FirstId(m_call.DevGetDataStreamID, m_device, "DevGetDataStreamID").c_str(),
+            &m_stream),
+        "DevOpenDataStream");
 }
 
 void BareStream::Start(size_t size) {
-    Check(m_call.GCRegisterEvent(m_stream, GenTL::EVENT_NEW_BUFFER, &m_event), "GCRegisterEvent");
+    RequireSuccess(m_call.GCRegisterEvent(m_stream, GenTL::EVENT_NEW_BUFFER, &m_event),
+                   "GCRegisterEvent");
     m_memory.assign(kBuffers, std::vector<uint8_t>(size));
     for (std::vector<uint8_t>& memory : m_memory) {
         GenTL::BUFFER_HANDLE buffer = nullptr;
-        Check(m_call.DSAnnounceBuffer(m_stream, memory.data(), size, nullptr, &buffer),
-              "DSAnnounceBuffer");
-        Check(m_call.DSQueueBuffer(m_stream, buffer), "DSQueueBuffer");
+        RequireSuccess(m_call.DSAnnounceBuffer(m_stream, memory.data(), size, nullptr, &buffer),
+                       "DSAnnounceBuffer");
+        RequireSuccess(m_call.DSQueueBuffer(m_stream, buffer), "DSQueueBuffer");
     }
-    Check(
+    RequireSuccess(
         m_call.DSStartAcquisition(m_stream, GenTL::ACQ_START_FLAGS_DEFAULT, GenTL::GENTL_INFINITE),
         "DSStartAcquisition");
 }
@@ -109,9 +115,9 @@ void BareStream::Start(size_t size) {
 void BareStream::TakeFrame() {
     GenTL::S_EVENT_NEW_BUFFER frame{};
     size_t size = sizeof frame;
-    Check(m_call.EventGetData(m_event, &frame, &size, kTimeOut), "EventGetData");
+    RequireSuccess(m_call.EventGetData(m_event, &frame, &size, kLongestWait), "EventGetData");
     AskAbout(frame.BufferHandle);
-    Check(m_call.DSQueueBuffer(m_stream, frame.BufferHandle), "DSQueueBuffer");
+    RequireSuccess(m_call.DSQueueBuffer(m_stream, frame.BufferHandle), "DSQueueBuffer");
 }
 
 void BareStream::AskAbout(GenTL::BUFFER_HANDLE buffer) const {
@@ -127,8 +133,8 @@ void BareStream::AskAbout(GenTL::BUFFER_HANDLE buffer) const {
     for (size_t i = 0; i < kQuestions.size(); ++i) {
         GenTL::INFO_DATATYPE type = kQuestions[i].type;
         size_t size = kQuestions[i].size;
-        Check(m_call.DSGetBufferInfo(m_stream, buffer, kQuestions[i].command, &type, &answers[i],
-                                     &size),
-              "DSGetBufferInfo");
+        RequireSuccess(m_call.DSGetBufferInfo(m_stream, buffer, kQuestions[i].command, &type,
+                                              &answers[i], &size),
+                       "DSGetBufferInfo");
     }
 }

@@ -18,7 +18,7 @@ constexpr unsigned kExactDigits = std::numeric_limits<double>::digits10;
 /// printf writes smaller numbers with an exponent.
 constexpr int kLeastExponent = -4;
 /// The digits of the smallest number begin so many places after the point.
-constexpr unsigned kExactPlaces = kExactDigits - 1 - kLeastExponent;
+constexpr unsigned kExactPlaces = kExactDigits - 1 + static_cast<unsigned>(-kLeastExponent);
 
 template <class Number>
 constexpr auto kPowersOfTen = [] {
