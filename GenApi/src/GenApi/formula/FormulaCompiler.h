@@ -282,16 +282,16 @@ private:
             load.slot = right;
         }
         Instruction& instruction = code == Code::Operator ? Emit(code) : m_Parser.m_Program.back();
-        instruction.code = code;
-        instruction.detail = static_cast<uint8_t>(op);
         instruction.step = StepOf(code, op);
+        instruction.detail = static_cast<uint8_t>(op);
         PopValues(1);
     }
 
     /// Whether the instruction that is so many from the end loads a value.
     bool LoadsLast(size_t distance) const {
         const auto& program = m_Parser.m_Program;
-        return program.size() >= distance && program[program.size() - distance].code == Code::Load;
+        return program.size() >= distance &&
+               program[program.size() - distance].step == StepOf(Code::Load);
     }
 
     void EmitPrefix(const Entry& prefix) {
@@ -319,7 +319,6 @@ private:
 
     Instruction& Emit(Code code) {
         Instruction instruction{};
-        instruction.code = code;
         instruction.step = StepOf(code);
         m_Parser.m_Program.push_back(instruction);
         return m_Parser.m_Program.back();

@@ -28,7 +28,7 @@ template <class Traits>
 const char* MathParserT<Traits>::ApplyCalled(const Instruction& instruction, const Value* slots,
                                              Value*& end, Value& value) {
     const auto op = static_cast<FormulaOp>(instruction.detail);
-    switch (instruction.code) {
+    switch (FormOf(instruction.step)) {
         case Code::Operator:
             return Traits::Apply(op, *--end, value, value);
         case Code::OperatorSlot:

@@ -109,9 +109,8 @@ private:
         Fail
     };
     struct Instruction {
-        Code code;
+        uint8_t step;    ///< code and operator in one number: an evaluation branches once for each
         uint8_t detail;  ///< which operator or function
-        uint8_t step;    ///< both in one number, so that an evaluation branches once for each
         uint32_t left;   ///< the slot of the left value, if it comes from one
         union {
             size_t slot;
@@ -120,13 +119,17 @@ private:
     };
     class Compiler;
 
+    static constexpr int kCodes = static_cast<int>(Code::Fail) + 1;
+    static constexpr int kOperators = static_cast<int>(FormulaOp::Semicolon) + 1;
+    static_assert(kCodes + 3 * kOperators <= UINT8_MAX + 1);
     // Codes come first, then the operators in each of their three forms.
     static constexpr uint8_t StepOf(Code code) { return static_cast<uint8_t>(code); }
     static constexpr uint8_t StepOf(Code form, FormulaOp op) {
-        constexpr int kCodes = static_cast<int>(Code::Fail) + 1;
-        constexpr int kOperators = static_cast<int>(FormulaOp::Semicolon) + 1;
         const int place = static_cast<int>(form) - static_cast<int>(Code::Operator);
         return static_cast<uint8_t>(kCodes + place * kOperators + static_cast<int>(op));
+    }
+    static constexpr Code FormOf(uint8_t step) {
+        return static_cast<Code>(static_cast<int>(Code::Operator) + (step - kCodes) / kOperators);
     }
     /// Takes the values of an operator from where its form says, and applies it.
     static const char* ApplyCalled(const Instruction& instruction, const Value* slots, Value*& end,
