@@ -46,10 +46,11 @@ public:
             TakingRow(y).UpTo(m_pairs);
         }
         for (size_t y = 0; y < 2; ++y) {
-            CoverByVectors(0, m_pairs, Base::kPairs, [this, y](size_t at) HWY_ATTR {
+            const auto take = [this, y](size_t at) QY_ALWAYS_INLINE {
                 const Sample* const samples = Row(y) + 2 * at;
                 m_below[y].Put(at, Base::Distance(Load(samples), Load(samples + 2 * m_width)));
-            });
+            };
+            Cover(m_pairs, Base::kPairs, take).UpTo(m_pairs);
         }
     }
 

@@ -154,17 +154,9 @@ HWY_INLINE void WithRow(bool isPast, Sample* out, size_t begin, size_t before, c
     }
 }
 
-/// Calls `at` for whole vectors that cover `begin` to `end`. The last one ends at `end`
-/// and so may repeat some lanes; the range must be at least one vector long.
-template <class At>
-HWY_INLINE void CoverByVectors(size_t begin, size_t end, size_t lanes, const At& at) {
-    for (size_t i = begin; i + lanes < end; i += lanes) {
-        at(i);
-    }
-    at(end - lanes);
-}
-
-/// The same from 0 on and in parts, so that several loops take turns.
+/// Calls a function for whole vectors that cover 0 to `end`, in parts, so that several loops can
+/// take turns. The last vector ends at `end` and so may repeat some lanes; the range must be at
+/// least one vector long.
 template <class At>
 class Cover {
 public:
