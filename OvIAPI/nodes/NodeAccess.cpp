@@ -137,7 +137,7 @@ std::optional<CRefusal> FindRefusal(const CNodeRecord& record, const ReadWords& 
         return NotImplemented(record);
     }
     // A fault of the node would count for more.
-    if (mode == WO || (mode == NA && record.mark.IsSet())) {
+    if (record.mark.IsRefused(mode)) {
         return NotReadable(words.place, words.notReadable);
     }
     return std::nullopt;
@@ -146,9 +146,7 @@ std::optional<CRefusal> FindRefusal(const CNodeRecord& record, const ReadWords& 
 CRefusal RefusalOf(const CNodeRecord& record, const GenICam_3_0_ORVANE::AccessException& error,
                    const EnginePlace& place) {
     const EAccessMode mode = record.node.GetAccessMode();
-    if (!IsReadable(mode)) {
-        record.mark.Set();
-    }
+    record.mark.NoteRefusal(mode);
     // That the camera lacks the feature says more than the node's words.
     return mode == NI ? NotImplemented(record) : NotReadable(place, error.GetDescription());
 }

@@ -132,8 +132,8 @@ template <class T, class Read>
     try {
         return read(*handle);
     } catch (const GenICam_3_0_ORVANE::AccessException& error) {
-        if (known != nullptr && !IsReadable(mode)) {
-            known->Mark().Set();
+        if (known != nullptr) {
+            known->Mark().NoteRefusal(mode);
         }
         return NotReadable(place, error.GetDescription());
     }
@@ -151,8 +151,7 @@ std::optional<CRefusal> CFeatureControl::__FindRefusal(CFeatureName name, EAcces
         throw CUnexpectedError("Dynamic_cast failed", __FILE__, __LINE__, kHandleFinder);
     }
     const CKnownNode* const known = m_known.Find(name);
-    const bool isSound = known != nullptr && known->Mark().IsSet();
-    if (mode == WO || (mode == NA && isSound)) {
+    if (known == nullptr ? CSoundMark().IsRefused(mode) : known->Mark().IsRefused(mode)) {
         return NotReadable(place);
     }
     return std::nullopt;

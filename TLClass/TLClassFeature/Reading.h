@@ -6,6 +6,7 @@
 #include <utility>
 #include <variant>
 
+#include "GenApi/Types.h"
 #include "TLClassSupport/OvException.h"
 
 namespace OVTLClass {
@@ -67,7 +68,16 @@ public:
     CSoundMark& operator=(const CSoundMark&) = delete;
 
     bool IsSet() const { return m_isSet.load(std::memory_order_relaxed); }
-    void Set() { m_isSet.store(true, std::memory_order_relaxed); }
+    /// To be called after a refusal without a fault.
+    void NoteRefusal(GenApi_3_0_ORVANE::EAccessMode mode) {
+        if (!GenApi_3_0_ORVANE::IsReadable(mode)) {
+            m_isSet.store(true, std::memory_order_relaxed);
+        }
+    }
+    /// Whether the access mode alone refuses a read, for what the camera has.
+    bool IsRefused(GenApi_3_0_ORVANE::EAccessMode mode) const {
+        return mode == GenApi_3_0_ORVANE::WO || (mode == GenApi_3_0_ORVANE::NA && IsSet());
+    }
 
 private:
     std::atomic<bool> m_isSet{false};
