@@ -1,5 +1,6 @@
 #include "camera/AttachedFrame.h"
 
+#include "Base/EachFrame.h"
 #include "GenApi/INodeMap.h"
 #include "GenApi/NodeMapRef.h"
 #include "TLClassFeature/EngineCall.h"
@@ -87,13 +88,14 @@ void CAttachedFrame::Detach() {
     m_camera.GetFramePool().NoteDetached();
 }
 
-CDeliveredFrame::CDeliveredFrame(const IDevice& camera, const OV_FRAME_CALLBACK_PARAM& frame,
-                                 CBuffer& buffer)
+OV_EACH_FRAME CDeliveredFrame::CDeliveredFrame(const IDevice& camera,
+                                               const OV_FRAME_CALLBACK_PARAM& frame,
+                                               CBuffer& buffer)
     : m_camera(camera), m_frame(frame), m_buffer(buffer) {
     t_delivered = this;
 }
 
-CDeliveredFrame::~CDeliveredFrame() {
+OV_EACH_FRAME CDeliveredFrame::~CDeliveredFrame() {
     t_delivered = nullptr;
     if (m_attached != nullptr) {
         OV_RUN_LOGGED([this] { m_attached->Detach(); });

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <new>
 
 #include "Base/EachFrame.h"
 #include "GenApi/ChunkAdapterGeneric.h"
+#include "TLClassInfo/BufferRows.h"
 #include "TLClassInfo/FrameFacts.h"
 #include "TLClassInfo/InformationAgency.h"
 #include "TLClassLoadTL/GenTLErrrorCodeVerifier.h"
@@ -27,6 +29,12 @@ std::unique_ptr<uint8_t[]> MakeMemory(size_t size, size_t more) {
     }
     return std::make_unique<uint8_t[]>(size + more);
 }
+
+constexpr bool IsOfAnnouncement(const InfoRow<BUFFER_INFO>& row) {
+    return row.use == InfoUse::Announcement;
+}
+static_assert(std::count_if(std::begin(kBufferRows), std::end(kBufferRows), IsOfAnnouncement) == 3,
+              "CopyAnnouncement copies each of them");
 
 /// Copies what can't change while a buffer is announced, and leaves the rest.
 void CopyAnnouncement(const BUFFER_INFO& from, BUFFER_INFO& to) {

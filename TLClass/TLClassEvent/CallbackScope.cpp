@@ -1,5 +1,7 @@
 #include "TLClassEvent/CallbackScope.h"
 
+#include "Base/EachFrame.h"
+
 namespace OVTLClass {
 
 namespace {
@@ -9,12 +11,12 @@ thread_local const CCallbackScope* t_innermost = nullptr;
 
 }  // namespace
 
-CCallbackScope::CCallbackScope(CallbackKind kind, const void* camera)
+OV_EACH_FRAME CCallbackScope::CCallbackScope(CallbackKind kind, const void* camera)
     : m_outer(t_innermost), m_kind(kind), m_camera(camera), m_call(camera) {
     t_innermost = this;
 }
 
-CCallbackScope::~CCallbackScope() {
+OV_EACH_FRAME CCallbackScope::~CCallbackScope() {
     t_innermost = m_outer;
 }
 
